@@ -1,0 +1,26 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# Compiler options of all of the project's own code, carried by the target spanlet_options.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+find_package(Threads REQUIRED)
+
+add_library(spanlet_options INTERFACE)
+target_include_directories(spanlet_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(spanlet_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+                                                 -Werror)
+target_compile_definitions(
+    spanlet_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH
+                              QT_DEPRECATED_WARNINGS)
+target_link_libraries(spanlet_options INTERFACE Threads::Threads)
+
+if(SPANLET_SANITIZER)
+    add_compile_options(-fsanitize=${SPANLET_SANITIZER} -fno-omit-frame-pointer
+                        -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${SPANLET_SANITIZER})
+endif()

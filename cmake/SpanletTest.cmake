@@ -1,0 +1,23 @@
+# SPDX-License-Identifier: BSD-3-Clause
+include(GoogleTest)
+
+# spanlet_test(NAME SOURCES ... LIBRARIES ... [MAIN file] [THREADS])
+# A test program, run without a display. THREADS marks it for the thread sanitizer.
+function(spanlet_test NAME)
+    cmake_parse_arguments(PARSE_ARGV 1 TEST "THREADS" "MAIN" "SOURCES;LIBRARIES")
+    add_executable(${NAME} ${TEST_SOURCES} ${TEST_MAIN})
+    target_link_libraries(${NAME} PRIVATE spanlet_options spanlet_test_support ${TEST_LIBRARIES}
+                                          GTest::gmock)
+    if(NOT TEST_MAIN)
+        target_link_libraries(${NAME} PRIVATE GTest::gmock_main)
+    endif()
+    set(labels "")
+    if(TEST_THREADS)
+        set(labels LABELS threads)
+        add_dependencies(tests_with_threads ${NAME})
+    endif()
+    gtest_discover_tests(
+        ${NAME}
+        DISCOVERY_TIMEOUT 60
+        PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT 120 ${labels})
+endfunction()

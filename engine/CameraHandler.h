@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "engine/CameraInfo.h"
+#include "engine/FrameStatistics.h"
+#include "features/FeatureInfo.h"
+#include "sdk/Forward.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+class FeatureController;
+class FrameObserver;
+
+/// Outcome of the last attempt to set a camera's bandwidth.
+enum class AutosetStatus : std::int32_t {
+    None = 0,
+    NotSet = 1,
+    BelowRequested = 2,
+    RequestedReached = 3,
+    ClampedToMaximum = 4
+};
+
+/// One camera: opens it, knows its bandwidth feature, runs its benchmark, its Auto Set and the
+/// checks of its settings. A camera that cannot be opened stays usable as an object: it has a
+/// warning text, and its operations answer neutral values. Nothing throws; failures are logged
+/// under the camera's display text. Bandwidth is in bytes per second. Bound to the GUI thread.
+class CameraHandler {
+public:
+    /// Opens the camera in full access. An empty \p features is replaced by a new controller, made
+    /// right after opening, since only an opened camera shows its local device and streams.
+    explicit CameraHandler(std::shared_ptr<OrvCameraWrapper> camera,
+                           std::shared_ptr<FeatureController> features = {});
+
+    CameraHandler(const CameraHandler&) = delete;
+    CameraHandler& operator=(const CameraHandler&) = delete;
+
+    virtual CameraInfo getCameraInfo() const;
+    virtual FrameStatistics getFrameStatistics() const;
+    virtual void startAcquisition();
+    /// Lets a GigE camera negotiate its largest packet size, once; true when it was done now.
+    virtual bool adjustPacketSize(bool enabled);
+    virtual void stopAcquisition();
+    virtual bool isOpened() const;
+    /// Chooses whether an opened camera takes part in benchmarks and Auto Set.
+    virtual void setOpened(bool opened);
+    virtual void setLocked(bool locked);
+    /// A locked camera keeps its bandwidth during interface Auto Set.
+    virtual bool isLocked() const;
+    virtual std::int64_t getBandwidth() const;
+    /// Bytes per second that the camera needs for its highest frame rate; 0 when unknown.
+    virtual std::int64_t autoSet(double cameraSafetyMargin);
+    /// Writes the bandwidth and answers what the camera reports afterwards; \p requested only
+    /// classifies the outcome, and 0 changes nothing.
+    virtual std::int64_t setBandwidth(std::uint64_t value, std::uint64_t requested);
+    virtual AutosetStatus getAutosetStatus() const;
+    virtual std::shared_ptr<FeatureController> getFeatureController() const;
+    virtual std::string getWarningText() const;
+    virtual bool isTriggered() const;
+    /// Bytes per image; 0 when unknown.
+    virtual std::int64_t getPayloadSize() const;
+    /// Warns of a USB camera that is held to USB 2 speed or less.
+    virtual void checkUsbSpeedLimit() const;
+    /// Warns when the host's link (bits per second) is slower than the camera's.
+    virtual void checkLinkSpeed(std::uint64_t hostLinkSpeed) const;
+    /// Closes the camera.
+    virtual ~CameraHandler();
+
+private:
+    struct Private;
+    std::unique_ptr<Private> m_private;
+};

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "OrvCPP/Frame.h"
+#include "engine/FrameStatistics.h"
+#include "sdk/Forward.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+
+/// Counts the frames of one camera during a benchmark.
+///
+/// Thread-safe: FrameReceived runs on the SDK's threads, one call at a time; statistics() reads
+/// from any thread without a lock; reset() is called while no acquisition runs.
+class FrameObserver : public OrvCPP::IFrameObserver {
+public:
+    /// \p firstFrameId is the ID that the camera gives its first frame: 1 on GigE Vision, else 0.
+    FrameObserver(std::shared_ptr<OrvCameraWrapper> camera, std::int32_t firstFrameId);
+    ~FrameObserver() override;
+
+    FrameObserver(const FrameObserver&) = delete;
+    FrameObserver& operator=(const FrameObserver&) = delete;
+
+    void FrameReceived(const std::shared_ptr<OrvCPP::Frame>& frame) override;
+
+    FrameStatistics statistics() const;
+    void reset();
+
+private:
+    struct Counters {
+        std::atomic<std::uint64_t> received{0};
+        std::atomic<std::uint64_t> complete{0};
+        std::atomic<std::uint64_t> incomplete{0};
+        std::atomic<std::uint64_t> invalid{0};
+        std::atomic<std::uint64_t> tooSmall{0};
+        std::atomic<std::int64_t> lastFrameId{0};
+        std::atomic<std::int64_t> lost{0};
+        std::atomic<std::uint64_t> payloadBytes{0};
+        std::atomic<double> framesPerSecond{0.0};
+    };
+
+    Counters m_counters;
+    std::atomic<double> m_lastFramesPerSecond{0.0};
+    std::atomic<std::int64_t> m_previousNanoseconds{0};
+    std::atomic<std::int64_t> m_currentNanoseconds{0};
+    const std::int32_t m_frameIdBase;
+    const std::shared_ptr<OrvCameraWrapper> m_camera;
+    const std::shared_ptr<OrvFrameWrapper> m_frame;
+};

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "OrvCPP/OrvTypes.h"
+#include "sdk/Forward.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+class CameraHandler;
+class InterfaceHandlerGigE;
+class InterfaceHandlerUSB;
+
+/// Cameras of one host interface, in the SDK's order.
+using CameraList = std::vector<std::shared_ptr<CameraHandler>>;
+
+/// Transport-layer type to the name that is shown for it.
+const std::map<OrvTransportLayerType, std::string>& transportLayerTypeNames();
+
+/// The cameras of the host, grouped by the interface through which they stream, and the speeds of
+/// those interfaces. An interface is known by its ID (the name that the SDK gives it) or by its
+/// index in the interface list, which is ordered by ID. Failures are logged and leave cameras out;
+/// nothing throws. Bound to the GUI thread.
+class SystemController {
+public:
+    /// Empty handlers are replaced by new ones that ask the operating system.
+    explicit SystemController(std::shared_ptr<OrvSystemWrapper> system,
+                              std::shared_ptr<InterfaceHandlerGigE> gigeHandler = {},
+                              std::shared_ptr<InterfaceHandlerUSB> usbHandler = {});
+    ~SystemController();
+
+    SystemController(const SystemController&) = delete;
+    SystemController& operator=(const SystemController&) = delete;
+
+    /// Finds and opens all cameras anew and answers the new interface list. Handlers of the old
+    /// list close their cameras when their last holder lets go of them.
+    std::vector<CameraList> enumerate();
+    /// Bits per second: the user's maximum where one is set, else what the host knows; 0 unknown.
+    std::uint64_t getInterfaceSpeed(const std::string& interfaceId) const;
+    OrvTransportLayerType getInterfaceType(const std::string& interfaceId) const;
+    /// Overrides an interface's speed, in bits per second; 0 takes the override back.
+    void setMaxBandwidth(const std::string& interfaceId, std::uint64_t bitsPerSecond);
+    void clearMaxBandwidths();
+
+    /// Starts acquisition on the chosen cameras of an interface, after adjusting their packet
+    /// sizes when asked to. An index out of range does nothing.
+    void startBenchmark(int interfaceIndex, bool adjustPacketSize);
+    void stopBenchmark(int interfaceIndex);
+
+    /// "major.minor.patch" of the camera SDK; empty when it does not tell.
+    std::string getSdkVersion() const;
+
+private:
+    std::shared_ptr<OrvSystemWrapper> m_system;
+    std::shared_ptr<InterfaceHandlerGigE> m_gigeHandler;
+    std::shared_ptr<InterfaceHandlerUSB> m_usbHandler;
+    std::vector<CameraList> m_interfaces;
+    std::map<std::string, OrvTransportLayerType> m_interfaceTypes;
+    std::map<std::string, std::uint64_t> m_subnetAddresses;
+    std::map<std::string, std::uint64_t> m_maxBandwidths;
+};

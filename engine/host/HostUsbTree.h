@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/// Handle of a device in the host's device tree.
+using DeviceInstance = std::uint32_t;
+
+/// A device that offers an interface: its path can be opened, its instance found in the tree.
+struct DeviceInterface {
+    std::string path;
+    DeviceInstance instance = 0;
+    /// Device instance ID, for example "USB\\ROOT_HUB30\\4&2a6b1f&0&0".
+    std::string instanceId;
+};
+
+/// A property's value, or the system's return code (0 is success) where it has none.
+template <typename T> struct Property {
+    std::uint32_t result = 0;
+    T value{};
+};
+
+/// What the hub driver reports of a port in its first structure.
+struct PortConnection {
+    /// 1: a device is connected.
+    std::uint32_t status = 0;
+    /// 0 low, 1 full, 2 high, 3 super speed.
+    std::uint8_t speed = 0;
+};
+
+/// An opened hub. Ports count from 1; an answer is empty when the request failed.
+class UsbHub {
+public:
+    virtual ~UsbHub() = default;
+
+    virtual std::optional<PortConnection> connection(std::uint32_t port) = 0;
+    /// Flags of the second structure: bit 0 operating at, bit 1 capable of super speed or higher,
+    /// bit 2 and bit 3 the same for super speed plus.
+    virtual std::optional<std::uint32_t> connectionFlagsV2(std::uint32_t port) = 0;
+};
+
+/// The host's USB tree, asked of the operating system.
+class HostUsbTree {
+public:
+    virtual ~HostUsbTree() = default;
+
+    virtual std::vector<DeviceInterface> hubs() = 0;
+    virtual std::vector<DeviceInterface> devices() = 0;
+    virtual std::optional<DeviceInstance> parent(DeviceInstance instance) = 0;
+    virtual std::string instanceId(DeviceInstance instance) = 0;
+    /// Location text of a device, for example "Port_#0003.Hub_#0001".
+    virtual Property<std::u16string> locationInfo(DeviceInstance instance) = 0;
+    /// PCI bus number of a host controller.
+    virtual Property<std::uint32_t> busNumber(DeviceInstance instance) = 0;
+    /// PCI device number in the high, function number in the low 16 bits.
+    virtual Property<std::uint32_t> address(DeviceInstance instance) = 0;
+    /// Opens a hub by its path; empty when it cannot be opened.
+    virtual std::unique_ptr<UsbHub> openHub(const std::string& path) = 0;
+};
+
+/// The operating system's USB tree (one definition per operating system).
+std::shared_ptr<HostUsbTree> makeSystemUsbTree();
+
+} // namespace host

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "features/FeatureInfo.h"
+#include "features/FeatureValue.h"
+#include "sdk/Forward.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// Access by name to the features of all modules of one opened camera: "Transport Layer",
+/// "Interface", "Local Device", "Camera", and "Stream0", "Stream1" and so on. Every failure is
+/// logged and answered by an empty or false result; nothing throws. Bound to the GUI thread.
+///
+/// Owned through a shared pointer made with the class itself, so its destructor is not virtual.
+class FeatureController {
+public:
+    /// \p messagePrefix identifies the camera in front of every message.
+    FeatureController(std::shared_ptr<OrvCameraWrapper> camera, std::string messagePrefix);
+
+    FeatureController(const FeatureController&) = delete;
+    FeatureController& operator=(const FeatureController&) = delete;
+
+    virtual std::vector<std::string> getModuleNames() const;
+    /// Category to the names of its features, in the module's order, without the invisible ones.
+    virtual std::map<std::string, std::vector<std::string>>
+    getFeaturesByCategory(const std::string& module) const;
+    /// Enumerations are set by the name of an entry.
+    virtual bool setFeatureValue(const std::string& module, const std::string& feature,
+                                 const FeatureValue& value);
+    virtual FeatureValue getFeatureValue(const std::string& module,
+                                         const std::string& feature) const;
+    virtual FeatureInfo getFeatureInfo(const std::string& module, const std::string& feature) const;
+    virtual bool hasFeature(const std::string& module, const std::string& feature) const;
+    /// Runs a command and polls until it is done; false when it could not be started or took
+    /// longer than \p timeoutMs.
+    virtual bool runCommand(const std::string& module, const std::string& feature,
+                            double timeoutMs);
+
+    /// The module of that name; empty when the camera has none.
+    std::shared_ptr<OrvFeatureContainerWrapper> getModule(const std::string& name) const;
+
+private:
+    std::vector<std::pair<std::string, std::shared_ptr<OrvFeatureContainerWrapper>>> m_modules;
+    std::string m_messagePrefix;
+};

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <variant>
+
+/// Value of a feature: integer, float, boolean or UTF-8 text, in this order of indices.
+/// A default-made value holds the integer 0.
+using FeatureValue = std::variant<std::int64_t, double, bool, std::string>;
+
+/// The value as log messages show it: decimal, "%f", "true" or "false", or the text itself.
+std::string toText(const FeatureValue& value);
