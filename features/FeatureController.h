@@ -31,12 +31,14 @@ public:
     /// Enumerations are set by the name of an entry.
     virtual bool setFeatureValue(const std::string& module, const std::string& feature,
                                  const FeatureValue& value);
+    /// The value in the alternative of the feature's data type; true for a command, the integer 0
+    /// for a feature without a value and on a failure.
     virtual FeatureValue getFeatureValue(const std::string& module,
                                          const std::string& feature) const;
     virtual FeatureInfo getFeatureInfo(const std::string& module, const std::string& feature) const;
     virtual bool hasFeature(const std::string& module, const std::string& feature) const;
     /// Runs a command and polls until it is done; false when it could not be started or took
-    /// longer than \p timeoutMs.
+    /// longer than \p timeoutMs. Blocks for as long.
     virtual bool runCommand(const std::string& module, const std::string& feature,
                             double timeoutMs);
 
@@ -44,6 +46,17 @@ public:
     std::shared_ptr<OrvFeatureContainerWrapper> getModule(const std::string& name) const;
 
 private:
+    void addStreams(const OrvCameraWrapper& camera);
+    std::shared_ptr<OrvFeatureContainerWrapper> getModuleOrWarn(const std::string& name) const;
+    OrvErrorType findFeature(const std::string& module, const OrvFeatureContainerWrapper& container,
+                             const std::string& name,
+                             std::shared_ptr<OrvFeatureWrapper>& found) const;
+    bool waitUntilDone(const OrvFeatureWrapper& command, const std::string& name,
+                       double timeoutMs) const;
+    std::string message(const char* text, const std::string& name) const;
+
     std::vector<std::pair<std::string, std::shared_ptr<OrvFeatureContainerWrapper>>> m_modules;
     std::string m_messagePrefix;
+    /// Features that were looked up, by module and name: the SDK is asked for each only once.
+    mutable std::map<std::string, std::shared_ptr<OrvFeatureWrapper>> m_features;
 };

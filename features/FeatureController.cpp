@@ -1,0 +1,401 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "features/FeatureController.h"
+
+#include "logging/Log.h"
+#include "sdk/OrvCameraWrapper.h"
+#include "sdk/OrvFeatureWrapper.h"
+#include "sdk/OrvInterfaceWrapper.h"
+#include "sdk/OrvLocalDeviceWrapper.h"
+#include "sdk/OrvStreamWrapper.h"
+#include "sdk/OrvTransportLayerWrapper.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <variant>
+
+namespace {
+
+constexpr const char* kNoModule = ": Cannot get module: '";
+constexpr const char* kNoFeature = ": Cannot get feature: '";
+
+template <typename T>
+OrvErrorType readValueAs(const OrvFeatureWrapper& feature, FeatureValue& value) {
+    T read{};
+    const OrvErrorType error = feature.GetValue(read);
+    if (error == OrvErrorSuccess) {
+        value = std::move(read);
+    }
+    return error;
+}
+
+/// Reads a feature's value in the alternative of its data type; one without a value succeeds and
+/// leaves \p value as it is.
+OrvErrorType readValue(const OrvFeatureWrapper& feature, OrvFeatureDataType type,
+                       FeatureValue& value) {
+    switch (type) {
+    case OrvFeatureDataInt:
+        return readValueAs<std::int64_t>(feature, value);
+    case OrvFeatureDataFloat:
+        return readValueAs<double>(feature, value);
+    case OrvFeatureDataEnum:
+    case OrvFeatureDataString:
+        return readValueAs<std::string>(feature, value);
+    case OrvFeatureDataBool:
+        return readValueAs<bool>(feature, value);
+    default:
+        return OrvErrorSuccess;
+    }
+}
+
+const char* valueMessage(OrvFeatureDataType type) {
+    switch (type) {
+    case OrvFeatureDataInt:
+        return ": Cannot get feature value (int) for '";
+    case OrvFeatureDataFloat:
+        return ": Cannot get feature value (double) for '";
+    case OrvFeatureDataBool:
+        return ": Cannot get feature value (bool) for '";
+    default:
+        return ": Cannot get feature value (string) for '";
+    }
+}
+
+/// Fills the description of one feature, attribute by attribute. What cannot be read is logged and
+/// keeps its default.
+class InfoReader {
+public:
+    InfoReader(const OrvFeatureWrapper& feature, const std::string& name, const std::string& prefix)
+        : m_feature(feature), m_name(name), m_prefix(prefix) {}
+
+    FeatureInfo read() const {
+        FeatureInfo info;
+        // The one message without a name.
+        std::string name;
+        const OrvErrorType error = m_feature.GetName(name);
+        if (error == OrvErrorSuccess) {
+            info.name = std::move(name);
+        } else {
+            logDebug(m_prefix + ": Cannot get feature name", error);
+        }
+        readAttributes(info);
+        check(readValue(m_feature, info.dataType, info.value), valueMessage(info.dataType));
+        switch (info.dataType) {
+        case OrvFeatureDataInt:
+            readLimits<std::int64_t>(info);
+            break;
+        case OrvFeatureDataFloat:
+            readLimits<double>(info);
+            break;
+        case OrvFeatureDataEnum:
+            readEntries(info);
+            break;
+        default:
+            break;
+        }
+        return info;
+    }
+
+private:
+    bool check(OrvErrorType error, const char* text) const {
+        if (error != OrvErrorSuccess) {
+            logDebug(m_prefix + text + m_name + "'", error);
+        }
+        return error == OrvErrorSuccess;
+    }
+
+    template <typename T>
+    void readInto(T& field, OrvErrorType (OrvFeatureWrapper::*get)(T&) const,
+                  const char* text) const {
+        T read{};
+        if (check((m_feature.*get)(read), text)) {
+            field = std::move(read);
+        }
+    }
+
+    void readAttributes(FeatureInfo& info) const {
+        using Feature = OrvFeatureWrapper;
+        readInto(info.category, &Feature::GetCategory, ": Cannot get feature category for '");
+        readInto(info.displayName, &Feature::GetDisplayName,
+                 ": Cannot get feature display name for '");
+        readInto(info.description, &Feature::GetDescription,
+                 ": Cannot get feature description for '");
+        readInto(info.representation, &Feature::GetRepresentation,
+                 ": Cannot get feature representation for '");
+        readInto(info.toolTip, &Feature::GetToolTip, ": Cannot get feature tooltip for '");
+        readInto(info.unit, &Feature::GetUnit, ": Cannot get feature unit for '");
+        readInto(info.readable, &Feature::IsReadable, ": Cannot get feature readability for '");
+        readInto(info.writable, &Feature::IsWritable, ": Cannot get feature writability for '");
+        readInto(info.visibility, &Feature::GetVisibility, ": Cannot get feature visibility for '");
+        readInto(info.dataType, &Feature::GetDataType, ": Cannot get feature data type for '");
+    }
+
+    template <typename Number> void readLimits(FeatureInfo& info) const {
+        Number minimum{};
+        Number maximum{};
+        if (check(m_feature.GetRange(minimum, maximum), ": Cannot get feature range for '")) {
+            info.minimum = minimum;
+            info.maximum = maximum;
+        }
+        Number increment{};
+        if (check(m_feature.GetIncrement(increment), ": Cannot get feature increment for '")) {
+            info.increment = increment;
+        }
+    }
+
+    void readEntries(FeatureInfo& info) const {
+        readInto<std::vector<std::string>>(info.values, &OrvFeatureWrapper::GetValues,
+                                           ": Cannot get feature values list for '");
+        for (const std::string& entry : info.values) {
+            bool available = false;
+            if (check(m_feature.IsValueAvailable(entry.c_str(), available),
+                      ": Cannot determine if feature is available for '") &&
+                available) {
+                info.availableValues.emplace_back(entry);
+            }
+        }
+    }
+
+    const OrvFeatureWrapper& m_feature;
+    const std::string& m_name;
+    const std::string& m_prefix;
+};
+
+/// Writes a value with the SDK operation of its alternative.
+struct Setter {
+    OrvFeatureWrapper& feature;
+
+    OrvErrorType operator()(const std::string& value) const {
+        return feature.SetValue(value.c_str());
+    }
+    template <typename T> OrvErrorType operator()(T value) const { return feature.SetValue(value); }
+};
+
+} // namespace
+
+FeatureController::FeatureController(std::shared_ptr<OrvCameraWrapper> camera,
+                                     std::string messagePrefix)
+    : m_messagePrefix(std::move(messagePrefix)) {
+    if (!camera) {
+        return;
+    }
+    const auto add = [this](const char* name, const auto& answer, const char* failure) {
+        const auto& [module, error] = answer;
+        if (error != OrvErrorSuccess || !module) {
+            logWarning(m_messagePrefix + failure, error);
+        } else {
+            m_modules.emplace_back(name, module);
+        }
+    };
+    add("Transport Layer", camera->GetTransportLayer(), ": Unable to get Transport Layer features");
+    add("Interface", camera->GetInterface(), ": Unable to get Interface features");
+    add("Local Device", camera->GetLocalDevice(), ": Unable to get Local Device features");
+    m_modules.emplace_back("Camera", camera);
+    addStreams(*camera);
+}
+
+void FeatureController::addStreams(const OrvCameraWrapper& camera) {
+    std::vector<std::shared_ptr<OrvStreamWrapper>> streams;
+    const OrvErrorType error = camera.GetStreams(streams);
+    if (error != OrvErrorSuccess) {
+        logWarning(m_messagePrefix + ": Unable to get Streams", error);
+        return;
+    }
+    for (std::size_t i = 0; i < streams.size(); ++i) {
+        m_modules.emplace_back("Stream" + std::to_string(i), streams[i]);
+    }
+}
+
+std::vector<std::string> FeatureController::getModuleNames() const {
+    std::vector<std::string> names;
+    names.reserve(m_modules.size());
+    for (const auto& [name, module] : m_modules) {
+        names.push_back(name);
+    }
+    return names;
+}
+
+std::map<std::string, std::vector<std::string>>
+FeatureController::getFeaturesByCategory(const std::string& module) const {
+    std::map<std::string, std::vector<std::string>> categories;
+    const auto container = getModuleOrWarn(module);
+    if (!container) {
+        return categories;
+    }
+    std::vector<std::shared_ptr<OrvFeatureWrapper>> features;
+    const OrvErrorType listError = container->GetFeatures(features);
+    if (listError != OrvErrorSuccess) {
+        logWarning(message(": Cannot get features of module: '", module), listError);
+        return categories;
+    }
+    for (const auto& feature : features) {
+        std::string name;
+        if (const OrvErrorType error = feature->GetName(name); error != OrvErrorSuccess) {
+            logWarning(m_messagePrefix + ": Unable to get feature name.", error);
+            continue;
+        }
+        std::string category;
+        if (const OrvErrorType error = feature->GetCategory(category); error != OrvErrorSuccess) {
+            logWarning(message(": Unable to get Category of the feature '", name), error);
+        }
+        OrvFeatureVisibilityType visibility = OrvFeatureVisibilityUnknown;
+        if (const OrvErrorType error = feature->GetVisibility(visibility);
+            error != OrvErrorSuccess) {
+            logWarning(message(": Unable to get Visibility of the feature '", name), error);
+        }
+        if (visibility != OrvFeatureVisibilityInvisible) {
+            categories[category].push_back(std::move(name));
+        }
+    }
+    return categories;
+}
+
+bool FeatureController::setFeatureValue(const std::string& module, const std::string& feature,
+                                        const FeatureValue& value) {
+    const auto container = getModuleOrWarn(module);
+    if (!container) {
+        return false;
+    }
+    std::shared_ptr<OrvFeatureWrapper> found;
+    if (const OrvErrorType error = findFeature(module, *container, feature, found);
+        error != OrvErrorSuccess) {
+        logWarning(message(kNoFeature, feature), error);
+        return false;
+    }
+    const OrvErrorType error = std::visit(Setter{*found}, value);
+    if (error != OrvErrorSuccess) {
+        logWarning(message(": Cannot set feature '", feature) + " to value: " + toText(value),
+                   error);
+    }
+    return error == OrvErrorSuccess;
+}
+
+FeatureValue FeatureController::getFeatureValue(const std::string& module,
+                                                const std::string& feature) const {
+    const auto container = getModuleOrWarn(module);
+    if (!container) {
+        return {};
+    }
+    FeatureValue value;
+    std::shared_ptr<OrvFeatureWrapper> found;
+    OrvFeatureDataType type = OrvFeatureDataUnknown;
+    OrvErrorType error = findFeature(module, *container, feature, found);
+    if (error == OrvErrorSuccess) {
+        error = found->GetDataType(type);
+    }
+    if (error == OrvErrorSuccess) {
+        error = readValue(*found, type, value);
+    }
+    if (error != OrvErrorSuccess) {
+        logWarning(message(": Cannot get feature value: '", feature), error);
+        return {};
+    }
+    return type == OrvFeatureDataCommand ? FeatureValue{true} : value;
+}
+
+FeatureInfo FeatureController::getFeatureInfo(const std::string& module,
+                                              const std::string& feature) const {
+    const auto container = getModuleOrWarn(module);
+    if (!container) {
+        return {};
+    }
+    std::shared_ptr<OrvFeatureWrapper> found;
+    if (const OrvErrorType error = findFeature(module, *container, feature, found);
+        error != OrvErrorSuccess) {
+        logWarning(message(kNoFeature, feature), error);
+        return {};
+    }
+    return InfoReader(*found, feature, m_messagePrefix).read();
+}
+
+bool FeatureController::hasFeature(const std::string& module, const std::string& feature) const {
+    const auto container = getModule(module);
+    std::shared_ptr<OrvFeatureWrapper> found;
+    return container && findFeature(module, *container, feature, found) == OrvErrorSuccess;
+}
+
+bool FeatureController::runCommand(const std::string& module, const std::string& feature,
+                                   double timeoutMs) {
+    const auto container = getModuleOrWarn(module);
+    if (!container) {
+        return false;
+    }
+    std::shared_ptr<OrvFeatureWrapper> found;
+    if (const OrvErrorType error = findFeature(module, *container, feature, found);
+        error != OrvErrorSuccess) {
+        logWarning(message(": Cannot get feature '", feature), error);
+        return false;
+    }
+    if (const OrvErrorType error = found->RunCommand(); error != OrvErrorSuccess) {
+        logWarning(message(": Error while executing '", feature), error);
+        return false;
+    }
+    return waitUntilDone(*found, feature, timeoutMs);
+}
+
+bool FeatureController::waitUntilDone(const OrvFeatureWrapper& command, const std::string& name,
+                                      double timeoutMs) const {
+    using std::chrono::steady_clock;
+    const auto start = steady_clock::now();
+    while (true) {
+        bool done = false;
+        // A command that cannot be asked was started all the same.
+        if (command.IsCommandDone(done) != OrvErrorSuccess) {
+            return true;
+        }
+        const auto elapsed =
+            std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - start)
+                .count();
+        // Time first: what is done only after the limit has timed out.
+        if (static_cast<double>(elapsed) > timeoutMs) {
+            logInfo("Timeout while executing '" + name +
+                    "', duration(ms) = " + std::to_string(elapsed));
+            return false;
+        }
+        if (done) {
+            return true;
+        }
+    }
+}
+
+std::shared_ptr<OrvFeatureContainerWrapper>
+FeatureController::getModule(const std::string& name) const {
+    for (const auto& [moduleName, module] : m_modules) {
+        if (moduleName == name) {
+            return module;
+        }
+    }
+    return {};
+}
+
+std::shared_ptr<OrvFeatureContainerWrapper>
+FeatureController::getModuleOrWarn(const std::string& name) const {
+    auto module = getModule(name);
+    if (!module) {
+        logWarning(message(kNoModule, name));
+    }
+    return module;
+}
+
+/// A feature whose camera has gone stays known; its own operations then answer the error.
+OrvErrorType FeatureController::findFeature(const std::string& module,
+                                            const OrvFeatureContainerWrapper& container,
+                                            const std::string& name,
+                                            std::shared_ptr<OrvFeatureWrapper>& found) const {
+    const std::string key = module + '/' + name;
+    if (const auto known = m_features.find(key); known != m_features.end()) {
+        found = known->second;
+        return OrvErrorSuccess;
+    }
+    found = std::make_shared<OrvFeatureWrapper>();
+    const OrvErrorType error = container.GetFeatureByName(name.c_str(), found);
+    if (error == OrvErrorSuccess) {
+        m_features.emplace(key, found);
+    }
+    return error;
+}
+
+std::string FeatureController::message(const char* text, const std::string& name) const {
+    return m_messagePrefix + text + name + "'";
+}

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "features/FeatureInfo.h"
+#include "features/FeatureValue.h"
+
+#include <QMetaType>
+#include <QVariant>
+
+#include <cstddef>
+
+Q_DECLARE_METATYPE(FeatureInfo)
+
+/// Makes FeatureInfo known to Qt by its name, so that it can travel in variants and through queued
+/// connections. May be called again. Thread-safe.
+void registerFeatureMetaTypes();
+
+/// The variant as the alternative of FeatureValue with the index \p alternative; an index that
+/// FeatureValue does not have gives its default and a debug message. Thread-safe.
+FeatureValue toFeatureValue(const QVariant& variant, std::size_t alternative);
