@@ -8,20 +8,43 @@
 
 namespace host {
 class HostNetwork;
-}
+struct AddressRow;
+struct InterfaceEntry;
+} // namespace host
+
+/// One IPv4 address of the host, with what the host tells of the adapter that has it. Addresses
+/// are in host byte order: 192.168.1.10 is 0xC0A8010A.
+struct NetworkAdapter {
+    std::uint32_t interfaceIndex = 0;
+    std::uint64_t address = 0;
+    std::uint64_t mask = 0;
+    std::uint64_t broadcast = 0;
+    std::uint32_t reassemblySize = 0;
+    std::uint32_t addressType = 0;
+    /// Bits per second.
+    std::uint64_t linkSpeed = 0;
+    /// Bytes of the entry that the record is made from, and no longer valid than that entry; null
+    /// in a record that outlives it.
+    const std::uint8_t* physicalAddress = nullptr;
+    std::string alias;
+    std::string description;
+};
+
+/// The record of an address and its adapter. Its physical address points into \p entry.
+NetworkAdapter makeNetworkAdapter(const host::AddressRow& row, const host::InterfaceEntry& entry);
 
 /// The host's IPv4 network adapters and their link speeds, as they were when this was made.
-/// Bound to the GUI thread.
+/// Bound to the GUI thread. Owned through shared pointers, which know what they made: so that the
+/// destructor need not be virtual.
 class InterfaceHandlerGigE {
 public:
     /// An empty \p network is replaced by the operating system's.
-    explicit InterfaceHandlerGigE(std::shared_ptr<host::HostNetwork> network = {});
+    explicit InterfaceHandlerGigE(const std::shared_ptr<host::HostNetwork>& network = {});
 
     /// Bits per second of the adapter with this IPv4 address (host byte order: 192.168.1.10 is
     /// 0xC0A8010A); 0 when there is none. Of two adapters with one address the first counts.
     virtual std::uint64_t GetLinkSpeed(std::uint64_t address) const;
 
 private:
-    struct Adapter;
-    std::vector<Adapter> m_adapters;
+    std::vector<NetworkAdapter> m_adapters;
 };

@@ -20,6 +20,11 @@ struct DeviceInterface {
     std::string instanceId;
 };
 
+/// Result codes of a property that is not there, as Windows numbers them: an unknown device, a
+/// device without that property.
+constexpr std::uint32_t noSuchDevice = 0x0D;
+constexpr std::uint32_t noSuchValue = 0x25;
+
 /// A property's value, or the system's return code (0 is success) where it has none.
 template <typename T> struct Property {
     std::uint32_t result = 0;

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "engine/InterfaceHandlerGigE.h"
+
+#include "engine/host/ByteOrder.h"
+#include "engine/host/HostNetwork.h"
+
+#include <algorithm>
+#include <iostream>
+
+namespace {
+
+char lowByte(char16_t unit) {
+    return static_cast<char>(unit & 0xFFU);
+}
+char highByte(char16_t unit) {
+    return static_cast<char>(unit >> 8U);
+}
+
+std::string narrowedUnits(const std::u16string& text) {
+    std::string narrow(text.size(), '\0');
+    std::transform(text.begin(), text.end(), narrow.begin(), lowByte);
+    return narrow;
+}
+
+/// The units' bytes, low byte first, as a text that ends at the first zero byte: of an ASCII text
+/// that is its first character.
+std::string bytesUpToZero(const std::u16string& text) {
+    std::string bytes;
+    for (const char16_t unit : text) {
+        for (const char byte : {lowByte(unit), highByte(unit)}) {
+            if (byte == '\0')
+                return bytes;
+            bytes += byte;
+        }
+    }
+    return bytes;
+}
+
+std::vector<NetworkAdapter> snapshot(const host::HostNetwork& network) {
+    std::vector<host::AddressRow> rows;
+    if (!network.addressTable(rows)) {
+        std::cerr << "Unable to get ip address table\n";
+        return {};
+    }
+    std::vector<NetworkAdapter> adapters;
+    adapters.reserve(rows.size());
+    for (const host::AddressRow& row : rows) {
+        const host::InterfaceEntry entry = network.interfaceEntry(row.interfaceIndex);
+        adapters.push_back(makeNetworkAdapter(row, entry));
+        // The entry goes now, and with it the bytes.
+        adapters.back().physicalAddress = nullptr;
+    }
+    return adapters;
+}
+
+} // namespace
+
+NetworkAdapter makeNetworkAdapter(const host::AddressRow& row, const host::InterfaceEntry& entry) {
+    NetworkAdapter adapter;
+    adapter.interfaceIndex = row.interfaceIndex;
+    adapter.address = host::networkToHost(row.address);
+    adapter.mask = host::networkToHost(row.mask);
+    adapter.broadcast = host::networkToHost(row.broadcast);
+    adapter.reassemblySize = row.reassemblySize;
+    adapter.addressType = row.type;
+    adapter.linkSpeed = entry.transmitLinkSpeed;
+    adapter.physicalAddress = entry.physicalAddress.data();
+    adapter.alias = narrowedUnits(entry.alias);
+    adapter.description = bytesUpToZero(entry.description);
+    return adapter;
+}
+
+InterfaceHandlerGigE::InterfaceHandlerGigE(const std::shared_ptr<host::HostNetwork>& network)
+    : m_adapters(snapshot(network ? *network : *host::makeSystemNetwork())) {}
+
+std::uint64_t InterfaceHandlerGigE::GetLinkSpeed(std::uint64_t address) const {
+    const auto found = std::find_if(
+        m_adapters.begin(), m_adapters.end(),
+        [address](const NetworkAdapter& adapter) { return adapter.address == address; });
+    return found == m_adapters.end() ? 0 : found->linkSpeed;
+}

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "engine/host/UsbTopology.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <regex>
+
+namespace host {
+
+namespace {
+
+std::optional<std::string> firstMatch(const std::string& text, const char* pattern) {
+    std::smatch match;
+    if (!std::regex_search(text, match, std::regex(pattern)))
+        return std::nullopt;
+    return match[1].str();
+}
+
+std::optional<std::uint32_t> number(const std::optional<std::string>& digits, int base) {
+    if (!digits)
+        return std::nullopt;
+    std::uint32_t value = 0;
+    const auto parsed =
+        std::from_chars(digits->data(), digits->data() + digits->size(), value, base);
+    if (parsed.ec != std::errc())
+        return std::nullopt;
+    return value;
+}
+
+/// Units beyond ASCII become question marks: they are in no pattern.
+std::string asciiText(const std::u16string& text) {
+    std::string ascii(text.size(), '?');
+    std::transform(text.begin(), text.end(), ascii.begin(),
+                   [](char16_t unit) { return unit < 0x80 ? static_cast<char>(unit) : '?'; });
+    return ascii;
+}
+
+} // namespace
+
+UsbIdentity parseDevicePath(const std::string& path) {
+    return {number(firstMatch(path, "VID_([0-9A-F]{4})"), 16),
+            number(firstMatch(path, "PID_([0-9A-F]{4})"), 16),
+            firstMatch(path, "VID_[0-9A-F]{4}&PID_[0-9A-F]{4}#([0-9A-Z]+)#")};
+}
+
+bool isCamera(const UsbIdentity& identity) {
+    return identity.vendorId == cameraVendorId && identity.productId == cameraProductId;
+}
+
+std::optional<std::uint32_t> portNumber(const std::u16string& location) {
+    return number(firstMatch(asciiText(location), "Port_#(\\d+)"), 10);
+}
+
+bool isOnPciBus(const std::string& instanceId) {
+    return instanceId.rfind("PCI", 0) == 0;
+}
+
+std::string controllerKey(std::uint32_t bus, std::uint32_t address) {
+    return std::to_string(bus) + '-' + std::to_string(address >> 16U) + '-' +
+           std::to_string(address & 0xFFFFU);
+}
+
+std::optional<std::uint64_t> bitsPerSecond(const PortConnection& connection,
+                                           std::optional<std::uint32_t> flags) {
+    constexpr std::uint32_t deviceConnected = 1;
+    constexpr std::uint32_t superSpeedOrHigher = 0b0101; // operating at super speed, or plus
+    constexpr std::size_t high = 2;
+    constexpr std::size_t super = 3;
+    constexpr std::array<std::uint64_t, 4> speeds{1'500'000, 12'000'000, 480'000'000,
+                                                  5'000'000'000};
+
+    if (connection.status != deviceConnected)
+        return std::nullopt;
+    std::size_t speed = connection.speed;
+    if (speed == high && (flags.value_or(0) & superSpeedOrHigher) != 0)
+        speed = super;
+    if (speed >= speeds.size())
+        return std::nullopt;
+    return speeds[speed];
+}
+
+} // namespace host

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "engine/host/HostUsbTree.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+/// What is decided about a USB device from what the host tells of it.
+namespace host {
+
+/// USB vendor ID of the maker's cameras.
+constexpr std::uint32_t cameraVendorId = 0x4D52;
+/// USB product ID of the maker's USB3 Vision cameras.
+constexpr std::uint32_t cameraProductId = 1;
+
+/// What a device interface path names; each empty where the path does not have it.
+struct UsbIdentity {
+    std::optional<std::uint32_t> vendorId;
+    std::optional<std::uint32_t> productId;
+    std::optional<std::string> serial;
+};
+
+/// Reads for example "\\?\USB#VID_4D52&PID_0001#A1B2#{...}". Upper case only.
+UsbIdentity parseDevicePath(const std::string& path);
+
+/// Whether this is one of the maker's USB3 Vision cameras.
+bool isCamera(const UsbIdentity& identity);
+
+/// Port of a location text such as "Port_#0003.Hub_#0001"; empty when it names none.
+std::optional<std::uint32_t> portNumber(const std::u16string& location);
+
+/// Whether a device instance ID is of a device on the PCI bus: of a host controller, when it is
+/// found above a USB hub.
+bool isOnPciBus(const std::string& instanceId);
+
+/// "bus-device-function", decimal. \p address has the device number in its high, the function
+/// number in its low 16 bits.
+std::string controllerKey(std::uint32_t bus, std::uint32_t address);
+
+/// Bits per second of a port to which a device is connected; empty when none is, or its speed is
+/// not known. USB 3 ports report high speed in the first structure: only \p flags, where the hub
+/// driver gave them, tell super speed.
+std::optional<std::uint64_t> bitsPerSecond(const PortConnection& connection,
+                                           std::optional<std::uint32_t> flags);
+
+} // namespace host
