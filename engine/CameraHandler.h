@@ -3,7 +3,7 @@
 
 #include "engine/CameraInfo.h"
 #include "engine/FrameStatistics.h"
-#include "features/FeatureInfo.h"
+#include "features/FeatureValue.h"
 #include "sdk/Forward.h"
 
 #include <cstdint>
@@ -50,12 +50,14 @@ public:
     /// A locked camera keeps its bandwidth during interface Auto Set.
     virtual bool isLocked() const;
     virtual std::int64_t getBandwidth() const;
-    /// Bytes per second that the camera needs for its highest frame rate; 0 when unknown.
+    /// Bytes per second that the camera needs for its highest frame rate; 0 when unknown. Leaves
+    /// the bandwidth at the last value tried.
     virtual std::int64_t autoSet(double cameraSafetyMargin);
     /// Writes the bandwidth and answers what the camera reports afterwards; \p requested only
     /// classifies the outcome, and 0 changes nothing.
     virtual std::int64_t setBandwidth(std::uint64_t value, std::uint64_t requested);
     virtual AutosetStatus getAutosetStatus() const;
+    /// Never empty; of a camera that could not be opened it reaches few features.
     virtual std::shared_ptr<FeatureController> getFeatureController() const;
     virtual std::string getWarningText() const;
     virtual bool isTriggered() const;
@@ -65,10 +67,47 @@ public:
     virtual void checkUsbSpeedLimit() const;
     /// Warns when the host's link (bits per second) is slower than the camera's.
     virtual void checkLinkSpeed(std::uint64_t hostLinkSpeed) const;
-    /// Closes the camera.
+    /// Stops a running acquisition and closes the camera, if this handler started and opened it.
     virtual ~CameraHandler();
 
 private:
-    struct Private;
-    std::unique_ptr<Private> m_private;
+    std::string displayName() const;
+
+    void readIdentity();
+    void openCamera();
+    void readInterface();
+    void readUsbLocation();
+    void readTransportLayer(OrvErrorType found, const OrvTransportLayerWrapper& layer,
+                            OrvErrorType typeRead);
+    void findStream();
+
+    bool hasFeature(const char* feature) const;
+    FeatureValue featureValue(const std::string& feature) const;
+    bool writeBandwidth(const std::string& feature, std::int64_t bytesPerSecond);
+    std::optional<std::string> relatedFeature(const char* preferred, const char* fallback,
+                                              const char* description) const;
+    std::optional<std::string> bandwidthFeature() const;
+    std::optional<std::string> frameRateFeature() const;
+    double readFrameRate(const std::string& label) const;
+    std::optional<std::int64_t> payloadFromPixelSize() const;
+
+    bool usesSocketDriver() const;
+    void warnOfSocketDriver();
+    bool negotiatePacketSize();
+    bool runPacketSizeCommand();
+    std::optional<std::int64_t> readPacketSize() const;
+
+    const std::shared_ptr<OrvCameraWrapper> m_camera;
+    std::shared_ptr<FeatureController> m_features;
+    std::shared_ptr<OrvStreamWrapper> m_stream;
+    std::shared_ptr<FrameObserver> m_observer;
+    CameraInfo m_info;
+    std::string m_warningText;
+    AutosetStatus m_autosetStatus = AutosetStatus::None;
+    /// This handler opened the camera; unlike m_opened, the user cannot change it.
+    bool m_openedHere = false;
+    bool m_opened = false;
+    bool m_locked = false;
+    bool m_acquiring = false;
+    bool m_packetSizeAdjusted = false;
 };

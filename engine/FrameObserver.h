@@ -12,7 +12,8 @@
 /// Counts the frames of one camera during a benchmark.
 ///
 /// Thread-safe: FrameReceived runs on the SDK's threads, one call at a time; statistics() reads
-/// from any thread without a lock; reset() is called while no acquisition runs.
+/// from any thread without a lock; reset() is called while no acquisition runs (while one runs, a
+/// frame that arrives at that moment may bring its counts back).
 class FrameObserver : public OrvCPP::IFrameObserver {
 public:
     /// \p firstFrameId is the ID that the camera gives its first frame: 1 on GigE Vision, else 0.
@@ -39,6 +40,10 @@ private:
         std::atomic<std::uint64_t> payloadBytes{0};
         std::atomic<double> framesPerSecond{0.0};
     };
+
+    void countStatus();
+    void countFrameId();
+    void measureRate();
 
     Counters m_counters;
     std::atomic<double> m_lastFramesPerSecond{0.0};

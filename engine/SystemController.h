@@ -54,6 +54,12 @@ public:
     std::string getSdkVersion() const;
 
 private:
+    void addCamera(const std::shared_ptr<OrvCameraWrapper>& camera,
+                   std::map<std::string, CameraList>& groups);
+    void recordInterface(const OrvInterfaceWrapper& interface, const std::string& id,
+                         const CameraHandler& handler);
+    CameraList chosenCameras(int interfaceIndex) const;
+
     std::shared_ptr<OrvSystemWrapper> m_system;
     std::shared_ptr<InterfaceHandlerGigE> m_gigeHandler;
     std::shared_ptr<InterfaceHandlerUSB> m_usbHandler;

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "engine/CameraHandler.h"
+
+#include "engine/FrameObserver.h"
+#include "logging/Log.h"
+#include "sdk/OrvCameraWrapper.h"
+
+namespace {
+
+constexpr int frameBuffers = 5;
+
+} // namespace
+
+void CameraHandler::startAcquisition() {
+    if (usesSocketDriver())
+        warnOfSocketDriver();
+    if (isTriggered())
+        logInfo(displayName() + " is configured for triggering.");
+    m_observer->reset();
+    const OrvErrorType result = m_camera->StartContinuousImageAcquisition(frameBuffers, m_observer);
+    if (result == OrvErrorSuccess) {
+        m_acquiring = true;
+        logInfo(displayName() + ": Acquisition started successfully.");
+    } else if (result == OrvErrorAlreadyDone) {
+        logInfo(displayName() + ": Acquisition already started.");
+    } else {
+        logWarning(displayName() + ": Cannot start acquisition.", result);
+    }
+}
+
+void CameraHandler::stopAcquisition() {
+    const OrvErrorType result = m_camera->StopContinuousImageAcquisition();
+    if (result == OrvErrorSuccess || result == OrvErrorAlreadyDone)
+        m_acquiring = false;
+    if (result == OrvErrorSuccess) {
+        logInfo(displayName() + ": Acquisition stopped successfully.");
+        const FrameStatistics statistics = m_observer->statistics();
+        logInfo(displayName() + ": Lost frames: " + std::to_string(statistics.lostFrames) +
+                ", Incomplete frames: " + std::to_string(statistics.incompleteFrames));
+    } else if (result == OrvErrorAlreadyDone) {
+        logInfo(displayName() + ": Acquisition already stopped.");
+    } else {
+        logWarning(displayName() + ": Cannot stop acquisition.", result);
+    }
+}

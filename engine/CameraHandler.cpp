@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "engine/CameraHandler.h"
+
+#include "engine/FeatureAccess.h"
+#include "engine/FrameObserver.h"
+#include "features/FeatureController.h"
+#include "logging/Log.h"
+#include "sdk/OrvCameraWrapper.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
+
+/// Adds the remainder itself, not what is missing to the next multiple: this is the rule.
+std::int64_t correctedByIncrement(std::int64_t value, std::int64_t increment) {
+    if (increment <= 0)
+        return value;
+    const std::int64_t remainder = value % increment;
+    return value > largest - remainder ? largest : value + remainder;
+}
+
+} // namespace
+
+CameraHandler::~CameraHandler() {
+    if (m_acquiring)
+        m_camera->StopContinuousImageAcquisition();
+    if (m_openedHere)
+        m_camera->Close();
+}
+
+CameraInfo CameraHandler::getCameraInfo() const {
+    return m_info;
+}
+
+FrameStatistics CameraHandler::getFrameStatistics() const {
+    return m_observer->statistics();
+}
+
+bool CameraHandler::isOpened() const {
+    return m_opened;
+}
+
+void CameraHandler::setOpened(bool opened) {
+    m_opened = opened;
+}
+
+void CameraHandler::setLocked(bool locked) {
+    m_locked = locked;
+}
+
+bool CameraHandler::isLocked() const {
+    return m_locked;
+}
+
+AutosetStatus CameraHandler::getAutosetStatus() const {
+    return m_autosetStatus;
+}
+
+std::shared_ptr<FeatureController> CameraHandler::getFeatureController() const {
+    return m_features;
+}
+
+std::string CameraHandler::getWarningText() const {
+    return m_warningText;
+}
+
+std::int64_t CameraHandler::getBandwidth() const {
+    const auto feature = bandwidthFeature();
+    return feature ? integerOf(featureValue(*feature)).value_or(0) : 0;
+}
+
+std::int64_t CameraHandler::setBandwidth(std::uint64_t value, std::uint64_t requested) {
+    m_autosetStatus = AutosetStatus::NotSet;
+    if (requested == 0)
+        return 0;
+    const auto feature = bandwidthFeature();
+    if (!feature)
+        return 0;
+
+    const FeatureInfo info = m_features->getFeatureInfo(cameraModule, *feature);
+    const std::int64_t minimum = integerOf(info.minimum).value_or(0);
+    const std::int64_t maximum = integerOf(info.maximum).value_or(0);
+    const std::int64_t increment = integerOf(info.increment).value_or(0);
+    const auto wanted = static_cast<std::int64_t>(std::min<std::uint64_t>(value, largest));
+    const std::int64_t corrected = correctedByIncrement(wanted, increment);
+
+    const bool maximumKnown = maximum > 0;
+    if (!maximumKnown || corrected < maximum) {
+        const std::int64_t written = std::max(corrected, minimum);
+        const bool below = written < 0 || static_cast<std::uint64_t>(written) < requested;
+        if (writeBandwidth(*feature, written))
+            m_autosetStatus =
+                below ? AutosetStatus::BelowRequested : AutosetStatus::RequestedReached;
+    } else if (writeBandwidth(*feature, maximum)) {
+        m_autosetStatus = AutosetStatus::ClampedToMaximum;
+    }
+
+    const std::int64_t reached = integerOf(featureValue(*feature)).value_or(0);
+    readFrameRate("after optimization");
+    return reached;
+}
+
+bool CameraHandler::writeBandwidth(const std::string& feature, std::int64_t bytesPerSecond) {
+    if (!m_features->setFeatureValue(cameraModule, feature, bytesPerSecond))
+        return false;
+    logInfo(displayName() + ": " + feature + " set to " + std::to_string(bytesPerSecond));
+    return true;
+}
+
+bool CameraHandler::hasFeature(const char* feature) const {
+    return m_features->hasFeature(cameraModule, feature);
+}
+
+FeatureValue CameraHandler::featureValue(const std::string& feature) const {
+    return m_features->getFeatureValue(cameraModule, feature);
+}
+
+std::optional<std::string> CameraHandler::relatedFeature(const char* preferred,
+                                                         const char* fallback,
+                                                         const char* description) const {
+    for (const char* const name : {preferred, fallback}) {
+        if (hasFeature(name))
+            return name;
+    }
+    logError(displayName() + ": No " + description + " related feature found.");
+    return std::nullopt;
+}
+
+std::optional<std::string> CameraHandler::bandwidthFeature() const {
+    return relatedFeature("DeviceLinkThroughputLimit", "StreamBytesPerSecond", "bandwidth speed");
+}
+
+std::optional<std::string> CameraHandler::frameRateFeature() const {
+    return relatedFeature("AcquisitionFrameRateLimit", "AcquisitionFrameRate",
+                          "acquisition frame rate");
+}
