@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "logging/QtMessageHandler.h"
+
+#include "logging/Log.h"
+
+#include <string>
+
+namespace {
+
+std::string messageText(const QMessageLogContext& context, const QString& message) {
+    const std::string text = message.toLocal8Bit().toStdString();
+    if (context.function == nullptr)
+        return text;
+    const std::string file = context.file == nullptr ? "" : context.file;
+    return text + " (" + context.function + " in " + file + ':' + std::to_string(context.line) +
+           ')';
+}
+
+} // namespace
+
+void qtMessageHandler(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    const std::string text = messageText(context, message);
+    switch (type) {
+    case QtDebugMsg:
+        logDebug(text);
+        break;
+    case QtInfoMsg:
+        logInfo(text);
+        break;
+    case QtWarningMsg:
+    case QtCriticalMsg:
+    case QtFatalMsg:
+        logWarning(text);
+        break;
+    }
+}
