@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "features/FeatureMetaTypes.h"
 
-#include <QDebug>
 #include <QString>
 
 #include <cstdint>

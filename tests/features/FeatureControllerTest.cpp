@@ -1,0 +1,508 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "features/FeatureController.h"
+
+#include "sdk/ErrorText.h"
+#include "tests/support/CapturedLog.h"
+#include "tests/support/MockSdk.h"
+
+#include <chrono>
+#include <functional>
+#include <sstream>
+#include <thread>
+
+namespace {
+
+using testing::_;
+using testing::An;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+using testing::Return;
+using testing::StrEq;
+
+using Texts = std::vector<std::string>;
+
+const auto failed = Return(OrvErrorType{OrvErrorIO});
+
+std::string warning(const std::string& text) {
+    return "Warning:Cam" + text;
+}
+
+std::string warning(const std::string& text, OrvErrorType error) {
+    return warning(text) + ' ' + errorText(error);
+}
+
+std::string debug(const std::string& text, OrvErrorType error) {
+    return "Debug:Cam" + text + ' ' + errorText(error);
+}
+
+/// All fields, so that a failing comparison shows the whole picture.
+std::string describe(const FeatureInfo& info) {
+    std::ostringstream text;
+    const auto value = [](const FeatureValue& v) {
+        return std::to_string(v.index()) + ':' + toText(v);
+    };
+    text << info.category << '|' << info.name << '|' << info.displayName << '|' << info.description
+         << '|' << info.representation << '|' << info.toolTip << '|' << info.unit << '|'
+         << info.readable << info.writable << '|' << info.visibility << '|' << info.dataType << '|'
+         << value(info.value) << '|' << value(info.minimum) << '|' << value(info.maximum) << '|'
+         << value(info.increment) << '|';
+    for (const auto& entry : info.values)
+        text << entry << ',';
+    text << '|';
+    for (const auto& entry : info.availableValues)
+        text << value(entry) << ',';
+    return text.str();
+}
+
+/// Gives a feature all the texts that a description has.
+NiceFeature described(NiceFeature feature) {
+    ON_CALL(*feature, GetCategory).WillByDefault(answer(std::string("/Cat")));
+    ON_CALL(*feature, GetDescription).WillByDefault(answer(std::string("desc")));
+    ON_CALL(*feature, GetRepresentation).WillByDefault(answer(std::string("Linear")));
+    ON_CALL(*feature, GetToolTip).WillByDefault(answer(std::string("tip")));
+    ON_CALL(*feature, GetUnit).WillByDefault(answer(std::string("us")));
+    return feature;
+}
+
+class FeatureControllerTest : public testing::Test {
+protected:
+    FeatureController controller() const { return {m_camera, "Cam"}; }
+
+    NiceFeature add(const std::string& name, NiceFeature feature) {
+        return m_camera->addFeature(name, std::move(feature));
+    }
+
+    std::shared_ptr<testing::NiceMock<MockCamera>> m_camera = makeCamera();
+    CapturedLog m_log;
+};
+
+/// A camera with all its modules, two streams among them.
+class FeatureModulesTest : public FeatureControllerTest {
+protected:
+    FeatureModulesTest() {
+        using testing::NiceMock;
+        succeed<OrvTransportLayerWrapper, NiceMock<MockTransportLayer>>(
+            [this](auto action) { ON_CALL(*m_camera, GetTransportLayer()).WillByDefault(action); });
+        succeed<OrvInterfaceWrapper, NiceMock<MockInterface>>(
+            [this](auto action) { ON_CALL(*m_camera, GetInterface()).WillByDefault(action); });
+        succeed<OrvLocalDeviceWrapper, NiceMock<MockLocalDevice>>(
+            [this](auto action) { ON_CALL(*m_camera, GetLocalDevice()).WillByDefault(action); });
+        const MockCamera::Streams streams{m_stream0, m_stream1};
+        ON_CALL(*m_camera, GetStreams).WillByDefault(answer(streams));
+    }
+
+    template <class Wrapper, class Mock, class Install> static void succeed(Install install) {
+        install(Return(std::pair{std::static_pointer_cast<Wrapper>(std::make_shared<Mock>()),
+                                 OrvErrorType{OrvErrorSuccess}}));
+    }
+
+    template <class Wrapper> static auto withoutModule() {
+        return Return(std::pair{std::make_shared<Wrapper>(), OrvErrorType{OrvErrorDeviceNotOpen}});
+    }
+
+    std::shared_ptr<MockStream> m_stream0 = std::make_shared<testing::NiceMock<MockStream>>();
+    std::shared_ptr<MockStream> m_stream1 = std::make_shared<testing::NiceMock<MockStream>>();
+};
+
+TEST_F(FeatureModulesTest, AreListedFromTheHostToTheStreams) {
+    const FeatureController features = controller();
+    EXPECT_THAT(features.getModuleNames(),
+                ElementsAre("Transport Layer", "Interface", "Local Device", "Camera", "Stream0",
+                            "Stream1"));
+    EXPECT_EQ(features.getModule("Stream1"), m_stream1);
+    EXPECT_EQ(features.getModule("camera"), nullptr);
+    EXPECT_EQ(m_log.text(), "");
+}
+
+TEST_F(FeatureModulesTest, ThatCannotBeFetchedAreLeftOut) {
+    ON_CALL(*m_camera, GetLocalDevice()).WillByDefault(withoutModule<OrvLocalDeviceWrapper>());
+    const FeatureController features = controller();
+    EXPECT_THAT(features.getModuleNames(),
+                ElementsAre("Transport Layer", "Interface", "Camera", "Stream0", "Stream1"));
+    EXPECT_THAT(m_log.lines(), ElementsAre(warning(": Unable to get Local Device features",
+                                                   OrvErrorDeviceNotOpen)));
+    m_log.clear();
+    EXPECT_FALSE(features.hasFeature("Local Device", "Any"));
+    EXPECT_THAT(features.getFeaturesByCategory("Local Device"), IsEmpty());
+    EXPECT_EQ(m_log.text(), warning(": Cannot get module: 'Local Device'") + '\n');
+}
+
+TEST_F(FeatureModulesTest, MayAllFailButTheCamera) {
+    ON_CALL(*m_camera, GetTransportLayer())
+        .WillByDefault(withoutModule<OrvTransportLayerWrapper>());
+    ON_CALL(*m_camera, GetInterface()).WillByDefault(withoutModule<OrvInterfaceWrapper>());
+    ON_CALL(*m_camera, GetLocalDevice()).WillByDefault(withoutModule<OrvLocalDeviceWrapper>());
+    ON_CALL(*m_camera, GetStreams).WillByDefault(failed);
+    EXPECT_THAT(controller().getModuleNames(), ElementsAre("Camera"));
+    EXPECT_THAT(
+        m_log.lines(),
+        ElementsAre(warning(": Unable to get Transport Layer features", OrvErrorDeviceNotOpen),
+                    warning(": Unable to get Interface features", OrvErrorDeviceNotOpen),
+                    warning(": Unable to get Local Device features", OrvErrorDeviceNotOpen),
+                    warning(": Unable to get Streams", OrvErrorIO)));
+}
+
+TEST(FeatureModules, OfNoCameraAreNone) {
+    EXPECT_THAT(FeatureController({}, "Cam").getModuleNames(), IsEmpty());
+}
+
+TEST_F(FeatureControllerTest, ListsVisibleFeaturesByCategory) {
+    const auto addIn = [this](const char* category, const char* name,
+                              OrvFeatureVisibilityType visibility) {
+        const auto feature = add(name, makeIntFeature(0));
+        ON_CALL(*feature, GetCategory).WillByDefault(answer(std::string(category)));
+        ON_CALL(*feature, GetVisibility).WillByDefault(answer(visibility));
+        return feature;
+    };
+    addIn("/B", "Zeta", OrvFeatureVisibilityBeginner);
+    addIn("/A", "Guru", OrvFeatureVisibilityGuru);
+    addIn("/B", "Hidden", OrvFeatureVisibilityInvisible);
+    addIn("/B", "Alpha", OrvFeatureVisibilityUnknown);
+    ON_CALL(*addIn("/A", "Nameless", OrvFeatureVisibilityBeginner), GetName).WillByDefault(failed);
+    ON_CALL(*addIn("/A", "Stray", OrvFeatureVisibilityBeginner), GetCategory).WillByDefault(failed);
+    ON_CALL(*addIn("/A", "Odd", OrvFeatureVisibilityInvisible), GetVisibility)
+        .WillByDefault(failed);
+
+    EXPECT_THAT(controller().getFeaturesByCategory("Camera"),
+                ElementsAre(Pair("", Texts{"Stray"}), Pair("/A", Texts{"Guru", "Odd"}),
+                            Pair("/B", Texts{"Zeta", "Alpha"})));
+    EXPECT_TRUE(m_log.has(warning(": Unable to get feature name.", OrvErrorIO)));
+    EXPECT_TRUE(m_log.has(warning(": Unable to get Category of the feature 'Stray'", OrvErrorIO)));
+    EXPECT_TRUE(m_log.has(warning(": Unable to get Visibility of the feature 'Odd'", OrvErrorIO)));
+}
+
+TEST_F(FeatureControllerTest, ListsNothingWhenTheModuleCannotBeRead) {
+    add("Gain", makeIntFeature(0));
+    ON_CALL(*m_camera, GetFeatures).WillByDefault(failed);
+    const FeatureController features = controller();
+    m_log.clear();
+    EXPECT_THAT(features.getFeaturesByCategory("Camera"), IsEmpty());
+    EXPECT_EQ(m_log.lines().size(), 1U);
+}
+
+struct TypeCase {
+    const char* name;
+    std::function<NiceFeature()> make;
+    /// Value and what the type adds to the description.
+    std::string description;
+    FeatureValue value;
+};
+
+void PrintTo(const TypeCase& tested, std::ostream* stream) {
+    *stream << tested.name;
+}
+
+NiceFeature makeOnceUnavailable() {
+    auto feature = makeEnumFeature("Off", {"Off", "Once", "Continuous"});
+    ON_CALL(*feature, IsValueAvailable(testing::Matcher<const char*>(StrEq("Once")), _))
+        .WillByDefault([](const char*, bool& available) {
+            available = false;
+            return OrvErrorType{OrvErrorSuccess};
+        });
+    return feature;
+}
+
+class FeatureTypeTest : public FeatureControllerTest,
+                        public testing::WithParamInterface<TypeCase> {};
+
+TEST_P(FeatureTypeTest, IsDescribedAndReadByItsType) {
+    const auto feature = add("F", described(GetParam().make()));
+    const FeatureController features = controller();
+    m_log.clear();
+    EXPECT_EQ(describe(features.getFeatureInfo("Camera", "F")),
+              "/Cat|F|F|desc|Linear|tip|us|11|1|" + GetParam().description);
+    EXPECT_EQ(features.getFeatureValue("Camera", "F"), GetParam().value);
+    EXPECT_EQ(m_log.text(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Types, FeatureTypeTest,
+    testing::Values(TypeCase{"Int", [] { return makeIntFeature(-5, -8, 1000, 3); },
+                             "1|0:-5|0:-8|0:1000|0:3||", std::int64_t{-5}},
+                    TypeCase{"Float", [] { return makeFloatFeature(2.5, 0.5, 10.0, 0.25); },
+                             "2|1:2.500000|1:0.500000|1:10.000000|1:0.250000||", 2.5},
+                    TypeCase{"Enum", makeOnceUnavailable,
+                             "3|3:Off|0:0|0:0|0:0|Off,Once,Continuous,|3:Off,3:Continuous,",
+                             std::string("Off")},
+                    TypeCase{"String", [] { return makeStringFeature("text"); },
+                             "4|3:text|0:0|0:0|0:0||", std::string("text")},
+                    TypeCase{"Bool", [] { return makeBoolFeature(true); }, "5|2:true|0:0|0:0|0:0||",
+                             true},
+                    TypeCase{"Command", makeCommandFeature, "6|0:0|0:0|0:0|0:0||", true},
+                    TypeCase{"Raw", [] { return makeFeature(OrvFeatureDataRaw); },
+                             "7|0:0|0:0|0:0|0:0||", FeatureValue{}},
+                    TypeCase{"None", [] { return makeFeature(OrvFeatureDataNone); },
+                             "8|0:0|0:0|0:0|0:0||", FeatureValue{}},
+                    TypeCase{"Unknown", [] { return makeFeature(OrvFeatureDataUnknown); },
+                             "0|0:0|0:0|0:0|0:0||", FeatureValue{}}),
+    [](const auto& tested) { return tested.param.name; });
+
+struct FailureCase {
+    const char* name;
+    std::function<NiceFeature()> make;
+    std::function<void(MockFeature&)> fail;
+    const char* message;
+    std::function<void(FeatureInfo&)> forget;
+};
+
+void PrintTo(const FailureCase& tested, std::ostream* stream) {
+    *stream << tested.name;
+}
+
+class FeatureInfoFailureTest : public FeatureControllerTest,
+                               public testing::WithParamInterface<FailureCase> {};
+
+TEST_P(FeatureInfoFailureTest, KeepsTheOtherFields) {
+    const auto feature = add("F", described(GetParam().make()));
+    const FeatureController features = controller();
+    FeatureInfo expected = features.getFeatureInfo("Camera", "F");
+    GetParam().forget(expected);
+    GetParam().fail(*feature);
+    m_log.clear();
+    EXPECT_EQ(describe(features.getFeatureInfo("Camera", "F")), describe(expected));
+    ASSERT_FALSE(m_log.lines().empty());
+    EXPECT_EQ(m_log.lines().front(), debug(GetParam().message, OrvErrorIO));
+}
+
+const auto anInt = [] {
+    return makeIntFeature(-5, -8, 1000, 3);
+};
+const auto anEnum = [] {
+    return makeEnumFeature("Off", {"Off", "On"});
+};
+
+// The cases differ in the operation, not in its signature: a macro names each only once.
+#define FAILS(Operation)                                                                           \
+    [](MockFeature& f) {                                                                           \
+        ON_CALL(f, Operation).WillByDefault(failed);                                               \
+    }
+#define FORGETS(statement)                                                                         \
+    [](FeatureInfo& read) {                                                                        \
+        read.statement;                                                                            \
+    }
+
+INSTANTIATE_TEST_SUITE_P(
+    Attributes, FeatureInfoFailureTest,
+    testing::Values(
+        FailureCase{"Name", anInt, FAILS(GetName), ": Cannot get feature name",
+                    FORGETS(name.clear())},
+        FailureCase{"Category", anInt, FAILS(GetCategory), ": Cannot get feature category for 'F'",
+                    FORGETS(category.clear())},
+        FailureCase{"DisplayName", anInt, FAILS(GetDisplayName),
+                    ": Cannot get feature display name for 'F'", FORGETS(displayName.clear())},
+        FailureCase{"Description", anInt, FAILS(GetDescription),
+                    ": Cannot get feature description for 'F'", FORGETS(description.clear())},
+        FailureCase{"Representation", anInt, FAILS(GetRepresentation),
+                    ": Cannot get feature representation for 'F'", FORGETS(representation.clear())},
+        FailureCase{"ToolTip", anInt, FAILS(GetToolTip), ": Cannot get feature tooltip for 'F'",
+                    FORGETS(toolTip.clear())},
+        FailureCase{"Unit", anInt, FAILS(GetUnit), ": Cannot get feature unit for 'F'",
+                    FORGETS(unit.clear())},
+        FailureCase{"Readable", anInt, FAILS(IsReadable),
+                    ": Cannot get feature readability for 'F'", FORGETS(readable = false)},
+        FailureCase{"Writable", anInt, FAILS(IsWritable),
+                    ": Cannot get feature writability for 'F'", FORGETS(writable = false)},
+        FailureCase{"Visibility", anInt, FAILS(GetVisibility),
+                    ": Cannot get feature visibility for 'F'",
+                    FORGETS(visibility = OrvFeatureVisibilityUnknown)},
+        FailureCase{"DataType", makeCommandFeature, FAILS(GetDataType),
+                    ": Cannot get feature data type for 'F'",
+                    FORGETS(dataType = OrvFeatureDataUnknown)},
+        FailureCase{"Int", anInt, FAILS(GetValue(An<std::int64_t&>())),
+                    ": Cannot get feature value (int) for 'F'", FORGETS(value = {})},
+        FailureCase{"IntRange", anInt, FAILS(GetRange(An<std::int64_t&>(), _)),
+                    ": Cannot get feature range for 'F'", FORGETS(minimum = read.maximum = {})},
+        FailureCase{"IntIncrement", anInt, FAILS(GetIncrement(An<std::int64_t&>())),
+                    ": Cannot get feature increment for 'F'", FORGETS(increment = {})},
+        FailureCase{"Float", [] { return makeFloatFeature(1.5, 1.0, 2.0, 0.5); },
+                    FAILS(GetValue(An<double&>())), ": Cannot get feature value (double) for 'F'",
+                    FORGETS(value = {})},
+        FailureCase{"FloatRange", [] { return makeFloatFeature(1.5, 1.0, 2.0, 0.5); },
+                    FAILS(GetRange(An<double&>(), _)), ": Cannot get feature range for 'F'",
+                    FORGETS(minimum = read.maximum = {})},
+        FailureCase{"FloatIncrement", [] { return makeFloatFeature(1.5, 1.0, 2.0, 0.5); },
+                    FAILS(GetIncrement(An<double&>())), ": Cannot get feature increment for 'F'",
+                    FORGETS(increment = {})},
+        FailureCase{"Enum", anEnum, FAILS(GetValue(An<std::string&>())),
+                    ": Cannot get feature value (string) for 'F'", FORGETS(value = {})},
+        FailureCase{"EnumValues", anEnum, FAILS(GetValues(An<Texts&>())),
+                    ": Cannot get feature values list for 'F'",
+                    [](FeatureInfo& read) {
+                        read.values.clear();
+                        read.availableValues.clear();
+                    }},
+        FailureCase{"EnumAvailable", anEnum,
+                    FAILS(IsValueAvailable(testing::Matcher<const char*>(StrEq("Off")), _)),
+                    ": Cannot determine if feature is available for 'F'",
+                    FORGETS(availableValues.erase(read.availableValues.begin()))},
+        FailureCase{"String", [] { return makeStringFeature("x"); },
+                    FAILS(GetValue(An<std::string&>())),
+                    ": Cannot get feature value (string) for 'F'", FORGETS(value = {})},
+        FailureCase{"Bool", [] { return makeBoolFeature(true); }, FAILS(GetValue(An<bool&>())),
+                    ": Cannot get feature value (bool) for 'F'", FORGETS(value = {})}),
+    [](const auto& tested) { return tested.param.name; });
+
+#undef FAILS
+#undef FORGETS
+
+TEST_F(FeatureControllerTest, AnswersNeutrallyForWhatIsMissing) {
+    FeatureController features = controller();
+    m_log.clear();
+    EXPECT_EQ(describe(features.getFeatureInfo("Camera", "X")), describe({}));
+    EXPECT_EQ(features.getFeatureValue("Camera", "X"), FeatureValue{});
+    EXPECT_FALSE(features.setFeatureValue("Camera", "X", true));
+    EXPECT_FALSE(features.runCommand("Camera", "X", 10.0));
+    EXPECT_FALSE(features.hasFeature("Camera", "X"));
+    EXPECT_THAT(m_log.lines(),
+                ElementsAre(warning(": Cannot get feature: 'X'", OrvErrorNotFound),
+                            warning(": Cannot get feature value: 'X'", OrvErrorNotFound),
+                            warning(": Cannot get feature: 'X'", OrvErrorNotFound),
+                            warning(": Cannot get feature 'X'", OrvErrorNotFound)));
+    m_log.clear();
+    EXPECT_EQ(describe(features.getFeatureInfo("Nowhere", "X")), describe({}));
+    EXPECT_EQ(features.getFeatureValue("Nowhere", "X"), FeatureValue{});
+    EXPECT_FALSE(features.setFeatureValue("Nowhere", "X", true));
+    EXPECT_FALSE(features.runCommand("Nowhere", "X", 10.0));
+    EXPECT_FALSE(features.hasFeature("Nowhere", "X"));
+    EXPECT_EQ(m_log.count(warning(": Cannot get module: 'Nowhere'")), 4);
+    EXPECT_EQ(m_log.lines().size(), 4U);
+}
+
+TEST_F(FeatureControllerTest, WarnsOfAValueThatCannotBeRead) {
+    const auto number = add("Number", makeIntFeature(7));
+    ON_CALL(*number, GetValue(An<std::int64_t&>())).WillByDefault(failed);
+    const auto untyped = add("Untyped", makeIntFeature(7));
+    ON_CALL(*untyped, GetDataType).WillByDefault(failed);
+    const FeatureController features = controller();
+    m_log.clear();
+    EXPECT_EQ(features.getFeatureValue("Camera", "Number"), FeatureValue{});
+    EXPECT_EQ(features.getFeatureValue("Camera", "Untyped"), FeatureValue{});
+    EXPECT_THAT(m_log.lines(),
+                ElementsAre(warning(": Cannot get feature value: 'Number'", OrvErrorIO),
+                            warning(": Cannot get feature value: 'Untyped'", OrvErrorIO)));
+}
+
+TEST_F(FeatureControllerTest, SetsWithTheOperationOfTheValuesAlternative) {
+    const auto ok = Return(OrvErrorType{OrvErrorSuccess});
+    const auto feature = add("F", makeFeature(OrvFeatureDataInt));
+    testing::InSequence inOrder;
+    EXPECT_CALL(*feature, SetValue(testing::TypedEq<std::int64_t>(1))).WillOnce(ok);
+    EXPECT_CALL(*feature, SetValue(testing::TypedEq<double>(1.5))).WillOnce(ok);
+    EXPECT_CALL(*feature, SetValue(testing::TypedEq<bool>(true))).WillOnce(ok);
+    EXPECT_CALL(*feature, SetValue(testing::Matcher<const char*>(StrEq("On")))).WillOnce(ok);
+    FeatureController features = controller();
+    EXPECT_TRUE(features.setFeatureValue("Camera", "F", std::int64_t{1}));
+    EXPECT_TRUE(features.setFeatureValue("Camera", "F", 1.5));
+    EXPECT_TRUE(features.setFeatureValue("Camera", "F", true));
+    EXPECT_TRUE(features.setFeatureValue("Camera", "F", std::string("On")));
+}
+
+TEST_F(FeatureControllerTest, WarnsOfAValueThatCannotBeSet) {
+    add("Width", makeIntFeature(1));
+    FeatureController features = controller();
+    m_log.clear();
+    EXPECT_FALSE(features.setFeatureValue("Camera", "Width", std::string("wide")));
+    EXPECT_FALSE(features.setFeatureValue("Camera", "Width", 0.5));
+    EXPECT_FALSE(features.setFeatureValue("Camera", "Width", true));
+    EXPECT_THAT(
+        m_log.lines(),
+        ElementsAre(warning(": Cannot set feature 'Width' to value: wide", OrvErrorWrongType),
+                    warning(": Cannot set feature 'Width' to value: 0.500000", OrvErrorWrongType),
+                    warning(": Cannot set feature 'Width' to value: true", OrvErrorWrongType)));
+}
+
+class FeatureCommandTest : public FeatureControllerTest {
+protected:
+    bool run(double timeoutMs) {
+        FeatureController features = controller();
+        m_log.clear();
+        return features.runCommand("Camera", "Go", timeoutMs);
+    }
+
+    NiceFeature m_command = add("Go", makeCommandFeature());
+};
+
+TEST_F(FeatureCommandTest, IsPolledUntilDone) {
+    EXPECT_CALL(*m_command, RunCommand);
+    EXPECT_CALL(*m_command, IsCommandDone)
+        .WillOnce(answer(false))
+        .WillOnce(answer(false))
+        .WillOnce(answer(true));
+    EXPECT_TRUE(run(1000.0));
+    EXPECT_EQ(m_log.text(), "");
+}
+
+TEST_F(FeatureCommandTest, ThatCannotBeStartedIsNotPolled) {
+    ON_CALL(*m_command, RunCommand).WillByDefault(failed);
+    EXPECT_CALL(*m_command, IsCommandDone).Times(0);
+    EXPECT_FALSE(run(1000.0));
+    EXPECT_THAT(m_log.lines(), ElementsAre(warning(": Error while executing 'Go'", OrvErrorIO)));
+}
+
+TEST_F(FeatureCommandTest, ThatCannotBeAskedCountsAsDone) {
+    EXPECT_CALL(*m_command, IsCommandDone).WillOnce(failed);
+    EXPECT_TRUE(run(0.0));
+    EXPECT_EQ(m_log.text(), "");
+}
+
+TEST_F(FeatureCommandTest, ThatNeverCompletesTimesOutJustOverTheLimit) {
+    ON_CALL(*m_command, IsCommandDone).WillByDefault(answer(false));
+    for (const double limit : {0.0, 20.0}) {
+        EXPECT_FALSE(run(limit));
+        const std::string start = "Info:Timeout while executing 'Go', duration(ms) = ";
+        const Texts lines = m_log.lines();
+        ASSERT_EQ(lines.size(), 1U);
+        ASSERT_EQ(lines[0].substr(0, start.size()), start);
+        EXPECT_GT(std::stod(lines[0].substr(start.size())), limit);
+    }
+}
+
+TEST_F(FeatureCommandTest, ThatIsDoneTooLateHasTimedOut) {
+    ON_CALL(*m_command, IsCommandDone).WillByDefault([](bool& done) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        done = true;
+        return OrvErrorType{OrvErrorSuccess};
+    });
+    EXPECT_FALSE(run(2.0));
+    EXPECT_TRUE(run(1000.0));
+}
+
+// A call into the SDK may cost a millisecond on a real camera: none is made twice.
+TEST_F(FeatureControllerTest, AsksForEachThingOnce) {
+    const auto feature = add("F", described(makeIntFeature(1)));
+    EXPECT_CALL(*m_camera, GetFeatureByName(StrEq("F"), _));
+    EXPECT_CALL(*m_camera, GetFeatureByName(StrEq("X"), _)).Times(2);
+    EXPECT_CALL(*feature, GetName);
+    EXPECT_CALL(*feature, GetCategory);
+    EXPECT_CALL(*feature, GetDisplayName);
+    EXPECT_CALL(*feature, GetDescription);
+    EXPECT_CALL(*feature, GetRepresentation);
+    EXPECT_CALL(*feature, GetToolTip);
+    EXPECT_CALL(*feature, GetUnit);
+    EXPECT_CALL(*feature, IsReadable);
+    EXPECT_CALL(*feature, IsWritable);
+    EXPECT_CALL(*feature, GetVisibility);
+    EXPECT_CALL(*feature, GetDataType).Times(2);
+    EXPECT_CALL(*feature, GetValue(An<std::int64_t&>())).Times(2);
+    EXPECT_CALL(*feature, GetRange(An<std::int64_t&>(), _));
+    EXPECT_CALL(*feature, GetIncrement(An<std::int64_t&>()));
+    FeatureController features = controller();
+    EXPECT_TRUE(features.hasFeature("Camera", "F"));
+    features.getFeatureInfo("Camera", "F");
+    features.getFeatureValue("Camera", "F");
+    // What was not found may appear later.
+    EXPECT_FALSE(features.hasFeature("Camera", "X"));
+    EXPECT_FALSE(features.hasFeature("Camera", "X"));
+}
+
+TEST_F(FeatureModulesTest, KeepFeaturesOfOneNameApart) {
+    add("Id", makeIntFeature(1));
+    m_stream0->addFeature("Id", makeIntFeature(2));
+    const FeatureController features = controller();
+    EXPECT_EQ(features.getFeatureValue("Camera", "Id"), FeatureValue{std::int64_t{1}});
+    EXPECT_EQ(features.getFeatureValue("Stream0", "Id"), FeatureValue{std::int64_t{2}});
+    EXPECT_FALSE(features.hasFeature("Stream1", "Id"));
+}
+
+} // namespace

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "features/FeatureMetaTypes.h"
+
+#include <gtest/gtest.h>
+
+#include <variant>
+
+namespace {
+
+QString lastMessage; // A Qt message handler is a plain function.
+
+void keepMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    lastMessage = type == QtDebugMsg ? text : QStringLiteral("not a debug message");
+}
+
+TEST(FeatureMetaTypes, FeatureInfoTravelsInAVariant) {
+    registerFeatureMetaTypes();
+    FeatureInfo info;
+    info.name = "Gain";
+    info.value = 2.5;
+    const QVariant variant = QVariant::fromValue(info);
+    EXPECT_EQ(QMetaType::type("FeatureInfo"), variant.userType());
+    EXPECT_EQ(variant.value<FeatureInfo>().name, "Gain");
+    EXPECT_EQ(variant.value<FeatureInfo>().value, FeatureValue{2.5});
+}
+
+TEST(FeatureMetaTypes, VariantsConvertToTheWantedAlternative) {
+    const QVariant text = QStringLiteral("4");
+    EXPECT_EQ(toFeatureValue(text, 0), FeatureValue{std::int64_t{4}});
+    EXPECT_EQ(toFeatureValue(text, 1), FeatureValue{4.0});
+    EXPECT_EQ(toFeatureValue(text, 2), FeatureValue{true});
+    EXPECT_EQ(toFeatureValue(QString::fromUtf8("\xC2\xB5s"), 3),
+              FeatureValue{std::string("\xC2\xB5s")});
+    EXPECT_EQ(toFeatureValue(QVariant(qint64{1} << 62), 0), FeatureValue{std::int64_t{1} << 62});
+}
+
+TEST(FeatureMetaTypes, AnUnknownAlternativeGivesTheDefaultAndAMessage) {
+    const auto previous = qInstallMessageHandler(keepMessage);
+    EXPECT_EQ(toFeatureValue(QStringLiteral("x"), 4), FeatureValue{});
+    qInstallMessageHandler(previous);
+    EXPECT_EQ(lastMessage,
+              QStringLiteral(
+                  "Unsupported value of type [4] cannot be converted to type 'FeatureValue'."));
+}
+
+} // namespace
