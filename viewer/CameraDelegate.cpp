@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "viewer/CameraDelegate.h"
+
+#include "viewer/CameraModel.h"
+
+#include <QApplication>
+#include <QPainter>
+
+namespace viewer {
+
+namespace {
+
+constexpr int margin = 8;
+constexpr int lineGap = 3;
+constexpr int dotSize = 8;
+
+QColor dotColor(CameraAccess access, const QPalette& palette) {
+    switch (access) {
+    case CameraAccess::Live:
+        return QColor(0x00, 0x96, 0x40);
+    case CameraAccess::InUse:
+        return QColor(0xfc, 0xc2, 0x34);
+    case CameraAccess::Available:
+        break;
+    }
+    return palette.color(QPalette::Disabled, QPalette::Text);
+}
+
+QFont nameFont(QFont font) {
+    font.setBold(true);
+    return font;
+}
+
+QString secondLine(const QModelIndex& index) {
+    return QStringLiteral("%1  \u00b7  %2")
+        .arg(index.data(CameraModel::AccessTextRole).toString(),
+             index.data(CameraModel::InterfaceRole).toString());
+}
+
+} // namespace
+
+void CameraDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                           const QModelIndex& index) const {
+    QStyleOptionViewItem box = option;
+    initStyleOption(&box, index);
+    box.text.clear();
+    const QStyle* style = box.widget != nullptr ? box.widget->style() : QApplication::style();
+    style->drawControl(QStyle::CE_ItemViewItem, &box, painter, box.widget);
+
+    const bool isSelected = (option.state & QStyle::State_Selected) != 0;
+    const auto textRole = isSelected ? QPalette::HighlightedText : QPalette::Text;
+    const QRect inner = option.rect.adjusted(margin, margin, -margin, -margin);
+    const QFont bold = nameFont(option.font);
+    const int nameHeight = QFontMetrics(bold).height();
+
+    painter->save();
+    painter->setFont(bold);
+    painter->setPen(option.palette.color(QPalette::Active, textRole));
+    const QString name =
+        QFontMetrics(bold).elidedText(index.data().toString(), Qt::ElideRight, inner.width());
+    painter->drawText(inner, Qt::AlignLeft | Qt::AlignTop, name);
+
+    const QRect second = inner.adjusted(0, nameHeight + lineGap, 0, 0);
+    const auto access = static_cast<CameraAccess>(index.data(CameraModel::AccessRole).toInt());
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setBrush(dotColor(access, option.palette));
+    painter->setPen(Qt::NoPen);
+    painter->drawEllipse(second.left(), second.center().y() - dotSize / 2, dotSize, dotSize);
+
+    const QRect state = second.adjusted(dotSize + 6, 0, 0, 0);
+    QColor soft = option.palette.color(QPalette::Active, textRole);
+    soft.setAlphaF(0.75);
+    painter->setFont(option.font);
+    painter->setPen(soft);
+    const QString text =
+        option.fontMetrics.elidedText(secondLine(index), Qt::ElideRight, state.width());
+    painter->drawText(state, Qt::AlignLeft | Qt::AlignVCenter, text);
+    painter->restore();
+}
+
+QSize CameraDelegate::sizeHint(const QStyleOptionViewItem& option,
+                               const QModelIndex& /*index*/) const {
+    const int height = QFontMetrics(nameFont(option.font)).height() + lineGap +
+                       option.fontMetrics.height() + 2 * margin;
+    return {200, height};
+}
+
+} // namespace viewer

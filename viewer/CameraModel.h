@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "viewer/CameraEntry.h"
+
+#include <QAbstractListModel>
+
+namespace viewer {
+
+/// The camera list of the viewer's window, one row per camera. Bound to the GUI thread.
+class CameraModel : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    enum Role { InterfaceRole = Qt::UserRole, AccessRole, AccessTextRole };
+
+    using QAbstractListModel::QAbstractListModel;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+
+    /// Takes over a new list. While the same cameras stay in the same order, rows and with them
+    /// the view's selection stay.
+    void setCameras(std::vector<CameraEntry> cameras);
+    const std::vector<CameraEntry>& cameras() const;
+    /// Row of the camera with this ID, -1 when there is none.
+    int rowOf(const QString& id) const;
+    void setAccess(int row, CameraAccess access);
+
+private:
+    std::vector<CameraEntry> m_cameras;
+};
+
+/// "Available", "In use by another application" or "Live".
+QString accessText(CameraAccess access);
+
+} // namespace viewer

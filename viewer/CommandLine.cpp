@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "viewer/CommandLine.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+namespace viewer {
+
+namespace {
+
+/// The longest benchmark that the dialog's spin box takes.
+constexpr int longestBenchmark = 99999;
+
+int toBenchmarkSeconds(const QString& text, QString& error) {
+    bool isNumber = false;
+    const int seconds = text.toInt(&isNumber);
+    if (!isNumber || seconds < 1 || seconds > longestBenchmark) {
+        error = QStringLiteral("--benchmark takes a number of seconds from 1 to %1, not \"%2\".")
+                    .arg(longestBenchmark)
+                    .arg(text);
+        return 0;
+    }
+    return seconds;
+}
+
+} // namespace
+
+CommandLine parseCommandLine(const QStringList& arguments) {
+    const QCommandLineOption configuration(
+        QStringLiteral("config"),
+        QStringLiteral("Start the camera SDK with this configuration or scenario."),
+        QStringLiteral("file"));
+    const QCommandLineOption openSpanlet(QStringLiteral("open-spanlet"),
+                                         QStringLiteral("Open Spanlet at once."));
+    const QCommandLineOption dark(QStringLiteral("dark"), QStringLiteral("Use dark colours."));
+    const QCommandLineOption benchmark(
+        QStringLiteral("benchmark"),
+        QStringLiteral("Open Spanlet, run a benchmark of this length on every interface, print "
+                       "its statistics and quit."),
+        QStringLiteral("seconds"));
+    const QCommandLineOption picture(
+        QStringLiteral("picture"),
+        QStringLiteral("Save a picture of Spanlet's dialog before it is closed, and quit."),
+        QStringLiteral("file"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Shows the live images of cameras and opens Spanlet to manage their "
+                       "bandwidth."));
+    const QCommandLineOption help = parser.addHelpOption();
+    const QCommandLineOption version = parser.addVersionOption();
+    parser.addOptions({configuration, openSpanlet, dark, benchmark, picture});
+
+    CommandLine line;
+    if (!parser.parse(arguments)) {
+        line.error = parser.errorText();
+    } else if (parser.isSet(help)) {
+        line.answer = parser.helpText();
+    } else if (parser.isSet(version)) {
+        line.answer = QStringLiteral("%1 %2\n").arg(QCoreApplication::applicationName(),
+                                                    QCoreApplication::applicationVersion());
+    } else if (!parser.positionalArguments().isEmpty()) {
+        line.error = QStringLiteral("Unexpected argument \"%1\".")
+                         .arg(parser.positionalArguments().constFirst());
+    } else if (parser.isSet(benchmark)) {
+        line.benchmarkSeconds = toBenchmarkSeconds(parser.value(benchmark), line.error);
+    }
+    line.configuration = parser.value(configuration);
+    line.opensSpanlet = parser.isSet(openSpanlet);
+    line.isDark = parser.isSet(dark);
+    line.pictureFile = parser.value(picture);
+    return line;
+}
+
+} // namespace viewer

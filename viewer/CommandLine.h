@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace viewer {
+
+/// What the viewer is asked to do on its command line.
+struct CommandLine {
+    /// SDK configuration or scenario; empty for what the SDK has built in.
+    QString configuration;
+    bool opensSpanlet = false;
+    bool isDark = false;
+    /// Length of the benchmark of each interface, in seconds; 0 for none.
+    int benchmarkSeconds = 0;
+    /// File for a picture of Spanlet's dialog; empty for none.
+    QString pictureFile;
+
+    /// Text to be printed in place of running: help or version.
+    QString answer;
+    /// What is wrong with the arguments; empty when nothing is.
+    QString error;
+
+    /// Whether the program operates Spanlet's dialog itself and ends afterwards.
+    bool isAutomated() const { return benchmarkSeconds > 0 || !pictureFile.isEmpty(); }
+};
+
+/// \p arguments begin with the program's name. Needs an application object.
+CommandLine parseCommandLine(const QStringList& arguments);
+
+} // namespace viewer

@@ -1,0 +1,180 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "viewer/DialogDriver.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QPixmap>
+#include <QSpinBox>
+#include <QTimer>
+#include <QTreeView>
+
+#include <utility>
+
+namespace viewer {
+
+namespace {
+
+constexpr int pollInterval = 50;
+constexpr int logAnimation = 1000;
+/// How long a step may take, beside the benchmark's own time.
+constexpr std::chrono::seconds patience(60);
+/// Seconds that a benchmark may take longer than it was set to.
+constexpr int lateness = 30;
+/// Column 1 shows the widgets that change a camera's bandwidth, not a figure.
+constexpr int firstStatisticsColumn = 2;
+
+template <typename T> T* child(QWidget* dialog, const char* name) {
+    return dialog != nullptr ? dialog->findChild<T*>(QString::fromLatin1(name)) : nullptr;
+}
+
+QString heading(const QAbstractItemModel& model, int column) {
+    QString text = model.headerData(column, Qt::Horizontal).toString();
+    return text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+}
+
+/// The row with this text that has children, anywhere below \p parent.
+QModelIndex findInterface(const QAbstractItemModel& model, const QString& text,
+                          const QModelIndex& parent = {}) {
+    for (int row = 0; row < model.rowCount(parent); ++row) {
+        const QModelIndex index = model.index(row, 0, parent);
+        if (!model.hasChildren(index)) {
+            continue;
+        }
+        if (index.data().toString() == text) {
+            return index;
+        }
+        const QModelIndex below = findInterface(model, text, index);
+        if (below.isValid()) {
+            return below;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+DialogDriver::DialogDriver(int benchmarkSeconds, QString pictureFile, QObject* parent)
+    : QObject(parent), m_benchmarkSeconds(benchmarkSeconds), m_pictureFile(std::move(pictureFile)) {
+    m_watchdog.expect("opening the dialog", patience);
+    then(&DialogDriver::findDialog, pollInterval);
+}
+
+const QVector<QStringList>& DialogDriver::statistics() const {
+    return m_statistics;
+}
+
+QStringList DialogDriver::failures() const {
+    return m_isDone ? m_failures
+                    : m_failures + QStringList(QStringLiteral("The dialog closed too early."));
+}
+
+void DialogDriver::then(Step step, int milliseconds) {
+    QTimer::singleShot(milliseconds, this, [this, step] {
+        // Without a dialog only looking for one makes sense.
+        if (m_dialog || step == &DialogDriver::findDialog) {
+            (this->*step)();
+        }
+    });
+}
+
+void DialogDriver::findDialog() {
+    QWidget* modal = QApplication::activeModalWidget();
+    if (child<QTreeView>(modal, "treeViewCameras") == nullptr || !modal->isVisible()) {
+        then(&DialogDriver::findDialog, pollInterval);
+        return;
+    }
+    m_dialog = modal;
+    then(m_benchmarkSeconds > 0 ? &DialogDriver::startBenchmark : &DialogDriver::showLog,
+         pollInterval);
+}
+
+void DialogDriver::startBenchmark() {
+    auto* interfaces = child<QComboBox>(m_dialog, "comboInterface");
+    auto* seconds = child<QSpinBox>(m_dialog, "spinBenchmark");
+    auto* button = child<QAbstractButton>(m_dialog, "buttonBenchmark");
+    if (interfaces == nullptr || seconds == nullptr || button == nullptr) {
+        m_failures << QStringLiteral("The dialog has no benchmark.");
+        then(&DialogDriver::showLog, 0);
+        return;
+    }
+    if (m_nextInterface >= interfaces->count()) {
+        if (m_statistics.isEmpty()) {
+            m_failures << QStringLiteral("There is no camera to run a benchmark on.");
+        }
+        then(&DialogDriver::showLog, 0);
+        return;
+    }
+    m_watchdog.expect("the benchmark", patience + std::chrono::seconds(m_benchmarkSeconds));
+    interfaces->setCurrentIndex(m_nextInterface);
+    seconds->setValue(m_benchmarkSeconds);
+    button->click();
+    if (!button->isChecked()) {
+        m_failures << QStringLiteral("No benchmark starts on %1.").arg(interfaces->currentText());
+    }
+    m_sinceStart.start();
+    then(&DialogDriver::awaitBenchmark, pollInterval);
+}
+
+void DialogDriver::awaitBenchmark() {
+    const auto* interfaces = child<QComboBox>(m_dialog, "comboInterface");
+    auto* button = child<QAbstractButton>(m_dialog, "buttonBenchmark");
+    if (button->isChecked()) {
+        if (m_sinceStart.elapsed() > 1000 * (m_benchmarkSeconds + lateness)) {
+            m_failures << QStringLiteral("The benchmark of %1 did not end by itself.")
+                              .arg(interfaces->currentText());
+            button->click();
+        }
+        then(&DialogDriver::awaitBenchmark, pollInterval);
+        return;
+    }
+    collectStatistics(interfaces->currentText());
+    ++m_nextInterface;
+    then(&DialogDriver::startBenchmark, 0);
+}
+
+void DialogDriver::showLog() {
+    m_watchdog.expect("closing the dialog", patience);
+    if (m_pictureFile.isEmpty()) {
+        then(&DialogDriver::close, 0);
+        return;
+    }
+    if (auto* button = child<QAbstractButton>(m_dialog, "buttonShowLogging")) {
+        button->click();
+    }
+    then(&DialogDriver::takePicture, logAnimation);
+}
+
+void DialogDriver::takePicture() {
+    if (!m_dialog->grab().save(m_pictureFile)) {
+        m_failures << QStringLiteral("The picture cannot be saved as %1.").arg(m_pictureFile);
+    }
+    then(&DialogDriver::close, 0);
+}
+
+void DialogDriver::close() {
+    m_isDone = true;
+    m_dialog->close();
+}
+
+void DialogDriver::collectStatistics(const QString& interfaceName) {
+    const QAbstractItemModel& model = *child<QTreeView>(m_dialog, "treeViewCameras")->model();
+    const int columns = model.columnCount();
+    if (m_statistics.isEmpty()) {
+        QStringList headings{QStringLiteral("Interface"), QStringLiteral("Camera")};
+        for (int column = firstStatisticsColumn; column < columns; ++column) {
+            headings << heading(model, column);
+        }
+        m_statistics << headings;
+    }
+    const QModelIndex parent = findInterface(model, interfaceName);
+    for (int row = 0; row < model.rowCount(parent); ++row) {
+        QStringList figures{interfaceName, model.index(row, 0, parent).data().toString()};
+        for (int column = firstStatisticsColumn; column < columns; ++column) {
+            figures << model.index(row, column, parent).data().toString();
+        }
+        m_statistics << figures;
+    }
+}
+
+} // namespace viewer

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "OrvCPP/OrvTypes.h"
+
+#include <QImage>
+#include <QObject>
+#include <QString>
+
+#include <cstdint>
+#include <memory>
+
+namespace OrvCPP {
+class Camera;
+}
+
+namespace viewer {
+
+class FrameMailbox;
+
+/// The one camera that the viewer has open, in full access, and whose images it shows.
+/// Bound to the GUI thread.
+class LiveCamera : public QObject {
+    Q_OBJECT
+
+public:
+    explicit LiveCamera(QObject* parent = nullptr);
+    /// Stops and closes.
+    ~LiveCamera() override;
+
+    /// Opens the camera and lets it stream, after releasing the one before. On an error nothing is
+    /// open, and the SDK's code is returned.
+    OrvErrorType start(const std::shared_ptr<OrvCPP::Camera>& camera);
+    /// Stops and closes, so that others can have full access. Nothing happens when nothing runs.
+    void stop();
+    bool isRunning() const;
+    /// Frames since the start, those that were not shown included.
+    std::uint64_t receivedFrames() const;
+
+signals:
+    /// A complete frame arrived; others that came since the last one were dropped.
+    void imageReady(const QImage& image, const QString& pixelFormat);
+    /// A complete frame arrived whose pixels cannot be shown.
+    void imageNotShown(const QString& pixelFormat);
+
+private:
+    void showLatest();
+
+    std::shared_ptr<OrvCPP::Camera> m_camera;
+    std::shared_ptr<FrameMailbox> m_mailbox;
+};
+
+} // namespace viewer

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+class QPluginLoader;
+class SpanletInterface;
+
+namespace viewer {
+
+/// Finds Spanlet among the libraries of a folder and loads it. Bound to the GUI thread.
+class SpanletLoader {
+public:
+    explicit SpanletLoader(QString folder);
+    ~SpanletLoader();
+
+    SpanletLoader(const SpanletLoader&) = delete;
+    SpanletLoader& operator=(const SpanletLoader&) = delete;
+
+    /// The plug-in's instance, loaded at the first call and kept loaded; nothing when there is no
+    /// usable one. It is looked for again at the next call then.
+    SpanletInterface* load();
+    /// Why the last load() found nothing, for a person to read: which folder, or which file and
+    /// what is wrong with it.
+    QString error() const;
+
+private:
+    SpanletInterface* tryFile(const QString& path);
+
+    const QString m_folder;
+    std::unique_ptr<QPluginLoader> m_plugin;
+    QStringList m_faults;
+};
+
+} // namespace viewer

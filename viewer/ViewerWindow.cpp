@@ -1,0 +1,281 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "viewer/ViewerWindow.h"
+
+#include "OrvCPP/OrvSystem.h"
+#include "plugin/SpanletInterface.h"
+#include "viewer/CameraDelegate.h"
+#include "viewer/CameraListWatcher.h"
+#include "viewer/CameraModel.h"
+#include "viewer/ImageView.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QListView>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QStyle>
+#include <QTimer>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace viewer {
+
+namespace {
+
+constexpr int rateInterval = 1000;
+constexpr int messageTime = 10000;
+
+bool meansInUse(OrvErrorType error) {
+    return error == OrvErrorInvalidAccess || error == OrvErrorInUse || error == OrvErrorBusy;
+}
+
+} // namespace
+
+ViewerWindow::ViewerWindow(OrvCPP::OrvSystem& system, const QString& pluginFolder, QWidget* parent)
+    : QMainWindow(parent), m_system(system), m_loader(pluginFolder),
+      m_watcher(std::make_shared<CameraListWatcher>()), m_model(new CameraModel(this)),
+      m_list(new QListView(this)), m_view(new ImageView(this)),
+      m_automaticPacketSize(new QCheckBox(tr("Automatic packet size"), this)),
+      m_cameraCount(new QLabel(this)), m_formatLabel(new QLabel(this)),
+      m_rateLabel(new QLabel(this)) {
+    setWindowTitle(tr("Camera Viewer"));
+    auto* splitter = new QSplitter(this);
+    splitter->addWidget(buildCameraPanel());
+    splitter->addWidget(m_view);
+    splitter->setStretchFactor(1, 1);
+    splitter->setCollapsible(0, false);
+    splitter->setSizes({340, 800});
+    setCentralWidget(splitter);
+    buildMenus();
+    buildStatusBar();
+    resize(1140, 700);
+
+    connect(&m_live, &LiveCamera::imageReady, this,
+            [this](const QImage& image, const QString& pixelFormat) {
+                m_view->showImage(image);
+                m_formatLabel->setText(QStringLiteral("%1 \u00d7 %2  %3")
+                                           .arg(image.width())
+                                           .arg(image.height())
+                                           .arg(pixelFormat));
+            });
+    connect(&m_live, &LiveCamera::imageNotShown, this, [this](const QString& pixelFormat) {
+        m_view->showMessage(tr("Images cannot be shown"),
+                            tr("The camera sends the pixel format %1.").arg(pixelFormat));
+    });
+    connect(m_list->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            [this](const QModelIndex& current) { showCamera(current.row()); });
+    connect(m_watcher.get(), &CameraListWatcher::changed, this, &ViewerWindow::refreshCameras,
+            Qt::QueuedConnection);
+    m_system.RegisterCameraListObserver(m_watcher);
+    refreshCameras();
+}
+
+ViewerWindow::~ViewerWindow() {
+    m_system.UnregisterCameraListObserver(m_watcher);
+}
+
+void ViewerWindow::buildMenus() {
+    QMenu* cameras = menuBar()->addMenu(tr("&Cameras"));
+    cameras->addAction(style()->standardIcon(QStyle::SP_BrowserReload), tr("&Refresh"), this,
+                       &ViewerWindow::refreshCameras, QKeySequence(QKeySequence::Refresh));
+    cameras->addSeparator();
+    QAction* quit = cameras->addAction(tr("&Quit"), this, &QWidget::close);
+    quit->setShortcut(QKeySequence::Quit);
+
+    QMenu* tools = menuBar()->addMenu(tr("&Tools"));
+    QAction* spanlet = tools->addAction(tr("&Spanlet..."), this, [this] {
+        const QString error = openSpanlet();
+        if (!error.isEmpty()) {
+            QMessageBox::warning(this, tr("Spanlet"), error);
+        }
+    });
+    spanlet->setObjectName(QStringLiteral("actionSpanlet"));
+    spanlet->setShortcut(QKeySequence(tr("Ctrl+B")));
+    spanlet->setStatusTip(tr("Manage the bandwidth of all cameras"));
+}
+
+QWidget* ViewerWindow::buildCameraPanel() {
+    m_list->setObjectName(QStringLiteral("listCameras"));
+    m_list->setModel(m_model);
+    m_list->setItemDelegate(new CameraDelegate(m_list));
+    m_list->setUniformItemSizes(true);
+    m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_automaticPacketSize->setObjectName(QStringLiteral("checkAutomaticPacketSize"));
+    m_automaticPacketSize->setToolTip(
+        tr("Let GigE cameras negotiate their largest packet size before they stream"));
+
+    auto* refresh = new QToolButton(this);
+    refresh->setIcon(style()->standardIcon(QStyle::SP_BrowserReload));
+    refresh->setAutoRaise(true);
+    refresh->setToolTip(tr("Look for cameras again"));
+    connect(refresh, &QToolButton::clicked, this, &ViewerWindow::refreshCameras);
+    auto* header = new QHBoxLayout;
+    header->addWidget(m_cameraCount);
+    header->addStretch();
+    header->addWidget(refresh);
+
+    auto* panel = new QWidget(this);
+    auto* layout = new QVBoxLayout(panel);
+    layout->addLayout(header);
+    layout->addWidget(m_list);
+    layout->addWidget(m_automaticPacketSize);
+    return panel;
+}
+
+void ViewerWindow::buildStatusBar() {
+    m_formatLabel->setMinimumWidth(150);
+    m_rateLabel->setMinimumWidth(100);
+    m_rateLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_rateLabel->setObjectName(QStringLiteral("labelFrameRate"));
+    statusBar()->addPermanentWidget(m_formatLabel);
+    statusBar()->addPermanentWidget(m_rateLabel);
+    auto* timer = new QTimer(this);
+    connect(timer, &QTimer::timeout, this, &ViewerWindow::updateFrameRate);
+    timer->start(rateInterval);
+}
+
+QString ViewerWindow::openSpanlet() {
+    SpanletInterface* spanlet = m_loader.load();
+    if (spanlet == nullptr) {
+        return m_loader.error();
+    }
+    releaseCamera();
+    m_view->showMessage(tr("Spanlet is open"),
+                        tr("The live image returns when its window is closed."));
+    m_isHandedOver = true;
+    const int flag = spanlet->runDialog(m_system, m_automaticPacketSize->isChecked());
+    m_isHandedOver = false;
+    m_automaticPacketSize->setChecked(flag != 0);
+    refreshCameras();
+    showCamera(m_list->currentIndex().row());
+    return {};
+}
+
+void ViewerWindow::refreshCameras() {
+    // Meanwhile the cameras are Spanlet's, and what it opens is no news to the viewer.
+    if (m_isHandedOver) {
+        return;
+    }
+    m_watcher->acknowledge();
+    const CameraEntry before = currentCamera();
+    const bool hadCameras = m_model->rowCount() > 0;
+    takeOver(findCameras(m_system));
+    if (!m_liveId.isEmpty() && m_model->rowOf(m_liveId) < 0) {
+        releaseCamera();
+        statusBar()->showMessage(tr("%1 was disconnected.").arg(before.name), messageTime);
+    }
+
+    // The first camera that can be shown is shown at once; later on the choice is the user's.
+    const int row = hadCameras ? m_model->rowOf(before.id) : firstAvailableRow();
+    m_list->setCurrentIndex(m_model->index(row));
+    const bool isFreeNow =
+        before.access == CameraAccess::InUse && currentCamera().access == CameraAccess::Available;
+    if (row < 0 || isFreeNow) {
+        showCamera(row);
+    }
+}
+
+void ViewerWindow::takeOver(std::vector<CameraEntry> cameras) {
+    for (CameraEntry& entry : cameras) {
+        // The viewer's own opening is what makes this one unavailable.
+        if (entry.id == m_liveId) {
+            entry.access = CameraAccess::Live;
+        }
+    }
+    m_model->setCameras(std::move(cameras));
+    const int count = m_model->rowCount();
+    m_cameraCount->setText(count == 1 ? tr("1 camera") : tr("%1 cameras").arg(count));
+}
+
+CameraEntry ViewerWindow::currentCamera() const {
+    const QModelIndex current = m_list->currentIndex();
+    return current.isValid() ? m_model->cameras()[static_cast<std::size_t>(current.row())]
+                             : CameraEntry{};
+}
+
+int ViewerWindow::firstAvailableRow() const {
+    const auto& cameras = m_model->cameras();
+    const auto found = std::find_if(cameras.begin(), cameras.end(), [](const CameraEntry& entry) {
+        return entry.access == CameraAccess::Available;
+    });
+    return found == cameras.end() ? -1 : static_cast<int>(found - cameras.begin());
+}
+
+void ViewerWindow::showCamera(int row) {
+    if (row < 0) {
+        releaseCamera();
+        showNoCamera();
+        return;
+    }
+    const CameraEntry entry = m_model->cameras()[static_cast<std::size_t>(row)];
+    if (entry.id == m_liveId) {
+        return;
+    }
+    releaseCamera();
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const OrvErrorType result = m_live.start(entry.camera);
+    QGuiApplication::restoreOverrideCursor();
+    if (result != OrvErrorSuccess) {
+        showFailure(entry.name, result);
+        return;
+    }
+    m_liveId = entry.id;
+    m_model->setAccess(row, CameraAccess::Live);
+    m_view->showMessage(entry.name, tr("Waiting for the first image. A camera that waits for a "
+                                       "trigger sends one with its first trigger."));
+}
+
+void ViewerWindow::releaseCamera() {
+    m_live.stop();
+    m_model->setAccess(m_model->rowOf(m_liveId), CameraAccess::Available);
+    m_liveId.clear();
+    m_framesAtLastRate = 0;
+    m_sinceLastRate.restart();
+    m_formatLabel->clear();
+    m_rateLabel->clear();
+}
+
+void ViewerWindow::showFailure(const QString& name, OrvErrorType error) {
+    if (meansInUse(error)) {
+        m_view->showMessage(
+            accessText(CameraAccess::InUse),
+            tr("%1 can be shown when the other application has released it.").arg(name));
+    } else {
+        m_view->showMessage(tr("The camera cannot be opened"),
+                            tr("%1 answers error %2 of the camera SDK.").arg(name).arg(error));
+    }
+}
+
+void ViewerWindow::showNoCamera() {
+    if (m_model->rowCount() == 0) {
+        m_view->showMessage(tr("No cameras found"),
+                            tr("A camera appears here as soon as it is connected."));
+    } else {
+        m_view->showMessage(tr("No camera selected"),
+                            tr("Select a camera on the left to see its live image."));
+    }
+}
+
+void ViewerWindow::updateFrameRate() {
+    if (!m_live.isRunning()) {
+        return;
+    }
+    const std::uint64_t frames = m_live.receivedFrames();
+    const qint64 milliseconds = m_sinceLastRate.restart();
+    if (milliseconds > 0) {
+        const double rate = static_cast<double>(frames - m_framesAtLastRate) * 1000.0 /
+                            static_cast<double>(milliseconds);
+        m_rateLabel->setText(tr("%1 frames/s").arg(rate, 0, 'f', 1));
+    }
+    m_framesAtLastRate = frames;
+}
+
+} // namespace viewer

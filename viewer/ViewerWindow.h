@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "viewer/CameraEntry.h"
+#include "viewer/LiveCamera.h"
+#include "viewer/SpanletLoader.h"
+
+#include <QElapsedTimer>
+#include <QMainWindow>
+
+#include <memory>
+#include <vector>
+
+class QCheckBox;
+class QLabel;
+class QListView;
+
+namespace OrvCPP {
+class OrvSystem;
+}
+
+namespace viewer {
+
+class CameraListWatcher;
+class CameraModel;
+class ImageView;
+
+/// The viewer's window: the cameras on the left, the live image of the selected one on the right,
+/// and Spanlet in its menu. Bound to the GUI thread.
+class ViewerWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    /// \p system is started and outlives the window. Spanlet is looked for in \p pluginFolder.
+    ViewerWindow(OrvCPP::OrvSystem& system, const QString& pluginFolder, QWidget* parent = nullptr);
+    ~ViewerWindow() override;
+
+    /// Releases the viewer's camera, runs Spanlet's dialog until it is closed, and resumes the
+    /// live image. \return why Spanlet could not be loaded; empty when it ran.
+    QString openSpanlet();
+
+private:
+    void buildMenus();
+    QWidget* buildCameraPanel();
+    void buildStatusBar();
+
+    /// Reads the SDK's camera list anew; keeps the selected camera and its live image.
+    void refreshCameras();
+    void takeOver(std::vector<CameraEntry> cameras);
+    /// The selected camera; one without an ID when none is selected.
+    CameraEntry currentCamera() const;
+    int firstAvailableRow() const;
+    /// Shows the live image of the camera in this row, or why there is none; -1 for no camera.
+    void showCamera(int row);
+    void releaseCamera();
+    void showFailure(const QString& name, OrvErrorType error);
+    void showNoCamera();
+    void updateFrameRate();
+
+    OrvCPP::OrvSystem& m_system;
+    SpanletLoader m_loader;
+    LiveCamera m_live;
+    /// ID of the camera that is live; empty when none is.
+    QString m_liveId;
+    bool m_isHandedOver = false;
+
+    std::shared_ptr<CameraListWatcher> m_watcher;
+    CameraModel* m_model;
+    QListView* m_list;
+    ImageView* m_view;
+    QCheckBox* m_automaticPacketSize;
+    QLabel* m_cameraCount;
+    QLabel* m_formatLabel;
+    QLabel* m_rateLabel;
+
+    QElapsedTimer m_sinceLastRate;
+    std::uint64_t m_framesAtLastRate = 0;
+};
+
+} // namespace viewer

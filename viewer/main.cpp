@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "OrvCPP/OrvSystem.h"
+#include "viewer/Appearance.h"
+#include "viewer/CommandLine.h"
+#include "viewer/DialogDriver.h"
+#include "viewer/SdkSession.h"
+#include "viewer/StatisticsTable.h"
+#include "viewer/ViewerWindow.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+using viewer::CommandLine;
+
+void print(std::FILE* stream, const QString& text) {
+    std::fputs(text.toLocal8Bit().constData(), stream);
+    std::fflush(stream);
+}
+
+void identify(QCoreApplication& application) {
+    application.setApplicationName(QStringLiteral("spanlet-viewer"));
+    application.setApplicationVersion(QStringLiteral(SPANLET_VERSION));
+}
+
+/// Reads the command line before there is a window system to connect to, so that asking for help
+/// needs none.
+CommandLine readCommandLine(int& argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    identify(application);
+    return viewer::parseCommandLine(QCoreApplication::arguments());
+}
+
+/// Tells a person what is wrong: on the standard error stream, and in a box where one can be seen.
+void report(const CommandLine& line, QWidget* parent, const QString& text) {
+    print(stderr, text + QLatin1Char('\n'));
+    if (viewer::hasScreen() && !line.isAutomated()) {
+        QMessageBox::warning(parent, QObject::tr("Camera Viewer"), text);
+    }
+}
+
+int runAutomatically(const CommandLine& line, viewer::ViewerWindow& window) {
+    viewer::DialogDriver driver(line.benchmarkSeconds, line.pictureFile);
+    const QString error = window.openSpanlet();
+    if (!error.isEmpty()) {
+        report(line, &window, error);
+        return 1;
+    }
+    // After the dialog has closed, since it takes what is printed for its log while it is open.
+    if (!driver.statistics().isEmpty()) {
+        print(stdout, viewer::alignedTable(driver.statistics(), 2));
+    }
+    const QStringList failures = driver.failures();
+    for (const QString& failure : failures) {
+        report(line, &window, failure);
+    }
+    return failures.isEmpty() ? 0 : 1;
+}
+
+int run(const CommandLine& line) {
+    const viewer::SdkSession session(line.configuration);
+    if (!session.isStarted()) {
+        report(line, nullptr, session.error());
+        return 1;
+    }
+    viewer::ViewerWindow window(OrvCPP::OrvSystem::GetInstance(),
+                                QCoreApplication::applicationDirPath() +
+                                    QStringLiteral("/plugins"));
+    window.show();
+    if (line.isAutomated()) {
+        return runAutomatically(line, window);
+    }
+    if (line.opensSpanlet) {
+        QTimer::singleShot(0, &window, [&line, &window] {
+            const QString error = window.openSpanlet();
+            if (!error.isEmpty()) {
+                report(line, &window, error);
+            }
+        });
+    }
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const CommandLine line = readCommandLine(argc, argv);
+    if (!line.answer.isEmpty()) {
+        print(stdout, line.answer);
+        return 0;
+    }
+    if (!line.error.isEmpty()) {
+        print(stderr, line.error + QStringLiteral("\nTry --help.\n"));
+        return 2;
+    }
+    QApplication application(argc, argv);
+    identify(application);
+    viewer::applyAppearance(line.isDark);
+    return run(line);
+}
