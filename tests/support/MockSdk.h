@@ -231,7 +231,6 @@ private:
         return {std::make_shared<Wrapper>(), OrvErrorNotFound};
     }
 };
-;
 
 class MockFrame : public OrvFrameWrapper {
 public:
