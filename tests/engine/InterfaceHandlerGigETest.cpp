@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "engine/InterfaceHandlerGigE.h"
+
+#include "engine/host/HostNetwork.h"
+#include "tests/support/CapturedLog.h"
+#include "tests/support/FakeHostNetwork.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+constexpr std::uint64_t gigabit = 1'000'000'000;
+
+TEST(InterfaceHandlerGigE, answersTheSpeedOfTheFirstAdapterWithAnAddress) {
+    auto network = std::make_shared<FakeHostNetwork>();
+    network->add(7, {192, 168, 1, 10}, gigabit);
+    network->add(8, {192, 168, 1, 10}, 10 * gigabit);
+    network->add(9, {10, 0, 0, 1}, 5 * gigabit);
+    const InterfaceHandlerGigE handler(network);
+
+    EXPECT_EQ(handler.GetLinkSpeed(0xC0A8010A), gigabit);
+    EXPECT_EQ(handler.GetLinkSpeed(0x0A000001), 5 * gigabit);
+    EXPECT_EQ(handler.GetLinkSpeed(0x0A000002), 0U);
+    EXPECT_EQ(handler.GetLinkSpeed(0x1'0A000001), 0U) << "all 64 bits count";
+}
+
+TEST(InterfaceHandlerGigE, keepsTheSnapshotOfItsConstruction) {
+    auto network = std::make_shared<FakeHostNetwork>();
+    network->add(7, {192, 168, 1, 10}, gigabit);
+    const InterfaceHandlerGigE handler(network);
+    network->entries.clear();
+    network->rows.clear();
+
+    EXPECT_EQ(handler.GetLinkSpeed(0xC0A8010A), gigabit);
+}
+
+TEST(InterfaceHandlerGigE, isEmptyWithOneLineWhenTheHostGivesNoTable) {
+    auto network = std::make_shared<FakeHostNetwork>();
+    network->add(7, {192, 168, 1, 10}, gigabit);
+    network->givesTable = false;
+    const CapturedLog errors(std::cerr);
+    const InterfaceHandlerGigE handler(network);
+
+    EXPECT_EQ(errors.text(), "Unable to get ip address table\n");
+    EXPECT_EQ(handler.GetLinkSpeed(0xC0A8010A), 0U);
+}
+
+TEST(InterfaceHandlerGigE, isEmptyInSilenceWhenTheTableIsEmpty) {
+    const CapturedLog errors(std::cerr);
+    const InterfaceHandlerGigE handler(std::make_shared<FakeHostNetwork>());
+
+    EXPECT_EQ(errors.text(), "");
+    EXPECT_EQ(handler.GetLinkSpeed(0), 0U);
+}
+
+TEST(NetworkAdapter, takesItsFieldsFromRowAndEntry) {
+    const auto bytes = FakeHostNetwork::inNetworkOrder;
+    const host::AddressRow row{3,
+                               bytes({192, 168, 1, 10}),
+                               bytes({255, 255, 255, 0}),
+                               bytes({192, 168, 1, 255}),
+                               65535,
+                               0x8001};
+    host::InterfaceEntry entry;
+    entry.transmitLinkSpeed = gigabit;
+    entry.alias = u"Camera \u0142an"; // the low byte of U+0142 is B
+    entry.description = u"Gigabit";
+
+    const NetworkAdapter adapter = makeNetworkAdapter(row, entry);
+    EXPECT_EQ(adapter.interfaceIndex, 3U);
+    EXPECT_EQ(adapter.address, 0xC0A8010A);
+    EXPECT_EQ(adapter.mask, 0xFFFFFF00);
+    EXPECT_EQ(adapter.broadcast, 0xC0A801FF);
+    EXPECT_EQ(adapter.reassemblySize, 65535U);
+    EXPECT_EQ(adapter.addressType, 0x8001U);
+    EXPECT_EQ(adapter.linkSpeed, gigabit);
+    EXPECT_EQ(adapter.physicalAddress, entry.physicalAddress.data());
+    EXPECT_EQ(adapter.alias, "Camera Ban");
+    EXPECT_EQ(adapter.description, "G");
+}
+
+TEST(NetworkAdapter, readsTheDescriptionByteByByteUpToAZero) {
+    const std::pair<std::u16string, std::string> cases[] = {
+        {u"", ""},
+        {u"\u4142\u4344", "BADC"},
+        {u"\u4142xy", "BAx"},
+        {u"\u0100x", ""},
+    };
+    for (const auto& [description, expected] : cases) {
+        host::InterfaceEntry entry;
+        entry.description = description;
+        EXPECT_EQ(makeNetworkAdapter({}, entry).description, expected);
+    }
+}
+
+} // namespace

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "engine/host/HostNetwork.h"
+#include "engine/host/Sysfs.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <stdexcept>
+#include <stdlib.h>
+
+namespace {
+
+/// A folder of its own, gone at the end of the test.
+class Sysfs : public testing::Test {
+protected:
+    Sysfs() {
+        std::string name = (std::filesystem::temp_directory_path() / "sysfs-XXXXXX").string();
+        if (mkdtemp(name.data()) == nullptr)
+            throw std::runtime_error("no temporary folder");
+        m_root = name;
+        std::filesystem::create_directories(folder());
+    }
+    ~Sysfs() override { std::filesystem::remove_all(m_root); }
+
+    std::filesystem::path folder() const { return m_root / "class" / "net" / "eth7"; }
+    void write(const std::string& file, const std::string& text) const {
+        std::ofstream(folder() / file) << text;
+    }
+
+    std::filesystem::path m_root;
+};
+
+TEST_F(Sysfs, readsALinkSpeedOrNone) {
+    const std::pair<std::string, std::uint64_t> cases[] = {
+        {"1000\n", 1'000'000'000},
+        {"10000", 10'000'000'000},
+        {"400000\n", 400'000'000'000},
+        {"-1\n", 0},
+        {"4294967295\n", 0},
+        {"0\n", 0},
+        {"fast\n", 0},
+        {"1000 Mb\n", 0},
+        {"99999999999\n", 0},
+        {"", 0},
+    };
+    for (const auto& [text, expected] : cases) {
+        write("speed", text);
+        EXPECT_EQ(host::sysfsInterfaceEntry("eth7", m_root).transmitLinkSpeed, expected) << text;
+    }
+}
+
+TEST_F(Sysfs, hasNoSpeedWhereItCannotBeRead) {
+    EXPECT_EQ(host::sysfsInterfaceEntry("eth7", m_root).transmitLinkSpeed, 0U);
+    EXPECT_EQ(host::sysfsInterfaceEntry("eth8", m_root).transmitLinkSpeed, 0U);
+    // Opens, but reading fails, as for an interface that is down.
+    std::filesystem::create_directory(folder() / "speed");
+    EXPECT_EQ(host::sysfsInterfaceEntry("eth7", m_root).transmitLinkSpeed, 0U);
+}
+
+TEST_F(Sysfs, readsNameAndPhysicalAddress) {
+    write("address", "02:fc:00:00:00:a1\n");
+    const host::InterfaceEntry entry = host::sysfsInterfaceEntry("eth7", m_root);
+    EXPECT_EQ(entry.alias, u"eth7");
+    const std::array<std::uint8_t, 32> expected{0x02, 0xFC, 0, 0, 0, 0xA1};
+    EXPECT_EQ(entry.physicalAddress, expected);
+}
+
+TEST(LinuxNetwork, listsTheLoopbackAddress) {
+    const auto network = host::makeSystemNetwork();
+    std::vector<host::AddressRow> rows(1);
+    ASSERT_TRUE(network->addressTable(rows));
+    const auto loopback = std::find_if(rows.begin(), rows.end(), [&](const auto& row) {
+        return network->interfaceEntry(row.interfaceIndex).alias == u"lo";
+    });
+    ASSERT_NE(loopback, rows.end());
+    EXPECT_EQ(network->interfaceEntry(loopback->interfaceIndex).transmitLinkSpeed, 0U);
+    EXPECT_EQ(network->interfaceEntry(0).alias, u"") << "there is no interface 0";
+}
+
+} // namespace
