@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "ui/CameraTreeDelegate.h"
+
+#include <QAbstractItemView>
+
+void CameraTreeDelegate::initStyleOption(QStyleOptionViewItem* option,
+                                         const QModelIndex& index) const {
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (index.column() == 0)
+        return;
+    option->displayAlignment = Qt::AlignCenter;
+    const auto* view = qobject_cast<const QAbstractItemView*>(option->widget);
+    if (view != nullptr && view->indexWidget(index) != nullptr)
+        option->text.clear();
+}

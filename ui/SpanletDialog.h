@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "ui/CameraListModel.h"
+
+#include <QDialog>
+#include <QModelIndex>
+#include <QTimer>
+#include <QVector>
+
+#include <memory>
+
+namespace Logging {
+class LogMessageWidget;
+class ThreadLogStream;
+} // namespace Logging
+namespace OrvCPP {
+class OrvSystem;
+}
+namespace Ui {
+class SpanletDialog;
+}
+class QAction;
+class QSettings;
+
+/// The main dialog: the cameras of the host by interface, and the benchmark of an interface.
+///
+/// While it lives, the lines that the process writes to its standard streams and Qt's messages
+/// appear in its log table. Construction looks for the cameras and can take seconds. However the
+/// dialog is closed, its result is the auto-adjust flag. Bound to the GUI thread.
+class SpanletDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    /// \p system must be started and outlive the dialog.
+    /// \param autoAdjustPacketSize whether a benchmark adjusts the packet sizes of GigE cameras.
+    SpanletDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSize, QWidget* parent = nullptr);
+    ~SpanletDialog() override;
+
+signals:
+    void settingsSaved();
+    /// Emitted right before the dialog is shown.
+    void dialogIsReadyLoaded();
+
+public slots:
+    /// Lets the widgets of rows be used as far as the model lets their cells be used.
+    void onDisableItems(QModelIndex upperLeft, QModelIndex bottomRight, QVector<int> roles);
+    void onSelectInterface(QModelIndex index);
+    void onSetInterfaceSelector(InterfaceList interfaces);
+    void onStartStopBenchmark();
+    void onTimerTimeout();
+    void onRefreshButtonClicked();
+    void onClickTreeView(QModelIndex current, QModelIndex previous);
+    void onAutoAdjustPacketsize(bool state);
+
+    /// Every way of closing a dialog ends here; the code it comes with gives way to the flag.
+    void done(int code) override;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void updateRefreshIcon();
+    void setUpLogging();
+    void setUpAutoSetMenu();
+    void setUpTree();
+    void startBenchmark();
+    void stopBenchmarkByUser();
+    /// Stops the interface's cameras and lets the user choose again.
+    void finishBenchmark();
+    /// Ends a running benchmark as if its time was over.
+    void endBenchmark();
+    int interfaceIndex() const;
+    void removeRowWidgets();
+    void placeRowWidgets();
+    int autoAdjustResult() const { return m_autoAdjustPacketSize ? 1 : 0; }
+
+    std::unique_ptr<Ui::SpanletDialog> m_form;
+    std::shared_ptr<SystemController> m_controller;
+    QTimer m_timer;
+    CameraListModel* m_model = nullptr;
+    int m_remainingMs = 0;
+    bool m_endless = false;
+    bool m_autoAdjustPacketSize;
+    QSettings* m_settings;
+    QAction* m_autoSetInterfaceAction = nullptr;
+    QAction* m_autoSetCameraAction = nullptr;
+    std::unique_ptr<Logging::LogMessageWidget> m_logReceiver;
+    std::unique_ptr<Logging::ThreadLogStream> m_outputStream;
+    std::unique_ptr<Logging::ThreadLogStream> m_errorStream;
+};
