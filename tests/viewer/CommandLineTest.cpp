@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "viewer/CommandLine.h"
+#include "viewer/StatisticsTable.h"
+
+#include <gmock/gmock.h>
+
+using viewer::CommandLine;
+using viewer::parseCommandLine;
+
+namespace {
+
+CommandLine parse(const QString& arguments) {
+    return parseCommandLine((QStringLiteral("spanlet-viewer ") + arguments)
+                                .split(QLatin1Char(' '), Qt::SkipEmptyParts));
+}
+
+TEST(CommandLine, withoutArgumentsIsAnInteractiveRunOnTheBuiltInConfiguration) {
+    const CommandLine line = parse({});
+    EXPECT_TRUE(line.configuration.isEmpty());
+    EXPECT_FALSE(line.opensSpanlet || line.isDark || line.isAutomated());
+    EXPECT_TRUE(line.error.isEmpty() && line.answer.isEmpty());
+}
+
+TEST(CommandLine, takesEveryOption) {
+    const CommandLine line = parse(
+        QStringLiteral("--config a.json --open-spanlet --dark --benchmark 12 --picture out.png"));
+    EXPECT_EQ(line.configuration, QStringLiteral("a.json"));
+    EXPECT_EQ(line.pictureFile, QStringLiteral("out.png"));
+    EXPECT_EQ(line.benchmarkSeconds, 12);
+    EXPECT_TRUE(line.opensSpanlet && line.isDark && line.isAutomated());
+    EXPECT_TRUE(line.error.isEmpty());
+}
+
+TEST(CommandLine, answersHelp) {
+    EXPECT_TRUE(parse(QStringLiteral("--help")).answer.contains(QStringLiteral("--open-spanlet")));
+}
+
+class WrongArguments : public testing::TestWithParam<const char*> {};
+
+TEST_P(WrongArguments, areNamed) {
+    const CommandLine line = parse(QString::fromLatin1(GetParam()));
+    EXPECT_TRUE(line.error.contains(
+        QString::fromLatin1(GetParam()).section(QLatin1Char(' '), -1).remove(QLatin1Char('-'))))
+        << line.error.toStdString();
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, WrongArguments,
+                         testing::Values("--benchmark 0", "--benchmark 100000", "--benchmark soon",
+                                         "--unknown", "stray", "--config"));
+
+TEST(AlignedTable, fitsColumnsToTheirLongestCell) {
+    const QString table =
+        viewer::alignedTable({{QStringLiteral("Camera"), QStringLiteral("Frames")},
+                              {QStringLiteral("A long name"), QStringLiteral("7")},
+                              {QStringLiteral("B"), QString()}},
+                             1);
+    EXPECT_EQ(table, QStringLiteral("Camera       Frames\n"
+                                    "-----------  ------\n"
+                                    "A long name       7\n"
+                                    "B\n"));
+}
+
+} // namespace

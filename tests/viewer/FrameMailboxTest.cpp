@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "viewer/FrameMailbox.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+using testing::ElementsAre;
+using viewer::FrameMailbox;
+
+namespace {
+
+/// The mailbox only passes frames on, so a frame needs no content but its number.
+class NumberedFrame : public OrvCPP::Frame {
+public:
+    explicit NumberedFrame(std::uint64_t number) : m_number(number) {}
+
+    OrvErrorType GetFrameID(std::uint64_t& id) const override {
+        id = m_number;
+        return OrvErrorSuccess;
+    }
+    OrvErrorType GetReceiveStatus(OrvFrameStatusType&) const override { return fail(); }
+    OrvErrorType GetBufferSize(std::uint32_t&) const override { return fail(); }
+    OrvErrorType GetTimestamp(std::uint64_t&) const override { return fail(); }
+    OrvErrorType GetImage(const std::uint8_t*&) const override { return fail(); }
+    OrvErrorType GetPixelFormat(OrvPixelFormatType&) const override { return fail(); }
+    OrvErrorType GetWidth(std::uint32_t&) const override { return fail(); }
+    OrvErrorType GetHeight(std::uint32_t&) const override { return fail(); }
+
+private:
+    static OrvErrorType fail() { return OrvErrorNotSupported; }
+
+    std::uint64_t m_number;
+};
+
+std::uint64_t numberOf(const std::shared_ptr<OrvCPP::Frame>& frame) {
+    std::uint64_t number = 0;
+    frame->GetFrameID(number);
+    return number;
+}
+
+TEST(FrameMailbox, keepsTheLatestFrameAndGivesTheOthersBack) {
+    std::vector<std::uint64_t> givenBack;
+    int announcements = 0;
+    FrameMailbox mailbox([&](const auto& frame) { givenBack.push_back(numberOf(frame)); },
+                         [&] { ++announcements; });
+    for (std::uint64_t number = 1; number <= 3; ++number) {
+        mailbox.FrameReceived(std::make_shared<NumberedFrame>(number));
+    }
+    EXPECT_EQ(announcements, 1);
+    EXPECT_THAT(givenBack, ElementsAre(1, 2));
+    EXPECT_EQ(numberOf(mailbox.take()), 3U);
+    EXPECT_EQ(mailbox.take(), nullptr);
+    EXPECT_EQ(mailbox.receivedFrames(), 3U);
+
+    mailbox.FrameReceived(std::make_shared<NumberedFrame>(4));
+    EXPECT_EQ(announcements, 2);
+    EXPECT_EQ(numberOf(mailbox.take()), 4U);
+    EXPECT_THAT(givenBack, ElementsAre(1, 2));
+}
+
+TEST(FrameMailbox, losesNoFrameBetweenTwoThreads) {
+    constexpr std::uint64_t frames = 20000;
+    std::uint64_t givenBack = 0;
+    std::atomic<bool> isAnnounced{false};
+    std::atomic<bool> isOver{false};
+    FrameMailbox mailbox([&](const auto&) { ++givenBack; },
+                         [&] { EXPECT_FALSE(isAnnounced.exchange(true)); });
+    std::thread camera([&] {
+        for (std::uint64_t number = 1; number <= frames; ++number) {
+            mailbox.FrameReceived(std::make_shared<NumberedFrame>(number));
+        }
+        isOver = true;
+    });
+    std::uint64_t taken = 0;
+    std::uint64_t last = 0;
+    while (!isOver || isAnnounced) {
+        if (!isAnnounced.exchange(false)) {
+            std::this_thread::yield();
+        } else if (const auto frame = mailbox.take()) {
+            EXPECT_GT(numberOf(frame), last);
+            last = numberOf(frame);
+            ++taken;
+        }
+    }
+    camera.join();
+    EXPECT_EQ(taken + givenBack, frames);
+    EXPECT_EQ(last, frames);
+}
+
+} // namespace
