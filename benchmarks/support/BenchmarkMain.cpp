@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "benchmarks/support/BenchmarkMain.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+
+namespace {
+
+/// Reports to the console and remembers whether anything was missed.
+class CheckingReporter : public benchmark::ConsoleReporter {
+public:
+    CheckingReporter() : ConsoleReporter(OO_Tabular) {}
+
+    bool missed() const { return m_missed; }
+
+    void ReportRuns(const std::vector<Run>& runs) override {
+        m_missed = m_missed || std::any_of(runs.begin(), runs.end(),
+                                           [](const Run& run) { return run.error_occurred; });
+        ConsoleReporter::ReportRuns(runs);
+    }
+
+private:
+    bool m_missed = false;
+};
+
+} // namespace
+
+int runBenchmarks(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    CheckingReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    return reporter.missed() ? 1 : 0;
+}

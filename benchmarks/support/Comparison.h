@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <limits>
+
+/// What one call costs, in nanoseconds, beside one call of what it is measured against.
+struct Comparison {
+    double subject = std::numeric_limits<double>::max();
+    double baseline = std::numeric_limits<double>::max();
+
+    double ratio() const { return subject / baseline; }
+};
+
+template <class Function> double nanosecondsPerCall(Function& function, int calls) {
+    using Clock = std::chrono::steady_clock;
+    const auto start = Clock::now();
+    for (int i = 0; i < calls; ++i)
+        function();
+    const std::chrono::duration<double, std::nano> elapsed = Clock::now() - start;
+    return elapsed.count() / calls;
+}
+
+/// Measures both in turns and keeps the best turn of each: what else runs on the machine then
+/// disturbs neither more than the other.
+template <class Subject, class Baseline>
+Comparison compare(Subject subject, Baseline baseline, int calls, int turns) {
+    Comparison best;
+    for (int i = 0; i < turns; ++i) {
+        best.baseline = std::min(best.baseline, nanosecondsPerCall(baseline, calls));
+        best.subject = std::min(best.subject, nanosecondsPerCall(subject, calls));
+    }
+    return best;
+}

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "benchmarks/support/SimulatedCameras.h"
+
+#include "OrvCPP/OrvSystem.h"
+#include "OrvSimulation/Simulation.h"
+
+#include <QString>
+#include <QTemporaryFile>
+
+#include <stdexcept>
+
+namespace {
+
+QByteArray scenario(int count) {
+    return QStringLiteral(R"({
+  "host": {
+    "adapters": [{ "name": "eth0", "address": "10.0.0.1", "mask": "255.255.0.0", "speedMbps": 10000 }]
+  },
+  "transportLayers": [{ "id": "GigE", "type": "GigEVision" }],
+  "interfaces": [{ "id": "eth0", "transportLayer": "GigE", "adapter": "eth0" }],
+  "cameras": [
+    {
+      "id": "CAM_",
+      "model": "Bench 1",
+      "interface": "eth0",
+      "linkSpeedMbps": 1000,
+      "sensor": { "width": 640, "height": 480, "frameRate": 30 },
+      "count": %1
+    }
+  ]
+}
+)")
+        .arg(count)
+        .toUtf8();
+}
+
+} // namespace
+
+SimulatedCameras::SimulatedCameras(int count) {
+    QTemporaryFile file;
+    if (!file.open() || file.write(scenario(count)) < 0 || !file.flush())
+        throw std::runtime_error("cannot write a scenario file");
+    const std::wstring path = file.fileName().toStdWString();
+    if (system().Startup(path.c_str()) != OrvErrorSuccess)
+        throw std::runtime_error("cannot start the simulated cameras");
+}
+
+SimulatedCameras::~SimulatedCameras() {
+    system().Shutdown();
+}
+
+OrvCPP::OrvSystem& SimulatedCameras::system() const {
+    return OrvCPP::OrvSystem::GetInstance();
+}
+
+OrvCPP::ISimulation& SimulatedCameras::simulation() const {
+    return dynamic_cast<OrvCPP::ISimulation&>(system());
+}
