@@ -17,6 +17,7 @@
 #include <QSettings>
 
 #include <iostream>
+#include <utility>
 
 namespace {
 
@@ -48,7 +49,8 @@ QLabel* makeBandwidthLabel(const CameraHandler& handler, QWidget* parent) {
 
 } // namespace
 
-SpanletDialog::SpanletDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSize, QWidget* parent)
+SpanletDialog::SpanletDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSize, QWidget* parent,
+                             std::shared_ptr<SystemController> controller)
     : QDialog(parent), m_form(std::make_unique<Ui::SpanletDialog>()),
       m_autoAdjustPacketSize(autoAdjustPacketSize),
       m_settings(new QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"), this)) {
@@ -60,7 +62,8 @@ SpanletDialog::SpanletDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSiz
     setUpAutoSetMenu();
     connect(m_form->buttonBenchmark, &QPushButton::clicked, this,
             &SpanletDialog::onStartStopBenchmark);
-    m_controller = makeSystemController(system);
+    // After the log, which shows what the controller has to say about the host.
+    m_controller = controller ? std::move(controller) : makeSystemController(system);
     m_model = new CameraListModel(m_controller, this);
     setUpTree();
     connect(m_form->buttonRefresh, &QPushButton::clicked, this,

@@ -34,7 +34,9 @@ class SpanletDialog : public QDialog {
 public:
     /// \p system must be started and outlive the dialog.
     /// \param autoAdjustPacketSize whether a benchmark adjusts the packet sizes of GigE cameras.
-    SpanletDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSize, QWidget* parent = nullptr);
+    /// \param controller an empty one is replaced by a controller of the system's cameras.
+    SpanletDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSize, QWidget* parent = nullptr,
+                  std::shared_ptr<SystemController> controller = {});
     ~SpanletDialog() override;
 
 signals:

@@ -1,0 +1,303 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "ui/CameraListModel.h"
+#include "tests/support/CapturedLog.h"
+#include "tests/support/TextTree.h"
+#include "tests/ui/FakeCameras.h"
+
+#include <QAbstractItemModelTester>
+#include <QFont>
+#include <QIcon>
+#include <QSignalSpy>
+#include <QTreeView>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr auto gigE = OrvTransportLayerTypeGEV;
+constexpr auto usb = OrvTransportLayerTypeU3V;
+
+QStringList labels() {
+    QStringList result;
+    for (int column = 0; column < 8; ++column)
+        result.append(QString::number(column));
+    return result;
+}
+
+QString ofInterface(const QSignalSpy& selected, int emission = -1) {
+    const auto& arguments = emission < 0 ? selected.last() : selected.at(emission);
+    return arguments.first().toModelIndex().data().toString();
+}
+
+class CameraListModelTest : public testing::Test {
+protected:
+    using FakeList = FakeSystem::FakeList;
+
+    CameraListModelTest() { m_model.setHeaderLabels(labels()); }
+
+    void build(FakeList cameras) {
+        m_system->setCameras(std::move(cameras));
+        m_model.setupModelData();
+    }
+    /// Cell of a camera of the tree's n-th interface of its first type.
+    QModelIndex cell(int interfaceRow, int cameraRow, int column = 0) const {
+        const QModelIndex type = m_model.index(0, 0);
+        return m_model.index(cameraRow, column, m_model.index(interfaceRow, 0, type));
+    }
+
+    CapturedLog m_log;
+    std::shared_ptr<FakeSystem> m_system = std::make_shared<FakeSystem>(FakeList{});
+    std::shared_ptr<SystemController> m_controller = makeController(m_system);
+    CameraListModel m_model{m_controller};
+    QAbstractItemModelTester m_tester{&m_model,
+                                      QAbstractItemModelTester::FailureReportingMode::Fatal};
+};
+
+TEST_F(CameraListModelTest, GroupsCamerasByTypeAndInterface) {
+    QSignalSpy listed(&m_model, &CameraListModel::interfaceListChanged);
+    QSignalSpy selected(&m_model, &CameraListModel::interfaceSelected);
+    build({makeFake("bus 7", usb, "U"), makeFake("eth1", gigE, "b"), makeFake("eth1", gigE, "B"),
+           makeFake("eth0", gigE, "Z"), makeFake("eth1", gigE, "a"),
+           makeFake("zz link", OrvTransportLayerTypeCoaXPress, "X"),
+           makeFake("mix", OrvTransportLayerTypeMixed, "M")});
+
+    EXPECT_EQ(textTree(m_model), "GigE\n"
+                                 "  eth0 | 125\n"
+                                 "    Z-S (1)\n"
+                                 "  eth1 | 125\n"
+                                 "    B-S (1)\n"
+                                 "    a-S (1)\n"
+                                 "    b-S (1)\n"
+                                 "USB\n"
+                                 "  bus 7 | 625\n"
+                                 "    U-S (1)\n"
+                                 "Mixed\n"
+                                 "  mix | 0\n"
+                                 "    M-S (1)\n"
+                                 "Unknown TL\n"
+                                 "  zz link | 0\n"
+                                 "    X-S (1)\n");
+    // The controller's list is ordered by name, the tree's by type.
+    const InterfaceList expected{{QStringLiteral("eth0"), 1},
+                                 {QStringLiteral("eth1"), 2},
+                                 {QStringLiteral("bus 7"), 0},
+                                 {QStringLiteral("mix"), 3},
+                                 {QStringLiteral("zz link"), 4}};
+    ASSERT_EQ(listed.size(), 1);
+    EXPECT_EQ(listed.first().first().value<InterfaceList>(), expected);
+    ASSERT_EQ(selected.size(), 1);
+    EXPECT_EQ(ofInterface(selected), QStringLiteral("eth0"));
+}
+
+TEST_F(CameraListModelTest, ListsNothingWithoutCameras) {
+    QSignalSpy listed(&m_model, &CameraListModel::interfaceListChanged);
+    QSignalSpy selected(&m_model, &CameraListModel::interfaceSelected);
+    build({});
+    EXPECT_EQ(textTree(m_model), "");
+    ASSERT_EQ(listed.size(), 1);
+    EXPECT_TRUE(listed.first().first().value<InterfaceList>().isEmpty());
+    EXPECT_TRUE(selected.isEmpty());
+    EXPECT_EQ(m_model.cameraCount(), 0);
+    m_model.selectInterface(0);
+    m_model.updateItemData();
+    m_model.enableWidgets(true);
+}
+
+TEST_F(CameraListModelTest, ForgetsTheUsersMaximaOnRebuild) {
+    const FakeList cameras{makeFake("eth0", gigE, "A")};
+    build(cameras);
+    m_controller->setMaxBandwidth("eth0", 800'000'000);
+    build(cameras);
+    EXPECT_EQ(m_model.index(0, 1, m_model.index(0, 0)).data().toULongLong(), 125U);
+}
+
+TEST_F(CameraListModelTest, SelectsInterfacesInTheOrderOfTheTree) {
+    build({makeFake("a usb", usb, "U"), makeFake("eth0", gigE, "A"), makeFake("eth1", gigE, "B"),
+           makeFake("eth1", gigE, "C")});
+    QSignalSpy selected(&m_model, &CameraListModel::interfaceSelected);
+    const auto isBold = [this](int row) {
+        const QModelIndex index = m_model.index(row, 0, m_model.index(0, 0));
+        return index.data(Qt::FontRole).value<QFont>().weight() == 75;
+    };
+    EXPECT_TRUE(isBold(0));
+    EXPECT_FALSE(isBold(1));
+    EXPECT_EQ(m_model.index(0, 0).data(Qt::FontRole).value<QFont>().weight(), 50);
+    EXPECT_FALSE(m_model.index(0, 1).data(Qt::FontRole).isValid());
+
+    m_model.selectInterface(1);
+    EXPECT_EQ(ofInterface(selected), QStringLiteral("eth1"));
+    EXPECT_FALSE(isBold(0));
+    EXPECT_TRUE(isBold(1));
+    EXPECT_EQ(m_model.cameraCount(), 2);
+    m_model.selectInterface(2);
+    EXPECT_EQ(ofInterface(selected), QStringLiteral("a usb"));
+    m_model.selectInterface(3);
+    m_model.selectInterface(-1);
+    EXPECT_EQ(selected.size(), 2);
+}
+
+TEST_F(CameraListModelTest, CountsTheCamerasThatAutoSetMayChange) {
+    const FakeList cameras{makeFake("eth0", gigE, "A"), makeFake("eth0", gigE, "B"),
+                           makeFake("eth1", gigE, "C")};
+    build(cameras);
+    EXPECT_EQ(m_model.autoSettableCameraCount(), 2);
+    cameras[0]->locked = true;
+    EXPECT_EQ(m_model.autoSettableCameraCount(), 1);
+    EXPECT_EQ(m_model.cameraCount(), 2);
+}
+
+TEST_F(CameraListModelTest, ShowsStatisticsOfTheSelectedInterfaceOnly) {
+    const FakeList cameras{makeFake("eth0", gigE, "A"), makeFake("eth1", gigE, "B")};
+    build(cameras);
+    FrameStatistics statistics;
+    statistics.receivedFrames = 10;
+    statistics.lastFrameId = 13;
+    statistics.lostFrames = 3;
+    statistics.incompleteFrames = 2;
+    statistics.payloadBytes = 123'456'789;
+    statistics.framesPerSecond = 12.5;
+    cameras[0]->statistics = cameras[1]->statistics = statistics;
+    QSignalSpy changed(&m_model, &QAbstractItemModel::dataChanged);
+    m_model.updateItemData();
+
+    EXPECT_EQ(textTree(m_model), "GigE\n"
+                                 "  eth0 | 125\n"
+                                 "    A-S (1) | 0 | 12.50 | 123.46 | 10 | 13 | 3 | 2\n"
+                                 "  eth1 | 125\n"
+                                 "    B-S (1)\n");
+    ASSERT_EQ(changed.size(), 1);
+    EXPECT_EQ(changed.first().at(0).toModelIndex(), cell(0, 0));
+    EXPECT_EQ(changed.first().at(1).toModelIndex(), cell(0, 0, 7));
+    for (const int column : {1, 4, 5, 6, 7})
+        EXPECT_EQ(cell(0, 0, column).data().type(), QVariant::ULongLong) << column;
+}
+
+TEST_F(CameraListModelTest, StartsRowsAsTheirCamerasAre) {
+    const auto closed = makeFake("eth0", gigE, "B");
+    closed->opened = false;
+    closed->warning = "Camera cannot be opened";
+    build({makeFake("eth0", gigE, "A"), closed});
+
+    EXPECT_EQ(cell(0, 0).data(Qt::CheckStateRole), Qt::Checked);
+    EXPECT_FALSE(cell(0, 0).data(Qt::DecorationRole).isValid());
+    EXPECT_FALSE(cell(0, 0).data(Qt::ToolTipRole).isValid());
+    EXPECT_EQ(cell(0, 1).data(Qt::CheckStateRole), Qt::Unchecked);
+    EXPECT_TRUE(cell(0, 1).data(Qt::DecorationRole).canConvert<QIcon>());
+    EXPECT_EQ(cell(0, 1).data(Qt::ToolTipRole), QStringLiteral("Camera cannot be opened"));
+    EXPECT_FALSE(cell(0, 1, 1).data(Qt::ToolTipRole).isValid());
+    EXPECT_EQ(m_model.flags(cell(0, 1)), Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
+}
+
+struct FlagCase {
+    bool checked;
+    bool enabled;
+    bool name;
+    bool bandwidth;
+    bool others;
+};
+
+class CameraListModelFlags : public CameraListModelTest,
+                             public testing::WithParamInterface<FlagCase> {};
+
+TEST_P(CameraListModelFlags, FollowCheckBoxAndEnabling) {
+    build({makeFake("eth0", gigE, "A")});
+    const FlagCase expected = GetParam();
+    m_model.setData(cell(0, 0), expected.checked ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
+    m_model.enableWidgets(expected.enabled);
+
+    const auto enabled = [this](int column) {
+        return m_model.flags(cell(0, 0, column)).testFlag(Qt::ItemIsEnabled);
+    };
+    EXPECT_EQ(enabled(0), expected.name);
+    EXPECT_EQ(enabled(1), expected.bandwidth);
+    for (int column = 2; column < 8; ++column)
+        EXPECT_EQ(enabled(column), expected.others) << column;
+    for (int column = 0; column < 8; ++column) {
+        const Qt::ItemFlags flags = m_model.flags(cell(0, 0, column));
+        EXPECT_TRUE(flags.testFlag(Qt::ItemIsSelectable));
+        EXPECT_EQ(flags.testFlag(Qt::ItemIsUserCheckable), column == 0);
+    }
+    const QModelIndex type = m_model.index(0, 0);
+    EXPECT_EQ(m_model.flags(type), Qt::ItemIsSelectable | Qt::ItemIsEnabled);
+    EXPECT_EQ(m_model.flags(m_model.index(0, 1, type)), Qt::ItemIsSelectable | Qt::ItemIsEnabled);
+    EXPECT_EQ(m_model.flags({}), Qt::NoItemFlags);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, CameraListModelFlags,
+                         testing::Values(FlagCase{true, true, true, true, true},
+                                         FlagCase{true, false, false, false, true},
+                                         FlagCase{false, true, true, false, false},
+                                         FlagCase{false, false, false, false, false}));
+
+TEST_F(CameraListModelTest, ChecksAndUnchecksACamera) {
+    const auto camera = makeFake("eth0", gigE, "A");
+    build({camera});
+    QSignalSpy changed(&m_model, &QAbstractItemModel::dataChanged);
+
+    EXPECT_TRUE(m_model.setData(cell(0, 0), Qt::Unchecked, Qt::CheckStateRole));
+    EXPECT_FALSE(camera->opened);
+    EXPECT_EQ(cell(0, 0).data(Qt::CheckStateRole), Qt::Unchecked);
+    ASSERT_EQ(changed.size(), 1);
+    EXPECT_EQ(changed.first().at(2).value<QVector<int>>(), QVector<int>{Qt::CheckStateRole});
+    EXPECT_TRUE(m_model.setData(cell(0, 0), Qt::Checked, Qt::CheckStateRole));
+    EXPECT_TRUE(camera->opened);
+
+    EXPECT_FALSE(m_model.setData(cell(0, 0, 1), Qt::Unchecked, Qt::CheckStateRole));
+    EXPECT_FALSE(m_model.setData(m_model.index(0, 0), Qt::Unchecked, Qt::CheckStateRole));
+    EXPECT_TRUE(camera->opened);
+}
+
+TEST_F(CameraListModelTest, LetsTheBandwidthOfAnInterfaceBeSet) {
+    build({makeFake("eth0", gigE, "A")});
+    const QModelIndex interfaceRow = m_model.index(0, 0, m_model.index(0, 0));
+    EXPECT_TRUE(m_model.setData(interfaceRow.siblingAtColumn(1), 90));
+    EXPECT_EQ(interfaceRow.siblingAtColumn(1).data(), 90);
+    EXPECT_FALSE(m_model.setData(interfaceRow, 90));
+    EXPECT_FALSE(m_model.setData(cell(0, 0, 1), 90));
+    EXPECT_FALSE(m_model.setData({}, 90));
+    EXPECT_FALSE(m_model.setData(interfaceRow.siblingAtColumn(1), 90, Qt::ToolTipRole));
+}
+
+TEST_F(CameraListModelTest, EnablesTheWidgetsOfTheSelectedInterface) {
+    build({makeFake("eth0", gigE, "A"), makeFake("eth0", gigE, "B"), makeFake("eth1", gigE, "C")});
+    QSignalSpy changed(&m_model, &QAbstractItemModel::dataChanged);
+    m_model.enableWidgets(false);
+    ASSERT_EQ(changed.size(), 1);
+    EXPECT_EQ(changed.first().at(0).toModelIndex(), cell(0, 0, 0));
+    EXPECT_EQ(changed.first().at(1).toModelIndex(), cell(0, 1, 1));
+    EXPECT_TRUE(changed.first().at(2).value<QVector<int>>().contains(Qt::UserRole));
+    EXPECT_TRUE(m_model.flags(cell(1, 0)).testFlag(Qt::ItemIsEnabled));
+}
+
+TEST_F(CameraListModelTest, TellsHeaderToolTipsAndHandlers) {
+    build({makeFake("eth0", gigE, "A")});
+    m_model.setHeaderToolTips({QStringLiteral("tip"), QString()});
+    EXPECT_EQ(m_model.headerData(0, Qt::Horizontal, Qt::ToolTipRole), QStringLiteral("tip"));
+    for (const int section : {1, 2, 3})
+        EXPECT_FALSE(m_model.headerData(section, Qt::Horizontal, Qt::ToolTipRole).isValid());
+    EXPECT_FALSE(m_model.headerData(0, Qt::Vertical, Qt::ToolTipRole).isValid());
+
+    EXPECT_NE(m_model.cameraHandler(cell(0, 0, 3)), nullptr);
+    EXPECT_EQ(m_model.cameraHandler(m_model.index(0, 0)), nullptr);
+    EXPECT_EQ(m_model.cameraHandler({}), nullptr);
+}
+
+/// A view that follows the selection keeps its current row over any number of rebuilds.
+TEST_F(CameraListModelTest, KeepsAFollowingViewOnTheSelectedInterface) {
+    QTreeView view;
+    view.setModel(&m_model);
+    QObject::connect(&m_model, &CameraListModel::interfaceSelected, &view,
+                     &QTreeView::setCurrentIndex);
+    bool complete = true;
+    QObject::connect(&m_model, &QAbstractItemModel::modelReset, &m_model,
+                     [&] { complete = complete && m_model.cameraCount() > 0; });
+    view.show();
+    for (int round = 0; round < 3; ++round) {
+        build({makeFake("eth0", gigE, "A"), makeFake("eth1", gigE, "B")});
+        EXPECT_EQ(view.currentIndex().data().toString(), QStringLiteral("eth0"));
+        EXPECT_TRUE(complete);
+        view.expandAll();
+        view.setCurrentIndex(cell(1, 0, 2));
+    }
+}
+
+} // namespace

@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "engine/CameraHandler.h"
+#include "engine/InterfaceHandlerGigE.h"
+#include "engine/InterfaceHandlerUSB.h"
+#include "engine/SystemController.h"
+#include "tests/support/FakeHostNetwork.h"
+#include "tests/support/FakeHostUsbTree.h"
+#include "tests/support/MockSdk.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// What a fake camera says of itself, and what was asked of it.
+struct FakeCamera {
+    std::string interfaceName;
+    OrvTransportLayerType type = OrvTransportLayerTypeGEV;
+    std::string model = "Cam";
+    std::string id = "1";
+    bool opened = true;
+    std::string warning;
+    std::int64_t bandwidth = 100'000'000;
+    bool locked = false;
+    FrameStatistics statistics;
+
+    int starts = 0;
+    int stops = 0;
+    int adjustments = 0;
+    int bandwidthReads = 0;
+};
+
+/// A handler that is a FakeCamera and asks no SDK.
+class FakeCameraHandler : public CameraHandler {
+public:
+    explicit FakeCameraHandler(std::shared_ptr<FakeCamera> camera)
+        : CameraHandler(makeCamera()), m_camera(std::move(camera)) {}
+
+    CameraInfo getCameraInfo() const override {
+        CameraInfo info;
+        info.modelName = m_camera->model;
+        info.serialNumber = "S";
+        info.cameraId = m_camera->id;
+        info.interfaceName = m_camera->interfaceName;
+        info.transportLayerType = m_camera->type;
+        return info;
+    }
+    FrameStatistics getFrameStatistics() const override { return m_camera->statistics; }
+    void startAcquisition() override { ++m_camera->starts; }
+    bool adjustPacketSize(bool enabled) override {
+        m_camera->adjustments += enabled ? 1 : 0;
+        return enabled;
+    }
+    void stopAcquisition() override { ++m_camera->stops; }
+    bool isOpened() const override { return m_camera->opened; }
+    void setOpened(bool opened) override { m_camera->opened = opened; }
+    bool isLocked() const override { return m_camera->locked; }
+    std::int64_t getBandwidth() const override {
+        ++m_camera->bandwidthReads;
+        return m_camera->bandwidth;
+    }
+    std::string getWarningText() const override { return m_camera->warning; }
+    void checkUsbSpeedLimit() const override {}
+    void checkLinkSpeed(std::uint64_t) const override {}
+
+private:
+    std::shared_ptr<FakeCamera> m_camera;
+};
+
+/// The network adapter that every fake GigE interface hangs on: 1 Gbit/s.
+class FakeGigESpeed : public InterfaceHandlerGigE {
+public:
+    FakeGigESpeed() : InterfaceHandlerGigE(std::make_shared<FakeHostNetwork>()) {}
+    std::uint64_t GetLinkSpeed(std::uint64_t) const override { return 1'000'000'000; }
+};
+
+/// The controller that every fake USB interface is: 5 Gbit/s.
+class FakeUsbSpeed : public InterfaceHandlerUSB {
+public:
+    FakeUsbSpeed() : InterfaceHandlerUSB(std::make_shared<FakeHostUsbTree>()) {}
+    std::optional<std::uint64_t> GetSpeed(const std::string&) const override {
+        return 5'000'000'000;
+    }
+};
+
+/// A system of fake cameras, in the order in which the SDK would list them.
+class FakeSystem : public testing::NiceMock<MockSystem> {
+public:
+    using FakeList = std::vector<std::shared_ptr<FakeCamera>>;
+
+    explicit FakeSystem(FakeList fakes) : m_fakes(std::move(fakes)) {
+        ON_CALL(*this, GetCameras).WillByDefault([this](Cameras& cameras) {
+            cameras.clear();
+            m_byWrapper.clear();
+            for (const auto& fake : m_fakes) {
+                cameras.push_back(makeWrapper(*fake));
+                m_byWrapper[cameras.back().get()] = fake;
+            }
+            return OrvErrorType{OrvErrorSuccess};
+        });
+        ON_CALL(*this, CreateCameraHandler)
+            .WillByDefault([this](const std::shared_ptr<OrvCameraWrapper>& camera) {
+                return std::make_shared<FakeCameraHandler>(m_byWrapper.at(camera.get()));
+            });
+    }
+
+    void setCameras(FakeList cameras) { m_fakes = std::move(cameras); }
+
+private:
+    static std::shared_ptr<OrvCameraWrapper> makeWrapper(const FakeCamera& fake) {
+        using Interface = std::shared_ptr<OrvInterfaceWrapper>;
+        using Layer = std::shared_ptr<OrvTransportLayerWrapper>;
+        auto layer = std::make_shared<testing::NiceMock<MockTransportLayer>>();
+        ON_CALL(*layer, GetVendor).WillByDefault(answer(std::string("Meridane Technologies")));
+        ON_CALL(*layer, GetName).WillByDefault(answer(std::string("MRD Layer")));
+        // A layer of any type is let through; the tree shows the type of the interface.
+        ON_CALL(*layer, GetType).WillByDefault(answer(OrvTransportLayerTypeGEV));
+        auto interfaceWrapper = std::make_shared<testing::NiceMock<MockInterface>>();
+        ON_CALL(*interfaceWrapper, GetType).WillByDefault(answer(fake.type));
+        interfaceWrapper->addFeature("GevInterfaceSubnetIPAddress", makeIntFeature(1));
+        auto camera = makeCamera();
+        ON_CALL(*camera, GetTransportLayer(testing::An<Layer&>())).WillByDefault(answer(layer));
+        ON_CALL(*camera, GetInterface(testing::An<Interface&>()))
+            .WillByDefault(answer(interfaceWrapper));
+        return camera;
+    }
+
+    FakeList m_fakes;
+    std::map<const OrvCameraWrapper*, std::shared_ptr<FakeCamera>> m_byWrapper;
+};
+
+inline std::shared_ptr<FakeCamera> makeFake(const std::string& interfaceName,
+                                            OrvTransportLayerType type, const std::string& model) {
+    auto camera = std::make_shared<FakeCamera>();
+    camera->interfaceName = interfaceName;
+    camera->type = type;
+    camera->model = model;
+    return camera;
+}
+
+inline std::shared_ptr<SystemController> makeController(std::shared_ptr<FakeSystem> system) {
+    return std::make_shared<SystemController>(std::move(system), std::make_shared<FakeGigESpeed>(),
+                                              std::make_shared<FakeUsbSpeed>());
+}
