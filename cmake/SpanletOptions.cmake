@@ -24,3 +24,11 @@ if(SPANLET_SANITIZER)
                         -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${SPANLET_SANITIZER})
 endif()
+
+# spanlet_program(NAME)
+# What every program of the project needs to run under the sanitizers.
+function(spanlet_program NAME)
+    if(SPANLET_SANITIZER MATCHES "address")
+        target_sources(${NAME} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/LeakSuppressions.cpp)
+    endif()
+endfunction()
