@@ -55,6 +55,10 @@ bool isSupported(const OrvTransportLayerWrapper& layer) {
     return false;
 }
 
+std::optional<std::uint64_t> known(std::uint64_t speed) {
+    return speed != 0 ? std::optional(speed) : std::nullopt;
+}
+
 std::string dottedDecimal(std::uint64_t address) {
     std::string text;
     for (const int shift : {24, 16, 8, 0})
@@ -167,7 +171,7 @@ std::uint64_t SystemController::getInterfaceSpeed(const std::string& interfaceId
     if (type->second == OrvTransportLayerTypeGEV) {
         const auto address = m_subnetAddresses.find(interfaceId);
         if (address != m_subnetAddresses.end())
-            speed = m_gigeHandler->GetLinkSpeed(address->second);
+            speed = known(m_gigeHandler->GetLinkSpeed(address->second));
     } else if (type->second == OrvTransportLayerTypeU3V) {
         speed = m_usbHandler->GetSpeed(interfaceId);
     }

@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/engine/CameraFixture.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+
+constexpr double margin = 0.05;
+const std::string error = "Error:" + cameraText;
+
+TEST(CameraHandlerPayload, ComesFromPixelSizeElseImageSize) {
+    using Entry = std::pair<const char*, FeatureValue>;
+    struct Case {
+        std::vector<Entry> features;
+        std::int64_t payload;
+    };
+    const Entry width{"Width", std::int64_t{641}};
+    const Entry height{"Height", std::int64_t{481}};
+    const Entry image{"ImageSize", std::int64_t{777}};
+    const auto pixel = [](FeatureValue value) {
+        return Entry{"PixelSize", std::move(value)};
+    };
+    const Case cases[] = {
+        {{pixel(std::string("Bpp8")), width, height, image}, 641 * 481},
+        {{pixel(std::string("Bpp12")), width, height}, 641 * 481 * 12 / 8},
+        {{pixel(std::string("Bpp10")), {"Width", std::int64_t{3}}, {"Height", std::int64_t{1}}}, 3},
+        {{image}, 777},
+        // What cannot be used falls back to the image size.
+        {{pixel(std::string("BppX")), width, height, image}, 777},
+        {{pixel(std::string("Bpp")), width, height, image}, 777},
+        {{pixel(std::string("B")), width, height, image}, 777},
+        {{pixel(std::string("Bpp-8")), width, height, image}, 777},
+        {{pixel(std::string("Bpp99999999999999999999")), width, height, image}, 777},
+        {{pixel(std::int64_t{8}), width, height, image}, 777},
+        {{pixel(std::string("Bpp8")), width, {"Height", 481.0}, image}, 777},
+    };
+    for (const Case& testCase : cases) {
+        HandlerWithFakes fakes;
+        for (const auto& [name, value] : testCase.features)
+            fakes.features->put(name, value);
+        EXPECT_EQ(fakes.handler.getPayloadSize(), testCase.payload);
+        EXPECT_EQ(fakes.log.text(), "");
+    }
+}
+
+TEST(CameraHandlerPayload, IsNothingWithoutFeatures) {
+    const std::string missing = error + ": No pixel or image size related features found.";
+    HandlerWithFakes fakes;
+    EXPECT_EQ(fakes.handler.getPayloadSize(), 0);
+    fakes.features->put("PixelSize", std::string("huge"));
+    EXPECT_EQ(fakes.handler.getPayloadSize(), 0);
+    fakes.features->put("ImageSize", 1.5);
+    EXPECT_EQ(fakes.handler.getPayloadSize(), 0);
+    EXPECT_THAT(fakes.log.lines(), ElementsAre(missing, missing, missing));
+    fakes.features->put("ImageSize", std::int64_t{-5});
+    EXPECT_EQ(fakes.handler.getPayloadSize(), 0);
+}
+
+/// A camera whose frame rate is held by its sensor and by its bandwidth over its needs.
+struct ModelCamera : HandlerWithFakes {
+    ModelCamera(std::int64_t payload, std::int64_t minimum, std::int64_t maximum, double sensorRate,
+                double overhead) {
+        features->putRange("DeviceLinkThroughputLimit", maximum / 3, minimum, maximum);
+        if (payload > 0)
+            features->put("ImageSize", payload);
+        features->onWrite = [=, target = features.get()](std::int64_t bandwidth) {
+            const double bytes = static_cast<double>(std::max<std::int64_t>(payload, 1)) * overhead;
+            const double rate = static_cast<double>(bandwidth) / bytes;
+            target->put("AcquisitionFrameRateLimit", std::min(sensorRate, rate));
+        };
+        features->onWrite(maximum / 3);
+    }
+
+    std::int64_t autoSet() { return handler.autoSet(margin); }
+};
+
+struct SearchCase {
+    const char* name;
+    std::int64_t payload;
+    std::int64_t minimum;
+    std::int64_t maximum;
+    /// Bytes that the camera sends for each byte of payload.
+    double overhead;
+    std::int64_t result;
+    std::vector<std::int64_t> written;
+};
+
+class AutoSetSearch : public testing::TestWithParam<SearchCase> {};
+
+TEST_P(AutoSetSearch, FindsTheKnownAnswer) {
+    const SearchCase& p = GetParam();
+    ModelCamera camera(p.payload, p.minimum, p.maximum, 100.0, p.overhead);
+    camera.features->written.clear();
+    EXPECT_EQ(camera.autoSet(), p.result);
+    EXPECT_THAT(camera.features->written, ElementsAreArray(p.written));
+    EXPECT_EQ(camera.features->descriptionsRead, 1);
+}
+
+const std::vector<std::int64_t> tenSteps{1'000'000, 100'000, 550'000, 325'000, 212'500, 156'250,
+                                         128'125,   114'063, 107'032, 103'517, 101'760, 100'882};
+
+INSTANTIATE_TEST_SUITE_P(
+    , AutoSetSearch,
+    testing::Values(
+        SearchCase{"SufficesAtOnce", 1000, 10, 1'000'000, 1.0, 101'760, tenSteps},
+        SearchCase{"HeldToTheMinimum", 1000, 150'000, 1'000'000, 1.0, 150'000, tenSteps},
+        SearchCase{"RepeatsOneStep",
+                   1000,
+                   10,
+                   1'000'000,
+                   1.3,
+                   142'188,
+                   {1'000'000, 100'000, 550'000, 325'000, 212'500, 156'250, 128'125, 142'188}},
+        SearchCase{
+            "ClimbsBeforeItTurns",
+            1000,
+            10,
+            1'000'000,
+            8.0,
+            796'094,
+            {1'000'000, 100'000, 550'000, 775'000, 887'500, 831'250, 803'125, 789'063, 796'094}},
+        SearchCase{"StartsAtZeroWithoutPayload",
+                   0,
+                   50,
+                   1'000'000,
+                   1000.0,
+                   109'375,
+                   {1'000'000, 0, 500'000, 250'000, 125'000, 62'500, 93'750, 109'375}},
+        SearchCase{"SkipsTheSearchWithinTheMargin", 1000, 10, 105'000, 1.0, 100'000, {105'000}}),
+    [](const auto& suite) { return suite.param.name; });
+
+TEST(CameraAutoSet, TellsEveryStep) {
+    ModelCamera camera(1000, 10, 1'000'000, 100.0, 1.3);
+    camera.features->put("AcquisitionFrameRateEnable", true);
+    camera.autoSet();
+    const std::string info = "Info:" + cameraText;
+    EXPECT_THAT(
+        camera.log.lines(),
+        ElementsAre(
+            info + ": AcquisitionFrameRate before optimization 100.000000",
+            info + ": 'AcquisitionFrameRateEnable' is 'true', the user-set AcquisitionFrameRate "
+                   "will be used for optimization.",
+            info + ": AcquisitionFrameRate max. possible 100.000000",
+            "Debug:Calculated bandwidth:100000 current frame rate: 76.923077",
+            "Debug:Max frameRate: 100.000000 max. bandwidth: 1000000",
+            "Debug:Deviation: 0.000000 Current frameRate: 100.000000  stepBW: 450000 "
+            "bandwidth:550000",
+            "Debug:Switch direction",
+            "Debug:Deviation: -0.000000 Current frameRate: 100.000000  stepBW: 225000 "
+            "bandwidth:325000",
+            "Debug:Deviation: -0.000000 Current frameRate: 100.000000  stepBW: 112500 "
+            "bandwidth:212500",
+            "Debug:Deviation: -0.000000 Current frameRate: 100.000000  stepBW: 56250 "
+            "bandwidth:156250",
+            "Debug:Deviation: -0.014423 Current frameRate: 98.557692  stepBW: 28125 "
+            "bandwidth:128125",
+            "Debug:Repeat 1/2 of last step, from bandwidth: 156250",
+            "Debug:Deviation: -0.000000 Current frameRate: 100.000000  stepBW: 14062 "
+            "bandwidth:142188",
+            "Debug:Autoset completed in 6 steps."));
+}
+
+TEST(CameraAutoSet, TellsWhenItSkipsTheSearch) {
+    ModelCamera camera(1000, 10, 105'000, 100.0, 1.0);
+    camera.features->put("AcquisitionFrameRateEnable", false);
+    camera.autoSet();
+    EXPECT_THAT(
+        camera.log.lines(),
+        ElementsAre("Info:" + cameraText + ": AcquisitionFrameRate before optimization 35.000000",
+                    "Info:" + cameraText + ": AcquisitionFrameRate max. possible 100.000000",
+                    "Debug:Calculated bandwidth 100000 + camera safety margin > maximum "
+                    "bandwidth, skip iteration."));
+}
+
+TEST(CameraAutoSet, FailsWithoutFrameRate) {
+    const std::string internal = error + ": current AcquisitionFrameRate < 0, internal error "
+                                         "occured.";
+    for (const FeatureValue& rate :
+         {FeatureValue(-2.0), FeatureValue(std::int64_t{30}), FeatureValue(std::nan(""))}) {
+        HandlerWithFakes fakes;
+        fakes.features->put("AcquisitionFrameRate", rate);
+        EXPECT_EQ(fakes.handler.autoSet(margin), 0);
+        EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::NotSet);
+        EXPECT_EQ(fakes.log.lines().back(), internal);
+    }
+    HandlerWithFakes fakes;
+    EXPECT_EQ(fakes.handler.autoSet(margin), 0);
+    EXPECT_THAT(
+        fakes.log.lines(),
+        ElementsAre(error + ": No acquisition frame rate related feature found.", internal));
+}
+
+TEST(CameraAutoSet, FailsWithoutBandwidthFeature) {
+    HandlerWithFakes fakes;
+    fakes.features->put("AcquisitionFrameRateLimit", 10.0);
+    EXPECT_EQ(fakes.handler.autoSet(margin), 0);
+    EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::NotSet);
+    EXPECT_EQ(fakes.log.lines().back(), error + ": No bandwidth speed related feature found.");
+}
+
+TEST(CameraAutoSet, NeedsATarget) {
+    ModelCamera camera(1000, 10, 1'000'000, 0.0, 1.0);
+    EXPECT_EQ(camera.autoSet(), 0);
+}
+
+TEST(CameraAutoSet, WritesNoUnknownMaximum) {
+    HandlerWithFakes fakes;
+    fakes.features->putRange("StreamBytesPerSecond", std::int64_t{5}, std::int64_t{0}, 1e6);
+    fakes.features->put("AcquisitionFrameRate", 10.0);
+    fakes.features->put("ImageSize", std::int64_t{1000});
+    EXPECT_EQ(fakes.handler.autoSet(margin), 10'000);
+    EXPECT_TRUE(fakes.features->written.empty());
+}
+
+TEST(CameraAutoSet, SurvivesAnEnormousMaximum) {
+    constexpr auto largest = std::numeric_limits<std::int64_t>::max();
+    for (const double overhead : {1.0, 1e15}) {
+        ModelCamera camera(1000, 10, largest, 100.0, overhead);
+        EXPECT_GE(camera.autoSet(), 10);
+        EXPECT_LE(camera.features->written.size(), 13U);
+    }
+    ModelCamera camera(largest, 10, largest, 100.0, 1e-10);
+    EXPECT_EQ(camera.autoSet(), largest);
+}
+
+} // namespace

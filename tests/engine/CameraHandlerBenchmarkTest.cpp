@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/engine/CameraFixture.h"
+#include "tests/engine/FakeFrame.h"
+
+namespace {
+
+using testing::_;
+using testing::ElementsAre;
+using testing::Return;
+
+std::string line(const std::string& level, const std::string& text) {
+    return level + ":" + cameraText + text;
+}
+
+TEST(CameraHandlerBenchmark, TellsHowStartingEnded) {
+    const std::pair<OrvErrorType, std::string> cases[] = {
+        {OrvErrorSuccess, line("Info", ": Acquisition started successfully.")},
+        {OrvErrorAlreadyDone, line("Info", ": Acquisition already started.")},
+        {OrvErrorIO, line("Warning", ": Cannot start acquisition.") + ioErrorText}};
+    for (const auto& [result, text] : cases) {
+        HandlerWithFakes fakes;
+        EXPECT_CALL(*fakes.parts.camera, StartContinuousImageAcquisition(5, _, _))
+            .WillOnce(Return(result));
+        fakes.handler.startAcquisition();
+        EXPECT_THAT(fakes.log.lines(), ElementsAre(text));
+    }
+}
+
+TEST(CameraHandlerBenchmark, TellsHowStoppingEnded) {
+    using Lines = std::vector<std::string>;
+    const std::pair<OrvErrorType, Lines> cases[] = {
+        {OrvErrorSuccess,
+         {line("Info", ": Acquisition stopped successfully."),
+          line("Info", ": Lost frames: 0, Incomplete frames: 0")}},
+        {OrvErrorAlreadyDone, {line("Info", ": Acquisition already stopped.")}},
+        {OrvErrorIO, {line("Warning", ": Cannot stop acquisition.") + ioErrorText}}};
+    for (const auto& [result, lines] : cases) {
+        HandlerWithFakes fakes;
+        ON_CALL(*fakes.parts.camera, StopContinuousImageAcquisition())
+            .WillByDefault(Return(result));
+        fakes.handler.stopAcquisition();
+        EXPECT_EQ(fakes.log.lines(), lines);
+    }
+}
+
+TEST(CameraHandlerBenchmark, StartsInSpiteOfSocketDriverAndTrigger) {
+    HandlerWithFakes fakes;
+    fakes.parts.stream->addFeature("GVSPDriver", makeStringFeature("Socket"));
+    fakes.features->put("TriggerMode", std::string("On"));
+    fakes.handler.startAcquisition();
+    EXPECT_THAT(fakes.log.lines(),
+                ElementsAre(line("Warning", " is using Socket driver."),
+                            line("Info", " is configured for triggering."),
+                            line("Info", ": Acquisition started successfully.")));
+    EXPECT_EQ(fakes.handler.getWarningText(), "Socket driver in use, please use Filter Driver.");
+}
+
+/// Delivers frames to the observer that the handler starts with.
+struct Delivery {
+    explicit Delivery(MockCamera& camera) {
+        ON_CALL(camera, StartContinuousImageAcquisition)
+            .WillByDefault([this](int, const auto& given, auto) {
+                observer = given;
+                return OrvErrorType{OrvErrorSuccess};
+            });
+    }
+    void deliver(std::uint64_t id, OrvFrameStatusType status = OrvFrameStatusComplete) {
+        auto frame = std::make_shared<FakeFrame>();
+        frame->id = id;
+        frame->status = status;
+        observer->FrameReceived(frame);
+    }
+    std::shared_ptr<OrvCPP::IFrameObserver> observer;
+};
+
+TEST(CameraHandlerBenchmark, CountsFromOneOnGigEAndFromZeroElsewhere) {
+    for (const auto type : {OrvTransportLayerTypeGEV, OrvTransportLayerTypeU3V}) {
+        HandlerWithFakes fakes(type);
+        Delivery delivery(*fakes.parts.camera);
+        fakes.handler.startAcquisition();
+        delivery.deliver(type == OrvTransportLayerTypeGEV ? 1 : 0);
+        EXPECT_EQ(fakes.handler.getFrameStatistics().lostFrames, 0);
+        EXPECT_EQ(fakes.handler.getFrameStatistics().lastFrameId, 1);
+    }
+}
+
+TEST(CameraHandlerBenchmark, KeepsTheStatisticsUntilTheNextStart) {
+    HandlerWithFakes fakes;
+    Delivery delivery(*fakes.parts.camera);
+    fakes.handler.startAcquisition();
+    delivery.deliver(1);
+    delivery.deliver(4, OrvFrameStatusIncomplete);
+    fakes.handler.stopAcquisition();
+    EXPECT_TRUE(fakes.log.has(line("Info", ": Lost frames: 2, Incomplete frames: 1")));
+    EXPECT_EQ(fakes.handler.getFrameStatistics().receivedFrames, 2U);
+
+    // A second start clears them, even when the camera is streaming already.
+    ON_CALL(*fakes.parts.camera, StartContinuousImageAcquisition)
+        .WillByDefault(Return(OrvErrorType{OrvErrorAlreadyDone}));
+    fakes.handler.startAcquisition();
+    EXPECT_EQ(fakes.handler.getFrameStatistics().receivedFrames, 0U);
+    EXPECT_EQ(fakes.handler.getFrameStatistics().lostFrames, 0);
+}
+
+} // namespace

@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/engine/CameraFixture.h"
+
+#include "engine/CommandCompletion.h"
+
+#include <optional>
+
+namespace {
+
+using testing::An;
+using testing::ElementsAre;
+using testing::ElementsAreArray;
+using testing::Return;
+
+TEST(CameraHandlerLinkSpeed, WarnsOfASlowerHost) {
+    struct Case {
+        std::uint64_t host;
+        FeatureValue camera;
+        const char* warning;
+    };
+    const Case cases[] = {
+        {1'000'000'000, std::int64_t{125'000'000}, ""},
+        {1'000'000'000, std::int64_t{250'000'000},
+         "Warning:Host Interface Link Speed (1000Mbps) is less than Camera Link Speed (2000Mbps). "
+         "Please check your network topology.\n"},
+        {999'999'999, std::int64_t{125'000'000},
+         "Warning:Host Interface Link Speed (999Mbps) is less than Camera Link Speed (1000Mbps). "
+         "Please check your network topology.\n"},
+        {0, std::int64_t{-1}, ""},
+        {0, std::string("fast"), ""},
+        {0, 125e6, ""},
+    };
+    for (const Case& testCase : cases) {
+        HandlerWithFakes fakes;
+        fakes.features->put("DeviceLinkSpeed", testCase.camera);
+        fakes.handler.checkLinkSpeed(testCase.host);
+        EXPECT_EQ(fakes.log.text(), testCase.warning) << toText(testCase.camera);
+    }
+}
+
+TEST(CameraHandlerTrigger, FollowsModeSourceAndExposure) {
+    using Text = std::optional<std::string>;
+    struct Case {
+        Text mode;
+        Text source;
+        Text exposure;
+        bool triggered;
+    };
+    const Case cases[] = {
+        {{}, {}, {}, false},
+        {{}, {}, "Timed", false},
+        {{}, {}, "TriggerWidth", true},
+        {"Off", "Line1", {}, false},
+        {"Off", "Line1", "Timed", false},
+        {"Off", "Line1", "TriggerWidth", true},
+        {"On", {}, {}, true},
+        {"On", {}, "Timed", true},
+        {"On", "Line1", "Timed", true},
+        {"On", "Freerun", {}, false},
+        {"On", "Freerun", "Timed", false},
+        {"On", "Freerun", "TriggerWidth", true},
+    };
+    for (const Case& testCase : cases) {
+        HandlerWithFakes fakes;
+        const auto put = [&fakes](const char* feature, const Text& value) {
+            if (value)
+                fakes.features->put(feature, *value);
+        };
+        put("TriggerMode", testCase.mode);
+        put("TriggerSource", testCase.source);
+        put("ExposureMode", testCase.exposure);
+        EXPECT_EQ(fakes.handler.isTriggered(), testCase.triggered)
+            << testCase.mode.value_or("-") << ' ' << testCase.source.value_or("-") << ' '
+            << testCase.exposure.value_or("-");
+    }
+}
+
+TEST(CameraHandlerTrigger, ValuesOfAnotherTypeAreNoTrigger) {
+    HandlerWithFakes fakes;
+    fakes.features->put("TriggerMode", true);
+    fakes.features->put("ExposureMode", std::int64_t{1});
+    EXPECT_FALSE(fakes.handler.isTriggered());
+}
+
+/// A handler of a GigE camera whose stream can negotiate its packet size.
+struct PacketSizeFakes : HandlerWithFakes {
+    explicit PacketSizeFakes(std::int64_t packetSize,
+                             OrvTransportLayerType type = OrvTransportLayerTypeGEV)
+        : HandlerWithFakes(type) {
+        parts.stream->addFeature("GVSPAdjustPacketSize", command);
+        parts.stream->addFeature("GVSPPacketSize", makeIntFeature(packetSize));
+    }
+
+    NiceFeature command = makeCommandFeature();
+};
+
+const std::string jumbo =
+    "Warning:Model-0001 (DEV_1): The current packet size is below the recommended value. This "
+    "affects the streaming performance. Please ensure jumbo frames are activated.";
+
+std::string newSize(int size) {
+    return "Info:Model-0001 (DEV_1): Adjust packet size, new value: " + std::to_string(size) +
+           " bytes.";
+}
+
+TEST(CameraHandlerPacketSize, WarnsBelowJumboFrames) {
+    for (const int size : {1500, 5999, 6000, 8228}) {
+        PacketSizeFakes fakes(size);
+        EXPECT_TRUE(fakes.handler.adjustPacketSize(true));
+        if (size < 6000)
+            EXPECT_THAT(fakes.log.lines(), ElementsAre(jumbo, newSize(size)));
+        else
+            EXPECT_THAT(fakes.log.lines(), ElementsAre(newSize(size)));
+    }
+}
+
+TEST(CameraHandlerPacketSize, IsNegotiatedOnce) {
+    PacketSizeFakes fakes(8000);
+    EXPECT_CALL(*fakes.command, RunCommand).Times(2).WillOnce(ioError());
+    EXPECT_FALSE(fakes.handler.adjustPacketSize(false));
+    EXPECT_FALSE(fakes.handler.adjustPacketSize(true));
+    EXPECT_TRUE(fakes.handler.adjustPacketSize(true));
+    EXPECT_FALSE(fakes.handler.adjustPacketSize(true));
+}
+
+TEST(CameraHandlerPacketSize, IsLeftAloneWithoutGvspOverUdp) {
+    PacketSizeFakes usb(8000, OrvTransportLayerTypeU3V);
+    EXPECT_CALL(*usb.command, RunCommand).Times(0);
+    EXPECT_FALSE(usb.handler.adjustPacketSize(true));
+
+    PacketSizeFakes tcp(8000);
+    tcp.features->put("GVSPProtocol", std::string("TCP"), "Stream0");
+    EXPECT_CALL(*tcp.command, RunCommand).Times(0);
+    EXPECT_FALSE(tcp.handler.adjustPacketSize(true));
+
+    PacketSizeFakes udp(8000);
+    udp.features->put("GVSPProtocol", std::string("UDP"), "Stream0");
+    EXPECT_TRUE(udp.handler.adjustPacketSize(true));
+}
+
+TEST(CameraHandlerPacketSize, PollsUntilTheCommandIsDone) {
+    PacketSizeFakes fakes(8000);
+    EXPECT_CALL(*fakes.command, IsCommandDone)
+        .Times(3)
+        .WillOnce(answer(false))
+        .WillOnce(answer(false))
+        .WillOnce(answer(true));
+    EXPECT_TRUE(fakes.handler.adjustPacketSize(true));
+
+    PacketSizeFakes failing(8000);
+    EXPECT_CALL(*failing.command, IsCommandDone).WillOnce(answer(false)).WillOnce(ioError());
+    EXPECT_TRUE(failing.handler.adjustPacketSize(true));
+    EXPECT_THAT(failing.log.lines(), ElementsAre(newSize(8000)));
+}
+
+TEST(CameraHandlerPacketSize, LogsWhatFailed) {
+    struct Case {
+        void (*arrange)(PacketSizeFakes&);
+        std::string line;
+    };
+    const std::string warning = "Warning:" + cameraText;
+    const std::string missing = " (The designated instance (camera, feature etc.) cannot be found)";
+    const Case cases[] = {
+        {[](PacketSizeFakes& f) { f.parts.stream->removeFeature("GVSPAdjustPacketSize"); },
+         warning + ": Cannot get feature 'GVSPAdjustPacketSize'" + missing},
+        {[](PacketSizeFakes& f) { ON_CALL(*f.command, RunCommand).WillByDefault(ioError()); },
+         warning + ": Error while executing GVSPAdjustPacketSize" + ioErrorText},
+        {[](PacketSizeFakes& f) { f.parts.stream->removeFeature("GVSPPacketSize"); },
+         warning + ": Cannot get feature 'GVSPPacketSize'" + missing},
+        {[](PacketSizeFakes& f) {
+             f.parts.stream->addFeature("GVSPPacketSize", makeStringFeature("large"));
+         },
+         warning + ": Cannot get value of 'GVSPPacketSize' (The feature type for this access "
+                   "function was wrong)"},
+    };
+    for (const Case& testCase : cases) {
+        PacketSizeFakes fakes(8000);
+        testCase.arrange(fakes);
+        EXPECT_FALSE(fakes.handler.adjustPacketSize(true));
+        EXPECT_THAT(fakes.log.lines(), ElementsAre(testCase.line));
+    }
+}
+
+TEST(CameraHandlerPacketSize, NeedsAStream) {
+    CapturedLog log;
+    const CameraParts parts(OrvTransportLayerTypeGEV);
+    ON_CALL(*parts.camera, GetStreams).WillByDefault(ioError());
+    CameraHandler handler(parts.camera, std::make_shared<FakeFeatures>());
+    log.clear();
+    EXPECT_FALSE(handler.adjustPacketSize(true));
+    EXPECT_THAT(log.lines(), ElementsAre("Error:" + cameraText +
+                                         ": GigEAdjustPacketSize: invalid stream pointer."));
+}
+
+TEST(CommandCompletion, GivesUpOnACommandThatNeverCompletes) {
+    const auto command = makeCommandFeature();
+    ON_CALL(*command, IsCommandDone).WillByDefault(answer(false));
+    EXPECT_EQ(waitForCommand(*command, std::chrono::milliseconds(20)), OrvErrorTimeout);
+}
+
+} // namespace

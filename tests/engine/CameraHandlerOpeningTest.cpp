@@ -1,0 +1,292 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/engine/CameraFixture.h"
+
+namespace {
+
+using testing::_;
+using testing::ElementsAreArray;
+using testing::InSequence;
+using testing::Mock;
+using testing::Return;
+
+constexpr auto gige = OrvTransportLayerTypeGEV;
+constexpr auto usb = OrvTransportLayerTypeU3V;
+const std::string socketWarning = "Socket driver in use, please use Filter Driver.";
+const std::string accessWarning =
+    "Camera cannot be opened in FULL ACCESS mode, maybe it has already been opened by another "
+    "application.";
+
+void denyAccess(MockCamera& camera) {
+    ON_CALL(camera, Open).WillByDefault(Return(OrvErrorType{OrvErrorInvalidAccess}));
+    ON_CALL(camera, GetPermittedAccess).WillByDefault(answer(OrvAccessModeRead));
+}
+
+struct OpeningCase {
+    const char* name;
+    OrvTransportLayerType type;
+    void (*arrange)(CameraParts&);
+    std::vector<std::string> lines;
+    std::string warningText = {};
+    bool opened = true;
+};
+
+std::ostream& operator<<(std::ostream& stream, const OpeningCase& testCase) {
+    return stream << testCase.name;
+}
+
+class Opening : public testing::TestWithParam<OpeningCase> {};
+
+TEST_P(Opening, LogsWhatFailed) {
+    CapturedLog log;
+    CameraParts parts(GetParam().type);
+    parts.localDevice->addFeature("DeviceLocation", makeStringFeature("0x2/3/1"));
+    GetParam().arrange(parts);
+    const CameraHandler handler(parts.camera);
+    EXPECT_THAT(log.lines(), ElementsAreArray(GetParam().lines));
+    EXPECT_EQ(handler.getWarningText(), GetParam().warningText);
+    EXPECT_EQ(handler.isOpened(), GetParam().opened);
+}
+
+const std::string c = cameraText;
+const std::string portC = "Port 3: " + cameraText;
+
+INSTANTIATE_TEST_SUITE_P(
+    , Opening,
+    testing::Values(
+        OpeningCase{"Nothing", gige, [](CameraParts&) {}, {}},
+        OpeningCase{"NothingOfUsb", usb, [](CameraParts&) {}, {}},
+        OpeningCase{"Name",
+                    gige,
+                    [](CameraParts& p) { ON_CALL(*p.camera, GetName).WillByDefault(ioError()); },
+                    {"Warning:Cannot get camera name" + ioErrorText}},
+        OpeningCase{"ModelWhileNothingButTheNameIsKnown",
+                    gige,
+                    [](CameraParts& p) { ON_CALL(*p.camera, GetModel).WillByDefault(ioError()); },
+                    {"Warning:Camera: Cannot get model name." + ioErrorText}},
+        OpeningCase{"IdBlamesTheSerialNumberToo",
+                    gige,
+                    [](CameraParts& p) { ON_CALL(*p.camera, GetID).WillByDefault(ioError()); },
+                    {"Warning:Model- (): Cannot get camera ID." + ioErrorText,
+                     "Warning:Model-0001 (): Cannot get serial number." + ioErrorText}},
+        OpeningCase{
+            "SerialNumberIsNotExamined",
+            gige,
+            [](CameraParts& p) { ON_CALL(*p.camera, GetSerialNumber).WillByDefault(ioError()); },
+            {}},
+        OpeningCase{"Streams",
+                    gige,
+                    [](CameraParts& p) { ON_CALL(*p.camera, GetStreams).WillByDefault(ioError()); },
+                    {"Warning:" + c + ": Unable to get Streams" + ioErrorText,
+                     "Error:" + c + ": Cannot get streams." + ioErrorText}},
+        OpeningCase{
+            "NoStream",
+            gige,
+            [](CameraParts& p) {
+                ON_CALL(*p.camera, GetStreams).WillByDefault(Return(OrvErrorType{OrvErrorSuccess}));
+            },
+            {"Error:" + c + ": Cannot get streams. (No error)"}},
+        OpeningCase{
+            "SocketDriver",
+            gige,
+            [](CameraParts& p) { p.stream->addFeature("GVSPDriver", makeStringFeature("Socket")); },
+            {"Warning:" + c + " is using Socket driver."},
+            socketWarning},
+        OpeningCase{
+            "SocketDriverOfUsbIsNotAsked",
+            usb,
+            [](CameraParts& p) { p.stream->addFeature("GVSPDriver", makeStringFeature("Socket")); },
+            {}},
+        OpeningCase{"NoDriverFeature",
+                    gige,
+                    [](CameraParts& p) { p.stream->removeFeature("GVSPDriver"); },
+                    {"Warning:" + c +
+                     ": Cannot get feature 'GVSPDriver' (The designated instance "
+                     "(camera, feature etc.) cannot be found)"}},
+        OpeningCase{"DriverUnreadable",
+                    gige,
+                    [](CameraParts& p) {
+                        p.stream->addFeature("GVSPDriver", makeFeature(OrvFeatureDataString));
+                    },
+                    {"Warning:" + c +
+                     ": Cannot get value of 'GVSPDriver' (The feature type for "
+                     "this access function was wrong)"}},
+        OpeningCase{"InterfaceTexts",
+                    gige,
+                    [](CameraParts& p) {
+                        ON_CALL(*p.interface, GetName).WillByDefault(ioError());
+                        ON_CALL(*p.interface, GetID).WillByDefault(ioError());
+                    },
+                    {"Warning:" + c + ": Cannot get interface name." + ioErrorText,
+                     "Warning:" + c + ": Cannot get interface ID." + ioErrorText}},
+        OpeningCase{"TransportLayerTexts",
+                    gige,
+                    [](CameraParts& p) {
+                        ON_CALL(*p.layer, GetName).WillByDefault(ioError());
+                        ON_CALL(*p.layer, GetID).WillByDefault(ioError());
+                        ON_CALL(*p.layer, GetPath).WillByDefault(ioError());
+                        ON_CALL(*p.layer, GetVendor).WillByDefault(ioError());
+                        ON_CALL(*p.layer, GetType).WillByDefault(ioError());
+                    },
+                    {"Debug:" + c + ": Cannot get transport layer name." + ioErrorText,
+                     "Debug:" + c + ": Cannot get transport layer ID." + ioErrorText,
+                     "Debug:" + c + ": Cannot get transport layer path." + ioErrorText,
+                     "Warning:" + c + ": Cannot get transport layer vendor." + ioErrorText,
+                     "Warning:" + c + ": Cannot get transport layer type." + ioErrorText}},
+        OpeningCase{
+            "Interface",
+            gige,
+            [](CameraParts& p) { ON_CALL(*p.camera, GetInterface(_)).WillByDefault(ioError()); },
+            {"Warning:" + c + ": Cannot get interface ptr." + ioErrorText}},
+        OpeningCase{
+            "InterfaceBeforeTransportLayer",
+            gige,
+            [](CameraParts& p) {
+                ON_CALL(*p.camera, GetTransportLayer(_)).WillByDefault(ioError());
+                ON_CALL(*p.interface, GetName).WillByDefault(ioError());
+            },
+            {"Warning:" + c + ": Cannot get interface name." + ioErrorText,
+             "Warning:" + c + ": Cannot get transport layer ptr. for camera." + ioErrorText}},
+        OpeningCase{"UsbInterfaceAfterItsPort",
+                    usb,
+                    [](CameraParts& p) { ON_CALL(*p.interface, GetName).WillByDefault(ioError()); },
+                    {"Warning:" + portC + ": Cannot get interface name." + ioErrorText}},
+        OpeningCase{"InUseElsewhere",
+                    usb,
+                    [](CameraParts& p) { denyAccess(*p.camera); },
+                    {"Warning:" + c + ": Cannot open the camera, full access denied."},
+                    accessWarning,
+                    false},
+        OpeningCase{"NoStreamsOfUnopenedCamera",
+                    gige,
+                    [](CameraParts& p) {
+                        denyAccess(*p.camera);
+                        p.stream->addFeature("GVSPDriver", makeStringFeature("Socket"));
+                    },
+                    {"Warning:" + c + ": Cannot open the camera, full access denied."},
+                    accessWarning,
+                    false},
+        OpeningCase{"OpenThoughPermitted",
+                    gige,
+                    [](CameraParts& p) { ON_CALL(*p.camera, Open).WillByDefault(ioError()); },
+                    {"Warning:" + c + ": Cannot open the camera." + ioErrorText},
+                    "Camera cannot be opened",
+                    false},
+        OpeningCase{"OpenWithUnknownAccess",
+                    gige,
+                    [](CameraParts& p) {
+                        denyAccess(*p.camera);
+                        ON_CALL(*p.camera, GetPermittedAccess).WillByDefault(ioError());
+                    },
+                    {"Warning:" + c +
+                     ": Cannot open the camera. (Operation is invalid with the "
+                     "current access mode)"},
+                    "Camera cannot be opened",
+                    false}),
+    [](const auto& suite) { return suite.param.name; });
+
+TEST(CameraHandlerOpening, RecordsWhatIsShown) {
+    CapturedLog log;
+    const CameraParts parts(gige);
+    const CameraInfo info = CameraHandler(parts.camera).getCameraInfo();
+    EXPECT_EQ(info.cameraName, "Camera");
+    EXPECT_EQ(info.modelName, "Model");
+    EXPECT_EQ(info.cameraId, "DEV_1");
+    EXPECT_EQ(info.serialNumber, "0001");
+    EXPECT_EQ(info.interfaceName, "Eth 1");
+    EXPECT_EQ(info.interfaceId, "IF_1");
+    EXPECT_EQ(info.transportLayerName, "MRD Layer");
+    EXPECT_EQ(info.transportLayerId, "TL_1");
+    EXPECT_EQ(info.transportLayerPath, "/layer.cti");
+    EXPECT_EQ(info.transportLayerVendor, "Meridane Technologies");
+    EXPECT_EQ(info.portPath, "");
+    EXPECT_EQ(info.transportLayerType, gige);
+}
+
+TEST(CameraHandlerOpening, ReadsPortAndBusOfUsbCameras) {
+    struct Case {
+        const char* location;
+        const char* port;
+        const char* bus;
+    };
+    for (const Case& testCase : {Case{"0x2/3/1", "Port 3", "USB bus 2"},
+                                 {"::12/4", "Port 4", "USB bus 12"},
+                                 {"0x2", "", "USB bus 2"},
+                                 {"0x2/", "", "USB bus 2"},
+                                 {"0x/3", "Port 3", ""},
+                                 {"0x", "", ""},
+                                 {"", "", ""}}) {
+        SCOPED_TRACE(testCase.location);
+        CapturedLog log;
+        CameraParts parts(usb, "");
+        parts.localDevice->addFeature("DeviceLocation", makeStringFeature(testCase.location));
+        ON_CALL(*parts.interface, GetName).WillByDefault(ioError());
+        const CameraInfo info = CameraHandler(parts.camera).getCameraInfo();
+        EXPECT_EQ(info.portPath, testCase.port);
+        EXPECT_EQ(info.interfaceName, testCase.bus);
+        EXPECT_EQ(log.count("Warning:" + c + ": Cannot find USB port path."),
+                  info.portPath.empty() ? 1 : 0);
+    }
+}
+
+TEST(CameraHandlerOpening, LocationOfAnotherTypeCountsAsAbsent) {
+    CapturedLog log;
+    CameraParts parts(usb);
+    parts.localDevice->addFeature("DeviceLocation", makeIntFeature(23));
+    EXPECT_EQ(CameraHandler(parts.camera).getCameraInfo().portPath, "");
+    EXPECT_TRUE(log.has("Warning:" + c + ": Cannot find USB port path."));
+}
+
+TEST(CameraHandlerOpening, NameOfTheInterfaceReplacesTheBus) {
+    CapturedLog log;
+    CameraParts parts(usb, "PCI 0-20-0");
+    parts.localDevice->addFeature("DeviceLocation", makeStringFeature("0x2/3"));
+    EXPECT_EQ(CameraHandler(parts.camera).getCameraInfo().interfaceName, "PCI 0-20-0");
+}
+
+TEST(CameraHandlerOpening, IdentifiesTheCameraBeforeOpeningIt) {
+    CapturedLog log;
+    const CameraParts parts(gige);
+    {
+        const InSequence sequence;
+        EXPECT_CALL(*parts.camera, GetName);
+        EXPECT_CALL(*parts.camera, GetModel);
+        EXPECT_CALL(*parts.camera, GetID);
+        EXPECT_CALL(*parts.camera, GetSerialNumber);
+        EXPECT_CALL(*parts.camera, Open(OrvAccessModeFull));
+        EXPECT_CALL(*parts.camera, GetLocalDevice());
+    }
+    const CameraHandler handler(parts.camera);
+    EXPECT_NE(handler.getFeatureController(), nullptr);
+}
+
+TEST(CameraHandlerOpening, KeepsTheControllerItIsHanded) {
+    CapturedLog log;
+    const CameraParts parts(gige);
+    const auto features = std::make_shared<FakeFeatures>();
+    EXPECT_CALL(*parts.camera, GetLocalDevice()).Times(0);
+    EXPECT_EQ(CameraHandler(parts.camera, features).getFeatureController(), features);
+}
+
+TEST(CameraHandlerClosing, StopsThenClosesWhatItStartedAndOpened) {
+    CapturedLog log;
+    const CameraParts parts(gige);
+    auto handler = std::make_unique<CameraHandler>(parts.camera);
+    handler->startAcquisition();
+    handler->setOpened(false);
+    const InSequence sequence;
+    EXPECT_CALL(*parts.camera, StopContinuousImageAcquisition());
+    EXPECT_CALL(*parts.camera, Close());
+    handler.reset();
+    Mock::VerifyAndClearExpectations(parts.camera.get());
+}
+
+TEST(CameraHandlerClosing, LeavesAloneWhatItDidNotOpen) {
+    CapturedLog log;
+    const CameraParts parts(gige);
+    denyAccess(*parts.camera);
+    EXPECT_CALL(*parts.camera, StopContinuousImageAcquisition()).Times(0);
+    EXPECT_CALL(*parts.camera, Close()).Times(0);
+    CameraHandler(parts.camera).setOpened(true);
+}
+
+} // namespace

@@ -1,0 +1,350 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "engine/SystemController.h"
+
+#include "engine/InterfaceHandlerGigE.h"
+#include "engine/InterfaceHandlerUSB.h"
+#include "engine/host/HostNetwork.h"
+#include "engine/host/HostUsbTree.h"
+#include "tests/engine/CameraFixture.h"
+
+#include <optional>
+
+namespace {
+
+using testing::_;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::NiceMock;
+using testing::Return;
+
+constexpr auto gige = OrvTransportLayerTypeGEV;
+constexpr auto usb = OrvTransportLayerTypeU3V;
+constexpr std::int64_t address = 0xC0A8010A;
+
+class NoNetwork : public host::HostNetwork {
+public:
+    bool addressTable(std::vector<host::AddressRow>&) const override { return true; }
+    host::InterfaceEntry interfaceEntry(std::uint32_t) const override { return {}; }
+};
+
+/// Counts how often it is looked at.
+class NoUsbTree : public host::HostUsbTree {
+public:
+    std::vector<host::DeviceInterface> hubs() override { return {}; }
+    std::vector<host::DeviceInterface> devices() override {
+        ++looks;
+        return {};
+    }
+    std::optional<host::DeviceInstance> parent(host::DeviceInstance) override { return {}; }
+    std::string instanceId(host::DeviceInstance) override { return {}; }
+    host::Property<std::u16string> locationInfo(host::DeviceInstance) override { return {}; }
+    host::Property<std::uint32_t> busNumber(host::DeviceInstance) override { return {}; }
+    host::Property<std::uint32_t> address(host::DeviceInstance) override { return {}; }
+    std::unique_ptr<host::UsbHub> openHub(const std::string&) override { return {}; }
+
+    int looks = 0;
+};
+
+class MockGigE : public InterfaceHandlerGigE {
+public:
+    MockGigE() : InterfaceHandlerGigE(std::make_shared<NoNetwork>()) {}
+    MOCK_METHOD(std::uint64_t, GetLinkSpeed, (std::uint64_t), (const, override));
+};
+
+class MockUsb : public InterfaceHandlerUSB {
+public:
+    explicit MockUsb(std::shared_ptr<NoUsbTree> tree) : InterfaceHandlerUSB(std::move(tree)) {}
+    MOCK_METHOD(std::optional<std::uint64_t>, GetSpeed, (const std::string&), (const, override));
+};
+
+class SystemControllerTest : public testing::Test {
+protected:
+    SystemControllerTest() {
+        ON_CALL(*m_system, GetCameras).WillByDefault([this](auto& cameras) {
+            cameras.clear();
+            for (const auto& parts : m_cameras)
+                cameras.push_back(parts->camera);
+            return OrvErrorType{OrvErrorSuccess};
+        });
+        ON_CALL(*m_system, CreateCameraHandler).WillByDefault([this](const auto& camera) {
+            return std::make_shared<CameraHandler>(camera, m_features);
+        });
+        ON_CALL(*m_gige, GetLinkSpeed).WillByDefault(Return(1'000'000'000));
+        ON_CALL(*m_usb, GetSpeed).WillByDefault(Return(5'000'000'000));
+        m_log.clear();
+    }
+
+    CameraParts& add(OrvTransportLayerType type, const std::string& interfaceName,
+                     const std::string& id = "DEV_1") {
+        MockIdentity identity;
+        identity.id = id;
+        m_cameras.push_back(std::make_unique<CameraParts>(type, interfaceName, identity));
+        CameraParts& parts = *m_cameras.back();
+        if (type == gige)
+            parts.interface->addFeature("GevInterfaceSubnetIPAddress", makeIntFeature(address));
+        return parts;
+    }
+
+    /// The interface list as text: IDs of the interfaces with those of their cameras.
+    std::vector<std::string> enumerate() {
+        std::vector<std::string> result;
+        for (const CameraList& cameras : m_controller.enumerate()) {
+            result.push_back(cameras.front()->getCameraInfo().interfaceName + ":");
+            for (const auto& camera : cameras)
+                result.back() += " " + camera->getCameraInfo().cameraId;
+        }
+        return result;
+    }
+
+    CapturedLog m_log;
+    std::vector<std::unique_ptr<CameraParts>> m_cameras;
+    std::shared_ptr<FakeFeatures> m_features = std::make_shared<FakeFeatures>();
+    std::shared_ptr<NoUsbTree> m_tree = std::make_shared<NoUsbTree>();
+    std::shared_ptr<NiceMock<MockSystem>> m_system = std::make_shared<NiceMock<MockSystem>>();
+    std::shared_ptr<NiceMock<MockGigE>> m_gige = std::make_shared<NiceMock<MockGigE>>();
+    std::shared_ptr<NiceMock<MockUsb>> m_usb = std::make_shared<NiceMock<MockUsb>>(m_tree);
+    SystemController m_controller{m_system, m_gige, m_usb};
+};
+
+const std::string subnetLine = "Debug:Interface Name: 'Eth 1', IP Address: '192.168.1.10'";
+
+TEST_F(SystemControllerTest, GroupsByInterfaceInTheOrderOfTheirIds) {
+    add(gige, "eth b", "1");
+    add(gige, "Eth a", "2");
+    add(gige, "eth b", "0");
+    add(usb, "USB", "3");
+    EXPECT_THAT(enumerate(), ElementsAre("Eth a: 2", "USB: 3", "eth b: 1 0"));
+    EXPECT_EQ(m_controller.getInterfaceType("eth b"), gige);
+    EXPECT_EQ(m_controller.getInterfaceType("USB"), usb);
+    EXPECT_EQ(m_controller.getInterfaceSpeed("USB"), 5'000'000'000U);
+}
+
+TEST_F(SystemControllerTest, EnumeratesAnewEachTime) {
+    add(gige, "Eth 1");
+    EXPECT_THAT(enumerate(), ElementsAre("Eth 1: DEV_1"));
+    EXPECT_EQ(m_tree->looks, 1);
+    m_controller.setMaxBandwidth("Eth 1", 77);
+    m_cameras.clear();
+    EXPECT_THAT(enumerate(), IsEmpty());
+    EXPECT_EQ(m_tree->looks, 2);
+    EXPECT_EQ(m_controller.getInterfaceType("Eth 1"), OrvTransportLayerTypeUnknown);
+    EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 77U);
+}
+
+TEST_F(SystemControllerTest, FailingCameraListIsEmpty) {
+    add(gige, "Eth 1");
+    enumerate();
+    ON_CALL(*m_system, GetCameras).WillByDefault(ioError());
+    EXPECT_THAT(enumerate(), IsEmpty());
+}
+
+struct LeftOutCase {
+    const char* name;
+    void (*arrange)(CameraParts&);
+    std::vector<std::string> lines;
+};
+
+class LeftOut : public SystemControllerTest, public testing::WithParamInterface<LeftOutCase> {};
+
+TEST_P(LeftOut, IsLoggedAndTheOthersStay) {
+    GetParam().arrange(add(gige, "Eth 1", "BAD"));
+    add(gige, "Eth 1", "GOOD");
+    EXPECT_THAT(enumerate(), ElementsAre("Eth 1: GOOD"));
+    auto lines = GetParam().lines;
+    lines.push_back(subnetLine);
+    EXPECT_EQ(m_log.lines(), lines);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , LeftOut,
+    testing::Values(
+        LeftOutCase{
+            "NoTransportLayer",
+            [](CameraParts& p) {
+                ON_CALL(*p.camera, GetTransportLayer(_)).WillByDefault(ioError());
+            },
+            {"Warning:Could not get the TransportLayerPtr from camera: 'Camera'" + ioErrorText}},
+        LeftOutCase{"NoTransportLayerAndNoName",
+                    [](CameraParts& p) {
+                        ON_CALL(*p.camera, GetTransportLayer(_)).WillByDefault(ioError());
+                        ON_CALL(*p.camera, GetName).WillByDefault(ioError());
+                    },
+                    {"Warning:Could not get Camera Name" + ioErrorText,
+                     "Warning:Could not get the TransportLayerPtr from camera: ''" + ioErrorText}},
+        LeftOutCase{
+            "NoInterface",
+            [](CameraParts& p) { ON_CALL(*p.camera, GetInterface(_)).WillByDefault(ioError()); },
+            {"Warning:Could not get the InterfacePtr from camera: 'Camera'" + ioErrorText}},
+        LeftOutCase{"VendorUnreadable",
+                    [](CameraParts& p) { ON_CALL(*p.layer, GetVendor).WillByDefault(ioError()); },
+                    {"Debug:TL not supported: [MRD Layer] type=1"}},
+        LeftOutCase{"NameUnreadable",
+                    [](CameraParts& p) { ON_CALL(*p.layer, GetName).WillByDefault(ioError()); },
+                    {"Debug:TL not supported: [] type=1"}},
+        LeftOutCase{"TypeUnreadable",
+                    [](CameraParts& p) { ON_CALL(*p.layer, GetType).WillByDefault(ioError()); },
+                    {"Debug:TL not supported: [MRD Layer] type=0"}},
+        LeftOutCase{"OtherVendor",
+                    [](CameraParts& p) {
+                        ON_CALL(*p.layer, GetVendor).WillByDefault(answer(std::string("Meridane")));
+                    },
+                    {"Debug:TL not supported: [MRD Layer] type=1"}},
+        LeftOutCase{"NameWithoutAbbreviation",
+                    [](CameraParts& p) {
+                        ON_CALL(*p.layer, GetName).WillByDefault(answer(std::string("mrd Layer")));
+                    },
+                    {"Debug:TL not supported: [mrd Layer] type=1"}},
+        LeftOutCase{
+            "OtherType",
+            [](CameraParts& p) {
+                ON_CALL(*p.layer, GetType).WillByDefault(answer(OrvTransportLayerTypeMixed));
+            },
+            {"Debug:TL not supported: [MRD Layer] type=11"}},
+        LeftOutCase{"NegativeType",
+                    [](CameraParts& p) {
+                        ON_CALL(*p.layer, GetType)
+                            .WillByDefault(answer(static_cast<OrvTransportLayerType>(-4)));
+                    },
+                    {"Debug:TL not supported: [MRD Layer] type=-4"}}),
+    [](const auto& suite) { return suite.param.name; });
+
+TEST_F(SystemControllerTest, FirstCameraOfAnInterfaceDecides) {
+    add(gige, "Eth 1");
+    CameraParts& second = add(gige, "Eth 1");
+    ON_CALL(*second.interface, GetType).WillByDefault(answer(usb));
+    CameraParts& third = add(gige, "Eth 1");
+    third.interface->addFeature("GevInterfaceSubnetIPAddress", makeIntFeature(0x0A000001));
+    enumerate();
+    EXPECT_EQ(m_controller.getInterfaceType("Eth 1"), gige);
+    EXPECT_TRUE(m_log.has("Debug:Interface Name: 'Eth 1', IP Address: '10.0.0.1'"));
+    EXPECT_CALL(*m_gige, GetLinkSpeed(address)).WillOnce(Return(42));
+    EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 42U);
+}
+
+TEST_F(SystemControllerTest, ChecksTheLinksOfItsCameras) {
+    add(gige, "Eth 1");
+    add(usb, "USB");
+    m_features->put("DeviceLinkSpeed", std::int64_t{250'000'000});
+    m_features->putRange("DeviceLinkThroughputLimit", std::int64_t{1}, std::int64_t{1},
+                         std::int64_t{40'000'000});
+    m_features->put("DeviceLocation", std::string("0x1/2"), "Local Device");
+    enumerate();
+    EXPECT_THAT(m_log.lines(),
+                ElementsAre(subnetLine,
+                            "Warning:Host Interface Link Speed (1000Mbps) is less than Camera Link "
+                            "Speed (2000Mbps). Please check your network topology.",
+                            "Warning:Port 2: " + cameraText +
+                                ": Camera Speed Limit: 320 Mbps ( USB 2.0 or lower )"));
+}
+
+const std::string noSpeed = "Warning:Interface speed not found for interface 'Eth 1'";
+const std::string noType = "Debug:Interface type not found for interface: Eth 1";
+
+TEST_F(SystemControllerTest, SpeedNeedsTheSubnetAddress) {
+    CameraParts& parts = add(gige, "Eth 1");
+    parts.interface->removeFeature("GevInterfaceSubnetIPAddress");
+    EXPECT_CALL(*m_gige, GetLinkSpeed).Times(0);
+    enumerate();
+    parts.interface->addFeature("GevInterfaceSubnetIPAddress", makeStringFeature("?"));
+    enumerate();
+    EXPECT_THAT(m_log.lines(), ElementsAre(noSpeed, noSpeed));
+    EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 0U);
+}
+
+TEST_F(SystemControllerTest, SpeedNeedsAnAdapterOfThatAddress) {
+    add(gige, "Eth 1");
+    enumerate();
+    m_log.clear();
+    EXPECT_CALL(*m_gige, GetLinkSpeed(address)).WillOnce(Return(0));
+    EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 0U);
+    EXPECT_THAT(m_log.lines(), ElementsAre(noSpeed));
+}
+
+TEST_F(SystemControllerTest, SpeedNeedsTheType) {
+    CameraParts& parts = add(gige, "Eth 1");
+    ON_CALL(*parts.interface, GetType).WillByDefault(ioError());
+    EXPECT_THAT(enumerate(), ElementsAre("Eth 1: DEV_1"));
+    EXPECT_EQ(m_controller.getInterfaceType("Eth 1"), OrvTransportLayerTypeUnknown);
+    EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 0U);
+    EXPECT_THAT(m_log.lines(), ElementsAre(noType, noType));
+}
+
+TEST_F(SystemControllerTest, SpeedOfUsbIsAskedByInterface) {
+    add(usb, "USB 0-20-0");
+    m_features->put("StreamBytesPerSecond", std::int64_t{1});
+    m_features->put("DeviceLocation", std::string("0x1/2"), "Local Device");
+    enumerate();
+    m_log.clear();
+    EXPECT_CALL(*m_usb, GetSpeed("USB 0-20-0"))
+        .WillOnce(Return(std::nullopt))
+        .WillOnce(Return(10'000'000'000));
+    EXPECT_EQ(m_controller.getInterfaceSpeed("USB 0-20-0"), 0U);
+    EXPECT_THAT(m_log.lines(),
+                ElementsAre("Warning:Interface speed not found for interface 'USB 0-20-0'"));
+    EXPECT_EQ(m_controller.getInterfaceSpeed("USB 0-20-0"), 10'000'000'000U);
+}
+
+TEST_F(SystemControllerTest, SpeedOfAnotherTypeIsUnknown) {
+    CameraParts& parts = add(gige, "Eth 1");
+    ON_CALL(*parts.interface, GetType).WillByDefault(answer(OrvTransportLayerTypeMixed));
+    enumerate();
+    EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 0U);
+    EXPECT_THAT(m_log.lines(), ElementsAre(noSpeed));
+}
+
+TEST_F(SystemControllerTest, UsersMaximumComesFirst) {
+    add(gige, "Eth 1");
+    m_controller.setMaxBandwidth("Eth 1", 123);
+    enumerate();
+    EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 123U);
+    m_controller.setMaxBandwidth("Eth 1", 0);
+    EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 1'000'000'000U);
+    m_controller.setMaxBandwidth("Eth 1", 123);
+    m_controller.clearMaxBandwidths();
+    EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 1'000'000'000U);
+}
+
+TEST_F(SystemControllerTest, BenchmarkRunsOnTheChosenCamerasOfOneInterface) {
+    const CameraParts& chosen = add(gige, "Eth 1", "A");
+    const CameraParts& left = add(gige, "Eth 1", "B");
+    const CameraParts& other = add(usb, "USB", "C");
+    const auto adjust = chosen.stream->addFeature("GVSPAdjustPacketSize", makeCommandFeature());
+    const auto interfaces = m_controller.enumerate();
+    interfaces[0][1]->setOpened(false);
+
+    for (const CameraParts* parts : {&left, &other})
+        EXPECT_CALL(*parts->camera, StartContinuousImageAcquisition).Times(0);
+    {
+        const testing::InSequence sequence;
+        EXPECT_CALL(*chosen.camera, StartContinuousImageAcquisition);
+        EXPECT_CALL(*chosen.camera, StopContinuousImageAcquisition());
+        EXPECT_CALL(*adjust, RunCommand);
+        EXPECT_CALL(*chosen.camera, StartContinuousImageAcquisition);
+        EXPECT_CALL(*chosen.camera, StopContinuousImageAcquisition());
+    }
+    for (const bool adjustPacketSize : {false, true}) {
+        m_controller.startBenchmark(0, adjustPacketSize);
+        m_controller.stopBenchmark(0);
+    }
+    for (const int index : {-1, 2}) {
+        m_controller.startBenchmark(index, true);
+        m_controller.stopBenchmark(index);
+    }
+}
+
+TEST_F(SystemControllerTest, TellsTheVersionOfTheSdk) {
+    EXPECT_CALL(*m_system, QueryVersion)
+        .WillOnce(answer(OrvVersionInfo{1, 2, 30}))
+        .WillOnce(ioError());
+    EXPECT_EQ(m_controller.getSdkVersion(), "1.2.30");
+    EXPECT_EQ(m_controller.getSdkVersion(), "");
+}
+
+TEST(TransportLayerTypeNames, AreOrderedByCode) {
+    std::vector<std::string> names;
+    for (const auto& [type, name] : transportLayerTypeNames())
+        names.push_back(std::to_string(type) + name);
+    EXPECT_THAT(names, ElementsAre("1GigE", "7USB", "11Mixed"));
+}
+
+} // namespace
