@@ -2,7 +2,9 @@
 #pragma once
 
 #include "logging/LogMessageType.h"
+#include "logging/RowHeights.h"
 
+#include <QIcon>
 #include <QObject>
 #include <QString>
 
@@ -28,8 +30,18 @@ public slots:
     void catchMessage(LogMessageType type, QString msg);
 
 private:
+    void catchStandardOutput(const QString& line);
+    void catchStandardError(const QString& line);
+    void insertRow(const QIcon& icon, const QString& level, const QString& text);
+
     QTableWidget* m_table;
     bool m_showDebugMessages;
+    RowHeights m_rowHeights;
+    /// Loaded once: a burst of lines shall not read its icons again and again.
+    const QIcon m_debugIcon;
+    const QIcon m_infoIcon;
+    const QIcon m_warningIcon;
+    const QIcon m_errorIcon;
 };
 
 } // namespace Logging

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+
+class QTableWidget;
+
+namespace Logging {
+
+/// Keeps it cheap to prepend rows to a table whose vertical header sizes to contents. Such a header
+/// measures all of its rows whenever one is added: half a second with 10,000 rows. So only the
+/// newest rows stay in that mode. An older row becomes fixed, and is measured when it comes into
+/// sight. Rows of a header of another mode keep their heights. Bound to the GUI thread.
+///
+/// The horizontal header wants newestRows as its contents precision. Not 0, which is said to be the
+/// rows in sight: in a hidden table that is every row.
+class RowHeights : public QObject {
+    Q_OBJECT
+
+public:
+    /// Rows at the top that the header itself sizes.
+    static constexpr int newestRows = 32;
+
+    /// \p table is not owned and must outlive this object.
+    explicit RowHeights(QTableWidget* table, QObject* parent = nullptr);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool isSizedToContents(int row) const;
+    void fixOlderRows(int first, int last);
+    void measure();
+    void takeOverUsualHeight();
+    void measureRowsInSight();
+
+    QTableWidget* m_table;
+    /// Puts off measuring until the events at hand are done, however many rows they add.
+    QTimer m_measureLater;
+    bool m_knowsUsualHeight = false;
+};
+
+} // namespace Logging
