@@ -103,9 +103,9 @@ void SpanletDialog::setUpLogging() {
 
     for (QHeaderView* header :
          {m_form->tableLog->horizontalHeader(), m_form->tableLog->verticalHeader()}) {
-        // Looking at the visible rows only keeps a new line as cheap in a long log as in a short
-        // one.
-        header->setResizeContentsPrecision(0);
+        // Looking at about as many rows as are visible keeps a new line as cheap in a long log as
+        // in a short one.
+        header->setResizeContentsPrecision(Logging::RowHeights::newestRows);
         header->setSectionResizeMode(QHeaderView::ResizeToContents);
     }
 }
