@@ -1,2 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "OrvCPP/OrvSystem.h"
+
+#include "orvcpp/system/System.h"
+
+namespace OrvCPP {
+
+OrvSystem& OrvSystem::GetInstance() {
+    static orv::System system;
+    return system;
+}
+
+} // namespace OrvCPP

@@ -17,10 +17,13 @@ enum class FrameAllocationMode : std::int32_t {
 /// while it is open. Thread-safe.
 class ORVCPP_API Camera : public FeatureContainer {
 public:
-    /// Full access is exclusive: OrvErrorInvalidAccess while anybody else holds it,
-    /// OrvErrorAlreadyDone when this object has the camera open.
+    /// Access is exclusive, also between users of one process: OrvErrorInvalidAccess while the
+    /// camera is open, be it here or in another application. GetPermittedAccess then lacks the bit
+    /// of full access. Only the user who has opened the camera closes it.
+    /// Open, Close, Start- and StopContinuousImageAcquisition answer OrvErrorInvalidCall when
+    /// they are called from a frame callback.
     virtual OrvErrorType Open(OrvAccessModeType mode) = 0;
-    /// Ends a running acquisition first.
+    /// Ends a running acquisition first. OrvErrorDeviceNotOpen when the camera is not open.
     virtual OrvErrorType Close() = 0;
 
     /// ID of the camera; the extended one is unique across transport layers.
@@ -49,7 +52,9 @@ public:
     /// No callback runs any more once this has returned (called from the callback itself:
     /// OrvErrorInvalidCall). OrvErrorAlreadyDone when the camera is not streaming.
     virtual OrvErrorType StopContinuousImageAcquisition() = 0;
-    /// Hands a received frame back to be filled again. May be called from the callback.
+    /// Hands a received frame back to be filled again. May be called from the callback, and is
+    /// cheap. OrvErrorInUse when the frame is queued, OrvErrorInvalidCall when its acquisition has
+    /// ended, OrvErrorBadParameter when it is none of the SDK's.
     virtual OrvErrorType QueueFrame(const std::shared_ptr<Frame>& frame) = 0;
 };
 

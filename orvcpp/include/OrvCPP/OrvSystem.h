@@ -27,12 +27,16 @@ public:
     static OrvSystem& GetInstance();
 
     virtual OrvErrorType QueryVersion(OrvVersionInfo& version) const = 0;
-    /// Starts with the SDK's embedded configuration.
+    /// Starts with the SDK's embedded configuration. OrvErrorAlreadyDone when it is started.
     virtual OrvErrorType Startup() = 0;
-    /// Starts with a configuration file (JSON) that names the providers to start. On an error
-    /// nothing is started, and GetStartupError tells what is wrong.
+    /// Starts with a configuration file (JSON) that names the providers to start, with a scenario
+    /// file of simulated cameras, or with an embedded scenario (":default", ":empty", ":faulty",
+    /// ":oversubscribed", ":sixty-four"). OrvErrorBadParameter when something is wrong with it:
+    /// nothing is started then, and GetStartupError tells what.
     virtual OrvErrorType Startup(const wchar_t* pathConfiguration) = 0;
-    /// Closes every camera, stops every thread and forgets the providers.
+    /// Closes every camera, stops every thread and forgets providers, observers and factory. What
+    /// was handed out answers OrvErrorApiNotStarted from then on. OrvErrorInvalidCall when called
+    /// from a callback of the SDK; success when the SDK is not started.
     virtual OrvErrorType Shutdown() = 0;
     /// What was wrong at the last Startup, for a person to read: the file, the line or key, and
     /// what was expected; empty after a success.

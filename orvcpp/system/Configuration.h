@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "orvcpp/system/CallGate.h"
+#include "orvcpp/system/Provider.h"
+
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+namespace orv {
+
+/// Makes the providers that a configuration file names:
+/// {"providers": [{"type": "virtual", "scenario": "file"}]}. A scenario file given in its place
+/// is run by itself, and ":name" is an embedded scenario. An empty \p file is the embedded
+/// configuration. Throws a FormatError; nothing is started.
+std::vector<std::shared_ptr<Provider>> makeProviders(const QString& file, ProviderHost& host,
+                                                     const std::shared_ptr<CallGate>& gate);
+
+} // namespace orv

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "orvcpp/virtual/CameraModel.h"
+#include "orvcpp/virtual/FeatureSet.h"
+#include "orvcpp/virtual/FrameSource.h"
+
+namespace orv::sim {
+
+/// Features of the module "Camera". The model must outlive them.
+FeatureSet makeCameraFeatures(CameraModel& model, const StreamStatistics& statistics, bool isUsb);
+
+/// The part of them that shapes the image and decides how many frames are sent, in the categories
+/// "/ImageFormatControl", "/AcquisitionControl" and "/DeviceControl/Link".
+void addImageFormatFeatures(FeatureSet& set, CameraModel& model);
+void addAcquisitionFeatures(FeatureSet& set, CameraModel& model,
+                            const StreamStatistics& statistics);
+void addBandwidthFeatures(FeatureSet& set, CameraModel& model, bool isUsb);
+
+/// The part that is kept and given back, and has no effect on what is simulated.
+void addSettingFeatures(FeatureSet& set, CameraModel& model);
+
+} // namespace orv::sim

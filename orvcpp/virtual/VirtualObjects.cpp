@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/virtual/VirtualObjects.h"
+
+#include "orvcpp/system/HandOut.h"
+#include "orvcpp/virtual/VirtualCamera.h"
+
+#include <utility>
+
+namespace orv::sim {
+
+namespace {
+
+/// Alignment that serves every processor's vector loads.
+constexpr std::uint32_t bufferAlignment = 64;
+
+/// Hands out those cameras that are plugged, each as the system object wants it handed out.
+OrvErrorType handOutCameras(const std::vector<std::weak_ptr<VirtualCamera>>& cameras,
+                            ProviderHost& host, std::shared_ptr<OrvCPP::Camera>* array,
+                            std::uint32_t& count) {
+    std::vector<std::shared_ptr<OrvCPP::Camera>> found;
+    for (const auto& kept : cameras) {
+        const std::shared_ptr<VirtualCamera> camera = kept.lock();
+        if (camera && camera->device().isPlugged())
+            found.push_back(host.handedOut(camera));
+    }
+    return handOut(found, array, count);
+}
+
+} // namespace
+
+OrvErrorType queueFrame(const std::shared_ptr<OrvCPP::Frame>& frame) {
+    const auto ours = std::dynamic_pointer_cast<VirtualFrame>(frame);
+    if (!ours)
+        return OrvErrorBadParameter;
+    const std::shared_ptr<FrameSource> source = ours->source();
+    return source ? source->queue(ours) : OrvErrorInvalidCall;
+}
+
+VirtualStream::VirtualStream(const VirtualBase& base, std::shared_ptr<CameraDevice> device)
+    : VirtualContainer(base.module), m_session(base.session), m_device(std::move(device)) {}
+
+OrvErrorType VirtualStream::answer(OrvErrorType code) const {
+    if (const OrvErrorType error = m_session->enter())
+        return error;
+    const OrvErrorType error = m_device->checkOpen();
+    return error ? error : code;
+}
+
+OrvErrorType VirtualStream::Open() {
+    return answer(OrvErrorAlreadyDone);
+}
+
+OrvErrorType VirtualStream::Close() {
+    return answer(OrvErrorNotSupported);
+}
+
+OrvErrorType VirtualStream::AnnounceFrame(const std::shared_ptr<OrvCPP::Frame>& /*frame*/) {
+    return answer(OrvErrorNotSupported);
+}
+
+OrvErrorType VirtualStream::RevokeFrame(const std::shared_ptr<OrvCPP::Frame>& /*frame*/) {
+    return answer(OrvErrorNotSupported);
+}
+
+OrvErrorType VirtualStream::RevokeAllFrames() {
+    return answer(OrvErrorNotSupported);
+}
+
+OrvErrorType VirtualStream::QueueFrame(const std::shared_ptr<OrvCPP::Frame>& frame) {
+    return queueFrame(frame);
+}
+
+OrvErrorType VirtualStream::FlushQueue() {
+    return answer(OrvErrorNotSupported);
+}
+
+OrvErrorType VirtualStream::StartCapture() {
+    return answer(OrvErrorNotSupported);
+}
+
+OrvErrorType VirtualStream::EndCapture() {
+    return answer(OrvErrorNotSupported);
+}
+
+OrvErrorType VirtualStream::GetStreamBufferAlignment(std::uint32_t& alignment) const {
+    const OrvErrorType error = answer(OrvErrorSuccess);
+    if (!error)
+        alignment = bufferAlignment;
+    return error;
+}
+
+VirtualTransportLayer::VirtualTransportLayer(const VirtualBase& base, TransportLayerData data,
+                                             ProviderHost& host)
+    : VirtualContainer(base.module), m_session(base.session), m_data(std::move(data)),
+      m_host(host) {}
+
+OrvErrorType VirtualTransportLayer::GetInterfaces(std::shared_ptr<OrvCPP::Interface>* interfaces,
+                                                  std::uint32_t& count) const {
+    if (const OrvErrorType error = m_session->enter())
+        return error;
+    std::vector<std::shared_ptr<OrvCPP::Interface>> found;
+    for (const auto& kept : m_interfaces) {
+        if (auto interface = kept.lock())
+            found.push_back(std::move(interface));
+    }
+    return handOut(found, interfaces, count);
+}
+
+OrvErrorType VirtualTransportLayer::GetCameras(std::shared_ptr<OrvCPP::Camera>* cameras,
+                                               std::uint32_t& count) const {
+    if (const OrvErrorType error = m_session->enter())
+        return error;
+    return handOutCameras(m_cameras, m_host, cameras, count);
+}
+
+OrvErrorType VirtualTransportLayer::text(const std::string& text, char* buffer,
+                                         std::uint32_t& length) const {
+    if (const OrvErrorType error = m_session->enter())
+        return error;
+    return handOut(text, buffer, length);
+}
+
+OrvErrorType VirtualTransportLayer::GetID(char* buffer, std::uint32_t& length) const {
+    return text(m_data.id, buffer, length);
+}
+
+OrvErrorType VirtualTransportLayer::GetName(char* buffer, std::uint32_t& length) const {
+    return text(m_data.name, buffer, length);
+}
+
+OrvErrorType VirtualTransportLayer::GetModelName(char* buffer, std::uint32_t& length) const {
+    return text(m_data.model, buffer, length);
+}
+
+OrvErrorType VirtualTransportLayer::GetVendor(char* buffer, std::uint32_t& length) const {
+    return text(m_data.vendor, buffer, length);
+}
+
+OrvErrorType VirtualTransportLayer::GetVersion(char* buffer, std::uint32_t& length) const {
+    return text(m_data.version, buffer, length);
+}
+
+OrvErrorType VirtualTransportLayer::GetPath(char* buffer, std::uint32_t& length) const {
+    return text(m_data.path, buffer, length);
+}
+
+OrvErrorType VirtualTransportLayer::GetType(OrvTransportLayerType& type) const {
+    if (const OrvErrorType error = m_session->enter())
+        return error;
+    type = m_data.type;
+    return OrvErrorSuccess;
+}
+
+VirtualInterface::VirtualInterface(const VirtualBase& base, InterfaceData data,
+                                   OrvTransportLayerType type,
+                                   std::weak_ptr<OrvCPP::TransportLayer> layer, ProviderHost& host)
+    : VirtualContainer(base.module), m_session(base.session), m_data(std::move(data)), m_type(type),
+      m_layer(std::move(layer)), m_host(host) {}
+
+OrvErrorType VirtualInterface::GetID(char* buffer, std::uint32_t& length) const {
+    if (const OrvErrorType error = m_session->enter())
+        return error;
+    return handOut(m_data.id, buffer, length);
+}
+
+OrvErrorType VirtualInterface::GetType(OrvTransportLayerType& type) const {
+    if (const OrvErrorType error = m_session->enter())
+        return error;
+    type = m_type;
+    return OrvErrorSuccess;
+}
+
+OrvErrorType VirtualInterface::GetName(char* buffer, std::uint32_t& length) const {
+    if (const OrvErrorType error = m_session->enter())
+        return error;
+    return handOut(m_data.name, buffer, length);
+}
+
+OrvErrorType
+VirtualInterface::GetTransportLayer(std::shared_ptr<OrvCPP::TransportLayer>& layer) const {
+    if (const OrvErrorType error = m_session->enter())
+        return error;
+    layer = m_layer.lock();
+    return layer ? OrvErrorSuccess : OrvErrorNotFound;
+}
+
+OrvErrorType VirtualInterface::GetCameras(std::shared_ptr<OrvCPP::Camera>* cameras,
+                                          std::uint32_t& count) const {
+    if (const OrvErrorType error = m_session->enter())
+        return error;
+    return handOutCameras(m_cameras, m_host, cameras, count);
+}
+
+} // namespace orv::sim

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "orvcpp/system/Provider.h"
+#include "orvcpp/virtual/CameraDevice.h"
+#include "orvcpp/virtual/FeatureModule.h"
+#include "orvcpp/virtual/Scenario.h"
+
+#include "OrvCPP/LocalDevice.h"
+#include "OrvCPP/Stream.h"
+
+#include <memory>
+#include <vector>
+
+namespace orv::sim {
+
+class VirtualCamera;
+
+/// The container half of a simulated object: forwards to its module.
+template <typename Base> class VirtualContainer : public Base {
+public:
+    OrvErrorType GetFeatureByName(const char* name,
+                                  std::shared_ptr<OrvCPP::Feature>& feature) const final {
+        return m_module->getFeatureByName(name, feature);
+    }
+    OrvErrorType GetFeatures(std::shared_ptr<OrvCPP::Feature>* features,
+                             std::uint32_t& count) const final {
+        return m_module->getFeatures(features, count);
+    }
+
+protected:
+    explicit VirtualContainer(std::shared_ptr<FeatureModule> module)
+        : m_module(std::move(module)) {}
+
+    FeatureModule& module() const { return *m_module; }
+
+private:
+    const std::shared_ptr<FeatureModule> m_module;
+};
+
+/// What every simulated object is made of: the run that it belongs to, and its features.
+struct VirtualBase {
+    std::shared_ptr<Session> session;
+    std::shared_ptr<FeatureModule> module;
+};
+
+class VirtualLocalDevice final : public VirtualContainer<OrvCPP::LocalDevice> {
+public:
+    explicit VirtualLocalDevice(std::shared_ptr<FeatureModule> module)
+        : VirtualContainer(std::move(module)) {}
+};
+
+/// The stream of an opened simulated camera. Frames are captured through the camera's continuous
+/// acquisition; capturing into frames of the user's own is not supported.
+class VirtualStream final : public VirtualContainer<OrvCPP::Stream> {
+public:
+    VirtualStream(const VirtualBase& base, std::shared_ptr<CameraDevice> device);
+
+    /// OrvErrorAlreadyDone: a stream is open as long as its camera is.
+    OrvErrorType Open() override;
+    OrvErrorType Close() override;
+    OrvErrorType AnnounceFrame(const std::shared_ptr<OrvCPP::Frame>& frame) override;
+    OrvErrorType RevokeFrame(const std::shared_ptr<OrvCPP::Frame>& frame) override;
+    OrvErrorType RevokeAllFrames() override;
+    OrvErrorType QueueFrame(const std::shared_ptr<OrvCPP::Frame>& frame) override;
+    OrvErrorType FlushQueue() override;
+    OrvErrorType StartCapture() override;
+    OrvErrorType EndCapture() override;
+    OrvErrorType GetStreamBufferAlignment(std::uint32_t& alignment) const override;
+
+private:
+    OrvErrorType answer(OrvErrorType code) const;
+
+    const std::shared_ptr<Session> m_session;
+    const std::shared_ptr<CameraDevice> m_device;
+};
+
+/// Hands a frame back to the acquisition that it came from.
+OrvErrorType queueFrame(const std::shared_ptr<OrvCPP::Frame>& frame);
+
+class VirtualTransportLayer final : public VirtualContainer<OrvCPP::TransportLayer> {
+public:
+    VirtualTransportLayer(const VirtualBase& base, TransportLayerData data, ProviderHost& host);
+
+    /// To be called while the scenario is built.
+    void add(const std::shared_ptr<OrvCPP::Interface>& interface) {
+        m_interfaces.push_back(interface);
+    }
+    void add(const std::shared_ptr<VirtualCamera>& camera) { m_cameras.push_back(camera); }
+
+    OrvErrorType GetInterfaces(std::shared_ptr<OrvCPP::Interface>* interfaces,
+                               std::uint32_t& count) const override;
+    OrvErrorType GetCameras(std::shared_ptr<OrvCPP::Camera>* cameras,
+                            std::uint32_t& count) const override;
+    OrvErrorType GetID(char* buffer, std::uint32_t& length) const override;
+    OrvErrorType GetName(char* buffer, std::uint32_t& length) const override;
+    OrvErrorType GetModelName(char* buffer, std::uint32_t& length) const override;
+    OrvErrorType GetVendor(char* buffer, std::uint32_t& length) const override;
+    OrvErrorType GetVersion(char* buffer, std::uint32_t& length) const override;
+    OrvErrorType GetPath(char* buffer, std::uint32_t& length) const override;
+    OrvErrorType GetType(OrvTransportLayerType& type) const override;
+
+private:
+    OrvErrorType text(const std::string& text, char* buffer, std::uint32_t& length) const;
+
+    const std::shared_ptr<Session> m_session;
+    const TransportLayerData m_data;
+    ProviderHost& m_host;
+    std::vector<std::weak_ptr<OrvCPP::Interface>> m_interfaces;
+    std::vector<std::weak_ptr<VirtualCamera>> m_cameras;
+};
+
+class VirtualInterface final : public VirtualContainer<OrvCPP::Interface> {
+public:
+    VirtualInterface(const VirtualBase& base, InterfaceData data, OrvTransportLayerType type,
+                     std::weak_ptr<OrvCPP::TransportLayer> layer, ProviderHost& host);
+
+    /// To be called while the scenario is built.
+    void add(const std::shared_ptr<VirtualCamera>& camera) { m_cameras.push_back(camera); }
+
+    OrvErrorType GetID(char* buffer, std::uint32_t& length) const override;
+    OrvErrorType GetType(OrvTransportLayerType& type) const override;
+    OrvErrorType GetName(char* buffer, std::uint32_t& length) const override;
+    OrvErrorType GetTransportLayer(std::shared_ptr<OrvCPP::TransportLayer>& layer) const override;
+    OrvErrorType GetCameras(std::shared_ptr<OrvCPP::Camera>* cameras,
+                            std::uint32_t& count) const override;
+
+private:
+    const std::shared_ptr<Session> m_session;
+    const InterfaceData m_data;
+    const OrvTransportLayerType m_type;
+    const std::weak_ptr<OrvCPP::TransportLayer> m_layer;
+    ProviderHost& m_host;
+    std::vector<std::weak_ptr<VirtualCamera>> m_cameras;
+};
+
+} // namespace orv::sim
