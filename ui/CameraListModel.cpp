@@ -54,7 +54,9 @@ bool isCamera(const BasicTreeItem& item) {
 
 CameraListModel::CameraListModel(std::shared_ptr<SystemController> controller, QObject* parent)
     : BasicTreeModel(parent), m_controller(std::move(controller)),
-      m_warningIcon(QStringLiteral(":/images/images/warning.png")) {}
+      m_warningIcon(QStringLiteral(":/images/images/warning.png")) {
+    qRegisterMetaType<InterfaceList>("InterfaceList");
+}
 
 CameraListModel::~CameraListModel() = default;
 

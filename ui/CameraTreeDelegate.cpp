@@ -3,6 +3,16 @@
 
 #include <QAbstractItemView>
 
+namespace {
+constexpr int rowPadding = 8;
+}
+
+QSize CameraTreeDelegate::sizeHint(const QStyleOptionViewItem& option,
+                                   const QModelIndex& index) const {
+    const QSize size = QStyledItemDelegate::sizeHint(option, index);
+    return {size.width(), qMax(size.height(), option.fontMetrics.height() + rowPadding)};
+}
+
 void CameraTreeDelegate::initStyleOption(QStyleOptionViewItem* option,
                                          const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);

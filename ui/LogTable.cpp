@@ -6,6 +6,8 @@
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 
+#include <algorithm>
+
 namespace {
 
 QString textOf(const QAbstractItemModel& model, const QItemSelectionRange& range) {
@@ -32,4 +34,15 @@ void LogTable::keyPressEvent(QKeyEvent* event) {
     }
     const QString text = textOf(*model(), selectionModel()->selection().constFirst());
     QGuiApplication::clipboard()->setText(text, QClipboard::Clipboard);
+}
+
+int LogTable::sizeHintForColumn(int column) const {
+    int& width = m_columnWidths[column];
+    width = std::max(width, QTableWidget::sizeHintForColumn(column));
+    return width;
+}
+
+void LogTable::verticalScrollbarValueChanged(int value) {
+    QTableWidget::verticalScrollbarValueChanged(value);
+    resizeColumnsToContents();
 }

@@ -7,6 +7,7 @@
 #include "logging/QtMessageHandler.h"
 #include "logging/ThreadLogStream.h"
 #include "ui/CameraTreeDelegate.h"
+#include "ui/CameraTreeHeader.h"
 #include "ui_SpanletDialog.h"
 
 #include <QAction>
@@ -42,6 +43,7 @@ QLabel* makeBandwidthLabel(const CameraHandler& handler, QWidget* parent) {
     auto* label = new QLabel(bandwidthText(handler), parent);
     label->setObjectName(bandwidthLabelName());
     label->setAlignment(Qt::AlignCenter);
+    label->setForegroundRole(QPalette::Text);
     // A click on it selects the row, as on any other cell.
     label->setAttribute(Qt::WA_TransparentForMouseEvents);
     return label;
@@ -136,8 +138,8 @@ void SpanletDialog::setUpTree() {
     tree->setItemDelegate(new CameraTreeDelegate(tree));
     tree->expandAll();
     tree->setSelectionMode(QAbstractItemView::SingleSelection);
-    QHeaderView* header = tree->header();
-    header->setDefaultAlignment(Qt::AlignCenter);
+    auto* header = new CameraTreeHeader(tree);
+    tree->setHeader(header);
     header->setSectionResizeMode(QHeaderView::Stretch);
     header->setSectionResizeMode(CameraListModel::NameColumn, QHeaderView::ResizeToContents);
     header->setSectionResizeMode(CameraListModel::BandwidthColumn, QHeaderView::ResizeToContents);
@@ -151,6 +153,20 @@ void SpanletDialog::setUpTree() {
             &CameraListModel::selectInterface);
     connect(m_model, &CameraListModel::interfaceSelected, this, &SpanletDialog::onSelectInterface);
     connect(m_model, &CameraListModel::interfaceSelected, tree, &QTreeView::setCurrentIndex);
+    connect(tree->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &SpanletDialog::colourRowWidgets);
+}
+
+void SpanletDialog::colourRowWidgets(const QItemSelection& selected,
+                                     const QItemSelection& deselected) {
+    const auto colour = [this](const QItemSelection& rows, QPalette::ColorRole role) {
+        for (const QModelIndex& index : rows.indexes()) {
+            if (QWidget* widget = m_form->treeViewCameras->indexWidget(index))
+                widget->setForegroundRole(role);
+        }
+    };
+    colour(selected, QPalette::HighlightedText);
+    colour(deselected, QPalette::Text);
 }
 
 void SpanletDialog::onDisableItems(QModelIndex upperLeft, QModelIndex bottomRight,

@@ -21,6 +21,7 @@ namespace Ui {
 class SpanletDialog;
 }
 class QAction;
+class QItemSelection;
 class QSettings;
 
 /// The main dialog: the cameras of the host by interface, and the benchmark of an interface.
@@ -68,6 +69,8 @@ private:
     void setUpLogging();
     void setUpAutoSetMenu();
     void setUpTree();
+    /// A selected row's widget is as legible on the highlight as the other cells are.
+    void colourRowWidgets(const QItemSelection& selected, const QItemSelection& deselected);
     void startBenchmark();
     void stopBenchmarkByUser();
     /// Stops the interface's cameras and lets the user choose again.

@@ -23,7 +23,7 @@ private:
     void onToggled(bool checked);
     void onFinished();
 
-    QParallelAnimationGroup m_animations;
+    QParallelAnimationGroup m_animations{this};
     QPropertyAnimation* m_heightAnimation = nullptr;
     QWidget* m_content = nullptr;
 };

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "features/ui/CollapsingButton.h"
+
+#include <QParallelAnimationGroup>
+#include <QPropertyAnimation>
+#include <QTableWidget>
+#include <QTest>
+#include <QTreeView>
+#include <QVBoxLayout>
+#include <gtest/gtest.h>
+
+namespace {
+
+class CollapsingButtonTest : public testing::Test {
+protected:
+    CollapsingButtonTest() {
+        auto* layout = new QVBoxLayout(&m_window);
+        layout->addWidget(&m_above, 3);
+        layout->addWidget(&m_button);
+        layout->addWidget(&m_content, 2);
+        m_button.setContent(&m_content);
+        m_window.resize(600, 1000);
+        m_window.show();
+    }
+
+    void click() { QTest::mouseClick(&m_button, Qt::LeftButton); }
+    bool settles() {
+        return QTest::qWaitFor(
+            [this] { return animations().state() == QAbstractAnimation::Stopped; });
+    }
+    QParallelAnimationGroup& animations() {
+        return *m_button.findChild<QParallelAnimationGroup*>();
+    }
+
+    QWidget m_window;
+    QTreeView m_above;
+    CollapsingButton m_button;
+    QTableWidget m_content;
+};
+
+TEST_F(CollapsingButtonTest, StartsShut) {
+    EXPECT_FALSE(m_button.isChecked());
+    EXPECT_EQ(m_button.arrowType(), Qt::RightArrow);
+    EXPECT_EQ(m_content.maximumHeight(), 0);
+    EXPECT_FALSE(m_content.isVisible());
+}
+
+TEST_F(CollapsingButtonTest, FoldsOpenAndShut) {
+    const auto* height = m_button.findChild<QPropertyAnimation*>();
+    const int openHeight = m_content.sizeHint().height() + 10;
+    click();
+    EXPECT_EQ(m_button.arrowType(), Qt::DownArrow);
+    EXPECT_EQ(height->propertyName(), QByteArray("maximumHeight"));
+    EXPECT_EQ(height->startValue(), 0);
+    EXPECT_EQ(height->endValue(), openHeight);
+    EXPECT_EQ(height->duration(), 300);
+    EXPECT_EQ(height->easingCurve().type(), QEasingCurve::InOutQuad);
+    ASSERT_TRUE(settles());
+    EXPECT_TRUE(m_content.isVisible());
+
+    click();
+    EXPECT_EQ(m_button.arrowType(), Qt::RightArrow);
+    ASSERT_TRUE(settles());
+    EXPECT_EQ(m_content.maximumHeight(), 0);
+    EXPECT_FALSE(m_content.isVisible());
+}
+
+TEST_F(CollapsingButtonTest, GivesTheOpenContentItsShareOfTheHeight) {
+    click();
+    ASSERT_TRUE(settles());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return m_content.height() > 350; })) << m_content.height();
+    EXPECT_NEAR(m_content.height() * 3, m_above.height() * 2, 10);
+}
+
+TEST_F(CollapsingButtonTest, TurnsRoundHalfway) {
+    click();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return m_content.maximumHeight() > 0; }));
+    click();
+    ASSERT_TRUE(settles());
+    EXPECT_EQ(m_content.maximumHeight(), 0);
+    EXPECT_FALSE(m_content.isVisible());
+    click();
+    ASSERT_TRUE(settles());
+    EXPECT_TRUE(m_content.isVisible());
+}
+
+} // namespace

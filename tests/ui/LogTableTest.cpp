@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "ui/LogTable.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QTest>
+#include <gtest/gtest.h>
+
+namespace {
+
+class LogTableTest : public testing::Test {
+protected:
+    LogTableTest() {
+        m_table.setColumnCount(3);
+        m_table.setRowCount(6);
+        for (int row = 0; row < 6; ++row) {
+            for (int column = 0; column < 3; ++column) {
+                const QString text = QStringLiteral("%1%2").arg(row).arg(column);
+                m_table.setItem(row, column, new QTableWidgetItem(text));
+            }
+        }
+        m_table.setSelectionBehavior(QAbstractItemView::SelectRows);
+        m_table.setEditTriggers(QAbstractItemView::NoEditTriggers);
+        clipboard().setText(QStringLiteral("before"));
+    }
+
+    static QClipboard& clipboard() { return *QGuiApplication::clipboard(); }
+    void select(int top, int bottom) { m_table.setRangeSelected({top, 0, bottom, 2}, true); }
+    std::string copied() {
+        QTest::keySequence(&m_table, QKeySequence::Copy);
+        return clipboard().text().toStdString();
+    }
+
+    LogTable m_table;
+};
+
+TEST_F(LogTableTest, CopiesTheFirstRangeOnly) {
+    select(2, 4);
+    select(0, 0);
+    EXPECT_EQ(copied(), "20\t21\t22\n30\t31\t32\n40\t41\t42\n");
+}
+
+TEST_F(LogTableTest, CopiesACellWithoutText) {
+    delete m_table.takeItem(1, 1);
+    select(1, 1);
+    EXPECT_EQ(copied(), "10\t\t12\n");
+}
+
+TEST_F(LogTableTest, LeavesTheClipboardAloneWithoutASelection) {
+    EXPECT_EQ(copied(), "before");
+}
+
+TEST_F(LogTableTest, MovesWithTheKeysOfATable) {
+    m_table.setCurrentCell(1, 0);
+    QTest::keyClick(&m_table, Qt::Key_Down);
+    EXPECT_EQ(m_table.currentRow(), 2);
+    EXPECT_EQ(clipboard().text(), QStringLiteral("before"));
+}
+
+TEST_F(LogTableTest, KeepsAColumnWideEnoughForOlderRows) {
+    m_table.item(0, 0)->setText(QStringLiteral("a wider text than all others"));
+    m_table.resizeColumnsToContents();
+    const int width = m_table.columnWidth(0);
+    m_table.item(0, 0)->setText(QStringLiteral("short"));
+    m_table.resizeColumnsToContents();
+    EXPECT_EQ(m_table.columnWidth(0), width);
+}
+
+TEST_F(LogTableTest, FitsItsColumnsToTheRowsThatComeIntoSight) {
+    m_table.horizontalHeader()->setResizeContentsPrecision(1);
+    m_table.setRowCount(200);
+    m_table.setItem(199, 0, new QTableWidgetItem(QStringLiteral("a wider text than all others")));
+    m_table.show();
+    m_table.resizeColumnsToContents();
+    const int width = m_table.columnWidth(0);
+    m_table.setCurrentCell(199, 0);
+    m_table.horizontalHeader()->setResizeContentsPrecision(100);
+    m_table.scrollToTop();
+    m_table.scrollToBottom();
+    EXPECT_GT(m_table.columnWidth(0), width);
+}
+
+} // namespace

@@ -1,0 +1,406 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "ui/SpanletDialog.h"
+#include "logging/Log.h"
+#include "logging/QtMessageHandler.h"
+#include "tests/support/CapturedLog.h"
+#include "tests/support/TextTree.h"
+#include "tests/ui/FakeCameras.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QSpinBox>
+#include <QTableWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+#include <QTreeView>
+#include <gtest/gtest.h>
+
+/// Outside of any namespace, as the macro demands.
+static void initResources() {
+    Q_INIT_RESOURCE(resources);
+}
+
+namespace {
+
+constexpr auto gigE = OrvTransportLayerTypeGEV;
+constexpr auto usb = OrvTransportLayerTypeU3V;
+
+/// Two GigE interfaces and a USB one; the controller's list has the USB one first.
+class SpanletDialogTest : public testing::Test {
+protected:
+    SpanletDialogTest() {
+        initResources();
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_store.path());
+        m_first->bandwidth = 112'400'000;
+        m_third->bandwidth = 0;
+        m_closed->opened = false;
+        m_closed->warning = "Camera cannot be opened";
+        m_dialog = std::make_unique<SpanletDialog>(unusedOrvSystem(), false, nullptr,
+                                                   makeController(m_system));
+    }
+
+    template <class Widget> Widget& widget(const char* name) const {
+        auto* found = m_dialog->findChild<Widget*>(QString::fromLatin1(name));
+        return found != nullptr ? *found : throw std::runtime_error(name);
+    }
+    QTreeView& tree() const { return widget<QTreeView>("treeViewCameras"); }
+    QComboBox& combo() const { return widget<QComboBox>("comboInterface"); }
+    QSpinBox& spin() const { return widget<QSpinBox>("spinBenchmark"); }
+    QPushButton& button(const char* name) const { return widget<QPushButton>(name); }
+    QTableWidget& log() const { return widget<QTableWidget>("tableLog"); }
+
+    QModelIndex interfaceRow(int type, int row) const {
+        return tree().model()->index(row, 0, tree().model()->index(type, 0));
+    }
+    QModelIndex camera(int type, int row, int cameraRow, int column = 0) const {
+        return tree().model()->index(cameraRow, column, interfaceRow(type, row));
+    }
+    QLabel* label(const QModelIndex& cameraIndex) const {
+        return qobject_cast<QLabel*>(tree().indexWidget(cameraIndex.siblingAtColumn(1)));
+    }
+    void startBenchmark(int seconds) {
+        spin().setValue(seconds);
+        button("buttonBenchmark").click();
+    }
+    /// Lets half a second of the benchmark pass, without waiting for it.
+    void tick() { m_dialog->onTimerTimeout(); }
+
+    QTemporaryDir m_store;
+    CapturedLog m_log;
+    std::shared_ptr<FakeCamera> m_first = makeFake("eth0", gigE, "A");
+    std::shared_ptr<FakeCamera> m_closed = makeFake("eth0", gigE, "B");
+    std::shared_ptr<FakeCamera> m_second = makeFake("eth1", gigE, "C");
+    std::shared_ptr<FakeCamera> m_third = makeFake("bus 1", usb, "D");
+    std::shared_ptr<FakeSystem> m_system =
+        std::make_shared<FakeSystem>(FakeSystem::FakeList{m_first, m_closed, m_second, m_third});
+    std::unique_ptr<SpanletDialog> m_dialog;
+};
+
+TEST_F(SpanletDialogTest, ComesUpWithTheFirstInterfaceSelected) {
+    EXPECT_EQ(m_dialog->windowTitle(), QStringLiteral("Orvia Spanlet"));
+    EXPECT_FALSE(m_dialog->windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
+    EXPECT_EQ(m_dialog->size(), QSize(1192, 680));
+    EXPECT_EQ(m_dialog->minimumSize(), QSize(1170, 600));
+    EXPECT_EQ(textTree(*tree().model()), "GigE\n"
+                                         "  eth0 | 125\n"
+                                         "    A-S (1)\n"
+                                         "    B-S (1)\n"
+                                         "  eth1 | 125\n"
+                                         "    C-S (1)\n"
+                                         "USB\n"
+                                         "  bus 1 | 625\n"
+                                         "    D-S (1)\n");
+    EXPECT_EQ(combo().count(), 3);
+    EXPECT_EQ(combo().currentText(), QStringLiteral("eth0"));
+    EXPECT_EQ(combo().currentData(), 1);
+    EXPECT_EQ(combo().itemData(2), 0);
+    EXPECT_EQ(tree().currentIndex(), interfaceRow(0, 0));
+    EXPECT_TRUE(tree().isExpanded(interfaceRow(1, 0)));
+    EXPECT_TRUE(widget<QGroupBox>("grpStatistics").isEnabled());
+    EXPECT_TRUE(button("buttonRefresh").isEnabled());
+    EXPECT_EQ(m_dialog->cursor().shape(), Qt::ArrowCursor);
+}
+
+TEST_F(SpanletDialogTest, DisablesWhatItCannotDoYet) {
+    for (const char* name : {"buttonSettings", "buttonFeatureTree", "buttonSupport", "buttonAbout"})
+        EXPECT_FALSE(button(name).isEnabled()) << name;
+    EXPECT_TRUE(button("buttonAutoSet").isEnabled());
+    const QList<QAction*> actions = button("buttonAutoSet").menu()->actions();
+    ASSERT_EQ(actions.size(), 2);
+    EXPECT_EQ(actions[0]->text(), QStringLiteral("Auto Set Interface"));
+    EXPECT_EQ(actions[1]->text(), QStringLiteral("Auto Set Camera"));
+    for (const QModelIndex& index : {interfaceRow(0, 0), camera(0, 0, 0), interfaceRow(1, 0)}) {
+        tree().setCurrentIndex(index);
+        EXPECT_FALSE(actions[0]->isEnabled());
+        EXPECT_FALSE(actions[1]->isEnabled());
+        EXPECT_FALSE(button("buttonFeatureTree").isEnabled());
+    }
+    for (const auto* found : m_dialog->findChildren<QPushButton*>())
+        EXPECT_FALSE(found->autoDefault()) << found->objectName().toStdString();
+}
+
+TEST_F(SpanletDialogTest, ShowsTheTrueBandwidthOfEachCamera) {
+    EXPECT_EQ(label(camera(0, 0, 0))->text(), QStringLiteral("112"));
+    EXPECT_TRUE(label(camera(0, 0, 0))->isEnabled());
+    EXPECT_EQ(label(camera(0, 0, 1))->text(), QStringLiteral("\u2013"));
+    EXPECT_FALSE(label(camera(0, 0, 1))->isEnabled());
+    EXPECT_EQ(label(camera(1, 0, 0))->text(), QStringLiteral("\u2013"));
+    // A camera that is not open cannot be asked.
+    EXPECT_EQ(m_closed->bandwidthReads, 0);
+
+    m_first->bandwidth = 50'000'000;
+    button("buttonRefresh").click();
+    EXPECT_EQ(label(camera(0, 0, 0))->text(), QStringLiteral("50"));
+    EXPECT_EQ(tree().findChildren<QLabel*>(QStringLiteral("labelBandwidth")).size(), 4);
+}
+
+TEST_F(SpanletDialogTest, KeepsSelectorAndTreeOnOneInterface) {
+    combo().setCurrentIndex(2);
+    EXPECT_EQ(tree().currentIndex(), interfaceRow(1, 0));
+    tree().setCurrentIndex(interfaceRow(0, 1));
+    EXPECT_EQ(combo().currentText(), QStringLiteral("eth1"));
+    tree().setCurrentIndex(camera(1, 0, 0));
+    EXPECT_EQ(combo().currentText(), QStringLiteral("eth1"));
+    tree().setCurrentIndex(tree().model()->index(1, 0));
+    EXPECT_EQ(combo().currentText(), QStringLiteral("eth1"));
+}
+
+TEST_F(SpanletDialogTest, CountsATimedBenchmarkDown) {
+    combo().setCurrentIndex(1);
+    startBenchmark(3);
+    EXPECT_EQ(m_second->starts, 1);
+    EXPECT_EQ(m_second->adjustments, 0);
+    EXPECT_EQ(m_first->starts + m_third->starts, 0);
+    const auto selectors = {static_cast<QWidget*>(&combo()), static_cast<QWidget*>(&spin())};
+    for (const QWidget* selector : selectors)
+        EXPECT_FALSE(selector->isEnabled());
+    EXPECT_FALSE(button("buttonAutoSet").isEnabled());
+    EXPECT_FALSE(label(camera(0, 1, 0))->isEnabled());
+    EXPECT_TRUE(label(camera(0, 0, 0))->isEnabled());
+
+    m_second->statistics.receivedFrames = 42;
+    for (const int shown : {2, 2, 1, 1, 0}) {
+        tick();
+        EXPECT_EQ(spin().value(), shown);
+        EXPECT_EQ(m_second->stops, 0);
+    }
+    EXPECT_EQ(camera(0, 1, 0, 4).data().toInt(), 42);
+    tick();
+    EXPECT_EQ(spin().value(), 0);
+    EXPECT_EQ(m_second->stops, 1);
+    EXPECT_EQ(m_first->stops + m_third->stops, 0);
+    EXPECT_FALSE(button("buttonBenchmark").isChecked());
+    for (const QWidget* selector : selectors)
+        EXPECT_TRUE(selector->isEnabled());
+    EXPECT_TRUE(label(camera(0, 1, 0))->isEnabled());
+}
+
+TEST_F(SpanletDialogTest, RunsAnEndlessBenchmarkUntilTheUserStops) {
+    startBenchmark(0);
+    for (int i = 0; i < 20; ++i)
+        tick();
+    EXPECT_EQ(spin().value(), 0);
+    EXPECT_EQ(m_first->stops, 0);
+    EXPECT_TRUE(button("buttonBenchmark").isChecked());
+
+    button("buttonBenchmark").click();
+    EXPECT_EQ(m_first->starts, 1);
+    EXPECT_EQ(m_first->stops, 1);
+    EXPECT_EQ(m_closed->starts, 0);
+    // The next one is a timed one again.
+    startBenchmark(1);
+    tick();
+    tick();
+    EXPECT_EQ(m_first->stops, 2);
+}
+
+TEST_F(SpanletDialogTest, TicksByItself) {
+    startBenchmark(0);
+    m_first->statistics.receivedFrames = 7;
+    EXPECT_TRUE(QTest::qWaitFor([this] { return camera(0, 0, 0, 4).data().toInt() == 7; }));
+}
+
+TEST_F(SpanletDialogTest, ForgetsTheDurationWhenTheUserStops) {
+    startBenchmark(30);
+    tick();
+    button("buttonBenchmark").click();
+    EXPECT_EQ(spin().value(), 0);
+    EXPECT_EQ(m_first->stops, 1);
+}
+
+/// Only the user's stop gives Auto Set and the tree's steering back.
+TEST_F(SpanletDialogTest, TreatsTheEndOfTimeAndTheUsersStopDifferently) {
+    startBenchmark(1);
+    tree().setCurrentIndex(interfaceRow(1, 0));
+    EXPECT_EQ(combo().currentText(), QStringLiteral("eth0"));
+    tick();
+    tick();
+    EXPECT_FALSE(button("buttonAutoSet").isEnabled());
+    tree().setCurrentIndex(interfaceRow(0, 1));
+    EXPECT_EQ(combo().currentText(), QStringLiteral("eth0"));
+
+    startBenchmark(1);
+    button("buttonBenchmark").click();
+    EXPECT_TRUE(button("buttonAutoSet").isEnabled());
+    tree().setCurrentIndex(interfaceRow(1, 0));
+    EXPECT_EQ(combo().currentText(), QStringLiteral("bus 1"));
+}
+
+class SpanletDialogRefresh : public SpanletDialogTest, public testing::WithParamInterface<int> {};
+
+TEST_P(SpanletDialogRefresh, EndsARunningBenchmark) {
+    combo().setCurrentIndex(1);
+    startBenchmark(GetParam());
+    button("buttonRefresh").click();
+    EXPECT_EQ(m_second->stops, 1);
+    EXPECT_FALSE(button("buttonBenchmark").isChecked());
+    EXPECT_TRUE(combo().isEnabled());
+    EXPECT_TRUE(spin().isEnabled());
+    EXPECT_EQ(spin().value(), 0);
+    EXPECT_EQ(combo().currentText(), QStringLiteral("eth0"));
+    EXPECT_TRUE(label(camera(0, 1, 0))->isEnabled());
+}
+
+INSTANTIATE_TEST_SUITE_P(TimedAndEndless, SpanletDialogRefresh, testing::Values(0, 60));
+
+TEST_F(SpanletDialogTest, RefreshesIdleCamerasWithoutStoppingThem) {
+    spin().setValue(12);
+    button("buttonRefresh").click();
+    EXPECT_EQ(m_first->stops, 0);
+    EXPECT_EQ(spin().value(), 12);
+    EXPECT_TRUE(button("buttonAutoSet").isEnabled());
+}
+
+TEST_F(SpanletDialogTest, HasNothingToMeasureWhenAllCamerasAreGone) {
+    m_system->setCameras({});
+    button("buttonRefresh").click();
+    EXPECT_EQ(combo().count(), 0);
+    EXPECT_FALSE(widget<QGroupBox>("grpStatistics").isEnabled());
+    m_system->setCameras({m_third});
+    button("buttonRefresh").click();
+    EXPECT_TRUE(widget<QGroupBox>("grpStatistics").isEnabled());
+    EXPECT_EQ(combo().currentText(), QStringLiteral("bus 1"));
+    startBenchmark(0);
+    EXPECT_EQ(m_third->starts, 1);
+}
+
+TEST_F(SpanletDialogTest, LeavesAnUncheckedCameraOut) {
+    const auto second = makeFake("eth0", gigE, "A2");
+    m_system->setCameras({m_first, second});
+    button("buttonRefresh").click();
+    tree().model()->setData(camera(0, 0, 0), Qt::Unchecked, Qt::CheckStateRole);
+    EXPECT_FALSE(label(camera(0, 0, 0))->isEnabled());
+    EXPECT_TRUE(label(camera(0, 0, 1))->isEnabled());
+    startBenchmark(0);
+    EXPECT_EQ(m_first->starts, 0);
+    EXPECT_EQ(second->starts, 1);
+}
+
+TEST_F(SpanletDialogTest, ShowsLogLinesOfTheWholeProcess) {
+    log().setRowCount(0);
+    std::cerr << "lost" << std::endl;
+    logInfo("found");
+    qWarning("careful");
+    logDebug("hidden");
+    ASSERT_EQ(log().rowCount(), 3);
+    const auto row = [this](int index) {
+        return (log().item(index, 0)->text() + QLatin1Char(' ') + log().item(index, 2)->text())
+            .toStdString();
+    };
+    EXPECT_EQ(row(1), "INFO found");
+    EXPECT_EQ(row(2), "ERROR lost");
+    EXPECT_EQ(row(0).rfind("WARNING careful", 0), 0U) << row(0);
+
+    QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
+        .setValue(QStringLiteral("ShowDebugMessages"), true);
+    emit m_dialog->settingsSaved();
+    logDebug("shown");
+    EXPECT_EQ(row(0), "DEBUG shown");
+    for (const QHeaderView* header : {log().horizontalHeader(), log().verticalHeader()}) {
+        EXPECT_EQ(header->sectionResizeMode(0), QHeaderView::ResizeToContents);
+        EXPECT_EQ(header->resizeContentsPrecision(), Logging::RowHeights::newestRows);
+    }
+}
+
+TEST_F(SpanletDialogTest, GivesTheStandardStreamsBack) {
+    logInfo("taken");
+    EXPECT_FALSE(m_log.has("Info:taken"));
+    m_dialog.reset();
+    logInfo("given back");
+    EXPECT_TRUE(m_log.has("Info:given back"));
+    EXPECT_NE(qInstallMessageHandler(nullptr), &qtMessageHandler);
+}
+
+TEST_F(SpanletDialogTest, SwapsTheRefreshIconInADarkPalette) {
+    const auto image = [this] {
+        return button("buttonRefresh").icon().pixmap(16, 16).toImage();
+    };
+    const auto resource = [](const char* name) {
+        return QIcon(QString::fromLatin1(name)).pixmap(16, 16).toImage();
+    };
+    const QImage light = resource(":/images/images/refresh.png");
+    const QImage dark = resource(":/images/images/refresh_darkmode.png");
+    ASSERT_FALSE(light.isNull());
+    ASSERT_NE(light, dark);
+
+    EXPECT_EQ(image(), light);
+    m_dialog->setPalette(QPalette(QColor(99, 99, 99)));
+    EXPECT_EQ(image(), dark);
+    m_dialog->setPalette(QPalette(QColor(100, 100, 100)));
+    EXPECT_EQ(image(), light);
+}
+
+TEST_F(SpanletDialogTest, TellsThatItIsReadyBeforeItIsVisible) {
+    bool visible = true;
+    QSignalSpy ready(m_dialog.get(), &SpanletDialog::dialogIsReadyLoaded);
+    QObject::connect(m_dialog.get(), &SpanletDialog::dialogIsReadyLoaded,
+                     [&] { visible = m_dialog->windowHandle()->isVisible(); });
+    m_dialog->show();
+    EXPECT_EQ(ready.size(), 1);
+    EXPECT_FALSE(visible);
+}
+
+using Closer = void (*)(SpanletDialog&);
+
+class SpanletDialogClosing : public SpanletDialogTest,
+                             public testing::WithParamInterface<std::pair<const char*, Closer>> {};
+
+TEST_P(SpanletDialogClosing, AnswersTheFlagAndStopsTheBenchmark) {
+    for (const bool flag : {true, false}) {
+        m_dialog->onAutoAdjustPacketsize(flag);
+        QMetaObject::invokeMethod(
+            m_dialog.get(),
+            [this] {
+                startBenchmark(0);
+                GetParam().second(*m_dialog);
+            },
+            Qt::QueuedConnection);
+        EXPECT_EQ(m_dialog->exec(), flag ? 1 : 0);
+        EXPECT_FALSE(m_dialog->isVisible());
+    }
+    EXPECT_EQ(m_first->starts, 2);
+    EXPECT_EQ(m_first->stops, 2);
+    EXPECT_EQ(m_first->adjustments, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, SpanletDialogClosing,
+                         testing::Values(std::pair<const char*, Closer>{"Close",
+                                                                        [](SpanletDialog& d) {
+                                                                            d.close();
+                                                                        }},
+                                         std::pair<const char*, Closer>{"Escape",
+                                                                        [](SpanletDialog& d) {
+                                                                            QTest::keyClick(
+                                                                                &d, Qt::Key_Escape);
+                                                                        }},
+                                         std::pair<const char*, Closer>{"Reject",
+                                                                        [](SpanletDialog& d) {
+                                                                            d.reject();
+                                                                        }},
+                                         std::pair<const char*, Closer>{"Accept",
+                                                                        [](SpanletDialog& d) {
+                                                                            d.accept();
+                                                                        }}),
+                         [](const auto& way) { return std::string(way.param.first); });
+
+TEST_F(SpanletDialogTest, AnswersTheFlagWhenClosedUnseen) {
+    m_dialog->onAutoAdjustPacketsize(true);
+    m_dialog->close();
+    EXPECT_EQ(m_dialog->result(), 1);
+}
+
+TEST_F(SpanletDialogTest, StopsTheBenchmarkWhenItIsDestroyed) {
+    startBenchmark(0);
+    m_dialog.reset();
+    EXPECT_EQ(m_first->stops, 1);
+}
+
+} // namespace
