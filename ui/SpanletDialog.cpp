@@ -5,6 +5,7 @@
 #include "engine/MakeSystemController.h"
 #include "logging/LogMessageWidget.h"
 #include "logging/QtMessageHandler.h"
+#include "logging/RowHeights.h"
 #include "logging/ThreadLogStream.h"
 #include "ui/CameraTreeDelegate.h"
 #include "ui/CameraTreeHeader.h"

@@ -2,6 +2,7 @@
 #include "ui/SpanletDialog.h"
 #include "logging/Log.h"
 #include "logging/QtMessageHandler.h"
+#include "logging/RowHeights.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/TextTree.h"
 #include "tests/ui/FakeCameras.h"
