@@ -2,6 +2,7 @@
 #include "viewer/Appearance.h"
 
 #include <QApplication>
+#include <QFont>
 #include <QPalette>
 #include <QStyleFactory>
 
@@ -9,12 +10,15 @@ namespace viewer {
 
 namespace {
 
+constexpr int usualPointSize = 9;
+
 QPalette darkPalette() {
-    const QColor window(0x2d, 0x2f, 0x31);
-    const QColor base(0x1f, 0x20, 0x22);
+    // Apart far enough that the outlines of Fusion, which are darker than the window, show on both.
+    const QColor window(0x44, 0x46, 0x49);
+    const QColor base(0x1e, 0x1f, 0x21);
     const QColor text(0xe6, 0xe6, 0xe6);
     const QColor faint(0x80, 0x80, 0x80);
-    QPalette palette(QColor(0x3a, 0x3c, 0x3f), window);
+    QPalette palette(QColor(0x50, 0x52, 0x55), window);
     palette.setColor(QPalette::Base, base);
     palette.setColor(QPalette::AlternateBase, QColor(0x26, 0x28, 0x2a));
     palette.setColor(QPalette::ToolTipBase, QColor(0x3a, 0x3c, 0x3f));
@@ -40,6 +44,13 @@ bool hasScreen() {
 }
 
 void applyAppearance(bool isDark) {
+    if (!hasScreen()) {
+        // Offscreen there is no desktop to ask for its font, and Qt's own choice is larger than
+        // any.
+        QFont font = QApplication::font();
+        font.setPointSize(usualPointSize);
+        QApplication::setFont(font);
+    }
     if (isDark || !hasScreen()) {
         QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     }

@@ -64,7 +64,8 @@ void CameraDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
     const auto access = static_cast<CameraAccess>(index.data(CameraModel::AccessRole).toInt());
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setBrush(dotColor(access, option.palette));
-    painter->setPen(Qt::NoPen);
+    painter->setPen(isSelected ? QPen(option.palette.color(QPalette::HighlightedText), 1.5)
+                               : QPen(Qt::NoPen));
     painter->drawEllipse(second.left(), second.center().y() - dotSize / 2, dotSize, dotSize);
 
     const QRect state = second.adjusted(dotSize + 6, 0, 0, 0);

@@ -13,12 +13,10 @@ QString toolTip(const CameraEntry& entry) {
         .arg(entry.model, entry.serialNumber, entry.id);
 }
 
-} // namespace
-
 QString accessText(CameraAccess access) {
     switch (access) {
     case CameraAccess::InUse:
-        return CameraModel::tr("In use by another application");
+        return CameraModel::tr("In use");
     case CameraAccess::Live:
         return CameraModel::tr("Live");
     case CameraAccess::Available:
@@ -26,6 +24,8 @@ QString accessText(CameraAccess access) {
     }
     return CameraModel::tr("Available");
 }
+
+} // namespace
 
 int CameraModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(m_cameras.size());

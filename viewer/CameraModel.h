@@ -12,7 +12,12 @@ class CameraModel : public QAbstractListModel {
     Q_OBJECT
 
 public:
-    enum Role { InterfaceRole = Qt::UserRole, AccessRole, AccessTextRole };
+    enum Role {
+        InterfaceRole = Qt::UserRole,
+        AccessRole,
+        /// "Available", "In use" or "Live".
+        AccessTextRole
+    };
 
     using QAbstractListModel::QAbstractListModel;
 
@@ -30,8 +35,5 @@ public:
 private:
     std::vector<CameraEntry> m_cameras;
 };
-
-/// "Available", "In use by another application" or "Live".
-QString accessText(CameraAccess access);
 
 } // namespace viewer

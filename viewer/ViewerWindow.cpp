@@ -30,6 +30,7 @@ namespace viewer {
 namespace {
 
 constexpr int rateInterval = 1000;
+constexpr int labelMargin = 4;
 constexpr int messageTime = 10000;
 
 bool meansInUse(OrvErrorType error) {
@@ -131,7 +132,8 @@ QWidget* ViewerWindow::buildCameraPanel() {
 }
 
 void ViewerWindow::buildStatusBar() {
-    m_formatLabel->setMinimumWidth(150);
+    m_formatLabel->setMargin(labelMargin);
+    m_rateLabel->setMargin(labelMargin);
     m_rateLabel->setMinimumWidth(100);
     m_rateLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_rateLabel->setObjectName(QStringLiteral("labelFrameRate"));
@@ -246,7 +248,7 @@ void ViewerWindow::releaseCamera() {
 void ViewerWindow::showFailure(const QString& name, OrvErrorType error) {
     if (meansInUse(error)) {
         m_view->showMessage(
-            accessText(CameraAccess::InUse),
+            tr("In use by another application"),
             tr("%1 can be shown when the other application has released it.").arg(name));
     } else {
         m_view->showMessage(tr("The camera cannot be opened"),

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gmock/gmock.h>
+
+using testing::ContainsRegex;
+using testing::HasSubstr;
+
+namespace {
+
+const auto program = QStringLiteral(VIEWER_FILE);
+
+class ViewerProgram : public testing::Test {
+protected:
+    /// Runs a program to its end, with settings and home in a folder of the test's own.
+    void run(const QStringList& arguments, const QString& path = program) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        environment.insert(QStringLiteral("HOME"), m_folder.path());
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_folder.path());
+        QProcess process;
+        process.setProcessEnvironment(environment);
+        process.start(path, arguments);
+        ASSERT_TRUE(process.waitForFinished(100000)) << process.errorString().toStdString();
+        m_exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+        m_output = process.readAllStandardOutput().toStdString();
+        m_error = process.readAllStandardError().toStdString();
+    }
+
+    QString write(const QString& name, const QByteArray& content) {
+        QFile file(m_folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        return file.fileName();
+    }
+
+    QTemporaryDir m_folder;
+    int m_exitCode = -1;
+    std::string m_output;
+    std::string m_error;
+};
+
+TEST_F(ViewerProgram, benchmarksEveryInterfaceAndTakesAPicture) {
+    const QString picture = m_folder.filePath(QStringLiteral("out.png"));
+    run({QStringLiteral("--benchmark"), QStringLiteral("1"), QStringLiteral("--picture"), picture});
+    EXPECT_EQ(m_exitCode, 0) << m_error;
+    EXPECT_THAT(m_output, HasSubstr("Interface"));
+    EXPECT_THAT(m_output, HasSubstr("Received Frames /s"));
+    // A camera that received frames: after its texts six figures, the third not 0.
+    EXPECT_THAT(m_output, ContainsRegex("[0-9]+\\.[0-9][0-9] +[0-9]+\\.[0-9][0-9] +[1-9][0-9]* "));
+    EXPECT_THAT(m_output, HasSubstr("USB"));
+    const QImage image(picture);
+    EXPECT_GE(image.width(), 1170);
+    EXPECT_GE(image.height(), 600);
+}
+
+TEST_F(ViewerProgram, withoutCamerasFailsAndSaysWhy) {
+    run({QStringLiteral("--benchmark"), QStringLiteral("1"), QStringLiteral("--config"),
+         QStringLiteral(SCENARIO_FOLDER "/empty.json")});
+    EXPECT_EQ(m_exitCode, 1);
+    EXPECT_THAT(m_error, HasSubstr("There is no camera"));
+}
+
+TEST_F(ViewerProgram, namesFileAndLineOfAMalformedConfiguration) {
+    const QString file = write(QStringLiteral("broken.json"), "{\n  \"cameras\": [\n  }\n");
+    run({QStringLiteral("--config"), file});
+    EXPECT_EQ(m_exitCode, 1);
+    EXPECT_THAT(m_error, HasSubstr(file.toStdString()));
+    EXPECT_THAT(m_error, HasSubstr("line 3"));
+}
+
+TEST_F(ViewerProgram, withoutThePlugInNamesTheFolder) {
+    // A copy elsewhere has no "plugins" beside it; the camera SDK is found where it was linked.
+    const QString copy = m_folder.filePath(QStringLiteral("spanlet-viewer"));
+    ASSERT_TRUE(QFile::copy(program, copy));
+    run({QStringLiteral("--benchmark"), QStringLiteral("1")}, copy);
+    EXPECT_EQ(m_exitCode, 1);
+    EXPECT_THAT(m_error, HasSubstr(m_folder.filePath(QStringLiteral("plugins")).toStdString()));
+}
+
+TEST_F(ViewerProgram, explainsItselfAndRejectsWhatItDoesNotKnow) {
+    run({QStringLiteral("--help")});
+    EXPECT_EQ(m_exitCode, 0);
+    EXPECT_THAT(m_output, HasSubstr("--config <file>"));
+    run({QStringLiteral("--benchmark"), QStringLiteral("never")});
+    EXPECT_EQ(m_exitCode, 2);
+    EXPECT_THAT(m_error, HasSubstr("\"never\""));
+}
+
+} // namespace

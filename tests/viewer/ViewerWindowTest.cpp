@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "viewer/ViewerWindow.h"
+
+#include "OrvCPP/OrvSystem.h"
+#include "OrvSimulation/Simulation.h"
+#include "viewer/CameraModel.h"
+#include "viewer/ImageView.h"
+#include "viewer/Sdk.h"
+#include "viewer/SdkSession.h"
+
+#include <QCheckBox>
+#include <QFileInfo>
+#include <QListView>
+#include <QTest>
+#include <gmock/gmock.h>
+
+using viewer::CameraAccess;
+using viewer::ViewerWindow;
+
+namespace {
+
+const QString noPlugins = QStringLiteral("/nowhere/plugins");
+
+QString scenario(const char* name) {
+    return QStringLiteral(SCENARIO_FOLDER "/") + QString::fromLatin1(name);
+}
+
+/// A window on the simulated cameras of a scenario.
+class Viewer {
+public:
+    explicit Viewer(const QString& configuration = {}, const QString& plugins = noPlugins)
+        : m_session(configuration), m_window(OrvCPP::OrvSystem::GetInstance(), plugins) {
+        EXPECT_TRUE(m_session.isStarted()) << m_session.error().toStdString();
+        m_window.show();
+    }
+
+    ViewerWindow& window() { return m_window; }
+    QListView& list() { return *m_window.findChild<QListView*>(QStringLiteral("listCameras")); }
+    viewer::ImageView& view() { return *m_window.findChild<viewer::ImageView*>(); }
+    QCheckBox& packetSize() {
+        return *m_window.findChild<QCheckBox*>(QStringLiteral("checkAutomaticPacketSize"));
+    }
+    CameraAccess access(int row) {
+        return static_cast<CameraAccess>(
+            list().model()->index(row, 0).data(viewer::CameraModel::AccessRole).toInt());
+    }
+    void select(int row) { list().setCurrentIndex(list().model()->index(row, 0)); }
+    /// Row of the first camera in this state, -1 when there is none.
+    int rowWith(CameraAccess wanted) {
+        for (int row = 0; row < list().model()->rowCount(); ++row) {
+            if (access(row) == wanted) {
+                return row;
+            }
+        }
+        return -1;
+    }
+    /// ID of the selected camera, as the simulation knows it.
+    std::string currentId() {
+        const auto& model = *static_cast<viewer::CameraModel*>(list().model());
+        const auto row = static_cast<std::size_t>(list().currentIndex().row());
+        return viewer::sdkText([&](char* buffer, std::uint32_t& length) {
+                   return model.cameras()[row].camera->GetID(buffer, length, false);
+               })
+            .toStdString();
+    }
+    bool waitForImage() {
+        return QTest::qWaitFor([this] { return view().hasImage(); }, 10000);
+    }
+
+private:
+    viewer::SdkSession m_session;
+    ViewerWindow m_window;
+};
+
+OrvCPP::ISimulation& simulation() {
+    return dynamic_cast<OrvCPP::ISimulation&>(OrvCPP::OrvSystem::GetInstance());
+}
+
+TEST(ViewerWindow, showsTheFirstFreeCameraAndFollowsTheSelection) {
+    Viewer viewer;
+    ASSERT_TRUE(viewer.waitForImage());
+    const int first = viewer.list().currentIndex().row();
+    EXPECT_EQ(viewer.access(first), CameraAccess::Live);
+
+    const int other = viewer.rowWith(CameraAccess::Available);
+    ASSERT_GE(other, 0);
+    viewer.select(other);
+    EXPECT_EQ(viewer.access(first), CameraAccess::Available);
+    EXPECT_EQ(viewer.access(other), CameraAccess::Live);
+    EXPECT_TRUE(viewer.waitForImage());
+}
+
+TEST(ViewerWindow, saysThatACameraIsHeldByAnotherApplication) {
+    Viewer viewer;
+    const int held = viewer.rowWith(CameraAccess::InUse);
+    ASSERT_GE(held, 0);
+    viewer.select(held);
+    EXPECT_FALSE(viewer.view().hasImage());
+    EXPECT_EQ(viewer.view().accessibleDescription(),
+              QStringLiteral("In use by another application"));
+    EXPECT_EQ(viewer.access(held), CameraAccess::InUse);
+}
+
+TEST(ViewerWindow, survivesTheLiveCameraVanishing) {
+    Viewer viewer;
+    ASSERT_TRUE(viewer.waitForImage());
+    const int before = viewer.list().model()->rowCount();
+    const std::string id = viewer.currentId();
+    ASSERT_TRUE(simulation().SetCameraPlugged(id, false)) << id;
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return viewer.list().model()->rowCount() == before - 1; }, 10000));
+    EXPECT_FALSE(viewer.view().hasImage());
+    EXPECT_EQ(viewer.rowWith(CameraAccess::Live), -1);
+
+    ASSERT_TRUE(simulation().SetCameraPlugged(id, true));
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return viewer.list().model()->rowCount() == before; }, 10000));
+}
+
+TEST(ViewerWindow, withoutCamerasSaysSo) {
+    Viewer viewer(scenario("empty.json"));
+    EXPECT_EQ(viewer.view().accessibleDescription(), QStringLiteral("No cameras found"));
+}
+
+TEST(ViewerWindow, handsItsCameraOverAndTakesTheFlagBack) {
+    // The fake in place of Spanlet inverts the flag when it could open every camera.
+    Viewer viewer({}, QFileInfo(QStringLiteral(FAKE_SPANLET_FILE)).path());
+    ASSERT_TRUE(viewer.waitForImage());
+    EXPECT_EQ(viewer.window().openSpanlet(), QString());
+    EXPECT_TRUE(viewer.packetSize().isChecked());
+    EXPECT_EQ(viewer.window().openSpanlet(), QString());
+    EXPECT_FALSE(viewer.packetSize().isChecked());
+    EXPECT_TRUE(viewer.waitForImage());
+    EXPECT_EQ(viewer.access(viewer.list().currentIndex().row()), CameraAccess::Live);
+}
+
+TEST(ViewerWindow, withoutThePlugInKeepsItsLiveImage) {
+    Viewer viewer;
+    ASSERT_TRUE(viewer.waitForImage());
+    EXPECT_TRUE(viewer.window().openSpanlet().contains(noPlugins));
+    EXPECT_GE(viewer.rowWith(CameraAccess::Live), 0);
+}
+
+} // namespace
