@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "sdk/OrvCameraWrapper.h"
+#include "sdk/OrvSystemWrapper.h"
+#include "sdk/SimulatedHost.h"
+#include "tests/sdk/RecordingSdk.h"
+#include "tests/sdk/VirtualPosition.h"
+#include "tests/support/MockOrvSystem.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::_;
+using testing::IsEmpty;
+using testing::NiceMock;
+using testing::Return;
+using testing::StrEq;
+using testing::StrictMock;
+
+using W = OrvSystemWrapper;
+
+TEST(SystemWrapperTest, DeclaresItsOperationsInOrder) {
+    using Code = OrvErrorType;
+    EXPECT_EQ(virtualPosition(&W::GetInstance), 1);
+    EXPECT_EQ(virtualPosition(&W::QueryVersion), 2);
+    EXPECT_EQ(virtualPosition<Code (W::*)()>(&W::Startup), 3);
+    EXPECT_EQ(virtualPosition<Code (W::*)(const wchar_t*)>(&W::Startup), 4);
+    EXPECT_EQ(virtualPosition(&W::Shutdown), 5);
+    EXPECT_EQ(virtualPosition(&W::GetInterfaces), 6);
+    EXPECT_EQ(virtualPosition(&W::GetInterfaceByID), 7);
+    EXPECT_EQ(virtualPosition(&W::GetCameras), 8);
+    EXPECT_EQ(virtualPosition(&W::GetCameraByID), 9);
+    EXPECT_EQ(virtualPosition(&W::RegisterCameraListObserver), 10);
+    EXPECT_EQ(virtualPosition(&W::UnregisterCameraListObserver), 11);
+    EXPECT_EQ(virtualPosition(&W::RegisterInterfaceListObserver), 12);
+    EXPECT_EQ(virtualPosition(&W::UnregisterInterfaceListObserver), 13);
+    EXPECT_EQ(virtualPosition(&W::RegisterCameraFactory), 14);
+    EXPECT_EQ(virtualPosition(&W::UnregisterCameraFactory), 15);
+    EXPECT_EQ(virtualPosition(&W::GetTransportLayers), 16);
+    EXPECT_EQ(virtualPosition(&W::GetTransportLayerByID), 17);
+    EXPECT_EQ(virtualPosition(&W::CreateCameraHandler), 18);
+}
+
+TEST(SystemWrapperTest, HandsArgumentsToTheSdkUnchanged) {
+    StrictMock<MockOrvSystem> system;
+    W wrapper(system);
+    OrvVersionInfo version;
+    const wchar_t* path = L"x.json";
+    std::shared_ptr<OrvCPP::Camera> camera;
+    std::shared_ptr<OrvCPP::Interface> interface;
+    std::shared_ptr<OrvCPP::TransportLayer> layer;
+    const std::shared_ptr<OrvCPP::ICameraListObserver> cameraObserver;
+    const std::shared_ptr<OrvCPP::IInterfaceListObserver> interfaceObserver;
+    const std::shared_ptr<OrvCPP::ICameraFactory> factory;
+
+    EXPECT_CALL(system, QueryVersion(testing::Ref(version))).WillOnce(Return(-1));
+    EXPECT_CALL(system, Startup()).WillOnce(Return(-2));
+    EXPECT_CALL(system, Startup(path)).WillOnce(Return(-3));
+    EXPECT_CALL(system, Shutdown()).WillOnce(Return(-4));
+    EXPECT_CALL(system, GetInterfaceByID(StrEq("if"), testing::Ref(interface)))
+        .WillOnce(Return(-5));
+    EXPECT_CALL(system, GetCameraByID(StrEq("cam"), testing::Ref(camera))).WillOnce(Return(-6));
+    EXPECT_CALL(system, GetTransportLayerByID(StrEq("tl"), testing::Ref(layer)))
+        .WillOnce(Return(-7));
+    EXPECT_CALL(system, RegisterCameraListObserver(testing::Ref(cameraObserver)))
+        .WillOnce(Return(-8));
+    EXPECT_CALL(system, UnregisterCameraListObserver(testing::Ref(cameraObserver)))
+        .WillOnce(Return(-9));
+    EXPECT_CALL(system, RegisterInterfaceListObserver(testing::Ref(interfaceObserver)))
+        .WillOnce(Return(-10));
+    EXPECT_CALL(system, UnregisterInterfaceListObserver(testing::Ref(interfaceObserver)))
+        .WillOnce(Return(-11));
+    EXPECT_CALL(system, RegisterCameraFactory(testing::Ref(factory))).WillOnce(Return(-12));
+    EXPECT_CALL(system, UnregisterCameraFactory()).WillOnce(Return(-13));
+
+    EXPECT_EQ(&wrapper.GetInstance(), &system);
+    EXPECT_EQ(wrapper.QueryVersion(version), -1);
+    EXPECT_EQ(wrapper.Startup(), -2);
+    EXPECT_EQ(wrapper.Startup(path), -3);
+    EXPECT_EQ(wrapper.Shutdown(), -4);
+    EXPECT_EQ(wrapper.GetInterfaceByID("if", interface), -5);
+    EXPECT_EQ(wrapper.GetCameraByID("cam", camera), -6);
+    EXPECT_EQ(wrapper.GetTransportLayerByID("tl", layer), -7);
+    EXPECT_EQ(wrapper.RegisterCameraListObserver(cameraObserver), -8);
+    EXPECT_EQ(wrapper.UnregisterCameraListObserver(cameraObserver), -9);
+    EXPECT_EQ(wrapper.RegisterInterfaceListObserver(interfaceObserver), -10);
+    EXPECT_EQ(wrapper.UnregisterInterfaceListObserver(interfaceObserver), -11);
+    EXPECT_EQ(wrapper.RegisterCameraFactory(factory), -12);
+    EXPECT_EQ(wrapper.UnregisterCameraFactory(), -13);
+}
+
+TEST(SystemWrapperTest, WrapsTheListsInTheirOrder) {
+    NiceMock<MockOrvSystem> system;
+    W wrapper(system);
+    const std::shared_ptr<OrvCPP::Camera> found[] = {std::make_shared<RecordingCamera>(),
+                                                     std::make_shared<RecordingCamera>()};
+    const auto give = [&found](std::shared_ptr<OrvCPP::Camera>* list, std::uint32_t& count) {
+        count = 2;
+        if (list != nullptr)
+            std::copy_n(found, 2, list);
+        return OrvErrorType{OrvErrorSuccess};
+    };
+    EXPECT_CALL(system, GetCameras(_, _)).Times(2).WillRepeatedly(give);
+    std::vector<std::shared_ptr<OrvCameraWrapper>> cameras;
+    ASSERT_EQ(wrapper.GetCameras(cameras), OrvErrorSuccess);
+    ASSERT_EQ(cameras.size(), 2U);
+    EXPECT_EQ(cameras[0]->GetHandle(), found[0]);
+    EXPECT_EQ(cameras[1]->GetHandle(), found[1]);
+
+    EXPECT_CALL(system, GetCameras(_, _)).WillOnce(Return(OrvErrorType{OrvErrorApiNotStarted}));
+    EXPECT_EQ(wrapper.GetCameras(cameras), OrvErrorApiNotStarted);
+    EXPECT_THAT(cameras, IsEmpty());
+
+    std::vector<std::shared_ptr<OrvInterfaceWrapper>> interfaces = {nullptr};
+    EXPECT_CALL(system, GetInterfaces(nullptr, _)).WillOnce(Return(-9));
+    EXPECT_EQ(wrapper.GetInterfaces(interfaces), -9);
+    EXPECT_THAT(interfaces, IsEmpty());
+    std::vector<std::shared_ptr<OrvTransportLayerWrapper>> layers = {nullptr};
+    EXPECT_CALL(system, GetTransportLayers(nullptr, _)).WillOnce(Return(-16));
+    EXPECT_EQ(wrapper.GetTransportLayers(layers), -16);
+    EXPECT_THAT(layers, IsEmpty());
+}
+
+TEST(SystemWrapperTest, IsAroundTheProcessesSystemByDefault) {
+    EXPECT_EQ(&W().GetInstance(), &OrvCPP::OrvSystem::GetInstance());
+}
+
+TEST(SimulatedHostTest, IsEmptyForASystemOfRealCameras) {
+    const NiceMock<MockOrvSystem> system;
+    EXPECT_THAT(simulatedHost(system).adapters, IsEmpty());
+    EXPECT_THAT(simulatedHost(system).usbNodes, IsEmpty());
+}
+
+} // namespace
