@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "benchmarks/support/BenchmarkMain.h"
 
-#include <benchmark/benchmark.h>
-
 #include <algorithm>
 
 namespace {
+
+constexpr char missedMark[] = "MISSED ";
+
+bool hasMissed(const benchmark::BenchmarkReporter::Run& run) {
+    return run.error_occurred || run.report_label.rfind(missedMark, 0) == 0;
+}
 
 /// Reports to the console and remembers whether anything was missed.
 class CheckingReporter : public benchmark::ConsoleReporter {
@@ -15,8 +19,7 @@ public:
     bool missed() const { return m_missed; }
 
     void ReportRuns(const std::vector<Run>& runs) override {
-        m_missed = m_missed || std::any_of(runs.begin(), runs.end(),
-                                           [](const Run& run) { return run.error_occurred; });
+        m_missed = m_missed || std::any_of(runs.begin(), runs.end(), hasMissed);
         ConsoleReporter::ReportRuns(runs);
     }
 
@@ -34,4 +37,8 @@ int runBenchmarks(int argc, char** argv) {
     benchmark::RunSpecifiedBenchmarks(&reporter);
     benchmark::Shutdown();
     return reporter.missed() ? 1 : 0;
+}
+
+void judge(benchmark::State& state, const std::string& limit, bool kept) {
+    state.SetLabel((kept ? std::string() : missedMark) + "limit: " + limit);
 }

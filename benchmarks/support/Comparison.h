@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "benchmarks/support/ThreadClock.h"
+
 #include <algorithm>
-#include <chrono>
 #include <limits>
 
 /// What one call costs, in nanoseconds, beside one call of what it is measured against.
@@ -14,12 +15,11 @@ struct Comparison {
 };
 
 template <class Function> double nanosecondsPerCall(Function& function, int calls) {
-    using Clock = std::chrono::steady_clock;
-    const auto start = Clock::now();
-    for (int i = 0; i < calls; ++i)
-        function();
-    const std::chrono::duration<double, std::nano> elapsed = Clock::now() - start;
-    return elapsed.count() / calls;
+    const auto repeat = [&function, calls] {
+        for (int i = 0; i < calls; ++i)
+            function();
+    };
+    return nanosecondsOf(repeat) / calls;
 }
 
 /// Measures both in turns and keeps the best turn of each: what else runs on the machine then

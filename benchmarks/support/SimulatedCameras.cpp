@@ -4,14 +4,13 @@
 #include "OrvCPP/OrvSystem.h"
 #include "OrvSimulation/Simulation.h"
 
-#include <QString>
 #include <QTemporaryFile>
 
 #include <stdexcept>
 
 namespace {
 
-QByteArray scenario(int count) {
+QByteArray scenarioOf(int count) {
     return QStringLiteral(R"({
   "host": {
     "adapters": [{ "name": "eth0", "address": "10.0.0.1", "mask": "255.255.0.0", "speedMbps": 10000 }]
@@ -34,15 +33,23 @@ QByteArray scenario(int count) {
         .toUtf8();
 }
 
+void start(const QString& scenario) {
+    if (OrvCPP::OrvSystem::GetInstance().Startup(scenario.toStdWString().c_str()) !=
+        OrvErrorSuccess)
+        throw std::runtime_error("cannot start the simulated cameras");
+}
+
 } // namespace
 
 SimulatedCameras::SimulatedCameras(int count) {
     QTemporaryFile file;
-    if (!file.open() || file.write(scenario(count)) < 0 || !file.flush())
+    if (!file.open() || file.write(scenarioOf(count)) < 0 || !file.flush())
         throw std::runtime_error("cannot write a scenario file");
-    const std::wstring path = file.fileName().toStdWString();
-    if (system().Startup(path.c_str()) != OrvErrorSuccess)
-        throw std::runtime_error("cannot start the simulated cameras");
+    start(file.fileName());
+}
+
+SimulatedCameras::SimulatedCameras(const QString& scenario) {
+    start(scenario);
 }
 
 SimulatedCameras::~SimulatedCameras() {

@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <QString>
+
 namespace OrvCPP {
 class ISimulation;
 class OrvSystem;
 } // namespace OrvCPP
 
-/// The camera SDK, started with equal simulated GigE cameras that answer at once, all on one
-/// network adapter; shut down in the end.
+/// The camera SDK, started with simulated cameras; shut down in the end. Construction throws
+/// std::runtime_error when the SDK does not start.
 class SimulatedCameras {
 public:
-    /// Throws std::runtime_error when the SDK does not start.
+    /// Equal GigE cameras that answer at once, all on one network adapter.
     explicit SimulatedCameras(int count);
+    /// A scenario file, or the name of one of the SDK's own.
+    explicit SimulatedCameras(const QString& scenario);
     ~SimulatedCameras();
 
     SimulatedCameras(const SimulatedCameras&) = delete;
