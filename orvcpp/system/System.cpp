@@ -93,36 +93,40 @@ OrvErrorType System::Startup(const wchar_t* pathConfiguration) {
     return startWith(QString::fromWCharArray(pathConfiguration));
 }
 
+OrvErrorType System::make(const QString& configuration, Providers& made, std::string& error) {
+    try {
+        made = makeProviders(configuration, *this, m_gate);
+    } catch (const FormatError& wrong) {
+        error = wrong.what();
+        return OrvErrorBadParameter;
+    } catch (const std::exception& fault) {
+        error = fault.what();
+        return OrvErrorResources;
+    }
+    for (const auto& provider : made) {
+        if (const OrvErrorType result = provider->start())
+            return result;
+    }
+    return OrvErrorSuccess;
+}
+
 OrvErrorType System::startWith(const QString& configuration) {
     const std::lock_guard lifecycle(m_lifecycle);
-    std::string error;
-    OrvErrorType result = OrvErrorSuccess;
-    Providers made;
     {
         const std::lock_guard lock(m_mutex);
         if (m_isStarted)
             return OrvErrorAlreadyDone;
     }
-    try {
-        made = makeProviders(configuration, *this, m_gate);
-    } catch (const FormatError& wrong) {
-        error = wrong.what();
-        result = OrvErrorBadParameter;
-    } catch (const std::exception& fault) {
-        error = fault.what();
-        result = OrvErrorResources;
-    }
-    for (const auto& provider : made) {
-        if (!result)
-            result = provider->start();
-    }
+    // Without the mutex: a provider may call back as soon as it is started.
+    Providers made;
+    std::string error;
+    const OrvErrorType result = make(configuration, made, error);
     const std::lock_guard lock(m_mutex);
     m_startupError = error;
-    if (result)
-        return result;
-    m_providers = std::move(made);
-    m_isStarted = true;
-    return OrvErrorSuccess;
+    m_isStarted = !result;
+    if (!result)
+        m_providers = made;
+    return result;
 }
 
 OrvErrorType System::Shutdown() {

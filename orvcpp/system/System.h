@@ -69,6 +69,7 @@ private:
                            OrvUpdateTriggerType reason) override;
 
     OrvErrorType startWith(const QString& configuration);
+    OrvErrorType make(const QString& configuration, Providers& made, std::string& error);
     /// The providers, once the call was counted; an error when it is not to be carried out.
     OrvErrorType enter(Providers& providers) const;
     Providers providers() const;

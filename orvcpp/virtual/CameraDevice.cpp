@@ -143,6 +143,8 @@ bool CameraDevice::setPlugged(bool plugged) {
     m_isGone = m_mode != OrvAccessModeNone;
     if (m_source)
         m_link->drop(*m_source);
+    if (plugged)
+        m_model.reset();
     return true;
 }
 

@@ -1,0 +1,285 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/orvcpp/Sdk.h"
+
+#include <numeric>
+
+using namespace testing;
+using namespace sdk;
+using std::chrono::milliseconds;
+
+namespace {
+
+std::vector<std::uint64_t> consecutive(std::uint64_t first, std::size_t count) {
+    std::vector<std::uint64_t> ids(count);
+    std::iota(ids.begin(), ids.end(), first);
+    return ids;
+}
+
+double secondsSince(std::chrono::steady_clock::time_point begin) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+TEST(Acquisition, CountsFramesFromTheTechnologysFirstId) {
+    const Running run(scenario(gige("G", sensor(200)) + "," + usb("U", 1, sensor(200))));
+    for (const auto& [id, first] : {std::pair("G", 1), std::pair("U", 0)}) {
+        const auto camera = openCamera(id);
+        for (int round = 0; round < 2; ++round) {
+            const auto receiver = std::make_shared<Receiver>(camera);
+            ASSERT_EQ(start(*camera, receiver), OrvErrorSuccess);
+            EXPECT_EQ(start(*camera, receiver), OrvErrorAlreadyDone);
+            EXPECT_TRUE(eventually([&] { return receiver->count() >= 10; }));
+            EXPECT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
+            EXPECT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorAlreadyDone);
+            const auto ids = receiver->ids();
+            EXPECT_EQ(ids, consecutive(static_cast<std::uint64_t>(first), ids.size()));
+        }
+    }
+}
+
+TEST(Acquisition, FollowsTheBandwidthWhileItRuns) {
+    const Running run(scenario(gige("A", sensor(100) + R"(, "bandwidth": {"minimum": 64000})")));
+    const auto camera = openCamera("A");
+    const auto receiver = std::make_shared<Receiver>(camera);
+    const auto begin = std::chrono::steady_clock::now();
+    ASSERT_EQ(start(*camera, receiver), OrvErrorSuccess);
+    EXPECT_EQ(set(*camera, "Width", std::int64_t{160}), OrvErrorInvalidAccess) << "while streaming";
+    EXPECT_TRUE(eventually([&] { return receiver->count() >= 50; }));
+    EXPECT_GE(secondsSince(begin), 0.48) << "frames do not come faster than the rate";
+
+    EXPECT_EQ(set(*camera, "DeviceLinkThroughputLimit", std::int64_t{5 * 64'000}), OrvErrorSuccess);
+    const auto before = receiver->count();
+    const auto slower = std::chrono::steady_clock::now();
+    EXPECT_TRUE(eventually([&] { return receiver->count() >= before + 4; }));
+    EXPECT_GE(secondsSince(slower), 0.55) << "5 frames per second, the first one may be under way";
+    EXPECT_EQ(camera->Close(), OrvErrorSuccess) << "stops";
+}
+
+/// Frames sent, delivered and lost as the stream's statistics have them.
+struct Counts {
+    explicit Counts(const Camera& camera)
+        : sent(get<std::int64_t>(camera, "AcquisitionFrameCounter")) {
+        const auto stream = sdk::stream(camera);
+        delivered = get<std::int64_t>(*stream, "StatFrameDelivered");
+        incomplete = get<std::int64_t>(*stream, "StatFrameIncomplete");
+        dropped = get<std::int64_t>(*stream, "StatFrameDropped");
+        underrun = get<std::int64_t>(*stream, "StatFrameUnderrun");
+        bytes = get<std::int64_t>(*stream, "StatByteDelivered");
+    }
+    std::int64_t sent;
+    std::int64_t delivered;
+    std::int64_t incomplete;
+    std::int64_t dropped;
+    std::int64_t underrun;
+    std::int64_t bytes;
+};
+
+TEST(Link, CarriesNoMoreThanItsSpeedAndLosesInProportion) {
+    // Two links of 20 Mbit/s = 2.5 MB/s: one is asked for 5.12 MB/s, the other for half of what it
+    // carries.
+    const std::string text = R"({"host": {"adapters": [
+        {"name": "a", "address": "10.0.0.1", "speedMbps": 20},
+        {"name": "b", "address": "10.0.1.1", "speedMbps": 20}]},
+      "transportLayers": [{"id": "G", "type": "GigEVision"}],
+      "interfaces": [{"id": "gev", "transportLayer": "G", "adapter": "a"},
+                     {"id": "calm", "transportLayer": "G", "adapter": "b"}],
+      "cameras": [)" + gige("A", sensor(50) + R"(, "linkSpeedMbps": 1000)") +
+                             "," + gige("B", sensor(30) + R"(, "linkSpeedMbps": 1000)") +
+                             R"(, {"id": "C", "model": "M", "interface": "calm")" + sensor(20) +
+                             "}]}";
+    const Running run(text);
+    std::vector<std::shared_ptr<Camera>> all;
+    std::vector<std::shared_ptr<Receiver>> receivers;
+    const auto begin = std::chrono::steady_clock::now();
+    for (const char* id : {"A", "B", "C"}) {
+        all.push_back(openCamera(id));
+        receivers.push_back(std::make_shared<Receiver>(all.back()));
+        ASSERT_EQ(start(*all.back(), receivers.back()), OrvErrorSuccess);
+    }
+    EXPECT_TRUE(eventually([&] { return receivers[0]->count() >= 40; }));
+    std::vector<Counts> counts;
+    for (const auto& camera : all) {
+        ASSERT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
+        counts.emplace_back(*camera);
+    }
+    const double seconds = secondsSince(begin);
+    const auto carried = static_cast<double>(counts[0].bytes + counts[1].bytes);
+    EXPECT_LE(carried, 2.5e6 * seconds + 3 * 64'000);
+    constexpr double share = 2.5e6 / (80 * 64'000);
+    for (std::size_t i = 0; i < 3; ++i) {
+        const Counts& of = counts[i];
+        EXPECT_EQ(of.delivered, static_cast<std::int64_t>(receivers[i]->count()));
+        EXPECT_EQ(of.delivered + of.dropped + of.underrun, of.sent)
+            << "no frame is unaccounted for";
+        EXPECT_LE(static_cast<std::int64_t>(receivers[i]->ids().back()), of.sent);
+        EXPECT_NEAR(static_cast<double>(of.delivered),
+                    static_cast<double>(of.sent) * (i < 2 ? share : 1), 2.5);
+        EXPECT_EQ(of.incomplete, receivers[i]->incomplete());
+    }
+    EXPECT_GT(counts[0].incomplete, 0);
+    EXPECT_EQ(counts[2].dropped + counts[2].incomplete, 0);
+}
+
+TEST(Faults, LoseTheSameFramesInEveryRun) {
+    std::vector<std::vector<std::uint64_t>> runs;
+    for (int round = 0; round < 2; ++round) {
+        const Running run(scenario(
+            usb("A", 1, sensor(500) + R"(, "faults": {"lossRate": 0.2, "incompleteRate": 0.3})")));
+        const auto camera = openCamera("A");
+        const auto receiver = std::make_shared<Receiver>(camera);
+        ASSERT_EQ(start(*camera, receiver, 64), OrvErrorSuccess);
+        EXPECT_TRUE(eventually([&] { return receiver->count() >= 160; }));
+        camera->StopContinuousImageAcquisition();
+        auto ids = receiver->ids();
+        EXPECT_NEAR(receiver->incomplete(), static_cast<double>(ids.size()) * 0.3, 25);
+        ids.resize(160);
+        EXPECT_NEAR(static_cast<double>(ids.back()), 200, 30);
+        runs.push_back(ids);
+    }
+    EXPECT_EQ(runs[0], runs[1]);
+}
+
+TEST(Acquisition, LosesFramesWhileTheReceiverHoldsThemAll) {
+    const Running run(scenario(gige("A", sensor(200))));
+    const auto camera = openCamera("A");
+    const auto receiver = std::make_shared<Receiver>(camera, true);
+    ASSERT_EQ(start(*camera, receiver, 3), OrvErrorSuccess);
+    EXPECT_TRUE(eventually([&] { return Counts(*camera).underrun >= 10; }));
+    EXPECT_EQ(receiver->count(), 3U);
+    const auto kept = receiver->takeKept();
+    for (const auto& frame : kept)
+        EXPECT_EQ(camera->QueueFrame(frame), OrvErrorSuccess);
+    EXPECT_TRUE(eventually([&] { return receiver->count() >= 6; }));
+    const auto ids = receiver->ids();
+    EXPECT_GT(ids[3], 13U) << "the gap shows what was lost";
+    camera->StopContinuousImageAcquisition();
+    EXPECT_EQ(camera->QueueFrame(kept[0]), OrvErrorInvalidCall) << "its acquisition has ended";
+    EXPECT_EQ(camera->QueueFrame(nullptr), OrvErrorBadParameter);
+}
+
+TEST(Trigger, LetsFramesCome) {
+    const Running run(scenario(
+        gige("Soft", sensor(200) + R"(, "trigger": {"mode": "On", "source": "Software"})") + "," +
+        gige("Free", sensor(200) + R"(, "trigger": {"mode": "On", "source": "Freerun"})") + "," +
+        gige("Line",
+             sensor(200) + R"(, "trigger": {"mode": "On", "source": "Line1", "rate": 50})")));
+    const auto soft = openCamera("Soft");
+    const auto receiver = std::make_shared<Receiver>(soft);
+    ASSERT_EQ(start(*soft, receiver), OrvErrorSuccess);
+    for (const char* id : {"Free", "Line"}) {
+        const auto camera = openCamera(id);
+        const auto other = std::make_shared<Receiver>(camera);
+        const auto begin = std::chrono::steady_clock::now();
+        ASSERT_EQ(start(*camera, other), OrvErrorSuccess);
+        EXPECT_TRUE(eventually([&] { return other->count() >= 10; })) << id;
+        if (id == std::string("Line")) {
+            EXPECT_GE(secondsSince(begin), 0.18) << "50 triggers per second";
+        }
+        camera->StopContinuousImageAcquisition();
+    }
+    EXPECT_EQ(receiver->count(), 0U);
+    for (std::size_t i = 1; i <= 3; ++i) {
+        EXPECT_EQ(feature(*soft, "TriggerSoftware")->RunCommand(), OrvErrorSuccess);
+        EXPECT_TRUE(eventually([&] { return receiver->count() == i; }));
+    }
+    EXPECT_EQ(set(*soft, "TriggerMode", "Off"), OrvErrorSuccess);
+    EXPECT_TRUE(eventually([&] { return receiver->count() >= 10; }));
+}
+
+TEST(Image, MovesFromFrameToFrame) {
+    const Running run(scenario(gige("A", sensor(200))));
+    const auto camera = openCamera("A");
+    const auto receiver = std::make_shared<Receiver>(camera, true);
+    ASSERT_EQ(start(*camera, receiver, 2), OrvErrorSuccess);
+    EXPECT_TRUE(eventually([&] { return receiver->count() == 2; }));
+    const auto kept = receiver->takeKept();
+    const std::uint8_t* first = nullptr;
+    const std::uint8_t* second = nullptr;
+    ASSERT_EQ(kept[0]->GetImage(first), OrvErrorSuccess);
+    ASSERT_EQ(kept[1]->GetImage(second), OrvErrorSuccess);
+    std::uint32_t size = 0;
+    ASSERT_EQ(kept[0]->GetBufferSize(size), OrvErrorSuccess);
+    ASSERT_EQ(size, 320U * 200U);
+    EXPECT_FALSE(std::equal(first, first + size, second));
+    EXPECT_TRUE(std::equal(first + std::ptrdiff_t{4} * 320, first + size, second))
+        << "the picture moves upwards by four rows";
+}
+
+/// Calls back into the SDK, and lets the test decide when the callback returns.
+class BlockingReceiver : public OrvCPP::IFrameObserver {
+public:
+    explicit BlockingReceiver(std::shared_ptr<Camera> camera) : m_camera(std::move(camera)) {}
+
+    void FrameReceived(const std::shared_ptr<Frame>& frame) override {
+        stopAnswer = m_camera->StopContinuousImageAcquisition();
+        closeAnswer = m_camera->Close();
+        shutdownAnswer = system().Shutdown();
+        widthAnswer = static_cast<int>(get<std::int64_t>(*m_camera, "Width"));
+        entered = true;
+        while (!released)
+            std::this_thread::sleep_for(milliseconds(1));
+        left = true;
+        m_camera->QueueFrame(frame);
+    }
+
+    std::atomic<int> stopAnswer{0};
+    std::atomic<int> closeAnswer{0};
+    std::atomic<int> shutdownAnswer{0};
+    std::atomic<int> widthAnswer{0};
+    std::atomic<bool> entered{false};
+    std::atomic<bool> released{false};
+    std::atomic<bool> left{false};
+
+private:
+    const std::shared_ptr<Camera> m_camera;
+};
+
+TEST(Stop, WaitsForTheCallbackAndIsRefusedInIt) {
+    const Running run(scenario(gige("A", sensor(200))));
+    const auto camera = openCamera("A");
+    const auto receiver = std::make_shared<BlockingReceiver>(camera);
+    ASSERT_EQ(start(*camera, receiver), OrvErrorSuccess);
+    EXPECT_TRUE(eventually([&] { return receiver->entered.load(); }));
+    EXPECT_EQ(receiver->stopAnswer, OrvErrorInvalidCall);
+    EXPECT_EQ(receiver->closeAnswer, OrvErrorInvalidCall);
+    EXPECT_EQ(receiver->shutdownAnswer, OrvErrorInvalidCall);
+    EXPECT_EQ(receiver->widthAnswer, 320) << "features can be read in the callback";
+    std::thread releasing([&] {
+        std::this_thread::sleep_for(milliseconds(50));
+        receiver->released = true;
+    });
+    EXPECT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
+    EXPECT_TRUE(receiver->left);
+    releasing.join();
+}
+
+TEST(Stop, WorksInAnyOrderFromSeveralThreads) {
+    for (int round = 0; round < 5; ++round) {
+        ASSERT_EQ(startWith(scenario(gige("A", sensor(1000) + R"(, "count": 4)") + "," +
+                                     usb("B", 1, sensor(1000)))),
+                  OrvErrorSuccess);
+        const auto all = cameras();
+        std::vector<std::thread> users;
+        for (const auto& camera : all) {
+            for (int i = 0; i < 2; ++i)
+                users.emplace_back([&camera, i] {
+                    for (int n = 0; n < 20; ++n) {
+                        camera->Open(OrvAccessModeFull);
+                        start(*camera, std::make_shared<Receiver>(camera), 2);
+                        std::shared_ptr<Feature> limit;
+                        if (!camera->GetFeatureByName("DeviceLinkThroughputLimit", limit))
+                            limit->SetValue(std::int64_t{1'000'000 * (n + 1)});
+                        if (i == 0)
+                            camera->StopContinuousImageAcquisition();
+                        camera->Close();
+                    }
+                });
+        }
+        std::this_thread::sleep_for(milliseconds(3 * round));
+        EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
+        for (std::thread& user : users)
+            user.join();
+        EXPECT_EQ(all[0]->Open(OrvAccessModeFull), OrvErrorApiNotStarted);
+    }
+}
+
+} // namespace

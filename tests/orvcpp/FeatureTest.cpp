@@ -1,0 +1,324 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/orvcpp/Sdk.h"
+
+#include <set>
+
+using namespace testing;
+using namespace sdk;
+
+namespace {
+
+constexpr std::int64_t mono8Payload = 320 * 200;
+
+std::vector<std::shared_ptr<Feature>> features(const FeatureContainer& module) {
+    return list<Feature>([&](auto array, auto& count) { return module.GetFeatures(array, count); });
+}
+
+/// What every feature of every module must be able to tell.
+void checkDescription(const Feature& feature) {
+    const std::string name = text([&](char* b, auto& n) { return feature.GetName(b, n); });
+    SCOPED_TRACE(name);
+    EXPECT_EQ(text([&](char* b, auto& n) { return feature.GetCategory(b, n); }).substr(0, 1), "/");
+    for (const auto& described :
+         {text([&](char*b, auto&n) { return feature.GetDisplayName(b, n); }),
+          text([&](char*b, auto&n) { return feature.GetDescription(b, n); }),
+          text([&](char*b, auto&n) { return feature.GetToolTip(b, n); })})
+        EXPECT_THAT(described, Not(AnyOf(IsEmpty(), StartsWith("error"))));
+    bool readable = false;
+    EXPECT_EQ(feature.IsReadable(readable), OrvErrorSuccess);
+    OrvFeatureDataType type = OrvFeatureDataUnknown;
+    EXPECT_EQ(feature.GetDataType(type), OrvErrorSuccess);
+    if (type == OrvFeatureDataInt && readable) {
+        std::int64_t value = 0;
+        std::int64_t minimum = 0;
+        std::int64_t maximum = 0;
+        std::int64_t increment = 0;
+        EXPECT_EQ(feature.GetValue(value), OrvErrorSuccess);
+        EXPECT_EQ(feature.GetRange(minimum, maximum), OrvErrorSuccess);
+        EXPECT_EQ(feature.GetIncrement(increment), OrvErrorSuccess);
+        EXPECT_THAT(value, AllOf(Ge(minimum), Le(maximum)));
+        EXPECT_EQ((value - minimum) % increment, 0);
+    } else if (type == OrvFeatureDataFloat && readable) {
+        double value = 0;
+        double minimum = 0;
+        double maximum = 0;
+        EXPECT_EQ(feature.GetValue(value), OrvErrorSuccess);
+        EXPECT_EQ(feature.GetRange(minimum, maximum), OrvErrorSuccess);
+        EXPECT_THAT(value, AllOf(Ge(minimum), Le(maximum)));
+    } else if (type == OrvFeatureDataEnum) {
+        const std::string entry = text([&](char* b, auto& n) { return feature.GetValue(b, n); });
+        bool available = false;
+        EXPECT_EQ(feature.IsValueAvailable(entry.c_str(), available), OrvErrorSuccess);
+        EXPECT_TRUE(available) << entry;
+    }
+}
+
+TEST(Features, DescribeThemselvesInEveryModule) {
+    const Running run(
+        scenario(gige("G", R"(, "stream": {"protocol": "UDP"})") + "," +
+                 usb("U", 1, R"(, "bandwidth": {"feature": "StreamBytesPerSecond"})")));
+    for (const char* id : {"G", "U"}) {
+        const auto camera = openCamera(id);
+        std::shared_ptr<OrvCPP::TransportLayer> layer;
+        std::shared_ptr<OrvCPP::Interface> interface;
+        std::shared_ptr<OrvCPP::LocalDevice> device;
+        EXPECT_EQ(camera->GetTransportLayer(layer), OrvErrorSuccess);
+        EXPECT_EQ(camera->GetInterface(interface), OrvErrorSuccess);
+        EXPECT_EQ(camera->GetLocalDevice(device), OrvErrorSuccess);
+        const auto stream = sdk::stream(*camera);
+        std::set<int> types;
+        std::set<int> visibilities;
+        for (const FeatureContainer* module :
+             {static_cast<const FeatureContainer*>(camera.get()),
+              static_cast<const FeatureContainer*>(layer.get()),
+              static_cast<const FeatureContainer*>(interface.get()),
+              static_cast<const FeatureContainer*>(device.get()),
+              static_cast<const FeatureContainer*>(stream.get())}) {
+            const auto all = features(*module);
+            const bool isCamera = module == camera.get();
+            EXPECT_THAT(all, SizeIs(AllOf(Ge(isCamera ? 100U : 10U), Le(isCamera ? 200U : 30U))));
+            std::set<std::string> names;
+            for (const auto& feature : all) {
+                checkDescription(*feature);
+                names.insert(text([&](char* b, auto& n) { return feature->GetName(b, n); }));
+                OrvFeatureDataType type = OrvFeatureDataUnknown;
+                OrvFeatureVisibilityType visibility = OrvFeatureVisibilityUnknown;
+                feature->GetDataType(type);
+                feature->GetVisibility(visibility);
+                types.insert(static_cast<int>(type));
+                visibilities.insert(visibility);
+            }
+            EXPECT_EQ(names.size(), all.size()) << "names are unique in a module";
+        }
+        EXPECT_THAT(types, ElementsAre(1, 2, 3, 4, 5, 6, 7));
+        EXPECT_THAT(visibilities, ElementsAre(1, 2, 3, 4));
+    }
+}
+
+TEST(Features, AnswerTheSdksCodes) {
+    const Running run(scenario(gige("A", sensor(50))));
+    const auto camera = openCamera("A");
+    std::shared_ptr<Feature> none;
+    EXPECT_EQ(camera->GetFeatureByName("Widht", none), OrvErrorNotFound);
+    EXPECT_EQ(set(*camera, "Width", 3.0), OrvErrorWrongType);
+    EXPECT_EQ(set(*camera, "Width", std::int64_t{321}), OrvErrorInvalidValue) << "increment";
+    EXPECT_EQ(set(*camera, "Width", std::int64_t{328}), OrvErrorInvalidValue) << "maximum";
+    EXPECT_EQ(set(*camera, "SensorWidth", std::int64_t{320}), OrvErrorInvalidAccess);
+    EXPECT_EQ(set(*camera, "PixelFormat", "Mono7"), OrvErrorInvalidValue);
+    EXPECT_EQ(set(*camera, "PixelFormat", "RGB8"), OrvErrorInvalidValue) << "not available";
+    EXPECT_EQ(set(*camera, "BinningVertical", std::int64_t{3}), OrvErrorInvalidValue)
+        << "value set";
+    EXPECT_EQ(getText(*camera, "DeviceUnlockCode"), "error -6") << "write-only";
+    EXPECT_EQ(set(*camera, "DeviceUnlockCode", "1234"), OrvErrorSuccess);
+    EXPECT_EQ(set(*camera, "DeviceUserID", std::string(65, 'x').c_str()), OrvErrorInvalidValue);
+    EXPECT_EQ(feature(*camera, "Width")->RunCommand(), OrvErrorWrongType);
+    double number = 0;
+    EXPECT_EQ(feature(*camera, "Width")->GetValue(number), OrvErrorWrongType);
+    std::vector<std::int64_t> values(3);
+    std::uint32_t count = 3;
+    EXPECT_EQ(feature(*camera, "BinningVertical")->GetValidValueSet(values.data(), count),
+              OrvErrorSuccess);
+    EXPECT_THAT(values, ElementsAre(1, 2, 4));
+    EXPECT_EQ(feature(*camera, "Width")->GetValidValueSet(values.data(), count),
+              OrvErrorValidValueSetNotPresent);
+}
+
+TEST(Features, HandOutTextsListsAndRegistersInTwoCalls) {
+    const Running run(scenario(gige("A")));
+    const auto camera = openCamera("A");
+    const auto mode = feature(*camera, "TriggerMode");
+    std::uint32_t length = 2;
+    char buffer[2];
+    EXPECT_EQ(mode->GetValue(buffer, length), OrvErrorMoreData);
+    EXPECT_EQ(length, 3U);
+    const char* entries[1];
+    std::uint32_t count = 1;
+    EXPECT_EQ(mode->GetValues(entries, count), OrvErrorMoreData);
+    EXPECT_EQ(count, 2U);
+
+    const auto table = feature(*camera, "LUTValueAll");
+    std::uint32_t size = 0;
+    std::uint32_t filled = 7;
+    std::uint8_t* nothing = nullptr;
+    EXPECT_EQ(table->GetValue(nothing, size, filled), OrvErrorSuccess);
+    EXPECT_EQ(size, 256U);
+    std::vector<std::uint8_t> bytes(size, 9);
+    EXPECT_EQ(table->SetValue(bytes.data(), size), OrvErrorSuccess);
+    EXPECT_EQ(table->SetValue(bytes.data(), size - 1), OrvErrorInvalidValue);
+    bytes.assign(size, 0);
+    EXPECT_EQ(table->GetValue(bytes.data(), size, filled), OrvErrorSuccess);
+    EXPECT_THAT(bytes, Each(9));
+    EXPECT_EQ(filled, 256U);
+}
+
+TEST(Features, SelectorsKeepAValueForEachEntry) {
+    const Running run(scenario(gige("A")));
+    const auto camera = openCamera("A");
+    EXPECT_EQ(set(*camera, "LineSelector", "Line1"), OrvErrorSuccess);
+    EXPECT_EQ(set(*camera, "LineMode", "Output"), OrvErrorSuccess);
+    EXPECT_EQ(set(*camera, "LineSelector", "Line0"), OrvErrorSuccess);
+    EXPECT_EQ(getText(*camera, "LineMode"), "Input");
+    EXPECT_EQ(set(*camera, "LineSelector", std::int64_t{1}), OrvErrorSuccess);
+    EXPECT_EQ(getText(*camera, "LineMode"), "Output");
+    const auto selected = list<Feature>([&](auto array, auto& count) {
+        return feature(*camera, "LineSelector")->GetSelectedFeatures(array, count);
+    });
+    EXPECT_THAT(selected, SizeIs(5));
+}
+
+TEST(FrameRate, IsTheLeastOfItsFourLimits) {
+    const Running run(scenario(
+        gige("A", sensor(100) + R"(, "frameRate": {"feature": "AcquisitionFrameRateLimit"})")));
+    const auto camera = openCamera("A");
+    const auto rate = [&] {
+        return get<double>(*camera, "AcquisitionFrameRateLimit");
+    };
+    EXPECT_DOUBLE_EQ(rate(), 100) << "sensor";
+    EXPECT_EQ(set(*camera, "ExposureTime", 20'000.0), OrvErrorSuccess);
+    EXPECT_DOUBLE_EQ(rate(), 50) << "exposure";
+    EXPECT_EQ(set(*camera, "AcquisitionFrameRate", 40.0), OrvErrorInvalidAccess);
+    EXPECT_EQ(set(*camera, "AcquisitionFrameRateEnable", true), OrvErrorSuccess);
+    EXPECT_EQ(set(*camera, "AcquisitionFrameRate", 40.0), OrvErrorSuccess);
+    EXPECT_EQ(set(*camera, "AcquisitionFrameRate", 50.5), OrvErrorInvalidValue);
+    EXPECT_DOUBLE_EQ(rate(), 40) << "user";
+    EXPECT_EQ(set(*camera, "DeviceLinkThroughputLimit", 30 * mono8Payload), OrvErrorSuccess);
+    EXPECT_DOUBLE_EQ(rate(), 30) << "limit / payload";
+    EXPECT_DOUBLE_EQ(get<double>(*camera, "AcquisitionFrameRate"), 30);
+    EXPECT_EQ(set(*camera, "DeviceLinkThroughputLimitMode", "Off"), OrvErrorSuccess);
+    EXPECT_DOUBLE_EQ(rate(), 40);
+    EXPECT_EQ(set(*camera, "DeviceLinkThroughputLimit", std::int64_t{5'000'000}),
+              OrvErrorInvalidAccess);
+}
+
+TEST(FrameRate, FollowsTheImageFormat) {
+    const Running run(scenario(gige(
+        "A", sensor(1000) + R"(, "bandwidth": {"feature": "StreamBytesPerSecond", "minimum": 64000,
+                                              "increment": 1000, "value": 1280000})")));
+    const auto camera = openCamera("A");
+    const auto payload = [&] {
+        return get<std::int64_t>(*camera, "PayloadSize");
+    };
+    const auto rate = [&] {
+        return get<double>(*camera, "AcquisitionFrameRate");
+    };
+    EXPECT_EQ(payload(), mono8Payload);
+    EXPECT_DOUBLE_EQ(rate(), 20);
+    EXPECT_EQ(set(*camera, "PixelFormat", "Mono12p"), OrvErrorSuccess);
+    EXPECT_EQ(getText(*camera, "PixelSize"), "Bpp12");
+    EXPECT_EQ(payload(), mono8Payload * 3 / 2);
+    EXPECT_EQ(set(*camera, "Width", std::int64_t{160}), OrvErrorSuccess);
+    EXPECT_EQ(payload(), mono8Payload * 3 / 4);
+    EXPECT_NEAR(rate(), 20 * 4 / 3.0, 1e-9);
+    EXPECT_EQ(set(*camera, "BinningVertical", std::int64_t{2}), OrvErrorSuccess);
+    EXPECT_EQ(get<std::int64_t>(*camera, "Height"), 100) << "binning shrinks the region";
+    EXPECT_EQ(set(*camera, "StreamBytesPerSecond", std::int64_t{64'500}), OrvErrorInvalidValue);
+}
+
+TEST(FrameRate, FeaturesAreThoseOfTheScenario) {
+    const Running run(scenario(
+        gige("A", R"(, "bandwidth": {"feature": "none"}, "frameRate": {"feature": "none"})")));
+    const auto camera = openCamera("A");
+    for (const char* name : {"DeviceLinkThroughputLimit", "StreamBytesPerSecond",
+                             "AcquisitionFrameRate", "AcquisitionFrameRateLimit"}) {
+        std::shared_ptr<Feature> found;
+        EXPECT_EQ(camera->GetFeatureByName(name, found), OrvErrorNotFound) << name;
+    }
+    EXPECT_EQ(get<std::int64_t>(*camera, "DeviceLinkSpeed"), 125'000'000);
+}
+
+TEST(Commands, TakeTheirTimeThenTakeEffect) {
+    const Running run(
+        scenario(gige("A", R"(, "stream": {"maximumPacketSize": 8000, "adjustMilliseconds": 150},
+                       "faults": {"stuckCommands": ["DeviceReset"]})")));
+    const auto camera = openCamera("A");
+    const auto stream = sdk::stream(*camera);
+    EXPECT_EQ(getText(*stream, "GVSPDriver"), "Filter");
+    EXPECT_EQ(get<std::int64_t>(*stream, "GVSPPacketSize"), 1500);
+    const auto isDone = [](const FeatureContainer& module, const char* name) {
+        bool done = false;
+        EXPECT_EQ(feature(module, name)->IsCommandDone(done), OrvErrorSuccess);
+        return done;
+    };
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(feature(*stream, "GVSPAdjustPacketSize")->RunCommand(), OrvErrorSuccess);
+    EXPECT_TRUE(eventually([&] { return isDone(*stream, "GVSPAdjustPacketSize"); }));
+    EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(150));
+    EXPECT_EQ(get<std::int64_t>(*stream, "GVSPPacketSize"), 8000);
+
+    EXPECT_EQ(feature(*camera, "DeviceReset")->RunCommand(), OrvErrorSuccess);
+    std::this_thread::sleep_for(std::chrono::milliseconds(150));
+    EXPECT_FALSE(isDone(*camera, "DeviceReset"));
+}
+
+TEST(Faults, MakeAFeatureAnswerItsCode) {
+    const Running run(scenario(gige("A", R"(, "faults": {"features": [
+        {"name": "DeviceLinkThroughputLimit", "on": "set", "code": -20},
+        {"name": "Width", "on": "get", "code": -12},
+        {"name": "GVSPDriver", "module": "Stream0", "code": -3}]})")));
+    const auto camera = openCamera("A");
+    EXPECT_EQ(set(*camera, "DeviceLinkThroughputLimit", std::int64_t{2'000'000}), -20);
+    EXPECT_EQ(get<std::int64_t>(*camera, "DeviceLinkThroughputLimit"), 125'000'000);
+    std::int64_t width = 0;
+    EXPECT_EQ(feature(*camera, "Width")->GetValue(width), -12);
+    EXPECT_EQ(set(*camera, "Width", std::int64_t{640}), OrvErrorSuccess);
+    EXPECT_EQ(getText(*stream(*camera), "GVSPDriver"), "error -3");
+}
+
+class Observer : public OrvCPP::IFeatureObserver {
+public:
+    MOCK_METHOD(void, FeatureChanged, (const std::shared_ptr<Feature>&), (override));
+};
+
+TEST(FeatureObservers, AreToldOfWhatFollowsFromAWrite) {
+    const Running run(scenario(gige("A")));
+    const auto camera = openCamera("A");
+    const auto observer = std::make_shared<Observer>();
+    const auto payload = feature(*camera, "PayloadSize");
+    EXPECT_EQ(payload->RegisterObserver(observer), OrvErrorSuccess);
+    EXPECT_EQ(payload->RegisterObserver(observer), OrvErrorAlreadyDone);
+    std::int64_t told = 0;
+    EXPECT_CALL(*observer, FeatureChanged).WillOnce([&](const auto& changed) {
+        EXPECT_EQ(changed->GetValue(told), OrvErrorSuccess);
+    });
+    EXPECT_EQ(set(*camera, "Width", std::int64_t{640}), OrvErrorSuccess);
+    EXPECT_EQ(told, 640 * 1200);
+    EXPECT_EQ(payload->UnregisterObserver(observer), OrvErrorSuccess);
+    EXPECT_EQ(payload->UnregisterObserver(observer), OrvErrorNotFound);
+    EXPECT_EQ(set(*camera, "Width", std::int64_t{320}), OrvErrorSuccess);
+}
+
+TEST(Features, NeedTheCameraOpen) {
+    const Running run(scenario(gige("A")));
+    const auto camera = sdk::camera("A");
+    std::uint32_t count = 7;
+    EXPECT_EQ(camera->GetFeatures(nullptr, count), OrvErrorDeviceNotOpen);
+    EXPECT_EQ(count, 0U);
+    EXPECT_EQ(camera->GetStreams(nullptr, count), OrvErrorDeviceNotOpen);
+    std::shared_ptr<OrvCPP::LocalDevice> device;
+    EXPECT_EQ(camera->GetLocalDevice(device), OrvErrorDeviceNotOpen);
+    EXPECT_EQ(camera->Open(OrvAccessModeRead), OrvErrorSuccess);
+    const auto width = feature(*camera, "Width");
+    std::int64_t value = 0;
+    bool writable = true;
+    EXPECT_EQ(width->GetValue(value), OrvErrorSuccess);
+    EXPECT_EQ(width->IsWritable(writable), OrvErrorSuccess);
+    EXPECT_FALSE(writable) << "opened for reading";
+    EXPECT_EQ(width->SetValue(std::int64_t{640}), OrvErrorInvalidAccess);
+    EXPECT_EQ(camera->Close(), OrvErrorSuccess);
+    EXPECT_EQ(width->GetValue(value), OrvErrorDeviceNotOpen);
+}
+
+TEST(Memory, HoldsTheIdentity) {
+    const Running run(scenario(gige("A", R"(, "serialNumber": "S-17")")));
+    const auto camera = openCamera("A");
+    std::vector<std::uint8_t> bytes(8);
+    std::uint32_t read = 0;
+    EXPECT_EQ(camera->ReadMemory(0xD8, bytes.data(), 8, read), OrvErrorSuccess);
+    EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 4), "S-17");
+    EXPECT_EQ(camera->ReadMemory(4092, bytes.data(), 8, read), OrvErrorIncomplete);
+    EXPECT_EQ(read, 4U);
+    EXPECT_EQ(camera->ReadMemory(4096, bytes.data(), 8, read), OrvErrorInvalidAddress);
+    EXPECT_EQ(camera->ReadMemory(0, nullptr, 8, read), OrvErrorBadParameter);
+}
+
+} // namespace

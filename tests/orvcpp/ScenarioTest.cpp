@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/orvcpp/Sdk.h"
+
+#include <regex>
+
+using namespace testing;
+using namespace sdk;
+
+namespace {
+
+struct Malformed {
+    const char* name;
+    std::string contents;
+    /// Parts of the message: the place, and what was expected there.
+    std::vector<std::string> message;
+};
+
+std::ostream& operator<<(std::ostream& out, const Malformed& row) {
+    return out << row.name;
+}
+
+class MalformedScenario : public TestWithParam<Malformed> {};
+
+TEST_P(MalformedScenario, NamesFilePlaceAndExpectationAndStartsNothing) {
+    EXPECT_EQ(startWith(GetParam().contents), OrvErrorBadParameter);
+    const std::string message = startupError();
+    EXPECT_THAT(message, HasSubstr("scenario.json: "));
+    for (const std::string& part : GetParam().message)
+        EXPECT_THAT(message, HasSubstr(part));
+    std::uint32_t count = 0;
+    EXPECT_EQ(system().GetCameras(nullptr, count), OrvErrorApiNotStarted);
+    EXPECT_THAT(simulation().GetHost().adapters, IsEmpty());
+}
+
+const std::vector<Malformed> malformed{
+    {"Syntax", "{\n  \"seed\": 1,\n  \"cameras\" []\n}", {"line 3", "expected valid JSON"}},
+    {"NoObject", "[1]", {"line 1: expected an object"}},
+    {"UnknownKey", R"({"camera": []})", {"camera: unknown key", "\"cameras\""}},
+    {"UnknownNestedKey",
+     scenario(gige("A") + "," + gige("B", R"(, "sensor": {"widht": 640})")),
+     {"cameras[1].sensor.widht: unknown key", "\"width\""}},
+    {"WrongType",
+     scenario(gige("A", R"(, "sensor": {"width": "wide"})")),
+     {"cameras[0].sensor.width: expected an integer from 64", "found \"wide\""}},
+    {"Fraction",
+     scenario(gige("A", R"(, "sensor": {"width": 640.5})")),
+     {"cameras[0].sensor.width: expected an integer", "found 640.5"}},
+    {"OutOfRange",
+     scenario(gige("A", R"(, "faults": {"lossRate": 1.5})")),
+     {"cameras[0].faults.lossRate: expected a number from 0 to 1", "found 1.5"}},
+    {"NotOnStep",
+     scenario(gige("A", R"(, "sensor": {"width": 650})")),
+     {"cameras[0].sensor.width: expected a multiple of 8"}},
+    {"BandwidthNotOnIncrement",
+     scenario(gige("A", R"(, "bandwidth": {"minimum": 1000, "increment": 300, "value": 1500})")),
+     {"cameras[0].bandwidth.value: expected the minimum plus a multiple of the increment"}},
+    {"MissingKey",
+     scenario(R"({"id": "A", "interface": "gev"})"),
+     {"cameras[0].model: expected a text that is not empty, found nothing"}},
+    {"UnknownInterface",
+     scenario(R"({"id": "A", "model": "M", "interface": "wifi"})"),
+     {"cameras[0].interface: expected one of \"gev\", \"usb\", found \"wifi\""}},
+    {"UnknownAdapter",
+     R"({"transportLayers": [{"id": "G", "type": "GigEVision"}],
+         "interfaces": [{"id": "g", "transportLayer": "G", "adapter": "eth7"}]})",
+     {"interfaces[0].adapter: expected one of"}},
+    {"UnknownHub",
+     scenario(usb("A", 1, R"(, "hub": "desk")")),
+     {"cameras[0].hub: expected one of \"hub\""}},
+    {"DuplicateCamera", scenario(gige("A") + "," + gige("A")), {"cameras[1].id", "\"A\" is taken"}},
+    {"DuplicateByCount",
+     scenario(gige("A002") + "," + gige("A", R"(, "count": 2)")),
+     {"cameras[1].id", "\"A002\" is taken"}},
+    {"DuplicatePort",
+     scenario(usb("A", 1) + "," + usb("B", 1)),
+     {"cameras[1].port: expected a port that no other camera"}},
+    {"PortOfHub",
+     scenario(usb("A", 4)),
+     {"cameras[0].port: expected a port on which there is no hub"}},
+    {"UsbSerialNumber",
+     scenario(usb("A", 1, R"(, "serialNumber": "ab-1")")),
+     {"cameras[0].serialNumber: expected digits and upper-case letters"}},
+    {"Address",
+     R"({"host": {"adapters": [{"name": "e", "address": "192.168.1.256"}]}})",
+     {"host.adapters[0].address: expected an IPv4 address"}},
+    {"PixelFormat",
+     scenario(gige("A", R"(, "sensor": {"pixelFormats": ["Mono8", "Mono7"]})")),
+     {"cameras[0].sensor.pixelFormats"}},
+    {"UnknownFeature",
+     scenario(gige("A", R"(, "faults": {"features": [{"name": "Widht"}]})")),
+     {"cameras[0].faults.features[0].name: expected a feature of the module \"Camera\"", "Widht"}},
+    {"UnknownCommand",
+     scenario(gige("A", R"(, "faults": {"stuckCommands": ["Width"]})")),
+     {"cameras[0].faults.stuckCommands: expected names of commands"}},
+    {"UnknownProvider",
+     R"({"providers": [{"type": "imaginary"}]})",
+     {"providers[0].type: expected one of \"virtual\""}},
+    {"NoProvider", R"({"providers": []})", {"providers: expected an array of at least one"}},
+    {"ProviderTwice",
+     R"({"providers": [{"type": "virtual"}, {"type": "virtual"}]})",
+     {"providers[1].type: expected each type of provider at most once"}},
+};
+
+INSTANTIATE_TEST_SUITE_P(Table, MalformedScenario, ValuesIn(malformed),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(Configuration, FindsAScenarioBesideIt) {
+    const TemporaryFile configuration(
+        "sdk.json", R"({"providers": [{"type": "virtual", "scenario": "own.json"}]})");
+    const auto wide = configuration.path().wstring();
+    EXPECT_EQ(system().Startup(wide.c_str()), OrvErrorBadParameter);
+    EXPECT_THAT(startupError(), HasSubstr("own.json: expected a readable file"));
+
+    std::ofstream(configuration.path().parent_path() / "own.json") << scenario(gige("Own"));
+    ASSERT_EQ(system().Startup(wide.c_str()), OrvErrorSuccess);
+    EXPECT_EQ(startupError(), "");
+    EXPECT_EQ(system().Startup(wide.c_str()), OrvErrorAlreadyDone);
+    EXPECT_THAT(cameras(), SizeIs(1));
+    EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
+}
+
+class EmbeddedScenario : public TestWithParam<std::pair<const wchar_t*, std::size_t>> {};
+
+TEST_P(EmbeddedScenario, Starts) {
+    ASSERT_EQ(system().Startup(GetParam().first), OrvErrorSuccess) << startupError();
+    EXPECT_THAT(cameras(), SizeIs(GetParam().second));
+    EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, EmbeddedScenario,
+                         Values(std::pair(L":default", 8), std::pair(L":oversubscribed", 8),
+                                std::pair(L":sixty-four", 64), std::pair(L":empty", 0),
+                                std::pair(L":faulty", 9)));
+
+TEST(SimulatedHost, CarriesTheAddressesAndLocationsThatTheInterfacesName) {
+    ASSERT_EQ(system().Startup(), OrvErrorSuccess);
+    const OrvCPP::SimulatedHost host = simulation().GetHost();
+    std::vector<std::int64_t> addresses;
+    std::string usbName;
+    for (const auto& interface : list<OrvCPP::Interface>(
+             [](auto*array, auto&count) { return system().GetInterfaces(array, count); })) {
+        OrvTransportLayerType type = OrvTransportLayerTypeUnknown;
+        EXPECT_EQ(interface->GetType(type), OrvErrorSuccess);
+        if (type == OrvTransportLayerTypeGEV)
+            addresses.push_back(get<std::int64_t>(*interface, "GevInterfaceSubnetIPAddress"));
+        else
+            usbName = text([&](char* b, std::uint32_t& n) { return interface->GetName(b, n); });
+    }
+    ASSERT_THAT(host.adapters, SizeIs(2));
+    EXPECT_THAT(addresses, ElementsAre(host.adapters[0].address, host.adapters[1].address));
+    EXPECT_EQ(host.adapters[0].address, 0xC0A80A01U);
+    EXPECT_EQ(host.adapters[0].bitsPerSecond, 1'000'000'000U);
+    EXPECT_EQ(usbName, "MRD USB Interface 0-20-0");
+    EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
+}
+
+TEST(SimulatedHost, HangsUsbCamerasBelowTheirHubs) {
+    const Running run(
+        scenario(usb("A", 2, R"(, "serialNumber": "7A")") + "," +
+                 usb("B", 1, R"(, "serialNumber": "7B", "hub": "hub", "linkSpeedMbps": 480)")));
+    const auto nodes = simulation().GetHost().usbNodes;
+    using Kind = OrvCPP::SimulatedUsbNode::Kind;
+    ASSERT_THAT(nodes, SizeIs(5));
+    EXPECT_EQ(nodes[0].kind, Kind::Controller);
+    EXPECT_EQ(nodes[0].instanceId.substr(0, 4), "PCI\\");
+    EXPECT_EQ(nodes[0].pciAddress, 20U << 16U);
+    EXPECT_EQ(nodes[2].kind, Kind::Hub);
+    EXPECT_EQ(nodes[2].parent, 1) << "the external hub hangs on the root hub";
+    EXPECT_EQ(nodes[3].parent, 1);
+    EXPECT_EQ(nodes[4].parent, 2);
+    EXPECT_EQ(nodes[4].bitsPerSecond, 480'000'000U);
+    const std::regex path(R"(\\\\\?\\USB#VID_4D52&PID_0001#7B#\{.*\})");
+    EXPECT_TRUE(std::regex_match(nodes[4].path, path)) << nodes[4].path;
+
+    const auto camera = openCamera("B");
+    std::shared_ptr<OrvCPP::LocalDevice> device;
+    ASSERT_EQ(camera->GetLocalDevice(device), OrvErrorSuccess);
+    EXPECT_EQ(getText(*device, "DeviceLocation"), "::1/4/1");
+}
+
+} // namespace
