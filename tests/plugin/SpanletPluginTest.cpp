@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/plugin/HostedDialog.h"
+
+#include <QCborMap>
+#include <QCborValue>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFile>
+#include <QJsonObject>
+#include <QPointer>
+#include <QPushButton>
+#include <QSettings>
+#include <QSplashScreen>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTreeView>
+#include <gtest/gtest.h>
+
+namespace {
+
+/// What Qt's loader reads of a plug-in without loading its code.
+QCborMap rawMetaData() {
+    QFile file(QStringLiteral(SPANLET_PLUGIN_FILE));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray bytes = file.readAll();
+    const QByteArray magic("QTMETADATA !");
+    constexpr int versionBytes = 4;
+    const int start = bytes.indexOf(magic);
+    return start < 0 ? QCborMap()
+                     : QCborValue::fromCbor(bytes.mid(start + magic.size() + versionBytes)).toMap();
+}
+
+class SpanletPluginTest : public testing::Test {
+protected:
+    SpanletPluginTest() {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_store.path());
+        EXPECT_EQ(OrvCPP::OrvSystem::GetInstance().Startup(), OrvErrorSuccess);
+    }
+    ~SpanletPluginTest() override { OrvCPP::OrvSystem::GetInstance().Shutdown(); }
+
+    QTemporaryDir m_store;
+    HostedDialog m_host;
+};
+
+TEST_F(SpanletPluginTest, IsFoundByItsMetaData) {
+    const QCborMap raw = rawMetaData();
+    ASSERT_EQ(raw.size(), 2);
+    EXPECT_EQ(raw.value(qint64{2}).toString(), QStringLiteral("SpanletInterface"));
+    EXPECT_EQ(raw.value(qint64{3}).toString(), QStringLiteral("SpanletPlugin"));
+
+    const QJsonObject seen = m_host.loader().metaData();
+    EXPECT_EQ(seen.value(QStringLiteral("IID")).toString(), QStringLiteral("SpanletInterface"));
+    EXPECT_EQ(seen.value(QStringLiteral("className")).toString(), QStringLiteral("SpanletPlugin"));
+    EXPECT_FALSE(seen.contains(QStringLiteral("MetaData")));
+}
+
+TEST_F(SpanletPluginTest, HasOneInstanceWhileItLives) {
+    ASSERT_NE(m_host.plugin(), nullptr) << m_host.loader().errorString().toStdString();
+    QPointer<QObject> first = m_host.loader().instance();
+    EXPECT_EQ(m_host.loader().instance(), first);
+    EXPECT_NE(first->qt_metacast("dev.spanlet.Plugin.SpanletInterface/1.0"), nullptr);
+    delete first;
+    EXPECT_NE(m_host.plugin(), nullptr);
+}
+
+class SpanletPluginResult : public SpanletPluginTest, public testing::WithParamInterface<bool> {};
+
+TEST_P(SpanletPluginResult, IsTheFlagThatCameIn) {
+    bool splashVisible = true;
+    bool waiting = true;
+    QTimer::singleShot(0, [&] { waiting = QApplication::overrideCursor() != nullptr; });
+    const int result = m_host.run(GetParam(), [&](QDialog& dialog) {
+        splashVisible = false;
+        for (const QWidget* widget : QApplication::topLevelWidgets()) {
+            if (qobject_cast<const QSplashScreen*>(widget) != nullptr)
+                splashVisible = splashVisible || widget->isVisible();
+        }
+        EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+        dialog.close();
+    });
+    EXPECT_EQ(result, GetParam() ? 1 : 0);
+    EXPECT_TRUE(waiting);
+    EXPECT_FALSE(splashVisible);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(OnAndOff, SpanletPluginResult, testing::Bool());
+
+/// The whole way from a click to frames that simulated cameras delivered.
+TEST_F(SpanletPluginTest, MeasuresTheCamerasOfTheFirstInterface) {
+    m_host.run(false, [](QDialog& dialog) {
+        const auto* tree = dialog.findChild<QTreeView*>(QStringLiteral("treeViewCameras"));
+        auto* start = dialog.findChild<QPushButton*>(QStringLiteral("buttonBenchmark"));
+        const auto* selector = dialog.findChild<QComboBox*>(QStringLiteral("comboInterface"));
+        const QModelIndex interfaceRow = tree->currentIndex();
+        const QModelIndex camera = interfaceRow.model()->index(0, 0, interfaceRow);
+
+        EXPECT_GE(selector->count(), 2);
+        EXPECT_EQ(interfaceRow.data().toString(), selector->currentText());
+        EXPECT_GT(interfaceRow.siblingAtColumn(1).data().toInt(), 0);
+        start->click();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return camera.siblingAtColumn(4).data().toInt() > 2; }));
+        EXPECT_GT(camera.siblingAtColumn(3).data().toDouble(), 0.0);
+        dialog.reject();
+    });
+}
+
+} // namespace
