@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "OrvCPP/OrvSystem.h"
+#include "OrvSimulation/Simulation.h"
+#include "engine/CameraHandler.h"
+#include "engine/MakeSystemController.h"
+#include "engine/SystemController.h"
+#include "tests/support/CapturedLog.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+namespace {
+
+constexpr int cameraCount = 3;
+
+class Faults : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_NE(m_simulation, nullptr);
+        ASSERT_EQ(m_system.Startup(L"" FAULT_SCENARIO), OrvErrorSuccess);
+    }
+    void TearDown() override { m_system.Shutdown(); }
+
+    /// Cameras that have delivered frames; waits until \p wanted have, or for too long.
+    static int streaming(const std::vector<CameraList>& interfaces, int wanted) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+        for (;;) {
+            int count = 0;
+            for (const CameraList& cameras : interfaces) {
+                for (const auto& camera : cameras)
+                    count += camera->getFrameStatistics().completeFrames > 0 ? 1 : 0;
+            }
+            if (count >= wanted || std::chrono::steady_clock::now() > end)
+                return count;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }
+
+    /// Finds the cameras and runs a short benchmark on all interfaces while one call fails.
+    /// Answers how many calls were made.
+    std::uint64_t run(std::uint64_t failingCall) {
+        m_simulation->ResetCalls();
+        m_simulation->FailCall(failingCall, OrvErrorInternalFault);
+        const auto controller = makeSystemController(m_system);
+        const auto interfaces = controller->enumerate();
+        const int count = static_cast<int>(interfaces.size());
+        for (int i = 0; i < count; ++i)
+            controller->startBenchmark(i, true);
+        // One call is about one camera, but for those that list them all.
+        const int wanted = failingCall == 0 ? cameraCount : cameraCount - 1;
+        const bool listFailed = interfaces.empty() && failingCall <= callsThatList;
+        if (!listFailed) {
+            EXPECT_GE(streaming(interfaces, wanted), wanted) << "failing call " << failingCall;
+        }
+        for (int i = 0; i < count; ++i)
+            controller->stopBenchmark(i);
+        const std::uint64_t calls = m_simulation->GetCallCount();
+        // Closing the cameras is not part of the run.
+        m_simulation->FailCall(0, OrvErrorSuccess);
+        return calls;
+    }
+
+    static constexpr std::uint64_t callsThatList = 2;
+    CapturedLog m_log;
+    OrvCPP::OrvSystem& m_system = OrvCPP::OrvSystem::GetInstance();
+    OrvCPP::ISimulation* m_simulation = dynamic_cast<OrvCPP::ISimulation*>(&m_system);
+};
+
+TEST_F(Faults, AnyFailingCallLeavesTheOtherCamerasWorking) {
+    run(0);
+    std::uint64_t failingCall = 1;
+    while (run(failingCall) >= failingCall && !HasFailure())
+        ++failingCall;
+    EXPECT_GT(failingCall, 100U);
+    // Nothing of it lasts.
+    run(0);
+}
+
+TEST_F(Faults, CallsPerEnumeratedCameraAreFew) {
+    const auto calls = [this] {
+        m_simulation->ResetCalls();
+        makeSystemController(m_system)->enumerate();
+        return m_simulation->GetCallCount();
+    };
+    const std::uint64_t all = calls();
+    m_simulation->SetCameraPlugged("DEV_G002", false);
+    const std::uint64_t withoutSecond = calls();
+    m_simulation->SetCameraPlugged("DEV_G001", false);
+    const std::uint64_t onlyUsb = calls();
+    m_simulation->SetCameraPlugged("DEV_U", false);
+    const std::uint64_t none = calls();
+
+    EXPECT_EQ(all - withoutSecond, withoutSecond - onlyUsb);
+    // Opening, reading and closing; each text and list is asked for twice.
+    EXPECT_LE(withoutSecond - onlyUsb, 48U);
+    EXPECT_LE(onlyUsb - none, 65U);
+}
+
+TEST_F(Faults, InterfacesOfTheSimulatedHostHaveTheirSpeeds) {
+    const auto controller = makeSystemController(m_system);
+    std::vector<std::uint64_t> speeds;
+    for (const CameraList& cameras : controller->enumerate())
+        speeds.push_back(
+            controller->getInterfaceSpeed(cameras.front()->getCameraInfo().interfaceName));
+    EXPECT_EQ(speeds, (std::vector<std::uint64_t>{1'000'000'000, 5'000'000'000}));
+}
+
+} // namespace
