@@ -21,6 +21,8 @@ constexpr int logAnimation = 1000;
 constexpr std::chrono::seconds patience(60);
 /// Seconds that a benchmark may take longer than it was set to.
 constexpr int lateness = 30;
+/// Tall enough to show a host's cameras and the log.
+constexpr QSize pictureSize(1192, 860);
 /// Column 1 shows the widgets that change a camera's bandwidth, not a figure.
 constexpr int firstStatisticsColumn = 2;
 
@@ -142,6 +144,7 @@ void DialogDriver::showLog() {
     if (auto* button = child<QAbstractButton>(m_dialog, "buttonShowLogging")) {
         button->click();
     }
+    m_dialog->resize(pictureSize);
     then(&DialogDriver::takePicture, logAnimation);
 }
 
