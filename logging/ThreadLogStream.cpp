@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "logging/ThreadLogStream.h"
 
-#include <string_view>
+#include <utility>
 
 namespace Logging {
 
@@ -12,11 +12,7 @@ ThreadLogStream::ThreadLogStream(std::ostream& stream, LogMessageType type, QObj
 }
 
 ThreadLogStream::~ThreadLogStream() {
-    std::string rest;
-    {
-        const std::lock_guard lock(m_mutex);
-        rest.swap(m_line);
-    }
+    const std::string rest = takeLine();
     if (!rest.empty())
         emitLine(rest);
     m_stream.rdbuf(m_previous);
@@ -33,25 +29,31 @@ ThreadLogStream::int_type ThreadLogStream::overflow(int_type c) {
 std::streamsize ThreadLogStream::xsputn(const char* s, std::streamsize n) {
     const std::string_view text(s, static_cast<std::size_t>(n));
     const auto lastNewline = text.rfind('\n');
-    std::string complete;
-    {
-        const std::lock_guard lock(m_mutex);
-        if (lastNewline == std::string_view::npos) {
-            m_line.append(text);
-            return n;
-        }
-        complete.swap(m_line);
-        m_line = text.substr(lastNewline + 1);
+    if (lastNewline == std::string_view::npos) {
+        append(text);
+        return n;
     }
-    complete.append(text.substr(0, lastNewline + 1));
 
+    std::string complete = takeLine().append(text.substr(0, lastNewline + 1));
     std::size_t begin = 0;
     for (auto end = complete.find('\n'); end != std::string::npos;
          end = complete.find('\n', begin)) {
         emitLine(complete.substr(begin, end - begin));
         begin = end + 1;
     }
+    // Not before: a line that a slot writes would otherwise continue this one.
+    append(text.substr(lastNewline + 1));
     return n;
+}
+
+void ThreadLogStream::append(std::string_view text) {
+    const std::lock_guard lock(m_mutex);
+    m_line.append(text);
+}
+
+std::string ThreadLogStream::takeLine() {
+    const std::lock_guard lock(m_mutex);
+    return std::exchange(m_line, {});
 }
 
 void ThreadLogStream::emitLine(const std::string& line) {

@@ -10,6 +10,7 @@
 #include <ostream>
 #include <streambuf>
 #include <string>
+#include <string_view>
 
 namespace Logging {
 
@@ -37,6 +38,8 @@ protected:
     std::streamsize xsputn(const char* s, std::streamsize n) override;
 
 private:
+    void append(std::string_view text);
+    std::string takeLine();
     void emitLine(const std::string& line);
 
     std::ostream& m_stream;

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "logging/LogMessageWidget.h"
+#include "logging/Log.h"
+#include "logging/QtMessageHandler.h"
+#include "logging/ThreadLogStream.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QTableWidget>
+#include <gmock/gmock.h>
+
+#include <iostream>
+#include <thread>
+
+namespace {
+
+using Logging::LogMessageWidget;
+using Logging::ThreadLogStream;
+
+std::string textAt(const QTableWidget& table, int row, int column) {
+    const QTableWidgetItem* item = table.item(row, column);
+    return item == nullptr ? "(no item)" : item->text().toStdString();
+}
+
+struct Case {
+    int type;
+    const char* line;
+    bool showDebug;
+    /// Empty: no row.
+    const char* level;
+    const char* text;
+};
+
+class ClassificationTest : public testing::TestWithParam<Case> {};
+
+TEST_P(ClassificationTest, MakesTheRow) {
+    QTableWidget table;
+    LogMessageWidget receiver(&table, GetParam().showDebug);
+    receiver.catchMessage(static_cast<LogMessageType>(GetParam().type),
+                          QString::fromLatin1(GetParam().line));
+    if (*GetParam().level == '\0') {
+        EXPECT_EQ(table.rowCount(), 0);
+        return;
+    }
+    ASSERT_EQ(table.rowCount(), 1);
+    EXPECT_EQ(textAt(table, 0, 0), GetParam().level);
+    EXPECT_EQ(textAt(table, 0, 2), GetParam().text);
+    EXPECT_FALSE(table.item(0, 0)->icon().isNull());
+}
+
+const Case cases[] = {
+    {1, "Info:T", false, "INFO", "T"},
+    {1, "Warning: T", false, "WARNING", " T"},
+    {1, "Debug:T", false, "", ""},
+    {1, "Debug:T", true, "DEBUG", "T"},
+    {1, "Error:T", true, "INFO", "Error:T"},
+    {1, "T", false, "INFO", "T"},
+    {1, "", false, "INFO", ""},
+    {1, "Info:", false, "INFO", ""},
+    {1, "info:T", false, "INFO", "info:T"},
+    {1, " Warning:T", false, "INFO", " Warning:T"},
+    {0, "Warning:T", false, "WARNING", "T"},
+    {2, "Debug:T", false, "", ""},
+    {3, "Error:T", false, "ERROR", "T"},
+    {3, "T", false, "ERROR", "T"},
+    {3, "Debug:T", false, "ERROR", "Debug:T"},
+    {3, "Warning:T", false, "ERROR", "Warning:T"},
+    {4, "Warning:T", false, "INFO", "Warning:T"},
+    {99, "Debug:T", false, "INFO", "Debug:T"},
+    {-1, "Error:T", false, "INFO", "Error:T"},
+};
+
+INSTANTIATE_TEST_SUITE_P(Lines, ClassificationTest, testing::ValuesIn(cases));
+
+TEST(LogMessageWidgetTest, PutsTheNewestRowOnTopWithItsTime) {
+    QTableWidget table;
+    LogMessageWidget receiver(&table, false);
+    EXPECT_EQ(table.columnCount(), 3);
+
+    const QString format = QStringLiteral("yyyy-MM-dd hh:mm:ss");
+    const QString before = QDateTime::currentDateTime().toString(format);
+    receiver.catchMessage(LogMessageType::StdOut, QStringLiteral("first"));
+    receiver.catchMessage(LogMessageType::StdOut, QStringLiteral("second"));
+    const QString after = QDateTime::currentDateTime().toString(format);
+
+    ASSERT_EQ(table.rowCount(), 2);
+    EXPECT_EQ(textAt(table, 0, 2), "second");
+    EXPECT_EQ(textAt(table, 1, 2), "first");
+    EXPECT_GE(table.item(0, 1)->text(), before);
+    EXPECT_LE(table.item(0, 1)->text(), after);
+}
+
+/// The receiver wired up as in the main dialog.
+class WiredLogTest : public testing::Test {
+protected:
+    WiredLogTest() {
+        for (const ThreadLogStream* stream : {&m_output, &m_error})
+            QObject::connect(stream, &ThreadLogStream::sendLogString, &m_receiver,
+                             &LogMessageWidget::catchMessage);
+        qInstallMessageHandler(qtMessageHandler);
+    }
+    ~WiredLogTest() override { qInstallMessageHandler(nullptr); }
+
+    std::string row(int index) const {
+        return textAt(m_table, index, 0) + '|' + textAt(m_table, index, 2);
+    }
+
+    QTableWidget m_table;
+    ThreadLogStream m_output{std::cout, LogMessageType::StdOut};
+    ThreadLogStream m_error{std::cerr, LogMessageType::StdErr};
+    LogMessageWidget m_receiver{&m_table, false};
+};
+
+TEST_F(WiredLogTest, TellsStandardOutputFromStandardError) {
+    std::cerr << "Error:broken" << std::endl;
+    logError("odd");
+    EXPECT_EQ(row(1), "ERROR|broken");
+    EXPECT_EQ(row(0), "INFO|Error:odd");
+}
+
+TEST_F(WiredLogTest, SwitchesDebugMessages) {
+    m_receiver.setShowDebugMessages(true);
+    ASSERT_EQ(m_table.rowCount(), 1);
+    EXPECT_EQ(row(0).rfind("DEBUG|Debug-messages  activated.", 0), 0U) << row(0);
+    m_receiver.setShowDebugMessages(false);
+    ASSERT_EQ(m_table.rowCount(), 2);
+    EXPECT_EQ(row(0).rfind("INFO|Debug-messages  deactivated", 0), 0U) << row(0);
+    logDebug("hidden");
+    EXPECT_EQ(m_table.rowCount(), 2);
+}
+
+TEST_F(WiredLogTest, TakesLinesOfOtherThreadsInTheEventLoop) {
+    std::thread([] { logWarning("from afar"); }).join();
+    EXPECT_EQ(m_table.rowCount(), 0);
+    QCoreApplication::processEvents();
+    ASSERT_EQ(m_table.rowCount(), 1);
+    EXPECT_EQ(row(0), "WARNING|from afar");
+}
+
+} // namespace

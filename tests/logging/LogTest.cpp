@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "logging/Log.h"
+#include "logging/QtMessageHandler.h"
+#include "tests/support/CapturedLog.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::ElementsAre;
+
+TEST(LogTest, WritesPrefixTextAndErrorToTheStandardOutput) {
+    const CapturedLog log;
+    const CapturedLog errorLog(std::cerr);
+    logDebug("a");
+    logInfo("b");
+    logWarning("c");
+    logError("");
+    logDebug("a", OrvErrorSuccess);
+    logInfo("b", OrvErrorNotFound);
+    logWarning("c", OrvErrorTimeout);
+    logError("d", 7000);
+    EXPECT_EQ(log.text(),
+              "Debug:a\nInfo:b\nWarning:c\nError:\nDebug:a (No error)\n"
+              "Info:b (The designated instance (camera, feature etc.) cannot be found)\n"
+              "Warning:c (Timeout during wait)\nError:d <Viewer Timeout>\n");
+    EXPECT_EQ(errorLog.text(), "");
+}
+
+TEST(QtMessageHandlerTest, MapsTheTypes) {
+    const CapturedLog log;
+    const QMessageLogContext none;
+    const QString text = QStringLiteral("t");
+    for (const auto type : {QtDebugMsg, QtInfoMsg, QtWarningMsg, QtCriticalMsg, QtFatalMsg})
+        qtMessageHandler(type, none, text);
+    qtMessageHandler(static_cast<QtMsgType>(7), none, text);
+    EXPECT_THAT(log.lines(),
+                ElementsAre("Debug:t", "Info:t", "Warning:t", "Warning:t", "Warning:t"));
+}
+
+TEST(QtMessageHandlerTest, TellsTheContextWhenThereIsAFunction) {
+    const CapturedLog log;
+    const QString text = QStringLiteral("%1 of 100%");
+    qtMessageHandler(QtInfoMsg, QMessageLogContext("a.cpp", 12, "f()", "category"), text);
+    qtMessageHandler(QtInfoMsg, QMessageLogContext("a.cpp", 12, nullptr, "category"), text);
+    qtMessageHandler(QtInfoMsg, QMessageLogContext(nullptr, 0, "f()", "category"), text);
+    EXPECT_THAT(log.lines(), ElementsAre("Info:%1 of 100% (f() in a.cpp:12)", "Info:%1 of 100%",
+                                         "Info:%1 of 100% (f() in :0)"));
+}
+
+} // namespace

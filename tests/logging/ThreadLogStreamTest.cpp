@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "logging/ThreadLogStream.h"
+#include "logging/Log.h"
+
+#include <gmock/gmock.h>
+
+#include <iostream>
+#include <memory>
+#include <sstream>
+#include <vector>
+
+namespace {
+
+using Logging::ThreadLogStream;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class ThreadLogStreamTest : public testing::Test {
+protected:
+    ThreadLogStreamTest() {
+        QObject::connect(m_logStream.get(), &ThreadLogStream::sendLogString,
+                         [this](LogMessageType type, const QString& line) {
+                             EXPECT_EQ(type, LogMessageType::StdErr);
+                             m_lines.push_back(line.toStdString());
+                         });
+    }
+
+    std::vector<std::string> m_lines;
+    std::ostringstream m_stream;
+    std::streambuf* m_previous = m_stream.rdbuf();
+    std::unique_ptr<ThreadLogStream> m_logStream =
+        std::make_unique<ThreadLogStream>(m_stream, LogMessageType::StdErr);
+};
+
+TEST_F(ThreadLogStreamTest, EmitsWhatIsCompleteAndKeepsTheRest) {
+    m_stream << "A\nB";
+    EXPECT_THAT(m_lines, ElementsAre("A"));
+    m_stream << "b" << std::endl;
+    EXPECT_THAT(m_lines, ElementsAre("A", "Bb"));
+    m_stream << "\n\nC\n" << std::flush;
+    EXPECT_THAT(m_lines, ElementsAre("A", "Bb", "", "", "C"));
+    EXPECT_EQ(m_stream.str(), "");
+}
+
+TEST_F(ThreadLogStreamTest, TakesSingleCharacters) {
+    m_stream.put('x').put('\xC3').put('\xA4').put('\n').put('y');
+    EXPECT_THAT(m_lines, ElementsAre("x\xC3\xA4"));
+    EXPECT_TRUE(m_stream.good());
+}
+
+TEST_F(ThreadLogStreamTest, EmitsTheRestAndGivesTheStreamBackWhenItEnds) {
+    m_stream << "rest";
+    EXPECT_THAT(m_lines, IsEmpty());
+    m_logStream.reset();
+    EXPECT_THAT(m_lines, ElementsAre("rest"));
+    EXPECT_EQ(m_stream.rdbuf(), m_previous);
+    m_stream << "after\n";
+    EXPECT_EQ(m_stream.str(), "after\n");
+    EXPECT_THAT(m_lines, ElementsAre("rest"));
+}
+
+TEST_F(ThreadLogStreamTest, EmitsNothingAtTheEndWithoutARest) {
+    m_stream << "A\n";
+    m_logStream.reset();
+    EXPECT_THAT(m_lines, ElementsAre("A"));
+}
+
+TEST_F(ThreadLogStreamTest, LetsASlotWriteLines) {
+    QObject::connect(m_logStream.get(), &ThreadLogStream::sendLogString,
+                     [this](LogMessageType, const QString& line) {
+                         if (line == QLatin1String("first"))
+                             m_stream << "from the slot\n";
+                     });
+    m_stream << "first\nsecond\nre"
+             << "st\n";
+    EXPECT_THAT(m_lines, ElementsAre("first", "from the slot", "second", "rest"));
+}
+
+TEST(ThreadLogStreamOnStandardOutput, PicksUpTheLoggingFunctions) {
+    ThreadLogStream logStream(std::cout, LogMessageType::StdOut);
+    std::vector<std::string> lines;
+    QObject::connect(
+        &logStream, &ThreadLogStream::sendLogString,
+        [&lines](LogMessageType, const QString& line) { lines.push_back(line.toStdString()); });
+    logWarning("w", OrvErrorSuccess);
+    EXPECT_THAT(lines, ElementsAre("Warning:w (No error)"));
+}
+
+} // namespace
