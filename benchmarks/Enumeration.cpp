@@ -19,7 +19,7 @@
 namespace {
 
 constexpr double growthLimit = 4.5;
-constexpr int turns = 10;
+constexpr int turns = 100;
 
 /// Enumerates and answers how many cameras were found and opened.
 std::size_t openedCameras(SystemController& controller) {
