@@ -8,7 +8,6 @@
 #include "logging/RowHeights.h"
 #include "logging/ThreadLogStream.h"
 #include "ui/CameraTreeDelegate.h"
-#include "ui/CameraTreeHeader.h"
 #include "ui_SpanletDialog.h"
 
 #include <QAction>
@@ -139,8 +138,9 @@ void SpanletDialog::setUpTree() {
     tree->setItemDelegate(new CameraTreeDelegate(tree));
     tree->expandAll();
     tree->setSelectionMode(QAbstractItemView::SingleSelection);
-    auto* header = new CameraTreeHeader(tree);
-    tree->setHeader(header);
+    QHeaderView* header = tree->header();
+    // A label that is wider than its column goes on in a second line.
+    header->setDefaultAlignment(Qt::Alignment(QFlag(int{Qt::AlignCenter} | int{Qt::TextWordWrap})));
     header->setSectionResizeMode(QHeaderView::Stretch);
     header->setSectionResizeMode(CameraListModel::NameColumn, QHeaderView::ResizeToContents);
     header->setSectionResizeMode(CameraListModel::BandwidthColumn, QHeaderView::ResizeToContents);

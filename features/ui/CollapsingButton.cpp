@@ -51,6 +51,8 @@ void CollapsingButton::onToggled(bool checked) {
 }
 
 void CollapsingButton::onFinished() {
+    if (m_content == nullptr)
+        return;
     // Once open, the widget's layout decides on its height, as if it had never been folded.
     if (isChecked())
         m_content->setMaximumHeight(QWIDGETSIZE_MAX);

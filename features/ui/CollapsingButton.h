@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QParallelAnimationGroup>
+#include <QPointer>
 #include <QToolButton>
 
 class QPropertyAnimation;
@@ -25,5 +26,5 @@ private:
 
     QParallelAnimationGroup m_animations{this};
     QPropertyAnimation* m_heightAnimation = nullptr;
-    QWidget* m_content = nullptr;
+    QPointer<QWidget> m_content;
 };
