@@ -67,10 +67,12 @@ TransportLayerData readTransportLayer(ObjectReader reader) {
     TransportLayerData layer;
     layer.id = reader.text("id");
     layer.type = static_cast<OrvTransportLayerType>(reader.choice("type", types));
-    const std::string name = layer.type == OrvTransportLayerTypeU3V
-                                 ? "MRD USB3 Vision Transport Layer"
-                                 : "MRD GigE Vision Transport Layer";
-    layer.name = reader.text("name", name);
+    if (layer.type == OrvTransportLayerTypeGEV)
+        layer.name = reader.text("name", "MRD GigE Vision Transport Layer");
+    else if (layer.type == OrvTransportLayerTypeU3V)
+        layer.name = reader.text("name", "MRD USB3 Vision Transport Layer");
+    else
+        layer.name = reader.text("name");
     layer.vendor = reader.text("vendor", "Meridane Technologies");
     layer.model = reader.text("model", layer.name);
     layer.version = reader.text("version", "1.4.2");

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/orvcpp/Sdk.h"
 
-#include <regex>
-
 using namespace testing;
 using namespace sdk;
 
@@ -169,8 +167,7 @@ TEST(SimulatedHost, HangsUsbCamerasBelowTheirHubs) {
     EXPECT_EQ(nodes[3].parent, 1);
     EXPECT_EQ(nodes[4].parent, 2);
     EXPECT_EQ(nodes[4].bitsPerSecond, 480'000'000U);
-    const std::regex path(R"(\\\\\?\\USB#VID_4D52&PID_0001#7B#\{.*\})");
-    EXPECT_TRUE(std::regex_match(nodes[4].path, path)) << nodes[4].path;
+    EXPECT_THAT(nodes[4].path, StartsWith(R"(\\?\USB#VID_4D52&PID_0001#7B#{)"));
 
     const auto camera = openCamera("B");
     std::shared_ptr<OrvCPP::LocalDevice> device;
