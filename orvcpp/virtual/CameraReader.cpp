@@ -185,6 +185,9 @@ CameraData numbered(CameraData camera, std::int64_t n) {
 
 void checkFree(const ObjectReader& reader, const std::vector<CameraData>& cameras,
                const CameraData& added) {
+    if (added.port > maximumPort)
+        reader.fail("count",
+                    QStringLiteral("as many cameras as there are ports up to %1").arg(maximumPort));
     for (const CameraData& other : cameras) {
         if (other.id == added.id)
             reader.fail("id", QStringLiteral("an ID that no other camera has (\"%1\" is taken)")
@@ -203,7 +206,7 @@ void readCamera(ObjectReader reader, Scenario& scenario, std::uint32_t seed) {
     camera.name = reader.text("name", camera.id);
     camera.vendor = reader.text("vendor", "Meridane Technologies");
     camera.model = reader.text("model");
-    camera.serialNumber = reader.text("serialNumber", "1");
+    camera.serialNumber = reader.text("serialNumber", std::to_string(scenario.cameras.size() + 1));
     camera.interface = reader.choice(
         "interface", namesOf(scenario.interfaces, [](const auto& i) { return i.id; }));
     readPlace(reader, scenario, camera);
