@@ -8,12 +8,12 @@
 namespace {
 
 std::string messageText(const QMessageLogContext& context, const QString& message) {
-    const std::string text = message.toLocal8Bit().toStdString();
     if (context.function == nullptr)
-        return text;
+        return message.toStdString();
     const std::string file = context.file == nullptr ? "" : context.file;
-    return text + " (" + context.function + " in " + file + ':' + std::to_string(context.line) +
-           ')';
+    // Log lines are UTF-8, whatever the local encoding can express.
+    return QString::fromLocal8Bit(message.toLocal8Bit()).toStdString() + " (" + context.function +
+           " in " + file + ':' + std::to_string(context.line) + ')';
 }
 
 } // namespace

@@ -6,7 +6,7 @@
 
 /// Hands Qt's own messages to the logging functions; for qInstallMessageHandler. Thread-safe.
 ///
-/// Debug and info messages keep their level, everything from warning to fatal becomes a warning,
-/// and a fatal message does not end the process. A message with a context tells its function, file
-/// and line.
+/// Debug and info messages keep their level, everything from warning to fatal becomes a warning;
+/// what else happens at a fatal message is left to Qt. A message with a context tells its function,
+/// file and line.
 void qtMessageHandler(QtMsgType type, const QMessageLogContext& context, const QString& message);

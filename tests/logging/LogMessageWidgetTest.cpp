@@ -6,11 +6,18 @@
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QIcon>
+#include <QImage>
 #include <QTableWidget>
 #include <gmock/gmock.h>
 
 #include <iostream>
 #include <thread>
+
+/// Outside of every namespace, as the macro wants it.
+static void initResources() {
+    Q_INIT_RESOURCE(resources);
+}
 
 namespace {
 
@@ -20,6 +27,17 @@ using Logging::ThreadLogStream;
 std::string textAt(const QTableWidget& table, int row, int column) {
     const QTableWidgetItem* item = table.item(row, column);
     return item == nullptr ? "(no item)" : item->text().toStdString();
+}
+
+QImage picture(const QIcon& icon) {
+    return icon.pixmap(15, 15).toImage();
+}
+
+QImage levelPicture(const char* level) {
+    const QString name = QString::fromLatin1(level).toLower();
+    const QImage image = picture(QIcon(QStringLiteral(":/images/images/%1.png").arg(name)));
+    EXPECT_FALSE(image.isNull());
+    return image;
 }
 
 struct Case {
@@ -34,6 +52,7 @@ struct Case {
 class ClassificationTest : public testing::TestWithParam<Case> {};
 
 TEST_P(ClassificationTest, MakesTheRow) {
+    initResources();
     QTableWidget table;
     LogMessageWidget receiver(&table, GetParam().showDebug);
     receiver.catchMessage(static_cast<LogMessageType>(GetParam().type),
@@ -45,7 +64,7 @@ TEST_P(ClassificationTest, MakesTheRow) {
     ASSERT_EQ(table.rowCount(), 1);
     EXPECT_EQ(textAt(table, 0, 0), GetParam().level);
     EXPECT_EQ(textAt(table, 0, 2), GetParam().text);
-    EXPECT_FALSE(table.item(0, 0)->icon().isNull());
+    EXPECT_EQ(picture(table.item(0, 0)->icon()), levelPicture(GetParam().level));
 }
 
 const Case cases[] = {
@@ -56,7 +75,6 @@ const Case cases[] = {
     {1, "Error:T", true, "INFO", "Error:T"},
     {1, "T", false, "INFO", "T"},
     {1, "", false, "INFO", ""},
-    {1, "Info:", false, "INFO", ""},
     {1, "info:T", false, "INFO", "info:T"},
     {1, " Warning:T", false, "INFO", " Warning:T"},
     {0, "Warning:T", false, "WARNING", "T"},
@@ -64,9 +82,7 @@ const Case cases[] = {
     {3, "Error:T", false, "ERROR", "T"},
     {3, "T", false, "ERROR", "T"},
     {3, "Debug:T", false, "ERROR", "Debug:T"},
-    {3, "Warning:T", false, "ERROR", "Warning:T"},
     {4, "Warning:T", false, "INFO", "Warning:T"},
-    {99, "Debug:T", false, "INFO", "Debug:T"},
     {-1, "Error:T", false, "INFO", "Error:T"},
 };
 

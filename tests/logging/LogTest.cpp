@@ -3,6 +3,7 @@
 #include "logging/QtMessageHandler.h"
 #include "tests/support/CapturedLog.h"
 
+#include <QTextCodec>
 #include <gmock/gmock.h>
 
 namespace {
@@ -46,6 +47,17 @@ TEST(QtMessageHandlerTest, TellsTheContextWhenThereIsAFunction) {
     qtMessageHandler(QtInfoMsg, QMessageLogContext(nullptr, 0, "f()", "category"), text);
     EXPECT_THAT(log.lines(), ElementsAre("Info:%1 of 100% (f() in a.cpp:12)", "Info:%1 of 100%",
                                          "Info:%1 of 100% (f() in :0)"));
+}
+
+TEST(QtMessageHandlerTest, WritesUtf8WhateverTheLocalEncoding) {
+    QTextCodec* const previous = QTextCodec::codecForLocale();
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
+    const CapturedLog log;
+    const QString text = QStringLiteral("\u00E4");
+    qtMessageHandler(QtInfoMsg, QMessageLogContext(), text);
+    qtMessageHandler(QtInfoMsg, QMessageLogContext("a.cpp", 1, "f()", "category"), text);
+    QTextCodec::setCodecForLocale(previous);
+    EXPECT_THAT(log.lines(), ElementsAre("Info:\xC3\xA4", "Info:\xC3\xA4 (f() in a.cpp:1)"));
 }
 
 } // namespace

@@ -94,16 +94,6 @@ TEST_P(LongLogTest, MeasuresNoMoreForARowThanAShortLog) {
 
 INSTANTIATE_TEST_SUITE_P(HiddenAndShown, LongLogTest, testing::Bool());
 
-TEST_F(LongLogTest, LeavesTheNewestRowsToTheHeader) {
-    log(100);
-    settle();
-    const QHeaderView& header = *m_table.verticalHeader();
-    for (int row = 0; row < RowHeights::newestRows; ++row)
-        ASSERT_EQ(header.sectionResizeMode(row), QHeaderView::ResizeToContents) << row;
-    for (int row = RowHeights::newestRows; row < 100; ++row)
-        ASSERT_EQ(header.sectionResizeMode(row), QHeaderView::Fixed) << row;
-}
-
 TEST_F(LongLogTest, MeasuresOldRowsWhenTheyComeIntoSight) {
     const QString longText = QStringLiteral("many words ").repeated(60);
     log(20, longText);

@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "logging/ThreadLogStream.h"
-#include "logging/Log.h"
 
 #include <gmock/gmock.h>
 
-#include <iostream>
 #include <memory>
 #include <sstream>
 #include <vector>
@@ -74,16 +72,6 @@ TEST_F(ThreadLogStreamTest, LetsASlotWriteLines) {
     m_stream << "first\nsecond\nre"
              << "st\n";
     EXPECT_THAT(m_lines, ElementsAre("first", "from the slot", "second", "rest"));
-}
-
-TEST(ThreadLogStreamOnStandardOutput, PicksUpTheLoggingFunctions) {
-    ThreadLogStream logStream(std::cout, LogMessageType::StdOut);
-    std::vector<std::string> lines;
-    QObject::connect(
-        &logStream, &ThreadLogStream::sendLogString,
-        [&lines](LogMessageType, const QString& line) { lines.push_back(line.toStdString()); });
-    logWarning("w", OrvErrorSuccess);
-    EXPECT_THAT(lines, ElementsAre("Warning:w (No error)"));
 }
 
 } // namespace
