@@ -17,8 +17,8 @@
 
 namespace {
 
-constexpr const char* kNoModule = ": Cannot get module: '";
-constexpr const char* kNoFeature = ": Cannot get feature: '";
+constexpr const char* noModule = ": Cannot get module: '";
+constexpr const char* noFeature = ": Cannot get feature: '";
 
 template <typename T>
 OrvErrorType readValueAs(const OrvFeatureWrapper& feature, FeatureValue& value) {
@@ -260,7 +260,7 @@ bool FeatureController::setFeatureValue(const std::string& module, const std::st
     std::shared_ptr<OrvFeatureWrapper> found;
     if (const OrvErrorType error = findFeature(module, *container, feature, found);
         error != OrvErrorSuccess) {
-        logWarning(message(kNoFeature, feature), error);
+        logWarning(message(noFeature, feature), error);
         return false;
     }
     const OrvErrorType error = std::visit(Setter{*found}, value);
@@ -303,7 +303,7 @@ FeatureInfo FeatureController::getFeatureInfo(const std::string& module,
     std::shared_ptr<OrvFeatureWrapper> found;
     if (const OrvErrorType error = findFeature(module, *container, feature, found);
         error != OrvErrorSuccess) {
-        logWarning(message(kNoFeature, feature), error);
+        logWarning(message(noFeature, feature), error);
         return {};
     }
     return InfoReader(*found, feature, m_messagePrefix).read();
@@ -373,7 +373,7 @@ std::shared_ptr<OrvFeatureContainerWrapper>
 FeatureController::getModuleOrWarn(const std::string& name) const {
     auto module = getModule(name);
     if (!module) {
-        logWarning(message(kNoModule, name));
+        logWarning(message(noModule, name));
     }
     return module;
 }

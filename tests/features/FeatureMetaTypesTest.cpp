@@ -1,17 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "features/FeatureMetaTypes.h"
 
-#include <gtest/gtest.h>
+#include "logging/QtMessageHandler.h"
+#include "tests/support/CapturedLog.h"
+
+#include <gmock/gmock.h>
 
 #include <variant>
 
 namespace {
-
-QString lastMessage; // A Qt message handler is a plain function.
-
-void keepMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
-    lastMessage = type == QtDebugMsg ? text : QStringLiteral("not a debug message");
-}
 
 TEST(FeatureMetaTypes, FeatureInfoTravelsInAVariant) {
     registerFeatureMetaTypes();
@@ -35,12 +32,12 @@ TEST(FeatureMetaTypes, VariantsConvertToTheWantedAlternative) {
 }
 
 TEST(FeatureMetaTypes, AnUnknownAlternativeGivesTheDefaultAndAMessage) {
-    const auto previous = qInstallMessageHandler(keepMessage);
+    const CapturedLog log;
+    qInstallMessageHandler(qtMessageHandler);
     EXPECT_EQ(toFeatureValue(QStringLiteral("x"), 4), FeatureValue{});
-    qInstallMessageHandler(previous);
-    EXPECT_EQ(lastMessage,
-              QStringLiteral(
-                  "Unsupported value of type [4] cannot be converted to type 'FeatureValue'."));
+    qInstallMessageHandler(nullptr);
+    EXPECT_THAT(log.text(), testing::StartsWith("Debug:Unsupported value of type [4] cannot be "
+                                                "converted to type 'FeatureValue'."));
 }
 
 } // namespace
