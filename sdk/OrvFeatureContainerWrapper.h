@@ -8,6 +8,10 @@
 #include <vector>
 
 /// Base of every wrapper whose SDK object carries features.
+///
+/// Wrappers forward to their SDK object and turn its buffers and arrays into standard containers.
+/// Results are the SDK's; on an error, lists are empty and texts are left as they were. Never
+/// throws, never logs. Thread-safe as far as the SDK's object is.
 class OrvFeatureContainerWrapper {
 public:
     OrvFeatureContainerWrapper() = default;

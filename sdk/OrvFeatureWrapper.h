@@ -12,6 +12,9 @@
 /// One feature of a camera's module. Forwards to OrvCPP::Feature and turns its buffers and arrays
 /// into standard containers. Results are the SDK's; on an error, lists are empty and texts are
 /// left as they were. Never throws, never logs. Thread-safe as far as the SDK's object is.
+///
+/// The order of the virtual functions is fixed; Reserved15 and Reserved24 do nothing but keep the
+/// places of the others.
 class OrvFeatureWrapper {
 public:
     explicit OrvFeatureWrapper(std::shared_ptr<OrvCPP::Feature> feature = {});

@@ -7,7 +7,7 @@
 #include <memory>
 
 /// A delivered frame. One wrapper is filled again and again through GetHandle, so that the frame
-/// callback allocates nothing.
+/// callback allocates nothing; it is therefore reentrant, not thread-safe.
 class OrvFrameWrapper {
 public:
     explicit OrvFrameWrapper(std::shared_ptr<OrvCPP::Frame> frame = {});

@@ -10,7 +10,8 @@
 class CameraHandler;
 
 /// The camera SDK's one system object, not owned. Also the place where camera handlers are made,
-/// so that a substitute system hands out substitute handlers.
+/// so that a substitute system hands out substitute handlers. Thread-safe as far as the SDK's
+/// object is, but for CreateCameraHandler, which is bound to the GUI thread.
 class OrvSystemWrapper {
 public:
     /// Around the process's own system object.

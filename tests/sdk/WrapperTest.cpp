@@ -80,43 +80,47 @@ void check(const std::vector<Operation<Wrapper>>& operations) {
     }
 }
 
-bool flag;
-double real;
-std::int64_t number;
-std::uint32_t size;
-std::uint64_t large;
-std::string text;
-std::vector<std::uint8_t> bytes(4);
-std::vector<std::int64_t> numbers;
-std::vector<std::string> texts;
-OrvTransportLayerType layerType;
-std::shared_ptr<OrvFeatureWrapper> feature = std::make_shared<OrvFeatureWrapper>();
-std::vector<std::shared_ptr<OrvFeatureWrapper>> features;
-std::vector<std::shared_ptr<OrvCameraWrapper>> cameras;
-std::vector<std::shared_ptr<OrvInterfaceWrapper>> interfaces;
-const std::shared_ptr<OrvCPP::Frame> frame;
+/// Outputs for the operations to fill.
+class WrapperTest : public testing::Test {
+protected:
+    template <class Wrapper> std::vector<Operation<Wrapper>> containerOperations() {
+        using W = Wrapper;
+        const auto first = &OrvFeatureContainerWrapper::GetFeatureByName;
+        const auto second = &OrvFeatureContainerWrapper::GetFeatures;
+        return {{1, virtualPosition(first), "GetFeatureByName Gain",
+                 [this](W& w) {
+                     return w.GetFeatureByName("Gain", feature);
+                 }},
+                {2, virtualPosition(second), "GetFeatures", [this](W& w) {
+                     return w.GetFeatures(features);
+                 }}};
+    }
 
-template <class Wrapper> std::vector<Operation<Wrapper>> containerOperations() {
-    using W = Wrapper;
-    const auto first = &OrvFeatureContainerWrapper::GetFeatureByName;
-    const auto second = &OrvFeatureContainerWrapper::GetFeatures;
-    return {{1, virtualPosition(first), "GetFeatureByName Gain",
-             [](W& w) {
-                 return w.GetFeatureByName("Gain", feature);
-             }},
-            {2, virtualPosition(second), "GetFeatures", [](W& w) {
-                 return w.GetFeatures(features);
-             }}};
-}
+    bool flag = false;
+    double real = 0;
+    std::int64_t number = 0;
+    std::uint32_t size = 0;
+    std::uint64_t large = 0;
+    std::string text;
+    std::vector<std::uint8_t> bytes = std::vector<std::uint8_t>(4);
+    std::vector<std::int64_t> numbers;
+    std::vector<std::string> texts;
+    OrvTransportLayerType layerType = OrvTransportLayerTypeUnknown;
+    std::shared_ptr<OrvFeatureWrapper> feature = std::make_shared<OrvFeatureWrapper>();
+    std::vector<std::shared_ptr<OrvFeatureWrapper>> features;
+    std::vector<std::shared_ptr<OrvCameraWrapper>> cameras;
+    std::vector<std::shared_ptr<OrvInterfaceWrapper>> interfaces;
+    const std::shared_ptr<OrvCPP::Frame> frame;
+};
 
-TEST(WrapperTest, LocalDevice) {
+TEST_F(WrapperTest, LocalDevice) {
     using W = OrvLocalDeviceWrapper;
     check<W, RecordingLocalDevice>(containerOperations<W>());
     EXPECT_EQ(virtualPosition(&W::GetFeatureContainer), 3);
     EXPECT_EQ(virtualPosition(&W::GetHandle), 4);
 }
 
-TEST(WrapperTest, Interface) {
+TEST_F(WrapperTest, Interface) {
     using W = OrvInterfaceWrapper;
     std::shared_ptr<OrvCPP::TransportLayer> layer;
     check<W, RecordingInterface>(containerOperations<W>());
@@ -131,7 +135,7 @@ TEST(WrapperTest, Interface) {
     EXPECT_EQ(virtualPosition(&W::GetHandle), 4);
 }
 
-TEST(WrapperTest, TransportLayer) {
+TEST_F(WrapperTest, TransportLayer) {
     using W = OrvTransportLayerWrapper;
     check<W, RecordingLayer>(containerOperations<W>());
     check<W, RecordingLayer>({
@@ -148,7 +152,7 @@ TEST(WrapperTest, TransportLayer) {
     EXPECT_EQ(virtualPosition(&W::GetHandle), 4);
 }
 
-TEST(WrapperTest, Stream) {
+TEST_F(WrapperTest, Stream) {
     using W = OrvStreamWrapper;
     using Frame = const std::shared_ptr<OrvCPP::Frame>&;
     check<W, RecordingStream>(containerOperations<W>());
@@ -168,7 +172,7 @@ TEST(WrapperTest, Stream) {
     EXPECT_EQ(virtualPosition(&W::GetHandle), 4);
 }
 
-TEST(WrapperTest, Frame) {
+TEST_F(WrapperTest, Frame) {
     using W = OrvFrameWrapper;
     OrvFrameStatusType status{};
     check<W, RecordingFrame>({
@@ -180,7 +184,7 @@ TEST(WrapperTest, Frame) {
     EXPECT_EQ(virtualPosition(&W::GetHandle), 1);
 }
 
-TEST(WrapperTest, Camera) {
+TEST_F(WrapperTest, Camera) {
     using W = OrvCameraWrapper;
     auto interface = std::make_shared<OrvInterfaceWrapper>();
     auto localDevice = std::make_shared<OrvLocalDeviceWrapper>();
@@ -217,7 +221,7 @@ TEST(WrapperTest, Camera) {
     EXPECT_EQ(virtualPosition(&W::GetHandle), 4);
 }
 
-TEST(WrapperTest, Feature) {
+TEST_F(WrapperTest, Feature) {
     using W = OrvFeatureWrapper;
     using Int = std::int64_t;
     std::vector<OrvCPP::EnumEntry> entries;
@@ -276,14 +280,14 @@ TEST(WrapperTest, Feature) {
     EXPECT_EQ(virtualPosition(&W::Reserved24), 24);
 }
 
-TEST(FeatureWrapperTest, TrimsARawValueToWhatWasFilled) {
+TEST_F(WrapperTest, TrimsARawValueToWhatWasFilled) {
     const OrvFeatureWrapper wrapper(std::make_shared<RecordingFeature>());
     EXPECT_EQ(wrapper.GetValue(bytes, size), OrvErrorSuccess);
     EXPECT_THAT(bytes, ElementsAre('r', 'a', 'w'));
     EXPECT_EQ(size, 3U);
 }
 
-TEST(FeatureWrapperTest, CopiesEntryNames) {
+TEST_F(WrapperTest, CopiesEntryNames) {
     const auto object = std::make_shared<RecordingFeature>();
     const OrvFeatureWrapper wrapper(object);
     EXPECT_EQ(wrapper.GetValues(texts), OrvErrorSuccess);
@@ -293,7 +297,7 @@ TEST(FeatureWrapperTest, CopiesEntryNames) {
     EXPECT_THAT(texts, IsEmpty());
 }
 
-TEST(FeatureContainerWrapperTest, WantsAWrapperToFill) {
+TEST_F(WrapperTest, GetFeatureByNameWantsAWrapperToFill) {
     const auto object = std::make_shared<RecordingLocalDevice>();
     const OrvLocalDeviceWrapper wrapper(object);
     std::shared_ptr<OrvFeatureWrapper> none;
@@ -302,7 +306,7 @@ TEST(FeatureContainerWrapperTest, WantsAWrapperToFill) {
     EXPECT_EQ(wrapper.GetFeatureContainer(), object);
 }
 
-TEST(CameraWrapperTest, MakesWrappersThatStayEmptyOnAnError) {
+TEST_F(WrapperTest, CameraMakesWrappersThatStayEmptyOnAnError) {
     const auto object = std::make_shared<RecordingCamera>();
     const OrvCameraWrapper wrapper(object);
     EXPECT_EQ(wrapper.GetInterface().second, OrvErrorSuccess);
@@ -318,7 +322,7 @@ TEST(CameraWrapperTest, MakesWrappersThatStayEmptyOnAnError) {
     EXPECT_EQ(OrvCameraWrapper().GetInterface().second, OrvErrorBadHandle);
 }
 
-TEST(CameraWrapperTest, PositionsOfTheOperationsThatMakeWrappers) {
+TEST_F(WrapperTest, PositionsOfTheOperationsThatMakeWrappers) {
     using W = OrvCameraWrapper;
     using Interface = std::pair<std::shared_ptr<OrvInterfaceWrapper>, OrvErrorType>;
     using LocalDevice = std::pair<std::shared_ptr<OrvLocalDeviceWrapper>, OrvErrorType>;
@@ -328,7 +332,7 @@ TEST(CameraWrapperTest, PositionsOfTheOperationsThatMakeWrappers) {
     EXPECT_EQ(virtualPosition<Layer (W::*)() const>(&W::GetTransportLayer), 18);
 }
 
-TEST(CameraWrapperTest, InterfaceIdIsTheInterfacesOwn) {
+TEST_F(WrapperTest, InterfaceIdIsTheInterfacesOwn) {
     const auto object = std::make_shared<RecordingCamera>();
     const OrvCameraWrapper wrapper(object);
     text = "old";
@@ -342,7 +346,7 @@ TEST(CameraWrapperTest, InterfaceIdIsTheInterfacesOwn) {
     EXPECT_EQ(wrapper.GetInterfaceID(text), OrvErrorBadHandle);
 }
 
-TEST(CameraWrapperTest, ReadsNoMemoryIntoAnEmptyBuffer) {
+TEST_F(WrapperTest, CameraReadsNoMemoryIntoAnEmptyBuffer) {
     const auto object = std::make_shared<RecordingCamera>();
     const OrvCameraWrapper wrapper(object);
     std::vector<std::uint8_t> empty;
@@ -351,7 +355,7 @@ TEST(CameraWrapperTest, ReadsNoMemoryIntoAnEmptyBuffer) {
     EXPECT_THAT(object->calls, IsEmpty());
 }
 
-TEST(CameraWrapperTest, WantsAWrapperToFill) {
+TEST_F(WrapperTest, CameraWantsAWrapperToFill) {
     const OrvCameraWrapper wrapper(std::make_shared<RecordingCamera>());
     std::shared_ptr<OrvInterfaceWrapper> none;
     EXPECT_EQ(wrapper.GetInterface(none), OrvErrorBadParameter);
