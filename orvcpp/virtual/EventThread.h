@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/virtual/FeatureNode.h"
+#include "orvcpp/virtual/Clock.h"
 
 #include <condition_variable>
 #include <functional>

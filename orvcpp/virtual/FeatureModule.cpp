@@ -107,12 +107,14 @@ void FeatureModule::forgetObservers() {
     forgotten.swap(m_observers);
 }
 
-void FeatureModule::settleCommands() {
+bool FeatureModule::settleCommands() {
     const auto now = Clock::now();
-    for (FeatureNode* command : m_commands) {
-        if (command->settle(now))
-            m_device->changed();
-    }
+    bool settled = false;
+    for (FeatureNode* command : m_commands)
+        settled = command->settle(now) || settled;
+    if (settled)
+        m_device->changed();
+    return settled;
 }
 
 std::shared_ptr<OrvCPP::Feature> FeatureModule::featureOf(FeatureNode& node) {

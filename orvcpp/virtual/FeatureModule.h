@@ -21,6 +21,9 @@ public:
     FeatureModule(std::shared_ptr<Session> session, std::shared_ptr<Device> device,
                   FeatureSet features);
 
+    /// Begins a call that has to do with none of the features.
+    OrvErrorType enter() { return m_session->enter(); }
+
     OrvErrorType getFeatureByName(const char* name, std::shared_ptr<OrvCPP::Feature>& feature);
     OrvErrorType getFeatures(std::shared_ptr<OrvCPP::Feature>* features, std::uint32_t& count);
     /// The features with these names, those that the module does not have left out.
@@ -66,13 +69,20 @@ private:
     template <typename Call> OrvErrorType guarded(bool writing, const Call& call) {
         if (const OrvErrorType error = m_session->enter())
             return error;
-        const std::lock_guard lock(m_device->mutex());
-        if (const OrvErrorType error = m_device->admits(writing))
-            return error;
-        settleCommands();
-        return call();
+        bool settled = false;
+        const OrvErrorType error = [&]() -> OrvErrorType {
+            const std::lock_guard lock(m_device->mutex());
+            if (const OrvErrorType refused = m_device->admits(writing))
+                return refused;
+            settled = settleCommands();
+            return call();
+        }();
+        if (settled)
+            tellObservers(nullptr);
+        return error;
     }
-    void settleCommands();
+    /// Completes the commands whose time has come; whether there was one.
+    bool settleCommands();
     std::shared_ptr<OrvCPP::Feature> featureOf(FeatureNode& node);
 
     const std::shared_ptr<Session> m_session;

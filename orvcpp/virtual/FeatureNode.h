@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "orvcpp/virtual/Clock.h"
+
 #include "OrvCPP/EnumEntry.h"
 #include "OrvCPP/OrvTypes.h"
 
@@ -18,7 +20,6 @@ namespace orv::sim {
 using Bytes = std::vector<std::uint8_t>;
 /// Value of a feature; the number of the entry for an enumeration.
 using Value = std::variant<std::int64_t, double, bool, std::string, Bytes>;
-using Clock = std::chrono::steady_clock;
 
 struct IntegerLimits {
     std::int64_t minimum = 0;
@@ -47,7 +48,7 @@ public:
 
     FeatureNode& about(std::string description);
     FeatureNode& unit(std::string unit);
-    /// GenICam representation; "Linear" or "PureNumber" unless given.
+    /// GenICam representation; "Linear" for numbers unless given.
     FeatureNode& shownAs(std::string representation);
     FeatureNode& expert();
     FeatureNode& guru();

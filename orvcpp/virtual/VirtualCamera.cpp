@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/virtual/VirtualCamera.h"
 
-#include "orvcpp/system/HandOut.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -29,15 +27,14 @@ Bytes makeMemory(const CameraData& data) {
 
 } // namespace
 
-VirtualCamera::VirtualCamera(const VirtualBase& base, VirtualCameraParts parts)
-    : VirtualContainer(base.module), m_session(base.session), m_parts(std::move(parts)),
+VirtualCamera::VirtualCamera(std::shared_ptr<FeatureModule> module, VirtualCameraParts parts)
+    : VirtualContainer(std::move(module)), m_parts(std::move(parts)),
       m_localDevice(std::make_shared<VirtualLocalDevice>(m_parts.localDevice)),
-      m_stream(std::make_shared<VirtualStream>(VirtualBase{base.session, m_parts.stream},
-                                               m_parts.device)),
+      m_stream(std::make_shared<VirtualStream>(m_parts.stream, m_parts.device)),
       m_memory(makeMemory(m_parts.device->data())) {}
 
 OrvErrorType VirtualCamera::Open(OrvAccessModeType mode) {
-    if (const OrvErrorType error = m_session->enter())
+    if (const OrvErrorType error = enter())
         return error;
     const OrvErrorType error = device().open(mode);
     if (!error)
@@ -46,7 +43,7 @@ OrvErrorType VirtualCamera::Open(OrvAccessModeType mode) {
 }
 
 OrvErrorType VirtualCamera::Close() {
-    if (const OrvErrorType error = m_session->enter())
+    if (const OrvErrorType error = enter())
         return error;
     if (const OrvErrorType error = device().close())
         return error;
@@ -56,45 +53,32 @@ OrvErrorType VirtualCamera::Close() {
     return OrvErrorSuccess;
 }
 
-OrvErrorType VirtualCamera::text(const std::string& text, char* buffer,
-                                 std::uint32_t& length) const {
-    if (const OrvErrorType error = m_session->enter())
-        return error;
-    return handOut(text, buffer, length);
-}
-
 OrvErrorType VirtualCamera::GetID(char* buffer, std::uint32_t& length, bool extended) const {
-    return text(extended ? m_parts.extendedId : device().data().id, buffer, length);
+    return answerText(extended ? m_parts.extendedId : device().data().id, buffer, length);
 }
 
 OrvErrorType VirtualCamera::GetName(char* buffer, std::uint32_t& length) const {
-    return text(device().data().name, buffer, length);
+    return answerText(device().data().name, buffer, length);
 }
 
 OrvErrorType VirtualCamera::GetModel(char* buffer, std::uint32_t& length) const {
-    return text(device().data().model, buffer, length);
+    return answerText(device().data().model, buffer, length);
 }
 
 OrvErrorType VirtualCamera::GetSerialNumber(char* buffer, std::uint32_t& length) const {
-    return text(device().data().serialNumber, buffer, length);
+    return answerText(device().data().serialNumber, buffer, length);
 }
 
 OrvErrorType VirtualCamera::GetInterfaceType(OrvTransportLayerType& type) const {
-    if (const OrvErrorType error = m_session->enter())
-        return error;
-    type = m_parts.type;
-    return OrvErrorSuccess;
+    return answer(type, m_parts.type);
 }
 
 OrvErrorType VirtualCamera::GetInterface(std::shared_ptr<OrvCPP::Interface>& found) const {
-    if (const OrvErrorType error = m_session->enter())
-        return error;
-    found = m_parts.interface.lock();
-    return found ? OrvErrorSuccess : OrvErrorNotFound;
+    return answerKept(found, m_parts.interface);
 }
 
 OrvErrorType VirtualCamera::GetLocalDevice(std::shared_ptr<OrvCPP::LocalDevice>& found) const {
-    if (const OrvErrorType error = m_session->enter())
+    if (const OrvErrorType error = enter())
         return error;
     if (const OrvErrorType error = device().checkOpen())
         return error;
@@ -104,15 +88,12 @@ OrvErrorType VirtualCamera::GetLocalDevice(std::shared_ptr<OrvCPP::LocalDevice>&
 
 OrvErrorType
 VirtualCamera::GetTransportLayer(std::shared_ptr<OrvCPP::TransportLayer>& layer) const {
-    if (const OrvErrorType error = m_session->enter())
-        return error;
-    layer = m_parts.layer.lock();
-    return layer ? OrvErrorSuccess : OrvErrorNotFound;
+    return answerKept(layer, m_parts.layer);
 }
 
 OrvErrorType VirtualCamera::GetStreams(std::shared_ptr<OrvCPP::Stream>* streams,
                                        std::uint32_t& count) const {
-    OrvErrorType error = m_session->enter();
+    OrvErrorType error = enter();
     if (!error)
         error = device().checkOpen();
     if (error) {
@@ -123,15 +104,12 @@ OrvErrorType VirtualCamera::GetStreams(std::shared_ptr<OrvCPP::Stream>* streams,
 }
 
 OrvErrorType VirtualCamera::GetPermittedAccess(OrvAccessModeType& modes) const {
-    if (const OrvErrorType error = m_session->enter())
-        return error;
-    modes = device().permittedAccess();
-    return OrvErrorSuccess;
+    return answer(modes, device().permittedAccess());
 }
 
 OrvErrorType VirtualCamera::ReadMemory(std::uint64_t address, std::uint8_t* buffer,
                                        std::uint32_t size, std::uint32_t& completeReads) const {
-    if (const OrvErrorType error = m_session->enter())
+    if (const OrvErrorType error = enter())
         return error;
     if (const OrvErrorType error = device().checkOpen())
         return error;
@@ -155,7 +133,7 @@ void VirtualCamera::tellFeatureObservers() {
 OrvErrorType VirtualCamera::StartContinuousImageAcquisition(
     int bufferCount, const std::shared_ptr<OrvCPP::IFrameObserver>& observer,
     OrvCPP::FrameAllocationMode /*mode*/) {
-    if (const OrvErrorType error = m_session->enter())
+    if (const OrvErrorType error = enter())
         return error;
     const OrvErrorType error = device().start(bufferCount, observer);
     if (!error)
@@ -164,7 +142,7 @@ OrvErrorType VirtualCamera::StartContinuousImageAcquisition(
 }
 
 OrvErrorType VirtualCamera::StopContinuousImageAcquisition() {
-    if (const OrvErrorType error = m_session->enter())
+    if (const OrvErrorType error = enter())
         return error;
     const OrvErrorType error = device().stop();
     if (!error)

@@ -25,7 +25,7 @@ struct VirtualCameraParts {
 class VirtualCamera final : public VirtualContainer<OrvCPP::Camera>,
                             public std::enable_shared_from_this<VirtualCamera> {
 public:
-    VirtualCamera(const VirtualBase& base, VirtualCameraParts parts);
+    VirtualCamera(std::shared_ptr<FeatureModule> module, VirtualCameraParts parts);
 
     CameraDevice& device() const { return *m_parts.device; }
     const std::string& extendedId() const { return m_parts.extendedId; }
@@ -53,10 +53,8 @@ public:
     OrvErrorType QueueFrame(const std::shared_ptr<OrvCPP::Frame>& frame) override;
 
 private:
-    OrvErrorType text(const std::string& text, char* buffer, std::uint32_t& length) const;
     void tellFeatureObservers();
 
-    const std::shared_ptr<Session> m_session;
     const VirtualCameraParts m_parts;
     const std::shared_ptr<OrvCPP::LocalDevice> m_localDevice;
     const std::shared_ptr<OrvCPP::Stream> m_stream;

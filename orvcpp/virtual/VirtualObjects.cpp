@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/virtual/VirtualObjects.h"
 
-#include "orvcpp/system/HandOut.h"
 #include "orvcpp/virtual/VirtualCamera.h"
 
 #include <utility>
@@ -36,34 +35,35 @@ OrvErrorType queueFrame(const std::shared_ptr<OrvCPP::Frame>& frame) {
     return source ? source->queue(ours) : OrvErrorInvalidCall;
 }
 
-VirtualStream::VirtualStream(const VirtualBase& base, std::shared_ptr<CameraDevice> device)
-    : VirtualContainer(base.module), m_session(base.session), m_device(std::move(device)) {}
+VirtualStream::VirtualStream(std::shared_ptr<FeatureModule> module,
+                             std::shared_ptr<CameraDevice> device)
+    : VirtualContainer(std::move(module)), m_device(std::move(device)) {}
 
-OrvErrorType VirtualStream::answer(OrvErrorType code) const {
-    if (const OrvErrorType error = m_session->enter())
+OrvErrorType VirtualStream::whileOpen(OrvErrorType code) const {
+    if (const OrvErrorType error = enter())
         return error;
     const OrvErrorType error = m_device->checkOpen();
     return error ? error : code;
 }
 
 OrvErrorType VirtualStream::Open() {
-    return answer(OrvErrorAlreadyDone);
+    return whileOpen(OrvErrorAlreadyDone);
 }
 
 OrvErrorType VirtualStream::Close() {
-    return answer(OrvErrorNotSupported);
+    return whileOpen(OrvErrorNotSupported);
 }
 
 OrvErrorType VirtualStream::AnnounceFrame(const std::shared_ptr<OrvCPP::Frame>& /*frame*/) {
-    return answer(OrvErrorNotSupported);
+    return whileOpen(OrvErrorNotSupported);
 }
 
 OrvErrorType VirtualStream::RevokeFrame(const std::shared_ptr<OrvCPP::Frame>& /*frame*/) {
-    return answer(OrvErrorNotSupported);
+    return whileOpen(OrvErrorNotSupported);
 }
 
 OrvErrorType VirtualStream::RevokeAllFrames() {
-    return answer(OrvErrorNotSupported);
+    return whileOpen(OrvErrorNotSupported);
 }
 
 OrvErrorType VirtualStream::QueueFrame(const std::shared_ptr<OrvCPP::Frame>& frame) {
@@ -71,32 +71,31 @@ OrvErrorType VirtualStream::QueueFrame(const std::shared_ptr<OrvCPP::Frame>& fra
 }
 
 OrvErrorType VirtualStream::FlushQueue() {
-    return answer(OrvErrorNotSupported);
+    return whileOpen(OrvErrorNotSupported);
 }
 
 OrvErrorType VirtualStream::StartCapture() {
-    return answer(OrvErrorNotSupported);
+    return whileOpen(OrvErrorNotSupported);
 }
 
 OrvErrorType VirtualStream::EndCapture() {
-    return answer(OrvErrorNotSupported);
+    return whileOpen(OrvErrorNotSupported);
 }
 
 OrvErrorType VirtualStream::GetStreamBufferAlignment(std::uint32_t& alignment) const {
-    const OrvErrorType error = answer(OrvErrorSuccess);
+    const OrvErrorType error = whileOpen(OrvErrorSuccess);
     if (!error)
         alignment = bufferAlignment;
     return error;
 }
 
-VirtualTransportLayer::VirtualTransportLayer(const VirtualBase& base, TransportLayerData data,
-                                             ProviderHost& host)
-    : VirtualContainer(base.module), m_session(base.session), m_data(std::move(data)),
-      m_host(host) {}
+VirtualTransportLayer::VirtualTransportLayer(std::shared_ptr<FeatureModule> module,
+                                             TransportLayerData data, ProviderHost& host)
+    : VirtualContainer(std::move(module)), m_data(std::move(data)), m_host(host) {}
 
 OrvErrorType VirtualTransportLayer::GetInterfaces(std::shared_ptr<OrvCPP::Interface>* interfaces,
                                                   std::uint32_t& count) const {
-    if (const OrvErrorType error = m_session->enter())
+    if (const OrvErrorType error = enter())
         return error;
     std::vector<std::shared_ptr<OrvCPP::Interface>> found;
     for (const auto& kept : m_interfaces) {
@@ -108,85 +107,65 @@ OrvErrorType VirtualTransportLayer::GetInterfaces(std::shared_ptr<OrvCPP::Interf
 
 OrvErrorType VirtualTransportLayer::GetCameras(std::shared_ptr<OrvCPP::Camera>* cameras,
                                                std::uint32_t& count) const {
-    if (const OrvErrorType error = m_session->enter())
+    if (const OrvErrorType error = enter())
         return error;
     return handOutCameras(m_cameras, m_host, cameras, count);
 }
 
-OrvErrorType VirtualTransportLayer::text(const std::string& text, char* buffer,
-                                         std::uint32_t& length) const {
-    if (const OrvErrorType error = m_session->enter())
-        return error;
-    return handOut(text, buffer, length);
-}
-
 OrvErrorType VirtualTransportLayer::GetID(char* buffer, std::uint32_t& length) const {
-    return text(m_data.id, buffer, length);
+    return answerText(m_data.id, buffer, length);
 }
 
 OrvErrorType VirtualTransportLayer::GetName(char* buffer, std::uint32_t& length) const {
-    return text(m_data.name, buffer, length);
+    return answerText(m_data.name, buffer, length);
 }
 
 OrvErrorType VirtualTransportLayer::GetModelName(char* buffer, std::uint32_t& length) const {
-    return text(m_data.model, buffer, length);
+    return answerText(m_data.model, buffer, length);
 }
 
 OrvErrorType VirtualTransportLayer::GetVendor(char* buffer, std::uint32_t& length) const {
-    return text(m_data.vendor, buffer, length);
+    return answerText(m_data.vendor, buffer, length);
 }
 
 OrvErrorType VirtualTransportLayer::GetVersion(char* buffer, std::uint32_t& length) const {
-    return text(m_data.version, buffer, length);
+    return answerText(m_data.version, buffer, length);
 }
 
 OrvErrorType VirtualTransportLayer::GetPath(char* buffer, std::uint32_t& length) const {
-    return text(m_data.path, buffer, length);
+    return answerText(m_data.path, buffer, length);
 }
 
 OrvErrorType VirtualTransportLayer::GetType(OrvTransportLayerType& type) const {
-    if (const OrvErrorType error = m_session->enter())
-        return error;
-    type = m_data.type;
-    return OrvErrorSuccess;
+    return answer(type, m_data.type);
 }
 
-VirtualInterface::VirtualInterface(const VirtualBase& base, InterfaceData data,
+VirtualInterface::VirtualInterface(std::shared_ptr<FeatureModule> module, InterfaceData data,
                                    OrvTransportLayerType type,
                                    std::weak_ptr<OrvCPP::TransportLayer> layer, ProviderHost& host)
-    : VirtualContainer(base.module), m_session(base.session), m_data(std::move(data)), m_type(type),
+    : VirtualContainer(std::move(module)), m_data(std::move(data)), m_type(type),
       m_layer(std::move(layer)), m_host(host) {}
 
 OrvErrorType VirtualInterface::GetID(char* buffer, std::uint32_t& length) const {
-    if (const OrvErrorType error = m_session->enter())
-        return error;
-    return handOut(m_data.id, buffer, length);
+    return answerText(m_data.id, buffer, length);
 }
 
 OrvErrorType VirtualInterface::GetType(OrvTransportLayerType& type) const {
-    if (const OrvErrorType error = m_session->enter())
-        return error;
-    type = m_type;
-    return OrvErrorSuccess;
+    return answer(type, m_type);
 }
 
 OrvErrorType VirtualInterface::GetName(char* buffer, std::uint32_t& length) const {
-    if (const OrvErrorType error = m_session->enter())
-        return error;
-    return handOut(m_data.name, buffer, length);
+    return answerText(m_data.name, buffer, length);
 }
 
 OrvErrorType
 VirtualInterface::GetTransportLayer(std::shared_ptr<OrvCPP::TransportLayer>& layer) const {
-    if (const OrvErrorType error = m_session->enter())
-        return error;
-    layer = m_layer.lock();
-    return layer ? OrvErrorSuccess : OrvErrorNotFound;
+    return answerKept(layer, m_layer);
 }
 
 OrvErrorType VirtualInterface::GetCameras(std::shared_ptr<OrvCPP::Camera>* cameras,
                                           std::uint32_t& count) const {
-    if (const OrvErrorType error = m_session->enter())
+    if (const OrvErrorType error = enter())
         return error;
     return handOutCameras(m_cameras, m_host, cameras, count);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "orvcpp/system/HandOut.h"
 #include "orvcpp/system/Provider.h"
 #include "orvcpp/virtual/CameraDevice.h"
 #include "orvcpp/virtual/FeatureModule.h"
@@ -10,13 +11,15 @@
 #include "OrvCPP/Stream.h"
 
 #include <memory>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace orv::sim {
 
 class VirtualCamera;
 
-/// The container half of a simulated object: forwards to its module.
+/// What every simulated object does in the same way.
 template <typename Base> class VirtualContainer : public Base {
 public:
     OrvErrorType GetFeatureByName(const char* name,
@@ -33,15 +36,30 @@ protected:
         : m_module(std::move(module)) {}
 
     FeatureModule& module() const { return *m_module; }
+    /// Counts a call; an error when it is not to be carried out.
+    OrvErrorType enter() const { return m_module->enter(); }
+
+    OrvErrorType answerText(const std::string& text, char* buffer, std::uint32_t& length) const {
+        const OrvErrorType error = enter();
+        return error ? error : handOut(text, buffer, length);
+    }
+    template <typename T, typename Given> OrvErrorType answer(T& result, const Given& given) const {
+        const OrvErrorType error = enter();
+        if (!error)
+            result = given;
+        return error;
+    }
+    /// The object that is kept weakly, as the owner of this one may be gone.
+    template <typename T>
+    OrvErrorType answerKept(std::shared_ptr<T>& result, const std::weak_ptr<T>& kept) const {
+        if (const OrvErrorType error = enter())
+            return error;
+        result = kept.lock();
+        return result ? OrvErrorSuccess : OrvErrorNotFound;
+    }
 
 private:
     const std::shared_ptr<FeatureModule> m_module;
-};
-
-/// What every simulated object is made of: the run that it belongs to, and its features.
-struct VirtualBase {
-    std::shared_ptr<Session> session;
-    std::shared_ptr<FeatureModule> module;
 };
 
 class VirtualLocalDevice final : public VirtualContainer<OrvCPP::LocalDevice> {
@@ -54,7 +72,7 @@ public:
 /// acquisition; capturing into frames of the user's own is not supported.
 class VirtualStream final : public VirtualContainer<OrvCPP::Stream> {
 public:
-    VirtualStream(const VirtualBase& base, std::shared_ptr<CameraDevice> device);
+    VirtualStream(std::shared_ptr<FeatureModule> module, std::shared_ptr<CameraDevice> device);
 
     /// OrvErrorAlreadyDone: a stream is open as long as its camera is.
     OrvErrorType Open() override;
@@ -69,9 +87,8 @@ public:
     OrvErrorType GetStreamBufferAlignment(std::uint32_t& alignment) const override;
 
 private:
-    OrvErrorType answer(OrvErrorType code) const;
+    OrvErrorType whileOpen(OrvErrorType code) const;
 
-    const std::shared_ptr<Session> m_session;
     const std::shared_ptr<CameraDevice> m_device;
 };
 
@@ -80,7 +97,8 @@ OrvErrorType queueFrame(const std::shared_ptr<OrvCPP::Frame>& frame);
 
 class VirtualTransportLayer final : public VirtualContainer<OrvCPP::TransportLayer> {
 public:
-    VirtualTransportLayer(const VirtualBase& base, TransportLayerData data, ProviderHost& host);
+    VirtualTransportLayer(std::shared_ptr<FeatureModule> module, TransportLayerData data,
+                          ProviderHost& host);
 
     /// To be called while the scenario is built.
     void add(const std::shared_ptr<OrvCPP::Interface>& interface) {
@@ -101,9 +119,6 @@ public:
     OrvErrorType GetType(OrvTransportLayerType& type) const override;
 
 private:
-    OrvErrorType text(const std::string& text, char* buffer, std::uint32_t& length) const;
-
-    const std::shared_ptr<Session> m_session;
     const TransportLayerData m_data;
     ProviderHost& m_host;
     std::vector<std::weak_ptr<OrvCPP::Interface>> m_interfaces;
@@ -112,8 +127,9 @@ private:
 
 class VirtualInterface final : public VirtualContainer<OrvCPP::Interface> {
 public:
-    VirtualInterface(const VirtualBase& base, InterfaceData data, OrvTransportLayerType type,
-                     std::weak_ptr<OrvCPP::TransportLayer> layer, ProviderHost& host);
+    VirtualInterface(std::shared_ptr<FeatureModule> module, InterfaceData data,
+                     OrvTransportLayerType type, std::weak_ptr<OrvCPP::TransportLayer> layer,
+                     ProviderHost& host);
 
     /// To be called while the scenario is built.
     void add(const std::shared_ptr<VirtualCamera>& camera) { m_cameras.push_back(camera); }
@@ -126,7 +142,6 @@ public:
                             std::uint32_t& count) const override;
 
 private:
-    const std::shared_ptr<Session> m_session;
     const InterfaceData m_data;
     const OrvTransportLayerType m_type;
     const std::weak_ptr<OrvCPP::TransportLayer> m_layer;

@@ -66,16 +66,16 @@ VirtualProvider::~VirtualProvider() {
     shutDown();
 }
 
-VirtualBase VirtualProvider::makeBase(FeatureSet features) const {
-    return {m_session, std::make_shared<FeatureModule>(m_session, std::make_shared<Device>(),
-                                                       std::move(features))};
+std::shared_ptr<FeatureModule> VirtualProvider::makeModule(FeatureSet features,
+                                                           std::shared_ptr<Device> device) const {
+    return std::make_shared<FeatureModule>(m_session, std::move(device), std::move(features));
 }
 
 void VirtualProvider::buildTransportLayers() {
     for (std::size_t i = 0; i < m_scenario.transportLayers.size(); ++i)
         m_layers.push_back(std::make_shared<VirtualTransportLayer>(
-            makeBase(makeTransportLayerFeatures(m_scenario, i)), m_scenario.transportLayers[i],
-            m_host));
+            makeModule(makeTransportLayerFeatures(m_scenario, i), std::make_shared<Device>()),
+            m_scenario.transportLayers[i], m_host));
 }
 
 void VirtualProvider::buildInterfaces() {
@@ -83,7 +83,7 @@ void VirtualProvider::buildInterfaces() {
         const InterfaceData& data = m_scenario.interfaces[i];
         const auto& layer = m_layers[data.transportLayer];
         m_interfaces.push_back(std::make_shared<VirtualInterface>(
-            makeBase(makeInterfaceFeatures(m_scenario, i)), data,
+            makeModule(makeInterfaceFeatures(m_scenario, i), std::make_shared<Device>()), data,
             m_scenario.transportLayers[data.transportLayer].type, layer, m_host));
         layer->add(std::shared_ptr<OrvCPP::Interface>(m_interfaces.back()));
     }
@@ -112,13 +112,10 @@ std::shared_ptr<VirtualCamera> VirtualProvider::makeCamera(const CameraData& dat
                            makeLocalDeviceFeatures(m_scenario, model),
                            makeStreamFeatures(model, device->statistics(), isUsb)};
     addFaults(sets, data.faults);
-    const auto module = [&](FeatureSet& features) {
-        return std::make_shared<FeatureModule>(m_session, device, std::move(features));
-    };
     VirtualCameraParts parts;
     parts.device = device;
-    parts.localDevice = module(sets.localDevice);
-    parts.stream = module(sets.stream);
+    parts.localDevice = makeModule(std::move(sets.localDevice), device);
+    parts.stream = makeModule(std::move(sets.stream), device);
     parts.layer = m_layers[interface.transportLayer];
     parts.interface = m_interfaces[data.interface];
     parts.type = layer.type;
@@ -128,7 +125,7 @@ std::shared_ptr<VirtualCamera> VirtualProvider::makeCamera(const CameraData& dat
         events->post(
             [camera, &host] { host.cameraListChanged(camera, OrvUpdateTriggerOpenStateChanged); });
     };
-    return std::make_shared<VirtualCamera>(VirtualBase{m_session, module(sets.camera)},
+    return std::make_shared<VirtualCamera>(makeModule(std::move(sets.camera), device),
                                            std::move(parts));
 }
 

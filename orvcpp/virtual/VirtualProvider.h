@@ -36,7 +36,8 @@ private:
     void buildCameras();
     std::shared_ptr<VirtualCamera> makeCamera(const CameraData& data);
     std::shared_ptr<Link> linkOf(const InterfaceData& data);
-    VirtualBase makeBase(FeatureSet features) const;
+    std::shared_ptr<FeatureModule> makeModule(FeatureSet features,
+                                              std::shared_ptr<Device> device) const;
     void setPlugged(const std::shared_ptr<VirtualCamera>& camera, bool plugged);
 
     const Scenario m_scenario;

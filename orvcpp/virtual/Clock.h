@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <chrono>
+
+namespace orv::sim {
+
+/// What simulated cameras go by.
+using Clock = std::chrono::steady_clock;
+
+} // namespace orv::sim
