@@ -41,12 +41,17 @@ OrvErrorType handOutObjects(const std::vector<Listed<Object>>& listed,
 }
 
 template <typename Object>
-std::shared_ptr<Object> findById(const std::vector<Listed<Object>>& listed, const char* id) {
+OrvErrorType findById(const std::vector<Listed<Object>>& listed, const char* id,
+                      std::shared_ptr<Object>& found) {
+    if (!id)
+        return OrvErrorBadParameter;
     for (const Listed<Object>& element : listed) {
-        if (element.id == id || (!element.extendedId.empty() && element.extendedId == id))
-            return element.object;
+        if (element.id == id || (!element.extendedId.empty() && element.extendedId == id)) {
+            found = element.object;
+            return OrvErrorSuccess;
+        }
     }
-    return {};
+    return OrvErrorNotFound;
 }
 
 template <typename Observer>
@@ -169,67 +174,45 @@ System::Providers System::providers() const {
     return m_providers;
 }
 
-OrvErrorType System::enter(Providers& providers) const {
-    {
-        const std::lock_guard lock(m_mutex);
-        if (!m_isStarted)
-            return OrvErrorApiNotStarted;
-        providers = m_providers;
-    }
-    return m_gate->enter();
+OrvErrorType System::enter() const {
+    const std::lock_guard lock(m_mutex);
+    return m_isStarted ? m_gate->enter() : OrvErrorApiNotStarted;
 }
 
 OrvErrorType System::GetInterfaces(std::shared_ptr<OrvCPP::Interface>* interfaces,
                                    std::uint32_t& count) {
-    Providers providers;
-    if (const OrvErrorType error = enter(providers))
+    if (const OrvErrorType error = enter())
         return error;
-    return handOutObjects(gather<OrvCPP::Interface>(providers, &Provider::interfaces), interfaces,
+    return handOutObjects(gather<OrvCPP::Interface>(providers(), &Provider::interfaces), interfaces,
                           count);
 }
 
 OrvErrorType System::GetInterfaceByID(const char* id, std::shared_ptr<OrvCPP::Interface>& found) {
-    Providers providers;
-    if (const OrvErrorType error = enter(providers))
+    if (const OrvErrorType error = enter())
         return error;
-    if (!id)
-        return OrvErrorBadParameter;
-    const auto object = findById(gather<OrvCPP::Interface>(providers, &Provider::interfaces), id);
-    if (!object)
-        return OrvErrorNotFound;
-    found = object;
-    return OrvErrorSuccess;
+    return findById(gather<OrvCPP::Interface>(providers(), &Provider::interfaces), id, found);
 }
 
 OrvErrorType System::GetTransportLayers(std::shared_ptr<OrvCPP::TransportLayer>* layers,
                                         std::uint32_t& count) {
-    Providers providers;
-    if (const OrvErrorType error = enter(providers))
+    if (const OrvErrorType error = enter())
         return error;
-    return handOutObjects(gather<OrvCPP::TransportLayer>(providers, &Provider::transportLayers),
+    return handOutObjects(gather<OrvCPP::TransportLayer>(providers(), &Provider::transportLayers),
                           layers, count);
 }
 
 OrvErrorType System::GetTransportLayerByID(const char* id,
                                            std::shared_ptr<OrvCPP::TransportLayer>& layer) {
-    Providers providers;
-    if (const OrvErrorType error = enter(providers))
+    if (const OrvErrorType error = enter())
         return error;
-    if (!id)
-        return OrvErrorBadParameter;
-    const auto object =
-        findById(gather<OrvCPP::TransportLayer>(providers, &Provider::transportLayers), id);
-    if (!object)
-        return OrvErrorNotFound;
-    layer = object;
-    return OrvErrorSuccess;
+    return findById(gather<OrvCPP::TransportLayer>(providers(), &Provider::transportLayers), id,
+                    layer);
 }
 
 OrvErrorType System::GetCameras(std::shared_ptr<OrvCPP::Camera>* cameras, std::uint32_t& count) {
-    Providers providers;
-    if (const OrvErrorType error = enter(providers))
+    if (const OrvErrorType error = enter())
         return error;
-    auto listed = gather<OrvCPP::Camera>(providers, &Provider::cameras);
+    auto listed = gather<OrvCPP::Camera>(providers(), &Provider::cameras);
     if (cameras) {
         for (Listed<OrvCPP::Camera>& camera : listed)
             camera.object = handedOut(camera.object);
@@ -238,22 +221,19 @@ OrvErrorType System::GetCameras(std::shared_ptr<OrvCPP::Camera>* cameras, std::u
 }
 
 OrvErrorType System::GetCameraByID(const char* id, std::shared_ptr<OrvCPP::Camera>& camera) {
-    Providers providers;
-    if (const OrvErrorType error = enter(providers))
+    if (const OrvErrorType error = enter())
         return error;
-    if (!id)
-        return OrvErrorBadParameter;
-    const auto object = findById(gather<OrvCPP::Camera>(providers, &Provider::cameras), id);
-    if (!object)
-        return OrvErrorNotFound;
-    camera = handedOut(object);
+    std::shared_ptr<OrvCPP::Camera> found;
+    const auto listed = gather<OrvCPP::Camera>(providers(), &Provider::cameras);
+    if (const OrvErrorType error = findById(listed, id, found))
+        return error;
+    camera = handedOut(found);
     return OrvErrorSuccess;
 }
 
 OrvErrorType
 System::RegisterCameraListObserver(const std::shared_ptr<OrvCPP::ICameraListObserver>& observer) {
-    Providers providers;
-    if (const OrvErrorType error = enter(providers))
+    if (const OrvErrorType error = enter())
         return error;
     const std::lock_guard lock(m_mutex);
     return addObserver(m_cameraObservers, observer);
@@ -261,8 +241,7 @@ System::RegisterCameraListObserver(const std::shared_ptr<OrvCPP::ICameraListObse
 
 OrvErrorType
 System::UnregisterCameraListObserver(const std::shared_ptr<OrvCPP::ICameraListObserver>& observer) {
-    Providers providers;
-    if (const OrvErrorType error = enter(providers))
+    if (const OrvErrorType error = enter())
         return error;
     const std::lock_guard lock(m_mutex);
     return removeObserver(m_cameraObservers, observer);
@@ -270,8 +249,7 @@ System::UnregisterCameraListObserver(const std::shared_ptr<OrvCPP::ICameraListOb
 
 OrvErrorType System::RegisterInterfaceListObserver(
     const std::shared_ptr<OrvCPP::IInterfaceListObserver>& observer) {
-    Providers providers;
-    if (const OrvErrorType error = enter(providers))
+    if (const OrvErrorType error = enter())
         return error;
     const std::lock_guard lock(m_mutex);
     return addObserver(m_interfaceObservers, observer);
@@ -279,16 +257,14 @@ OrvErrorType System::RegisterInterfaceListObserver(
 
 OrvErrorType System::UnregisterInterfaceListObserver(
     const std::shared_ptr<OrvCPP::IInterfaceListObserver>& observer) {
-    Providers providers;
-    if (const OrvErrorType error = enter(providers))
+    if (const OrvErrorType error = enter())
         return error;
     const std::lock_guard lock(m_mutex);
     return removeObserver(m_interfaceObservers, observer);
 }
 
 OrvErrorType System::RegisterCameraFactory(const std::shared_ptr<OrvCPP::ICameraFactory>& factory) {
-    Providers providers;
-    if (const OrvErrorType error = enter(providers))
+    if (const OrvErrorType error = enter())
         return error;
     if (!factory)
         return OrvErrorBadParameter;
@@ -300,8 +276,7 @@ OrvErrorType System::RegisterCameraFactory(const std::shared_ptr<OrvCPP::ICamera
 }
 
 OrvErrorType System::UnregisterCameraFactory() {
-    Providers providers;
-    if (const OrvErrorType error = enter(providers))
+    if (const OrvErrorType error = enter())
         return error;
     std::shared_ptr<OrvCPP::ICameraFactory> forgotten;
     const std::lock_guard lock(m_mutex);

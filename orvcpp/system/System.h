@@ -70,10 +70,9 @@ private:
 
     OrvErrorType startWith(const QString& configuration);
     OrvErrorType make(const QString& configuration, Providers& made, std::string& error);
-    /// The providers, once the call was counted; an error when it is not to be carried out.
-    OrvErrorType enter(Providers& providers) const;
+    /// Counts a call; an error when it is not to be carried out.
+    OrvErrorType enter() const;
     Providers providers() const;
-    std::vector<Listed<OrvCPP::Camera>> listCameras(const Providers& providers) const;
 
     const std::shared_ptr<CallGate> m_gate = std::make_shared<CallGate>();
     /// Held from begin to end of starting and stopping.
