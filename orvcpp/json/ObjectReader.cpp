@@ -198,11 +198,11 @@ ObjectReader readObject(const QString& file) {
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (error.error != QJsonParseError::NoError) {
         const QByteArray before = text.left(error.offset);
+        // One call of arg(): the file's name may have a place marker in it.
         throw FormatError(QStringLiteral("%1: line %2, column %3: expected valid JSON: %4")
-                              .arg(file)
-                              .arg(before.count('\n') + 1)
-                              .arg(before.size() - before.lastIndexOf('\n'))
-                              .arg(error.errorString()));
+                              .arg(file, QString::number(before.count('\n') + 1),
+                                   QString::number(before.size() - before.lastIndexOf('\n')),
+                                   error.errorString()));
     }
     if (!document.isObject())
         throw FormatError(QStringLiteral("%1: line 1: expected an object").arg(file));

@@ -49,7 +49,13 @@ void addDeviceState(FeatureSet& set, CameraModel& model) {
     set.command("DeviceReset")
         .about("Restores the settings with which the camera powers up.")
         .writableIf(whenIdle(model))
-        .action([&model] { model.reset(); }, std::chrono::milliseconds(100));
+        .action(
+            [&model] {
+                // An acquisition that began meanwhile keeps the size of its frames.
+                if (!model.isStreaming)
+                    model.reset();
+            },
+            std::chrono::milliseconds(100));
     FeatureNode& temperatures = set.enumeration("DeviceTemperatureSelector")
                                     .entry("Mainboard", 0)
                                     .entry("Sensor", 1)
@@ -116,7 +122,8 @@ void addRegion(FeatureSet& set, CameraModel& model) {
         .about("Width of the image.")
         .bind(model.width)
         .limits([&model] {
-            return IntegerLimits{64, (model.maximumWidth() - model.offsetX) / widthStep * widthStep,
+            return IntegerLimits{widthStep,
+                                 (model.maximumWidth() - model.offsetX) / widthStep * widthStep,
                                  widthStep};
         })
         .writableIf(whenIdle(model));
@@ -125,8 +132,9 @@ void addRegion(FeatureSet& set, CameraModel& model) {
         .about("Height of the image.")
         .bind(model.height)
         .limits([&model] {
-            return IntegerLimits{
-                64, (model.maximumHeight() - model.offsetY) / heightStep * heightStep, heightStep};
+            return IntegerLimits{heightStep,
+                                 (model.maximumHeight() - model.offsetY) / heightStep * heightStep,
+                                 heightStep};
         })
         .writableIf(whenIdle(model));
     set.integer("OffsetX")

@@ -220,6 +220,7 @@ void addTransport(FeatureSet& set) {
     set.boolean("StreamHoldEnable").expert();
     set.category("/TestControl");
     set.integer("TestPendingAck").unit("ms").limits(0, 10000).guru();
+    set.integer("TestPatternOnError").shownAs("Boolean").limits(0, 1).guru();
     set.integer("TestRegister").shownAs("HexNumber").limits(0, 0xFFFFFFFF).invisible();
     set.category("/FileAccessControl");
     FeatureNode& file = set.enumeration("FileSelector")

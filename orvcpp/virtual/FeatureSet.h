@@ -28,7 +28,7 @@ public:
     }
     /// A number that never changes.
     FeatureNode& fixedNumber(const std::string& name, std::int64_t number) {
-        return integer(name).value(number).readOnly();
+        return integer(name).value(number).shownAs("PureNumber").readOnly();
     }
 
     const std::vector<std::unique_ptr<FeatureNode>>& nodes() const { return m_nodes; }

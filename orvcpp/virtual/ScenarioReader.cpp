@@ -39,8 +39,9 @@ HubData readHub(ObjectReader reader, const ControllerData& controller) {
         if (other.parent == hub.parent && other.port == hub.port)
             reader.fail("port", QStringLiteral("a port on which there is no other hub"));
     }
-    hub.bitsPerSecond =
-        readSpeed(reader, "speedMbps", static_cast<double>(controller.bitsPerSecond) / 1e6);
+    const std::uint64_t above =
+        hub.parent ? controller.hubs[*hub.parent].bitsPerSecond : controller.bitsPerSecond;
+    hub.bitsPerSecond = readSpeed(reader, "speedMbps", static_cast<double>(above) / 1e6);
     reader.finish();
     return hub;
 }
@@ -83,13 +84,14 @@ TransportLayerData readTransportLayer(ObjectReader reader) {
 
 void readInterfaceLink(ObjectReader& reader, const Scenario& scenario, InterfaceData& interface) {
     const OrvTransportLayerType type = scenario.transportLayers[interface.transportLayer].type;
-    if (type == OrvTransportLayerTypeGEV || reader.has("adapter")) {
+    const bool isUsb = type == OrvTransportLayerTypeU3V;
+    if (type == OrvTransportLayerTypeGEV || (!isUsb && reader.has("adapter"))) {
         interface.adapter = reader.choice(
             "adapter", namesOf(scenario.adapters, [](const auto& a) { return a.name; }));
         const AdapterData& adapter = scenario.adapters[*interface.adapter];
         interface.name = reader.text("name", "MRD GigE Interface " + adapter.name);
         interface.bitsPerSecond = adapter.bitsPerSecond;
-    } else if (type == OrvTransportLayerTypeU3V || reader.has("usbController")) {
+    } else if (isUsb || reader.has("usbController")) {
         interface.controller =
             reader.choice("usbController", namesOf(scenario.controllers,
                                                    [](const auto& c) { return c.location(); }));

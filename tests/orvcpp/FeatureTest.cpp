@@ -68,6 +68,7 @@ TEST(Features, DescribeThemselvesInEveryModule) {
         const auto stream = sdk::stream(*camera);
         std::set<int> types;
         std::set<int> visibilities;
+        std::set<std::string> representations;
         for (const FeatureContainer* module :
              {static_cast<const FeatureContainer*>(camera.get()),
               static_cast<const FeatureContainer*>(layer.get()),
@@ -87,11 +88,18 @@ TEST(Features, DescribeThemselvesInEveryModule) {
                 feature->GetVisibility(visibility);
                 types.insert(static_cast<int>(type));
                 visibilities.insert(visibility);
+                representations.insert(
+                    text([&](char* b, auto& n) { return feature->GetRepresentation(b, n); }));
             }
             EXPECT_EQ(names.size(), all.size()) << "names are unique in a module";
         }
         EXPECT_THAT(types, ElementsAre(1, 2, 3, 4, 5, 6, 7));
         EXPECT_THAT(visibilities, ElementsAre(1, 2, 3, 4));
+        EXPECT_THAT(representations,
+                    IsSupersetOf({"Linear", "Logarithmic", "Boolean", "PureNumber", "HexNumber"}));
+        if (id == std::string("G")) {
+            EXPECT_THAT(representations, IsSupersetOf({"IPV4Address", "MACAddress"}));
+        }
     }
 }
 
@@ -212,6 +220,8 @@ TEST(FrameRate, FollowsTheImageFormat) {
     EXPECT_EQ(set(*camera, "BinningVertical", std::int64_t{2}), OrvErrorSuccess);
     EXPECT_EQ(get<std::int64_t>(*camera, "Height"), 100) << "binning shrinks the region";
     EXPECT_EQ(set(*camera, "StreamBytesPerSecond", std::int64_t{64'500}), OrvErrorInvalidValue);
+    EXPECT_EQ(set(*camera, "BinningVertical", std::int64_t{4}), OrvErrorSuccess);
+    checkDescription(*feature(*camera, "Height"));
 }
 
 TEST(FrameRate, FeaturesAreThoseOfTheScenario) {
@@ -250,6 +260,18 @@ TEST(Commands, TakeTheirTimeThenTakeEffect) {
     EXPECT_FALSE(isDone(*camera, "DeviceReset"));
 }
 
+TEST(Commands, LeaveTheSizeOfFramesAloneThatAreUnderWay) {
+    const Running run(scenario(gige("A")));
+    const auto camera = openCamera("A");
+    EXPECT_EQ(set(*camera, "Width", std::int64_t{640}), OrvErrorSuccess);
+    const auto reset = feature(*camera, "DeviceReset");
+    EXPECT_EQ(reset->RunCommand(), OrvErrorSuccess);
+    ASSERT_EQ(start(*camera, std::make_shared<Receiver>(camera)), OrvErrorSuccess);
+    bool done = false;
+    EXPECT_TRUE(eventually([&] { return !reset->IsCommandDone(done) && done; }));
+    EXPECT_EQ(get<std::int64_t>(*camera, "Width"), 640);
+}
+
 TEST(Faults, MakeAFeatureAnswerItsCode) {
     const Running run(scenario(gige("A", R"(, "faults": {"features": [
         {"name": "DeviceLinkThroughputLimit", "on": "set", "code": -20},
@@ -285,6 +307,24 @@ TEST(FeatureObservers, AreToldOfWhatFollowsFromAWrite) {
     EXPECT_EQ(payload->UnregisterObserver(observer), OrvErrorSuccess);
     EXPECT_EQ(payload->UnregisterObserver(observer), OrvErrorNotFound);
     EXPECT_EQ(set(*camera, "Width", std::int64_t{320}), OrvErrorSuccess);
+}
+
+TEST(FeatureObservers, AreToldWhatACommandHasDoneWhenItIsThrough) {
+    const Running run(scenario(gige("A")));
+    const auto camera = openCamera("A");
+    const auto width = feature(*camera, "Width");
+    EXPECT_EQ(set(*camera, "Width", std::int64_t{640}), OrvErrorSuccess);
+    const auto observer = std::make_shared<NiceMock<Observer>>();
+    std::int64_t told = 0;
+    ON_CALL(*observer, FeatureChanged).WillByDefault([&](const auto& changed) {
+        EXPECT_EQ(changed->GetValue(told), OrvErrorSuccess);
+    });
+    EXPECT_EQ(width->RegisterObserver(observer), OrvErrorSuccess);
+    const auto reset = feature(*camera, "DeviceReset");
+    EXPECT_EQ(reset->RunCommand(), OrvErrorSuccess);
+    bool done = false;
+    EXPECT_TRUE(eventually([&] { return !reset->IsCommandDone(done) && done; }));
+    EXPECT_EQ(told, 1920);
 }
 
 TEST(Features, NeedTheCameraOpen) {
