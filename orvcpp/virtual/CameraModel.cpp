@@ -7,18 +7,6 @@
 
 namespace orv::sim {
 
-namespace {
-
-std::int64_t triggerSourceNumber(const std::string& name) {
-    if (name == "Freerun")
-        return TriggerSourceFreerun;
-    if (name == "Line0")
-        return TriggerSourceLine0;
-    return name == "Line1" ? TriggerSourceLine1 : TriggerSourceSoftware;
-}
-
-} // namespace
-
 CameraModel::CameraModel(const CameraData& data) : m_data(data) {
     reset();
 }
@@ -32,14 +20,14 @@ void CameraModel::reset() {
     binningVertical = 1;
     pixelFormat = m_data.pixelFormat;
     exposureTime = m_data.exposureTime;
-    exposureMode = m_data.exposureMode == "Timed" ? ExposureModeTimed : ExposureModeTriggerWidth;
+    exposureMode = m_data.exposureMode;
     exposureAuto = AutoOff;
     frameRateEnabled = m_data.frameRateEnabled;
     userFrameRate = m_data.frameRate;
     bandwidth = m_data.bandwidth;
     bandwidthLimited = 1;
     triggerMode = m_data.triggerMode ? 1 : 0;
-    triggerSource = triggerSourceNumber(m_data.triggerSource);
+    triggerSource = m_data.triggerSource;
     packetSize = m_data.packetSize;
 }
 

@@ -9,14 +9,7 @@
 
 namespace orv::sim {
 
-/// Numbers of the entries of enumerations that the model looks at.
-enum TriggerSourceEntry : std::int64_t {
-    TriggerSourceFreerun = 0,
-    TriggerSourceSoftware = 1,
-    TriggerSourceLine0 = 2,
-    TriggerSourceLine1 = 3
-};
-enum ExposureModeEntry : std::int64_t { ExposureModeTimed = 1, ExposureModeTriggerWidth = 2 };
+/// Numbers of the entries of the automatic modes.
 enum AutoEntry : std::int64_t { AutoOff = 0, AutoOnce = 1, AutoContinuous = 2 };
 
 /// Settings of a simulated camera, and the rates that follow from them. Not thread-safe.

@@ -83,23 +83,27 @@ void readFrameRate(ObjectReader reader, CameraData& camera) {
 }
 
 void readTrigger(ObjectReader reader, CameraData& camera) {
+    // Positions are the numbers of the entries.
     static const QStringList sources{QStringLiteral("Freerun"), QStringLiteral("Software"),
                                      QStringLiteral("Line0"), QStringLiteral("Line1")};
     camera.triggerMode =
         reader.choice("mode", {QStringLiteral("Off"), QStringLiteral("On")}, 0) == 1;
     camera.triggerSource =
-        sources[static_cast<int>(reader.choice("source", sources, 1))].toStdString();
+        static_cast<std::int64_t>(reader.choice("source", sources, TriggerSourceSoftware));
     camera.triggerRate = reader.number("rate", 0, 100000, 0);
     reader.finish();
 }
 
+/// The text itself among \p choices, the first of them when absent.
+std::string chosenText(ObjectReader& reader, const char* key, const QStringList& choices) {
+    return choices[static_cast<int>(reader.choice(key, choices, 0))].toStdString();
+}
+
 void readStream(ObjectReader reader, CameraData& camera) {
-    static const QStringList drivers{QStringLiteral("Filter"), QStringLiteral("Socket")};
     camera.streamDriver =
-        drivers[static_cast<int>(reader.choice("driver", drivers, 0))].toStdString();
-    static const QStringList protocols{QString(), QStringLiteral("UDP"), QStringLiteral("TCP")};
+        chosenText(reader, "driver", {QStringLiteral("Filter"), QStringLiteral("Socket")});
     camera.streamProtocol =
-        protocols[static_cast<int>(reader.choice("protocol", protocols, 0))].toStdString();
+        chosenText(reader, "protocol", {QString(), QStringLiteral("UDP"), QStringLiteral("TCP")});
     camera.maximumPacketSize = reader.integer("maximumPacketSize", 576, 65536, 8992);
     camera.packetSize = reader.integer("packetSize", 576, camera.maximumPacketSize,
                                        std::min<std::int64_t>(1500, camera.maximumPacketSize));
@@ -108,11 +112,11 @@ void readStream(ObjectReader reader, CameraData& camera) {
 }
 
 FeatureFault readFeatureFault(ObjectReader reader) {
-    static const QStringList modules{QStringLiteral("Camera"), QStringLiteral("Local Device"),
-                                     QStringLiteral("Stream0")};
     FeatureFault fault;
     fault.origin = reader.originOf("name");
-    fault.module = modules[static_cast<int>(reader.choice("module", modules, 0))].toStdString();
+    fault.module = chosenText(
+        reader, "module",
+        {QStringLiteral("Camera"), QStringLiteral("Local Device"), QStringLiteral("Stream0")});
     fault.name = reader.text("name");
     fault.code = static_cast<OrvErrorType>(reader.integer("code", -40, -1, OrvErrorIO));
     const std::size_t on = reader.choice(
@@ -141,10 +145,6 @@ void readUsbPlace(ObjectReader& reader, const ControllerData& controller, Camera
         camera.hub = reader.choice(
             "hub", namesOf(controller.hubs, [](const HubData& hub) { return hub.name; }));
     camera.port = static_cast<std::uint32_t>(reader.integer("port", 1, maximumPort));
-    for (const HubData& hub : controller.hubs) {
-        if (hub.parent == camera.hub && hub.port == camera.port)
-            reader.fail("port", QStringLiteral("a port on which there is no hub"));
-    }
     static const QRegularExpression form(QStringLiteral("^[0-9A-Z]+$"));
     if (!form.match(toQString(camera.serialNumber)).hasMatch())
         reader.fail("serialNumber", QStringLiteral("digits and upper-case letters (USB)"));
@@ -183,18 +183,29 @@ CameraData numbered(CameraData camera, std::int64_t n) {
     return camera;
 }
 
-void checkFree(const ObjectReader& reader, const std::vector<CameraData>& cameras,
-               const CameraData& added) {
+void checkPort(const ObjectReader& reader, const Scenario& scenario, const CameraData& added) {
+    const auto& controller = scenario.interfaces[added.interface].controller;
+    if (!controller)
+        return;
     if (added.port > maximumPort)
         reader.fail("count",
                     QStringLiteral("as many cameras as there are ports up to %1").arg(maximumPort));
-    for (const CameraData& other : cameras) {
+    for (const HubData& hub : scenario.controllers[*controller].hubs) {
+        if (hub.parent == added.hub && hub.port == added.port)
+            reader.fail("port", QStringLiteral("ports on which there is no hub"));
+    }
+    for (const CameraData& other : scenario.cameras) {
+        if (scenario.interfaces[other.interface].controller == controller &&
+            other.hub == added.hub && other.port == added.port)
+            reader.fail("port", QStringLiteral("a port that no other camera of the hub is on"));
+    }
+}
+
+void checkId(const ObjectReader& reader, const Scenario& scenario, const CameraData& added) {
+    for (const CameraData& other : scenario.cameras) {
         if (other.id == added.id)
             reader.fail("id", QStringLiteral("an ID that no other camera has (\"%1\" is taken)")
                                   .arg(toQString(added.id)));
-        if (added.port != 0 && other.interface == added.interface && other.hub == added.hub &&
-            other.port == added.port)
-            reader.fail("port", QStringLiteral("a port that no other camera of the hub is on"));
     }
 }
 
@@ -212,10 +223,9 @@ void readCamera(ObjectReader reader, Scenario& scenario, std::uint32_t seed) {
     readPlace(reader, scenario, camera);
     readSensor(reader.object("sensor"), camera);
     camera.exposureTime = reader.number("exposureTime", 10, 10'000'000, 5000);
-    static const QStringList exposureModes{QStringLiteral("Timed"), QStringLiteral("TriggerWidth")};
-    camera.exposureMode =
-        exposureModes[static_cast<int>(reader.choice("exposureMode", exposureModes, 0))]
-            .toStdString();
+    const std::size_t exposureMode =
+        reader.choice("exposureMode", {QStringLiteral("Timed"), QStringLiteral("TriggerWidth")}, 0);
+    camera.exposureMode = exposureMode == 0 ? ExposureModeTimed : ExposureModeTriggerWidth;
     readBandwidth(reader.object("bandwidth"), camera);
     readFrameRate(reader.object("frameRate"), camera);
     readTrigger(reader.object("trigger"), camera);
@@ -229,7 +239,8 @@ void readCamera(ObjectReader reader, Scenario& scenario, std::uint32_t seed) {
     for (std::int64_t n = 0; n < count; ++n) {
         CameraData added = reader.has("count") ? numbered(camera, n) : camera;
         added.seed = seed + static_cast<std::uint32_t>(scenario.cameras.size());
-        checkFree(reader, scenario.cameras, added);
+        checkId(reader, scenario, added);
+        checkPort(reader, scenario, added);
         scenario.cameras.push_back(std::move(added));
     }
 }

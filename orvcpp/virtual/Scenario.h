@@ -71,6 +71,15 @@ enum class FrameRateFeature { AcquisitionFrameRateLimit, AcquisitionFrameRate, N
 /// What the camera grants to an Open of this process.
 enum class Access { Full, Read, None };
 
+/// Numbers of the entries of enumerations that a scenario sets.
+enum TriggerSourceEntry : std::int64_t {
+    TriggerSourceFreerun = 0,
+    TriggerSourceSoftware = 1,
+    TriggerSourceLine0 = 2,
+    TriggerSourceLine1 = 3
+};
+enum ExposureModeEntry : std::int64_t { ExposureModeTimed = 1, ExposureModeTriggerWidth = 2 };
+
 /// A feature that answers an error.
 struct FeatureFault {
     std::string module;
@@ -123,7 +132,7 @@ struct CameraData {
 
     /// Microseconds.
     double exposureTime = 0;
-    std::string exposureMode;
+    std::int64_t exposureMode = ExposureModeTimed;
 
     BandwidthFeature bandwidthFeature = BandwidthFeature::DeviceLinkThroughputLimit;
     /// Bytes per second.
@@ -137,7 +146,7 @@ struct CameraData {
     double frameRate = 0;
 
     bool triggerMode = false;
-    std::string triggerSource;
+    std::int64_t triggerSource = TriggerSourceSoftware;
     /// Triggers per second that come from outside; 0: none.
     double triggerRate = 0;
 

@@ -82,7 +82,10 @@ const std::vector<Malformed> malformed{
      {"cameras[0].count: expected as many cameras as there are ports up to 31"}},
     {"PortOfHub",
      scenario(usb("A", 4)),
-     {"cameras[0].port: expected a port on which there is no hub"}},
+     {"cameras[0].port: expected ports on which there is no hub"}},
+    {"PortOfHubByCount",
+     scenario(usb("A", 3, R"(, "count": 2)")),
+     {"cameras[0].port: expected ports on which there is no hub"}},
     {"UsbSerialNumber",
      scenario(usb("A", 1, R"(, "serialNumber": "ab-1")")),
      {"cameras[0].serialNumber: expected digits and upper-case letters"}},
@@ -123,6 +126,11 @@ TEST(Configuration, FindsAScenarioBesideIt) {
     EXPECT_EQ(system().Startup(wide.c_str()), OrvErrorAlreadyDone);
     EXPECT_THAT(cameras(), SizeIs(1));
     EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
+}
+
+TEST(Scenario, HangsMoreCamerasOnAnAdapterThanAHubHasPorts) {
+    const Running run(scenario(gige("A", R"(, "count": 40)")));
+    EXPECT_THAT(cameras(), SizeIs(40));
 }
 
 class EmbeddedScenario : public TestWithParam<std::pair<const wchar_t*, std::size_t>> {};
