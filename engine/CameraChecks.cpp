@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/CameraHandler.h"
 
-#include "engine/CommandCompletion.h"
 #include "engine/FeatureAccess.h"
 #include "features/FeatureController.h"
 #include "logging/Log.h"
@@ -9,6 +8,7 @@
 #include "sdk/OrvStreamWrapper.h"
 
 #include <algorithm>
+#include <chrono>
 #include <limits>
 
 namespace {
@@ -25,6 +25,18 @@ constexpr std::chrono::seconds packetSizeLimit{5};
 std::uint64_t bitsOf(std::int64_t bytes) {
     constexpr std::uint64_t largest = std::numeric_limits<std::uint64_t>::max() / 8;
     return bytes > 0 ? std::min(static_cast<std::uint64_t>(bytes), largest) * 8 : 0;
+}
+
+/// Asks, without a pause, whether a command is done, until it is or the query fails, which is no
+/// error; OrvErrorTimeout when neither happens in time.
+OrvErrorType waitForPacketSize(const OrvFeatureWrapper& command) {
+    const auto end = std::chrono::steady_clock::now() + packetSizeLimit;
+    bool done = false;
+    while (command.IsCommandDone(done) == OrvErrorSuccess && !done) {
+        if (std::chrono::steady_clock::now() >= end)
+            return OrvErrorTimeout;
+    }
+    return OrvErrorSuccess;
 }
 
 } // namespace
@@ -92,7 +104,8 @@ void CameraHandler::warnOfSocketDriver() {
 }
 
 bool CameraHandler::adjustPacketSize(bool enabled) {
-    if (!enabled || m_packetSizeAdjusted || m_info.transportLayerType != OrvTransportLayerTypeGEV)
+    if (!enabled || m_packetSizeAdjusted || m_packetSizeStuck ||
+        m_info.transportLayerType != OrvTransportLayerTypeGEV)
         return false;
     const bool streamsOverTcp =
         m_features->hasFeature(firstStreamModule, "GVSPProtocol") &&
@@ -130,8 +143,10 @@ bool CameraHandler::runPacketSizeCommand() {
         return false;
     }
     result = command->RunCommand();
-    if (result == OrvErrorSuccess)
-        result = waitForCommand(*command, packetSizeLimit);
+    if (result == OrvErrorSuccess) {
+        result = waitForPacketSize(*command);
+        m_packetSizeStuck = result == OrvErrorTimeout;
+    }
     if (result != OrvErrorSuccess)
         logWarning(displayName() + ": Error while executing GVSPAdjustPacketSize", result);
     return result == OrvErrorSuccess;

@@ -39,6 +39,10 @@ FrameStatistics CameraHandler::getFrameStatistics() const {
     return m_observer->statistics();
 }
 
+bool CameraHandler::isAcquiring() const {
+    return m_acquiring;
+}
+
 bool CameraHandler::isOpened() const {
     return m_opened;
 }

@@ -41,6 +41,7 @@ public:
     virtual FrameStatistics getFrameStatistics() const;
     virtual void startAcquisition();
     /// Lets a GigE camera negotiate its largest packet size, once; true when it was done now.
+    /// Blocks for five seconds at most, and a camera that took as long is not asked again.
     virtual bool adjustPacketSize(bool enabled);
     virtual void stopAcquisition();
     virtual bool isOpened() const;
@@ -57,7 +58,7 @@ public:
     /// classifies the outcome, and 0 changes nothing.
     virtual std::int64_t setBandwidth(std::uint64_t value, std::uint64_t requested);
     virtual AutosetStatus getAutosetStatus() const;
-    /// Never empty; of a camera that could not be opened it reaches few features.
+    /// Never empty; of a camera that could not be opened it reaches no features.
     virtual std::shared_ptr<FeatureController> getFeatureController() const;
     virtual std::string getWarningText() const;
     virtual bool isTriggered() const;
@@ -69,6 +70,9 @@ public:
     virtual void checkLinkSpeed(std::uint64_t hostLinkSpeed) const;
     /// Stops a running acquisition and closes the camera, if this handler started and opened it.
     virtual ~CameraHandler();
+
+    /// Whether an acquisition that this handler started is still to be stopped.
+    bool isAcquiring() const;
 
 private:
     std::string displayName() const;
@@ -110,4 +114,5 @@ private:
     bool m_locked = false;
     bool m_acquiring = false;
     bool m_packetSizeAdjusted = false;
+    bool m_packetSizeStuck = false;
 };

@@ -39,8 +39,10 @@ CameraHandler::CameraHandler(std::shared_ptr<OrvCameraWrapper> camera,
       m_features(std::move(features)) {
     readIdentity();
     openCamera();
+    // Without an open camera there is nothing to see; asking would only add to its one warning.
     if (!m_features)
-        m_features = std::make_shared<FeatureController>(m_camera, displayName());
+        m_features =
+            std::make_shared<FeatureController>(m_opened ? m_camera : nullptr, displayName());
 
     // What the camera hangs on decides how its interface is read, so the type is asked for first.
     auto layer = std::make_shared<OrvTransportLayerWrapper>();
@@ -118,7 +120,9 @@ void CameraHandler::readInterface() {
 }
 
 void CameraHandler::readUsbLocation() {
-    const FeatureValue value = m_features->getFeatureValue(localDeviceModule, "DeviceLocation");
+    const FeatureValue value =
+        m_openedHere ? m_features->getFeatureValue(localDeviceModule, "DeviceLocation")
+                     : FeatureValue();
     const UsbLocation location = parseUsbLocation(textOf(value).value_or(std::string()));
     if (!location.bus.empty())
         m_info.interfaceName = "USB bus " + location.bus;

@@ -197,27 +197,25 @@ void SystemController::clearMaxBandwidths() {
     m_maxBandwidths.clear();
 }
 
-CameraList SystemController::chosenCameras(int interfaceIndex) const {
-    CameraList chosen;
-    if (interfaceIndex < 0 || static_cast<std::size_t>(interfaceIndex) >= m_interfaces.size())
-        return chosen;
-    for (const auto& camera : m_interfaces[static_cast<std::size_t>(interfaceIndex)]) {
-        if (camera->isOpened())
-            chosen.push_back(camera);
-    }
-    return chosen;
+CameraList SystemController::camerasOf(int interfaceIndex) const {
+    const auto index = static_cast<std::size_t>(interfaceIndex);
+    return interfaceIndex >= 0 && index < m_interfaces.size() ? m_interfaces[index] : CameraList();
 }
 
 void SystemController::startBenchmark(int interfaceIndex, bool adjustPacketSize) {
-    for (const auto& camera : chosenCameras(interfaceIndex)) {
+    for (const auto& camera : camerasOf(interfaceIndex)) {
+        if (!camera->isOpened())
+            continue;
         camera->adjustPacketSize(adjustPacketSize);
         camera->startAcquisition();
     }
 }
 
 void SystemController::stopBenchmark(int interfaceIndex) {
-    for (const auto& camera : chosenCameras(interfaceIndex))
-        camera->stopAcquisition();
+    for (const auto& camera : camerasOf(interfaceIndex)) {
+        if (camera->isOpened() || camera->isAcquiring())
+            camera->stopAcquisition();
+    }
 }
 
 std::string SystemController::getSdkVersion() const {

@@ -48,6 +48,7 @@ public:
     /// Starts acquisition on the chosen cameras of an interface, after adjusting their packet
     /// sizes when asked to. An index out of range does nothing.
     void startBenchmark(int interfaceIndex, bool adjustPacketSize);
+    /// Stops the chosen cameras of an interface, and those that were chosen when they were started.
     void stopBenchmark(int interfaceIndex);
 
     /// "major.minor.patch" of the camera SDK; empty when it does not tell.
@@ -58,7 +59,7 @@ private:
                    std::map<std::string, CameraList>& groups);
     void recordInterface(const OrvInterfaceWrapper& interface, const std::string& id,
                          const CameraHandler& handler);
-    CameraList chosenCameras(int interfaceIndex) const;
+    CameraList camerasOf(int interfaceIndex) const;
 
     std::shared_ptr<OrvSystemWrapper> m_system;
     std::shared_ptr<InterfaceHandlerGigE> m_gigeHandler;

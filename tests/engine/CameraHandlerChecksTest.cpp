@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/engine/CameraFixture.h"
 
-#include "engine/CommandCompletion.h"
-
 #include <optional>
 
 namespace {
@@ -192,10 +190,15 @@ TEST(CameraHandlerPacketSize, NeedsAStream) {
                                          ": GigEAdjustPacketSize: invalid stream pointer."));
 }
 
-TEST(CommandCompletion, GivesUpOnACommandThatNeverCompletes) {
-    const auto command = makeCommandFeature();
-    ON_CALL(*command, IsCommandDone).WillByDefault(answer(false));
-    EXPECT_EQ(waitForCommand(*command, std::chrono::milliseconds(20)), OrvErrorTimeout);
+TEST(CameraHandlerPacketSize, WaitsOnlyOnceForACommandThatNeverCompletes) {
+    PacketSizeFakes fakes(8000);
+    ON_CALL(*fakes.command, IsCommandDone).WillByDefault(answer(false));
+    EXPECT_CALL(*fakes.command, RunCommand).Times(1);
+    EXPECT_FALSE(fakes.handler.adjustPacketSize(true));
+    EXPECT_FALSE(fakes.handler.adjustPacketSize(true));
+    EXPECT_THAT(fakes.log.lines(), ElementsAre("Warning:" + cameraText +
+                                               ": Error while executing GVSPAdjustPacketSize "
+                                               "(Timeout during wait)"));
 }
 
 } // namespace

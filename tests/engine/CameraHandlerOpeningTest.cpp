@@ -19,6 +19,11 @@ const std::string accessWarning =
 void denyAccess(MockCamera& camera) {
     ON_CALL(camera, Open).WillByDefault(Return(OrvErrorType{OrvErrorInvalidAccess}));
     ON_CALL(camera, GetPermittedAccess).WillByDefault(answer(OrvAccessModeRead));
+    // What is open elsewhere shows neither local device nor streams.
+    ON_CALL(camera, GetLocalDevice()).WillByDefault([] {
+        return std::pair(std::shared_ptr<OrvLocalDeviceWrapper>(), OrvErrorType{OrvErrorIO});
+    });
+    ON_CALL(camera, GetStreams).WillByDefault(ioError());
 }
 
 struct OpeningCase {
@@ -153,15 +158,13 @@ INSTANTIATE_TEST_SUITE_P(
         OpeningCase{"InUseElsewhere",
                     usb,
                     [](CameraParts& p) { denyAccess(*p.camera); },
-                    {"Warning:" + c + ": Cannot open the camera, full access denied."},
+                    {"Warning:" + c + ": Cannot open the camera, full access denied.",
+                     "Warning:" + c + ": Cannot find USB port path."},
                     accessWarning,
                     false},
         OpeningCase{"NoStreamsOfUnopenedCamera",
                     gige,
-                    [](CameraParts& p) {
-                        denyAccess(*p.camera);
-                        p.stream->addFeature("GVSPDriver", makeStringFeature("Socket"));
-                    },
+                    [](CameraParts& p) { denyAccess(*p.camera); },
                     {"Warning:" + c + ": Cannot open the camera, full access denied."},
                     accessWarning,
                     false},

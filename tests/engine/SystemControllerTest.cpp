@@ -332,6 +332,16 @@ TEST_F(SystemControllerTest, BenchmarkRunsOnTheChosenCamerasOfOneInterface) {
     }
 }
 
+TEST_F(SystemControllerTest, WhatABenchmarkStartedIsStopped) {
+    add(gige, "Eth 1");
+    const auto camera = m_controller.enumerate()[0][0];
+    m_controller.startBenchmark(0, false);
+    camera->setOpened(false);
+    m_controller.stopBenchmark(0);
+    m_controller.stopBenchmark(0);
+    EXPECT_EQ(m_log.count("Info:" + cameraText + ": Acquisition stopped successfully."), 1);
+}
+
 TEST_F(SystemControllerTest, TellsTheVersionOfTheSdk) {
     EXPECT_CALL(*m_system, QueryVersion)
         .WillOnce(answer(OrvVersionInfo{1, 2, 30}))
