@@ -113,6 +113,14 @@ const std::vector<Malformed> malformed{
 INSTANTIATE_TEST_SUITE_P(Table, MalformedScenario, ValuesIn(malformed),
                          [](const auto& row) { return row.param.name; });
 
+TEST(TruncatedScenario, SaysWhereItBreaksOffWhereverThatIs) {
+    const std::string whole = scenario(gige("A"));
+    for (std::size_t size = 0; size < whole.size(); size += 7) {
+        ASSERT_EQ(startWith(whole.substr(0, size)), OrvErrorBadParameter) << size;
+        ASSERT_THAT(startupError(), MatchesRegex(".*scenario.json: line .*: expected .*")) << size;
+    }
+}
+
 TEST(Configuration, FindsAScenarioBesideIt) {
     const TemporaryFile configuration(
         "sdk.json", R"({"providers": [{"type": "virtual", "scenario": "own.json"}]})");

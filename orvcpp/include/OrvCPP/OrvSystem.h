@@ -18,8 +18,8 @@
 namespace OrvCPP {
 
 /// The camera SDK's one system object: it starts the providers of cameras and hands out what they
-/// find. Thread-safe. Every operation but GetInstance, QueryVersion, Startup and Shutdown answers
-/// OrvErrorApiNotStarted while the SDK is not started.
+/// find. Thread-safe. Every operation but GetInstance, QueryVersion, Startup, Shutdown and
+/// GetStartupError answers OrvErrorApiNotStarted while the SDK is not started.
 class ORVCPP_API OrvSystem {
 public:
     virtual ~OrvSystem() = default;
