@@ -29,8 +29,8 @@ public:
 
     OrvAccessModeType permittedAccess();
     bool isPlugged();
-    /// True when that changed anything. A camera that is plugged in has the settings with which it
-    /// powers up.
+    /// True when that changed anything. A camera that is plugged in has the image, acquisition and
+    /// bandwidth settings with which it powers up.
     bool setPlugged(bool plugged);
     /// What a call that needs the camera open answers.
     OrvErrorType checkOpen();

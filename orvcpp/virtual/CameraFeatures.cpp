@@ -47,7 +47,7 @@ void addDeviceInformation(FeatureSet& set, const CameraModel& model) {
 void addDeviceState(FeatureSet& set, CameraModel& model) {
     set.category("/DeviceControl");
     set.command("DeviceReset")
-        .about("Restores the settings with which the camera powers up.")
+        .about("Restores the image, acquisition and bandwidth settings of power-up.")
         .writableIf(whenIdle(model))
         .action(
             [&model] {

@@ -31,9 +31,7 @@ public:
                              std::shared_ptr<OrvCPP::Feature>* features, std::uint32_t& count);
 
     /// One call that changes nothing: \p ask answers a result code.
-    template <typename Ask> OrvErrorType read(const Ask& ask) {
-        return guarded(false, [&] { return ask(); });
-    }
+    template <typename Ask> OrvErrorType read(const Ask& ask) { return guarded(false, ask); }
     /// One call that changes a value: observers are told afterwards, without a lock held.
     template <typename Change> OrvErrorType write(const FeatureNode& node, const Change& change) {
         const OrvErrorType error = guarded(true, [&] {
