@@ -44,6 +44,24 @@ void addDeviceInformation(FeatureSet& set, const CameraModel& model) {
     set.integer("DeviceRegistersStreamingStart").shownAs("HexNumber").invisible();
 }
 
+void addClock(FeatureSet& set) {
+    set.category("/DeviceControl");
+    const auto begin = Clock::now();
+    FeatureNode& latched = set.integer("DeviceTimestampLatchValue")
+                               .unit("ns")
+                               .limits(0, std::numeric_limits<std::int64_t>::max())
+                               .readOnly()
+                               .expert();
+    set.command("DeviceTimestampLatch")
+        .about("Stores the camera's time in DeviceTimestampLatchValue.")
+        .action([begin, &latched] {
+            latched.value(std::int64_t{
+                std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now() - begin)
+                    .count()});
+        })
+        .expert();
+}
+
 void addDeviceState(FeatureSet& set, CameraModel& model) {
     set.category("/DeviceControl");
     set.command("DeviceReset")
@@ -72,19 +90,6 @@ void addDeviceState(FeatureSet& set, CameraModel& model) {
             return Value(34.0 + warmth * minutes / (minutes + 5));
         })
         .floatLimits(-20, 120)
-        .expert();
-    FeatureNode& latched = set.integer("DeviceTimestampLatchValue")
-                               .unit("ns")
-                               .limits(0, std::numeric_limits<std::int64_t>::max())
-                               .readOnly()
-                               .expert();
-    set.command("DeviceTimestampLatch")
-        .about("Stores the camera's time in DeviceTimestampLatchValue.")
-        .action([begin, &latched] {
-            latched.value(std::int64_t{
-                std::chrono::duration_cast<std::chrono::nanoseconds>(Clock::now() - begin)
-                    .count()});
-        })
         .expert();
     set.enumeration("DeviceIndicatorMode")
         .entry("Inactive", 0)
@@ -281,6 +286,37 @@ void addFrameRate(FeatureSet& set, CameraModel& model) {
         .bind(model.frameRateEnabled);
 }
 
+void addBandwidthLimit(FeatureSet& set, CameraModel& model, bool isUsb) {
+    const CameraData& data = model.data();
+    const IntegerLimits limits{data.bandwidthMinimum, data.bandwidthMaximum,
+                               data.bandwidthIncrement};
+    if (data.bandwidthFeature == BandwidthFeature::DeviceLinkThroughputLimit) {
+        set.enumeration("DeviceLinkThroughputLimitMode")
+            .entry("Off", 0)
+            .entry("On", 1)
+            .about("Whether the throughput limit is kept.")
+            .bind(model.bandwidthLimited);
+        set.integer("DeviceLinkThroughputLimit")
+            .unit("Bps")
+            .about("Most bytes per second that the camera sends.")
+            .bind(model.bandwidth)
+            .limits([limits] { return limits; })
+            .writableIf([&model] { return model.bandwidthLimited == 1; });
+    }
+    set.category(isUsb ? "/TransportLayerControl/USB" : "/TransportLayerControl/GigEVision");
+    if (data.bandwidthFeature == BandwidthFeature::StreamBytesPerSecond) {
+        set.integer("StreamBytesPerSecond")
+            .unit("Bps")
+            .about("Bytes per second that the camera's stream may take.")
+            .bind(model.bandwidth)
+            .limits([limits] { return limits; });
+        set.boolean("StreamFrameRateConstrain")
+            .about("Keeps the frame rate below what the stream can carry.")
+            .value(true)
+            .expert();
+    }
+}
+
 } // namespace
 
 void addImageFormatFeatures(FeatureSet& set, CameraModel& model) {
@@ -363,34 +399,7 @@ void addBandwidthFeatures(FeatureSet& set, CameraModel& model, bool isUsb) {
         .floatLimits(1000, 10'000'000)
         .value(200'000.0)
         .guru();
-    const CameraData& data = model.data();
-    const IntegerLimits limits{data.bandwidthMinimum, data.bandwidthMaximum,
-                               data.bandwidthIncrement};
-    if (data.bandwidthFeature == BandwidthFeature::DeviceLinkThroughputLimit) {
-        set.enumeration("DeviceLinkThroughputLimitMode")
-            .entry("Off", 0)
-            .entry("On", 1)
-            .about("Whether the throughput limit is kept.")
-            .bind(model.bandwidthLimited);
-        set.integer("DeviceLinkThroughputLimit")
-            .unit("Bps")
-            .about("Most bytes per second that the camera sends.")
-            .bind(model.bandwidth)
-            .limits([limits] { return limits; })
-            .writableIf([&model] { return model.bandwidthLimited == 1; });
-    }
-    set.category(isUsb ? "/TransportLayerControl/USB" : "/TransportLayerControl/GigEVision");
-    if (data.bandwidthFeature == BandwidthFeature::StreamBytesPerSecond) {
-        set.integer("StreamBytesPerSecond")
-            .unit("Bps")
-            .about("Bytes per second that the camera's stream may take.")
-            .bind(model.bandwidth)
-            .limits([limits] { return limits; });
-        set.boolean("StreamFrameRateConstrain")
-            .about("Keeps the frame rate below what the stream can carry.")
-            .value(true)
-            .expert();
-    }
+    addBandwidthLimit(set, model, isUsb);
     set.category("/TransportLayerControl");
     set.integer("PayloadSize")
         .unit("B")
@@ -404,6 +413,7 @@ FeatureSet makeCameraFeatures(CameraModel& model, const StreamStatistics& statis
     FeatureSet set;
     addDeviceInformation(set, model);
     addDeviceState(set, model);
+    addClock(set);
     addImageFormatFeatures(set, model);
     addAcquisitionFeatures(set, model, statistics);
     addBandwidthFeatures(set, model, isUsb);
