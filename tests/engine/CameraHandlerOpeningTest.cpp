@@ -59,7 +59,6 @@ INSTANTIATE_TEST_SUITE_P(
     , Opening,
     testing::Values(
         OpeningCase{"Nothing", gige, [](CameraParts&) {}, {}},
-        OpeningCase{"NothingOfUsb", usb, [](CameraParts&) {}, {}},
         OpeningCase{"Name",
                     gige,
                     [](CameraParts& p) { ON_CALL(*p.camera, GetName).WillByDefault(ioError()); },
@@ -233,15 +232,11 @@ TEST(CameraHandlerOpening, ReadsPortAndBusOfUsbCameras) {
 
 TEST(CameraHandlerOpening, LocationOfAnotherTypeCountsAsAbsent) {
     CapturedLog log;
-    CameraParts parts(usb);
+    CameraParts parts(usb, "PCI 0-20-0");
     parts.localDevice->addFeature("DeviceLocation", makeIntFeature(23));
     EXPECT_EQ(CameraHandler(parts.camera).getCameraInfo().portPath, "");
     EXPECT_TRUE(log.has("Warning:" + c + ": Cannot find USB port path."));
-}
-
-TEST(CameraHandlerOpening, NameOfTheInterfaceReplacesTheBus) {
-    CapturedLog log;
-    CameraParts parts(usb, "PCI 0-20-0");
+    // The name of the interface replaces the bus.
     parts.localDevice->addFeature("DeviceLocation", makeStringFeature("0x2/3"));
     EXPECT_EQ(CameraHandler(parts.camera).getCameraInfo().interfaceName, "PCI 0-20-0");
 }

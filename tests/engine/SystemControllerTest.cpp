@@ -3,10 +3,11 @@
 
 #include "engine/InterfaceHandlerGigE.h"
 #include "engine/InterfaceHandlerUSB.h"
-#include "engine/host/HostNetwork.h"
-#include "engine/host/HostUsbTree.h"
 #include "tests/engine/CameraFixture.h"
+#include "tests/support/FakeHostNetwork.h"
+#include "tests/support/FakeHostUsbTree.h"
 
+#include <functional>
 #include <optional>
 
 namespace {
@@ -20,40 +21,29 @@ using testing::Return;
 constexpr auto gige = OrvTransportLayerTypeGEV;
 constexpr auto usb = OrvTransportLayerTypeU3V;
 constexpr std::int64_t address = 0xC0A8010A;
+constexpr auto subnetFeature = "GevInterfaceSubnetIPAddress";
 
-class NoNetwork : public host::HostNetwork {
+/// An empty tree that counts how often it is looked at.
+class CountingUsbTree : public FakeHostUsbTree {
 public:
-    bool addressTable(std::vector<host::AddressRow>&) const override { return true; }
-    host::InterfaceEntry interfaceEntry(std::uint32_t) const override { return {}; }
-};
-
-/// Counts how often it is looked at.
-class NoUsbTree : public host::HostUsbTree {
-public:
-    std::vector<host::DeviceInterface> hubs() override { return {}; }
     std::vector<host::DeviceInterface> devices() override {
         ++looks;
         return {};
     }
-    std::optional<host::DeviceInstance> parent(host::DeviceInstance) override { return {}; }
-    std::string instanceId(host::DeviceInstance) override { return {}; }
-    host::Property<std::u16string> locationInfo(host::DeviceInstance) override { return {}; }
-    host::Property<std::uint32_t> busNumber(host::DeviceInstance) override { return {}; }
-    host::Property<std::uint32_t> address(host::DeviceInstance) override { return {}; }
-    std::unique_ptr<host::UsbHub> openHub(const std::string&) override { return {}; }
 
     int looks = 0;
 };
 
 class MockGigE : public InterfaceHandlerGigE {
 public:
-    MockGigE() : InterfaceHandlerGigE(std::make_shared<NoNetwork>()) {}
+    MockGigE() : InterfaceHandlerGigE(std::make_shared<FakeHostNetwork>()) {}
     MOCK_METHOD(std::uint64_t, GetLinkSpeed, (std::uint64_t), (const, override));
 };
 
 class MockUsb : public InterfaceHandlerUSB {
 public:
-    explicit MockUsb(std::shared_ptr<NoUsbTree> tree) : InterfaceHandlerUSB(std::move(tree)) {}
+    explicit MockUsb(std::shared_ptr<CountingUsbTree> tree)
+        : InterfaceHandlerUSB(std::move(tree)) {}
     MOCK_METHOD(std::optional<std::uint64_t>, GetSpeed, (const std::string&), (const, override));
 };
 
@@ -81,7 +71,7 @@ protected:
         m_cameras.push_back(std::make_unique<CameraParts>(type, interfaceName, identity));
         CameraParts& parts = *m_cameras.back();
         if (type == gige)
-            parts.interface->addFeature("GevInterfaceSubnetIPAddress", makeIntFeature(address));
+            parts.interface->addFeature(subnetFeature, makeIntFeature(address));
         return parts;
     }
 
@@ -99,7 +89,7 @@ protected:
     CapturedLog m_log;
     std::vector<std::unique_ptr<CameraParts>> m_cameras;
     std::shared_ptr<FakeFeatures> m_features = std::make_shared<FakeFeatures>();
-    std::shared_ptr<NoUsbTree> m_tree = std::make_shared<NoUsbTree>();
+    std::shared_ptr<CountingUsbTree> m_tree = std::make_shared<CountingUsbTree>();
     std::shared_ptr<NiceMock<MockSystem>> m_system = std::make_shared<NiceMock<MockSystem>>();
     std::shared_ptr<NiceMock<MockGigE>> m_gige = std::make_shared<NiceMock<MockGigE>>();
     std::shared_ptr<NiceMock<MockUsb>> m_usb = std::make_shared<NiceMock<MockUsb>>(m_tree);
@@ -107,6 +97,8 @@ protected:
 };
 
 const std::string subnetLine = "Debug:Interface Name: 'Eth 1', IP Address: '192.168.1.10'";
+const std::string noSpeed = "Warning:Interface speed not found for interface 'Eth 1'";
+const std::string noType = "Debug:Interface type not found for interface: Eth 1";
 
 TEST_F(SystemControllerTest, GroupsByInterfaceInTheOrderOfTheirIds) {
     add(gige, "eth b", "1");
@@ -127,7 +119,9 @@ TEST_F(SystemControllerTest, EnumeratesAnewEachTime) {
     m_cameras.clear();
     EXPECT_THAT(enumerate(), IsEmpty());
     EXPECT_EQ(m_tree->looks, 2);
+    m_log.clear();
     EXPECT_EQ(m_controller.getInterfaceType("Eth 1"), OrvTransportLayerTypeUnknown);
+    EXPECT_THAT(m_log.lines(), ElementsAre(noType));
     EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 77U);
 }
 
@@ -138,82 +132,82 @@ TEST_F(SystemControllerTest, FailingCameraListIsEmpty) {
     EXPECT_THAT(enumerate(), IsEmpty());
 }
 
-struct LeftOutCase {
-    const char* name;
-    void (*arrange)(CameraParts&);
+/// What is wrong with a camera, and what is logged of it.
+struct Case {
+    std::function<void(CameraParts&)> arrange;
     std::vector<std::string> lines;
 };
 
-class LeftOut : public SystemControllerTest, public testing::WithParamInterface<LeftOutCase> {};
-
-TEST_P(LeftOut, IsLoggedAndTheOthersStay) {
-    GetParam().arrange(add(gige, "Eth 1", "BAD"));
-    add(gige, "Eth 1", "GOOD");
-    EXPECT_THAT(enumerate(), ElementsAre("Eth 1: GOOD"));
-    auto lines = GetParam().lines;
-    lines.push_back(subnetLine);
-    EXPECT_EQ(m_log.lines(), lines);
+TEST_F(SystemControllerTest, FailingCamerasAreLoggedAndTheOthersStay) {
+    const auto loseLayer = [](CameraParts& p) {
+        ON_CALL(*p.camera, GetTransportLayer(_)).WillByDefault(ioError());
+    };
+    const std::string noLayer = "Warning:Could not get the TransportLayerPtr from camera: ";
+    const Case cases[] = {
+        {loseLayer, {noLayer + "'Camera'" + ioErrorText}},
+        {[loseLayer](auto& p) {
+             loseLayer(p);
+             ON_CALL(*p.camera, GetName).WillByDefault(ioError());
+         },
+         {"Warning:Could not get Camera Name" + ioErrorText, noLayer + "''" + ioErrorText}},
+        {[](auto& p) { ON_CALL(*p.camera, GetInterface(_)).WillByDefault(ioError()); },
+         {"Warning:Could not get the InterfacePtr from camera: 'Camera'" + ioErrorText}},
+    };
+    for (const Case& testCase : cases) {
+        m_log.clear();
+        m_cameras.clear();
+        testCase.arrange(add(gige, "Eth 1", "BAD"));
+        add(gige, "Eth 1", "GOOD");
+        EXPECT_THAT(enumerate(), ElementsAre("Eth 1: GOOD"));
+        auto lines = testCase.lines;
+        lines.push_back(subnetLine);
+        EXPECT_EQ(m_log.lines(), lines);
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , LeftOut,
-    testing::Values(
-        LeftOutCase{
-            "NoTransportLayer",
-            [](CameraParts& p) {
-                ON_CALL(*p.camera, GetTransportLayer(_)).WillByDefault(ioError());
-            },
-            {"Warning:Could not get the TransportLayerPtr from camera: 'Camera'" + ioErrorText}},
-        LeftOutCase{"NoTransportLayerAndNoName",
-                    [](CameraParts& p) {
-                        ON_CALL(*p.camera, GetTransportLayer(_)).WillByDefault(ioError());
-                        ON_CALL(*p.camera, GetName).WillByDefault(ioError());
-                    },
-                    {"Warning:Could not get Camera Name" + ioErrorText,
-                     "Warning:Could not get the TransportLayerPtr from camera: ''" + ioErrorText}},
-        LeftOutCase{
-            "NoInterface",
-            [](CameraParts& p) { ON_CALL(*p.camera, GetInterface(_)).WillByDefault(ioError()); },
-            {"Warning:Could not get the InterfacePtr from camera: 'Camera'" + ioErrorText}},
-        LeftOutCase{"VendorUnreadable",
-                    [](CameraParts& p) { ON_CALL(*p.layer, GetVendor).WillByDefault(ioError()); },
-                    {"Debug:TL not supported: [MRD Layer] type=1"}},
-        LeftOutCase{"NameUnreadable",
-                    [](CameraParts& p) { ON_CALL(*p.layer, GetName).WillByDefault(ioError()); },
-                    {"Debug:TL not supported: [] type=1"}},
-        LeftOutCase{"TypeUnreadable",
-                    [](CameraParts& p) { ON_CALL(*p.layer, GetType).WillByDefault(ioError()); },
-                    {"Debug:TL not supported: [MRD Layer] type=0"}},
-        LeftOutCase{"OtherVendor",
-                    [](CameraParts& p) {
-                        ON_CALL(*p.layer, GetVendor).WillByDefault(answer(std::string("Meridane")));
-                    },
-                    {"Debug:TL not supported: [MRD Layer] type=1"}},
-        LeftOutCase{"NameWithoutAbbreviation",
-                    [](CameraParts& p) {
-                        ON_CALL(*p.layer, GetName).WillByDefault(answer(std::string("mrd Layer")));
-                    },
-                    {"Debug:TL not supported: [mrd Layer] type=1"}},
-        LeftOutCase{
-            "OtherType",
-            [](CameraParts& p) {
-                ON_CALL(*p.layer, GetType).WillByDefault(answer(OrvTransportLayerTypeMixed));
-            },
-            {"Debug:TL not supported: [MRD Layer] type=11"}},
-        LeftOutCase{"NegativeType",
-                    [](CameraParts& p) {
-                        ON_CALL(*p.layer, GetType)
-                            .WillByDefault(answer(static_cast<OrvTransportLayerType>(-4)));
-                    },
-                    {"Debug:TL not supported: [MRD Layer] type=-4"}}),
-    [](const auto& suite) { return suite.param.name; });
+TEST_F(SystemControllerTest, OtherTransportLayersAreLeftOut) {
+    struct Layer {
+        std::optional<std::string> vendor;
+        std::optional<std::string> name;
+        std::optional<std::int32_t> type;
+        std::string line;
+    };
+    const std::string vendor = "Meridane Technologies";
+    const std::string name = "MRD Layer";
+    const Layer layers[] = {{{}, name, 1, "[MRD Layer] type=1"},
+                            {vendor, {}, 1, "[] type=1"},
+                            {vendor, name, {}, "[MRD Layer] type=0"},
+                            {"Meridane", name, 1, "[MRD Layer] type=1"},
+                            {vendor, "mrd Layer", 1, "[mrd Layer] type=1"},
+                            {vendor, name, 11, "[MRD Layer] type=11"},
+                            {vendor, name, -4, "[MRD Layer] type=-4"}};
+    const auto give = [](const auto& value) {
+        return [value](auto& out) {
+            if (value)
+                out = static_cast<std::decay_t<decltype(out)>>(*value);
+            return OrvErrorType{value ? OrvErrorSuccess : OrvErrorIO};
+        };
+    };
+    for (const Layer& layer : layers) {
+        m_log.clear();
+        m_cameras.clear();
+        const CameraParts& parts = add(gige, "Eth 1", "BAD");
+        ON_CALL(*parts.layer, GetVendor).WillByDefault(give(layer.vendor));
+        ON_CALL(*parts.layer, GetName).WillByDefault(give(layer.name));
+        ON_CALL(*parts.layer, GetType).WillByDefault(give(layer.type));
+        add(gige, "Eth 1", "GOOD");
+        EXPECT_THAT(enumerate(), ElementsAre("Eth 1: GOOD"));
+        EXPECT_THAT(m_log.lines(),
+                    ElementsAre("Debug:TL not supported: " + layer.line, subnetLine));
+    }
+}
 
 TEST_F(SystemControllerTest, FirstCameraOfAnInterfaceDecides) {
     add(gige, "Eth 1");
     CameraParts& second = add(gige, "Eth 1");
     ON_CALL(*second.interface, GetType).WillByDefault(answer(usb));
     CameraParts& third = add(gige, "Eth 1");
-    third.interface->addFeature("GevInterfaceSubnetIPAddress", makeIntFeature(0x0A000001));
+    third.interface->addFeature(subnetFeature, makeIntFeature(0x0A000001));
     enumerate();
     EXPECT_EQ(m_controller.getInterfaceType("Eth 1"), gige);
     EXPECT_TRUE(m_log.has("Debug:Interface Name: 'Eth 1', IP Address: '10.0.0.1'"));
@@ -237,36 +231,28 @@ TEST_F(SystemControllerTest, ChecksTheLinksOfItsCameras) {
                                 ": Camera Speed Limit: 320 Mbps ( USB 2.0 or lower )"));
 }
 
-const std::string noSpeed = "Warning:Interface speed not found for interface 'Eth 1'";
-const std::string noType = "Debug:Interface type not found for interface: Eth 1";
-
-TEST_F(SystemControllerTest, SpeedNeedsTheSubnetAddress) {
-    CameraParts& parts = add(gige, "Eth 1");
-    parts.interface->removeFeature("GevInterfaceSubnetIPAddress");
-    EXPECT_CALL(*m_gige, GetLinkSpeed).Times(0);
-    enumerate();
-    parts.interface->addFeature("GevInterfaceSubnetIPAddress", makeStringFeature("?"));
-    enumerate();
-    EXPECT_THAT(m_log.lines(), ElementsAre(noSpeed, noSpeed));
-    EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 0U);
-}
-
-TEST_F(SystemControllerTest, SpeedNeedsAnAdapterOfThatAddress) {
-    add(gige, "Eth 1");
-    enumerate();
-    m_log.clear();
-    EXPECT_CALL(*m_gige, GetLinkSpeed(address)).WillOnce(Return(0));
-    EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 0U);
-    EXPECT_THAT(m_log.lines(), ElementsAre(noSpeed));
-}
-
-TEST_F(SystemControllerTest, SpeedNeedsTheType) {
-    CameraParts& parts = add(gige, "Eth 1");
-    ON_CALL(*parts.interface, GetType).WillByDefault(ioError());
-    EXPECT_THAT(enumerate(), ElementsAre("Eth 1: DEV_1"));
-    EXPECT_EQ(m_controller.getInterfaceType("Eth 1"), OrvTransportLayerTypeUnknown);
-    EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 0U);
-    EXPECT_THAT(m_log.lines(), ElementsAre(noType, noType));
+TEST_F(SystemControllerTest, UnknownSpeedIsLoggedAndZero) {
+    // For an interface of GigE Vision the enumeration asks for the speed, too.
+    const Case cases[] = {
+        {[](auto& p) { p.interface->removeFeature(subnetFeature); }, {noSpeed, noSpeed}},
+        {[](auto& p) { p.interface->addFeature(subnetFeature, makeStringFeature("?")); },
+         {noSpeed, noSpeed}},
+        {[](auto& p) { ON_CALL(*p.interface, GetType).WillByDefault(ioError()); }, {noType}},
+        {[](auto& p) {
+             ON_CALL(*p.interface, GetType).WillByDefault(answer(OrvTransportLayerTypeMixed));
+         },
+         {noSpeed}},
+        {[this](auto&) { ON_CALL(*m_gige, GetLinkSpeed(address)).WillByDefault(Return(0)); },
+         {subnetLine, noSpeed, noSpeed}},
+    };
+    for (const Case& testCase : cases) {
+        m_log.clear();
+        m_cameras.clear();
+        testCase.arrange(add(gige, "Eth 1"));
+        EXPECT_THAT(enumerate(), ElementsAre("Eth 1: DEV_1"));
+        EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 0U);
+        EXPECT_EQ(m_log.lines(), testCase.lines);
+    }
 }
 
 TEST_F(SystemControllerTest, SpeedOfUsbIsAskedByInterface) {
@@ -282,14 +268,6 @@ TEST_F(SystemControllerTest, SpeedOfUsbIsAskedByInterface) {
     EXPECT_THAT(m_log.lines(),
                 ElementsAre("Warning:Interface speed not found for interface 'USB 0-20-0'"));
     EXPECT_EQ(m_controller.getInterfaceSpeed("USB 0-20-0"), 10'000'000'000U);
-}
-
-TEST_F(SystemControllerTest, SpeedOfAnotherTypeIsUnknown) {
-    CameraParts& parts = add(gige, "Eth 1");
-    ON_CALL(*parts.interface, GetType).WillByDefault(answer(OrvTransportLayerTypeMixed));
-    enumerate();
-    EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 0U);
-    EXPECT_THAT(m_log.lines(), ElementsAre(noSpeed));
 }
 
 TEST_F(SystemControllerTest, UsersMaximumComesFirst) {
