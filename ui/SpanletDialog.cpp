@@ -28,9 +28,6 @@ constexpr int darkLightness = 100;
 QString showDebugKey() {
     return QStringLiteral("ShowDebugMessages");
 }
-QString bandwidthLabelName() {
-    return QStringLiteral("labelBandwidth");
-}
 
 /// Bandwidth limit of a camera in whole megabytes per second; a dash when it has none.
 QString bandwidthText(const CameraHandler& handler) {
@@ -41,7 +38,7 @@ QString bandwidthText(const CameraHandler& handler) {
 
 QLabel* makeBandwidthLabel(const CameraHandler& handler, QWidget* parent) {
     auto* label = new QLabel(bandwidthText(handler), parent);
-    label->setObjectName(bandwidthLabelName());
+    label->setObjectName(QStringLiteral("labelBandwidth"));
     label->setAlignment(Qt::AlignCenter);
     label->setForegroundRole(QPalette::Text);
     // A click on it selects the row, as on any other cell.
@@ -261,9 +258,10 @@ int SpanletDialog::interfaceIndex() const {
 }
 
 void SpanletDialog::onRefreshButtonClicked() {
+    const bool hadFocus = m_form->buttonRefresh->hasFocus();
     setCursor(Qt::WaitCursor);
     m_form->buttonRefresh->setEnabled(false);
-    QCoreApplication::processEvents();
+    processEvents();
     endBenchmark();
     removeRowWidgets();
     // The cameras are about to go: no benchmark may start on them. Selecting an interface of the
@@ -274,26 +272,47 @@ void SpanletDialog::onRefreshButtonClicked() {
     m_form->treeViewCameras->expandAll();
     placeRowWidgets();
     m_form->buttonRefresh->setEnabled(true);
+    if (hadFocus)
+        m_form->buttonRefresh->setFocus();
     unsetCursor();
 }
 
+void SpanletDialog::processEvents() const {
+    // Until the dialog is shown, what the user does is meant for the host, which must not be
+    // operated from inside of its call: it might call again.
+    QCoreApplication::processEvents(isVisible() ? QEventLoop::AllEvents
+                                                : QEventLoop::ExcludeUserInputEvents);
+}
+
+QModelIndexList SpanletDialog::bandwidthCells() const {
+    QModelIndexList cells;
+    for (const QModelIndex& type : m_model->childIndexes()) {
+        for (const QModelIndex& interfaceRow : m_model->childIndexes(type)) {
+            for (const QModelIndex& camera : m_model->childIndexes(interfaceRow))
+                cells.append(camera.siblingAtColumn(CameraListModel::BandwidthColumn));
+        }
+    }
+    return cells;
+}
+
 void SpanletDialog::removeRowWidgets() {
-    qDeleteAll(m_form->treeViewCameras->findChildren<QLabel*>(bandwidthLabelName()));
+    QTreeView* tree = m_form->treeViewCameras;
+    for (const QModelIndex& cell : bandwidthCells()) {
+        QWidget* widget = tree->indexWidget(cell);
+        // The view does not notice that a widget is deleted, and would lay it out once more.
+        tree->setIndexWidget(cell, nullptr);
+        delete widget;
+    }
 }
 
 void SpanletDialog::placeRowWidgets() {
     QTreeView* tree = m_form->treeViewCameras;
-    for (const QModelIndex& type : m_model->childIndexes()) {
-        for (const QModelIndex& interfaceRow : m_model->childIndexes(type)) {
-            for (const QModelIndex& camera : m_model->childIndexes(interfaceRow)) {
-                const QModelIndex cell = camera.siblingAtColumn(CameraListModel::BandwidthColumn);
-                QLabel* label = makeBandwidthLabel(*m_model->cameraHandler(camera), tree);
-                label->setEnabled(m_model->flags(cell).testFlag(Qt::ItemIsEnabled));
-                tree->setIndexWidget(cell, label);
-                // The tree fills visibly, since each camera can take a while.
-                QCoreApplication::processEvents();
-            }
-        }
+    for (const QModelIndex& cell : bandwidthCells()) {
+        QLabel* label = makeBandwidthLabel(*m_model->cameraHandler(cell), tree);
+        label->setEnabled(m_model->flags(cell).testFlag(Qt::ItemIsEnabled));
+        tree->setIndexWidget(cell, label);
+        // The tree fills visibly, since each camera can take a while.
+        processEvents();
     }
 }
 

@@ -78,6 +78,10 @@ private:
     /// Ends a running benchmark as if its time was over.
     void endBenchmark();
     int interfaceIndex() const;
+    /// Keeps the dialog alive during a long operation.
+    void processEvents() const;
+    /// The cells of the tree's cameras that carry a widget.
+    QModelIndexList bandwidthCells() const;
     void removeRowWidgets();
     void placeRowWidgets();
     int autoAdjustResult() const { return m_autoAdjustPacketSize ? 1 : 0; }

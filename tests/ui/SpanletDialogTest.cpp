@@ -20,6 +20,7 @@
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 #include <QTreeView>
 #include <gtest/gtest.h>
@@ -271,6 +272,45 @@ TEST_F(SpanletDialogTest, HasNothingToMeasureWhenAllCamerasAreGone) {
     EXPECT_EQ(combo().currentText(), QStringLiteral("bus 1"));
     startBenchmark(0);
     EXPECT_EQ(m_third->starts, 1);
+}
+
+/// The tree is laid out between the end of its old rows' widgets and that of the rows themselves.
+TEST_F(SpanletDialogTest, RefreshesWhileItIsResized) {
+    m_dialog->show();
+    QTimer resizing;
+    QObject::connect(&resizing, &QTimer::timeout,
+                     [this] { m_dialog->resize(m_dialog->size() + QSize(1, 1)); });
+    resizing.start(0);
+    for (int round = 0; round < 3; ++round)
+        button("buttonRefresh").click();
+    EXPECT_GT(m_dialog->width(), 1192);
+    EXPECT_EQ(label(camera(0, 0, 0))->text(), QStringLiteral("112"));
+}
+
+TEST_F(SpanletDialogTest, CanBeOperatedWithKeysOnly) {
+    widget<QToolButton>("buttonShowLogging").click();
+    m_dialog->show();
+    m_dialog->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(m_dialog.get()));
+    QStringList visited;
+    for (int i = 0; i < 8; ++i) {
+        visited.append(QApplication::focusWidget()->objectName());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(visited.join(QLatin1Char(' ')).toStdString(),
+              "buttonRefresh comboInterface spinBenchmark buttonBenchmark buttonAutoSet "
+              "treeViewCameras buttonShowLogging tableLog");
+
+    QPushButton& refresh = button("buttonRefresh");
+    refresh.setFocus();
+    QTest::keyClick(&refresh, Qt::Key_Space);
+    EXPECT_EQ(QApplication::focusWidget(), &refresh);
+    tree().setCurrentIndex(camera(0, 0, 0));
+    QTest::keyClick(&tree(), Qt::Key_Space);
+    EXPECT_FALSE(m_first->opened);
+    QTest::keyClick(&spin(), Qt::Key_Return);
+    EXPECT_TRUE(m_dialog->isVisible());
+    EXPECT_EQ(m_first->starts, 0);
 }
 
 TEST_F(SpanletDialogTest, LeavesAnUncheckedCameraOut) {
