@@ -37,12 +37,14 @@ int SpanletPlugin::runDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSiz
     const QImage image(QStringLiteral(":/images/images/Spanlet-pleaseWait.png"));
     QSplashScreen splash(QPixmap::fromImage(image));
     splash.show();
-    QCoreApplication::processEvents();
+    // Until the dialog is modal the host's windows take input, which must not reach the host inside
+    // of its call: a second click would call again.
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     installTranslation();
 
     SpanletDialog dialog(system, autoAdjustPacketSize);
     connect(&dialog, &SpanletDialog::dialogIsReadyLoaded, &splash, &QSplashScreen::close);
     QApplication::restoreOverrideCursor();
-    QCoreApplication::processEvents();
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     return dialog.exec();
 }
