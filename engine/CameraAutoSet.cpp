@@ -42,8 +42,8 @@ public:
         m_step = (maximum - calculated) / 2;
         m_base = calculated;
         logDebug("Calculated bandwidth:" + std::to_string(calculated) +
-                 " current frame rate: " + std::to_string(frameRate));
-        logDebug("Max frameRate: " + std::to_string(m_target) +
+                 " current frame rate: " + toText(frameRate));
+        logDebug("Max frameRate: " + toText(m_target) +
                  " max. bandwidth: " + std::to_string(maximum));
         while ((m_direction > 0 || m_deviation < tolerance) && iterate()) {
         }
@@ -59,8 +59,8 @@ private:
         const std::int64_t candidate = m_base + m_direction * m_step;
         const double frameRate = m_tryOut(candidate);
         m_deviation = deviationOf(frameRate);
-        logDebug("Deviation: " + std::to_string(static_cast<double>(m_direction) * m_deviation) +
-                 " Current frameRate: " + std::to_string(frameRate) +
+        logDebug("Deviation: " + toText(static_cast<double>(m_direction) * m_deviation) +
+                 " Current frameRate: " + toText(frameRate) +
                  "  stepBW: " + std::to_string(m_step) + " bandwidth:" + std::to_string(candidate));
         ++m_iterations;
         if (m_direction > 0 && m_deviation < tolerance) {
@@ -104,7 +104,7 @@ double CameraHandler::readFrameRate(const std::string& label) const {
     if (!value)
         return unknown;
     const double frameRate = *value < 0.0 ? unknown : *value;
-    logInfo(displayName() + ": AcquisitionFrameRate " + label + " " + std::to_string(frameRate));
+    logInfo(displayName() + ": AcquisitionFrameRate " + label + " " + toText(frameRate));
     return frameRate;
 }
 

@@ -1,13 +1,24 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "features/FeatureValue.h"
 
+#include <array>
+#include <charconv>
+#include <limits>
+
 namespace {
 
 struct Text {
     std::string operator()(bool value) const { return value ? "true" : "false"; }
     std::string operator()(const std::string& value) const { return value; }
-    template <typename Number> std::string operator()(Number value) const {
-        return std::to_string(value);
+    std::string operator()(std::int64_t value) const { return std::to_string(value); }
+    /// As "%f" writes it, but with a point in every locale.
+    std::string operator()(double value) const {
+        constexpr int decimals = 6;
+        // Room for the longest number there is.
+        std::array<char, std::numeric_limits<double>::max_exponent10 + decimals + 4> text;
+        const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
+                                       std::chars_format::fixed, decimals);
+        return {text.data(), end.ptr};
     }
 };
 

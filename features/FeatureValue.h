@@ -9,5 +9,6 @@
 /// A default-made value holds the integer 0.
 using FeatureValue = std::variant<std::int64_t, double, bool, std::string>;
 
-/// The value as log messages show it: decimal, "%f", "true" or "false", or the text itself.
+/// The value as log messages show it: decimal, with six decimals and a point, "true" or "false", or
+/// the text itself.
 std::string toText(const FeatureValue& value);
