@@ -288,13 +288,13 @@ TEST_F(SpanletDialogTest, CanBeOperatedWithKeysOnly) {
     m_dialog->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(m_dialog.get()));
     QStringList visited;
-    for (int i = 0; i < 8; ++i) {
+    for (int i = 0; i < 9; ++i) {
         visited.append(QApplication::focusWidget()->objectName());
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
     EXPECT_EQ(visited.join(QLatin1Char(' ')).toStdString(),
               "buttonRefresh comboInterface spinBenchmark buttonBenchmark buttonAutoSet "
-              "treeViewCameras buttonShowLogging tableLog");
+              "treeViewCameras buttonShowLogging tableLog buttonRefresh");
 
     QPushButton& refresh = button("buttonRefresh");
     refresh.setFocus();
