@@ -145,6 +145,9 @@ void ViewerWindow::buildStatusBar() {
 }
 
 QString ViewerWindow::openSpanlet() {
+    if (m_isHandedOver) {
+        return {};
+    }
     SpanletInterface* spanlet = m_loader.load();
     if (spanlet == nullptr) {
         return m_loader.error();

@@ -36,7 +36,8 @@ public:
     ~ViewerWindow() override;
 
     /// Releases the viewer's camera, runs Spanlet's dialog until it is closed, and resumes the
-    /// live image. \return why Spanlet could not be loaded; empty when it ran.
+    /// live image; does nothing while the dialog is open. \return why Spanlet could not be loaded;
+    /// empty when it could.
     QString openSpanlet();
 
 private:

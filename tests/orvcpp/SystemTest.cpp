@@ -208,6 +208,8 @@ TEST(Calls, TakeTheScenariosTime) {
 }
 
 TEST(Shutdown, LeavesNoThreadAndNothingThatWorks) {
+    // A sanitizer's own thread starts with the first thread of the program.
+    std::thread([] {}).join();
     const int before = threads();
     ASSERT_EQ(startWith(scenario(gige("A", sensor(200)) + "," + usb("B", 1, sensor(200)))),
               OrvErrorSuccess);
@@ -223,7 +225,7 @@ TEST(Shutdown, LeavesNoThreadAndNothingThatWorks) {
     EXPECT_GT(threads(), before);
 
     EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
-    EXPECT_EQ(threads(), before);
+    EXPECT_TRUE(eventually([&] { return threads() == before; })) << threads();
     std::int64_t value = 0;
     EXPECT_EQ(width->GetValue(value), OrvErrorApiNotStarted);
     EXPECT_EQ(camera->Close(), OrvErrorApiNotStarted);
