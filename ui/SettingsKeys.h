@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <QLatin1String>
+#include <QSettings>
+#include <QVariant>
+
+/// Everything that Spanlet keeps from one start to the next: the one place for keys and defaults.
+namespace SettingsKeys {
+
+/// Where a value is kept, and the value when the store has never been given one.
+template <typename T> struct Setting {
+    QLatin1String key;
+    T defaultValue;
+};
+
+/// Percentage of an interface's bandwidth that Auto Set leaves free.
+inline constexpr Setting<int> interfaceGigE{QLatin1String("Safety Margins/interface_GigE"), 10};
+inline constexpr Setting<int> interfaceUsb{QLatin1String("Safety Margins/interface_USB"), 30};
+/// Percentage of its payload bandwidth that Auto Set gives a camera on top.
+inline constexpr Setting<int> cameraGigE{QLatin1String("Safety Margins/camera_GigE"), 5};
+inline constexpr Setting<int> cameraUsb{QLatin1String("Safety Margins/camera_USB"), 5};
+/// Whether the log table shows debug messages.
+inline constexpr Setting<bool> showDebugMessages{QLatin1String("ShowDebugMessages"), false};
+/// Whether the Get Started dialog opens together with the main dialog.
+inline constexpr Setting<bool> supportDialogActive{QLatin1String("Support Dialog/active"), true};
+
+/// The stored value, the default when there is none. Text that is no number reads as 0.
+template <typename T> T read(const QSettings& store, const Setting<T>& setting) {
+    return store.value(setting.key, setting.defaultValue).template value<T>();
+}
+
+} // namespace SettingsKeys
