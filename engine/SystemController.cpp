@@ -2,6 +2,8 @@
 #include "engine/SystemController.h"
 
 #include "engine/CameraHandler.h"
+#include "engine/FeatureAccess.h"
+#include "engine/InterfaceAutoSet.h"
 #include "engine/InterfaceHandlerGigE.h"
 #include "engine/InterfaceHandlerUSB.h"
 #include "logging/Log.h"
@@ -216,6 +218,21 @@ void SystemController::stopBenchmark(int interfaceIndex) {
         if (camera->isOpened() || camera->isAcquiring())
             camera->stopAcquisition();
     }
+}
+
+void SystemController::autoSetInterface(const std::string& interfaceId, int interfaceIndex,
+                                        bool adjustPacketSize, double interfaceSafetyMargin,
+                                        double cameraSafetyMargin) {
+    const CameraList cameras = camerasOf(interfaceIndex);
+    if (cameras.empty())
+        return;
+    const std::uint64_t bitsPerSecond =
+        getInterfaceSpeed(cameras.front()->getCameraInfo().interfaceName);
+    const auto bytesPerSecond =
+        static_cast<double>(truncated(static_cast<double>(bitsPerSecond) * 0.125));
+    const std::int64_t available =
+        truncated(bytesPerSecond - bytesPerSecond * interfaceSafetyMargin);
+    InterfaceAutoSet(interfaceId, available, cameraSafetyMargin).run(cameras, adjustPacketSize);
 }
 
 std::string SystemController::getSdkVersion() const {

@@ -51,6 +51,13 @@ public:
     /// Stops the chosen cameras of an interface, and those that were chosen when they were started.
     void stopBenchmark(int interfaceIndex);
 
+    /// Divides the bandwidth of an interface among its chosen cameras. The margins are fractions
+    /// (0.1 is 10 %): of the interface's bandwidth, which is left free, and of what a camera
+    /// needs, which is added. \p interfaceId stands in front of messages. An index out of range
+    /// does nothing. Must not run while the cameras stream.
+    void autoSetInterface(const std::string& interfaceId, int interfaceIndex, bool adjustPacketSize,
+                          double interfaceSafetyMargin, double cameraSafetyMargin);
+
     /// "major.minor.patch" of the camera SDK; empty when it does not tell.
     std::string getSdkVersion() const;
 

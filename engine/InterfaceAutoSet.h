@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "engine/SystemController.h"
+
+#include <cstdint>
+#include <deque>
+#include <string>
+
+/// Divides the bandwidth of one interface among its cameras: locked cameras keep theirs, cameras
+/// that need less than an equal share get what they need, and the others share what is left,
+/// triggered ones last. Bandwidths are in bytes per second. Made for one run; bound to the GUI
+/// thread.
+class InterfaceAutoSet {
+public:
+    /// \p interfaceId stands in front of messages. \p available is the usable bandwidth of the
+    /// interface. \p cameraSafetyMargin is a fraction of what a camera needs, on top of it.
+    InterfaceAutoSet(std::string interfaceId, std::int64_t available, double cameraSafetyMargin);
+
+    void run(const CameraList& cameras, bool adjustPacketSize);
+
+private:
+    struct Waiting {
+        std::shared_ptr<CameraHandler> camera;
+        std::int64_t requirement = 0;
+    };
+
+    /// Takes what the locked cameras use away, and answers the others that take part.
+    CameraList freeCameras(const CameraList& cameras);
+    /// Gives a camera what it needs, or lets it wait for what is left over.
+    void serve(const std::shared_ptr<CameraHandler>& camera, std::uint64_t share);
+    /// Shares what is left among the cameras of a queue and \p waitingBehind others.
+    void serveQueue(std::deque<Waiting>& queue, std::size_t waitingBehind);
+
+    const std::string m_interfaceId;
+    std::int64_t m_available;
+    const double m_cameraSafetyMargin;
+    std::deque<Waiting> m_overShare;
+    std::deque<Waiting> m_triggered;
+};
