@@ -122,6 +122,8 @@ void SettingsDialog::onChangeSafetyCamera() {
     m_form->frameWarningInterfaceUSB->setVisible(
         isBelowDefault(*m_form->USBInterfaceSpinBox, interfaceUsb));
     adjustSize();
+    // On a small screen that stops at two thirds of its height, and would cut texts off.
+    resize(width(), layout()->totalHeightForWidth(width()));
 }
 
 void SettingsDialog::applyPalette() {

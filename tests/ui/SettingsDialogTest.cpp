@@ -1,0 +1,315 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "ui/SettingsDialog.h"
+
+#include "ui/SettingsKeys.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QFrame>
+#include <QLabel>
+#include <QLibraryInfo>
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QStyle>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <gmock/gmock.h>
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// Outside of any namespace, as the macro demands.
+static void initResources() {
+    Q_INIT_RESOURCE(resources);
+}
+
+namespace {
+
+using testing::ElementsAre;
+
+/// Names of the rows, in the order of \c Values.
+constexpr std::array<const char*, 4> rows{"GigEInterface", "GigECamera", "USBInterface",
+                                          "USBCamera"};
+using Values = std::array<int, 4>;
+constexpr Values defaults{10, 5, 30, 5};
+
+constexpr std::array<const char*, 4> keys{
+    "Safety Margins/interface_GigE", "Safety Margins/camera_GigE", "Safety Margins/interface_USB",
+    "Safety Margins/camera_USB"};
+
+QString text(const std::string& value) {
+    return QString::fromStdString(value);
+}
+
+class SettingsDialogTest : public testing::Test {
+protected:
+    SettingsDialogTest() { initResources(); }
+    ~SettingsDialogTest() override { delete m_dialog; }
+
+    void open(bool autoAdjust = false) {
+        m_dialog = new SettingsDialog(autoAdjust, m_store.get());
+        QObject::connect(m_dialog, &SettingsDialog::activateAutoAdjustPacketsize,
+                         [this](bool state) { m_events.push_back(state ? "adjust" : "leave"); });
+        QObject::connect(m_dialog, &SettingsDialog::settingsSaved, [this] {
+            m_events.push_back("saved " + stored(keys[0]).toString().toStdString());
+        });
+        m_dialog->show();
+    }
+    void press(QDialogButtonBox::StandardButton button) {
+        auto& box = widget<QDialogButtonBox>("buttonBox");
+        QTest::mouseClick(box.button(button), Qt::LeftButton);
+        EXPECT_TRUE(QTest::qWaitFor([this] { return m_dialog.isNull(); }));
+    }
+    /// Presses Ctrl+Shift+D in a spin box, where the focus is, and answers the question.
+    void answerDebugQuestion(QMessageBox::StandardButton answer) {
+        bool asked = false;
+        QTimer::singleShot(0, [&] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            ASSERT_NE(box, nullptr);
+            asked = true;
+            EXPECT_EQ(box->windowTitle(), QStringLiteral("Logging"));
+            EXPECT_EQ(box->text(),
+                      QStringLiteral("Should the Debug-messages be activated?\nWill be saved with "
+                                     "submitting the 'Settings'-dialog with 'OK'."));
+            EXPECT_EQ(box->standardButtons(),
+                      QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+            box->button(answer)->click();
+        });
+        QTest::keyClick(&spin(rows[0]), Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_TRUE(asked);
+    }
+
+    template <class Widget> Widget& widget(const std::string& name) const {
+        auto* found = m_dialog->findChild<Widget*>(text(name));
+        return found != nullptr ? *found : throw std::runtime_error(name);
+    }
+    QSpinBox& spin(const std::string& row) const { return widget<QSpinBox>(row + "SpinBox"); }
+    QPushButton& reset(const std::string& row) const {
+        return widget<QPushButton>(row + "PushButton");
+    }
+    Values values() const {
+        Values shown{};
+        for (std::size_t row = 0; row < rows.size(); ++row) {
+            shown[row] = spin(rows[row]).value();
+        }
+        return shown;
+    }
+    void setValues(const Values& wanted) const {
+        for (std::size_t row = 0; row < rows.size(); ++row) {
+            spin(rows[row]).setValue(wanted[row]);
+        }
+    }
+    std::string warnings() const {
+        std::string visible;
+        for (const char* name : {"Camera", "InterfaceUSB", "InterfaceGigE"}) {
+            if (widget<QFrame>(std::string("frameWarning") + name).isVisible()) {
+                visible += std::string(visible.empty() ? "" : " ") + name;
+            }
+        }
+        return visible;
+    }
+    /// No text is cut off at the bottom.
+    void expectWholeTexts() const {
+        QCoreApplication::processEvents();
+        for (const QLabel* label : m_dialog->findChildren<QLabel*>()) {
+            if (label->wordWrap() && label->isVisible()) {
+                EXPECT_GE(label->height(), label->heightForWidth(label->width()))
+                    << label->objectName().toStdString();
+            }
+        }
+    }
+    QVariant stored(const std::string& key) const { return m_store->value(text(key)); }
+    void useStore(const QString& file) {
+        m_store = std::make_unique<QSettings>(m_folder.filePath(file), QSettings::IniFormat);
+    }
+
+    QTemporaryDir m_folder;
+    std::unique_ptr<QSettings> m_store = std::make_unique<QSettings>(
+        m_folder.filePath(QStringLiteral("store.ini")), QSettings::IniFormat);
+    QPointer<SettingsDialog> m_dialog;
+    std::vector<std::string> m_events;
+};
+
+TEST_F(SettingsDialogTest, EmptyStoreShowsTheDefaultsWithoutWarnings) {
+    open();
+    EXPECT_EQ(values(), defaults);
+    EXPECT_EQ(warnings(), "");
+    EXPECT_EQ(m_dialog->size(), QSize(500, 663));
+    EXPECT_EQ(m_dialog->windowTitle(), QStringLiteral("Auto Set Settings"));
+    EXPECT_FALSE(m_dialog->windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
+    EXPECT_TRUE(m_store->allKeys().isEmpty());
+}
+
+TEST_F(SettingsDialogTest, WarnsOfValuesBelowTheDefaults) {
+    const std::vector<std::pair<Values, std::string>> cases{
+        {{10, 5, 29, 5}, "InterfaceUSB"},
+        {{9, 5, 30, 5}, "InterfaceGigE"},
+        {{10, 4, 30, 5}, "Camera"},
+        {{10, 5, 30, 4}, "Camera"},
+        {{0, 0, 0, 0}, "Camera InterfaceUSB InterfaceGigE"},
+        {defaults, ""},
+        {{50, 50, 50, 50}, ""},
+    };
+    open();
+    const int roomy = m_dialog->height();
+    for (const auto& [shown, expected] : cases) {
+        setValues(shown);
+        EXPECT_EQ(warnings(), expected) << testing::PrintToString(shown);
+        expectWholeTexts();
+    }
+    EXPECT_LT(m_dialog->height(), roomy) << "not adjusted to its contents";
+    setValues({0, 0, 0, 0});
+    press(QDialogButtonBox::Ok);
+    open();
+    EXPECT_EQ(warnings(), "Camera InterfaceUSB InterfaceGigE");
+    expectWholeTexts();
+}
+
+TEST_F(SettingsDialogTest, ResetButtonRestoresItsRowOnly) {
+    open();
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        Values expected{1, 2, 3, 4};
+        setValues(expected);
+        QTest::mouseClick(&reset(rows[row]), Qt::LeftButton);
+        expected[row] = defaults[row];
+        EXPECT_EQ(values(), expected);
+    }
+    EXPECT_EQ(warnings(), "Camera InterfaceUSB InterfaceGigE") << "the GigE camera is still at 2";
+    QTest::mouseClick(&reset("GigECamera"), Qt::LeftButton);
+    EXPECT_EQ(warnings(), "InterfaceUSB InterfaceGigE");
+}
+
+TEST_F(SettingsDialogTest, OkStoresEverythingBeforeItSaysSo) {
+    open(true);
+    setValues({11, 6, 31, 7});
+    press(QDialogButtonBox::Ok);
+    EXPECT_THAT(m_events, ElementsAre("adjust", "saved 11"));
+    const std::vector<int> expected{11, 6, 31, 7};
+    for (std::size_t row = 0; row < keys.size(); ++row) {
+        EXPECT_EQ(stored(keys[row]), QVariant(expected[row])) << keys[row];
+    }
+    EXPECT_EQ(stored("ShowDebugMessages"), QVariant(QLibraryInfo::isDebugBuild()));
+    EXPECT_EQ(m_store->allKeys().size(), 5);
+
+    open();
+    EXPECT_EQ(values(), (Values{11, 6, 31, 7}));
+}
+
+TEST_F(SettingsDialogTest, EveryOtherWayOutReportsThePacketFlagAndStoresNothing) {
+    const std::vector<std::function<void()>> ways{
+        [this] { press(QDialogButtonBox::Cancel); },
+        [this] { m_dialog->close(); },
+        [this] { QTest::keyClick(m_dialog, Qt::Key_Escape); },
+        [this] { delete m_dialog; },
+    };
+    for (const auto& leave : ways) {
+        m_events.clear();
+        open(false);
+        QTest::mouseClick(&widget<QCheckBox>("autoAdjustCheckBox"), Qt::LeftButton, {},
+                          QPoint(8, widget<QCheckBox>("autoAdjustCheckBox").height() / 2));
+        setValues({1, 2, 3, 4});
+        leave();
+        EXPECT_TRUE(QTest::qWaitFor([this] { return m_dialog.isNull(); }));
+        EXPECT_THAT(m_events, ElementsAre("adjust"));
+        EXPECT_TRUE(m_store->allKeys().isEmpty());
+    }
+}
+
+TEST_F(SettingsDialogTest, DebugMessagesAreSwitchedByTheHiddenQuestionAndOk) {
+    const std::string key = "ShowDebugMessages";
+    open();
+    answerDebugQuestion(QMessageBox::Yes);
+    press(QDialogButtonBox::Cancel);
+    EXPECT_FALSE(stored(key).isValid());
+
+    open();
+    answerDebugQuestion(QMessageBox::Yes);
+    answerDebugQuestion(QMessageBox::Cancel);
+    EXPECT_FALSE(stored(key).isValid()) << "stored before OK";
+    press(QDialogButtonBox::Ok);
+    EXPECT_EQ(stored(key), QVariant(true));
+
+    open();
+    press(QDialogButtonBox::Ok);
+    EXPECT_EQ(stored(key), QVariant(true)) << "not loaded";
+
+    open();
+    answerDebugQuestion(QMessageBox::No);
+    press(QDialogButtonBox::Ok);
+    EXPECT_EQ(stored(key), QVariant(false));
+}
+
+TEST_F(SettingsDialogTest, PaletteDecidesTheColoursOfWarningsAndTheResetIcons) {
+    const auto expectLook = [this](const char* style, const char* icon) {
+        for (const char* name :
+             {"cameraWarningLabel", "usbInterfaceWarningLabel", "gigeInterfaceWarningLabel"}) {
+            EXPECT_EQ(widget<QLabel>(name).styleSheet().toStdString(), style) << name;
+        }
+        const QIcon expected(QString::fromLatin1(icon));
+        ASSERT_FALSE(expected.pixmap(16).isNull());
+        for (const char* row : rows) {
+            EXPECT_EQ(reset(row).icon().pixmap(16).toImage(), expected.pixmap(16).toImage());
+        }
+    };
+    const QPalette dark(QColor(99, 99, 99));
+    const QPalette light(QColor(100, 100, 100));
+    open();
+    for (int round = 0; round < 2; ++round) {
+        m_dialog->setPalette(dark);
+        expectLook("color: rgba(56,111,251,255);", ":/images/images/delete_darkmode.png");
+        m_dialog->setPalette(light);
+        expectLook("color: rgba(50,95,201,255);", ":/images/images/delete.png");
+    }
+    delete m_dialog;
+    QApplication::setPalette(dark);
+    open();
+    expectLook("color: rgba(56,111,251,255);", ":/images/images/delete_darkmode.png");
+    QApplication::setPalette(QApplication::style()->standardPalette());
+    expectLook("color: rgba(50,95,201,255);", ":/images/images/delete.png");
+}
+
+TEST_F(SettingsDialogTest, LoadsOddValuesAsNumbersInRange) {
+    m_store->setValue(text(keys[0]), QStringLiteral("ten"));
+    m_store->setValue(text(keys[1]), -3);
+    m_store->setValue(text(keys[2]), 200);
+    m_store->setValue(text(keys[3]), QStringLiteral("12"));
+    m_store->setValue(QStringLiteral("Other/key"), QStringLiteral("kept"));
+    open();
+    EXPECT_EQ(values(), (Values{0, 0, 50, 12}));
+    EXPECT_EQ(warnings(), "Camera InterfaceGigE");
+    EXPECT_EQ(stored(keys[2]), QVariant(200)) << "written before OK";
+    press(QDialogButtonBox::Ok);
+    EXPECT_EQ(stored(keys[2]), QVariant(50));
+    EXPECT_EQ(stored("Other/key"), QVariant(QStringLiteral("kept")));
+}
+
+TEST_F(SettingsDialogTest, StoreThatCannotBeWrittenStillHoldsTheValuesInThisProcess) {
+    m_store->setValue(QStringLiteral("a"), 1);
+    m_store->sync();
+    useStore(QStringLiteral("store.ini/below a file.ini"));
+    open();
+    setValues({11, 6, 31, 7});
+    press(QDialogButtonBox::Ok);
+    m_store->sync();
+    EXPECT_EQ(m_store->status(), QSettings::AccessError);
+    EXPECT_THAT(m_events, ElementsAre("leave", "saved 11"));
+}
+
+TEST_F(SettingsDialogTest, OutlivesItsStore) {
+    open();
+    m_dialog->accept();
+    m_store.reset();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return m_dialog.isNull(); }));
+    EXPECT_THAT(m_events, ElementsAre("leave"));
+}
+
+} // namespace
