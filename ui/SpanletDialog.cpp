@@ -3,20 +3,25 @@
 
 #include "engine/CameraHandler.h"
 #include "engine/MakeSystemController.h"
+#include "logging/Log.h"
 #include "logging/LogMessageWidget.h"
 #include "logging/QtMessageHandler.h"
 #include "logging/RowHeights.h"
 #include "logging/ThreadLogStream.h"
 #include "ui/CameraTreeDelegate.h"
+#include "ui/SettingsDialog.h"
+#include "ui/SettingsKeys.h"
 #include "ui_SpanletDialog.h"
 
 #include <QAction>
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QMenu>
 #include <QSettings>
 
+#include <algorithm>
 #include <iostream>
 #include <utility>
 
@@ -25,8 +30,9 @@ namespace {
 constexpr int timerIntervalMs = 500;
 constexpr int darkLightness = 100;
 
-QString showDebugKey() {
-    return QStringLiteral("ShowDebugMessages");
+/// A margin, kept in percent, as the engine takes it.
+double fraction(const QSettings& store, const SettingsKeys::Setting<int>& margin) {
+    return store.value(margin.key, margin.defaultValue).toDouble() / 100.0;
 }
 
 /// Bandwidth limit of a camera in whole megabytes per second; a dash when it has none.
@@ -68,9 +74,12 @@ SpanletDialog::SpanletDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSiz
     connect(m_form->buttonRefresh, &QPushButton::clicked, this,
             &SpanletDialog::onRefreshButtonClicked);
     onRefreshButtonClicked();
+    connect(m_form->buttonSettings, &QPushButton::clicked, this,
+            &SpanletDialog::onSettingsButtonClicked);
 }
 
 SpanletDialog::~SpanletDialog() {
+    closeSettings();
     qInstallMessageHandler(nullptr);
     endBenchmark();
 }
@@ -86,7 +95,7 @@ void SpanletDialog::setUpLogging() {
     using Logging::LogMessageWidget;
     using Logging::ThreadLogStream;
     const auto showDebug = [this] {
-        return m_settings->value(showDebugKey(), false).toBool();
+        return SettingsKeys::read(*m_settings, SettingsKeys::showDebugMessages);
     };
 
     m_outputStream = std::make_unique<ThreadLogStream>(std::cout, LogMessageType::StdOut);
@@ -111,8 +120,15 @@ void SpanletDialog::setUpLogging() {
 
 void SpanletDialog::setUpAutoSetMenu() {
     auto* menu = new QMenu(m_form->buttonAutoSet);
-    m_autoSetInterfaceAction = menu->addAction(tr("Auto Set Interface"));
-    m_autoSetCameraAction = menu->addAction(tr("Auto Set Camera"));
+    m_autoSetInterfaceAction =
+        menu->addAction(tr("Auto Set Interface"), this, &SpanletDialog::onAutoSetButtonClicked);
+    m_autoSetCameraAction =
+        menu->addAction(tr("Auto Set Camera"), this, &SpanletDialog::onAutoSetCameraButtonClicked);
+    connect(this, &SpanletDialog::autoSetInterfaceFinished, this,
+            &SpanletDialog::updateBandwidthLabels);
+    connect(this, &SpanletDialog::autoSetCameraFinished, this, [this](const QModelIndex& camera) {
+        updateBandwidthLabel(camera.siblingAtColumn(CameraListModel::BandwidthColumn));
+    });
     m_form->buttonAutoSet->setMenu(menu);
     m_autoSetInterfaceAction->setEnabled(false);
     m_autoSetCameraAction->setEnabled(false);
@@ -182,8 +198,13 @@ void SpanletDialog::onDisableItems(QModelIndex upperLeft, QModelIndex bottomRigh
     onSelectInterface(upperLeft.parent());
 }
 
-void SpanletDialog::onSelectInterface(QModelIndex /*index*/) {
-    m_form->grpStatistics->setEnabled(m_model->cameraCount() > 0);
+void SpanletDialog::onSelectInterface(QModelIndex index) {
+    const bool hasCameras = m_model->cameraCount() > 0;
+    m_form->grpStatistics->setEnabled(hasCameras);
+    const bool hasBandwidth =
+        index.siblingAtColumn(CameraListModel::BandwidthColumn).data().toULongLong() != 0;
+    m_autoSetInterfaceAction->setEnabled(hasCameras && hasBandwidth &&
+                                         m_model->autoSettableCameraCount() > 0);
 }
 
 void SpanletDialog::onSetInterfaceSelector(InterfaceList interfaces) {
@@ -316,18 +337,86 @@ void SpanletDialog::placeRowWidgets() {
     }
 }
 
+void SpanletDialog::updateBandwidthLabel(const QModelIndex& cell) {
+    auto* label = qobject_cast<QLabel*>(m_form->treeViewCameras->indexWidget(cell));
+    const auto camera = m_model->cameraHandler(cell);
+    if (label != nullptr && camera)
+        label->setText(bandwidthText(*camera));
+}
+
+void SpanletDialog::updateBandwidthLabels() {
+    const QString interfaceId = m_form->comboInterface->currentText();
+    for (const QModelIndex& cell : bandwidthCells()) {
+        if (cell.parent().data().toString() == interfaceId)
+            updateBandwidthLabel(cell);
+    }
+}
+
 void SpanletDialog::onClickTreeView(QModelIndex current, QModelIndex /*previous*/) {
+    const auto camera = m_model->cameraHandler(current);
+    m_autoSetCameraAction->setEnabled(camera && !camera->isLocked() && camera->isOpened());
     const bool isInterface = m_model->hasChildren(current) && current.parent().isValid();
-    if (isInterface)
-        m_form->comboInterface->setCurrentText(
-            current.siblingAtColumn(CameraListModel::NameColumn).data().toString());
+    if (!isInterface)
+        return;
+    m_form->comboInterface->setCurrentText(
+        current.siblingAtColumn(CameraListModel::NameColumn).data().toString());
+    m_autoSetInterfaceAction->setEnabled(true);
+}
+
+void SpanletDialog::onSettingsButtonClicked() {
+    auto* dialog = new SettingsDialog(m_autoAdjustPacketSize, m_settings, this);
+    connect(dialog, &SettingsDialog::activateAutoAdjustPacketsize, this,
+            &SpanletDialog::onAutoAdjustPacketsize);
+    connect(dialog, &SettingsDialog::settingsSaved, this, &SpanletDialog::settingsSaved);
+    dialog->show();
+}
+
+void SpanletDialog::closeSettings() {
+    qDeleteAll(findChildren<SettingsDialog*>());
 }
 
 void SpanletDialog::onAutoAdjustPacketsize(bool state) {
     m_autoAdjustPacketSize = state;
 }
 
+void SpanletDialog::onAutoSetButtonClicked() {
+    using namespace SettingsKeys;
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const std::string interfaceId = m_form->comboInterface->currentText().toStdString();
+    const OrvTransportLayerType type = m_controller->getInterfaceType(interfaceId);
+    const bool isUsb = type == OrvTransportLayerTypeU3V;
+    if (isUsb || type == OrvTransportLayerTypeGEV) {
+        m_controller->autoSetInterface(interfaceId, interfaceIndex(), m_autoAdjustPacketSize,
+                                       fraction(*m_settings, isUsb ? interfaceUsb : interfaceGigE),
+                                       fraction(*m_settings, isUsb ? cameraUsb : cameraGigE));
+        emit autoSetInterfaceFinished();
+    } else {
+        logError("Autoset not supported for interface: " + interfaceId);
+    }
+    QGuiApplication::restoreOverrideCursor();
+}
+
+void SpanletDialog::onAutoSetCameraButtonClicked() {
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const QModelIndex current = m_form->treeViewCameras->currentIndex();
+    if (const auto camera = m_model->cameraHandler(current)) {
+        const QString interfaceId =
+            current.parent().siblingAtColumn(CameraListModel::NameColumn).data().toString();
+        const bool isGigE =
+            m_controller->getInterfaceType(interfaceId.toStdString()) == OrvTransportLayerTypeGEV;
+        const double margin =
+            fraction(*m_settings, isGigE ? SettingsKeys::cameraGigE : SettingsKeys::cameraUsb);
+        const auto requirement =
+            static_cast<std::uint64_t>(std::max<std::int64_t>(camera->autoSet(margin), 0));
+        const double withMargin = static_cast<double>(requirement) * (1 + margin);
+        camera->setBandwidth(static_cast<std::uint64_t>(withMargin), requirement);
+        emit autoSetCameraFinished(current);
+    }
+    QGuiApplication::restoreOverrideCursor();
+}
+
 void SpanletDialog::done(int /*code*/) {
+    closeSettings();
     endBenchmark();
     QDialog::done(autoAdjustResult());
 }
@@ -344,6 +433,7 @@ void SpanletDialog::changeEvent(QEvent* event) {
 }
 
 void SpanletDialog::closeEvent(QCloseEvent* event) {
+    closeSettings();
     endBenchmark();
     // A dialog that is not visible closes without done().
     setResult(autoAdjustResult());

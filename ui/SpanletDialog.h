@@ -41,6 +41,8 @@ public:
     ~SpanletDialog() override;
 
 signals:
+    void autoSetInterfaceFinished();
+    void autoSetCameraFinished(QModelIndex cameraIndex);
     void settingsSaved();
     /// Emitted right before the dialog is shown.
     void dialogIsReadyLoaded();
@@ -53,8 +55,13 @@ public slots:
     void onStartStopBenchmark();
     void onTimerTimeout();
     void onRefreshButtonClicked();
+    void onSettingsButtonClicked();
     void onClickTreeView(QModelIndex current, QModelIndex previous);
     void onAutoAdjustPacketsize(bool state);
+    /// Divides the selected interface's bandwidth among its cameras.
+    void onAutoSetButtonClicked();
+    /// Gives the current camera the bandwidth that it needs.
+    void onAutoSetCameraButtonClicked();
 
     /// Every way of closing a dialog ends here; the code it comes with gives way to the flag.
     void done(int code) override;
@@ -84,6 +91,12 @@ private:
     QModelIndexList bandwidthCells() const;
     void removeRowWidgets();
     void placeRowWidgets();
+    /// Shows the bandwidth that the camera of this cell reports now.
+    void updateBandwidthLabel(const QModelIndex& cell);
+    void updateBandwidthLabels();
+    /// Open settings dialogs hand their packet-size flag back now, while there is a dialog to take
+    /// it.
+    void closeSettings();
     int autoAdjustResult() const { return m_autoAdjustPacketSize ? 1 : 0; }
 
     std::unique_ptr<Ui::SpanletDialog> m_form;

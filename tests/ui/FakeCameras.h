@@ -24,12 +24,16 @@ struct FakeCamera {
     std::string warning;
     std::int64_t bandwidth = 100'000'000;
     bool locked = false;
+    /// What its own Auto Set finds, in bytes per second, whatever the margin.
+    std::int64_t need = 0;
     FrameStatistics statistics;
 
     int starts = 0;
     int stops = 0;
     int adjustments = 0;
     int bandwidthReads = 0;
+    double margin = 0.0;
+    std::uint64_t requested = 0;
 };
 
 /// A handler that is a FakeCamera and asks no SDK.
@@ -61,6 +65,16 @@ public:
         ++m_camera->bandwidthReads;
         return m_camera->bandwidth;
     }
+    std::int64_t autoSet(double margin) override {
+        m_camera->margin = margin;
+        return m_camera->need;
+    }
+    std::int64_t setBandwidth(std::uint64_t value, std::uint64_t requested) override {
+        m_camera->bandwidth = static_cast<std::int64_t>(value);
+        m_camera->requested = requested;
+        return m_camera->bandwidth;
+    }
+    bool isTriggered() const override { return false; }
     std::string getWarningText() const override { return m_camera->warning; }
     void checkUsbSpeedLimit() const override {}
     void checkLinkSpeed(std::uint64_t) const override {}

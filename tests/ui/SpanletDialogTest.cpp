@@ -6,8 +6,10 @@
 #include "tests/support/CapturedLog.h"
 #include "tests/support/TextTree.h"
 #include "tests/ui/FakeCameras.h"
+#include "ui/SettingsDialog.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QHeaderView>
@@ -26,6 +28,8 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <tuple>
+#include <vector>
 
 /// Outside of any namespace, as the macro demands.
 static void initResources() {
@@ -59,6 +63,10 @@ protected:
     QComboBox& combo() const { return widget<QComboBox>("comboInterface"); }
     QSpinBox& spin() const { return widget<QSpinBox>("spinBenchmark"); }
     QPushButton& button(const char* name) const { return widget<QPushButton>(name); }
+    QList<QAction*> autoSetActions() const { return button("buttonAutoSet").menu()->actions(); }
+    static std::string textOf(const QModelIndex& index) {
+        return index.data().toString().toStdString();
+    }
     QTableWidget& log() const { return widget<QTableWidget>("tableLog"); }
 
     QModelIndex interfaceRow(int type, int row) const {
@@ -114,21 +122,90 @@ TEST_F(SpanletDialogTest, ComesUpWithTheFirstInterfaceSelected) {
 }
 
 TEST_F(SpanletDialogTest, DisablesWhatItCannotDoYet) {
-    for (const char* name : {"buttonSettings", "buttonFeatureTree", "buttonSupport", "buttonAbout"})
+    for (const char* name : {"buttonFeatureTree", "buttonSupport", "buttonAbout"})
         EXPECT_FALSE(button(name).isEnabled()) << name;
-    EXPECT_TRUE(button("buttonAutoSet").isEnabled());
-    const QList<QAction*> actions = button("buttonAutoSet").menu()->actions();
+    for (const auto* found : m_dialog->findChildren<QPushButton*>())
+        EXPECT_FALSE(found->autoDefault()) << found->objectName().toStdString();
+}
+
+TEST_F(SpanletDialogTest, OffersAutoSetWhereItCanBeDone) {
+    const QList<QAction*> actions = autoSetActions();
     ASSERT_EQ(actions.size(), 2);
     EXPECT_EQ(actions[0]->text(), QStringLiteral("Auto Set Interface"));
     EXPECT_EQ(actions[1]->text(), QStringLiteral("Auto Set Camera"));
-    for (const QModelIndex& index : {interfaceRow(0, 0), camera(0, 0, 0), interfaceRow(1, 0)}) {
+    m_second->locked = true;
+    const std::vector<std::tuple<QModelIndex, bool, bool>> cases = {
+        {interfaceRow(0, 0), true, false}, {camera(0, 0, 0), true, true},
+        {camera(0, 1, 0), true, false},    {interfaceRow(1, 0), true, false},
+        {camera(1, 0, 0), true, true},     {tree().model()->index(0, 0), true, false}};
+    for (const auto& [index, isInterfaceOffered, isCameraOffered] : cases) {
         tree().setCurrentIndex(index);
-        EXPECT_FALSE(actions[0]->isEnabled());
-        EXPECT_FALSE(actions[1]->isEnabled());
-        EXPECT_FALSE(button("buttonFeatureTree").isEnabled());
+        EXPECT_EQ(actions[0]->isEnabled(), isInterfaceOffered) << textOf(index);
+        EXPECT_EQ(actions[1]->isEnabled(), isCameraOffered) << textOf(index);
     }
-    for (const auto* found : m_dialog->findChildren<QPushButton*>())
-        EXPECT_FALSE(found->autoDefault()) << found->objectName().toStdString();
+    m_first->opened = false;
+    tree().setCurrentIndex(camera(0, 0, 0));
+    EXPECT_FALSE(actions[1]->isEnabled()) << "it takes no part";
+    combo().setCurrentIndex(0);
+    m_first->locked = m_closed->locked = true;
+    combo().setCurrentIndex(1);
+    EXPECT_TRUE(actions[0]->isEnabled());
+    m_dialog->onSelectInterface(interfaceRow(0, 1));
+    EXPECT_FALSE(actions[0]->isEnabled()) << "the only camera is locked";
+}
+
+TEST_F(SpanletDialogTest, SetsAnInterfaceWithTheStoredMargins) {
+    QSettings store(QStringLiteral("Meridane"), QStringLiteral("Spanlet"));
+    store.setValue(QStringLiteral("Safety Margins/interface_GigE"), 20);
+    store.setValue(QStringLiteral("Safety Margins/camera_GigE"), 10);
+    store.sync();
+    m_first->need = 200'000'000;
+    m_second->need = 1;
+    QSignalSpy finished(m_dialog.get(), &SpanletDialog::autoSetInterfaceFinished);
+    autoSetActions()[0]->trigger();
+    EXPECT_EQ(finished.count(), 1);
+    EXPECT_DOUBLE_EQ(m_first->margin, 0.1);
+    EXPECT_EQ(m_first->bandwidth, 100'000'000);
+    EXPECT_EQ(m_first->requested, 220'000'000U);
+    EXPECT_EQ(m_second->requested, 0U) << "it streams through another interface";
+    EXPECT_EQ(label(camera(0, 0, 0))->text(), QStringLiteral("100"));
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(SpanletDialogTest, SetsTheCurrentCameraToWhatItNeeds) {
+    m_third->need = 100'000'001;
+    tree().setCurrentIndex(camera(1, 0, 0));
+    QSignalSpy finished(m_dialog.get(), &SpanletDialog::autoSetCameraFinished);
+    autoSetActions()[1]->trigger();
+    ASSERT_EQ(finished.count(), 1);
+    EXPECT_EQ(finished[0][0].toModelIndex(), camera(1, 0, 0));
+    EXPECT_DOUBLE_EQ(m_third->margin, 0.05);
+    EXPECT_EQ(m_third->bandwidth, 105'000'001);
+    EXPECT_EQ(m_third->requested, 100'000'001U);
+    EXPECT_EQ(label(camera(1, 0, 0))->text(), QStringLiteral("105"));
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(SpanletDialogTest, TakesThePacketSizeFlagFromTheSettings) {
+    m_dialog->show();
+    for (const bool closesSettingsFirst : {true, false}) {
+        button("buttonSettings").click();
+        auto* settings = m_dialog->findChild<SettingsDialog*>();
+        ASSERT_NE(settings, nullptr);
+        EXPECT_TRUE(settings->isVisible());
+        auto* box = settings->findChild<QCheckBox*>(QStringLiteral("autoAdjustCheckBox"));
+        ASSERT_NE(box, nullptr);
+        EXPECT_EQ(box->isChecked(), !closesSettingsFirst) << "as it was left";
+        box->click();
+        if (closesSettingsFirst) {
+            settings->reject();
+            EXPECT_TRUE(QTest::qWaitFor(
+                [this] { return m_dialog->findChild<SettingsDialog*>() == nullptr; }));
+        }
+    }
+    m_dialog->close();
+    EXPECT_EQ(m_dialog->findChild<SettingsDialog*>(), nullptr);
+    EXPECT_EQ(m_dialog->result(), 0);
 }
 
 TEST_F(SpanletDialogTest, ShowsTheTrueBandwidthOfEachCamera) {
@@ -288,13 +365,13 @@ TEST_F(SpanletDialogTest, CanBeOperatedWithKeysOnly) {
     m_dialog->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(m_dialog.get()));
     QStringList visited;
-    for (int i = 0; i < 9; ++i) {
+    for (int i = 0; i < 10; ++i) {
         visited.append(QApplication::focusWidget()->objectName());
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
     EXPECT_EQ(visited.join(QLatin1Char(' ')).toStdString(),
               "buttonRefresh comboInterface spinBenchmark buttonBenchmark buttonAutoSet "
-              "treeViewCameras buttonShowLogging tableLog buttonRefresh");
+              "buttonSettings treeViewCameras buttonShowLogging tableLog buttonRefresh");
 
     QPushButton& refresh = button("buttonRefresh");
     refresh.setFocus();
