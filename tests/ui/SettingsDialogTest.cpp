@@ -7,6 +7,7 @@
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QFrame>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLibraryInfo>
 #include <QMessageBox>
@@ -69,10 +70,13 @@ protected:
         QTest::mouseClick(box.button(button), Qt::LeftButton);
         EXPECT_TRUE(QTest::qWaitFor([this] { return m_dialog.isNull(); }));
     }
-    /// Presses Ctrl+Shift+D in a spin box, where the focus is, and answers the question.
-    void answerDebugQuestion(QMessageBox::StandardButton answer) {
+    /// Presses Ctrl+Shift+D in a spin box, where the focus is, and answers the question if asked.
+    bool answerDebugQuestion(QMessageBox::StandardButton answer,
+                             Qt::KeyboardModifiers modifiers = Qt::ControlModifier |
+                                                               Qt::ShiftModifier) {
         bool asked = false;
-        QTimer::singleShot(0, [&] {
+        QTimer questionTimer;
+        QObject::connect(&questionTimer, &QTimer::timeout, [&asked, answer] {
             auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
             ASSERT_NE(box, nullptr);
             asked = true;
@@ -84,8 +88,12 @@ protected:
                       QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
             box->button(answer)->click();
         });
-        QTest::keyClick(&spin(rows[0]), Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier);
-        EXPECT_TRUE(asked);
+        questionTimer.setSingleShot(true);
+        questionTimer.start(0);
+        // Sent without a turn of the event loop, which only the question would run.
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_D, modifiers);
+        QApplication::sendEvent(&spin(rows[0]), &press);
+        return asked;
     }
 
     template <class Widget> Widget& widget(const std::string& name) const {
@@ -160,13 +168,13 @@ TEST_F(SettingsDialogTest, WarnsOfValuesBelowTheDefaults) {
         {{50, 50, 50, 50}, ""},
     };
     open();
-    const int roomy = m_dialog->height();
+    m_dialog->resize(900, 900);
     for (const auto& [shown, expected] : cases) {
         setValues(shown);
         EXPECT_EQ(warnings(), expected) << testing::PrintToString(shown);
         expectWholeTexts();
     }
-    EXPECT_LT(m_dialog->height(), roomy) << "not adjusted to its contents";
+    EXPECT_TRUE(m_dialog->width() < 600 && m_dialog->height() < 663) << "not adjusted";
     setValues({0, 0, 0, 0});
     press(QDialogButtonBox::Ok);
     open();
@@ -227,13 +235,15 @@ TEST_F(SettingsDialogTest, EveryOtherWayOutReportsThePacketFlagAndStoresNothing)
 TEST_F(SettingsDialogTest, DebugMessagesAreSwitchedByTheHiddenQuestionAndOk) {
     const std::string key = "ShowDebugMessages";
     open();
-    answerDebugQuestion(QMessageBox::Yes);
+    EXPECT_TRUE(answerDebugQuestion(QMessageBox::Yes));
     press(QDialogButtonBox::Cancel);
     EXPECT_FALSE(stored(key).isValid());
 
     open();
-    answerDebugQuestion(QMessageBox::Yes);
-    answerDebugQuestion(QMessageBox::Cancel);
+    EXPECT_FALSE(answerDebugQuestion(QMessageBox::Yes, Qt::ControlModifier));
+    EXPECT_FALSE(answerDebugQuestion(QMessageBox::Yes, Qt::ShiftModifier));
+    EXPECT_TRUE(answerDebugQuestion(QMessageBox::Yes));
+    EXPECT_TRUE(answerDebugQuestion(QMessageBox::Cancel));
     EXPECT_FALSE(stored(key).isValid()) << "stored before OK";
     press(QDialogButtonBox::Ok);
     EXPECT_EQ(stored(key), QVariant(true));
@@ -243,7 +253,7 @@ TEST_F(SettingsDialogTest, DebugMessagesAreSwitchedByTheHiddenQuestionAndOk) {
     EXPECT_EQ(stored(key), QVariant(true)) << "not loaded";
 
     open();
-    answerDebugQuestion(QMessageBox::No);
+    EXPECT_TRUE(answerDebugQuestion(QMessageBox::No));
     press(QDialogButtonBox::Ok);
     EXPECT_EQ(stored(key), QVariant(false));
 }
