@@ -79,6 +79,33 @@ TEST_F(Faults, AnyFailingCallLeavesTheOtherCamerasWorking) {
     run(0);
 }
 
+TEST_F(Faults, AnyFailingCallLeavesAutoSetAnEndAndTheOtherCamerasABandwidth) {
+    const auto controller = makeSystemController(m_system);
+    const auto interfaces = controller->enumerate();
+    ASSERT_FALSE(interfaces.empty());
+    const CameraList& cameras = interfaces.front();
+    const auto camerasThatWereSet = [&](std::uint64_t failingCall) {
+        m_simulation->ResetCalls();
+        m_simulation->FailCall(failingCall, OrvErrorInternalFault);
+        controller->autoSetInterface("any", 0, true, 0.1, 0.05);
+        m_simulation->FailCall(0, OrvErrorSuccess);
+        return std::count_if(cameras.begin(), cameras.end(), [](const auto& camera) {
+            return camera->getAutosetStatus() != AutosetStatus::NotSet &&
+                   camera->getBandwidth() > 0;
+        });
+    };
+    const auto all = static_cast<std::ptrdiff_t>(cameras.size());
+    ASSERT_EQ(camerasThatWereSet(0), all);
+    std::uint64_t failingCall = 0;
+    std::uint64_t calls = 0;
+    do {
+        EXPECT_GE(camerasThatWereSet(++failingCall), all - 1) << "failing call " << failingCall;
+        calls = m_simulation->GetCallCount();
+    } while (calls >= failingCall && !HasFailure());
+    EXPECT_GT(failingCall, 50U);
+    EXPECT_EQ(camerasThatWereSet(0), all);
+}
+
 TEST_F(Faults, CallsPerEnumeratedCameraAreFew) {
     const auto calls = [this] {
         m_simulation->ResetCalls();
