@@ -5,10 +5,6 @@
 
 #include <cstdint>
 
-void registerFeatureMetaTypes() {
-    qRegisterMetaType<FeatureInfo>("FeatureInfo");
-}
-
 FeatureValue toFeatureValue(const QVariant& variant, std::size_t alternative) {
     switch (alternative) {
     case 0:

@@ -9,11 +9,8 @@
 
 #include <cstddef>
 
+/// Lets a FeatureInfo travel in variants; the first one makes it known to Qt by its name.
 Q_DECLARE_METATYPE(FeatureInfo)
-
-/// Makes FeatureInfo known to Qt by its name, so that it can travel in variants and through queued
-/// connections. May be called again. Thread-safe.
-void registerFeatureMetaTypes();
 
 /// The variant as the alternative of FeatureValue with the index \p alternative; an index that
 /// FeatureValue does not have gives its default and a debug message. Thread-safe.

@@ -11,7 +11,6 @@
 namespace {
 
 TEST(FeatureMetaTypes, FeatureInfoTravelsInAVariant) {
-    registerFeatureMetaTypes();
     FeatureInfo info;
     info.name = "Gain";
     info.value = 2.5;
