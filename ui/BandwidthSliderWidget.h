@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+class FeatureController;
+enum class AutosetStatus : std::int32_t;
+namespace Ui {
+class BandwidthSliderWidget;
+}
+
+/// Shows and sets the bandwidth limit of one camera in MB/s (1,000,000 bytes per second), by a
+/// slider and a spin box in step, shows the outcome of Auto Set by the colour of the slider's
+/// handle, and lets the user lock the camera. The camera is asked when the widget is initialised
+/// and reloaded, and is written once for each value that the user settles on; never while painting
+/// or dragging. Bound to the GUI thread.
+class BandwidthSliderWidget : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit BandwidthSliderWidget(std::shared_ptr<FeatureController> features,
+                                   QWidget* parent = nullptr);
+    ~BandwidthSliderWidget() override;
+
+    /// Finds the camera's bandwidth feature, switches it on, and shows its range and value. A
+    /// camera without one is locked and cannot be used. To be called once, when the signals are
+    /// connected.
+    void initialize();
+    /// What is shown, in MB/s; 0 when the camera has no bandwidth to show.
+    int value() const;
+
+signals:
+    /// The camera was given another bandwidth by the user: the one now in effect, in MB/s.
+    void valueChanged(int value);
+    void lockChanged(bool locked);
+
+public slots:
+    /// Keeps slider and spin box in step, whichever of them sends it.
+    void onValueChanged();
+    /// Gives the camera the value shown, if it has another.
+    void onEditFinished();
+    /// Gives the camera a bandwidth, in MB/s, and shows the one then in effect.
+    void setValue(int value);
+    void changeLock(bool locked);
+    /// Shows the camera's bandwidth as it is now, and answers it in MB/s.
+    int getValue();
+    void updateColor(AutosetStatus status);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+};

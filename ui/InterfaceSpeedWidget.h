@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <QWidget>
+
+#include <map>
+#include <memory>
+
+namespace Ui {
+class InterfaceSpeedWidget;
+}
+
+/// Shows how much of an interface's bandwidth its cameras are assigned: "used / maximum" in MB/s
+/// beside a bar, whose colour tells whether the interface's safety margin is kept. A right click or
+/// a double click lets the user overwrite the maximum. Bound to the GUI thread.
+class InterfaceSpeedWidget : public QWidget {
+    Q_OBJECT
+
+public:
+    /// \param maxBandwidth of the interface, in MB/s; 0 when it is not known.
+    explicit InterfaceSpeedWidget(int maxBandwidth, QWidget* parent = nullptr);
+    ~InterfaceSpeedWidget() override;
+
+    /// Shows another maximum, in MB/s, without telling that it changed.
+    void setMaxBandwidth(int maxBandwidth);
+
+signals:
+    /// The user has overwritten the maximum; in MB/s.
+    void maxBandwidthChanged(int value);
+
+public slots:
+    /// \param safetyMargin percentage of the maximum that should stay free.
+    void updateColor(int safetyMargin);
+    /// Takes over what a camera is assigned.
+    /// \param cameraNo the camera's row under the interface.
+    /// \param value in MB/s.
+    void setValue(int cameraNo, int safetyMargin, int value);
+    /// Asks the user for the maximum.
+    void manualSetMaxBandwidth();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+private:
+    void showUsage();
+
+    std::unique_ptr<Ui::InterfaceSpeedWidget> m_form;
+    int m_maxBandwidth;
+    int m_usedBandwidth = 0;
+    double m_safetyMargin = 0.0;
+    std::map<int, int> m_cameraBandwidths;
+};
