@@ -44,6 +44,8 @@ public:
 
     /// The module of that name; empty when the camera has none.
     std::shared_ptr<OrvFeatureContainerWrapper> getModule(const std::string& name) const;
+    /// What identifies the camera in front of every message.
+    const std::string& messagePrefix() const { return m_messagePrefix; }
 
 private:
     void addStreams(const OrvCameraWrapper& camera);
