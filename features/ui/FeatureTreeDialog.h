@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+namespace Ui {
+class FeatureTreeDialog;
+}
+class FeatureController;
+class FeatureTreeModel;
+class FeatureTreeProxyModel;
+
+/// Shows the features of a camera, at first those that matter for bandwidth, and lets the user edit
+/// them.
+///
+/// Shown non-modally; deletes itself when it is closed. It keeps a share of the controller, so it
+/// may outlive the camera; writes then fail with a line in the log. Bound to the GUI thread.
+class FeatureTreeDialog : public QDialog {
+    Q_OBJECT
+
+public:
+    /// \param controller of the camera; may be empty: then the tree is empty.
+    explicit FeatureTreeDialog(std::shared_ptr<FeatureController> controller,
+                               QWidget* parent = nullptr);
+    ~FeatureTreeDialog() override;
+
+signals:
+    /// An edit in progress is to be written.
+    void commitChanges();
+    /// After commitChanges, when the user closes the dialog in whatever way.
+    void closed();
+
+public slots:
+    /// Shows the features that matter for bandwidth, expanded, or the modules of all features.
+    void onActivateProxyModel(bool active);
+    /// Closes the dialog as its button does: the Escape key loses no edit.
+    void reject() override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void setUpTree();
+    void fitNameColumn();
+
+    std::unique_ptr<Ui::FeatureTreeDialog> m_form;
+    std::shared_ptr<FeatureController> m_controller;
+    FeatureTreeModel* m_model = nullptr;
+    FeatureTreeProxyModel* m_proxy = nullptr;
+    bool m_closing = false;
+};

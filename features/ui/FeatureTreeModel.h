@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "features/ui/FeatureTreeItem.h"
+#include "tree/BasicTreeModel.h"
+
+#include <memory>
+#include <string>
+
+class FeatureController;
+
+/// All features of a camera with their values, by module and category. Bound to the GUI thread.
+///
+/// Building the tree asks the camera for names and categories only. A feature's description is read
+/// when a view first asks for its text, flags, colour or tool tip, and kept. After a write or a
+/// command everything that was read is outdated, since features depend on each other: the values
+/// that are then on view are read again, the others when they come on view.
+class FeatureTreeModel : public BasicTreeModel {
+    Q_OBJECT
+
+public:
+    enum Column { NameColumn, ValueColumn };
+    /// The FeatureInfo of a feature. Asks the camera for nothing: only name and category are filled
+    /// for a feature that was not on view yet.
+    static constexpr int InfoRole = Qt::UserRole;
+
+    /// \param controller may be empty: then there are no features.
+    explicit FeatureTreeModel(std::shared_ptr<FeatureController> controller,
+                              QObject* parent = nullptr);
+    ~FeatureTreeModel() override;
+
+    void setupModelData() override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    /// Writes a value to the camera or runs a command; any value but false does that. False when
+    /// the camera refused, and when the value is the present one and nothing was written.
+    bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+private:
+    FeatureTreeItem& itemOf(const QModelIndex& index) const;
+    void addModule(FeatureTreeItem& parent, const std::string& module) const;
+    QVariant groupData(const FeatureTreeItem& group, int column, int role) const;
+    QVariant featureData(FeatureTreeItem& feature, int column, int role) const;
+    const FeatureTreeItem& loaded(FeatureTreeItem& feature) const;
+    const FeatureTreeItem& upToDate(FeatureTreeItem& feature) const;
+    void load(FeatureTreeItem& feature) const;
+    bool runCommand(const FeatureTreeItem& feature, const QVariant& value);
+    bool writeValue(FeatureTreeItem& feature, const QVariant& value);
+    void outdateValues();
+    void outdateValuesBelow(BasicTreeItem& parent);
+
+    std::shared_ptr<FeatureController> m_controller;
+    bool m_loadsLazily = false;
+};
