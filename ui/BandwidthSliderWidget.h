@@ -9,6 +9,7 @@
 #include <string>
 
 class FeatureController;
+struct FeatureInfo;
 enum class AutosetStatus : std::int32_t;
 namespace Ui {
 class BandwidthSliderWidget;
@@ -54,4 +55,24 @@ public slots:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
+
+private:
+    void connectWidgets();
+    void updateLockIcon();
+    void lockOut();
+    void setRange(const FeatureInfo& feature);
+    /// Shows a bandwidth that the camera has, in bytes per second.
+    void showBandwidth(std::int64_t bandwidth);
+    void resetColor();
+    void resetToolTips();
+    void setSliderStyle(const QString& style);
+
+    std::unique_ptr<Ui::BandwidthSliderWidget> m_form;
+    std::shared_ptr<FeatureController> m_features;
+    /// Name of the camera's bandwidth feature; empty before one is found.
+    std::string m_feature;
+    /// The slider's style without the colour of a status.
+    QString m_sliderStyle;
+    /// The value last loaded from the camera or given to it, in MB/s.
+    int m_settledValue = 0;
 };

@@ -41,9 +41,11 @@ public slots:
 protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void showUsage();
+    void showMenu(const QPoint& globalPosition);
 
     std::unique_ptr<Ui::InterfaceSpeedWidget> m_form;
     int m_maxBandwidth;

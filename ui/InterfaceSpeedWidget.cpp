@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "ui/InterfaceSpeedWidget.h"
+
+#include "ui_InterfaceSpeedWidget.h"
+
+#include <QContextMenuEvent>
+#include <QInputDialog>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPointer>
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+namespace {
+
+const QString& barStyle() {
+    static const QString style =
+        QStringLiteral("QProgressBar::chunk { width: 10px; background-color: %1; } QProgressBar{ "
+                       "border: 2px solid "
+                       "grey; border-radius: 2px; text-align: center; color: %2; }");
+    return style;
+}
+
+constexpr int largestInt = std::numeric_limits<int>::max();
+
+} // namespace
+
+InterfaceSpeedWidget::InterfaceSpeedWidget(int maxBandwidth, QWidget* parent)
+    : QWidget(parent), m_form(std::make_unique<Ui::InterfaceSpeedWidget>()),
+      m_maxBandwidth(std::max(maxBandwidth, 0)) {
+    m_form->setupUi(this);
+    showUsage();
+}
+
+InterfaceSpeedWidget::~InterfaceSpeedWidget() = default;
+
+void InterfaceSpeedWidget::setMaxBandwidth(int maxBandwidth) {
+    m_maxBandwidth = std::max(maxBandwidth, 0);
+    showUsage();
+    updateColor(static_cast<int>(m_safetyMargin));
+}
+
+void InterfaceSpeedWidget::showUsage() {
+    QProgressBar* bar = m_form->progressBarUsage;
+    const bool isKnown = m_maxBandwidth > 0;
+    // A range from 0 to 0 would make the bar busy.
+    bar->setRange(0, isKnown ? m_maxBandwidth : 1);
+    bar->setValue(std::min(m_usedBandwidth, bar->maximum()));
+    bar->setTextVisible(isKnown);
+    m_form->labelSpeed->setText(QStringLiteral("%1 / %2").arg(m_usedBandwidth).arg(m_maxBandwidth));
+}
+
+void InterfaceSpeedWidget::updateColor(int safetyMargin) {
+    QProgressBar* bar = m_form->progressBarUsage;
+    QString chunk = QStringLiteral("#009640");
+    QString text = QStringLiteral("#c0c0c0");
+    QString toolTip = tr("Interface bandwidth usage is OK.");
+    const double usage = static_cast<double>(bar->value()) / bar->maximum() * 100;
+    if (m_usedBandwidth > m_maxBandwidth) {
+        chunk = QStringLiteral("#dc143c");
+        toolTip = tr("Bandwidth used by connected cameras is greater than it is available on this "
+                     "interface.");
+    } else if (static_cast<int>(usage) > 100 - safetyMargin) {
+        chunk = QStringLiteral("#fcc234");
+        text = QStringLiteral("#000000");
+        toolTip = tr("Bandwidth used by connected cameras affects safety margin on the interface "
+                     "(%1%).")
+                      .arg(safetyMargin);
+    }
+    // A new style sheet is costly even when it is the old one.
+    const QString style = barStyle().arg(chunk, text);
+    if (bar->styleSheet() != style) {
+        bar->setStyleSheet(style);
+    }
+    bar->setToolTip(toolTip);
+}
+
+void InterfaceSpeedWidget::setValue(int cameraNo, int safetyMargin, int value) {
+    m_safetyMargin = safetyMargin;
+    m_cameraBandwidths[cameraNo] = value;
+    std::int64_t used = 0;
+    for (const auto& [camera, bandwidth] : m_cameraBandwidths) {
+        used += bandwidth;
+    }
+    m_usedBandwidth = static_cast<int>(std::clamp<std::int64_t>(used, 0, largestInt));
+    showUsage();
+    updateColor(safetyMargin);
+}
+
+void InterfaceSpeedWidget::manualSetMaxBandwidth() {
+    const QPointer<InterfaceSpeedWidget> guard(this);
+    bool isConfirmed = false;
+    const int entered = QInputDialog::getInt(
+        this, QStringLiteral("Interface Bandwidth"),
+        QStringLiteral("Please enter the maximal bandwidth on this interface (MBytes/s):"),
+        m_maxBandwidth, 0, largestInt, 10, &isConfirmed,
+        Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+    // A refresh may have deleted the row meanwhile.
+    if (!guard || !isConfirmed) {
+        return;
+    }
+    setMaxBandwidth(entered);
+    emit maxBandwidthChanged(entered);
+}
+
+void InterfaceSpeedWidget::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::RightButton) {
+        QWidget::mousePressEvent(event);
+        return;
+    }
+    showMenu(event->globalPos());
+}
+
+void InterfaceSpeedWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) {
+        QWidget::mouseDoubleClickEvent(event);
+        return;
+    }
+    manualSetMaxBandwidth();
+}
+
+void InterfaceSpeedWidget::contextMenuEvent(QContextMenuEvent* event) {
+    // The mouse has opened it already.
+    if (event->reason() == QContextMenuEvent::Keyboard) {
+        showMenu(mapToGlobal(rect().center()));
+    }
+}
+
+void InterfaceSpeedWidget::showMenu(const QPoint& globalPosition) {
+    auto* menu = new QMenu(tr("Context menu"), this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(QStringLiteral("Overwrite max. bandwidth"), this,
+                    &InterfaceSpeedWidget::manualSetMaxBandwidth);
+    menu->popup(globalPosition);
+}
