@@ -12,13 +12,50 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <utility>
 #include <variant>
+
+/// A feature of the camera, and what has been read of it that never changes while it is open.
+struct KnownFeature {
+    std::shared_ptr<OrvFeatureWrapper> feature;
+    std::optional<std::string> name;
+    std::optional<std::string> category;
+    std::optional<std::string> displayName;
+    std::optional<std::string> description;
+    std::optional<std::string> representation;
+    std::optional<std::string> toolTip;
+    std::optional<std::string> unit;
+    std::optional<OrvFeatureVisibilityType> visibility;
+    std::optional<OrvFeatureDataType> dataType;
+    std::optional<std::vector<std::string>> values;
+};
 
 namespace {
 
 constexpr const char* noModule = ": Cannot get module: '";
 constexpr const char* noFeature = ": Cannot get feature: '";
+
+template <typename T> using Getter = OrvErrorType (OrvFeatureWrapper::*)(T&) const;
+
+/// Reads what never changes: from memory once the SDK has answered.
+template <typename T>
+OrvErrorType readOnce(const KnownFeature& from, std::optional<T>& known, Getter<T> get, T& field) {
+    if (!known) {
+        T read{};
+        const OrvErrorType error = ((*from.feature).*get)(read);
+        if (error != OrvErrorSuccess) {
+            return error;
+        }
+        known = std::move(read);
+    }
+    field = *known;
+    return OrvErrorSuccess;
+}
+
+OrvErrorType readDataType(KnownFeature& known, OrvFeatureDataType& type) {
+    return readOnce(known, known.dataType, &OrvFeatureWrapper::GetDataType, type);
+}
 
 template <typename T>
 OrvErrorType readValueAs(const OrvFeatureWrapper& feature, FeatureValue& value) {
@@ -66,17 +103,15 @@ const char* valueMessage(OrvFeatureDataType type) {
 /// keeps its default.
 class InfoReader {
 public:
-    InfoReader(const OrvFeatureWrapper& feature, const std::string& name, const std::string& prefix)
-        : m_feature(feature), m_name(name), m_prefix(prefix) {}
+    InfoReader(KnownFeature& known, const std::string& name, const std::string& prefix)
+        : m_known(known), m_feature(*known.feature), m_name(name), m_prefix(prefix) {}
 
     FeatureInfo read() const {
         FeatureInfo info;
-        // The one message without a name.
-        std::string name;
-        const OrvErrorType error = m_feature.GetName(name);
-        if (error == OrvErrorSuccess) {
-            info.name = std::move(name);
-        } else {
+        const OrvErrorType error =
+            readOnce(m_known, m_known.name, &OrvFeatureWrapper::GetName, info.name);
+        if (error != OrvErrorSuccess) {
+            // The one message without a name.
             logDebug(m_prefix + ": Cannot get feature name", error);
         }
         readAttributes(info);
@@ -106,29 +141,36 @@ private:
     }
 
     template <typename T>
-    void readInto(T& field, OrvErrorType (OrvFeatureWrapper::*get)(T&) const,
-                  const char* text) const {
-        T read{};
+    void readStatic(T& field, std::optional<T>& known, Getter<T> get, const char* text) const {
+        check(readOnce(m_known, known, get, field), text);
+    }
+
+    void readFlag(bool& field, Getter<bool> get, const char* text) const {
+        bool read = false;
         if (check((m_feature.*get)(read), text)) {
-            field = std::move(read);
+            field = read;
         }
     }
 
     void readAttributes(FeatureInfo& info) const {
         using Feature = OrvFeatureWrapper;
-        readInto(info.category, &Feature::GetCategory, ": Cannot get feature category for '");
-        readInto(info.displayName, &Feature::GetDisplayName,
-                 ": Cannot get feature display name for '");
-        readInto(info.description, &Feature::GetDescription,
-                 ": Cannot get feature description for '");
-        readInto(info.representation, &Feature::GetRepresentation,
-                 ": Cannot get feature representation for '");
-        readInto(info.toolTip, &Feature::GetToolTip, ": Cannot get feature tooltip for '");
-        readInto(info.unit, &Feature::GetUnit, ": Cannot get feature unit for '");
-        readInto(info.readable, &Feature::IsReadable, ": Cannot get feature readability for '");
-        readInto(info.writable, &Feature::IsWritable, ": Cannot get feature writability for '");
-        readInto(info.visibility, &Feature::GetVisibility, ": Cannot get feature visibility for '");
-        readInto(info.dataType, &Feature::GetDataType, ": Cannot get feature data type for '");
+        KnownFeature& known = m_known;
+        readStatic(info.category, known.category, &Feature::GetCategory,
+                   ": Cannot get feature category for '");
+        readStatic(info.displayName, known.displayName, &Feature::GetDisplayName,
+                   ": Cannot get feature display name for '");
+        readStatic(info.description, known.description, &Feature::GetDescription,
+                   ": Cannot get feature description for '");
+        readStatic(info.representation, known.representation, &Feature::GetRepresentation,
+                   ": Cannot get feature representation for '");
+        readStatic(info.toolTip, known.toolTip, &Feature::GetToolTip,
+                   ": Cannot get feature tooltip for '");
+        readStatic(info.unit, known.unit, &Feature::GetUnit, ": Cannot get feature unit for '");
+        readFlag(info.readable, &Feature::IsReadable, ": Cannot get feature readability for '");
+        readFlag(info.writable, &Feature::IsWritable, ": Cannot get feature writability for '");
+        readStatic(info.visibility, known.visibility, &Feature::GetVisibility,
+                   ": Cannot get feature visibility for '");
+        check(readDataType(known, info.dataType), ": Cannot get feature data type for '");
     }
 
     template <typename Number> void readLimits(FeatureInfo& info) const {
@@ -145,8 +187,9 @@ private:
     }
 
     void readEntries(FeatureInfo& info) const {
-        readInto<std::vector<std::string>>(info.values, &OrvFeatureWrapper::GetValues,
-                                           ": Cannot get feature values list for '");
+        readStatic<std::vector<std::string>>(info.values, m_known.values,
+                                             &OrvFeatureWrapper::GetValues,
+                                             ": Cannot get feature values list for '");
         for (const std::string& entry : info.values) {
             bool available = false;
             if (check(m_feature.IsValueAvailable(entry.c_str(), available),
@@ -157,10 +200,15 @@ private:
         }
     }
 
+    KnownFeature& m_known;
     const OrvFeatureWrapper& m_feature;
     const std::string& m_name;
     const std::string& m_prefix;
 };
+
+std::string keyOf(const std::string& module, const std::string& name) {
+    return module + '/' + name;
+}
 
 /// Writes a value with the SDK operation of its alternative.
 struct Setter {
@@ -235,12 +283,17 @@ FeatureController::getFeaturesByCategory(const std::string& module) const {
             logWarning(m_messagePrefix + ": Unable to get feature name.", error);
             continue;
         }
+        const auto known = remember(module, name, feature);
+        known->name = name;
         std::string category;
-        if (const OrvErrorType error = feature->GetCategory(category); error != OrvErrorSuccess) {
+        if (const OrvErrorType error =
+                readOnce(*known, known->category, &OrvFeatureWrapper::GetCategory, category);
+            error != OrvErrorSuccess) {
             logWarning(message(": Unable to get Category of the feature '", name), error);
         }
         OrvFeatureVisibilityType visibility = OrvFeatureVisibilityUnknown;
-        if (const OrvErrorType error = feature->GetVisibility(visibility);
+        if (const OrvErrorType error =
+                readOnce(*known, known->visibility, &OrvFeatureWrapper::GetVisibility, visibility);
             error != OrvErrorSuccess) {
             logWarning(message(": Unable to get Visibility of the feature '", name), error);
         }
@@ -257,13 +310,13 @@ bool FeatureController::setFeatureValue(const std::string& module, const std::st
     if (!container) {
         return false;
     }
-    std::shared_ptr<OrvFeatureWrapper> found;
+    std::shared_ptr<KnownFeature> found;
     if (const OrvErrorType error = findFeature(module, *container, feature, found);
         error != OrvErrorSuccess) {
         logWarning(message(noFeature, feature), error);
         return false;
     }
-    const OrvErrorType error = std::visit(Setter{*found}, value);
+    const OrvErrorType error = std::visit(Setter{*found->feature}, value);
     if (error != OrvErrorSuccess) {
         logWarning(message(": Cannot set feature '", feature) + " to value: " + toText(value),
                    error);
@@ -278,14 +331,14 @@ FeatureValue FeatureController::getFeatureValue(const std::string& module,
         return {};
     }
     FeatureValue value;
-    std::shared_ptr<OrvFeatureWrapper> found;
+    std::shared_ptr<KnownFeature> found;
     OrvFeatureDataType type = OrvFeatureDataUnknown;
     OrvErrorType error = findFeature(module, *container, feature, found);
     if (error == OrvErrorSuccess) {
-        error = found->GetDataType(type);
+        error = readDataType(*found, type);
     }
     if (error == OrvErrorSuccess) {
-        error = readValue(*found, type, value);
+        error = readValue(*found->feature, type, value);
     }
     if (error != OrvErrorSuccess) {
         logWarning(message(": Cannot get feature value: '", feature), error);
@@ -300,7 +353,7 @@ FeatureInfo FeatureController::getFeatureInfo(const std::string& module,
     if (!container) {
         return {};
     }
-    std::shared_ptr<OrvFeatureWrapper> found;
+    std::shared_ptr<KnownFeature> found;
     if (const OrvErrorType error = findFeature(module, *container, feature, found);
         error != OrvErrorSuccess) {
         logWarning(message(noFeature, feature), error);
@@ -311,7 +364,7 @@ FeatureInfo FeatureController::getFeatureInfo(const std::string& module,
 
 bool FeatureController::hasFeature(const std::string& module, const std::string& feature) const {
     const auto container = getModule(module);
-    std::shared_ptr<OrvFeatureWrapper> found;
+    std::shared_ptr<KnownFeature> found;
     return container && findFeature(module, *container, feature, found) == OrvErrorSuccess;
 }
 
@@ -321,17 +374,17 @@ bool FeatureController::runCommand(const std::string& module, const std::string&
     if (!container) {
         return false;
     }
-    std::shared_ptr<OrvFeatureWrapper> found;
+    std::shared_ptr<KnownFeature> found;
     if (const OrvErrorType error = findFeature(module, *container, feature, found);
         error != OrvErrorSuccess) {
         logWarning(message(": Cannot get feature '", feature), error);
         return false;
     }
-    if (const OrvErrorType error = found->RunCommand(); error != OrvErrorSuccess) {
+    if (const OrvErrorType error = found->feature->RunCommand(); error != OrvErrorSuccess) {
         logWarning(message(": Error while executing '", feature), error);
         return false;
     }
-    return waitUntilDone(*found, feature, timeoutMs);
+    return waitUntilDone(*found->feature, feature, timeoutMs);
 }
 
 bool FeatureController::waitUntilDone(const OrvFeatureWrapper& command, const std::string& name,
@@ -382,18 +435,29 @@ FeatureController::getModuleOrWarn(const std::string& name) const {
 OrvErrorType FeatureController::findFeature(const std::string& module,
                                             const OrvFeatureContainerWrapper& container,
                                             const std::string& name,
-                                            std::shared_ptr<OrvFeatureWrapper>& found) const {
-    const std::string key = module + '/' + name;
-    if (const auto known = m_features.find(key); known != m_features.end()) {
+                                            std::shared_ptr<KnownFeature>& found) const {
+    if (const auto known = m_features.find(keyOf(module, name)); known != m_features.end()) {
         found = known->second;
         return OrvErrorSuccess;
     }
-    found = std::make_shared<OrvFeatureWrapper>();
-    const OrvErrorType error = container.GetFeatureByName(name.c_str(), found);
+    auto feature = std::make_shared<OrvFeatureWrapper>();
+    const OrvErrorType error = container.GetFeatureByName(name.c_str(), feature);
     if (error == OrvErrorSuccess) {
-        m_features.emplace(key, found);
+        found = remember(module, name, std::move(feature));
     }
     return error;
+}
+
+/// A feature that is known already stays what it is.
+std::shared_ptr<KnownFeature>
+FeatureController::remember(const std::string& module, const std::string& name,
+                            std::shared_ptr<OrvFeatureWrapper> feature) const {
+    std::shared_ptr<KnownFeature>& known = m_features[keyOf(module, name)];
+    if (!known) {
+        known = std::make_shared<KnownFeature>();
+        known->feature = std::move(feature);
+    }
+    return known;
 }
 
 std::string FeatureController::message(const char* text, const std::string& name) const {

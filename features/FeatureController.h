@@ -11,9 +11,14 @@
 #include <utility>
 #include <vector>
 
+struct KnownFeature;
+
 /// Access by name to the features of all modules of one opened camera: "Transport Layer",
 /// "Interface", "Local Device", "Camera", and "Stream0", "Stream1" and so on. Every failure is
 /// logged and answered by an empty or false result; nothing throws. Bound to the GUI thread.
+///
+/// What never changes while a camera is open (a feature's texts, visibility, data type and the
+/// names of its entries) is read from the camera once; what failed to be read is asked for again.
 ///
 /// Owned through a shared pointer made with the class itself, so its destructor is not virtual.
 class FeatureController {
@@ -51,14 +56,15 @@ private:
     void addStreams(const OrvCameraWrapper& camera);
     std::shared_ptr<OrvFeatureContainerWrapper> getModuleOrWarn(const std::string& name) const;
     OrvErrorType findFeature(const std::string& module, const OrvFeatureContainerWrapper& container,
-                             const std::string& name,
-                             std::shared_ptr<OrvFeatureWrapper>& found) const;
+                             const std::string& name, std::shared_ptr<KnownFeature>& found) const;
+    std::shared_ptr<KnownFeature> remember(const std::string& module, const std::string& name,
+                                           std::shared_ptr<OrvFeatureWrapper> feature) const;
     bool waitUntilDone(const OrvFeatureWrapper& command, const std::string& name,
                        double timeoutMs) const;
     std::string message(const char* text, const std::string& name) const;
 
     std::vector<std::pair<std::string, std::shared_ptr<OrvFeatureContainerWrapper>>> m_modules;
     std::string m_messagePrefix;
-    /// Features that were looked up, by module and name: the SDK is asked for each only once.
-    mutable std::map<std::string, std::shared_ptr<OrvFeatureWrapper>> m_features;
+    /// Features that were looked up or listed, by module and name.
+    mutable std::map<std::string, std::shared_ptr<KnownFeature>> m_features;
 };

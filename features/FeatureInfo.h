@@ -7,8 +7,9 @@
 #include <string>
 #include <vector>
 
-/// Full description of one feature, read at one moment. Fields that could not be read keep their
-/// defaults: an empty text, false, 0. Texts are UTF-8.
+/// Full description of one feature. What can change while a camera is open (access, value, limits,
+/// available entries) was read at one moment. Fields that could not be read keep their defaults: an
+/// empty text, false, 0. Texts are UTF-8.
 struct FeatureInfo {
     std::string category;
     std::string name;
