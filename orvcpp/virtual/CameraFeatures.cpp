@@ -311,8 +311,8 @@ void addBandwidthLimit(FeatureSet& set, CameraModel& model, bool isUsb) {
             .bind(model.bandwidth)
             .limits([limits] { return limits; });
         set.boolean("StreamFrameRateConstrain")
-            .about("Keeps the frame rate below what the stream can carry.")
-            .value(true)
+            .about("Keeps the frame rate below what the stream may take.")
+            .bind(model.frameRateConstrained)
             .expert();
     }
 }

@@ -26,6 +26,7 @@ void CameraModel::reset() {
     userFrameRate = m_data.frameRate;
     bandwidth = m_data.bandwidth;
     bandwidthLimited = 1;
+    frameRateConstrained = true;
     triggerMode = m_data.triggerMode ? 1 : 0;
     triggerSource = m_data.triggerSource;
     packetSize = m_data.packetSize;
@@ -48,8 +49,8 @@ std::int64_t CameraModel::linkSpeed() const {
 }
 
 std::int64_t CameraModel::usableBandwidth() const {
-    const bool isLimited =
-        m_data.bandwidthFeature != BandwidthFeature::None && bandwidthLimited == 1;
+    const bool isLimited = m_data.bandwidthFeature != BandwidthFeature::None &&
+                           bandwidthLimited == 1 && frameRateConstrained;
     return isLimited ? std::min(bandwidth, linkSpeed()) : linkSpeed();
 }
 

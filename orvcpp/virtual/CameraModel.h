@@ -54,7 +54,9 @@ public:
     double userFrameRate = 0;
     /// Bytes per second.
     std::int64_t bandwidth = 0;
+    /// Of the two switches of the limit, a camera offers the one that goes with its feature.
     std::int64_t bandwidthLimited = 1;
+    bool frameRateConstrained = true;
     std::int64_t triggerMode = 0;
     std::int64_t triggerSource = TriggerSourceSoftware;
     /// A software trigger that was not handed on yet.

@@ -220,6 +220,8 @@ TEST(FrameRate, FollowsTheImageFormat) {
     EXPECT_EQ(set(*camera, "BinningVertical", std::int64_t{2}), OrvErrorSuccess);
     EXPECT_EQ(get<std::int64_t>(*camera, "Height"), 100) << "binning shrinks the region";
     EXPECT_EQ(set(*camera, "StreamBytesPerSecond", std::int64_t{64'500}), OrvErrorInvalidValue);
+    EXPECT_EQ(set(*camera, "StreamFrameRateConstrain", false), OrvErrorSuccess);
+    EXPECT_GT(rate(), 1000 / 3.0) << "only the link limits the stream";
     EXPECT_EQ(set(*camera, "BinningVertical", std::int64_t{4}), OrvErrorSuccess);
     checkDescription(*feature(*camera, "Height"));
 }
