@@ -26,7 +26,7 @@ public:
     FeatureTreeItem(std::string module, std::string category, std::string name);
     ~FeatureTreeItem() override;
 
-    bool isFeature() const { return !m_info.name.empty(); }
+    bool isFeature() const { return !m_module.empty(); }
     Loading loading() const { return m_loading; }
     /// Name of the module that the feature belongs to.
     const std::string& module() const { return m_module; }

@@ -17,6 +17,8 @@ public:
     /// Reads the settings file, once; without it an active filter hides every feature. Not active
     /// at first.
     explicit FeatureTreeProxyModel(QObject* parent = nullptr);
+    /// With another settings file.
+    explicit FeatureTreeProxyModel(const QString& settingsFile, QObject* parent = nullptr);
     ~FeatureTreeProxyModel() override;
 
     bool isActive() const { return m_active; }
@@ -30,7 +32,7 @@ protected:
     bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
 
 private:
-    void readSettings();
+    void readSettings(const QString& fileName);
     QString moduleOf(QModelIndex index) const;
 
     bool m_active = false;

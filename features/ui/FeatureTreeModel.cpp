@@ -1,0 +1,185 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "features/ui/FeatureTreeModel.h"
+
+#include "features/FeatureController.h"
+#include "features/FeatureMetaTypes.h"
+
+#include <QColor>
+#include <QFont>
+
+#include <utility>
+
+namespace {
+
+constexpr double commandTimeoutMs = 1000.0;
+
+/// The category below \p parent with that text, made where there is none.
+FeatureTreeItem& categoryBelow(BasicTreeItem& parent, const QString& text) {
+    for (int row = 0; row < parent.childCount(); ++row) {
+        auto& child = static_cast<FeatureTreeItem&>(*parent.child(row));
+        if (!child.isFeature() && child.value(FeatureTreeModel::NameColumn).toString() == text)
+            return child;
+    }
+    return static_cast<FeatureTreeItem&>(
+        *parent.appendChild(std::make_unique<FeatureTreeItem>(text)));
+}
+
+} // namespace
+
+FeatureTreeModel::FeatureTreeModel(std::shared_ptr<FeatureController> controller, QObject* parent)
+    : BasicTreeModel(parent), m_controller(std::move(controller)) {
+    setHeaderLabels({tr("Feature"), QString()});
+}
+
+FeatureTreeModel::~FeatureTreeModel() = default;
+
+void FeatureTreeModel::setupModelData() {
+    beginResetModel();
+    auto root = std::make_unique<FeatureTreeItem>(tr("Feature"));
+    if (m_controller) {
+        for (const std::string& module : m_controller->getModuleNames())
+            addModule(*root, module);
+    }
+    setRoot(std::move(root));
+    m_loadsLazily = true;
+    endResetModel();
+}
+
+void FeatureTreeModel::addModule(FeatureTreeItem& parent, const std::string& module) const {
+    BasicTreeItem& moduleItem =
+        *parent.appendChild(std::make_unique<FeatureTreeItem>(QString::fromStdString(module)));
+    for (const auto& [category, features] : m_controller->getFeaturesByCategory(module)) {
+        BasicTreeItem* group = &moduleItem;
+        const QString path = QString::fromStdString(category);
+        for (const QString& part : path.split(QLatin1Char('/'), Qt::SkipEmptyParts))
+            group = &categoryBelow(*group, part);
+        for (const std::string& name : features)
+            group->appendChild(std::make_unique<FeatureTreeItem>(module, category, name));
+    }
+}
+
+FeatureTreeItem& FeatureTreeModel::itemOf(const QModelIndex& index) const {
+    return static_cast<FeatureTreeItem&>(*itemAt(index));
+}
+
+QVariant FeatureTreeModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid())
+        return {};
+    FeatureTreeItem& item = itemOf(index);
+    return item.isFeature() ? featureData(item, index.column(), role)
+                            : groupData(item, index.column(), role);
+}
+
+QVariant FeatureTreeModel::groupData(const FeatureTreeItem& group, int column, int role) const {
+    if (role == Qt::DisplayRole || role == Qt::EditRole)
+        return group.value(column);
+    if (role != Qt::FontRole || column == ValueColumn)
+        return {};
+    QFont font;
+    font.setWeight(QFont::Bold);
+    return font;
+}
+
+QVariant FeatureTreeModel::featureData(FeatureTreeItem& feature, int column, int role) const {
+    const bool isValue = column == ValueColumn;
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+        // The name of an outdated row is still right, and sorting asks for it.
+        return (isValue ? upToDate(feature) : loaded(feature)).value(column);
+    case Qt::ForegroundRole:
+        return !isValue && upToDate(feature).info().writable ? QColor(0x00, 0x64, 0x00)
+                                                             : QVariant();
+    case Qt::ToolTipRole: {
+        const FeatureInfo& info = loaded(feature).info();
+        return tr("<b>%1</b><br>%2")
+            .arg(QString::fromStdString(info.name).toHtmlEscaped(),
+                 QString::fromStdString(info.toolTip).toHtmlEscaped());
+    }
+    case InfoRole:
+        return QVariant::fromValue(feature.info());
+    default:
+        return {};
+    }
+}
+
+Qt::ItemFlags FeatureTreeModel::flags(const QModelIndex& index) const {
+    Qt::ItemFlags flags = BasicTreeModel::flags(index);
+    FeatureTreeItem& item = itemOf(index);
+    if (!index.isValid() || !item.isFeature())
+        return flags;
+    const bool writable = upToDate(item).info().writable;
+    flags.setFlag(Qt::ItemIsEnabled, writable);
+    flags.setFlag(Qt::ItemIsEditable, writable && index.column() == ValueColumn);
+    return flags;
+}
+
+const FeatureTreeItem& FeatureTreeModel::loaded(FeatureTreeItem& feature) const {
+    if (feature.loading() == FeatureTreeItem::Loading::NotLoaded)
+        load(feature);
+    return feature;
+}
+
+const FeatureTreeItem& FeatureTreeModel::upToDate(FeatureTreeItem& feature) const {
+    if (feature.loading() != FeatureTreeItem::Loading::Loaded)
+        load(feature);
+    return feature;
+}
+
+void FeatureTreeModel::load(FeatureTreeItem& feature) const {
+    if (m_loadsLazily)
+        feature.setInfo(m_controller->getFeatureInfo(feature.module(), feature.info().name));
+}
+
+bool FeatureTreeModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+    FeatureTreeItem& item = itemOf(index);
+    if (!index.isValid() || !item.isFeature() || index.column() != ValueColumn ||
+        role != Qt::EditRole)
+        return BasicTreeModel::setData(index, value, role);
+    if (upToDate(item).info().dataType == OrvFeatureDataCommand)
+        return runCommand(item, value);
+    const bool written = writeValue(item, value);
+    // An editor that stays open goes back to what the camera has.
+    if (!written)
+        emit dataChanged(index, index);
+    return written;
+}
+
+bool FeatureTreeModel::runCommand(const FeatureTreeItem& feature, const QVariant& value) {
+    if (value.type() == QVariant::Bool && !value.toBool())
+        return false;
+    const bool done =
+        m_controller->runCommand(feature.module(), feature.info().name, commandTimeoutMs);
+    // One that takes longer may have had its effect, too.
+    outdateValues();
+    return done;
+}
+
+bool FeatureTreeModel::writeValue(FeatureTreeItem& feature, const QVariant& value) {
+    const FeatureValue& current = feature.info().value;
+    if (value == toVariant(current))
+        return false;
+    const FeatureValue written = toFeatureValue(value, current.index());
+    if (!m_controller->setFeatureValue(feature.module(), feature.info().name, written))
+        return false;
+    feature.setFeatureValue(written);
+    outdateValues();
+    return true;
+}
+
+void FeatureTreeModel::outdateValues() {
+    outdateValuesBelow(*root());
+}
+
+void FeatureTreeModel::outdateValuesBelow(BasicTreeItem& parent) {
+    bool outdated = false;
+    for (int row = 0; row < parent.childCount(); ++row) {
+        auto& child = static_cast<FeatureTreeItem&>(*parent.child(row));
+        child.markOutdated();
+        outdated = outdated || child.loading() == FeatureTreeItem::Loading::Outdated;
+        outdateValuesBelow(child);
+    }
+    if (outdated)
+        emit dataChanged(indexOf(parent.child(0), NameColumn),
+                         indexOf(parent.child(parent.childCount() - 1), ValueColumn));
+}
