@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <QPointer>
+#include <QStyledItemDelegate>
+
+class DelegateWidget;
+
+/// Edits the value column of a feature tree in place: each feature in a DelegateWidget. Knows the
+/// model by its roles only: Qt::UserRole tells the FeatureInfo, setData takes the new value. Bound
+/// to the GUI thread.
+class FeatureItemDelegate : public QStyledItemDelegate {
+    Q_OBJECT
+
+public:
+    explicit FeatureItemDelegate(QObject* parent = nullptr);
+    ~FeatureItemDelegate() override;
+
+    /// None, and a debug message, for a feature whose data type cannot be edited.
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                          const QModelIndex& index) const override;
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override;
+    /// Writes what the user chose, unless it is the present value or not complete.
+    void setModelData(QWidget* editor, QAbstractItemModel* model,
+                      const QModelIndex& index) const override;
+    void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) const override;
+    /// The same for all features, so that measuring reads none.
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    /// Numbers look the same as in the editors, whatever the locale.
+    QString displayText(const QVariant& value, const QLocale& locale) const override;
+
+signals:
+    /// Has an open editor committed and closed, as commitAndCloseEditor does.
+    void onClose();
+
+public slots:
+    /// Commits and closes the editor that sent the signal, or else the one that is open.
+    void commitAndCloseEditor();
+
+private:
+    void commitEditor();
+
+    /// The editor that was opened last.
+    mutable QPointer<DelegateWidget> m_editor;
+};
