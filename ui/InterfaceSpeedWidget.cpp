@@ -8,6 +8,8 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QStyleOptionFocusRect>
+#include <QStylePainter>
 
 #include <algorithm>
 #include <cstdint>
@@ -125,6 +127,16 @@ void InterfaceSpeedWidget::contextMenuEvent(QContextMenuEvent* event) {
     // The mouse has opened it already.
     if (event->reason() == QContextMenuEvent::Keyboard) {
         showMenu(mapToGlobal(rect().center()));
+    }
+}
+
+void InterfaceSpeedWidget::paintEvent(QPaintEvent*) {
+    if (hasFocus()) {
+        QStylePainter painter(this);
+        QStyleOptionFocusRect option;
+        option.initFrom(this);
+        option.backgroundColor = palette().color(backgroundRole());
+        painter.drawPrimitive(QStyle::PE_FrameFocusRect, option);
     }
 }
 
