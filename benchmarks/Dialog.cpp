@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What the main dialog costs the GUI thread while a benchmark runs: the statistics step that its
-// timer makes every 500 ms, and a line of the log.
+// What the main dialog costs the GUI thread: a refresh, the bandwidth of a camera set by its
+// slider, and, while a benchmark runs, the statistics step that its timer makes every 500 ms and a
+// line of the log.
 #include "benchmarks/support/BenchmarkMain.h"
 #include "benchmarks/support/SilencedLog.h"
 #include "benchmarks/support/SimulatedCameras.h"
@@ -12,8 +13,12 @@
 #include "ui/LogTable.h"
 #include "ui/SpanletDialog.h"
 
+#include "OrvSimulation/Simulation.h"
+
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QPushButton>
+#include <QSlider>
 #include <QThread>
 #include <QToolButton>
 #include <QTreeView>
@@ -26,6 +31,9 @@ namespace {
 
 constexpr int cameraCount = 64;
 constexpr double stepLimitMilliseconds = 2.0;
+constexpr double refreshLimitMilliseconds = 1000.0;
+/// A write, and a look at what the camera made of it.
+constexpr std::uint64_t callsPerDrag = 2;
 constexpr double rowGrowthLimit = 1.5;
 constexpr int linesPerBurst = 50;
 
@@ -53,6 +61,13 @@ public:
         settle(100);
     }
 
+    SimulatedCameras& cameras() { return m_cameras; }
+    QPushButton& refreshButton() const {
+        return *m_dialog.findChild<QPushButton*>(QStringLiteral("buttonRefresh"));
+    }
+    QList<QSlider*> sliders() const {
+        return m_dialog.findChildren<QSlider*>(QStringLiteral("sliderBandwidth"));
+    }
     CameraListModel& model() const { return *m_dialog.findChild<CameraListModel*>(); }
     LogTable& log() const { return *m_dialog.findChild<LogTable*>(QStringLiteral("tableLog")); }
     void showLog() {
@@ -65,6 +80,50 @@ private:
     std::shared_ptr<SystemController> m_controller;
     SpanletDialog m_dialog;
 };
+
+/// The whole refresh, up to the painted rows with their sliders.
+void refresh(benchmark::State& state) {
+    const SilencedLog silence;
+    const ShownDialog dialog(static_cast<int>(state.range(0)));
+    double best = std::numeric_limits<double>::max();
+    for (auto _ : state) {
+        QElapsedTimer timer;
+        timer.start();
+        dialog.refreshButton().click();
+        QCoreApplication::processEvents();
+        best = std::min(best, static_cast<double>(timer.nsecsElapsed()) / 1e6);
+    }
+    state.counters["rows"] = dialog.sliders().size();
+    state.counters["best_ms"] = best;
+    judge(state, "1 s", best <= refreshLimitMilliseconds);
+    if (dialog.sliders().size() != state.range(0))
+        state.SkipWithError("the tree does not show every camera");
+}
+
+/// A drag over the whole range and back to some other value than before.
+void sliderDrag(benchmark::State& state) {
+    const SilencedLog silence;
+    ShownDialog dialog(1);
+    OrvCPP::ISimulation& simulation = dialog.cameras().simulation();
+    QSlider& slider = *dialog.sliders().first();
+    int target = slider.minimum() + 1;
+    std::uint64_t whileDragging = 0;
+    std::uint64_t calls = 0;
+    for (auto _ : state) {
+        simulation.ResetCalls();
+        slider.setSliderDown(true);
+        for (int value = slider.minimum(); value <= slider.maximum(); ++value)
+            slider.setSliderPosition(value);
+        slider.setSliderPosition(target);
+        whileDragging = std::max(whileDragging, simulation.GetCallCount());
+        slider.setSliderDown(false);
+        calls = std::max(calls, simulation.GetCallCount());
+        target = target == slider.maximum() ? slider.minimum() : target + 1;
+    }
+    state.counters["calls_while_dragging"] = static_cast<double>(whileDragging);
+    state.counters["calls_per_drag"] = static_cast<double>(calls);
+    judge(state, "0 calls while dragging, 2 per drag", whileDragging == 0 && calls == callsPerDrag);
+}
 
 void statisticsStep(benchmark::State& state) {
     const SilencedLog silence;
@@ -125,6 +184,8 @@ void logRowAt10000Beside1000(benchmark::State& state) {
         state.SkipWithError("the log is not shown");
 }
 
+BENCHMARK(refresh)->Arg(16)->Arg(64)->Unit(benchmark::kMillisecond);
+BENCHMARK(sliderDrag)->Unit(benchmark::kMicrosecond);
 BENCHMARK(statisticsStep)->Unit(benchmark::kMillisecond);
 BENCHMARK(statisticsStepAndPainting)->Unit(benchmark::kMillisecond);
 BENCHMARK(logRowAt10000Beside1000)->Iterations(1)->Unit(benchmark::kMillisecond);

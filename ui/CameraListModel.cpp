@@ -144,6 +144,10 @@ std::shared_ptr<CameraHandler> CameraListModel::cameraHandler(const QModelIndex&
     return camera != nullptr ? camera->handler() : nullptr;
 }
 
+QModelIndex CameraListModel::selectedInterface() const {
+    return indexOf(m_selectedInterface);
+}
+
 int CameraListModel::cameraCount() const {
     return selectedCameras().size();
 }
@@ -153,6 +157,12 @@ int CameraListModel::autoSettableCameraCount() const {
     return static_cast<int>(
         std::count_if(cameras.begin(), cameras.end(),
                       [](const CameraTreeItem* item) { return !item->handler()->isLocked(); }));
+}
+
+void CameraListModel::readInterfaceSpeed(const QModelIndex& interfaceRow) {
+    const QString id = interfaceRow.siblingAtColumn(NameColumn).data().toString();
+    setData(interfaceRow.siblingAtColumn(BandwidthColumn),
+            megabytes(m_controller->getInterfaceSpeed(id.toStdString())));
 }
 
 void CameraListModel::updateItemData() {

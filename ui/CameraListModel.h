@@ -48,10 +48,14 @@ public:
 
     /// The handler of a camera row; empty for any other index.
     std::shared_ptr<CameraHandler> cameraHandler(const QModelIndex& index) const;
+    /// Row of the selected interface; invalid when there is none.
+    QModelIndex selectedInterface() const;
     /// Number of cameras on the selected interface.
     int cameraCount() const;
     /// Number of those among them that are not locked.
     int autoSettableCameraCount() const;
+    /// Shows the speed that an interface has now.
+    void readInterfaceSpeed(const QModelIndex& interfaceRow);
 
 signals:
     /// In the order of the interface rows.

@@ -4,8 +4,9 @@
 #include <QAbstractItemView>
 
 namespace {
-constexpr int rowPadding = 8;
-}
+/// Leaves room for the spin boxes and bars in some of the rows: all rows are equally high.
+constexpr int rowPadding = 14;
+} // namespace
 
 QSize CameraTreeDelegate::sizeHint(const QStyleOptionViewItem& option,
                                    const QModelIndex& index) const {

@@ -8,6 +8,7 @@
 #include "logging/QtMessageHandler.h"
 #include "logging/RowHeights.h"
 #include "logging/ThreadLogStream.h"
+#include "ui/BandwidthColumn.h"
 #include "ui/CameraTreeDelegate.h"
 #include "ui/SettingsDialog.h"
 #include "ui/SettingsKeys.h"
@@ -17,7 +18,6 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QMenu>
 #include <QSettings>
 
@@ -33,23 +33,6 @@ constexpr int darkLightness = 100;
 /// A margin, kept in percent, as the engine takes it.
 double fraction(const QSettings& store, const SettingsKeys::Setting<int>& margin) {
     return store.value(margin.key, margin.defaultValue).toDouble() / 100.0;
-}
-
-/// Bandwidth limit of a camera in whole megabytes per second; a dash when it has none.
-QString bandwidthText(const CameraHandler& handler) {
-    const std::int64_t bandwidth = handler.isOpened() ? handler.getBandwidth() : 0;
-    return bandwidth > 0 ? QString::number(qRound64(static_cast<double>(bandwidth) / 1e6))
-                         : QStringLiteral("\u2013");
-}
-
-QLabel* makeBandwidthLabel(const CameraHandler& handler, QWidget* parent) {
-    auto* label = new QLabel(bandwidthText(handler), parent);
-    label->setObjectName(QStringLiteral("labelBandwidth"));
-    label->setAlignment(Qt::AlignCenter);
-    label->setForegroundRole(QPalette::Text);
-    // A click on it selects the row, as on any other cell.
-    label->setAttribute(Qt::WA_TransparentForMouseEvents);
-    return label;
 }
 
 } // namespace
@@ -71,6 +54,7 @@ SpanletDialog::SpanletDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSiz
     m_controller = controller ? std::move(controller) : makeSystemController(system);
     m_model = new CameraListModel(m_controller, this);
     setUpTree();
+    setUpBandwidthColumn();
     connect(m_form->buttonRefresh, &QPushButton::clicked, this,
             &SpanletDialog::onRefreshButtonClicked);
     onRefreshButtonClicked();
@@ -124,11 +108,6 @@ void SpanletDialog::setUpAutoSetMenu() {
         menu->addAction(tr("Auto Set Interface"), this, &SpanletDialog::onAutoSetButtonClicked);
     m_autoSetCameraAction =
         menu->addAction(tr("Auto Set Camera"), this, &SpanletDialog::onAutoSetCameraButtonClicked);
-    connect(this, &SpanletDialog::autoSetInterfaceFinished, this,
-            &SpanletDialog::updateBandwidthLabels);
-    connect(this, &SpanletDialog::autoSetCameraFinished, this, [this](const QModelIndex& camera) {
-        updateBandwidthLabel(camera.siblingAtColumn(CameraListModel::BandwidthColumn));
-    });
     m_form->buttonAutoSet->setMenu(menu);
     m_autoSetInterfaceAction->setEnabled(false);
     m_autoSetCameraAction->setEnabled(false);
@@ -171,16 +150,44 @@ void SpanletDialog::setUpTree() {
             &SpanletDialog::colourRowWidgets);
 }
 
+void SpanletDialog::setUpBandwidthColumn() {
+    m_bandwidthColumn =
+        new BandwidthColumn(*m_form->treeViewCameras, *m_model, m_controller, *m_settings, this);
+    connect(m_model, &CameraListModel::dataChanged, this, &SpanletDialog::onChangeItemData);
+    connect(this, &SpanletDialog::autoSetCameraFinished, m_bandwidthColumn,
+            &BandwidthColumn::reloadCamera);
+    connect(this, &SpanletDialog::autoSetInterfaceFinished, m_bandwidthColumn,
+            [this] { m_bandwidthColumn->reloadInterface(m_form->comboInterface->currentText()); });
+    connect(this, &SpanletDialog::settingsSaved, m_bandwidthColumn,
+            &BandwidthColumn::updateMargins);
+    for (const auto changed : {&BandwidthColumn::lockChanged, &BandwidthColumn::maximumChanged})
+        connect(m_bandwidthColumn, changed, this, &SpanletDialog::updateAutoSetActions);
+}
+
+void SpanletDialog::onChangeItemData(QModelIndex topLeft) {
+    m_bandwidthColumn->updateMaximum(topLeft);
+}
+
+void SpanletDialog::updateAutoSetActions() {
+    onSelectInterface(m_model->selectedInterface());
+    updateCameraAction(m_form->treeViewCameras->currentIndex());
+}
+
+void SpanletDialog::updateCameraAction(const QModelIndex& current) {
+    const auto camera = m_model->cameraHandler(current);
+    m_autoSetCameraAction->setEnabled(camera && !camera->isLocked() && camera->isOpened());
+}
+
 void SpanletDialog::colourRowWidgets(const QItemSelection& selected,
                                      const QItemSelection& deselected) {
     const auto colour = [this](const QItemSelection& rows, QPalette::ColorRole role) {
         for (const QModelIndex& index : rows.indexes()) {
             if (QWidget* widget = m_form->treeViewCameras->indexWidget(index))
-                widget->setForegroundRole(role);
+                widget->setBackgroundRole(role);
         }
     };
-    colour(selected, QPalette::HighlightedText);
-    colour(deselected, QPalette::Text);
+    colour(selected, QPalette::Highlight);
+    colour(deselected, QPalette::NoRole);
 }
 
 void SpanletDialog::onDisableItems(QModelIndex upperLeft, QModelIndex bottomRight,
@@ -284,14 +291,17 @@ void SpanletDialog::onRefreshButtonClicked() {
     m_form->buttonRefresh->setEnabled(false);
     processEvents();
     endBenchmark();
-    removeRowWidgets();
+    m_bandwidthColumn->clear();
     // The cameras are about to go: no benchmark may start on them. Selecting an interface of the
     // new tree lets it start again.
     m_form->grpStatistics->setEnabled(false);
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     m_model->setupModelData();
     m_form->treeViewCameras->expandAll();
-    placeRowWidgets();
+    m_bandwidthColumn->fill([this] { processEvents(); });
+    // The tab key goes through the rows' widgets, the newest ones, before it comes to the log.
+    setTabOrder(previousInFocusChain(), m_form->buttonShowLogging);
+    setTabOrder(m_form->buttonShowLogging, m_form->tableLog);
     m_form->buttonRefresh->setEnabled(true);
     if (hadFocus)
         m_form->buttonRefresh->setFocus();
@@ -305,56 +315,8 @@ void SpanletDialog::processEvents() const {
                                                 : QEventLoop::ExcludeUserInputEvents);
 }
 
-QModelIndexList SpanletDialog::bandwidthCells() const {
-    QModelIndexList cells;
-    for (const QModelIndex& type : m_model->childIndexes()) {
-        for (const QModelIndex& interfaceRow : m_model->childIndexes(type)) {
-            for (const QModelIndex& camera : m_model->childIndexes(interfaceRow))
-                cells.append(camera.siblingAtColumn(CameraListModel::BandwidthColumn));
-        }
-    }
-    return cells;
-}
-
-void SpanletDialog::removeRowWidgets() {
-    QTreeView* tree = m_form->treeViewCameras;
-    for (const QModelIndex& cell : bandwidthCells()) {
-        QWidget* widget = tree->indexWidget(cell);
-        // The view does not notice that a widget is deleted, and would lay it out once more.
-        tree->setIndexWidget(cell, nullptr);
-        delete widget;
-    }
-}
-
-void SpanletDialog::placeRowWidgets() {
-    QTreeView* tree = m_form->treeViewCameras;
-    for (const QModelIndex& cell : bandwidthCells()) {
-        QLabel* label = makeBandwidthLabel(*m_model->cameraHandler(cell), tree);
-        label->setEnabled(m_model->flags(cell).testFlag(Qt::ItemIsEnabled));
-        tree->setIndexWidget(cell, label);
-        // The tree fills visibly, since each camera can take a while.
-        processEvents();
-    }
-}
-
-void SpanletDialog::updateBandwidthLabel(const QModelIndex& cell) {
-    auto* label = qobject_cast<QLabel*>(m_form->treeViewCameras->indexWidget(cell));
-    const auto camera = m_model->cameraHandler(cell);
-    if (label != nullptr && camera)
-        label->setText(bandwidthText(*camera));
-}
-
-void SpanletDialog::updateBandwidthLabels() {
-    const QString interfaceId = m_form->comboInterface->currentText();
-    for (const QModelIndex& cell : bandwidthCells()) {
-        if (cell.parent().data().toString() == interfaceId)
-            updateBandwidthLabel(cell);
-    }
-}
-
 void SpanletDialog::onClickTreeView(QModelIndex current, QModelIndex /*previous*/) {
-    const auto camera = m_model->cameraHandler(current);
-    m_autoSetCameraAction->setEnabled(camera && !camera->isLocked() && camera->isOpened());
+    updateCameraAction(current);
     const bool isInterface = m_model->hasChildren(current) && current.parent().isValid();
     if (!isInterface)
         return;

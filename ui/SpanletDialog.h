@@ -20,6 +20,7 @@ class OrvSystem;
 namespace Ui {
 class SpanletDialog;
 }
+class BandwidthColumn;
 class QAction;
 class QItemSelection;
 class QSettings;
@@ -62,6 +63,8 @@ public slots:
     void onAutoSetButtonClicked();
     /// Gives the current camera the bandwidth that it needs.
     void onAutoSetCameraButtonClicked();
+    /// Lets the widget of a row follow what the model now has for it.
+    void onChangeItemData(QModelIndex topLeft);
 
     /// Every way of closing a dialog ends here; the code it comes with gives way to the flag.
     void done(int code) override;
@@ -76,6 +79,7 @@ private:
     void setUpLogging();
     void setUpAutoSetMenu();
     void setUpTree();
+    void setUpBandwidthColumn();
     /// A selected row's widget is as legible on the highlight as the other cells are.
     void colourRowWidgets(const QItemSelection& selected, const QItemSelection& deselected);
     void startBenchmark();
@@ -87,13 +91,9 @@ private:
     int interfaceIndex() const;
     /// Keeps the dialog alive during a long operation.
     void processEvents() const;
-    /// The cells of the tree's cameras that carry a widget.
-    QModelIndexList bandwidthCells() const;
-    void removeRowWidgets();
-    void placeRowWidgets();
-    /// Shows the bandwidth that the camera of this cell reports now.
-    void updateBandwidthLabel(const QModelIndex& cell);
-    void updateBandwidthLabels();
+    /// Offers what can be set now, after a lock or a maximum has changed.
+    void updateAutoSetActions();
+    void updateCameraAction(const QModelIndex& current);
     /// Open settings dialogs hand their packet-size flag back now, while there is a dialog to take
     /// it.
     void closeSettings();
@@ -103,6 +103,7 @@ private:
     std::shared_ptr<SystemController> m_controller;
     QTimer m_timer;
     CameraListModel* m_model = nullptr;
+    BandwidthColumn* m_bandwidthColumn = nullptr;
     int m_remainingMs = 0;
     bool m_endless = false;
     bool m_autoAdjustPacketSize;

@@ -5,6 +5,7 @@
 #include "engine/InterfaceHandlerGigE.h"
 #include "engine/InterfaceHandlerUSB.h"
 #include "engine/SystemController.h"
+#include "features/FeatureController.h"
 #include "tests/support/FakeHostNetwork.h"
 #include "tests/support/FakeHostUsbTree.h"
 #include "tests/support/MockSdk.h"
@@ -12,6 +13,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <variant>
 #include <vector>
 
 /// What a fake camera says of itself, and what was asked of it.
@@ -26,21 +28,58 @@ struct FakeCamera {
     bool locked = false;
     /// What its own Auto Set finds, in bytes per second, whatever the margin.
     std::int64_t need = 0;
+    AutosetStatus status = AutosetStatus::None;
     FrameStatistics statistics;
 
     int starts = 0;
     int stops = 0;
     int adjustments = 0;
     int bandwidthReads = 0;
+    int bandwidthWrites = 0;
     double margin = 0.0;
     std::uint64_t requested = 0;
+};
+
+/// The one feature of a fake camera: its bandwidth.
+class FakeBandwidth : public FeatureController {
+public:
+    explicit FakeBandwidth(std::shared_ptr<FakeCamera> camera)
+        : FeatureController(nullptr, camera->model), m_camera(std::move(camera)) {}
+
+    bool hasFeature(const std::string&, const std::string& feature) const override {
+        return feature == "DeviceLinkThroughputLimit";
+    }
+    FeatureInfo getFeatureInfo(const std::string& module,
+                               const std::string& feature) const override {
+        FeatureInfo info;
+        info.name = feature;
+        info.writable = true;
+        info.value = getFeatureValue(module, feature);
+        info.minimum = std::int64_t{1'000'000};
+        info.maximum = std::int64_t{500'000'000};
+        info.increment = std::int64_t{1};
+        return info;
+    }
+    FeatureValue getFeatureValue(const std::string&, const std::string&) const override {
+        ++m_camera->bandwidthReads;
+        return m_camera->bandwidth;
+    }
+    bool setFeatureValue(const std::string&, const std::string&,
+                         const FeatureValue& value) override {
+        ++m_camera->bandwidthWrites;
+        m_camera->bandwidth = std::get<std::int64_t>(value);
+        return true;
+    }
+
+private:
+    const std::shared_ptr<FakeCamera> m_camera;
 };
 
 /// A handler that is a FakeCamera and asks no SDK.
 class FakeCameraHandler : public CameraHandler {
 public:
-    explicit FakeCameraHandler(std::shared_ptr<FakeCamera> camera)
-        : CameraHandler(makeCamera()), m_camera(std::move(camera)) {}
+    explicit FakeCameraHandler(const std::shared_ptr<FakeCamera>& camera)
+        : CameraHandler(makeCamera(), std::make_shared<FakeBandwidth>(camera)), m_camera(camera) {}
 
     CameraInfo getCameraInfo() const override {
         CameraInfo info;
@@ -60,11 +99,10 @@ public:
     void stopAcquisition() override { ++m_camera->stops; }
     bool isOpened() const override { return m_camera->opened; }
     void setOpened(bool opened) override { m_camera->opened = opened; }
+    void setLocked(bool locked) override { m_camera->locked = locked; }
     bool isLocked() const override { return m_camera->locked; }
-    std::int64_t getBandwidth() const override {
-        ++m_camera->bandwidthReads;
-        return m_camera->bandwidth;
-    }
+    std::int64_t getBandwidth() const override { return m_camera->bandwidth; }
+    AutosetStatus getAutosetStatus() const override { return m_camera->status; }
     std::int64_t autoSet(double margin) override {
         m_camera->margin = margin;
         return m_camera->need;

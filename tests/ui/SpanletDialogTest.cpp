@@ -6,6 +6,8 @@
 #include "tests/support/CapturedLog.h"
 #include "tests/support/TextTree.h"
 #include "tests/ui/FakeCameras.h"
+#include "ui/BandwidthSliderWidget.h"
+#include "ui/InterfaceSpeedWidget.h"
 #include "ui/SettingsDialog.h"
 
 #include <QAction>
@@ -15,9 +17,11 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QSettings>
 #include <QSignalSpy>
+#include <QSlider>
 #include <QSpinBox>
 #include <QTableWidget>
 #include <QTemporaryDir>
@@ -48,7 +52,6 @@ protected:
         initResources();
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_store.path());
         m_first->bandwidth = 112'400'000;
-        m_third->bandwidth = 0;
         m_closed->opened = false;
         m_closed->warning = "Camera cannot be opened";
         m_dialog = std::make_unique<SpanletDialog>(unusedOrvSystem(), false, nullptr,
@@ -75,8 +78,24 @@ protected:
     QModelIndex camera(int type, int row, int cameraRow, int column = 0) const {
         return tree().model()->index(cameraRow, column, interfaceRow(type, row));
     }
-    QLabel* label(const QModelIndex& cameraIndex) const {
-        return qobject_cast<QLabel*>(tree().indexWidget(cameraIndex.siblingAtColumn(1)));
+    QWidget* rowWidget(const QModelIndex& row) const {
+        return tree().indexWidget(row.siblingAtColumn(1));
+    }
+    template <class Widget> Widget& part(const QModelIndex& row, const char* name) const {
+        auto* found = rowWidget(row)->findChild<Widget*>(QString::fromLatin1(name));
+        return found != nullptr ? *found : throw std::runtime_error(name);
+    }
+    QSpinBox& bandwidth(const QModelIndex& row) const {
+        return part<QSpinBox>(row, "spinBandwidth");
+    }
+    std::string usage(int type, int row) const {
+        return part<QLabel>(interfaceRow(type, row), "labelSpeed").text().toStdString();
+    }
+    QString usageToolTip(int type, int row) const {
+        return part<QProgressBar>(interfaceRow(type, row), "progressBarUsage").toolTip();
+    }
+    QString sliderStyle(const QModelIndex& row) const {
+        return part<QSlider>(row, "sliderBandwidth").styleSheet();
     }
     void startBenchmark(int seconds) {
         spin().setValue(seconds);
@@ -168,7 +187,8 @@ TEST_F(SpanletDialogTest, SetsAnInterfaceWithTheStoredMargins) {
     EXPECT_EQ(m_first->bandwidth, 100'000'000);
     EXPECT_EQ(m_first->requested, 220'000'000U);
     EXPECT_EQ(m_second->requested, 0U) << "it streams through another interface";
-    EXPECT_EQ(label(camera(0, 0, 0))->text(), QStringLiteral("100"));
+    EXPECT_EQ(bandwidth(camera(0, 0, 0)).value(), 100);
+    EXPECT_EQ(usage(0, 0), "100 / 125");
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
@@ -182,7 +202,8 @@ TEST_F(SpanletDialogTest, SetsTheCurrentCameraToWhatItNeeds) {
     EXPECT_DOUBLE_EQ(m_third->margin, 0.05);
     EXPECT_EQ(m_third->bandwidth, 105'000'001);
     EXPECT_EQ(m_third->requested, 100'000'001U);
-    EXPECT_EQ(label(camera(1, 0, 0))->text(), QStringLiteral("105"));
+    EXPECT_EQ(bandwidth(camera(1, 0, 0)).value(), 105);
+    EXPECT_EQ(usage(1, 0), "105 / 625");
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
@@ -208,19 +229,112 @@ TEST_F(SpanletDialogTest, TakesThePacketSizeFlagFromTheSettings) {
     EXPECT_EQ(m_dialog->result(), 0);
 }
 
-TEST_F(SpanletDialogTest, ShowsTheTrueBandwidthOfEachCamera) {
-    EXPECT_EQ(label(camera(0, 0, 0))->text(), QStringLiteral("112"));
-    EXPECT_TRUE(label(camera(0, 0, 0))->isEnabled());
-    EXPECT_EQ(label(camera(0, 0, 1))->text(), QStringLiteral("\u2013"));
-    EXPECT_FALSE(label(camera(0, 0, 1))->isEnabled());
-    EXPECT_EQ(label(camera(1, 0, 0))->text(), QStringLiteral("\u2013"));
+TEST_F(SpanletDialogTest, ShowsTheTrueBandwidthOfEachCameraAndInterface) {
+    const auto fourth = makeFake("eth0", gigE, "C");
+    fourth->bandwidth = 5'000'000;
+    m_system->setCameras({m_first, m_closed, m_second, m_third, fourth});
+    button("buttonRefresh").click();
+    EXPECT_EQ(bandwidth(camera(0, 0, 0)).value(), 112);
+    EXPECT_EQ(bandwidth(camera(0, 0, 2)).value(), 5);
+    EXPECT_EQ(usage(0, 0), "117 / 125");
+    EXPECT_TRUE(usageToolTip(0, 0).contains(QStringLiteral("(10%)")));
+    EXPECT_EQ(usage(1, 0), "100 / 625");
+    EXPECT_EQ(usageToolTip(1, 0), QStringLiteral("Interface bandwidth usage is OK."));
+    EXPECT_TRUE(rowWidget(camera(0, 0, 0))->isEnabled());
+    EXPECT_FALSE(rowWidget(camera(0, 0, 1))->isEnabled());
     // A camera that is not open cannot be asked.
     EXPECT_EQ(m_closed->bandwidthReads, 0);
+    EXPECT_FALSE(part<QPushButton>(camera(0, 0, 1), "buttonLock").isChecked());
 
     m_first->bandwidth = 50'000'000;
     button("buttonRefresh").click();
-    EXPECT_EQ(label(camera(0, 0, 0))->text(), QStringLiteral("50"));
-    EXPECT_EQ(tree().findChildren<QLabel*>(QStringLiteral("labelBandwidth")).size(), 4);
+    EXPECT_EQ(usage(0, 0), "55 / 125");
+    EXPECT_EQ(tree().findChildren<BandwidthSliderWidget*>().size(), 5);
+    EXPECT_EQ(tree().findChildren<InterfaceSpeedWidget*>().size(), 3);
+}
+
+TEST_F(SpanletDialogTest, FollowsTheUsersBandwidths) {
+    QSpinBox& spinBox = bandwidth(camera(0, 0, 0));
+    spinBox.selectAll();
+    QTest::keyClicks(&spinBox, QStringLiteral("130"));
+    EXPECT_EQ(m_first->bandwidthWrites, 0) << "not while it is typed";
+    QTest::keyClick(&spinBox, Qt::Key_Return);
+    EXPECT_EQ(m_first->bandwidth, 130'000'000);
+    EXPECT_EQ(m_first->bandwidthWrites, 1);
+    EXPECT_EQ(usage(0, 0), "130 / 125");
+    EXPECT_TRUE(usageToolTip(0, 0).startsWith(QStringLiteral("Bandwidth used by connected cameras "
+                                                             "is greater")));
+    EXPECT_EQ(usage(0, 1), "100 / 125") << "another interface";
+}
+
+TEST_F(SpanletDialogTest, LocksCamerasAgainstAutoSet) {
+    const QList<QAction*> actions = autoSetActions();
+    tree().setCurrentIndex(camera(1, 0, 0));
+    combo().setCurrentIndex(2);
+    tree().setCurrentIndex(camera(1, 0, 0));
+    auto& lock = part<QPushButton>(camera(1, 0, 0), "buttonLock");
+    for (const bool locked : {true, false}) {
+        lock.click();
+        EXPECT_EQ(m_third->locked, locked);
+        EXPECT_EQ(actions[0]->isEnabled(), !locked);
+        EXPECT_EQ(actions[1]->isEnabled(), !locked);
+    }
+}
+
+TEST_F(SpanletDialogTest, ColoursTheSlidersOfThoseThatTookPart) {
+    const auto locked = makeFake("eth0", gigE, "A2");
+    const auto left = makeFake("eth0", gigE, "A3");
+    m_system->setCameras({m_first, locked, left, m_second});
+    button("buttonRefresh").click();
+    for (const auto& fake : {m_first, locked, left, m_second})
+        fake->status = AutosetStatus::BelowRequested;
+    part<QPushButton>(camera(0, 0, 1), "buttonLock").click();
+    tree().model()->setData(camera(0, 0, 2), Qt::Unchecked, Qt::CheckStateRole);
+    emit m_dialog->autoSetInterfaceFinished();
+    const QString amber = QStringLiteral("#fcc234");
+    EXPECT_TRUE(sliderStyle(camera(0, 0, 0)).contains(amber));
+    for (const QModelIndex& other : {camera(0, 0, 1), camera(0, 0, 2), camera(0, 1, 0)})
+        EXPECT_FALSE(sliderStyle(other).contains(amber)) << textOf(other);
+    m_second->status = AutosetStatus::ClampedToMaximum;
+    emit m_dialog->autoSetCameraFinished(camera(0, 1, 0));
+    EXPECT_TRUE(sliderStyle(camera(0, 1, 0)).contains(QStringLiteral("#009640")));
+}
+
+TEST_F(SpanletDialogTest, JudgesTheUseByTheStoredMargins) {
+    EXPECT_EQ(usageToolTip(0, 1), QStringLiteral("Interface bandwidth usage is OK."));
+    QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
+        .setValue(QStringLiteral("Safety Margins/interface_GigE"), 21);
+    emit m_dialog->settingsSaved();
+    EXPECT_TRUE(usageToolTip(0, 1).contains(QStringLiteral("(21%)")));
+}
+
+TEST_F(SpanletDialogTest, LetsTheUserOverwriteTheMaximumOfAnInterface) {
+    const auto enter = [this](const QString& megabytes) {
+        QTimer::singleShot(0, [megabytes] {
+            QWidget* input = QApplication::activeModalWidget();
+            auto* box = input->findChild<QSpinBox*>();
+            box->selectAll();
+            QTest::keyClicks(box, megabytes);
+            QTest::keyClick(input, Qt::Key_Return);
+        });
+        QTest::mouseDClick(rowWidget(interfaceRow(0, 0)), Qt::LeftButton);
+    };
+    m_dialog->show();
+    m_first->need = 200'000'000;
+    enter(QStringLiteral("80"));
+    EXPECT_EQ(usage(0, 0), "112 / 80");
+    EXPECT_EQ(textOf(interfaceRow(0, 0).siblingAtColumn(1)), "80");
+    autoSetActions()[0]->trigger();
+    EXPECT_EQ(m_first->bandwidth, 72'000'000);
+    EXPECT_EQ(usage(0, 0), "72 / 80");
+    // None: the host's own is in effect again.
+    enter(QStringLiteral("0"));
+    EXPECT_EQ(usage(0, 0), "72 / 125");
+    EXPECT_TRUE(autoSetActions()[0]->isEnabled());
+    enter(QStringLiteral("2147483647"));
+    EXPECT_EQ(usage(0, 0), "72 / 2147483647");
+    button("buttonRefresh").click();
+    EXPECT_EQ(usage(0, 0), "72 / 125");
 }
 
 TEST_F(SpanletDialogTest, KeepsSelectorAndTreeOnOneInterface) {
@@ -244,8 +358,8 @@ TEST_F(SpanletDialogTest, CountsATimedBenchmarkDown) {
     for (const QWidget* selector : selectors)
         EXPECT_FALSE(selector->isEnabled());
     EXPECT_FALSE(button("buttonAutoSet").isEnabled());
-    EXPECT_FALSE(label(camera(0, 1, 0))->isEnabled());
-    EXPECT_TRUE(label(camera(0, 0, 0))->isEnabled());
+    EXPECT_FALSE(rowWidget(camera(0, 1, 0))->isEnabled());
+    EXPECT_TRUE(rowWidget(camera(0, 0, 0))->isEnabled());
 
     m_second->statistics.receivedFrames = 42;
     for (const int shown : {2, 2, 1, 1, 0}) {
@@ -261,7 +375,7 @@ TEST_F(SpanletDialogTest, CountsATimedBenchmarkDown) {
     EXPECT_FALSE(button("buttonBenchmark").isChecked());
     for (const QWidget* selector : selectors)
         EXPECT_TRUE(selector->isEnabled());
-    EXPECT_TRUE(label(camera(0, 1, 0))->isEnabled());
+    EXPECT_TRUE(rowWidget(camera(0, 1, 0))->isEnabled());
 }
 
 TEST_F(SpanletDialogTest, RunsAnEndlessBenchmarkUntilTheUserStops) {
@@ -321,7 +435,7 @@ TEST_F(SpanletDialogTest, EndsARunningBenchmarkBeforeItRefreshes) {
         EXPECT_TRUE(spin().isEnabled());
         EXPECT_EQ(spin().value(), 0);
         EXPECT_EQ(combo().currentText(), QStringLiteral("eth0"));
-        EXPECT_TRUE(label(camera(0, 1, 0))->isEnabled());
+        EXPECT_TRUE(rowWidget(camera(0, 1, 0))->isEnabled());
     }
 }
 
@@ -356,22 +470,25 @@ TEST_F(SpanletDialogTest, RefreshesWhileItIsResized) {
     for (int round = 0; round < 3; ++round)
         button("buttonRefresh").click();
     EXPECT_GT(m_dialog->width(), 1192);
-    EXPECT_EQ(label(camera(0, 0, 0))->text(), QStringLiteral("112"));
+    EXPECT_EQ(bandwidth(camera(0, 0, 0)).value(), 112);
 }
 
 TEST_F(SpanletDialogTest, CanBeOperatedWithKeysOnly) {
+    m_system->setCameras({m_first});
+    button("buttonRefresh").click();
     widget<QToolButton>("buttonShowLogging").click();
     m_dialog->show();
     m_dialog->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(m_dialog.get()));
     QStringList visited;
-    for (int i = 0; i < 10; ++i) {
+    for (int i = 0; i < 14; ++i) {
         visited.append(QApplication::focusWidget()->objectName());
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
     EXPECT_EQ(visited.join(QLatin1Char(' ')).toStdString(),
               "buttonRefresh comboInterface spinBenchmark buttonBenchmark buttonAutoSet "
-              "buttonSettings treeViewCameras buttonShowLogging tableLog buttonRefresh");
+              "buttonSettings treeViewCameras InterfaceSpeedWidget sliderBandwidth spinBandwidth "
+              "buttonLock buttonShowLogging tableLog buttonRefresh");
 
     QPushButton& refresh = button("buttonRefresh");
     refresh.setFocus();
@@ -390,8 +507,8 @@ TEST_F(SpanletDialogTest, LeavesAnUncheckedCameraOut) {
     m_system->setCameras({m_first, second});
     button("buttonRefresh").click();
     tree().model()->setData(camera(0, 0, 0), Qt::Unchecked, Qt::CheckStateRole);
-    EXPECT_FALSE(label(camera(0, 0, 0))->isEnabled());
-    EXPECT_TRUE(label(camera(0, 0, 1))->isEnabled());
+    EXPECT_FALSE(rowWidget(camera(0, 0, 0))->isEnabled());
+    EXPECT_TRUE(rowWidget(camera(0, 0, 1))->isEnabled());
     startBenchmark(0);
     EXPECT_EQ(m_first->starts, 0);
     EXPECT_EQ(second->starts, 1);
