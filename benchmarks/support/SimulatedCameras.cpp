@@ -10,8 +10,9 @@
 
 namespace {
 
-QByteArray scenarioOf(int count) {
+QByteArray scenarioOf(int count, int callDelayMicroseconds) {
     return QStringLiteral(R"({
+  "callDelayMicroseconds": %2,
   "host": {
     "adapters": [{ "name": "eth0", "address": "10.0.0.1", "mask": "255.255.0.0", "speedMbps": 10000 }]
   },
@@ -30,6 +31,7 @@ QByteArray scenarioOf(int count) {
 }
 )")
         .arg(count)
+        .arg(callDelayMicroseconds)
         .toUtf8();
 }
 
@@ -41,9 +43,9 @@ void start(const QString& scenario) {
 
 } // namespace
 
-SimulatedCameras::SimulatedCameras(int count) {
+SimulatedCameras::SimulatedCameras(int count, int callDelayMicroseconds) {
     QTemporaryFile file;
-    if (!file.open() || file.write(scenarioOf(count)) < 0 || !file.flush())
+    if (!file.open() || file.write(scenarioOf(count, callDelayMicroseconds)) < 0 || !file.flush())
         throw std::runtime_error("cannot write a scenario file");
     start(file.fileName());
 }

@@ -12,8 +12,9 @@ class OrvSystem;
 /// std::runtime_error when the SDK does not start.
 class SimulatedCameras {
 public:
-    /// Equal GigE cameras that answer at once, all on one network adapter.
-    explicit SimulatedCameras(int count);
+    /// Equal GigE cameras, all on one network adapter that carries them, with bandwidth limits far
+    /// above their needs. Every call takes them \p callDelayMicroseconds.
+    explicit SimulatedCameras(int count, int callDelayMicroseconds = 0);
     /// A scenario file, or the name of one of the SDK's own.
     explicit SimulatedCameras(const QString& scenario);
     ~SimulatedCameras();
