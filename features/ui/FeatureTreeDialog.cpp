@@ -68,6 +68,9 @@ void FeatureTreeDialog::setUpTree() {
     m_proxy->setSourceModel(m_model);
     m_proxy->setRecursiveFilteringEnabled(true);
     tree->setModel(m_proxy);
+    // Whether a feature can be written shows in the colour of its name, too.
+    connect(m_proxy, &QAbstractItemModel::dataChanged, tree->viewport(),
+            qOverload<>(&QWidget::update));
     QHeaderView* header = tree->header();
     // Only the rows on view: others would be read from the camera to be measured.
     header->setResizeContentsPrecision(0);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "features/ui/FeatureTreeItem.h"
 
+#include "features/ui/FeatureText.h"
 #include "features/ui/FeatureTreeModel.h"
 
 #include <cstdint>
@@ -15,21 +16,6 @@ struct ToVariant {
     QVariant operator()(bool value) const { return value; }
     QVariant operator()(const std::string& value) const { return QString::fromStdString(value); }
 };
-
-/// The lowest \p count bytes, the most significant one first.
-QString bytesText(std::uint64_t value, int count, int base, int digits, QChar separator) {
-    QString text;
-    for (int byte = count - 1; byte >= 0; --byte) {
-        text += QStringLiteral("%1").arg((value >> (8 * byte)) & 0xFFU, digits, base, QChar(u'0'));
-        if (byte > 0)
-            text += separator;
-    }
-    return text;
-}
-
-bool represents(const FeatureInfo& info, const char* representation) {
-    return info.representation.find(representation) != std::string::npos;
-}
 
 } // namespace
 
@@ -75,15 +61,14 @@ QVariant valueOnView(const FeatureInfo& info) {
         return FeatureTreeModel::tr("[ COMMAND ]");
     if (!info.readable)
         return {};
-    const bool isHex = represents(info, "HexNumber");
-    const bool isIp = represents(info, "IPV4Address");
-    if (!isHex && !isIp && !represents(info, "MACAddress"))
-        return toVariant(info.value);
-    const auto* integer = std::get_if<std::int64_t>(&info.value);
-    if (integer == nullptr)
-        return {};
-    const auto bits = static_cast<std::uint64_t>(*integer);
-    if (isHex)
-        return QString::number(bits, 16);
-    return isIp ? bytesText(bits, 4, 10, 0, QChar(u'.')) : bytesText(bits, 6, 16, 2, QChar(u':'));
+    using Writer = QString (*)(std::int64_t);
+    constexpr std::pair<const char*, Writer> writers[] = {
+        {"HexNumber", toHexText}, {"IPV4Address", toIpText}, {"MACAddress", toMacText}};
+    for (const auto& [representation, toText] : writers) {
+        if (info.representation.find(representation) == std::string::npos)
+            continue;
+        const auto* integer = std::get_if<std::int64_t>(&info.value);
+        return integer != nullptr ? toText(*integer) : QVariant();
+    }
+    return toVariant(info.value);
 }

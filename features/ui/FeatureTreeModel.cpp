@@ -171,15 +171,18 @@ void FeatureTreeModel::outdateValues() {
     outdateValuesBelow(*root());
 }
 
+/// Tells of the value column only: of changed names, a tree view asks the flags of every row, those
+/// out of sight too, and the camera would have to answer.
 void FeatureTreeModel::outdateValuesBelow(BasicTreeItem& parent) {
     bool outdated = false;
-    for (int row = 0; row < parent.childCount(); ++row) {
+    const int rows = parent.childCount();
+    for (int row = 0; row < rows; ++row) {
         auto& child = static_cast<FeatureTreeItem&>(*parent.child(row));
         child.markOutdated();
         outdated = outdated || child.loading() == FeatureTreeItem::Loading::Outdated;
         outdateValuesBelow(child);
     }
     if (outdated)
-        emit dataChanged(indexOf(parent.child(0), NameColumn),
-                         indexOf(parent.child(parent.childCount() - 1), ValueColumn));
+        emit dataChanged(indexOf(parent.child(0), ValueColumn),
+                         indexOf(parent.child(rows - 1), ValueColumn));
 }
