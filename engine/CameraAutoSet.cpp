@@ -18,11 +18,11 @@ constexpr int maximumIterations = 10;
 
 /// Bits per pixel of a PixelSize entry, three letters and a number ("Bpp8"); nothing when there is
 /// no such number.
-std::optional<std::int64_t> bitsPerPixel(const std::string& entry) {
+std::optional<int> bitsPerPixel(const std::string& entry) {
     constexpr std::size_t letters = 3;
     if (entry.size() <= letters)
         return std::nullopt;
-    std::int64_t bits = 0;
+    int bits = 0;
     const auto parsed = std::from_chars(entry.data() + letters, entry.data() + entry.size(), bits);
     return parsed.ec == std::errc() && bits >= 0 ? std::optional(bits) : std::nullopt;
 }
@@ -127,7 +127,7 @@ std::optional<std::int64_t> CameraHandler::payloadFromPixelSize() const {
         return std::nullopt;
     const double imageBits =
         static_cast<double>(*bits) * static_cast<double>(*width) * static_cast<double>(*height);
-    return truncated(std::ceil(imageBits) * 0.125);
+    return truncated(imageBits * 0.125);
 }
 
 std::int64_t CameraHandler::autoSet(double cameraSafetyMargin) {
@@ -156,12 +156,17 @@ std::int64_t CameraHandler::autoSet(double cameraSafetyMargin) {
     if (!frameRate)
         return 0;
     const double target = numberOf(featureValue(*frameRate)).value_or(0.0);
-    if (target <= 0.0)
+    if (target <= 0.0) {
+        // Nothing is known of what it needs, so the others are not to suffer from its maximum.
+        if (const auto before = integerOf(info.value).value_or(0); before > 0)
+            m_features->setFeatureValue(cameraModule, *bandwidth, before);
         return 0;
+    }
 
     const std::int64_t calculated = truncated(static_cast<double>(getPayloadSize()) * target);
     const double calculatedNumber = static_cast<double>(calculated);
-    if (calculatedNumber * cameraSafetyMargin + calculatedNumber >= static_cast<double>(maximum)) {
+    if (maximum <= 0 ||
+        calculatedNumber * cameraSafetyMargin + calculatedNumber >= static_cast<double>(maximum)) {
         logDebug("Calculated bandwidth " + std::to_string(calculated) +
                  " + camera safety margin > maximum bandwidth, skip iteration.");
         return calculated;

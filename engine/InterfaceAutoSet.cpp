@@ -7,6 +7,7 @@
 #include "logging/Log.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace {
@@ -47,13 +48,20 @@ void InterfaceAutoSet::run(const CameraList& cameras, bool adjustPacketSize) {
     serveQueue(m_triggered, 0);
 }
 
+void InterfaceAutoSet::take(std::int64_t bytesPerSecond) {
+    // Whatever a camera reports, the difference stays within the range of the type.
+    constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
+    const std::int64_t taken = std::max<std::int64_t>(bytesPerSecond, 0);
+    m_available = std::max(m_available, lowest + taken) - taken;
+}
+
 CameraList InterfaceAutoSet::freeCameras(const CameraList& cameras) {
     CameraList result;
     for (const auto& camera : cameras) {
         if (!camera->isOpened())
             continue;
         if (camera->isLocked())
-            m_available -= camera->getBandwidth();
+            take(camera->getBandwidth());
         else
             result.push_back(camera);
     }
@@ -77,7 +85,7 @@ void InterfaceAutoSet::serve(const std::shared_ptr<CameraHandler>& camera, std::
         return;
     }
     const std::int64_t actual = camera->setBandwidth(requested, requested);
-    m_available -= actual;
+    take(actual);
     if (camera->getAutosetStatus() == AutosetStatus::RequestedReached)
         logInfo(nameOf(*camera) + ": Enough bandwidth (" + megabytes(actual) + ") allocated.");
 }
@@ -91,7 +99,7 @@ void InterfaceAutoSet::serveQueue(std::deque<Waiting>& queue, std::size_t waitin
             static_cast<std::uint64_t>(m_available) / (queue.size() + waitingBehind);
         logInfo(m_interfaceId + ": new default bandwidth for single camera: " + megabytes(share));
         if (m_available > 0) {
-            m_available -= camera->setBandwidth(share, requested);
+            take(camera->setBandwidth(share, requested));
         } else {
             camera->setBandwidth(0, requested);
             logWarning(m_interfaceId +

@@ -25,6 +25,7 @@ private:
         std::int64_t requirement = 0;
     };
 
+    void take(std::int64_t bytesPerSecond);
     /// Takes what the locked cameras use away, and answers the others that take part.
     CameraList freeCameras(const CameraList& cameras);
     /// Gives a camera what it needs, or lets it wait for what is left over.

@@ -27,7 +27,7 @@ TEST(CameraHandlerPayload, ComesFromPixelSizeElseImageSize) {
     };
     const Case cases[] = {
         {{pixel(std::string("Bpp8")), width, height, image}, 641 * 481},
-        {{pixel(std::string("Bpp12")), width, height}, 641 * 481 * 12 / 8},
+        {{pixel(std::string("Bpp12Packed")), width, height}, 641 * 481 * 12 / 8},
         {{pixel(std::string("Bpp10")), {"Width", std::int64_t{3}}, {"Height", std::int64_t{1}}}, 3},
         {{image}, 777},
         // What cannot be used falls back to the image size.
@@ -35,7 +35,7 @@ TEST(CameraHandlerPayload, ComesFromPixelSizeElseImageSize) {
         {{pixel(std::string("Bpp")), width, height, image}, 777},
         {{pixel(std::string("B")), width, height, image}, 777},
         {{pixel(std::string("Bpp-8")), width, height, image}, 777},
-        {{pixel(std::string("Bpp99999999999999999999")), width, height, image}, 777},
+        {{pixel(std::string("Bpp4294967304")), width, height, image}, 777},
         {{pixel(std::int64_t{8}), width, height, image}, 777},
         {{pixel(std::string("Bpp8")), width, {"Height", 481.0}, image}, 777},
     };
@@ -83,56 +83,98 @@ struct SearchCase {
     const char* name;
     std::int64_t payload;
     std::int64_t minimum;
-    std::int64_t maximum;
     /// Bytes that the camera sends for each byte of payload.
     double overhead;
     std::int64_t result;
-    std::vector<std::int64_t> written;
+    /// After the maximum and the calculated bandwidth.
+    std::vector<std::int64_t> tried;
 };
 
 class AutoSetSearch : public testing::TestWithParam<SearchCase> {};
 
 TEST_P(AutoSetSearch, FindsTheKnownAnswer) {
     const SearchCase& p = GetParam();
-    ModelCamera camera(p.payload, p.minimum, p.maximum, 100.0, p.overhead);
+    ModelCamera camera(p.payload, p.minimum, 1'000'000, 100.0, p.overhead);
     camera.features->written.clear();
     EXPECT_EQ(camera.autoSet(), p.result);
-    EXPECT_THAT(camera.features->written, ElementsAreArray(p.written));
+    std::vector<std::int64_t> written{1'000'000, p.payload * 100};
+    written.insert(written.end(), p.tried.begin(), p.tried.end());
+    EXPECT_EQ(camera.features->written, written);
     EXPECT_EQ(camera.features->descriptionsRead, 1);
 }
 
-const std::vector<std::int64_t> tenSteps{1'000'000, 100'000, 550'000, 325'000, 212'500, 156'250,
-                                         128'125,   114'063, 107'032, 103'517, 101'760, 100'882};
+using Steps = std::vector<std::int64_t>;
+const Steps tenSteps{550'000, 325'000, 212'500, 156'250, 128'125,
+                     114'063, 107'032, 103'517, 101'760, 100'882};
 
 INSTANTIATE_TEST_SUITE_P(
     , AutoSetSearch,
-    testing::Values(
-        SearchCase{"SufficesAtOnce", 1000, 10, 1'000'000, 1.0, 101'760, tenSteps},
-        SearchCase{"HeldToTheMinimum", 1000, 150'000, 1'000'000, 1.0, 150'000, tenSteps},
-        SearchCase{"RepeatsOneStep",
-                   1000,
-                   10,
-                   1'000'000,
-                   1.3,
-                   142'188,
-                   {1'000'000, 100'000, 550'000, 325'000, 212'500, 156'250, 128'125, 142'188}},
-        SearchCase{
-            "ClimbsBeforeItTurns",
-            1000,
-            10,
-            1'000'000,
-            8.0,
-            796'094,
-            {1'000'000, 100'000, 550'000, 775'000, 887'500, 831'250, 803'125, 789'063, 796'094}},
-        SearchCase{"StartsAtZeroWithoutPayload",
-                   0,
-                   50,
-                   1'000'000,
-                   1000.0,
-                   109'375,
-                   {1'000'000, 0, 500'000, 250'000, 125'000, 62'500, 93'750, 109'375}},
-        SearchCase{"SkipsTheSearchWithinTheMargin", 1000, 10, 105'000, 1.0, 100'000, {105'000}}),
+    testing::Values(SearchCase{"SufficesAtOnce", 1000, 10, 1.0, 101'760, tenSteps},
+                    SearchCase{"HeldToTheMinimum", 1000, 150'000, 1.0, 150'000, tenSteps},
+                    SearchCase{"RepeatsOneStep", 1000, 10, 1.3, 142'188,
+                               Steps{550'000, 325'000, 212'500, 156'250, 128'125, 142'188}},
+                    SearchCase{"EndsWithRepeatedSteps", 1000, 10, 1.032, 104'395,
+                               Steps{550'000, 325'000, 212'500, 156'250, 128'125, 114'063, 107'032,
+                                     103'517, 101'760, 102'639}},
+                    SearchCase{
+                        "ClimbsBeforeItTurns", 1000, 10, 8.0, 796'094,
+                        Steps{550'000, 775'000, 887'500, 831'250, 803'125, 789'063, 796'094}},
+                    SearchCase{"TakesWhatBarelyMissesTheTarget", 1000, 10, 5.546, 553'516,
+                               Steps{550'000, 775'000, 662'500, 606'250, 578'125, 564'063, 557'032,
+                                     553'517, 551'760}},
+                    SearchCase{"StartsAtZeroWithoutPayload", 0, 50, 1000.0, 109'375,
+                               Steps{500'000, 250'000, 125'000, 62'500, 93'750, 109'375}}),
     [](const auto& suite) { return suite.param.name; });
+
+/// Halving brackets the need: what is found misses the target by less than the tolerance, and is
+/// above the need by no more than two of the last steps.
+TEST(CameraAutoSet, FindsTheNeedOfAnyCameraWithinItsLastSteps) {
+    constexpr double rounding = 20.0;
+    for (const std::int64_t payload : {1'000, 307'200, 5'013'504}) {
+        for (const double rate : {1.5, 29.97, 100.0, 499.0}) {
+            for (const double share : {0.1, 0.5, 0.9, 0.99, 1.0}) {
+                for (const double overhead : {1.0, 1.004, 1.03, 1.3, 3.7, 20.0}) {
+                    const double need = static_cast<double>(payload) * rate * overhead;
+                    const auto maximum = static_cast<std::int64_t>(need / share) + 1;
+                    ModelCamera camera(payload, 10, maximum, rate, overhead);
+                    camera.features->written.clear();
+                    const auto found = static_cast<double>(camera.autoSet());
+                    const Steps& written = camera.features->written;
+                    if (written.size() == 1)
+                        continue;
+                    const double range = static_cast<double>(maximum - written[1]);
+                    const int iterations = static_cast<int>(written.size()) - 2;
+                    EXPECT_GE(found, 0.995 * need - rounding);
+                    EXPECT_LE(found, need + std::ldexp(range, 1 - iterations) + rounding);
+                }
+            }
+        }
+    }
+}
+
+TEST(CameraAutoSet, MissesTheTargetAtTheToleranceOnEitherSide) {
+    ModelCamera camera(500, 10, 1'000'000, 200.0, 1.0);
+    camera.features->written.clear();
+    camera.features->onWrite = [&](std::int64_t) {
+        constexpr double rates[] = {200.0, 199.0, 202.0, 199.0, 200.0, 199.0};
+        camera.features->put("AcquisitionFrameRateLimit",
+                             rates[std::min<std::size_t>(camera.features->written.size(), 6) - 1]);
+    };
+    EXPECT_EQ(camera.autoSet(), 887'500);
+    EXPECT_THAT(camera.features->written,
+                ElementsAre(1'000'000, 100'000, 550'000, 775'000, 887'500, 831'250));
+}
+
+TEST(CameraAutoSet, StaysBelowTheMaximumWhenTheTargetIsNeverReachedAgain) {
+    constexpr std::int64_t odd = 1'000'001;
+    ModelCamera camera(1000, 10, odd, 100.0, 1.0);
+    camera.features->onWrite = [&](std::int64_t bandwidth) {
+        camera.features->put("AcquisitionFrameRateLimit", bandwidth == odd ? 100.0 : 50.0);
+    };
+    camera.features->written.clear();
+    EXPECT_EQ(camera.autoSet(), 999'118 - 2 * 439);
+    EXPECT_EQ(camera.features->written.size(), 12U);
+}
 
 TEST(CameraAutoSet, TellsEveryStep) {
     ModelCamera camera(1000, 10, 1'000'000, 100.0, 1.3);
@@ -168,10 +210,12 @@ TEST(CameraAutoSet, TellsEveryStep) {
 TEST(CameraAutoSet, TellsWhenItSkipsTheSearch) {
     ModelCamera camera(1000, 10, 105'000, 100.0, 1.0);
     camera.features->put("AcquisitionFrameRateEnable", false);
-    camera.autoSet();
+    camera.features->put("AcquisitionFrameRateLimit", 0.0);
+    EXPECT_EQ(camera.autoSet(), 100'000);
+    EXPECT_EQ(camera.features->written.back(), 105'000);
     EXPECT_THAT(
         camera.log.lines(),
-        ElementsAre("Info:" + cameraText + ": AcquisitionFrameRate before optimization 35.000000",
+        ElementsAre("Info:" + cameraText + ": AcquisitionFrameRate before optimization 0.000000",
                     "Info:" + cameraText + ": AcquisitionFrameRate max. possible 100.000000",
                     "Debug:Calculated bandwidth 100000 + camera safety margin > maximum "
                     "bandwidth, skip iteration."));
@@ -203,9 +247,21 @@ TEST(CameraAutoSet, FailsWithoutBandwidthFeature) {
     EXPECT_EQ(fakes.log.lines().back(), error + ": No bandwidth speed related feature found.");
 }
 
-TEST(CameraAutoSet, NeedsATarget) {
-    ModelCamera camera(1000, 10, 1'000'000, 0.0, 1.0);
-    EXPECT_EQ(camera.autoSet(), 0);
+TEST(CameraAutoSet, LeavesTheBandwidthWithoutATarget) {
+    for (const FeatureValue& target :
+         {FeatureValue(0.0), FeatureValue(-1.0), FeatureValue(std::int64_t{30})}) {
+        ModelCamera camera(1000, 10, 900'000, 100.0, 1.0);
+        camera.features->onWrite = [&](std::int64_t) {
+            camera.features->put("AcquisitionFrameRateLimit", target);
+        };
+        EXPECT_EQ(camera.autoSet(), 0);
+        EXPECT_THAT(camera.features->written, ElementsAre(900'000, 300'000));
+
+        camera.features->put("AcquisitionFrameRateLimit", 1.0);
+        camera.features->put("DeviceLinkThroughputLimit", std::int64_t{0});
+        EXPECT_EQ(camera.autoSet(), 0);
+        EXPECT_EQ(camera.features->written.back(), 900'000) << "0 is no bandwidth to go back to";
+    }
 }
 
 TEST(CameraAutoSet, WritesNoUnknownMaximum) {
@@ -217,15 +273,21 @@ TEST(CameraAutoSet, WritesNoUnknownMaximum) {
     EXPECT_TRUE(fakes.features->written.empty());
 }
 
-TEST(CameraAutoSet, SurvivesAnEnormousMaximum) {
-    constexpr auto largest = std::numeric_limits<std::int64_t>::max();
+TEST(CameraAutoSet, SurvivesExtremeNumbers) {
+    using Limits = std::numeric_limits<std::int64_t>;
+    constexpr auto largest = Limits::max();
     for (const double overhead : {1.0, 1e15}) {
         ModelCamera camera(1000, 10, largest, 100.0, overhead);
         EXPECT_GE(camera.autoSet(), 10);
         EXPECT_LE(camera.features->written.size(), 13U);
     }
-    ModelCamera camera(largest, 10, largest, 100.0, 1e-10);
-    EXPECT_EQ(camera.autoSet(), largest);
+    for (const double anyMargin : {margin, -2.0, std::nan("")}) {
+        for (const std::int64_t maximum : {largest, std::int64_t{1}, Limits::min()}) {
+            ModelCamera camera(largest, 10, maximum, 100.0, 1e-10);
+            EXPECT_GE(camera.handler.autoSet(anyMargin), 0);
+            EXPECT_EQ(camera.features->written.empty(), maximum < 0);
+        }
+    }
 }
 
 } // namespace

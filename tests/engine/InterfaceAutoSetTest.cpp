@@ -4,8 +4,11 @@
 #include "engine/CameraHandler.h"
 #include "sdk/OrvCameraWrapper.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/ui/FakeCameras.h"
 
 #include <gmock/gmock.h>
+
+#include <limits>
 
 namespace {
 
@@ -39,7 +42,11 @@ public:
     bool isLocked() const override { return m_plan.kind == "locked"; }
     bool isTriggered() const override { return m_plan.kind == "triggered"; }
     std::int64_t getBandwidth() const override { return m_plan.locked; }
-    std::int64_t autoSet(double) override { return m_plan.need; }
+    std::int64_t autoSet(double safetyMargin) override {
+        EXPECT_TRUE(adjusted) << "before the packet size";
+        margin = safetyMargin;
+        return m_plan.need;
+    }
     bool adjustPacketSize(bool enabled) override {
         adjusted = enabled;
         return enabled;
@@ -57,6 +64,7 @@ public:
     }
 
     bool adjusted = false;
+    double margin = -1.0;
 
 private:
     const Plan m_plan;
@@ -76,8 +84,8 @@ protected:
         m_log.clear();
         InterfaceAutoSet("eth0", available, margin).run(cameras, true);
         for (const auto& camera : cameras) {
-            const bool isFree = camera->isOpened() && !camera->isLocked();
-            EXPECT_EQ(static_cast<const ScriptedCamera&>(*camera).adjusted, isFree);
+            const auto& scripted = static_cast<const ScriptedCamera&>(*camera);
+            EXPECT_EQ(scripted.margin, camera->isOpened() && !camera->isLocked() ? margin : -1.0);
         }
         return record;
     }
@@ -109,6 +117,8 @@ TEST_F(InterfaceAutoSetTest, SharesByTheRules) {
         std::vector<Plan> plans;
         std::vector<std::string> expected;
     };
+    constexpr std::int64_t many = 50'000'000;
+    constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
     const std::vector<Case> cases = {
         {"a need equal to the share waits",
          100'000'000,
@@ -118,13 +128,16 @@ TEST_F(InterfaceAutoSetTest, SharesByTheRules) {
         {"the margin is added and truncated",
          100'000'000,
          0.05,
-         {{"A", 10'000'001}},
-         {"A=10500001/10500001"}},
+         {{"A", 10'000'011}},
+         {"A=10500011/10500011"}},
         {"triggered cameras come last, and are counted before",
          90'000'000,
          0.0,
-         {{"T", 1'000'000, "triggered"}, {"A", 80'000'000}, {"B", 80'000'000}},
-         {"A=30000000/80000000", "B=30000000/80000000", "T=30000000/1000000"}},
+         {{"T", 1'000'000, "triggered"},
+          {"A", 80'000'000},
+          {"U", 5, "triggered"},
+          {"B", 80'000'000}},
+         {"A=22500000/80000000", "B=22500000/80000000", "T=22500000/1000000", "U=22500000/5"}},
         {"locked cameras keep theirs, closed ones count nowhere",
          100'000'000,
          0.0,
@@ -140,6 +153,26 @@ TEST_F(InterfaceAutoSetTest, SharesByTheRules) {
          0.0,
          {{"L", 0, "locked", 120'000'000}, {"A", 5'000'000}, {"T", 5'000'000, "triggered"}},
          {"A=0/5000000", "T=0/5000000"}},
+        {"who takes more than the share leaves less, and the last the minimum",
+         10'000'000,
+         0.0,
+         {{"A", many, "", 0, 6'000'000}, {"B", many, "", 0, 6'000'000}, {"C", many}},
+         {"A=3333333/50000000", "B=2000000/50000000", "C=0/50000000"}},
+        {"no sum leaves the range",
+         -1,
+         0.0,
+         {{"L", 0, "locked", largest}, {"M", 0, "locked", largest}, {"A", many}},
+         {"A=0/50000000"}},
+        {"nobody uses less than nothing",
+         100'000'000,
+         0.0,
+         {{"L", 0, "locked", std::numeric_limits<std::int64_t>::min()}, {"A", many}},
+         {"A=50000000/50000000"}},
+        {"a failed camera is asked for nothing",
+         100'000'000,
+         0.05,
+         {{"A", -7}, {"B", largest}},
+         {"A=0/0", "B=99000000/9223372036854775807"}},
         {"without a free camera nothing is divided",
          100'000'000,
          0.0,
@@ -153,21 +186,61 @@ TEST_F(InterfaceAutoSetTest, SharesByTheRules) {
 }
 
 TEST_F(InterfaceAutoSetTest, TellsWhenNothingIsLeft) {
-    distribute(10'000'000, {{"L", 0, "locked", 12'000'000}, {"T", 5'000'000, "triggered"}});
+    const std::vector<Plan> plans{{"L", 0, "locked", 12'000'000},
+                                  {"T", 5'000'000, "triggered"},
+                                  {"U", 5'000'000, "triggered"}};
+    const std::string share = "Info:eth0: new default bandwidth for single camera: 0.000000 MB";
+    const std::string minimum =
+        "Warning:eth0: No bandwidth left. Minimum neededBandwidthWithMargin set for camera: ";
+    const std::string beyond =
+        "Info:eth0: No bandwidth left on the interface - all used by locked camera(s).";
+    distribute(10'000'000, plans);
     EXPECT_THAT(
         m_log.lines(),
         ElementsAre(
             "Info:eth0: Interface bandwidth left after applying safety margin: 10.000000 MB",
-            "Info:eth0: No bandwidth left on the interface - all used by locked camera(s).",
-            "Info:eth0: Default bandwidth for single camera: 0.000000 MB",
-            "Info:eth0: new default bandwidth for single camera: 0.000000 MB",
-            "Warning:eth0: No bandwidth left. Minimum neededBandwidthWithMargin set for camera: "
-            "T- ()"));
+            beyond, "Info:eth0: Default bandwidth for single camera: 0.000000 MB", share,
+            minimum + "T- ()", share, minimum + "U- ()"));
+    distribute(12'000'000, plans);
+    EXPECT_FALSE(m_log.has(beyond)) << "used up to the last byte";
+    EXPECT_TRUE(m_log.has(minimum + "T- ()"));
 }
 
-TEST_F(InterfaceAutoSetTest, ClampedCameraIsNotToldToHaveEnough) {
-    distribute(100'000'000, {{"A", 30'000'000, "", 0, 0, 20'000'000}});
-    EXPECT_THAT(m_log.text(), Not(HasSubstr("Enough bandwidth")));
+TEST_F(InterfaceAutoSetTest, TellsWhatIsEnough) {
+    const std::string enough = "Info:A- (): Enough bandwidth (1.000000 MB) allocated.";
+    distribute(100'000'000, {{"A", 500'000}});
+    EXPECT_TRUE(m_log.has(enough));
+    distribute(100'000'000, {{"A", 30'000'000, "", 0, 0, 1'000'000}});
+    EXPECT_FALSE(m_log.has(enough)) << "clamped";
+}
+
+/// How much of an interface's bit/s a controller divides, as its first message says.
+TEST(InterfaceAutoSetOfController, DividesWhatTheMarginLeaves) {
+    const auto camera = makeFake("eth0", OrvTransportLayerTypeGEV, "A");
+    const auto controller = makeController(std::make_shared<FakeSystem>(
+        FakeSystem::FakeList{camera, makeFake("usb0", OrvTransportLayerTypeU3V, "B")}));
+    controller->enumerate();
+    const auto divided = [&](std::uint64_t bitsPerSecond, double margin, int index = 0) {
+        const CapturedLog log;
+        controller->setMaxBandwidth(index == 0 ? "eth0" : "usb0", bitsPerSecond);
+        controller->autoSetInterface("shown", index, true, margin, 0.07);
+        const auto lines = log.lines();
+        return lines.empty() ? "" : lines.front();
+    };
+    const auto left = [](const std::string& text) {
+        return "Info:shown: Interface bandwidth left after applying safety margin: " + text + " MB";
+    };
+    EXPECT_EQ(divided(1'000'000'000, 0.1), left("112.500000"));
+    EXPECT_EQ(camera->margin, 0.07);
+    EXPECT_EQ(camera->adjustments, 1);
+    EXPECT_EQ(divided(2'400'000'000, 0.3, 1), left("210.000000"));
+    EXPECT_EQ(divided(0, 0.1), left("112.500000")) << "no maximum: the speed of the host";
+    EXPECT_EQ(divided(15, 0.4), left("0.000000")) << "1 byte/s, less 0.4";
+    EXPECT_EQ(divided(8'000'000, 1.5), left("-0.500000"));
+    EXPECT_EQ(divided(std::numeric_limits<std::uint64_t>::max(), 0.0),
+              left("2305843009213.693848"));
+    EXPECT_EQ(divided(8'000'000, 0.1, 2), "");
+    EXPECT_EQ(divided(8'000'000, 0.1, -1), "");
 }
 
 } // namespace
