@@ -3,11 +3,21 @@
 
 #include "features/FeatureInfo.h"
 #include "features/FeatureValue.h"
+#include "features/ui/FloatScale.h"
+#include "features/ui/StepGrid.h"
 
 #include <QString>
+#include <QVector>
 #include <QWidget>
 
 #include <optional>
+
+class LongSpinBox;
+class QKeyEvent;
+class QLineEdit;
+class QSlider;
+class QValidator;
+class QwtSlider;
 
 /// Editor of one feature in a row of the feature tree: the widgets that suit its data type and
 /// representation. Bound to the GUI thread.
@@ -32,6 +42,8 @@ public:
     /// button was pressed; nothing while a text is not complete.
     std::optional<FeatureValue> input() const;
 
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 signals:
     /// The user is done with the editor.
     void editingFinished();
@@ -43,6 +55,7 @@ signals:
     void sliderValueChanged(qint64 value);
 
 public slots:
+    // Show what was typed in the form in which the value will be shown, and move the slider there.
     void onEditingFinished();
     void onEditingFinishedDouble();
     void onEditingFinishedHex();
@@ -51,9 +64,63 @@ public slots:
     void onDoubleSliderMoved(double value);
     /// Shows a value; what was edited and not committed is lost.
     void setValue(const FeatureValue& value);
-    /// Tells the value of the widget that sent the signal, and that editing is finished.
+    /// Tells the value of the widget that sent the signal, and that editing is finished, unless
+    /// that is a slider, which may be dragged on.
     void saveEditorData();
 
+protected:
+    bool focusNextPrevChild(bool next) override;
+
 private:
+    /// How a value is written and read where it is edited as a text.
+    struct TextForm {
+        QString (*show)(const FeatureValue& value);
+        std::optional<FeatureValue> (*read)(const QString& text);
+    };
+    /// One row of the table of editors.
+    struct Composition {
+        bool (*suits)(const FeatureInfo& info);
+        void (DelegateWidget::*build)();
+    };
+
+    static const Composition* compositionFor(const FeatureInfo& info);
+
+    void buildCommand();
+    void buildBoolean();
+    void buildEnumeration();
+    void buildString();
+    void buildHex();
+    void buildIp();
+    void buildMac();
+    void buildInteger();
+    void buildFloat();
+    /// Adds a widget to the row, in the order of the Tab key.
+    template <class Widget> Widget* add(Widget* part);
+    void addLine(const TextForm& form, QValidator* validator);
+    void addFloatSlider();
+
+    std::optional<FeatureValue> valueOf(const QWidget& part) const;
+    void showText(const FeatureValue& value);
+    void tidyText();
+    void moveSlider();
+    void tell(const FeatureValue& value);
+    bool onKeyPressed(QWidget& part, const QKeyEvent& event);
+    void release(QWidget& slider, QEvent& event);
+    bool hasLostFocus() const;
+
+    FeatureInfo m_info;
     FeatureValue m_value;
+    /// What the line edit was last made to show: its text may have fewer digits.
+    FeatureValue m_shown;
+    const TextForm* m_form = nullptr;
+    StepGrid m_grid;
+    FloatScale m_scale;
+
+    QVector<QWidget*> m_parts;
+    /// The part that holds the value and has the focus at first.
+    QWidget* m_holder = nullptr;
+    QLineEdit* m_line = nullptr;
+    LongSpinBox* m_spin = nullptr;
+    QSlider* m_slider = nullptr;
+    QwtSlider* m_floatSlider = nullptr;
 };

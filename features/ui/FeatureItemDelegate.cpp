@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "features/ui/FeatureItemDelegate.h"
+
+#include "features/FeatureMetaTypes.h"
+#include "features/ui/DelegateWidget.h"
+#include "features/ui/FeatureText.h"
+#include "features/ui/FeatureTreeItem.h"
+
+#include <QPersistentModelIndex>
+
+#include <algorithm>
+
+namespace {
+
+/// Room for the tallest editor with a line above and below.
+constexpr int rowHeight = 27;
+/// Room for a slider and its spin box.
+constexpr int columnWidth = 260;
+
+FeatureInfo infoOf(const QModelIndex& index) {
+    return index.data(Qt::UserRole).value<FeatureInfo>();
+}
+
+} // namespace
+
+FeatureItemDelegate::FeatureItemDelegate(QObject* parent) : QStyledItemDelegate(parent) {
+    connect(this, &FeatureItemDelegate::onClose, this, &FeatureItemDelegate::commitAndCloseEditor);
+}
+
+FeatureItemDelegate::~FeatureItemDelegate() = default;
+
+QWidget* FeatureItemDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
+                                           const QModelIndex& index) const {
+    const FeatureInfo info = infoOf(index);
+    if (!DelegateWidget::canEdit(info)) {
+        qDebug("Cannot create delegate widget for %s", info.name.c_str());
+        return nullptr;
+    }
+    m_editor = new DelegateWidget(info, parent);
+    connect(m_editor, &DelegateWidget::newBoolValueToSet, this, &FeatureItemDelegate::commitEditor);
+    connect(m_editor, &DelegateWidget::newStringValueToSet, this,
+            &FeatureItemDelegate::commitEditor);
+    connect(m_editor, &DelegateWidget::newIntValueToSet, this, &FeatureItemDelegate::commitEditor);
+    connect(m_editor, &DelegateWidget::editingFinished, this,
+            &FeatureItemDelegate::commitAndCloseEditor);
+    return m_editor;
+}
+
+void FeatureItemDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
+    if (auto* widget = qobject_cast<DelegateWidget*>(editor))
+        widget->setValue(infoOf(index).value);
+}
+
+void FeatureItemDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
+                                       const QModelIndex& index) const {
+    const auto* widget = qobject_cast<DelegateWidget*>(editor);
+    if (widget == nullptr)
+        return;
+    const FeatureInfo info = infoOf(index);
+    if (!DelegateWidget::canEdit(info)) {
+        qDebug("Cannot set value for type [%d]", static_cast<int>(info.dataType));
+        return;
+    }
+    const auto input = widget->input();
+    if (!input || *input == widget->value())
+        return;
+    const QPersistentModelIndex edited(index);
+    model->setData(index, toVariant(*input));
+    if (!edited.isValid())
+        return;
+    // An editor that stays open shows what the camera made of the value. Asking for the value
+    // brings a description up to date that the write has outdated.
+    static_cast<void>(edited.data(Qt::EditRole));
+    setEditorData(editor, edited);
+}
+
+void FeatureItemDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                                               const QModelIndex& /*index*/) const {
+    const QSize needed = editor->minimumSizeHint();
+    QRect place(option.rect);
+    place.setWidth(std::max(place.width(), needed.width()));
+    const int more = std::max(0, needed.height() - place.height());
+    editor->setGeometry(place.adjusted(0, -more / 2, 0, more - more / 2));
+}
+
+QSize FeatureItemDelegate::sizeHint(const QStyleOptionViewItem& option,
+                                    const QModelIndex& /*index*/) const {
+    return {columnWidth, std::max(rowHeight, option.fontMetrics.height() + 4)};
+}
+
+QString FeatureItemDelegate::displayText(const QVariant& value, const QLocale& locale) const {
+    switch (static_cast<QMetaType::Type>(value.type())) {
+    case QMetaType::Double:
+        return toDoubleText(value.toDouble());
+    case QMetaType::LongLong:
+        return QString::number(value.toLongLong());
+    default:
+        return QStyledItemDelegate::displayText(value, locale);
+    }
+}
+
+void FeatureItemDelegate::commitEditor() {
+    emit commitData(qobject_cast<QWidget*>(sender()));
+}
+
+void FeatureItemDelegate::commitAndCloseEditor() {
+    auto* editor = qobject_cast<DelegateWidget*>(sender());
+    if (editor == nullptr)
+        editor = m_editor;
+    if (editor == nullptr)
+        return;
+    emit commitData(editor);
+    emit closeEditor(editor);
+}

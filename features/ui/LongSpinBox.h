@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "features/ui/StepGrid.h"
+
+#include <QAbstractSpinBox>
+
+/// A spin box for integers of 64 bits, which QSpinBox cannot hold, and for any increment. Bound to
+/// the GUI thread.
+class LongSpinBox : public QAbstractSpinBox {
+    Q_OBJECT
+
+public:
+    explicit LongSpinBox(const StepGrid& grid, QWidget* parent = nullptr);
+    ~LongSpinBox() override;
+
+    /// What was typed counts, as the nearest value on the grid.
+    qint64 value() const;
+    /// Shows a value, be it on the grid or not; without a signal.
+    void setValue(qint64 value);
+
+    void stepBy(int steps) override;
+    QValidator::State validate(QString& input, int& position) const override;
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+signals:
+    /// The user stepped to another value.
+    void valueStepped(qint64 value);
+
+protected:
+    StepEnabled stepEnabled() const override;
+
+private:
+    QSize withRoomForText(QSize size) const;
+
+    StepGrid m_grid;
+    qint64 m_value = 0;
+};

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <cstdint>
+
+/// The values that an integer feature takes, minimum + n * increment up to the maximum, and where
+/// they are on a slider, which has 32 bits only. Reentrant.
+class StepGrid {
+public:
+    /// An increment below 1 counts as 1. A range without width is one that could not be read: the
+    /// grid then is all of 64 bits, and the camera decides.
+    StepGrid(std::int64_t minimum, std::int64_t maximum, std::int64_t increment);
+
+    std::int64_t minimum() const { return m_minimum; }
+    std::int64_t maximum() const { return m_maximum; }
+    /// The highest value on the grid, at or below the maximum.
+    std::int64_t last() const { return at(m_lastOffset); }
+
+    /// The nearest value on the grid; of two equally near ones the higher.
+    std::int64_t nearest(std::int64_t value) const;
+    /// So many steps further on the grid, at most to its ends.
+    std::int64_t stepped(std::int64_t value, int steps) const;
+
+    /// The slider's positions are the values themselves where they fit, else shares of the range.
+    int sliderMinimum() const;
+    int sliderMaximum() const;
+    int sliderStep() const;
+    int sliderPage() const;
+    int positionOf(std::int64_t value) const;
+    std::int64_t valueAt(int position) const;
+
+private:
+    bool fitsSlider() const;
+    std::uint64_t offsetOf(std::int64_t value) const;
+    std::int64_t at(std::uint64_t offset) const;
+
+    std::int64_t m_minimum;
+    std::int64_t m_maximum;
+    // Distances from the minimum: those of a 64-bit range need all 64 bits.
+    std::uint64_t m_increment;
+    std::uint64_t m_lastOffset = 0;
+};
