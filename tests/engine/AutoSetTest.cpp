@@ -79,8 +79,8 @@ public:
             m_controller->autoSetInterface(interface.id, index++, false, interface.margin, 0.05);
     }
 
-    /// All interfaces stream until every camera has delivered enough frames. The figures become
-    /// properties of the test.
+    /// All interfaces stream until every camera has delivered enough frames. The figures (frames
+    /// lost and sent, limit, usable bytes per second) become properties of the test.
     void benchmark(const std::string& label) {
         const int count = static_cast<int>(m_interfaces.size());
         for (int index = 0; index < count; ++index)
@@ -94,11 +94,10 @@ public:
         for (const Interface& interface : m_interfaces) {
             for (const auto& camera : interface.cameras)
                 testing::Test::RecordProperty(
-                    label + ", " + interface.id + ", " + nameOf(*camera),
-                    std::to_string(lostFrames(*camera)) + " of " +
-                        std::to_string(camera->getFrameStatistics().lastFrameId) +
-                        " frames lost; " + std::to_string(limitOf(*camera)) + " bytes/s of " +
-                        std::to_string(interface.usable));
+                    label + "," + interface.id + "," + nameOf(*camera),
+                    std::to_string(lostFrames(*camera)) + "," +
+                        std::to_string(camera->getFrameStatistics().lastFrameId) + "," +
+                        std::to_string(limitOf(*camera)) + "," + std::to_string(interface.usable));
         }
     }
 
@@ -131,10 +130,9 @@ class AutoSet : public testing::TestWithParam<std::uint32_t> {};
 /// On cameras that together ask for more than their interfaces carry, some of them locked.
 TEST_P(AutoSet, EndsTheLossOfFramesAndUsesTheInterface) {
     const CapturedLog log;
-    const bool isGenerated = GetParam() > 0;
-    GeneratedScenario generated = generateScenario(GetParam());
     QTemporaryFile file;
-    Host host(isGenerated ? stored(file, generated.json) : QStringLiteral(":oversubscribed"));
+    Host host(GetParam() > 0 ? stored(file, generateScenario(GetParam()))
+                             : QStringLiteral(":oversubscribed"));
 
     host.benchmark("before");
     std::map<std::string, std::int64_t> limitsBefore;
@@ -148,9 +146,7 @@ TEST_P(AutoSet, EndsTheLossOfFramesAndUsesTheInterface) {
     for (const Interface& interface : host.interfaces()) {
         SCOPED_TRACE(interface.id);
         EXPECT_EQ(interface.sumOf(lostFrames), 0);
-        double asked = 0;
         for (const auto& camera : interface.cameras) {
-            asked += isGenerated ? generated.asked.at(nameOf(*camera)) : interface.usable;
             if (camera->isLocked()) {
                 EXPECT_EQ(limitOf(*camera), limitsBefore.at(nameOf(*camera)));
             }
@@ -158,11 +154,11 @@ TEST_P(AutoSet, EndsTheLossOfFramesAndUsesTheInterface) {
         const auto limits = static_cast<double>(interface.sumOf(limitOf));
         // The correction to an increment of 2 may give the last camera a byte more.
         EXPECT_LE(limits, interface.usable + 1);
-        EXPECT_GE(limits, std::min(asked, 0.85 * interface.usable));
+        EXPECT_GE(limits, 0.85 * interface.usable);
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Seeds, AutoSet, testing::Range(0U, 8U));
+INSTANTIATE_TEST_SUITE_P(Seeds, AutoSet, testing::Range(0U, 7U));
 
 struct Camera {
     const char* name;

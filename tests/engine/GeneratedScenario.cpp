@@ -4,14 +4,11 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <random>
 #include <vector>
 
 namespace {
-
-enum class Kind { Free, Triggered, Locked };
 
 qint64 even(double value) {
     return 2 * static_cast<qint64>(value / 2);
@@ -26,20 +23,19 @@ class Generator {
 public:
     explicit Generator(std::uint32_t seed) : m_random(seed) {}
 
-    GeneratedScenario run() {
+    QByteArray run() {
         for (int count = between(1, 2), i = 1; i <= count; ++i)
             addInterface(false, i, oneOf(2) ? 1000 : 2500);
         for (int count = between(1, 2), i = 1; i <= count; ++i)
             addInterface(true, i, oneOf(2) ? 5000 : 10000);
         const QString comma = QStringLiteral(",\n");
-        m_result.json = filled(QStringLiteral(R"({
+        return filled(QStringLiteral(R"({
 "host": { "adapters": [%1], "usbControllers": [%2] },
 "transportLayers": [{ "id": "GEV", "type": "GigEVision" }, { "id": "U3V", "type": "USB3Vision" }],
 "interfaces": [%3], "cameras": [%4] })"),
-                               m_adapters.join(comma), m_controllers.join(comma),
-                               m_interfaces.join(comma), m_cameras.join(comma))
-                            .toUtf8();
-        return m_result;
+                      m_adapters.join(comma), m_controllers.join(comma), m_interfaces.join(comma),
+                      m_cameras.join(comma))
+            .toUtf8();
     }
 
 private:
@@ -72,35 +68,32 @@ private:
 
     void addCameras() {
         m_port = 0;
-        std::vector<int> weights(static_cast<std::size_t>(between(3, 5)));
+        std::vector<int> weights(static_cast<std::size_t>(between(4, 6)));
         int sum = 0;
         for (int& weight : weights)
-            sum += weight = between(20, 50);
+            sum += weight = between(5, 50);
         const double asked = times(m_link, 135, 190);
         for (const int weight : weights)
-            addCamera(m_port > 0 && oneOf(4) ? Kind::Triggered : Kind::Free,
-                      std::min(asked * weight / sum, 0.8 * m_link));
+            addCamera(QLatin1String(m_port > 0 && oneOf(4) ? "triggered" : "free"),
+                      std::min(asked * weight / sum, m_link));
         for (int count = between(0, 2); count > 0; --count)
-            addCamera(Kind::Locked, times(m_link, 4, 12));
+            addCamera(QLatin1String("locked"), times(m_link, 4, 12));
     }
 
-    void addCamera(Kind kind, double bytesPerSecond) {
-        const bool locked = kind == Kind::Locked;
-        const bool triggered = kind == Kind::Triggered;
-        const char* const kindName = locked ? "locked" : triggered ? "triggered" : "free";
-        const QString name =
-            filled(QStringLiteral("%1 %2 %3"), m_id, QLatin1String(kindName), ++m_port);
-        const auto bytes = static_cast<std::size_t>(between(1, 3));
+    void addCamera(QLatin1String kind, double bytesPerSecond) {
+        const bool locked = kind == QLatin1String("locked");
+        const bool triggered = kind == QLatin1String("triggered");
+        const QString name = filled(QStringLiteral("%1 %2 %3"), m_id, kind, ++m_port);
+        const int bytes = between(1, 3);
         const int rate = between(80, 160);
-        const double pixels = bytesPerSecond / rate / static_cast<double>(bytes);
+        const double pixels = bytesPerSecond / rate / bytes;
         const auto width = 8 * static_cast<qint64>(std::sqrt(times(pixels, 100, 180)) / 8);
         const auto height = even(pixels / static_cast<double>(width));
-        const double needed =
-            static_cast<double>(width * height) * static_cast<double>(bytes) * rate;
+        const double needed = static_cast<double>(width * height * bytes) * rate;
         const double narrow = oneOf(3) ? times(needed, 90, 160) : m_link;
         const double maximum = locked ? m_link : std::min(narrow, m_link);
-        const double value = locked ? times(needed, 50, 100) : maximum;
-        const qint64 minimum = even(times(2e6, 50, 150));
+        const double value = locked ? times(needed, 60, 100) : maximum;
+        const qint64 minimum = even(times(2e6, 50, 125));
         const int increment = between(1, 2);
         const bool usersRate = oneOf(2);
         const int sensorRate = usersRate || triggered ? between(rate, 200) : rate;
@@ -114,12 +107,13 @@ private:
   "trigger": { "mode": "%16", "source": "Line0", "rate": %15 } })"),
             name, m_id, m_isUsb ? filled(QStringLiteral("\"port\": %1,"), m_port) : QString(),
             width, height, sensorRate,
-            QLatin1String(std::array{"BayerRG8", "Mono12", "RGB8"}.at(bytes - 1)),
+            QLatin1String(bytes == 1   ? "BayerRG8"
+                          : bytes == 2 ? "Mono12"
+                                       : "RGB8"),
             QLatin1String(streamFeature ? "StreamBytesPerSecond" : "DeviceLinkThroughputLimit"),
             minimum, even(maximum), even(value), increment,
             QLatin1String(limitFeature ? "Limit" : ""), QLatin1String(usersRate ? "true" : "false"),
             rate, QLatin1String(triggered ? "On" : "Off"));
-        m_result.asked[name.toStdString()] = std::min(needed, value);
     }
 
     std::mt19937 m_random;
@@ -132,11 +126,10 @@ private:
     QString m_id;
     double m_link = 0;
     int m_port = 0;
-    GeneratedScenario m_result;
 };
 
 } // namespace
 
-GeneratedScenario generateScenario(std::uint32_t seed) {
+QByteArray generateScenario(std::uint32_t seed) {
     return Generator(seed).run();
 }
