@@ -143,7 +143,10 @@ void InterfaceSpeedWidget::paintEvent(QPaintEvent*) {
 void InterfaceSpeedWidget::showMenu(const QPoint& globalPosition) {
     auto* menu = new QMenu(tr("Context menu"), this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->addAction(QStringLiteral("Overwrite max. bandwidth"), this,
-                    &InterfaceSpeedWidget::manualSetMaxBandwidth);
+    const QAction* overwrite = menu->addAction(QStringLiteral("Overwrite max. bandwidth"));
+    // Asks when the menu is done and gone: it does not survive a question inside of its own click
+    // that ends with the deletion of the row.
+    connect(overwrite, &QAction::triggered, this, &InterfaceSpeedWidget::manualSetMaxBandwidth,
+            Qt::QueuedConnection);
     menu->popup(globalPosition);
 }

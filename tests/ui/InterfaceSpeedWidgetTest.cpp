@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "ui/InterfaceSpeedWidget.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QInputDialog>
+#include <QLabel>
+#include <QMenu>
+#include <QProgressBar>
+#include <QSignalSpy>
+#include <QSpinBox>
+#include <QTest>
+#include <QTimer>
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <limits>
+#include <memory>
+#include <vector>
+
+namespace {
+
+constexpr int most = std::numeric_limits<int>::max();
+
+struct Look {
+    QString chunk, text, toolTip;
+};
+
+const Look green{QStringLiteral("#009640"), QStringLiteral("#c0c0c0"),
+                 QStringLiteral("Interface bandwidth usage is OK.")};
+const Look red{QStringLiteral("#dc143c"), QStringLiteral("#c0c0c0"),
+               QStringLiteral("Bandwidth used by connected cameras is greater than it is "
+                              "available on this interface.")};
+
+Look amber(int margin) {
+    return {QStringLiteral("#fcc234"), QStringLiteral("#000000"),
+            QStringLiteral("Bandwidth used by connected cameras affects safety margin on the "
+                           "interface (%1%).")
+                .arg(margin)};
+}
+
+class InterfaceSpeedTest : public testing::Test {
+protected:
+    void make(int maximum) {
+        m_widget = std::make_unique<InterfaceSpeedWidget>(maximum);
+        m_bar = m_widget->findChild<QProgressBar*>(QStringLiteral("progressBarUsage"));
+        m_changed = std::make_unique<QSignalSpy>(m_widget.get(),
+                                                 &InterfaceSpeedWidget::maxBandwidthChanged);
+        m_widget->show();
+    }
+    void expectShown(const char* label, const Look& look) const {
+        EXPECT_EQ(m_widget->findChild<QLabel*>(QStringLiteral("labelSpeed"))->text().toStdString(),
+                  label);
+        EXPECT_EQ(m_bar->styleSheet(),
+                  QStringLiteral("QProgressBar::chunk { width: 10px; background-color: %1; } "
+                                 "QProgressBar{ border: 2px solid grey; border-radius: 2px; "
+                                 "text-align: center; color: %2; }")
+                      .arg(look.chunk, look.text))
+            << label;
+        EXPECT_EQ(m_bar->toolTip(), look.toolTip) << label;
+    }
+    /// Operates the dialog that \p open opens: types a value and presses a key.
+    void answer(const std::function<void()>& open, const char* typed, Qt::Key key) {
+        bool isAsked = false;
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, [&] {
+            auto* dialog = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+            if (dialog == nullptr)
+                return;
+            timer.stop();
+            isAsked = true;
+            EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Interface Bandwidth"));
+            EXPECT_EQ(
+                dialog->labelText(),
+                QStringLiteral("Please enter the maximal bandwidth on this interface (MBytes/s):"));
+            EXPECT_EQ(dialog->intMaximum(), most);
+            EXPECT_EQ(dialog->intStep(), 10);
+            m_offered = dialog->intValue();
+            auto* spin = dialog->findChild<QSpinBox*>();
+            spin->selectAll();
+            QTest::keyClicks(spin, QLatin1String(typed));
+            QTest::keyClick(dialog, key);
+        });
+        timer.start(0);
+        open();
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] { return isAsked && QApplication::activeModalWidget() == nullptr; }));
+    }
+    QMenu* menu() const { return m_widget->findChild<QMenu*>(); }
+
+    std::unique_ptr<InterfaceSpeedWidget> m_widget;
+    QProgressBar* m_bar = nullptr;
+    std::unique_ptr<QSignalSpy> m_changed;
+    int m_offered = -1;
+};
+
+TEST_F(InterfaceSpeedTest, ColourTellsWhetherTheMarginIsKept) {
+    const struct {
+        int maximum, margin;
+        std::vector<int> cameras;
+        const char* label;
+        int shown;
+        Look look;
+    } cases[] = {
+        {1000, 10, {400, 450}, "850 / 1000", 850, green},
+        {1000, 10, {400, 450, 100}, "950 / 1000", 950, amber(10)},
+        {1000, 10, {400, 450, 151}, "1001 / 1000", 1000, red},
+        {1000, 10, {900}, "900 / 1000", 900, green},
+        {1000, 10, {909}, "909 / 1000", 909, green},
+        {1000, 10, {910}, "910 / 1000", 910, amber(10)},
+        {1000, 0, {1000}, "1000 / 1000", 1000, green},
+        {0, 10, {}, "0 / 0", 0, green},
+        {0, 10, {0}, "0 / 0", 0, green},
+        {0, 10, {1}, "1 / 0", 1, red},
+        {-5, 100, {0}, "0 / 0", 0, green},
+        {most, 30, {most, most}, "2147483647 / 2147483647", most, amber(30)},
+    };
+    for (const auto& row : cases) {
+        make(row.maximum);
+        int camera = 0;
+        for (const int value : row.cameras)
+            m_widget->setValue(camera++, row.margin, value);
+        if (row.cameras.empty())
+            m_widget->updateColor(row.margin);
+        expectShown(row.label, row.look);
+        EXPECT_EQ(m_bar->value(), row.shown) << row.label;
+        EXPECT_GT(m_bar->maximum(), 0) << "busy";
+    }
+}
+
+TEST_F(InterfaceSpeedTest, FollowsCamerasMarginAndMaximum) {
+    make(1000);
+    EXPECT_EQ(m_bar->text(), QStringLiteral("0%"));
+    m_widget->setValue(3, 10, 500);
+    m_widget->setValue(0, 10, 450);
+    expectShown("950 / 1000", amber(10));
+    m_widget->setValue(3, 10, 100);
+    expectShown("550 / 1000", green);
+    m_widget->updateColor(50);
+    expectShown("550 / 1000", amber(50));
+    m_widget->setMaxBandwidth(500);
+    expectShown("550 / 500", red);
+    EXPECT_EQ(m_bar->text(), QStringLiteral("100%"));
+    EXPECT_TRUE(m_changed->isEmpty());
+}
+
+TEST_F(InterfaceSpeedTest, RightClickOverwritesTheMaximum) {
+    make(1000);
+    m_widget->setValue(0, 10, 950);
+    QTest::mouseClick(m_bar, Qt::LeftButton);
+    EXPECT_EQ(menu(), nullptr);
+    const auto choose = [this] {
+        QTest::mouseClick(m_bar, Qt::RightButton);
+        ASSERT_NE(menu(), nullptr);
+        EXPECT_EQ(menu()->title(), QStringLiteral("Context menu"));
+        ASSERT_EQ(menu()->actions().size(), 1);
+        EXPECT_EQ(menu()->actions().first()->text(), QStringLiteral("Overwrite max. bandwidth"));
+        QTest::mouseClick(menu(), Qt::LeftButton, {},
+                          menu()->actionGeometry(menu()->actions().first()).center());
+    };
+    answer(choose, "400", Qt::Key_Escape);
+    expectShown("950 / 1000", amber(10));
+    EXPECT_TRUE(m_changed->isEmpty());
+    answer(choose, "400", Qt::Key_Return);
+    expectShown("950 / 400", red);
+    EXPECT_EQ(m_bar->value(), 400);
+    EXPECT_THAT(*m_changed, testing::ElementsAre(QVariantList{400}));
+    EXPECT_EQ(menu(), nullptr) << "used menus stay";
+}
+
+TEST_F(InterfaceSpeedTest, DoubleClickAndMenuKeyOverwriteTheMaximumToo) {
+    make(1000);
+    answer([this] { QTest::mouseDClick(m_bar, Qt::LeftButton); }, "0", Qt::Key_Return);
+    expectShown("0 / 0", green);
+    const auto useKeys = [this] {
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, {});
+        QApplication::sendEvent(m_widget.get(), &event);
+        ASSERT_NE(menu(), nullptr);
+        QTest::keyClick(menu(), Qt::Key_Down);
+        QTest::keyClick(menu(), Qt::Key_Return);
+    };
+    answer(useKeys, "2147483647", Qt::Key_Return);
+    EXPECT_EQ(m_offered, 0);
+    expectShown("0 / 2147483647", green);
+    EXPECT_EQ(m_changed->size(), 2);
+}
+
+TEST_F(InterfaceSpeedTest, MayBeDeletedWhileItAsks) {
+    make(1000);
+    QTimer::singleShot(0, qApp, [this] { m_widget.reset(); });
+    m_widget->manualSetMaxBandwidth();
+    EXPECT_EQ(m_widget, nullptr);
+    EXPECT_TRUE(m_changed->isEmpty());
+}
+
+} // namespace
