@@ -35,6 +35,8 @@ namespace {
 
 constexpr const char* noModule = ": Cannot get module: '";
 constexpr const char* noFeature = ": Cannot get feature: '";
+constexpr const char* noDisplayName = ": Cannot get feature display name for '";
+constexpr const char* noWritability = ": Cannot get feature writability for '";
 
 template <typename T> using Getter = OrvErrorType (OrvFeatureWrapper::*)(T&) const;
 
@@ -132,6 +134,14 @@ public:
         return info;
     }
 
+    FeatureInfo readOutline() const {
+        FeatureInfo info;
+        readStatic(info.displayName, m_known.displayName, &OrvFeatureWrapper::GetDisplayName,
+                   noDisplayName);
+        readFlag(info.writable, &OrvFeatureWrapper::IsWritable, noWritability);
+        return info;
+    }
+
 private:
     bool check(OrvErrorType error, const char* text) const {
         if (error != OrvErrorSuccess) {
@@ -157,8 +167,7 @@ private:
         KnownFeature& known = m_known;
         readStatic(info.category, known.category, &Feature::GetCategory,
                    ": Cannot get feature category for '");
-        readStatic(info.displayName, known.displayName, &Feature::GetDisplayName,
-                   ": Cannot get feature display name for '");
+        readStatic(info.displayName, known.displayName, &Feature::GetDisplayName, noDisplayName);
         readStatic(info.description, known.description, &Feature::GetDescription,
                    ": Cannot get feature description for '");
         readStatic(info.representation, known.representation, &Feature::GetRepresentation,
@@ -167,7 +176,7 @@ private:
                    ": Cannot get feature tooltip for '");
         readStatic(info.unit, known.unit, &Feature::GetUnit, ": Cannot get feature unit for '");
         readFlag(info.readable, &Feature::IsReadable, ": Cannot get feature readability for '");
-        readFlag(info.writable, &Feature::IsWritable, ": Cannot get feature writability for '");
+        readFlag(info.writable, &Feature::IsWritable, noWritability);
         readStatic(info.visibility, known.visibility, &Feature::GetVisibility,
                    ": Cannot get feature visibility for '");
         check(readDataType(known, info.dataType), ": Cannot get feature data type for '");
@@ -349,17 +358,14 @@ FeatureValue FeatureController::getFeatureValue(const std::string& module,
 
 FeatureInfo FeatureController::getFeatureInfo(const std::string& module,
                                               const std::string& feature) const {
-    const auto container = getModuleOrWarn(module);
-    if (!container) {
-        return {};
-    }
-    std::shared_ptr<KnownFeature> found;
-    if (const OrvErrorType error = findFeature(module, *container, feature, found);
-        error != OrvErrorSuccess) {
-        logWarning(message(noFeature, feature), error);
-        return {};
-    }
-    return InfoReader(*found, feature, m_messagePrefix).read();
+    const auto found = findFeatureOrWarn(module, feature);
+    return found ? InfoReader(*found, feature, m_messagePrefix).read() : FeatureInfo();
+}
+
+FeatureInfo FeatureController::getFeatureOutline(const std::string& module,
+                                                 const std::string& feature) const {
+    const auto found = findFeatureOrWarn(module, feature);
+    return found ? InfoReader(*found, feature, m_messagePrefix).readOutline() : FeatureInfo();
 }
 
 bool FeatureController::hasFeature(const std::string& module, const std::string& feature) const {
@@ -449,6 +455,21 @@ OrvErrorType FeatureController::findFeature(const std::string& module,
 }
 
 /// A feature that is known already stays what it is.
+std::shared_ptr<KnownFeature> FeatureController::findFeatureOrWarn(const std::string& module,
+                                                                   const std::string& name) const {
+    std::shared_ptr<KnownFeature> found;
+    const auto container = getModuleOrWarn(module);
+    if (!container) {
+        return found;
+    }
+    if (const OrvErrorType error = findFeature(module, *container, name, found);
+        error != OrvErrorSuccess) {
+        logWarning(message(noFeature, name), error);
+        return {};
+    }
+    return found;
+}
+
 std::shared_ptr<KnownFeature>
 FeatureController::remember(const std::string& module, const std::string& name,
                             std::shared_ptr<OrvFeatureWrapper> feature) const {

@@ -46,6 +46,10 @@ public:
     /// longer than \p timeoutMs. Blocks for as long.
     virtual bool runCommand(const std::string& module, const std::string& feature,
                             double timeoutMs);
+    /// Only what a list of features shows: the display name, and whether the feature is writable.
+    /// A fraction of the calls of a description.
+    virtual FeatureInfo getFeatureOutline(const std::string& module,
+                                          const std::string& feature) const;
 
     /// The module of that name; empty when the camera has none.
     std::shared_ptr<OrvFeatureContainerWrapper> getModule(const std::string& name) const;
@@ -57,6 +61,8 @@ private:
     std::shared_ptr<OrvFeatureContainerWrapper> getModuleOrWarn(const std::string& name) const;
     OrvErrorType findFeature(const std::string& module, const OrvFeatureContainerWrapper& container,
                              const std::string& name, std::shared_ptr<KnownFeature>& found) const;
+    std::shared_ptr<KnownFeature> findFeatureOrWarn(const std::string& module,
+                                                    const std::string& name) const;
     std::shared_ptr<KnownFeature> remember(const std::string& module, const std::string& name,
                                            std::shared_ptr<OrvFeatureWrapper> feature) const;
     bool waitUntilDone(const OrvFeatureWrapper& command, const std::string& name,

@@ -22,24 +22,33 @@ struct ToVariant {
 FeatureTreeItem::FeatureTreeItem(const QString& text) : BasicTreeItem({text, QString()}) {}
 
 FeatureTreeItem::FeatureTreeItem(std::string module, std::string category, std::string name)
-    : m_module(std::move(module)), m_loading(Loading::NotLoaded) {
+    : m_module(std::move(module)), m_known(Known::Nothing) {
     m_info.category = std::move(category);
     m_info.name = std::move(name);
 }
 
 FeatureTreeItem::~FeatureTreeItem() = default;
 
+void FeatureTreeItem::setOutline(const FeatureInfo& outline) {
+    setDisplayName(outline.displayName);
+    m_info.writable = outline.writable;
+    m_known = Known::Outline;
+}
+
 void FeatureTreeItem::setInfo(FeatureInfo info) {
     info.category = std::move(m_info.category);
     info.name = std::move(m_info.name);
     m_info = std::move(info);
-    if (m_loading == Loading::NotLoaded) {
-        // A camera that does not answer leaves at least the name to look at.
-        const std::string& name = m_info.displayName.empty() ? m_info.name : m_info.displayName;
-        setValue(FeatureTreeModel::NameColumn, QString::fromStdString(name));
-    }
+    setDisplayName(m_info.displayName);
     setValue(FeatureTreeModel::ValueColumn, valueOnView(m_info));
-    m_loading = Loading::Loaded;
+    m_known = Known::Everything;
+}
+
+/// A camera that does not answer leaves at least the feature's name to look at.
+void FeatureTreeItem::setDisplayName(const std::string& displayName) {
+    if (!value(FeatureTreeModel::NameColumn).isValid())
+        setValue(FeatureTreeModel::NameColumn,
+                 QString::fromStdString(displayName.empty() ? m_info.name : displayName));
 }
 
 void FeatureTreeItem::setFeatureValue(const FeatureValue& value) {
@@ -48,8 +57,8 @@ void FeatureTreeItem::setFeatureValue(const FeatureValue& value) {
 }
 
 void FeatureTreeItem::markOutdated() {
-    if (isFeature() && m_loading == Loading::Loaded)
-        m_loading = Loading::Outdated;
+    if (isFeature())
+        m_known = Known::Nothing;
 }
 
 QVariant toVariant(const FeatureValue& value) {

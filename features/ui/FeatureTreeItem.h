@@ -12,12 +12,13 @@
 /// the GUI thread.
 class FeatureTreeItem : public BasicTreeItem {
 public:
-    enum class Loading {
-        /// Only the name and the category of the feature are known.
-        NotLoaded,
-        /// The description was read, but what can change of it may have changed since.
-        Outdated,
-        Loaded,
+    /// What is known of a feature beyond what the tree was built with.
+    enum class Known {
+        /// Nothing that would still be right: it was never read, or has become outdated.
+        Nothing,
+        /// The name on view, and whether the feature is writable.
+        Outline,
+        Everything,
     };
 
     /// A module or a category: nothing is left to be read.
@@ -27,24 +28,29 @@ public:
     ~FeatureTreeItem() override;
 
     bool isFeature() const { return !m_module.empty(); }
-    Loading loading() const { return m_loading; }
+    Known known() const { return m_known; }
     /// Name of the module that the feature belongs to.
     const std::string& module() const { return m_module; }
-    /// Empty for modules and categories; only name and category until it is loaded.
+    /// What was last read, outdated or not; of a feature that was not, the name and the category.
+    /// Empty for modules and categories.
     const FeatureInfo& info() const { return m_info; }
 
-    /// Takes over a description that was read, and shows it. What identifies the feature stays as
-    /// the tree was built with, and the name on view as it was first read: rows are sorted by it.
+    /// Takes over the name on view and whether the feature is writable.
+    void setOutline(const FeatureInfo& outline);
+    /// Takes over a description, and shows its value. What identifies the feature stays as the tree
+    /// was built with, and the name on view as it was first read: rows are sorted by it.
     void setInfo(FeatureInfo info);
     /// Takes over a value that the camera accepted, and shows it.
     void setFeatureValue(const FeatureValue& value);
-    /// Lets a description that was read be read again.
+    /// Has everything but the name on view read again.
     void markOutdated();
 
 private:
+    void setDisplayName(const std::string& displayName);
+
     std::string m_module;
     FeatureInfo m_info;
-    Loading m_loading = Loading::Loaded;
+    Known m_known = Known::Everything;
 };
 
 /// The value by itself: integer, double, boolean or text.

@@ -81,21 +81,22 @@ QVariant FeatureTreeModel::groupData(const FeatureTreeItem& group, int column, i
 }
 
 QVariant FeatureTreeModel::featureData(FeatureTreeItem& feature, int column, int role) const {
-    const bool isValue = column == ValueColumn;
     switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
-        // The name of an outdated row is still right, and sorting asks for it.
-        return (isValue ? upToDate(feature) : loaded(feature)).value(column);
+        // The name of an outdated feature is still right.
+        if (column == ValueColumn)
+            readInfo(feature);
+        else if (!feature.value(column).isValid())
+            readOutline(feature);
+        return feature.value(column);
     case Qt::ForegroundRole:
-        return !isValue && upToDate(feature).info().writable ? QColor(0x00, 0x64, 0x00)
-                                                             : QVariant();
-    case Qt::ToolTipRole: {
-        const FeatureInfo& info = loaded(feature).info();
+        return column != ValueColumn && isWritable(feature) ? QColor(0x00, 0x64, 0x00) : QVariant();
+    case Qt::ToolTipRole:
+        readInfo(feature);
         return tr("<b>%1</b><br>%2")
-            .arg(QString::fromStdString(info.name).toHtmlEscaped(),
-                 QString::fromStdString(info.toolTip).toHtmlEscaped());
-    }
+            .arg(QString::fromStdString(feature.info().name).toHtmlEscaped(),
+                 QString::fromStdString(feature.info().toolTip).toHtmlEscaped());
     case InfoRole:
         return QVariant::fromValue(feature.info());
     default:
@@ -108,26 +109,24 @@ Qt::ItemFlags FeatureTreeModel::flags(const QModelIndex& index) const {
     FeatureTreeItem& item = itemOf(index);
     if (!index.isValid() || !item.isFeature())
         return flags;
-    const bool writable = upToDate(item).info().writable;
+    const bool writable = isWritable(item);
     flags.setFlag(Qt::ItemIsEnabled, writable);
     flags.setFlag(Qt::ItemIsEditable, writable && index.column() == ValueColumn);
     return flags;
 }
 
-const FeatureTreeItem& FeatureTreeModel::loaded(FeatureTreeItem& feature) const {
-    if (feature.loading() == FeatureTreeItem::Loading::NotLoaded)
-        load(feature);
-    return feature;
+bool FeatureTreeModel::isWritable(FeatureTreeItem& feature) const {
+    readOutline(feature);
+    return feature.info().writable;
 }
 
-const FeatureTreeItem& FeatureTreeModel::upToDate(FeatureTreeItem& feature) const {
-    if (feature.loading() != FeatureTreeItem::Loading::Loaded)
-        load(feature);
-    return feature;
+void FeatureTreeModel::readOutline(FeatureTreeItem& feature) const {
+    if (m_loadsLazily && feature.known() == FeatureTreeItem::Known::Nothing)
+        feature.setOutline(m_controller->getFeatureOutline(feature.module(), feature.info().name));
 }
 
-void FeatureTreeModel::load(FeatureTreeItem& feature) const {
-    if (m_loadsLazily)
+void FeatureTreeModel::readInfo(FeatureTreeItem& feature) const {
+    if (m_loadsLazily && feature.known() != FeatureTreeItem::Known::Everything)
         feature.setInfo(m_controller->getFeatureInfo(feature.module(), feature.info().name));
 }
 
@@ -136,7 +135,8 @@ bool FeatureTreeModel::setData(const QModelIndex& index, const QVariant& value, 
     if (!index.isValid() || !item.isFeature() || index.column() != ValueColumn ||
         role != Qt::EditRole)
         return BasicTreeModel::setData(index, value, role);
-    if (upToDate(item).info().dataType == OrvFeatureDataCommand)
+    readInfo(item);
+    if (item.info().dataType == OrvFeatureDataCommand)
         return runCommand(item, value);
     const bool written = writeValue(item, value);
     // An editor that stays open goes back to what the camera has.
@@ -178,8 +178,9 @@ void FeatureTreeModel::outdateValuesBelow(BasicTreeItem& parent) {
     const int rows = parent.childCount();
     for (int row = 0; row < rows; ++row) {
         auto& child = static_cast<FeatureTreeItem&>(*parent.child(row));
+        outdated =
+            outdated || (child.isFeature() && child.known() != FeatureTreeItem::Known::Nothing);
         child.markOutdated();
-        outdated = outdated || child.loading() == FeatureTreeItem::Loading::Outdated;
         outdateValuesBelow(child);
     }
     if (outdated)

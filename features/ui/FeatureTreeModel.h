@@ -12,16 +12,18 @@ class FeatureController;
 /// All features of a camera with their values, by module and category. Bound to the GUI thread.
 ///
 /// Building the tree asks the camera for names and categories only. A feature's description is read
-/// when a view first asks for its text, flags, colour or tool tip, and kept. After a write or a
-/// command everything that was read is outdated, since features depend on each other: the values
-/// that are then on view are read again, the others when they come on view.
+/// when a view first asks for its value or tool tip, and kept. Its display name and whether it is
+/// writable are read before that when they are all that is asked for: a tree view sorts and lays
+/// out rows that are out of sight. After a write or a command everything that was read is outdated,
+/// since features depend on each other: what is then on view is read again, the rest when it comes
+/// on view.
 class FeatureTreeModel : public BasicTreeModel {
     Q_OBJECT
 
 public:
     enum Column { NameColumn, ValueColumn };
-    /// The FeatureInfo of a feature. Asks the camera for nothing: only name and category are filled
-    /// for a feature that was not on view yet.
+    /// The FeatureInfo of a feature as it was last on view. Asks the camera for nothing: of one
+    /// that was not on view yet, it tells name and category.
     static constexpr int InfoRole = Qt::UserRole;
 
     /// \param controller may be empty: then there are no features.
@@ -41,9 +43,9 @@ private:
     void addModule(FeatureTreeItem& parent, const std::string& module) const;
     QVariant groupData(const FeatureTreeItem& group, int column, int role) const;
     QVariant featureData(FeatureTreeItem& feature, int column, int role) const;
-    const FeatureTreeItem& loaded(FeatureTreeItem& feature) const;
-    const FeatureTreeItem& upToDate(FeatureTreeItem& feature) const;
-    void load(FeatureTreeItem& feature) const;
+    void readOutline(FeatureTreeItem& feature) const;
+    void readInfo(FeatureTreeItem& feature) const;
+    bool isWritable(FeatureTreeItem& feature) const;
     bool runCommand(const FeatureTreeItem& feature, const QVariant& value);
     bool writeValue(FeatureTreeItem& feature, const QVariant& value);
     void outdateValues();

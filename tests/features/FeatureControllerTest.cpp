@@ -239,6 +239,20 @@ INSTANTIATE_TEST_SUITE_P(
                              "0|0:0|0:0|0:0|0:0||", FeatureValue{}}),
     [](const auto& tested) { return tested.param.name; });
 
+TEST_F(FeatureControllerTest, OutlinesAFeatureWithoutReadingItsValue) {
+    const auto feature = add("F", described(makeIntFeature(5)));
+    EXPECT_CALL(*feature, GetValue(An<std::int64_t&>())).Times(0);
+    EXPECT_CALL(*feature, GetDisplayName).Times(1);
+    EXPECT_CALL(*feature, IsWritable).WillOnce(answer(true)).WillOnce(answer(false));
+    const FeatureController features = controller();
+    EXPECT_TRUE(features.getFeatureOutline("Camera", "F").writable);
+    const FeatureInfo again = features.getFeatureOutline("Camera", "F");
+    EXPECT_EQ(again.displayName, "F");
+    EXPECT_FALSE(again.writable);
+    EXPECT_EQ(features.getFeatureOutline("Camera", "G").displayName, "");
+    EXPECT_TRUE(m_log.has(warning(": Cannot get feature: 'G'", OrvErrorNotFound)));
+}
+
 struct FailureCase {
     const char* name;
     std::function<NiceFeature()> make;
