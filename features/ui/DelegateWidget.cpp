@@ -32,6 +32,8 @@ constexpr int spacing = 2;
 constexpr int fixedHeight = 25;
 constexpr int sliderWidth = 150;
 constexpr int floatWidth = 60;
+/// Leaves room for the slider in a column of usual width.
+constexpr int floatDigits = 16;
 constexpr QSize handleSize{12, 18};
 
 using Read = std::optional<FeatureValue>;
@@ -218,6 +220,7 @@ void DelegateWidget::buildFloat() {
                                         : new DoubleValidator(-unlimited, unlimited, this);
     addLine(number, validator);
     m_line->setMinimumWidth(floatWidth);
+    m_line->setMaximumWidth(m_line->fontMetrics().averageCharWidth() * floatDigits);
     m_line->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(m_line, &QLineEdit::editingFinished, this, &DelegateWidget::onEditingFinishedDouble);
 }
@@ -225,6 +228,9 @@ void DelegateWidget::buildFloat() {
 void DelegateWidget::addFloatSlider() {
     m_floatSlider = add(new QwtSlider(Qt::Horizontal));
     m_floatSlider->setScalePosition(QwtSlider::NoScale);
+    // A groove, as other sliders have.
+    m_floatSlider->setTrough(false);
+    m_floatSlider->setGroove(true);
     m_floatSlider->setHandleSize(handleSize);
     m_floatSlider->setMinimumWidth(sliderWidth);
     m_floatSlider->setEnabled(m_scale.isUsable());

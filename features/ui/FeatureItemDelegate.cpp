@@ -15,9 +15,12 @@ namespace {
 /// Room for the tallest editor with a line above and below.
 constexpr int rowHeight = 27;
 /// Room for a slider and its spin box.
-constexpr int columnWidth = 260;
+constexpr int columnWidth = 280;
 
+/// As the camera tells it now: asking for the value brings a description up to date that an earlier
+/// write has outdated.
 FeatureInfo infoOf(const QModelIndex& index) {
+    static_cast<void>(index.data(Qt::EditRole));
     return index.data(Qt::UserRole).value<FeatureInfo>();
 }
 
@@ -68,9 +71,7 @@ void FeatureItemDelegate::setModelData(QWidget* editor, QAbstractItemModel* mode
     model->setData(index, toVariant(*input));
     if (!edited.isValid())
         return;
-    // An editor that stays open shows what the camera made of the value. Asking for the value
-    // brings a description up to date that the write has outdated.
-    static_cast<void>(edited.data(Qt::EditRole));
+    // An editor that stays open shows what the camera made of the value.
     setEditorData(editor, edited);
 }
 

@@ -6,9 +6,14 @@
 
 #include <algorithm>
 
+namespace {
+constexpr int mostDigits = 8;
+} // namespace
+
 LongSpinBox::LongSpinBox(const StepGrid& grid, QWidget* parent)
     : QAbstractSpinBox(parent), m_grid(grid) {
     setKeyboardTracking(false);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
 LongSpinBox::~LongSpinBox() = default;
@@ -59,17 +64,22 @@ QAbstractSpinBox::StepEnabled LongSpinBox::stepEnabled() const {
 }
 
 QSize LongSpinBox::sizeHint() const {
-    return withRoomForText(QAbstractSpinBox::sizeHint());
+    QSize size = QAbstractSpinBox::sizeHint();
+    size.rwidth() += textWidth();
+    return size;
 }
 
 QSize LongSpinBox::minimumSizeHint() const {
-    return withRoomForText(QAbstractSpinBox::minimumSizeHint());
+    // In a narrow place a long number is scrolled.
+    const int most = fontMetrics().averageCharWidth() * mostDigits;
+    QSize size = QAbstractSpinBox::minimumSizeHint();
+    size.rwidth() += std::min(textWidth(), most);
+    return size;
 }
 
-QSize LongSpinBox::withRoomForText(QSize size) const {
+int LongSpinBox::textWidth() const {
     const auto widthOf = [this](qint64 value) {
         return fontMetrics().horizontalAdvance(QString::number(value));
     };
-    size.rwidth() += std::max(widthOf(m_grid.minimum()), widthOf(m_grid.maximum()));
-    return size;
+    return std::max(widthOf(m_grid.minimum()), widthOf(m_grid.maximum()));
 }

@@ -32,7 +32,7 @@ protected:
     StepEnabled stepEnabled() const override;
 
 private:
-    QSize withRoomForText(QSize size) const;
+    int textWidth() const;
 
     StepGrid m_grid;
     qint64 m_value = 0;
