@@ -12,13 +12,16 @@
 #include "ui/CameraTreeDelegate.h"
 #include "ui/SettingsDialog.h"
 #include "ui/SettingsKeys.h"
+#include "ui/SupportDialog.h"
 #include "ui_SpanletDialog.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QMessageBox>
 #include <QSettings>
 
 #include <algorithm>
@@ -29,6 +32,8 @@ namespace {
 
 constexpr int timerIntervalMs = 500;
 constexpr int darkLightness = 100;
+/// After which the page with the first steps opens over the dialog.
+constexpr int supportDelayMs = 25;
 
 /// A margin, kept in percent, as the engine takes it.
 double fraction(const QSettings& store, const SettingsKeys::Setting<int>& margin) {
@@ -60,6 +65,7 @@ SpanletDialog::SpanletDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSiz
     onRefreshButtonClicked();
     connect(m_form->buttonSettings, &QPushButton::clicked, this,
             &SpanletDialog::onSettingsButtonClicked);
+    setUpHelp();
 }
 
 SpanletDialog::~SpanletDialog() {
@@ -162,6 +168,17 @@ void SpanletDialog::setUpBandwidthColumn() {
             &BandwidthColumn::updateMargins);
     for (const auto changed : {&BandwidthColumn::lockChanged, &BandwidthColumn::maximumChanged})
         connect(m_bandwidthColumn, changed, this, &SpanletDialog::updateAutoSetActions);
+}
+
+void SpanletDialog::setUpHelp() {
+    connect(m_form->buttonSupport, &QPushButton::clicked, this,
+            &SpanletDialog::onSupportButtonClicked);
+    if (SettingsKeys::read(*m_settings, SettingsKeys::supportDialogActive))
+        QTimer::singleShot(supportDelayMs, this, &SpanletDialog::onSupportButtonClicked);
+    auto* menu = new QMenu(m_form->buttonAbout);
+    menu->addAction(tr("About"), this, &SpanletDialog::onAboutButtonClicked);
+    menu->addAction(tr("About Qt"), qApp, &QApplication::aboutQt);
+    m_form->buttonAbout->setMenu(menu);
 }
 
 void SpanletDialog::onChangeItemData(QModelIndex topLeft) {
@@ -331,6 +348,22 @@ void SpanletDialog::onSettingsButtonClicked() {
             &SpanletDialog::onAutoAdjustPacketsize);
     connect(dialog, &SettingsDialog::settingsSaved, this, &SpanletDialog::settingsSaved);
     dialog->show();
+}
+
+void SpanletDialog::onSupportButtonClicked() {
+    (new SupportDialog(m_settings, this))->show();
+}
+
+void SpanletDialog::onAboutButtonClicked() {
+    const QStringList lines{
+        tr("Spanlet is a Qt application using the OrvCPP API."),
+        QString(),
+        tr("Version: ") + QStringLiteral(SPANLET_VERSION),
+        tr("Orv API Version: ") + QString::fromStdString(m_controller->getSdkVersion()),
+        QString(),
+        tr("Copyright (c) 2026 The Spanlet authors. Licence: BSD 3-Clause."),
+    };
+    QMessageBox::about(this, tr("About Orvia Spanlet"), lines.join(QLatin1Char('\n')));
 }
 
 void SpanletDialog::closeSettings() {

@@ -57,6 +57,10 @@ public slots:
     void onTimerTimeout();
     void onRefreshButtonClicked();
     void onSettingsButtonClicked();
+    /// Shows the Get Started page.
+    void onSupportButtonClicked();
+    /// Shows the versions of the program and of the camera SDK.
+    void onAboutButtonClicked();
     void onClickTreeView(QModelIndex current, QModelIndex previous);
     void onAutoAdjustPacketsize(bool state);
     /// Divides the selected interface's bandwidth among its cameras.
@@ -80,6 +84,7 @@ private:
     void setUpAutoSetMenu();
     void setUpTree();
     void setUpBandwidthColumn();
+    void setUpHelp();
     /// A selected row's widget is as legible on the highlight as the other cells are.
     void colourRowWidgets(const QItemSelection& selected, const QItemSelection& deselected);
     void startBenchmark();

@@ -16,6 +16,8 @@ namespace viewer {
 namespace {
 
 constexpr int pollInterval = 50;
+/// By when the help has opened over the dialog if it opens by itself.
+constexpr int helpDelay = 200;
 constexpr int logAnimation = 1000;
 /// How long a step may take, beside the benchmark's own time.
 constexpr std::chrono::seconds patience(60);
@@ -81,12 +83,24 @@ void DialogDriver::then(Step step, int milliseconds) {
 }
 
 void DialogDriver::findDialog() {
-    QWidget* modal = QApplication::activeModalWidget();
-    if (child<QTreeView>(modal, "treeViewCameras") == nullptr || !modal->isVisible()) {
-        then(&DialogDriver::findDialog, pollInterval);
-        return;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (child<QTreeView>(window, "treeViewCameras") != nullptr && window->isModal() &&
+            window->isVisible()) {
+            m_dialog = window;
+        }
     }
-    m_dialog = modal;
+    if (m_dialog) {
+        then(&DialogDriver::closeHelp, helpDelay);
+    } else {
+        then(&DialogDriver::findDialog, pollInterval);
+    }
+}
+
+void DialogDriver::closeHelp() {
+    QWidget* modal = QApplication::activeModalWidget();
+    if (modal != nullptr && modal != m_dialog) {
+        modal->close();
+    }
     then(m_benchmarkSeconds > 0 ? &DialogDriver::startBenchmark : &DialogDriver::showLog,
          pollInterval);
 }

@@ -14,7 +14,8 @@ class QWidget;
 namespace viewer {
 
 /// Operates Spanlet's dialog in place of a user, from inside the event loop that the dialog runs:
-/// waits for it, runs a benchmark on each interface, takes a picture, closes it. It finds what it
+/// waits for it, closes the help that opens over it by itself (without switching it off for the
+/// user), runs a benchmark on each interface, takes a picture, closes it. It finds what it
 /// needs by the names of the dialog's widgets. Bound to the GUI thread.
 class DialogDriver : public QObject {
     Q_OBJECT
@@ -35,6 +36,7 @@ private:
 
     // The steps, in this order; each names the one that follows.
     void findDialog();
+    void closeHelp();
     void startBenchmark();
     void awaitBenchmark();
     void showLog();

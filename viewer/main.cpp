@@ -8,8 +8,13 @@
 #include "viewer/ViewerWindow.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QMessageBox>
 #include <QTimer>
+#include <QTranslator>
 
 #include <cstdio>
 
@@ -32,7 +37,11 @@ void identify(QCoreApplication& application) {
 CommandLine readCommandLine(int& argc, char** argv) {
     QCoreApplication application(argc, argv);
     identify(application);
-    return viewer::parseCommandLine(QCoreApplication::arguments());
+    CommandLine line = viewer::parseCommandLine(QCoreApplication::arguments());
+    if (!line.pictureFile.isEmpty()) {
+        line.pictureFile = QFileInfo(line.pictureFile).absoluteFilePath();
+    }
+    return line;
 }
 
 /// Tells a person what is wrong: on the standard error stream, and in a box where one can be seen.
@@ -67,6 +76,9 @@ int run(const CommandLine& line) {
         report(line, nullptr, session.error());
         return 1;
     }
+    // Spanlet looks for its translations in the folder "qm" below the current one. The files that
+    // the command line names are known by now.
+    QDir::setCurrent(QCoreApplication::applicationDirPath());
     viewer::ViewerWindow window(OrvCPP::OrvSystem::GetInstance(),
                                 QCoreApplication::applicationDirPath() +
                                     QStringLiteral("/plugins"));
@@ -100,5 +112,11 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     identify(application);
     viewer::applyAppearance(line.isDark);
+    // The texts of Qt's own buttons, which Spanlet's dialogs have, too.
+    QTranslator qtTexts;
+    if (qtTexts.load(QLocale::system(), QStringLiteral("qtbase"), QStringLiteral("_"),
+                     QLibraryInfo::location(QLibraryInfo::TranslationsPath))) {
+        QCoreApplication::installTranslator(&qtTexts);
+    }
     return run(line);
 }

@@ -6,9 +6,16 @@
 #include <QApplication>
 #include <QDialog>
 #include <QPluginLoader>
+#include <QSettings>
 #include <QTimer>
 
 #include <functional>
+
+/// In the store of the test: the Get Started page would open over the dialog.
+inline void switchOffHelpAtStart() {
+    QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
+        .setValue(QStringLiteral("Support Dialog/active"), false);
+}
 
 /// Loads the plug-in and runs its dialog as a host does, which knows it only as a window.
 class HostedDialog {

@@ -35,6 +35,7 @@ class SpanletPluginTest : public testing::Test {
 protected:
     SpanletPluginTest() {
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_store.path());
+        switchOffHelpAtStart();
         EXPECT_EQ(OrvCPP::OrvSystem::GetInstance().Startup(), OrvErrorSuccess);
     }
     ~SpanletPluginTest() override { OrvCPP::OrvSystem::GetInstance().Shutdown(); }

@@ -47,6 +47,7 @@ class TranslationTest : public testing::Test {
 protected:
     TranslationTest() {
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_folder.path());
+        switchOffHelpAtStart();
         QDir::setCurrent(m_folder.path());
         EXPECT_EQ(OrvCPP::OrvSystem::GetInstance().Startup(), OrvErrorSuccess);
     }

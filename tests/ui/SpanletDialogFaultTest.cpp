@@ -33,6 +33,8 @@ protected:
     void SetUp() override {
         initResources();
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_store.path());
+        QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
+            .setValue(QStringLiteral("Support Dialog/active"), false);
         ASSERT_NE(m_simulation, nullptr);
         ASSERT_EQ(m_system.Startup(L"" FAULT_SCENARIO), OrvErrorSuccess);
         m_dialog = std::make_unique<SpanletDialog>(m_system, false);
