@@ -39,10 +39,6 @@ SettingsDialog::SettingsDialog(bool autoAdjustPacketSize, QSettings* settings, Q
     applyPalette();
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     m_form->autoAdjustCheckBox->setChecked(autoAdjustPacketSize);
-    for (QFrame* frame : {m_form->frameWarningCamera, m_form->frameWarningInterfaceUSB,
-                          m_form->frameWarningInterfaceGigE}) {
-        frame->hide();
-    }
     loadSettings();
     connectWidgets();
     onChangeSafetyCamera();

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialogButtonBox>
+#include <QFile>
 #include <QFrame>
 #include <QKeyEvent>
 #include <QLabel>
@@ -288,18 +289,29 @@ TEST_F(SettingsDialogTest, PaletteDecidesTheColoursOfWarningsAndTheResetIcons) {
 }
 
 TEST_F(SettingsDialogTest, LoadsOddValuesAsNumbersInRange) {
-    m_store->setValue(text(keys[0]), QStringLiteral("ten"));
-    m_store->setValue(text(keys[1]), -3);
-    m_store->setValue(text(keys[2]), 200);
-    m_store->setValue(text(keys[3]), QStringLiteral("12"));
-    m_store->setValue(QStringLiteral("Other/key"), QStringLiteral("kept"));
-    open();
-    EXPECT_EQ(values(), (Values{0, 0, 50, 12}));
-    EXPECT_EQ(warnings(), "Camera InterfaceGigE");
-    EXPECT_EQ(stored(keys[2]), QVariant(200)) << "written before OK";
-    press(QDialogButtonBox::Ok);
-    EXPECT_EQ(stored(keys[2]), QVariant(50));
-    EXPECT_EQ(stored("Other/key"), QVariant(QStringLiteral("kept")));
+    const std::vector<std::pair<QByteArray, int>> cases{
+        {"ten", 0},      {"-3", 0},   {"200", 50}, {"12", 12}, {"12.7", 0},
+        {"\"1, 2\"", 0}, {"1, 2", 0}, {"true", 0}, {"", 0},    {"@Invalid()", 0},
+    };
+    int number = 0;
+    for (const auto& [written, shown] : cases) {
+        const QString name = QStringLiteral("%1.ini").arg(++number);
+        QFile file(m_folder.filePath(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write("[Other]\nkey=kept\n[Safety%20Margins]\ninterface_USB=" + written + "\n");
+        file.close();
+        useStore(name);
+        const QVariant before = stored(keys[2]);
+        open();
+        EXPECT_EQ(values(), (Values{10, 5, shown, 5})) << written.constData();
+        EXPECT_EQ(warnings(), shown < 30 ? "InterfaceUSB" : "");
+        press(QDialogButtonBox::Cancel);
+        EXPECT_EQ(stored(keys[2]), before);
+        open();
+        press(QDialogButtonBox::Ok);
+        EXPECT_EQ(stored(keys[2]), QVariant(shown));
+        EXPECT_EQ(stored("Other/key"), QVariant(QStringLiteral("kept")));
+    }
 }
 
 TEST_F(SettingsDialogTest, StoreThatCannotBeWrittenStillHoldsTheValuesInThisProcess) {
@@ -307,6 +319,7 @@ TEST_F(SettingsDialogTest, StoreThatCannotBeWrittenStillHoldsTheValuesInThisProc
     m_store->sync();
     useStore(QStringLiteral("store.ini/below a file.ini"));
     open();
+    EXPECT_EQ(values(), defaults);
     setValues({11, 6, 31, 7});
     press(QDialogButtonBox::Ok);
     m_store->sync();
