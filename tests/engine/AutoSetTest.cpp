@@ -177,6 +177,10 @@ struct Rule {
     bool losesFrames;
 };
 
+void PrintTo(const Rule& rule, std::ostream* stream) {
+    *stream << rule.name;
+}
+
 class AutoSetRule : public testing::TestWithParam<Rule> {};
 
 /// What the rules do not put right, or give away.
