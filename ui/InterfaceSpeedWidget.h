@@ -11,8 +11,9 @@ class InterfaceSpeedWidget;
 }
 
 /// Shows how much of an interface's bandwidth its cameras are assigned: "used / maximum" in MB/s
-/// beside a bar, whose colour tells whether the interface's safety margin is kept. A right click or
-/// a double click lets the user overwrite the maximum. Bound to the GUI thread.
+/// beside a bar, whose colour tells whether the interface's safety margin is kept. A right
+/// click, the menu key or a double click lets the user overwrite the maximum. Bound to the GUI
+/// thread.
 class InterfaceSpeedWidget : public QWidget {
     Q_OBJECT
 
