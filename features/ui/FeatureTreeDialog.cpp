@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "features/ui/FeatureTreeDialog.h"
 
+#include "features/ui/FeatureItemDelegate.h"
 #include "features/ui/FeatureTreeModel.h"
 #include "features/ui/FeatureTreeProxyModel.h"
 #include "ui_FeatureTreeDialog.h"
@@ -8,6 +9,7 @@
 #include <QCloseEvent>
 #include <QHeaderView>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QStyledItemDelegate>
 
 #include <algorithm>
@@ -18,16 +20,10 @@ namespace {
 /// Below this lightness of the window's colour the palette is a dark one.
 constexpr int darkLightness = 100;
 
-/// Rows in which an editor has room, and whose colours can be read on a dark background, too.
-class RowDelegate : public QStyledItemDelegate {
+/// Names whose colour can be read on a dark background, too.
+class NameDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
-
-    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-        constexpr int editorHeight = 27;
-        const QSize size = QStyledItemDelegate::sizeHint(option, index);
-        return {size.width(), std::max(size.height(), editorHeight)};
-    }
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
@@ -52,12 +48,25 @@ FeatureTreeDialog::FeatureTreeDialog(std::shared_ptr<FeatureController> controll
     connect(m_form->checkFilter, &QCheckBox::toggled, this,
             &FeatureTreeDialog::onActivateProxyModel);
     connect(m_form->closeButton, &QPushButton::clicked, this, &QDialog::close);
-    m_form->treeFeatures->setItemDelegate(new RowDelegate(this));
+    setUpEditing();
     m_form->treeFeatures->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
     onActivateProxyModel(m_form->checkFilter->isChecked());
 }
 
 FeatureTreeDialog::~FeatureTreeDialog() = default;
+
+void FeatureTreeDialog::setUpEditing() {
+    QTreeView* tree = m_form->treeFeatures;
+    auto* delegate = new FeatureItemDelegate(tree);
+    tree->setItemDelegateForColumn(FeatureTreeModel::NameColumn, new NameDelegate(tree));
+    tree->setItemDelegateForColumn(FeatureTreeModel::ValueColumn, delegate);
+    connect(this, &FeatureTreeDialog::commitChanges, delegate, &FeatureItemDelegate::onClose);
+    // From a feature's name, too: that is where the arrow keys and most clicks lead.
+    connect(tree, &QTreeView::activated, this, &FeatureTreeDialog::editValue);
+    const auto* editKey = new QShortcut(Qt::Key_F2, tree, nullptr, nullptr, Qt::WidgetShortcut);
+    connect(editKey, &QShortcut::activated, this,
+            [this, tree] { editValue(tree->currentIndex()); });
+}
 
 void FeatureTreeDialog::setUpTree() {
     QTreeView* tree = m_form->treeFeatures;
@@ -65,8 +74,8 @@ void FeatureTreeDialog::setUpTree() {
     m_model->setupModelData();
     m_model->setHeaderLabels({tr("Feature Name"), tr("Value")});
     m_proxy = new FeatureTreeProxyModel(this);
-    m_proxy->setSourceModel(m_model);
     m_proxy->setRecursiveFilteringEnabled(true);
+    m_proxy->setSourceModel(m_model);
     tree->setModel(m_proxy);
     // Whether a feature can be written shows in the colour of its name, too.
     connect(m_proxy, &QAbstractItemModel::dataChanged, tree->viewport(),
@@ -77,6 +86,12 @@ void FeatureTreeDialog::setUpTree() {
     header->setSectionResizeMode(QHeaderView::ResizeToContents);
     connect(tree->verticalScrollBar(), &QScrollBar::valueChanged, this,
             &FeatureTreeDialog::fitNameColumn);
+}
+
+void FeatureTreeDialog::editValue(const QModelIndex& index) {
+    const QModelIndex value = index.siblingAtColumn(FeatureTreeModel::ValueColumn);
+    if (value.flags().testFlag(Qt::ItemIsEditable))
+        m_form->treeFeatures->edit(value);
 }
 
 /// Rows that are scrolled into view may have longer names. The column only grows meanwhile, so that

@@ -26,6 +26,9 @@ public:
                                QWidget* parent = nullptr);
     ~FeatureTreeDialog() override;
 
+    /// The controller that it was made with.
+    const std::shared_ptr<FeatureController>& controller() const { return m_controller; }
+
 signals:
     /// An edit in progress is to be written.
     void commitChanges();
@@ -43,6 +46,8 @@ protected:
 
 private:
     void setUpTree();
+    void setUpEditing();
+    void editValue(const QModelIndex& index);
     void fitNameColumn();
 
     std::unique_ptr<Ui::FeatureTreeDialog> m_form;

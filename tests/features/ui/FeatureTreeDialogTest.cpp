@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "features/ui/FeatureTreeDialog.h"
+
+#include "OrvCPP/OrvSystem.h"
+#include "OrvSimulation/Simulation.h"
+#include "engine/CameraHandler.h"
+#include "engine/MakeSystemController.h"
+#include "engine/SystemController.h"
+#include "features/ui/FeatureTreeModel.h"
+#include "tests/features/ui/FakeFeatureTree.h"
+#include "tests/support/CapturedLog.h"
+#include "tests/support/TextTree.h"
+
+#include <QCheckBox>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QTest>
+#include <QTreeView>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::Pair;
+
+/// A dialog on view, with its widgets.
+struct Window {
+    explicit Window(std::shared_ptr<FeatureController> features)
+        : dialog(new FeatureTreeDialog(std::move(features))),
+          tree(*dialog->findChild<QTreeView*>(QStringLiteral("treeFeatures"))),
+          filter(*dialog->findChild<QCheckBox*>(QStringLiteral("checkFilter"))) {
+        dialog->show();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
+        QObject::connect(dialog, &FeatureTreeDialog::closed, [this] { ++closed; });
+    }
+    ~Window() { delete dialog; }
+
+    QModelIndex row(const char* name) const {
+        const QModelIndexList found =
+            tree.model()->match(tree.model()->index(0, 0), Qt::DisplayRole, QLatin1String(name), 1,
+                                Qt::MatchExactly | Qt::MatchRecursive);
+        return found.value(0);
+    }
+    QString value(const char* name) const { return row(name).siblingAtColumn(1).data().toString(); }
+    /// Begins to edit the value of a feature from its name.
+    QWidget* edit(const char* name) const {
+        tree.setFocus();
+        tree.setCurrentIndex(row(name));
+        QTest::keyClick(&tree, Qt::Key_F2);
+        return tree.indexWidget(row(name).siblingAtColumn(1));
+    }
+
+    QPointer<FeatureTreeDialog> dialog;
+    QTreeView& tree;
+    QCheckBox& filter;
+    int closed = 0;
+};
+
+std::shared_ptr<FakeFeatureTree> makeFeatures() {
+    auto features = std::make_shared<FakeFeatureTree>(std::vector<std::string>{"Camera"});
+    features->add("Camera", "/Image", "PixelFormat", OrvFeatureDataString, std::string("Mono8"));
+    features->add("Camera", "/Image", "PayloadSize", OrvFeatureDataInt, std::int64_t{100});
+    features->add("Camera", "/Other", "Gamma", OrvFeatureDataFloat, 1.0);
+    return features;
+}
+
+TEST(FeatureTreeDialog, OpensFilteredAndExpandedAndCollapsesAllFeatures) {
+    const Window window(makeFeatures());
+    EXPECT_EQ(window.dialog->size(), QSize(620, 570));
+    EXPECT_TRUE(window.filter.isChecked());
+    EXPECT_EQ(textTree(*window.tree.model()),
+              "Camera\n  Image\n    The PayloadSize | 100\n    The PixelFormat | Mono8\n");
+    EXPECT_TRUE(window.tree.isExpanded(window.row("Image")));
+
+    window.tree.setCurrentIndex(window.row("The PixelFormat"));
+    QTest::mouseClick(&window.filter, Qt::LeftButton, {}, QPoint(10, 10));
+    EXPECT_FALSE(window.tree.isExpanded(window.row("Camera")));
+    EXPECT_EQ(window.tree.currentIndex(), window.row("Camera"));
+    EXPECT_TRUE(window.row("The Gamma").isValid());
+
+    window.filter.click();
+    EXPECT_TRUE(window.tree.isExpanded(window.row("Image")));
+    EXPECT_FALSE(window.row("The Gamma").isValid());
+}
+
+TEST(FeatureTreeDialog, WithoutACameraIsEmpty) {
+    const Window window({});
+    window.filter.click();
+    window.filter.click();
+    EXPECT_EQ(window.tree.model(), nullptr);
+}
+
+TEST(FeatureTreeDialog, WritesAnOpenEditBeforeItIsClosedInWhateverWay) {
+    const std::vector<std::function<void(QWidget&)>> ways{
+        [](QWidget& dialog) { dialog.close(); },
+        [](QWidget& dialog) {
+            QTest::mouseClick(dialog.findChild<QPushButton*>(QStringLiteral("closeButton")),
+                              Qt::LeftButton);
+        },
+        [](QWidget& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); },
+    };
+    for (const auto& close : ways) {
+        const auto features = makeFeatures();
+        const Window window(features);
+        QWidget* editor = window.edit("The PixelFormat");
+        ASSERT_NE(editor, nullptr);
+        auto* text = editor->findChild<QLineEdit*>();
+        text->selectAll();
+        QTest::keyClicks(text, QStringLiteral("Mono12"));
+        std::size_t writtenAtClose = 0;
+        QObject::connect(window.dialog, &FeatureTreeDialog::closed,
+                         [&] { writtenAtClose = features->written.size(); });
+        close(*window.dialog);
+        EXPECT_EQ(window.closed, 1);
+        EXPECT_EQ(writtenAtClose, 1U);
+        EXPECT_THAT(features->written,
+                    ElementsAre(Pair("PixelFormat", FeatureValue(std::string("Mono12")))));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_TRUE(window.dialog.isNull());
+        EXPECT_EQ(features.use_count(), 1);
+    }
+}
+
+TEST(FeatureTreeDialog, StandsBesideAnother) {
+    const Window first(makeFeatures());
+    const Window second(makeFeatures());
+    second.tree.model()->setData(second.row("The PayloadSize").siblingAtColumn(1), 7);
+    second.dialog->close();
+    EXPECT_EQ(first.value("The PayloadSize"), QStringLiteral("100"));
+    EXPECT_EQ(first.closed, 0);
+}
+
+/// The dialog on a simulated camera of more than 200 features.
+class FeatureTreeOfCamera : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(m_system.Startup(L""), OrvErrorSuccess);
+        m_controller = makeSystemController(m_system);
+        m_camera = m_controller->enumerate().at(0).at(0);
+    }
+    void TearDown() override {
+        m_camera.reset();
+        m_controller.reset();
+        m_system.Shutdown();
+    }
+    /// How many calls \p action and the painting after it make.
+    template <class Action> std::uint64_t calls(Action action) {
+        m_simulation->ResetCalls();
+        action();
+        QCoreApplication::processEvents();
+        QCoreApplication::processEvents();
+        return m_simulation->GetCallCount();
+    }
+
+    CapturedLog m_log;
+    OrvCPP::OrvSystem& m_system = OrvCPP::OrvSystem::GetInstance();
+    OrvCPP::ISimulation* m_simulation = dynamic_cast<OrvCPP::ISimulation*>(&m_system);
+    std::shared_ptr<SystemController> m_controller;
+    std::shared_ptr<CameraHandler> m_camera;
+};
+
+TEST_F(FeatureTreeOfCamera, IsReadOnlyAsFarAsItIsOnView) {
+    const auto features = m_camera->getFeatureController();
+    const auto listing = [&] {
+        FeatureTreeModel(features).setupModelData();
+    };
+    listing();
+    const std::uint64_t listed = calls(listing);
+    std::unique_ptr<Window> window;
+    EXPECT_LT(calls([&] { window = std::make_unique<Window>(features); }) - listed, 300U);
+    EXPECT_GT(window->tree.header()->sectionSize(0), 200);
+    EXPECT_EQ(calls([&] { window->filter.click(); }), 0U);
+    EXPECT_EQ(calls([&] { window->tree.expand(window->tree.model()->index(3, 0)); }), 0U);
+    calls([&] { window->tree.expandAll(); });
+    // Nothing is read twice.
+    EXPECT_EQ(calls([&] { window->tree.collapseAll(); }), 0U);
+    EXPECT_EQ(calls([&] { window->tree.expandAll(); }), 0U);
+}
+
+TEST_F(FeatureTreeOfCamera, FollowsWhatAWriteChangesElsewhere) {
+    const Window window(m_camera->getFeatureController());
+    const int payload = window.value("Payload Size").toInt();
+    const QModelIndex format = window.row("Pixel Format").siblingAtColumn(1);
+    window.tree.scrollTo(format);
+    calls([] {});
+    EXPECT_LT(
+        calls([&] { EXPECT_TRUE(window.tree.model()->setData(format, QStringLiteral("Mono12"))); }),
+        150U);
+    EXPECT_EQ(window.value("Payload Size").toInt(), 2 * payload);
+    EXPECT_FALSE(window.tree.model()->setData(format, QStringLiteral("NoFormat")));
+    EXPECT_EQ(window.value("Pixel Format"), QStringLiteral("Mono12"));
+    EXPECT_THAT(m_log.text(), testing::HasSubstr("Cannot set feature 'PixelFormat' to value"));
+}
+
+TEST_F(FeatureTreeOfCamera, OutlivesTheCamera) {
+    const Window window(m_camera->getFeatureController());
+    m_camera.reset();
+    m_controller.reset();
+    m_log.clear();
+    const QModelIndex format = window.row("Pixel Format").siblingAtColumn(1);
+    EXPECT_FALSE(window.tree.model()->setData(format, QStringLiteral("Mono12")));
+    EXPECT_THAT(m_log.text(), testing::HasSubstr("Warning:"));
+}
+
+} // namespace
