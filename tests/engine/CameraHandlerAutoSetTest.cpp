@@ -79,6 +79,8 @@ struct ModelCamera : HandlerWithFakes {
     std::int64_t autoSet() { return handler.autoSet(margin); }
 };
 
+using Steps = std::vector<std::int64_t>;
+
 struct SearchCase {
     const char* name;
     std::int64_t payload;
@@ -87,7 +89,7 @@ struct SearchCase {
     double overhead;
     std::int64_t result;
     /// After the maximum and the calculated bandwidth.
-    std::vector<std::int64_t> tried;
+    Steps tried;
 };
 
 class AutoSetSearch : public testing::TestWithParam<SearchCase> {};
@@ -97,13 +99,12 @@ TEST_P(AutoSetSearch, FindsTheKnownAnswer) {
     ModelCamera camera(p.payload, p.minimum, 1'000'000, 100.0, p.overhead);
     camera.features->written.clear();
     EXPECT_EQ(camera.autoSet(), p.result);
-    std::vector<std::int64_t> written{1'000'000, p.payload * 100};
+    Steps written{1'000'000, p.payload * 100};
     written.insert(written.end(), p.tried.begin(), p.tried.end());
     EXPECT_EQ(camera.features->written, written);
     EXPECT_EQ(camera.features->descriptionsRead, 1);
 }
 
-using Steps = std::vector<std::int64_t>;
 const Steps tenSteps{550'000, 325'000, 212'500, 156'250, 128'125,
                      114'063, 107'032, 103'517, 101'760, 100'882};
 
@@ -129,25 +130,23 @@ INSTANTIATE_TEST_SUITE_P(
 /// Halving brackets the need: what is found misses the target by less than the tolerance, and is
 /// above the need by no more than two of the last steps.
 TEST(CameraAutoSet, FindsTheNeedOfAnyCameraWithinItsLastSteps) {
+    constexpr std::int64_t payload = 307'200;
+    constexpr double rate = 29.97;
     constexpr double rounding = 20.0;
-    for (const std::int64_t payload : {1'000, 307'200, 5'013'504}) {
-        for (const double rate : {1.5, 29.97, 100.0, 499.0}) {
-            for (const double share : {0.1, 0.5, 0.9, 0.99, 1.0}) {
-                for (const double overhead : {1.0, 1.004, 1.03, 1.3, 3.7, 20.0}) {
-                    const double need = static_cast<double>(payload) * rate * overhead;
-                    const auto maximum = static_cast<std::int64_t>(need / share) + 1;
-                    ModelCamera camera(payload, 10, maximum, rate, overhead);
-                    camera.features->written.clear();
-                    const auto found = static_cast<double>(camera.autoSet());
-                    const Steps& written = camera.features->written;
-                    if (written.size() == 1)
-                        continue;
-                    const double range = static_cast<double>(maximum - written[1]);
-                    const int iterations = static_cast<int>(written.size()) - 2;
-                    EXPECT_GE(found, 0.995 * need - rounding);
-                    EXPECT_LE(found, need + std::ldexp(range, 1 - iterations) + rounding);
-                }
-            }
+    for (const double overhead : {1.0, 1.004, 1.03, 1.3, 3.7, 20.0}) {
+        const double need = static_cast<double>(payload) * rate * overhead;
+        for (const double share : {0.1, 0.3, 0.5, 0.7, 0.9, 1.0}) {
+            const auto maximum = static_cast<std::int64_t>(need / share) + 1;
+            ModelCamera camera(payload, 10, maximum, rate, overhead);
+            camera.features->written.clear();
+            const auto found = static_cast<double>(camera.autoSet());
+            const Steps& written = camera.features->written;
+            if (written.size() == 1)
+                continue; // Skipped, as so little is missing to the maximum.
+            const double range = static_cast<double>(maximum - written[1]);
+            const int iterations = static_cast<int>(written.size()) - 2;
+            EXPECT_GE(found, 0.995 * need - rounding);
+            EXPECT_LE(found, need + std::ldexp(range, 1 - iterations) + rounding);
         }
     }
 }
@@ -284,6 +283,7 @@ TEST(CameraAutoSet, SurvivesExtremeNumbers) {
     for (const double anyMargin : {margin, -2.0, std::nan("")}) {
         for (const std::int64_t maximum : {largest, std::int64_t{1}, Limits::min()}) {
             ModelCamera camera(largest, 10, maximum, 100.0, 1e-10);
+            camera.features->put("AcquisitionFrameRateLimit", 100.0);
             EXPECT_GE(camera.handler.autoSet(anyMargin), 0);
             EXPECT_EQ(camera.features->written.empty(), maximum < 0);
         }
