@@ -37,8 +37,13 @@ void readSensor(ObjectReader reader, CameraData& camera) {
                             .arg(pixelFormatTexts().join(QStringLiteral("\", \""))));
         camera.pixelFormats.push_back(pixelFormatNames[static_cast<std::size_t>(index)].format);
     }
-    if (!reader.has("pixelFormats"))
-        camera.pixelFormats = {camera.pixelFormat, OrvPixelFormatMono12p, OrvPixelFormatMono12};
+    if (!reader.has("pixelFormats")) {
+        camera.pixelFormats = {camera.pixelFormat};
+        for (const OrvPixelFormatType format : {OrvPixelFormatMono12p, OrvPixelFormatMono12}) {
+            if (format != camera.pixelFormat)
+                camera.pixelFormats.push_back(format);
+        }
+    }
     if (std::count(camera.pixelFormats.begin(), camera.pixelFormats.end(), camera.pixelFormat) != 1)
         reader.fail("pixelFormats", QStringLiteral("the pixelFormat to be among them, once"));
     reader.finish();
