@@ -80,6 +80,9 @@ void FeatureItemDelegate::updateEditorGeometry(QWidget* editor, const QStyleOpti
     const QSize needed = editor->minimumSizeHint();
     QRect place(option.rect);
     place.setWidth(std::max(place.width(), needed.width()));
+    // An editor that is wider than what is left for its column takes the room of the name.
+    const int beyond = place.right() - editor->parentWidget()->rect().right();
+    place.moveLeft(place.left() - std::clamp(beyond, 0, std::max(0, place.left())));
     const int more = std::max(0, needed.height() - place.height());
     editor->setGeometry(place.adjusted(0, -more / 2, 0, more - more / 2));
 }

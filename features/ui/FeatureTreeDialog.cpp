@@ -20,10 +20,15 @@ namespace {
 /// Below this lightness of the window's colour the palette is a dark one.
 constexpr int darkLightness = 100;
 
-/// Names whose colour can be read on a dark background, too.
+/// Names whose colour can be read on a dark background, too, with a gap before the values.
 class NameDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        constexpr int gap = 12;
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(gap, 0);
+    }
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
