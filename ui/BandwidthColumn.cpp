@@ -141,6 +141,17 @@ void BandwidthColumn::reload(const QModelIndex& camera) {
     slider->updateColor(m_model.cameraHandler(camera)->getAutosetStatus());
 }
 
+void BandwidthColumn::reloadValue(const FeatureController& features) {
+    for (const QModelIndex& interfaceRow : interfaceRows()) {
+        for (const QModelIndex& camera : m_model.childIndexes(interfaceRow)) {
+            if (m_model.cameraHandler(camera)->getFeatureController().get() != &features)
+                continue;
+            if (BandwidthSliderWidget* slider = sliderOf(camera))
+                showUsage(camera, slider->getValue());
+        }
+    }
+}
+
 void BandwidthColumn::updateMaximum(const QModelIndex& row) {
     const bool isInterface = m_model.hasChildren(row.siblingAtColumn(CameraListModel::NameColumn));
     InterfaceSpeedWidget* bar = isInterface ? barOf(row) : nullptr;

@@ -3,6 +3,7 @@
 
 #include "engine/CameraHandler.h"
 #include "engine/MakeSystemController.h"
+#include "features/ui/FeatureTreeDialog.h"
 #include "logging/Log.h"
 #include "logging/LogMessageWidget.h"
 #include "logging/QtMessageHandler.h"
@@ -63,12 +64,15 @@ SpanletDialog::SpanletDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSiz
     connect(m_form->buttonRefresh, &QPushButton::clicked, this,
             &SpanletDialog::onRefreshButtonClicked);
     onRefreshButtonClicked();
+    connect(m_form->buttonFeatureTree, &QPushButton::clicked, this,
+            &SpanletDialog::onShowFeatureTreeDialog);
     connect(m_form->buttonSettings, &QPushButton::clicked, this,
             &SpanletDialog::onSettingsButtonClicked);
     setUpHelp();
 }
 
 SpanletDialog::~SpanletDialog() {
+    closeFeatureTrees();
     closeSettings();
     qInstallMessageHandler(nullptr);
     endBenchmark();
@@ -312,6 +316,7 @@ void SpanletDialog::onRefreshButtonClicked() {
     // The cameras are about to go: no benchmark may start on them. Selecting an interface of the
     // new tree lets it start again.
     m_form->grpStatistics->setEnabled(false);
+    m_form->buttonFeatureTree->setEnabled(false);
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     m_model->setupModelData();
     m_form->treeViewCameras->expandAll();
@@ -334,12 +339,49 @@ void SpanletDialog::processEvents() const {
 
 void SpanletDialog::onClickTreeView(QModelIndex current, QModelIndex /*previous*/) {
     updateCameraAction(current);
-    const bool isInterface = m_model->hasChildren(current) && current.parent().isValid();
+    const bool isGroup = m_model->hasChildren(current);
+    m_form->buttonFeatureTree->setEnabled(current.isValid() && !isGroup);
+    const bool isInterface = isGroup && current.parent().isValid();
     if (!isInterface)
         return;
     m_form->comboInterface->setCurrentText(
         current.siblingAtColumn(CameraListModel::NameColumn).data().toString());
     m_autoSetInterfaceAction->setEnabled(true);
+}
+
+void SpanletDialog::onShowFeatureTreeDialog() {
+    const auto camera = m_model->cameraHandler(m_form->treeViewCameras->currentIndex());
+    if (!camera)
+        return;
+    const auto features = camera->getFeatureController();
+    for (FeatureTreeDialog* open : findChildren<FeatureTreeDialog*>()) {
+        if (open->controller() == features && open->isVisible()) {
+            open->raise();
+            open->activateWindow();
+            return;
+        }
+    }
+    const CameraInfo info = camera->getCameraInfo();
+    auto* dialog = new FeatureTreeDialog(features, this);
+    connect(dialog, &FeatureTreeDialog::closed, this, &SpanletDialog::onFeatureTreeClosed);
+    dialog->setWindowTitle(tr("Feature Tree of %1-%2 (%3)")
+                               .arg(QString::fromStdString(info.modelName),
+                                    QString::fromStdString(info.serialNumber),
+                                    QString::fromStdString(info.cameraId)));
+    dialog->show();
+}
+
+void SpanletDialog::onFeatureTreeClosed() {
+    if (const auto* dialog = qobject_cast<FeatureTreeDialog*>(sender()))
+        m_bandwidthColumn->reloadValue(*dialog->controller());
+}
+
+void SpanletDialog::closeFeatureTrees() {
+    for (FeatureTreeDialog* dialog : findChildren<FeatureTreeDialog*>()) {
+        // One that is closed already only waits for its deletion.
+        if (dialog->isVisible())
+            dialog->close();
+    }
 }
 
 void SpanletDialog::onSettingsButtonClicked() {
@@ -361,7 +403,7 @@ void SpanletDialog::onAboutButtonClicked() {
         tr("Version: ") + QStringLiteral(SPANLET_VERSION),
         tr("Orv API Version: ") + QString::fromStdString(m_controller->getSdkVersion()),
         QString(),
-        tr("Copyright (c) 2026 The Spanlet authors. Licence: BSD 3-Clause."),
+        tr("Copyright (c) 2026 The Spanlet authors. BSD 3-Clause License."),
     };
     QMessageBox::about(this, tr("About Orvia Spanlet"), lines.join(QLatin1Char('\n')));
 }
@@ -411,6 +453,7 @@ void SpanletDialog::onAutoSetCameraButtonClicked() {
 }
 
 void SpanletDialog::done(int /*code*/) {
+    closeFeatureTrees();
     closeSettings();
     endBenchmark();
     QDialog::done(autoAdjustResult());
@@ -428,6 +471,7 @@ void SpanletDialog::changeEvent(QEvent* event) {
 }
 
 void SpanletDialog::closeEvent(QCloseEvent* event) {
+    closeFeatureTrees();
     closeSettings();
     endBenchmark();
     // A dialog that is not visible closes without done().

@@ -56,6 +56,10 @@ public slots:
     void onStartStopBenchmark();
     void onTimerTimeout();
     void onRefreshButtonClicked();
+    /// Shows the features of the current camera.
+    void onShowFeatureTreeDialog();
+    /// Shows what became of the bandwidth of the camera whose features were edited.
+    void onFeatureTreeClosed();
     void onSettingsButtonClicked();
     /// Shows the Get Started page.
     void onSupportButtonClicked();
@@ -99,6 +103,7 @@ private:
     /// Offers what can be set now, after a lock or a maximum has changed.
     void updateAutoSetActions();
     void updateCameraAction(const QModelIndex& current);
+    void closeFeatureTrees();
     /// Open settings dialogs hand their packet-size flag back now, while there is a dialog to take
     /// it.
     void closeSettings();

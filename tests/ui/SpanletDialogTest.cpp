@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/SpanletDialog.h"
+#include "features/ui/FeatureTreeDialog.h"
 #include "logging/Log.h"
 #include "logging/QtMessageHandler.h"
 #include "logging/RowHeights.h"
@@ -142,8 +143,7 @@ TEST_F(SpanletDialogTest, ComesUpWithTheFirstInterfaceSelected) {
     EXPECT_EQ(m_dialog->cursor().shape(), Qt::ArrowCursor);
 }
 
-TEST_F(SpanletDialogTest, DisablesWhatItCannotDoYet) {
-    EXPECT_FALSE(button("buttonFeatureTree").isEnabled());
+TEST_F(SpanletDialogTest, HasNoButtonThatReturnTriggers) {
     for (const auto* found : m_dialog->findChildren<QPushButton*>())
         EXPECT_FALSE(found->autoDefault()) << found->objectName().toStdString();
 }
@@ -338,6 +338,33 @@ TEST_F(SpanletDialogTest, LetsTheUserOverwriteTheMaximumOfAnInterface) {
     EXPECT_EQ(usage(0, 0), "72 / 125");
 }
 
+TEST_F(SpanletDialogTest, OpensOneFeatureTreePerCamera) {
+    const auto trees = [this] {
+        return m_dialog->findChildren<FeatureTreeDialog*>();
+    };
+    QPushButton& open = button("buttonFeatureTree");
+    m_dialog->show();
+    EXPECT_FALSE(open.isEnabled()) << "an interface is current";
+    for (const QModelIndex& row : {camera(0, 0, 0), camera(1, 0, 0)}) {
+        tree().setCurrentIndex(row);
+        open.click();
+        open.click();
+    }
+    ASSERT_EQ(trees().size(), 2);
+    EXPECT_EQ(trees()[0]->windowTitle(), QStringLiteral("Feature Tree of A-S (1)"));
+
+    // What was edited there shows in the row.
+    m_first->bandwidth = 77'000'000;
+    trees()[0]->close();
+    EXPECT_EQ(usage(0, 0), "77 / 125");
+    button("buttonRefresh").click();
+    EXPECT_FALSE(open.isEnabled());
+    EXPECT_TRUE(trees().last()->isVisible()) << "of a camera that is gone";
+    QSignalSpy closed(trees().last(), &FeatureTreeDialog::closed);
+    m_dialog->close();
+    EXPECT_EQ(closed.count(), 1);
+}
+
 TEST_F(SpanletDialogTest, KeepsSelectorAndTreeOnOneInterface) {
     combo().setCurrentIndex(2);
     EXPECT_EQ(tree().currentIndex(), interfaceRow(1, 0));
@@ -488,7 +515,8 @@ TEST_F(SpanletDialogTest, CanBeOperatedWithKeysOnly) {
     }
     EXPECT_EQ(visited.join(QLatin1Char(' ')).toStdString(),
               "buttonRefresh comboInterface spinBenchmark buttonBenchmark buttonAutoSet "
-              "buttonSettings buttonAbout buttonSupport treeViewCameras InterfaceSpeedWidget sliderBandwidth spinBandwidth "
+              "buttonSettings buttonAbout buttonSupport treeViewCameras InterfaceSpeedWidget "
+              "sliderBandwidth spinBandwidth "
               "buttonLock buttonShowLogging tableLog buttonRefresh");
 
     QPushButton& refresh = button("buttonRefresh");
