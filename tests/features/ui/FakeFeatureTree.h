@@ -41,21 +41,19 @@ public:
     }
     FeatureInfo getFeatureInfo(const std::string& module, const std::string& name) const override {
         ++reads[name];
-        return isGone ? FeatureInfo() : features.at({module, name});
+        return features.at({module, name});
     }
     FeatureInfo getFeatureOutline(const std::string& module,
                                   const std::string& name) const override {
         ++outlines[name];
         FeatureInfo outline;
-        if (!isGone) {
-            outline.displayName = features.at({module, name}).displayName;
-            outline.writable = features.at({module, name}).writable;
-        }
+        outline.displayName = features.at({module, name}).displayName;
+        outline.writable = features.at({module, name}).writable;
         return outline;
     }
     bool setFeatureValue(const std::string& module, const std::string& name,
                          const FeatureValue& value) override {
-        if (refuses || isGone)
+        if (refuses)
             return false;
         written.emplace_back(name, value);
         features.at({module, name}).value = value;
@@ -70,7 +68,6 @@ public:
 
     std::map<Key, FeatureInfo> features;
     bool refuses = false;
-    bool isGone = false;
     std::function<void()> onWrite;
     std::vector<std::pair<std::string, FeatureValue>> written;
     std::vector<std::pair<std::string, double>> commands;
