@@ -62,7 +62,7 @@
     </message>
     <message>
         <source>Feature Name</source>
-        <translation>Name des Features</translation>
+        <translation>Feature</translation>
     </message>
     <message>
         <source>Value</source>
@@ -336,19 +336,19 @@ Die Auswahl wird gespeichert, wenn Sie die Einstellungen mit „OK“ bestätige
     <message>
         <source>Received
 Frames /s</source>
-        <translation>Empfangene
+        <translation>Erhaltene
 Bilder /s</translation>
     </message>
     <message>
         <source>Received
 Payload (MB)</source>
-        <translation>Empfangene
+        <translation>Erhaltene
 Nutzdaten (MB)</translation>
     </message>
     <message>
         <source>Received
 Frames</source>
-        <translation>Empfangene
+        <translation>Erhaltene
 Bilder</translation>
     </message>
     <message>
@@ -366,7 +366,7 @@ Bilder</translation>
     <message>
         <source>Incomplete
 Frames</source>
-        <translation>Unvollständige
+        <translation>Unvoll­ständige
 Bilder</translation>
     </message>
     <message>
@@ -404,8 +404,8 @@ Derzeit der Kamera zugewiesene Bandbreite</translation>
         <translation>Version der Orv-API: </translation>
     </message>
     <message>
-        <source>Copyright (c) 2026 The Spanlet authors. Licence: BSD 3-Clause.</source>
-        <translation>Copyright (c) 2026 The Spanlet authors. Lizenz: BSD 3-Clause.</translation>
+        <source>Copyright (c) 2026 The Spanlet authors. BSD 3-Clause License.</source>
+        <translation>Copyright (c) 2026 The Spanlet authors. BSD-3-Clause-Lizenz.</translation>
     </message>
     <message>
         <source>About Orvia Spanlet</source>

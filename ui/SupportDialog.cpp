@@ -25,9 +25,10 @@ void SupportDialog::loadPage() {
                   "The file of the page: each language names one of its own"));
     if (page.open(QIODevice::ReadOnly))
         m_form->labelPage->setText(QString::fromUtf8(page.readAll()));
-    // The page's own background ends with its text.
+    // The page's own colours cover neither what is below its text nor the marks of its lists.
     QPalette paper = m_form->labelPage->palette();
     paper.setColor(QPalette::Window, QColor(QStringLiteral("#f5f5f5")));
+    paper.setColor(QPalette::WindowText, QColor(QStringLiteral("#22282e")));
     m_form->labelPage->setPalette(paper);
 }
 
