@@ -83,7 +83,8 @@ bool FeatureTreeProxyModel::filterAcceptsRow(int sourceRow, const QModelIndex& s
 QString FeatureTreeProxyModel::moduleOf(QModelIndex index) const {
     while (index.parent().isValid())
         index = index.parent();
-    const QString module = index.data(filterRole()).toString();
+    const QString module =
+        index.siblingAtColumn(FeatureTreeModel::NameColumn).data(filterRole()).toString();
     const QString stream = QStringLiteral("Stream");
     return module.startsWith(stream) ? stream : module;
 }
