@@ -170,11 +170,13 @@ void BandwidthSliderWidget::setRange(const FeatureInfo& feature) {
 
 void BandwidthSliderWidget::showBandwidth(std::int64_t bandwidth) {
     const int before = value();
+    // Without an answer from the camera, what it last had is the best guess.
+    const double megabytes = bandwidth > 0 ? static_cast<double>(bandwidth) / 1000.0 / 1000.0
+                                           : static_cast<double>(m_settledValue);
     {
         const QSignalBlocker sliderBlocker(m_form->sliderBandwidth);
         const QSignalBlocker spinBlocker(m_form->spinBandwidth);
-        m_form->spinBandwidth->setValue(
-            toInt(std::llround(static_cast<double>(bandwidth) / 1000.0 / 1000.0)));
+        m_form->spinBandwidth->setValue(toInt(std::llround(megabytes)));
         m_form->sliderBandwidth->setValue(value());
     }
     m_settledValue = value();
@@ -218,7 +220,9 @@ void BandwidthSliderWidget::setValue(int value) {
     const auto bytes = static_cast<std::uint64_t>(std::max(value, 0) * 1000.0 * 1000.0);
     const auto wanted = static_cast<std::int64_t>(bytes);
     const bool isWritten = m_features->setFeatureValue(camera, m_feature, wanted);
-    const std::int64_t inEffect = toBytes(m_features->getFeatureValue(camera, m_feature));
+    std::int64_t inEffect = toBytes(m_features->getFeatureValue(camera, m_feature));
+    if (isWritten && inEffect == 0)
+        inEffect = wanted;
     if (!isWritten || inEffect != wanted) {
         logWarning(m_features->messagePrefix() + ": SetValue for '" + m_feature +
                    "' was not successfull, new value: " + std::to_string(inEffect));

@@ -256,7 +256,13 @@ TEST_F(BandwidthSliderTest, ShowsWhatIsInEffectWhenTheCameraRefuses) {
     };
     m_row->setValue(300);
     EXPECT_TRUE(m_log.has(line + "150000000"));
-    EXPECT_THAT(m_told, ElementsAre(100, 150));
+    // Without an answer afterwards, the camera is taken at its word.
+    m_features->onWrite = [this](std::int64_t) {
+        m_features->put(limit, std::int64_t{0});
+    };
+    m_row->setValue(200);
+    EXPECT_EQ(m_row->getValue(), 200);
+    EXPECT_THAT(m_told, ElementsAre(100, 150, 200));
 }
 
 TEST_F(BandwidthSliderTest, CameraWithoutTheFeatureIsLockedOut) {
