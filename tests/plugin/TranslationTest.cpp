@@ -1,14 +1,22 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/plugin/HostedDialog.h"
 
+#include <QAbstractButton>
 #include <QDataStream>
 #include <QDir>
 #include <QFile>
+#include <QHeaderView>
+#include <QLabel>
 #include <QLocale>
+#include <QPushButton>
+#include <QRegularExpression>
 #include <QSettings>
+#include <QTableWidget>
 #include <QTemporaryDir>
+#include <QTreeView>
 #include <gtest/gtest.h>
 
+#include <iostream>
 #include <string>
 
 namespace {
@@ -41,6 +49,39 @@ void writeTranslation(const QString& path, const QString& title) {
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(QByteArray::fromHex("3cb86418caef9c95cd211cbf60a1bddd"));
     QDataStream(&file) << quint8{0x42} << hashes << quint8{0x69} << message;
+}
+
+/// Buttons and labels have room for their texts, and each mnemonic is there once.
+void expectWholeTexts(const QWidget& dialog) {
+    QStringList mnemonics;
+    for (const auto* button : dialog.findChildren<QAbstractButton*>()) {
+        if (button->text().isEmpty())
+            continue;
+        EXPECT_GE(button->width(), button->minimumSizeHint().width())
+            << button->text().toStdString();
+        const QString key = QKeySequence::mnemonic(button->text()).toString();
+        EXPECT_FALSE(!key.isEmpty() && mnemonics.contains(key)) << key.toStdString();
+        mnemonics << key;
+    }
+    for (const auto* label : dialog.findChildren<QLabel*>()) {
+        const bool isRead = label->isVisible() && !label->text().isEmpty();
+        EXPECT_TRUE(!isRead || label->width() >= label->minimumSizeHint().width())
+            << label->text().toStdString();
+    }
+}
+
+/// No word is wider than its column.
+void expectWholeWords(const QHeaderView& header) {
+    const QRegularExpression breaks(QStringLiteral("[ \n\\x{ad}]"));
+    for (int column = 0; column < header.count(); ++column) {
+        const auto label = [&](int role) {
+            return header.model()->headerData(column, Qt::Horizontal, role);
+        };
+        const QFontMetrics metrics(label(Qt::FontRole).value<QFont>());
+        for (const QString& word : label(Qt::DisplayRole).toString().split(breaks))
+            EXPECT_LE(metrics.horizontalAdvance(word), header.sectionSize(column))
+                << word.toStdString();
+    }
 }
 
 class TranslationTest : public testing::Test {
@@ -80,6 +121,44 @@ TEST_F(TranslationTest, PrefersTheLocaleThenTheLanguageThenEnglish) {
 
     writeTranslation(QStringLiteral("qm/Spanlet_de_AT.qm"), QStringLiteral("Oesterreich"));
     EXPECT_EQ(title(), "Oesterreich");
+}
+
+/// What the build made of the German texts, found from an Austrian system.
+TEST_F(TranslationTest, ShowsEveryDialogInGermanWithoutCuttingTextsOff) {
+    ASSERT_TRUE(QDir().mkdir(QStringLiteral("qm")));
+    QFont usual = QApplication::font();
+    usual.setPointSize(9);
+    QApplication::setFont(usual);
+    ASSERT_TRUE(QFile::copy(QStringLiteral(GERMAN_FILE), QStringLiteral("qm/Spanlet_de.qm")));
+    m_host.run(false, [&](QDialog& dialog) {
+        const auto button = [&dialog](const char* name) {
+            return dialog.findChild<QPushButton*>(QLatin1String(name));
+        };
+        EXPECT_EQ(button("buttonSettings")->text(), QStringLiteral("&Einstellungen..."));
+        dialog.resize(dialog.minimumSize());
+        expectWholeTexts(dialog);
+        auto& tree = *dialog.findChild<QTreeView*>();
+        expectWholeWords(*tree.header());
+        const QModelIndex selected = tree.currentIndex();
+        tree.setCurrentIndex(selected.model()->index(0, 0, selected));
+        std::cerr << "verloren" << std::endl;
+        EXPECT_EQ(dialog.findChild<QTableWidget*>()->item(0, 0)->text(), QStringLiteral("FEHLER"));
+
+        std::string titles;
+        for (const char* name : {"buttonSettings", "buttonFeatureTree", "buttonSupport"}) {
+            button(name)->click();
+            auto* opened = dialog.findChildren<QDialog*>().constLast();
+            titles += opened->windowTitle().section(QStringLiteral(" von"), 0, 0).toStdString();
+            QCoreApplication::processEvents();
+            expectWholeTexts(*opened);
+            for (const auto* label : opened->findChildren<QLabel*>(QStringLiteral("labelPage")))
+                EXPECT_TRUE(label->text().contains(QStringLiteral("<h1>Erste Schritte</h1>")));
+            delete opened;
+            titles += '\n';
+        }
+        EXPECT_EQ(titles, "Einstellungen f\u00fcr Auto Set\nFeature-Baum\nSpanlet\n");
+        dialog.close();
+    });
 }
 
 } // namespace
