@@ -17,14 +17,13 @@
 #include <QRegularExpressionValidator>
 #include <QSignalBlocker>
 #include <QSlider>
+#include <qwt_scale_engine.h>
+#include <qwt_slider.h>
 
 #include <algorithm>
 #include <limits>
 #include <utility>
 #include <variant>
-
-#include <qwt_scale_engine.h>
-#include <qwt_slider.h>
 
 namespace {
 
@@ -277,13 +276,14 @@ void DelegateWidget::setValue(const FeatureValue& value) {
     m_value = value;
     if (m_form != nullptr)
         showText(value);
-    if (m_spin != nullptr) {
+    if (m_spin != nullptr)
         m_spin->setValue(as<std::int64_t>(value));
-        m_spin->selectAll();
-    }
     moveSlider();
-    if (auto* box = qobject_cast<QCheckBox*>(m_holder))
+    if (auto* box = qobject_cast<QCheckBox*>(m_holder)) {
+        // One that could not be read has another type, and is not to be written for that.
+        m_value = as<bool>(value);
         box->setChecked(as<bool>(value));
+    }
     if (auto* box = qobject_cast<QComboBox*>(m_holder))
         box->setCurrentIndex(box->findText(QString::fromStdString(as<std::string>(value))));
     if (auto* button = qobject_cast<QPushButton*>(m_holder)) {
@@ -382,6 +382,8 @@ bool DelegateWidget::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::FocusIn:
         // So the view knows that its editor has the focus.
         setFocusProxy(&part);
+        if (&part == m_spin)
+            m_spin->selectAll();
         return false;
     case QEvent::FocusOut:
         if (hasLostFocus())

@@ -18,14 +18,13 @@
 #include <QTreeView>
 #include <QWheelEvent>
 #include <QWindow>
+#include <qwt_scale_map.h>
+#include <qwt_slider.h>
 
 #include <gmock/gmock.h>
 
 #include <functional>
 #include <memory>
-
-#include <qwt_scale_map.h>
-#include <qwt_slider.h>
 
 namespace {
 
@@ -197,6 +196,8 @@ INSTANTIATE_TEST_SUITE_P(
     All, EditedByKeys,
     testing::Values(
         KeyCase{"Boolean", feature(OrvFeatureDataBool, false), [] { press(Qt::Key_Space); }, true},
+        KeyCase{"BooleanThatCannotBeRead", feature(OrvFeatureDataBool, Int{0}),
+                [] { press(Qt::Key_Space); }, Int{1}},
         KeyCase{"EnumerationByKey", enumeration("Off", {"Off", "On"}), [] { press(Qt::Key_Down); },
                 std::string("On")},
         KeyCase{"EnumerationByWheel", enumeration("Off", {"Off", "On"}),
