@@ -143,6 +143,7 @@ void SpanletDialog::setUpTree() {
     QHeaderView* header = tree->header();
     // A label that is wider than its column goes on in a second line.
     header->setDefaultAlignment(Qt::Alignment(QFlag(int{Qt::AlignCenter} | int{Qt::TextWordWrap})));
+    header->setStretchLastSection(false);
     header->setSectionResizeMode(QHeaderView::Stretch);
     header->setSectionResizeMode(CameraListModel::NameColumn, QHeaderView::ResizeToContents);
     header->setSectionResizeMode(CameraListModel::BandwidthColumn, QHeaderView::ResizeToContents);
