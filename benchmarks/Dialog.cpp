@@ -11,6 +11,7 @@
 #include "logging/Log.h"
 #include "ui/CameraListModel.h"
 #include "ui/LogTable.h"
+#include "ui/SettingsKeys.h"
 #include "ui/SpanletDialog.h"
 
 #include "OrvSimulation/Simulation.h"
@@ -18,7 +19,9 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QPushButton>
+#include <QSettings>
 #include <QSlider>
+#include <QTemporaryDir>
 #include <QThread>
 #include <QToolButton>
 #include <QTreeView>
@@ -198,5 +201,10 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     Q_INIT_RESOURCE(resources);
     const QApplication application(argc, argv);
+    // Neither the user's margins nor the help that opens at start take part.
+    const QTemporaryDir store;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, store.path());
+    QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
+        .setValue(SettingsKeys::supportDialogActive.key, false);
     return runBenchmarks(argc, argv);
 }

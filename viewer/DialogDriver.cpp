@@ -34,7 +34,9 @@ template <typename T> T* child(QWidget* dialog, const char* name) {
 
 QString heading(const QAbstractItemModel& model, int column) {
     QString text = model.headerData(column, Qt::Horizontal).toString();
-    return text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    // Where a long word may be broken is of no interest to a line of its own.
+    constexpr QChar softHyphen(0x00ad);
+    return text.remove(softHyphen).replace(QLatin1Char('\n'), QLatin1Char(' '));
 }
 
 /// The row with this text that has children, anywhere below \p parent.

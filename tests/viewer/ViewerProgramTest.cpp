@@ -18,6 +18,7 @@ protected:
     void run(const QStringList& arguments, const QString& path = program) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        environment.insert(QStringLiteral("LC_ALL"), m_locale);
         environment.insert(QStringLiteral("HOME"), m_folder.path());
         environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_folder.path());
         QProcess process;
@@ -37,6 +38,7 @@ protected:
     }
 
     QTemporaryDir m_folder;
+    QString m_locale = QStringLiteral("C.UTF-8");
     int m_exitCode = -1;
     std::string m_output;
     std::string m_error;
@@ -54,6 +56,15 @@ TEST_F(ViewerProgram, benchmarksEveryInterfaceAndTakesAPicture) {
     const QImage image(picture);
     EXPECT_GE(image.width(), 1170);
     EXPECT_GE(image.height(), 600);
+    EXPECT_FALSE(QFile::exists(m_folder.filePath(QStringLiteral("Meridane"))))
+        << "the help that opens by itself is closed, not switched off";
+}
+
+TEST_F(ViewerProgram, speaksGermanWhereTheSystemDoesWhereverItIsStarted) {
+    m_locale = QStringLiteral("de_AT.UTF-8");
+    run({QStringLiteral("--benchmark"), QStringLiteral("1")});
+    EXPECT_EQ(m_exitCode, 0) << m_error;
+    EXPECT_THAT(m_output, HasSubstr("Verlorene Bilder  Unvollst\u00e4ndige Bilder"));
 }
 
 TEST_F(ViewerProgram, withoutCamerasFailsAndSaysWhy) {
