@@ -69,10 +69,9 @@ void FeatureItemDelegate::setModelData(QWidget* editor, QAbstractItemModel* mode
         return;
     const QPersistentModelIndex edited(index);
     model->setData(index, toVariant(*input));
-    if (!edited.isValid())
-        return;
-    // An editor that stays open shows what the camera made of the value.
-    setEditorData(editor, edited);
+    // What is committed is no longer an edit: being closed, the editor would write it once more.
+    if (edited.isValid())
+        setEditorData(editor, edited);
 }
 
 void FeatureItemDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,

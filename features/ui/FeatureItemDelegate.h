@@ -20,7 +20,8 @@ public:
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const override;
     void setEditorData(QWidget* editor, const QModelIndex& index) const override;
-    /// Writes what the user chose, unless it is the present value or not complete.
+    /// Writes what the user chose, unless it is the present value or not complete; the editor
+    /// then shows what became of it.
     void setModelData(QWidget* editor, QAbstractItemModel* model,
                       const QModelIndex& index) const override;
     void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,

@@ -12,6 +12,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QSlider>
 #include <QSpinBox>
 #include <QTest>
@@ -257,6 +258,8 @@ TEST_F(FeatureEditor, ACommandRunsOncePerPress) {
     for (const bool byKey : {false, true}) {
         edit(feature(OrvFeatureDataCommand, Int{0}));
         EXPECT_EQ(part<QPushButton>()->text(), QStringLiteral("Execute"));
+        // Not only because the model has the editor show anew what is there.
+        const QSignalBlocker silent(model.get());
         if (byKey)
             press(Qt::Key_Return);
         else
@@ -285,13 +288,20 @@ TEST_F(FeatureEditor, ASliderWritesWhenItIsReleasedAndStaysOpen) {
         EXPECT_THAT(writes(), ElementsAre(chosen));
         ASSERT_TRUE(isOpen());
 
-        const QPoint besideHandle(slider->width() - 10, handle.y());
-        click(slider, besideHandle);
-        ASSERT_EQ(writes().size(), 2U);
-        EXPECT_GT(writes()[1], chosen);
+        const auto shown = [&] {
+            return toFeatureValue(line->text(), info.value.index());
+        };
+        // The camera makes something else of the value.
+        FeatureInfo& number = camera->features.at({"Camera", "Number"});
+        camera->onWrite = [&number] {
+            number.value = number.maximum;
+        };
+        click(slider, {slider->width() - 10, handle.y()});
+        EXPECT_EQ(writes().size(), 2U);
+        EXPECT_EQ(shown(), info.maximum);
         camera->refuses = true;
-        click(slider, besideHandle);
-        EXPECT_EQ(toFeatureValue(line->text(), info.value.index()), writes()[1]);
+        click(slider, handle);
+        EXPECT_EQ(shown(), info.maximum);
     }
 }
 
@@ -323,8 +333,8 @@ TEST_F(FeatureEditor, TabMovesWithinTheEditorAndThenToTheNextRow) {
 }
 
 TEST_F(FeatureEditor, ClosingCommitsATextThatIsComplete) {
-    edit(feature(OrvFeatureDataInt, Int{0x0a000001}, "IPV4Address"));
-    type("10.0.");
+    edit(ranged(20.0, 10.0, 48.0, 0.0));
+    type("4");
     press(Qt::Key_Return);
     EXPECT_TRUE(isOpen());
     emit delegate.onClose();
