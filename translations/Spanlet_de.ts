@@ -405,7 +405,7 @@ Derzeit der Kamera zugewiesene Bandbreite</translation>
     </message>
     <message>
         <source>Copyright (c) 2026 The Spanlet authors. BSD 3-Clause License.</source>
-        <translation>Copyright (c) 2026 The Spanlet authors. BSD-3-Clause-Lizenz.</translation>
+        <translation>Copyright (c) 2026 The Spanlet authors. Lizenz: BSD 3-Clause.</translation>
     </message>
     <message>
         <source>About Orvia Spanlet</source>

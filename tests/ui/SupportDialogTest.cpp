@@ -87,6 +87,8 @@ TEST_F(SupportDialogTest, ShowsThePageFromItsTop) {
     EXPECT_EQ(area.horizontalScrollBar()->maximum(), 0) << "lines break";
     EXPECT_GT(area.verticalScrollBar()->maximum(), 0);
     EXPECT_GE(label().height(), label().heightForWidth(label().width()));
+    QTest::keyClick(&label(), Qt::Key_PageDown);
+    EXPECT_GT(area.verticalScrollBar()->value(), 0) << "can be read without a mouse";
     EXPECT_EQ(label().grab().toImage().pixelColor(2, 2), QColor(0xf5, 0xf5, 0xf5));
 }
 
