@@ -38,9 +38,17 @@ CommandLine parseCommandLine(const QStringList& arguments) {
         QStringLiteral("Open Spanlet, run a benchmark of this length on every interface, print "
                        "its statistics and quit."),
         QStringLiteral("seconds"));
+    const QCommandLineOption autoSet(
+        QStringLiteral("auto-set"),
+        QStringLiteral("Open Spanlet, press Auto Set for every interface, before the benchmark if "
+                       "there is one, and quit."));
     const QCommandLineOption picture(
         QStringLiteral("picture"),
         QStringLiteral("Save a picture of Spanlet's dialog before it is closed, and quit."),
+        QStringLiteral("file"));
+    const QCommandLineOption featurePicture(
+        QStringLiteral("feature-picture"),
+        QStringLiteral("Save a picture of the feature tree of the first camera, and quit."),
         QStringLiteral("file"));
 
     QCommandLineParser parser;
@@ -49,7 +57,8 @@ CommandLine parseCommandLine(const QStringList& arguments) {
                        "bandwidth."));
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
-    parser.addOptions({configuration, openSpanlet, dark, benchmark, picture});
+    parser.addOptions(
+        {configuration, openSpanlet, dark, autoSet, benchmark, picture, featurePicture});
 
     CommandLine line;
     if (!parser.parse(arguments)) {
@@ -68,7 +77,9 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     line.configuration = parser.value(configuration);
     line.opensSpanlet = parser.isSet(openSpanlet);
     line.isDark = parser.isSet(dark);
+    line.autoSets = parser.isSet(autoSet);
     line.pictureFile = parser.value(picture);
+    line.featurePictureFile = parser.value(featurePicture);
     return line;
 }
 

@@ -14,8 +14,12 @@ struct CommandLine {
     bool isDark = false;
     /// Length of the benchmark of each interface, in seconds; 0 for none.
     int benchmarkSeconds = 0;
+    /// Whether the bandwidth of each interface is divided before.
+    bool autoSets = false;
     /// File for a picture of Spanlet's dialog; empty for none.
     QString pictureFile;
+    /// File for a picture of the first camera's features; empty for none.
+    QString featurePictureFile;
 
     /// Text to be printed in place of running: help or version.
     QString answer;
@@ -23,7 +27,10 @@ struct CommandLine {
     QString error;
 
     /// Whether the program operates Spanlet's dialog itself and ends afterwards.
-    bool isAutomated() const { return benchmarkSeconds > 0 || !pictureFile.isEmpty(); }
+    bool isAutomated() const {
+        return autoSets || benchmarkSeconds > 0 || !pictureFile.isEmpty() ||
+               !featurePictureFile.isEmpty();
+    }
 };
 
 /// \p arguments begin with the program's name. Needs an application object.

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "viewer/DialogDriver.h"
 
-#include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QMenu>
 #include <QPixmap>
+#include <QPushButton>
 #include <QSpinBox>
 #include <QTimer>
 #include <QTreeView>
@@ -39,6 +41,14 @@ QString heading(const QAbstractItemModel& model, int column) {
     return text.remove(softHyphen).replace(QLatin1Char('\n'), QLatin1Char(' '));
 }
 
+QModelIndex firstLeaf(const QAbstractItemModel& model) {
+    QModelIndex index = model.index(0, 0);
+    while (model.hasChildren(index) && index.isValid()) {
+        index = model.index(0, 0, index);
+    }
+    return index;
+}
+
 /// The row with this text that has children, anywhere below \p parent.
 QModelIndex findInterface(const QAbstractItemModel& model, const QString& text,
                           const QModelIndex& parent = {}) {
@@ -60,8 +70,8 @@ QModelIndex findInterface(const QAbstractItemModel& model, const QString& text,
 
 } // namespace
 
-DialogDriver::DialogDriver(int benchmarkSeconds, QString pictureFile, QObject* parent)
-    : QObject(parent), m_benchmarkSeconds(benchmarkSeconds), m_pictureFile(std::move(pictureFile)) {
+DialogDriver::DialogDriver(CommandLine tasks, QObject* parent)
+    : QObject(parent), m_tasks(std::move(tasks)) {
     m_watchdog.expect("opening the dialog", patience);
     then(&DialogDriver::findDialog, pollInterval);
 }
@@ -103,11 +113,51 @@ void DialogDriver::closeHelp() {
     if (modal != nullptr && modal != m_dialog) {
         modal->close();
     }
-    then(m_benchmarkSeconds > 0 ? &DialogDriver::startBenchmark : &DialogDriver::showLog,
-         pollInterval);
+    then(&DialogDriver::autoSet, pollInterval);
+}
+
+void DialogDriver::autoSet() {
+    auto* interfaces = child<QComboBox>(m_dialog, "comboInterface");
+    const auto* button = child<QPushButton>(m_dialog, "buttonAutoSet");
+    for (int i = 0; m_tasks.autoSets && i < interfaces->count(); ++i) {
+        interfaces->setCurrentIndex(i);
+        QAction* action = button->menu()->actions().constFirst();
+        if (!action->isEnabled()) {
+            m_failures
+                << QStringLiteral("Auto Set is not offered on %1.").arg(interfaces->currentText());
+        }
+        action->trigger();
+    }
+    // Before a benchmark, which leaves the dialog deaf to the choice of a camera.
+    then(&DialogDriver::openFeatures, 0);
+}
+
+void DialogDriver::openFeatures() {
+    if (m_tasks.featurePictureFile.isEmpty()) {
+        then(&DialogDriver::startBenchmark, 0);
+        return;
+    }
+    auto* cameras = child<QTreeView>(m_dialog, "treeViewCameras");
+    cameras->setCurrentIndex(firstLeaf(*cameras->model()));
+    child<QAbstractButton>(m_dialog, "buttonFeatureTree")->click();
+    then(&DialogDriver::takeFeaturePicture, pollInterval);
+}
+
+void DialogDriver::takeFeaturePicture() {
+    if (const auto* features = child<QTreeView>(m_dialog, "treeFeatures")) {
+        savePicture(*features->window(), m_tasks.featurePictureFile);
+        features->window()->close();
+    } else {
+        m_failures << QStringLiteral("There is no camera whose features can be shown.");
+    }
+    then(&DialogDriver::startBenchmark, 0);
 }
 
 void DialogDriver::startBenchmark() {
+    if (m_tasks.benchmarkSeconds == 0) {
+        then(&DialogDriver::showLog, 0);
+        return;
+    }
     auto* interfaces = child<QComboBox>(m_dialog, "comboInterface");
     auto* seconds = child<QSpinBox>(m_dialog, "spinBenchmark");
     auto* button = child<QAbstractButton>(m_dialog, "buttonBenchmark");
@@ -123,9 +173,9 @@ void DialogDriver::startBenchmark() {
         then(&DialogDriver::showLog, 0);
         return;
     }
-    m_watchdog.expect("the benchmark", patience + std::chrono::seconds(m_benchmarkSeconds));
+    m_watchdog.expect("the benchmark", patience + std::chrono::seconds(m_tasks.benchmarkSeconds));
     interfaces->setCurrentIndex(m_nextInterface);
-    seconds->setValue(m_benchmarkSeconds);
+    seconds->setValue(m_tasks.benchmarkSeconds);
     button->click();
     if (!button->isChecked()) {
         m_failures << QStringLiteral("No benchmark starts on %1.").arg(interfaces->currentText());
@@ -138,7 +188,7 @@ void DialogDriver::awaitBenchmark() {
     const auto* interfaces = child<QComboBox>(m_dialog, "comboInterface");
     auto* button = child<QAbstractButton>(m_dialog, "buttonBenchmark");
     if (button->isChecked()) {
-        if (m_sinceStart.elapsed() > 1000 * (m_benchmarkSeconds + lateness)) {
+        if (m_sinceStart.elapsed() > 1000 * (m_tasks.benchmarkSeconds + lateness)) {
             m_failures << QStringLiteral("The benchmark of %1 did not end by itself.")
                               .arg(interfaces->currentText());
             button->click();
@@ -153,7 +203,7 @@ void DialogDriver::awaitBenchmark() {
 
 void DialogDriver::showLog() {
     m_watchdog.expect("closing the dialog", patience);
-    if (m_pictureFile.isEmpty()) {
+    if (m_tasks.pictureFile.isEmpty()) {
         then(&DialogDriver::close, 0);
         return;
     }
@@ -165,10 +215,14 @@ void DialogDriver::showLog() {
 }
 
 void DialogDriver::takePicture() {
-    if (!m_dialog->grab().save(m_pictureFile)) {
-        m_failures << QStringLiteral("The picture cannot be saved as %1.").arg(m_pictureFile);
-    }
+    savePicture(*m_dialog, m_tasks.pictureFile);
     then(&DialogDriver::close, 0);
+}
+
+void DialogDriver::savePicture(QWidget& window, const QString& file) {
+    if (!window.grab().save(file)) {
+        m_failures << QStringLiteral("The picture cannot be saved as %1.").arg(file);
+    }
 }
 
 void DialogDriver::close() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "viewer/CommandLine.h"
 #include "viewer/Watchdog.h"
 
 #include <QElapsedTimer>
@@ -15,15 +16,15 @@ namespace viewer {
 
 /// Operates Spanlet's dialog in place of a user, from inside the event loop that the dialog runs:
 /// waits for it, closes the help that opens over it by itself (without switching it off for the
-/// user), runs a benchmark on each interface, takes a picture, closes it. It finds what it
-/// needs by the names of the dialog's widgets. Bound to the GUI thread.
+/// user), does what the command line asks for (Auto Set and a benchmark of each interface,
+/// pictures), closes it. It finds what it needs by the names of the dialog's widgets. Bound to the
+/// GUI thread.
 class DialogDriver : public QObject {
     Q_OBJECT
 
 public:
-    /// \p benchmarkSeconds 0 runs none, an empty \p pictureFile takes none. Starts at once, and
-    /// works as soon as the dialog is shown.
-    DialogDriver(int benchmarkSeconds, QString pictureFile, QObject* parent = nullptr);
+    /// Starts at once, and works as soon as the dialog is shown.
+    explicit DialogDriver(CommandLine tasks, QObject* parent = nullptr);
 
     /// A heading and a row per camera that took part; empty when no benchmark was run.
     const QVector<QStringList>& statistics() const;
@@ -37,16 +38,19 @@ private:
     // The steps, in this order; each names the one that follows.
     void findDialog();
     void closeHelp();
+    void autoSet();
+    void openFeatures();
+    void takeFeaturePicture();
     void startBenchmark();
     void awaitBenchmark();
     void showLog();
     void takePicture();
     void close();
 
+    void savePicture(QWidget& window, const QString& file);
     void collectStatistics(const QString& interfaceName);
 
-    const int m_benchmarkSeconds;
-    const QString m_pictureFile;
+    const CommandLine m_tasks;
     Watchdog m_watchdog;
     QPointer<QWidget> m_dialog;
     int m_nextInterface = 0;

@@ -38,8 +38,10 @@ CommandLine readCommandLine(int& argc, char** argv) {
     QCoreApplication application(argc, argv);
     identify(application);
     CommandLine line = viewer::parseCommandLine(QCoreApplication::arguments());
-    if (!line.pictureFile.isEmpty()) {
-        line.pictureFile = QFileInfo(line.pictureFile).absoluteFilePath();
+    for (QString* file : {&line.pictureFile, &line.featurePictureFile}) {
+        if (!file->isEmpty()) {
+            *file = QFileInfo(*file).absoluteFilePath();
+        }
     }
     return line;
 }
@@ -53,7 +55,7 @@ void report(const CommandLine& line, QWidget* parent, const QString& text) {
 }
 
 int runAutomatically(const CommandLine& line, viewer::ViewerWindow& window) {
-    viewer::DialogDriver driver(line.benchmarkSeconds, line.pictureFile);
+    viewer::DialogDriver driver(line);
     const QString error = window.openSpanlet();
     if (!error.isEmpty()) {
         report(line, &window, error);

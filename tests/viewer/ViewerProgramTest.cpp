@@ -2,6 +2,7 @@
 #include <QFile>
 #include <QImage>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <gmock/gmock.h>
 
@@ -58,6 +59,18 @@ TEST_F(ViewerProgram, benchmarksEveryInterfaceAndTakesAPicture) {
     EXPECT_GE(image.height(), 600);
     EXPECT_FALSE(QFile::exists(m_folder.filePath(QStringLiteral("Meridane"))))
         << "the help that opens by itself is closed, not switched off";
+}
+
+TEST_F(ViewerProgram, losesNoFrameAfterAutoSet) {
+    const QString features = m_folder.filePath(QStringLiteral("features.png"));
+    run({QStringLiteral("--config"), QStringLiteral(":oversubscribed"),
+         QStringLiteral("--auto-set"), QStringLiteral("--benchmark"), QStringLiteral("1"),
+         QStringLiteral("--feature-picture"), features});
+    EXPECT_EQ(m_exitCode, 0) << m_error;
+    const QStringList lines = QString::fromStdString(m_output).split(QLatin1Char('\n'));
+    const QRegularExpression whole(QStringLiteral(" [1-9][0-9]* +0 +0$"));
+    EXPECT_EQ(lines.filter(whole).size(), 8) << m_output;
+    EXPECT_GE(QImage(features).width(), 600);
 }
 
 TEST_F(ViewerProgram, speaksGermanWhereTheSystemDoesWhereverItIsStarted) {
