@@ -418,6 +418,7 @@ FeatureSet makeCameraFeatures(CameraModel& model, const StreamStatistics& statis
     addAcquisitionFeatures(set, model, statistics);
     addBandwidthFeatures(set, model, isUsb);
     addSettingFeatures(set, model);
+    addExtraFeatures(set, model.data().extraFeatures);
     return set;
 }
 

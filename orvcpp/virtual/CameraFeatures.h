@@ -20,4 +20,8 @@ void addBandwidthFeatures(FeatureSet& set, CameraModel& model, bool isUsb);
 /// The part that is kept and given back, and has no effect on what is simulated.
 void addSettingFeatures(FeatureSet& set, CameraModel& model);
 
+/// \p count features more that are kept and given back, "Extra00001" and so on, of the types
+/// integer, float, enumeration, boolean and string, for cameras of any size.
+void addExtraFeatures(FeatureSet& set, std::int64_t count);
+
 } // namespace orv::sim

@@ -238,6 +238,7 @@ void readCamera(ObjectReader reader, Scenario& scenario, std::uint32_t seed) {
     camera.access = static_cast<Access>(reader.choice(
         "access", {QStringLiteral("full"), QStringLiteral("read"), QStringLiteral("none")}, 0));
     camera.overloadDamage = reader.number("overloadDamage", 0, 1, 0.25);
+    camera.extraFeatures = reader.integer("extraFeatures", 0, 20'000, 0);
     readFaults(reader.object("faults"), camera.faults);
     const std::int64_t count = reader.integer("count", 1, 1024, 1);
     reader.finish();

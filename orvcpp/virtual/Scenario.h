@@ -157,6 +157,9 @@ struct CameraData {
     std::int64_t maximumPacketSize = 0;
     std::int64_t adjustMilliseconds = 0;
 
+    /// Features beyond those of every camera.
+    std::int64_t extraFeatures = 0;
+
     std::uint64_t linkBitsPerSecond = 0;
     Access access = Access::Full;
     /// Of the frames that arrive while the link is overloaded, the share that is damaged, as a

@@ -103,6 +103,25 @@ TEST(Features, DescribeThemselvesInEveryModule) {
     }
 }
 
+TEST(Features, AreAsManyMoreAsTheScenarioAsksFor) {
+    constexpr std::uint32_t extra = 20'000;
+    const Running run(scenario(gige("Usual") + "," + gige("Large", R"(, "extraFeatures": 20000)")));
+    const auto camera = openCamera("Large");
+    const auto all = features(*camera);
+    EXPECT_EQ(all.size(), features(*openCamera("Usual")).size() + extra);
+    for (std::size_t i = all.size() - 40; i < all.size(); ++i)
+        checkDescription(*all[i]);
+
+    EXPECT_EQ(get<double>(*camera, "Extra00005"), 2.5);
+    EXPECT_EQ(get<std::int64_t>(*camera, "Extra00001"), 1);
+    EXPECT_EQ(getText(*camera, "Extra00002"), "Off");
+    EXPECT_TRUE(get<bool>(*camera, "Extra19998"));
+    EXPECT_EQ(getText(*camera, "Extra19999"), "Text 19999");
+    EXPECT_EQ(set(*camera, "Extra00002", "On"), OrvErrorSuccess);
+    EXPECT_EQ(getText(*camera, "Extra00002"), "On");
+    EXPECT_EQ(set(*camera, "Extra00007", "On"), OrvErrorInvalidAccess) << "read-only";
+}
+
 TEST(Features, AnswerTheSdksCodes) {
     const Running run(scenario(gige("A", sensor(50))));
     const auto camera = openCamera("A");
