@@ -10,7 +10,7 @@
 
 namespace {
 
-QByteArray scenarioOf(int count, int callDelayMicroseconds) {
+QByteArray scenarioOf(int count, int callDelayMicroseconds, int extraFeatures) {
     return QStringLiteral(R"({
   "callDelayMicroseconds": %2,
   "host": {
@@ -25,6 +25,7 @@ QByteArray scenarioOf(int count, int callDelayMicroseconds) {
       "interface": "eth0",
       "linkSpeedMbps": 1000,
       "sensor": { "width": 640, "height": 480, "frameRate": 30 },
+      "extraFeatures": %3,
       "count": %1
     }
   ]
@@ -32,6 +33,7 @@ QByteArray scenarioOf(int count, int callDelayMicroseconds) {
 )")
         .arg(count)
         .arg(callDelayMicroseconds)
+        .arg(extraFeatures)
         .toUtf8();
 }
 
@@ -43,9 +45,10 @@ void start(const QString& scenario) {
 
 } // namespace
 
-SimulatedCameras::SimulatedCameras(int count, int callDelayMicroseconds) {
+SimulatedCameras::SimulatedCameras(int count, int callDelayMicroseconds, int extraFeatures) {
     QTemporaryFile file;
-    if (!file.open() || file.write(scenarioOf(count, callDelayMicroseconds)) < 0 || !file.flush())
+    const QByteArray scenario = scenarioOf(count, callDelayMicroseconds, extraFeatures);
+    if (!file.open() || file.write(scenario) < 0 || !file.flush())
         throw std::runtime_error("cannot write a scenario file");
     start(file.fileName());
 }

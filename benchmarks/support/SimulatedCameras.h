@@ -13,8 +13,9 @@ class OrvSystem;
 class SimulatedCameras {
 public:
     /// Equal GigE cameras, all on one network adapter that carries them, with bandwidth limits far
-    /// above their needs. Every call takes them \p callDelayMicroseconds.
-    explicit SimulatedCameras(int count, int callDelayMicroseconds = 0);
+    /// above their needs. Every call takes them \p callDelayMicroseconds. Each has \p extraFeatures
+    /// beyond the usual ones.
+    explicit SimulatedCameras(int count, int callDelayMicroseconds = 0, int extraFeatures = 0);
     /// A scenario file, or the name of one of the SDK's own.
     explicit SimulatedCameras(const QString& scenario);
     ~SimulatedCameras();
