@@ -96,6 +96,8 @@ DelegateWidget::DelegateWidget(FeatureInfo info, QWidget* parent)
               isLogarithmic(m_info)) {
     // The text of the row must not shine through, nor may the row take what is meant for us.
     setAutoFillBackground(true);
+    // That of other dialogs: on that of a table, a dark check box cannot be told from it.
+    setBackgroundRole(QPalette::Window);
     setAttribute(Qt::WA_NoMousePropagation);
     setFocusPolicy(Qt::StrongFocus);
     auto* row = new QHBoxLayout(this);
@@ -136,6 +138,9 @@ void DelegateWidget::buildEnumeration() {
     layout()->setSpacing(0);
     auto* box = add(new QComboBox);
     box->setFixedHeight(fixedHeight);
+    // As wide as the column: one as wide as its longest entry would not fit there, and would
+    // measure all of them.
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     for (const FeatureValue& entry : m_info.availableValues)
         box->addItem(QString::fromStdString(as<std::string>(entry)));
     connect(box, QOverload<int>::of(&QComboBox::activated), this, &DelegateWidget::saveEditorData);
@@ -144,6 +149,8 @@ void DelegateWidget::buildEnumeration() {
 void DelegateWidget::addLine(const TextForm& form, QValidator* validator) {
     m_form = &form;
     m_line = add(new QLineEdit);
+    // What does not fit would be cut off, and written back like that.
+    m_line->setMaxLength(std::numeric_limits<int>::max());
     m_line->setValidator(validator);
 }
 
@@ -211,12 +218,14 @@ void DelegateWidget::buildFloat() {
             return fromDoubleText(text);
         }};
     addFloatSlider();
-    // A range without width is one that could not be read: the camera decides.
+    // Without a range that could be read, or that makes sense, the camera decides.
     const double minimum = as<double>(m_info.minimum);
     const double maximum = as<double>(m_info.maximum);
+    const bool isRead = minimum != 0 || maximum != 0;
     constexpr double unlimited = std::numeric_limits<double>::max();
-    auto* validator = minimum < maximum ? new DoubleValidator(minimum, maximum, this)
-                                        : new DoubleValidator(-unlimited, unlimited, this);
+    auto* validator = isRead && minimum <= maximum
+                          ? new DoubleValidator(minimum, maximum, this)
+                          : new DoubleValidator(-unlimited, unlimited, this);
     addLine(number, validator);
     m_line->setMinimumWidth(floatWidth);
     m_line->setMaximumWidth(m_line->fontMetrics().averageCharWidth() * floatDigits);

@@ -24,6 +24,11 @@ FeatureInfo infoOf(const QModelIndex& index) {
     return index.data(Qt::UserRole).value<FeatureInfo>();
 }
 
+/// A number that is none does not equal itself.
+bool isSame(const FeatureValue& left, const FeatureValue& right) {
+    return left == right || (left != left && right != right);
+}
+
 } // namespace
 
 FeatureItemDelegate::FeatureItemDelegate(QObject* parent) : QStyledItemDelegate(parent) {
@@ -65,7 +70,7 @@ void FeatureItemDelegate::setModelData(QWidget* editor, QAbstractItemModel* mode
         return;
     }
     const auto input = widget->input();
-    if (!input || *input == widget->value())
+    if (!input || isSame(*input, widget->value()))
         return;
     const QPersistentModelIndex edited(index);
     model->setData(index, toVariant(*input));
@@ -100,6 +105,23 @@ QString FeatureItemDelegate::displayText(const QVariant& value, const QLocale& l
     default:
         return QStyledItemDelegate::displayText(value, locale);
     }
+}
+
+void FeatureItemDelegate::strengthenDisabled(QPalette& palette) {
+    const QColor text = palette.color(QPalette::Active, QPalette::Text);
+    const QColor base = palette.color(QPalette::Active, QPalette::Base);
+    const auto between = [](int strong, int faint) {
+        return (3 * strong + 2 * faint) / 5;
+    };
+    palette.setColor(QPalette::Disabled, QPalette::Text,
+                     {between(text.red(), base.red()), between(text.green(), base.green()),
+                      between(text.blue(), base.blue())});
+}
+
+void FeatureItemDelegate::initStyleOption(QStyleOptionViewItem* option,
+                                          const QModelIndex& index) const {
+    QStyledItemDelegate::initStyleOption(option, index);
+    strengthenDisabled(option->palette);
 }
 
 void FeatureItemDelegate::commitEditor() {

@@ -30,6 +30,8 @@ public:
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     /// Numbers look the same as in the editors, whatever the locale.
     QString displayText(const QVariant& value, const QLocale& locale) const override;
+    /// Lets what can only be read be read: disabled, but in no fainter grey than that takes.
+    static void strengthenDisabled(QPalette& palette);
 
 signals:
     /// Has an open editor committed and closed, as commitAndCloseEditor does.
@@ -38,6 +40,9 @@ signals:
 public slots:
     /// Commits and closes the editor that sent the signal, or else the one that is open.
     void commitAndCloseEditor();
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 
 private:
     void commitEditor();

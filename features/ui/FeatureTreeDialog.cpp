@@ -34,6 +34,7 @@ protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
         const bool dark = option->palette.color(QPalette::Window).lightness() < darkLightness;
         QStyledItemDelegate::initStyleOption(option, index);
+        FeatureItemDelegate::strengthenDisabled(option->palette);
         const auto colour = index.data(Qt::ForegroundRole).value<QColor>();
         if (dark && colour.isValid())
             option->palette.setColor(QPalette::Text, QColor::fromHsl(colour.hslHue(), 130, 150));
@@ -86,6 +87,8 @@ void FeatureTreeDialog::setUpTree() {
     connect(m_proxy, &QAbstractItemModel::dataChanged, tree->viewport(),
             qOverload<>(&QWidget::update));
     QHeaderView* header = tree->header();
+    // The model leaves room for labels of two lines.
+    header->setMaximumHeight(2 * header->fontMetrics().height());
     // Only the rows on view: others would be read from the camera to be measured.
     header->setResizeContentsPrecision(0);
     header->setSectionResizeMode(QHeaderView::ResizeToContents);

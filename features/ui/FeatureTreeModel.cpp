@@ -7,6 +7,8 @@
 #include <QColor>
 #include <QFont>
 
+#include <cstddef>
+#include <cstdint>
 #include <utility>
 
 namespace {
@@ -22,6 +24,24 @@ FeatureTreeItem& categoryBelow(BasicTreeItem& parent, const QString& text) {
     }
     return static_cast<FeatureTreeItem&>(
         *parent.appendChild(std::make_unique<FeatureTreeItem>(text)));
+}
+
+/// Index of the alternative that the feature's value is told as. The value itself may have another:
+/// one that could not be read is the integer 0.
+std::size_t alternativeOf(const FeatureInfo& info) {
+    switch (info.dataType) {
+    case OrvFeatureDataInt:
+        return FeatureValue(std::int64_t{}).index();
+    case OrvFeatureDataFloat:
+        return FeatureValue(double{}).index();
+    case OrvFeatureDataBool:
+        return FeatureValue(bool{}).index();
+    case OrvFeatureDataEnum:
+    case OrvFeatureDataString:
+        return FeatureValue(std::string{}).index();
+    default:
+        return info.value.index();
+    }
 }
 
 } // namespace
@@ -157,9 +177,11 @@ bool FeatureTreeModel::runCommand(const FeatureTreeItem& feature, const QVariant
 
 bool FeatureTreeModel::writeValue(FeatureTreeItem& feature, const QVariant& value) {
     const FeatureValue& current = feature.info().value;
-    if (value == toVariant(current))
+    const std::size_t alternative = alternativeOf(feature.info());
+    const bool wasRead = current.index() == alternative;
+    if (wasRead && value == toVariant(current))
         return false;
-    const FeatureValue written = toFeatureValue(value, current.index());
+    const FeatureValue written = toFeatureValue(value, alternative);
     if (!m_controller->setFeatureValue(feature.module(), feature.info().name, written))
         return false;
     feature.setFeatureValue(written);

@@ -16,13 +16,14 @@ constexpr double mostDecimals = 10;
 } // namespace
 
 FloatScale::FloatScale(double minimum, double maximum, double increment, bool logarithmic)
-    : m_minimum(minimum), m_maximum(maximum), m_increment(increment), m_lower(minimum),
-      m_steps(mostSteps), m_usable(maximum > minimum && std::isfinite(maximum - minimum)),
+    : m_minimum(minimum), m_maximum(maximum), m_increment(std::isfinite(increment) ? increment : 0),
+      m_lower(minimum), m_steps(mostSteps),
+      m_usable(maximum > minimum && std::isfinite(maximum - minimum)),
       m_logarithmic(logarithmic && minimum >= 0 && maximum > 0 && maximum < mostLogarithmic) {
     if (m_logarithmic && minimum == 0)
         m_lower = maximum * lowestShare;
-    const double increments = (maximum - minimum) / increment;
-    if (m_usable && !m_logarithmic && increment > 0 && increments < mostSteps)
+    const double increments = (maximum - minimum) / m_increment;
+    if (m_usable && !m_logarithmic && m_increment > 0 && increments < mostSteps)
         m_steps = std::max(1U, static_cast<unsigned int>(std::lround(increments)));
 }
 

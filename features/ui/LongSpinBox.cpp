@@ -24,7 +24,8 @@ qint64 LongSpinBox::value() const {
         return m_value;
     bool isNumber = false;
     const qint64 typed = text().toLongLong(&isNumber);
-    return isNumber ? m_grid.nearest(typed) : m_value;
+    const bool isInRange = isNumber && typed >= m_grid.minimum() && typed <= m_grid.maximum();
+    return isInRange ? m_grid.nearest(typed) : m_value;
 }
 
 void LongSpinBox::setValue(qint64 value) {

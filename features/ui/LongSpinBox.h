@@ -14,7 +14,8 @@ public:
     explicit LongSpinBox(const StepGrid& grid, QWidget* parent = nullptr);
     ~LongSpinBox() override;
 
-    /// What was typed counts, as the nearest value on the grid.
+    /// What was typed counts, as the nearest value on the grid; while that is not in the range, the
+    /// value before.
     qint64 value() const;
     /// Shows a value, be it on the grid or not; without a signal.
     void setValue(qint64 value);

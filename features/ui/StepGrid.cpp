@@ -19,7 +19,8 @@ constexpr std::int64_t stepsOfPage = 5;
 StepGrid::StepGrid(std::int64_t minimum, std::int64_t maximum, std::int64_t increment)
     : m_minimum(minimum), m_maximum(maximum),
       m_increment(static_cast<std::uint64_t>(std::max(increment, std::int64_t{1}))) {
-    if (maximum <= minimum) {
+    const bool wasRead = minimum != 0 || maximum != 0 || increment != 0;
+    if (maximum < minimum || !wasRead) {
         m_minimum = Int64::min();
         m_maximum = Int64::max();
         m_increment = 1;

@@ -7,8 +7,8 @@
 /// they are on a slider, which has 32 bits only. Reentrant.
 class StepGrid {
 public:
-    /// An increment below 1 counts as 1. A range without width is one that could not be read: the
-    /// grid then is all of 64 bits, and the camera decides.
+    /// An increment below 1 counts as 1. Where the range could not be read (all three are 0) or
+    /// makes no sense, the grid is all of 64 bits, and the camera decides.
     StepGrid(std::int64_t minimum, std::int64_t maximum, std::int64_t increment);
 
     std::int64_t minimum() const { return m_minimum; }

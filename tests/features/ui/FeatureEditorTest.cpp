@@ -198,7 +198,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         KeyCase{"Boolean", feature(OrvFeatureDataBool, false), [] { press(Qt::Key_Space); }, true},
         KeyCase{"BooleanThatCannotBeRead", feature(OrvFeatureDataBool, Int{0}),
-                [] { press(Qt::Key_Space); }, Int{1}},
+                [] { press(Qt::Key_Space); }, true},
         KeyCase{"EnumerationByKey", enumeration("Off", {"Off", "On"}), [] { press(Qt::Key_Down); },
                 std::string("On")},
         KeyCase{"EnumerationByWheel", enumeration("Off", {"Off", "On"}),
