@@ -8,6 +8,7 @@
 #include "ui/InterfaceSpeedWidget.h"
 #include "ui/SettingsKeys.h"
 
+#include <QEvent>
 #include <QPersistentModelIndex>
 #include <QTreeView>
 
@@ -32,6 +33,30 @@ int maximumOf(const QModelIndex& interfaceRow) {
     return static_cast<int>(
         std::min<quint64>(bandwidthCell(interfaceRow).data().toULongLong(), most));
 }
+
+/// Makes a row current when the user turns to a part of its widget, as a click on any other cell
+/// does: the tree learns of neither, since the parts take the mouse and the focus for themselves.
+class RowFollower : public QObject {
+public:
+    RowFollower(QTreeView& tree, const QModelIndex& row, QWidget& widget)
+        : QObject(&widget), m_tree(tree), m_row(row) {
+        widget.installEventFilter(this);
+        for (QWidget* part : widget.findChildren<QWidget*>())
+            part->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* /*part*/, QEvent* event) override {
+        const auto type = event->type();
+        if ((type == QEvent::MouseButtonPress || type == QEvent::FocusIn) &&
+            m_tree.currentIndex() != m_row)
+            m_tree.setCurrentIndex(m_row);
+        return false;
+    }
+
+private:
+    QTreeView& m_tree;
+    const QPersistentModelIndex m_row;
+};
 
 } // namespace
 
@@ -76,6 +101,7 @@ void BandwidthColumn::place(const QModelIndex& row, QWidget& widget) {
     if (m_tree.selectionModel()->isSelected(cell))
         widget.setBackgroundRole(QPalette::Highlight);
     m_tree.setIndexWidget(cell, &widget);
+    new RowFollower(m_tree, row, widget);
 }
 
 void BandwidthColumn::placeBar(const QModelIndex& interfaceRow) {

@@ -7,6 +7,7 @@
 #include "ui_BandwidthSliderWidget.h"
 
 #include <QEvent>
+#include <QKeyEvent>
 #include <QSignalBlocker>
 
 #include <algorithm>
@@ -280,13 +281,23 @@ void BandwidthSliderWidget::updateLockIcon() {
     m_form->buttonLock->setIcon(icon);
 }
 
-/// The wheel changes what has the focus, and otherwise scrolls the tree.
+bool BandwidthSliderWidget::discardTyping() {
+    const QString typed = m_form->spinBandwidth->text();
+    m_form->spinBandwidth->setValue(value());
+    return m_form->spinBandwidth->text() != typed;
+}
+
+/// The wheel changes what has the focus, and otherwise scrolls the tree. Escape takes back what
+/// was typed, before it closes the dialog: hidden, the spin box would settle on it.
 bool BandwidthSliderWidget::eventFilter(QObject* watched, QEvent* event) {
     const auto* control = qobject_cast<QWidget*>(watched);
     if (event->type() == QEvent::Wheel && control && !control->hasFocus()) {
         event->ignore();
         return true;
     }
+    if (event->type() == QEvent::KeyPress && control == m_form->spinBandwidth &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape && discardTyping())
+        return true;
     return QWidget::eventFilter(watched, event);
 }
 

@@ -66,6 +66,8 @@ private:
     void resetColor();
     void resetToolTips();
     void setSliderStyle(const QString& style);
+    /// Shows the value again; whether something else was being typed.
+    bool discardTyping();
 
     std::unique_ptr<Ui::BandwidthSliderWidget> m_form;
     std::shared_ptr<FeatureController> m_features;

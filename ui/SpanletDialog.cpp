@@ -159,6 +159,12 @@ void SpanletDialog::setUpTree() {
     connect(m_model, &CameraListModel::interfaceSelected, tree, &QTreeView::setCurrentIndex);
     connect(tree->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &SpanletDialog::colourRowWidgets);
+    // Wherever a row was clicked: the space key toggles the check box, which is in this column.
+    connect(tree->selectionModel(), &QItemSelectionModel::currentChanged, tree,
+            [tree](const QModelIndex& current) {
+                if (current.column() > CameraListModel::NameColumn)
+                    tree->setCurrentIndex(current.siblingAtColumn(CameraListModel::NameColumn));
+            });
 }
 
 void SpanletDialog::setUpBandwidthColumn() {
@@ -192,12 +198,13 @@ void SpanletDialog::onChangeItemData(QModelIndex topLeft) {
 
 void SpanletDialog::updateAutoSetActions() {
     onSelectInterface(m_model->selectedInterface());
-    updateCameraAction(m_form->treeViewCameras->currentIndex());
+    updateCameraActions(m_form->treeViewCameras->currentIndex());
 }
 
-void SpanletDialog::updateCameraAction(const QModelIndex& current) {
+void SpanletDialog::updateCameraActions(const QModelIndex& current) {
     const auto camera = m_model->cameraHandler(current);
     m_autoSetCameraAction->setEnabled(camera && !camera->isLocked() && camera->isOpened());
+    m_form->buttonFeatureTree->setEnabled(camera != nullptr);
 }
 
 void SpanletDialog::colourRowWidgets(const QItemSelection& selected,
@@ -225,6 +232,7 @@ void SpanletDialog::onDisableItems(QModelIndex upperLeft, QModelIndex bottomRigh
     // The other cells of the rows follow the check box, too, and the view was not told of them.
     m_form->treeViewCameras->viewport()->update();
     onSelectInterface(upperLeft.parent());
+    updateCameraActions(m_form->treeViewCameras->currentIndex());
 }
 
 void SpanletDialog::onSelectInterface(QModelIndex index) {
@@ -280,6 +288,7 @@ void SpanletDialog::stopBenchmarkByUser() {
     m_form->spinBenchmark->setValue(0);
     connect(m_form->treeViewCameras->selectionModel(), &QItemSelectionModel::currentRowChanged,
             this, &SpanletDialog::onClickTreeView);
+    updateCameraActions(m_form->treeViewCameras->currentIndex());
 }
 
 void SpanletDialog::onTimerTimeout() {
@@ -339,10 +348,8 @@ void SpanletDialog::processEvents() const {
 }
 
 void SpanletDialog::onClickTreeView(QModelIndex current, QModelIndex /*previous*/) {
-    updateCameraAction(current);
-    const bool isGroup = m_model->hasChildren(current);
-    m_form->buttonFeatureTree->setEnabled(current.isValid() && !isGroup);
-    const bool isInterface = isGroup && current.parent().isValid();
+    updateCameraActions(current);
+    const bool isInterface = m_model->hasChildren(current) && current.parent().isValid();
     if (!isInterface)
         return;
     m_form->comboInterface->setCurrentText(

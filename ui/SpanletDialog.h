@@ -102,7 +102,8 @@ private:
     void processEvents() const;
     /// Offers what can be set now, after a lock or a maximum has changed.
     void updateAutoSetActions();
-    void updateCameraAction(const QModelIndex& current);
+    /// Offers what can be done with the current camera, if a camera is current.
+    void updateCameraActions(const QModelIndex& current);
     void closeFeatureTrees();
     /// Open settings dialogs hand their packet-size flag back now, while there is a dialog to take
     /// it.

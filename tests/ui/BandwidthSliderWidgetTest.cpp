@@ -148,6 +148,9 @@ TEST_F(BandwidthSliderTest, EachValueThatIsSettledOnIsWrittenOnce) {
     type("250");
     EXPECT_EQ(m_told.size(), 3U) << "while typing";
     QTest::keyClick(m_spin, Qt::Key_Return);
+    type("77");
+    QTest::keyClick(m_spin, Qt::Key_Escape);
+    EXPECT_EQ(m_spin->text(), QStringLiteral("250"));
     type("30");
     m_slider->setFocus();
     EXPECT_THAT(m_told, ElementsAre(101, paged, paged - 1, 250, 30));

@@ -338,6 +338,24 @@ TEST_F(SpanletDialogTest, LetsTheUserOverwriteTheMaximumOfAnInterface) {
     EXPECT_EQ(usage(0, 0), "72 / 125");
 }
 
+TEST_F(SpanletDialogTest, MakesTheRowCurrentWhoseWidgetIsUsed) {
+    m_dialog->show();
+    m_dialog->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(m_dialog.get()));
+    const std::vector<std::pair<QModelIndex, const char*>> parts = {
+        {interfaceRow(0, 1), "labelSpeed"},   {interfaceRow(0, 1), "progressBarUsage"},
+        {camera(1, 0, 0), "sliderBandwidth"}, {camera(1, 0, 0), "spinBandwidth"},
+        {camera(0, 0, 0), "buttonLock"},      {camera(1, 0, 0), "labelWarning"}};
+    for (const auto& [row, name] : parts) {
+        tree().setCurrentIndex(tree().model()->index(0, 0));
+        QTest::mouseClick(&part<QWidget>(row, name), Qt::LeftButton);
+        EXPECT_EQ(tree().currentIndex(), row) << name;
+    }
+    EXPECT_EQ(combo().currentText(), QStringLiteral("eth1"));
+    bandwidth(camera(0, 0, 0)).setFocus();
+    EXPECT_EQ(tree().currentIndex(), camera(0, 0, 0));
+}
+
 TEST_F(SpanletDialogTest, OpensOneFeatureTreePerCamera) {
     const auto trees = [this] {
         return m_dialog->findChildren<FeatureTreeDialog*>();
@@ -444,9 +462,13 @@ TEST_F(SpanletDialogTest, TreatsTheEndOfTimeAndTheUsersStopDifferently) {
 
     startBenchmark(30);
     tick();
+    m_third->locked = true;
+    tree().setCurrentIndex(camera(1, 0, 0));
     button("buttonBenchmark").click();
     EXPECT_EQ(spin().value(), 0);
     EXPECT_TRUE(button("buttonAutoSet").isEnabled());
+    EXPECT_FALSE(autoSetActions()[1]->isEnabled()) << "the camera chosen meanwhile is locked";
+    EXPECT_TRUE(button("buttonFeatureTree").isEnabled());
     tree().setCurrentIndex(interfaceRow(1, 0));
     EXPECT_EQ(combo().currentText(), QStringLiteral("bus 1"));
 }
@@ -523,7 +545,7 @@ TEST_F(SpanletDialogTest, CanBeOperatedWithKeysOnly) {
     refresh.setFocus();
     QTest::keyClick(&refresh, Qt::Key_Space);
     EXPECT_EQ(QApplication::focusWidget(), &refresh);
-    tree().setCurrentIndex(camera(0, 0, 0));
+    tree().setCurrentIndex(camera(0, 0, 0, 4));
     QTest::keyClick(&tree(), Qt::Key_Space);
     EXPECT_FALSE(m_first->opened);
     QTest::keyClick(&spin(), Qt::Key_Return);
@@ -535,7 +557,10 @@ TEST_F(SpanletDialogTest, LeavesAnUncheckedCameraOut) {
     const auto second = makeFake("eth0", gigE, "A2");
     m_system->setCameras({m_first, second});
     button("buttonRefresh").click();
+    tree().setCurrentIndex(camera(0, 0, 0));
+    EXPECT_TRUE(autoSetActions()[1]->isEnabled());
     tree().model()->setData(camera(0, 0, 0), Qt::Unchecked, Qt::CheckStateRole);
+    EXPECT_FALSE(autoSetActions()[1]->isEnabled());
     EXPECT_FALSE(rowWidget(camera(0, 0, 0))->isEnabled());
     EXPECT_TRUE(rowWidget(camera(0, 0, 1))->isEnabled());
     startBenchmark(0);
