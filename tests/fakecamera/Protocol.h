@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// What goes over the wire between a GigE Vision camera and its host. All numbers on the wire are
+/// big-endian; blocks of bytes are read and written with the functions at the end.
+namespace fakecamera::protocol {
+
+/// Control (GVCP): every packet starts with 8 bytes: key and flags, command, length, request ID.
+constexpr std::uint16_t controlPort = 3956;
+constexpr std::size_t controlHeaderSize = 8;
+constexpr std::uint8_t commandKey = 0x42;
+constexpr std::uint8_t flagAcknowledge = 0x01;
+constexpr std::uint8_t flagExtendedIds = 0x10;
+
+/// An acknowledgement has the command's number plus 1.
+enum Command : std::uint16_t {
+    Discovery = 0x0002,
+    PacketResend = 0x0040,
+    ReadRegister = 0x0080,
+    WriteRegister = 0x0082,
+    ReadMemory = 0x0084,
+    WriteMemory = 0x0086,
+};
+
+enum Status : std::uint16_t {
+    Success = 0x0000,
+    NotImplemented = 0x8001,
+    InvalidParameter = 0x8002,
+    InvalidAddress = 0x8003,
+    AccessDenied = 0x8006,
+};
+
+/// Streaming (GVSP): sizes of a packet's header with 16-bit and with 64-bit frame numbers, and what
+/// IP and UDP add; a packet size as a camera is told it counts all three.
+constexpr std::size_t streamHeaderSize = 8;
+constexpr std::size_t extendedStreamHeaderSize = 20;
+constexpr std::size_t ipAndUdpSize = 28;
+
+enum class StreamPacket : std::uint32_t { Leader = 1, Trailer = 2, Data = 3 };
+
+inline void put16(std::uint8_t* at, std::uint16_t value) {
+    at[0] = static_cast<std::uint8_t>(value >> 8);
+    at[1] = static_cast<std::uint8_t>(value);
+}
+inline void put32(std::uint8_t* at, std::uint32_t value) {
+    put16(at, static_cast<std::uint16_t>(value >> 16));
+    put16(at + 2, static_cast<std::uint16_t>(value));
+}
+inline void put64(std::uint8_t* at, std::uint64_t value) {
+    put32(at, static_cast<std::uint32_t>(value >> 32));
+    put32(at + 4, static_cast<std::uint32_t>(value));
+}
+inline std::uint16_t get16(const std::uint8_t* at) {
+    return static_cast<std::uint16_t>(at[0] << 8 | at[1]);
+}
+inline std::uint32_t get32(const std::uint8_t* at) {
+    return std::uint32_t{get16(at)} << 16 | get16(at + 2);
+}
+inline std::uint64_t get64(const std::uint8_t* at) {
+    return std::uint64_t{get32(at)} << 32 | get32(at + 4);
+}
+
+} // namespace fakecamera::protocol
