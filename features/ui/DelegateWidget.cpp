@@ -110,7 +110,12 @@ DelegateWidget::DelegateWidget(FeatureInfo info, QWidget* parent)
     }
 }
 
-DelegateWidget::~DelegateWidget() = default;
+/// A part that loses the focus while it is destroyed says that editing is finished, and we are
+/// gone.
+DelegateWidget::~DelegateWidget() {
+    for (QWidget* part : m_parts)
+        part->disconnect(this);
+}
 
 template <class Widget> Widget* DelegateWidget::add(Widget* part) {
     layout()->addWidget(part);
@@ -203,6 +208,7 @@ void DelegateWidget::buildInteger() {
     m_slider->setRange(m_grid.sliderMinimum(), m_grid.sliderMaximum());
     m_slider->setSingleStep(m_grid.sliderStep());
     m_slider->setPageStep(m_grid.sliderPage());
+    m_slider->setEnabled(m_grid.isKnown());
     connect(m_slider, &QSlider::valueChanged, this, &DelegateWidget::onSliderMoved);
     connect(m_slider, &QSlider::sliderReleased, this, &DelegateWidget::saveEditorData);
     m_spin = add(new LongSpinBox(m_grid));
@@ -395,7 +401,8 @@ bool DelegateWidget::eventFilter(QObject* watched, QEvent* event) {
             m_spin->selectAll();
         return false;
     case QEvent::FocusOut:
-        if (hasLostFocus())
+        // Nothing has it while another program is used: the editor waits.
+        if (QApplication::focusWidget() != nullptr && !holdsFocus())
             emit editingFinished();
         return false;
     case QEvent::MouseButtonRelease:
@@ -403,9 +410,15 @@ bool DelegateWidget::eventFilter(QObject* watched, QEvent* event) {
             return false;
         release(part, *event);
         return true;
+    case QEvent::Wheel:
+        // Who scrolls the tree of a window that is not in use chooses nothing.
+        if (!holdsFocus()) {
+            event->ignore();
+            return true;
+        }
+        [[fallthrough]];
     case QEvent::KeyPress:
-    case QEvent::KeyRelease:
-    case QEvent::Wheel: {
+    case QEvent::KeyRelease: {
         const bool saysChosen = qobject_cast<QComboBox*>(watched) != nullptr ||
                                 qobject_cast<QCheckBox*>(watched) != nullptr;
         if (!saysChosen)
@@ -442,14 +455,16 @@ void DelegateWidget::release(QWidget& slider, QEvent& event) {
         tell(*value);
 }
 
-bool DelegateWidget::hasLostFocus() const {
-    // Nothing has it while another program is used: the editor waits.
+/// What no part has a use for scrolls the tree, which mouse events do not reach by themselves.
+void DelegateWidget::wheelEvent(QWheelEvent* event) {
+    QApplication::sendEvent(parentWidget(), event);
+}
+
+bool DelegateWidget::holdsFocus() const {
     const QWidget* widget = QApplication::focusWidget();
-    if (widget == nullptr)
-        return false;
     while (widget != nullptr && widget != this)
         widget = widget->parentWidget();
-    return widget == nullptr;
+    return widget == this;
 }
 
 bool DelegateWidget::focusNextPrevChild(bool next) {

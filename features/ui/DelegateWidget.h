@@ -70,6 +70,7 @@ public slots:
 
 protected:
     bool focusNextPrevChild(bool next) override;
+    void wheelEvent(QWheelEvent* event) override;
 
 private:
     /// How a value is written and read where it is edited as a text.
@@ -106,7 +107,7 @@ private:
     void tell(const FeatureValue& value);
     bool onKeyPressed(QWidget& part, const QKeyEvent& event);
     void release(QWidget& slider, QEvent& event);
-    bool hasLostFocus() const;
+    bool holdsFocus() const;
 
     FeatureInfo m_info;
     FeatureValue m_value;

@@ -63,10 +63,10 @@ FeatureTreeDialog::~FeatureTreeDialog() = default;
 
 void FeatureTreeDialog::setUpEditing() {
     QTreeView* tree = m_form->treeFeatures;
-    auto* delegate = new FeatureItemDelegate(tree);
+    m_delegate = new FeatureItemDelegate(tree);
     tree->setItemDelegateForColumn(FeatureTreeModel::NameColumn, new NameDelegate(tree));
-    tree->setItemDelegateForColumn(FeatureTreeModel::ValueColumn, delegate);
-    connect(this, &FeatureTreeDialog::commitChanges, delegate, &FeatureItemDelegate::onClose);
+    tree->setItemDelegateForColumn(FeatureTreeModel::ValueColumn, m_delegate);
+    connect(this, &FeatureTreeDialog::commitChanges, m_delegate, &FeatureItemDelegate::onClose);
     // From a feature's name, too: that is where the arrow keys and most clicks lead.
     connect(tree, &QTreeView::activated, this, &FeatureTreeDialog::editValue);
     const auto* editKey = new QShortcut(Qt::Key_F2, tree, nullptr, nullptr, Qt::WidgetShortcut);
@@ -98,8 +98,11 @@ void FeatureTreeDialog::setUpTree() {
 
 void FeatureTreeDialog::editValue(const QModelIndex& index) {
     const QModelIndex value = index.siblingAtColumn(FeatureTreeModel::ValueColumn);
-    if (value.flags().testFlag(Qt::ItemIsEditable))
-        m_form->treeFeatures->edit(value);
+    if (!value.flags().testFlag(Qt::ItemIsEditable))
+        return;
+    // The Tab key leads on from here: to the next value, not to the next name.
+    m_form->treeFeatures->setCurrentIndex(value);
+    m_form->treeFeatures->edit(value);
 }
 
 /// Rows that are scrolled into view may have longer names. The column only grows meanwhile, so that
@@ -116,6 +119,8 @@ void FeatureTreeDialog::fitNameColumn() {
 /// features of an expanded row are sorted, which reads them from the camera.
 void FeatureTreeDialog::onActivateProxyModel(bool active) {
     QTreeView* tree = m_form->treeFeatures;
+    // Its row may be about to go.
+    m_delegate->commitAndCloseEditor();
     if (!active) {
         QModelIndex current = tree->currentIndex();
         while (current.parent().isValid())

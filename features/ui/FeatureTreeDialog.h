@@ -9,6 +9,7 @@ namespace Ui {
 class FeatureTreeDialog;
 }
 class FeatureController;
+class FeatureItemDelegate;
 class FeatureTreeModel;
 class FeatureTreeProxyModel;
 
@@ -54,5 +55,6 @@ private:
     std::shared_ptr<FeatureController> m_controller;
     FeatureTreeModel* m_model = nullptr;
     FeatureTreeProxyModel* m_proxy = nullptr;
+    FeatureItemDelegate* m_delegate = nullptr;
     bool m_closing = false;
 };

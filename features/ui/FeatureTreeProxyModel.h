@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "features/FeatureFilter.h"
+
 #include <QSortFilterProxyModel>
-#include <QStringList>
 
 /// The feature tree, sorted by the names on view and, while active, reduced to the features that a
 /// settings file lists: "plugins/Spanlet_Settings.json" below the host application's directory.
@@ -32,12 +33,8 @@ protected:
     bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;
 
 private:
-    void readSettings(const QString& fileName);
     QString moduleOf(QModelIndex index) const;
 
     bool m_active = false;
-    /// Names of features, in whatever module.
-    QStringList m_featuresFilter;
-    /// Module, colon, category, as in "Stream:/Statistics".
-    QStringList m_categoriesFilter;
+    const FeatureFilter m_filter;
 };

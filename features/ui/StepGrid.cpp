@@ -17,10 +17,10 @@ constexpr std::int64_t stepsOfPage = 5;
 } // namespace
 
 StepGrid::StepGrid(std::int64_t minimum, std::int64_t maximum, std::int64_t increment)
-    : m_minimum(minimum), m_maximum(maximum),
+    : m_known(minimum <= maximum && (minimum != 0 || maximum != 0 || increment != 0)),
+      m_minimum(minimum), m_maximum(maximum),
       m_increment(static_cast<std::uint64_t>(std::max(increment, std::int64_t{1}))) {
-    const bool wasRead = minimum != 0 || maximum != 0 || increment != 0;
-    if (maximum < minimum || !wasRead) {
+    if (!m_known) {
         m_minimum = Int64::min();
         m_maximum = Int64::max();
         m_increment = 1;

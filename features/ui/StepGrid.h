@@ -11,6 +11,8 @@ public:
     /// makes no sense, the grid is all of 64 bits, and the camera decides.
     StepGrid(std::int64_t minimum, std::int64_t maximum, std::int64_t increment);
 
+    /// False where the camera decides: such a feature can be typed and stepped only.
+    bool isKnown() const { return m_known; }
     std::int64_t minimum() const { return m_minimum; }
     std::int64_t maximum() const { return m_maximum; }
     /// The highest value on the grid, at or below the maximum.
@@ -34,6 +36,7 @@ private:
     std::uint64_t offsetOf(std::int64_t value) const;
     std::int64_t at(std::uint64_t offset) const;
 
+    bool m_known;
     std::int64_t m_minimum;
     std::int64_t m_maximum;
     // Distances from the minimum: those of a 64-bit range need all 64 bits.
