@@ -335,9 +335,14 @@ bool FeatureController::setFeatureValue(const std::string& module, const std::st
 
 FeatureValue FeatureController::getFeatureValue(const std::string& module,
                                                 const std::string& feature) const {
+    return readFeatureValue(module, feature).value_or(FeatureValue());
+}
+
+std::optional<FeatureValue> FeatureController::readFeatureValue(const std::string& module,
+                                                                const std::string& feature) const {
     const auto container = getModuleOrWarn(module);
     if (!container) {
-        return {};
+        return std::nullopt;
     }
     FeatureValue value;
     std::shared_ptr<KnownFeature> found;
@@ -351,7 +356,7 @@ FeatureValue FeatureController::getFeatureValue(const std::string& module,
     }
     if (error != OrvErrorSuccess) {
         logWarning(message(": Cannot get feature value: '", feature), error);
-        return {};
+        return std::nullopt;
     }
     return type == OrvFeatureDataCommand ? FeatureValue{true} : value;
 }

@@ -7,6 +7,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -50,6 +51,9 @@ public:
     /// A fraction of the calls of a description.
     virtual FeatureInfo getFeatureOutline(const std::string& module,
                                           const std::string& feature) const;
+    /// Like getFeatureValue, but nothing on a failure.
+    std::optional<FeatureValue> readFeatureValue(const std::string& module,
+                                                 const std::string& feature) const;
 
     /// The module of that name; empty when the camera has none.
     std::shared_ptr<OrvFeatureContainerWrapper> getModule(const std::string& name) const;

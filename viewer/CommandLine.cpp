@@ -26,10 +26,6 @@ int toBenchmarkSeconds(const QString& text, QString& error) {
 } // namespace
 
 CommandLine parseCommandLine(const QStringList& arguments) {
-    const QCommandLineOption configuration(
-        QStringLiteral("config"),
-        QStringLiteral("Start the camera SDK with this configuration or scenario."),
-        QStringLiteral("file"));
     const QCommandLineOption openSpanlet(QStringLiteral("open-spanlet"),
                                          QStringLiteral("Open Spanlet at once."));
     const QCommandLineOption dark(QStringLiteral("dark"), QStringLiteral("Use dark colours."));
@@ -57,8 +53,8 @@ CommandLine parseCommandLine(const QStringList& arguments) {
                        "bandwidth."));
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
-    parser.addOptions(
-        {configuration, openSpanlet, dark, autoSet, benchmark, picture, featurePicture});
+    parser.addOptions(session::cameraOptions());
+    parser.addOptions({openSpanlet, dark, autoSet, benchmark, picture, featurePicture});
 
     CommandLine line;
     if (!parser.parse(arguments)) {
@@ -71,10 +67,12 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     } else if (!parser.positionalArguments().isEmpty()) {
         line.error = QStringLiteral("Unexpected argument \"%1\".")
                          .arg(parser.positionalArguments().constFirst());
-    } else if (parser.isSet(benchmark)) {
-        line.benchmarkSeconds = toBenchmarkSeconds(parser.value(benchmark), line.error);
+    } else {
+        line.cameras = session::cameraSource(parser, line.error);
+        if (parser.isSet(benchmark)) {
+            line.benchmarkSeconds = toBenchmarkSeconds(parser.value(benchmark), line.error);
+        }
     }
-    line.configuration = parser.value(configuration);
     line.opensSpanlet = parser.isSet(openSpanlet);
     line.isDark = parser.isSet(dark);
     line.autoSets = parser.isSet(autoSet);

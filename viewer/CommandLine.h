@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "session/CameraSource.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -8,8 +10,7 @@ namespace viewer {
 
 /// What the viewer is asked to do on its command line.
 struct CommandLine {
-    /// SDK configuration or scenario; empty for what the SDK has built in.
-    QString configuration;
+    session::CameraSource cameras;
     bool opensSpanlet = false;
     bool isDark = false;
     /// Length of the benchmark of each interface, in seconds; 0 for none.

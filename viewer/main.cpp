@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "OrvCPP/OrvSystem.h"
+#include "session/SdkSession.h"
 #include "viewer/Appearance.h"
 #include "viewer/CommandLine.h"
 #include "viewer/DialogDriver.h"
-#include "viewer/SdkSession.h"
 #include "viewer/StatisticsTable.h"
 #include "viewer/ViewerWindow.h"
 
@@ -73,7 +73,7 @@ int runAutomatically(const CommandLine& line, viewer::ViewerWindow& window) {
 }
 
 int run(const CommandLine& line) {
-    const viewer::SdkSession session(line.configuration);
+    const session::SdkSession session(line.cameras);
     if (!session.isStarted()) {
         report(line, nullptr, session.error());
         return 1;

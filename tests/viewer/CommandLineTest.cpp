@@ -16,7 +16,7 @@ CommandLine parse(const QString& arguments) {
 
 TEST(CommandLine, withoutArgumentsIsAnInteractiveRunOnTheBuiltInConfiguration) {
     const CommandLine line = parse({});
-    EXPECT_TRUE(line.configuration.isEmpty());
+    EXPECT_EQ(line.cameras.kind, session::CameraSource::Kind::BuiltIn);
     EXPECT_FALSE(line.opensSpanlet || line.isDark || line.isAutomated());
     EXPECT_TRUE(line.error.isEmpty() && line.answer.isEmpty());
 }
@@ -24,7 +24,7 @@ TEST(CommandLine, withoutArgumentsIsAnInteractiveRunOnTheBuiltInConfiguration) {
 TEST(CommandLine, takesEveryOption) {
     const CommandLine line = parse(
         QStringLiteral("--config a.json --open-spanlet --dark --benchmark 12 --picture out.png"));
-    EXPECT_EQ(line.configuration, QStringLiteral("a.json"));
+    EXPECT_EQ(line.cameras.configuration, QStringLiteral("a.json"));
     EXPECT_EQ(line.pictureFile, QStringLiteral("out.png"));
     EXPECT_EQ(line.benchmarkSeconds, 12);
     EXPECT_TRUE(line.opensSpanlet && line.isDark && line.isAutomated());
@@ -46,7 +46,8 @@ TEST_P(WrongArguments, areNamed) {
 
 INSTANTIATE_TEST_SUITE_P(Cases, WrongArguments,
                          testing::Values("--benchmark 0", "--benchmark 100000", "--benchmark soon",
-                                         "--unknown", "stray", "--config"));
+                                         "--unknown", "stray", "--config", "--cameras",
+                                         "--cameras real", "--config a.json --cameras genicam"));
 
 TEST(AlignedTable, fitsColumnsToTheirLongestCell) {
     const QString table =

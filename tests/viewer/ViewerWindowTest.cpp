@@ -3,10 +3,10 @@
 
 #include "OrvCPP/OrvSystem.h"
 #include "OrvSimulation/Simulation.h"
+#include "session/SdkSession.h"
 #include "viewer/CameraModel.h"
 #include "viewer/ImageView.h"
 #include "viewer/Sdk.h"
-#include "viewer/SdkSession.h"
 
 #include <QCheckBox>
 #include <QFileInfo>
@@ -28,8 +28,8 @@ QString scenario(const char* name) {
 /// A window on the simulated cameras of a scenario.
 class Viewer {
 public:
-    explicit Viewer(const QString& configuration = {}, const QString& plugins = noPlugins)
-        : m_session(configuration), m_window(OrvCPP::OrvSystem::GetInstance(), plugins) {
+    explicit Viewer(const session::CameraSource& cameras = {}, const QString& plugins = noPlugins)
+        : m_session(cameras), m_window(OrvCPP::OrvSystem::GetInstance(), plugins) {
         EXPECT_TRUE(m_session.isStarted()) << m_session.error().toStdString();
         m_window.show();
     }
@@ -68,7 +68,7 @@ public:
     }
 
 private:
-    viewer::SdkSession m_session;
+    session::SdkSession m_session;
     ViewerWindow m_window;
 };
 
@@ -118,7 +118,7 @@ TEST(ViewerWindow, survivesTheLiveCameraVanishing) {
 }
 
 TEST(ViewerWindow, withoutCamerasSaysSo) {
-    Viewer viewer(scenario("empty.json"));
+    Viewer viewer({session::CameraSource::Kind::Configured, scenario("empty.json")});
     EXPECT_EQ(viewer.view().accessibleDescription(), QStringLiteral("No cameras found"));
 }
 

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "session/CameraSource.h"
+
+#include <QCommandLineParser>
+
+namespace session {
+
+namespace {
+
+constexpr QLatin1String configOption("config");
+constexpr QLatin1String camerasOption("cameras");
+
+} // namespace
+
+QList<QCommandLineOption> cameraOptions() {
+    return {
+        {configOption,
+         QStringLiteral("Start the camera SDK with this configuration or scenario, a file or the "
+                        ":name of an embedded one."),
+         QStringLiteral("file")},
+        {camerasOption,
+         QStringLiteral("\"simulated\" cameras (the default), or \"genicam\": real GigE Vision "
+                        "and USB3 Vision cameras."),
+         QStringLiteral("kind")},
+    };
+}
+
+CameraSource cameraSource(const QCommandLineParser& parser, QString& error) {
+    const QString kind = parser.value(camerasOption);
+    if (parser.isSet(configOption)) {
+        if (parser.isSet(camerasOption))
+            error = QStringLiteral("--cameras %1 does not go with --config.").arg(kind);
+        return {CameraSource::Kind::Configured, parser.value(configOption)};
+    }
+    if (kind == QLatin1String("genicam"))
+        return {CameraSource::Kind::GenICam, {}};
+    if (parser.isSet(camerasOption) && kind != QLatin1String("simulated"))
+        error =
+            QStringLiteral("--cameras takes \"simulated\" or \"genicam\", not \"%1\".").arg(kind);
+    return {};
+}
+
+} // namespace session

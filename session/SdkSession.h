@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "session/CameraSource.h"
+
+#include <QString>
+
+namespace OrvCPP {
+class OrvSystem;
+}
+
+namespace session {
+
+/// Keeps the camera SDK started for as long as it lives. Bound to the GUI thread.
+class SdkSession {
+public:
+    explicit SdkSession(const CameraSource& cameras);
+    ~SdkSession();
+
+    SdkSession(const SdkSession&) = delete;
+    SdkSession& operator=(const SdkSession&) = delete;
+
+    bool isStarted() const { return m_isStarted; }
+    /// Why the SDK did not start, for a person to read; empty when it did.
+    const QString& error() const { return m_error; }
+    /// The SDK's one system object.
+    OrvCPP::OrvSystem& system() const;
+
+private:
+    void start(const CameraSource& cameras);
+    void startGenICam();
+    void startWith(const QString& configuration);
+
+    bool m_isStarted = false;
+    QString m_error;
+};
+
+} // namespace session
