@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "features/ui/DelegateWidget.h"
 
+#include "features/FeatureText.h"
 #include "features/ui/DoubleValidator.h"
-#include "features/ui/FeatureText.h"
 #include "features/ui/LongSpinBox.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "features/ui/DoubleValidator.h"
 
-#include "features/ui/FeatureText.h"
+#include "features/FeatureText.h"
 
 #include <QLocale>
 

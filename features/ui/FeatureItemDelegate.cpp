@@ -2,8 +2,8 @@
 #include "features/ui/FeatureItemDelegate.h"
 
 #include "features/FeatureMetaTypes.h"
+#include "features/FeatureText.h"
 #include "features/ui/DelegateWidget.h"
-#include "features/ui/FeatureText.h"
 #include "features/ui/FeatureTreeItem.h"
 
 #include <QPersistentModelIndex>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "features/ui/FeatureTreeItem.h"
 
-#include "features/ui/FeatureText.h"
+#include "features/FeatureText.h"
 #include "features/ui/FeatureTreeModel.h"
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "features/FeatureText.h"
 #include "features/ui/DoubleValidator.h"
-#include "features/ui/FeatureText.h"
 #include "features/ui/FloatScale.h"
 #include "features/ui/StepGrid.h"
 

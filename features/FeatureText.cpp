@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "features/ui/FeatureText.h"
+#include "features/FeatureText.h"
 
 #include <QLocale>
 #include <QStringList>
