@@ -31,6 +31,8 @@ TEST(StepGrid, RoundsAndStepsWithinItsRange) {
         {{lowest, highest, 1}, highest, highest, highest, highest - 1},
         {{lowest, highest, highest}, 0, -1, highest - 1, -1},
         {{0, 0, 0}, 7, 7, 8, 6},
+        {{9, 0, 1}, 7, 7, 8, 6},
+        {{0, 0, 1}, 7, 0, 0, 0},
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.value);
@@ -64,6 +66,7 @@ TEST(FloatScale, ReachesItsEndsAndRounds) {
     EXPECT_EQ(fromZero.valueAt(12345.678), 12346);
     EXPECT_FALSE(FloatScale(-1, 1e6, 0, true).isLogarithmic());
     EXPECT_FALSE(FloatScale(0, 0, 0, false).isUsable());
+    EXPECT_EQ(FloatScale(0, 48, INFINITY, false).valueAt(1.23456), 1.23);
     EXPECT_FALSE(FloatScale(-DBL_MAX, DBL_MAX, 0, false).isUsable());
     EXPECT_EQ(FloatScale(0, 48, 0, false).valueAt(1.23456), 1.23);
     const FloatScale stepped(1, 48, 0.5, false);
@@ -93,6 +96,7 @@ TEST(FeatureText, AddressesAndNumbersAreReadAsTheyAreWritten) {
     EXPECT_EQ(fromHexText(toHexText(-1)), Int{-1});
     EXPECT_EQ(toIpText(Int{0x1ffffff01}), QStringLiteral("255.255.255.1"));
     EXPECT_EQ(toMacText(Int{0x7f02abccddee0f}), QStringLiteral("02:ab:cc:dd:ee:0f"));
+    EXPECT_EQ(toDoubleText(-0.0), QStringLiteral("0"));
     EXPECT_EQ(toDoubleText(1e6), QStringLiteral("1000000"));
     EXPECT_EQ(toDoubleText(-2.5e-9), QStringLiteral("-2.5e-09"));
 }

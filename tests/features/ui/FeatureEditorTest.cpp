@@ -12,6 +12,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QSpinBox>
@@ -24,6 +25,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include <functional>
 #include <memory>
 
@@ -45,7 +47,9 @@ void turnWheel(QWidget* widget, int notches) {
     const QPointF middle = widget->rect().center();
     QWheelEvent event(middle, widget->mapToGlobal(middle.toPoint()), {}, {0, 120 * notches},
                       Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(widget, &event);
+    // Only those of the system are passed on to the parents.
+    QSpontaneKeyEvent::setSpontaneous(&event);
+    qApp->notify(widget, &event);
 }
 
 FeatureInfo feature(OrvFeatureDataType dataType, FeatureValue value,
@@ -71,8 +75,8 @@ FeatureInfo ranged(Number value, Number minimum, Number maximum, Number incremen
     return info;
 }
 
-FeatureInfo enumeration(const char* value, const std::vector<std::string>& available) {
-    FeatureInfo info = feature(OrvFeatureDataEnum, std::string(value));
+FeatureInfo enumeration(FeatureValue value, const std::vector<std::string>& available) {
+    FeatureInfo info = feature(OrvFeatureDataEnum, std::move(value));
     info.availableValues.assign(available.begin(), available.end());
     return info;
 }
@@ -199,14 +203,20 @@ INSTANTIATE_TEST_SUITE_P(
         KeyCase{"Boolean", feature(OrvFeatureDataBool, false), [] { press(Qt::Key_Space); }, true},
         KeyCase{"BooleanThatCannotBeRead", feature(OrvFeatureDataBool, Int{0}),
                 [] { press(Qt::Key_Space); }, true},
-        KeyCase{"EnumerationByKey", enumeration("Off", {"Off", "On"}), [] { press(Qt::Key_Down); },
-                std::string("On")},
-        KeyCase{"EnumerationByWheel", enumeration("Off", {"Off", "On"}),
+        KeyCase{"EnumerationByKey", enumeration(std::string("Off"), {"Off", "On"}),
+                [] { press(Qt::Key_Down); }, std::string("On")},
+        KeyCase{"EnumerationByWheel", enumeration(std::string("Off"), {"Off", "On"}),
                 [] { turnWheel(QApplication::focusWidget(), -1); }, std::string("On")},
-        KeyCase{"EntryThatIsNotAvailable", enumeration("Once", {"Off", "On"}),
+        KeyCase{"EntryThatIsNotAvailable", enumeration(std::string("Once"), {"Off", "On"}),
                 [] { press(Qt::Key_Down); }, std::string("Off")},
         KeyCase{"String", feature(OrvFeatureDataString, std::string("old")), typing("new"),
                 std::string("new")},
+        KeyCase{"StringThatCannotBeRead", feature(OrvFeatureDataString, Int{0}), typing("0"),
+                std::string("0")},
+        KeyCase{"EnumerationThatCannotBeRead", enumeration(Int{0}, {"On"}),
+                [] { press(Qt::Key_Down); }, std::string("On")},
+        KeyCase{"StringTooLongForALine", feature(OrvFeatureDataString, std::string(40000, 'x')),
+                [] { press(Qt::Key_Backspace); }, std::string()},
         KeyCase{"Hex", feature(OrvFeatureDataInt, Int{0x12}, "HexNumber"), typing("DeadBeef5"),
                 Int{0xdeadbeef}},
         KeyCase{"HexOf64Bits", feature(OrvFeatureDataInt, Int{0x123456789abc}, "PureHexNumber"),
@@ -226,6 +236,8 @@ INSTANTIATE_TEST_SUITE_P(
         KeyCase{"SliderOf64Bits", ranged<Int>(Int{1} << 40, 0, INT64_MAX, 1),
                 toSliderAnd(Qt::Key_End), Int{INT64_MAX}},
         KeyCase{"Float", ranged(12.123456789012345, 0.0, 48.0, 0.0), typing("3,49.25"), 34.25},
+        KeyCase{"FloatThatIsNoNumber", ranged(std::nan(""), 0.0, 48.0, 0.0),
+                [] { QApplication::focusWidget()->setProperty("text", QStringLiteral("5")); }, 5.0},
         KeyCase{"FloatSliderByWheel", ranged(12.0, 0.0, 48.0, 0.5), wheelFloatSlider, 12.5},
         KeyCase{"FloatSliderByKey", ranged(50.0, 0.0, 59.94005994005994, 0.0, "ExposureTime"),
                 toSliderAnd(Qt::Key_End), 59.94005994005994},
@@ -241,7 +253,7 @@ TEST_F(FeatureEditor, MouseChoicesAreWrittenAtOnce) {
 }
 
 TEST_F(FeatureEditor, AnEntryIsChosenFromThePopup) {
-    edit(enumeration("Off", {"Off", "Once", "On"}));
+    edit(enumeration(std::string("Off"), {"Off", "Once", "On"}));
     auto* box = part<QComboBox>();
     click(box);
     QAbstractItemView* list = box->view();
@@ -333,17 +345,45 @@ TEST_F(FeatureEditor, TabMovesWithinTheEditorAndThenToTheNextRow) {
 }
 
 TEST_F(FeatureEditor, ClosingCommitsATextThatIsComplete) {
-    edit(ranged(20.0, 10.0, 48.0, 0.0));
-    type("4");
-    press(Qt::Key_Return);
-    EXPECT_TRUE(isOpen());
-    emit delegate.onClose();
-    EXPECT_FALSE(isOpen());
-    EXPECT_THAT(writes(), IsEmpty());
+    for (const FeatureInfo& info : {ranged(20.0, 10.0, 48.0, 0.0), ranged<Int>(20, 10, 48, 1)}) {
+        edit(info);
+        type("4");
+        emit delegate.onClose();
+        EXPECT_FALSE(isOpen());
+        EXPECT_THAT(writes(), IsEmpty());
+    }
     edit(feature(OrvFeatureDataString, std::string("old")));
     type("new");
     emit delegate.onClose();
     EXPECT_THAT(writes(), ElementsAre(FeatureValue(std::string("new"))));
+}
+
+TEST_F(FeatureEditor, IsLostWithTheTree) {
+    edit(feature(OrvFeatureDataString, std::string("old")));
+    type("new");
+    model->setupModelData();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_THAT(writes(), IsEmpty());
+}
+
+TEST_F(FeatureEditor, LeavesTheWheelToTheTreeWhereItHasNoUseForIt) {
+    std::vector<FeatureInfo> features(30, feature(OrvFeatureDataString, std::string("old")));
+    for (std::size_t i = 0; i < features.size(); ++i)
+        features[i].name += std::to_string(i);
+    edit(features);
+    turnWheel(part<QLineEdit>(), -1);
+    const int scrolled = view.verticalScrollBar()->value();
+    EXPECT_GT(scrolled, 0);
+
+    features[0] = ranged<Int>(640, 16, 1936, 16);
+    edit(features);
+    QWidget another;
+    another.show();
+    another.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&another));
+    turnWheel(part<QSlider>(), -1);
+    EXPECT_GT(view.verticalScrollBar()->value(), 0);
+    EXPECT_EQ(part<QLineEdit>()->text(), QStringLiteral("640"));
 }
 
 TEST_F(FeatureEditor, NumbersHaveAPointAndNoGroupsInEveryLocale) {
