@@ -167,12 +167,11 @@ void BandwidthColumn::reload(const QModelIndex& camera) {
     slider->updateColor(m_model.cameraHandler(camera)->getAutosetStatus());
 }
 
-void BandwidthColumn::reloadValue(const FeatureController& features) {
+void BandwidthColumn::reloadValue(const std::string& cameraId) {
     for (const QModelIndex& interfaceRow : interfaceRows()) {
         for (const QModelIndex& camera : m_model.childIndexes(interfaceRow)) {
-            if (m_model.cameraHandler(camera)->getFeatureController().get() != &features)
-                continue;
-            if (BandwidthSliderWidget* slider = sliderOf(camera))
+            BandwidthSliderWidget* slider = sliderOf(camera);
+            if (slider && m_model.cameraHandler(camera)->getCameraInfo().cameraId == cameraId)
                 showUsage(camera, slider->getValue());
         }
     }

@@ -7,10 +7,10 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 class BandwidthSliderWidget;
 class CameraListModel;
-class FeatureController;
 class InterfaceSpeedWidget;
 class QSettings;
 class QTreeView;
@@ -38,8 +38,8 @@ public:
     void reloadCamera(const QModelIndex& camera);
     /// Does so for the cameras of an interface that took part in its Auto Set.
     void reloadInterface(const QString& interfaceId);
-    /// Shows the bandwidth of the camera with these features as it is now.
-    void reloadValue(const FeatureController& features);
+    /// Shows the bandwidth of the camera with this ID as it is now.
+    void reloadValue(const std::string& cameraId);
     /// Shows the maximum that the model has for a row, when it is an interface's.
     void updateMaximum(const QModelIndex& row);
     /// Judges every interface's use by the margins that are set now.

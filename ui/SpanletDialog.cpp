@@ -371,6 +371,7 @@ void SpanletDialog::onShowFeatureTreeDialog() {
     }
     const CameraInfo info = camera->getCameraInfo();
     auto* dialog = new FeatureTreeDialog(features, this);
+    m_camerasOfTrees[dialog] = info.cameraId;
     connect(dialog, &FeatureTreeDialog::closed, this, &SpanletDialog::onFeatureTreeClosed);
     dialog->setWindowTitle(tr("Feature Tree of %1-%2 (%3)")
                                .arg(QString::fromStdString(info.modelName),
@@ -380,8 +381,8 @@ void SpanletDialog::onShowFeatureTreeDialog() {
 }
 
 void SpanletDialog::onFeatureTreeClosed() {
-    if (const auto* dialog = qobject_cast<FeatureTreeDialog*>(sender()))
-        m_bandwidthColumn->reloadValue(*dialog->controller());
+    if (const auto tree = m_camerasOfTrees.extract(sender()))
+        m_bandwidthColumn->reloadValue(tree.mapped());
 }
 
 void SpanletDialog::closeFeatureTrees() {

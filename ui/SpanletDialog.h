@@ -8,7 +8,9 @@
 #include <QTimer>
 #include <QVector>
 
+#include <map>
 #include <memory>
+#include <string>
 
 namespace Logging {
 class LogMessageWidget;
@@ -115,6 +117,9 @@ private:
     QTimer m_timer;
     CameraListModel* m_model = nullptr;
     BandwidthColumn* m_bandwidthColumn = nullptr;
+    /// ID of the camera that an open feature tree is of: the tree stays open over a refresh, and
+    /// still edits that camera, while its row gets another handler.
+    std::map<const QObject*, std::string> m_camerasOfTrees;
     int m_remainingMs = 0;
     bool m_endless = false;
     bool m_autoAdjustPacketSize;

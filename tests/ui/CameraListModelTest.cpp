@@ -101,14 +101,6 @@ TEST_F(CameraListModelTest, ListsNothingWithoutCameras) {
     m_model.enableWidgets(true);
 }
 
-TEST_F(CameraListModelTest, ForgetsTheUsersMaximaOnRebuild) {
-    const FakeList cameras{makeFake("eth0", gigE, "A")};
-    build(cameras);
-    m_controller->setMaxBandwidth("eth0", 800'000'000);
-    build(cameras);
-    EXPECT_EQ(m_model.index(0, 1, m_model.index(0, 0)).data().toULongLong(), 125U);
-}
-
 TEST_F(CameraListModelTest, SelectsInterfacesInTheOrderOfTheTree) {
     build({makeFake("a usb", usb, "U"), makeFake("eth0", gigE, "A"), makeFake("eth1", gigE, "B"),
            makeFake("eth1", gigE, "C")});
@@ -132,16 +124,6 @@ TEST_F(CameraListModelTest, SelectsInterfacesInTheOrderOfTheTree) {
     m_model.selectInterface(3);
     m_model.selectInterface(-1);
     EXPECT_EQ(selected.size(), 2);
-}
-
-TEST_F(CameraListModelTest, CountsTheCamerasThatAutoSetMayChange) {
-    const FakeList cameras{makeFake("eth0", gigE, "A"), makeFake("eth0", gigE, "B"),
-                           makeFake("eth1", gigE, "C")};
-    build(cameras);
-    EXPECT_EQ(m_model.autoSettableCameraCount(), 2);
-    cameras[0]->locked = true;
-    EXPECT_EQ(m_model.autoSettableCameraCount(), 1);
-    EXPECT_EQ(m_model.cameraCount(), 2);
 }
 
 TEST_F(CameraListModelTest, ShowsStatisticsOfTheSelectedInterfaceOnly) {

@@ -377,10 +377,12 @@ TEST_F(SpanletDialogTest, OpensOneFeatureTreePerCamera) {
     EXPECT_EQ(usage(0, 0), "77 / 125");
     button("buttonRefresh").click();
     EXPECT_FALSE(open.isEnabled());
-    EXPECT_TRUE(trees().last()->isVisible()) << "of a camera that is gone";
+    EXPECT_TRUE(trees().last()->isVisible()) << "it is still of that camera";
+    m_third->bandwidth = 66'000'000;
     QSignalSpy closed(trees().last(), &FeatureTreeDialog::closed);
     m_dialog->close();
     EXPECT_EQ(closed.count(), 1);
+    EXPECT_EQ(usage(1, 0), "66 / 625");
 }
 
 TEST_F(SpanletDialogTest, KeepsSelectorAndTreeOnOneInterface) {
