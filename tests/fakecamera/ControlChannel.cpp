@@ -179,7 +179,9 @@ std::uint16_t ControlChannel::writeMemory(const Request& request, Bytes& data) {
 
 void ControlChannel::resend(const Request& request) {
     const bool extended = (request.flags & flagExtendedIds) != 0;
-    if (request.size < (extended ? 20u : 12u) || !isController(request.sender)) {
+    // Hosts may ask from the port that receives the stream.
+    const bool fromController = request.sender.sin_addr.s_addr == m_controller.sin_addr.s_addr;
+    if (request.size < (extended ? 20u : 12u) || !fromController) {
         return;
     }
     const std::uint64_t frameId = extended ? get64(request.data + 12) : get16(request.data + 2);

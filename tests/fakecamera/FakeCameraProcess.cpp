@@ -60,6 +60,9 @@ void FakeCameraProcess::start() {
         arguments.push_back(argument.data());
     }
     arguments.push_back(nullptr);
+    if (answers(20ms)) {
+        throw std::runtime_error("there is a camera already on " + m_address);
+    }
     m_process = fork();
     if (m_process == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);

@@ -16,7 +16,7 @@ public:
     /// @param address the camera's, e.g. "127.0.0.2"
     /// @param options of the program fake-camera: "--serial", "A1", ...
     /// @param networkNamespace where the camera lives, if not where the test does
-    /// Throws std::runtime_error when the camera does not answer.
+    /// Throws std::runtime_error when the camera does not answer, or another does.
     explicit FakeCameraProcess(const std::string& address,
                                const std::vector<std::string>& options = {},
                                const std::string& networkNamespace = {});

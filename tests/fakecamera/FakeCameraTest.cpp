@@ -1,0 +1,256 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/fakecamera/FakeCameraProcess.h"
+#include "tests/fakecamera/Protocol.h"
+#include "tests/fakecamera/UdpSocket.h"
+
+#include <gmock/gmock.h>
+
+#include <arv.h>
+#include <poll.h>
+#include <sys/socket.h>
+
+#include <chrono>
+#include <memory>
+#include <thread>
+
+namespace {
+
+using namespace fakecamera;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using Clock = std::chrono::steady_clock;
+
+const std::string address = "127.0.0.2";
+
+/// A packet of a stream, as it arrives.
+struct Packet {
+    Clock::time_point moment;
+    std::uint64_t frameId;
+    protocol::StreamPacket type;
+    std::size_t size;
+};
+
+/// A host that works on the camera's registers through Aravis and takes the packets of its stream
+/// from a socket of its own.
+class Host {
+public:
+    Host()
+        : m_device(arv_gv_device_new(inetAddress("127.0.0.1"), inetAddress(address), &m_error),
+                   g_object_unref) {
+        EXPECT_EQ(m_error, nullptr) << m_error->message;
+        m_socket.bind(socketAddress(parseAddress("127.0.0.1"), 0));
+        m_socket.set(SOL_SOCKET, SO_RCVBUF, 4 << 20);
+    }
+
+    ArvDevice* device() const { return ARV_DEVICE(m_device.get()); }
+    bool hasControl() const { return arv_gv_device_is_controller(ARV_GV_DEVICE(m_device.get())); }
+    void set(const char* name, const char* value) {
+        arv_device_set_features_from_string(device(), (std::string(name) + "=" + value).c_str(),
+                                            nullptr);
+    }
+    gint64 integer(const char* name) {
+        return arv_device_get_integer_feature_value(device(), name, nullptr);
+    }
+    double number(const char* name) {
+        return arv_device_get_float_feature_value(device(), name, nullptr);
+    }
+    bool isLocked(const char* name) {
+        ArvGcNode* const node = arv_device_get_feature(device(), name);
+        return arv_gc_feature_node_is_locked(ARV_GC_FEATURE_NODE(node), nullptr) != 0;
+    }
+
+    void start() {
+        sockaddr_in own{};
+        socklen_t size = sizeof own;
+        getsockname(m_socket.descriptor(), reinterpret_cast<sockaddr*>(&own), &size);
+        arv_device_set_integer_feature_value(device(), "GevSCDA", ntohl(own.sin_addr.s_addr),
+                                             nullptr);
+        arv_device_set_integer_feature_value(device(), "GevSCPHostPort", ntohs(own.sin_port),
+                                             nullptr);
+        arv_device_execute_command(device(), "AcquisitionStart", nullptr);
+    }
+
+    /// The next packets up to the end of so many frames, or until nothing came for half a second.
+    std::vector<Packet> receive(int frames) {
+        std::vector<Packet> packets;
+        pollfd readable{m_socket.descriptor(), POLLIN, 0};
+        std::uint8_t bytes[9000];
+        while (frames > 0 && poll(&readable, 1, 500) == 1) {
+            const ssize_t size = recv(m_socket.descriptor(), bytes, sizeof bytes, 0);
+            const bool extended = (bytes[4] & 0x80) != 0;
+            packets.push_back({Clock::now(),
+                               extended ? protocol::get64(bytes + 8) : protocol::get16(bytes + 2),
+                               static_cast<protocol::StreamPacket>(bytes[4] & 0x0f),
+                               static_cast<std::size_t>(size)});
+            frames -= packets.back().type == protocol::StreamPacket::Trailer ? 1 : 0;
+        }
+        return packets;
+    }
+
+    std::vector<std::uint64_t> receiveIds(int frames) {
+        std::vector<std::uint64_t> ids;
+        for (const Packet& packet : receive(frames)) {
+            if (packet.type == protocol::StreamPacket::Leader) {
+                ids.push_back(packet.frameId);
+            }
+        }
+        return ids;
+    }
+
+private:
+    static GInetAddress* inetAddress(const std::string& text) {
+        return g_inet_address_new_from_string(text.c_str());
+    }
+
+    GError* m_error = nullptr;
+    std::unique_ptr<void, decltype(&g_object_unref)> m_device;
+    UdpSocket m_socket;
+};
+
+std::chrono::duration<double> duration(const std::vector<Packet>& packets) {
+    return packets.empty() ? 0s : packets.back().moment - packets.front().moment;
+}
+
+/// What a camera is set to, and the frames per second that it then sends.
+struct Rate {
+    std::vector<std::pair<const char*, const char*>> settings;
+    double rate;
+};
+
+class FakeCameraRate : public testing::TestWithParam<Rate> {};
+
+TEST_P(FakeCameraRate, isAsTheFeatureSaysOnTheWireToo) {
+    const FakeCameraProcess camera(address, {"--width", "512", "--height", "500"});
+    Host host;
+    for (const auto& [name, value] : GetParam().settings) {
+        host.set(name, value);
+    }
+    EXPECT_NEAR(host.number("AcquisitionFrameRate"), GetParam().rate, 0.001);
+    host.start();
+    host.receive(1);
+    const int frames = static_cast<int>(GetParam().rate / 2) + 2;
+    // A busy machine lets it be somewhat slower.
+    EXPECT_NEAR(frames / duration(host.receive(frames)).count() / GetParam().rate, 1, 0.25);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , FakeCameraRate,
+    testing::Values(
+        Rate{{}, 100}, Rate{{{"ExposureTime", "20000"}}, 50},
+        Rate{{{"DeviceLinkThroughputLimit", "5120000"}}, 20},
+        Rate{{{"DeviceLinkThroughputLimit", "5120000"}, {"Width", "256"}}, 40},
+        Rate{{{"DeviceLinkThroughputLimit", "5120000"}, {"PixelFormat", "Mono16"}}, 10},
+        Rate{{{"DeviceLinkThroughputLimit", "5120000"}, {"DeviceLinkThroughputLimitMode", "Off"}},
+             100},
+        Rate{{{"AcquisitionFrameRateEnable", "true"}, {"AcquisitionFrameRate", "30"}}, 30}));
+
+TEST(FakeCamera, spreadsItsPacketsOverTheTimeThatItsLimitGivesThem) {
+    const FakeCameraProcess camera(address, {"--frame-rate", "4", "--limit", "10485760"});
+    Host host;
+    host.start();
+    const std::vector<Packet> frame = host.receive(1);
+    ASSERT_GT(frame.size(), 700u);
+    EXPECT_NEAR(duration(frame).count(), 0.1, 0.04);
+    const auto half = frame[frame.size() / 2].moment - frame.front().moment;
+    EXPECT_NEAR(std::chrono::duration<double>(half).count(), 0.05, 0.03);
+}
+
+TEST(FakeCamera, numbersFramesAsItIsTold) {
+    FakeCameraProcess camera(address, {"--first-frame-id", "65534"});
+    {
+        Host host;
+        host.start();
+        EXPECT_THAT(host.receiveIds(4), ElementsAre(65534, 65535, 1, 2));
+    }
+    camera.kill();
+    const FakeCameraProcess extended(address, {"--first-frame-id", "65535", "--extended-ids", "1"});
+    Host host;
+    host.start();
+    EXPECT_THAT(host.receiveIds(3), ElementsAre(65535, 65536, 65537));
+}
+
+TEST(FakeCamera, withholdsPacketsAndSendsThemWhenAskedAgain) {
+    const FakeCameraProcess camera(address, {"--drop-every", "200", "--frame-rate", "20"});
+    Host host;
+    // 1,048,576 bytes in packets of 1364 bytes: 769 data packets, of which every 200th is missing.
+    host.start();
+    EXPECT_EQ(host.receive(1).size(), 769u - 3u + 2u);
+    arv_device_execute_command(host.device(), "AcquisitionStop", nullptr);
+
+    const std::unique_ptr<ArvStream, decltype(&g_object_unref)> stream(
+        arv_device_create_stream(host.device(), nullptr, nullptr, nullptr), g_object_unref);
+    arv_stream_push_buffer(stream.get(), arv_buffer_new_allocate(1048576));
+    arv_device_execute_command(host.device(), "AcquisitionStart", nullptr);
+    ArvBuffer* const buffer = arv_stream_timeout_pop_buffer(stream.get(), 5000000);
+    ASSERT_NE(buffer, nullptr);
+    EXPECT_EQ(arv_buffer_get_status(buffer), ARV_BUFFER_STATUS_SUCCESS);
+    EXPECT_GE(host.integer("TestPacketsResent"), 3);
+    g_object_unref(buffer);
+}
+
+TEST(FakeCamera, takesOneHostAtATime) {
+    const FakeCameraProcess camera(address);
+    auto first = std::make_unique<Host>();
+    Host second;
+    EXPECT_TRUE(first->hasControl());
+    EXPECT_FALSE(second.hasControl());
+    second.set("DeviceLinkThroughputLimit", "2000000");
+    EXPECT_EQ(second.integer("DeviceLinkThroughputLimit"), 125000000);
+    first->start();
+    EXPECT_FALSE(first->receive(2).empty());
+    EXPECT_TRUE(first->isLocked("Width"));
+    first.reset();
+    EXPECT_TRUE(arv_gv_device_take_control(ARV_GV_DEVICE(second.device()), nullptr));
+    second.set("DeviceLinkThroughputLimit", "2000000");
+    EXPECT_EQ(second.integer("DeviceLinkThroughputLimit"), 2000000);
+    EXPECT_FALSE(second.isLocked("Width"));
+}
+
+TEST(FakeCamera, dropsAHostThatFallsSilent) {
+    const FakeCameraProcess camera(address, {"--heartbeat", "500"});
+    const UdpSocket silent;
+    const std::uint8_t takeControl[] = {0x42, 0, 0, 0x82, 0, 8, 0, 1, 0, 0, 0x0a, 0, 0, 0, 0, 2};
+    const sockaddr_in destination = socketAddress(parseAddress(address), protocol::controlPort);
+    sendto(silent.descriptor(), takeControl, sizeof takeControl, 0,
+           reinterpret_cast<const sockaddr*>(&destination), sizeof destination);
+    Host host;
+    EXPECT_FALSE(host.hasControl());
+    const auto start = Clock::now();
+    while (!arv_gv_device_take_control(ARV_GV_DEVICE(host.device()), nullptr)) {
+        ASSERT_LT(Clock::now() - start, 5s);
+    }
+    EXPECT_TRUE(host.hasControl());
+}
+
+TEST(FakeCamera, waitsForTriggersAndSendsTestPackets) {
+    const FakeCameraProcess camera(address, {"--packet-size", "8000"});
+    Host host;
+    host.set("TriggerMode", "On");
+    host.set("TriggerSource", "Software");
+    host.start();
+    EXPECT_THAT(host.receive(1), testing::IsEmpty());
+    arv_device_execute_command(host.device(), "TriggerSoftware", nullptr);
+    EXPECT_THAT(host.receiveIds(2), ElementsAre(1));
+    host.set("GevSCPSFireTestPacket", "true");
+    const std::vector<Packet> test = host.receive(1);
+    ASSERT_EQ(test.size(), 1u);
+    EXPECT_EQ(test[0].size, 8000 - protocol::ipAndUdpSize);
+}
+
+TEST(FakeCamera, diesAndComesBackAsNew) {
+    FakeCameraProcess camera(address);
+    Host host;
+    host.set("DeviceLinkThroughputLimit", "2000000");
+    host.start();
+    EXPECT_FALSE(host.receive(1).empty());
+    EXPECT_THROW(FakeCameraProcess{address}, std::runtime_error) << "the address is taken";
+    camera.kill();
+    host.receive(1000);
+    camera.restart();
+    EXPECT_THAT(host.receive(1), testing::IsEmpty());
+    Host next;
+    EXPECT_TRUE(next.hasControl());
+    EXPECT_EQ(next.integer("DeviceLinkThroughputLimit"), 125000000);
+}
+
+} // namespace

@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/fakecamera/OwnNetwork.h"
+
+#include <gmock/gmock.h>
+
+int main(int count, char** arguments) {
+    fakecamera::enterOwnNetwork();
+    testing::InitGoogleMock(&count, arguments);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/fakecamera/OwnNetwork.h"
+
+#include "tests/fakecamera/UdpSocket.h"
+
+#include <net/if.h>
+#include <sched.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <fstream>
+#include <string>
+
+namespace fakecamera {
+
+namespace {
+
+/// A user without rights needs a namespace for users, in which it is root.
+bool becomeRootOfOwnUsers() {
+    const std::string user = std::to_string(geteuid());
+    const std::string group = std::to_string(getegid());
+    if (unshare(CLONE_NEWUSER) != 0) {
+        return false;
+    }
+    std::ofstream("/proc/self/setgroups") << "deny";
+    std::ofstream("/proc/self/uid_map") << "0 " << user << " 1";
+    std::ofstream("/proc/self/gid_map") << "0 " << group << " 1";
+    return true;
+}
+
+} // namespace
+
+bool enterOwnNetwork() {
+    if (unshare(CLONE_NEWNET) != 0 && !(becomeRootOfOwnUsers() && unshare(CLONE_NEWNET) == 0)) {
+        return false;
+    }
+    const UdpSocket socket;
+    ifreq loopback{};
+    std::strcpy(loopback.ifr_name, "lo");
+    loopback.ifr_flags = IFF_UP | IFF_RUNNING;
+    return ioctl(socket.descriptor(), SIOCSIFFLAGS, &loopback) == 0;
+}
+
+} // namespace fakecamera
