@@ -20,14 +20,16 @@ namespace {
 /// Below this lightness of the window's colour the palette is a dark one.
 constexpr int darkLightness = 100;
 
-/// Names whose colour can be read on a dark background, too, with a gap before the values.
+/// Names whose colour can be read on a dark background, too, with a gap before the values. A very
+/// long one is cut off rather than pushing all values out of sight.
 class NameDelegate : public QStyledItemDelegate {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    explicit NameDelegate(QTreeView* tree) : QStyledItemDelegate(tree), m_tree(*tree) {}
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         constexpr int gap = 12;
-        return QStyledItemDelegate::sizeHint(option, index) + QSize(gap, 0);
+        const QSize size = QStyledItemDelegate::sizeHint(option, index) + QSize(gap, 0);
+        return size.boundedTo({m_tree.width() * 3 / 5, size.height()});
     }
 
 protected:
@@ -39,6 +41,9 @@ protected:
         if (dark && colour.isValid())
             option->palette.setColor(QPalette::Text, QColor::fromHsl(colour.hslHue(), 130, 150));
     }
+
+private:
+    const QTreeView& m_tree;
 };
 
 } // namespace
