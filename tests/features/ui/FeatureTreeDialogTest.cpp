@@ -8,13 +8,12 @@
 #include "engine/SystemController.h"
 #include "features/ui/FeatureTreeModel.h"
 #include "tests/features/ui/FakeFeatureTree.h"
+#include "tests/features/ui/FeatureTreeWindow.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/TextTree.h"
 
-#include <QCheckBox>
 #include <QHeaderView>
 #include <QLineEdit>
-#include <QPointer>
 #include <QPushButton>
 #include <QTest>
 #include <QTreeView>
@@ -26,39 +25,6 @@ namespace {
 using testing::ElementsAre;
 using testing::Pair;
 
-/// A dialog on view, with its widgets.
-struct Window {
-    explicit Window(std::shared_ptr<FeatureController> features)
-        : dialog(new FeatureTreeDialog(std::move(features))),
-          tree(*dialog->findChild<QTreeView*>(QStringLiteral("treeFeatures"))),
-          filter(*dialog->findChild<QCheckBox*>(QStringLiteral("checkFilter"))) {
-        dialog->show();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
-        QObject::connect(dialog, &FeatureTreeDialog::closed, [this] { ++closed; });
-    }
-    ~Window() { delete dialog; }
-
-    QModelIndex row(const char* name) const {
-        const QModelIndexList found =
-            tree.model()->match(tree.model()->index(0, 0), Qt::DisplayRole, QLatin1String(name), 1,
-                                Qt::MatchExactly | Qt::MatchRecursive);
-        return found.value(0);
-    }
-    QString value(const char* name) const { return row(name).siblingAtColumn(1).data().toString(); }
-    /// Begins to edit the value of a feature from its name.
-    QWidget* edit(const char* name) const {
-        tree.setFocus();
-        tree.setCurrentIndex(row(name));
-        QTest::keyClick(&tree, Qt::Key_F2);
-        return tree.indexWidget(row(name).siblingAtColumn(1));
-    }
-
-    QPointer<FeatureTreeDialog> dialog;
-    QTreeView& tree;
-    QCheckBox& filter;
-    int closed = 0;
-};
-
 std::shared_ptr<FakeFeatureTree> makeFeatures() {
     auto features = std::make_shared<FakeFeatureTree>(std::vector<std::string>{"Camera"});
     features->add("Camera", "/Image", "PixelFormat", OrvFeatureDataString, std::string("Mono8"));
@@ -68,7 +34,7 @@ std::shared_ptr<FakeFeatureTree> makeFeatures() {
 }
 
 TEST(FeatureTreeDialog, OpensFilteredAndExpandedAndCollapsesAllFeatures) {
-    const Window window(makeFeatures());
+    const FeatureTreeWindow window(makeFeatures());
     EXPECT_EQ(window.dialog->size(), QSize(620, 570));
     EXPECT_TRUE(window.filter.isChecked());
     EXPECT_EQ(textTree(*window.tree.model()),
@@ -86,8 +52,28 @@ TEST(FeatureTreeDialog, OpensFilteredAndExpandedAndCollapsesAllFeatures) {
     EXPECT_FALSE(window.row("The Gamma").isValid());
 }
 
+TEST(FeatureTreeDialog, WritesAnOpenEditBeforeTheFilterIsSwitched) {
+    const auto features = makeFeatures();
+    const FeatureTreeWindow window(features);
+    for (const char* name : {"The PixelFormat", "The PayloadSize"}) {
+        ASSERT_NE(window.edit(name), nullptr);
+        QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("7"));
+        window.dialog->onActivateProxyModel(false);
+        EXPECT_EQ(features->written.size(), 1U);
+        features->written.clear();
+        window.dialog->onActivateProxyModel(true);
+    }
+}
+
+TEST(FeatureTreeDialog, TabLeadsFromValueToValue) {
+    const FeatureTreeWindow window(makeFeatures());
+    ASSERT_NE(window.edit("The PayloadSize"), nullptr);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_NE(window.tree.indexWidget(window.row("The PixelFormat").siblingAtColumn(1)), nullptr);
+}
+
 TEST(FeatureTreeDialog, WithoutACameraIsEmpty) {
-    const Window window({});
+    const FeatureTreeWindow window({});
     window.filter.click();
     window.filter.click();
     EXPECT_EQ(window.tree.model(), nullptr);
@@ -104,7 +90,7 @@ TEST(FeatureTreeDialog, WritesAnOpenEditBeforeItIsClosedInWhateverWay) {
     };
     for (const auto& close : ways) {
         const auto features = makeFeatures();
-        const Window window(features);
+        const FeatureTreeWindow window(features);
         QWidget* editor = window.edit("The PixelFormat");
         ASSERT_NE(editor, nullptr);
         auto* text = editor->findChild<QLineEdit*>();
@@ -160,8 +146,9 @@ TEST_F(FeatureTreeOfCamera, IsReadOnlyAsFarAsItIsOnView) {
     };
     listing();
     const std::uint64_t listed = calls(listing);
-    std::unique_ptr<Window> window;
-    EXPECT_LT(calls([&] { window = std::make_unique<Window>(features); }) - listed, 300U);
+    std::unique_ptr<FeatureTreeWindow> window;
+    EXPECT_LT(calls([&] { window = std::make_unique<FeatureTreeWindow>(features); }) - listed,
+              300U);
     EXPECT_GT(window->tree.header()->sectionSize(0), 200);
     EXPECT_EQ(calls([&] { window->filter.click(); }), 0U);
     EXPECT_EQ(calls([&] { window->tree.expand(window->tree.model()->index(3, 0)); }), 0U);
@@ -172,7 +159,7 @@ TEST_F(FeatureTreeOfCamera, IsReadOnlyAsFarAsItIsOnView) {
 }
 
 TEST_F(FeatureTreeOfCamera, FollowsWhatAWriteChangesElsewhere) {
-    const Window window(m_camera->getFeatureController());
+    const FeatureTreeWindow window(m_camera->getFeatureController());
     const int payload = window.value("Payload Size").toInt();
     const QModelIndex format = window.row("Pixel Format").siblingAtColumn(1);
     window.tree.scrollTo(format);
@@ -187,8 +174,8 @@ TEST_F(FeatureTreeOfCamera, FollowsWhatAWriteChangesElsewhere) {
 }
 
 TEST_F(FeatureTreeOfCamera, OutlivesTheCameraAndAnotherTreeOfIt) {
-    const Window window(m_camera->getFeatureController());
-    { const Window another(m_camera->getFeatureController()); }
+    const FeatureTreeWindow window(m_camera->getFeatureController());
+    { const FeatureTreeWindow another(m_camera->getFeatureController()); }
     m_camera.reset();
     m_controller.reset();
     m_log.clear();
