@@ -8,7 +8,6 @@
 #include "tests/features/ui/FeatureTreeWindow.h"
 #include "tests/support/CapturedLog.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QPushButton>
 #include <QScrollBar>
@@ -33,10 +32,6 @@ void step(QPushButton& /*button*/) {}
 /// The feature tree of a simulated camera, each call of which can be made to fail.
 class FeatureTreeFaults : public testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        // Thousands of pictures are painted: the plain style does it three times faster.
-        QApplication::setStyle(QStringLiteral("windows"));
-    }
     void SetUp() override {
         ASSERT_EQ(m_system.Startup(L"" FAULT_SCENARIO), OrvErrorSuccess);
         std::shared_ptr<OrvCPP::Camera> found;
@@ -74,7 +69,7 @@ protected:
     static void scroll(const FeatureTreeWindow& window) {
         QScrollBar& bar = *window.tree.verticalScrollBar();
         do {
-            window.dialog->grab();
+            window.tree.viewport()->grab();
             bar.triggerAction(QAbstractSlider::SliderPageStepAdd);
         } while (bar.value() < bar.maximum());
     }
@@ -104,7 +99,7 @@ protected:
         edit<LongSpinBox>(window, "Width");
         edit<QComboBox>(window, "Pixel Format");
         EXPECT_TRUE(edit<QPushButton>(window, "Trigger Software") || failingCall > 0);
-        window.dialog->grab();
+        window.tree.viewport()->grab();
         if (failingCall > 0 && m_simulation->GetCallCount() >= failingCall)
             expectThatItStillWorks(*window.tree.model(), failingCall);
         begin<LongSpinBox>(window, "Height");
