@@ -34,15 +34,17 @@ struct Packet {
 /// from a socket of its own.
 class Host {
 public:
-    Host()
-        : m_device(arv_gv_device_new(inetAddress("127.0.0.1"), inetAddress(address), &m_error),
-                   g_object_unref) {
-        EXPECT_EQ(m_error, nullptr) << m_error->message;
+    Host() {
+        const auto own = inetAddress("127.0.0.1");
+        const auto cameras = inetAddress(address);
+        GError* error = nullptr;
+        m_device.reset(arv_gv_device_new(own.get(), cameras.get(), &error));
+        EXPECT_EQ(error, nullptr) << error->message;
         m_socket.bind(socketAddress(parseAddress("127.0.0.1"), 0));
         m_socket.set(SOL_SOCKET, SO_RCVBUF, 4 << 20);
     }
 
-    ArvDevice* device() const { return ARV_DEVICE(m_device.get()); }
+    ArvDevice* device() const { return m_device.get(); }
     bool hasControl() const { return arv_gv_device_is_controller(ARV_GV_DEVICE(m_device.get())); }
     void set(const char* name, const char* value) {
         arv_device_set_features_from_string(device(), (std::string(name) + "=" + value).c_str(),
@@ -98,12 +100,13 @@ public:
     }
 
 private:
-    static GInetAddress* inetAddress(const std::string& text) {
-        return g_inet_address_new_from_string(text.c_str());
+    template <typename Class> using Object = std::unique_ptr<Class, decltype(&g_object_unref)>;
+
+    static Object<GInetAddress> inetAddress(const std::string& text) {
+        return {g_inet_address_new_from_string(text.c_str()), g_object_unref};
     }
 
-    GError* m_error = nullptr;
-    std::unique_ptr<void, decltype(&g_object_unref)> m_device;
+    Object<ArvDevice> m_device{nullptr, g_object_unref};
     UdpSocket m_socket;
 };
 
