@@ -132,8 +132,13 @@ TEST_P(FakeCameraRate, isAsTheFeatureSaysOnTheWireToo) {
     host.start();
     host.receive(1);
     const int frames = static_cast<int>(GetParam().rate / 2) + 2;
-    // A busy machine lets it be somewhat slower.
-    EXPECT_NEAR(frames / duration(host.receive(frames)).count() / GetParam().rate, 1, 0.25);
+    // A busy machine may make the camera late once, but it never hurries.
+    double share = 0;
+    for (int i = 0; i < 3 && share < 0.9; ++i) {
+        share = frames / duration(host.receive(frames)).count() / GetParam().rate;
+        EXPECT_LT(share, 1.1);
+    }
+    EXPECT_GT(share, 0.75);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -153,9 +158,11 @@ TEST(FakeCamera, spreadsItsPacketsOverTheTimeThatItsLimitGivesThem) {
     host.start();
     const std::vector<Packet> frame = host.receive(1);
     ASSERT_GT(frame.size(), 700u);
-    EXPECT_NEAR(duration(frame).count(), 0.1, 0.04);
-    const auto half = frame[frame.size() / 2].moment - frame.front().moment;
-    EXPECT_NEAR(std::chrono::duration<double>(half).count(), 0.05, 0.03);
+    const auto first = frame.front().moment;
+    EXPECT_GT(frame.back().moment - first, 90ms);
+    EXPECT_LT(frame.back().moment - first, 190ms);
+    EXPECT_GT(frame[frame.size() / 2].moment - first, 40ms);
+    EXPECT_LT(frame[frame.size() / 2].moment - first, 110ms);
 }
 
 TEST(FakeCamera, numbersFramesAsItIsTold) {

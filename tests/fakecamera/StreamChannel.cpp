@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/fakecamera/StreamChannel.h"
 
+#include <pthread.h>
+#include <sched.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -81,6 +83,9 @@ void StreamChannel::sendTestPacket(bool mayFragment) {
 }
 
 void StreamChannel::run() {
+    // No camera waits for what else its host computes. Not everybody may have that; then it does.
+    const sched_param priority{sched_get_priority_min(SCHED_RR)};
+    pthread_setschedparam(pthread_self(), SCHED_RR, &priority);
     while (waitForAcquisition()) {
         acquire();
     }
