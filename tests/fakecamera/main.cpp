@@ -42,7 +42,12 @@ std::map<std::string, std::string> parse(int count, char** arguments) {
     for (int i = 1; i < count; i += 2) {
         const auto option = options.find(arguments[i]);
         if (option == options.end() || i + 1 == count) {
-            throw std::runtime_error(std::string("not an option with a value: ") + arguments[i]);
+            std::string known;
+            for (const auto& [name, value] : options) {
+                known += "\n  " + name + " " + value;
+            }
+            throw std::runtime_error(std::string("not an option with a value: ") + arguments[i] +
+                                     "\nThe options and their defaults:" + known);
         }
         option->second = arguments[i + 1];
     }
