@@ -63,10 +63,7 @@ std::optional<std::int64_t> fromMacText(const QString& text) {
 QString toDoubleText(double value) {
     constexpr int decimals = 10;
     const double size = std::abs(value);
-    // A zero has no sign to be seen.
-    if (size == 0.0)
-        return QStringLiteral("0");
-    const bool shows = size >= 1e-6 && size < 1e15;
+    const bool shows = size == 0.0 || (size >= 1e-6 && size < 1e15);
     if (!shows)
         return QString::number(value, 'g', QLocale::FloatingPointShortest);
     QString text = QString::number(value, 'f', decimals);

@@ -94,7 +94,7 @@ void FeatureTreeDialog::setUpTree() {
     QHeaderView* header = tree->header();
     // The model leaves room for labels of two lines.
     header->setMaximumHeight(2 * header->fontMetrics().height());
-    // Only the rows on view: others would be read from the camera to be measured.
+    // Only the rows on view: measuring those of a large tree takes long.
     header->setResizeContentsPrecision(0);
     header->setSectionResizeMode(QHeaderView::ResizeToContents);
     connect(tree->verticalScrollBar(), &QScrollBar::valueChanged, this,

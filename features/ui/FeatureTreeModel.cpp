@@ -19,7 +19,8 @@ constexpr double commandTimeoutMs = 1000.0;
 FeatureTreeItem& categoryBelow(BasicTreeItem& parent, const QString& text) {
     for (int row = 0; row < parent.childCount(); ++row) {
         auto& child = static_cast<FeatureTreeItem&>(*parent.child(row));
-        if (!child.isFeature() && child.value(FeatureTreeModel::NameColumn).toString() == text)
+        // A feature shows no name before it was read.
+        if (child.value(FeatureTreeModel::NameColumn).toString() == text)
             return child;
     }
     return static_cast<FeatureTreeItem&>(
@@ -158,11 +159,7 @@ bool FeatureTreeModel::setData(const QModelIndex& index, const QVariant& value, 
     readInfo(item);
     if (item.info().dataType == OrvFeatureDataCommand)
         return runCommand(item, value);
-    const bool written = writeValue(item, value);
-    // An editor that stays open goes back to what the camera has.
-    if (!written)
-        emit dataChanged(index, index);
-    return written;
+    return writeValue(item, value);
 }
 
 bool FeatureTreeModel::runCommand(const FeatureTreeItem& feature, const QVariant& value) {

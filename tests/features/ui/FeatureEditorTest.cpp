@@ -317,6 +317,14 @@ TEST_F(FeatureEditor, ASliderWritesWhenItIsReleasedAndStaysOpen) {
     }
 }
 
+TEST_F(FeatureEditor, ASliderWithoutARangeCannotBeMoved) {
+    for (const FeatureInfo& info :
+         {feature(OrvFeatureDataInt, Int{5}), feature(OrvFeatureDataFloat, 5.0)}) {
+        edit(info);
+        EXPECT_FALSE(editor()->findChild<QWidget*>({}, Qt::FindDirectChildrenOnly)->isEnabled());
+    }
+}
+
 TEST_F(FeatureEditor, AnExposureTimeSpansItsRangeLogarithmically) {
     edit(ranged(10.0, 10.0, 1e6, 0.0, "ExposureTimeAbs"));
     part<QLineEdit>()->selectAll();

@@ -55,14 +55,22 @@ TEST(FeatureTreeDialog, OpensFilteredAndExpandedAndCollapsesAllFeatures) {
 TEST(FeatureTreeDialog, WritesAnOpenEditBeforeTheFilterIsSwitched) {
     const auto features = makeFeatures();
     const FeatureTreeWindow window(features);
-    for (const char* name : {"The PixelFormat", "The PayloadSize"}) {
-        ASSERT_NE(window.edit(name), nullptr);
-        QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("7"));
+    for (const char* text : {"7", "8"}) {
         window.dialog->onActivateProxyModel(false);
-        EXPECT_EQ(features->written.size(), 1U);
-        features->written.clear();
+        window.tree.expandAll();
+        ASSERT_NE(window.edit("The Gamma"), nullptr);
+        QTest::keyClicks(QApplication::focusWidget(), QLatin1String(text));
         window.dialog->onActivateProxyModel(true);
     }
+    EXPECT_THAT(features->written,
+                ElementsAre(Pair("Gamma", FeatureValue(7.0)), Pair("Gamma", FeatureValue(8.0))));
+}
+
+TEST(FeatureTreeDialog, KeepsValuesOnViewBesideLongNames) {
+    const auto features = makeFeatures();
+    features->add("Camera", "/Image", "Width").displayName.assign(200, 'W');
+    const FeatureTreeWindow window(features);
+    EXPECT_LT(window.tree.header()->sectionSize(0), window.tree.width() * 3 / 4);
 }
 
 TEST(FeatureTreeDialog, TabLeadsFromValueToValue) {

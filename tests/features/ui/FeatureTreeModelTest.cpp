@@ -166,11 +166,15 @@ TEST_F(FeatureTree, ReadsADescriptionOnceUntilAWrite) {
     EXPECT_THAT(m_features->reads, IsEmpty());
     EXPECT_EQ(rate.data(FeatureTreeModel::InfoRole).value<FeatureInfo>().category, "/A/B");
     EXPECT_THAT(m_features->reads, IsEmpty());
+    // Failing to be read anew, it would be filtered out.
+    m_features->features[{"Camera", "Rate"}].category.clear();
     textTree(m_model);
     textTree(m_model);
     EXPECT_EQ(m_features->reads["Rate"], 1);
     EXPECT_EQ(m_features->outlines["Rate"], 1);
-    EXPECT_EQ(rate.data(FeatureTreeModel::InfoRole).value<FeatureInfo>().displayName, "The Rate");
+    const auto info = rate.data(FeatureTreeModel::InfoRole).value<FeatureInfo>();
+    EXPECT_EQ(info.displayName, "The Rate");
+    EXPECT_EQ(info.category, "/A/B");
 
     m_features->onWrite = [this] {
         m_features->features[{"Camera", "Rate"}].value = 9.5;
@@ -246,6 +250,7 @@ TEST_F(FeatureTree, WritesValuesInTheTypeThatTheFeatureHas) {
         EXPECT_THAT(m_features->written, IsEmpty());
         EXPECT_TRUE(m_model.setData(index, value)) << name;
         EXPECT_THAT(m_features->written, ElementsAre(Pair(name, written)));
+        EXPECT_EQ(index.data(FeatureTreeModel::InfoRole).value<FeatureInfo>().value, written);
         EXPECT_EQ(index.data(), value);
         m_features->written.clear();
     }
@@ -266,7 +271,12 @@ TEST_F(FeatureTree, RunsACommandForAnythingButFalse) {
     EXPECT_THAT(m_features->commands, IsEmpty());
     EXPECT_TRUE(m_model.setData(command, true));
     m_features->refuses = true;
+    textTree(m_model);
+    m_features->reads.clear();
     EXPECT_FALSE(m_model.setData(command, 0));
+    // One that takes too long may have had its effect, too.
+    textTree(m_model);
+    EXPECT_EQ(m_features->reads["Rate"], 1);
     EXPECT_THAT(m_features->commands, ElementsAre(Pair("Load", 1000.0), Pair("Load", 1000.0)));
 }
 
