@@ -12,7 +12,6 @@
 #include <QShortcut>
 #include <QStyledItemDelegate>
 
-#include <algorithm>
 #include <utility>
 
 namespace {
