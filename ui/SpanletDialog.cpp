@@ -370,6 +370,8 @@ void SpanletDialog::onShowFeatureTreeDialog() {
         }
     }
     const CameraInfo info = camera->getCameraInfo();
+    // Listing the features of a real camera can take seconds.
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     auto* dialog = new FeatureTreeDialog(features, this);
     m_camerasOfTrees[dialog] = info.cameraId;
     connect(dialog, &FeatureTreeDialog::closed, this, &SpanletDialog::onFeatureTreeClosed);
@@ -378,6 +380,7 @@ void SpanletDialog::onShowFeatureTreeDialog() {
                                     QString::fromStdString(info.serialNumber),
                                     QString::fromStdString(info.cameraId)));
     dialog->show();
+    QGuiApplication::restoreOverrideCursor();
 }
 
 void SpanletDialog::onFeatureTreeClosed() {

@@ -368,6 +368,7 @@ TEST_F(SpanletDialogTest, OpensOneFeatureTreePerCamera) {
         open.click();
         open.click();
     }
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
     ASSERT_EQ(trees().size(), 2);
     EXPECT_EQ(trees()[0]->windowTitle(), QStringLiteral("Feature Tree of A-S (1)"));
 
