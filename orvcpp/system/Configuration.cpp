@@ -4,6 +4,9 @@
 #include "orvcpp/json/ObjectReader.h"
 #include "orvcpp/virtual/ScenarioReader.h"
 #include "orvcpp/virtual/VirtualProvider.h"
+#ifdef ORVCPP_GENICAM
+#include "orvcpp/genicam/GenicamProvider.h"
+#endif
 
 #include <QFileInfo>
 
@@ -33,13 +36,37 @@ std::shared_ptr<Provider> readVirtual(ObjectReader& reader, const Surroundings& 
     return makeVirtual(readObject(sim::scenarioFile(name, surroundings.folder)), surroundings);
 }
 
+#ifdef ORVCPP_GENICAM
+/// The cameras that are really there.
+const QString& genicamName() {
+    static const QString name = QStringLiteral(":genicam");
+    return name;
+}
+
+std::shared_ptr<Provider> makeGenicam(const genicam::GenicamSettings& settings,
+                                      const Surroundings& surroundings) {
+    return genicam::makeGenicamProvider(settings, surroundings.host, surroundings.gate);
+}
+
+std::shared_ptr<Provider> readGenicam(ObjectReader& reader, const Surroundings& surroundings) {
+    genicam::GenicamSettings settings;
+    settings.packetSocket = reader.boolean("packetSocket", true) ? genicam::PacketSocket::Automatic
+                                                                 : genicam::PacketSocket::Never;
+    return makeGenicam(settings, surroundings);
+}
+#endif
+
 struct ProviderKind {
     const char* name;
     std::shared_ptr<Provider> (*read)(ObjectReader& reader, const Surroundings& surroundings);
 };
 
 /// Every kind of provider that a configuration may name.
-constexpr ProviderKind providerKinds[] = {{"virtual", readVirtual}};
+constexpr ProviderKind providerKinds[] = {{"virtual", readVirtual},
+#ifdef ORVCPP_GENICAM
+                                          {"genicam", readGenicam}
+#endif
+};
 
 Providers readProviders(ObjectReader& reader, const Surroundings& surroundings) {
     QStringList names;
@@ -66,9 +93,13 @@ Providers readProviders(ObjectReader& reader, const Surroundings& surroundings) 
 
 Providers makeProviders(const QString& file, ProviderHost& host,
                         const std::shared_ptr<CallGate>& gate) {
+    const Surroundings surroundings{host, gate, QFileInfo(file).path()};
+#ifdef ORVCPP_GENICAM
+    if (file == genicamName())
+        return {makeGenicam({}, surroundings)};
+#endif
     const QString name = file.isEmpty() ? sim::defaultScenarioName() : file;
     ObjectReader reader = readObject(sim::scenarioFile(name, QString()));
-    const Surroundings surroundings{host, gate, QFileInfo(file).path()};
     if (reader.has("providers"))
         return readProviders(reader, surroundings);
     return {makeVirtual(reader, surroundings)};

@@ -13,7 +13,8 @@ namespace orv {
 
 /// Makes the providers that a configuration file names:
 /// {"providers": [{"type": "virtual", "scenario": "file"}]}. A scenario file given in its place
-/// is run by itself, and ":name" is an embedded scenario. An empty \p file is the embedded
+/// is run by itself, ":name" is an embedded scenario, and ":genicam" are the cameras that are
+/// really there, where the build has access to them. An empty \p file is the embedded
 /// configuration. Throws a FormatError; nothing is started.
 std::vector<std::shared_ptr<Provider>> makeProviders(const QString& file, ProviderHost& host,
                                                      const std::shared_ptr<CallGate>& gate);

@@ -31,8 +31,8 @@ public:
     virtual OrvErrorType Startup() = 0;
     /// Starts with a configuration file (JSON) that names the providers to start, with a scenario
     /// file of simulated cameras, or with an embedded scenario (":default", ":empty", ":faulty",
-    /// ":oversubscribed", ":sixty-four"). OrvErrorBadParameter when something is wrong with it:
-    /// nothing is started then, and GetStartupError tells what.
+    /// ":oversubscribed", ":sixty-four"), or with real cameras (":genicam"). OrvErrorBadParameter
+    /// when something is wrong with it: nothing is started then, and GetStartupError tells what.
     virtual OrvErrorType Startup(const wchar_t* pathConfiguration) = 0;
     /// Closes every camera, stops every thread and forgets providers, observers and factory. What
     /// was handed out answers OrvErrorApiNotStarted from then on. OrvErrorInvalidCall when called

@@ -1,0 +1,236 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/genicam/Acquisition.h"
+
+#include "orvcpp/genicam/Fault.h"
+#include "orvcpp/genicam/Log.h"
+#include "orvcpp/genicam/NodeAccess.h"
+#include "orvcpp/system/SdkThread.h"
+
+#include <utility>
+
+namespace orv::genicam {
+
+namespace {
+
+constexpr std::int64_t largestPayload = std::int64_t{1} << 31;
+/// A count of the library, not in the list of every kind of stream.
+constexpr const char* sizeMismatchCount = "n_size_mismatch_errors";
+
+std::uint64_t firstId(const CameraRecord& record) {
+    return record.type == OrvTransportLayerTypeGEV ? 1 : 0;
+}
+
+OrvErrorType readPayload(const FeatureCatalogue& features, std::size_t& payload) {
+    const auto feature = features.find("PayloadSize");
+    if (!feature)
+        return OrvErrorNotFound;
+    std::int64_t bytes = 0;
+    if (const OrvErrorType error = node::get(*feature, bytes))
+        return error;
+    if (bytes <= 0 || bytes > largestPayload)
+        return OrvErrorInvalidValue;
+    payload = static_cast<std::size_t>(bytes);
+    return OrvErrorSuccess;
+}
+
+OrvErrorType runCommand(const FeatureCatalogue& features, const char* name) {
+    const auto command = features.find(name);
+    return command ? node::run(*command) : OrvErrorNotFound;
+}
+
+/// Locks the settings that may not change while frames are sent, where the camera wants to be told.
+void lockSettings(const FeatureCatalogue& features, std::int64_t locked) {
+    if (const auto feature = features.find("TLParamsLocked"))
+        node::set(*feature, locked);
+}
+
+std::vector<StreamCount> readCounts(ArvStream* stream) {
+    std::vector<StreamCount> counts;
+    for (guint i = 0; i < arv_stream_get_n_infos(stream); ++i) {
+        if (arv_stream_get_info_type(stream, i) == G_TYPE_UINT64)
+            counts.push_back({arv_stream_get_info_name(stream, i),
+                              static_cast<std::int64_t>(arv_stream_get_info_uint64(stream, i))});
+    }
+    return counts;
+}
+
+/// Where a stream keeps its count of frames of a wrong size; nothing when it does not count them.
+std::optional<guint> findMismatchInfo(ArvStream* stream) {
+    for (guint i = 0; i < arv_stream_get_n_infos(stream); ++i) {
+        if (std::string(arv_stream_get_info_name(stream, i)) == sizeMismatchCount)
+            return i;
+    }
+    return std::nullopt;
+}
+
+OrvFrameStatusType statusOf(ArvBufferStatus status) {
+    switch (status) {
+    case ARV_BUFFER_STATUS_SUCCESS:
+        return OrvFrameStatusComplete;
+    case ARV_BUFFER_STATUS_TIMEOUT:
+    case ARV_BUFFER_STATUS_MISSING_PACKETS:
+    case ARV_BUFFER_STATUS_FILLING:
+    case ARV_BUFFER_STATUS_ABORTED:
+        return OrvFrameStatusIncomplete;
+    case ARV_BUFFER_STATUS_SIZE_MISMATCH:
+        return OrvFrameStatusTooSmall;
+    case ARV_BUFFER_STATUS_WRONG_PACKET_ID:
+    case ARV_BUFFER_STATUS_CLEARED:
+    case ARV_BUFFER_STATUS_UNKNOWN:
+        break;
+    }
+    return OrvFrameStatusInvalid;
+}
+
+} // namespace
+
+Acquisition::Acquisition(std::shared_ptr<DeviceSession> device,
+                         std::shared_ptr<OrvCPP::IFrameObserver> observer, StreamPath path)
+    : m_device(std::move(device)), m_observer(std::move(observer)), m_path(path) {}
+
+Acquisition::~Acquisition() {
+    endStream();
+}
+
+OrvErrorType Acquisition::start(int bufferCount, std::optional<std::uint64_t> previousId) {
+    m_ids.emplace(firstId(m_device->record()), previousId);
+    const OrvErrorType error =
+        m_device->call([self = shared_from_this(), bufferCount](
+                           ArvDevice* device) { return self->startOn(device, bufferCount); },
+                       DeviceSession::longCallLimit);
+    if (error)
+        stop();
+    return error;
+}
+
+OrvErrorType Acquisition::startOn(ArvDevice* device, int bufferCount) {
+    const FeatureCatalogue& features = *m_device->features();
+    if (const OrvErrorType error = readPayload(features, m_payload))
+        return error;
+    if (const OrvErrorType error = makeStream(device))
+        return error;
+    lockSettings(features, 1);
+    OrvErrorType error = announceFrames(bufferCount);
+    if (!error)
+        error = runCommand(features, "AcquisitionStart");
+    if (error || m_stopping)
+        lockSettings(features, 0);
+    return error;
+}
+
+OrvErrorType Acquisition::makeStream(ArvDevice* device) {
+    if (ARV_IS_GV_DEVICE(device))
+        arv_gv_device_set_stream_options(ARV_GV_DEVICE(device),
+                                         m_path.usesPacketSocket
+                                             ? ARV_GV_STREAM_OPTION_NONE
+                                             : ARV_GV_STREAM_OPTION_PACKET_SOCKET_DISABLED);
+    Fault fault;
+    GObjectPtr<ArvStream> stream(
+        arv_device_create_stream(device, &Acquisition::onStream, this, fault.out()));
+    if (!stream)
+        return fault.code() ? fault.code() : OrvErrorUnspecified;
+    if (ARV_IS_GV_STREAM(stream.get())) {
+        g_object_set(stream.get(), "socket-buffer", ARV_GV_STREAM_SOCKET_BUFFER_FIXED,
+                     "socket-buffer-size", wantedReceiveBuffer, nullptr);
+        logInfo(m_device->record().id() + ": Frames come through a " + m_path.description() + '.');
+    }
+    const std::lock_guard lock(m_mutex);
+    m_stream = std::move(stream);
+    m_mismatchInfo = findMismatchInfo(m_stream.get());
+    m_delivering.store(m_stream.get());
+    return OrvErrorSuccess;
+}
+
+OrvErrorType Acquisition::announceFrames(int bufferCount) {
+    for (int i = 0; i < bufferCount; ++i) {
+        m_frames.push_back(std::make_shared<GenicamFrame>(weak_from_this(), m_payload));
+        if (const OrvErrorType error = queue(*m_frames.back()))
+            return error;
+    }
+    return OrvErrorSuccess;
+}
+
+OrvErrorType Acquisition::queue(GenicamFrame& frame) {
+    const std::lock_guard lock(m_mutex);
+    if (!m_stream || m_stopping)
+        return OrvErrorInvalidCall;
+    if (frame.m_isQueued.exchange(true))
+        return OrvErrorInUse;
+    // The stream gets a reference of its own, which comes back with the filled buffer.
+    g_object_ref(frame.m_buffer.get());
+    arv_stream_push_buffer(m_stream.get(), frame.m_buffer.get());
+    return OrvErrorSuccess;
+}
+
+void Acquisition::stop() {
+    if (m_stopping.exchange(true))
+        return;
+    m_device->call([self = shared_from_this()](ArvDevice*) {
+        const FeatureCatalogue& features = *self->m_device->features();
+        const OrvErrorType error = runCommand(features, "AcquisitionStop");
+        lockSettings(features, 0);
+        return error;
+    });
+    endStream();
+}
+
+void Acquisition::endStream() {
+    GObjectPtr<ArvStream> ending;
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_stream)
+            return;
+        m_lastCounts = readCounts(m_stream.get());
+        ending = std::move(m_stream);
+    }
+    // Without the lock: the thread that delivers may be about to queue a frame.
+    ending.reset();
+    m_delivering.store(nullptr);
+}
+
+std::vector<StreamCount> Acquisition::counts() const {
+    const std::lock_guard lock(m_mutex);
+    return m_stream ? readCounts(m_stream.get()) : m_lastCounts;
+}
+
+std::optional<std::uint64_t> Acquisition::lastIdOfCamera() const {
+    return m_ids ? m_ids->lastOfCamera() : std::nullopt;
+}
+
+void Acquisition::onStream(void* acquisition, ArvStreamCallbackType type, ArvBuffer* /*buffer*/) {
+    if (type == ARV_STREAM_CALLBACK_TYPE_INIT)
+        setCurrentSdkThread(SdkThread::Frames);
+    else if (type == ARV_STREAM_CALLBACK_TYPE_BUFFER_DONE)
+        static_cast<Acquisition*>(acquisition)->bufferDone();
+}
+
+void Acquisition::bufferDone() {
+    ArvStream* const stream = m_delivering.load();
+    const GObjectPtr<ArvBuffer> buffer(stream ? arv_stream_try_pop_buffer(stream) : nullptr);
+    // A frame that ends because the stream does was not received.
+    if (!buffer || m_stopping)
+        return;
+    deliver(*static_cast<GenicamFrame*>(const_cast<void*>(arv_buffer_get_user_data(buffer.get()))));
+}
+
+void Acquisition::deliver(GenicamFrame& frame) {
+    m_device->noteLife();
+    ArvBuffer* const buffer = frame.m_buffer.get();
+    frame.m_isQueued.store(false);
+    frame.m_status = statusOf(arv_buffer_get_status(buffer));
+    std::size_t size = 0;
+    arv_buffer_get_data(buffer, &size);
+    const std::uint64_t mismatches =
+        m_mismatchInfo ? arv_stream_get_info_uint64(m_delivering.load(), *m_mismatchInfo) : 0;
+    if (frame.m_status == OrvFrameStatusComplete &&
+        (size != m_payload || mismatches != m_sizeMismatches))
+        frame.m_status = OrvFrameStatusTooSmall;
+    m_sizeMismatches = mismatches;
+    frame.m_id =
+        m_ids->extend(arv_buffer_get_frame_id(buffer), frame.m_status == OrvFrameStatusComplete);
+    frame.m_timestamp = arv_buffer_get_timestamp(buffer);
+    frame.readImage();
+    m_observer->FrameReceived(frame.shared_from_this());
+}
+
+} // namespace orv::genicam

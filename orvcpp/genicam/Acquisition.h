@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "orvcpp/genicam/DeviceSession.h"
+#include "orvcpp/genicam/FrameIds.h"
+#include "orvcpp/genicam/GenicamFrame.h"
+#include "orvcpp/genicam/StreamPath.h"
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace orv::genicam {
+
+/// One of the library's counts of a stream, by the name that the library gives it.
+struct StreamCount {
+    std::string name;
+    std::int64_t value = 0;
+};
+
+/// The stream of an opened camera, from its start to its stop. Thread-safe; the frames are
+/// delivered on the library's thread that receives them, without a lock held.
+class Acquisition : public std::enable_shared_from_this<Acquisition> {
+public:
+    Acquisition(std::shared_ptr<DeviceSession> device,
+                std::shared_ptr<OrvCPP::IFrameObserver> observer, StreamPath path);
+    ~Acquisition();
+    Acquisition(const Acquisition&) = delete;
+    Acquisition& operator=(const Acquisition&) = delete;
+
+    /// To be called once, before anything else. \p previousId is the camera's number of the last
+    /// frame of the acquisition before.
+    OrvErrorType start(int bufferCount, std::optional<std::uint64_t> previousId);
+    /// No frame is delivered any more once this has returned. Not to be called on the thread that
+    /// delivers.
+    void stop();
+    /// Takes a frame back.
+    OrvErrorType queue(GenicamFrame& frame);
+
+    std::vector<StreamCount> counts() const;
+    /// What the camera numbered its last frame; known when the acquisition has stopped.
+    std::optional<std::uint64_t> lastIdOfCamera() const;
+
+private:
+    static void onStream(void* acquisition, ArvStreamCallbackType type, ArvBuffer* buffer);
+
+    /// On the device's thread.
+    OrvErrorType startOn(ArvDevice* device, int bufferCount);
+    OrvErrorType announceFrames(int bufferCount);
+    OrvErrorType makeStream(ArvDevice* device);
+    void endStream();
+    /// On the library's thread.
+    void bufferDone();
+    void deliver(GenicamFrame& frame);
+
+    const std::shared_ptr<DeviceSession> m_device;
+    const std::shared_ptr<OrvCPP::IFrameObserver> m_observer;
+    const StreamPath m_path;
+    std::size_t m_payload = 0;
+    std::vector<std::shared_ptr<GenicamFrame>> m_frames;
+    /// Of the thread that delivers, while there is one.
+    std::optional<FrameIds> m_ids;
+    std::optional<guint> m_mismatchInfo;
+    std::uint64_t m_sizeMismatches = 0;
+
+    /// The stream as the thread that delivers sees it.
+    std::atomic<ArvStream*> m_delivering{nullptr};
+    std::atomic<bool> m_stopping{false};
+    mutable std::mutex m_mutex;
+    /// Guarded by the mutex.
+    GObjectPtr<ArvStream> m_stream;
+    std::vector<StreamCount> m_lastCounts;
+};
+
+} // namespace orv::genicam

@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/genicam/DeviceSession.h"
+
+#include "orvcpp/genicam/Fault.h"
+#include "orvcpp/genicam/Gvcp.h"
+#include "orvcpp/genicam/ThreadPark.h"
+#include "orvcpp/system/SdkThread.h"
+
+#include <utility>
+
+namespace orv::genicam {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr milliseconds watchInterval{250};
+/// Silence after which a camera is asked whether it is there.
+constexpr milliseconds quietLimit{500};
+constexpr milliseconds askWait{250};
+/// Silence after which a camera is lost; more while it works on a call, as some cameras answer
+/// nothing else meanwhile.
+constexpr milliseconds lostLimit{1500};
+constexpr milliseconds busyLostLimit{2500};
+constexpr int privilegeTries = 3;
+
+std::int64_t nowNanoseconds() {
+    return std::chrono::nanoseconds(Clock::now().time_since_epoch()).count();
+}
+
+GObjectPtr<GInetAddress> inetAddress(std::uint32_t address) {
+    const guint8 bytes[] = {static_cast<guint8>(address >> 24U),
+                            static_cast<guint8>(address >> 16U), static_cast<guint8>(address >> 8U),
+                            static_cast<guint8>(address)};
+    return GObjectPtr<GInetAddress>(g_inet_address_new_from_bytes(bytes, G_SOCKET_FAMILY_IPV4));
+}
+
+/// Opens past the library's own list of cameras, which belongs to the discovery's thread and blocks
+/// for as long as a look takes.
+GObjectPtr<ArvDevice> makeDevice(const CameraRecord& record, Fault& fault) {
+    if (record.type == OrvTransportLayerTypeU3V)
+        return GObjectPtr<ArvDevice>(
+            arv_uv_device_new_from_guid(record.hardwareId.c_str(), fault.out()));
+    const auto local = inetAddress(record.adapter ? record.adapter->address : 0);
+    const auto remote = inetAddress(record.address);
+    return GObjectPtr<ArvDevice>(arv_gv_device_new(local.get(), remote.get(), fault.out()));
+}
+
+/// A GigE camera is opened without an error, but also without control, while somebody else has it.
+OrvErrorType settleControl(ArvDevice* device, OrvAccessModeType mode) {
+    if (!ARV_IS_GV_DEVICE(device))
+        return OrvErrorSuccess;
+    const bool hasControl = arv_gv_device_is_controller(ARV_GV_DEVICE(device));
+    if (mode == OrvAccessModeFull)
+        return hasControl ? OrvErrorSuccess : OrvErrorInvalidAccess;
+    if (!hasControl)
+        return OrvErrorSuccess;
+    Fault fault;
+    arv_gv_device_leave_control(ARV_GV_DEVICE(device), fault.out());
+    return fault.code();
+}
+
+void onControlLost(ArvDevice* /*device*/, gpointer data) {
+    static_cast<std::function<void()>*>(data)->operator()();
+}
+
+void forgetControlLost(gpointer data, GClosure* /*closure*/) {
+    const std::unique_ptr<std::function<void()>> forgotten(
+        static_cast<std::function<void()>*>(data));
+}
+
+/// Calls \p lost on the library's own thread when the camera has gone to somebody else.
+void watchControl(ArvDevice* device, std::function<void()> lost) {
+    auto kept = std::make_unique<std::function<void()>>(std::move(lost));
+    g_signal_connect_data(device, "control-lost", G_CALLBACK(onControlLost), kept.release(),
+                          forgetControlLost, GConnectFlags{});
+}
+
+void setPolicies(ArvDevice* device) {
+    // A view asks for what it shows, and a remembered value would be an old one; ranges and access
+    // are checked before the library sees a value.
+    arv_device_set_register_cache_policy(device, ARV_REGISTER_CACHE_POLICY_DISABLE);
+    arv_device_set_range_check_policy(device, ARV_RANGE_CHECK_POLICY_DISABLE);
+    arv_device_set_access_check_policy(device, ARV_ACCESS_CHECK_POLICY_DISABLE);
+}
+
+OrvAccessModeType bits(unsigned modes) {
+    return static_cast<OrvAccessModeType>(modes);
+}
+
+} // namespace
+
+DeviceSession::DeviceSession(CameraRecord record, OrvAccessModeType mode, ThreadPark& park,
+                             std::function<void()> lost)
+    : m_record(std::move(record)), m_mode(mode), m_thread(DeviceThread::begin(park)),
+      m_lost(std::move(lost)) {}
+
+DeviceSession::~DeviceSession() {
+    close();
+}
+
+OrvErrorType DeviceSession::open() {
+    noteLife();
+    m_watch = std::thread(&DeviceSession::watch, this);
+    auto features = std::make_shared<std::shared_ptr<const FeatureCatalogue>>();
+    const OrvErrorType error = m_thread->call(
+        [device = m_device, record = m_record, mode = m_mode, features,
+         thread = std::weak_ptr<DeviceThread>(m_thread)]() -> OrvErrorType {
+            Fault fault;
+            GObjectPtr<ArvDevice> made = makeDevice(record, fault);
+            if (!made)
+                return fault.code() ? fault.code() : OrvErrorUnspecified;
+            if (const OrvErrorType refused = settleControl(made.get(), mode))
+                return refused;
+            ArvGc* const description = arv_device_get_genicam(made.get());
+            if (!description)
+                return OrvErrorFeaturesUnavailable;
+            setPolicies(made.get());
+            watchControl(made.get(), [thread] {
+                if (const auto kept = thread.lock())
+                    kept->lose();
+            });
+            *features = std::make_shared<FeatureCatalogue>(description);
+            *device = std::move(made);
+            return OrvErrorSuccess;
+        },
+        longCallLimit);
+    if (!error)
+        m_features = *features;
+    return error;
+}
+
+void DeviceSession::close() {
+    if (m_isClosed.exchange(true))
+        return;
+    stopWatching();
+    auto release = [device = m_device]() -> OrvErrorType {
+        device->reset();
+        return OrvErrorSuccess;
+    };
+    // What ends with the device is heard of by others only when it has ended.
+    if (m_thread->call(release, callLimit) != OrvErrorSuccess)
+        m_thread->post(release);
+    m_thread->quit();
+}
+
+OrvErrorType DeviceSession::admits(bool writing) const {
+    if (m_isClosed)
+        return OrvErrorDeviceNotOpen;
+    if (isLost())
+        return OrvErrorNotFound;
+    return writing && m_mode != OrvAccessModeFull ? OrvErrorInvalidAccess : OrvErrorSuccess;
+}
+
+void DeviceSession::noteLife() {
+    m_lastLife.store(nowNanoseconds(), std::memory_order_relaxed);
+}
+
+bool DeviceSession::answers() const {
+    if (m_record.type == OrvTransportLayerTypeU3V)
+        return !m_record.usb || m_record.usb->isPresent();
+    return Gvcp(m_record.address, askWait, 1).readRegister(privilegeRegister).has_value();
+}
+
+void DeviceSession::watch() {
+    setCurrentSdkThread(SdkThread::Events);
+    std::unique_lock lock(m_watchMutex);
+    const auto ends = [this] {
+        return m_watchEnds;
+    };
+    bool told = false;
+    while (!m_watchChanged.wait_for(lock, watchInterval, ends) && !told) {
+        lock.unlock();
+        const auto silence = [this] {
+            return std::chrono::nanoseconds(nowNanoseconds() -
+                                            m_lastLife.load(std::memory_order_relaxed));
+        };
+        if (silence() > quietLimit && answers())
+            noteLife();
+        if (silence() > (m_thread->isBusy() ? busyLostLimit : lostLimit))
+            m_thread->lose();
+        if (m_thread->isLost()) {
+            told = true;
+            m_lost();
+        }
+        lock.lock();
+    }
+}
+
+void DeviceSession::stopWatching() {
+    {
+        const std::lock_guard lock(m_watchMutex);
+        m_watchEnds = true;
+    }
+    m_watchChanged.notify_all();
+    if (m_watch.joinable())
+        m_watch.join();
+}
+
+std::optional<OrvAccessModeType> permittedAccess(const CameraRecord& record) {
+    const OrvAccessModeType all = bits(OrvAccessModeFull | OrvAccessModeRead);
+    if (record.type == OrvTransportLayerTypeU3V) {
+        if (record.usb && !record.usb->isPresent())
+            return std::nullopt;
+        return record.usb && record.usb->isClaimed() ? OrvAccessModeNone : all;
+    }
+    const auto answer =
+        Gvcp(record.address, askWait, privilegeTries).readRegister(privilegeRegister);
+    if (!answer)
+        return std::nullopt;
+    const auto privilege = Gvcp::value(*answer);
+    if (!privilege || (*privilege & privilegeExclusive) != 0)
+        return OrvAccessModeNone;
+    return (*privilege & privilegeControl) != 0 ? OrvAccessModeRead : all;
+}
+
+} // namespace orv::genicam

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "OrvCPP/OrvTypes.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+
+namespace orv::genicam {
+
+class ThreadPark;
+
+/// Makes the library's calls to one device, one after the other as that device needs it, on a
+/// thread of its own: who asks waits for the answer, but never longer than for a device that is
+/// lost, although the library itself goes on waiting. Thread-safe.
+class DeviceThread {
+public:
+    /// What is done on the thread. It may run after its caller has given up, so it owns all that
+    /// it touches.
+    using Work = std::function<OrvErrorType()>;
+
+    static std::shared_ptr<DeviceThread> begin(ThreadPark& park);
+
+    /// The work's result; OrvErrorNotFound once the device is lost, OrvErrorTimeout after
+    /// \p limit.
+    OrvErrorType call(Work work, std::chrono::milliseconds limit);
+    /// Does the work later, and also for a device that is lost.
+    void post(Work work);
+    /// Lets every call end at once, now and from now on; true the first time.
+    bool lose();
+    bool isLost() const;
+    /// Whether somebody waits for the device.
+    bool isBusy() const;
+    /// Ends the thread when all that was posted is done.
+    void quit();
+
+private:
+    struct Job {
+        Work work;
+        OrvErrorType result = OrvErrorSuccess;
+        bool isDone = false;
+        /// Nobody waits for it any more: it need not begin.
+        bool isAbandoned = false;
+    };
+
+    void run();
+
+    mutable std::mutex m_mutex;
+    std::condition_variable m_posted;
+    std::condition_variable m_finished;
+    /// All below and every job guarded by the mutex.
+    std::deque<std::shared_ptr<Job>> m_jobs;
+    int m_waiting = 0;
+    bool m_lost = false;
+    bool m_quit = false;
+};
+
+} // namespace orv::genicam

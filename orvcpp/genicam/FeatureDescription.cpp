@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/genicam/FeatureDescription.h"
+
+#include "orvcpp/genicam/Fault.h"
+
+#include <algorithm>
+
+namespace orv::genicam {
+
+using OrvCPP::EnumEntry;
+
+namespace {
+
+/// Deeper than any camera nests its categories; a description may nest one in itself.
+constexpr int maximumDepth = 16;
+
+/// The library answers nothing where the description has no text.
+std::string text(const char* given) {
+    return given ? given : "";
+}
+
+std::string textOr(const char* given, const std::string& otherwise) {
+    return given && *given ? given : otherwise;
+}
+
+OrvFeatureVisibilityType visibilityOf(ArvGcFeatureNode* node) {
+    switch (arv_gc_feature_node_get_visibility(node)) {
+    case ARV_GC_VISIBILITY_EXPERT:
+        return OrvFeatureVisibilityExpert;
+    case ARV_GC_VISIBILITY_GURU:
+        return OrvFeatureVisibilityGuru;
+    case ARV_GC_VISIBILITY_INVISIBLE:
+        return OrvFeatureVisibilityInvisible;
+    case ARV_GC_VISIBILITY_BEGINNER:
+    case ARV_GC_VISIBILITY_UNDEFINED:
+        break;
+    }
+    return OrvFeatureVisibilityBeginner;
+}
+
+std::string representationName(ArvGcRepresentation representation) {
+    switch (representation) {
+    case ARV_GC_REPRESENTATION_LINEAR:
+        return "Linear";
+    case ARV_GC_REPRESENTATION_LOGARITHMIC:
+        return "Logarithmic";
+    case ARV_GC_REPRESENTATION_BOOLEAN:
+        return "Boolean";
+    case ARV_GC_REPRESENTATION_HEX_NUMBER:
+        return "HexNumber";
+    case ARV_GC_REPRESENTATION_IPV4_ADDRESS:
+        return "IPV4Address";
+    case ARV_GC_REPRESENTATION_MAC_ADDRESS:
+        return "MACAddress";
+    case ARV_GC_REPRESENTATION_PURE_NUMBER:
+    case ARV_GC_REPRESENTATION_UNDEFINED:
+        break;
+    }
+    return "PureNumber";
+}
+
+/// The special kinds first: an enumeration is also an integer, and every one of them may be a
+/// register.
+OrvFeatureDataType typeOf(ArvGcFeatureNode* node) {
+    if (ARV_IS_GC_COMMAND(node))
+        return OrvFeatureDataCommand;
+    if (ARV_IS_GC_ENUMERATION(node))
+        return OrvFeatureDataEnum;
+    if (ARV_IS_GC_BOOLEAN(node))
+        return OrvFeatureDataBool;
+    if (ARV_IS_GC_STRING(node))
+        return OrvFeatureDataString;
+    if (ARV_IS_GC_FLOAT(node))
+        return OrvFeatureDataFloat;
+    if (ARV_IS_GC_INTEGER(node))
+        return OrvFeatureDataInt;
+    if (ARV_IS_GC_REGISTER(node))
+        return OrvFeatureDataRaw;
+    return OrvFeatureDataUnknown;
+}
+
+void describeNumber(FeatureDescription& feature) {
+    if (feature.type == OrvFeatureDataInt) {
+        feature.unit = text(arv_gc_integer_get_unit(ARV_GC_INTEGER(feature.node)));
+        feature.representation =
+            representationName(arv_gc_integer_get_representation(ARV_GC_INTEGER(feature.node)));
+    } else if (feature.type == OrvFeatureDataFloat) {
+        feature.unit = text(arv_gc_float_get_unit(ARV_GC_FLOAT(feature.node)));
+        feature.representation =
+            representationName(arv_gc_float_get_representation(ARV_GC_FLOAT(feature.node)));
+    }
+}
+
+EnumEntry describeEntry(ArvGcFeatureNode* node) {
+    EnumEntry entry;
+    entry.name = text(arv_gc_feature_node_get_name(node));
+    entry.displayName = textOr(arv_gc_feature_node_get_display_name(node), entry.name);
+    entry.description = text(arv_gc_feature_node_get_description(node));
+    entry.toolTip = text(arv_gc_feature_node_get_tooltip(node));
+    entry.visibility = visibilityOf(node);
+    Fault fault;
+    entry.value = arv_gc_enum_entry_get_value(ARV_GC_ENUM_ENTRY(node), fault.out());
+    return entry;
+}
+
+void describeEntries(FeatureDescription& feature) {
+    const GSList* entries = arv_gc_enumeration_get_entries(ARV_GC_ENUMERATION(feature.node));
+    for (; entries; entries = entries->next) {
+        auto* const node = ARV_GC_FEATURE_NODE(entries->data);
+        feature.entries.push_back(describeEntry(node));
+        feature.entryNodes.emplace(feature.entries.back().name, node);
+    }
+    // The library lists them from the last to the first.
+    std::reverse(feature.entries.begin(), feature.entries.end());
+}
+
+void describeSelected(FeatureDescription& feature) {
+    if (!ARV_IS_GC_SELECTOR(feature.node))
+        return;
+    const GSList* selected = arv_gc_selector_get_selected_features(ARV_GC_SELECTOR(feature.node));
+    for (; selected; selected = selected->next)
+        feature.selected.push_back(
+            text(arv_gc_feature_node_get_name(ARV_GC_FEATURE_NODE(selected->data))));
+    // From the last to the first, too.
+    std::reverse(feature.selected.begin(), feature.selected.end());
+}
+
+bool allowsReading(ArvGcFeatureNode* node) {
+    return arv_gc_feature_node_get_actual_access_mode(node) != ARV_GC_ACCESS_MODE_WO;
+}
+
+bool allowsWriting(ArvGcFeatureNode* node) {
+    return arv_gc_feature_node_get_actual_access_mode(node) != ARV_GC_ACCESS_MODE_RO;
+}
+
+/// A command can be polled when what it is written to can be read back.
+void describeCommand(FeatureDescription& feature) {
+    for (ArvDomNode* child = arv_dom_node_get_first_child(ARV_DOM_NODE(feature.node)); child;
+         child = arv_dom_node_get_next_sibling(child)) {
+        if (!ARV_IS_GC_PROPERTY_NODE(child))
+            continue;
+        auto* const property = ARV_GC_PROPERTY_NODE(child);
+        const ArvGcPropertyNodeType type = arv_gc_property_node_get_node_type(property);
+        if (type == ARV_GC_PROPERTY_NODE_TYPE_COMMAND_VALUE ||
+            type == ARV_GC_PROPERTY_NODE_TYPE_P_COMMAND_VALUE)
+            feature.commandValue = property;
+        if (type != ARV_GC_PROPERTY_NODE_TYPE_P_VALUE)
+            continue;
+        ArvGcNode* const linked = arv_gc_property_node_get_linked_node(property);
+        if (linked && ARV_IS_GC_INTEGER(linked) && allowsReading(ARV_GC_FEATURE_NODE(linked)))
+            feature.polled = ARV_GC_INTEGER(linked);
+    }
+}
+
+std::shared_ptr<FeatureDescription> describe(ArvGcFeatureNode* node, const std::string& category) {
+    auto feature = std::make_shared<FeatureDescription>();
+    feature->node = node;
+    feature->type = typeOf(node);
+    feature->visibility = visibilityOf(node);
+    feature->isReadable = feature->type != OrvFeatureDataCommand && allowsReading(node);
+    feature->isWritable = feature->type == OrvFeatureDataCommand || allowsWriting(node);
+    feature->name = text(arv_gc_feature_node_get_name(node));
+    feature->displayName = textOr(arv_gc_feature_node_get_display_name(node), feature->name);
+    feature->description = text(arv_gc_feature_node_get_description(node));
+    feature->toolTip = text(arv_gc_feature_node_get_tooltip(node));
+    feature->category = category;
+    describeNumber(*feature);
+    describeSelected(*feature);
+    if (feature->type == OrvFeatureDataEnum)
+        describeEntries(*feature);
+    if (feature->type == OrvFeatureDataCommand)
+        describeCommand(*feature);
+    return feature;
+}
+
+} // namespace
+
+const EnumEntry* FeatureDescription::findEntry(const std::string& entryName) const {
+    const auto found = std::find_if(entries.begin(), entries.end(), [&](const EnumEntry& entry) {
+        return entry.name == entryName;
+    });
+    return found == entries.end() ? nullptr : &*found;
+}
+
+const EnumEntry* FeatureDescription::findEntry(std::int64_t value) const {
+    const auto found = std::find_if(entries.begin(), entries.end(),
+                                    [&](const EnumEntry& entry) { return entry.value == value; });
+    return found == entries.end() ? nullptr : &*found;
+}
+
+FeatureCatalogue::FeatureCatalogue(ArvGc* description) {
+    ArvGcNode* const root = arv_gc_get_node(description, "Root");
+    if (root && ARV_IS_GC_CATEGORY(root))
+        addCategory(description, ARV_GC_CATEGORY(root), {}, 0);
+}
+
+void FeatureCatalogue::addCategory(ArvGc* description, ArvGcCategory* category,
+                                   const std::string& path, int depth) {
+    if (depth > maximumDepth)
+        return;
+    for (const GSList* names = arv_gc_category_get_features(category); names; names = names->next) {
+        const auto* const name = static_cast<const char*>(names->data);
+        ArvGcNode* const node = arv_gc_get_node(description, name);
+        if (!node || !ARV_IS_GC_FEATURE_NODE(node) || m_byName.count(name) > 0)
+            continue;
+        Fault fault;
+        auto* const feature = ARV_GC_FEATURE_NODE(node);
+        if (!arv_gc_feature_node_is_implemented(feature, fault.out()))
+            continue;
+        if (ARV_IS_GC_CATEGORY(node)) {
+            addCategory(description, ARV_GC_CATEGORY(node), path + '/' + name, depth + 1);
+        } else if (typeOf(feature) != OrvFeatureDataUnknown) {
+            m_features.push_back(describe(feature, path));
+            m_byName.emplace(m_features.back()->name, m_features.back());
+        }
+    }
+}
+
+std::shared_ptr<const FeatureDescription> FeatureCatalogue::find(const std::string& name) const {
+    const auto found = m_byName.find(name);
+    return found == m_byName.end() ? nullptr : found->second;
+}
+
+} // namespace orv::genicam

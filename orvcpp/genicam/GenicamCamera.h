@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "orvcpp/genicam/CameraRecord.h"
+#include "orvcpp/genicam/OpenedCamera.h"
+#include "orvcpp/genicam/ThreadPark.h"
+
+#include "OrvCPP/Camera.h"
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace orv::genicam {
+
+/// What all cameras share.
+struct CameraSurroundings {
+    std::shared_ptr<sim::Session> calls;
+    std::shared_ptr<ThreadPark> park;
+    PacketSocket packetSocket = PacketSocket::Automatic;
+    /// Called without a lock when a camera was opened, closed or lost.
+    std::function<void(const std::shared_ptr<OrvCPP::Camera>&, OrvUpdateTriggerType)> changed;
+};
+
+/// The SDK's object for a camera that was found; the same one as long as the camera keeps its
+/// identity, also when it goes and comes back.
+class GenicamCamera final : public OrvCPP::Camera,
+                            public std::enable_shared_from_this<GenicamCamera> {
+public:
+    GenicamCamera(CameraSurroundings surroundings, std::string id,
+                  std::weak_ptr<OrvCPP::TransportLayer> layer);
+    ~GenicamCamera() override;
+
+    const std::string& id() const { return m_id; }
+    /// The camera as it was found again.
+    void found(const CameraRecord& record, std::shared_ptr<OrvCPP::Interface> interface);
+    CameraRecord record() const;
+    std::shared_ptr<OrvCPP::Interface> interface() const;
+    /// It is open, and not lost.
+    bool isAlive() const;
+
+    OrvErrorType GetFeatureByName(const char* name,
+                                  std::shared_ptr<OrvCPP::Feature>& feature) const override;
+    OrvErrorType GetFeatures(std::shared_ptr<OrvCPP::Feature>* features,
+                             std::uint32_t& count) const override;
+    OrvErrorType Open(OrvAccessModeType mode) override;
+    OrvErrorType Close() override;
+    OrvErrorType GetID(char* buffer, std::uint32_t& length, bool extended) const override;
+    OrvErrorType GetName(char* buffer, std::uint32_t& length) const override;
+    OrvErrorType GetModel(char* buffer, std::uint32_t& length) const override;
+    OrvErrorType GetSerialNumber(char* buffer, std::uint32_t& length) const override;
+    OrvErrorType GetInterfaceType(OrvTransportLayerType& type) const override;
+    OrvErrorType GetInterface(std::shared_ptr<OrvCPP::Interface>& found) const override;
+    OrvErrorType GetLocalDevice(std::shared_ptr<OrvCPP::LocalDevice>& device) const override;
+    OrvErrorType GetTransportLayer(std::shared_ptr<OrvCPP::TransportLayer>& layer) const override;
+    OrvErrorType GetStreams(std::shared_ptr<OrvCPP::Stream>* streams,
+                            std::uint32_t& count) const override;
+    OrvErrorType GetPermittedAccess(OrvAccessModeType& modes) const override;
+    OrvErrorType ReadMemory(std::uint64_t address, std::uint8_t* buffer, std::uint32_t size,
+                            std::uint32_t& completeReads) const override;
+    OrvErrorType
+    StartContinuousImageAcquisition(int bufferCount,
+                                    const std::shared_ptr<OrvCPP::IFrameObserver>& observer,
+                                    OrvCPP::FrameAllocationMode mode) override;
+    OrvErrorType StopContinuousImageAcquisition() override;
+    OrvErrorType QueueFrame(const std::shared_ptr<OrvCPP::Frame>& frame) override;
+
+    /// Close() for the provider, which counts no calls.
+    OrvErrorType close();
+
+private:
+    std::shared_ptr<OpenedCamera> opened() const;
+    /// Begins a call that needs the camera open; an error, which is also that of a lost camera.
+    OrvErrorType enterOpened(std::shared_ptr<OpenedCamera>& found) const;
+    OrvErrorType open(OrvAccessModeType mode);
+    void tell(OrvUpdateTriggerType reason);
+    OrvErrorType answerText(const std::string& text, char* buffer, std::uint32_t& length) const;
+
+    const CameraSurroundings m_surroundings;
+    const std::string m_id;
+    const std::weak_ptr<OrvCPP::TransportLayer> m_layer;
+    /// Held from begin to end of opening, closing, starting and stopping.
+    std::mutex m_control;
+    mutable std::mutex m_mutex;
+    /// All below guarded by m_mutex.
+    CameraRecord m_record;
+    std::shared_ptr<OrvCPP::Interface> m_interface;
+    std::shared_ptr<OpenedCamera> m_opened;
+};
+
+} // namespace orv::genicam

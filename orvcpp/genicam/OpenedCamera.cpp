@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/genicam/OpenedCamera.h"
+
+#include "orvcpp/genicam/Fault.h"
+#include "orvcpp/genicam/GenicamObjects.h"
+#include "orvcpp/genicam/ModuleFeatures.h"
+#include "orvcpp/genicam/NodeAccess.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace orv::genicam {
+
+namespace {
+
+/// The packet sizes that every GigE camera must be able to take at least, and that none exceeds.
+constexpr std::int64_t smallestPacket = 576;
+constexpr std::int64_t largestPacket = 65535;
+
+std::int64_t readPacketSize(const DeviceSession& device) {
+    const auto size = std::make_shared<std::int64_t>(0);
+    const OrvErrorType error = device.call([size](ArvDevice* of) {
+        Fault fault;
+        *size = arv_gv_device_get_packet_size(ARV_GV_DEVICE(of), fault.out());
+        return fault.code();
+    });
+    return error ? 0 : *size;
+}
+
+void writePacketSize(const DeviceSession& device, std::int64_t size) {
+    device.call([size](ArvDevice* of) {
+        Fault fault;
+        arv_gv_device_set_packet_size(ARV_GV_DEVICE(of), static_cast<gint>(size), fault.out());
+        return fault.code();
+    });
+}
+
+void adjustPacketSize(const DeviceSession& device) {
+    device.call([](ArvDevice* of) {
+        Fault fault;
+        arv_gv_device_auto_packet_size(ARV_GV_DEVICE(of), fault.out());
+        return fault.code();
+    });
+}
+
+sim::IntegerLimits readPacketLimits(const DeviceSession& device) {
+    const auto limits = std::make_shared<node::Limits<std::int64_t>>();
+    const auto feature = device.features()->find("GevSCPSPacketSize");
+    const OrvErrorType error =
+        !feature ? OrvErrorNotFound : device.call([limits, feature](ArvDevice*) {
+            return node::limits(*feature, *limits);
+        });
+    if (error)
+        return {smallestPacket, largestPacket, 1};
+    return {std::max(limits->minimum, std::int64_t{0}), std::min(limits->maximum, largestPacket),
+            limits->increment};
+}
+
+StreamControl streamControl(const std::shared_ptr<DeviceSession>& device,
+                            const std::shared_ptr<Streaming>& streaming) {
+    StreamControl control;
+    control.isStreaming = [streaming] {
+        return streaming->isRunning();
+    };
+    control.count = [streaming](const std::string& name) {
+        return streaming->count(name);
+    };
+    control.packetSize = [device] {
+        return readPacketSize(*device);
+    };
+    control.setPacketSize = [device](std::int64_t size) {
+        writePacketSize(*device, size);
+    };
+    control.packetSizeLimits = [device] {
+        return readPacketLimits(*device);
+    };
+    control.adjustPacketSize = [device] {
+        adjustPacketSize(*device);
+    };
+    return control;
+}
+
+} // namespace
+
+std::shared_ptr<Acquisition> Streaming::acquisition() const {
+    const std::lock_guard lock(m_mutex);
+    return m_acquisition;
+}
+
+void Streaming::begin(std::shared_ptr<Acquisition> begun) {
+    const std::lock_guard lock(m_mutex);
+    m_acquisition = std::move(begun);
+}
+
+std::shared_ptr<Acquisition> Streaming::end() {
+    const std::lock_guard lock(m_mutex);
+    return std::exchange(m_acquisition, nullptr);
+}
+
+std::int64_t Streaming::count(const std::string& name) const {
+    const std::lock_guard lock(m_mutex);
+    const std::vector<StreamCount> counts = m_acquisition ? m_acquisition->counts() : m_counts;
+    const auto found = std::find_if(counts.begin(), counts.end(),
+                                    [&](const StreamCount& count) { return count.name == name; });
+    return found == counts.end() ? 0 : found->value;
+}
+
+void Streaming::keep(const Acquisition& stopped) {
+    const std::lock_guard lock(m_mutex);
+    m_counts = stopped.counts();
+    m_previousId = stopped.lastIdOfCamera();
+}
+
+std::optional<std::uint64_t> Streaming::previousId() const {
+    const std::lock_guard lock(m_mutex);
+    return m_previousId;
+}
+
+std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<sim::Session>& calls,
+                                               std::shared_ptr<DeviceSession> device,
+                                               PacketSocket packetSocket, const std::string& id) {
+    auto made = std::make_shared<OpenedCamera>();
+    const CameraRecord& record = device->record();
+    made->path = chooseStreamPath(record, packetSocket);
+    made->streaming = std::make_shared<Streaming>();
+    made->features = std::make_shared<FeatureAccess>(calls, device);
+    made->localDevice = std::make_shared<GenicamLocalDevice>(std::make_shared<sim::FeatureModule>(
+        calls, std::make_shared<WhileOpen>(device), makeLocalDeviceFeatures(record, id)));
+    made->stream = std::make_shared<GenicamStream>(
+        std::make_shared<sim::FeatureModule>(
+            calls, std::make_shared<WhileOpen>(device),
+            makeStreamFeatures(record, made->path, streamControl(device, made->streaming))),
+        device);
+    made->device = std::move(device);
+    return made;
+}
+
+} // namespace orv::genicam
