@@ -177,3 +177,10 @@ std::int64_t CameraHandler::autoSet(double cameraSafetyMargin) {
     };
     return std::max(BandwidthSearch(tryOut, target).run(calculated, maximum), minimum);
 }
+
+void autoSetCamera(CameraHandler& camera, double safetyMargin) {
+    const auto need =
+        static_cast<std::uint64_t>(std::max<std::int64_t>(camera.autoSet(safetyMargin), 0));
+    const double withMargin = static_cast<double>(need) * (1 + safetyMargin);
+    camera.setBandwidth(static_cast<std::uint64_t>(withMargin), need);
+}

@@ -116,3 +116,7 @@ private:
     bool m_packetSizeAdjusted = false;
     bool m_packetSizeStuck = false;
 };
+
+/// Gives one camera the bandwidth that it needs for its highest frame rate, and \p safetyMargin (a
+/// fraction) on top, whatever else streams through its interface.
+void autoSetCamera(CameraHandler& camera, double safetyMargin);

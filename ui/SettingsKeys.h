@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "engine/SafetyMargins.h"
+
 #include <QLatin1String>
 #include <QSettings>
 #include <QVariant>
@@ -15,11 +17,15 @@ template <typename T> struct Setting {
 };
 
 /// Percentage of an interface's bandwidth that Auto Set leaves free.
-inline constexpr Setting<int> interfaceGigE{QLatin1String("Safety Margins/interface_GigE"), 10};
-inline constexpr Setting<int> interfaceUsb{QLatin1String("Safety Margins/interface_USB"), 30};
+inline constexpr Setting<int> interfaceGigE{QLatin1String("Safety Margins/interface_GigE"),
+                                            recommendedMarginsGigE.interfacePercent};
+inline constexpr Setting<int> interfaceUsb{QLatin1String("Safety Margins/interface_USB"),
+                                           recommendedMarginsUsb.interfacePercent};
 /// Percentage of its payload bandwidth that Auto Set gives a camera on top.
-inline constexpr Setting<int> cameraGigE{QLatin1String("Safety Margins/camera_GigE"), 5};
-inline constexpr Setting<int> cameraUsb{QLatin1String("Safety Margins/camera_USB"), 5};
+inline constexpr Setting<int> cameraGigE{QLatin1String("Safety Margins/camera_GigE"),
+                                         recommendedMarginsGigE.cameraPercent};
+inline constexpr Setting<int> cameraUsb{QLatin1String("Safety Margins/camera_USB"),
+                                        recommendedMarginsUsb.cameraPercent};
 /// Whether the log table shows debug messages.
 inline constexpr Setting<bool> showDebugMessages{QLatin1String("ShowDebugMessages"), false};
 /// Whether the Get Started dialog opens together with the main dialog.

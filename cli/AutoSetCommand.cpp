@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/AutoSetReport.h"
+#include "cli/Benchmark.h"
+#include "cli/Commands.h"
+#include "engine/CameraHandler.h"
+#include "engine/SafetyMargins.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace cli {
+
+namespace {
+
+constexpr QLatin1String interfaceOption("interface");
+
+struct Margins {
+    double interfacePercent;
+    double cameraPercent;
+};
+
+/// Everything that is asked for.
+struct Task {
+    const HostInterface& interface;
+    /// The one camera that is set; none when the interface is divided.
+    std::shared_ptr<CameraHandler> camera;
+    Margins margins;
+    bool adjustsPacketSize;
+};
+
+void wrongUse(const QString& message) {
+    throw Failure(message, ExitCode::WrongUse);
+}
+
+/// Options that make sense only with others; needs no camera.
+void checkOptions(const Arguments& arguments) {
+    const bool hasCamera = arguments.has(QStringLiteral("camera"));
+    if (hasCamera == arguments.has(interfaceOption))
+        wrongUse(QStringLiteral("Either --interface or --camera is needed."));
+    for (const QString& option : {QStringLiteral("lock"), QStringLiteral("max-bandwidth"),
+                                  QStringLiteral("interface-margin")}) {
+        if (hasCamera && arguments.has(option))
+            wrongUse(QStringLiteral("--%1 goes with --interface only.").arg(option));
+    }
+}
+
+Margins marginsFor(const Arguments& arguments, OrvTransportLayerType type) {
+    const auto recommended = recommendedMargins(type);
+    const auto percent = [&](const char* option, int absent) {
+        return arguments.number(QLatin1String(option), {0, 50, static_cast<double>(absent)});
+    };
+    return {percent("interface-margin", recommended.interfacePercent),
+            percent("camera-margin", recommended.cameraPercent)};
+}
+
+const HostInterface& interfaceOf(const Cameras& cameras,
+                                 const std::shared_ptr<CameraHandler>& camera) {
+    const auto& all = cameras.interfaces();
+    return *std::find_if(all.begin(), all.end(), [&](const HostInterface& interface) {
+        const CameraList& list = interface.cameras;
+        return std::find(list.begin(), list.end(), camera) != list.end();
+    });
+}
+
+Task makeTask(Cameras& cameras, const Arguments& arguments) {
+    std::shared_ptr<CameraHandler> camera;
+    if (arguments.has(QStringLiteral("camera"))) {
+        camera = cameras.findCamera(arguments.value(QStringLiteral("camera")));
+        // Says so if it is not open.
+        cameras.findFeatures(cameraId(*camera));
+    }
+    const HostInterface& interface = camera
+                                         ? interfaceOf(cameras, camera)
+                                         : cameras.findInterface(arguments.value(interfaceOption));
+    const OrvTransportLayerType type =
+        cameras.controller().getInterfaceType(interface.name.toStdString());
+    if (type != OrvTransportLayerTypeGEV && type != OrvTransportLayerTypeU3V)
+        throw Failure(
+            QStringLiteral("Auto Set is not supported for the interface %1.").arg(interface.name));
+    return {interface, camera, marginsFor(arguments, type),
+            arguments.has(QStringLiteral("adjust-packet-size"))};
+}
+
+void prepareInterface(Cameras& cameras, const Task& task, const Arguments& arguments) {
+    for (const QString& locked : arguments.values(QStringLiteral("lock")))
+        findCamera(task.interface.cameras, locked)->setLocked(true);
+    const QString option = QStringLiteral("max-bandwidth");
+    if (arguments.has(option)) {
+        constexpr double bitsPerMegabyte = 8e6;
+        const double megabytes = arguments.number(option, {0.001, 100000, 0});
+        cameras.controller().setMaxBandwidth(
+            task.interface.name.toStdString(),
+            static_cast<std::uint64_t>(std::llround(megabytes * bitsPerMegabyte)));
+    }
+}
+
+void autoSet(Cameras& cameras, const Task& task) {
+    const double cameraMargin = task.margins.cameraPercent / 100;
+    if (task.camera) {
+        task.camera->adjustPacketSize(task.adjustsPacketSize);
+        autoSetCamera(*task.camera, cameraMargin);
+    } else {
+        cameras.controller().autoSetInterface(task.interface.name.toStdString(),
+                                              task.interface.index, task.adjustsPacketSize,
+                                              task.margins.interfacePercent / 100, cameraMargin);
+    }
+}
+
+CameraList affected(const Task& task) {
+    return task.camera ? CameraList{task.camera} : task.interface.cameras;
+}
+
+QJsonObject runTask(Cameras& cameras, const Task& task) {
+    const CameraList list = affected(task);
+    const QJsonArray before = bandwidthsOf(list);
+    autoSet(cameras, task);
+    return {
+        {QStringLiteral("interface"), task.interface.name},
+        {QStringLiteral("bitsPerSecond"),
+         static_cast<qint64>(
+             cameras.controller().getInterfaceSpeed(task.interface.name.toStdString()))},
+        {QStringLiteral("interfaceMarginPercent"), task.margins.interfacePercent},
+        {QStringLiteral("cameraMarginPercent"), task.margins.cameraPercent},
+        {QStringLiteral("cameras"), describeAutoSet(list, before)},
+    };
+}
+
+/// An interruption is left until Auto Set has come to its end, since a camera that it is trying
+/// values on would keep one of them.
+Report runAutoSet(const Context& context) {
+    const Arguments& arguments = context.arguments;
+    checkOptions(arguments);
+    BenchmarkPlan plan;
+    plan.seconds = arguments.number(QStringLiteral("benchmark"), {0.1, 99999, 0});
+    Cameras cameras(context.source);
+    const Task task = makeTask(cameras, arguments);
+    prepareInterface(cameras, task, arguments);
+
+    Interruption interruption;
+    QJsonObject before;
+    if (plan.seconds > 0)
+        before = runBenchmark(cameras, task.interface, plan, interruption);
+    QJsonObject result;
+    if (interruption.isRequested())
+        throw Failure(QStringLiteral("Interrupted before Auto Set: no camera was changed."));
+    result = runTask(cameras, task);
+    Report report{autoSetText(result), result, isAutoSet(result)};
+    if (plan.seconds > 0) {
+        const QJsonObject after = runBenchmark(cameras, task.interface, plan, interruption);
+        report.document[QStringLiteral("benchmarkBefore")] = before;
+        report.document[QStringLiteral("benchmarkAfter")] = after;
+        report.text = QStringLiteral("Before: %1\n%2\nAfter: %3")
+                          .arg(benchmarkText(before), report.text, benchmarkText(after));
+        report.isSuccess = report.isSuccess && hasMeasuredAll(after);
+    }
+    return report;
+}
+
+} // namespace
+
+Command autoSetCommand() {
+    const auto number = QStringLiteral("number");
+    Command command;
+    command.name = QStringLiteral("autoset");
+    command.summary = QStringLiteral("Divide the bandwidth of an interface among its cameras, or "
+                                     "give one camera the bandwidth that it needs.");
+    command.options = {
+        {interfaceOption, QStringLiteral("Name or ID of the interface to divide."),
+         QStringLiteral("interface")},
+        {QStringLiteral("camera"),
+         QStringLiteral("ID, name or serial number of the one camera to set."),
+         QStringLiteral("camera")},
+        {QStringLiteral("interface-margin"),
+         QStringLiteral("Percent of the interface to leave free, 0 to 50; 10 on GigE and 30 on USB "
+                        "by default."),
+         number},
+        {QStringLiteral("camera-margin"),
+         QStringLiteral("Percent to add to what a camera needs, 0 to 50; 5 by default."), number},
+        {QStringLiteral("lock"),
+         QStringLiteral("A camera that keeps its bandwidth; can be given again and again."),
+         QStringLiteral("camera")},
+        {QStringLiteral("max-bandwidth"),
+         QStringLiteral("MB/s that the interface carries, in place of its link speed."), number},
+        {QStringLiteral("adjust-packet-size"),
+         QStringLiteral("Let GigE cameras negotiate their largest packet size before.")},
+        {QStringLiteral("benchmark"),
+         QStringLiteral("Benchmark the interface for so many seconds before and after, to show "
+                        "what has changed."),
+         QStringLiteral("seconds")},
+    };
+    command.examples = QStringList{
+        QStringLiteral("autoset --interface eth0 --lock GEV-21017 --max-bandwidth 110"),
+        QStringLiteral("autoset --camera GEV-21018 --camera-margin 10"),
+        QStringLiteral("autoset --config :oversubscribed --interface GEV-enp3s0 --benchmark 2")};
+    command.run = runAutoSet;
+    return command;
+}
+
+} // namespace cli

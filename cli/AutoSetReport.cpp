@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/AutoSetReport.h"
+
+#include "cli/Table.h"
+#include "engine/CameraHandler.h"
+
+#include <algorithm>
+
+namespace cli {
+
+namespace {
+
+QString statusName(const CameraHandler& camera) {
+    if (!camera.isOpened())
+        return QStringLiteral("notOpened");
+    if (camera.isLocked())
+        return QStringLiteral("locked");
+    switch (camera.getAutosetStatus()) {
+    case AutosetStatus::BelowRequested:
+        return QStringLiteral("belowRequested");
+    case AutosetStatus::RequestedReached:
+        return QStringLiteral("requestedReached");
+    case AutosetStatus::ClampedToMaximum:
+        return QStringLiteral("clampedToMaximum");
+    case AutosetStatus::None:
+    case AutosetStatus::NotSet:
+        break;
+    }
+    return QStringLiteral("notSet");
+}
+
+QString explain(const QString& status) {
+    if (status == QLatin1String("requestedReached"))
+        return QStringLiteral("enough");
+    if (status == QLatin1String("belowRequested"))
+        return QStringLiteral("less than needed");
+    if (status == QLatin1String("clampedToMaximum"))
+        return QStringLiteral("at its maximum");
+    if (status == QLatin1String("locked"))
+        return QStringLiteral("locked, kept");
+    return status == QLatin1String("notOpened") ? QStringLiteral("cannot be opened")
+                                                : QStringLiteral("not set");
+}
+
+} // namespace
+
+QJsonArray bandwidthsOf(const CameraList& cameras) {
+    QJsonArray values;
+    for (const auto& camera : cameras)
+        values.append(camera->isOpened() ? QJsonValue(static_cast<qint64>(camera->getBandwidth()))
+                                         : QJsonValue());
+    return values;
+}
+
+QJsonArray describeAutoSet(const CameraList& cameras, const QJsonArray& before) {
+    const QJsonArray after = bandwidthsOf(cameras);
+    QJsonArray rows;
+    for (int i = 0; i < after.size(); ++i) {
+        const CameraHandler& camera = *cameras[static_cast<std::size_t>(i)];
+        QJsonObject row = cameraIdentity(camera);
+        if (camera.isOpened()) {
+            row[QStringLiteral("bandwidthBytesPerSecondBefore")] = before[i];
+            row[QStringLiteral("bandwidthBytesPerSecond")] = after[i];
+        }
+        row[QStringLiteral("status")] = statusName(camera);
+        rows.append(row);
+    }
+    return rows;
+}
+
+QString autoSetText(const QJsonObject& result) {
+    QJsonArray rows;
+    double sum = 0;
+    for (const QJsonValue& value : result[QStringLiteral("cameras")].toArray()) {
+        QJsonObject row = value.toObject();
+        sum += row[QStringLiteral("bandwidthBytesPerSecond")].toDouble();
+        row[QStringLiteral("status")] = explain(row[QStringLiteral("status")].toString());
+        rows.append(row);
+    }
+    return QStringLiteral("%1: %2 of %3 MB/s\n")
+               .arg(result[QStringLiteral("interface")].toString())
+               .arg(sum / 1e6, 0, 'f', 1)
+               .arg(result[QStringLiteral("bitsPerSecond")].toDouble() / 8e6, 0, 'f', 1) +
+           joined(tableLines(
+               {{QStringLiteral("Camera"), QStringLiteral("id")},
+                {QStringLiteral("Name"), QStringLiteral("name")},
+                {QStringLiteral("MB/s before"), QStringLiteral("bandwidthBytesPerSecondBefore"),
+                 1e6, 2},
+                {QStringLiteral("MB/s"), QStringLiteral("bandwidthBytesPerSecond"), 1e6, 2},
+                {QStringLiteral("Status"), QStringLiteral("status")}},
+               rows));
+}
+
+bool isAutoSet(const QJsonObject& result) {
+    const QJsonArray rows = result[QStringLiteral("cameras")].toArray();
+    const auto isOpened = [](const QJsonValue& row) {
+        return row[QStringLiteral("opened")].toBool();
+    };
+    const auto isUnset = [](const QJsonValue& row) {
+        return row[QStringLiteral("status")].toString() == QLatin1String("notSet");
+    };
+    return std::any_of(rows.begin(), rows.end(), isOpened) &&
+           std::none_of(rows.begin(), rows.end(), isUnset);
+}
+
+} // namespace cli

@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/Benchmark.h"
+
+#include "cli/Command.h"
+#include "cli/Table.h"
+#include "engine/CameraHandler.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+namespace cli {
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+double secondsSince(steady_clock::time_point start) {
+    const auto passed = std::chrono::duration_cast<milliseconds>(steady_clock::now() - start);
+    return static_cast<double>(passed.count()) / 1000;
+}
+
+QJsonObject figures(const CameraHandler& camera, bool isMeasured) {
+    QJsonObject row = cameraIdentity(camera);
+    row[QStringLiteral("measured")] = isMeasured;
+    if (!isMeasured)
+        return row;
+    const FrameStatistics statistics = camera.getFrameStatistics();
+    const auto number = [](auto value) {
+        return static_cast<qint64>(value);
+    };
+    row[QStringLiteral("framesPerSecond")] = statistics.framesPerSecond;
+    row[QStringLiteral("payloadBytes")] = number(statistics.payloadBytes);
+    row[QStringLiteral("receivedFrames")] = number(statistics.receivedFrames);
+    row[QStringLiteral("sentFrames")] = number(statistics.lastFrameId);
+    row[QStringLiteral("lostFrames")] = number(statistics.lostFrames);
+    row[QStringLiteral("incompleteFrames")] = number(statistics.incompleteFrames);
+    return row;
+}
+
+/// Streams from an interface's cameras for as long as it lives.
+class Streaming {
+public:
+    Streaming(SystemController& controller, const HostInterface& interface, bool adjustsPacketSize)
+        : m_controller(controller), m_interface(interface) {
+        m_controller.startBenchmark(interface.index, adjustsPacketSize);
+        for (const auto& camera : interface.cameras) {
+            if (camera->isAcquiring())
+                m_started.insert(camera);
+        }
+    }
+    ~Streaming() { stop(); }
+
+    Streaming(const Streaming&) = delete;
+    Streaming& operator=(const Streaming&) = delete;
+
+    bool isEmpty() const { return m_started.empty(); }
+
+    void stop() {
+        if (!m_isStopped)
+            m_controller.stopBenchmark(m_interface.index);
+        m_isStopped = true;
+    }
+
+    QJsonArray cameras() const {
+        QJsonArray rows;
+        for (const auto& camera : m_interface.cameras) {
+            // One that cannot be stopped has gone meanwhile.
+            const bool hasGone = m_isStopped && camera->isAcquiring();
+            rows.append(figures(*camera, m_started.count(camera) > 0 && !hasGone));
+        }
+        return rows;
+    }
+
+private:
+    SystemController& m_controller;
+    const HostInterface& m_interface;
+    std::set<std::shared_ptr<CameraHandler>> m_started;
+    bool m_isStopped = false;
+};
+
+/// Sleeps until the time is up or the program is interrupted, and tells in between.
+bool awaitEnd(const BenchmarkPlan& plan, Interruption& interruption,
+              const std::function<void()>& tell) {
+    const auto start = steady_clock::now();
+    const auto end = start + milliseconds(std::llround(plan.seconds * 1000));
+    for (auto next = start + plan.interval;; next += plan.interval) {
+        const auto until = plan.seconds > 0 ? std::min(next, end) : next;
+        const auto left = std::chrono::ceil<milliseconds>(until - steady_clock::now());
+        if (interruption.wait(std::max(left, milliseconds(0))))
+            return true;
+        if (plan.seconds > 0 && until == end)
+            return false;
+        tell();
+    }
+}
+
+} // namespace
+
+QJsonObject runBenchmark(Cameras& cameras, const HostInterface& interface,
+                         const BenchmarkPlan& plan, Interruption& interruption,
+                         const BenchmarkProgress& progress) {
+    Streaming streaming(cameras.controller(), interface, plan.adjustsPacketSize);
+    const auto start = steady_clock::now();
+    if (streaming.isEmpty())
+        throw Failure(QStringLiteral("No camera of %1 streams.").arg(interface.name));
+    const bool isInterrupted = awaitEnd(plan, interruption, [&] {
+        if (progress)
+            progress(secondsSince(start), streaming.cameras());
+    });
+    const double seconds = secondsSince(start);
+    streaming.stop();
+    return {
+        {QStringLiteral("interface"), interface.name},
+        {QStringLiteral("seconds"), seconds},
+        {QStringLiteral("interrupted"), isInterrupted},
+        {QStringLiteral("cameras"), streaming.cameras()},
+    };
+}
+
+bool hasMeasuredAll(const QJsonObject& benchmark) {
+    const QJsonArray rows = benchmark[QStringLiteral("cameras")].toArray();
+    return std::all_of(rows.begin(), rows.end(), [](const QJsonValue& row) {
+        return row[QStringLiteral("measured")].toBool() || !row[QStringLiteral("opened")].toBool();
+    });
+}
+
+bool hasLoss(const QJsonObject& benchmark) {
+    const QJsonArray rows = benchmark[QStringLiteral("cameras")].toArray();
+    return std::any_of(rows.begin(), rows.end(), [](const QJsonValue& row) {
+        return row[QStringLiteral("lostFrames")].toDouble() > 0 ||
+               row[QStringLiteral("incompleteFrames")].toDouble() > 0;
+    });
+}
+
+QStringList benchmarkLines(const QJsonArray& cameras) {
+    constexpr double mega = 1e6;
+    return tableLines({{QStringLiteral("Camera"), QStringLiteral("id")},
+                       {QStringLiteral("Name"), QStringLiteral("name")},
+                       {QStringLiteral("Frames/s"), QStringLiteral("framesPerSecond"), 1, 2},
+                       {QStringLiteral("Payload MB"), QStringLiteral("payloadBytes"), mega, 2},
+                       {QStringLiteral("Received"), QStringLiteral("receivedFrames")},
+                       {QStringLiteral("Sent"), QStringLiteral("sentFrames")},
+                       {QStringLiteral("Lost"), QStringLiteral("lostFrames")},
+                       {QStringLiteral("Incomplete"), QStringLiteral("incompleteFrames")}},
+                      cameras);
+}
+
+QString benchmarkText(const QJsonObject& benchmark) {
+    const QString time = QStringLiteral("%1, %2 s%3\n")
+                             .arg(benchmark[QStringLiteral("interface")].toString())
+                             .arg(benchmark[QStringLiteral("seconds")].toDouble(), 0, 'f', 1)
+                             .arg(benchmark[QStringLiteral("interrupted")].toBool()
+                                      ? QStringLiteral(" (interrupted)")
+                                      : QString());
+    return time + joined(benchmarkLines(benchmark[QStringLiteral("cameras")].toArray()));
+}
+
+QList<QCommandLineOption> benchmarkOptions() {
+    return {
+        {QStringLiteral("interface"),
+         QStringLiteral("Name or ID of the interface; may be left out where there is only one."),
+         QStringLiteral("interface")},
+        {QStringLiteral("adjust-packet-size"),
+         QStringLiteral("Let GigE cameras negotiate their largest packet size before.")},
+    };
+}
+
+const HostInterface& chosenInterface(const Cameras& cameras, const Arguments& arguments) {
+    const QString option = QStringLiteral("interface");
+    const auto& interfaces = cameras.interfaces();
+    if (arguments.has(option))
+        return cameras.findInterface(arguments.value(option));
+    if (interfaces.empty())
+        throw Failure(QStringLiteral("There is no camera."));
+    if (interfaces.size() == 1)
+        return interfaces.front();
+    QStringList names;
+    for (const HostInterface& interface : interfaces)
+        names.append(interface.name);
+    throw Failure(
+        QStringLiteral("Choose one with --interface: %1.").arg(names.join(QStringLiteral(", "))),
+        ExitCode::WrongUse);
+}
+
+} // namespace cli

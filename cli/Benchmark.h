@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "cli/Cameras.h"
+#include "cli/platform/Interruption.h"
+
+#include <QCommandLineOption>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QList>
+#include <QStringList>
+
+#include <chrono>
+#include <functional>
+
+namespace cli {
+
+struct Command;
+class Arguments;
+
+/// How an interface is to be benchmarked.
+struct BenchmarkPlan {
+    /// Seconds; 0 for as long as nobody interrupts it.
+    double seconds = 0;
+    std::chrono::milliseconds interval{500};
+    bool adjustsPacketSize = false;
+};
+
+/// What is told at each interval: seconds since the start, and the cameras' figures so far.
+using BenchmarkProgress = std::function<void(double elapsed, const QJsonArray& cameras)>;
+
+/// Streams from all cameras of an interface until the time is up or the program is interrupted, and
+/// answers "interface", "seconds", "interrupted" and the "cameras" with their figures. Cameras that
+/// are not open are left out of it. Thrown as a Failure: that no camera streams.
+QJsonObject runBenchmark(Cameras& cameras, const HostInterface& interface,
+                         const BenchmarkPlan& plan, Interruption& interruption,
+                         const BenchmarkProgress& progress = {});
+
+/// Whether every open camera has streamed.
+bool hasMeasuredAll(const QJsonObject& benchmark);
+/// Whether a frame was lost, or arrived damaged.
+bool hasLoss(const QJsonObject& benchmark);
+
+/// The figures of cameras as lines of a table, headings first.
+QStringList benchmarkLines(const QJsonArray& cameras);
+/// The table, and a line on the time that it covers.
+QString benchmarkText(const QJsonObject& benchmark);
+
+/// The options --interface, --adjust-packet-size and --fail-on-loss.
+QList<QCommandLineOption> benchmarkOptions();
+/// The interface that --interface names, or the only one.
+const HostInterface& chosenInterface(const Cameras& cameras, const Arguments& arguments);
+
+} // namespace cli

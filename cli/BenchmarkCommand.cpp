@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/Benchmark.h"
+#include "cli/Commands.h"
+
+namespace cli {
+
+namespace {
+
+constexpr NumberRange durations{0.1, 99999, 10};
+
+Report runBenchmarkCommand(const Context& context) {
+    const Arguments& arguments = context.arguments;
+    BenchmarkPlan plan;
+    plan.seconds = arguments.number(QStringLiteral("seconds"), durations);
+    plan.adjustsPacketSize = arguments.has(QStringLiteral("adjust-packet-size"));
+    Cameras cameras(context.source);
+    const HostInterface& interface = chosenInterface(cameras, arguments);
+    Interruption interruption;
+    const QJsonObject result = runBenchmark(cameras, interface, plan, interruption);
+    const bool hasFailed = arguments.has(QStringLiteral("fail-on-loss")) && hasLoss(result);
+    return {benchmarkText(result), result, hasMeasuredAll(result) && !hasFailed};
+}
+
+} // namespace
+
+Command benchmarkCommand() {
+    Command command;
+    command.name = QStringLiteral("benchmark");
+    command.summary = QStringLiteral(
+        "Stream from all cameras of an interface and count what arrives. Ctrl+C ends "
+        "it early and tells what was counted so far.");
+    command.options = benchmarkOptions();
+    command.options += QCommandLineOption(QStringLiteral("seconds"),
+                                          QStringLiteral("How long it takes, 10 by default."),
+                                          QStringLiteral("number"));
+    command.options += QCommandLineOption(
+        QStringLiteral("fail-on-loss"),
+        QStringLiteral("Exit with 1 when a frame is lost or arrives incomplete."));
+    command.examples = QStringList{
+        QStringLiteral("benchmark --interface eth0 --seconds 30"),
+        QStringLiteral("benchmark --config :oversubscribed --interface GEV-enp3s0 --fail-on-loss")};
+    command.run = runBenchmarkCommand;
+    return command;
+}
+
+} // namespace cli

@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/Cameras.h"
+
+#include "cli/Command.h"
+#include "cli/Near.h"
+#include "engine/CameraHandler.h"
+#include "engine/MakeSystemController.h"
+
+#include <QVector>
+
+namespace cli {
+
+namespace {
+
+QString toQString(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+/// Names by which a thing may be called, the one that only it has first.
+using Names = QStringList;
+
+QVector<int> named(const QVector<Names>& things, const QString& wanted, Qt::CaseSensitivity cases) {
+    QVector<int> found;
+    for (int i = 0; i < things.size(); ++i) {
+        // The thing's own name wins over others that are called alike.
+        if (things[i].constFirst() == wanted)
+            return {i};
+        if (things[i].contains(wanted, cases))
+            found.append(i);
+    }
+    return found;
+}
+
+/// Index of the thing that is called \p wanted; \p kind is what it is.
+std::size_t choose(const QString& kind, const QVector<Names>& things, const QString& wanted) {
+    QVector<int> found = named(things, wanted, Qt::CaseSensitive);
+    if (found.isEmpty())
+        found = named(things, wanted, Qt::CaseInsensitive);
+    if (found.size() == 1)
+        return static_cast<std::size_t>(found.constFirst());
+
+    QStringList unique;
+    QStringList all;
+    for (int i = 0; i < things.size(); ++i) {
+        all += things[i];
+        if (found.isEmpty() || found.contains(i))
+            unique += things[i].constFirst();
+    }
+    const QString list = unique.join(QStringLiteral(", "));
+    if (!found.isEmpty())
+        throw Failure(
+            QStringLiteral("More than one %1 is called \"%2\": %3.").arg(kind, wanted, list));
+    QString hint = didYouMean(wanted, all);
+    if (hint.isEmpty())
+        hint = things.isEmpty() ? QStringLiteral(" There is none.")
+                                : QStringLiteral(" There is: %1.").arg(list);
+    throw Failure(QStringLiteral("There is no %1 \"%2\".").arg(kind, wanted) + hint);
+}
+
+std::size_t chooseCamera(const CameraList& cameras, const QString& wanted) {
+    QVector<Names> names;
+    for (const auto& camera : cameras) {
+        const CameraInfo info = camera->getCameraInfo();
+        Names of{toQString(info.cameraId)};
+        for (const std::string& name : {info.cameraName, info.serialNumber}) {
+            if (!name.empty())
+                of.append(toQString(name));
+        }
+        names.append(of);
+    }
+    return choose(QStringLiteral("camera"), names, wanted);
+}
+
+} // namespace
+
+Cameras::Cameras(const session::CameraSource& source) : m_session(source) {
+    if (!m_session.isStarted())
+        throw Failure(m_session.error());
+    m_controller = makeSystemController(m_session.system());
+    int index = 0;
+    for (const CameraList& cameras : m_controller->enumerate()) {
+        const CameraInfo info = cameras.front()->getCameraInfo();
+        m_interfaces.push_back(
+            {index++, toQString(info.interfaceName), toQString(info.interfaceId), cameras});
+    }
+}
+
+const HostInterface& Cameras::findInterface(const QString& wanted) const {
+    QVector<Names> names;
+    for (const HostInterface& interface : m_interfaces)
+        names.append({interface.name, interface.id});
+    return m_interfaces[choose(QStringLiteral("interface"), names, wanted)];
+}
+
+std::shared_ptr<CameraHandler> Cameras::findCamera(const QString& wanted) const {
+    CameraList all;
+    for (const HostInterface& interface : m_interfaces)
+        all.insert(all.end(), interface.cameras.begin(), interface.cameras.end());
+    return cli::findCamera(all, wanted);
+}
+
+std::shared_ptr<FeatureController> Cameras::findFeatures(const QString& wanted) const {
+    const auto camera = findCamera(wanted);
+    if (!camera->isOpened())
+        throw Failure(
+            QStringLiteral("%1: %2").arg(cameraId(*camera), toQString(camera->getWarningText())));
+    return camera->getFeatureController();
+}
+
+std::shared_ptr<CameraHandler> findCamera(const CameraList& cameras, const QString& wanted) {
+    return cameras[chooseCamera(cameras, wanted)];
+}
+
+QString cameraId(const CameraHandler& camera) {
+    return toQString(camera.getCameraInfo().cameraId);
+}
+
+QJsonObject cameraIdentity(const CameraHandler& camera) {
+    const CameraInfo info = camera.getCameraInfo();
+    return {
+        {QStringLiteral("id"), toQString(info.cameraId)},
+        {QStringLiteral("name"), toQString(info.cameraName)},
+        {QStringLiteral("model"), toQString(info.modelName)},
+        {QStringLiteral("serialNumber"), toQString(info.serialNumber)},
+        {QStringLiteral("opened"), camera.isOpened()},
+    };
+}
+
+} // namespace cli

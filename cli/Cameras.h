@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "engine/SystemController.h"
+#include "session/SdkSession.h"
+
+#include <QJsonObject>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+class FeatureController;
+
+namespace cli {
+
+/// One host interface with its cameras.
+struct HostInterface {
+    /// Place in the controller's list.
+    int index;
+    /// The engine's key of an interface.
+    QString name;
+    QString id;
+    CameraList cameras;
+};
+
+/// The camera SDK, started, and the cameras that it has found, opened. What cannot be started or
+/// found is thrown as a Failure. Bound to one thread.
+class Cameras {
+public:
+    explicit Cameras(const session::CameraSource& source);
+
+    SystemController& controller() { return *m_controller; }
+    const std::vector<HostInterface>& interfaces() const { return m_interfaces; }
+
+    /// By name or ID.
+    const HostInterface& findInterface(const QString& wanted) const;
+    /// By ID, or by user-defined name or serial number where that leaves no choice.
+    std::shared_ptr<CameraHandler> findCamera(const QString& wanted) const;
+    /// The features of such a camera, which must be open.
+    std::shared_ptr<FeatureController> findFeatures(const QString& wanted) const;
+
+private:
+    /// First, so that it ends last.
+    session::SdkSession m_session;
+    std::shared_ptr<SystemController> m_controller;
+    std::vector<HostInterface> m_interfaces;
+};
+
+/// The camera of that name among some, in the way of Cameras::findCamera.
+std::shared_ptr<CameraHandler> findCamera(const CameraList& cameras, const QString& wanted);
+
+QString cameraId(const CameraHandler& camera);
+/// What tells cameras apart: "id", "name", "model", "serialNumber" and whether it is "opened".
+QJsonObject cameraIdentity(const CameraHandler& camera);
+
+} // namespace cli

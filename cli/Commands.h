@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "cli/Command.h"
+
+namespace cli {
+
+Command listCommand();
+Command benchmarkCommand();
+Command watchCommand();
+Command autoSetCommand();
+Command featuresCommand();
+Command getCommand();
+Command setCommand();
+Command runCommand();
+
+} // namespace cli

@@ -1,0 +1,301 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/Features.h"
+
+#include "cli/Command.h"
+#include "cli/Near.h"
+#include "features/FeatureText.h"
+
+#include <QJsonArray>
+
+#include <utility>
+
+namespace cli {
+
+namespace {
+
+QString toQString(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+QStringList toQStrings(const std::vector<std::string>& texts) {
+    QStringList result;
+    for (const std::string& text : texts)
+        result.append(toQString(text));
+    return result;
+}
+
+QString typeName(OrvFeatureDataType type) {
+    switch (type) {
+    case OrvFeatureDataInt:
+        return QStringLiteral("integer");
+    case OrvFeatureDataFloat:
+        return QStringLiteral("float");
+    case OrvFeatureDataEnum:
+        return QStringLiteral("enumeration");
+    case OrvFeatureDataString:
+        return QStringLiteral("string");
+    case OrvFeatureDataBool:
+        return QStringLiteral("boolean");
+    case OrvFeatureDataCommand:
+        return QStringLiteral("command");
+    case OrvFeatureDataRaw:
+        return QStringLiteral("raw");
+    default:
+        return QStringLiteral("unknown");
+    }
+}
+
+bool hasValue(OrvFeatureDataType type) {
+    return type >= OrvFeatureDataInt && type <= OrvFeatureDataBool;
+}
+
+bool isNumber(OrvFeatureDataType type) {
+    return type == OrvFeatureDataInt || type == OrvFeatureDataFloat;
+}
+
+QString visibilityName(OrvFeatureVisibilityType visibility) {
+    switch (visibility) {
+    case OrvFeatureVisibilityBeginner:
+        return QStringLiteral("beginner");
+    case OrvFeatureVisibilityExpert:
+        return QStringLiteral("expert");
+    case OrvFeatureVisibilityGuru:
+        return QStringLiteral("guru");
+    case OrvFeatureVisibilityInvisible:
+        return QStringLiteral("invisible");
+    default:
+        return QStringLiteral("unknown");
+    }
+}
+
+struct ToJson {
+    QJsonValue operator()(std::int64_t value) const { return static_cast<qint64>(value); }
+    QJsonValue operator()(double value) const { return value; }
+    QJsonValue operator()(bool value) const { return value; }
+    QJsonValue operator()(const std::string& value) const { return toQString(value); }
+};
+
+bool represents(const FeatureInfo& info, const char* representation) {
+    return info.representation.find(representation) != std::string::npos;
+}
+
+struct ToText {
+    const FeatureInfo& info;
+
+    QString operator()(std::int64_t value) const {
+        if (represents(info, "HexNumber"))
+            return QStringLiteral("0x") + toHexText(value);
+        if (represents(info, "IPV4Address"))
+            return toIpText(value);
+        if (represents(info, "MACAddress"))
+            return toMacText(value);
+        return QString::number(static_cast<qint64>(value));
+    }
+    QString operator()(double value) const { return toDoubleText(value); }
+    QString operator()(bool value) const {
+        return value ? QStringLiteral("true") : QStringLiteral("false");
+    }
+    QString operator()(const std::string& value) const { return toQString(value); }
+};
+
+QString textOf(const FeatureInfo& info, const FeatureValue& value) {
+    return std::visit(ToText{info}, value);
+}
+
+std::optional<std::int64_t> parseInteger(const FeatureInfo& info, const QString& text) {
+    if (text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive))
+        return fromHexText(text.mid(2));
+    if (represents(info, "IPV4Address") && text.contains(QLatin1Char('.')))
+        return fromIpText(text);
+    if (represents(info, "MACAddress") && text.size() > 12)
+        return fromMacText(text);
+    bool isInteger = false;
+    const qint64 value = text.toLongLong(&isInteger);
+    return isInteger ? std::optional<std::int64_t>(value) : std::nullopt;
+}
+
+std::optional<bool> parseBoolean(const QString& text) {
+    const QString word = text.toLower();
+    if (word == QLatin1String("true") || word == QLatin1String("on") || word == QLatin1String("1"))
+        return true;
+    if (word == QLatin1String("false") || word == QLatin1String("off") ||
+        word == QLatin1String("0"))
+        return false;
+    return std::nullopt;
+}
+
+/// The module that a text means; empty when there is none.
+std::string findModule(const FeatureController& controller, const QString& text) {
+    const auto folded = [](QString name) {
+        return name.remove(QLatin1Char(' ')).toCaseFolded();
+    };
+    for (const std::string& module : controller.getModuleNames()) {
+        if (folded(toQString(module)) == folded(text))
+            return module;
+    }
+    return {};
+}
+
+/// All features, as a command line would name them.
+QStringList allNames(const FeatureController& controller) {
+    QStringList names;
+    for (const std::string& module : controller.getModuleNames()) {
+        const QString prefix =
+            module == "Camera" ? QString() : toQString(module) + QLatin1Char(':');
+        for (const auto& category : controller.getFeaturesByCategory(module)) {
+            for (const std::string& name : category.second)
+                names.append(prefix + toQString(name));
+        }
+    }
+    return names;
+}
+
+/// Those near the text as it is, and those of whatever module with a name near to its own.
+QString hint(const FeatureController& controller, const QString& text) {
+    const QStringList names = allNames(controller);
+    const QString near = didYouMean(text, names);
+    return near.isEmpty() ? didYouMean(text.section(QLatin1Char(':'), -1), names) : near;
+}
+
+std::pair<std::string, std::string> findFeature(const FeatureController& controller,
+                                                const QString& text) {
+    const int colon = text.indexOf(QLatin1Char(':'));
+    const QString moduleText = colon < 0 ? QStringLiteral("Camera") : text.left(colon);
+    const std::string module = findModule(controller, moduleText);
+    if (module.empty()) {
+        const QStringList modules = toQStrings(controller.getModuleNames());
+        const QString near = didYouMean(moduleText, modules);
+        throw Failure(
+            QStringLiteral("There is no module \"%1\".").arg(moduleText) +
+            (near.isEmpty()
+                 ? QStringLiteral(" There is: %1.").arg(modules.join(QStringLiteral(", ")))
+                 : near));
+    }
+    const std::string name = text.mid(colon + 1).toStdString();
+    if (!controller.hasFeature(module, name))
+        throw Failure(QStringLiteral("There is no feature \"%1\".").arg(text) +
+                      hint(controller, text));
+    return {module, name};
+}
+
+} // namespace
+
+Feature::Feature(FeatureController& controller, const QString& text) : m_controller(controller) {
+    std::tie(m_module, m_name) = findFeature(controller, text);
+    read();
+}
+
+Feature::Feature(FeatureController& controller, std::string module, std::string name)
+    : m_controller(controller), m_module(std::move(module)), m_name(std::move(name)) {
+    read();
+}
+
+void Feature::read() {
+    m_info = m_controller.getFeatureInfo(m_module, m_name);
+    m_value.reset();
+    if (!m_info.readable || !hasValue(m_info.dataType))
+        return;
+    // A description has the integer 0 in place of a value that could not be read.
+    m_value = m_info.value == FeatureValue() ? m_controller.readFeatureValue(m_module, m_name)
+                                             : m_info.value;
+}
+
+QJsonObject Feature::describe() const {
+    QJsonObject row{
+        {QStringLiteral("module"), module()},
+        {QStringLiteral("category"), toQString(m_info.category)},
+        {QStringLiteral("name"), name()},
+        {QStringLiteral("displayName"), toQString(m_info.displayName)},
+        {QStringLiteral("type"), typeName(m_info.dataType)},
+        {QStringLiteral("visibility"), visibilityName(m_info.visibility)},
+        {QStringLiteral("unit"), toQString(m_info.unit)},
+        {QStringLiteral("readable"), m_info.readable},
+        {QStringLiteral("writable"), m_info.writable},
+    };
+    if (m_value)
+        row[QStringLiteral("value")] = std::visit(ToJson(), *m_value);
+    if (isNumber(m_info.dataType)) {
+        row[QStringLiteral("minimum")] = std::visit(ToJson(), m_info.minimum);
+        row[QStringLiteral("maximum")] = std::visit(ToJson(), m_info.maximum);
+        row[QStringLiteral("increment")] = std::visit(ToJson(), m_info.increment);
+    }
+    if (m_info.dataType == OrvFeatureDataEnum) {
+        QJsonArray available;
+        for (const FeatureValue& entry : m_info.availableValues)
+            available.append(std::visit(ToJson(), entry));
+        row[QStringLiteral("entries")] = QJsonArray::fromStringList(toQStrings(m_info.values));
+        row[QStringLiteral("availableEntries")] = available;
+    }
+    return row;
+}
+
+QString Feature::valueText() const {
+    return m_value ? textOf(m_info, *m_value) : QString();
+}
+
+void Feature::requireValue() const {
+    if (m_info.dataType == OrvFeatureDataCommand)
+        throw Failure(QStringLiteral("%1 is a command; \"spanlet run\" executes it.").arg(name()));
+    if (!m_value)
+        throw Failure(QStringLiteral("%1 cannot be read.").arg(name()));
+}
+
+void Feature::write(const QString& text) {
+    if (m_info.dataType == OrvFeatureDataCommand || !hasValue(m_info.dataType))
+        requireValue();
+    if (!m_info.writable)
+        throw Failure(QStringLiteral("%1 cannot be written.").arg(name()));
+    if (!m_controller.setFeatureValue(m_module, m_name, parse(text)))
+        throw Failure(QStringLiteral("%1 did not take \"%2\".").arg(name(), text) + limits());
+    read();
+}
+
+bool Feature::run(double timeoutMilliseconds) {
+    if (m_info.dataType != OrvFeatureDataCommand)
+        throw Failure(
+            QStringLiteral("%1 is not a command; \"spanlet set\" writes it.").arg(name()));
+    return m_controller.runCommand(m_module, m_name, timeoutMilliseconds);
+}
+
+FeatureValue Feature::parse(const QString& text) const {
+    const auto require = [&](const auto& parsed, const char* what) -> FeatureValue {
+        if (!parsed)
+            throw Failure(
+                QStringLiteral("%1 takes %2, not \"%3\".").arg(name(), QLatin1String(what), text));
+        return *parsed;
+    };
+    switch (m_info.dataType) {
+    case OrvFeatureDataInt:
+        return require(parseInteger(m_info, text), "an integer");
+    case OrvFeatureDataFloat:
+        return require(fromDoubleText(text), "a number");
+    case OrvFeatureDataBool:
+        return require(parseBoolean(text), "\"true\" or \"false\"");
+    case OrvFeatureDataEnum:
+        if (const QStringList entries = toQStrings(m_info.values); !entries.contains(text))
+            throw Failure(QStringLiteral("%1 has no entry \"%2\".").arg(name(), text) +
+                          didYouMean(text, entries) + limits());
+        break;
+    default:
+        break;
+    }
+    return text.toStdString();
+}
+
+QString Feature::limits() const {
+    if (m_info.dataType == OrvFeatureDataEnum) {
+        QStringList entries;
+        for (const FeatureValue& entry : m_info.availableValues)
+            entries.append(textOf(m_info, entry));
+        return QStringLiteral(" It takes %1.").arg(entries.join(QStringLiteral(", ")));
+    }
+    if (!isNumber(m_info.dataType))
+        return {};
+    const QString range = QStringLiteral(" It takes %1 to %2")
+                              .arg(textOf(m_info, m_info.minimum), textOf(m_info, m_info.maximum));
+    const QString step = textOf(m_info, m_info.increment);
+    const bool hasStep = m_info.increment != FeatureValue() && step != QLatin1String("1");
+    return range + (hasStep ? QStringLiteral(" in steps of %1.").arg(step) : QStringLiteral("."));
+}
+
+} // namespace cli

@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/Cameras.h"
+#include "cli/Commands.h"
+#include "cli/Features.h"
+#include "cli/Table.h"
+#include "features/FeatureFilter.h"
+
+#include <QJsonArray>
+
+namespace cli {
+
+namespace {
+
+/// Features of one module that a filter lets pass; all without one.
+std::vector<Feature> featuresOf(FeatureController& controller, const std::string& module,
+                                const FeatureFilter* filter) {
+    std::vector<Feature> features;
+    for (const auto& [category, names] : controller.getFeaturesByCategory(module)) {
+        for (const std::string& name : names) {
+            if (!filter ||
+                filter->accepts(QString::fromStdString(module), QString::fromStdString(category),
+                                QString::fromStdString(name)))
+                features.emplace_back(controller, module, name);
+        }
+    }
+    return features;
+}
+
+QString access(const FeatureInfo& info) {
+    if (info.dataType == OrvFeatureDataCommand)
+        return QStringLiteral("command");
+    return (info.readable ? QStringLiteral("r") : QStringLiteral("-")) +
+           (info.writable ? QStringLiteral("w") : QStringLiteral("-"));
+}
+
+QString moduleText(const std::vector<Feature>& features) {
+    QJsonArray rows;
+    for (const Feature& feature : features)
+        rows.append(QJsonObject{
+            {QStringLiteral("name"), feature.name()},
+            {QStringLiteral("value"), feature.valueText()},
+            {QStringLiteral("unit"), QString::fromStdString(feature.info().unit)},
+            {QStringLiteral("access"), access(feature.info())},
+            {QStringLiteral("category"), QString::fromStdString(feature.info().category)},
+        });
+    return features.front().module() + QLatin1Char('\n') +
+           joined(tableLines({{QStringLiteral("Feature"), QStringLiteral("name")},
+                              {QStringLiteral("Value"), QStringLiteral("value")},
+                              {QStringLiteral("Unit"), QStringLiteral("unit")},
+                              {QStringLiteral("Access"), QStringLiteral("access")},
+                              {QStringLiteral("Category"), QStringLiteral("category")}},
+                             rows));
+}
+
+Report runFeatures(const Context& context) {
+    std::optional<FeatureFilter> filter;
+    if (context.arguments.has(QStringLiteral("filter")))
+        filter.emplace(FeatureFilter::shippedFile());
+    const QString camera = context.arguments.operands().constFirst();
+    const Cameras cameras(context.source);
+    const auto controller = cameras.findFeatures(camera);
+    QJsonArray rows;
+    QStringList texts;
+    for (const std::string& module : controller->getModuleNames()) {
+        const auto features = featuresOf(*controller, module, filter ? &*filter : nullptr);
+        if (features.empty())
+            continue;
+        texts.append(moduleText(features));
+        for (const Feature& feature : features)
+            rows.append(feature.describe());
+    }
+    return {texts.join(QLatin1Char('\n')),
+            {{QStringLiteral("camera"), cameraId(*cameras.findCamera(camera))},
+             {QStringLiteral("features"), rows}}};
+}
+
+} // namespace
+
+Command featuresCommand() {
+    Command command;
+    command.name = QStringLiteral("features");
+    command.summary = QStringLiteral("Show the features of a camera and of its modules.");
+    command.operands = QStringLiteral("CAMERA");
+    command.fewestOperands = command.mostOperands = 1;
+    command.options = {{QStringLiteral("filter"),
+                        QStringLiteral("Only those that matter for bandwidth, as listed in "
+                                       "plugins/Spanlet_Settings.json beside the program.")}};
+    command.examples = QStringList{QStringLiteral("features GEV-21017 --filter"),
+                                   QStringLiteral("features GEV-21017 --json")};
+    command.run = runFeatures;
+    return command;
+}
+
+} // namespace cli

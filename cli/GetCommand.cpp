@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/Cameras.h"
+#include "cli/Commands.h"
+#include "cli/Features.h"
+
+#include <QJsonArray>
+
+namespace cli {
+
+namespace {
+
+Report runGet(const Context& context) {
+    const QStringList operands = context.arguments.operands();
+    const Cameras cameras(context.source);
+    const auto controller = cameras.findFeatures(operands.constFirst());
+    Report report;
+    QJsonArray rows;
+    for (const QString& name : operands.mid(1)) {
+        const Feature feature(*controller, name);
+        feature.requireValue();
+        rows.append(feature.describe());
+        report.text += feature.valueText() + QLatin1Char('\n');
+    }
+    report.document = {
+        {QStringLiteral("camera"), cameraId(*cameras.findCamera(operands.constFirst()))},
+        {QStringLiteral("features"), rows}};
+    return report;
+}
+
+} // namespace
+
+Command getCommand() {
+    Command command;
+    command.name = QStringLiteral("get");
+    command.summary = QStringLiteral("Print the values of features, one on each line.");
+    command.operands = QStringLiteral("CAMERA [MODULE:]FEATURE...");
+    command.fewestOperands = 2;
+    command.mostOperands = 1000;
+    command.examples = QStringList{QStringLiteral("get GEV-21017 Width Height"),
+                                   QStringLiteral("get GEV-21017 Stream0:GVSPDriver")};
+    command.run = runGet;
+    return command;
+}
+
+} // namespace cli

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/Cameras.h"
+#include "cli/Commands.h"
+#include "cli/Table.h"
+#include "engine/CameraHandler.h"
+
+#include <QJsonArray>
+
+namespace cli {
+
+namespace {
+
+QJsonObject describeCamera(const CameraHandler& camera) {
+    QJsonObject row = cameraIdentity(camera);
+    const CameraInfo info = camera.getCameraInfo();
+    row[QStringLiteral("port")] = QString::fromStdString(info.portPath);
+    row[QStringLiteral("warning")] = QString::fromStdString(camera.getWarningText());
+    if (camera.isOpened()) {
+        row[QStringLiteral("bandwidthBytesPerSecond")] = static_cast<qint64>(camera.getBandwidth());
+        row[QStringLiteral("payloadBytes")] = static_cast<qint64>(camera.getPayloadSize());
+        row[QStringLiteral("triggered")] = camera.isTriggered();
+    }
+    return row;
+}
+
+QString typeName(OrvTransportLayerType type) {
+    const auto found = transportLayerTypeNames().find(type);
+    return found == transportLayerTypeNames().end() ? QString()
+                                                    : QString::fromStdString(found->second);
+}
+
+QJsonObject describeInterface(const SystemController& controller, const HostInterface& interface) {
+    const std::string key = interface.name.toStdString();
+    QJsonArray cameras;
+    double used = 0;
+    for (const auto& camera : interface.cameras) {
+        const QJsonObject row = describeCamera(*camera);
+        used += row[QStringLiteral("bandwidthBytesPerSecond")].toDouble();
+        cameras.append(row);
+    }
+    return {
+        {QStringLiteral("name"), interface.name},
+        {QStringLiteral("id"), interface.id},
+        {QStringLiteral("type"), typeName(controller.getInterfaceType(key))},
+        {QStringLiteral("bitsPerSecond"), static_cast<qint64>(controller.getInterfaceSpeed(key))},
+        {QStringLiteral("bandwidthBytesPerSecond"), used},
+        {QStringLiteral("cameras"), cameras},
+    };
+}
+
+QString interfaceText(const QJsonObject& interface) {
+    constexpr double bitsPerMegabyte = 8e6;
+    const QString heading =
+        QStringLiteral("%1 (%2), %3: %4 of %5 MB/s in use\n")
+            .arg(interface[QStringLiteral("name")].toString(),
+                 interface[QStringLiteral("id")].toString(),
+                 interface[QStringLiteral("type")].toString())
+            .arg(interface[QStringLiteral("bandwidthBytesPerSecond")].toDouble() / 1e6, 0, 'f', 1)
+            .arg(interface[QStringLiteral("bitsPerSecond")].toDouble() / bitsPerMegabyte, 0, 'f',
+                 1);
+    return heading + joined(tableLines({{QStringLiteral("Camera"), QStringLiteral("id")},
+                                        {QStringLiteral("Name"), QStringLiteral("name")},
+                                        {QStringLiteral("Model"), QStringLiteral("model")},
+                                        {QStringLiteral("Serial"), QStringLiteral("serialNumber")},
+                                        {QStringLiteral("MB/s"),
+                                         QStringLiteral("bandwidthBytesPerSecond"), 1e6, 1},
+                                        {QStringLiteral("Triggered"), QStringLiteral("triggered")},
+                                        {QStringLiteral("Warning"), QStringLiteral("warning")}},
+                                       interface[QStringLiteral("cameras")].toArray()));
+}
+
+Report runList(const Context& context) {
+    Cameras cameras(context.source);
+    QJsonArray interfaces;
+    QStringList texts;
+    for (const HostInterface& interface : cameras.interfaces()) {
+        const QJsonObject described = describeInterface(cameras.controller(), interface);
+        interfaces.append(described);
+        texts.append(interfaceText(described));
+    }
+    if (texts.isEmpty())
+        texts.append(QStringLiteral("There is no camera.\n"));
+    return {texts.join(QLatin1Char('\n')), {{QStringLiteral("interfaces"), interfaces}}};
+}
+
+} // namespace
+
+Command listCommand() {
+    Command command;
+    command.name = QStringLiteral("list");
+    command.summary = QStringLiteral("Show the interfaces of this host and the cameras on them.");
+    command.examples =
+        QStringList{QStringLiteral("list"), QStringLiteral("list --cameras genicam --json")};
+    command.run = runList;
+    return command;
+}
+
+} // namespace cli

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <mutex>
+
+namespace cli {
+
+/// Where the program writes to: results on the standard output stream, messages on the standard
+/// error stream. On a terminal a block of lines can be redrawn in place, with messages above it.
+/// Thread-safe.
+class Screen {
+public:
+    Screen();
+
+    /// Whether the standard output stream is a terminal.
+    bool isInteractive() const { return m_isInteractive; }
+
+    void print(const QString& text);
+    void message(const QString& line);
+
+    /// Replaces the block of lines; what does not fit into the window is cut off.
+    void draw(const QStringList& lines);
+    /// Takes the block away.
+    void clear();
+
+    /// False once something could not be written to the standard output stream.
+    bool flush();
+
+private:
+    void erase();
+    void show();
+
+    const bool m_isInteractive;
+    std::mutex m_mutex;
+    /// Guarded by m_mutex, as is the rest.
+    QStringList m_block;
+    int m_shownLines = 0;
+};
+
+} // namespace cli

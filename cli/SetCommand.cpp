@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/Cameras.h"
+#include "cli/Commands.h"
+#include "cli/Features.h"
+
+#include <QJsonArray>
+
+namespace cli {
+
+namespace {
+
+Report runSet(const Context& context) {
+    const QStringList operands = context.arguments.operands();
+    if (operands.size() % 2 == 0)
+        throw Failure(QStringLiteral("There is no value for \"%1\".").arg(operands.constLast()),
+                      ExitCode::WrongUse);
+    const Cameras cameras(context.source);
+    const auto controller = cameras.findFeatures(operands.constFirst());
+    Report report;
+    QJsonArray rows;
+    for (int i = 1; i < operands.size(); i += 2) {
+        Feature feature(*controller, operands[i]);
+        feature.write(operands[i + 1]);
+        rows.append(feature.describe());
+        report.text += QStringLiteral("%1 = %2\n").arg(operands[i], feature.valueText());
+    }
+    report.document = {
+        {QStringLiteral("camera"), cameraId(*cameras.findCamera(operands.constFirst()))},
+        {QStringLiteral("features"), rows}};
+    return report;
+}
+
+} // namespace
+
+Command setCommand() {
+    Command command;
+    command.name = QStringLiteral("set");
+    command.summary = QStringLiteral(
+        "Write features, one after the other until one fails, and print what the camera reports "
+        "afterwards. Integers may be hexadecimal (0x1f).");
+    command.operands = QStringLiteral("CAMERA [MODULE:]FEATURE VALUE [[MODULE:]FEATURE VALUE]...");
+    command.fewestOperands = 3;
+    command.mostOperands = 1001;
+    command.examples =
+        QStringList{QStringLiteral("set GEV-21017 ExposureTime 8000"),
+                    QStringLiteral("set GEV-21017 TriggerMode On TriggerSource Line1")};
+    command.run = runSet;
+    return command;
+}
+
+} // namespace cli

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/Benchmark.h"
+#include "cli/Commands.h"
+#include "cli/Screen.h"
+
+#include <cmath>
+
+namespace cli {
+
+namespace {
+
+/// Without the option, a watch ends by an interruption.
+constexpr NumberRange durations{0.1, 99999, 0};
+constexpr NumberRange intervals{0.1, 3600, 0.5};
+
+QString progressBar(double share) {
+    constexpr int width = 30;
+    const int filled = static_cast<int>(std::floor(share * width));
+    return QStringLiteral("[%1%2] %3 %")
+        .arg(QString(filled, QLatin1Char('#')), QString(width - filled, QLatin1Char('.')))
+        .arg(std::floor(share * 100));
+}
+
+QString heading(const HostInterface& interface, double elapsed, double seconds) {
+    const QString time = QString::number(elapsed, 'f', 1);
+    if (seconds > 0)
+        return QStringLiteral("%1  %2 of %3 s %4")
+            .arg(interface.name, time)
+            .arg(seconds)
+            .arg(progressBar(std::min(elapsed / seconds, 1.0)));
+    return QStringLiteral("%1  %2 s, Ctrl+C ends").arg(interface.name, time);
+}
+
+/// Lines that can follow each other: the time in front of each, and headings once.
+QString plainLines(const QJsonArray& rows, double elapsed, bool hasHeadings) {
+    constexpr int headings = 2;
+    const QStringList lines = benchmarkLines(rows);
+    QString text;
+    for (int i = hasHeadings ? 0 : headings; i < lines.size(); ++i) {
+        const QString time = i == 0 ? QStringLiteral("s") : QString::number(elapsed, 'f', 1);
+        text += i == 1
+                    ? QString()
+                    : time.rightJustified(8) + QStringLiteral("  ") + lines[i] + QLatin1Char('\n');
+    }
+    return text;
+}
+
+BenchmarkProgress makeProgress(Screen& screen, const HostInterface& interface, double seconds) {
+    if (screen.isInteractive())
+        return [&screen, &interface, seconds](double elapsed, const QJsonArray& rows) {
+            screen.draw(QStringList(heading(interface, elapsed, seconds)) + benchmarkLines(rows));
+        };
+    return [&screen, isFirst = true](double elapsed, const QJsonArray& rows) mutable {
+        screen.print(plainLines(rows, elapsed, isFirst));
+        isFirst = false;
+    };
+}
+
+Report runWatch(const Context& context) {
+    const Arguments& arguments = context.arguments;
+    BenchmarkPlan plan;
+    plan.seconds = arguments.number(QStringLiteral("seconds"), durations);
+    plan.interval = std::chrono::milliseconds(
+        std::llround(arguments.number(QStringLiteral("interval"), intervals) * 1000));
+    plan.adjustsPacketSize = arguments.has(QStringLiteral("adjust-packet-size"));
+    Cameras cameras(context.source);
+    const HostInterface& interface = chosenInterface(cameras, arguments);
+    Interruption interruption;
+    const QJsonObject result =
+        runBenchmark(cameras, interface, plan, interruption,
+                     context.wantsJson ? BenchmarkProgress()
+                                       : makeProgress(context.screen, interface, plan.seconds));
+    context.screen.clear();
+    return {benchmarkText(result), result, hasMeasuredAll(result)};
+}
+
+} // namespace
+
+Command watchCommand() {
+    Command command;
+    command.name = QStringLiteral("watch");
+    command.summary = QStringLiteral(
+        "Stream from all cameras of an interface and show their figures as they change, until "
+        "Ctrl+C or for a time. On a terminal the lines are redrawn in place.");
+    command.options = benchmarkOptions();
+    command.options += QCommandLineOption(QStringLiteral("seconds"),
+                                          QStringLiteral("How long it takes, endless by default."),
+                                          QStringLiteral("number"));
+    command.options += QCommandLineOption(
+        QStringLiteral("interval"),
+        QStringLiteral("Seconds between two looks at the figures, 0.5 by default."),
+        QStringLiteral("number"));
+    command.examples =
+        QStringList{QStringLiteral("watch --interface eth0"),
+                    QStringLiteral("watch --interface eth0 --seconds 60 --interval 5 > log")};
+    command.run = runWatch;
+    return command;
+}
+
+} // namespace cli

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/Program.h"
+
+#include <QCoreApplication>
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("spanlet"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(SPANLET_VERSION));
+    return cli::runProgram(QCoreApplication::arguments());
+}

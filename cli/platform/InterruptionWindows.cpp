@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/platform/Interruption.h"
+
+#include <atomic>
+
+#include <windows.h>
+
+namespace cli {
+
+namespace {
+
+/// Set when the program is to end; here since the console's handler is told nothing else.
+HANDLE requested = nullptr;
+std::atomic<bool> isSecond{false};
+
+/// Runs on a thread of the system. Without our answer the system ends the program.
+BOOL WINAPI onControl(DWORD control) {
+    if (isSecond.exchange(true))
+        return FALSE;
+    SetEvent(requested);
+    // A closed console or a shutdown waits for this answer, and then ends the program.
+    if (control != CTRL_C_EVENT && control != CTRL_BREAK_EVENT)
+        Sleep(5000);
+    return TRUE;
+}
+
+} // namespace
+
+Interruption::Interruption() {
+    requested = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+    isSecond = false;
+    SetConsoleCtrlHandler(onControl, TRUE);
+}
+
+Interruption::~Interruption() {
+    SetConsoleCtrlHandler(onControl, FALSE);
+    CloseHandle(requested);
+    requested = nullptr;
+}
+
+bool Interruption::wait(std::chrono::milliseconds time) {
+    return WaitForSingleObject(requested, static_cast<DWORD>(time.count())) == WAIT_OBJECT_0;
+}
+
+} // namespace cli

@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "OrvCPP/OrvTypes.h"
+
+/// What Auto Set keeps free of an interface, and adds to what a camera needs, in percent.
+struct SafetyMargins {
+    int interfacePercent;
+    int cameraPercent;
+};
+
+/// Recommended margins by kind of interface: what is used unless a user chooses others.
+inline constexpr SafetyMargins recommendedMarginsGigE{10, 5};
+inline constexpr SafetyMargins recommendedMarginsUsb{30, 5};
+
+constexpr SafetyMargins recommendedMargins(OrvTransportLayerType type) {
+    return type == OrvTransportLayerTypeGEV ? recommendedMarginsGigE : recommendedMarginsUsb;
+}
