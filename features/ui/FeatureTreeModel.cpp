@@ -27,19 +27,22 @@ FeatureTreeItem& categoryBelow(BasicTreeItem& parent, const QString& text) {
         *parent.appendChild(std::make_unique<FeatureTreeItem>(text)));
 }
 
+/// Indices of FeatureValue's alternatives.
+enum Alternative : std::size_t { IntegerValue, FloatValue, BooleanValue, TextValue };
+
 /// Index of the alternative that the feature's value is told as. The value itself may have another:
 /// one that could not be read is the integer 0.
 std::size_t alternativeOf(const FeatureInfo& info) {
     switch (info.dataType) {
     case OrvFeatureDataInt:
-        return FeatureValue(std::int64_t{}).index();
+        return IntegerValue;
     case OrvFeatureDataFloat:
-        return FeatureValue(double{}).index();
+        return FloatValue;
     case OrvFeatureDataBool:
-        return FeatureValue(bool{}).index();
+        return BooleanValue;
     case OrvFeatureDataEnum:
     case OrvFeatureDataString:
-        return FeatureValue(std::string{}).index();
+        return TextValue;
     default:
         return info.value.index();
     }
