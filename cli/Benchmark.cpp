@@ -4,9 +4,11 @@
 #include "cli/Command.h"
 #include "cli/Table.h"
 #include "engine/CameraHandler.h"
+#include "features/FeatureController.h"
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <set>
 
 namespace cli {
@@ -39,6 +41,11 @@ QJsonObject figures(const CameraHandler& camera, bool isMeasured) {
     return row;
 }
 
+/// Whether a camera can be reached, told by a feature that every camera has.
+bool answers(const CameraHandler& camera) {
+    return camera.getFeatureController()->readFeatureValue("Camera", "Width").has_value();
+}
+
 /// Streams from an interface's cameras for as long as it lives.
 class Streaming {
 public:
@@ -58,18 +65,22 @@ public:
     bool isEmpty() const { return m_started.empty(); }
 
     void stop() {
-        if (!m_isStopped)
-            m_controller.stopBenchmark(m_interface.index);
+        if (m_isStopped)
+            return;
         m_isStopped = true;
+        m_controller.stopBenchmark(m_interface.index);
+    }
+
+    /// Leaves out the cameras that have gone while they streamed, which stopping does not tell.
+    void dropThoseGone() {
+        for (auto camera = m_started.begin(); camera != m_started.end();)
+            camera = answers(**camera) ? std::next(camera) : m_started.erase(camera);
     }
 
     QJsonArray cameras() const {
         QJsonArray rows;
-        for (const auto& camera : m_interface.cameras) {
-            // One that cannot be stopped has gone meanwhile.
-            const bool hasGone = m_isStopped && camera->isAcquiring();
-            rows.append(figures(*camera, m_started.count(camera) > 0 && !hasGone));
-        }
+        for (const auto& camera : m_interface.cameras)
+            rows.append(figures(*camera, m_started.count(camera) > 0));
         return rows;
     }
 
@@ -111,6 +122,7 @@ QJsonObject runBenchmark(Cameras& cameras, const HostInterface& interface,
     });
     const double seconds = secondsSince(start);
     streaming.stop();
+    streaming.dropThoseGone();
     return {
         {QStringLiteral("interface"), interface.name},
         {QStringLiteral("seconds"), seconds},

@@ -1,0 +1,178 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/cli/SpanletProcess.h"
+
+#include <QStandardPaths>
+#include <gmock/gmock.h>
+
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+const auto oversubscribed = QStringLiteral(" --interface GEV-enp3s0 --config :oversubscribed");
+
+QJsonObject runForJson(const QString& line) {
+    SpanletProcess spanlet;
+    EXPECT_EQ(spanlet.run(line + QStringLiteral(" --json")), 0) << spanlet.err().toStdString();
+    return spanlet.json();
+}
+
+TEST(Benchmark, countsWhatArrives) {
+    const QJsonObject result =
+        runForJson(QStringLiteral("benchmark --seconds 1.5 --interface GEV-enp3s0"));
+    EXPECT_NEAR(result[QStringLiteral("seconds")].toDouble(), 1.5, 0.5);
+    EXPECT_FALSE(result[QStringLiteral("interrupted")].toBool(true));
+    ASSERT_EQ(camerasOf(result).size(), 3);
+    for (const QJsonValue& camera : camerasOf(result)) {
+        EXPECT_GT(camera[QStringLiteral("receivedFrames")].toInt(), 3);
+        EXPECT_EQ(camera[QStringLiteral("sentFrames")], camera[QStringLiteral("receivedFrames")]);
+        EXPECT_GT(camera[QStringLiteral("framesPerSecond")].toDouble(), 1);
+        EXPECT_GT(camera[QStringLiteral("payloadBytes")].toDouble(), 3e6);
+    }
+    EXPECT_EQ(sumOf(result, "lostFrames"), 0);
+}
+
+TEST(Benchmark, failsOnLossWhereThatIsAskedFor) {
+    SpanletProcess strict;
+    EXPECT_EQ(strict.run(QStringLiteral("benchmark --fail-on-loss --seconds 1") + oversubscribed),
+              1);
+    EXPECT_THAT(strict.out().toStdString(), HasSubstr("Incomplete"));
+    const QJsonObject result = runForJson(QStringLiteral("benchmark --seconds 1") + oversubscribed);
+    EXPECT_GT(sumOf(result, "lostFrames"), 0);
+}
+
+TEST(Benchmark, failsWhenACameraVanishes) {
+    SpanletProcess spanlet;
+    EXPECT_EQ(spanlet.run(QStringLiteral("benchmark --seconds 2.5 --json --config " SCENARIO_FILE)),
+              1);
+    EXPECT_TRUE(camerasOf(spanlet.json())[0][QStringLiteral("measured")].toBool());
+    EXPECT_FALSE(camerasOf(spanlet.json())[1][QStringLiteral("measured")].toBool(true));
+}
+
+TEST(AutoSet, losesNoFrameAfterwards) {
+    const QJsonObject result = runForJson(QStringLiteral("autoset --benchmark 1") + oversubscribed);
+    EXPECT_GT(sumOf(result[QStringLiteral("benchmarkBefore")].toObject(), "lostFrames"), 0);
+    const QJsonObject after = result[QStringLiteral("benchmarkAfter")].toObject();
+    EXPECT_EQ(sumOf(after, "lostFrames") + sumOf(after, "incompleteFrames"), 0);
+    EXPECT_GT(sumOf(after, "receivedFrames"), 9);
+}
+
+struct Division {
+    const char* options;
+    /// Bytes per second that the cameras get together.
+    double sum;
+    double interfaceMargin;
+};
+
+class Divides : public testing::TestWithParam<Division> {};
+
+TEST_P(Divides, whatAnInterfaceCarries) {
+    const QJsonObject result = runForJson(QStringLiteral("autoset --config :oversubscribed ") +
+                                          QLatin1String(GetParam().options));
+    EXPECT_NEAR(sumOf(result, "bandwidthBytesPerSecond"), GetParam().sum, 10);
+    EXPECT_EQ(result[QStringLiteral("interfaceMarginPercent")].toDouble(),
+              GetParam().interfaceMargin);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ByOptions, Divides,
+    testing::Values(Division{"--interface GEV-enp3s0", 112.5e6, 10},
+                    Division{"--interface U3V-0-20-0", 437.5e6, 30},
+                    Division{"--interface GEV-enp3s0 --interface-margin 0", 125e6, 0},
+                    Division{"--interface GEV-enp3s0 --max-bandwidth 50", 45e6, 10}));
+
+TEST(AutoSet, leavesLockedCamerasAlone) {
+    const QJsonObject result =
+        runForJson(QStringLiteral("autoset --lock GEV-211001 --lock 211002") + oversubscribed);
+    const QJsonArray cameras = camerasOf(result);
+    for (const int locked : {0, 1}) {
+        EXPECT_EQ(cameras[locked][QStringLiteral("bandwidthBytesPerSecond")].toDouble(), 80e6);
+        EXPECT_EQ(cameras[locked][QStringLiteral("status")].toString(), QStringLiteral("locked"));
+    }
+    EXPECT_EQ(cameras[2][QStringLiteral("bandwidthBytesPerSecondBefore")].toDouble(), 80e6);
+    EXPECT_EQ(cameras[2][QStringLiteral("bandwidthBytesPerSecond")].toDouble(), 1e6);
+    EXPECT_EQ(cameras[2][QStringLiteral("status")].toString(), QStringLiteral("belowRequested"));
+}
+
+TEST(AutoSet, setsOneCamera) {
+    const auto limit = [](const QString& margin) {
+        const QJsonObject result =
+            runForJson(QStringLiteral("autoset --camera GEV-21017 --camera-margin ") + margin);
+        EXPECT_EQ(camerasOf(result).size(), 1);
+        EXPECT_EQ(camerasOf(result)[0][QStringLiteral("status")].toString(),
+                  QStringLiteral("requestedReached"));
+        return sumOf(result, "bandwidthBytesPerSecond");
+    };
+    // 2464 x 2056 pixels at up to 23.5 frames per second, and then a hundredth on top.
+    const double need = limit(QStringLiteral("0"));
+    EXPECT_NEAR(need, 2464.0 * 2056 * 23.5, 2e6);
+    EXPECT_NEAR(limit(QStringLiteral("1")), need * 1.01, 0.01e6);
+}
+
+TEST(Watch, printsLinesWhereThereIsNoTerminal) {
+    SpanletProcess spanlet;
+    EXPECT_EQ(
+        spanlet.run(QStringLiteral("watch --interface GEV-enp3s0 --seconds 1 --interval 0.3")), 0);
+    const std::string text = spanlet.out().toStdString();
+    EXPECT_THAT(text, HasSubstr("     0.3  GEV-21017"));
+    EXPECT_THAT(text, HasSubstr("     0.9  GEV-20844"));
+    EXPECT_THAT(text, HasSubstr("\nMRD GigE Interface enp3s0, 1.0 s\n"));
+    EXPECT_THAT(text, Not(HasSubstr("\x1b")));
+}
+
+TEST(Watch, redrawsItsTableOnATerminal) {
+    const QString script = QStandardPaths::findExecutable(QStringLiteral("script"));
+    if (script.isEmpty())
+        GTEST_SKIP() << "There is no program \"script\" to make a terminal with.";
+    QProcess terminal;
+    terminal.start(script,
+                   {QStringLiteral("-qec"),
+                    QStringLiteral("stty cols 90 rows 6; TERM=xterm " SPANLET_FILE
+                                   " watch --interface GEV-enp3s0 --seconds 1 --interval 0.3"),
+                    QStringLiteral("/dev/null")});
+    ASSERT_TRUE(terminal.waitForFinished(30000));
+    EXPECT_EQ(terminal.exitCode(), 0);
+    const std::string text = terminal.readAllStandardOutput().toStdString();
+    EXPECT_THAT(text, HasSubstr("of 1 s [#########....."));
+    // Back to the first of the five lines for which there is room, with the sixth for the cursor.
+    EXPECT_THAT(text, HasSubstr("\x1b[5F\x1b[JMRD GigE Interface enp3s0  0.6"));
+}
+
+TEST(Interruption, endsABenchmarkAndTellsWhatWasCounted) {
+    SpanletProcess spanlet;
+    spanlet.start({QStringLiteral("benchmark"), QStringLiteral("--interface"),
+                   QStringLiteral("GEV-enp3s0"), QStringLiteral("--seconds"), QStringLiteral("60"),
+                   QStringLiteral("--json"), QStringLiteral("-v")});
+    spanlet.await("GEV-20844): Acquisition started successfully.");
+    spanlet.interrupt();
+    EXPECT_EQ(spanlet.finish(), 0);
+    EXPECT_THAT(spanlet.err().toStdString(),
+                HasSubstr("GEV-20844): Acquisition stopped successfully."));
+    EXPECT_TRUE(spanlet.json()[QStringLiteral("interrupted")].toBool());
+    EXPECT_LT(spanlet.json()[QStringLiteral("seconds")].toDouble(), 30);
+    EXPECT_EQ(camerasOf(spanlet.json()).size(), 3);
+}
+
+TEST(Interruption, endsAWatch) {
+    SpanletProcess spanlet;
+    spanlet.start({QStringLiteral("watch"), QStringLiteral("--interface"),
+                   QStringLiteral("GEV-enp3s0"), QStringLiteral("--interval"),
+                   QStringLiteral("0.1")});
+    spanlet.await("GEV-20844");
+    spanlet.interrupt();
+    EXPECT_EQ(spanlet.finish(), 0);
+    EXPECT_THAT(spanlet.out().toStdString(), HasSubstr("s (interrupted)\nCamera "));
+}
+
+TEST(Interruption, keepsAutoSetFromBeginning) {
+    SpanletProcess spanlet;
+    spanlet.start((QStringLiteral("autoset --benchmark 60 -v") + oversubscribed)
+                      .split(QLatin1Char(' '), Qt::SkipEmptyParts));
+    spanlet.await("GEV-211003): Acquisition started successfully.");
+    spanlet.interrupt();
+    EXPECT_EQ(spanlet.finish(), 1);
+    EXPECT_THAT(spanlet.err().toStdString(), HasSubstr("no camera was changed"));
+    EXPECT_THAT(spanlet.err().toStdString(), Not(HasSubstr("DeviceLinkThroughputLimit set to")));
+}
+
+} // namespace
