@@ -88,9 +88,7 @@ Acquisition::Acquisition(std::shared_ptr<DeviceSession> device,
                          std::shared_ptr<OrvCPP::IFrameObserver> observer, StreamPath path)
     : m_device(std::move(device)), m_observer(std::move(observer)), m_path(path) {}
 
-Acquisition::~Acquisition() {
-    endStream();
-}
+Acquisition::~Acquisition() = default;
 
 OrvErrorType Acquisition::start(int bufferCount, std::optional<std::uint64_t> previousId) {
     m_ids.emplace(firstId(m_device->record()), previousId);
@@ -171,21 +169,24 @@ void Acquisition::stop() {
         lockSettings(features, 0);
         return error;
     });
-    endStream();
+    endDelivery();
 }
 
-void Acquisition::endStream() {
+void Acquisition::endDelivery() {
     GObjectPtr<ArvStream> ending;
     {
+        // Waits for a frame that is being delivered.
+        const std::lock_guard delivery(m_delivery);
         const std::lock_guard lock(m_mutex);
         if (!m_stream)
             return;
         m_lastCounts = readCounts(m_stream.get());
         ending = std::move(m_stream);
     }
-    // Without the lock: the thread that delivers may be about to queue a frame.
-    ending.reset();
-    m_delivering.store(nullptr);
+    // The library takes seconds to end the stream of a camera that has died. Until then it may
+    // write to the frames and call back.
+    m_device->callLater([self = shared_from_this(), stream = std::shared_ptr<ArvStream>(std::move(
+                                                        ending))]() mutable { stream.reset(); });
 }
 
 std::vector<StreamCount> Acquisition::counts() const {
@@ -205,6 +206,7 @@ void Acquisition::onStream(void* acquisition, ArvStreamCallbackType type, ArvBuf
 }
 
 void Acquisition::bufferDone() {
+    const std::lock_guard delivery(m_delivery);
     ArvStream* const stream = m_delivering.load();
     const GObjectPtr<ArvBuffer> buffer(stream ? arv_stream_try_pop_buffer(stream) : nullptr);
     // A frame that ends because the stream does was not received.

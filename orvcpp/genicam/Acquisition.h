@@ -23,7 +23,7 @@ struct StreamCount {
 };
 
 /// The stream of an opened camera, from its start to its stop. Thread-safe; the frames are
-/// delivered on the library's thread that receives them, without a lock held.
+/// delivered on the library's thread that receives them, under a lock that only stop() waits for.
 class Acquisition : public std::enable_shared_from_this<Acquisition> {
 public:
     Acquisition(std::shared_ptr<DeviceSession> device,
@@ -52,7 +52,7 @@ private:
     OrvErrorType startOn(ArvDevice* device, int bufferCount);
     OrvErrorType announceFrames(int bufferCount);
     OrvErrorType makeStream(ArvDevice* device);
-    void endStream();
+    void endDelivery();
     /// On the library's thread.
     void bufferDone();
     void deliver(GenicamFrame& frame);
@@ -70,10 +70,13 @@ private:
     /// The stream as the thread that delivers sees it.
     std::atomic<ArvStream*> m_delivering{nullptr};
     std::atomic<bool> m_stopping{false};
+    /// Held while a frame is delivered, so that stop() can wait for that.
+    std::mutex m_delivery;
     mutable std::mutex m_mutex;
     /// Guarded by the mutex.
-    GObjectPtr<ArvStream> m_stream;
     std::vector<StreamCount> m_lastCounts;
+    /// Destroyed first: it ends the thread that works on all the others.
+    GObjectPtr<ArvStream> m_stream;
 };
 
 } // namespace orv::genicam

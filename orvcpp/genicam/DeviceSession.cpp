@@ -145,6 +145,13 @@ void DeviceSession::close() {
     m_thread->quit();
 }
 
+void DeviceSession::callLater(std::function<void()> work) const {
+    m_thread->post([work = std::move(work)]() -> OrvErrorType {
+        work();
+        return OrvErrorSuccess;
+    });
+}
+
 OrvErrorType DeviceSession::admits(bool writing) const {
     if (m_isClosed)
         return OrvErrorDeviceNotOpen;

@@ -58,6 +58,9 @@ public:
             limit);
     }
 
+    /// Runs \p work on the device's thread, also for a lost camera, without waiting for it.
+    void callLater(std::function<void()> work) const;
+
     /// Success when calls can be made (and, for \p writing, when the camera may be changed).
     OrvErrorType admits(bool writing) const;
     bool isLost() const { return m_thread->isLost(); }

@@ -121,8 +121,6 @@ void describeSelected(FeatureDescription& feature) {
     for (; selected; selected = selected->next)
         feature.selected.push_back(
             text(arv_gc_feature_node_get_name(ARV_GC_FEATURE_NODE(selected->data))));
-    // From the last to the first, too.
-    std::reverse(feature.selected.begin(), feature.selected.end());
 }
 
 bool allowsReading(ArvGcFeatureNode* node) {

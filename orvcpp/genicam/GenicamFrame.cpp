@@ -11,14 +11,15 @@ GenicamFrame::GenicamFrame(std::weak_ptr<Acquisition> acquisition, std::size_t s
 
 void GenicamFrame::readImage() {
     m_image.reset();
-    const ArvBufferPayloadType type = arv_buffer_get_payload_type(m_buffer.get());
-    if (type != ARV_BUFFER_PAYLOAD_TYPE_IMAGE &&
-        type != ARV_BUFFER_PAYLOAD_TYPE_EXTENDED_CHUNK_DATA)
+    ArvBuffer* const buffer = m_buffer.get();
+    // What is incomplete may lack the description of its image.
+    if (arv_buffer_get_status(buffer) != ARV_BUFFER_STATUS_SUCCESS ||
+        arv_buffer_get_n_parts(buffer) == 0 ||
+        arv_buffer_get_part_data_type(buffer, 0) != ARV_BUFFER_PART_DATA_TYPE_2D_IMAGE)
         return;
-    m_image =
-        Image{static_cast<std::uint32_t>(arv_buffer_get_image_width(m_buffer.get())),
-              static_cast<std::uint32_t>(arv_buffer_get_image_height(m_buffer.get())),
-              static_cast<OrvPixelFormatType>(arv_buffer_get_image_pixel_format(m_buffer.get()))};
+    m_image = Image{static_cast<std::uint32_t>(arv_buffer_get_part_width(buffer, 0)),
+                    static_cast<std::uint32_t>(arv_buffer_get_part_height(buffer, 0)),
+                    static_cast<OrvPixelFormatType>(arv_buffer_get_part_pixel_format(buffer, 0))};
 }
 
 OrvErrorType GenicamFrame::GetReceiveStatus(OrvFrameStatusType& status) const {

@@ -27,7 +27,7 @@ public:
     OrvErrorType GetFrameID(std::uint64_t& id) const override;
     OrvErrorType GetTimestamp(std::uint64_t& nanoseconds) const override;
     OrvErrorType GetImage(const std::uint8_t*& image) const override;
-    /// This and the next two: OrvErrorNotAvailable where the camera did not send an image.
+    /// This and the next two: OrvErrorNotAvailable for what is no complete image.
     OrvErrorType GetPixelFormat(OrvPixelFormatType& format) const override;
     OrvErrorType GetWidth(std::uint32_t& width) const override;
     OrvErrorType GetHeight(std::uint32_t& height) const override;

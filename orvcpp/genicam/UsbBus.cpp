@@ -2,9 +2,9 @@
 #include "orvcpp/genicam/UsbBus.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <regex>
 
 namespace orv::genicam {
 
@@ -25,16 +25,15 @@ std::string attribute(const fs::path& folder, const char* name) {
 /// Place of the last PCI device on a path like /sys/devices/pci0000:00/0000:00:14.0/usb2/2-1: the
 /// bridges come before the controller.
 std::string pciLocation(const fs::path& folder) {
-    static const std::regex pattern("[0-9a-f]{4,}:([0-9a-f]{2}):([0-9a-f]{2})\\.([0-7])");
     std::string location;
     for (const fs::path& part : folder) {
-        std::smatch match;
-        const std::string name = part.string();
-        if (!std::regex_match(name, match, pattern))
-            continue;
-        location.clear();
-        for (std::size_t i = 1; i < match.size(); ++i)
-            location += (i > 1 ? "-" : "") + std::to_string(std::stoi(match[i], nullptr, 16));
+        unsigned bus = 0;
+        unsigned device = 0;
+        unsigned function = 0;
+        char more = 0;
+        if (std::sscanf(part.c_str(), "%*x:%2x:%2x.%1x%c", &bus, &device, &function, &more) == 3)
+            location =
+                std::to_string(bus) + '-' + std::to_string(device) + '-' + std::to_string(function);
     }
     return location;
 }

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/orvcpp/genicam/Cameras.h"
+
+namespace {
+
+using cameras::Clock;
+using cameras::find;
+using sdk::eventually;
+using sdk::get;
+using sdk::Receiver;
+using std::chrono::milliseconds;
+
+/// A window may stand still for so long when a camera dies, all calls together.
+constexpr milliseconds patience{3000};
+
+class LostCamera : public cameras::OneCamera {
+protected:
+    /// What a refresh does with a camera that is gone: looks at it, stops it, closes it.
+    milliseconds tryEverything() {
+        const auto begun = Clock::now();
+        std::int64_t value = 0;
+        for (int i = 0; i < 20; ++i)
+            last = width->GetValue(value);
+        camera->StopContinuousImageAcquisition();
+        EXPECT_EQ(camera->Close(), OrvErrorSuccess);
+        std::uint32_t count = 0;
+        sdk::system().GetCameras(nullptr, count);
+        return std::chrono::duration_cast<milliseconds>(Clock::now() - begun);
+    }
+    /// Until it can be opened and streams.
+    void expectReturn() {
+        EXPECT_TRUE(eventually([] { return find("FC0001") != nullptr; }));
+        const auto back = find("FC0001");
+        ASSERT_TRUE(back);
+        EXPECT_TRUE(eventually([&] { return back->Open(OrvAccessModeFull) == OrvErrorSuccess; }));
+        const auto receiver = std::make_shared<Receiver>(back);
+        ASSERT_EQ(sdk::start(*back, receiver), OrvErrorSuccess);
+        EXPECT_TRUE(eventually([&] { return receiver->count() > 5; }));
+        EXPECT_EQ(back->Close(), OrvErrorSuccess);
+    }
+    void SetUp() override {
+        OneCamera::SetUp();
+        width = sdk::feature(*camera, "Width");
+    }
+
+    std::shared_ptr<OrvCPP::Feature> width;
+    OrvErrorType last = OrvErrorUnknown;
+};
+
+TEST_F(LostCamera, CameraThatDiesInACallHoldsNobodyUpAndIsFoundWhenItIsBack) {
+    fake.kill();
+    EXPECT_LT(tryEverything(), patience);
+    EXPECT_EQ(last, OrvErrorNotFound);
+    EXPECT_FALSE(find("FC0001"));
+    fake.restart();
+    expectReturn();
+}
+
+TEST_F(LostCamera, CameraThatDiesWhileItStreamsIsNoticedByItself) {
+    const auto receiver = std::make_shared<Receiver>(camera);
+    ASSERT_EQ(sdk::start(*camera, receiver), OrvErrorSuccess);
+    EXPECT_TRUE(eventually([&] { return receiver->count() > 5; }));
+    const auto died = Clock::now();
+    fake.kill();
+    EXPECT_TRUE(eventually([] { return find("FC0001") == nullptr; }));
+    EXPECT_LT(Clock::now() - died, patience);
+    EXPECT_LT(tryEverything(), milliseconds(500));
+    fake.restart();
+    expectReturn();
+}
+
+TEST_F(LostCamera, CameraThatFallsSilentIsLost) {
+    fake.pause();
+    EXPECT_LT(tryEverything(), patience);
+    EXPECT_EQ(last, OrvErrorNotFound);
+    fake.resume();
+    expectReturn();
+}
+
+TEST_F(LostCamera, PauseOfASecondIsNoLoss) {
+    fake.pause();
+    std::this_thread::sleep_for(milliseconds(1000));
+    fake.resume();
+    EXPECT_EQ(get<std::int64_t>(*camera, "Width"), 1024);
+    EXPECT_EQ(find("FC0001"), camera);
+}
+
+} // namespace

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/genicam/FrameIds.h"
+#include "orvcpp/genicam/NetworkAdapters.h"
+#include "orvcpp/genicam/UsbBus.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <unistd.h>
+
+namespace {
+
+using namespace orv::genicam;
+namespace fs = std::filesystem;
+
+struct NumberCase {
+    const char* what;
+    std::uint64_t first;
+    std::optional<std::uint64_t> previous;
+    /// What the camera says; negative for an incomplete frame.
+    std::vector<std::int64_t> raw;
+    /// 0xBAD where the number is not to be trusted.
+    std::vector<std::uint64_t> expected;
+};
+
+constexpr std::uint64_t untrusted = 0xBAD;
+
+void PrintTo(const NumberCase& row, std::ostream* out) {
+    *out << row.what;
+}
+
+class FrameNumbers : public testing::TestWithParam<NumberCase> {};
+
+TEST_P(FrameNumbers, AreExtended) {
+    FrameIds ids(GetParam().first, GetParam().previous);
+    std::vector<std::uint64_t> extended;
+    for (const std::int64_t raw : GetParam().raw)
+        extended.push_back(
+            ids.extend(static_cast<std::uint64_t>(std::abs(raw)), raw >= 0).value_or(untrusted));
+    EXPECT_EQ(extended, GetParam().expected);
+}
+
+const std::int64_t beyond16Bits = 0x1FFFF;
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, FrameNumbers,
+    testing::Values(
+        NumberCase{"plain", 1, {}, {1, 2, 4}, {1, 2, 4}},
+        NumberCase{"the first ones lost", 1, {}, {3, 4}, {3, 4}},
+        NumberCase{"counts on from before", 1, 65000, {65001, 65003}, {1, 3}},
+        NumberCase{"counts on from a small number", 1, 9, {10, 11}, {1, 2}},
+        NumberCase{"counts anew", 1, 9, {1, 2}, {1, 2}},
+        NumberCase{"over the end of 16 bits, without 0", 1, {}, {65534, 65535, 1, 2}, {1, 2, 3, 4}},
+        NumberCase{"lost over the end", 1, {}, {65534, 3}, {1, 5}},
+        NumberCase{"in the wrong order", 1, {}, {1, 3, 2, 4}, {1, 3, 2, 4}},
+        NumberCase{"in the wrong order over the end", 1, 65000, {65534, 1, 65535, 2}, {1, 3, 2, 4}},
+        NumberCase{"64 bits", 1, {}, {65535, 65536, 65537}, {1, 2, 3}},
+        NumberCase{"64 bits and a long gap", 1, {}, {1, beyond16Bits}, {1, 0x1FFFF}},
+        NumberCase{"USB", 0, {}, {0, 1, 3}, {0, 1, 3}},
+        NumberCase{"USB counts on", 0, 700, {701, 702}, {0, 1}},
+        NumberCase{"incomplete", 1, {}, {1, -2, 3}, {1, 2, 3}},
+        NumberCase{"incomplete with a stale number", 1, {}, {7, 8, -6, 10}, {7, 8, untrusted, 10}},
+        NumberCase{"stale at first", 1, {}, {-500, 2}, {untrusted, 2}}));
+
+/// A USB tree as the kernel shows it, in a temporary folder.
+class UsbTree : public testing::Test {
+protected:
+    UsbTree() { fs::create_directories(m_root / "bus/usb/devices"); }
+    ~UsbTree() override { fs::remove_all(m_root); }
+
+    void add(const std::string& path, const std::string& devpath, const std::string& serial) {
+        const fs::path folder = m_root / "devices" / path;
+        fs::create_directories(folder);
+        const auto write = [&](const char* name, const std::string& text) {
+            std::ofstream(folder / name) << text << '\n';
+        };
+        write("busnum", "2");
+        write("devpath", devpath);
+        write("serial", serial);
+        write("manufacturer", "Maker");
+        write("product", "Camera");
+        write("speed", "5000");
+        fs::create_directory_symlink(folder, m_root / "bus/usb/devices" / folder.filename());
+    }
+
+    const fs::path m_root =
+        fs::path(testing::TempDir()) / ("usb-tree-" + std::to_string(::getpid()));
+};
+
+TEST_F(UsbTree, DeviceTellsWhereItHangsAndWhoHasIt) {
+    add("pci0000:00/0000:00:1c.4/0000:0a:00.1/usb2/2-1/2-1.4", "1.4", "S1");
+    add("platform/soc/usb3/3-2", "2", "S2");
+    const auto devices = usbDevices(m_root);
+    ASSERT_EQ(devices.size(), 2U);
+    EXPECT_EQ(devices[0].serialNumber, "S1");
+    EXPECT_EQ(devices[0].controller, "10-0-1") << "the bridge above it is not the controller";
+    EXPECT_EQ(devices[0].location(), "::2/1/4");
+    EXPECT_EQ(devices[0].linkSpeed, 5'000'000'000);
+    EXPECT_EQ(devices[1].controller, "bus2");
+
+    EXPECT_FALSE(devices[0].isClaimed());
+    const fs::path interface = devices[0].folder / "2-1.4:1.0";
+    fs::create_directories(interface);
+    fs::create_directories(m_root / "bus/usb/drivers/usbfs");
+    fs::create_directory_symlink(m_root / "bus/usb/drivers/usbfs", interface / "driver");
+    EXPECT_TRUE(devices[0].isClaimed());
+
+    EXPECT_TRUE(devices[0].isPresent());
+    fs::remove_all(devices[0].folder);
+    EXPECT_FALSE(devices[0].isPresent());
+}
+
+TEST_F(UsbTree, HostWithoutUsbHasNoDevices) {
+    EXPECT_TRUE(usbDevices(m_root / "nothing").empty());
+}
+
+TEST(Network, AdapterIsTheOneOfTheRoute) {
+    const auto adapter = adapterTowards(0x7F000509);
+    ASSERT_TRUE(adapter);
+    EXPECT_EQ(adapter->name, "lo");
+    EXPECT_EQ(adapter->address, 0x7F000001U);
+    EXPECT_TRUE(adapter->isLoopback);
+    EXPECT_EQ(adapter->linkSpeed, 0);
+    EXPECT_FALSE(parseAddress("127.0.0"));
+    EXPECT_EQ(macNumber("02:fc:00:00:00:01"), 0x02FC00000001U);
+    EXPECT_EQ(macNumber("A-GUID"), 0U);
+}
+
+} // namespace
