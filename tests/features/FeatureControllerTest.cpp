@@ -2,8 +2,8 @@
 #include "features/FeatureController.h"
 
 #include "sdk/ErrorText.h"
+#include "tests/support/CameraParts.h"
 #include "tests/support/CapturedLog.h"
-#include "tests/support/MockSdk.h"
 
 #include <chrono>
 #include <functional>
@@ -81,27 +81,16 @@ protected:
 class FeatureModulesTest : public FeatureControllerTest {
 protected:
     FeatureModulesTest() {
-        using testing::NiceMock;
-        succeed<OrvTransportLayerWrapper, NiceMock<MockTransportLayer>>(
-            [this](auto action) { ON_CALL(*m_camera, GetTransportLayer()).WillByDefault(action); });
-        succeed<OrvInterfaceWrapper, NiceMock<MockInterface>>(
-            [this](auto action) { ON_CALL(*m_camera, GetInterface()).WillByDefault(action); });
-        succeed<OrvLocalDeviceWrapper, NiceMock<MockLocalDevice>>(
-            [this](auto action) { ON_CALL(*m_camera, GetLocalDevice()).WillByDefault(action); });
-        const MockCamera::Streams streams{m_stream0, m_stream1};
+        m_camera = m_parts.camera;
+        const std::vector<std::shared_ptr<OrvStreamWrapper>> streams{m_parts.stream, m_stream1};
         ON_CALL(*m_camera, GetStreams).WillByDefault(answer(streams));
-    }
-
-    template <class Wrapper, class Mock, class Install> static void succeed(Install install) {
-        install(Return(std::pair{std::static_pointer_cast<Wrapper>(std::make_shared<Mock>()),
-                                 OrvErrorType{OrvErrorSuccess}}));
     }
 
     template <class Wrapper> static auto withoutModule() {
         return Return(std::pair{std::make_shared<Wrapper>(), OrvErrorType{OrvErrorDeviceNotOpen}});
     }
 
-    std::shared_ptr<MockStream> m_stream0 = std::make_shared<testing::NiceMock<MockStream>>();
+    const CameraParts m_parts{OrvTransportLayerTypeGEV};
     std::shared_ptr<MockStream> m_stream1 = std::make_shared<testing::NiceMock<MockStream>>();
 };
 
@@ -195,7 +184,7 @@ void PrintTo(const TypeCase& tested, std::ostream* stream) {
 
 NiceFeature makeOnceUnavailable() {
     auto feature = makeEnumFeature("Off", {"Off", "Once", "Continuous"});
-    ON_CALL(*feature, IsValueAvailable(testing::Matcher<const char*>(StrEq("Once")), _))
+    ON_CALL(*feature, IsValueAvailable(StrEq("Once"), _))
         .WillByDefault([](const char*, bool& available) {
             available = false;
             return OrvErrorType{OrvErrorSuccess};
@@ -217,27 +206,24 @@ TEST_P(FeatureTypeTest, IsDescribedAndReadByItsType) {
     EXPECT_EQ(m_log.text(), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Types, FeatureTypeTest,
-    testing::Values(TypeCase{"Int", [] { return makeIntFeature(-5, -8, 1000, 3); },
-                             "1|0:-5|0:-8|0:1000|0:3||", std::int64_t{-5}},
-                    TypeCase{"Float", [] { return makeFloatFeature(2.5, 0.5, 10.0, 0.25); },
-                             "2|1:2.500000|1:0.500000|1:10.000000|1:0.250000||", 2.5},
-                    TypeCase{"Enum", makeOnceUnavailable,
-                             "3|3:Off|0:0|0:0|0:0|Off,Once,Continuous,|3:Off,3:Continuous,",
-                             std::string("Off")},
-                    TypeCase{"String", [] { return makeStringFeature("text"); },
-                             "4|3:text|0:0|0:0|0:0||", std::string("text")},
-                    TypeCase{"Bool", [] { return makeBoolFeature(true); }, "5|2:true|0:0|0:0|0:0||",
-                             true},
-                    TypeCase{"Command", makeCommandFeature, "6|0:0|0:0|0:0|0:0||", true},
-                    TypeCase{"Raw", [] { return makeFeature(OrvFeatureDataRaw); },
-                             "7|0:0|0:0|0:0|0:0||", FeatureValue{}},
-                    TypeCase{"None", [] { return makeFeature(OrvFeatureDataNone); },
-                             "8|0:0|0:0|0:0|0:0||", FeatureValue{}},
-                    TypeCase{"Unknown", [] { return makeFeature(OrvFeatureDataUnknown); },
-                             "0|0:0|0:0|0:0|0:0||", FeatureValue{}}),
-    [](const auto& tested) { return tested.param.name; });
+const TypeCase types[] = {
+    {"Int", [] { return makeIntFeature(-5, -8, 1000, 3); }, "1|0:-5|0:-8|0:1000|0:3||",
+     std::int64_t{-5}},
+    {"Float", [] { return makeFloatFeature(2.5, 0.5, 10.0, 0.25); },
+     "2|1:2.500000|1:0.500000|1:10.000000|1:0.250000||", 2.5},
+    {"Enum", makeOnceUnavailable, "3|3:Off|0:0|0:0|0:0|Off,Once,Continuous,|3:Off,3:Continuous,",
+     std::string("Off")},
+    {"String", [] { return makeStringFeature("text"); }, "4|3:text|0:0|0:0|0:0||",
+     std::string("text")},
+    {"Bool", [] { return makeBoolFeature(true); }, "5|2:true|0:0|0:0|0:0||", true},
+    {"Command", makeCommandFeature, "6|0:0|0:0|0:0|0:0||", true},
+    {"Raw", [] { return makeFeature(OrvFeatureDataRaw); }, "7|0:0|0:0|0:0|0:0||", {}},
+    {"None", [] { return makeFeature(OrvFeatureDataNone); }, "8|0:0|0:0|0:0|0:0||", {}},
+    {"Unknown", [] { return makeFeature(OrvFeatureDataUnknown); }, "0|0:0|0:0|0:0|0:0||", {}},
+};
+
+INSTANTIATE_TEST_SUITE_P(Types, FeatureTypeTest, testing::ValuesIn(types),
+                         [](const auto& tested) { return tested.param.name; });
 
 TEST_F(FeatureControllerTest, OutlinesAFeatureWithoutReadingItsValue) {
     const auto feature = add("F", described(makeIntFeature(5)));
@@ -254,15 +240,14 @@ TEST_F(FeatureControllerTest, OutlinesAFeatureWithoutReadingItsValue) {
 }
 
 struct FailureCase {
-    const char* name;
+    const char* message;
     std::function<NiceFeature()> make;
     std::function<void(MockFeature&)> fail;
-    const char* message;
     std::function<void(FeatureInfo&)> forget;
 };
 
 void PrintTo(const FailureCase& tested, std::ostream* stream) {
-    *stream << tested.name;
+    *stream << tested.message;
 }
 
 class FeatureInfoFailureTest : public FeatureControllerTest,
@@ -279,7 +264,7 @@ TEST_P(FeatureInfoFailureTest, KeepsTheOtherFields) {
         m_log.clear();
         EXPECT_EQ(describe(features.getFeatureInfo("Camera", "F")), describe(expected));
         ASSERT_FALSE(m_log.lines().empty());
-        EXPECT_EQ(m_log.lines().front(), debug(GetParam().message, OrvErrorIO));
+        EXPECT_EQ(m_log.lines().front(), debug(std::string(": ") + GetParam().message, OrvErrorIO));
     }
 }
 
@@ -300,63 +285,49 @@ const auto anEnum = [] {
         read.statement;                                                                            \
     }
 
-INSTANTIATE_TEST_SUITE_P(
-    Attributes, FeatureInfoFailureTest,
-    testing::Values(
-        FailureCase{"Name", anInt, FAILS(GetName), ": Cannot get feature name",
-                    FORGETS(name.clear())},
-        FailureCase{"Category", anInt, FAILS(GetCategory), ": Cannot get feature category for 'F'",
-                    FORGETS(category.clear())},
-        FailureCase{"DisplayName", anInt, FAILS(GetDisplayName),
-                    ": Cannot get feature display name for 'F'", FORGETS(displayName.clear())},
-        FailureCase{"Description", anInt, FAILS(GetDescription),
-                    ": Cannot get feature description for 'F'", FORGETS(description.clear())},
-        FailureCase{"Representation", anInt, FAILS(GetRepresentation),
-                    ": Cannot get feature representation for 'F'", FORGETS(representation.clear())},
-        FailureCase{"ToolTip", anInt, FAILS(GetToolTip), ": Cannot get feature tooltip for 'F'",
-                    FORGETS(toolTip.clear())},
-        FailureCase{"Unit", anInt, FAILS(GetUnit), ": Cannot get feature unit for 'F'",
-                    FORGETS(unit.clear())},
-        FailureCase{"Readable", anInt, FAILS(IsReadable),
-                    ": Cannot get feature readability for 'F'", FORGETS(readable = false)},
-        FailureCase{"Writable", anInt, FAILS(IsWritable),
-                    ": Cannot get feature writability for 'F'", FORGETS(writable = false)},
-        FailureCase{"Visibility", anInt, FAILS(GetVisibility),
-                    ": Cannot get feature visibility for 'F'",
-                    FORGETS(visibility = OrvFeatureVisibilityUnknown)},
-        FailureCase{"DataType", makeCommandFeature, FAILS(GetDataType),
-                    ": Cannot get feature data type for 'F'",
-                    FORGETS(dataType = OrvFeatureDataUnknown)},
-        FailureCase{"Int", anInt, FAILS(GetValue(An<std::int64_t&>())),
-                    ": Cannot get feature value (int) for 'F'", FORGETS(value = {})},
-        FailureCase{"IntRange", anInt, FAILS(GetRange(An<std::int64_t&>(), _)),
-                    ": Cannot get feature range for 'F'", FORGETS(minimum = read.maximum = {})},
-        FailureCase{"IntIncrement", anInt, FAILS(GetIncrement(An<std::int64_t&>())),
-                    ": Cannot get feature increment for 'F'", FORGETS(increment = {})},
-        FailureCase{"Float", [] { return makeFloatFeature(1.5, 1.0, 2.0, 0.5); },
-                    FAILS(GetValue(An<double&>())), ": Cannot get feature value (double) for 'F'",
-                    FORGETS(value = {})},
-        FailureCase{"Enum", anEnum, FAILS(GetValue(An<std::string&>())),
-                    ": Cannot get feature value (string) for 'F'", FORGETS(value = {})},
-        FailureCase{"EnumValues", anEnum, FAILS(GetValues(An<Texts&>())),
-                    ": Cannot get feature values list for 'F'",
-                    [](FeatureInfo& read) {
-                        read.values.clear();
-                        read.availableValues.clear();
-                    }},
-        FailureCase{"EnumAvailable", anEnum,
-                    FAILS(IsValueAvailable(testing::Matcher<const char*>(StrEq("Off")), _)),
-                    ": Cannot determine if feature is available for 'F'",
-                    FORGETS(availableValues.erase(read.availableValues.begin()))},
-        FailureCase{"String", [] { return makeStringFeature("x"); },
-                    FAILS(GetValue(An<std::string&>())),
-                    ": Cannot get feature value (string) for 'F'", FORGETS(value = {})},
-        FailureCase{"Bool", [] { return makeBoolFeature(true); }, FAILS(GetValue(An<bool&>())),
-                    ": Cannot get feature value (bool) for 'F'", FORGETS(value = {})}),
-    [](const auto& tested) { return tested.param.name; });
+const FailureCase failures[] = {
+    {"Cannot get feature name", anInt, FAILS(GetName), FORGETS(name.clear())},
+    {"Cannot get feature category for 'F'", anInt, FAILS(GetCategory), FORGETS(category.clear())},
+    {"Cannot get feature display name for 'F'", anInt, FAILS(GetDisplayName),
+     FORGETS(displayName.clear())},
+    {"Cannot get feature description for 'F'", anInt, FAILS(GetDescription),
+     FORGETS(description.clear())},
+    {"Cannot get feature representation for 'F'", anInt, FAILS(GetRepresentation),
+     FORGETS(representation.clear())},
+    {"Cannot get feature tooltip for 'F'", anInt, FAILS(GetToolTip), FORGETS(toolTip.clear())},
+    {"Cannot get feature unit for 'F'", anInt, FAILS(GetUnit), FORGETS(unit.clear())},
+    {"Cannot get feature readability for 'F'", anInt, FAILS(IsReadable), FORGETS(readable = false)},
+    {"Cannot get feature writability for 'F'", anInt, FAILS(IsWritable), FORGETS(writable = false)},
+    {"Cannot get feature visibility for 'F'", anInt, FAILS(GetVisibility),
+     FORGETS(visibility = OrvFeatureVisibilityUnknown)},
+    {"Cannot get feature data type for 'F'", makeCommandFeature, FAILS(GetDataType),
+     FORGETS(dataType = OrvFeatureDataUnknown)},
+    {"Cannot get feature value (int) for 'F'", anInt, FAILS(GetValue(An<std::int64_t&>())),
+     FORGETS(value = {})},
+    {"Cannot get feature range for 'F'", anInt, FAILS(GetRange(An<std::int64_t&>(), _)),
+     FORGETS(minimum = read.maximum = {})},
+    {"Cannot get feature increment for 'F'", anInt, FAILS(GetIncrement(An<std::int64_t&>())),
+     FORGETS(increment = {})},
+    {"Cannot get feature value (double) for 'F'",
+     [] { return makeFloatFeature(1.5, 1.0, 2.0, 0.5); }, FAILS(GetValue(An<double&>())),
+     FORGETS(value = {})},
+    {"Cannot get feature value (string) for 'F'", anEnum, FAILS(GetValue(An<std::string&>())),
+     FORGETS(value = {})},
+    {"Cannot get feature values list for 'F'", anEnum, FAILS(GetValues),
+     FORGETS(values.clear(); read.availableValues.clear())},
+    {"Cannot determine if feature is available for 'F'", anEnum,
+     FAILS(IsValueAvailable(StrEq("Off"), _)),
+     FORGETS(availableValues.erase(read.availableValues.begin()))},
+    {"Cannot get feature value (string) for 'F'", [] { return makeStringFeature("x"); },
+     FAILS(GetValue(An<std::string&>())), FORGETS(value = {})},
+    {"Cannot get feature value (bool) for 'F'", [] { return makeBoolFeature(true); },
+     FAILS(GetValue(An<bool&>())), FORGETS(value = {})},
+};
 
 #undef FAILS
 #undef FORGETS
+
+INSTANTIATE_TEST_SUITE_P(Attributes, FeatureInfoFailureTest, testing::ValuesIn(failures));
 
 TEST_F(FeatureControllerTest, AnswersNeutrallyForWhatIsMissing) {
     FeatureController features = controller();
@@ -533,7 +504,7 @@ TEST_F(FeatureControllerTest, AsksAgainForWhatFailed) {
 
 TEST_F(FeatureModulesTest, KeepFeaturesOfOneNameApart) {
     add("Id", makeIntFeature(1));
-    m_stream0->addFeature("Id", makeIntFeature(2));
+    m_parts.stream->addFeature("Id", makeIntFeature(2));
     const FeatureController features = controller();
     EXPECT_EQ(features.getFeatureValue("Camera", "Id"), FeatureValue{std::int64_t{1}});
     EXPECT_EQ(features.getFeatureValue("Stream0", "Id"), FeatureValue{std::int64_t{2}});

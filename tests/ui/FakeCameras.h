@@ -6,9 +6,9 @@
 #include "engine/InterfaceHandlerUSB.h"
 #include "engine/SystemController.h"
 #include "features/FeatureController.h"
+#include "tests/support/CameraParts.h"
 #include "tests/support/FakeHostNetwork.h"
 #include "tests/support/FakeHostUsbTree.h"
-#include "tests/support/MockSdk.h"
 
 #include <map>
 #include <memory>
@@ -162,21 +162,11 @@ public:
 
 private:
     static std::shared_ptr<OrvCameraWrapper> makeWrapper(const FakeCamera& fake) {
-        using Interface = std::shared_ptr<OrvInterfaceWrapper>;
-        using Layer = std::shared_ptr<OrvTransportLayerWrapper>;
-        auto layer = std::make_shared<testing::NiceMock<MockTransportLayer>>();
-        ON_CALL(*layer, GetVendor).WillByDefault(answer(std::string("Meridane Technologies")));
-        ON_CALL(*layer, GetName).WillByDefault(answer(std::string("MRD Layer")));
         // A layer of any type is let through; the tree shows the type of the interface.
-        ON_CALL(*layer, GetType).WillByDefault(answer(OrvTransportLayerTypeGEV));
-        auto interfaceWrapper = std::make_shared<testing::NiceMock<MockInterface>>();
-        ON_CALL(*interfaceWrapper, GetType).WillByDefault(answer(fake.type));
-        interfaceWrapper->addFeature("GevInterfaceSubnetIPAddress", makeIntFeature(1));
-        auto camera = makeCamera();
-        ON_CALL(*camera, GetTransportLayer(testing::An<Layer&>())).WillByDefault(answer(layer));
-        ON_CALL(*camera, GetInterface(testing::An<Interface&>()))
-            .WillByDefault(answer(interfaceWrapper));
-        return camera;
+        const CameraParts parts(OrvTransportLayerTypeGEV);
+        ON_CALL(*parts.interface, GetType).WillByDefault(answer(fake.type));
+        parts.interface->addFeature("GevInterfaceSubnetIPAddress", makeIntFeature(1));
+        return parts.camera;
     }
 
     FakeList m_fakes;
