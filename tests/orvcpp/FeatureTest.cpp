@@ -16,13 +16,12 @@ std::vector<std::shared_ptr<Feature>> features(const FeatureContainer& module) {
 
 /// What every feature of every module must be able to tell.
 void checkDescription(const Feature& feature) {
-    const std::string name = text([&](char* b, auto& n) { return feature.GetName(b, n); });
+    const std::string name = text(feature, &Feature::GetName);
     SCOPED_TRACE(name);
-    EXPECT_EQ(text([&](char* b, auto& n) { return feature.GetCategory(b, n); }).substr(0, 1), "/");
+    EXPECT_EQ(text(feature, &Feature::GetCategory).substr(0, 1), "/");
     for (const auto& described :
-         {text([&](char*b, auto&n) { return feature.GetDisplayName(b, n); }),
-          text([&](char*b, auto&n) { return feature.GetDescription(b, n); }),
-          text([&](char*b, auto&n) { return feature.GetToolTip(b, n); })})
+         {text(feature, &Feature::GetDisplayName), text(feature, &Feature::GetDescription),
+          text(feature, &Feature::GetToolTip)})
         EXPECT_THAT(described, Not(AnyOf(IsEmpty(), StartsWith("error"))));
     bool readable = false;
     EXPECT_EQ(feature.IsReadable(readable), OrvErrorSuccess);
@@ -46,7 +45,7 @@ void checkDescription(const Feature& feature) {
         EXPECT_EQ(feature.GetRange(minimum, maximum), OrvErrorSuccess);
         EXPECT_THAT(value, AllOf(Ge(minimum), Le(maximum)));
     } else if (type == OrvFeatureDataEnum) {
-        const std::string entry = text([&](char* b, auto& n) { return feature.GetValue(b, n); });
+        const std::string entry = text(feature, &Feature::GetValue);
         bool available = false;
         EXPECT_EQ(feature.IsValueAvailable(entry.c_str(), available), OrvErrorSuccess);
         EXPECT_TRUE(available) << entry;
@@ -81,15 +80,14 @@ TEST(Features, DescribeThemselvesInEveryModule) {
             std::set<std::string> names;
             for (const auto& feature : all) {
                 checkDescription(*feature);
-                names.insert(text([&](char* b, auto& n) { return feature->GetName(b, n); }));
+                names.insert(text(*feature, &Feature::GetName));
                 OrvFeatureDataType type = OrvFeatureDataUnknown;
                 OrvFeatureVisibilityType visibility = OrvFeatureVisibilityUnknown;
                 feature->GetDataType(type);
                 feature->GetVisibility(visibility);
                 types.insert(static_cast<int>(type));
                 visibilities.insert(visibility);
-                representations.insert(
-                    text([&](char* b, auto& n) { return feature->GetRepresentation(b, n); }));
+                representations.insert(text(*feature, &Feature::GetRepresentation));
             }
             EXPECT_EQ(names.size(), all.size()) << "names are unique in a module";
         }

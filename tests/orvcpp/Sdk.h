@@ -46,8 +46,13 @@ template <typename Get> std::string text(const Get& get) {
     return result;
 }
 
+template <typename Object, typename Base>
+std::string text(const Object& object, OrvErrorType (Base::*get)(char*, std::uint32_t&) const) {
+    return text([&](char* buffer, std::uint32_t& length) { return (object.*get)(buffer, length); });
+}
+
 inline std::string startupError() {
-    return text([](char* b, std::uint32_t& n) { return system().GetStartupError(b, n); });
+    return text(system(), &OrvSystem::GetStartupError);
 }
 
 template <typename T, typename Get> std::vector<std::shared_ptr<T>> list(const Get& get) {
@@ -93,8 +98,7 @@ template <typename T> T get(const FeatureContainer& module, const char* name) {
 }
 
 inline std::string getText(const FeatureContainer& module, const char* name) {
-    const auto found = feature(module, name);
-    return text([&](char* b, std::uint32_t& n) { return found->GetValue(b, n); });
+    return text(*feature(module, name), &Feature::GetValue);
 }
 
 template <typename T> OrvErrorType set(const FeatureContainer& module, const char* name, T value) {

@@ -41,10 +41,8 @@ TEST(System, FindsObjectsByTheirIds) {
         ElementsAre(all[1]));
     std::shared_ptr<OrvCPP::TransportLayer> layer;
     EXPECT_EQ(system().GetTransportLayerByID("G", layer), OrvErrorSuccess);
-    EXPECT_EQ(text([&](char* b, auto& n) { return layer->GetVendor(b, n); }),
-              "Meridane Technologies");
-    EXPECT_EQ(text([&](char* b, auto& n) { return layer->GetName(b, n); }),
-              "MRD GigE Vision Transport Layer");
+    EXPECT_EQ(text(*layer, &OrvCPP::TransportLayer::GetVendor), "Meridane Technologies");
+    EXPECT_EQ(text(*layer, &OrvCPP::TransportLayer::GetName), "MRD GigE Vision Transport Layer");
     EXPECT_EQ(system().GetTransportLayerByID("X", layer), OrvErrorNotFound);
     std::shared_ptr<Camera> array[1];
     std::uint32_t count = 1;
