@@ -30,7 +30,7 @@ void InterfaceHandlerUSB::rebuild() {
     for (const host::DeviceInterface& hub : m_tree->hubs())
         hubPaths.emplace(hub.instanceId, hub.path);
     for (const host::DeviceInterface& device : m_tree->devices()) {
-        if (host::isCamera(host::parseDevicePath(device.path)))
+        if (host::isCamera(host::parseDevicePath(device.path), device.interfaceClasses))
             addCamera(device, hubPaths);
     }
 }

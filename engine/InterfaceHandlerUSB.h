@@ -12,9 +12,10 @@ class HostUsbTree;
 struct DeviceInterface;
 } // namespace host
 
-/// The host's USB controllers to which the maker's cameras are attached, and the speeds at which
-/// they run. Bound to the GUI thread. Owned through shared pointers, which know what they made: so
-/// that the destructor need not be virtual.
+/// The host's USB controllers to which cameras are attached (the maker's; of any maker where the
+/// host tells USB3 Vision cameras from other devices), and the speeds at which they run. Bound to
+/// the GUI thread. Owned through shared pointers, which know what they made: so that the destructor
+/// need not be virtual.
 class InterfaceHandlerUSB {
 public:
     /// An empty \p tree is replaced by the operating system's.

@@ -24,6 +24,8 @@ struct AddressRow {
 struct InterfaceEntry {
     /// Bits per second.
     std::uint64_t transmitLinkSpeed = 0;
+    /// Bytes of the largest packet.
+    std::uint32_t mtu = 0;
     std::array<std::uint8_t, 32> physicalAddress{};
     std::u16string alias;
     std::u16string description;

@@ -18,6 +18,9 @@ struct DeviceInterface {
     DeviceInstance instance = 0;
     /// Device instance ID, for example "USB\\ROOT_HUB30\\4&2a6b1f&0&0".
     std::string instanceId;
+    /// Class, subclass and protocol of each of its USB interfaces, in one number of three bytes:
+    /// 0xEF0500. Empty where the system does not tell them.
+    std::vector<std::uint32_t> interfaceClasses = {};
 };
 
 /// Result codes of a property that is not there, as Windows numbers them: an unknown device, a
@@ -31,12 +34,15 @@ template <typename T> struct Property {
     T value{};
 };
 
-/// What the hub driver reports of a port in its first structure.
+/// What the hub driver reports of a port in its first structure, or the system in its own way.
 struct PortConnection {
     /// 1: a device is connected.
     std::uint32_t status = 0;
     /// 0 low, 1 full, 2 high, 3 super speed.
     std::uint8_t speed = 0;
+    /// Rate in Mbit/s, from a system that tells it in place of a code, as it writes it: "1.5",
+    /// "480", "20000". Empty from one that tells the code.
+    std::string megabits = {};
 };
 
 /// An opened hub. Ports count from 1; an answer is empty when the request failed.

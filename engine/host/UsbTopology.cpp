@@ -36,6 +36,31 @@ std::string asciiText(const std::u16string& text) {
     return ascii;
 }
 
+constexpr std::array<std::uint64_t, 4> codedSpeeds{1'500'000, 12'000'000, 480'000'000,
+                                                   5'000'000'000};
+
+struct NamedSpeed {
+    const char* megabits;
+    std::uint64_t bitsPerSecond;
+};
+
+/// Super speed plus comes over one lane or two.
+constexpr std::array<NamedSpeed, 6> namedSpeeds{{{"1.5", codedSpeeds[0]},
+                                                 {"12", codedSpeeds[1]},
+                                                 {"480", codedSpeeds[2]},
+                                                 {"5000", codedSpeeds[3]},
+                                                 {"10000", 10'000'000'000},
+                                                 {"20000", 20'000'000'000}}};
+
+std::optional<std::uint64_t> namedSpeed(const std::string& megabits) {
+    const auto* const found =
+        std::find_if(namedSpeeds.begin(), namedSpeeds.end(),
+                     [&](const NamedSpeed& each) { return each.megabits == megabits; });
+    if (found == namedSpeeds.end())
+        return std::nullopt;
+    return found->bitsPerSecond;
+}
+
 } // namespace
 
 UsbIdentity parseDevicePath(const std::string& path) {
@@ -44,8 +69,11 @@ UsbIdentity parseDevicePath(const std::string& path) {
             firstMatch(path, "VID_[0-9A-F]{4}&PID_[0-9A-F]{4}#([0-9A-Z]+)#")};
 }
 
-bool isCamera(const UsbIdentity& identity) {
-    return identity.vendorId == cameraVendorId && identity.productId == cameraProductId;
+bool isCamera(const UsbIdentity& identity, const std::vector<std::uint32_t>& interfaceClasses) {
+    const bool isTheMakers =
+        identity.vendorId == cameraVendorId && identity.productId == cameraProductId;
+    return isTheMakers || std::find(interfaceClasses.begin(), interfaceClasses.end(),
+                                    usb3VisionControl) != interfaceClasses.end();
 }
 
 std::optional<std::uint32_t> portNumber(const std::u16string& location) {
@@ -67,17 +95,17 @@ std::optional<std::uint64_t> bitsPerSecond(const PortConnection& connection,
     constexpr std::uint32_t superSpeedOrHigher = 0b0101; // operating at super speed, or plus
     constexpr std::size_t high = 2;
     constexpr std::size_t super = 3;
-    constexpr std::array<std::uint64_t, 4> speeds{1'500'000, 12'000'000, 480'000'000,
-                                                  5'000'000'000};
 
     if (connection.status != deviceConnected)
         return std::nullopt;
+    if (!connection.megabits.empty())
+        return namedSpeed(connection.megabits);
     std::size_t speed = connection.speed;
     if (speed == high && (flags.value_or(0) & superSpeedOrHigher) != 0)
         speed = super;
-    if (speed >= speeds.size())
+    if (speed >= codedSpeeds.size())
         return std::nullopt;
-    return speeds[speed];
+    return codedSpeeds[speed];
 }
 
 } // namespace host

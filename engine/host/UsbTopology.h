@@ -25,8 +25,12 @@ struct UsbIdentity {
 /// Reads for example "\\?\USB#VID_4D52&PID_0001#A1B2#{...}". Upper case only.
 UsbIdentity parseDevicePath(const std::string& path);
 
-/// Whether this is one of the maker's USB3 Vision cameras.
-bool isCamera(const UsbIdentity& identity);
+/// Class, subclass and protocol of the control interface that every USB3 Vision camera has.
+constexpr std::uint32_t usb3VisionControl = 0xEF0500;
+
+/// Whether this is one of the maker's USB3 Vision cameras or, where the host tells the classes of a
+/// device's interfaces, a USB3 Vision camera of any maker.
+bool isCamera(const UsbIdentity& identity, const std::vector<std::uint32_t>& interfaceClasses = {});
 
 /// Port of a location text such as "Port_#0003.Hub_#0001"; empty when it names none.
 std::optional<std::uint32_t> portNumber(const std::u16string& location);
@@ -41,7 +45,8 @@ std::string controllerKey(std::uint32_t bus, std::uint32_t address);
 
 /// Bits per second of a port to which a device is connected; empty when none is, or its speed is
 /// not known. USB 3 ports report high speed in the first structure: only \p flags, where the hub
-/// driver gave them, tell super speed.
+/// driver gave them, tell super speed. What is faster than that is told apart where the connection
+/// tells its rate in place of a code.
 std::optional<std::uint64_t> bitsPerSecond(const PortConnection& connection,
                                            std::optional<std::uint32_t> flags);
 

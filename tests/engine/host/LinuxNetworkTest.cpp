@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "engine/host/ByteOrder.h"
 #include "engine/host/HostNetwork.h"
 #include "engine/host/Sysfs.h"
 
@@ -58,9 +59,12 @@ TEST_F(Sysfs, hasNoSpeedWhereItCannotBeRead) {
     EXPECT_EQ(host::sysfsInterfaceEntry("eth7", m_root).transmitLinkSpeed, 0U);
 }
 
-TEST_F(Sysfs, readsNameAndPhysicalAddress) {
+TEST_F(Sysfs, readsNameMtuAndPhysicalAddress) {
     write("address", "02:fc:00:00:00:a1\n");
+    EXPECT_EQ(host::sysfsInterfaceEntry("eth7", m_root).mtu, 0U) << "not told";
+    write("mtu", "9000\n");
     const host::InterfaceEntry entry = host::sysfsInterfaceEntry("eth7", m_root);
+    EXPECT_EQ(entry.mtu, 9000U);
     EXPECT_EQ(entry.alias, u"eth7");
     const std::array<std::uint8_t, 32> expected{0x02, 0xFC, 0, 0, 0, 0xA1};
     EXPECT_EQ(entry.physicalAddress, expected);
@@ -70,11 +74,16 @@ TEST(LinuxNetwork, listsTheLoopbackAddress) {
     const auto network = host::makeSystemNetwork();
     std::vector<host::AddressRow> rows(1);
     ASSERT_TRUE(network->addressTable(rows));
-    const auto loopback = std::find_if(rows.begin(), rows.end(), [&](const auto& row) {
-        return network->interfaceEntry(row.interfaceIndex).alias == u"lo";
+    const auto loopback = std::find_if(rows.begin(), rows.end(), [](const auto& row) {
+        return host::networkToHost(row.address) == 0x7F000001;
     });
     ASSERT_NE(loopback, rows.end());
-    EXPECT_EQ(network->interfaceEntry(loopback->interfaceIndex).transmitLinkSpeed, 0U);
+    EXPECT_EQ(host::networkToHost(loopback->mask), 0xFF000000U);
+    EXPECT_EQ(loopback->broadcast, 0U);
+    const host::InterfaceEntry entry = network->interfaceEntry(loopback->interfaceIndex);
+    EXPECT_EQ(entry.alias, u"lo");
+    EXPECT_GE(entry.mtu, 1500U);
+    EXPECT_EQ(entry.transmitLinkSpeed, 0U) << "its speed cannot be read";
     EXPECT_EQ(network->interfaceEntry(0).alias, u"") << "there is no interface 0";
 }
 

@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "engine/InterfaceHandlerUSB.h"
+#include "engine/host/LinuxSysfsUsbTree.h"
+#include "tests/support/CapturedLog.h"
+
+#include <gmock/gmock.h>
+#include <memory>
+#include <stdlib.h>
+#include <umockdev.h>
+#include <unistd.h>
+
+namespace {
+
+using testing::IsEmpty;
+
+/// A host whose USB devices come and go as the test wants it: below /sys, this process sees these
+/// and no others.
+class LinuxUsbTree : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(umockdev_in_mock_environment())
+            << "libumockdev-preload.so.0 is missing: scripts/install-dependencies installs it";
+    }
+
+    std::string add(const char* subsystem, const std::string& name, const std::string& parent,
+                    std::vector<std::string> attributes, const std::string& type) {
+        std::vector<std::string> properties{"DEVTYPE", type};
+        gchar* added = umockdev_testbed_add_devicev(
+            m_testbed.get(), subsystem, name.c_str(), parent.empty() ? nullptr : parent.c_str(),
+            terminated(attributes).data(), terminated(properties).data());
+        const std::string folder = added;
+        g_free(added);
+        return folder;
+    }
+
+    std::string addPci(const std::string& name, const std::string& parent = {}) {
+        return add("pci", name, parent, {"class", "0x0c0330"}, "pci_device");
+    }
+
+    /// A hub is on the ports that its name tells: "2-4", "2-4.1"; a root hub is "usb2".
+    std::string addHub(const std::string& parent, const std::string& name,
+                       const std::string& speed) {
+        return add("usb", name, parent,
+                   {"bDeviceClass", "09", "idVendor", "1d6b", "idProduct", "0003", "speed", speed,
+                    "devpath", ports(name)},
+                   "usb_device");
+    }
+
+    /// A camera of some maker, as its product and interface class tell.
+    std::string addCamera(const std::string& parent, const std::string& name,
+                          const std::string& speed) {
+        const std::string camera = addDevice(parent, name, speed, {"idProduct", "c0de"});
+        addInterface(camera, name + ":1.0", "00");
+        addInterface(camera, name + ":1.1", "02");
+        return camera;
+    }
+
+    std::string addDevice(const std::string& parent, const std::string& name,
+                          const std::string& speed, std::vector<std::string> attributes) {
+        attributes.insert(attributes.end(), {"bDeviceClass", "ef", "idVendor", "4d52", "serial",
+                                             "a1", "speed", speed, "devpath", ports(name)});
+        return add("usb", name, parent, attributes, "usb_device");
+    }
+
+    void addInterface(const std::string& device, const std::string& name, const char* protocol) {
+        add("usb", name, device,
+            {"bInterfaceClass", "ef", "bInterfaceSubClass", "05", "bInterfaceProtocol", protocol},
+            "usb_interface");
+    }
+
+    void remove(const std::string& folder) {
+        umockdev_testbed_remove_device(m_testbed.get(), folder.c_str());
+    }
+
+    std::optional<std::uint64_t> speedNow(const std::string& controller) {
+        m_handler.rebuild();
+        return m_handler.GetSpeed("MRD USB Interface " + controller);
+    }
+
+    struct Unref {
+        void operator()(UMockdevTestbed* testbed) const { g_object_unref(testbed); }
+    };
+    const std::unique_ptr<UMockdevTestbed, Unref> m_testbed{umockdev_testbed_new()};
+    InterfaceHandlerUSB m_handler;
+    const CapturedLog m_log;
+
+private:
+    static std::string ports(const std::string& name) {
+        const std::size_t dash = name.find('-');
+        return dash == std::string::npos ? "0" : name.substr(dash + 1);
+    }
+
+    static std::vector<gchar*> terminated(std::vector<std::string>& texts) {
+        std::vector<gchar*> pointers;
+        for (std::string& text : texts)
+            pointers.push_back(text.data());
+        pointers.push_back(nullptr);
+        return pointers;
+    }
+};
+
+TEST_F(LinuxUsbTree, readsTheSpeedOfAPort) {
+    const std::string root = addHub(addPci("0000:00:14.0"), "usb2", "20000");
+    const std::string camera = addCamera(root, "2-3", "480");
+    const std::pair<const char*, std::optional<std::uint64_t>> cases[] = {
+        {"1.5", 1'500'000},        {"12", 12'000'000},        {"480", 480'000'000},
+        {"5000", 5'000'000'000},   {"10000", 10'000'000'000}, {"20000", 20'000'000'000},
+        {"unknown", std::nullopt}, {"", std::nullopt},
+    };
+    for (const auto& [text, expected] : cases) {
+        umockdev_testbed_set_attribute(m_testbed.get(), camera.c_str(), "speed", text);
+        EXPECT_EQ(speedNow("0-20-0"), expected) << text;
+    }
+    EXPECT_EQ(m_log.text(), "");
+}
+
+TEST_F(LinuxUsbTree, seesWhatIsPluggedAndUnplugged) {
+    const std::string controller = addPci("0000:00:14.0");
+    const std::string usb2Ports = addHub(controller, "usb1", "480");
+    const std::string usb3Ports = addHub(controller, "usb2", "10000");
+    EXPECT_EQ(speedNow("0-20-0"), std::nullopt) << "a controller without devices";
+
+    addCamera(usb2Ports, "1-3", "480");
+    EXPECT_EQ(speedNow("0-20-0"), 480'000'000U);
+    const std::string hub = addHub(usb3Ports, "2-4", "5000");
+    EXPECT_EQ(speedNow("0-20-0"), 480'000'000U) << "a hub is no camera";
+    const std::string camera = addCamera(hub, "2-4.2", "5000");
+    EXPECT_EQ(speedNow("0-20-0"), 5'000'000'000U);
+
+    remove(camera);
+    EXPECT_EQ(speedNow("0-20-0"), 480'000'000U);
+    addCamera(usb3Ports, "2-1", "10000");
+    EXPECT_EQ(speedNow("0-20-0"), 10'000'000'000U);
+    EXPECT_EQ(m_log.text(), "");
+}
+
+TEST_F(LinuxUsbTree, findsTheControllerAboveHubsAndBelowBridges) {
+    const std::string bridge = addPci("0000:00:1c.4");
+    const std::string root = addHub(addPci("0001:0b:0a.1", bridge), "usb4", "5000");
+    const std::string outer = addHub(root, "4-1", "5000");
+    const std::string inner = addHub(outer, "4-1.2", "5000");
+    addCamera(inner, "4-1.2.3", "5000");
+    // Not this camera's ports.
+    addDevice(root, "4-3", "480", {});
+    addDevice(outer, "4-1.3", "480", {});
+    EXPECT_EQ(speedNow("11-10-1"), 5'000'000'000U);
+    EXPECT_EQ(speedNow("0-28-4"), std::nullopt) << "the bridge";
+
+    addCamera(addHub(add("platform", "xhci-hcd.0", "", {}, "host"), "usb6", "5000"), "6-1", "5000");
+    EXPECT_EQ(speedNow("xhci-hcd.0"), std::nullopt) << "a controller that is not on the PCI bus";
+}
+
+TEST_F(LinuxUsbTree, tellsCamerasFromOtherDevices) {
+    const std::string root = addHub(addPci("0000:00:14.0"), "usb2", "5000");
+    addInterface(addDevice(root, "2-1", "5000", {"idProduct", "0002"}), "2-1:1.0", "02");
+    addDevice(root, "2-2", "5000", {});
+    EXPECT_EQ(speedNow("0-20-0"), std::nullopt);
+    addDevice(root, "2-3", "480", {"idProduct", "0001"});
+    EXPECT_EQ(speedNow("0-20-0"), 480'000'000U) << "the maker's, before it shows its interfaces";
+}
+
+TEST_F(LinuxUsbTree, leavesOutADeviceThatGoesWhileItIsLookedAt) {
+    const std::string controller = addPci("0000:00:14.0");
+    const std::string root = addHub(controller, "usb2", "5000");
+    const std::string camera = addCamera(root, "2-1", "5000");
+    host::LinuxSysfsUsbTree tree([&] { return std::vector<std::filesystem::path>{root, camera}; });
+    ASSERT_EQ(tree.hubs().size(), 1U);
+    const host::DeviceInterface found = tree.devices().at(0);
+    EXPECT_EQ(found.path, "USB#VID_4D52&PID_C0DE#A1#" + camera);
+    EXPECT_EQ(found.instanceId, "USB\\2-1");
+    EXPECT_EQ(tree.locationInfo(found.instance).value, u"Port_#1");
+    const auto hub = tree.openHub(root);
+    EXPECT_EQ(tree.openHub(camera), nullptr);
+
+    remove(camera);
+    EXPECT_EQ(hub->connection(1)->status, 0U);
+    EXPECT_NE(tree.locationInfo(found.instance).result, 0U);
+    EXPECT_THAT(tree.devices(), IsEmpty());
+    remove(root);
+    EXPECT_EQ(tree.openHub(root), nullptr);
+    EXPECT_THAT(tree.hubs(), IsEmpty());
+
+    EXPECT_NE(tree.busNumber(found.instance).result, 0U) << "a device is not on the PCI bus";
+    EXPECT_NE(tree.address(99).result, 0U) << "there is no such device";
+    EXPECT_EQ(tree.parent(99), std::nullopt);
+    EXPECT_EQ(tree.instanceId(0), "");
+}
+
+/// Puts \p value before what a variable of the environment has, as lists of options and libraries
+/// are written.
+void prepend(const char* variable, const std::string& value) {
+    const char* before = getenv(variable);
+    setenv(variable, (before == nullptr ? value : value + ':' + before).c_str(), 1);
+}
+
+} // namespace
+
+/// Starts this program anew behind the library that shows it a test's devices below /sys.
+int main(int argc, char** argv) {
+    const std::string library = "libumockdev-preload.so.0";
+    const char* preloaded = getenv("LD_PRELOAD");
+    if (preloaded == nullptr || std::string(preloaded).find(library) == std::string::npos) {
+        prepend("LD_PRELOAD", library);
+        // The sanitizer's own library insists on being the first, and does as well as the second.
+        prepend("ASAN_OPTIONS", "verify_asan_link_order=0");
+        execv("/proc/self/exe", argv);
+        perror("/proc/self/exe");
+        return 1;
+    }
+    testing::InitGoogleMock(&argc, argv);
+    return RUN_ALL_TESTS();
+}
