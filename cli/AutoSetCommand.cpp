@@ -81,17 +81,21 @@ Task makeTask(Cameras& cameras, const Arguments& arguments) {
             arguments.has(QStringLiteral("adjust-packet-size"))};
 }
 
+/// Locks cameras and sets the maximum. Without a speed, all that Auto Set could give is minima.
 void prepareInterface(Cameras& cameras, const Task& task, const Arguments& arguments) {
     for (const QString& locked : arguments.values(QStringLiteral("lock")))
         findCamera(task.interface.cameras, locked)->setLocked(true);
+    const std::string key = task.interface.name.toStdString();
     const QString option = QStringLiteral("max-bandwidth");
     if (arguments.has(option)) {
         constexpr double bitsPerMegabyte = 8e6;
         const double megabytes = arguments.number(option, {0.001, 100000, 0});
         cameras.controller().setMaxBandwidth(
-            task.interface.name.toStdString(),
-            static_cast<std::uint64_t>(std::llround(megabytes * bitsPerMegabyte)));
+            key, static_cast<std::uint64_t>(std::llround(megabytes * bitsPerMegabyte)));
     }
+    if (!task.camera && cameras.controller().getInterfaceSpeed(key) == 0)
+        throw Failure(QStringLiteral("The speed of %1 is not known; give it by --max-bandwidth.")
+                          .arg(task.interface.name));
 }
 
 void autoSet(Cameras& cameras, const Task& task) {

@@ -77,10 +77,9 @@ QString autoSetText(const QJsonObject& result) {
         row[QStringLiteral("status")] = explain(row[QStringLiteral("status")].toString());
         rows.append(row);
     }
-    return QStringLiteral("%1: %2 of %3 MB/s\n")
-               .arg(result[QStringLiteral("interface")].toString())
-               .arg(sum / 1e6, 0, 'f', 1)
-               .arg(result[QStringLiteral("bitsPerSecond")].toDouble() / 8e6, 0, 'f', 1) +
+    return QStringLiteral("%1: %2\n")
+               .arg(result[QStringLiteral("interface")].toString(),
+                    usageText(sum, result[QStringLiteral("bitsPerSecond")].toDouble())) +
            joined(tableLines(
                {{QStringLiteral("Camera"), QStringLiteral("id")},
                 {QStringLiteral("Name"), QStringLiteral("name")},

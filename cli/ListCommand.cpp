@@ -49,15 +49,13 @@ QJsonObject describeInterface(const SystemController& controller, const HostInte
 }
 
 QString interfaceText(const QJsonObject& interface) {
-    constexpr double bitsPerMegabyte = 8e6;
     const QString heading =
-        QStringLiteral("%1 (%2), %3: %4 of %5 MB/s in use\n")
+        QStringLiteral("%1 (%2), %3: %4 in use\n")
             .arg(interface[QStringLiteral("name")].toString(),
                  interface[QStringLiteral("id")].toString(),
-                 interface[QStringLiteral("type")].toString())
-            .arg(interface[QStringLiteral("bandwidthBytesPerSecond")].toDouble() / 1e6, 0, 'f', 1)
-            .arg(interface[QStringLiteral("bitsPerSecond")].toDouble() / bitsPerMegabyte, 0, 'f',
-                 1);
+                 interface[QStringLiteral("type")].toString(),
+                 usageText(interface[QStringLiteral("bandwidthBytesPerSecond")].toDouble(),
+                           interface[QStringLiteral("bitsPerSecond")].toDouble()));
     return heading + joined(tableLines({{QStringLiteral("Camera"), QStringLiteral("id")},
                                         {QStringLiteral("Name"), QStringLiteral("name")},
                                         {QStringLiteral("Model"), QStringLiteral("model")},

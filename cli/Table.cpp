@@ -61,6 +61,13 @@ QStringList tableLines(const QVector<Column>& columns, const QJsonArray& rows) {
     return lines;
 }
 
+QString usageText(double usedBytesPerSecond, double bitsPerSecond) {
+    const QString used = QString::number(usedBytesPerSecond / 1e6, 'f', 1);
+    const QString speed = bitsPerSecond > 0 ? QString::number(bitsPerSecond / 8e6, 'f', 1)
+                                            : QStringLiteral("unknown");
+    return QStringLiteral("%1 of %2 MB/s").arg(used, speed);
+}
+
 QString joined(const QStringList& lines) {
     return lines.isEmpty() ? QString() : lines.join(QLatin1Char('\n')) + QLatin1Char('\n');
 }

@@ -21,6 +21,10 @@ struct Column {
 /// a line under them, are the first two lines. A member that is absent leaves its cell empty.
 QStringList tableLines(const QVector<Column>& columns, const QJsonArray& rows);
 
+/// "250.0 of 1250.0 MB/s" of bytes per second and of an interface's bits per second, where 0 is an
+/// unknown speed.
+QString usageText(double usedBytesPerSecond, double bitsPerSecond);
+
 /// Every line with a line break.
 QString joined(const QStringList& lines);
 

@@ -43,7 +43,8 @@ TEST(Benchmark, failsOnLossWhereThatIsAskedFor) {
 
 TEST(Benchmark, failsWhenACameraVanishes) {
     SpanletProcess spanlet;
-    EXPECT_EQ(spanlet.run(QStringLiteral("benchmark --seconds 2.5 --json --config " SCENARIO_FILE)),
+    EXPECT_EQ(spanlet.run(QStringLiteral(
+                  "benchmark --seconds 2.5 --json --interface GEV-e0 --config " SCENARIO_FILE)),
               1);
     EXPECT_TRUE(camerasOf(spanlet.json())[0][QStringLiteral("measured")].toBool());
     EXPECT_FALSE(camerasOf(spanlet.json())[1][QStringLiteral("measured")].toBool(true));

@@ -64,6 +64,7 @@ INSTANTIATE_TEST_SUITE_P(
         Ending{"get GEV-21017 GVSPDriver", 1, "Did you mean \"Stream0:GVSPDriver\"?"},
         Ending{"get GEV-21017 Strem0:GVSPDriver", 1, "Did you mean \"Stream0\"?"},
         Ending{"get GEV-21017 TriggerSoftware", 1, "is a command"},
+        Ending{"autoset --interface U3V OWN", 1, "not known; give it by --max-bandwidth"},
         Ending{"get CAM-A BlackLevel OWN", 1, "BlackLevel cannot be read."},
         Ending{"set CAM-A Gamma 2 OWN", 1, "did not take \"2\""},
         Ending{"set GEV-21017 Width 641", 1, "It takes 8 to 2464 in steps of 8."},
