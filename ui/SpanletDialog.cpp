@@ -25,7 +25,6 @@
 #include <QMessageBox>
 #include <QSettings>
 
-#include <algorithm>
 #include <iostream>
 #include <utility>
 
@@ -455,10 +454,7 @@ void SpanletDialog::onAutoSetCameraButtonClicked() {
             m_controller->getInterfaceType(interfaceId.toStdString()) == OrvTransportLayerTypeGEV;
         const double margin =
             fraction(*m_settings, isGigE ? SettingsKeys::cameraGigE : SettingsKeys::cameraUsb);
-        const auto requirement =
-            static_cast<std::uint64_t>(std::max<std::int64_t>(camera->autoSet(margin), 0));
-        const double withMargin = static_cast<double>(requirement) * (1 + margin);
-        camera->setBandwidth(static_cast<std::uint64_t>(withMargin), requirement);
+        autoSetCamera(*camera, margin);
         emit autoSetCameraFinished(current);
     }
     QGuiApplication::restoreOverrideCursor();
