@@ -284,29 +284,26 @@ TEST_F(BandwidthSliderTest, CameraWithoutTheFeatureIsLockedOut) {
 TEST_F(BandwidthSliderTest, SwitchesTheLimitOnAndSaysWhenItStaysOff) {
     const FeatureValue off = std::string("Off");
     const std::string stream = "StreamBytesPerSecond";
-    const std::string noMode = "Qt:Cannot set feature '" + mode + "' to 'On'.";
-    const std::string noConstrain = "Qt:Cannot set feature '" + constrain + "' to 'On'.";
+    const std::string noMode = "Qt:Cannot set feature '" + mode + "' to 'On'.\n";
+    const std::string noConstrain = "Qt:Cannot set feature '" + constrain + "' to 'On'.\n";
     const std::string deactivated = "Warning:Fake: Feature '" + mode +
-                                    "' set to Off, which deactivates the feature '" + limit + "'.";
+                                    "' set to Off, which deactivates the feature '" + limit +
+                                    "'.\n";
     const std::string please = "Warning:Please enable the Camera-feature '" + constrain +
-                               "' to be able to change the bandwidth settings.";
+                               "' to be able to change the bandwidth settings.\n";
     const struct {
         std::string feature, enabling;
         FeatureValue before;
         bool canBeSwitched, isWritable;
-        std::vector<std::string> log;
+        std::string log;
     } cases[] = {
-        {limit, mode, off, true, true, {"Info:Fake: feature '" + mode + "' set to 'On'."}},
-        {stream,
-         constrain,
-         false,
-         true,
-         true,
-         {"Info:Fake: feature '" + constrain + "' set to 'true'."}},
-        {limit, mode, off, false, false, {noMode, deactivated}},
-        {stream, constrain, false, false, true, {noConstrain, please}},
-        {limit, mode, std::string("On"), false, true, {noMode}},
-        {limit, "Other", off, true, true, {}},
+        {limit, mode, off, true, true, "Info:Fake: feature '" + mode + "' set to 'On'.\n"},
+        {stream, constrain, false, true, true,
+         "Info:Fake: feature '" + constrain + "' set to 'true'.\n"},
+        {limit, mode, off, false, false, noMode + deactivated},
+        {stream, constrain, false, false, true, noConstrain + please},
+        {limit, mode, std::string("On"), false, true, noMode},
+        {limit, "Other", off, true, true, ""},
     };
     for (const auto& row : cases) {
         const auto features = std::make_shared<LimitFeatures>();
@@ -316,7 +313,7 @@ TEST_F(BandwidthSliderTest, SwitchesTheLimitOnAndSaysWhenItStaysOff) {
         features->canBeSwitched = row.canBeSwitched;
         features->limitIsWritable = row.isWritable;
         BandwidthSliderWidget(features).initialize();
-        EXPECT_EQ(m_log.lines(), row.log);
+        EXPECT_EQ(m_log.text(), row.log);
     }
 }
 
