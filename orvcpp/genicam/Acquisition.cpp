@@ -4,6 +4,7 @@
 #include "orvcpp/genicam/Fault.h"
 #include "orvcpp/genicam/Log.h"
 #include "orvcpp/genicam/NodeAccess.h"
+#include "orvcpp/genicam/StreamOpening.h"
 #include "orvcpp/system/SdkThread.h"
 
 #include <utility>
@@ -117,21 +118,12 @@ OrvErrorType Acquisition::startOn(ArvDevice* device, int bufferCount) {
 }
 
 OrvErrorType Acquisition::makeStream(ArvDevice* device) {
-    if (ARV_IS_GV_DEVICE(device))
-        arv_gv_device_set_stream_options(ARV_GV_DEVICE(device),
-                                         m_path.usesPacketSocket
-                                             ? ARV_GV_STREAM_OPTION_NONE
-                                             : ARV_GV_STREAM_OPTION_PACKET_SOCKET_DISABLED);
     Fault fault;
-    GObjectPtr<ArvStream> stream(
-        arv_device_create_stream(device, &Acquisition::onStream, this, fault.out()));
+    GObjectPtr<ArvStream> stream = openStream(device, m_path, &Acquisition::onStream, this, fault);
     if (!stream)
         return fault.code() ? fault.code() : OrvErrorUnspecified;
-    if (ARV_IS_GV_STREAM(stream.get())) {
-        g_object_set(stream.get(), "socket-buffer", ARV_GV_STREAM_SOCKET_BUFFER_FIXED,
-                     "socket-buffer-size", wantedReceiveBuffer, nullptr);
+    if (ARV_IS_GV_STREAM(stream.get()))
         logInfo(m_device->record().id() + ": Frames come through a " + m_path.description() + '.');
-    }
     const std::lock_guard lock(m_mutex);
     m_stream = std::move(stream);
     m_mismatchInfo = findMismatchInfo(m_stream.get());

@@ -59,7 +59,7 @@ private:
 
     const std::shared_ptr<DeviceSession> m_device;
     const std::shared_ptr<OrvCPP::IFrameObserver> m_observer;
-    const StreamPath m_path;
+    StreamPath m_path;
     std::size_t m_payload = 0;
     std::vector<std::shared_ptr<GenicamFrame>> m_frames;
     /// Of the thread that delivers, while there is one.
