@@ -131,12 +131,12 @@ QJsonObject runTask(Cameras& cameras, const Task& task) {
 
 /// An interruption is left until Auto Set has come to its end, since a camera that it is trying
 /// values on would keep one of them.
-Report runAutoSet(const Context& context) {
+Report runAutoSet(Context& context) {
     const Arguments& arguments = context.arguments;
     checkOptions(arguments);
     BenchmarkPlan plan;
     plan.seconds = arguments.number(QStringLiteral("benchmark"), {0.1, 99999, 0});
-    Cameras cameras(context.source);
+    Cameras& cameras = context.openCameras();
     const Task task = makeTask(cameras, arguments);
     prepareInterface(cameras, task, arguments);
 

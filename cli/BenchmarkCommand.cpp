@@ -8,12 +8,12 @@ namespace {
 
 constexpr NumberRange durations{0.1, 99999, 10};
 
-Report runBenchmarkCommand(const Context& context) {
+Report runBenchmarkCommand(Context& context) {
     const Arguments& arguments = context.arguments;
     BenchmarkPlan plan;
     plan.seconds = arguments.number(QStringLiteral("seconds"), durations);
     plan.adjustsPacketSize = arguments.has(QStringLiteral("adjust-packet-size"));
-    Cameras cameras(context.source);
+    Cameras& cameras = context.openCameras();
     const HostInterface& interface = chosenInterface(cameras, arguments);
     Interruption interruption;
     const QJsonObject result = runBenchmark(cameras, interface, plan, interruption);

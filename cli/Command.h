@@ -10,10 +10,12 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <stdexcept>
 
 namespace cli {
 
+class Cameras;
 class Screen;
 
 enum class ExitCode : int { Success = 0, Failed = 1, WrongUse = 2 };
@@ -38,11 +40,23 @@ struct Report {
 };
 
 /// What a command works with.
-struct Context {
-    Arguments arguments;
+class Context {
+public:
+    Context(const Arguments& given, Screen& output, session::CameraSource source, bool json);
+    ~Context();
+
+    /// Starts the camera SDK and opens its cameras, once. They stay open until the context ends,
+    /// after the report is printed: it may take a camera that has gone some seconds to be closed.
+    Cameras& openCameras();
+
+    const Arguments arguments;
     Screen& screen;
-    session::CameraSource source;
-    bool wantsJson = false;
+    /// Whether only one document is to be printed.
+    const bool wantsJson;
+
+private:
+    const session::CameraSource m_source;
+    std::unique_ptr<Cameras> m_cameras;
 };
 
 /// A subcommand of the program.
@@ -57,7 +71,7 @@ struct Command {
     QList<QCommandLineOption> options;
     /// Command lines, without the program's name.
     QStringList examples;
-    Report (*run)(const Context& context) = nullptr;
+    Report (*run)(Context& context) = nullptr;
 };
 
 } // namespace cli

@@ -52,12 +52,12 @@ QString moduleText(const std::vector<Feature>& features) {
                              rows));
 }
 
-Report runFeatures(const Context& context) {
+Report runFeatures(Context& context) {
     std::optional<FeatureFilter> filter;
     if (context.arguments.has(QStringLiteral("filter")))
         filter.emplace(FeatureFilter::shippedFile());
     const QString camera = context.arguments.operands().constFirst();
-    const Cameras cameras(context.source);
+    const Cameras& cameras = context.openCameras();
     const auto controller = cameras.findFeatures(camera);
     QJsonArray rows;
     QStringList texts;

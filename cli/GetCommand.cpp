@@ -9,9 +9,9 @@ namespace cli {
 
 namespace {
 
-Report runGet(const Context& context) {
+Report runGet(Context& context) {
     const QStringList operands = context.arguments.operands();
-    const Cameras cameras(context.source);
+    const Cameras& cameras = context.openCameras();
     const auto controller = cameras.findFeatures(operands.constFirst());
     Report report;
     QJsonArray rows;

@@ -67,8 +67,8 @@ QString interfaceText(const QJsonObject& interface) {
                                        interface[QStringLiteral("cameras")].toArray()));
 }
 
-Report runList(const Context& context) {
-    Cameras cameras(context.source);
+Report runList(Context& context) {
+    Cameras& cameras = context.openCameras();
     QJsonArray interfaces;
     QStringList texts;
     for (const HostInterface& interface : cameras.interfaces()) {

@@ -140,7 +140,8 @@ public:
         return {};
     }
 
-    Report run(Screen& screen) const {
+    /// What the command works with, once nothing is wrong with its use.
+    Context context(Screen& screen) const {
         if (!m_command)
             throw Failure(QStringLiteral("A command is needed.\n\n") + overview(),
                           ExitCode::WrongUse);
@@ -149,8 +150,10 @@ public:
         const session::CameraSource source = session::cameraSource(m_parser, error);
         if (!error.isEmpty())
             throw Failure(error, ExitCode::WrongUse);
-        return m_command->run({Arguments(m_parser), screen, source, wantsJson()});
+        return {Arguments(m_parser), screen, source, wantsJson()};
     }
+
+    Report run(Context& context) const { return m_command->run(context); }
 
     bool wantsJson() const { return m_parser.isSet(QStringLiteral("json")); }
 
@@ -189,7 +192,8 @@ int run(const Invocation& invocation, Screen& screen) {
         return 0;
     }
     const LogOutput log(screen, invocation.verbosity());
-    const Report report = invocation.run(screen);
+    Context context = invocation.context(screen);
+    const Report report = invocation.run(context);
     if (invocation.wantsJson())
         printDocument(screen, report.document);
     else

@@ -11,10 +11,10 @@ namespace {
 
 constexpr NumberRange timeouts{1, 600000, 1000};
 
-Report runRun(const Context& context) {
+Report runRun(Context& context) {
     const QStringList operands = context.arguments.operands();
     const double timeout = context.arguments.number(QStringLiteral("timeout"), timeouts);
-    const Cameras cameras(context.source);
+    const Cameras& cameras = context.openCameras();
     const auto controller = cameras.findFeatures(operands.constFirst());
     Feature feature(*controller, operands[1]);
     QElapsedTimer timer;

@@ -9,12 +9,12 @@ namespace cli {
 
 namespace {
 
-Report runSet(const Context& context) {
+Report runSet(Context& context) {
     const QStringList operands = context.arguments.operands();
     if (operands.size() % 2 == 0)
         throw Failure(QStringLiteral("There is no value for \"%1\".").arg(operands.constLast()),
                       ExitCode::WrongUse);
-    const Cameras cameras(context.source);
+    const Cameras& cameras = context.openCameras();
     const auto controller = cameras.findFeatures(operands.constFirst());
     Report report;
     QJsonArray rows;

@@ -56,14 +56,14 @@ BenchmarkProgress makeProgress(Screen& screen, const HostInterface& interface, d
     };
 }
 
-Report runWatch(const Context& context) {
+Report runWatch(Context& context) {
     const Arguments& arguments = context.arguments;
     BenchmarkPlan plan;
     plan.seconds = arguments.number(QStringLiteral("seconds"), durations);
     plan.interval = std::chrono::milliseconds(
         std::llround(arguments.number(QStringLiteral("interval"), intervals) * 1000));
     plan.adjustsPacketSize = arguments.has(QStringLiteral("adjust-packet-size"));
-    Cameras cameras(context.source);
+    Cameras& cameras = context.openCameras();
     const HostInterface& interface = chosenInterface(cameras, arguments);
     Interruption interruption;
     const QJsonObject result =
