@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Loss on a real wire, and Auto Set against it. To be run by the script congested-network.
+#include "engine/CameraHandler.h"
+#include "engine/MakeSystemController.h"
+#include "engine/SystemController.h"
+#include "features/FeatureController.h"
+#include "session/SdkSession.h"
+#include "tests/fakecamera/FakeCameraProcess.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <thread>
+
+namespace {
+
+using namespace fakecamera;
+using namespace std::chrono_literals;
+
+constexpr std::uint64_t linkBitsPerSecond = 300'000'000;
+constexpr double margin = 0.1;
+constexpr auto benchmarkTime = 3s;
+
+/// What all cameras of an interface did in a benchmark.
+struct Totals {
+    std::int64_t sent = 0;
+    std::uint64_t complete = 0;
+    std::uint64_t damaged = 0;
+    std::int64_t lost = 0;
+    std::uint64_t fewestComplete = UINT64_MAX;
+};
+
+/// Four cameras behind one link. Each may send 16 MB/s and has 15.7 MB/s to send, the link carries
+/// 37.5 MB/s. The parameter: whether the size of packets is adjusted, or stays at 1400 bytes.
+class CongestedNetwork : public testing::TestWithParam<bool> {
+protected:
+    void SetUp() override {
+        if (!std::filesystem::exists("/run/netns/camera1")) {
+            GTEST_SKIP() << "There is no congested network: start this with congested-network.";
+        }
+        for (int i = 1; i <= 4; ++i) {
+            const std::string number = std::to_string(i);
+            m_fakes.push_back(std::make_unique<FakeCameraProcess>(
+                "10.77.0.1" + number,
+                std::vector<std::string>{"--serial", "C" + number, "--frame-rate", "15", "--limit",
+                                         "16000000", "--limit-increment", "1"},
+                "camera" + number));
+        }
+        session::CameraSource cameras;
+        cameras.kind = session::CameraSource::Kind::GenICam;
+        m_session = std::make_unique<session::SdkSession>(cameras);
+        ASSERT_TRUE(m_session->isStarted()) << m_session->error().toStdString();
+        m_controller = makeSystemController(m_session->system());
+        findCameras();
+        ASSERT_EQ(m_cameras.size(), 4u);
+        m_interface = m_cameras.front()->getCameraInfo().interfaceName;
+    }
+
+    void findCameras() {
+        const std::vector<CameraList> interfaces = m_controller->enumerate();
+        for (std::size_t i = 0; i < interfaces.size(); ++i) {
+            if (interfaces[i].size() > m_cameras.size()) {
+                m_cameras = interfaces[i];
+                m_index = static_cast<int>(i);
+            }
+        }
+    }
+
+    std::int64_t framesSent() const {
+        std::int64_t sum = 0;
+        for (const auto& camera : m_cameras) {
+            sum += std::get<std::int64_t>(
+                camera->getFeatureController()->getFeatureValue("Camera", "TestFramesSent"));
+        }
+        return sum;
+    }
+
+    Totals benchmark(const char* title) {
+        Totals totals;
+        const std::int64_t sentBefore = framesSent();
+        m_controller->startBenchmark(m_index, GetParam());
+        std::this_thread::sleep_for(benchmarkTime);
+        m_controller->stopBenchmark(m_index);
+        totals.sent = framesSent() - sentBefore;
+        for (const auto& camera : m_cameras) {
+            const FrameStatistics one = camera->getFrameStatistics();
+            totals.complete += one.completeFrames;
+            totals.damaged += one.receivedFrames - one.completeFrames;
+            totals.lost += one.lostFrames;
+            totals.fewestComplete = std::min(totals.fewestComplete, one.completeFrames);
+        }
+        std::printf(
+            "%s: sent %lld, complete %llu, damaged %llu, lost %lld\n", title,
+            static_cast<long long>(totals.sent), static_cast<unsigned long long>(totals.complete),
+            static_cast<unsigned long long>(totals.damaged), static_cast<long long>(totals.lost));
+        return totals;
+    }
+
+    double bandwidth() const {
+        double sum = 0;
+        for (const auto& camera : m_cameras) {
+            sum += static_cast<double>(camera->getBandwidth());
+        }
+        return sum;
+    }
+
+    std::vector<std::unique_ptr<FakeCameraProcess>> m_fakes;
+    std::unique_ptr<session::SdkSession> m_session;
+    std::shared_ptr<SystemController> m_controller;
+    CameraList m_cameras;
+    int m_index = -1;
+    std::string m_interface;
+};
+
+TEST_P(CongestedNetwork, losesFramesUntilAutoSetHasSharedOutItsBandwidth) {
+    EXPECT_GT(bandwidth() * 8, linkBitsPerSecond);
+    const Totals before = benchmark("before Auto Set");
+    EXPECT_GT(before.damaged + static_cast<std::uint64_t>(before.lost), 0u);
+    EXPECT_LT(before.complete, static_cast<std::uint64_t>(before.sent));
+
+    m_controller->setMaxBandwidth(m_interface, linkBitsPerSecond);
+    m_controller->autoSetInterface(m_interface, m_index, GetParam(), margin, margin);
+    const double usable = static_cast<double>(linkBitsPerSecond) / 8 * (1 - margin);
+    EXPECT_LE(bandwidth(), usable);
+    EXPECT_GT(bandwidth(), usable * 0.95);
+
+    const Totals after = benchmark("after Auto Set");
+    EXPECT_EQ(after.damaged, 0u);
+    EXPECT_EQ(after.lost, 0);
+    // The frame that is on its way when a camera is stopped counts for neither.
+    EXPECT_GE(after.complete + m_cameras.size(), static_cast<std::uint64_t>(after.sent));
+    EXPECT_GE(after.fewestComplete, 15u);
+}
+
+TEST_P(CongestedNetwork, startsACameraWithItsFirstFrameWhileAnotherStreams) {
+    const auto waitForFrames = [](const CameraHandler& camera, std::uint64_t count) {
+        const auto deadline = std::chrono::steady_clock::now() + 10s;
+        while (camera.getFrameStatistics().receivedFrames < count) {
+            ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+            std::this_thread::sleep_for(10ms);
+        }
+    };
+    const auto& first = m_cameras[0];
+    const auto& second = m_cameras[1];
+    first->startAcquisition();
+    waitForFrames(*first, 30);
+    second->startAcquisition();
+    waitForFrames(*second, 3);
+    const std::int64_t sent = std::get<std::int64_t>(
+        second->getFeatureController()->getFeatureValue("Camera", "TestFramesSent"));
+    EXPECT_GE(second->getFrameStatistics().completeFrames + 1, static_cast<std::uint64_t>(sent));
+    first->stopAcquisition();
+    second->stopAcquisition();
+    EXPECT_EQ(second->getFrameStatistics().lostFrames, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(PacketSize, CongestedNetwork, testing::Values(false, true),
+                         [](const auto& test) { return test.param ? "Adjusted" : "Standard"; });
+
+} // namespace
