@@ -173,6 +173,7 @@ void ViewerWindow::refreshCameras() {
     const CameraEntry before = currentCamera();
     const bool hadCameras = m_model->rowCount() > 0;
     takeOver(findCameras(m_system));
+    m_streamingLimits.check(m_system);
     if (!m_liveId.isEmpty() && m_model->rowOf(m_liveId) < 0) {
         releaseCamera();
         statusBar()->showMessage(tr("%1 was disconnected.").arg(before.name), messageTime);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "session/StreamingLimits.h"
 #include "viewer/CameraEntry.h"
 #include "viewer/LiveCamera.h"
 #include "viewer/SpanletLoader.h"
@@ -60,6 +61,7 @@ private:
 
     OrvCPP::OrvSystem& m_system;
     SpanletLoader m_loader;
+    session::StreamingLimits m_streamingLimits;
     LiveCamera m_live;
     /// ID of the camera that is live; empty when none is.
     QString m_liveId;

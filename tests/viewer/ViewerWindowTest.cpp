@@ -4,13 +4,17 @@
 #include "OrvCPP/OrvSystem.h"
 #include "OrvSimulation/Simulation.h"
 #include "session/SdkSession.h"
+#include "session/StreamingLimits.h"
+#include "tests/support/CapturedLog.h"
 #include "viewer/CameraModel.h"
 #include "viewer/ImageView.h"
 #include "viewer/Sdk.h"
 
 #include <QCheckBox>
+#include <QFile>
 #include <QFileInfo>
 #include <QListView>
+#include <QTemporaryFile>
 #include <QTest>
 #include <gmock/gmock.h>
 
@@ -120,6 +124,27 @@ TEST(ViewerWindow, survivesTheLiveCameraVanishing) {
 TEST(ViewerWindow, withoutCamerasSaysSo) {
     Viewer viewer({session::CameraSource::Kind::Configured, scenario("empty.json")});
     EXPECT_EQ(viewer.view().accessibleDescription(), QStringLiteral("No cameras found"));
+}
+
+TEST(ViewerWindow, warnsOfWhatItsRealCamerasLack) {
+    // A scenario in the place of real cameras, which are told by their transport layer's name.
+    QFile original(scenario("default.json"));
+    ASSERT_TRUE(original.open(QIODevice::ReadOnly));
+    QTemporaryFile file;
+    ASSERT_TRUE(file.open());
+    file.write(
+        original.readAll().replace("MRD_GEV", "GenICamGEV").replace("MRD_U3V", "GenICamU3V"));
+    file.flush();
+    CapturedLog log;
+    Viewer viewer({session::CameraSource::Kind::Configured, file.fileName()});
+    const auto cameras = session::realCameras(OrvCPP::OrvSystem::GetInstance());
+    EXPECT_GT(cameras.gige, 0U);
+    EXPECT_GT(cameras.usb, 0U);
+    for (const auto& warning :
+         {session::usbMemoryWarning(cameras, session::streamingMemory()),
+          session::receiveBufferWarning(cameras, session::streamingMemory())}) {
+        EXPECT_EQ(log.count("Warning:" + warning.value_or("")), warning ? 1 : 0);
+    }
 }
 
 TEST(ViewerWindow, handsItsCameraOverAndTakesTheFlagBack) {

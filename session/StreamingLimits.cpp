@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "session/StreamingLimits.h"
+
+#include "OrvCPP/OrvSystem.h"
+#include "OrvCPP/TransportLayer.h"
+#include "logging/Log.h"
+#include "sdk/TwiceAsked.h"
+
+#include <fstream>
+#include <utility>
+
+namespace session {
+
+namespace {
+
+/// Memory for the frames that one USB camera has under way.
+constexpr std::uint64_t megabytesPerUsbCamera = 16;
+/// What a stream of a GigE camera asks for.
+constexpr std::uint64_t wantedReceiveBuffer = 32 * 1024 * 1024;
+
+const char* const usbMemoryFile = "sys/module/usbcore/parameters/usbfs_memory_mb";
+const char* const receiveBufferFile = "proc/sys/net/core/rmem_max";
+
+std::optional<std::uint64_t> numberIn(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    std::uint64_t number = 0;
+    return stream >> number ? std::optional(number) : std::nullopt;
+}
+
+/// Real cameras are on the transport layers of the GenICam provider, which begin like this.
+bool isReal(const OrvCPP::TransportLayer& layer) {
+    std::string id;
+    TwiceAsked::text(&layer, id, &OrvCPP::TransportLayer::GetID);
+    return id.rfind("GenICam", 0) == 0;
+}
+
+std::size_t cameraCount(const OrvCPP::TransportLayer& layer) {
+    std::uint32_t count = 0;
+    return layer.GetCameras(nullptr, count) == OrvErrorSuccess ? count : 0;
+}
+
+void warnOnce(const std::optional<std::string>& warning, bool& hasWarned) {
+    if (!warning || hasWarned)
+        return;
+    logWarning(*warning);
+    hasWarned = true;
+}
+
+} // namespace
+
+RealCameras realCameras(OrvCPP::OrvSystem& system) {
+    std::vector<std::shared_ptr<OrvCPP::TransportLayer>> layers;
+    TwiceAsked::elements(&system, layers, &OrvCPP::OrvSystem::GetTransportLayers);
+    RealCameras cameras;
+    for (const auto& layer : layers) {
+        OrvTransportLayerType type{};
+        if (!layer || !isReal(*layer) || layer->GetType(type) != OrvErrorSuccess)
+            continue;
+        if (type == OrvTransportLayerTypeGEV)
+            cameras.gige += cameraCount(*layer);
+        else if (type == OrvTransportLayerTypeU3V)
+            cameras.usb += cameraCount(*layer);
+    }
+    return cameras;
+}
+
+StreamingMemory streamingMemory(const std::filesystem::path& root) {
+    return {numberIn(root / usbMemoryFile), numberIn(root / receiveBufferFile)};
+}
+
+std::optional<std::string> usbMemoryWarning(const RealCameras& cameras,
+                                            const StreamingMemory& memory) {
+    const std::uint64_t needed = megabytesPerUsbCamera * cameras.usb;
+    const std::uint64_t granted = memory.usbMegabytes.value_or(0);
+    if (granted == 0 || granted >= needed)
+        return std::nullopt;
+    return "USB cameras may lose frames: they need " + std::to_string(needed) +
+           " MB of USB memory (16 MB each), and the system allows " + std::to_string(granted) +
+           " MB. To raise it: echo " + std::to_string(needed) + " | sudo tee /" + usbMemoryFile;
+}
+
+std::optional<std::string> receiveBufferWarning(const RealCameras& cameras,
+                                                const StreamingMemory& memory) {
+    const std::uint64_t granted = memory.receiveBufferBytes.value_or(wantedReceiveBuffer);
+    if (cameras.gige == 0 || granted >= wantedReceiveBuffer)
+        return std::nullopt;
+    constexpr std::uint64_t kilobyte = 1024;
+    return "GigE cameras may lose frames: each stream asks for a receive buffer of " +
+           std::to_string(wantedReceiveBuffer / kilobyte) + " KB, and the system allows " +
+           std::to_string(granted / kilobyte) +
+           " KB. To raise it: sudo sysctl -w net.core.rmem_max=" +
+           std::to_string(wantedReceiveBuffer);
+}
+
+StreamingLimits::StreamingLimits(std::filesystem::path root) : m_root(std::move(root)) {}
+
+void StreamingLimits::check(OrvCPP::OrvSystem& system) {
+    const RealCameras cameras = realCameras(system);
+    const StreamingMemory memory = streamingMemory(m_root);
+    warnOnce(usbMemoryWarning(cameras, memory), m_hasWarnedOfUsbMemory);
+    warnOnce(receiveBufferWarning(cameras, memory), m_hasWarnedOfReceiveBuffer);
+}
+
+} // namespace session
