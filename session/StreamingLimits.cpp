@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "session/StreamingLimits.h"
 
-#include "OrvCPP/OrvSystem.h"
-#include "OrvCPP/TransportLayer.h"
 #include "logging/Log.h"
-#include "sdk/TwiceAsked.h"
 
 #include <fstream>
 #include <utility>
@@ -27,18 +24,6 @@ std::optional<std::uint64_t> numberIn(const std::filesystem::path& file) {
     return stream >> number ? std::optional(number) : std::nullopt;
 }
 
-/// Real cameras are on the transport layers of the GenICam provider, which begin like this.
-bool isReal(const OrvCPP::TransportLayer& layer) {
-    std::string id;
-    TwiceAsked::text(&layer, id, &OrvCPP::TransportLayer::GetID);
-    return id.rfind("GenICam", 0) == 0;
-}
-
-std::size_t cameraCount(const OrvCPP::TransportLayer& layer) {
-    std::uint32_t count = 0;
-    return layer.GetCameras(nullptr, count) == OrvErrorSuccess ? count : 0;
-}
-
 void warnOnce(const std::optional<std::string>& warning, bool& hasWarned) {
     if (!warning || hasWarned)
         return;
@@ -47,22 +32,6 @@ void warnOnce(const std::optional<std::string>& warning, bool& hasWarned) {
 }
 
 } // namespace
-
-RealCameras realCameras(OrvCPP::OrvSystem& system) {
-    std::vector<std::shared_ptr<OrvCPP::TransportLayer>> layers;
-    TwiceAsked::elements(&system, layers, &OrvCPP::OrvSystem::GetTransportLayers);
-    RealCameras cameras;
-    for (const auto& layer : layers) {
-        OrvTransportLayerType type{};
-        if (!layer || !isReal(*layer) || layer->GetType(type) != OrvErrorSuccess)
-            continue;
-        if (type == OrvTransportLayerTypeGEV)
-            cameras.gige += cameraCount(*layer);
-        else if (type == OrvTransportLayerTypeU3V)
-            cameras.usb += cameraCount(*layer);
-    }
-    return cameras;
-}
 
 StreamingMemory streamingMemory(const std::filesystem::path& root) {
     return {numberIn(root / usbMemoryFile), numberIn(root / receiveBufferFile)};

@@ -1,27 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include <cstddef>
+#include "sdk/RealCameras.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
 
-namespace OrvCPP {
-class OrvSystem;
-}
-
 namespace session {
-
-/// How many of the SDK's cameras are real ones: simulated cameras need nothing of the operating
-/// system.
-struct RealCameras {
-    std::size_t gige = 0;
-    std::size_t usb = 0;
-};
-
-/// Counts the cameras that are there at the moment.
-RealCameras realCameras(OrvCPP::OrvSystem& system);
 
 /// How much memory the operating system lets programs stream into; nothing where it does not tell.
 struct StreamingMemory {
@@ -41,8 +28,8 @@ std::optional<std::string> usbMemoryWarning(const RealCameras& cameras,
 std::optional<std::string> receiveBufferWarning(const RealCameras& cameras,
                                                 const StreamingMemory& memory);
 
-/// Warns in the log where cameras will lose frames for want of memory, of each kind of memory once.
-/// Changes nothing by itself. Bound to one thread.
+/// Warns in the log where real cameras will lose frames for want of memory, of each kind of memory
+/// once; simulated ones need none. Changes nothing by itself. Bound to one thread.
 class StreamingLimits {
 public:
     explicit StreamingLimits(std::filesystem::path root = "/");

@@ -10,7 +10,6 @@
 
 namespace {
 
-using session::RealCameras;
 using session::StreamingMemory;
 using testing::AllOf;
 using testing::ElementsAre;
@@ -87,7 +86,7 @@ TEST(StreamingLimits, warnsOnceForRealCameras) {
 TEST(StreamingLimits, countsCamerasOfTheNetwork) {
     const fakecamera::FakeCameraProcess camera("127.0.0.2");
     ASSERT_EQ(sdk::system().Startup(L":genicam"), OrvErrorSuccess) << sdk::startupError();
-    const RealCameras found = session::realCameras(sdk::system());
+    const RealCameras found = realCameras(sdk::system());
     EXPECT_EQ(found.gige, 1U);
     EXPECT_EQ(found.usb, 0U);
     sdk::system().Shutdown();

@@ -137,7 +137,7 @@ TEST(ViewerWindow, warnsOfWhatItsRealCamerasLack) {
     file.flush();
     CapturedLog log;
     Viewer viewer({session::CameraSource::Kind::Configured, file.fileName()});
-    const auto cameras = session::realCameras(OrvCPP::OrvSystem::GetInstance());
+    const auto cameras = realCameras(OrvCPP::OrvSystem::GetInstance());
     EXPECT_GT(cameras.gige, 0U);
     EXPECT_GT(cameras.usb, 0U);
     for (const auto& warning :
