@@ -96,7 +96,11 @@ const Case cases[] = {
     {"HubNotListed", [](Tree& tree) { tree.at(hub).kind = Kind::Other; }, std::nullopt, noSpeed},
     {"LocationWithoutPort", [](Tree& tree) { tree.at(camera).location.value = u"0000.001a.0000"; },
      std::nullopt, noPort},
-    {"NoLocation", [](Tree& tree) { tree.at(camera).location.result = 37; }, std::nullopt, noPort},
+    {"NoLocation",
+     [](Tree& tree) {
+         tree.at(camera).location = {37, {}};
+     },
+     std::nullopt, noPort},
     {"NoBusNumber", [](Tree& tree) { tree.at(controller).busNumber.result = 37; }, std::nullopt,
      "Debug:Cannot get DEVPKEY_Device_BusNumber. CM_Get_DevNode_PropertyW ret: 37 devInst: 1\n"},
     {"NoAddress", [](Tree& tree) { tree.at(controller).address.result = 13; }, std::nullopt,
