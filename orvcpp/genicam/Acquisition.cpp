@@ -127,7 +127,6 @@ OrvErrorType Acquisition::makeStream(ArvDevice* device) {
     const std::lock_guard lock(m_mutex);
     m_stream = std::move(stream);
     m_mismatchInfo = findMismatchInfo(m_stream.get());
-    m_delivering.store(m_stream.get());
     return OrvErrorSuccess;
 }
 
@@ -158,7 +157,8 @@ void Acquisition::stop() {
     m_device->call([self = shared_from_this()](ArvDevice*) {
         const FeatureCatalogue& features = *self->m_device->features();
         const OrvErrorType error = runCommand(features, "AcquisitionStop");
-        lockSettings(features, 0);
+        if (!error)
+            lockSettings(features, 0);
         return error;
     });
     endDelivery();
@@ -166,6 +166,7 @@ void Acquisition::stop() {
 
 void Acquisition::endDelivery() {
     GObjectPtr<ArvStream> ending;
+    std::shared_ptr<OrvCPP::IFrameObserver> observer;
     {
         // Waits for a frame that is being delivered.
         const std::lock_guard delivery(m_delivery);
@@ -174,6 +175,8 @@ void Acquisition::endDelivery() {
             return;
         m_lastCounts = readCounts(m_stream.get());
         ending = std::move(m_stream);
+        // The user's, and not to be kept alive by what the library takes its time with.
+        observer.swap(m_observer);
     }
     // The library takes seconds to end the stream of a camera that has died. Until then it may
     // write to the frames and call back.
@@ -199,10 +202,15 @@ void Acquisition::onStream(void* acquisition, ArvStreamCallbackType type, ArvBuf
 
 void Acquisition::bufferDone() {
     const std::lock_guard delivery(m_delivery);
-    ArvStream* const stream = m_delivering.load();
-    const GObjectPtr<ArvBuffer> buffer(stream ? arv_stream_try_pop_buffer(stream) : nullptr);
-    // A frame that ends because the stream does was not received.
-    if (!buffer || m_stopping)
+    GObjectPtr<ArvBuffer> buffer;
+    {
+        const std::lock_guard lock(m_mutex);
+        // A frame that ends because the stream does was not received.
+        if (!m_stream || m_stopping)
+            return;
+        buffer.reset(arv_stream_try_pop_buffer(m_stream.get()));
+    }
+    if (!buffer)
         return;
     deliver(*static_cast<GenicamFrame*>(const_cast<void*>(arv_buffer_get_user_data(buffer.get()))));
 }
@@ -215,7 +223,7 @@ void Acquisition::deliver(GenicamFrame& frame) {
     std::size_t size = 0;
     arv_buffer_get_data(buffer, &size);
     const std::uint64_t mismatches =
-        m_mismatchInfo ? arv_stream_get_info_uint64(m_delivering.load(), *m_mismatchInfo) : 0;
+        m_mismatchInfo ? arv_stream_get_info_uint64(m_stream.get(), *m_mismatchInfo) : 0;
     if (frame.m_status == OrvFrameStatusComplete &&
         (size != m_payload || mismatches != m_sizeMismatches))
         frame.m_status = OrvFrameStatusTooSmall;

@@ -58,7 +58,8 @@ private:
     void deliver(GenicamFrame& frame);
 
     const std::shared_ptr<DeviceSession> m_device;
-    const std::shared_ptr<OrvCPP::IFrameObserver> m_observer;
+    /// Not taken away while a frame is delivered.
+    std::shared_ptr<OrvCPP::IFrameObserver> m_observer;
     StreamPath m_path;
     std::size_t m_payload = 0;
     std::vector<std::shared_ptr<GenicamFrame>> m_frames;
@@ -67,15 +68,14 @@ private:
     std::optional<guint> m_mismatchInfo;
     std::uint64_t m_sizeMismatches = 0;
 
-    /// The stream as the thread that delivers sees it.
-    std::atomic<ArvStream*> m_delivering{nullptr};
     std::atomic<bool> m_stopping{false};
-    /// Held while a frame is delivered, so that stop() can wait for that.
+    /// Held while a frame is delivered, so that stop() can wait for that. Taken before m_mutex.
     std::mutex m_delivery;
     mutable std::mutex m_mutex;
     /// Guarded by the mutex.
     std::vector<StreamCount> m_lastCounts;
-    /// Destroyed first: it ends the thread that works on all the others.
+    /// Guarded by the mutex, and not taken away while a frame is delivered. Destroyed first: it
+    /// ends the thread that works on all the others.
     GObjectPtr<ArvStream> m_stream;
 };
 

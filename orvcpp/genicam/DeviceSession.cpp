@@ -61,22 +61,6 @@ OrvErrorType settleControl(ArvDevice* device, OrvAccessModeType mode) {
     return fault.code();
 }
 
-void onControlLost(ArvDevice* /*device*/, gpointer data) {
-    static_cast<std::function<void()>*>(data)->operator()();
-}
-
-void forgetControlLost(gpointer data, GClosure* /*closure*/) {
-    const std::unique_ptr<std::function<void()>> forgotten(
-        static_cast<std::function<void()>*>(data));
-}
-
-/// Calls \p lost on the library's own thread when the camera has gone to somebody else.
-void watchControl(ArvDevice* device, std::function<void()> lost) {
-    auto kept = std::make_unique<std::function<void()>>(std::move(lost));
-    g_signal_connect_data(device, "control-lost", G_CALLBACK(onControlLost), kept.release(),
-                          forgetControlLost, GConnectFlags{});
-}
-
 void setPolicies(ArvDevice* device) {
     // A view asks for what it shows, and a remembered value would be an old one; ranges and access
     // are checked before the library sees a value.
@@ -105,8 +89,7 @@ OrvErrorType DeviceSession::open() {
     m_watch = std::thread(&DeviceSession::watch, this);
     auto features = std::make_shared<std::shared_ptr<const FeatureCatalogue>>();
     const OrvErrorType error = m_thread->call(
-        [device = m_device, record = m_record, mode = m_mode, features,
-         thread = std::weak_ptr<DeviceThread>(m_thread)]() -> OrvErrorType {
+        [device = m_device, record = m_record, mode = m_mode, features]() -> OrvErrorType {
             Fault fault;
             GObjectPtr<ArvDevice> made = makeDevice(record, fault);
             if (!made)
@@ -117,24 +100,23 @@ OrvErrorType DeviceSession::open() {
             if (!description)
                 return OrvErrorFeaturesUnavailable;
             setPolicies(made.get());
-            watchControl(made.get(), [thread] {
-                if (const auto kept = thread.lock())
-                    kept->lose();
-            });
             *features = std::make_shared<FeatureCatalogue>(description);
             *device = std::move(made);
             return OrvErrorSuccess;
         },
         longCallLimit);
-    if (!error)
-        m_features = *features;
-    return error;
+    if (error)
+        return error;
+    m_features = *features;
+    m_isOpen = true;
+    return OrvErrorSuccess;
 }
 
 void DeviceSession::close() {
     if (m_isClosed.exchange(true))
         return;
     stopWatching();
+    m_isOpen = false;
     auto release = [device = m_device]() -> OrvErrorType {
         device->reset();
         return OrvErrorSuccess;
@@ -164,10 +146,31 @@ void DeviceSession::noteLife() {
     m_lastLife.store(nowNanoseconds(), std::memory_order_relaxed);
 }
 
-bool DeviceSession::answers() const {
+DeviceSession::Sign DeviceSession::ask() const {
     if (m_record.type == OrvTransportLayerTypeU3V)
-        return !m_record.usb || m_record.usb->isPresent();
-    return Gvcp(m_record.address, askWait, 1).readRegister(privilegeRegister).has_value();
+        return !m_record.usb || m_record.usb->isPresent() ? Sign::Life : Sign::None;
+    const auto answer = Gvcp(m_record.address, askWait, 1).readRegister(privilegeRegister);
+    if (!answer)
+        return Sign::None;
+    // A camera that was switched off and on again lives, but nobody controls it.
+    const bool isFree = Gvcp::value(*answer) == 0U;
+    return isFree && m_isOpen && m_mode == OrvAccessModeFull ? Sign::ControlLost : Sign::Life;
+}
+
+void DeviceSession::lookForLife() {
+    const auto silence = [this] {
+        return std::chrono::nanoseconds(nowNanoseconds() -
+                                        m_lastLife.load(std::memory_order_relaxed));
+    };
+    if (silence() > quietLimit) {
+        const Sign sign = ask();
+        if (sign == Sign::Life)
+            noteLife();
+        if (sign == Sign::ControlLost)
+            m_thread->lose();
+    }
+    if (silence() > (m_thread->isBusy() ? busyLostLimit : lostLimit))
+        m_thread->lose();
 }
 
 void DeviceSession::watch() {
@@ -179,14 +182,7 @@ void DeviceSession::watch() {
     bool told = false;
     while (!m_watchChanged.wait_for(lock, watchInterval, ends) && !told) {
         lock.unlock();
-        const auto silence = [this] {
-            return std::chrono::nanoseconds(nowNanoseconds() -
-                                            m_lastLife.load(std::memory_order_relaxed));
-        };
-        if (silence() > quietLimit && answers())
-            noteLife();
-        if (silence() > (m_thread->isBusy() ? busyLostLimit : lostLimit))
-            m_thread->lose();
+        lookForLife();
         if (m_thread->isLost()) {
             told = true;
             m_lost();

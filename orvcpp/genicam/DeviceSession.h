@@ -74,8 +74,13 @@ public:
 private:
     using Device = std::shared_ptr<GObjectPtr<ArvDevice>>;
 
+    enum class Sign { None, Life, ControlLost };
+
     void watch();
-    bool answers() const;
+    void lookForLife();
+    /// Not by the library's own signal of a lost control: it comes on a thread that the device
+    /// owns, and holds the device meanwhile, so that the device might end on its own thread.
+    Sign ask() const;
     void stopWatching();
 
     const CameraRecord m_record;
@@ -85,6 +90,7 @@ private:
     /// What it points at is used on the device's thread only.
     const Device m_device = std::make_shared<GObjectPtr<ArvDevice>>();
     std::shared_ptr<const FeatureCatalogue> m_features;
+    std::atomic<bool> m_isOpen{false};
     std::atomic<bool> m_isClosed{false};
     /// Steady clock, nanoseconds.
     std::atomic<std::int64_t> m_lastLife{0};

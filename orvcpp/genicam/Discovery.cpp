@@ -83,12 +83,16 @@ void Discovery::start() {
     m_changed.wait(lock, [this] { return m_hasLooked; });
 }
 
-void Discovery::stop() {
+void Discovery::askToStop() {
     {
         const std::lock_guard lock(m_mutex);
         m_quit = true;
     }
     m_changed.notify_all();
+}
+
+void Discovery::stop() {
+    askToStop();
     if (m_thread.joinable())
         m_thread.join();
 }

@@ -27,6 +27,8 @@ public:
 
     /// Begins, and returns when the first look is over.
     void start();
+    /// Lets the look that is under way be the last one, without waiting for it.
+    void askToStop();
     /// No call of \p found is made after this has returned. Waits for a look that is under way.
     void stop();
 

@@ -11,6 +11,9 @@ namespace orv::genicam {
 
 namespace {
 
+/// How long the end waits for the library to let go of cameras that have died.
+constexpr std::chrono::milliseconds stragglerLimit{500};
+
 class GenicamProvider final : public Provider {
 public:
     GenicamProvider(const GenicamSettings& settings, ProviderHost& host,
@@ -28,11 +31,13 @@ public:
 
     void shutDown() override {
         m_calls->end();
-        m_discovery.stop();
+        // A look takes a second, so it ends while the cameras are closed.
+        m_discovery.askToStop();
         for (const auto& camera : m_roster->all())
             camera->close();
+        m_discovery.stop();
         m_events->stop();
-        m_park->join();
+        m_park->join(stragglerLimit);
     }
 
     std::vector<Listed<OrvCPP::TransportLayer>> transportLayers() const override {

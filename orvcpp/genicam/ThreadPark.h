@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include <atomic>
+#include <chrono>
+#include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -10,22 +11,32 @@
 
 namespace orv::genicam {
 
-/// Owns threads that nobody waits for, but at the very end: the library returns only after seconds
-/// from a camera that has died. Thread-safe.
+/// Owns threads that nobody waits for, but at the very end: the library returns only after many
+/// seconds from a camera that has died. Thread-safe.
 class ThreadPark {
 public:
     ThreadPark() = default;
-    ~ThreadPark() { join(); }
+    ~ThreadPark();
     ThreadPark(const ThreadPark&) = delete;
     ThreadPark& operator=(const ThreadPark&) = delete;
 
+    /// \p body owns all that it touches.
     void start(std::function<void()> body);
-    /// Waits for every thread. Not to be called on one of them.
-    void join();
+    /// Waits for the threads, for \p limit in all. One that takes longer is left to itself: it
+    /// touches nothing but its own. Not to be called on one of them.
+    void join(std::chrono::milliseconds limit);
 
 private:
+    struct Flag {
+        std::mutex mutex;
+        std::condition_variable changed;
+        /// Guarded by the mutex.
+        bool isSet = false;
+
+        bool wait(std::chrono::steady_clock::time_point end);
+    };
     struct Parked {
-        std::shared_ptr<std::atomic<bool>> finished;
+        std::shared_ptr<Flag> finished;
         std::thread thread;
     };
 

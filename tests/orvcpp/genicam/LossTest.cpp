@@ -77,6 +77,56 @@ TEST_F(LostCamera, CameraThatFallsSilentIsLost) {
     expectReturn();
 }
 
+TEST_F(LostCamera, CameraThatWasSwitchedOffAndOnIsLostUntilItIsOpenedAgain) {
+    fake.kill();
+    fake.restart();
+    std::int64_t value = 0;
+    EXPECT_TRUE(eventually([&] { return width->GetValue(value) == OrvErrorNotFound; }));
+    EXPECT_LT(tryEverything(), milliseconds(500));
+    expectReturn();
+}
+
+/// Notes what is told of cameras.
+class Listener : public OrvCPP::ICameraListObserver {
+public:
+    void CameraListChanged(const std::shared_ptr<OrvCPP::Camera>& /*camera*/,
+                           OrvUpdateTriggerType reason) override {
+        const std::lock_guard lock(m_mutex);
+        if (reason != OrvUpdateTriggerOpenStateChanged)
+            m_reasons.push_back(reason);
+    }
+    std::vector<OrvUpdateTriggerType> reasons() const {
+        const std::lock_guard lock(m_mutex);
+        return m_reasons;
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::vector<OrvUpdateTriggerType> m_reasons;
+};
+
+TEST_F(LostCamera, ListObserversAreToldThatItGoesAndThatItIsBack) {
+    const auto listener = std::make_shared<Listener>();
+    ASSERT_EQ(sdk::system().RegisterCameraListObserver(listener), OrvErrorSuccess);
+    fake.kill();
+    EXPECT_TRUE(eventually([&] { return listener->reasons().size() == 1; }));
+    fake.restart();
+    EXPECT_TRUE(eventually([&] { return listener->reasons().size() == 2; }));
+    EXPECT_EQ(listener->reasons(), (std::vector<OrvUpdateTriggerType>{OrvUpdateTriggerPluggedOut,
+                                                                      OrvUpdateTriggerPluggedIn}));
+}
+
+TEST_F(LostCamera, HoldsUpTheEndOfTheSdkForSecondsOnly) {
+    const auto receiver = std::make_shared<Receiver>(camera);
+    ASSERT_EQ(sdk::start(*camera, receiver), OrvErrorSuccess);
+    fake.kill();
+    const auto begun = Clock::now();
+    ASSERT_EQ(sdk::system().Shutdown(), OrvErrorSuccess);
+    EXPECT_LT(Clock::now() - begun, patience + milliseconds(1000));
+    std::int64_t value = 0;
+    EXPECT_EQ(width->GetValue(value), OrvErrorApiNotStarted);
+}
+
 TEST_F(LostCamera, PauseOfASecondIsNoLoss) {
     fake.pause();
     std::this_thread::sleep_for(milliseconds(1000));
