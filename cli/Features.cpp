@@ -212,8 +212,11 @@ QJsonObject Feature::describe() const {
         {QStringLiteral("readable"), m_info.readable},
         {QStringLiteral("writable"), m_info.writable},
     };
-    if (m_value)
+    if (m_value) {
         row[QStringLiteral("value")] = std::visit(ToJson(), *m_value);
+        // Exact, too, where a number of JSON is not: beyond 2^53.
+        row[QStringLiteral("valueText")] = valueText();
+    }
     if (isNumber(m_info.dataType)) {
         row[QStringLiteral("minimum")] = std::visit(ToJson(), m_info.minimum);
         row[QStringLiteral("maximum")] = std::visit(ToJson(), m_info.maximum);

@@ -139,13 +139,15 @@ TEST(Watch, redrawsItsTableOnATerminal) {
     EXPECT_THAT(text, HasSubstr("\x1b[5F\x1b[JMRD GigE Interface enp3s0  0.6"));
 }
 
-TEST(Interruption, endsABenchmarkAndTellsWhatWasCounted) {
+class InterruptionBy : public testing::TestWithParam<int> {};
+
+TEST_P(InterruptionBy, endsABenchmarkAndTellsWhatWasCounted) {
     SpanletProcess spanlet;
     spanlet.start({QStringLiteral("benchmark"), QStringLiteral("--interface"),
                    QStringLiteral("GEV-enp3s0"), QStringLiteral("--seconds"), QStringLiteral("60"),
                    QStringLiteral("--json"), QStringLiteral("-v")});
     spanlet.await("GEV-20844): Acquisition started successfully.");
-    spanlet.interrupt();
+    spanlet.interrupt(GetParam());
     EXPECT_EQ(spanlet.finish(), 0);
     EXPECT_THAT(spanlet.err().toStdString(),
                 HasSubstr("GEV-20844): Acquisition stopped successfully."));
@@ -153,6 +155,8 @@ TEST(Interruption, endsABenchmarkAndTellsWhatWasCounted) {
     EXPECT_LT(spanlet.json()[QStringLiteral("seconds")].toDouble(), 30);
     EXPECT_EQ(camerasOf(spanlet.json()).size(), 3);
 }
+
+INSTANTIATE_TEST_SUITE_P(Signals, InterruptionBy, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 TEST(Interruption, endsAWatch) {
     SpanletProcess spanlet;

@@ -105,6 +105,7 @@ TEST_P(Writes, andReadsBack) {
     EXPECT_EQ(document[QStringLiteral("camera")].toString(), QStringLiteral("GEV-21017"));
     const QJsonValue written = document[QStringLiteral("features")].toArray().first();
     EXPECT_EQ(written[QStringLiteral("value")], trip.expected);
+    EXPECT_EQ(written[QStringLiteral("valueText")].toString(), QLatin1String(trip.text));
     EXPECT_EQ(written[QStringLiteral("name")].toString(), feature.section(QLatin1Char(':'), -1));
 }
 

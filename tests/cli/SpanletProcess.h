@@ -38,7 +38,9 @@ public:
         }
     }
 
-    void interrupt() { ::kill(static_cast<pid_t>(m_process.processId()), SIGINT); }
+    void interrupt(int signal = SIGINT) {
+        ::kill(static_cast<pid_t>(m_process.processId()), signal);
+    }
 
     /// Its exit code; -1 when it ended in another way.
     int finish() {
