@@ -13,6 +13,7 @@ namespace {
 using testing::_;
 using testing::IsEmpty;
 using testing::NiceMock;
+using testing::Ref;
 using testing::Return;
 using testing::StrEq;
 using testing::StrictMock;
@@ -53,40 +54,27 @@ TEST(SystemWrapperTest, HandsArgumentsToTheSdkUnchanged) {
     const std::shared_ptr<OrvCPP::IInterfaceListObserver> interfaceObserver;
     const std::shared_ptr<OrvCPP::ICameraFactory> factory;
 
-    EXPECT_CALL(system, QueryVersion(testing::Ref(version))).WillOnce(Return(-1));
-    EXPECT_CALL(system, Startup()).WillOnce(Return(-2));
-    EXPECT_CALL(system, Startup(path)).WillOnce(Return(-3));
-    EXPECT_CALL(system, Shutdown()).WillOnce(Return(-4));
-    EXPECT_CALL(system, GetInterfaceByID(StrEq("if"), testing::Ref(interface)))
-        .WillOnce(Return(-5));
-    EXPECT_CALL(system, GetCameraByID(StrEq("cam"), testing::Ref(camera))).WillOnce(Return(-6));
-    EXPECT_CALL(system, GetTransportLayerByID(StrEq("tl"), testing::Ref(layer)))
-        .WillOnce(Return(-7));
-    EXPECT_CALL(system, RegisterCameraListObserver(testing::Ref(cameraObserver)))
-        .WillOnce(Return(-8));
-    EXPECT_CALL(system, UnregisterCameraListObserver(testing::Ref(cameraObserver)))
-        .WillOnce(Return(-9));
-    EXPECT_CALL(system, RegisterInterfaceListObserver(testing::Ref(interfaceObserver)))
-        .WillOnce(Return(-10));
-    EXPECT_CALL(system, UnregisterInterfaceListObserver(testing::Ref(interfaceObserver)))
-        .WillOnce(Return(-11));
-    EXPECT_CALL(system, RegisterCameraFactory(testing::Ref(factory))).WillOnce(Return(-12));
-    EXPECT_CALL(system, UnregisterCameraFactory()).WillOnce(Return(-13));
-
     EXPECT_EQ(&wrapper.GetInstance(), &system);
-    EXPECT_EQ(wrapper.QueryVersion(version), -1);
-    EXPECT_EQ(wrapper.Startup(), -2);
-    EXPECT_EQ(wrapper.Startup(path), -3);
-    EXPECT_EQ(wrapper.Shutdown(), -4);
-    EXPECT_EQ(wrapper.GetInterfaceByID("if", interface), -5);
-    EXPECT_EQ(wrapper.GetCameraByID("cam", camera), -6);
-    EXPECT_EQ(wrapper.GetTransportLayerByID("tl", layer), -7);
-    EXPECT_EQ(wrapper.RegisterCameraListObserver(cameraObserver), -8);
-    EXPECT_EQ(wrapper.UnregisterCameraListObserver(cameraObserver), -9);
-    EXPECT_EQ(wrapper.RegisterInterfaceListObserver(interfaceObserver), -10);
-    EXPECT_EQ(wrapper.UnregisterInterfaceListObserver(interfaceObserver), -11);
-    EXPECT_EQ(wrapper.RegisterCameraFactory(factory), -12);
-    EXPECT_EQ(wrapper.UnregisterCameraFactory(), -13);
+    int code = 0;
+// Each operation is named only once: what the SDK is to receive, and what the wrapper is given.
+#define FORWARDS(Operation, received, given)                                                       \
+    EXPECT_CALL(system, Operation received).WillOnce(Return(--code));                              \
+    EXPECT_EQ(wrapper.Operation given, code)
+
+    FORWARDS(QueryVersion, (Ref(version)), (version));
+    FORWARDS(Startup, (), ());
+    FORWARDS(Startup, (path), (path));
+    FORWARDS(Shutdown, (), ());
+    FORWARDS(GetInterfaceByID, (StrEq("if"), Ref(interface)), ("if", interface));
+    FORWARDS(GetCameraByID, (StrEq("cam"), Ref(camera)), ("cam", camera));
+    FORWARDS(GetTransportLayerByID, (StrEq("tl"), Ref(layer)), ("tl", layer));
+    FORWARDS(RegisterCameraListObserver, (Ref(cameraObserver)), (cameraObserver));
+    FORWARDS(UnregisterCameraListObserver, (Ref(cameraObserver)), (cameraObserver));
+    FORWARDS(RegisterInterfaceListObserver, (Ref(interfaceObserver)), (interfaceObserver));
+    FORWARDS(UnregisterInterfaceListObserver, (Ref(interfaceObserver)), (interfaceObserver));
+    FORWARDS(RegisterCameraFactory, (Ref(factory)), (factory));
+    FORWARDS(UnregisterCameraFactory, (), ());
+#undef FORWARDS
 }
 
 TEST(SystemWrapperTest, WrapsTheListsInTheirOrder) {
