@@ -8,7 +8,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 
 constexpr double margin = 0.05;
 const std::string error = "Error:" + cameraText;
@@ -126,30 +125,6 @@ INSTANTIATE_TEST_SUITE_P(
                     SearchCase{"StartsAtZeroWithoutPayload", 0, 50, 1000.0, 109'375,
                                Steps{500'000, 250'000, 125'000, 62'500, 93'750, 109'375}}),
     [](const auto& suite) { return suite.param.name; });
-
-/// Halving brackets the need: what is found misses the target by less than the tolerance, and is
-/// above the need by no more than two of the last steps.
-TEST(CameraAutoSet, FindsTheNeedOfAnyCameraWithinItsLastSteps) {
-    constexpr std::int64_t payload = 307'200;
-    constexpr double rate = 29.97;
-    constexpr double rounding = 20.0;
-    for (const double overhead : {1.0, 1.004, 1.03, 1.3, 3.7, 20.0}) {
-        const double need = static_cast<double>(payload) * rate * overhead;
-        for (const double share : {0.1, 0.3, 0.5, 0.7, 0.9, 1.0}) {
-            const auto maximum = static_cast<std::int64_t>(need / share) + 1;
-            ModelCamera camera(payload, 10, maximum, rate, overhead);
-            camera.features->written.clear();
-            const auto found = static_cast<double>(camera.autoSet());
-            const Steps& written = camera.features->written;
-            if (written.size() == 1)
-                continue; // Skipped, as so little is missing to the maximum.
-            const double range = static_cast<double>(maximum - written[1]);
-            const int iterations = static_cast<int>(written.size()) - 2;
-            EXPECT_GE(found, 0.995 * need - rounding);
-            EXPECT_LE(found, need + std::ldexp(range, 1 - iterations) + rounding);
-        }
-    }
-}
 
 TEST(CameraAutoSet, MissesTheTargetAtTheToleranceOnEitherSide) {
     ModelCamera camera(500, 10, 1'000'000, 200.0, 1.0);
