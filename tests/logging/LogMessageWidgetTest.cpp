@@ -3,6 +3,7 @@
 #include "logging/Log.h"
 #include "logging/QtMessageHandler.h"
 #include "logging/ThreadLogStream.h"
+#include "tests/support/Resources.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -13,11 +14,6 @@
 
 #include <iostream>
 #include <thread>
-
-/// Outside of every namespace, as the macro wants it.
-static void initResources() {
-    Q_INIT_RESOURCE(resources);
-}
 
 namespace {
 

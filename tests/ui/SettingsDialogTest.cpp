@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/SettingsDialog.h"
 
+#include "tests/support/Resources.h"
 #include "ui/SettingsKeys.h"
 
 #include <QApplication>
@@ -28,11 +29,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-/// Outside of any namespace, as the macro demands.
-static void initResources() {
-    Q_INIT_RESOURCE(resources);
-}
 
 namespace {
 

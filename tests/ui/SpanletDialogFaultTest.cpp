@@ -3,6 +3,7 @@
 #include "OrvSimulation/Simulation.h"
 #include "engine/CameraHandler.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/Resources.h"
 #include "ui/BandwidthSliderWidget.h"
 #include "ui/CameraListModel.h"
 #include "ui/SpanletDialog.h"
@@ -17,11 +18,6 @@
 #include <QTest>
 #include <QTreeView>
 #include <gtest/gtest.h>
-
-/// Outside of any namespace, as the macro demands.
-static void initResources() {
-    Q_INIT_RESOURCE(resources);
-}
 
 namespace {
 

@@ -5,6 +5,7 @@
 #include "logging/QtMessageHandler.h"
 #include "logging/RowHeights.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/Resources.h"
 #include "tests/support/TextTree.h"
 #include "tests/ui/FakeCameras.h"
 #include "ui/BandwidthSliderWidget.h"
@@ -36,11 +37,6 @@
 #include <tuple>
 #include <vector>
 
-/// Outside of any namespace, as the macro demands.
-static void initResources() {
-    Q_INIT_RESOURCE(resources);
-}
-
 namespace {
 
 constexpr auto gigE = OrvTransportLayerTypeGEV;
@@ -52,8 +48,7 @@ protected:
     SpanletDialogTest() {
         initResources();
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_store.path());
-        QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
-            .setValue(QStringLiteral("Support Dialog/active"), false);
+        set("Support Dialog/active", false);
         m_first->bandwidth = 112'400'000;
         m_closed->opened = false;
         m_closed->warning = "Camera cannot be opened";
@@ -61,6 +56,11 @@ protected:
                                                    makeController(m_system));
     }
 
+    /// In the user's store.
+    static void set(const char* key, const QVariant& value) {
+        QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
+            .setValue(QLatin1String(key), value);
+    }
     template <class Widget> Widget& widget(const char* name) const {
         auto* found = m_dialog->findChild<Widget*>(QString::fromLatin1(name));
         return found != nullptr ? *found : throw std::runtime_error(name);
@@ -141,11 +141,8 @@ TEST_F(SpanletDialogTest, ComesUpWithTheFirstInterfaceSelected) {
     EXPECT_TRUE(widget<QGroupBox>("grpStatistics").isEnabled());
     EXPECT_TRUE(button("buttonRefresh").isEnabled());
     EXPECT_EQ(m_dialog->cursor().shape(), Qt::ArrowCursor);
-}
-
-TEST_F(SpanletDialogTest, HasNoButtonThatReturnTriggers) {
     for (const auto* found : m_dialog->findChildren<QPushButton*>())
-        EXPECT_FALSE(found->autoDefault()) << found->objectName().toStdString();
+        EXPECT_FALSE(found->autoDefault()) << found->objectName().toStdString() << " and Return";
 }
 
 TEST_F(SpanletDialogTest, OffersAutoSetWhereItCanBeDone) {
@@ -175,10 +172,8 @@ TEST_F(SpanletDialogTest, OffersAutoSetWhereItCanBeDone) {
 }
 
 TEST_F(SpanletDialogTest, SetsAnInterfaceWithTheStoredMargins) {
-    QSettings store(QStringLiteral("Meridane"), QStringLiteral("Spanlet"));
-    store.setValue(QStringLiteral("Safety Margins/interface_GigE"), 20);
-    store.setValue(QStringLiteral("Safety Margins/camera_GigE"), 10);
-    store.sync();
+    set("Safety Margins/interface_GigE", 20);
+    set("Safety Margins/camera_GigE", 10);
     m_first->need = 200'000'000;
     m_second->need = 1;
     QSignalSpy finished(m_dialog.get(), &SpanletDialog::autoSetInterfaceFinished);
@@ -303,8 +298,7 @@ TEST_F(SpanletDialogTest, ColoursTheSlidersOfThoseThatTookPart) {
 
 TEST_F(SpanletDialogTest, JudgesTheUseByTheStoredMargins) {
     EXPECT_EQ(usageToolTip(0, 1), QStringLiteral("Interface bandwidth usage is OK."));
-    QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
-        .setValue(QStringLiteral("Safety Margins/interface_GigE"), 21);
+    set("Safety Margins/interface_GigE", 21);
     emit m_dialog->settingsSaved();
     EXPECT_TRUE(usageToolTip(0, 1).contains(QStringLiteral("(21%)")));
 }
@@ -586,8 +580,7 @@ TEST_F(SpanletDialogTest, ShowsLogLinesOfTheWholeProcess) {
     EXPECT_EQ(row(2), "ERROR lost");
     EXPECT_EQ(row(0).rfind("WARNING careful", 0), 0U) << row(0);
 
-    QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
-        .setValue(QStringLiteral("ShowDebugMessages"), true);
+    set("ShowDebugMessages", true);
     emit m_dialog->settingsSaved();
     logDebug("shown");
     EXPECT_EQ(row(0), "DEBUG shown");

@@ -2,6 +2,7 @@
 #include "ui/SupportDialog.h"
 
 #include "tests/support/CapturedLog.h"
+#include "tests/support/Resources.h"
 #include "tests/ui/FakeCameras.h"
 #include "ui/SettingsKeys.h"
 #include "ui/SpanletDialog.h"
@@ -20,11 +21,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <gmock/gmock.h>
-
-/// Outside of any namespace, as the macro demands.
-static void initResources() {
-    Q_INIT_RESOURCE(resources);
-}
 
 namespace {
 
