@@ -1,0 +1,11 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_AT">
+<context>
+    <name>SpanletDialog</name>
+    <message>
+        <source>Orvia Spanlet</source>
+        <translation>Oesterreich</translation>
+    </message>
+</context>
+</TS>
