@@ -22,7 +22,7 @@ constexpr milliseconds askWait{250};
 /// Silence after which a camera is lost; more while it works on a call, as some cameras answer
 /// nothing else meanwhile.
 constexpr milliseconds lostLimit{1500};
-constexpr milliseconds busyLostLimit{2500};
+constexpr milliseconds busyLostLimit{2200};
 constexpr int privilegeTries = 3;
 
 std::int64_t nowNanoseconds() {
@@ -115,15 +115,16 @@ OrvErrorType DeviceSession::open() {
 void DeviceSession::close() {
     if (m_isClosed.exchange(true))
         return;
-    stopWatching();
     m_isOpen = false;
-    auto release = [device = m_device]() -> OrvErrorType {
+    const auto release = [device = m_device]() -> OrvErrorType {
         device->reset();
         return OrvErrorSuccess;
     };
-    // What ends with the device is heard of by others only when it has ended.
+    // What ends with the device is heard of by others only when it has ended. The camera may die
+    // even now, so it is watched until then.
     if (m_thread->call(release, callLimit) != OrvErrorSuccess)
         m_thread->post(release);
+    stopWatching();
     m_thread->quit();
 }
 
