@@ -1,10 +1,11 @@
 # SPDX-License-Identifier: BSD-3-Clause
 include(GoogleTest)
 
-# spanlet_test(NAME SOURCES ... LIBRARIES ... [MAIN file] [THREADS])
-# A test program, run without a display. THREADS marks it for the thread sanitizer.
+# spanlet_test(NAME SOURCES ... LIBRARIES ... [MAIN file] [THREADS] [ALONE])
+# A test program, run without a display. THREADS marks it for the thread sanitizer; ALONE is for one
+# that depends on its share of the processor: no other test runs beside its tests.
 function(spanlet_test NAME)
-    cmake_parse_arguments(PARSE_ARGV 1 TEST "THREADS" "MAIN" "SOURCES;LIBRARIES")
+    cmake_parse_arguments(PARSE_ARGV 1 TEST "THREADS;ALONE" "MAIN" "SOURCES;LIBRARIES")
     add_executable(${NAME} ${TEST_SOURCES} ${TEST_MAIN})
     target_link_libraries(${NAME} PRIVATE spanlet_options spanlet_test_support ${TEST_LIBRARIES}
                                           GTest::gmock)
@@ -17,8 +18,12 @@ function(spanlet_test NAME)
         set(labels LABELS threads)
         add_dependencies(tests_with_threads ${NAME})
     endif()
+    set(alone "")
+    if(TEST_ALONE)
+        set(alone RUN_SERIAL ON)
+    endif()
     gtest_discover_tests(
         ${NAME}
         DISCOVERY_TIMEOUT 60
-        PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT 120 ${labels})
+        PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT 120 ${labels} ${alone})
 endfunction()

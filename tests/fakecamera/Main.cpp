@@ -4,7 +4,9 @@
 #include <gmock/gmock.h>
 
 int main(int count, char** arguments) {
-    fakecamera::enterOwnNetwork();
+    if (!fakecamera::enterOwnNetwork()) {
+        fakecamera::waitForHostNetwork();
+    }
     testing::InitGoogleMock(&count, arguments);
     return RUN_ALL_TESTS();
 }

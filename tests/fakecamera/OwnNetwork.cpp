@@ -3,13 +3,17 @@
 
 #include "tests/fakecamera/UdpSocket.h"
 
+#include <fcntl.h>
 #include <net/if.h>
 #include <sched.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cstring>
+#include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <string>
 
 namespace fakecamera {
@@ -40,6 +44,16 @@ bool enterOwnNetwork() {
     std::strcpy(loopback.ifr_name, "lo");
     loopback.ifr_flags = IFF_UP | IFF_RUNNING;
     return ioctl(socket.descriptor(), SIOCSIFFLAGS, &loopback) == 0;
+}
+
+void waitForHostNetwork() {
+    const std::filesystem::path file =
+        std::filesystem::temp_directory_path() / "spanlet-fake-cameras.lock";
+    // Never closed: the lock ends with the program.
+    const int lock = open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+    if (lock < 0 || flock(lock, LOCK_EX) != 0) {
+        std::cerr << "Cannot lock " << file << ": tests that run at the same time disturb it.\n";
+    }
 }
 
 } // namespace fakecamera

@@ -9,4 +9,8 @@ namespace fakecamera {
 /// the program stays where it was.
 bool enterOwnNetwork();
 
+/// Waits until no other program has the host's network for its fake cameras, which would have the
+/// same addresses, and keeps it until this program ends.
+void waitForHostNetwork();
+
 } // namespace fakecamera
