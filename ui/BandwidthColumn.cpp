@@ -142,10 +142,6 @@ void BandwidthColumn::overwriteMaximum(const QModelIndex& interfaceRow, int band
     emit maximumChanged();
 }
 
-void BandwidthColumn::reloadCamera(const QModelIndex& camera) {
-    reload(camera);
-}
-
 void BandwidthColumn::reloadInterface(const QString& interfaceId) {
     for (const QModelIndex& interfaceRow : interfaceRows()) {
         if (nameOf(interfaceRow) != interfaceId)
@@ -154,12 +150,12 @@ void BandwidthColumn::reloadInterface(const QString& interfaceId) {
             const auto handler = m_model.cameraHandler(camera);
             // The others were left as they were, and have no outcome to show.
             if (handler->isOpened() && !handler->isLocked())
-                reload(camera);
+                reloadCamera(camera);
         }
     }
 }
 
-void BandwidthColumn::reload(const QModelIndex& camera) {
+void BandwidthColumn::reloadCamera(const QModelIndex& camera) {
     BandwidthSliderWidget* slider = sliderOf(camera);
     if (slider == nullptr)
         return;

@@ -57,7 +57,6 @@ private:
     void place(const QModelIndex& row, QWidget& widget);
     void showUsage(const QModelIndex& camera, int bandwidth);
     void overwriteMaximum(const QModelIndex& interfaceRow, int bandwidth);
-    void reload(const QModelIndex& camera);
     /// Column 0 of all interface rows.
     QModelIndexList interfaceRows() const;
     /// None when the row carries another widget, or none.
