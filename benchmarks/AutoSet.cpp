@@ -121,16 +121,7 @@ double bestMilliseconds(int count) {
 
 void interfaceAutoSetOf64Beside16(benchmark::State& state) {
     const SilencedLog silence;
-    double few = 0.0;
-    double many = 0.0;
-    for (auto _ : state) {
-        few = bestMilliseconds(16);
-        many = bestMilliseconds(64);
-    }
-    state.counters["ms_16"] = few;
-    state.counters["ms_64"] = many;
-    state.counters["growth"] = many / few;
-    judge(state, "growth 4.5 (linear: 4)", many <= growthLimit * few);
+    judgeGrowth(state, 16, 64, growthLimit, bestMilliseconds);
 }
 
 BENCHMARK(cameraAutoSet)

@@ -58,16 +58,7 @@ double bestMilliseconds(int count) {
 
 void enumerationOf256Beside64(benchmark::State& state) {
     const SilencedLog silence;
-    double few = 0.0;
-    double many = 0.0;
-    for (auto _ : state) {
-        few = bestMilliseconds(64);
-        many = bestMilliseconds(256);
-    }
-    state.counters["ms_64"] = few;
-    state.counters["ms_256"] = many;
-    state.counters["growth"] = many / few;
-    judge(state, "growth 4.5 (linear: 4)", many <= growthLimit * few);
+    judgeGrowth(state, 64, 256, growthLimit, bestMilliseconds);
 }
 
 BENCHMARK(enumeration)

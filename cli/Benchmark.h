@@ -46,7 +46,7 @@ QStringList benchmarkLines(const QJsonArray& cameras);
 /// The table, and a line on the time that it covers.
 QString benchmarkText(const QJsonObject& benchmark);
 
-/// The options --interface, --adjust-packet-size and --fail-on-loss.
+/// The options --interface and --adjust-packet-size.
 QList<QCommandLineOption> benchmarkOptions();
 /// The interface that --interface names, or the only one.
 const HostInterface& chosenInterface(const Cameras& cameras, const Arguments& arguments);

@@ -2,6 +2,7 @@
 #include "benchmarks/support/BenchmarkMain.h"
 
 #include <algorithm>
+#include <sstream>
 
 namespace {
 
@@ -41,4 +42,20 @@ int runBenchmarks(int argc, char** argv) {
 
 void judge(benchmark::State& state, const std::string& limit, bool kept) {
     state.SetLabel((kept ? std::string() : missedMark) + "limit: " + limit);
+}
+
+void judgeGrowth(benchmark::State& state, int few, int many, double limit,
+                 const std::function<double(int count)>& milliseconds) {
+    double costOfFew = 0.0;
+    double costOfMany = 0.0;
+    for (auto _ : state) {
+        costOfFew = milliseconds(few);
+        costOfMany = milliseconds(many);
+    }
+    state.counters["ms_" + std::to_string(few)] = costOfFew;
+    state.counters["ms_" + std::to_string(many)] = costOfMany;
+    state.counters["growth"] = costOfMany / costOfFew;
+    std::ostringstream text;
+    text << "growth " << limit << " (linear: " << many / few << ')';
+    judge(state, text.str(), costOfMany <= limit * costOfFew);
 }
