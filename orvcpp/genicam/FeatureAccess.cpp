@@ -6,8 +6,7 @@
 
 namespace orv::genicam {
 
-FeatureAccess::FeatureAccess(std::shared_ptr<sim::Session> calls,
-                             std::shared_ptr<DeviceSession> device)
+FeatureAccess::FeatureAccess(std::shared_ptr<Session> calls, std::shared_ptr<DeviceSession> device)
     : m_calls(std::move(calls)), m_device(std::move(device)) {}
 
 OrvErrorType FeatureAccess::enter(bool writing) const {

@@ -16,7 +16,7 @@ namespace orv::genicam {
 
 /// What all cameras share.
 struct CameraSurroundings {
-    std::shared_ptr<sim::Session> calls;
+    std::shared_ptr<Session> calls;
     std::shared_ptr<ThreadPark> park;
     PacketSocket packetSocket = PacketSocket::Automatic;
     /// Called without a lock when a camera was opened, closed or lost.

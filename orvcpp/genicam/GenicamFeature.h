@@ -3,7 +3,7 @@
 
 #include "orvcpp/genicam/DeviceSession.h"
 #include "orvcpp/genicam/FeatureDescription.h"
-#include "orvcpp/virtual/Session.h"
+#include "orvcpp/memory/Session.h"
 
 #include "OrvCPP/Feature.h"
 
@@ -18,7 +18,7 @@ namespace orv::genicam {
 /// The features of an opened camera, as they are handed out. Thread-safe.
 class FeatureAccess : public std::enable_shared_from_this<FeatureAccess> {
 public:
-    FeatureAccess(std::shared_ptr<sim::Session> calls, std::shared_ptr<DeviceSession> device);
+    FeatureAccess(std::shared_ptr<Session> calls, std::shared_ptr<DeviceSession> device);
 
     OrvErrorType getFeatureByName(const char* name, std::shared_ptr<OrvCPP::Feature>& feature);
     OrvErrorType getFeatures(std::shared_ptr<OrvCPP::Feature>* features, std::uint32_t& count);
@@ -42,7 +42,7 @@ private:
 
     std::shared_ptr<OrvCPP::Feature> featureOf(const Description& description);
 
-    const std::shared_ptr<sim::Session> m_calls;
+    const std::shared_ptr<Session> m_calls;
     const std::shared_ptr<DeviceSession> m_device;
     std::mutex m_mutex;
     /// Guarded by the mutex.

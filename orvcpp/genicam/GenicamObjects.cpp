@@ -35,10 +35,9 @@ std::string libraryVersion() {
            '.' + std::to_string(arv_get_micro_version());
 }
 
-std::shared_ptr<sim::FeatureModule> makeModule(const std::shared_ptr<sim::Session>& calls,
-                                               sim::FeatureSet features) {
-    return std::make_shared<sim::FeatureModule>(calls, std::make_shared<sim::Device>(),
-                                                std::move(features));
+std::shared_ptr<FeatureModule> makeModule(const std::shared_ptr<Session>& calls,
+                                          FeatureSet features) {
+    return std::make_shared<FeatureModule>(calls, std::make_shared<Device>(), std::move(features));
 }
 
 } // namespace
@@ -51,10 +50,10 @@ OrvErrorType queueFrame(const std::shared_ptr<OrvCPP::Frame>& frame) {
     return acquisition ? acquisition->queue(*ours) : OrvErrorInvalidCall;
 }
 
-GenicamTransportLayer::GenicamTransportLayer(const std::shared_ptr<sim::Session>& calls,
+GenicamTransportLayer::GenicamTransportLayer(const std::shared_ptr<Session>& calls,
                                              OrvTransportLayerType type,
                                              std::weak_ptr<const Roster> roster)
-    : VirtualContainer(
+    : MemoryContainer(
           makeModule(calls, makeTransportLayerFeatures(type, layerId(type), layerName(type)))),
       m_type(type), m_id(layerId(type)), m_name(layerName(type)), m_roster(std::move(roster)) {}
 
@@ -104,11 +103,11 @@ OrvErrorType GenicamTransportLayer::GetType(OrvTransportLayerType& type) const {
     return answer(type, m_type);
 }
 
-GenicamInterface::GenicamInterface(const std::shared_ptr<sim::Session>& calls,
+GenicamInterface::GenicamInterface(const std::shared_ptr<Session>& calls,
                                    const CameraRecord& camera,
                                    std::weak_ptr<OrvCPP::TransportLayer> layer,
                                    std::weak_ptr<const Roster> roster)
-    : VirtualContainer(makeModule(calls, makeInterfaceFeatures(camera, interfaceName(camera)))),
+    : MemoryContainer(makeModule(calls, makeInterfaceFeatures(camera, interfaceName(camera)))),
       m_type(camera.type), m_id(camera.interfaceId()), m_name(interfaceName(camera)),
       m_layer(std::move(layer)), m_roster(std::move(roster)) {}
 
@@ -138,9 +137,9 @@ OrvErrorType GenicamInterface::GetCameras(std::shared_ptr<OrvCPP::Camera>* camer
                   : OrvErrorApiNotStarted;
 }
 
-GenicamStream::GenicamStream(std::shared_ptr<sim::FeatureModule> module,
+GenicamStream::GenicamStream(std::shared_ptr<FeatureModule> module,
                              std::shared_ptr<DeviceSession> device)
-    : VirtualContainer(std::move(module)), m_device(std::move(device)) {}
+    : MemoryContainer(std::move(module)), m_device(std::move(device)) {}
 
 OrvErrorType GenicamStream::whileOpen(OrvErrorType code) const {
     if (const OrvErrorType error = enter())

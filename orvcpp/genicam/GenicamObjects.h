@@ -3,9 +3,9 @@
 
 #include "orvcpp/genicam/CameraRecord.h"
 #include "orvcpp/genicam/DeviceSession.h"
+#include "orvcpp/memory/Device.h"
+#include "orvcpp/memory/MemoryContainer.h"
 #include "orvcpp/system/Provider.h"
-#include "orvcpp/virtual/Device.h"
-#include "orvcpp/virtual/VirtualContainer.h"
 
 #include "OrvCPP/Interface.h"
 #include "OrvCPP/LocalDevice.h"
@@ -32,9 +32,9 @@ public:
 };
 
 /// The one transport layer of a kind of cameras.
-class GenicamTransportLayer final : public sim::VirtualContainer<OrvCPP::TransportLayer> {
+class GenicamTransportLayer final : public MemoryContainer<OrvCPP::TransportLayer> {
 public:
-    GenicamTransportLayer(const std::shared_ptr<sim::Session>& calls, OrvTransportLayerType type,
+    GenicamTransportLayer(const std::shared_ptr<Session>& calls, OrvTransportLayerType type,
                           std::weak_ptr<const Roster> roster);
 
     const std::string& id() const { return m_id; }
@@ -59,10 +59,10 @@ private:
 };
 
 /// A network adapter or a USB controller with cameras.
-class GenicamInterface final : public sim::VirtualContainer<OrvCPP::Interface> {
+class GenicamInterface final : public MemoryContainer<OrvCPP::Interface> {
 public:
     /// The interface through which \p camera is reached.
-    GenicamInterface(const std::shared_ptr<sim::Session>& calls, const CameraRecord& camera,
+    GenicamInterface(const std::shared_ptr<Session>& calls, const CameraRecord& camera,
                      std::weak_ptr<OrvCPP::TransportLayer> layer,
                      std::weak_ptr<const Roster> roster);
 
@@ -85,7 +85,7 @@ private:
 };
 
 /// Lets features in this host's memory be reached while a camera is open.
-class WhileOpen final : public sim::Device {
+class WhileOpen final : public Device {
 public:
     explicit WhileOpen(std::shared_ptr<DeviceSession> device) : m_device(std::move(device)) {}
     OrvErrorType admits(bool writing) const override { return m_device->admits(writing); }
@@ -94,18 +94,17 @@ private:
     const std::shared_ptr<DeviceSession> m_device;
 };
 
-class GenicamLocalDevice final : public sim::VirtualContainer<OrvCPP::LocalDevice> {
+class GenicamLocalDevice final : public MemoryContainer<OrvCPP::LocalDevice> {
 public:
-    explicit GenicamLocalDevice(std::shared_ptr<sim::FeatureModule> module)
-        : VirtualContainer(std::move(module)) {}
+    explicit GenicamLocalDevice(std::shared_ptr<FeatureModule> module)
+        : MemoryContainer(std::move(module)) {}
 };
 
 /// The stream of an opened camera. Frames are captured through the camera's continuous
 /// acquisition; capturing into frames of the user's own is not supported.
-class GenicamStream final : public sim::VirtualContainer<OrvCPP::Stream> {
+class GenicamStream final : public MemoryContainer<OrvCPP::Stream> {
 public:
-    GenicamStream(std::shared_ptr<sim::FeatureModule> module,
-                  std::shared_ptr<DeviceSession> device);
+    GenicamStream(std::shared_ptr<FeatureModule> module, std::shared_ptr<DeviceSession> device);
 
     /// OrvErrorAlreadyDone: a stream is open as long as its camera is.
     OrvErrorType Open() override;

@@ -2,8 +2,8 @@
 #include "orvcpp/genicam/GenicamProvider.h"
 
 #include "orvcpp/genicam/CameraRoster.h"
-#include "orvcpp/virtual/EventThread.h"
-#include "orvcpp/virtual/Session.h"
+#include "orvcpp/memory/EventThread.h"
+#include "orvcpp/memory/Session.h"
 
 #include <utility>
 
@@ -18,7 +18,7 @@ class GenicamProvider final : public Provider {
 public:
     GenicamProvider(const GenicamSettings& settings, ProviderHost& host,
                     const std::shared_ptr<CallGate>& gate)
-        : m_host(host), m_calls(std::make_shared<sim::Session>(gate, std::chrono::microseconds(0))),
+        : m_host(host), m_calls(std::make_shared<Session>(gate, std::chrono::microseconds(0))),
           m_roster(CameraRoster::make(surroundings(settings), host)),
           m_discovery(settings.sysfs,
                       [this](const auto& found, auto begun) { onFound(found, begun); }) {}
@@ -82,9 +82,9 @@ private:
     }
 
     ProviderHost& m_host;
-    const std::shared_ptr<sim::Session> m_calls;
+    const std::shared_ptr<Session> m_calls;
     const std::shared_ptr<ThreadPark> m_park = std::make_shared<ThreadPark>();
-    const std::shared_ptr<sim::EventThread> m_events = std::make_shared<sim::EventThread>();
+    const std::shared_ptr<EventThread> m_events = std::make_shared<EventThread>();
     const std::shared_ptr<CameraRoster> m_roster;
     Discovery m_discovery;
 };

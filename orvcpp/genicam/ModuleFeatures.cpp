@@ -7,10 +7,6 @@
 
 namespace orv::genicam {
 
-using sim::FeatureNode;
-using sim::FeatureSet;
-using sim::Value;
-
 namespace {
 
 constexpr std::int64_t anyNumber = std::numeric_limits<std::int64_t>::max();

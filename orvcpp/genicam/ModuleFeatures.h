@@ -3,7 +3,7 @@
 
 #include "orvcpp/genicam/CameraRecord.h"
 #include "orvcpp/genicam/StreamPath.h"
-#include "orvcpp/virtual/FeatureSet.h"
+#include "orvcpp/memory/FeatureSet.h"
 
 #include <cstdint>
 #include <functional>
@@ -13,11 +13,11 @@ namespace orv::genicam {
 
 /// The features of what is not the camera itself: they lie in this host's memory.
 
-sim::FeatureSet makeTransportLayerFeatures(OrvTransportLayerType type, const std::string& id,
-                                           const std::string& name);
+FeatureSet makeTransportLayerFeatures(OrvTransportLayerType type, const std::string& id,
+                                      const std::string& name);
 /// The interface through which \p camera is reached.
-sim::FeatureSet makeInterfaceFeatures(const CameraRecord& camera, const std::string& name);
-sim::FeatureSet makeLocalDeviceFeatures(const CameraRecord& camera, const std::string& id);
+FeatureSet makeInterfaceFeatures(const CameraRecord& camera, const std::string& name);
+FeatureSet makeLocalDeviceFeatures(const CameraRecord& camera, const std::string& id);
 
 /// What a stream's features ask and change.
 struct StreamControl {
@@ -27,12 +27,12 @@ struct StreamControl {
     /// Bytes.
     std::function<std::int64_t()> packetSize;
     std::function<void(std::int64_t bytes)> setPacketSize;
-    std::function<sim::IntegerLimits()> packetSizeLimits;
+    std::function<IntegerLimits()> packetSizeLimits;
     /// Finds the largest packet size that reaches this host, and sets it.
     std::function<void()> adjustPacketSize;
 };
 
-sim::FeatureSet makeStreamFeatures(const CameraRecord& camera, const StreamPath& path,
-                                   StreamControl control);
+FeatureSet makeStreamFeatures(const CameraRecord& camera, const StreamPath& path,
+                              StreamControl control);
 
 } // namespace orv::genicam

@@ -43,7 +43,7 @@ void adjustPacketSize(const DeviceSession& device) {
     });
 }
 
-sim::IntegerLimits readPacketLimits(const DeviceSession& device) {
+IntegerLimits readPacketLimits(const DeviceSession& device) {
     const auto limits = std::make_shared<node::Limits<std::int64_t>>();
     const auto feature = device.features()->find("GevSCPSPacketSize");
     const OrvErrorType error =
@@ -116,7 +116,7 @@ std::optional<std::uint64_t> Streaming::previousId() const {
     return m_previousId;
 }
 
-std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<sim::Session>& calls,
+std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<Session>& calls,
                                                std::shared_ptr<DeviceSession> device,
                                                PacketSocket packetSocket, const std::string& id) {
     auto made = std::make_shared<OpenedCamera>();
@@ -124,10 +124,10 @@ std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<sim::Sessio
     made->path = chooseStreamPath(record, packetSocket);
     made->streaming = std::make_shared<Streaming>();
     made->features = std::make_shared<FeatureAccess>(calls, device);
-    made->localDevice = std::make_shared<GenicamLocalDevice>(std::make_shared<sim::FeatureModule>(
+    made->localDevice = std::make_shared<GenicamLocalDevice>(std::make_shared<FeatureModule>(
         calls, std::make_shared<WhileOpen>(device), makeLocalDeviceFeatures(record, id)));
     made->stream = std::make_shared<GenicamStream>(
-        std::make_shared<sim::FeatureModule>(
+        std::make_shared<FeatureModule>(
             calls, std::make_shared<WhileOpen>(device),
             makeStreamFeatures(record, made->path, streamControl(device, made->streaming))),
         device);

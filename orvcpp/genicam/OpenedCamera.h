@@ -46,7 +46,7 @@ struct OpenedCamera {
 };
 
 /// Makes them around an opened device.
-std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<sim::Session>& calls,
+std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<Session>& calls,
                                                std::shared_ptr<DeviceSession> device,
                                                PacketSocket packetSocket, const std::string& id);
 

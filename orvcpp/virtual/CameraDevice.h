@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "orvcpp/memory/Device.h"
+#include "orvcpp/memory/Session.h"
 #include "orvcpp/virtual/CameraModel.h"
-#include "orvcpp/virtual/Device.h"
-#include "orvcpp/virtual/Session.h"
 
 #include "OrvCPP/Camera.h"
 

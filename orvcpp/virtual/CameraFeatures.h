@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "orvcpp/memory/FeatureSet.h"
 #include "orvcpp/virtual/CameraModel.h"
-#include "orvcpp/virtual/FeatureSet.h"
 #include "orvcpp/virtual/FrameSource.h"
 
 namespace orv::sim {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/virtual/Clock.h"
+#include "orvcpp/memory/Clock.h"
 #include "orvcpp/virtual/FrameSource.h"
 
 #include <condition_variable>

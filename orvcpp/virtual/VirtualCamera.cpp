@@ -28,7 +28,7 @@ Bytes makeMemory(const CameraData& data) {
 } // namespace
 
 VirtualCamera::VirtualCamera(std::shared_ptr<FeatureModule> module, VirtualCameraParts parts)
-    : VirtualContainer(std::move(module)), m_parts(std::move(parts)),
+    : MemoryContainer(std::move(module)), m_parts(std::move(parts)),
       m_localDevice(std::make_shared<VirtualLocalDevice>(m_parts.localDevice)),
       m_stream(std::make_shared<VirtualStream>(m_parts.stream, m_parts.device)),
       m_memory(makeMemory(m_parts.device->data())) {}

@@ -22,7 +22,7 @@ struct VirtualCameraParts {
 };
 
 /// The SDK's object for a simulated camera; there is one for each.
-class VirtualCamera final : public VirtualContainer<OrvCPP::Camera>,
+class VirtualCamera final : public MemoryContainer<OrvCPP::Camera>,
                             public std::enable_shared_from_this<VirtualCamera> {
 public:
     VirtualCamera(std::shared_ptr<FeatureModule> module, VirtualCameraParts parts);

@@ -37,7 +37,7 @@ OrvErrorType queueFrame(const std::shared_ptr<OrvCPP::Frame>& frame) {
 
 VirtualStream::VirtualStream(std::shared_ptr<FeatureModule> module,
                              std::shared_ptr<CameraDevice> device)
-    : VirtualContainer(std::move(module)), m_device(std::move(device)) {}
+    : MemoryContainer(std::move(module)), m_device(std::move(device)) {}
 
 OrvErrorType VirtualStream::whileOpen(OrvErrorType code) const {
     if (const OrvErrorType error = enter())
@@ -91,7 +91,7 @@ OrvErrorType VirtualStream::GetStreamBufferAlignment(std::uint32_t& alignment) c
 
 VirtualTransportLayer::VirtualTransportLayer(std::shared_ptr<FeatureModule> module,
                                              TransportLayerData data, ProviderHost& host)
-    : VirtualContainer(std::move(module)), m_data(std::move(data)), m_host(host) {}
+    : MemoryContainer(std::move(module)), m_data(std::move(data)), m_host(host) {}
 
 OrvErrorType VirtualTransportLayer::GetInterfaces(std::shared_ptr<OrvCPP::Interface>* interfaces,
                                                   std::uint32_t& count) const {
@@ -143,7 +143,7 @@ OrvErrorType VirtualTransportLayer::GetType(OrvTransportLayerType& type) const {
 VirtualInterface::VirtualInterface(std::shared_ptr<FeatureModule> module, InterfaceData data,
                                    OrvTransportLayerType type,
                                    std::weak_ptr<OrvCPP::TransportLayer> layer, ProviderHost& host)
-    : VirtualContainer(std::move(module)), m_data(std::move(data)), m_type(type),
+    : MemoryContainer(std::move(module)), m_data(std::move(data)), m_type(type),
       m_layer(std::move(layer)), m_host(host) {}
 
 OrvErrorType VirtualInterface::GetID(char* buffer, std::uint32_t& length) const {

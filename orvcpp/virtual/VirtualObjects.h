@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "orvcpp/memory/FeatureModule.h"
+#include "orvcpp/memory/MemoryContainer.h"
 #include "orvcpp/system/Provider.h"
 #include "orvcpp/virtual/CameraDevice.h"
-#include "orvcpp/virtual/FeatureModule.h"
 #include "orvcpp/virtual/Scenario.h"
-#include "orvcpp/virtual/VirtualContainer.h"
 
 #include "OrvCPP/LocalDevice.h"
 #include "OrvCPP/Stream.h"
@@ -19,15 +19,15 @@ namespace orv::sim {
 
 class VirtualCamera;
 
-class VirtualLocalDevice final : public VirtualContainer<OrvCPP::LocalDevice> {
+class VirtualLocalDevice final : public MemoryContainer<OrvCPP::LocalDevice> {
 public:
     explicit VirtualLocalDevice(std::shared_ptr<FeatureModule> module)
-        : VirtualContainer(std::move(module)) {}
+        : MemoryContainer(std::move(module)) {}
 };
 
 /// The stream of an opened simulated camera. Frames are captured through the camera's continuous
 /// acquisition; capturing into frames of the user's own is not supported.
-class VirtualStream final : public VirtualContainer<OrvCPP::Stream> {
+class VirtualStream final : public MemoryContainer<OrvCPP::Stream> {
 public:
     VirtualStream(std::shared_ptr<FeatureModule> module, std::shared_ptr<CameraDevice> device);
 
@@ -52,7 +52,7 @@ private:
 /// Hands a frame back to the acquisition that it came from.
 OrvErrorType queueFrame(const std::shared_ptr<OrvCPP::Frame>& frame);
 
-class VirtualTransportLayer final : public VirtualContainer<OrvCPP::TransportLayer> {
+class VirtualTransportLayer final : public MemoryContainer<OrvCPP::TransportLayer> {
 public:
     VirtualTransportLayer(std::shared_ptr<FeatureModule> module, TransportLayerData data,
                           ProviderHost& host);
@@ -82,7 +82,7 @@ private:
     std::vector<std::weak_ptr<VirtualCamera>> m_cameras;
 };
 
-class VirtualInterface final : public VirtualContainer<OrvCPP::Interface> {
+class VirtualInterface final : public MemoryContainer<OrvCPP::Interface> {
 public:
     VirtualInterface(std::shared_ptr<FeatureModule> module, InterfaceData data,
                      OrvTransportLayerType type, std::weak_ptr<OrvCPP::TransportLayer> layer,

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "orvcpp/memory/EventThread.h"
+#include "orvcpp/memory/Session.h"
 #include "orvcpp/system/CallGate.h"
 #include "orvcpp/system/Provider.h"
-#include "orvcpp/virtual/EventThread.h"
 #include "orvcpp/virtual/Scenario.h"
-#include "orvcpp/virtual/Session.h"
 #include "orvcpp/virtual/VirtualCamera.h"
 
 #include <map>

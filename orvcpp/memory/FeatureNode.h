@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/virtual/Clock.h"
+#include "orvcpp/memory/Clock.h"
 
 #include "OrvCPP/EnumEntry.h"
 #include "OrvCPP/OrvTypes.h"
@@ -15,7 +15,7 @@
 #include <variant>
 #include <vector>
 
-namespace orv::sim {
+namespace orv {
 
 using Bytes = std::vector<std::uint8_t>;
 /// Value of a feature; the number of the entry for an enumeration.
@@ -34,7 +34,7 @@ struct FloatLimits {
     double increment = 0;
 };
 
-/// One feature of a simulated module: its description, and what reading and writing it does.
+/// One feature of a module: its description, and what reading and writing it does.
 /// Not thread-safe: the module that owns it guards it.
 ///
 /// It is described by chained calls while its module is built:
@@ -184,4 +184,4 @@ private:
     OrvErrorType m_setError = OrvErrorSuccess;
 };
 
-} // namespace orv::sim
+} // namespace orv

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/virtual/VirtualFeature.h"
+#include "orvcpp/memory/MemoryFeature.h"
 
 #include "orvcpp/system/HandOut.h"
 
@@ -7,15 +7,15 @@
 #include <iterator>
 #include <utility>
 
-namespace orv::sim {
+namespace orv {
 
 using OrvCPP::EnumEntry;
 
-VirtualFeature::VirtualFeature(std::shared_ptr<FeatureModule> module, FeatureNode& node)
+MemoryFeature::MemoryFeature(std::shared_ptr<FeatureModule> module, FeatureNode& node)
     : m_module(std::move(module)), m_node(node) {}
 
-OrvErrorType VirtualFeature::GetValue(std::uint8_t* buffer, std::uint32_t& size,
-                                      std::uint32_t& sizeFilled) const {
+OrvErrorType MemoryFeature::GetValue(std::uint8_t* buffer, std::uint32_t& size,
+                                     std::uint32_t& sizeFilled) const {
     return m_module->read([&]() -> OrvErrorType {
         Bytes value;
         if (const OrvErrorType error = m_node.get(value))
@@ -26,11 +26,11 @@ OrvErrorType VirtualFeature::GetValue(std::uint8_t* buffer, std::uint32_t& size,
     });
 }
 
-OrvErrorType VirtualFeature::GetValue(bool& value) const {
+OrvErrorType MemoryFeature::GetValue(bool& value) const {
     return m_module->read([&] { return m_node.get(value); });
 }
 
-OrvErrorType VirtualFeature::GetValue(char* buffer, std::uint32_t& length) const {
+OrvErrorType MemoryFeature::GetValue(char* buffer, std::uint32_t& length) const {
     return m_module->read([&]() -> OrvErrorType {
         std::string value;
         if (m_node.type() == OrvFeatureDataEnum) {
@@ -46,15 +46,15 @@ OrvErrorType VirtualFeature::GetValue(char* buffer, std::uint32_t& length) const
     });
 }
 
-OrvErrorType VirtualFeature::GetValue(double& value) const {
+OrvErrorType MemoryFeature::GetValue(double& value) const {
     return m_module->read([&] { return m_node.get(value); });
 }
 
-OrvErrorType VirtualFeature::GetValue(std::int64_t& value) const {
+OrvErrorType MemoryFeature::GetValue(std::int64_t& value) const {
     return m_module->read([&] { return m_node.get(value); });
 }
 
-OrvErrorType VirtualFeature::GetValues(const char** values, std::uint32_t& count) const {
+OrvErrorType MemoryFeature::GetValues(const char** values, std::uint32_t& count) const {
     return m_module->read([&]() -> OrvErrorType {
         if (m_node.type() != OrvFeatureDataEnum)
             return OrvErrorWrongType;
@@ -65,7 +65,7 @@ OrvErrorType VirtualFeature::GetValues(const char** values, std::uint32_t& count
     });
 }
 
-OrvErrorType VirtualFeature::GetValues(std::int64_t* values, std::uint32_t& count) const {
+OrvErrorType MemoryFeature::GetValues(std::int64_t* values, std::uint32_t& count) const {
     return m_module->read([&]() -> OrvErrorType {
         if (m_node.type() != OrvFeatureDataEnum)
             return OrvErrorWrongType;
@@ -76,7 +76,7 @@ OrvErrorType VirtualFeature::GetValues(std::int64_t* values, std::uint32_t& coun
     });
 }
 
-OrvErrorType VirtualFeature::GetEntry(EnumEntry& entry, const char* name) const {
+OrvErrorType MemoryFeature::GetEntry(EnumEntry& entry, const char* name) const {
     return m_module->read([&]() -> OrvErrorType {
         if (m_node.type() != OrvFeatureDataEnum)
             return OrvErrorWrongType;
@@ -90,7 +90,7 @@ OrvErrorType VirtualFeature::GetEntry(EnumEntry& entry, const char* name) const 
     });
 }
 
-OrvErrorType VirtualFeature::GetEntries(EnumEntry* entries, std::uint32_t& count) const {
+OrvErrorType MemoryFeature::GetEntries(EnumEntry* entries, std::uint32_t& count) const {
     return m_module->read([&]() -> OrvErrorType {
         if (m_node.type() != OrvFeatureDataEnum)
             return OrvErrorWrongType;
@@ -98,7 +98,7 @@ OrvErrorType VirtualFeature::GetEntries(EnumEntry* entries, std::uint32_t& count
     });
 }
 
-OrvErrorType VirtualFeature::GetRange(std::int64_t& minimum, std::int64_t& maximum) const {
+OrvErrorType MemoryFeature::GetRange(std::int64_t& minimum, std::int64_t& maximum) const {
     return m_module->read([&]() -> OrvErrorType {
         const auto limits = m_node.integerLimits();
         if (!limits)
@@ -109,7 +109,7 @@ OrvErrorType VirtualFeature::GetRange(std::int64_t& minimum, std::int64_t& maxim
     });
 }
 
-OrvErrorType VirtualFeature::GetRange(double& minimum, double& maximum) const {
+OrvErrorType MemoryFeature::GetRange(double& minimum, double& maximum) const {
     return m_module->read([&]() -> OrvErrorType {
         const auto limits = m_node.floatingLimits();
         if (!limits)
@@ -120,17 +120,17 @@ OrvErrorType VirtualFeature::GetRange(double& minimum, double& maximum) const {
     });
 }
 
-OrvErrorType VirtualFeature::setValue(const Value& value) {
+OrvErrorType MemoryFeature::setValue(const Value& value) {
     return m_module->write(m_node, [&] { return m_node.set(value); });
 }
 
-OrvErrorType VirtualFeature::SetValue(const std::uint8_t* data, std::uint32_t size) {
+OrvErrorType MemoryFeature::SetValue(const std::uint8_t* data, std::uint32_t size) {
     if (!data)
         return m_module->read([] { return OrvErrorBadParameter; });
     return setValue(Bytes(data, std::next(data, size)));
 }
 
-OrvErrorType VirtualFeature::SetValue(const char* value) {
+OrvErrorType MemoryFeature::SetValue(const char* value) {
     return m_module->write(m_node, [&]() -> OrvErrorType {
         if (!value)
             return OrvErrorBadParameter;
@@ -143,19 +143,19 @@ OrvErrorType VirtualFeature::SetValue(const char* value) {
     });
 }
 
-OrvErrorType VirtualFeature::SetValue(bool value) {
+OrvErrorType MemoryFeature::SetValue(bool value) {
     return setValue(value);
 }
 
-OrvErrorType VirtualFeature::SetValue(double value) {
+OrvErrorType MemoryFeature::SetValue(double value) {
     return setValue(value);
 }
 
-OrvErrorType VirtualFeature::SetValue(std::int64_t value) {
+OrvErrorType MemoryFeature::SetValue(std::int64_t value) {
     return setValue(value);
 }
 
-OrvErrorType VirtualFeature::HasIncrement(bool& hasIncrement) const {
+OrvErrorType MemoryFeature::HasIncrement(bool& hasIncrement) const {
     return m_module->read([&]() -> OrvErrorType {
         const auto floating = m_node.floatingLimits();
         if (!floating && !m_node.integerLimits())
@@ -165,7 +165,7 @@ OrvErrorType VirtualFeature::HasIncrement(bool& hasIncrement) const {
     });
 }
 
-OrvErrorType VirtualFeature::GetIncrement(double& increment) const {
+OrvErrorType MemoryFeature::GetIncrement(double& increment) const {
     return m_module->read([&]() -> OrvErrorType {
         const auto limits = m_node.floatingLimits();
         if (!limits)
@@ -177,7 +177,7 @@ OrvErrorType VirtualFeature::GetIncrement(double& increment) const {
     });
 }
 
-OrvErrorType VirtualFeature::GetIncrement(std::int64_t& increment) const {
+OrvErrorType MemoryFeature::GetIncrement(std::int64_t& increment) const {
     return m_module->read([&]() -> OrvErrorType {
         const auto limits = m_node.integerLimits();
         if (!limits)
@@ -188,7 +188,7 @@ OrvErrorType VirtualFeature::GetIncrement(std::int64_t& increment) const {
 }
 
 template <typename Given>
-OrvErrorType VirtualFeature::availability(const Given& given, bool& available) const {
+OrvErrorType MemoryFeature::availability(const Given& given, bool& available) const {
     return m_module->read([&]() -> OrvErrorType {
         if (m_node.type() != OrvFeatureDataEnum)
             return OrvErrorWrongType;
@@ -200,83 +200,83 @@ OrvErrorType VirtualFeature::availability(const Given& given, bool& available) c
     });
 }
 
-OrvErrorType VirtualFeature::IsValueAvailable(std::int64_t value, bool& available) const {
+OrvErrorType MemoryFeature::IsValueAvailable(std::int64_t value, bool& available) const {
     return availability(value, available);
 }
 
-OrvErrorType VirtualFeature::IsValueAvailable(const char* value, bool& available) const {
+OrvErrorType MemoryFeature::IsValueAvailable(const char* value, bool& available) const {
     if (!value)
         return m_module->read([] { return OrvErrorBadParameter; });
     return availability(std::string(value), available);
 }
 
-OrvErrorType VirtualFeature::RunCommand() {
+OrvErrorType MemoryFeature::RunCommand() {
     return m_module->write(m_node, [&] { return m_node.run(Clock::now()); });
 }
 
-OrvErrorType VirtualFeature::IsCommandDone(bool& done) const {
+OrvErrorType MemoryFeature::IsCommandDone(bool& done) const {
     return m_module->read([&] { return m_node.isDone(done); });
 }
 
-OrvErrorType VirtualFeature::text(const std::string& text, char* buffer,
-                                  std::uint32_t& length) const {
+OrvErrorType MemoryFeature::text(const std::string& text, char* buffer,
+                                 std::uint32_t& length) const {
     return m_module->read([&] { return handOut(text, buffer, length); });
 }
 
 template <typename T, typename Get>
-OrvErrorType VirtualFeature::describe(T& result, const Get& get) const {
+OrvErrorType MemoryFeature::describe(T& result, const Get& get) const {
     return m_module->read([&] {
         result = get();
         return OrvErrorSuccess;
     });
 }
 
-OrvErrorType VirtualFeature::GetName(char* buffer, std::uint32_t& length) const {
+OrvErrorType MemoryFeature::GetName(char* buffer, std::uint32_t& length) const {
     return text(m_node.name(), buffer, length);
 }
 
-OrvErrorType VirtualFeature::GetDisplayName(char* buffer, std::uint32_t& length) const {
+OrvErrorType MemoryFeature::GetDisplayName(char* buffer, std::uint32_t& length) const {
     return text(m_node.displayName(), buffer, length);
 }
 
-OrvErrorType VirtualFeature::GetDataType(OrvFeatureDataType& type) const {
+OrvErrorType MemoryFeature::GetDataType(OrvFeatureDataType& type) const {
     return describe(type, [&] { return m_node.type(); });
 }
 
-OrvErrorType VirtualFeature::GetFlags(OrvFeatureFlagsType& flags) const {
+OrvErrorType MemoryFeature::GetFlags(OrvFeatureFlagsType& flags) const {
     return describe(flags, [&] { return m_node.flags(); });
 }
 
-OrvErrorType VirtualFeature::GetCategory(char* buffer, std::uint32_t& length) const {
+OrvErrorType MemoryFeature::GetCategory(char* buffer, std::uint32_t& length) const {
     return text(m_node.category(), buffer, length);
 }
 
-OrvErrorType VirtualFeature::GetUnit(char* buffer, std::uint32_t& length) const {
+OrvErrorType MemoryFeature::GetUnit(char* buffer, std::uint32_t& length) const {
     return text(m_node.unit(), buffer, length);
 }
 
-OrvErrorType VirtualFeature::GetRepresentation(char* buffer, std::uint32_t& length) const {
+OrvErrorType MemoryFeature::GetRepresentation(char* buffer, std::uint32_t& length) const {
     return text(m_node.representation(), buffer, length);
 }
 
-OrvErrorType VirtualFeature::GetVisibility(OrvFeatureVisibilityType& visibility) const {
+OrvErrorType MemoryFeature::GetVisibility(OrvFeatureVisibilityType& visibility) const {
     return describe(visibility, [&] { return m_node.visibility(); });
 }
 
-OrvErrorType VirtualFeature::GetToolTip(char* buffer, std::uint32_t& length) const {
+OrvErrorType MemoryFeature::GetToolTip(char* buffer, std::uint32_t& length) const {
     return text(m_node.description(), buffer, length);
 }
 
-OrvErrorType VirtualFeature::GetDescription(char* buffer, std::uint32_t& length) const {
+OrvErrorType MemoryFeature::GetDescription(char* buffer, std::uint32_t& length) const {
     return text(m_node.description(), buffer, length);
 }
 
-OrvErrorType VirtualFeature::GetSelectedFeatures(std::shared_ptr<OrvCPP::Feature>* features,
-                                                 std::uint32_t& count) const {
+OrvErrorType MemoryFeature::GetSelectedFeatures(std::shared_ptr<OrvCPP::Feature>* features,
+                                                std::uint32_t& count) const {
     return m_module->getFeatures(m_node.selected(), features, count);
 }
 
-OrvErrorType VirtualFeature::GetValidValueSet(std::int64_t* values, std::uint32_t& count) const {
+OrvErrorType MemoryFeature::GetValidValueSet(std::int64_t* values, std::uint32_t& count) const {
     return m_module->read([&]() -> OrvErrorType {
         if (m_node.validValueSet().empty())
             return OrvErrorValidValueSetNotPresent;
@@ -284,22 +284,22 @@ OrvErrorType VirtualFeature::GetValidValueSet(std::int64_t* values, std::uint32_
     });
 }
 
-OrvErrorType VirtualFeature::IsReadable(bool& readable) const {
+OrvErrorType MemoryFeature::IsReadable(bool& readable) const {
     return describe(readable, [&] { return m_node.isReadable(); });
 }
 
-OrvErrorType VirtualFeature::IsWritable(bool& writable) const {
+OrvErrorType MemoryFeature::IsWritable(bool& writable) const {
     return m_module->isWritable(m_node, writable);
 }
 
 OrvErrorType
-VirtualFeature::RegisterObserver(const std::shared_ptr<OrvCPP::IFeatureObserver>& observer) {
+MemoryFeature::RegisterObserver(const std::shared_ptr<OrvCPP::IFeatureObserver>& observer) {
     return m_module->registerObserver(m_node, observer);
 }
 
 OrvErrorType
-VirtualFeature::UnregisterObserver(const std::shared_ptr<OrvCPP::IFeatureObserver>& observer) {
+MemoryFeature::UnregisterObserver(const std::shared_ptr<OrvCPP::IFeatureObserver>& observer) {
     return m_module->unregisterObserver(m_node, observer);
 }
 
-} // namespace orv::sim
+} // namespace orv

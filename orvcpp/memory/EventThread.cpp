@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/virtual/EventThread.h"
+#include "orvcpp/memory/EventThread.h"
 
 #include "orvcpp/system/SdkThread.h"
 
 #include <utility>
 
-namespace orv::sim {
+namespace orv {
 
 EventThread::~EventThread() {
     stop();
@@ -56,4 +56,4 @@ void EventThread::run() {
     }
 }
 
-} // namespace orv::sim
+} // namespace orv

@@ -5,7 +5,7 @@
 
 #include <mutex>
 
-namespace orv::sim {
+namespace orv {
 
 /// What stands behind a module's features: guards them, and says whether they can be reached.
 class Device {
@@ -22,4 +22,4 @@ private:
     std::mutex m_mutex;
 };
 
-} // namespace orv::sim
+} // namespace orv

@@ -9,9 +9,9 @@
 #include <thread>
 #include <utility>
 
-namespace orv::sim {
+namespace orv {
 
-/// One run of a scenario, from start-up to shutdown: what every simulated object asks first at
+/// One run of a provider, from start-up to shutdown: what every object asks first at
 /// every call. Thread-safe.
 class Session {
 public:
@@ -37,4 +37,4 @@ private:
     std::atomic<bool> m_running{true};
 };
 
-} // namespace orv::sim
+} // namespace orv

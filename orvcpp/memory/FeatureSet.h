@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/virtual/FeatureNode.h"
+#include "orvcpp/memory/FeatureNode.h"
 
 #include <memory>
 #include <string>
 #include <vector>
 
-namespace orv::sim {
+namespace orv {
 
 /// The features of a module, in the order in which they were added. Not thread-safe.
 class FeatureSet {
@@ -51,4 +51,4 @@ private:
     std::vector<std::unique_ptr<FeatureNode>> m_nodes;
 };
 
-} // namespace orv::sim
+} // namespace orv

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/virtual/FeatureModule.h"
+#include "orvcpp/memory/FeatureModule.h"
 
-namespace orv::sim {
+namespace orv {
 
-/// A feature of a simulated module as the SDK hands it out. Keeps its module alive. Thread-safe.
-class VirtualFeature final : public OrvCPP::Feature {
+/// A feature of a module as the SDK hands it out. Keeps its module alive. Thread-safe.
+class MemoryFeature final : public OrvCPP::Feature {
 public:
-    VirtualFeature(std::shared_ptr<FeatureModule> module, FeatureNode& node);
+    MemoryFeature(std::shared_ptr<FeatureModule> module, FeatureNode& node);
 
     OrvErrorType GetValue(std::uint8_t* buffer, std::uint32_t& size,
                           std::uint32_t& sizeFilled) const override;
@@ -64,4 +64,4 @@ private:
     FeatureNode& m_node;
 };
 
-} // namespace orv::sim
+} // namespace orv

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/virtual/Clock.h"
+#include "orvcpp/memory/Clock.h"
 
 #include <condition_variable>
 #include <functional>
@@ -9,7 +9,7 @@
 #include <mutex>
 #include <thread>
 
-namespace orv::sim {
+namespace orv {
 
 /// Runs what is to happen at a time, one after the other, on a thread of its own. Thread-safe.
 class EventThread {
@@ -39,4 +39,4 @@ private:
     std::multimap<Clock::time_point, Event> m_events;
 };
 
-} // namespace orv::sim
+} // namespace orv

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/virtual/FeatureModule.h"
+#include "orvcpp/memory/FeatureModule.h"
 
+#include "orvcpp/memory/MemoryFeature.h"
 #include "orvcpp/system/HandOut.h"
-#include "orvcpp/virtual/VirtualFeature.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace orv::sim {
+namespace orv {
 
 FeatureModule::FeatureModule(std::shared_ptr<Session> session, std::shared_ptr<Device> device,
                              FeatureSet features)
@@ -118,7 +118,7 @@ bool FeatureModule::settleCommands() {
 }
 
 std::shared_ptr<OrvCPP::Feature> FeatureModule::featureOf(FeatureNode& node) {
-    return std::make_shared<VirtualFeature>(shared_from_this(), node);
+    return std::make_shared<MemoryFeature>(shared_from_this(), node);
 }
 
-} // namespace orv::sim
+} // namespace orv

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "orvcpp/memory/FeatureModule.h"
 #include "orvcpp/system/HandOut.h"
-#include "orvcpp/virtual/FeatureModule.h"
 
 #include <memory>
 #include <string>
 #include <utility>
 
-namespace orv::sim {
+namespace orv {
 
 /// What every object with features in memory does in the same way.
-template <typename Base> class VirtualContainer : public Base {
+template <typename Base> class MemoryContainer : public Base {
 public:
     OrvErrorType GetFeatureByName(const char* name,
                                   std::shared_ptr<OrvCPP::Feature>& feature) const final {
@@ -23,8 +23,7 @@ public:
     }
 
 protected:
-    explicit VirtualContainer(std::shared_ptr<FeatureModule> module)
-        : m_module(std::move(module)) {}
+    explicit MemoryContainer(std::shared_ptr<FeatureModule> module) : m_module(std::move(module)) {}
 
     FeatureModule& module() const { return *m_module; }
     /// Counts a call; an error when it is not to be carried out.
@@ -53,4 +52,4 @@ private:
     const std::shared_ptr<FeatureModule> m_module;
 };
 
-} // namespace orv::sim
+} // namespace orv

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/virtual/FeatureNode.h"
+#include "orvcpp/memory/FeatureNode.h"
 
 #include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <utility>
 
-namespace orv::sim {
+namespace orv {
 
 namespace {
 
@@ -346,4 +346,4 @@ bool FeatureNode::settle(Clock::time_point now) {
     return true;
 }
 
-} // namespace orv::sim
+} // namespace orv

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/virtual/Device.h"
-#include "orvcpp/virtual/FeatureSet.h"
-#include "orvcpp/virtual/Session.h"
+#include "orvcpp/memory/Device.h"
+#include "orvcpp/memory/FeatureSet.h"
+#include "orvcpp/memory/Session.h"
 
 #include "OrvCPP/Feature.h"
 
@@ -13,9 +13,9 @@
 #include <string>
 #include <vector>
 
-namespace orv::sim {
+namespace orv {
 
-/// The features of one simulated module as its SDK objects reach them. Thread-safe.
+/// The features of one module as its SDK objects reach them. Thread-safe.
 class FeatureModule : public std::enable_shared_from_this<FeatureModule> {
 public:
     FeatureModule(std::shared_ptr<Session> session, std::shared_ptr<Device> device,
@@ -91,4 +91,4 @@ private:
     std::map<const FeatureNode*, Observers> m_observers;
 };
 
-} // namespace orv::sim
+} // namespace orv

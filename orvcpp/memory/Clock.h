@@ -3,9 +3,9 @@
 
 #include <chrono>
 
-namespace orv::sim {
+namespace orv {
 
-/// What simulated cameras go by.
+/// The clock that events and simulated cameras go by.
 using Clock = std::chrono::steady_clock;
 
-} // namespace orv::sim
+} // namespace orv
