@@ -4,6 +4,7 @@
 #include "orvcpp/genicam/Fault.h"
 
 #include <algorithm>
+#include <initializer_list>
 
 namespace orv::genicam {
 
@@ -12,7 +13,10 @@ using OrvCPP::EnumEntry;
 namespace {
 
 /// Deeper than any camera nests its categories; a description may nest one in itself.
-constexpr int maximumDepth = 16;
+constexpr std::size_t maximumDepth = 16;
+/// Features that a camera has to have, but need not show in a category.
+constexpr const char* knownByNameOnly[] = {"PayloadSize", "TLParamsLocked", "AcquisitionStart",
+                                           "AcquisitionStop", "GevSCPSPacketSize"};
 
 /// The library answers nothing where the description has no text.
 std::string text(const char* given) {
@@ -131,28 +135,55 @@ bool allowsWriting(ArvGcFeatureNode* node) {
     return arv_gc_feature_node_get_actual_access_mode(node) != ARV_GC_ACCESS_MODE_RO;
 }
 
-/// A command can be polled when what it is written to can be read back.
-void describeCommand(FeatureDescription& feature) {
-    for (ArvDomNode* child = arv_dom_node_get_first_child(ARV_DOM_NODE(feature.node)); child;
+/// What a description says of a node in one of some ways; empty when it does not.
+ArvGcPropertyNode* propertyOf(ArvGcFeatureNode* node,
+                              std::initializer_list<ArvGcPropertyNodeType> types) {
+    for (ArvDomNode* child = arv_dom_node_get_first_child(ARV_DOM_NODE(node)); child;
          child = arv_dom_node_get_next_sibling(child)) {
         if (!ARV_IS_GC_PROPERTY_NODE(child))
             continue;
         auto* const property = ARV_GC_PROPERTY_NODE(child);
-        const ArvGcPropertyNodeType type = arv_gc_property_node_get_node_type(property);
-        if (type == ARV_GC_PROPERTY_NODE_TYPE_COMMAND_VALUE ||
-            type == ARV_GC_PROPERTY_NODE_TYPE_P_COMMAND_VALUE)
-            feature.commandValue = property;
-        if (type != ARV_GC_PROPERTY_NODE_TYPE_P_VALUE)
-            continue;
-        ArvGcNode* const linked = arv_gc_property_node_get_linked_node(property);
-        if (linked && ARV_IS_GC_INTEGER(linked) && allowsReading(ARV_GC_FEATURE_NODE(linked)))
-            feature.polled = ARV_GC_INTEGER(linked);
+        if (std::count(types.begin(), types.end(), arv_gc_property_node_get_node_type(property)))
+            return property;
     }
+    return nullptr;
+}
+
+/// The node that holds the value of another one; empty for one that holds its value itself.
+ArvGcFeatureNode* valueNodeOf(ArvGcFeatureNode* node) {
+    ArvGcPropertyNode* const property = propertyOf(node, {ARV_GC_PROPERTY_NODE_TYPE_P_VALUE});
+    ArvGcNode* const linked = property ? arv_gc_property_node_get_linked_node(property) : nullptr;
+    return linked && ARV_IS_GC_FEATURE_NODE(linked) ? ARV_GC_FEATURE_NODE(linked) : nullptr;
+}
+
+std::vector<ArvGcFeatureNode*> wayToValue(ArvGcFeatureNode* node) {
+    std::vector<ArvGcFeatureNode*> way;
+    for (; node && way.size() < maximumDepth; node = valueNodeOf(node))
+        way.push_back(node);
+    return way;
+}
+
+bool isImplemented(ArvGcFeatureNode* node) {
+    const std::vector<ArvGcFeatureNode*> way = wayToValue(node);
+    return std::all_of(way.begin(), way.end(), [](ArvGcFeatureNode* part) {
+        Fault fault;
+        return arv_gc_feature_node_is_implemented(part, fault.out()) != FALSE;
+    });
+}
+
+/// A command can be polled when what it is written to can be read back.
+void describeCommand(FeatureDescription& feature) {
+    feature.commandValue = propertyOf(feature.node, {ARV_GC_PROPERTY_NODE_TYPE_COMMAND_VALUE,
+                                                     ARV_GC_PROPERTY_NODE_TYPE_P_COMMAND_VALUE});
+    ArvGcFeatureNode* const written = valueNodeOf(feature.node);
+    if (written && ARV_IS_GC_INTEGER(written) && allowsReading(written))
+        feature.polled = ARV_GC_INTEGER(written);
 }
 
 std::shared_ptr<FeatureDescription> describe(ArvGcFeatureNode* node, const std::string& category) {
     auto feature = std::make_shared<FeatureDescription>();
     feature->node = node;
+    feature->wayToValue = wayToValue(node);
     feature->type = typeOf(node);
     feature->visibility = visibilityOf(node);
     feature->isReadable = feature->type != OrvFeatureDataCommand && allowsReading(node);
@@ -190,25 +221,35 @@ FeatureCatalogue::FeatureCatalogue(ArvGc* description) {
     ArvGcNode* const root = arv_gc_get_node(description, "Root");
     if (root && ARV_IS_GC_CATEGORY(root))
         addCategory(description, ARV_GC_CATEGORY(root), {}, 0);
+    for (const char* const name : knownByNameOnly) {
+        ArvGcFeatureNode* const node = newNode(description, name);
+        if (node && typeOf(node) != OrvFeatureDataUnknown)
+            m_byName.emplace(name, describe(node, {}));
+    }
+}
+
+/// A node that is there and that no category has shown before; empty when there is none.
+ArvGcFeatureNode* FeatureCatalogue::newNode(ArvGc* description, const char* name) const {
+    ArvGcNode* const node = arv_gc_get_node(description, name);
+    if (!node || !ARV_IS_GC_FEATURE_NODE(node) || m_byName.count(name) > 0)
+        return nullptr;
+    auto* const feature = ARV_GC_FEATURE_NODE(node);
+    return isImplemented(feature) ? feature : nullptr;
 }
 
 void FeatureCatalogue::addCategory(ArvGc* description, ArvGcCategory* category,
-                                   const std::string& path, int depth) {
+                                   const std::string& path, std::size_t depth) {
     if (depth > maximumDepth)
         return;
     for (const GSList* names = arv_gc_category_get_features(category); names; names = names->next) {
         const auto* const name = static_cast<const char*>(names->data);
-        ArvGcNode* const node = arv_gc_get_node(description, name);
-        if (!node || !ARV_IS_GC_FEATURE_NODE(node) || m_byName.count(name) > 0)
-            continue;
-        Fault fault;
-        auto* const feature = ARV_GC_FEATURE_NODE(node);
-        if (!arv_gc_feature_node_is_implemented(feature, fault.out()))
+        ArvGcFeatureNode* const node = newNode(description, name);
+        if (!node)
             continue;
         if (ARV_IS_GC_CATEGORY(node)) {
             addCategory(description, ARV_GC_CATEGORY(node), path + '/' + name, depth + 1);
-        } else if (typeOf(feature) != OrvFeatureDataUnknown) {
-            m_features.push_back(describe(feature, path));
+        } else if (typeOf(node) != OrvFeatureDataUnknown) {
+            m_features.push_back(describe(node, path));
             m_byName.emplace(m_features.back()->name, m_features.back());
         }
     }

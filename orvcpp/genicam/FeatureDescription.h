@@ -18,6 +18,9 @@ namespace orv::genicam {
 struct FeatureDescription {
     /// Belongs to the opened device, and is used on the device's thread only.
     ArvGcFeatureNode* node = nullptr;
+    /// The node, the one that holds its value, and so on: what keeps one of them from being used
+    /// keeps the feature.
+    std::vector<ArvGcFeatureNode*> wayToValue;
     OrvFeatureDataType type = OrvFeatureDataUnknown;
     OrvFeatureVisibilityType visibility = OrvFeatureVisibilityBeginner;
     bool isReadable = false;
@@ -54,12 +57,13 @@ public:
     const std::vector<std::shared_ptr<const FeatureDescription>>& features() const {
         return m_features;
     }
-    /// Empty when there is no such feature.
+    /// Also a feature that is in no category. Empty when there is no such feature.
     std::shared_ptr<const FeatureDescription> find(const std::string& name) const;
 
 private:
+    ArvGcFeatureNode* newNode(ArvGc* description, const char* name) const;
     void addCategory(ArvGc* description, ArvGcCategory* category, const std::string& path,
-                     int depth);
+                     std::size_t depth);
 
     std::vector<std::shared_ptr<const FeatureDescription>> m_features;
     std::map<std::string, std::shared_ptr<const FeatureDescription>> m_byName;

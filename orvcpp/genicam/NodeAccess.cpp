@@ -12,17 +12,31 @@ namespace {
 
 /// Share of an increment by which a value may miss it: numbers travel through conversions.
 constexpr double incrementTolerance = 1e-6;
+/// Bytes; a register with a description of its own may ask for anything.
+constexpr guint64 largestRegister = 16 * 1024 * 1024;
 
 OrvErrorType ofType(const FeatureDescription& feature, OrvFeatureDataType type) {
     return feature.type == type ? OrvErrorSuccess : OrvErrorWrongType;
 }
 
-OrvErrorType available(ArvGcFeatureNode* node) {
-    Fault fault;
-    const bool is = arv_gc_feature_node_is_available(node, fault.out());
-    if (const OrvErrorType error = fault.code())
-        return error;
-    return is ? OrvErrorSuccess : OrvErrorNotAvailable;
+/// Success when \p ask answers \p wanted of every node from the feature's to the one with its
+/// value, \p otherwise when one does not.
+OrvErrorType everyNode(const FeatureDescription& feature,
+                       gboolean (*ask)(ArvGcFeatureNode*, GError**), bool wanted,
+                       OrvErrorType otherwise) {
+    for (ArvGcFeatureNode* const node : feature.wayToValue) {
+        Fault fault;
+        const bool is = ask(node, fault.out()) != FALSE;
+        if (const OrvErrorType error = fault.code())
+            return error;
+        if (is != wanted)
+            return otherwise;
+    }
+    return OrvErrorSuccess;
+}
+
+OrvErrorType available(const FeatureDescription& feature) {
+    return everyNode(feature, &arv_gc_feature_node_is_available, true, OrvErrorNotAvailable);
 }
 
 /// Success when a feature is of the type and can be read now.
@@ -106,19 +120,15 @@ OrvErrorType setNumber(const FeatureDescription& feature, OrvFeatureDataType typ
 } // namespace
 
 OrvErrorType admitsReading(const FeatureDescription& feature) {
-    return feature.isReadable ? available(feature.node) : OrvErrorInvalidAccess;
+    return feature.isReadable ? available(feature) : OrvErrorInvalidAccess;
 }
 
 OrvErrorType admitsWriting(const FeatureDescription& feature) {
     if (!feature.isWritable)
         return OrvErrorInvalidAccess;
-    if (const OrvErrorType error = available(feature.node))
+    if (const OrvErrorType error = available(feature))
         return error;
-    Fault fault;
-    const bool isLocked = arv_gc_feature_node_is_locked(feature.node, fault.out());
-    if (const OrvErrorType error = fault.code())
-        return error;
-    return isLocked ? OrvErrorInvalidAccess : OrvErrorSuccess;
+    return everyNode(feature, &arv_gc_feature_node_is_locked, false, OrvErrorInvalidAccess);
 }
 
 OrvErrorType get(const FeatureDescription& feature, std::int64_t& value) {
@@ -167,6 +177,8 @@ OrvErrorType get(const FeatureDescription& feature, Bytes& value) {
     const guint64 length = arv_gc_register_get_length(ARV_GC_REGISTER(feature.node), fault.out());
     if (const OrvErrorType error = fault.code())
         return error;
+    if (length > largestRegister)
+        return OrvErrorResources;
     value.resize(length);
     arv_gc_register_get(ARV_GC_REGISTER(feature.node), value.data(), length, fault.out());
     return fault.code();

@@ -89,6 +89,7 @@ TEST_F(Streaming, FrameTellsItsImageAndLocksTheSettings) {
     ASSERT_EQ(set(*camera, "PixelFormat", "Mono16"), OrvErrorSuccess);
     const auto inspector = std::make_shared<Inspector>(camera);
     ASSERT_EQ(sdk::start(*camera, inspector), OrvErrorSuccess);
+    EXPECT_EQ(get<std::int64_t>(*camera, "TLParamsLocked"), 1) << "which no category shows";
     EXPECT_EQ(set(*camera, "Width", std::int64_t{160}), OrvErrorInvalidAccess);
     EXPECT_TRUE(eventually([&] {
         const std::lock_guard lock(inspector->mutex);
