@@ -3,9 +3,23 @@
 
 #include "orvcpp/genicam/ThreadPark.h"
 
+#include <exception>
 #include <utility>
 
 namespace orv::genicam {
+
+namespace {
+
+/// A camera's description may ask for more memory than there is.
+OrvErrorType resultOf(const DeviceThread::Work& work) {
+    try {
+        return work();
+    } catch (const std::exception&) {
+        return OrvErrorResources;
+    }
+}
+
+} // namespace
 
 std::shared_ptr<DeviceThread> DeviceThread::begin(ThreadPark& park) {
     auto made = std::make_shared<DeviceThread>();
@@ -21,6 +35,8 @@ OrvErrorType DeviceThread::call(Work work, std::chrono::milliseconds limit) {
         return OrvErrorNotFound;
     if (m_quit)
         return OrvErrorDeviceNotOpen;
+    if (isStuck())
+        return OrvErrorTimeout;
     m_jobs.push_back(job);
     m_posted.notify_one();
     ++m_waiting;
@@ -75,14 +91,16 @@ void DeviceThread::run() {
         m_jobs.pop_front();
         if (job->isAbandoned)
             continue;
+        m_running = job;
         Work work = std::move(job->work);
         lock.unlock();
-        const OrvErrorType result = work();
+        const OrvErrorType result = resultOf(work);
         // What the work owns goes on this thread, too, and without the lock.
         work = nullptr;
         lock.lock();
         job->result = result;
         job->isDone = true;
+        m_running.reset();
         m_finished.notify_all();
     }
 }

@@ -26,7 +26,8 @@ public:
     static std::shared_ptr<DeviceThread> begin(ThreadPark& park);
 
     /// The work's result; OrvErrorNotFound once the device is lost, OrvErrorTimeout after
-    /// \p limit.
+    /// \p limit, and at once while the device still keeps the thread with what somebody gave up
+    /// before: who asks for many things waits for one only.
     OrvErrorType call(Work work, std::chrono::milliseconds limit);
     /// Does the work later, and also for a device that is lost.
     void post(Work work);
@@ -48,12 +49,15 @@ private:
     };
 
     void run();
+    /// Whether the thread has a job that nobody waits for any more; with the mutex held.
+    bool isStuck() const { return m_running && m_running->isAbandoned; }
 
     mutable std::mutex m_mutex;
     std::condition_variable m_posted;
     std::condition_variable m_finished;
     /// All below and every job guarded by the mutex.
     std::deque<std::shared_ptr<Job>> m_jobs;
+    std::shared_ptr<Job> m_running;
     int m_waiting = 0;
     bool m_lost = false;
     bool m_quit = false;

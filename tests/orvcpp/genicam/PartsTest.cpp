@@ -1,14 +1,21 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/genicam/DeviceThread.h"
 #include "orvcpp/genicam/FrameIds.h"
 #include "orvcpp/genicam/NetworkAdapters.h"
+#include "orvcpp/genicam/ThreadPark.h"
 #include "orvcpp/genicam/UsbBus.h"
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <future>
+#include <memory>
+#include <new>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <unistd.h>
@@ -67,6 +74,33 @@ INSTANTIATE_TEST_SUITE_P(
         NumberCase{"incomplete with a stale number", 1, {}, {7, 8, -6, 10}, {7, 8, untrusted, 10}},
         NumberCase{"stale at first", 1, {}, {-500, 2}, {untrusted, 2}}));
 
+TEST(Calls, WaitForADeviceThatHangsOnlyOnceAndGoOnWhenItHasAnswered) {
+    using namespace std::chrono_literals;
+    orv::genicam::ThreadPark park;
+    const auto device = DeviceThread::begin(park);
+    EXPECT_EQ(device->call([]() -> OrvErrorType { throw std::bad_alloc(); }, 10s),
+              OrvErrorResources);
+
+    const auto answer = std::make_shared<std::promise<void>>();
+    const auto hang = [answer]() -> OrvErrorType {
+        answer->get_future().wait();
+        return OrvErrorSuccess;
+    };
+    EXPECT_EQ(device->call(hang, 10ms), OrvErrorTimeout);
+    const auto succeed = []() -> OrvErrorType {
+        return OrvErrorSuccess;
+    };
+    const auto begun = std::chrono::steady_clock::now();
+    EXPECT_EQ(device->call(succeed, 10s), OrvErrorTimeout);
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, 5s);
+    answer->set_value();
+    while (device->call(succeed, 10s) == OrvErrorTimeout)
+        std::this_thread::yield();
+    EXPECT_EQ(device->call(succeed, 10s), OrvErrorSuccess);
+    device->quit();
+    park.join(10s);
+}
+
 /// A USB tree as the kernel shows it, in a temporary folder.
 class UsbTree : public testing::Test {
 protected:
@@ -80,6 +114,7 @@ protected:
             std::ofstream(folder / name) << text << '\n';
         };
         write("busnum", "2");
+        write("devnum", "7");
         write("devpath", devpath);
         write("serial", serial);
         write("manufacturer", "Maker");
@@ -94,14 +129,16 @@ protected:
 
 TEST_F(UsbTree, DeviceTellsWhereItHangsAndWhoHasIt) {
     add("pci0000:00/0000:00:1c.4/0000:0a:00.1/usb2/2-1/2-1.4", "1.4", "S1");
+    add("pci0001:00/0001:00:00.0/0001:01:00.0/usb5/5-1", "1", "S0");
     add("platform/soc/usb3/3-2", "2", "S2");
     const auto devices = usbDevices(m_root);
-    ASSERT_EQ(devices.size(), 2U);
+    ASSERT_EQ(devices.size(), 3U);
     EXPECT_EQ(devices[0].serialNumber, "S1");
     EXPECT_EQ(devices[0].controller, "10-0-1") << "the bridge above it is not the controller";
     EXPECT_EQ(devices[0].location(), "::2/1/4");
     EXPECT_EQ(devices[0].linkSpeed, 5'000'000'000);
-    EXPECT_EQ(devices[1].controller, "bus2");
+    EXPECT_EQ(devices[1].controller, "1:1-0-0") << "of another PCI domain";
+    EXPECT_EQ(devices[2].controller, "bus2");
 
     EXPECT_FALSE(devices[0].isClaimed());
     const fs::path interface = devices[0].folder / "2-1.4:1.0";
@@ -113,6 +150,8 @@ TEST_F(UsbTree, DeviceTellsWhereItHangsAndWhoHasIt) {
     EXPECT_TRUE(devices[0].isPresent());
     fs::remove_all(devices[0].folder);
     EXPECT_FALSE(devices[0].isPresent());
+    std::ofstream(devices[1].folder / "devnum") << "8\n";
+    EXPECT_FALSE(devices[1].isPresent()) << "it was pulled and plugged in again";
 }
 
 TEST_F(UsbTree, HostWithoutUsbHasNoDevices) {
@@ -125,10 +164,21 @@ TEST(Network, AdapterIsTheOneOfTheRoute) {
     EXPECT_EQ(adapter->name, "lo");
     EXPECT_EQ(adapter->address, 0x7F000001U);
     EXPECT_TRUE(adapter->isLoopback);
-    EXPECT_EQ(adapter->linkSpeed, 0);
     EXPECT_FALSE(parseAddress("127.0.0"));
     EXPECT_EQ(macNumber("02:fc:00:00:00:01"), 0x02FC00000001U);
     EXPECT_EQ(macNumber("A-GUID"), 0U);
+}
+
+TEST(Network, SpeedOfALinkIsUnknownWhereTheKernelTellsNone) {
+    EXPECT_EQ(linkSpeed("lo"), 0);
+    const fs::path root = fs::path(testing::TempDir()) / ("net-tree-" + std::to_string(::getpid()));
+    fs::create_directories(root / "class/net/eth0");
+    for (const auto& [text, expected] :
+         {std::pair("10000", 10'000'000'000), std::pair("-1", 0L), std::pair("4294967295", 0L)}) {
+        std::ofstream(root / "class/net/eth0/speed") << text << '\n';
+        EXPECT_EQ(linkSpeed("eth0", root), expected) << text;
+    }
+    fs::remove_all(root);
 }
 
 } // namespace
