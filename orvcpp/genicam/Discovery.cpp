@@ -54,10 +54,16 @@ void complete(CameraRecord& record) {
     record.userName = name ? Gvcp::text(*name) : std::string();
 }
 
+/// Whether a text is the same for the kernel's files, which end where its blanks begin.
+bool isSame(const std::string& text, const std::string& kernels) {
+    return text.substr(0, text.find_last_not_of(' ') + 1) == kernels;
+}
+
 /// The kernel's device of a camera; of several that look the same, each is given out once.
 void locate(CameraRecord& record, std::vector<UsbDevice>& devices) {
     const auto found = std::find_if(devices.begin(), devices.end(), [&](const UsbDevice& device) {
-        return device.serialNumber == record.serialNumber && device.product == record.model;
+        return isSame(record.serialNumber, device.serialNumber) &&
+               isSame(record.model, device.product) && isSame(record.vendor, device.manufacturer);
     });
     if (record.hardwareId.empty())
         record.hardwareId = record.serialNumber;

@@ -23,17 +23,20 @@ std::string attribute(const fs::path& folder, const char* name) {
 }
 
 /// Place of the last PCI device on a path like /sys/devices/pci0000:00/0000:00:14.0/usb2/2-1: the
-/// bridges come before the controller.
+/// bridges come before the controller. The domain stands in front where a host has several.
 std::string pciLocation(const fs::path& folder) {
     std::string location;
     for (const fs::path& part : folder) {
+        unsigned domain = 0;
         unsigned bus = 0;
         unsigned device = 0;
         unsigned function = 0;
         char more = 0;
-        if (std::sscanf(part.c_str(), "%*x:%2x:%2x.%1x%c", &bus, &device, &function, &more) == 3)
-            location =
-                std::to_string(bus) + '-' + std::to_string(device) + '-' + std::to_string(function);
+        if (std::sscanf(part.c_str(), "%x:%2x:%2x.%1x%c", &domain, &bus, &device, &function,
+                        &more) == 4)
+            location = (domain > 0 ? std::to_string(domain) + ':' : std::string()) +
+                       std::to_string(bus) + '-' + std::to_string(device) + '-' +
+                       std::to_string(function);
     }
     return location;
 }
@@ -51,6 +54,7 @@ UsbDevice readDevice(const fs::path& folder) {
     device.product = attribute(folder, "product");
     device.serialNumber = attribute(folder, "serial");
     device.bus = std::atoll(attribute(folder, "busnum").c_str());
+    device.number = std::atoll(attribute(folder, "devnum").c_str());
     device.ports = attribute(folder, "devpath");
     device.controller = pciLocation(folder);
     if (device.controller.empty())
@@ -83,7 +87,8 @@ bool UsbDevice::isClaimed() const {
 }
 
 bool UsbDevice::isPresent() const {
-    return isDevice(folder);
+    // A device that was unplugged and plugged in again has another number.
+    return isDevice(folder) && std::atoll(attribute(folder, "devnum").c_str()) == number;
 }
 
 std::vector<UsbDevice> usbDevices(const fs::path& sysfs) {

@@ -16,10 +16,13 @@ struct UsbDevice {
     std::string product;
     std::string serialNumber;
     std::int64_t bus = 0;
+    /// Another one each time that the device is plugged in.
+    std::int64_t number = 0;
     /// Ports from the root hub's down to the device's own: "4.2".
     std::string ports;
-    /// Place of the host controller on the PCI bus, in decimal: "0-20-0". Of a controller that is
-    /// not on the PCI bus: "bus" and the USB bus's number.
+    /// Place of the host controller on the PCI bus, in decimal: "0-20-0", or "1:0-20-0" in another
+    /// PCI domain than the first. Of a controller that is not on the PCI bus: "bus" and the USB
+    /// bus's number.
     std::string controller;
     /// Bits per second of the device's link.
     std::int64_t linkSpeed = 0;
@@ -28,6 +31,7 @@ struct UsbDevice {
     std::string location() const;
     /// Whether a program of this host has claimed one of the device's interfaces.
     bool isClaimed() const;
+    /// Whether the device is still plugged in, without having been pulled meanwhile.
     bool isPresent() const;
 };
 
