@@ -42,8 +42,12 @@ void addAdapter(FeatureSet& set, const NetworkAdapter& adapter) {
         .about("IPv4 address of the adapter.");
     addAddress(set, "GevInterfaceSubnetMask", adapter.mask).about("Subnet mask of the adapter.");
     addMac(set, "GevInterfaceMACAddress", adapter.mac).about("MAC address of the adapter.");
-    addQuantity(set, "GevInterfaceMTU", adapter.mtu, "B")
-        .about("Largest packet that the adapter sends and receives whole.");
+    set.integer("GevInterfaceMTU")
+        .about("Largest packet that the adapter sends and receives whole.")
+        .unit("B")
+        .shownAs("PureNumber")
+        .limits(0, anyNumber)
+        .computed([name = adapter.name] { return Value(mtu(name)); });
 }
 
 void addStatistics(FeatureSet& set, const StreamControl& control) {
@@ -118,8 +122,12 @@ FeatureSet makeInterfaceFeatures(const CameraRecord& camera, const std::string& 
     set.fixedText("InterfaceDisplayName", name).about("Name of the interface.");
     addType(set, "InterfaceType", camera.type);
     if (camera.adapter) {
-        addQuantity(set, "InterfaceLinkSpeed", camera.adapter->linkSpeed, "bps")
-            .about("Speed of the adapter's link; 0 when the adapter does not tell.");
+        set.integer("InterfaceLinkSpeed")
+            .about("Speed of the adapter's link; 0 when the adapter does not tell.")
+            .unit("bps")
+            .shownAs("PureNumber")
+            .limits(0, anyNumber)
+            .computed([name = camera.adapter->name] { return Value(linkSpeed(name)); });
         addAdapter(set, *camera.adapter);
     }
     if (camera.usb) {

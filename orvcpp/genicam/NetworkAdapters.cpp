@@ -5,6 +5,7 @@
 
 #include <arpa/inet.h>
 #include <cctype>
+#include <cstring>
 #include <fstream>
 #include <ifaddrs.h>
 #include <memory>
@@ -26,9 +27,10 @@ std::uint32_t hostAddress(const sockaddr* address) {
     return ntohl(reinterpret_cast<const sockaddr_in*>(address)->sin_addr.s_addr);
 }
 
-std::string attribute(const std::string& adapter, const char* name) {
+std::string attribute(const std::string& adapter, const char* name,
+                      const std::filesystem::path& sysfs = "/sys") {
     std::string text;
-    std::ifstream("/sys/class/net/" + adapter + '/' + name) >> text;
+    std::ifstream(sysfs / "class/net" / adapter / name) >> text;
     return text;
 }
 
@@ -42,19 +44,28 @@ std::int64_t numberIn(const std::string& text) {
 
 NetworkAdapter describe(const ifaddrs& entry) {
     NetworkAdapter adapter;
-    adapter.name = entry.ifa_name;
+    // A further address may have a name of its own, "eth0:1", but it is no adapter of its own.
+    adapter.name = std::string(entry.ifa_name).substr(0, std::strcspn(entry.ifa_name, ":"));
     adapter.address = hostAddress(entry.ifa_addr);
     adapter.mask = hostAddress(entry.ifa_netmask);
     adapter.isLoopback = (entry.ifa_flags & IFF_LOOPBACK) != 0;
     adapter.mac = macNumber(attribute(adapter.name, "address"));
-    adapter.mtu = numberIn(attribute(adapter.name, "mtu"));
-    // An adapter without a link answers -1, or nothing at all.
-    const std::int64_t speed = numberIn(attribute(adapter.name, "speed"));
-    adapter.linkSpeed = speed > 0 ? speed * bitsPerMegabit : 0;
     return adapter;
 }
 
 } // namespace
+
+std::int64_t linkSpeed(const std::string& adapter, const std::filesystem::path& sysfs) {
+    // An adapter without a link answers -1, or nothing at all; on older kernels the unsigned number
+    // of these bits.
+    constexpr std::int64_t unknown = 0xFFFFFFFF;
+    const std::int64_t megabits = numberIn(attribute(adapter, "speed", sysfs));
+    return megabits > 0 && megabits < unknown ? megabits * bitsPerMegabit : 0;
+}
+
+std::int64_t mtu(const std::string& adapter) {
+    return numberIn(attribute(adapter, "mtu"));
+}
 
 std::uint64_t macNumber(const std::string& text) {
     std::uint64_t mac = 0;
