@@ -69,10 +69,6 @@ void setPolicies(ArvDevice* device) {
     arv_device_set_access_check_policy(device, ARV_ACCESS_CHECK_POLICY_DISABLE);
 }
 
-OrvAccessModeType bits(unsigned modes) {
-    return static_cast<OrvAccessModeType>(modes);
-}
-
 } // namespace
 
 DeviceSession::DeviceSession(CameraRecord record, OrvAccessModeType mode, ThreadPark& park,
@@ -150,12 +146,14 @@ void DeviceSession::noteLife() {
 DeviceSession::Sign DeviceSession::ask() const {
     if (m_record.type == OrvTransportLayerTypeU3V)
         return !m_record.usb || m_record.usb->isPresent() ? Sign::Life : Sign::None;
+    // A camera that was switched off and on again lives, but nobody controls it. One that is being
+    // opened or closed is not controlled for a moment either, be it at the question or the answer.
+    const bool isControlled = m_isOpen && m_mode == OrvAccessModeFull;
     const auto answer = Gvcp(m_record.address, askWait, 1).readRegister(privilegeRegister);
     if (!answer)
         return Sign::None;
-    // A camera that was switched off and on again lives, but nobody controls it.
     const bool isFree = Gvcp::value(*answer) == 0U;
-    return isFree && m_isOpen && m_mode == OrvAccessModeFull ? Sign::ControlLost : Sign::Life;
+    return isFree && isControlled && m_isOpen ? Sign::ControlLost : Sign::Life;
 }
 
 void DeviceSession::lookForLife() {
@@ -203,20 +201,14 @@ void DeviceSession::stopWatching() {
 }
 
 std::optional<OrvAccessModeType> permittedAccess(const CameraRecord& record) {
-    const OrvAccessModeType all = bits(OrvAccessModeFull | OrvAccessModeRead);
     if (record.type == OrvTransportLayerTypeU3V) {
         if (record.usb && !record.usb->isPresent())
             return std::nullopt;
-        return record.usb && record.usb->isClaimed() ? OrvAccessModeNone : all;
+        return record.usb && record.usb->isClaimed() ? OrvAccessModeNone : allModes;
     }
     const auto answer =
         Gvcp(record.address, askWait, privilegeTries).readRegister(privilegeRegister);
-    if (!answer)
-        return std::nullopt;
-    const auto privilege = Gvcp::value(*answer);
-    if (!privilege || (*privilege & privilegeExclusive) != 0)
-        return OrvAccessModeNone;
-    return (*privilege & privilegeControl) != 0 ? OrvAccessModeRead : all;
+    return answer ? std::optional(grantedBy(*answer)) : std::nullopt;
 }
 
 } // namespace orv::genicam

@@ -99,4 +99,11 @@ void FeatureAccess::tellObservers() {
     }
 }
 
+void FeatureAccess::forgetObservers() {
+    // Destroyed without the lock: an observer may hold features, whose destructors run then.
+    std::vector<Observer> forgotten;
+    const std::lock_guard lock(m_mutex);
+    forgotten.swap(m_observers);
+}
+
 } // namespace orv::genicam

@@ -144,16 +144,20 @@ OrvErrorType GenicamCamera::Close() {
 OrvErrorType GenicamCamera::close() {
     if (isFrameThread())
         return OrvErrorInvalidCall;
-    const std::lock_guard control(m_control);
     std::shared_ptr<OpenedCamera> closing;
     {
-        const std::lock_guard lock(m_mutex);
-        closing.swap(m_opened);
+        const std::lock_guard control(m_control);
+        {
+            const std::lock_guard lock(m_mutex);
+            closing.swap(m_opened);
+        }
+        if (!closing)
+            return OrvErrorDeviceNotOpen;
+        stopStreaming(*closing);
+        closing->device->close();
     }
-    if (!closing)
-        return OrvErrorDeviceNotOpen;
-    stopStreaming(*closing);
-    closing->device->close();
+    // Observers are the user's, so they go without a lock.
+    closing->forgetObservers();
     return OrvErrorSuccess;
 }
 

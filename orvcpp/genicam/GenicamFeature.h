@@ -35,6 +35,7 @@ public:
                                     const std::shared_ptr<OrvCPP::IFeatureObserver>& observer);
     /// Tells every observer: a camera may change any feature when one is written.
     void tellObservers();
+    void forgetObservers();
 
 private:
     using Description = std::shared_ptr<const FeatureDescription>;

@@ -21,6 +21,11 @@ constexpr std::uint16_t readMemoryCommand = 0x84;
 constexpr std::size_t headerSize = 8;
 /// The address that a camera repeats in front of memory that was read.
 constexpr std::size_t memoryAddressSize = 4;
+/// Status of an answer: somebody else controls the camera.
+constexpr std::uint16_t accessDenied = 0x8006;
+/// Bits of the privilege register.
+constexpr std::uint32_t privilegeExclusive = 1;
+constexpr std::uint32_t privilegeControl = 2;
 
 void append(std::vector<std::uint8_t>& bytes, std::uint32_t number, int count) {
     for (int shift = 8 * (count - 1); shift >= 0; shift -= 8)
@@ -101,6 +106,17 @@ std::string Gvcp::text(const Answer& answer) {
     if (answer.status != 0)
         return {};
     return {answer.data.begin(), std::find(answer.data.begin(), answer.data.end(), 0)};
+}
+
+OrvAccessModeType grantedBy(const Gvcp::Answer& privilege) {
+    const auto value = Gvcp::value(privilege);
+    // A camera that somebody has to himself may refuse. Any other refusal tells nothing: opening
+    // will show.
+    if (!value)
+        return privilege.status == accessDenied ? OrvAccessModeNone : allModes;
+    if ((*value & privilegeExclusive) != 0)
+        return OrvAccessModeNone;
+    return (*value & privilegeControl) != 0 ? OrvAccessModeRead : allModes;
 }
 
 } // namespace orv::genicam

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "OrvCPP/OrvTypes.h"
+
 #include <chrono>
 #include <cstdint>
 #include <optional>
@@ -14,9 +16,8 @@ constexpr std::uint32_t userNameRegister = 0xE8;
 constexpr std::uint32_t userNameSize = 16;
 constexpr std::uint32_t privilegeRegister = 0xA00;
 
-/// What the control channel privilege register says.
-constexpr std::uint32_t privilegeExclusive = 1;
-constexpr std::uint32_t privilegeControl = 2;
+/// What a camera grants that nobody has.
+constexpr auto allModes = static_cast<OrvAccessModeType>(OrvAccessModeFull | OrvAccessModeRead);
 
 /// Asks a GigE Vision camera that need not be open, past the one who controls it. Every question
 /// comes from a socket of its own. Reentrant.
@@ -49,5 +50,8 @@ private:
     const std::chrono::milliseconds m_wait;
     const int m_tries;
 };
+
+/// What a camera grants that has answered thus when it was asked for its privilege register.
+OrvAccessModeType grantedBy(const Gvcp::Answer& privilege);
 
 } // namespace orv::genicam

@@ -116,6 +116,12 @@ std::optional<std::uint64_t> Streaming::previousId() const {
     return m_previousId;
 }
 
+void OpenedCamera::forgetObservers() const {
+    features->forgetObservers();
+    for (const auto& module : modules)
+        module->forgetObservers();
+}
+
 std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<Session>& calls,
                                                std::shared_ptr<DeviceSession> device,
                                                PacketSocket packetSocket, const std::string& id) {
@@ -124,12 +130,15 @@ std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<Session>& c
     made->path = chooseStreamPath(record, packetSocket);
     made->streaming = std::make_shared<Streaming>();
     made->features = std::make_shared<FeatureAccess>(calls, device);
-    made->localDevice = std::make_shared<GenicamLocalDevice>(std::make_shared<FeatureModule>(
-        calls, std::make_shared<WhileOpen>(device), makeLocalDeviceFeatures(record, id)));
+    const auto addModule = [&](FeatureSet features) {
+        made->modules.push_back(std::make_shared<FeatureModule>(
+            calls, std::make_shared<WhileOpen>(device), std::move(features)));
+        return made->modules.back();
+    };
+    made->localDevice =
+        std::make_shared<GenicamLocalDevice>(addModule(makeLocalDeviceFeatures(record, id)));
     made->stream = std::make_shared<GenicamStream>(
-        std::make_shared<FeatureModule>(
-            calls, std::make_shared<WhileOpen>(device),
-            makeStreamFeatures(record, made->path, streamControl(device, made->streaming))),
+        addModule(makeStreamFeatures(record, made->path, streamControl(device, made->streaming))),
         device);
     made->device = std::move(device);
     return made;

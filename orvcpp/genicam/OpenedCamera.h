@@ -3,6 +3,7 @@
 
 #include "orvcpp/genicam/Acquisition.h"
 #include "orvcpp/genicam/GenicamFeature.h"
+#include "orvcpp/memory/FeatureModule.h"
 
 #include "OrvCPP/LocalDevice.h"
 #include "OrvCPP/Stream.h"
@@ -10,6 +11,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <vector>
 
 namespace orv::genicam {
 
@@ -43,6 +45,11 @@ struct OpenedCamera {
     std::shared_ptr<FeatureAccess> features;
     std::shared_ptr<OrvCPP::LocalDevice> localDevice;
     std::shared_ptr<OrvCPP::Stream> stream;
+    /// What the features of the local device and of the stream lie in.
+    std::vector<std::shared_ptr<FeatureModule>> modules;
+
+    /// To be called without a lock when the camera is closed.
+    void forgetObservers() const;
 };
 
 /// Makes them around an opened device.

@@ -211,6 +211,27 @@ TEST_F(RealFeature, OfAnOpeningThatIsOverAnswersThatTheCameraIsNotOpen) {
     EXPECT_EQ(get<std::int64_t>(*camera, "Width"), 1024);
 }
 
+class Observer : public OrvCPP::IFeatureObserver {
+public:
+    void FeatureChanged(const std::shared_ptr<OrvCPP::Feature>& feature) override {
+        told.push_back(textOf(*feature, &OrvCPP::Feature::GetName));
+    }
+
+    Texts told;
+};
+
+TEST_F(RealFeature, TellsObserversUntilTheCameraIsClosed) {
+    const auto observer = std::make_shared<Observer>();
+    const auto watched = feature(*camera, "Width");
+    ASSERT_EQ(watched->RegisterObserver(observer), OrvErrorSuccess);
+    ASSERT_EQ(feature(*sdk::stream(*camera), "GVSPPacketSize")->RegisterObserver(observer),
+              OrvErrorSuccess);
+    EXPECT_EQ(set(*camera, "OffsetX", std::int64_t{16}), OrvErrorSuccess);
+    EXPECT_THAT(observer->told, ElementsAre("Width"));
+    EXPECT_EQ(camera->Close(), OrvErrorSuccess);
+    EXPECT_EQ(observer.use_count(), 1) << "kept by a camera that is closed";
+}
+
 TEST_F(RealFeature, MemoryIsReadByAddress) {
     std::vector<std::uint8_t> bytes(32);
     std::uint32_t complete = 0;
