@@ -13,6 +13,8 @@ namespace orv::genicam {
 
 namespace {
 
+/// A camera that is slower opens its stream when it starts.
+constexpr std::chrono::milliseconds preparationLimit{1000};
 constexpr std::int64_t largestPayload = std::int64_t{1} << 31;
 /// A count of the library, not in the list of every kind of stream.
 constexpr const char* sizeMismatchCount = "n_size_mismatch_errors";
@@ -85,13 +87,23 @@ OrvFrameStatusType statusOf(ArvBufferStatus status) {
 
 } // namespace
 
-Acquisition::Acquisition(std::shared_ptr<DeviceSession> device,
-                         std::shared_ptr<OrvCPP::IFrameObserver> observer, StreamPath path)
-    : m_device(std::move(device)), m_observer(std::move(observer)), m_path(path) {}
+Acquisition::Acquisition(std::shared_ptr<DeviceSession> device, StreamPath path)
+    : m_device(std::move(device)), m_path(path) {}
 
 Acquisition::~Acquisition() = default;
 
-OrvErrorType Acquisition::start(int bufferCount, std::optional<std::uint64_t> previousId) {
+void Acquisition::prepare() {
+    m_device->call(
+        [self = shared_from_this()](ArvDevice* device) {
+            return self->m_stopping ? OrvErrorSuccess : self->makeStream(device);
+        },
+        preparationLimit);
+}
+
+OrvErrorType Acquisition::start(int bufferCount, std::shared_ptr<OrvCPP::IFrameObserver> observer,
+                                std::optional<std::uint64_t> previousId) {
+    m_isStarted = true;
+    m_observer = std::move(observer);
     m_ids.emplace(firstId(m_device->record()), previousId);
     const OrvErrorType error =
         m_device->call([self = shared_from_this(), bufferCount](
@@ -106,8 +118,12 @@ OrvErrorType Acquisition::startOn(ArvDevice* device, int bufferCount) {
     const FeatureCatalogue& features = *m_device->features();
     if (const OrvErrorType error = readPayload(features, m_payload))
         return error;
-    if (const OrvErrorType error = makeStream(device))
-        return error;
+    if (!reusePrepared(device)) {
+        if (const OrvErrorType error = makeStream(device))
+            return error;
+    }
+    if (m_device->record().type == OrvTransportLayerTypeGEV)
+        logInfo(m_device->record().id() + ": Frames come through a " + path().description() + '.');
     lockSettings(features, 1);
     OrvErrorType error = announceFrames(bufferCount);
     if (!error)
@@ -117,15 +133,34 @@ OrvErrorType Acquisition::startOn(ArvDevice* device, int bufferCount) {
     return error;
 }
 
+bool Acquisition::reusePrepared(ArvDevice* device) const {
+    std::unique_lock lock(m_mutex);
+    ArvStream* const prepared = m_stream.get();
+    const int packetSize = m_packetSize;
+    const StreamPath path = m_path;
+    // Not held while the camera is asked: it is only on the device's thread that a stream ends.
+    lock.unlock();
+    return prepared && reuseStream(device, prepared, packetSize, path);
+}
+
 OrvErrorType Acquisition::makeStream(ArvDevice* device) {
+    StreamPath path = this->path();
+    {
+        // One at a time, since each tells the camera where to send.
+        GObjectPtr<ArvStream> unfit;
+        const std::lock_guard lock(m_mutex);
+        unfit.swap(m_stream);
+    }
     Fault fault;
-    GObjectPtr<ArvStream> stream = openStream(device, m_path, &Acquisition::onStream, this, fault);
-    if (!stream)
+    OpenedStream opened = openStream(device, path, &Acquisition::onStream, this, fault);
+    if (!opened.stream)
         return fault.code() ? fault.code() : OrvErrorUnspecified;
-    if (ARV_IS_GV_STREAM(stream.get()))
-        logInfo(m_device->record().id() + ": Frames come through a " + m_path.description() + '.');
     const std::lock_guard lock(m_mutex);
-    m_stream = std::move(stream);
+    if (m_stopping)
+        return OrvErrorInvalidCall;
+    m_path = path;
+    m_packetSize = opened.packetSize;
+    m_stream = std::move(opened.stream);
     m_mismatchInfo = findMismatchInfo(m_stream.get());
     return OrvErrorSuccess;
 }
@@ -154,6 +189,10 @@ OrvErrorType Acquisition::queue(GenicamFrame& frame) {
 void Acquisition::stop() {
     if (m_stopping.exchange(true))
         return;
+    if (!m_isStarted) {
+        endDelivery();
+        return;
+    }
     m_device->call([self = shared_from_this()](ArvDevice*) {
         const FeatureCatalogue& features = *self->m_device->features();
         const OrvErrorType error = runCommand(features, "AcquisitionStop");
@@ -187,6 +226,11 @@ void Acquisition::endDelivery() {
 std::vector<StreamCount> Acquisition::counts() const {
     const std::lock_guard lock(m_mutex);
     return m_stream ? readCounts(m_stream.get()) : m_lastCounts;
+}
+
+StreamPath Acquisition::path() const {
+    const std::lock_guard lock(m_mutex);
+    return m_path;
 }
 
 std::optional<std::uint64_t> Acquisition::lastIdOfCamera() const {

@@ -22,19 +22,23 @@ struct StreamCount {
     std::int64_t value = 0;
 };
 
-/// The stream of an opened camera, from its start to its stop. Thread-safe; the frames are
-/// delivered on the library's thread that receives them, under a lock that only stop() waits for.
+/// The stream of an opened camera, from its preparation or its start to its stop. Thread-safe; the
+/// frames are delivered on the library's thread that receives them, under a lock that only stop()
+/// waits for.
 class Acquisition : public std::enable_shared_from_this<Acquisition> {
 public:
-    Acquisition(std::shared_ptr<DeviceSession> device,
-                std::shared_ptr<OrvCPP::IFrameObserver> observer, StreamPath path);
+    /// \p path is how the frames are to come in.
+    Acquisition(std::shared_ptr<DeviceSession> device, StreamPath path);
     ~Acquisition();
     Acquisition(const Acquisition&) = delete;
     Acquisition& operator=(const Acquisition&) = delete;
 
-    /// To be called once, before anything else. \p previousId is the camera's number of the last
-    /// frame of the acquisition before.
-    OrvErrorType start(int bufferCount, std::optional<std::uint64_t> previousId);
+    /// Opens the stream ahead of the start, which opens it anew where it does not do any more.
+    void prepare();
+    /// To be called once. \p previousId is the camera's number of the last frame of the acquisition
+    /// before.
+    OrvErrorType start(int bufferCount, std::shared_ptr<OrvCPP::IFrameObserver> observer,
+                       std::optional<std::uint64_t> previousId);
     /// No frame is delivered any more once this has returned. Not to be called on the thread that
     /// delivers.
     void stop();
@@ -42,6 +46,8 @@ public:
     OrvErrorType queue(GenicamFrame& frame);
 
     std::vector<StreamCount> counts() const;
+    /// How the frames come in, once it has started.
+    StreamPath path() const;
     /// What the camera numbered its last frame; known when the acquisition has stopped.
     std::optional<std::uint64_t> lastIdOfCamera() const;
 
@@ -52,6 +58,7 @@ private:
     OrvErrorType startOn(ArvDevice* device, int bufferCount);
     OrvErrorType announceFrames(int bufferCount);
     OrvErrorType makeStream(ArvDevice* device);
+    bool reusePrepared(ArvDevice* device) const;
     void endDelivery();
     /// On the library's thread.
     void bufferDone();
@@ -60,7 +67,6 @@ private:
     const std::shared_ptr<DeviceSession> m_device;
     /// Not taken away while a frame is delivered.
     std::shared_ptr<OrvCPP::IFrameObserver> m_observer;
-    StreamPath m_path;
     std::size_t m_payload = 0;
     std::vector<std::shared_ptr<GenicamFrame>> m_frames;
     /// Of the thread that delivers, while there is one.
@@ -68,11 +74,14 @@ private:
     std::optional<guint> m_mismatchInfo;
     std::uint64_t m_sizeMismatches = 0;
 
+    std::atomic<bool> m_isStarted{false};
     std::atomic<bool> m_stopping{false};
     /// Held while a frame is delivered, so that stop() can wait for that. Taken before m_mutex.
     std::mutex m_delivery;
     mutable std::mutex m_mutex;
-    /// Guarded by the mutex.
+    /// This and the next two guarded by the mutex.
+    StreamPath m_path;
+    int m_packetSize = 0;
     std::vector<StreamCount> m_lastCounts;
     /// Guarded by the mutex, and not taken away while a frame is delivered. Destroyed first: it
     /// ends the thread that works on all the others.

@@ -20,12 +20,13 @@ bool isFrameThread() {
     return currentSdkThread() == SdkThread::Frames;
 }
 
-OrvErrorType stopStreaming(OpenedCamera& opened) {
-    const std::shared_ptr<Acquisition> ending = opened.streaming->end();
+OrvErrorType stopStreaming(Streaming& streaming, StreamPreparation& streams) {
+    const std::shared_ptr<Acquisition> ending = streaming.end();
     if (!ending)
         return OrvErrorAlreadyDone;
     ending->stop();
-    opened.streaming->keep(*ending);
+    streaming.keep(*ending);
+    streams.stopped(streaming);
     return OrvErrorSuccess;
 }
 
@@ -127,6 +128,7 @@ OrvErrorType GenicamCamera::open(OrvAccessModeType mode) {
         return error;
     auto made = makeOpenedCamera(m_surroundings.calls, std::move(device),
                                  m_surroundings.packetSocket, m_id);
+    m_surroundings.streams->add(made->streaming);
     const std::lock_guard lock(m_mutex);
     m_opened = std::move(made);
     return m_surroundings.calls->isRunning() ? OrvErrorSuccess : OrvErrorApiNotStarted;
@@ -153,7 +155,8 @@ OrvErrorType GenicamCamera::close() {
         }
         if (!closing)
             return OrvErrorDeviceNotOpen;
-        stopStreaming(*closing);
+        stopStreaming(*closing->streaming, *m_surroundings.streams);
+        closing->streaming->close();
         closing->device->close();
     }
     // Observers are the user's, so they go without a lock.
@@ -274,14 +277,17 @@ OrvErrorType GenicamCamera::StartContinuousImageAcquisition(
         return error;
     if (open->streaming->isRunning())
         return OrvErrorAlreadyDone;
-    const auto acquisition = std::make_shared<Acquisition>(open->device, observer, open->path);
+    m_surroundings.streams->aboutToStart(*open->streaming);
     // Known as running before its first frame comes.
-    open->streaming->begin(acquisition);
-    const OrvErrorType error = acquisition->start(bufferCount, open->streaming->previousId());
-    if (error)
+    const auto acquisition = open->streaming->begin();
+    const OrvErrorType error =
+        acquisition->start(bufferCount, observer, open->streaming->previousId());
+    if (error) {
         open->streaming->end();
-    else
+        m_surroundings.streams->stopped(*open->streaming);
+    } else {
         open->features->tellObservers();
+    }
     return error;
 }
 
@@ -294,7 +300,7 @@ OrvErrorType GenicamCamera::StopContinuousImageAcquisition() {
     const auto open = opened();
     if (!open)
         return OrvErrorDeviceNotOpen;
-    const OrvErrorType error = stopStreaming(*open);
+    const OrvErrorType error = stopStreaming(*open->streaming, *m_surroundings.streams);
     if (!error)
         open->features->tellObservers();
     return error;

@@ -3,6 +3,7 @@
 
 #include "orvcpp/genicam/CameraRecord.h"
 #include "orvcpp/genicam/OpenedCamera.h"
+#include "orvcpp/genicam/StreamPreparation.h"
 #include "orvcpp/genicam/ThreadPark.h"
 
 #include "OrvCPP/Camera.h"
@@ -18,6 +19,7 @@ namespace orv::genicam {
 struct CameraSurroundings {
     std::shared_ptr<Session> calls;
     std::shared_ptr<ThreadPark> park;
+    std::shared_ptr<StreamPreparation> streams;
     PacketSocket packetSocket = PacketSocket::Automatic;
     /// Called without a lock when a camera was opened, closed or lost.
     std::function<void(const std::shared_ptr<OrvCPP::Camera>&, OrvUpdateTriggerType)> changed;

@@ -66,6 +66,7 @@ private:
         CameraSurroundings made;
         made.calls = m_calls;
         made.park = m_park;
+        made.streams = std::make_shared<StreamPreparation>();
         made.packetSocket = settings.packetSocket;
         // A call may still be under way when the provider is gone, so it is not captured.
         made.changed = [events = m_events, &host = m_host](const auto& camera, auto reason) {

@@ -13,6 +13,8 @@ constexpr std::int64_t anyNumber = std::numeric_limits<std::int64_t>::max();
 constexpr std::int64_t largestAddress = 0xFFFFFFFF;
 constexpr std::int64_t largestMac = 0xFFFFFFFFFFFF;
 constexpr int kilobyte = 1024;
+constexpr std::int64_t socketDriver = 0;
+constexpr std::int64_t filterDriver = 1;
 
 void addType(FeatureSet& set, const char* name, OrvTransportLayerType type) {
     set.enumeration(name)
@@ -88,17 +90,18 @@ void addPacketSize(FeatureSet& set, const StreamControl& control) {
         .writableIf(idle);
 }
 
-void addGvsp(FeatureSet& set, const StreamPath& path, const StreamControl& control) {
+void addGvsp(FeatureSet& set, const StreamControl& control) {
     set.category("/GVSP");
     set.enumeration("GVSPDriver")
         .about("Filter: packets are taken before the operating system's UDP. Socket: from a UDP "
                "socket.")
-        .entry("Socket", 0)
-        .entry("Filter", 1)
-        .current(path.driver())
-        .readOnly();
+        .entry("Socket", socketDriver)
+        .entry("Filter", filterDriver)
+        .computed([path = control.path] {
+            return Value(path().usesPacketSocket ? filterDriver : socketDriver);
+        });
     addPacketSize(set, control);
-    addQuantity(set, "GVSPHostReceiveBufferSize", path.receiveBuffer / kilobyte, "KB")
+    addQuantity(set, "GVSPHostReceiveBufferSize", control.path().receiveBuffer / kilobyte, "KB")
         .about("Receive buffer that the operating system grants a UDP socket.")
         .guru();
 }
@@ -163,8 +166,7 @@ FeatureSet makeLocalDeviceFeatures(const CameraRecord& camera, const std::string
     return set;
 }
 
-FeatureSet makeStreamFeatures(const CameraRecord& camera, const StreamPath& path,
-                              StreamControl control) {
+FeatureSet makeStreamFeatures(const CameraRecord& camera, StreamControl control) {
     FeatureSet set;
     set.category("/StreamInformation");
     set.fixedText("StreamID", "Stream0").about("ID of the stream.");
@@ -173,7 +175,7 @@ FeatureSet makeStreamFeatures(const CameraRecord& camera, const StreamPath& path
         .computed([isStreaming = control.isStreaming] { return Value(isStreaming()); })
         .expert();
     if (camera.type == OrvTransportLayerTypeGEV)
-        addGvsp(set, path, control);
+        addGvsp(set, control);
     addStatistics(set, control);
     return set;
 }

@@ -22,6 +22,8 @@ FeatureSet makeLocalDeviceFeatures(const CameraRecord& camera, const std::string
 /// What a stream's features ask and change.
 struct StreamControl {
     std::function<bool()> isStreaming;
+    /// How the frames come in.
+    std::function<StreamPath()> path;
     /// One of the library's counts; 0 when the stream does not have it.
     std::function<std::int64_t(const std::string& name)> count;
     /// Bytes.
@@ -32,7 +34,6 @@ struct StreamControl {
     std::function<void()> adjustPacketSize;
 };
 
-FeatureSet makeStreamFeatures(const CameraRecord& camera, const StreamPath& path,
-                              StreamControl control);
+FeatureSet makeStreamFeatures(const CameraRecord& camera, StreamControl control);
 
 } // namespace orv::genicam

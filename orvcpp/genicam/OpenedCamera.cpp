@@ -62,6 +62,9 @@ StreamControl streamControl(const std::shared_ptr<DeviceSession>& device,
     control.isStreaming = [streaming] {
         return streaming->isRunning();
     };
+    control.path = [streaming] {
+        return streaming->path();
+    };
     control.count = [streaming](const std::string& name) {
         return streaming->count(name);
     };
@@ -82,40 +85,6 @@ StreamControl streamControl(const std::shared_ptr<DeviceSession>& device,
 
 } // namespace
 
-std::shared_ptr<Acquisition> Streaming::acquisition() const {
-    const std::lock_guard lock(m_mutex);
-    return m_acquisition;
-}
-
-void Streaming::begin(std::shared_ptr<Acquisition> begun) {
-    const std::lock_guard lock(m_mutex);
-    m_acquisition = std::move(begun);
-}
-
-std::shared_ptr<Acquisition> Streaming::end() {
-    const std::lock_guard lock(m_mutex);
-    return std::exchange(m_acquisition, nullptr);
-}
-
-std::int64_t Streaming::count(const std::string& name) const {
-    const std::lock_guard lock(m_mutex);
-    const std::vector<StreamCount> counts = m_acquisition ? m_acquisition->counts() : m_counts;
-    const auto found = std::find_if(counts.begin(), counts.end(),
-                                    [&](const StreamCount& count) { return count.name == name; });
-    return found == counts.end() ? 0 : found->value;
-}
-
-void Streaming::keep(const Acquisition& stopped) {
-    const std::lock_guard lock(m_mutex);
-    m_counts = stopped.counts();
-    m_previousId = stopped.lastIdOfCamera();
-}
-
-std::optional<std::uint64_t> Streaming::previousId() const {
-    const std::lock_guard lock(m_mutex);
-    return m_previousId;
-}
-
 void OpenedCamera::forgetObservers() const {
     features->forgetObservers();
     for (const auto& module : modules)
@@ -127,8 +96,7 @@ std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<Session>& c
                                                PacketSocket packetSocket, const std::string& id) {
     auto made = std::make_shared<OpenedCamera>();
     const CameraRecord& record = device->record();
-    made->path = chooseStreamPath(record, packetSocket);
-    made->streaming = std::make_shared<Streaming>();
+    made->streaming = std::make_shared<Streaming>(device, chooseStreamPath(record, packetSocket));
     made->features = std::make_shared<FeatureAccess>(calls, device);
     const auto addModule = [&](FeatureSet features) {
         made->modules.push_back(std::make_shared<FeatureModule>(
@@ -138,8 +106,7 @@ std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<Session>& c
     made->localDevice =
         std::make_shared<GenicamLocalDevice>(addModule(makeLocalDeviceFeatures(record, id)));
     made->stream = std::make_shared<GenicamStream>(
-        addModule(makeStreamFeatures(record, made->path, streamControl(device, made->streaming))),
-        device);
+        addModule(makeStreamFeatures(record, streamControl(device, made->streaming))), device);
     made->device = std::move(device);
     return made;
 }

@@ -12,6 +12,9 @@ namespace orv::genicam {
 
 namespace {
 
+/// Bytes of the library's ring of packets. The kernel grants all of it, or no packet socket.
+constexpr int packetRing = 32 * 1024 * 1024;
+
 /// The library tries the same when a stream begins, and takes a UDP socket when it fails.
 bool permitsPacketSocket() {
     const int handle = socket(PF_PACKET, SOCK_RAW | SOCK_CLOEXEC, htons(ETH_P_ALL));
@@ -36,9 +39,10 @@ int grantedReceiveBuffer() {
 
 std::string StreamPath::description() const {
     constexpr int kilobyte = 1024;
-    return std::string(usesPacketSocket ? "packet socket" : "UDP socket") + ", receive buffer " +
-           std::to_string(receiveBuffer / kilobyte) + " KB granted of " +
-           std::to_string(wantedReceiveBuffer / kilobyte) + " KB asked for";
+    if (usesPacketSocket)
+        return "packet socket, ring of " + std::to_string(packetRing / kilobyte) + " KB";
+    return "UDP socket, receive buffer " + std::to_string(receiveBuffer / kilobyte) +
+           " KB granted of " + std::to_string(wantedReceiveBuffer / kilobyte) + " KB asked for";
 }
 
 StreamPath chooseStreamPath(const CameraRecord& record, PacketSocket use) {

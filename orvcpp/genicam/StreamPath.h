@@ -21,8 +21,6 @@ struct StreamPath {
     /// Bytes that the operating system grants a UDP socket as its receive buffer.
     int receiveBuffer = 0;
 
-    /// Name of the driver, as the feature GVSPDriver has it.
-    const char* driver() const { return usesPacketSocket ? "Filter" : "Socket"; }
     /// For the log.
     std::string description() const;
 };
