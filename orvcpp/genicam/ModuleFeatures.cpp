@@ -75,14 +75,14 @@ void addPacketSize(FeatureSet& set, const StreamControl& control) {
     const auto idle = [isStreaming = control.isStreaming] {
         return !isStreaming();
     };
-    const auto written = std::make_shared<std::int64_t>(0);
     set.integer("GVSPPacketSize")
         .unit("B")
         .about("Bytes of a packet of the stream.")
         .limits(control.packetSizeLimits)
-        .bind(*written)
+        .writtenBy([put = control.setPacketSize](const Value& size) {
+            return put(std::get<std::int64_t>(size));
+        })
         .readAs([get = control.packetSize] { return Value(get()); })
-        .onWrite([written, put = control.setPacketSize] { put(*written); })
         .writableIf(idle);
     set.command("GVSPAdjustPacketSize")
         .about("Finds the largest packet size that reaches this host.")

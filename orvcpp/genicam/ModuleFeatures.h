@@ -28,7 +28,7 @@ struct StreamControl {
     std::function<std::int64_t(const std::string& name)> count;
     /// Bytes.
     std::function<std::int64_t()> packetSize;
-    std::function<void(std::int64_t bytes)> setPacketSize;
+    std::function<OrvErrorType(std::int64_t bytes)> setPacketSize;
     std::function<IntegerLimits()> packetSizeLimits;
     /// Finds the largest packet size that reaches this host, and sets it.
     std::function<void()> adjustPacketSize;

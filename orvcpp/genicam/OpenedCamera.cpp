@@ -17,22 +17,22 @@ namespace {
 constexpr std::int64_t smallestPacket = 576;
 constexpr std::int64_t largestPacket = 65535;
 
+constexpr const char* packetSizeFeature = "GevSCPSPacketSize";
+
 std::int64_t readPacketSize(const DeviceSession& device) {
     const auto size = std::make_shared<std::int64_t>(0);
-    const OrvErrorType error = device.call([size](ArvDevice* of) {
-        Fault fault;
-        *size = arv_gv_device_get_packet_size(ARV_GV_DEVICE(of), fault.out());
-        return fault.code();
-    });
+    const auto feature = device.features()->find(packetSizeFeature);
+    const OrvErrorType error =
+        !feature ? OrvErrorNotFound
+                 : device.call([size, feature](ArvDevice*) { return node::get(*feature, *size); });
     return error ? 0 : *size;
 }
 
-void writePacketSize(const DeviceSession& device, std::int64_t size) {
-    device.call([size](ArvDevice* of) {
-        Fault fault;
-        arv_gv_device_set_packet_size(ARV_GV_DEVICE(of), static_cast<gint>(size), fault.out());
-        return fault.code();
-    });
+OrvErrorType writePacketSize(const DeviceSession& device, std::int64_t size) {
+    const auto feature = device.features()->find(packetSizeFeature);
+    if (!feature)
+        return OrvErrorNotFound;
+    return device.call([size, feature](ArvDevice*) { return node::set(*feature, size); });
 }
 
 void adjustPacketSize(const DeviceSession& device) {
@@ -45,7 +45,7 @@ void adjustPacketSize(const DeviceSession& device) {
 
 IntegerLimits readPacketLimits(const DeviceSession& device) {
     const auto limits = std::make_shared<node::Limits<std::int64_t>>();
-    const auto feature = device.features()->find("GevSCPSPacketSize");
+    const auto feature = device.features()->find(packetSizeFeature);
     const OrvErrorType error =
         !feature ? OrvErrorNotFound : device.call([limits, feature](ArvDevice*) {
             return node::limits(*feature, *limits);
@@ -72,7 +72,7 @@ StreamControl streamControl(const std::shared_ptr<DeviceSession>& device,
         return readPacketSize(*device);
     };
     control.setPacketSize = [device](std::int64_t size) {
-        writePacketSize(*device, size);
+        return writePacketSize(*device, size);
     };
     control.packetSizeLimits = [device] {
         return readPacketLimits(*device);

@@ -188,6 +188,12 @@ FeatureNode& FeatureNode::readAs(std::function<Value()> get) {
     return *this;
 }
 
+FeatureNode& FeatureNode::writtenBy(std::function<OrvErrorType(const Value&)> put) {
+    m_put = std::move(put);
+    m_dependent = true;
+    return *this;
+}
+
 FeatureNode& FeatureNode::onWrite(std::function<void()> effect) {
     m_effect = std::move(effect);
     return *this;
@@ -266,11 +272,11 @@ Value FeatureNode::read() const {
     return stored == m_stored.end() ? m_initial : stored->second;
 }
 
-void FeatureNode::store(const Value& value) {
+OrvErrorType FeatureNode::store(const Value& value) {
     if (m_put)
-        m_put(value);
-    else
-        m_stored[slot()] = value;
+        return m_put(value);
+    m_stored[slot()] = value;
+    return OrvErrorSuccess;
 }
 
 OrvErrorType FeatureNode::checkType(const Value& value) const {
@@ -310,7 +316,8 @@ OrvErrorType FeatureNode::set(const Value& value) {
         return error;
     if (m_setError)
         return m_setError;
-    store(value);
+    if (const OrvErrorType error = store(value))
+        return error;
     if (m_effect)
         m_effect();
     return OrvErrorSuccess;

@@ -83,12 +83,15 @@ public:
         };
         m_put = [&variable](const Value& value) {
             variable = std::get<T>(value);
+            return OrvErrorType{OrvErrorSuccess};
         };
         m_dependent = true;
         return *this;
     }
-    /// Reads something else than what was written; to follow bind().
+    /// Reads something else than what was written; to follow bind() or writtenBy().
     FeatureNode& readAs(std::function<Value()> get);
+    /// Writes by \p put, which answers an error where it cannot.
+    FeatureNode& writtenBy(std::function<OrvErrorType(const Value&)> put);
     /// Runs after the value was written.
     FeatureNode& onWrite(std::function<void()> effect);
     /// What a command does, \p duration after it was run.
@@ -146,7 +149,7 @@ private:
     OrvErrorType checkType(const Value& value) const;
     OrvErrorType checkLimits(const Value& value) const;
     Value read() const;
-    void store(const Value& value);
+    OrvErrorType store(const Value& value);
     std::int64_t slot() const;
 
     OrvFeatureDataType m_type;
@@ -174,7 +177,7 @@ private:
     Value m_initial;
     std::map<std::int64_t, Value> m_stored;
     std::function<Value()> m_get;
-    std::function<void(const Value&)> m_put;
+    std::function<OrvErrorType(const Value&)> m_put;
     std::function<void()> m_effect;
 
     std::chrono::milliseconds m_duration{};

@@ -128,6 +128,9 @@ TEST_F(Streaming, PacketSizeIsAdjustedToTheLargest) {
     EXPECT_EQ(getText(*stream, "GVSPDriver"), "Socket");
     ASSERT_EQ(set(*stream, "GVSPPacketSize", std::int64_t{1000}), OrvErrorSuccess);
     EXPECT_EQ(get<std::int64_t>(*camera, "GevSCPSPacketSize"), 1000);
+    ASSERT_EQ(set(*camera, "TLParamsLocked", std::int64_t{1}), OrvErrorSuccess);
+    EXPECT_EQ(set(*stream, "GVSPPacketSize", std::int64_t{1400}), OrvErrorInvalidAccess);
+    ASSERT_EQ(set(*camera, "TLParamsLocked", std::int64_t{0}), OrvErrorSuccess);
     ASSERT_EQ(sdk::feature(*stream, "GVSPAdjustPacketSize")->RunCommand(), OrvErrorSuccess);
     bool done = false;
     EXPECT_TRUE(eventually([&] {
