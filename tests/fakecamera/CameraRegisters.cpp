@@ -18,7 +18,8 @@ CameraRegisters::CameraRegisters(const std::string& serial, const std::string& g
     if (arv_fake_camera_get_genicam_xml(m_memory.get(), &descriptionSize) == nullptr) {
         throw std::runtime_error("cannot read " + genicamFile);
     }
-    m_end = ARV_FAKE_CAMERA_MEMORY_SIZE + static_cast<std::uint32_t>(descriptionSize);
+    static_assert(descriptionAddress == ARV_FAKE_CAMERA_MEMORY_SIZE);
+    m_end = descriptionAddress + static_cast<std::uint32_t>(descriptionSize);
 }
 
 std::uint32_t CameraRegisters::read(std::uint32_t address) const {
@@ -62,7 +63,7 @@ bool CameraRegisters::readMemory(std::uint32_t address, std::uint32_t size,
 
 bool CameraRegisters::writeMemory(std::uint32_t address, std::uint32_t size,
                                   const std::uint8_t* data) {
-    if (size > ARV_FAKE_CAMERA_MEMORY_SIZE || address >= ARV_FAKE_CAMERA_MEMORY_SIZE - size) {
+    if (size > descriptionAddress || address >= descriptionAddress - size) {
         return false;
     }
     const std::lock_guard lock(m_mutex);
@@ -75,7 +76,7 @@ std::size_t CameraRegisters::payload() const {
 }
 
 double CameraRegisters::bytesPerSecond() const {
-    return read(LimitMode) == 1 ? read(Limit) : read(LinkSpeed);
+    return std::max(1u, read(LimitMode) == 1 ? read(Limit) : read(LinkSpeed));
 }
 
 double CameraRegisters::frameRate() const {

@@ -14,8 +14,12 @@ namespace fakecamera {
 /// the protocol or by Aravis' fake camera, whose memory holds them all; those above are our own.
 /// FakeCamera.xml makes features of them.
 enum Register : std::uint32_t {
+    Version = 0x0000,
+    DeviceMode = 0x0004,
     MacHigh = 0x0008,
     MacLow = 0x000c,
+    AddressOptions = 0x0010,
+    AddressOption = 0x0014,
     CurrentAddress = 0x0024,
     CurrentMask = 0x0034,
     VendorName = 0x0048,
@@ -52,10 +56,14 @@ enum Register : std::uint32_t {
     FrameRate = 0x1020,
     SensorMicroseconds = 0x1028,
     ExposureMode = 0x1030,
+    ParamsLocked = 0x1038,
     FramesSent = 0x1100,
     PacketsSent = 0x1108,
     PacketsResent = 0x1110,
+    TestFirst = 0x1200,
     SlowCommand = 0x1224,
+    TestReadOnly = 0x1298,
+    TestLast = 0x12fc,
 };
 
 constexpr std::uint32_t pixelFormatMono8 = 0x01080001;
@@ -64,6 +72,9 @@ constexpr std::uint32_t pixelFormatMono8 = 0x01080001;
 /// Thread-safe.
 class CameraRegisters {
 public:
+    /// Where registers end, and the description begins.
+    static constexpr std::uint32_t descriptionAddress = 0x10000;
+
     /// @param genicamFile the description that the camera hands out; throws std::runtime_error
     ///        where it cannot be read
     CameraRegisters(const std::string& serial, const std::string& genicamFile);

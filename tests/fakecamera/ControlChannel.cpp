@@ -2,11 +2,11 @@
 #include "tests/fakecamera/ControlChannel.h"
 
 #include "tests/fakecamera/Protocol.h"
+#include "tests/fakecamera/WriteRules.h"
 
 #include <poll.h>
 #include <sys/socket.h>
 
-#include <algorithm>
 #include <array>
 
 namespace fakecamera {
@@ -17,12 +17,9 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr std::size_t discoverySize = 0xf8;
-constexpr std::size_t largestMemoryAccess = 536;
 constexpr auto pollTime = 20ms;
 /// How long the feature SlowCommand takes.
 constexpr auto slowCommandTime = 200ms;
-constexpr std::uint32_t fireTestPacket = 0x80000000;
-constexpr std::uint32_t doNotFragment = 0x40000000;
 
 /// What acknowledges a write: how many were written.
 void putWritten(std::vector<std::uint8_t>& data, std::size_t count) {
@@ -71,15 +68,18 @@ void ControlChannel::receive(UdpSocket& socket) {
     request.command = get16(&packet[2]);
     request.id = get16(&packet[6]);
     request.data = &packet[controlHeaderSize];
-    request.size = std::min<std::size_t>(get16(&packet[4]),
-                                         static_cast<std::size_t>(received) - controlHeaderSize);
+    request.size = static_cast<std::size_t>(received) - controlHeaderSize;
+    request.isWhole = request.size == get16(&packet[4]) && request.size <= largestControlPayload;
+    if (&socket == &m_broadcasts && request.command != Discovery) {
+        return;
+    }
     if (isController(request.sender)) {
         m_heardOfController = Clock::now();
     }
     Bytes data;
     const std::uint16_t status = handle(request, data);
-    if ((request.flags & flagAcknowledge) != 0) {
-        answer(request, status, status == Success ? data : Bytes());
+    if ((request.flags & flagAcknowledge) != 0 && request.command != PacketResend) {
+        answer(request, status, data);
     }
 }
 
@@ -95,6 +95,9 @@ void ControlChannel::answer(const Request& request, std::uint16_t status, const 
 }
 
 std::uint16_t ControlChannel::handle(const Request& request, Bytes& data) {
+    if (!request.isWhole) {
+        return InvalidHeader;
+    }
     switch (request.command) {
     case Discovery:
         return discover(data);
@@ -121,71 +124,101 @@ std::uint16_t ControlChannel::discover(Bytes& data) {
 }
 
 std::uint16_t ControlChannel::readRegisters(const Request& request, Bytes& data) {
-    data.resize(request.size / 4 * 4);
-    for (std::size_t i = 0; i < data.size(); i += 4) {
-        if (!m_registers.readMemory(get32(request.data + i), 4, &data[i])) {
-            return InvalidAddress;
+    if (request.size == 0 || request.size % 4 != 0) {
+        return InvalidParameter;
+    }
+    Bytes values;
+    for (std::size_t i = 0; i < request.size; i += 4) {
+        if (const auto status = read(request, get32(request.data + i), 4, values)) {
+            return status;
         }
     }
+    data = values;
     return Success;
 }
 
 std::uint16_t ControlChannel::writeRegisters(const Request& request, Bytes& data) {
-    const std::size_t count = request.size / 8;
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::uint32_t address = get32(request.data + 8 * i);
-        if (!mayWrite(request, address)) {
-            return AccessDenied;
-        }
-        if (!m_registers.writeMemory(address, 4, request.data + 8 * i + 4)) {
-            return InvalidAddress;
-        }
-        afterWrite(request, address, get32(request.data + 8 * i + 4));
+    if (request.size == 0 || request.size % 8 != 0) {
+        return InvalidParameter;
     }
-    putWritten(data, count);
+    for (std::size_t i = 0; i < request.size / 8; ++i) {
+        putWritten(data, i);
+        const std::uint8_t* const entry = request.data + 8 * i;
+        if (const auto status = write(request, get32(entry), 4, entry + 4)) {
+            return status;
+        }
+    }
+    putWritten(data, request.size / 8);
     return Success;
 }
 
 std::uint16_t ControlChannel::readMemory(const Request& request, Bytes& data) {
-    if (request.size < 8) {
+    const std::uint32_t size = request.size == 8 ? get16(request.data + 6) : 0;
+    if (size == 0 || size > largestMemoryAccess) {
         return InvalidParameter;
     }
-    const std::uint32_t size = get16(request.data + 6);
-    if (size > largestMemoryAccess) {
-        return InvalidParameter;
+    Bytes values(request.data, request.data + 4);
+    const auto status = read(request, get32(request.data), size, values);
+    if (status == Success) {
+        data = values;
     }
-    data.assign(request.data, request.data + 4);
-    data.resize(4 + size);
-    return m_registers.readMemory(get32(request.data), size, data.data() + 4) ? Success
-                                                                              : InvalidAddress;
+    return status;
 }
 
 std::uint16_t ControlChannel::writeMemory(const Request& request, Bytes& data) {
-    if (request.size < 8) {
+    if (request.size < 8 || request.size % 4 != 0) {
         return InvalidParameter;
     }
-    const std::uint32_t address = get32(request.data);
+    putWritten(data, 0);
     const std::size_t size = request.size - 4;
+    const auto status = write(request, get32(request.data), size, request.data + 4);
+    putWritten(data, status == Success ? size : 0);
+    return status;
+}
+
+std::uint16_t ControlChannel::read(const Request& request, std::uint32_t address,
+                                   std::uint32_t size, Bytes& data) const {
+    if (address % 4 != 0 || size % 4 != 0) {
+        return BadAlignment;
+    }
+    const bool isExclusive = (m_registers.read(ControlPrivilege) & exclusiveAccess) != 0;
+    if (isExclusive && !isController(request.sender) && address != ControlPrivilege) {
+        return AccessDenied;
+    }
+    data.resize(data.size() + size);
+    return m_registers.readMemory(address, size, &data[data.size() - size]) ? Success
+                                                                            : InvalidAddress;
+}
+
+std::uint16_t ControlChannel::write(const Request& request, std::uint32_t address, std::size_t size,
+                                    const std::uint8_t* data) {
     if (!mayWrite(request, address)) {
         return AccessDenied;
     }
-    if (!m_registers.writeMemory(address, static_cast<std::uint32_t>(size), request.data + 4)) {
-        return InvalidAddress;
+    for (std::uint32_t i = 0; i < size; i += 4) {
+        if (const auto status = checkWrite(m_registers, address + i, get32(data + i))) {
+            return status;
+        }
     }
-    afterWrite(request, address, get32(request.data + 4));
-    putWritten(data, size);
+    m_registers.writeMemory(address, static_cast<std::uint32_t>(size), data);
+    for (std::uint32_t i = 0; i < size; i += 4) {
+        afterWrite(request, address + i, get32(data + i));
+    }
+    m_stream.update();
     return Success;
 }
 
 void ControlChannel::resend(const Request& request) {
     const bool extended = (request.flags & flagExtendedIds) != 0;
     // Hosts may ask from the port that receives the stream.
-    const bool fromController = request.sender.sin_addr.s_addr == m_controller.sin_addr.s_addr;
-    if (request.size < (extended ? 20u : 12u) || !fromController) {
+    const bool fromController = m_registers.read(ControlPrivilege) != 0 &&
+                                request.sender.sin_addr.s_addr == m_controller.sin_addr.s_addr;
+    const bool can = (m_registers.read(Capabilities) & canResend) != 0;
+    if (request.size < (extended ? 20u : 12u) || !fromController || !can) {
         return;
     }
     const std::uint64_t frameId = extended ? get64(request.data + 12) : get16(request.data + 2);
-    constexpr std::uint32_t packetMask = 0xffffff;
+    const std::uint32_t packetMask = extended ? 0xffffffff : 0xffffff;
     m_stream.resend(frameId, get32(request.data + 4) & packetMask,
                     get32(request.data + 8) & packetMask);
 }
@@ -203,7 +236,7 @@ bool ControlChannel::mayWrite(const Request& request, std::uint32_t address) con
 
 void ControlChannel::afterWrite(const Request& request, std::uint32_t address,
                                 std::uint32_t value) {
-    if (address == ControlPrivilege && value == 0) {
+    if (address == ControlPrivilege && (value & (exclusiveAccess | controlAccess)) == 0) {
         releaseControl();
     } else if (address == ControlPrivilege) {
         m_controller = request.sender;
@@ -214,7 +247,6 @@ void ControlChannel::afterWrite(const Request& request, std::uint32_t address,
         m_registers.write(address, value & ~fireTestPacket);
         m_stream.sendTestPacket((value & doNotFragment) == 0);
     }
-    m_stream.update();
 }
 
 void ControlChannel::endSlowCommand() {

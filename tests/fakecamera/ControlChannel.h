@@ -35,12 +35,14 @@ private:
         std::uint16_t id;
         const std::uint8_t* data;
         std::size_t size;
+        /// As long as it says, and not longer than one may be.
+        bool isWhole;
     };
     using Bytes = std::vector<std::uint8_t>;
 
     void receive(UdpSocket& socket);
     void answer(const Request& request, std::uint16_t status, const Bytes& data);
-    /// Carries a request out, answers its status and appends what goes back to the sender.
+    /// Carries a request out, answers its status and fills what goes back to the sender.
     std::uint16_t handle(const Request& request, Bytes& data);
     std::uint16_t discover(Bytes& data);
     std::uint16_t readRegisters(const Request& request, Bytes& data);
@@ -48,6 +50,12 @@ private:
     std::uint16_t readMemory(const Request& request, Bytes& data);
     std::uint16_t writeMemory(const Request& request, Bytes& data);
     void resend(const Request& request);
+    /// Appends what a host may read to the data.
+    std::uint16_t read(const Request& request, std::uint32_t address, std::uint32_t size,
+                       Bytes& data) const;
+    /// Writes all of the data or nothing.
+    std::uint16_t write(const Request& request, std::uint32_t address, std::size_t size,
+                        const std::uint8_t* data);
 
     bool isController(const sockaddr_in& sender) const;
     bool mayWrite(const Request& request, std::uint32_t address) const;

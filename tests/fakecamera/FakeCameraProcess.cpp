@@ -1,21 +1,51 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/fakecamera/FakeCameraProcess.h"
 
-#include "tests/fakecamera/Protocol.h"
-#include "tests/fakecamera/UdpSocket.h"
-
+#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/prctl.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <stdexcept>
+#include <utility>
 
 namespace fakecamera {
 
-using namespace std::chrono_literals;
+namespace {
+
+constexpr int secondsToStart = 10;
+
+/// The two ends of a pipe, closed with the object. Throws std::runtime_error.
+class Pipe {
+public:
+    Pipe() {
+        if (pipe2(m_ends, O_CLOEXEC) != 0) {
+            throw std::runtime_error("no pipe");
+        }
+    }
+    ~Pipe() {
+        close(m_ends[0]);
+        closeWriter();
+    }
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+
+    int writer() const { return m_ends[1]; }
+    void closeWriter() { close(std::exchange(m_ends[1], -1)); }
+    /// False when the writers have gone without a word, or say none for so long.
+    bool hears(int seconds) const {
+        pollfd readable{m_ends[0], POLLIN, 0};
+        char word = 0;
+        return poll(&readable, 1, seconds * 1000) == 1 && read(m_ends[0], &word, 1) == 1;
+    }
+
+private:
+    int m_ends[2];
+};
+
+} // namespace
 
 FakeCameraProcess::FakeCameraProcess(const std::string& address,
                                      const std::vector<std::string>& options,
@@ -35,7 +65,7 @@ FakeCameraProcess::~FakeCameraProcess() {
 
 void FakeCameraProcess::kill() {
     if (m_process > 0) {
-        ::kill(m_process, SIGKILL);
+        send(SIGKILL);
         waitpid(m_process, nullptr, 0);
         m_process = -1;
     }
@@ -47,11 +77,18 @@ void FakeCameraProcess::restart() {
 }
 
 void FakeCameraProcess::pause() {
-    ::kill(m_process, SIGSTOP);
+    send(SIGSTOP);
 }
 
 void FakeCameraProcess::resume() {
-    ::kill(m_process, SIGCONT);
+    send(SIGCONT);
+}
+
+void FakeCameraProcess::send(int signal) const {
+    // A number of none would be everybody's.
+    if (m_process > 0) {
+        ::kill(m_process, signal);
+    }
 }
 
 void FakeCameraProcess::start() {
@@ -60,45 +97,22 @@ void FakeCameraProcess::start() {
         arguments.push_back(argument.data());
     }
     arguments.push_back(nullptr);
-    if (answers(20ms)) {
-        throw std::runtime_error("there is a camera already on " + m_address);
-    }
+    Pipe ready;
+    const pid_t test = getpid();
     m_process = fork();
     if (m_process == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
-        execvp(arguments[0], arguments.data());
+        const bool testIsThere = getppid() == test;
+        if (testIsThere && dup2(ready.writer(), STDOUT_FILENO) >= 0) {
+            execvp(arguments[0], arguments.data());
+        }
         _exit(127);
     }
-    try {
-        waitForAnswer();
-    } catch (...) {
+    ready.closeWriter();
+    if (!ready.hears(secondsToStart)) {
         kill();
-        throw;
+        throw std::runtime_error("the fake camera does not start on " + m_address);
     }
-}
-
-void FakeCameraProcess::waitForAnswer() const {
-    const auto deadline = std::chrono::steady_clock::now() + 10s;
-    while (!answers(20ms)) {
-        siginfo_t ended{};
-        waitid(P_PID, static_cast<id_t>(m_process), &ended, WEXITED | WNOHANG | WNOWAIT);
-        if (ended.si_pid != 0 || std::chrono::steady_clock::now() > deadline) {
-            throw std::runtime_error("the fake camera does not answer on " + m_address);
-        }
-    }
-}
-
-bool FakeCameraProcess::answers(std::chrono::milliseconds patience) const {
-    const UdpSocket socket;
-    const auto camera = socketAddress(parseAddress(m_address), protocol::controlPort);
-    std::uint8_t packet[protocol::controlHeaderSize] = {protocol::commandKey,
-                                                        protocol::flagAcknowledge};
-    protocol::put16(packet + 2, protocol::Discovery);
-    protocol::put16(packet + 6, 1);
-    sendto(socket.descriptor(), packet, sizeof packet, 0,
-           reinterpret_cast<const sockaddr*>(&camera), sizeof camera);
-    pollfd readable{socket.descriptor(), POLLIN, 0};
-    return poll(&readable, 1, static_cast<int>(patience.count())) == 1;
 }
 
 } // namespace fakecamera

@@ -11,6 +11,9 @@ namespace fakecamera::protocol {
 /// Control (GVCP): every packet starts with 8 bytes: key and flags, command, length, request ID.
 constexpr std::uint16_t controlPort = 3956;
 constexpr std::size_t controlHeaderSize = 8;
+/// Bytes that may follow the header, and those of a camera's memory that fit in.
+constexpr std::size_t largestControlPayload = 540;
+constexpr std::size_t largestMemoryAccess = 536;
 constexpr std::uint8_t commandKey = 0x42;
 constexpr std::uint8_t flagAcknowledge = 0x01;
 constexpr std::uint8_t flagExtendedIds = 0x10;
@@ -27,10 +30,16 @@ enum Command : std::uint16_t {
 
 enum Status : std::uint16_t {
     Success = 0x0000,
+    /// Of a packet that was asked for again; cameras with 16-bit frame numbers do not tell it.
+    Resent = 0x0100,
     NotImplemented = 0x8001,
     InvalidParameter = 0x8002,
     InvalidAddress = 0x8003,
+    WriteProtected = 0x8004,
+    BadAlignment = 0x8005,
     AccessDenied = 0x8006,
+    PacketUnavailable = 0x800c,
+    InvalidHeader = 0x800e,
 };
 
 /// Streaming (GVSP): sizes of a packet's header with 16-bit and with 64-bit frame numbers, and what
@@ -38,6 +47,18 @@ enum Status : std::uint16_t {
 constexpr std::size_t streamHeaderSize = 8;
 constexpr std::size_t extendedStreamHeaderSize = 20;
 constexpr std::size_t ipAndUdpSize = 28;
+
+/// Bits of the packet size's register, of the control privilege and of the capabilities.
+constexpr std::uint32_t fireTestPacket = 0x80000000;
+constexpr std::uint32_t doNotFragment = 0x40000000;
+constexpr std::uint32_t packetSizeBits = 0xffff;
+constexpr std::uint32_t exclusiveAccess = 1;
+constexpr std::uint32_t controlAccess = 2;
+constexpr std::uint32_t hasUserId = 0x80000000;
+constexpr std::uint32_t hasSerialNumber = 0x40000000;
+constexpr std::uint32_t canResend = 4;
+constexpr std::uint32_t canWriteMemory = 2;
+constexpr std::uint32_t canConcatenate = 1;
 
 enum class StreamPacket : std::uint32_t { Leader = 1, Trailer = 2, Data = 3 };
 

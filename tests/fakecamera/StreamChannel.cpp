@@ -33,7 +33,7 @@ std::chrono::nanoseconds seconds(double value) {
 
 StreamChannel::StreamChannel(CameraRegisters& registers, std::uint32_t address,
                              const StreamOptions& options)
-    : m_registers(registers), m_options(options) {
+    : m_registers(registers), m_address(address), m_options(options) {
     m_socket.bind(socketAddress(address, 0));
     m_socket.set(SOL_SOCKET, SO_SNDBUF, sendBuffer);
     m_thread = std::thread(&StreamChannel::run, this);
@@ -43,19 +43,23 @@ StreamChannel::~StreamChannel() {
     {
         const std::lock_guard lock(m_mutex);
         m_ending = true;
-        m_acquiring = false;
+        m_asked = 0;
     }
     m_changed.notify_all();
     m_thread.join();
 }
 
 void StreamChannel::update() {
-    const bool acquiring = m_registers.read(Acquisition) == 1 &&
-                           (m_registers.read(StreamPort) & 0xffff) != 0 &&
-                           m_registers.read(ControlPrivilege) != 0;
     {
         const std::lock_guard lock(m_mutex);
-        m_acquiring = acquiring && !m_ending;
+        const bool acquiring = m_registers.read(Acquisition) == 1 &&
+                               (m_registers.read(StreamPort) & 0xffff) != 0 &&
+                               m_registers.read(ControlPrivilege) != 0;
+        if (!acquiring) {
+            m_asked = 0;
+        } else if (m_asked == 0) {
+            m_asked = ++m_started;
+        }
     }
     m_changed.notify_all();
 }
@@ -70,13 +74,14 @@ void StreamChannel::resend(std::uint64_t frameId, std::uint32_t firstPacket,
 }
 
 void StreamChannel::sendTestPacket(bool mayFragment) {
-    const std::uint32_t size = m_registers.read(StreamPacketSize) & 0xffff;
+    const std::uint32_t size = m_registers.read(StreamPacketSize) & protocol::packetSizeBits;
     const std::vector<std::uint8_t> data(size - std::min<std::size_t>(size, protocol::ipAndUdpSize),
                                          0);
     const auto destination =
         socketAddress(m_registers.read(StreamAddress),
                       static_cast<std::uint16_t>(m_registers.read(StreamPort) & 0xffff));
     UdpSocket socket;
+    socket.bind(socketAddress(m_address, 0));
     socket.set(IPPROTO_IP, IP_MTU_DISCOVER, mayFragment ? IP_PMTUDISC_DONT : IP_PMTUDISC_DO);
     sendto(socket.descriptor(), data.data(), data.size(), 0,
            reinterpret_cast<const sockaddr*>(&destination), sizeof destination);
@@ -93,19 +98,22 @@ void StreamChannel::run() {
 
 bool StreamChannel::waitForAcquisition() {
     std::unique_lock lock(m_mutex);
-    m_changed.wait(lock, [this] { return m_ending || m_acquiring; });
-    m_resends.clear();
+    while (!m_ending && m_asked == 0) {
+        m_changed.wait(lock, [this] { return m_ending || m_asked != 0 || !m_resends.empty(); });
+        sendAllAgain(lock);
+    }
+    m_current = m_asked;
     return !m_ending;
 }
 
 void StreamChannel::acquire() {
-    StreamPackets packets(m_registers, m_options.extendedIds);
+    m_packets.emplace(m_registers, m_options.extendedIds, m_socket);
     std::uint64_t frameId = m_options.firstFrameId;
     auto due = Clock::now();
     m_tokensSince = due;
-    while (waitForTurn(packets, due)) {
-        packets.begin(frameId, nanoseconds(Clock::now()));
-        if (!sendFrame(packets)) {
+    while (waitForTurn(due)) {
+        m_packets->begin(frameId, nanoseconds(Clock::now()));
+        if (!sendFrame()) {
             return;
         }
         m_registers.add(FramesSent, 1);
@@ -118,14 +126,14 @@ void StreamChannel::acquire() {
     }
 }
 
-bool StreamChannel::waitForTurn(StreamPackets& packets, Clock::time_point& due) {
+bool StreamChannel::waitForTurn(Clock::time_point& due) {
     if (!m_registers.isTriggered()) {
         // A camera that could not keep up does not send faster afterwards.
         due = std::max(due, Clock::now() - bucket);
-        return waitUntil(due, packets);
+        return waitUntil(due);
     }
     while (!takeTrigger()) {
-        if (!waitUntil(Clock::now() + 1ms, packets)) {
+        if (!waitUntil(Clock::now() + 1ms)) {
             return false;
         }
     }
@@ -133,62 +141,75 @@ bool StreamChannel::waitForTurn(StreamPackets& packets, Clock::time_point& due) 
     return true;
 }
 
-bool StreamChannel::sendFrame(StreamPackets& packets) {
-    const auto perPacket =
-        seconds(static_cast<double>(packets.dataSize()) / m_registers.bytesPerSecond());
-    const auto group = static_cast<std::uint32_t>(std::clamp<std::int64_t>(
-        std::chrono::nanoseconds(grain) / std::max<std::chrono::nanoseconds>(perPacket, 1ns), 1,
-        packets.count()));
-    std::uint64_t sent = 0;
-    for (std::uint32_t next = 0; next < packets.count();) {
-        const std::uint32_t end = next + std::min(group, packets.count() - next);
-        m_tokensSince = std::max(m_tokensSince, Clock::now() - bucket) + (end - next) * perPacket;
-        if (!waitUntil(m_tokensSince, packets)) {
+bool StreamChannel::sendFrame() {
+    const auto bytesAtOnce = static_cast<std::size_t>(m_registers.bytesPerSecond() *
+                                                      std::chrono::duration<double>(grain).count());
+    while (!m_packets->isDone()) {
+        std::uint32_t end = m_packets->next();
+        std::size_t bytes = 0;
+        do {
+            bytes += m_packets->imageBytes(end++);
+        } while (end < m_packets->count() && bytes + m_packets->imageBytes(end) <= bytesAtOnce);
+        if (!waitUntil(takeTokens(bytes))) {
             return false;
         }
-        for (; next < end; ++next) {
-            if (!isWithheld(packets.isData(next))) {
-                packets.add(m_socket.descriptor(), packets.frameId(), next);
-                ++sent;
-            }
-        }
-        packets.flush(m_socket.descriptor());
+        sendGroup(end);
     }
-    m_registers.add(PacketsSent, sent);
     return true;
 }
 
-bool StreamChannel::waitUntil(Clock::time_point moment, StreamPackets& packets) {
+void StreamChannel::sendGroup(std::uint32_t end) {
+    std::uint64_t sent = 0;
+    while (m_packets->next() < end) {
+        if (isWithheld()) {
+            m_packets->withholdNext();
+        } else {
+            m_packets->addNext();
+            ++sent;
+        }
+    }
+    m_packets->flush();
+    m_registers.add(PacketsSent, sent);
+}
+
+StreamChannel::Clock::time_point StreamChannel::takeTokens(std::size_t bytes) {
+    m_tokensSince = std::max(m_tokensSince, Clock::now() - bucket) +
+                    seconds(static_cast<double>(bytes) / m_registers.bytesPerSecond());
+    return m_tokensSince;
+}
+
+bool StreamChannel::waitUntil(Clock::time_point moment) {
     std::unique_lock lock(m_mutex);
     do {
-        if (!m_acquiring) {
-            return false;
-        }
-        while (!m_resends.empty()) {
-            const PacketRange range = m_resends.front();
-            m_resends.pop_front();
-            lock.unlock();
-            sendAgain(range, packets);
-            lock.lock();
-        }
-        m_changed.wait_until(lock, moment, [this] { return !m_acquiring || !m_resends.empty(); });
-    } while (!m_acquiring || !m_resends.empty());
-    return true;
+        sendAllAgain(lock);
+        m_changed.wait_until(lock, moment,
+                             [this] { return m_asked != m_current || !m_resends.empty(); });
+    } while (m_asked == m_current && !m_resends.empty());
+    return m_asked == m_current;
 }
 
-void StreamChannel::sendAgain(const PacketRange& range, StreamPackets& packets) {
-    if (!packets.isRecent(range.frameId)) {
+void StreamChannel::sendAllAgain(std::unique_lock<std::mutex>& lock) {
+    while (!m_resends.empty()) {
+        const PacketRange range = m_resends.front();
+        m_resends.pop_front();
+        lock.unlock();
+        sendAgain(range);
+        lock.lock();
+    }
+}
+
+void StreamChannel::sendAgain(const PacketRange& range) {
+    if (!m_packets) {
         return;
     }
-    const std::uint32_t end = std::min(range.last, packets.count() - 1) + 1;
-    for (std::uint32_t packet = range.first; packet < end; ++packet) {
-        packets.add(m_socket.descriptor(), range.frameId, packet);
-    }
-    packets.flush(m_socket.descriptor());
-    m_registers.add(PacketsResent, end - std::min(end, range.first));
+    const std::uint32_t sent = m_packets->addAgain(range.frameId, range.first, range.last);
+    m_packets->flush();
+    takeTokens(sent * m_packets->imageBytes(1));
+    m_registers.add(PacketsResent, sent);
 }
 
-bool StreamChannel::isWithheld(bool isData) {
+bool StreamChannel::isWithheld() {
+    const bool isData = m_packets->imageBytes(m_packets->next()) != 0;
     return isData && m_options.dropEvery != 0 && ++m_dataPackets % m_options.dropEvery == 0;
 }
 

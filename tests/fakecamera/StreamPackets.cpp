@@ -15,65 +15,103 @@ namespace {
 
 constexpr std::size_t patternPeriod = 256;
 constexpr std::size_t packetsPerCall = 64;
-constexpr std::uint64_t framesKept = 4;
+constexpr std::size_t framesKept = 4;
 constexpr std::uint32_t extendedIdBit = 0x80000000;
 constexpr std::uint16_t imagePayload = 1;
 
 } // namespace
 
-StreamPackets::StreamPackets(const CameraRegisters& registers, bool extendedIds)
-    : m_extendedIds(extendedIds),
+StreamPackets::StreamPackets(const CameraRegisters& registers, bool extendedIds, UdpSocket& socket)
+    : m_extendedIds(extendedIds), m_socket(socket),
       m_destination(socketAddress(registers.read(StreamAddress),
                                   static_cast<std::uint16_t>(registers.read(StreamPort) & 0xffff))),
       m_format(registers.read(PixelFormat)), m_region{registers.read(Width), registers.read(Height),
                                                       registers.read(OffsetX),
                                                       registers.read(OffsetY)},
       m_payload(registers.payload()),
-      m_dataSize((registers.read(StreamPacketSize) & 0xffff) - ipAndUdpSize -
+      m_dataSize((registers.read(StreamPacketSize) & packetSizeBits) - ipAndUdpSize -
                  (extendedIds ? extendedStreamHeaderSize : streamHeaderSize)),
       m_dataPackets(static_cast<std::uint32_t>((m_payload + m_dataSize - 1) / m_dataSize)),
       m_pattern(m_payload + patternPeriod) {
-    const std::size_t stride = std::max<std::size_t>(1, m_payload / m_region[1]);
+    const std::size_t stride = m_payload / m_region[1];
     for (std::size_t i = 0; i < m_pattern.size(); ++i) {
         m_pattern[i] = static_cast<std::uint8_t>(i % stride + i / stride);
     }
     m_prepared.reserve(packetsPerCall);
+    const bool mayBeSplit = (registers.read(StreamPacketSize) & doNotFragment) == 0;
+    socket.set(IPPROTO_IP, IP_MTU_DISCOVER, mayBeSplit ? IP_PMTUDISC_DONT : IP_PMTUDISC_PROBE);
+}
+
+std::size_t StreamPackets::imageBytes(std::uint32_t packet) const {
+    if (packet == 0 || packet > m_dataPackets) {
+        return 0;
+    }
+    return std::min(m_dataSize, m_payload - (packet - 1) * m_dataSize);
 }
 
 void StreamPackets::begin(std::uint64_t frameId, std::uint64_t timestamp) {
-    m_frameId = frameId;
-    m_timestamp = timestamp;
-}
-
-bool StreamPackets::isRecent(std::uint64_t frameId) const {
-    return frameId != 0 && m_frameId - frameId < framesKept;
-}
-
-void StreamPackets::add(int socket, std::uint64_t frameId, std::uint32_t packet) {
-    if (m_prepared.size() == packetsPerCall) {
-        flush(socket);
+    if (m_frames.size() == framesKept) {
+        m_frames.pop_front();
     }
-    Prepared& prepared = m_prepared.emplace_back();
+    m_frames.push_back({frameId, timestamp, 0});
+}
+
+void StreamPackets::addNext() {
+    Frame& frame = m_frames.back();
+    add(frame, frame.next++, Success);
+}
+
+void StreamPackets::withholdNext() {
+    ++m_frames.back().next;
+}
+
+std::uint32_t StreamPackets::addAgain(std::uint64_t frameId, std::uint32_t first,
+                                      std::uint32_t last) {
+    const auto frame = std::find_if(m_frames.rbegin(), m_frames.rend(),
+                                    [frameId](const Frame& each) { return each.id == frameId; });
+    if (frame == m_frames.rend() || first >= frame->next) {
+        addUnavailable(frameId, first);
+        return 0;
+    }
+    const std::uint32_t end = std::min(last, frame->next - 1) + 1;
+    for (std::uint32_t packet = first; packet < end; ++packet) {
+        add(*frame, packet, m_extendedIds ? Resent : Success);
+    }
+    return end - std::min(first, end);
+}
+
+void StreamPackets::add(const Frame& frame, std::uint32_t packet, Status status) {
+    Prepared& prepared = addEmpty();
     std::uint8_t* const at = prepared.header.data();
-    prepared.data = nullptr;
-    prepared.size = 0;
-    if (packet == 0) {
-        prepared.headerSize = putHeader(at, StreamPacket::Leader, frameId, packet);
-        prepared.headerSize += putLeader(at + prepared.headerSize);
-    } else if (isData(packet)) {
-        const std::size_t offset = (packet - 1) * m_dataSize;
-        prepared.headerSize = putHeader(at, StreamPacket::Data, frameId, packet);
-        prepared.data = m_pattern.data() + offset + frameId % patternPeriod;
-        prepared.size = std::min(m_dataSize, m_payload - offset);
+    const bool isImage = imageBytes(packet) != 0;
+    const StreamPacket type = isImage       ? StreamPacket::Data
+                              : packet == 0 ? StreamPacket::Leader
+                                            : StreamPacket::Trailer;
+    prepared.headerSize = putHeader(at, status, type, frame.id, packet);
+    if (isImage) {
+        prepared.data = m_pattern.data() + (packet - 1) * m_dataSize + frame.id % patternPeriod;
+        prepared.size = imageBytes(packet);
     } else {
-        prepared.headerSize = putHeader(at, StreamPacket::Trailer, frameId, packet);
-        put32(at + prepared.headerSize, imagePayload);
-        put32(at + prepared.headerSize + 4, m_region[1]);
-        prepared.headerSize += 8;
+        std::uint8_t* const behind = at + prepared.headerSize;
+        prepared.headerSize +=
+            packet == 0 ? putLeader(behind, frame.timestamp) : putTrailer(behind);
     }
 }
 
-void StreamPackets::flush(int socket) {
+void StreamPackets::addUnavailable(std::uint64_t frameId, std::uint32_t packet) {
+    Prepared& prepared = addEmpty();
+    prepared.headerSize =
+        putHeader(prepared.header.data(), PacketUnavailable, StreamPacket::Data, frameId, packet);
+}
+
+StreamPackets::Prepared& StreamPackets::addEmpty() {
+    if (m_prepared.size() == packetsPerCall) {
+        flush();
+    }
+    return m_prepared.emplace_back(Prepared{{}, 0, nullptr, 0});
+}
+
+void StreamPackets::flush() {
     std::array<std::array<iovec, 2>, packetsPerCall> parts;
     std::array<mmsghdr, packetsPerCall> messages{};
     for (std::size_t i = 0; i < m_prepared.size(); ++i) {
@@ -87,18 +125,18 @@ void StreamPackets::flush(int socket) {
     }
     std::size_t done = 0;
     while (done < m_prepared.size()) {
-        const int sent =
-            sendmmsg(socket, &messages[done], static_cast<unsigned>(m_prepared.size() - done), 0);
+        const int sent = sendmmsg(m_socket.descriptor(), &messages[done],
+                                  static_cast<unsigned>(m_prepared.size() - done), 0);
         // A packet that cannot be sent is lost, as it would be on a wire.
         done += sent > 0 ? static_cast<std::size_t>(sent) : 1;
     }
     m_prepared.clear();
 }
 
-std::size_t StreamPackets::putHeader(std::uint8_t* at, StreamPacket type, std::uint64_t frameId,
-                                     std::uint32_t packet) const {
+std::size_t StreamPackets::putHeader(std::uint8_t* at, Status status, StreamPacket type,
+                                     std::uint64_t frameId, std::uint32_t packet) const {
     const std::uint32_t typeBits = static_cast<std::uint32_t>(type) << 24;
-    put16(at, Success);
+    put16(at, status);
     if (!m_extendedIds) {
         put16(at + 2, static_cast<std::uint16_t>(frameId));
         put32(at + 4, typeBits | packet);
@@ -111,16 +149,22 @@ std::size_t StreamPackets::putHeader(std::uint8_t* at, StreamPacket type, std::u
     return extendedStreamHeaderSize;
 }
 
-std::size_t StreamPackets::putLeader(std::uint8_t* at) const {
+std::size_t StreamPackets::putLeader(std::uint8_t* at, std::uint64_t timestamp) const {
     put16(at, 0);
     put16(at + 2, imagePayload);
-    put64(at + 4, m_timestamp);
+    put64(at + 4, timestamp);
     put32(at + 12, m_format);
     for (std::size_t i = 0; i < m_region.size(); ++i) {
         put32(at + 16 + 4 * i, m_region[i]);
     }
     put32(at + 32, 0);
     return 36;
+}
+
+std::size_t StreamPackets::putTrailer(std::uint8_t* at) const {
+    put32(at, imagePayload);
+    put32(at + 4, m_region[1]);
+    return 8;
 }
 
 } // namespace fakecamera

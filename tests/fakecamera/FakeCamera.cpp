@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/fakecamera/CameraRegisters.h"
 #include "tests/fakecamera/ControlChannel.h"
+#include "tests/fakecamera/Protocol.h"
 #include "tests/fakecamera/StreamChannel.h"
 #include "tests/fakecamera/UdpSocket.h"
+#include "tests/fakecamera/WriteRules.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <map>
@@ -13,6 +16,9 @@
 namespace {
 
 using namespace fakecamera;
+
+constexpr std::uint32_t bigEndianAndUtf8 = 0x80000001;
+constexpr std::uint32_t persistentAddress = 1;
 
 /// The options and their defaults. Speeds are in bytes per second, the frame rate is the sensor's.
 std::map<std::string, std::string> parse(int count, char** arguments) {
@@ -58,7 +64,19 @@ void fill(CameraRegisters& registers, const std::map<std::string, std::string>& 
     const auto number = [&options](const char* name) {
         return static_cast<std::uint32_t>(std::stoul(options.at(name)));
     };
+    // What a host may set, too, and what must be possible to stream with.
+    const auto set = [&](Register address, const char* name) {
+        if (checkWrite(registers, address, number(name)) != protocol::Success) {
+            throw std::runtime_error(std::string("not possible: ") + name + ' ' + options.at(name));
+        }
+        registers.write(address, number(name));
+    };
     const std::uint32_t address = parseAddress(options.at("--address"));
+    const bool extendedIds = options.at("--extended-ids") != "0";
+    registers.write(Version, extendedIds ? 0x20000 : 0x10002);
+    registers.write(DeviceMode, bigEndianAndUtf8);
+    registers.write(AddressOptions, persistentAddress);
+    registers.write(AddressOption, persistentAddress);
     registers.write(CurrentAddress, address);
     registers.write(CurrentMask, 0xffffff00);
     registers.write(MacHigh, 0x02fc);
@@ -67,20 +85,21 @@ void fill(CameraRegisters& registers, const std::map<std::string, std::string>& 
     registers.writeText(ModelName, 32, options.at("--model"));
     registers.writeText(DeviceVersion, 32, "1.0");
     registers.writeText(UserId, 16, options.at("--user-id"));
-    registers.write(Width, number("--width"));
-    registers.write(Height, number("--height"));
-    registers.write(SensorMicroseconds, 1000000 / number("--frame-rate"));
-    registers.write(ExposureMicroseconds, number("--exposure"));
+    set(Width, "--width");
+    set(Height, "--height");
+    registers.write(SensorMicroseconds, 1000000 / std::max(1u, number("--frame-rate")));
+    set(ExposureMicroseconds, "--exposure");
     registers.write(LinkSpeed, number("--link-speed"));
     registers.write(LimitMinimum, number("--limit-minimum"));
     registers.write(LimitMaximum, number("--limit-maximum"));
     registers.write(LimitIncrement, number("--limit-increment"));
     registers.write(Limit, number("--limit"));
     registers.write(LimitMode, 1);
-    registers.write(StreamPacketSize, number("--packet-size"));
-    registers.write(HeartbeatMilliseconds, number("--heartbeat"));
-    // Writes memory, and sends packets again where it may.
-    registers.write(Capabilities, number("--resend") == 0 ? 0x2 : 0x6);
+    set(StreamPacketSize, "--packet-size");
+    set(HeartbeatMilliseconds, "--heartbeat");
+    registers.write(Capabilities, protocol::hasUserId | protocol::hasSerialNumber |
+                                      protocol::canWriteMemory | protocol::canConcatenate |
+                                      (number("--resend") == 0 ? 0 : protocol::canResend));
 }
 
 void serve(const std::map<std::string, std::string>& options) {
@@ -92,7 +111,11 @@ void serve(const std::map<std::string, std::string>& options) {
     streaming.dropEvery = std::stoull(options.at("--drop-every"));
     const std::uint32_t address = parseAddress(options.at("--address"));
     StreamChannel stream(registers, address, streaming);
-    ControlChannel(registers, stream, address).run();
+    ControlChannel control(registers, stream, address);
+    // Whoever started this may use the camera now.
+    std::puts("ready");
+    std::fflush(stdout);
+    control.run();
 }
 
 } // namespace
