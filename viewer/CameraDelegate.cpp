@@ -20,6 +20,8 @@ QColor dotColor(CameraAccess access, const QPalette& palette) {
         return QColor(0x00, 0x96, 0x40);
     case CameraAccess::InUse:
         return QColor(0xfc, 0xc2, 0x34);
+    case CameraAccess::NoAnswer:
+        return QColor(0xdc, 0x14, 0x3c);
     case CameraAccess::Available:
         break;
     }

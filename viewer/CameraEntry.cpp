@@ -4,6 +4,8 @@
 #include "OrvCPP/OrvSystem.h"
 #include "viewer/Sdk.h"
 
+#include <QHash>
+
 namespace viewer {
 
 namespace {
@@ -19,7 +21,9 @@ QString interfaceName(const OrvCPP::Camera& camera) {
 
 CameraAccess permittedAccess(const OrvCPP::Camera& camera) {
     OrvAccessModeType modes = OrvAccessModeNone;
-    camera.GetPermittedAccess(modes);
+    if (camera.GetPermittedAccess(modes) == OrvErrorNotFound) {
+        return CameraAccess::NoAnswer;
+    }
     return (modes & OrvAccessModeFull) != 0 ? CameraAccess::Available : CameraAccess::InUse;
 }
 
@@ -43,6 +47,19 @@ CameraEntry describe(const std::shared_ptr<OrvCPP::Camera>& camera) {
     return entry;
 }
 
+/// Puts a text of their own behind the names of cameras that have the same one.
+void tellApart(std::vector<CameraEntry>& entries, QString CameraEntry::*text) {
+    QHash<QString, int> counts;
+    for (const CameraEntry& entry : entries) {
+        ++counts[entry.name];
+    }
+    for (CameraEntry& entry : entries) {
+        if (counts[entry.name] > 1 && !(entry.*text).isEmpty()) {
+            entry.name = QStringLiteral("%1 (%2)").arg(entry.name, entry.*text);
+        }
+    }
+}
+
 } // namespace
 
 std::vector<CameraEntry> findCameras(OrvCPP::OrvSystem& system) {
@@ -53,6 +70,9 @@ std::vector<CameraEntry> findCameras(OrvCPP::OrvSystem& system) {
     for (const auto& camera : sdkList<OrvCPP::Camera>(get)) {
         entries.push_back(describe(camera));
     }
+    // Most cameras have no name but their model's, and serial numbers are each maker's own.
+    tellApart(entries, &CameraEntry::serialNumber);
+    tellApart(entries, &CameraEntry::id);
     return entries;
 }
 

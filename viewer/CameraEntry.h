@@ -19,6 +19,8 @@ enum class CameraAccess {
     Available,
     /// Another application holds it, or it is not permitted for another reason.
     InUse,
+    /// It was found, and does not answer: its cable was pulled, or it is in another network.
+    NoAnswer,
     /// This viewer shows its image.
     Live
 };
@@ -27,6 +29,7 @@ enum class CameraAccess {
 struct CameraEntry {
     /// Unique among all cameras.
     QString id;
+    /// Cameras of the same name have their serial numbers behind it.
     QString name;
     QString model;
     QString serialNumber;

@@ -17,6 +17,8 @@ QString accessText(CameraAccess access) {
     switch (access) {
     case CameraAccess::InUse:
         return CameraModel::tr("In use");
+    case CameraAccess::NoAnswer:
+        return CameraModel::tr("No answer");
     case CameraAccess::Live:
         return CameraModel::tr("Live");
     case CameraAccess::Available:

@@ -182,8 +182,9 @@ void ViewerWindow::refreshCameras() {
     // The first camera that can be shown is shown at once; later on the choice is the user's.
     const int row = hadCameras ? m_model->rowOf(before.id) : firstAvailableRow();
     m_list->setCurrentIndex(m_model->index(row));
-    const bool isFreeNow =
-        before.access == CameraAccess::InUse && currentCamera().access == CameraAccess::Available;
+    const bool wasBarred =
+        before.access == CameraAccess::InUse || before.access == CameraAccess::NoAnswer;
+    const bool isFreeNow = wasBarred && currentCamera().access == CameraAccess::Available;
     if (row < 0 || isFreeNow) {
         showCamera(row);
     }
@@ -230,6 +231,11 @@ void ViewerWindow::showCamera(int row) {
     const OrvErrorType result = m_live.start(entry.camera);
     QGuiApplication::restoreOverrideCursor();
     if (result != OrvErrorSuccess) {
+        if (meansInUse(result)) {
+            m_model->setAccess(row, CameraAccess::InUse);
+        } else if (result == OrvErrorNotFound) {
+            m_model->setAccess(row, CameraAccess::NoAnswer);
+        }
         showFailure(entry.name, result);
         return;
     }
@@ -254,6 +260,11 @@ void ViewerWindow::showFailure(const QString& name, OrvErrorType error) {
         m_view->showMessage(
             tr("In use by another application"),
             tr("%1 can be shown when the other application has released it.").arg(name));
+    } else if (error == OrvErrorNotFound) {
+        m_view->showMessage(tr("The camera does not answer"),
+                            tr("Check the cable of %1, its power, and whether its network address "
+                               "can be reached from this computer.")
+                                .arg(name));
     } else {
         m_view->showMessage(tr("The camera cannot be opened"),
                             tr("%1 answers error %2 of the camera SDK.").arg(name).arg(error));

@@ -18,6 +18,9 @@
 #include <QTest>
 #include <gmock/gmock.h>
 
+#include <utility>
+#include <vector>
+
 using viewer::CameraAccess;
 using viewer::ViewerWindow;
 
@@ -28,6 +31,27 @@ const QString noPlugins = QStringLiteral("/nowhere/plugins");
 QString scenario(const char* name) {
     return QStringLiteral(SCENARIO_FOLDER "/") + QString::fromLatin1(name);
 }
+
+/// The default scenario with other texts in it.
+class ChangedScenario {
+public:
+    explicit ChangedScenario(const std::vector<std::pair<const char*, const char*>>& changes) {
+        QFile original(scenario("default.json"));
+        EXPECT_TRUE(original.open(QIODevice::ReadOnly) && m_file.open());
+        QByteArray text = original.readAll();
+        for (const auto& [before, after] : changes) {
+            text.replace(before, after);
+        }
+        m_file.write(text);
+        m_file.flush();
+    }
+    session::CameraSource source() const {
+        return {session::CameraSource::Kind::Configured, m_file.fileName()};
+    }
+
+private:
+    QTemporaryFile m_file;
+};
 
 /// A window on the simulated cameras of a scenario.
 class Viewer {
@@ -105,6 +129,22 @@ TEST(ViewerWindow, saysThatACameraIsHeldByAnotherApplication) {
     EXPECT_EQ(viewer.access(held), CameraAccess::InUse);
 }
 
+TEST(ViewerWindow, tellsCamerasOfOneNameApart) {
+    const ChangedScenario changed({{"\"Label\"", "\"Feeder\""},
+                                   {"\"Surface\"", "\"Overview\""},
+                                   {"\"serialNumber\": \"30412\"", "\"serialNumber\": \"30411\""}});
+    Viewer viewer(changed.source());
+    const auto& model = *viewer.list().model();
+    QStringList names;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        names << model.index(row, 0).data().toString();
+    }
+    EXPECT_TRUE(names.contains(QStringLiteral("Feeder (21017)")));
+    EXPECT_TRUE(names.contains(QStringLiteral("Feeder (21018)")));
+    EXPECT_TRUE(names.contains(QStringLiteral("Tray")));
+    EXPECT_EQ(names.removeDuplicates(), 0) << names.join(QLatin1Char('\n')).toStdString();
+}
+
 TEST(ViewerWindow, survivesTheLiveCameraVanishing) {
     Viewer viewer;
     ASSERT_TRUE(viewer.waitForImage());
@@ -128,15 +168,9 @@ TEST(ViewerWindow, withoutCamerasSaysSo) {
 
 TEST(ViewerWindow, warnsOfWhatItsRealCamerasLack) {
     // A scenario in the place of real cameras, which are told by their transport layer's name.
-    QFile original(scenario("default.json"));
-    ASSERT_TRUE(original.open(QIODevice::ReadOnly));
-    QTemporaryFile file;
-    ASSERT_TRUE(file.open());
-    file.write(
-        original.readAll().replace("MRD_GEV", "GenICamGEV").replace("MRD_U3V", "GenICamU3V"));
-    file.flush();
+    const ChangedScenario changed({{"MRD_GEV", "GenICamGEV"}, {"MRD_U3V", "GenICamU3V"}});
     CapturedLog log;
-    Viewer viewer({session::CameraSource::Kind::Configured, file.fileName()});
+    Viewer viewer(changed.source());
     const auto cameras = realCameras(OrvCPP::OrvSystem::GetInstance());
     EXPECT_GT(cameras.gige, 0U);
     EXPECT_GT(cameras.usb, 0U);
