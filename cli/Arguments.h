@@ -28,6 +28,7 @@ public:
     bool has(const QString& option) const;
     QString value(const QString& option) const;
     QStringList values(const QString& option) const;
+    /// What the range has as absent when the option is not given.
     double number(const QString& option, const NumberRange& range) const;
     QStringList operands() const;
     const QCommandLineParser& parser() const { return m_parser; }

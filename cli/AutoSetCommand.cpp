@@ -13,6 +13,7 @@ namespace cli {
 namespace {
 
 constexpr QLatin1String interfaceOption("interface");
+constexpr QLatin1String maxBandwidthOption("max-bandwidth");
 
 struct Margins {
     double interfacePercent;
@@ -32,25 +33,32 @@ void wrongUse(const QString& message) {
     throw Failure(message, ExitCode::WrongUse);
 }
 
-/// Options that make sense only with others; needs no camera.
-void checkOptions(const Arguments& arguments) {
-    const bool hasCamera = arguments.has(QStringLiteral("camera"));
-    if (hasCamera == arguments.has(interfaceOption))
-        wrongUse(QStringLiteral("Either --interface or --camera is needed."));
-    for (const QString& option : {QStringLiteral("lock"), QStringLiteral("max-bandwidth"),
-                                  QStringLiteral("interface-margin")}) {
-        if (hasCamera && arguments.has(option))
-            wrongUse(QStringLiteral("--%1 goes with --interface only.").arg(option));
-    }
+double percent(const Arguments& arguments, const char* option, int absent) {
+    return arguments.number(QLatin1String(option), {0, 50, static_cast<double>(absent)});
+}
+
+double maxBandwidthMegabytes(const Arguments& arguments) {
+    return arguments.number(maxBandwidthOption, {0.001, 100000, 0});
 }
 
 Margins marginsFor(const Arguments& arguments, OrvTransportLayerType type) {
     const auto recommended = recommendedMargins(type);
-    const auto percent = [&](const char* option, int absent) {
-        return arguments.number(QLatin1String(option), {0, 50, static_cast<double>(absent)});
-    };
-    return {percent("interface-margin", recommended.interfacePercent),
-            percent("camera-margin", recommended.cameraPercent)};
+    return {percent(arguments, "interface-margin", recommended.interfacePercent),
+            percent(arguments, "camera-margin", recommended.cameraPercent)};
+}
+
+/// Wrong use is to be told before cameras are opened.
+void checkOptions(const Arguments& arguments) {
+    const bool hasCamera = arguments.has(QStringLiteral("camera"));
+    if (hasCamera == arguments.has(interfaceOption))
+        wrongUse(QStringLiteral("Either --interface or --camera is needed."));
+    for (const QString& option : {QStringLiteral("lock"), QString(maxBandwidthOption),
+                                  QStringLiteral("interface-margin")}) {
+        if (hasCamera && arguments.has(option))
+            wrongUse(QStringLiteral("--%1 goes with --interface only.").arg(option));
+    }
+    maxBandwidthMegabytes(arguments);
+    marginsFor(arguments, OrvTransportLayerTypeGEV);
 }
 
 const HostInterface& interfaceOf(const Cameras& cameras,
@@ -86,12 +94,10 @@ void prepareInterface(Cameras& cameras, const Task& task, const Arguments& argum
     for (const QString& locked : arguments.values(QStringLiteral("lock")))
         findCamera(task.interface.cameras, locked)->setLocked(true);
     const std::string key = task.interface.name.toStdString();
-    const QString option = QStringLiteral("max-bandwidth");
-    if (arguments.has(option)) {
+    if (arguments.has(maxBandwidthOption)) {
         constexpr double bitsPerMegabyte = 8e6;
-        const double megabytes = arguments.number(option, {0.001, 100000, 0});
-        cameras.controller().setMaxBandwidth(
-            key, static_cast<std::uint64_t>(std::llround(megabytes * bitsPerMegabyte)));
+        const double bits = maxBandwidthMegabytes(arguments) * bitsPerMegabyte;
+        cameras.controller().setMaxBandwidth(key, static_cast<std::uint64_t>(std::llround(bits)));
     }
     if (!task.camera && cameras.controller().getInterfaceSpeed(key) == 0)
         throw Failure(QStringLiteral("The speed of %1 is not known; give it by --max-bandwidth.")
@@ -135,22 +141,20 @@ Report runAutoSet(Context& context) {
     const Arguments& arguments = context.arguments;
     checkOptions(arguments);
     BenchmarkPlan plan;
-    plan.seconds = arguments.number(QStringLiteral("benchmark"), {0.1, 99999, 0});
+    plan.seconds = benchmarkSeconds(arguments, QStringLiteral("benchmark"), 0);
     Cameras& cameras = context.openCameras();
     const Task task = makeTask(cameras, arguments);
     prepareInterface(cameras, task, arguments);
 
-    Interruption interruption;
     QJsonObject before;
     if (plan.seconds > 0)
-        before = runBenchmark(cameras, task.interface, plan, interruption);
-    QJsonObject result;
-    if (interruption.isRequested())
+        before = runBenchmark(cameras, task.interface, plan, context.interruption);
+    if (context.interruption.isRequested())
         throw Failure(QStringLiteral("Interrupted before Auto Set: no camera was changed."));
-    result = runTask(cameras, task);
+    const QJsonObject result = runTask(cameras, task);
     Report report{autoSetText(result), result, isAutoSet(result)};
     if (plan.seconds > 0) {
-        const QJsonObject after = runBenchmark(cameras, task.interface, plan, interruption);
+        const QJsonObject after = runBenchmark(cameras, task.interface, plan, context.interruption);
         report.document[QStringLiteral("benchmarkBefore")] = before;
         report.document[QStringLiteral("benchmarkAfter")] = after;
         report.text = QStringLiteral("Before: %1\n%2\nAfter: %3")
@@ -183,7 +187,7 @@ Command autoSetCommand() {
         {QStringLiteral("lock"),
          QStringLiteral("A camera that keeps its bandwidth; can be given again and again."),
          QStringLiteral("camera")},
-        {QStringLiteral("max-bandwidth"),
+        {maxBandwidthOption,
          QStringLiteral("MB/s that the interface carries, in place of its link speed."), number},
         {QStringLiteral("adjust-packet-size"),
          QStringLiteral("Let GigE cameras negotiate their largest packet size before.")},

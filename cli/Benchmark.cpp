@@ -18,6 +18,9 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
+constexpr QLatin1String secondsOption("seconds");
+constexpr QLatin1String packetSizeOption("adjust-packet-size");
+
 double secondsSince(steady_clock::time_point start) {
     const auto passed = std::chrono::duration_cast<milliseconds>(steady_clock::now() - start);
     return static_cast<double>(passed.count()) / 1000;
@@ -91,9 +94,10 @@ private:
     bool m_isStopped = false;
 };
 
-/// Sleeps until the time is up or the program is interrupted, and tells in between.
+/// Sleeps until the time is up, and tells in between. True when that answers false, or the program
+/// is interrupted, before.
 bool awaitEnd(const BenchmarkPlan& plan, Interruption& interruption,
-              const std::function<void()>& tell) {
+              const std::function<bool()>& tell) {
     const auto start = steady_clock::now();
     const auto end = start + milliseconds(std::llround(plan.seconds * 1000));
     for (auto next = start + plan.interval;; next += plan.interval) {
@@ -103,7 +107,8 @@ bool awaitEnd(const BenchmarkPlan& plan, Interruption& interruption,
             return true;
         if (plan.seconds > 0 && until == end)
             return false;
-        tell();
+        if (!tell())
+            return true;
     }
 }
 
@@ -112,13 +117,13 @@ bool awaitEnd(const BenchmarkPlan& plan, Interruption& interruption,
 QJsonObject runBenchmark(Cameras& cameras, const HostInterface& interface,
                          const BenchmarkPlan& plan, Interruption& interruption,
                          const BenchmarkProgress& progress) {
+    cameras.warnOfLimits();
     Streaming streaming(cameras.controller(), interface, plan.adjustsPacketSize);
     const auto start = steady_clock::now();
     if (streaming.isEmpty())
         throw Failure(QStringLiteral("No camera of %1 streams.").arg(interface.name));
     const bool isInterrupted = awaitEnd(plan, interruption, [&] {
-        if (progress)
-            progress(secondsSince(start), streaming.cameras());
+        return !progress || progress(secondsSince(start), streaming.cameras());
     });
     const double seconds = secondsSince(start);
     streaming.stop();
@@ -169,14 +174,27 @@ QString benchmarkText(const QJsonObject& benchmark) {
     return time + joined(benchmarkLines(benchmark[QStringLiteral("cameras")].toArray()));
 }
 
-QList<QCommandLineOption> benchmarkOptions() {
+QList<QCommandLineOption> benchmarkOptions(const QString& absentSeconds) {
     return {
         {QStringLiteral("interface"),
          QStringLiteral("Name or ID of the interface; may be left out where there is only one."),
          QStringLiteral("interface")},
-        {QStringLiteral("adjust-packet-size"),
+        {secondsOption, QStringLiteral("How long it takes, %1 by default.").arg(absentSeconds),
+         QStringLiteral("number")},
+        {packetSizeOption,
          QStringLiteral("Let GigE cameras negotiate their largest packet size before.")},
     };
+}
+
+BenchmarkPlan benchmarkPlan(const Arguments& arguments, double absentSeconds) {
+    BenchmarkPlan plan;
+    plan.seconds = benchmarkSeconds(arguments, secondsOption, absentSeconds);
+    plan.adjustsPacketSize = arguments.has(packetSizeOption);
+    return plan;
+}
+
+double benchmarkSeconds(const Arguments& arguments, const QString& option, double absent) {
+    return arguments.number(option, {0.1, 99999, absent});
 }
 
 const HostInterface& chosenInterface(const Cameras& cameras, const Arguments& arguments) {

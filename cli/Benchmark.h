@@ -26,8 +26,9 @@ struct BenchmarkPlan {
     bool adjustsPacketSize = false;
 };
 
-/// What is told at each interval: seconds since the start, and the cameras' figures so far.
-using BenchmarkProgress = std::function<void(double elapsed, const QJsonArray& cameras)>;
+/// What is told at each interval: seconds since the start, and the cameras' figures so far. False
+/// ends the benchmark like an interruption.
+using BenchmarkProgress = std::function<bool(double elapsed, const QJsonArray& cameras)>;
 
 /// Streams from all cameras of an interface until the time is up or the program is interrupted, and
 /// answers "interface", "seconds", "interrupted" and the "cameras" with their figures. Cameras that
@@ -46,8 +47,13 @@ QStringList benchmarkLines(const QJsonArray& cameras);
 /// The table, and a line on the time that it covers.
 QString benchmarkText(const QJsonObject& benchmark);
 
-/// The options --interface and --adjust-packet-size.
-QList<QCommandLineOption> benchmarkOptions();
+/// The options --interface, --seconds and --adjust-packet-size; \p absentSeconds is how long it
+/// takes without the second.
+QList<QCommandLineOption> benchmarkOptions(const QString& absentSeconds);
+/// What the last two of them ask for.
+BenchmarkPlan benchmarkPlan(const Arguments& arguments, double absentSeconds);
+/// The length that an option asks for.
+double benchmarkSeconds(const Arguments& arguments, const QString& option, double absent);
 /// The interface that --interface names, or the only one.
 const HostInterface& chosenInterface(const Cameras& cameras, const Arguments& arguments);
 

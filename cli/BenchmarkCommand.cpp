@@ -6,17 +6,12 @@ namespace cli {
 
 namespace {
 
-constexpr NumberRange durations{0.1, 99999, 10};
-
 Report runBenchmarkCommand(Context& context) {
     const Arguments& arguments = context.arguments;
-    BenchmarkPlan plan;
-    plan.seconds = arguments.number(QStringLiteral("seconds"), durations);
-    plan.adjustsPacketSize = arguments.has(QStringLiteral("adjust-packet-size"));
+    const BenchmarkPlan plan = benchmarkPlan(arguments, 10);
     Cameras& cameras = context.openCameras();
     const HostInterface& interface = chosenInterface(cameras, arguments);
-    Interruption interruption;
-    const QJsonObject result = runBenchmark(cameras, interface, plan, interruption);
+    const QJsonObject result = runBenchmark(cameras, interface, plan, context.interruption);
     const bool hasFailed = arguments.has(QStringLiteral("fail-on-loss")) && hasLoss(result);
     return {benchmarkText(result), result, hasMeasuredAll(result) && !hasFailed};
 }
@@ -29,10 +24,7 @@ Command benchmarkCommand() {
     command.summary = QStringLiteral(
         "Stream from all cameras of an interface and count what arrives. Ctrl+C ends "
         "it early and tells what was counted so far.");
-    command.options = benchmarkOptions();
-    command.options += QCommandLineOption(QStringLiteral("seconds"),
-                                          QStringLiteral("How long it takes, 10 by default."),
-                                          QStringLiteral("number"));
+    command.options = benchmarkOptions(QStringLiteral("10"));
     command.options += QCommandLineOption(
         QStringLiteral("fail-on-loss"),
         QStringLiteral("Exit with 1 when a frame is lost or arrives incomplete."));

@@ -3,6 +3,7 @@
 
 #include "engine/SystemController.h"
 #include "session/SdkSession.h"
+#include "session/StreamingLimits.h"
 
 #include <QJsonObject>
 #include <QString>
@@ -34,6 +35,9 @@ public:
     SystemController& controller() { return *m_controller; }
     const std::vector<HostInterface>& interfaces() const { return m_interfaces; }
 
+    /// Warns where the host has too little memory for what the cameras stream, at the first call.
+    void warnOfLimits() { m_limits.check(m_session.system()); }
+
     /// By name or ID.
     const HostInterface& findInterface(const QString& wanted) const;
     /// By ID, or by user-defined name or serial number where that leaves no choice.
@@ -44,6 +48,7 @@ public:
 private:
     /// First, so that it ends last.
     session::SdkSession m_session;
+    session::StreamingLimits m_limits;
     std::shared_ptr<SystemController> m_controller;
     std::vector<HostInterface> m_interfaces;
 };

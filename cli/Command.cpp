@@ -2,20 +2,29 @@
 #include "cli/Command.h"
 
 #include "cli/Cameras.h"
+#include "cli/platform/Interruption.h"
 
 #include <utility>
 
 namespace cli {
 
-Context::Context(const Arguments& given, Screen& output, session::CameraSource source, bool json)
-    : arguments(given), screen(output), wantsJson(json), m_source(std::move(source)) {}
+Context::Context(const Arguments& given, Screen& output, Interruption& ending,
+                 session::CameraSource source, bool json)
+    : arguments(given), screen(output), interruption(ending), wantsJson(json),
+      m_source(std::move(source)) {}
 
 Context::~Context() = default;
 
 Cameras& Context::openCameras() {
     if (!m_cameras)
         m_cameras = std::make_unique<Cameras>(m_source);
+    checkInterruption();
     return *m_cameras;
+}
+
+void Context::checkInterruption() const {
+    if (interruption.isRequested())
+        throw Failure(QStringLiteral("Interrupted."));
 }
 
 } // namespace cli

@@ -16,6 +16,7 @@
 namespace cli {
 
 class Cameras;
+class Interruption;
 class Screen;
 
 enum class ExitCode : int { Success = 0, Failed = 1, WrongUse = 2 };
@@ -42,15 +43,19 @@ struct Report {
 /// What a command works with.
 class Context {
 public:
-    Context(const Arguments& given, Screen& output, session::CameraSource source, bool json);
+    Context(const Arguments& given, Screen& output, Interruption& ending,
+            session::CameraSource source, bool json);
     ~Context();
 
     /// Starts the camera SDK and opens its cameras, once. They stay open until the context ends,
     /// after the report is printed: it may take a camera that has gone some seconds to be closed.
     Cameras& openCameras();
+    /// Fails when the program is to end. For between two steps of a command that has no result yet.
+    void checkInterruption() const;
 
     const Arguments arguments;
     Screen& screen;
+    Interruption& interruption;
     /// Whether only one document is to be printed.
     const bool wantsJson;
 

@@ -243,9 +243,16 @@ void Feature::requireValue() const {
         throw Failure(QStringLiteral("%1 cannot be read.").arg(name()));
 }
 
-void Feature::write(const QString& text) {
+void Feature::requireNotation(const QString& text) const {
     if (m_info.dataType == OrvFeatureDataCommand || !hasValue(m_info.dataType))
         requireValue();
+    parse(text);
+}
+
+void Feature::write(const QString& text) {
+    requireNotation(text);
+    // What was written to others may have changed what this one takes.
+    read();
     if (!m_info.writable)
         throw Failure(QStringLiteral("%1 cannot be written.").arg(name()));
     if (!m_controller.setFeatureValue(m_module, m_name, parse(text)))

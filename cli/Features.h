@@ -32,7 +32,9 @@ public:
 
     /// Fails unless there is a value.
     void requireValue() const;
-    /// Writes what \p text says, in the notations of valueText, and reads it back.
+    /// Fails unless \p text is a value of the feature's type, in the notations of valueText.
+    void requireNotation(const QString& text) const;
+    /// Writes what such a text says, and reads it back.
     void write(const QString& text);
     /// False when the command was not done in time.
     bool run(double timeoutMilliseconds);

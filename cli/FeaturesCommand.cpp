@@ -12,11 +12,12 @@ namespace cli {
 namespace {
 
 /// Features of one module that a filter lets pass; all without one.
-std::vector<Feature> featuresOf(FeatureController& controller, const std::string& module,
-                                const FeatureFilter* filter) {
+std::vector<Feature> featuresOf(const Context& context, FeatureController& controller,
+                                const std::string& module, const FeatureFilter* filter) {
     std::vector<Feature> features;
     for (const auto& [category, names] : controller.getFeaturesByCategory(module)) {
         for (const std::string& name : names) {
+            context.checkInterruption();
             if (!filter ||
                 filter->accepts(QString::fromStdString(module), QString::fromStdString(category),
                                 QString::fromStdString(name)))
@@ -62,7 +63,7 @@ Report runFeatures(Context& context) {
     QJsonArray rows;
     QStringList texts;
     for (const std::string& module : controller->getModuleNames()) {
-        const auto features = featuresOf(*controller, module, filter ? &*filter : nullptr);
+        const auto features = featuresOf(context, *controller, module, filter ? &*filter : nullptr);
         if (features.empty())
             continue;
         texts.append(moduleText(features));

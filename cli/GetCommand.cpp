@@ -16,6 +16,7 @@ Report runGet(Context& context) {
     Report report;
     QJsonArray rows;
     for (const QString& name : operands.mid(1)) {
+        context.checkInterruption();
         const Feature feature(*controller, name);
         feature.requireValue();
         rows.append(feature.describe());

@@ -69,6 +69,7 @@ QString interfaceText(const QJsonObject& interface) {
 
 Report runList(Context& context) {
     Cameras& cameras = context.openCameras();
+    cameras.warnOfLimits();
     QJsonArray interfaces;
     QStringList texts;
     for (const HostInterface& interface : cameras.interfaces()) {

@@ -1,18 +1,25 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/Screen.h"
 
+#include "cli/Table.h"
 #include "cli/platform/Console.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 
 namespace cli {
 
 namespace {
 
-void write(std::FILE* stream, const QString& text) {
-    std::fputs(text.toUtf8().constData(), stream);
-    std::fflush(stream);
+/// Answers whether all was written.
+bool write(std::FILE* stream, const QString& text) {
+    return std::fputs(text.toUtf8().constData(), stream) >= 0 && std::fflush(stream) == 0;
+}
+
+/// Rows of a terminal that a line takes; one that has become narrower has broken it.
+int rowsOf(const QString& line, int columns) {
+    return std::max(1, (line.size() + columns - 1) / columns);
 }
 
 } // namespace
@@ -21,47 +28,53 @@ Screen::Screen() : m_isInteractive(isConsole()) {}
 
 void Screen::print(const QString& text) {
     const std::lock_guard lock(m_mutex);
-    write(stdout, text);
+    writeOutput(text);
 }
 
 void Screen::message(const QString& line) {
     const std::lock_guard lock(m_mutex);
-    erase();
+    writeOutput(erased());
     write(stderr, line + QLatin1Char('\n'));
-    show();
+    writeOutput(shown());
 }
 
 void Screen::draw(const QStringList& lines) {
     const std::lock_guard lock(m_mutex);
-    erase();
+    const QString before = erased();
     m_block = lines;
-    show();
+    writeOutput(before + shown());
 }
 
 void Screen::clear() {
     draw({});
 }
 
-bool Screen::flush() {
+int Screen::outputError() {
     const std::lock_guard lock(m_mutex);
-    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    return m_outputError;
+}
+
+void Screen::writeOutput(const QString& text) {
+    if (!text.isEmpty() && !write(stdout, text) && m_outputError == 0)
+        m_outputError = errno;
 }
 
 /// The cursor goes back to the block's first line, and everything below is cleared.
-void Screen::erase() {
-    if (m_shownLines > 0)
-        write(stdout, QStringLiteral("\x1b[%1F\x1b[J").arg(m_shownLines));
-    m_shownLines = 0;
+QString Screen::erased() {
+    const int columns = consoleSize().columns;
+    int rows = 0;
+    for (const QString& line : qAsConst(m_shownLines))
+        rows += rowsOf(line, columns);
+    m_shownLines.clear();
+    return rows > 0 ? QStringLiteral("\x1b[%1F\x1b[J").arg(rows) : QString();
 }
 
-void Screen::show() {
+QString Screen::shown() {
     const ConsoleSize size = consoleSize();
     // The last row is the cursor's own.
-    m_shownLines = std::clamp(m_block.size(), 0, std::max(size.rows - 1, 0));
-    QString text;
-    for (int i = 0; i < m_shownLines; ++i)
-        text += m_block[i].left(size.columns) + QLatin1Char('\n');
-    write(stdout, text);
+    for (const QString& line : m_block.mid(0, std::max(size.rows - 1, 0)))
+        m_shownLines.append(line.left(size.columns));
+    return joined(m_shownLines);
 }
 
 } // namespace cli

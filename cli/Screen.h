@@ -26,18 +26,22 @@ public:
     /// Takes the block away.
     void clear();
 
-    /// False once something could not be written to the standard output stream.
-    bool flush();
+    /// The system's error code of what could not be written to the standard output stream; 0 as
+    /// long as all was written.
+    int outputError();
 
 private:
-    void erase();
-    void show();
+    void writeOutput(const QString& text);
+    /// What takes the shown lines away, and what shows the block.
+    QString erased();
+    QString shown();
 
     const bool m_isInteractive;
     std::mutex m_mutex;
     /// Guarded by m_mutex, as is the rest.
     QStringList m_block;
-    int m_shownLines = 0;
+    QStringList m_shownLines;
+    int m_outputError = 0;
 };
 
 } // namespace cli

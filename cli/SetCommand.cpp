@@ -5,6 +5,8 @@
 
 #include <QJsonArray>
 
+#include <vector>
+
 namespace cli {
 
 namespace {
@@ -16,13 +18,21 @@ Report runSet(Context& context) {
                       ExitCode::WrongUse);
     const Cameras& cameras = context.openCameras();
     const auto controller = cameras.findFeatures(operands.constFirst());
+    // A slip of the pen in the last is not to leave the camera with only the first ones written.
+    std::vector<Feature> features;
+    for (int i = 1; i < operands.size(); i += 2) {
+        features.emplace_back(*controller, operands[i]);
+        features.back().requireNotation(operands[i + 1]);
+    }
     Report report;
     QJsonArray rows;
-    for (int i = 1; i < operands.size(); i += 2) {
-        Feature feature(*controller, operands[i]);
-        feature.write(operands[i + 1]);
+    int operand = 1;
+    for (Feature& feature : features) {
+        context.checkInterruption();
+        feature.write(operands[operand + 1]);
         rows.append(feature.describe());
-        report.text += QStringLiteral("%1 = %2\n").arg(operands[i], feature.valueText());
+        report.text += QStringLiteral("%1 = %2\n").arg(operands[operand], feature.valueText());
+        operand += 2;
     }
     report.document = {
         {QStringLiteral("camera"), cameraId(*cameras.findCamera(operands.constFirst()))},
@@ -36,8 +46,8 @@ Command setCommand() {
     Command command;
     command.name = QStringLiteral("set");
     command.summary = QStringLiteral(
-        "Write features, one after the other until one fails, and print what the camera reports "
-        "afterwards. Integers may be hexadecimal (0x1f).");
+        "Write features and print what the camera reports afterwards. They are written one after "
+        "the other until one fails. Integers may be hexadecimal (0x1f).");
     command.operands = QStringLiteral("CAMERA [MODULE:]FEATURE VALUE [[MODULE:]FEATURE VALUE]...");
     command.fewestOperands = 3;
     command.mostOperands = 1001;

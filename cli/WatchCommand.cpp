@@ -9,8 +9,6 @@ namespace cli {
 
 namespace {
 
-/// Without the option, a watch ends by an interruption.
-constexpr NumberRange durations{0.1, 99999, 0};
 constexpr NumberRange intervals{0.1, 3600, 0.5};
 
 QString progressBar(double share) {
@@ -45,29 +43,29 @@ QString plainLines(const QJsonArray& rows, double elapsed, bool hasHeadings) {
     return text;
 }
 
+/// Without anybody who reads it, a watch has no end.
 BenchmarkProgress makeProgress(Screen& screen, const HostInterface& interface, double seconds) {
     if (screen.isInteractive())
         return [&screen, &interface, seconds](double elapsed, const QJsonArray& rows) {
             screen.draw(QStringList(heading(interface, elapsed, seconds)) + benchmarkLines(rows));
+            return screen.outputError() == 0;
         };
     return [&screen, isFirst = true](double elapsed, const QJsonArray& rows) mutable {
         screen.print(plainLines(rows, elapsed, isFirst));
         isFirst = false;
+        return screen.outputError() == 0;
     };
 }
 
 Report runWatch(Context& context) {
     const Arguments& arguments = context.arguments;
-    BenchmarkPlan plan;
-    plan.seconds = arguments.number(QStringLiteral("seconds"), durations);
+    BenchmarkPlan plan = benchmarkPlan(arguments, 0);
     plan.interval = std::chrono::milliseconds(
         std::llround(arguments.number(QStringLiteral("interval"), intervals) * 1000));
-    plan.adjustsPacketSize = arguments.has(QStringLiteral("adjust-packet-size"));
     Cameras& cameras = context.openCameras();
     const HostInterface& interface = chosenInterface(cameras, arguments);
-    Interruption interruption;
     const QJsonObject result =
-        runBenchmark(cameras, interface, plan, interruption,
+        runBenchmark(cameras, interface, plan, context.interruption,
                      context.wantsJson ? BenchmarkProgress()
                                        : makeProgress(context.screen, interface, plan.seconds));
     context.screen.clear();
@@ -82,10 +80,7 @@ Command watchCommand() {
     command.summary = QStringLiteral(
         "Stream from all cameras of an interface and show their figures as they change, until "
         "Ctrl+C or for a time. On a terminal the lines are redrawn in place.");
-    command.options = benchmarkOptions();
-    command.options += QCommandLineOption(QStringLiteral("seconds"),
-                                          QStringLiteral("How long it takes, endless by default."),
-                                          QStringLiteral("number"));
+    command.options = benchmarkOptions(QStringLiteral("endless"));
     command.options += QCommandLineOption(
         QStringLiteral("interval"),
         QStringLiteral("Seconds between two looks at the figures, 0.5 by default."),

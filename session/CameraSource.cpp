@@ -30,6 +30,9 @@ CameraSource cameraSource(const QCommandLineParser& parser, QString& error) {
     if (parser.isSet(configOption)) {
         if (parser.isSet(camerasOption))
             error = QStringLiteral("--cameras %1 does not go with --config.").arg(kind);
+        // A script whose variable is empty does not mean the built-in cameras.
+        else if (parser.value(configOption).isEmpty())
+            error = QStringLiteral("--config takes a file or the :name of a scenario, not \"\".");
         return {CameraSource::Kind::Configured, parser.value(configOption)};
     }
     if (kind == QLatin1String("genicam"))

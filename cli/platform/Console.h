@@ -9,6 +9,10 @@ struct ConsoleSize {
     int rows = 24;
 };
 
+/// Fills in for standard streams that the program was started without, so that what it opens does
+/// not get their place and the output with it. To be called before anything is opened.
+void keepStandardStreams();
+
 /// Whether the standard output stream is a terminal that moves its cursor when it is told to.
 bool isConsole();
 /// Size of that terminal now.

@@ -3,11 +3,22 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace cli {
+
+void keepStandardStreams() {
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        // Open for the wrong direction, so that writing fails and is seen to fail. The lowest free
+        // number is given, which is this one.
+        if (fcntl(stream, F_GETFD) < 0)
+            open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
 
 bool isConsole() {
     const char* terminal = std::getenv("TERM");

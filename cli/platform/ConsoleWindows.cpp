@@ -5,6 +5,9 @@
 
 namespace cli {
 
+/// Handles of files do not take the place of a missing stream here.
+void keepStandardStreams() {}
+
 bool isConsole() {
     const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
     DWORD mode = 0;

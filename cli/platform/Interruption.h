@@ -6,8 +6,9 @@
 namespace cli {
 
 /// While it lives, a wish of the user or the system that the program ends (Ctrl+C, a closed
-/// terminal, a shutdown) does not end it, but is told here, so that cameras can be stopped before.
-/// A second wish ends the program at once. At most one lives at a time. Bound to one thread.
+/// terminal, a shutdown) does not end it, but is told here, so that cameras can be stopped and
+/// closed before. A second Ctrl+C ends the program at once. At most one lives at a time. Bound to
+/// one thread.
 class Interruption {
 public:
     Interruption();

@@ -17,8 +17,10 @@ namespace {
 /// A signal handler knows its signal only, so the pipe that it writes to has to be here.
 std::array<int, 2> wakeUp{-1, -1};
 
-/// A broken pipe is the reader of our output who has left.
+/// That of a broken pipe is ignored: writing tells, too, that the reader of our output has left.
 constexpr std::array<int, 4> signals{SIGINT, SIGTERM, SIGHUP, SIGPIPE};
+/// What they did before.
+std::array<struct sigaction, signals.size()> formerActions{};
 
 void onSignal(int) {
     const int error = errno;
@@ -33,31 +35,29 @@ void onSignal(int) {
 Interruption::Interruption() {
     if (pipe2(wakeUp.data(), O_CLOEXEC | O_NONBLOCK) != 0)
         return;
-    for (const int signal : signals) {
-        struct sigaction previous {};
-        sigaction(signal, nullptr, &previous);
+    for (std::size_t i = 0; i < signals.size(); ++i) {
+        sigaction(signals[i], nullptr, &formerActions[i]);
         // A program started by nohup outlives its terminal. A script's background programs ignore
         // SIGINT, too, but there it is sent on purpose.
-        if (signal == SIGHUP && previous.sa_handler == SIG_IGN)
+        if (signals[i] == SIGHUP && formerActions[i].sa_handler == SIG_IGN)
             continue;
         struct sigaction action {};
-        action.sa_handler = onSignal;
+        action.sa_handler = signals[i] == SIGPIPE ? SIG_IGN : onSignal;
         sigemptyset(&action.sa_mask);
-        action.sa_flags = signal == SIGPIPE ? SA_RESTART : SA_RESTART | SA_RESETHAND;
-        sigaction(signal, &action, nullptr);
+        // Only a person means more by a second one: a shell and the system both tell a program that
+        // its terminal is gone.
+        action.sa_flags = signals[i] == SIGINT ? SA_RESTART | SA_RESETHAND : SA_RESTART;
+        sigaction(signals[i], &action, nullptr);
     }
 }
 
 Interruption::~Interruption() {
-    for (const int signal : signals) {
-        struct sigaction current {};
-        sigaction(signal, nullptr, &current);
-        if (current.sa_handler == onSignal)
-            std::signal(signal, SIG_DFL);
-    }
+    if (wakeUp[0] < 0)
+        return;
+    for (std::size_t i = 0; i < signals.size(); ++i)
+        sigaction(signals[i], &formerActions[i], nullptr);
     for (int& end : wakeUp) {
-        if (end >= 0)
-            close(end);
+        close(end);
         end = -1;
     }
 }

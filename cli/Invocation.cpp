@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/Invocation.h"
+
+#include "cli/Commands.h"
+#include "cli/Help.h"
+#include "cli/Near.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <vector>
+
+namespace cli {
+
+namespace {
+
+const std::vector<Command>& commands() {
+    static const std::vector<Command> all{listCommand(),    benchmarkCommand(), watchCommand(),
+                                          autoSetCommand(), featuresCommand(),  getCommand(),
+                                          setCommand(),     runCommand()};
+    return all;
+}
+
+QList<QCommandLineOption> commonOptions() {
+    return session::cameraOptions() +
+           QList<QCommandLineOption>{
+               {QStringLiteral("json"), QStringLiteral("Print one JSON document.")},
+               {{QStringLiteral("v"), QStringLiteral("verbose")},
+                QStringLiteral("Show informative messages, too; given twice, debug messages.")},
+               {{QStringLiteral("h"), QStringLiteral("help")},
+                QStringLiteral("Explain the program, or the command.")},
+               {QStringLiteral("version"), QStringLiteral("Print the version.")}};
+}
+
+/// Adds the options of a command, or those that all have.
+void prepare(QCommandLineParser& parser, const Command* command) {
+    if (command)
+        parser.addOptions(command->options);
+    parser.addOptions(commonOptions());
+}
+
+QString dashed(const QString& name) {
+    return (name.size() == 1 ? QStringLiteral("-") : QStringLiteral("--")) + name;
+}
+
+bool isOptionOfACommand(const QString& name) {
+    return std::any_of(commands().begin(), commands().end(), [&](const Command& command) {
+        const auto& options = command.options;
+        return std::any_of(options.begin(), options.end(), [&](const QCommandLineOption& option) {
+            return option.names().contains(name);
+        });
+    });
+}
+
+void parse(QCommandLineParser& parser, const QStringList& arguments, const Command* command) {
+    if (parser.parse(arguments))
+        return;
+    const QStringList unknown = parser.unknownOptionNames();
+    if (unknown.isEmpty())
+        throw Failure(parser.errorText(), ExitCode::WrongUse);
+    QStringList known;
+    for (const QCommandLineOption& option :
+         commonOptions() + (command ? command->options : QList<QCommandLineOption>())) {
+        for (const QString& name : option.names())
+            known.append(dashed(name));
+    }
+    const QString wrong = dashed(unknown.constFirst());
+    const QString hint = !command && isOptionOfACommand(unknown.constFirst())
+                             ? QStringLiteral(" Options of a command go behind it.")
+                             : didYouMean(wrong, known);
+    throw Failure(
+        QStringLiteral("There is no option \"%1\"%2.")
+                .arg(wrong, command ? QString() : QStringLiteral(" in front of a command")) +
+            hint,
+        ExitCode::WrongUse);
+}
+
+QStringList commandNames() {
+    QStringList names;
+    for (const Command& command : commands())
+        names.append(command.name);
+    return names;
+}
+
+QString commandList() {
+    return QStringLiteral(" There is: %1.").arg(commandNames().join(QStringLiteral(", ")));
+}
+
+const Command& findCommand(const QString& name) {
+    const auto found = std::find_if(commands().begin(), commands().end(),
+                                    [&](const Command& command) { return command.name == name; });
+    if (found != commands().end())
+        return *found;
+    const QString near = didYouMean(name, commandNames());
+    throw Failure(QStringLiteral("There is no command \"%1\".").arg(name) +
+                      (near.isEmpty() ? commandList() : near),
+                  ExitCode::WrongUse);
+}
+
+} // namespace
+
+Invocation::Invocation(const QStringList& arguments) {
+    const QStringList shielded = Arguments::shielded(arguments);
+    QCommandLineParser first;
+    first.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+    prepare(first, nullptr);
+    parse(first, shielded, nullptr);
+    const QStringList rest = first.positionalArguments();
+    if (!rest.isEmpty())
+        m_command = &findCommand(rest.constFirst());
+    QStringList others = shielded;
+    if (m_command)
+        others.removeAt(shielded.size() - rest.size());
+    prepare(m_parser, m_command);
+    parse(m_parser, others, m_command);
+}
+
+QString Invocation::answer() const {
+    if (m_parser.isSet(QStringLiteral("version")))
+        return QStringLiteral("spanlet %1\n").arg(QCoreApplication::applicationVersion());
+    if (m_parser.isSet(QStringLiteral("help")))
+        return m_command ? helpText(m_parser, *m_command) : overviewText(commands());
+    return {};
+}
+
+Context Invocation::context(Screen& screen, Interruption& interruption) const {
+    if (!m_command)
+        throw Failure(QStringLiteral("A command is needed.") + commandList(), ExitCode::WrongUse);
+    checkOperands();
+    QString error;
+    const session::CameraSource source = session::cameraSource(m_parser, error);
+    if (!error.isEmpty())
+        throw Failure(error, ExitCode::WrongUse);
+    return {Arguments(m_parser), screen, interruption, source, wantsJson()};
+}
+
+bool Invocation::wantsJson() const {
+    return m_parser.isSet(QStringLiteral("json"));
+}
+
+Verbosity Invocation::verbosity() const {
+    int count = 0;
+    for (const QString& name : m_parser.optionNames())
+        count += name == QLatin1String("v") || name == QLatin1String("verbose") ? 1 : 0;
+    return static_cast<Verbosity>(std::min(count, 2));
+}
+
+void Invocation::checkOperands() const {
+    const QStringList operands = Arguments(m_parser).operands();
+    if (operands.size() > m_command->mostOperands)
+        throw Failure(
+            QStringLiteral("Unexpected argument \"%1\".").arg(operands[m_command->mostOperands]),
+            ExitCode::WrongUse);
+    if (operands.size() < m_command->fewestOperands)
+        throw Failure(
+            QStringLiteral("Usage: spanlet %1 %2").arg(m_command->name, m_command->operands),
+            ExitCode::WrongUse);
+}
+
+} // namespace cli
