@@ -9,8 +9,14 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <thread>
 
@@ -110,6 +116,35 @@ protected:
         return dropped;
     }
 
+    /// That there are in this network; negative where none may be made.
+    static int packetSockets() {
+        const int probe = socket(PF_PACKET, SOCK_RAW, 0);
+        if (probe < 0) {
+            return -1;
+        }
+        close(probe);
+        std::ifstream list("/proc/net/packet");
+        const auto lines = std::count(std::istreambuf_iterator<char>(list), {}, '\n');
+        return static_cast<int>(lines) - 1;
+    }
+
+    static std::string driver(const CameraHandler& camera) {
+        return std::get<std::string>(
+            camera.getFeatureController()->getFeatureValue("Stream0", "GVSPDriver"));
+    }
+
+    template <typename Condition> static void waitFor(const Condition& holds) {
+        const auto deadline = std::chrono::steady_clock::now() + 10s;
+        while (!holds()) {
+            ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+            std::this_thread::sleep_for(10ms);
+        }
+    }
+
+    static void waitForFrames(const CameraHandler& camera, std::uint64_t count) {
+        waitFor([&] { return camera.getFrameStatistics().receivedFrames >= count; });
+    }
+
     double bandwidth() const {
         double sum = 0;
         for (const auto& camera : m_cameras) {
@@ -154,13 +189,6 @@ TEST_P(CongestedNetwork, losesFramesUntilAutoSetHasSharedOutItsBandwidth) {
 }
 
 TEST_P(CongestedNetwork, startsACameraWithItsFirstFrameWhileAnotherStreams) {
-    const auto waitForFrames = [](const CameraHandler& camera, std::uint64_t count) {
-        const auto deadline = std::chrono::steady_clock::now() + 10s;
-        while (camera.getFrameStatistics().receivedFrames < count) {
-            ASSERT_LT(std::chrono::steady_clock::now(), deadline);
-            std::this_thread::sleep_for(10ms);
-        }
-    };
     const auto& first = m_cameras[0];
     const auto& second = m_cameras[1];
     first->startAcquisition();
@@ -174,6 +202,40 @@ TEST_P(CongestedNetwork, startsACameraWithItsFirstFrameWhileAnotherStreams) {
     // Not the thirty frames that the other was ahead; one may be on its way.
     EXPECT_LT(sent - static_cast<std::int64_t>(second->getFrameStatistics().receivedFrames), 10);
     EXPECT_EQ(second->getFrameStatistics().lostFrames, 0);
+}
+
+TEST_P(CongestedNetwork, camerasShareAnAdapterWithAPacketSocketEach) {
+    if (packetSockets() < 0) {
+        GTEST_SKIP() << "This user may not have packet sockets.";
+    }
+    const auto& first = m_cameras[0];
+    const auto& second = m_cameras[1];
+    for (const auto& camera : m_cameras) {
+        camera->adjustPacketSize(GetParam());
+    }
+    first->startAcquisition();
+    EXPECT_EQ(packetSockets(), 4) << "all, before the others make it impossible";
+    waitForFrames(*first, 3);
+    // Points the camera at another port, and finds the same size.
+    second->getFeatureController()->runCommand("Stream0", "GVSPAdjustPacketSize", 5000);
+    second->startAcquisition();
+    waitForFrames(*second, 3);
+    if (GetParam()) {
+        EXPECT_EQ(driver(*second), "Filter");
+        EXPECT_EQ(packetSockets(), 4);
+    }
+    // What was prepared is used up or does not do any more, so another one may not be had.
+    for (int i = 0; i < 3; ++i) {
+        second->stopAcquisition();
+        second->startAcquisition();
+        waitForFrames(*second, 2);
+        EXPECT_EQ(packetSockets(), driver(*second) == "Filter" ? 4 : 3);
+        EXPECT_EQ(second->getFrameStatistics().lostFrames, 0);
+    }
+    second->stopAcquisition();
+    EXPECT_EQ(driver(*second), "Filter") << "what it would be if it started now";
+    first->stopAcquisition();
+    waitFor([] { return packetSockets() == 0; });
 }
 
 INSTANTIATE_TEST_SUITE_P(PacketSize, CongestedNetwork, testing::Values(false, true),
