@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/genicam/CameraRoster.h"
 
+#include "orvcpp/genicam/Log.h"
+
 #include <algorithm>
 #include <set>
 
@@ -27,9 +29,15 @@ void CameraRoster::begin() {
     m_surroundings.changed = [kept = weak_from_this(), tell = m_surroundings.changed](
                                  const auto& camera, OrvUpdateTriggerType reason) {
         const auto roster = kept.lock();
-        if (roster && reason == OrvUpdateTriggerPluggedOut)
+        if (roster && reason == OrvUpdateTriggerPluggedOut) {
             roster->lose(*camera);
+            roster->askAll();
+        }
         tell(camera, reason);
+    };
+    m_surroundings.fellSilent = [kept = weak_from_this()] {
+        if (const auto roster = kept.lock())
+            roster->askAll();
     };
     for (const auto type : {OrvTransportLayerTypeGEV, OrvTransportLayerTypeU3V})
         m_layers.push_back(
@@ -51,7 +59,7 @@ std::vector<CameraRoster::Change> CameraRoster::update(const std::vector<CameraR
         if (!seen.insert(record.key()).second || begun < entry.lostAt)
             continue;
         entry.misses = 0;
-        entry.camera->found(record, interfaceOf(record));
+        entry.camera->found(record, interfaceOf(record), begun);
         if (!std::exchange(entry.isPresent, true))
             changes.emplace_back(entry.camera, OrvUpdateTriggerPluggedIn);
     }
@@ -104,8 +112,17 @@ void CameraRoster::lose(const OrvCPP::Camera& camera) {
     for (auto& [key, entry] : m_cameras) {
         if (entry.camera.get() != &camera)
             continue;
+        logWarning(entry.camera->id() + ": The camera is lost. It does not answer, or was switched "
+                                        "off and on. A refresh opens it again when it is back.");
         entry.isPresent = false;
         entry.lostAt = Discovery::Clock::now();
+    }
+}
+
+void CameraRoster::askAll() const {
+    for (const auto& camera : present()) {
+        if (!camera->isAlive())
+            m_surroundings.park->start([camera] { camera->ask(); });
     }
 }
 

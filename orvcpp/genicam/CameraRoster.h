@@ -50,6 +50,10 @@ private:
     void begin();
     /// The camera is not there until a look that begins later finds it again.
     void lose(const OrvCPP::Camera& camera);
+    /// Asks the cameras that are not open, at the same time and without waiting: what has taken one
+    /// away, a switch or a cable, may have taken others, and whoever asks them one after another
+    /// would wait for each.
+    void askAll() const;
     /// With the mutex held, as all below.
     Entry& entryOf(const CameraRecord& record);
     std::string freeId(const CameraRecord& record) const;

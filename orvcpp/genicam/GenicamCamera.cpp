@@ -3,6 +3,7 @@
 
 #include "orvcpp/genicam/Fault.h"
 #include "orvcpp/genicam/GenicamObjects.h"
+#include "orvcpp/genicam/Log.h"
 #include "orvcpp/system/HandOut.h"
 #include "orvcpp/system/SdkThread.h"
 
@@ -38,11 +39,38 @@ GenicamCamera::GenicamCamera(CameraSurroundings surroundings, std::string id,
 
 GenicamCamera::~GenicamCamera() = default;
 
-void GenicamCamera::found(const CameraRecord& record,
-                          std::shared_ptr<OrvCPP::Interface> interface) {
+void GenicamCamera::found(const CameraRecord& record, std::shared_ptr<OrvCPP::Interface> interface,
+                          Clock::time_point begun) {
     const std::lock_guard lock(m_mutex);
     m_record = record;
     m_interface = std::move(interface);
+    if (m_silentSince && begun > *m_silentSince)
+        m_silentSince.reset();
+}
+
+bool GenicamCamera::isSilent() const {
+    const std::lock_guard lock(m_mutex);
+    return m_silentSince.has_value();
+}
+
+std::optional<OrvAccessModeType> GenicamCamera::ask() const {
+    const std::lock_guard asking(m_ask);
+    if (isSilent())
+        return std::nullopt;
+    const auto modes = permittedAccess(record());
+    if (!modes) {
+        const std::lock_guard lock(m_mutex);
+        m_silentSince = Clock::now();
+    }
+    return modes;
+}
+
+std::optional<OrvAccessModeType> GenicamCamera::permitted() const {
+    const bool wasSilent = isSilent();
+    const auto modes = ask();
+    if (!modes && !wasSilent)
+        m_surroundings.fellSilent();
+    return modes;
 }
 
 CameraRecord GenicamCamera::record() const {
@@ -114,10 +142,16 @@ OrvErrorType GenicamCamera::open(OrvAccessModeType mode) {
         return OrvErrorInvalidAccess;
     const CameraRecord found = record();
     // Asked first: opening a camera that is not there takes the library seconds.
-    const auto permitted = permittedAccess(found);
-    if (!permitted)
+    const auto modes = permitted();
+    if (!modes) {
+        if (found.type == OrvTransportLayerTypeGEV && !found.adapter)
+            logWarning(m_id +
+                       ": No network adapter of this computer has an address in the network "
+                       "of the camera, " +
+                       found.place + '.');
         return OrvErrorNotFound;
-    if ((*permitted & mode) == 0)
+    }
+    if ((*modes & mode) == 0)
         return OrvErrorInvalidAccess;
     auto device = std::make_shared<DeviceSession>(found, mode, *m_surroundings.park,
                                                   [kept = weak_from_this()] {
@@ -234,10 +268,10 @@ OrvErrorType GenicamCamera::GetPermittedAccess(OrvAccessModeType& modes) const {
         modes = OrvAccessModeNone;
         return OrvErrorSuccess;
     }
-    const auto permitted = permittedAccess(record());
-    if (permitted)
-        modes = *permitted;
-    return permitted ? OrvErrorSuccess : OrvErrorNotFound;
+    const auto granted = permitted();
+    if (granted)
+        modes = *granted;
+    return granted ? OrvErrorSuccess : OrvErrorNotFound;
 }
 
 OrvErrorType GenicamCamera::ReadMemory(std::uint64_t address, std::uint8_t* buffer,

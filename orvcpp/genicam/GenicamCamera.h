@@ -8,9 +8,11 @@
 
 #include "OrvCPP/Camera.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 namespace orv::genicam {
@@ -23,6 +25,8 @@ struct CameraSurroundings {
     PacketSocket packetSocket = PacketSocket::Automatic;
     /// Called without a lock when a camera was opened, closed or lost.
     std::function<void(const std::shared_ptr<OrvCPP::Camera>&, OrvUpdateTriggerType)> changed;
+    /// Called when a camera that is not open has given no answer.
+    std::function<void()> fellSilent;
 };
 
 /// The SDK's object for a camera that was found; the same one as long as the camera keeps its
@@ -30,13 +34,19 @@ struct CameraSurroundings {
 class GenicamCamera final : public OrvCPP::Camera,
                             public std::enable_shared_from_this<GenicamCamera> {
 public:
+    using Clock = std::chrono::steady_clock;
+
     GenicamCamera(CameraSurroundings surroundings, std::string id,
                   std::weak_ptr<OrvCPP::TransportLayer> layer);
     ~GenicamCamera() override;
 
     const std::string& id() const { return m_id; }
-    /// The camera as it was found again.
-    void found(const CameraRecord& record, std::shared_ptr<OrvCPP::Interface> interface);
+    /// The camera as it was found again, by a look that began at \p begun.
+    void found(const CameraRecord& record, std::shared_ptr<OrvCPP::Interface> interface,
+               Clock::time_point begun);
+    /// Asks what it grants; nothing without an answer, for which it waits most of a second. One
+    /// that has not answered is not asked again until it is found again.
+    std::optional<OrvAccessModeType> ask() const;
     CameraRecord record() const;
     std::shared_ptr<OrvCPP::Interface> interface() const;
     /// It is open, and not lost.
@@ -76,6 +86,9 @@ private:
     /// Begins a call that needs the camera open; an error, which is also that of a lost camera.
     OrvErrorType enterOpened(std::shared_ptr<OpenedCamera>& found) const;
     OrvErrorType open(OrvAccessModeType mode);
+    bool isSilent() const;
+    /// ask(), and lets the others be asked, too, when this one has just fallen silent.
+    std::optional<OrvAccessModeType> permitted() const;
     void tell(OrvUpdateTriggerType reason);
     OrvErrorType answerText(const std::string& text, char* buffer, std::uint32_t& length) const;
 
@@ -84,11 +97,15 @@ private:
     const std::weak_ptr<OrvCPP::TransportLayer> m_layer;
     /// Held from begin to end of opening, closing, starting and stopping.
     std::mutex m_control;
+    /// Held while the camera is asked.
+    mutable std::mutex m_ask;
     mutable std::mutex m_mutex;
     /// All below guarded by m_mutex.
     CameraRecord m_record;
     std::shared_ptr<OrvCPP::Interface> m_interface;
     std::shared_ptr<OpenedCamera> m_opened;
+    /// When it was asked in vain, since it was found.
+    mutable std::optional<Clock::time_point> m_silentSince;
 };
 
 } // namespace orv::genicam

@@ -135,4 +135,27 @@ TEST_F(LostCamera, PauseOfASecondIsNoLoss) {
     EXPECT_EQ(find("FC0001"), camera);
 }
 
+TEST(SilentCameras, HoldUpWhoOpensOneAfterAnotherForSecondsOnly) {
+    std::vector<std::unique_ptr<fakecamera::FakeCameraProcess>> fakes;
+    for (const char* const place : {"127.0.0.2", "127.0.0.3", "127.0.0.4", "127.0.0.5"})
+        fakes.push_back(std::make_unique<fakecamera::FakeCameraProcess>(
+            place, std::vector<std::string>{"--serial", place}));
+    const cameras::Started started;
+    const auto found = sdk::cameras();
+    ASSERT_EQ(found.size(), fakes.size());
+    for (const auto& fake : fakes)
+        fake->pause();
+    const auto begun = Clock::now();
+    for (const auto& camera : found) {
+        OrvAccessModeType modes = OrvAccessModeUnknown;
+        EXPECT_EQ(camera->Open(OrvAccessModeFull), OrvErrorNotFound);
+        EXPECT_EQ(camera->GetPermittedAccess(modes), OrvErrorNotFound);
+    }
+    EXPECT_LT(Clock::now() - begun, milliseconds(2000));
+    for (const auto& fake : fakes)
+        fake->resume();
+    for (const auto& camera : found)
+        EXPECT_TRUE(eventually([&] { return camera->Open(OrvAccessModeFull) == OrvErrorSuccess; }));
+}
+
 } // namespace
