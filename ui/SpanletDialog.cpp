@@ -14,13 +14,13 @@
 #include "ui/SettingsDialog.h"
 #include "ui/SettingsKeys.h"
 #include "ui/SupportDialog.h"
+#include "ui/WaitCursor.h"
 #include "ui_SpanletDialog.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <QMenu>
 #include <QMessageBox>
 #include <QSettings>
@@ -264,7 +264,11 @@ void SpanletDialog::startBenchmark() {
     m_form->comboInterface->setEnabled(false);
     m_form->spinBenchmark->setEnabled(false);
     m_form->buttonAutoSet->setEnabled(false);
-    m_controller->startBenchmark(interfaceIndex(), m_autoAdjustPacketSize);
+    {
+        // Real cameras take some tenths of a second each.
+        const WaitCursor waiting;
+        m_controller->startBenchmark(interfaceIndex(), m_autoAdjustPacketSize);
+    }
     // Wherever the user looks while frames are acquired, the interface stays selected.
     disconnect(m_form->treeViewCameras->selectionModel(), &QItemSelectionModel::currentRowChanged,
                this, &SpanletDialog::onClickTreeView);
@@ -272,7 +276,12 @@ void SpanletDialog::startBenchmark() {
 }
 
 void SpanletDialog::finishBenchmark() {
-    m_controller->stopBenchmark(interfaceIndex());
+    {
+        const WaitCursor waiting;
+        m_controller->stopBenchmark(interfaceIndex());
+    }
+    // As the log tells them: frames came until the last camera had stopped.
+    m_model->updateItemData();
     m_timer.stop();
     m_remainingMs = 0;
     m_endless = false;
@@ -370,7 +379,7 @@ void SpanletDialog::onShowFeatureTreeDialog() {
     }
     const CameraInfo info = camera->getCameraInfo();
     // Listing the features of a real camera can take seconds.
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const WaitCursor waiting;
     auto* dialog = new FeatureTreeDialog(features, this);
     m_camerasOfTrees[dialog] = info.cameraId;
     connect(dialog, &FeatureTreeDialog::closed, this, &SpanletDialog::onFeatureTreeClosed);
@@ -379,7 +388,6 @@ void SpanletDialog::onShowFeatureTreeDialog() {
                                     QString::fromStdString(info.serialNumber),
                                     QString::fromStdString(info.cameraId)));
     dialog->show();
-    QGuiApplication::restoreOverrideCursor();
 }
 
 void SpanletDialog::onFeatureTreeClosed() {
@@ -429,7 +437,7 @@ void SpanletDialog::onAutoAdjustPacketsize(bool state) {
 
 void SpanletDialog::onAutoSetButtonClicked() {
     using namespace SettingsKeys;
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const WaitCursor waiting;
     const std::string interfaceId = m_form->comboInterface->currentText().toStdString();
     const OrvTransportLayerType type = m_controller->getInterfaceType(interfaceId);
     const bool isUsb = type == OrvTransportLayerTypeU3V;
@@ -441,11 +449,10 @@ void SpanletDialog::onAutoSetButtonClicked() {
     } else {
         logError("Autoset not supported for interface: " + interfaceId);
     }
-    QGuiApplication::restoreOverrideCursor();
 }
 
 void SpanletDialog::onAutoSetCameraButtonClicked() {
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    const WaitCursor waiting;
     const QModelIndex current = m_form->treeViewCameras->currentIndex();
     if (const auto camera = m_model->cameraHandler(current)) {
         const QString interfaceId =
@@ -457,7 +464,6 @@ void SpanletDialog::onAutoSetCameraButtonClicked() {
         autoSetCamera(*camera, margin);
         emit autoSetCameraFinished(current);
     }
-    QGuiApplication::restoreOverrideCursor();
 }
 
 void SpanletDialog::done(int /*code*/) {
