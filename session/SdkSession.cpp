@@ -4,15 +4,13 @@
 #include "OrvCPP/OrvSystem.h"
 #include "sdk/TwiceAsked.h"
 
-#include <QDir>
-#include <QTemporaryFile>
-
 #include <string>
 
 namespace session {
 
 SdkSession::SdkSession(const CameraSource& cameras) {
-    start(cameras);
+    start(cameras.kind == CameraSource::Kind::GenICam ? QStringLiteral(":genicam")
+                                                      : cameras.configuration);
 }
 
 SdkSession::~SdkSession() {
@@ -24,27 +22,7 @@ OrvCPP::OrvSystem& SdkSession::system() const {
     return OrvCPP::OrvSystem::GetInstance();
 }
 
-void SdkSession::start(const CameraSource& cameras) {
-    if (cameras.kind == CameraSource::Kind::GenICam)
-        startGenICam();
-    else
-        startWith(cameras.configuration);
-}
-
-/// The SDK takes a configuration as a file only; this one is gone as soon as it has been read.
-void SdkSession::startGenICam() {
-    QTemporaryFile file(QDir::tempPath() + QStringLiteral("/spanlet-XXXXXX.json"));
-    const bool isWritten =
-        file.open() && file.write(R"({"providers": [{"type": "genicam"}]})") > 0 && file.flush();
-    if (!isWritten) {
-        m_error = QStringLiteral("%1: %2").arg(file.fileTemplate(), file.errorString());
-        return;
-    }
-    startWith(file.fileName());
-    m_error.replace(file.fileName(), QStringLiteral("--cameras genicam"));
-}
-
-void SdkSession::startWith(const QString& configuration) {
+void SdkSession::start(const QString& configuration) {
     OrvCPP::OrvSystem& sdk = system();
     const OrvErrorType result =
         configuration.isEmpty() ? sdk.Startup() : sdk.Startup(configuration.toStdWString().c_str());

@@ -27,9 +27,8 @@ public:
     OrvCPP::OrvSystem& system() const;
 
 private:
-    void start(const CameraSource& cameras);
-    void startGenICam();
-    void startWith(const QString& configuration);
+    /// The built-in cameras without a configuration.
+    void start(const QString& configuration);
 
     bool m_isStarted = false;
     QString m_error;

@@ -1,34 +1,55 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # Completion of the command "spanlet" for bash.
 
+# The command among the words before the cursor; the value of an option is none.
+_spanlet_command() {
+    local word previous=""
+    for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
+        if [[ " $1 " == *" $word "* && " $2 = " != *" $previous "* ]]; then
+            echo "$word"
+            return
+        fi
+        previous=$word
+    done
+}
+
 _spanlet() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     local common="--config --cameras --json --verbose --help --version"
     local commands="list benchmark watch autoset features get set run"
-    local command="" options="" word
+    local scenarios="default oversubscribed sixty-four empty faulty genicam"
+    local valued="--config --cameras --interface --camera --lock --seconds --interval --benchmark"
+    valued+=" --timeout --interface-margin --camera-margin --max-bandwidth"
+    local options=""
 
     COMPREPLY=()
-    for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
-        if [[ " $commands " == *" $word "* ]]; then
-            command=$word
-            break
-        fi
-    done
+    # The shell takes "--option=value" and ":name" apart.
+    local colon=""
+    case "$previous $current" in
+        [=:]*) colon=${previous#=} previous=${COMP_WORDS[COMP_CWORD - 2]} ;;
+        *" "[=:]*) colon=${current#=} current="" ;;
+    esac
+
     case $previous in
         --config)
-            mapfile -t COMPREPLY < <(compgen -f -- "$current")
+            if [[ $colon ]]; then
+                mapfile -t COMPREPLY < <(compgen -W "$scenarios" -- "$current")
+            else
+                # Slashes behind folders, and quotes where a name needs them.
+                compopt -o filenames 2> /dev/null || true
+                mapfile -t COMPREPLY < <(compgen -f -- "$current")
+            fi
             return
             ;;
         --cameras)
             mapfile -t COMPREPLY < <(compgen -W "simulated genicam" -- "$current")
             return
             ;;
-        --interface | --camera | --lock | --seconds | --interval | --benchmark | --timeout | \
-            --interface-margin | --camera-margin | --max-bandwidth)
-            return
+        --*)
+            [[ " $valued " == *" $previous "* ]] && return
             ;;
     esac
-    case $command in
+    case $(_spanlet_command "$commands" "$valued") in
         "") options=$commands ;;
         benchmark) options="--interface --seconds --adjust-packet-size --fail-on-loss" ;;
         watch) options="--interface --seconds --interval --adjust-packet-size" ;;
