@@ -11,8 +11,6 @@
 
 #include <string>
 
-#include <signal.h>
-
 /// The program, run without a display.
 class SpanletProcess {
 public:
@@ -38,9 +36,7 @@ public:
         }
     }
 
-    void interrupt(int signal = SIGINT) {
-        ::kill(static_cast<pid_t>(m_process.processId()), signal);
-    }
+    qint64 id() const { return m_process.processId(); }
 
     /// Its exit code; -1 when it ended in another way.
     int finish() {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/orvcpp/Sdk.h"
+#include "tests/orvcpp/ThreadCount.h"
 
 #include <map>
 
@@ -7,11 +8,6 @@ using namespace testing;
 using namespace sdk;
 
 namespace {
-
-int threads() {
-    const std::filesystem::directory_iterator all("/proc/self/task");
-    return static_cast<int>(std::distance(begin(all), end(all)));
-}
 
 TEST(System, AnswersNotStartedUntilStartup) {
     std::uint32_t count = 0;
@@ -208,7 +204,7 @@ TEST(Calls, TakeTheScenariosTime) {
 TEST(Shutdown, LeavesNoThreadAndNothingThatWorks) {
     // A sanitizer's own thread starts with the first thread of the program.
     std::thread([] {}).join();
-    const int before = threads();
+    const int before = threadCount();
     ASSERT_EQ(startWith(scenario(gige("A", sensor(200)) + "," + usb("B", 1, sensor(200)))),
               OrvErrorSuccess);
     EXPECT_EQ(system().RegisterCameraListObserver(std::make_shared<ListObserver>()),
@@ -220,10 +216,10 @@ TEST(Shutdown, LeavesNoThreadAndNothingThatWorks) {
     ASSERT_EQ(start(*camera, receiver), OrvErrorSuccess);
     ASSERT_EQ(start(*other, std::make_shared<Receiver>(other)), OrvErrorSuccess);
     EXPECT_TRUE(eventually([&] { return receiver->count() > 0; }));
-    EXPECT_GT(threads(), before);
+    EXPECT_GT(threadCount(), before);
 
     EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
-    EXPECT_TRUE(eventually([&] { return threads() == before; })) << threads();
+    EXPECT_TRUE(eventually([&] { return threadCount() == before; })) << threadCount();
     std::int64_t value = 0;
     EXPECT_EQ(width->GetValue(value), OrvErrorApiNotStarted);
     EXPECT_EQ(camera->Close(), OrvErrorApiNotStarted);
