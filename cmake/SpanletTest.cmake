@@ -1,11 +1,12 @@
 # SPDX-License-Identifier: BSD-3-Clause
 include(GoogleTest)
 
-# spanlet_test(NAME SOURCES ... LIBRARIES ... [MAIN file] [THREADS] [ALONE])
+# spanlet_test(NAME SOURCES ... LIBRARIES ... [MAIN file] [LOCALE name] [THREADS] [ALONE])
 # A test program, run without a display. THREADS marks it for the thread sanitizer; ALONE is for one
-# that depends on its share of the processor: no other test runs beside its tests.
+# that depends on its share of the processor: no other test runs beside its tests. LOCALE is the
+# system's for its tests.
 function(spanlet_test NAME)
-    cmake_parse_arguments(PARSE_ARGV 1 TEST "THREADS;ALONE" "MAIN" "SOURCES;LIBRARIES")
+    cmake_parse_arguments(PARSE_ARGV 1 TEST "THREADS;ALONE" "MAIN;LOCALE" "SOURCES;LIBRARIES")
     add_executable(${NAME} ${TEST_SOURCES} ${TEST_MAIN})
     target_link_libraries(${NAME} PRIVATE spanlet_options spanlet_test_support ${TEST_LIBRARIES}
                                           GTest::gmock)
@@ -22,8 +23,12 @@ function(spanlet_test NAME)
     if(TEST_ALONE)
         set(alone RUN_SERIAL ON)
     endif()
+    set(locale "")
+    if(TEST_LOCALE)
+        set(locale ENVIRONMENT_MODIFICATION LC_ALL=set:${TEST_LOCALE})
+    endif()
     gtest_discover_tests(
         ${NAME}
         DISCOVERY_TIMEOUT 60
-        PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT 120 ${labels} ${alone})
+        PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT 120 ${labels} ${alone} ${locale})
 endfunction()

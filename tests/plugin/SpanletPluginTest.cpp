@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/plugin/HostedDialog.h"
+#include "tests/support/OwnSettings.h"
 
 #include <QCborMap>
 #include <QCborValue>
@@ -9,9 +10,7 @@
 #include <QJsonObject>
 #include <QPointer>
 #include <QPushButton>
-#include <QSettings>
 #include <QSplashScreen>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTreeView>
 #include <gtest/gtest.h>
@@ -34,13 +33,12 @@ QCborMap rawMetaData() {
 class SpanletPluginTest : public testing::Test {
 protected:
     SpanletPluginTest() {
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_store.path());
         switchOffHelpAtStart();
         EXPECT_EQ(OrvCPP::OrvSystem::GetInstance().Startup(), OrvErrorSuccess);
     }
     ~SpanletPluginTest() override { OrvCPP::OrvSystem::GetInstance().Shutdown(); }
 
-    QTemporaryDir m_store;
+    const OwnSettings m_store;
     HostedDialog m_host;
 };
 

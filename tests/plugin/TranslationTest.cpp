@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/plugin/HostedDialog.h"
+#include "tests/support/OwnSettings.h"
 
 #include <QAbstractButton>
 #include <QDir>
@@ -9,7 +10,6 @@
 #include <QLocale>
 #include <QPushButton>
 #include <QRegularExpression>
-#include <QSettings>
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTreeView>
@@ -61,7 +61,6 @@ void expectWholeWords(const QHeaderView& header) {
 class TranslationTest : public testing::Test {
 protected:
     TranslationTest() {
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_folder.path());
         switchOffHelpAtStart();
         QDir::setCurrent(m_folder.path());
         EXPECT_EQ(OrvCPP::OrvSystem::GetInstance().Startup(), OrvErrorSuccess);
@@ -85,6 +84,7 @@ protected:
         return result;
     }
 
+    const OwnSettings m_store;
     QTemporaryDir m_folder;
     HostedDialog m_host;
 };

@@ -3,6 +3,7 @@
 #include "OrvSimulation/Simulation.h"
 #include "engine/CameraHandler.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/OwnSettings.h"
 #include "tests/support/Resources.h"
 #include "ui/BandwidthSliderWidget.h"
 #include "ui/CameraListModel.h"
@@ -14,7 +15,6 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QSpinBox>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTreeView>
 #include <gtest/gtest.h>
@@ -28,7 +28,6 @@ class SpanletDialogFaults : public testing::Test {
 protected:
     void SetUp() override {
         initResources();
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_store.path());
         QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
             .setValue(QStringLiteral("Support Dialog/active"), false);
         ASSERT_NE(m_simulation, nullptr);
@@ -92,7 +91,7 @@ protected:
         return count;
     }
 
-    QTemporaryDir m_store;
+    const OwnSettings m_store;
     CapturedLog m_log;
     OrvCPP::OrvSystem& m_system = OrvCPP::OrvSystem::GetInstance();
     OrvCPP::ISimulation* m_simulation = dynamic_cast<OrvCPP::ISimulation*>(&m_system);

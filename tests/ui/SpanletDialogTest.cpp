@@ -5,6 +5,7 @@
 #include "logging/QtMessageHandler.h"
 #include "logging/RowHeights.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/OwnSettings.h"
 #include "tests/support/Resources.h"
 #include "tests/support/TextTree.h"
 #include "tests/ui/FakeCameras.h"
@@ -26,7 +27,6 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QTableWidget>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QToolButton>
@@ -47,7 +47,6 @@ class SpanletDialogTest : public testing::Test {
 protected:
     SpanletDialogTest() {
         initResources();
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_store.path());
         set("Support Dialog/active", false);
         m_first->bandwidth = 112'400'000;
         m_closed->opened = false;
@@ -107,7 +106,7 @@ protected:
     /// Lets half a second of the benchmark pass, without waiting for it.
     void tick() { m_dialog->onTimerTimeout(); }
 
-    QTemporaryDir m_store;
+    const OwnSettings m_store;
     CapturedLog m_log;
     std::shared_ptr<FakeCamera> m_first = makeFake("eth0", gigE, "A");
     std::shared_ptr<FakeCamera> m_closed = makeFake("eth0", gigE, "B");

@@ -2,6 +2,7 @@
 #include "ui/SupportDialog.h"
 
 #include "tests/support/CapturedLog.h"
+#include "tests/support/OwnSettings.h"
 #include "tests/support/Resources.h"
 #include "tests/ui/FakeCameras.h"
 #include "ui/SettingsKeys.h"
@@ -18,7 +19,7 @@
 #include <QRegularExpression>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTemporaryDir>
+#include <QSettings>
 #include <QTest>
 #include <gmock/gmock.h>
 
@@ -30,7 +31,6 @@ class SupportDialogTest : public testing::Test {
 protected:
     SupportDialogTest() {
         initResources();
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_folder.path());
         m_store =
             std::make_unique<QSettings>(QStringLiteral("Meridane"), QStringLiteral("Spanlet"));
     }
@@ -62,7 +62,7 @@ protected:
     }
     SupportDialog* opened() const { return m_main->findChild<SupportDialog*>(); }
 
-    QTemporaryDir m_folder;
+    const OwnSettings m_settings;
     std::unique_ptr<QSettings> m_store;
     QPointer<SupportDialog> m_page;
     CapturedLog m_log;
