@@ -12,5 +12,6 @@ find_package_handle_standard_args(Qwt REQUIRED_VARS Qwt_LIBRARY Qwt_INCLUDE_DIR)
 if(Qwt_FOUND AND NOT TARGET Qwt::Qwt)
     add_library(Qwt::Qwt UNKNOWN IMPORTED)
     set_target_properties(Qwt::Qwt PROPERTIES IMPORTED_LOCATION ${Qwt_LIBRARY}
-                                              INTERFACE_INCLUDE_DIRECTORIES ${Qwt_INCLUDE_DIR})
+                                              INTERFACE_INCLUDE_DIRECTORIES ${Qwt_INCLUDE_DIR}
+                                              INTERFACE_LINK_LIBRARIES Qt5::Widgets)
 endif()
