@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "engine/host/LinuxNetwork.h"
+
 #include "engine/host/HostNetwork.h"
 #include "engine/host/Sysfs.h"
 
@@ -31,7 +33,7 @@ public:
             if (entry->ifa_addr == nullptr || entry->ifa_addr->sa_family != AF_INET)
                 continue;
             AddressRow row;
-            row.interfaceIndex = if_nametoindex(entry->ifa_name);
+            row.interfaceIndex = interfaceIndexOf(entry->ifa_name);
             row.address = ipv4Address(entry->ifa_addr);
             row.mask = ipv4Address(entry->ifa_netmask);
             if ((entry->ifa_flags & IFF_BROADCAST) != 0)
@@ -50,6 +52,15 @@ public:
 };
 
 } // namespace
+
+std::uint32_t interfaceIndexOf(std::string label) {
+    while (!label.empty()) {
+        if (const std::uint32_t index = if_nametoindex(label.c_str()))
+            return index;
+        label.pop_back();
+    }
+    return 0;
+}
 
 std::shared_ptr<HostNetwork> makeSystemNetwork() {
     return std::make_shared<LinuxNetwork>();

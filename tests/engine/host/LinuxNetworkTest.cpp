@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "engine/host/LinuxNetwork.h"
 #include "engine/host/ByteOrder.h"
 #include "engine/host/HostNetwork.h"
 #include "engine/host/Sysfs.h"
@@ -85,6 +86,15 @@ TEST(LinuxNetwork, listsTheLoopbackAddress) {
     EXPECT_GE(entry.mtu, 1500U);
     EXPECT_EQ(entry.transmitLinkSpeed, 0U) << "its speed cannot be read";
     EXPECT_EQ(network->interfaceEntry(0).alias, u"") << "there is no interface 0";
+}
+
+TEST(LinuxNetwork, knowsTheAdapterOfAFurtherAddressByItsLabel) {
+    const std::uint32_t loopback = host::interfaceIndexOf("lo");
+    EXPECT_GT(loopback, 0U);
+    EXPECT_EQ(host::interfaceIndexOf("lo:1"), loopback);
+    EXPECT_EQ(host::interfaceIndexOf("locameras"), loopback);
+    EXPECT_EQ(host::interfaceIndexOf("none"), 0U);
+    EXPECT_EQ(host::interfaceIndexOf(""), 0U);
 }
 
 } // namespace
