@@ -175,11 +175,7 @@ TEST_P(CongestedNetwork, losesFramesUntilAutoSetHasSharedOutItsBandwidth) {
     EXPECT_LE(bandwidth(), usable);
     EXPECT_GT(bandwidth(), usable * 0.95);
 
-    Totals after = benchmark("after Auto Set");
-    // A host that is busy with something else may miss what the network has brought, now and then.
-    for (int i = 0; i < 2 && (after.damaged > 0 || after.lost > 0); ++i) {
-        after = benchmark("again");
-    }
+    const Totals after = benchmark("after Auto Set");
     EXPECT_EQ(packetsDropped(), dropped);
     EXPECT_EQ(after.damaged, 0u);
     EXPECT_EQ(after.lost, 0);
