@@ -29,10 +29,8 @@ void CameraRoster::begin() {
     m_surroundings.changed = [kept = weak_from_this(), tell = m_surroundings.changed](
                                  const auto& camera, OrvUpdateTriggerType reason) {
         const auto roster = kept.lock();
-        if (roster && reason == OrvUpdateTriggerPluggedOut) {
+        if (roster && reason == OrvUpdateTriggerPluggedOut)
             roster->lose(*camera);
-            roster->askAll();
-        }
         tell(camera, reason);
     };
     m_surroundings.fellSilent = [kept = weak_from_this()] {

@@ -72,9 +72,9 @@ void setPolicies(ArvDevice* device) {
 } // namespace
 
 DeviceSession::DeviceSession(CameraRecord record, OrvAccessModeType mode, ThreadPark& park,
-                             std::function<void()> lost)
+                             std::function<void()> quiet, std::function<void()> lost)
     : m_record(std::move(record)), m_mode(mode), m_thread(DeviceThread::begin(park)),
-      m_lost(std::move(lost)) {}
+      m_quiet(std::move(quiet)), m_lost(std::move(lost)) {}
 
 DeviceSession::~DeviceSession() {
     close();
@@ -165,6 +165,8 @@ void DeviceSession::lookForLife() {
         const Sign sign = ask();
         if (sign == Sign::Life)
             noteLife();
+        if (sign == Sign::None)
+            m_quiet();
         if (sign == Sign::ControlLost)
             m_thread->lose();
     }

@@ -32,9 +32,10 @@ public:
     /// a call, as long as the camera lives.
     static constexpr std::chrono::milliseconds longCallLimit{15000};
 
-    /// \p lost is called once when the camera is lost, on a thread of the session's own.
+    /// \p quiet is called each time the camera was asked in vain whether it lives, \p lost once
+    /// when it is lost; both on a thread of the session's own.
     DeviceSession(CameraRecord record, OrvAccessModeType mode, ThreadPark& park,
-                  std::function<void()> lost);
+                  std::function<void()> quiet, std::function<void()> lost);
     ~DeviceSession();
     DeviceSession(const DeviceSession&) = delete;
     DeviceSession& operator=(const DeviceSession&) = delete;
@@ -86,6 +87,7 @@ private:
     const CameraRecord m_record;
     const OrvAccessModeType m_mode;
     const std::shared_ptr<DeviceThread> m_thread;
+    const std::function<void()> m_quiet;
     const std::function<void()> m_lost;
     /// What it points at is used on the device's thread only.
     const Device m_device = std::make_shared<GObjectPtr<ArvDevice>>();

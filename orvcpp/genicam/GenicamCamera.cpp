@@ -153,11 +153,11 @@ OrvErrorType GenicamCamera::open(OrvAccessModeType mode) {
     }
     if ((*modes & mode) == 0)
         return OrvErrorInvalidAccess;
-    auto device = std::make_shared<DeviceSession>(found, mode, *m_surroundings.park,
-                                                  [kept = weak_from_this()] {
-                                                      if (const auto camera = kept.lock())
-                                                          camera->tell(OrvUpdateTriggerPluggedOut);
-                                                  });
+    auto device = std::make_shared<DeviceSession>(
+        found, mode, *m_surroundings.park, m_surroundings.fellSilent, [kept = weak_from_this()] {
+            if (const auto camera = kept.lock())
+                camera->tell(OrvUpdateTriggerPluggedOut);
+        });
     if (const OrvErrorType error = device->open())
         return error;
     auto made = makeOpenedCamera(m_surroundings.calls, std::move(device),

@@ -25,7 +25,7 @@ struct CameraSurroundings {
     PacketSocket packetSocket = PacketSocket::Automatic;
     /// Called without a lock when a camera was opened, closed or lost.
     std::function<void(const std::shared_ptr<OrvCPP::Camera>&, OrvUpdateTriggerType)> changed;
-    /// Called when a camera that is not open has given no answer.
+    /// Called when a camera has given no answer.
     std::function<void()> fellSilent;
 };
 
