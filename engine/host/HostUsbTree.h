@@ -21,6 +21,9 @@ struct DeviceInterface {
     /// Class, subclass and protocol of each of its USB interfaces, in one number of three bytes:
     /// 0xEF0500. Empty where the system does not tell them.
     std::vector<std::uint32_t> interfaceClasses = {};
+    /// What the instance belongs to where the system keeps it as part of a list: the instance is
+    /// valid for as long as this is held.
+    std::shared_ptr<const void> list = {};
 };
 
 /// Result codes of a property that is not there, as Windows numbers them: an unknown device, a

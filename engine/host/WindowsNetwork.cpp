@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 
 namespace host {
 
@@ -23,6 +24,11 @@ std::uint32_t queryAddressTable(void* buffer, std::uint32_t& size) {
     const DWORD result = GetIpAddrTable(static_cast<PMIB_IPADDRTABLE>(buffer), &bytes, FALSE);
     size = bytes;
     return result;
+}
+
+/// Windows writes all ones for an adapter whose speed it does not know, as virtual ones have.
+std::uint64_t knownSpeed(ULONG64 speed) {
+    return speed == std::numeric_limits<ULONG64>::max() ? 0 : speed;
 }
 
 template <std::size_t Size> std::u16string text(const WCHAR (&units)[Size]) {
@@ -53,7 +59,7 @@ public:
 
         InterfaceEntry entry;
         static_assert(sizeof row.PhysicalAddress == sizeof entry.physicalAddress);
-        entry.transmitLinkSpeed = row.TransmitLinkSpeed;
+        entry.transmitLinkSpeed = knownSpeed(row.TransmitLinkSpeed);
         entry.mtu = row.Mtu;
         std::copy(std::begin(row.PhysicalAddress), std::end(row.PhysicalAddress),
                   entry.physicalAddress.begin());

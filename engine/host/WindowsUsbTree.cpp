@@ -33,11 +33,6 @@ struct HandleCloser {
 };
 using Handle = std::unique_ptr<void, HandleCloser>;
 
-struct DeviceSetDestroyer {
-    void operator()(HDEVINFO set) const { SetupDiDestroyDeviceInfoList(set); }
-};
-using DeviceSet = std::unique_ptr<void, DeviceSetDestroyer>;
-
 class WindowsUsbHub : public UsbHub {
 public:
     explicit WindowsUsbHub(Handle handle) : m_handle(std::move(handle)) {}
@@ -78,9 +73,12 @@ std::string instanceIdOf(DEVINST instance) {
     return id.data();
 }
 
-std::optional<DeviceInterface> detail(HDEVINFO set, SP_DEVICE_INTERFACE_DATA& entry) {
+/// The devices that offer an interface, and their instances.
+using DeviceSet = std::shared_ptr<void>;
+
+std::optional<DeviceInterface> detail(const DeviceSet& set, SP_DEVICE_INTERFACE_DATA& entry) {
     DWORD size = 0;
-    SetupDiGetDeviceInterfaceDetailA(set, &entry, nullptr, 0, &size, nullptr);
+    SetupDiGetDeviceInterfaceDetailA(set.get(), &entry, nullptr, 0, &size, nullptr);
     if (size < sizeof(SP_DEVICE_INTERFACE_DETAIL_DATA_A))
         return std::nullopt;
 
@@ -89,9 +87,9 @@ std::optional<DeviceInterface> detail(HDEVINFO set, SP_DEVICE_INTERFACE_DATA& en
     data->cbSize = sizeof *data;
     SP_DEVINFO_DATA device{};
     device.cbSize = sizeof device;
-    if (!SetupDiGetDeviceInterfaceDetailA(set, &entry, data, size, nullptr, &device))
+    if (!SetupDiGetDeviceInterfaceDetailA(set.get(), &entry, data, size, nullptr, &device))
         return std::nullopt;
-    return DeviceInterface{data->DevicePath, device.DevInst, instanceIdOf(device.DevInst)};
+    return DeviceInterface{data->DevicePath, device.DevInst, instanceIdOf(device.DevInst), {}, set};
 }
 
 std::vector<DeviceInterface> presentDevices(const GUID& interfaceClass) {
@@ -99,17 +97,25 @@ std::vector<DeviceInterface> presentDevices(const GUID& interfaceClass) {
                                                  DIGCF_PRESENT | DIGCF_DEVICEINTERFACE);
     if (opened == INVALID_HANDLE_VALUE)
         return {};
-    const DeviceSet set(opened);
+    const DeviceSet set(opened, SetupDiDestroyDeviceInfoList);
 
     std::vector<DeviceInterface> devices;
     SP_DEVICE_INTERFACE_DATA entry{};
     entry.cbSize = sizeof entry;
     for (DWORD index = 0;
          SetupDiEnumDeviceInterfaces(set.get(), nullptr, &interfaceClass, index, &entry); ++index) {
-        if (auto device = detail(set.get(), entry))
+        if (auto device = detail(set, entry))
             devices.push_back(std::move(*device));
     }
     return devices;
+}
+
+/// The identifiers in a device's path are known in upper case; Windows, to which both are the same
+/// path, gives them in lower case.
+std::string upperCase(std::string path) {
+    std::transform(path.begin(), path.end(), path.begin(),
+                   [](char each) { return each >= 'a' && each <= 'z' ? each - 'a' + 'A' : each; });
+    return path;
 }
 
 Property<std::uint32_t> numberProperty(DEVINST instance, const DEVPROPKEY& key) {
@@ -144,7 +150,10 @@ public:
     }
 
     std::vector<DeviceInterface> devices() override {
-        return presentDevices(GUID_DEVINTERFACE_USB_DEVICE);
+        std::vector<DeviceInterface> devices = presentDevices(GUID_DEVINTERFACE_USB_DEVICE);
+        for (DeviceInterface& device : devices)
+            device.path = upperCase(std::move(device.path));
+        return devices;
     }
 
     std::optional<DeviceInstance> parent(DeviceInstance instance) override {

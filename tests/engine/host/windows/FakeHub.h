@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+/// What the tests and the fake hub driver say to each other. The driver has no standard library.
+namespace fakehub {
+
+constexpr unsigned portCount = 16;
+
+/// What a hub answers for one port.
+struct Port {
+    bool answersFirst;
+    bool answersSecond;
+    unsigned char status;
+    unsigned char speed;
+    unsigned flags;
+};
+
+struct Hub {
+    /// As Windows opens it: "\\?\usb#root_hub30#...". Ends with a zero.
+    wchar_t path[260];
+    /// Port 0 is none.
+    Port ports[portCount];
+};
+
+/// The device that the tests speak to, and its name for the driver.
+constexpr wchar_t controlPath[] = L"\\\\?\\spanlet-fake-hubs";
+
+/// Takes a Hub: adds it.
+constexpr unsigned long plugIn = 0x222000;
+/// Takes nothing: removes all hubs.
+constexpr unsigned long unplugAll = 0x222004;
+/// Answers an unsigned: how many handles of hubs are open.
+constexpr unsigned long countHandles = 0x222008;
+
+} // namespace fakehub

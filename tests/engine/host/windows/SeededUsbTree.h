@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "tests/engine/host/windows/FakeHub.h"
+
+#include <windows.h>
+
+#include <cfgmgr32.h>
+#include <setupapi.h>
+
+#include <array>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+using Ports = std::map<unsigned, fakehub::Port>;
+
+/// Devices that Wine's device setup and configuration manager find in the registry, their places
+/// in the tree, and the answers of the fake hub driver, which must be running. Takes all that back
+/// when it goes.
+class SeededUsbTree {
+public:
+    SeededUsbTree();
+    ~SeededUsbTree();
+    SeededUsbTree(const SeededUsbTree&) = delete;
+    SeededUsbTree& operator=(const SeededUsbTree&) = delete;
+
+    /// \p name is the last part of the device instance ID. Without \p bus or \p address the
+    /// controller has not that property.
+    DEVINST addController(const std::wstring& name, std::optional<UINT32> bus,
+                          std::optional<UINT32> address);
+    /// A hub at which one can ask for \p ports.
+    DEVINST addHub(std::optional<DEVINST> parent, const std::wstring& name, const Ports& ports);
+    /// A hub that is listed, and cannot be opened.
+    DEVINST addUnopenableHub(std::optional<DEVINST> parent, const std::wstring& name);
+    /// \p id is the device instance ID without "USB\", for example L"VID_4D52&PID_0001\\A1".
+    DEVINST addDevice(std::optional<DEVINST> parent, const std::wstring& id,
+                      const std::optional<std::wstring>& location);
+    /// Registered, but no longer there.
+    void unplug(DEVINST device);
+
+    /// How many handles of hubs are open.
+    static unsigned openHandles();
+
+private:
+    struct Device {
+        SP_DEVINFO_DATA data{};
+        std::wstring interfaceKey;
+    };
+
+    Device& add(const std::wstring& id, std::optional<DEVINST> parent);
+    /// Answers the path under which the device is found and opened.
+    std::wstring offer(Device& device, const GUID& interfaceClass);
+
+    HDEVINFO m_set;
+    std::vector<Device> m_devices;
+};

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "engine/InterfaceHandlerUSB.h"
+#include "tests/engine/host/windows/FakeHubService.h"
+#include "tests/engine/host/windows/SeededUsbTree.h"
+#include "tests/support/CapturedLog.h"
+
+#include <functional>
+#include <gmock/gmock.h>
+
+namespace {
+
+constexpr std::uint64_t fullSpeed = 12'000'000;
+constexpr std::uint64_t highSpeed = 480'000'000;
+constexpr std::uint64_t superSpeed = 5'000'000'000;
+
+constexpr fakehub::Port usb3Port{true, true, 1, 2, 0b0001};
+constexpr fakehub::Port usb2Port{true, true, 1, 2, 0};
+constexpr std::uint32_t port = 3;
+const std::wstring onPort3 = L"Port_#0003.Hub_#0001";
+const std::wstring cameraId = LR"(VID_4D52&PID_0001\A1B2)";
+const std::string cameraPath =
+    R"("\\?\USB#VID_4D52&PID_0001#A1B2#{A5DCBF10-6530-11D2-901F-00C04FB951ED}")";
+const std::string noPort = "Debug:Cannot get port location for device " + cameraPath + '\n';
+
+/// A camera on port 3 of the root hub of a controller, and what is different from the usual.
+struct Scene {
+    std::wstring id = cameraId;
+    std::optional<std::wstring> location = onPort3;
+    fakehub::Port answers = usb3Port;
+    std::optional<UINT32> bus = 0;
+    std::optional<UINT32> address = 0x00140002;
+    bool hubOpens = true;
+};
+
+struct Case {
+    const char* name;
+    std::function<void(Scene&)> change;
+    std::optional<std::uint64_t> speed;
+    std::string log = {};
+};
+
+void PrintTo(const Case& tested, std::ostream* output) {
+    *output << tested.name;
+}
+
+std::function<void(Scene&)> answers(const fakehub::Port& given) {
+    return [given](Scene& scene) {
+        scene.answers = given;
+    };
+}
+
+std::function<void(Scene&)> device(const std::wstring& id) {
+    return [id](Scene& scene) {
+        scene.id = id;
+    };
+}
+
+std::function<void(Scene&)> location(const std::optional<std::wstring>& text) {
+    return [text](Scene& scene) {
+        scene.location = text;
+    };
+}
+
+const Case cases[] = {
+    {"Usb3Port", [](Scene&) {}, superSpeed},
+    {"Usb2Port", answers(usb2Port), highSpeed},
+    {"SuperSpeedPlus", answers({true, true, 1, 2, 0b1100}), superSpeed},
+    {"OnlyCapable", answers({true, true, 1, 2, 0b1010}), highSpeed},
+    {"NoSecondStructure", answers({true, false, 1, 2, 0}), highSpeed},
+    {"Full", answers({true, true, 1, 1, 0b0001}), fullSpeed},
+    {"Super", answers({true, true, 1, 3, 0}), superSpeed},
+    {"UnknownSpeed", answers({true, true, 1, 4, 0b0001}), std::nullopt},
+    {"NotConnected", answers({true, true, 0, 2, 0b0001}), std::nullopt},
+    {"FailedEnumeration", answers({true, true, 2, 2, 0b0001}), std::nullopt},
+    {"NoFirstStructure", answers({false, true, 1, 2, 0b0001}), std::nullopt},
+    {"PortTheHubHasNot", location(L"Port_#0099.Hub_#0001"), std::nullopt},
+    {"UnopenableHub", [](Scene& scene) { scene.hubOpens = false; }, std::nullopt,
+     "Debug:Could not get USB speed for device " + cameraPath + '\n'},
+    {"LowerCase", device(LR"(vid_4d52&pid_0001\a1b2)"), superSpeed},
+    {"LongSerial", device(LR"(VID_4D52&PID_0001\)" + std::wstring(170, L'7')), superSpeed},
+    {"UnknownVendor", device(LR"(VID_4D53&PID_0001\A1B2)"), std::nullopt},
+    {"OtherProduct", device(LR"(VID_4D52&PID_0002\A1B2)"), std::nullopt},
+    {"NoVendor", device(LR"(PID_0001\A1B2)"), std::nullopt},
+    {"LocationWithUmlauts", location(L"R\u00fcckseite \u2013 Port_#0003.Hub_#0001"), superSpeed},
+    {"LocationWithoutPort", location(L"0000.0014.0000.003"), std::nullopt, noPort},
+    {"EmptyLocation", location(L""), std::nullopt, noPort},
+    {"NoLocation", location(std::nullopt), std::nullopt, noPort},
+    {"NoBusNumber", [](Scene& scene) { scene.bus = std::nullopt; }, std::nullopt,
+     "Debug:Cannot get DEVPKEY_Device_BusNumber. CM_Get_DevNode_PropertyW ret: 37 devInst: "},
+    {"NoAddress", [](Scene& scene) { scene.address = std::nullopt; }, std::nullopt,
+     "Debug:Cannot get DEVPKEY_Device_Address. CM_Get_DevNode_PropertyW ret: 37 devInst: "},
+};
+
+class WindowsUsbTree : public testing::TestWithParam<Case> {
+protected:
+    ~WindowsUsbTree() override {
+        EXPECT_EQ(SeededUsbTree::openHandles(), 0U) << "every hub that was opened is closed";
+    }
+
+    DEVINST addController(const std::wstring& name, UINT32 address) {
+        return m_tree.addController(name, 0, address);
+    }
+
+    std::optional<std::uint64_t> speedNow(const std::string& controller) {
+        m_handler.rebuild();
+        return m_handler.GetSpeed("MRD USB Interface " + controller);
+    }
+
+    SeededUsbTree m_tree;
+    InterfaceHandlerUSB m_handler;
+    const CapturedLog m_log;
+};
+
+TEST_P(WindowsUsbTree, givesTheSpeedOfAPort) {
+    Scene scene;
+    GetParam().change(scene);
+    const DEVINST controller = m_tree.addController(L"3&1&0&A2", scene.bus, scene.address);
+    const DEVINST hub = scene.hubOpens ? m_tree.addHub(controller, L"4&1", {{port, scene.answers}})
+                                       : m_tree.addUnopenableHub(controller, L"4&1");
+    m_tree.addDevice(hub, scene.id, scene.location);
+
+    EXPECT_EQ(speedNow("0-20-2"), GetParam().speed);
+    const bool namesDevice = GetParam().log.find("devInst: ") != std::string::npos;
+    EXPECT_EQ(m_log.text(),
+              GetParam().log + (namesDevice ? std::to_string(controller) + '\n' : ""));
+}
+
+INSTANTIATE_TEST_SUITE_P(OneCamera, WindowsUsbTree, testing::ValuesIn(cases),
+                         [](const auto& tested) { return tested.param.name; });
+
+TEST_F(WindowsUsbTree, walksThroughAnExternalHub) {
+    const DEVINST root =
+        m_tree.addHub(addController(L"a", 0x00140000), L"root", {{port, usb2Port}, {5, usb3Port}});
+    m_tree.addDevice(m_tree.addHub(root, L"external", {{port, usb3Port}}), cameraId, onPort3);
+    EXPECT_EQ(speedNow("0-20-0"), superSpeed);
+    EXPECT_EQ(m_log.text(), "");
+}
+
+TEST_F(WindowsUsbTree, tellsSeveralCamerasAndControllersApart) {
+    // Names that differ in their last characters only, and are about as long as they may be.
+    const std::wstring name(180, L'h');
+    const DEVINST first = m_tree.addHub(addController(L"a", 0x00140000), name + L'1',
+                                        {{1, usb3Port}, {2, usb2Port}, {port, usb3Port}});
+    const DEVINST second =
+        m_tree.addHub(addController(L"b", 0x001D0001), name + L'2', {{port, usb2Port}});
+    m_tree.addDevice(first, LR"(VID_4D52&PID_0001\B)", L"Port_#0002.Hub_#0001");
+    const DEVINST fastest =
+        m_tree.addDevice(first, LR"(VID_4D52&PID_0001\A)", L"Port_#0001.Hub_#0001");
+    m_tree.addDevice(first, LR"(VID_046D&PID_C52B\MOUSE)", onPort3);
+    m_tree.addDevice(second, LR"(VID_4D52&PID_0001\C)", onPort3);
+    EXPECT_EQ(speedNow("0-20-0"), superSpeed);
+    EXPECT_EQ(speedNow("0-29-1"), highSpeed);
+
+    m_tree.unplug(fastest);
+    EXPECT_EQ(speedNow("0-20-0"), highSpeed);
+    EXPECT_EQ(m_log.text(), "");
+}
+
+TEST_F(WindowsUsbTree, isEmptyInSilenceWithoutDevices) {
+    EXPECT_EQ(speedNow("0-20-0"), std::nullopt);
+    EXPECT_EQ(m_log.text(), "");
+}
+
+TEST_F(WindowsUsbTree, leavesOutACameraWithoutAController) {
+    m_tree.addDevice(std::nullopt, LR"(VID_4D52&PID_0001\A)", onPort3);
+    m_tree.addDevice(m_tree.addHub(std::nullopt, L"hub", {{port, usb3Port}}), cameraId, onPort3);
+    EXPECT_EQ(speedNow("0-20-0"), std::nullopt);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    testing::InitGoogleMock(&argc, argv);
+    const FakeHubService service(FAKE_HUB_DRIVER);
+    return RUN_ALL_TESTS();
+}
