@@ -176,7 +176,7 @@ OrvErrorType Acquisition::announceFrames(int bufferCount) {
 
 OrvErrorType Acquisition::queue(GenicamFrame& frame) {
     const std::lock_guard lock(m_mutex);
-    if (!m_stream || m_stopping)
+    if (!m_stream)
         return OrvErrorInvalidCall;
     if (frame.m_isQueued.exchange(true))
         return OrvErrorInUse;
@@ -249,8 +249,9 @@ void Acquisition::bufferDone() {
     GObjectPtr<ArvBuffer> buffer;
     {
         const std::lock_guard lock(m_mutex);
-        // A frame that ends because the stream does was not received.
-        if (!m_stream || m_stopping)
+        // A frame that ends because the stream does was not received; one that came while the
+        // camera was being stopped was.
+        if (!m_stream)
             return;
         buffer.reset(arv_stream_try_pop_buffer(m_stream.get()));
     }

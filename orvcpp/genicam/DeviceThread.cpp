@@ -21,8 +21,9 @@ OrvErrorType resultOf(const DeviceThread::Work& work) {
 
 } // namespace
 
-std::shared_ptr<DeviceThread> DeviceThread::begin(ThreadPark& park) {
-    auto made = std::make_shared<DeviceThread>();
+std::shared_ptr<DeviceThread> DeviceThread::begin(ThreadPark& park,
+                                                  std::chrono::milliseconds patience) {
+    auto made = std::make_shared<DeviceThread>(patience);
     park.start([made] { made->run(); });
     return made;
 }
@@ -75,6 +76,11 @@ bool DeviceThread::isBusy() const {
     return m_waiting > 0;
 }
 
+bool DeviceThread::isStuck() const {
+    return m_running && m_running->isAbandoned &&
+           std::chrono::steady_clock::now() - m_running->begun >= m_patience;
+}
+
 void DeviceThread::quit() {
     const std::lock_guard lock(m_mutex);
     m_quit = true;
@@ -92,6 +98,7 @@ void DeviceThread::run() {
         if (job->isAbandoned)
             continue;
         m_running = job;
+        job->begun = std::chrono::steady_clock::now();
         Work work = std::move(job->work);
         lock.unlock();
         const OrvErrorType result = resultOf(work);

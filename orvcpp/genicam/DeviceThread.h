@@ -23,11 +23,15 @@ public:
     /// it touches.
     using Work = std::function<OrvErrorType()>;
 
-    static std::shared_ptr<DeviceThread> begin(ThreadPark& park);
+    /// \p patience is how long a piece of work may take that nobody waits for any more.
+    static std::shared_ptr<DeviceThread>
+    begin(ThreadPark& park, std::chrono::milliseconds patience = std::chrono::milliseconds(2500));
+
+    explicit DeviceThread(std::chrono::milliseconds patience) : m_patience(patience) {}
 
     /// The work's result; OrvErrorNotFound once the device is lost, OrvErrorTimeout after
-    /// \p limit, and at once while the device still keeps the thread with what somebody gave up
-    /// before: who asks for many things waits for one only.
+    /// \p limit, and at once while the device has had its time with what somebody gave up before:
+    /// who asks for many things waits for one only.
     OrvErrorType call(Work work, std::chrono::milliseconds limit);
     /// Does the work later, and also for a device that is lost.
     void post(Work work);
@@ -43,15 +47,17 @@ private:
     struct Job {
         Work work;
         OrvErrorType result = OrvErrorSuccess;
+        std::chrono::steady_clock::time_point begun;
         bool isDone = false;
         /// Nobody waits for it any more: it need not begin.
         bool isAbandoned = false;
     };
 
     void run();
-    /// Whether the thread has a job that nobody waits for any more; with the mutex held.
-    bool isStuck() const { return m_running && m_running->isAbandoned; }
+    /// With the mutex held.
+    bool isStuck() const;
 
+    const std::chrono::milliseconds m_patience;
     mutable std::mutex m_mutex;
     std::condition_variable m_posted;
     std::condition_variable m_finished;

@@ -78,7 +78,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(Calls, WaitForADeviceThatHangsOnlyOnceAndGoOnWhenItHasAnswered) {
     using namespace std::chrono_literals;
     orv::genicam::ThreadPark park;
-    const auto device = DeviceThread::begin(park);
+    const auto device = DeviceThread::begin(park, 0ms);
     EXPECT_EQ(device->call([]() -> OrvErrorType { throw std::bad_alloc(); }, 10s),
               OrvErrorResources);
 

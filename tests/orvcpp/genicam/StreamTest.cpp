@@ -147,19 +147,25 @@ TEST_F(Streaming, PacketSizeIsAdjustedToTheLargest) {
     EXPECT_EQ(set(*stream, "GVSPPacketSize", std::int64_t{1000}), OrvErrorInvalidAccess);
 }
 
-/// A camera whose numbers are near the end of 16 bits when it starts.
-class Wrapping : public Streaming {
+/// A camera whose numbers are near the end of 16 bits when it starts, and that counts with as many
+/// bits, or with 64.
+class Wrapping : public Streaming, public testing::WithParamInterface<const char*> {
 protected:
-    Wrapping() : Streaming(with(smallFrames, {"--first-frame-id", "65520"})) {}
+    Wrapping()
+        : Streaming(
+              with(smallFrames, {"--first-frame-id", "65520", "--extended-ids", GetParam()})) {}
 };
 
-TEST_F(Wrapping, NumbersGoOnOverTheEndOfSixteenBits) {
+TEST_P(Wrapping, NumbersGoOnOverTheEndOfSixteenBits) {
     const auto receiver = std::make_shared<Receiver>(camera);
     ASSERT_EQ(sdk::start(*camera, receiver), OrvErrorSuccess);
     EXPECT_TRUE(eventually([&] { return receiver->count() >= 40; }));
     ASSERT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
     EXPECT_TRUE(isGapless(receiver->ids(), 1));
+    EXPECT_EQ(receiver->incomplete(), 0);
 }
+
+INSTANTIATE_TEST_SUITE_P(ExtendedIds, Wrapping, testing::Values("0", "1"));
 
 /// A camera that leaves out a packet now and then, and does not send it again.
 class Losing : public Streaming {
