@@ -13,6 +13,7 @@
 #include "sdk/OrvSystemWrapper.h"
 #include "sdk/OrvTransportLayerWrapper.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -205,12 +206,15 @@ CameraList SystemController::camerasOf(int interfaceIndex) const {
 }
 
 void SystemController::startBenchmark(int interfaceIndex, bool adjustPacketSize) {
-    for (const auto& camera : camerasOf(interfaceIndex)) {
-        if (!camera->isOpened())
-            continue;
+    CameraList chosen = camerasOf(interfaceIndex);
+    chosen.erase(std::remove_if(chosen.begin(), chosen.end(),
+                                [](const auto& camera) { return !camera->isOpened(); }),
+                 chosen.end());
+    // All of them before the first one streams: packets that try out a size need a link with room.
+    for (const auto& camera : chosen)
         camera->adjustPacketSize(adjustPacketSize);
+    for (const auto& camera : chosen)
         camera->startAcquisition();
-    }
 }
 
 void SystemController::stopBenchmark(int interfaceIndex) {

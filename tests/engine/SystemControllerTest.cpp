@@ -310,6 +310,20 @@ TEST_F(SystemControllerTest, BenchmarkRunsOnTheChosenCamerasOfOneInterface) {
     }
 }
 
+TEST_F(SystemControllerTest, PacketSizesAreAdjustedBeforeAnyCameraStreams) {
+    const CameraParts& first = add(gige, "Eth 1", "A");
+    const CameraParts& second = add(gige, "Eth 1", "B");
+    m_controller.enumerate();
+    const testing::InSequence sequence;
+    for (const CameraParts* parts : {&first, &second}) {
+        const auto adjust = parts->stream->addFeature("GVSPAdjustPacketSize", makeCommandFeature());
+        EXPECT_CALL(*adjust, RunCommand);
+    }
+    for (const CameraParts* parts : {&first, &second})
+        EXPECT_CALL(*parts->camera, StartContinuousImageAcquisition);
+    m_controller.startBenchmark(0, true);
+}
+
 TEST_F(SystemControllerTest, WhatABenchmarkStartedIsStopped) {
     add(gige, "Eth 1");
     const auto camera = m_controller.enumerate()[0][0];
