@@ -25,6 +25,12 @@ std::string CameraRecord::key() const {
     return protocol + hardwareId + '@' + place;
 }
 
+bool CameraRecord::isSameDevice(const CameraRecord& other) const {
+    const bool isUnique =
+        type == OrvTransportLayerTypeGEV ? macNumber(hardwareId) != 0 : hardwareId != serialNumber;
+    return isUnique && type == other.type && hardwareId == other.hardwareId;
+}
+
 std::string CameraRecord::id() const {
     return "DEV_" + plain(hardwareId);
 }

@@ -32,6 +32,9 @@ struct CameraRecord {
 
     /// Tells cameras apart, also two of one serial number.
     std::string key() const;
+    /// Whether two records are of one device, wherever it is. One that has no hardware address of
+    /// its own is not known again.
+    bool isSameDevice(const CameraRecord& other) const;
     /// ID for a person to see and type.
     std::string id() const;
     /// ID of the interface through which the camera is reached.

@@ -50,10 +50,13 @@ CameraRoster::layerOf(OrvTransportLayerType type) const {
 std::vector<CameraRoster::Change> CameraRoster::update(const std::vector<CameraRecord>& records,
                                                        Discovery::Clock::time_point begun) {
     std::vector<Change> changes;
+    std::set<std::string> answered;
+    for (const CameraRecord& record : records)
+        answered.insert(record.key());
     std::set<std::string> seen;
     const std::lock_guard lock(m_mutex);
     for (const CameraRecord& record : records) {
-        Entry& entry = entryOf(record);
+        Entry& entry = entryOf(record, answered);
         if (!seen.insert(record.key()).second || begun < entry.lostAt)
             continue;
         entry.misses = 0;
@@ -72,11 +75,21 @@ std::vector<CameraRoster::Change> CameraRoster::update(const std::vector<CameraR
     return changes;
 }
 
-CameraRoster::Entry& CameraRoster::entryOf(const CameraRecord& record) {
+CameraRoster::Entry& CameraRoster::entryOf(const CameraRecord& record,
+                                           const std::set<std::string>& answered) {
     const std::string key = record.key();
     const auto found = m_cameras.find(key);
     if (found != m_cameras.end())
         return found->second;
+    const auto moved = std::find_if(m_cameras.begin(), m_cameras.end(), [&](const auto& known) {
+        return answered.count(known.first) == 0 && !known.second.camera->isAlive() &&
+               record.isSameDevice(known.second.camera->record());
+    });
+    if (moved != m_cameras.end()) {
+        auto entry = m_cameras.extract(moved);
+        entry.key() = key;
+        return m_cameras.insert(std::move(entry)).position->second;
+    }
     Entry entry;
     entry.camera = std::make_shared<GenicamCamera>(
         m_surroundings, freeId(record),

@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -55,7 +56,9 @@ private:
     /// would wait for each.
     void askAll() const;
     /// With the mutex held, as all below.
-    Entry& entryOf(const CameraRecord& record);
+    /// A device that has not answered at its place, and that is not open, may have \p answered at
+    /// another: it has got another address, or hangs on another port.
+    Entry& entryOf(const CameraRecord& record, const std::set<std::string>& answered);
     std::string freeId(const CameraRecord& record) const;
     std::shared_ptr<GenicamInterface> interfaceOf(const CameraRecord& record);
     const std::shared_ptr<GenicamTransportLayer>& layerOf(OrvTransportLayerType type) const;

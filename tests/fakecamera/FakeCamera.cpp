@@ -24,6 +24,7 @@ constexpr std::uint32_t persistentAddress = 1;
 std::map<std::string, std::string> parse(int count, char** arguments) {
     std::map<std::string, std::string> options{
         {"--address", "127.0.0.1"},
+        {"--mac", "0"},
         {"--serial", "FC0001"},
         {"--vendor", "Fakeworks"},
         {"--model", "Fake GigE"},
@@ -80,7 +81,7 @@ void fill(CameraRegisters& registers, const std::map<std::string, std::string>& 
     registers.write(CurrentAddress, address);
     registers.write(CurrentMask, 0xffffff00);
     registers.write(MacHigh, 0x02fc);
-    registers.write(MacLow, address);
+    registers.write(MacLow, number("--mac") != 0 ? number("--mac") : address);
     registers.writeText(VendorName, 32, options.at("--vendor"));
     registers.writeText(ModelName, 32, options.at("--model"));
     registers.writeText(DeviceVersion, 32, "1.0");

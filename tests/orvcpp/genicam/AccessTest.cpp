@@ -56,6 +56,22 @@ TEST(Discovery, CamerasAreFoundWithTheirIdentityAndToldApartByAddressWhenSerials
     EXPECT_EQ(text(&OrvCPP::Camera::GetSerialNumber), "S1");
 }
 
+TEST(Discovery, CameraThatGetsAnotherAddressStaysTheSame) {
+    FakeCameraProcess before("127.0.0.2");
+    const Started started;
+    const auto camera = find("FC0001");
+    ASSERT_TRUE(camera);
+    before.kill();
+    const FakeCameraProcess after("127.0.0.3", {"--mac", std::to_string(0x7F000002)});
+    const auto place = [&] {
+        return sdk::text([&](char* b, std::uint32_t& n) { return camera->GetID(b, n, true); });
+    };
+    EXPECT_TRUE(sdk::eventually([&] { return place() == "GEV:02:fc:7f:00:00:02@127.0.0.3"; }));
+    EXPECT_EQ(find("FC0001"), camera);
+    EXPECT_EQ(idOf(*camera), "DEV_02FC7F000002");
+    EXPECT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
+}
+
 TEST(Discovery, LayerAndInterfaceAreWhatTheSystemManages) {
     const FakeCameraProcess fake("127.0.0.2");
     const Started started;
