@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/cli/SpanletProcess.h"
 
-#include <QStandardPaths>
 #include <gmock/gmock.h>
 
 using testing::HasSubstr;
@@ -119,24 +118,6 @@ TEST(Watch, printsLinesWhereThereIsNoTerminal) {
     EXPECT_THAT(text, HasSubstr("     0.9  GEV-20844"));
     EXPECT_THAT(text, HasSubstr("\nMRD GigE Interface enp3s0, 1.0 s\n"));
     EXPECT_THAT(text, Not(HasSubstr("\x1b")));
-}
-
-TEST(Watch, redrawsItsTableOnATerminal) {
-    const QString script = QStandardPaths::findExecutable(QStringLiteral("script"));
-    if (script.isEmpty())
-        GTEST_SKIP() << "There is no program \"script\" to make a terminal with.";
-    QProcess terminal;
-    terminal.start(script,
-                   {QStringLiteral("-qec"),
-                    QStringLiteral("stty cols 90 rows 6; TERM=xterm " SPANLET_FILE
-                                   " watch --interface GEV-enp3s0 --seconds 1 --interval 0.3"),
-                    QStringLiteral("/dev/null")});
-    ASSERT_TRUE(terminal.waitForFinished(30000));
-    EXPECT_EQ(terminal.exitCode(), 0);
-    const std::string text = terminal.readAllStandardOutput().toStdString();
-    EXPECT_THAT(text, HasSubstr("of 1 s [#########....."));
-    // Back to the first of the five lines for which there is room, with the sixth for the cursor.
-    EXPECT_THAT(text, HasSubstr("\x1b[5F\x1b[JMRD GigE Interface enp3s0  0.6"));
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/cli/SpanletProcess.h"
 
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 #include <QSet>
@@ -78,8 +79,29 @@ TEST(Documentation, completionOffersAndManPageTellsCommandsAndTheirOptions) {
 }
 
 TEST(Documentation, completionKnowsTheKindsOfCameras) {
-    EXPECT_EQ(completions(QStringLiteral("list --cameras")),
-              QStringList({QStringLiteral("simulated"), QStringLiteral("genicam")}));
+    const QStringList kinds{QStringLiteral("simulated"), QStringLiteral("genicam")};
+    EXPECT_EQ(completions(QStringLiteral("list --cameras")), kinds);
+    EXPECT_EQ(completions(QStringLiteral("list --cameras =")), kinds);
+}
+
+TEST(Documentation, completionKnowsTheEmbeddedScenarios) {
+    const QStringList offered = completions(QStringLiteral("list --config :"));
+    const QStringList files =
+        QDir(QStringLiteral(SCENARIO_FOLDER)).entryList({QStringLiteral("*.json")}, QDir::Files);
+    EXPECT_GE(files.size(), 5);
+    for (const QString& file : files)
+        EXPECT_TRUE(offered.contains(file.section(QLatin1Char('.'), 0, 0))) << file.toStdString();
+}
+
+TEST(Documentation, completionTakesNoValueForACommand) {
+    EXPECT_TRUE(completions(QStringLiteral("--config list")).contains(QStringLiteral("benchmark")));
+}
+
+TEST(Documentation, helpFitsATerminal) {
+    const QStringList lines = helpOf({}).split(QLatin1Char('\n'));
+    EXPECT_GT(lines.size(), 10);
+    for (const QString& line : lines)
+        EXPECT_LT(line.size(), 80) << line.toStdString();
 }
 
 } // namespace

@@ -39,6 +39,7 @@ INSTANTIATE_TEST_SUITE_P(
         Ending{"", 2, "A command is needed"}, Ending{"lst", 2, "Did you mean \"list\"?"},
         Ending{"--jsno list", 2, "Did you mean \"--json\"?"},
         Ending{"benchmark --secnods 3", 2, "Did you mean \"--seconds\"?"},
+        Ending{"--seconds 3 benchmark", 2, "Options of a command go behind it."},
         Ending{"list stray", 2, "\"stray\""}, Ending{"get GEV-21017", 2, "Usage: spanlet get"},
         Ending{"set GEV-21017 Width 640 Height", 2, "no value for \"Height\""},
         Ending{"benchmark --seconds soon", 2, "\"soon\""},
@@ -47,7 +48,10 @@ INSTANTIATE_TEST_SUITE_P(
         Ending{"benchmark", 2, "--interface: MRD GigE Interface enp3s0, "},
         Ending{"autoset", 2, "Either --interface or --camera"},
         Ending{"autoset --camera GEV-21017 --lock GEV-21018", 2, "--lock goes with --interface"},
-        Ending{"autoset --interface GEV-enp3s0 --interface-margin 51", 2, "from 0 to 50"},
+        // Before anything is started.
+        Ending{"autoset --config missing.json --interface i --interface-margin 51", 2, "to 50"},
+        Ending{"autoset --config missing.json --interface i --max-bandwidth 0", 2, "from 0.001"},
+        Ending{"list --config=", 2, "--config takes a file"},
         Ending{"list --cameras real", 2, "\"real\""},
         Ending{"list --cameras simulated --config :empty", 2, "--config"}));
 

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/cli/SpanletProcess.h"
+
+#include <QStandardPaths>
+#include <gmock/gmock.h>
+
+using testing::HasSubstr;
+
+namespace {
+
+struct Target {
+    const char* redirection;
+    const char* message;
+};
+
+class OutputThatFails : public testing::TestWithParam<Target> {};
+
+TEST_P(OutputThatFails, failsTheCommand) {
+    QProcess shell;
+    shell.start(QStringLiteral("sh"),
+                {QStringLiteral("-c"),
+                 QStringLiteral(SPANLET_FILE " list ") + QLatin1String(GetParam().redirection)});
+    ASSERT_TRUE(shell.waitForFinished(30000));
+    EXPECT_EQ(shell.exitCode(), 1);
+    EXPECT_THAT(shell.readAllStandardError().toStdString(), HasSubstr(GetParam().message));
+}
+
+INSTANTIATE_TEST_SUITE_P(ByTarget, OutputThatFails,
+                         testing::Values(Target{">/dev/full", "cannot be written: No space left"},
+                                         Target{">&-", "cannot be written: Bad file"}));
+
+TEST(Watch, redrawsItsTableOnATerminal) {
+    const QString script = QStandardPaths::findExecutable(QStringLiteral("script"));
+    if (script.isEmpty())
+        GTEST_SKIP() << "There is no program \"script\" to make a terminal with.";
+    QProcess terminal;
+    terminal.start(script,
+                   {QStringLiteral("-qec"),
+                    QStringLiteral("stty cols 90 rows 6; TERM=xterm " SPANLET_FILE
+                                   " watch --interface GEV-enp3s0 --seconds 1 --interval 0.3"),
+                    QStringLiteral("/dev/null")});
+    ASSERT_TRUE(terminal.waitForFinished(30000));
+    EXPECT_EQ(terminal.exitCode(), 0);
+    const std::string text = terminal.readAllStandardOutput().toStdString();
+    EXPECT_THAT(text, HasSubstr("of 1 s [#########....."));
+    // Back to the first of the five lines for which there is room, with the sixth for the cursor.
+    EXPECT_THAT(text, HasSubstr("\x1b[5F\x1b[JMRD GigE Interface enp3s0  0.6"));
+}
+
+} // namespace
