@@ -224,8 +224,8 @@ TEST_F(RealFeature, TellsObserversUntilTheCameraIsClosed) {
     const auto observer = std::make_shared<Observer>();
     const auto watched = feature(*camera, "Width");
     ASSERT_EQ(watched->RegisterObserver(observer), OrvErrorSuccess);
-    ASSERT_EQ(feature(*sdk::stream(*camera), "GVSPPacketSize")->RegisterObserver(observer),
-              OrvErrorSuccess);
+    const auto packetSize = feature(*sdk::stream(*camera), "GVSPPacketSize");
+    ASSERT_EQ(packetSize->RegisterObserver(observer), OrvErrorSuccess);
     EXPECT_EQ(set(*camera, "OffsetX", std::int64_t{16}), OrvErrorSuccess);
     EXPECT_THAT(observer->told, ElementsAre("Width"));
     EXPECT_EQ(camera->Close(), OrvErrorSuccess);
