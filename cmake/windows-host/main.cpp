@@ -1,22 +1,79 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/InterfaceHandlerGigE.h"
 #include "engine/InterfaceHandlerUSB.h"
-#include "engine/host/Host.h"
+#include "engine/host/HostNetwork.h"
+#include "engine/host/HostUsbTree.h"
+#include "engine/host/UsbTopology.h"
 
-#include <cstdlib>
 #include <iostream>
 
-/// Shows what this machine tells of an adapter and of a USB controller, for a try on Windows:
-/// show_interface_speeds <IPv4 address as a number in host byte order> <USB interface ID>
+namespace {
+
+std::string dotted(std::uint64_t address) {
+    std::string text = std::to_string(address & 0xFFU);
+    for (const unsigned bits : {8U, 16U, 24U})
+        text = std::to_string(address >> bits & 0xFFU) + '.' + text;
+    return text;
+}
+
+void showAdapters() {
+    const auto network = host::makeSystemNetwork();
+    const InterfaceHandlerGigE handler(network);
+    std::vector<host::AddressRow> rows;
+    network->addressTable(rows);
+    for (const host::AddressRow& row : rows) {
+        const auto adapter = makeNetworkAdapter(row, network->interfaceEntry(row.interfaceIndex));
+        std::cout << dotted(adapter.address) << "  " << handler.GetLinkSpeed(adapter.address)
+                  << " bit/s  \"" << adapter.alias << "\"\n";
+    }
+}
+
+/// What is above a device, up to the controller.
+void showAncestors(host::HostUsbTree& tree, host::DeviceInstance device) {
+    auto ancestor = tree.parent(device);
+    for (; ancestor; ancestor = tree.parent(*ancestor)) {
+        const std::string id = tree.instanceId(*ancestor);
+        std::cout << "    on " << id << '\n';
+        if (host::isOnPciBus(id))
+            break;
+    }
+    if (!ancestor)
+        return;
+    const auto bus = tree.busNumber(*ancestor);
+    const auto address = tree.address(*ancestor);
+    std::cout << "    controller " << host::controllerKey(bus.value, address.value) << " (results "
+              << bus.result << ", " << address.result << ")\n";
+}
+
+void showUsbDevices() {
+    const auto tree = host::makeSystemUsbTree();
+    for (const host::DeviceInterface& hub : tree->hubs())
+        std::cout << "hub " << hub.instanceId << "\n    " << hub.path
+                  << (tree->openHub(hub.path) ? "" : "  cannot be opened") << '\n';
+    for (const host::DeviceInterface& device : tree->devices()) {
+        const bool isCamera = host::isCamera(host::parseDevicePath(device.path));
+        const auto port = host::portNumber(tree->locationInfo(device.instance).value);
+        std::cout << (isCamera ? "camera " : "device ") << device.path << "\n    port "
+                  << (port ? std::to_string(*port) : "not known") << '\n';
+        showAncestors(*tree, device.instance);
+    }
+}
+
+} // namespace
+
+/// Shows what this machine tells of its network adapters and of its USB tree, and with the name of
+/// a USB interface as argument the speed that Spanlet takes for it: for a try on Windows.
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::cerr << "Usage: " << argv[0] << " ADDRESS INTERFACE_ID\n";
+    if (argc > 2) {
+        std::cerr << "Usage: " << argv[0] << " [USB INTERFACE ID]\n";
         return 2;
     }
-    const InterfaceHandlerGigE gige(host::makeNetwork({}));
-    InterfaceHandlerUSB usb(host::makeUsbTree({}));
-    usb.rebuild();
-    std::cout << gige.GetLinkSpeed(std::strtoull(argv[1], nullptr, 0)) << " bit/s\n"
-              << usb.GetSpeed(argv[2]).value_or(0) << " bit/s\n";
+    showAdapters();
+    showUsbDevices();
+    if (argc == 2) {
+        InterfaceHandlerUSB usb;
+        usb.rebuild();
+        std::cout << argv[1] << "  " << usb.GetSpeed(argv[1]).value_or(0) << " bit/s\n";
+    }
     return 0;
 }
