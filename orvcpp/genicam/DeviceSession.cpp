@@ -39,6 +39,10 @@ GObjectPtr<GInetAddress> inetAddress(std::uint32_t address) {
 /// Opens past the library's own list of cameras, which belongs to the discovery's thread and blocks
 /// for as long as a look takes.
 GObjectPtr<ArvDevice> makeDevice(const CameraRecord& record, Fault& fault) {
+    // A camera without a GUID goes by its serial number.
+    if (record.type == OrvTransportLayerTypeU3V && record.hardwareId == record.serialNumber)
+        return GObjectPtr<ArvDevice>(arv_uv_device_new(record.vendor.c_str(), record.model.c_str(),
+                                                       record.serialNumber.c_str(), fault.out()));
     if (record.type == OrvTransportLayerTypeU3V)
         return GObjectPtr<ArvDevice>(
             arv_uv_device_new_from_guid(record.hardwareId.c_str(), fault.out()));

@@ -58,11 +58,14 @@ std::optional<OrvAccessModeType> GenicamCamera::ask() const {
     if (isSilent())
         return std::nullopt;
     const auto modes = permittedAccess(record());
-    if (!modes) {
-        const std::lock_guard lock(m_mutex);
-        m_silentSince = Clock::now();
-    }
+    if (!modes)
+        noteSilence();
     return modes;
+}
+
+void GenicamCamera::noteSilence() const {
+    const std::lock_guard lock(m_mutex);
+    m_silentSince = Clock::now();
 }
 
 std::optional<OrvAccessModeType> GenicamCamera::permitted() const {
@@ -158,8 +161,12 @@ OrvErrorType GenicamCamera::open(OrvAccessModeType mode) {
             if (const auto camera = kept.lock())
                 camera->tell(OrvUpdateTriggerPluggedOut);
         });
-    if (const OrvErrorType error = device->open())
+    if (const OrvErrorType error = device->open()) {
+        // Who could not open it asks next what it permits, and has waited enough.
+        if (device->isLost())
+            noteSilence();
         return error;
+    }
     auto made = makeOpenedCamera(m_surroundings.calls, std::move(device),
                                  m_surroundings.packetSocket, m_id);
     m_surroundings.streams->add(made->streaming);

@@ -87,6 +87,7 @@ private:
     OrvErrorType enterOpened(std::shared_ptr<OpenedCamera>& found) const;
     OrvErrorType open(OrvAccessModeType mode);
     bool isSilent() const;
+    void noteSilence() const;
     /// ask(), and lets the others be asked, too, when this one has just fallen silent.
     std::optional<OrvAccessModeType> permitted() const;
     void tell(OrvUpdateTriggerType reason);
