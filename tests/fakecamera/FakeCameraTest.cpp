@@ -128,19 +128,29 @@ private:
     UdpSocket m_socket;
 };
 
-/// Frames per second, from the first one's beginning to the last one's.
-double rate(const std::vector<Packet>& packets) {
-    std::vector<std::chrono::nanoseconds> beginnings;
+/// Frames per second, of all frames and of the few in a row that came the fastest.
+struct MeasuredRate {
+    double mean = 0;
+    double best = 0;
+};
+
+MeasuredRate rate(const std::vector<Packet>& packets) {
+    std::vector<std::chrono::duration<double>> beginnings;
     for (const Packet& packet : packets) {
         if (packet.type == protocol::StreamPacket::Leader) {
-            beginnings.push_back(packet.moment);
+            beginnings.emplace_back(packet.moment);
         }
     }
-    if (beginnings.size() < 2) {
-        return 0;
+    const auto between = [&](std::size_t first, std::size_t last) {
+        return static_cast<double>(last - first) / (beginnings[last] - beginnings[first]).count();
+    };
+    constexpr std::size_t few = 5;
+    MeasuredRate measured;
+    for (std::size_t last = few; last < beginnings.size(); ++last) {
+        measured.best = std::max(measured.best, between(last - few, last));
+        measured.mean = between(0, last);
     }
-    const std::chrono::duration<double> time = beginnings.back() - beginnings.front();
-    return static_cast<double>(beginnings.size() - 1) / time.count();
+    return measured;
 }
 
 /// What a camera is set to, and the frames per second that it then sends.
@@ -161,13 +171,14 @@ TEST_P(FakeCameraRate, isAsTheFeatureSaysOnTheWireToo) {
     host.start();
     host.receive(1);
     const int frames = static_cast<int>(GetParam().rate / 2) + 3;
-    // A busy machine may make the camera late, but it never hurries.
-    double share = 0;
-    for (int i = 0; i < 5 && share < 0.98; ++i) {
-        share = rate(host.receive(frames)) / GetParam().rate;
-        EXPECT_LT(share, 1.02);
+    // A busy machine may make the camera late now and then, but it never hurries.
+    double best = 0;
+    for (int i = 0; i < 12 && best < 0.98 * GetParam().rate; ++i) {
+        const MeasuredRate measured = rate(host.receive(frames));
+        EXPECT_LT(measured.mean, 1.02 * GetParam().rate);
+        best = measured.best;
     }
-    EXPECT_GT(share, 0.98);
+    EXPECT_GT(best, 0.98 * GetParam().rate);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -188,16 +199,22 @@ INSTANTIATE_TEST_SUITE_P(
         Rate{{{"AcquisitionFrameRateEnable", "true"}, {"AcquisitionFrameRate", "30"}}, 30}));
 
 TEST(FakeCamera, spreadsItsPacketsOverTheTimeThatItsLimitGivesThem) {
-    const FakeCameraProcess camera(address, {"--frame-rate", "4", "--limit", "10485760"});
+    const FakeCameraProcess camera(address, {"--frame-rate", "9", "--limit", "10485760"});
     Host host;
     host.start();
-    const std::vector<Packet> frame = host.receive(1);
-    ASSERT_GT(frame.size(), 700u);
-    const auto first = frame.front().moment;
-    EXPECT_GT(frame.back().moment - first, 90ms);
-    EXPECT_LT(frame.back().moment - first, 190ms);
-    EXPECT_GT(frame[frame.size() / 2].moment - first, 40ms);
-    EXPECT_LT(frame[frame.size() / 2].moment - first, 110ms);
+    auto half = 1000000000ns;
+    auto whole = half;
+    for (int i = 0; i < 20 && (half > 55ms || whole > 105ms); ++i) {
+        const std::vector<Packet> frame = host.receive(1);
+        ASSERT_EQ(frame.size(), 771u);
+        half = frame[frame.size() / 2].moment - frame.front().moment;
+        whole = frame.back().moment - frame.front().moment;
+        // A busy machine may make the camera late, but it never hurries.
+        EXPECT_GT(half, 47ms);
+        EXPECT_GT(whole, 97ms);
+    }
+    EXPECT_LT(half, 55ms);
+    EXPECT_LT(whole, 105ms);
 }
 
 TEST(FakeCamera, numbersFramesAsItIsTold) {
