@@ -63,11 +63,19 @@ std::optional<std::string> receiveBufferWarning(const RealCameras& cameras,
 
 StreamingLimits::StreamingLimits(std::filesystem::path root) : m_root(std::move(root)) {}
 
-void StreamingLimits::check(OrvCPP::OrvSystem& system) {
+std::vector<std::string> StreamingLimits::check(OrvCPP::OrvSystem& system) {
     const RealCameras cameras = realCameras(system);
     const StreamingMemory memory = streamingMemory(m_root);
-    warnOnce(usbMemoryWarning(cameras, memory), m_hasWarnedOfUsbMemory);
-    warnOnce(receiveBufferWarning(cameras, memory), m_hasWarnedOfReceiveBuffer);
+    const auto usb = usbMemoryWarning(cameras, memory);
+    const auto receiveBuffer = receiveBufferWarning(cameras, memory);
+    warnOnce(usb, m_hasWarnedOfUsbMemory);
+    warnOnce(receiveBuffer, m_hasWarnedOfReceiveBuffer);
+    std::vector<std::string> warnings;
+    for (const auto& warning : {usb, receiveBuffer}) {
+        if (warning)
+            warnings.push_back(*warning);
+    }
+    return warnings;
 }
 
 } // namespace session

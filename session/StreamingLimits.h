@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace session {
 
@@ -34,8 +35,8 @@ class StreamingLimits {
 public:
     explicit StreamingLimits(std::filesystem::path root = "/");
 
-    /// To be called when cameras were found.
-    void check(OrvCPP::OrvSystem& system);
+    /// To be called when cameras were found. Answers what there is to warn of now, logged or not.
+    std::vector<std::string> check(OrvCPP::OrvSystem& system);
 
 private:
     const std::filesystem::path m_root;

@@ -44,8 +44,8 @@ ViewerWindow::ViewerWindow(OrvCPP::OrvSystem& system, const QString& pluginFolde
       m_watcher(std::make_shared<CameraListWatcher>()), m_model(new CameraModel(this)),
       m_list(new QListView(this)), m_view(new ImageView(this)),
       m_automaticPacketSize(new QCheckBox(tr("Automatic packet size"), this)),
-      m_cameraCount(new QLabel(this)), m_formatLabel(new QLabel(this)),
-      m_rateLabel(new QLabel(this)) {
+      m_cameraCount(new QLabel(this)), m_streamingWarning(new QLabel(this)),
+      m_formatLabel(new QLabel(this)), m_rateLabel(new QLabel(this)) {
     setWindowTitle(tr("Camera Viewer"));
     auto* splitter = new QSplitter(this);
     splitter->addWidget(buildCameraPanel());
@@ -113,6 +113,12 @@ QWidget* ViewerWindow::buildCameraPanel() {
     m_automaticPacketSize->setToolTip(
         tr("Let GigE cameras negotiate their largest packet size before they stream"));
 
+    m_streamingWarning->setObjectName(QStringLiteral("labelStreamingWarning"));
+    m_streamingWarning->setTextFormat(Qt::PlainText);
+    m_streamingWarning->setWordWrap(true);
+    // It names a command to be copied.
+    m_streamingWarning->setTextInteractionFlags(Qt::TextSelectableByMouse);
+
     auto* refresh = new QToolButton(this);
     refresh->setIcon(style()->standardIcon(QStyle::SP_BrowserReload));
     refresh->setAutoRaise(true);
@@ -128,6 +134,7 @@ QWidget* ViewerWindow::buildCameraPanel() {
     layout->addLayout(header);
     layout->addWidget(m_list);
     layout->addWidget(m_automaticPacketSize);
+    layout->addWidget(m_streamingWarning);
     return panel;
 }
 
@@ -173,7 +180,7 @@ void ViewerWindow::refreshCameras() {
     const CameraEntry before = currentCamera();
     const bool hadCameras = m_model->rowCount() > 0;
     takeOver(findCameras(m_system));
-    m_streamingLimits.check(m_system);
+    showStreamingLimits();
     if (!m_liveId.isEmpty() && m_model->rowOf(m_liveId) < 0) {
         releaseCamera();
         statusBar()->showMessage(tr("%1 was disconnected.").arg(before.name), messageTime);
@@ -200,6 +207,15 @@ void ViewerWindow::takeOver(std::vector<CameraEntry> cameras) {
     m_model->setCameras(std::move(cameras));
     const int count = m_model->rowCount();
     m_cameraCount->setText(count == 1 ? tr("1 camera") : tr("%1 cameras").arg(count));
+}
+
+void ViewerWindow::showStreamingLimits() {
+    QStringList warnings;
+    for (const std::string& warning : m_streamingLimits.check(m_system)) {
+        warnings.append(QString::fromStdString(warning));
+    }
+    m_streamingWarning->setText(warnings.join(QStringLiteral("\n\n")));
+    m_streamingWarning->setVisible(!warnings.isEmpty());
 }
 
 CameraEntry ViewerWindow::currentCamera() const {

@@ -49,6 +49,8 @@ private:
     /// Reads the SDK's camera list anew; keeps the selected camera and its live image.
     void refreshCameras();
     void takeOver(std::vector<CameraEntry> cameras);
+    /// Says below the list what the cameras lack of the host, if anything.
+    void showStreamingLimits();
     /// The selected camera; one without an ID when none is selected.
     CameraEntry currentCamera() const;
     int firstAvailableRow() const;
@@ -73,6 +75,7 @@ private:
     ImageView* m_view;
     QCheckBox* m_automaticPacketSize;
     QLabel* m_cameraCount;
+    QLabel* m_streamingWarning;
     QLabel* m_formatLabel;
     QLabel* m_rateLabel;
 

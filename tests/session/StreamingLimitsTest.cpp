@@ -77,7 +77,7 @@ TEST(StreamingLimits, warnsOnceForRealCameras) {
     const sdk::Running real(
         scenario(QStringLiteral("\"GenICamGEV\""), QStringLiteral("\"GenICamU3V\"")));
     limits.check(sdk::system());
-    limits.check(sdk::system());
+    EXPECT_EQ(limits.check(sdk::system()).size(), 2U) << "for who shows them as long as they hold";
     EXPECT_THAT(log.lines(),
                 ElementsAre("Warning:" + *session::usbMemoryWarning(cameras, memory),
                             "Warning:" + *session::receiveBufferWarning(cameras, memory)));

@@ -13,6 +13,7 @@
 #include <QCheckBox>
 #include <QFile>
 #include <QFileInfo>
+#include <QLabel>
 #include <QListView>
 #include <QTemporaryFile>
 #include <QTest>
@@ -174,11 +175,14 @@ TEST(ViewerWindow, warnsOfWhatItsRealCamerasLack) {
     const auto cameras = realCameras(OrvCPP::OrvSystem::GetInstance());
     EXPECT_GT(cameras.gige, 0U);
     EXPECT_GT(cameras.usb, 0U);
+    const auto* shown = viewer.window().findChild<QLabel*>(QStringLiteral("labelStreamingWarning"));
     for (const auto& warning :
          {session::usbMemoryWarning(cameras, session::streamingMemory()),
           session::receiveBufferWarning(cameras, session::streamingMemory())}) {
         EXPECT_EQ(log.count("Warning:" + warning.value_or("")), warning ? 1 : 0);
+        EXPECT_THAT(shown->text().toStdString(), testing::HasSubstr(warning.value_or("")));
     }
+    EXPECT_EQ(shown->isHidden(), shown->text().isEmpty());
 }
 
 TEST(ViewerWindow, handsItsCameraOverAndTakesTheFlagBack) {
