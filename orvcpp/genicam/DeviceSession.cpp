@@ -36,9 +36,17 @@ GObjectPtr<GInetAddress> inetAddress(std::uint32_t address) {
     return GObjectPtr<GInetAddress>(g_inet_address_new_from_bytes(bytes, G_SOCKET_FAMILY_IPV4));
 }
 
+/// The library reads the descriptions of all cameras with one parser, which two at a time make
+/// crash.
+std::mutex& parserOfDescriptions() {
+    static std::mutex mutex;
+    return mutex;
+}
+
 /// Opens past the library's own list of cameras, which belongs to the discovery's thread and blocks
 /// for as long as a look takes.
 GObjectPtr<ArvDevice> makeDevice(const CameraRecord& record, Fault& fault) {
+    const std::lock_guard lock(parserOfDescriptions());
     // A camera without a GUID goes by its serial number.
     if (record.type == OrvTransportLayerTypeU3V && record.hardwareId == record.serialNumber)
         return GObjectPtr<ArvDevice>(arv_uv_device_new(record.vendor.c_str(), record.model.c_str(),

@@ -2,6 +2,8 @@
 #include "orvcpp/genicam/GObjects.h"
 #include "tests/orvcpp/genicam/Cameras.h"
 
+#include <future>
+
 namespace {
 
 using cameras::find;
@@ -116,6 +118,25 @@ TEST(Access, IsExclusiveAlsoAcrossPrograms) {
     ASSERT_EQ(camera->Open(OrvAccessModeRead), OrvErrorSuccess);
     EXPECT_EQ(sdk::getText(*camera, "DeviceModelName"), "Fake GigE");
     EXPECT_EQ(sdk::set(*camera, "Width", std::int64_t{512}), OrvErrorInvalidAccess);
+}
+
+TEST(Access, CamerasAreOpenedAtTheSameTime) {
+    const FakeCameraProcess one("127.0.0.2", {"--serial", "1"});
+    const FakeCameraProcess other("127.0.0.3", {"--serial", "2"});
+    const Started started;
+    const auto cameras = sdk::cameras();
+    ASSERT_EQ(cameras.size(), 2U);
+    for (int round = 0; round < 5; ++round) {
+        std::vector<std::future<OrvErrorType>> opened;
+        for (const auto& camera : cameras)
+            opened.push_back(std::async(std::launch::async,
+                                        [camera] { return camera->Open(OrvAccessModeFull); }));
+        for (std::size_t i = 0; i < cameras.size(); ++i) {
+            ASSERT_EQ(opened[i].get(), OrvErrorSuccess);
+            EXPECT_EQ(sdk::get<std::int64_t>(*cameras[i], "Width"), 1024);
+            EXPECT_EQ(cameras[i]->Close(), OrvErrorSuccess);
+        }
+    }
 }
 
 } // namespace
