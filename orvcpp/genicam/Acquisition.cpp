@@ -255,7 +255,8 @@ void Acquisition::bufferDone() {
             return;
         buffer.reset(arv_stream_try_pop_buffer(m_stream.get()));
     }
-    if (!buffer)
+    // Which of those that come incomplete by then the stop has cut, nobody can tell.
+    if (!buffer || (m_stopping && arv_buffer_get_status(buffer.get()) != ARV_BUFFER_STATUS_SUCCESS))
         return;
     deliver(*static_cast<GenicamFrame*>(const_cast<void*>(arv_buffer_get_user_data(buffer.get()))));
 }
