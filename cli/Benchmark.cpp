@@ -151,17 +151,28 @@ bool hasLoss(const QJsonObject& benchmark) {
     });
 }
 
-QStringList benchmarkLines(const QJsonArray& cameras) {
+QStringList benchmarkLines(const QJsonArray& cameras, int width) {
     constexpr double mega = 1e6;
-    return tableLines({{QStringLiteral("Camera"), QStringLiteral("id")},
-                       {QStringLiteral("Name"), QStringLiteral("name")},
-                       {QStringLiteral("Frames/s"), QStringLiteral("framesPerSecond"), 1, 2},
-                       {QStringLiteral("Payload MB"), QStringLiteral("payloadBytes"), mega, 2},
-                       {QStringLiteral("Received"), QStringLiteral("receivedFrames")},
-                       {QStringLiteral("Sent"), QStringLiteral("sentFrames")},
-                       {QStringLiteral("Lost"), QStringLiteral("lostFrames")},
-                       {QStringLiteral("Incomplete"), QStringLiteral("incompleteFrames")}},
-                      cameras);
+    QVector<Column> columns{{QStringLiteral("Camera"), QStringLiteral("id")},
+                            {QStringLiteral("Name"), QStringLiteral("name")},
+                            {QStringLiteral("Frames/s"), QStringLiteral("framesPerSecond"), 1, 2},
+                            {QStringLiteral("Payload MB"), QStringLiteral("payloadBytes"), mega, 2},
+                            {QStringLiteral("Received"), QStringLiteral("receivedFrames")},
+                            {QStringLiteral("Sent"), QStringLiteral("sentFrames")},
+                            {QStringLiteral("Lost"), QStringLiteral("lostFrames")},
+                            {QStringLiteral("Incomplete"), QStringLiteral("incompleteFrames")}};
+    QStringList lines = tableLines(columns, cameras);
+    // Which camera it is and what it loses is what everybody has to see. The second line is drawn
+    // below all headings.
+    for (const char* key : {"name", "payloadBytes", "sentFrames", "receivedFrames"}) {
+        if (lines[1].size() <= width)
+            break;
+        columns.erase(std::find_if(columns.begin(), columns.end(), [&](const Column& column) {
+            return column.key == QLatin1String(key);
+        }));
+        lines = tableLines(columns, cameras);
+    }
+    return lines;
 }
 
 QString benchmarkText(const QJsonObject& benchmark) {

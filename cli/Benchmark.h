@@ -12,6 +12,7 @@
 
 #include <chrono>
 #include <functional>
+#include <limits>
 
 namespace cli {
 
@@ -42,8 +43,9 @@ bool hasMeasuredAll(const QJsonObject& benchmark);
 /// Whether a frame was lost, or arrived damaged.
 bool hasLoss(const QJsonObject& benchmark);
 
-/// The figures of cameras as lines of a table, headings first.
-QStringList benchmarkLines(const QJsonArray& cameras);
+/// The figures of cameras as lines of a table, headings first; the less important columns are left
+/// out where they do not fit into \p width.
+QStringList benchmarkLines(const QJsonArray& cameras, int width = std::numeric_limits<int>::max());
 /// The table, and a line on the time that it covers.
 QString benchmarkText(const QJsonObject& benchmark);
 

@@ -26,6 +26,10 @@ int rowsOf(const QString& line, int columns) {
 
 Screen::Screen() : m_isInteractive(isConsole()) {}
 
+int Screen::columns() const {
+    return consoleSize().columns;
+}
+
 void Screen::print(const QString& text) {
     const std::lock_guard lock(m_mutex);
     writeOutput(text);
@@ -72,7 +76,11 @@ QString Screen::erased() {
 QString Screen::shown() {
     const ConsoleSize size = consoleSize();
     // The last row is the cursor's own.
-    for (const QString& line : m_block.mid(0, std::max(size.rows - 1, 0)))
+    const int room = std::max(size.rows - 1, 1);
+    QStringList lines = m_block.mid(0, room);
+    if (m_block.size() > room)
+        lines.last() = QStringLiteral("(%1 more lines)").arg(m_block.size() - room + 1);
+    for (const QString& line : qAsConst(lines))
         m_shownLines.append(line.left(size.columns));
     return joined(m_shownLines);
 }

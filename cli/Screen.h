@@ -18,10 +18,14 @@ public:
     /// Whether the standard output stream is a terminal.
     bool isInteractive() const { return m_isInteractive; }
 
+    /// Characters in a line of that terminal now.
+    int columns() const;
+
     void print(const QString& text);
     void message(const QString& line);
 
-    /// Replaces the block of lines; what does not fit into the window is cut off.
+    /// Replaces the block of lines; what does not fit into the window is cut off, and lines that do
+    /// not are counted.
     void draw(const QStringList& lines);
     /// Takes the block away.
     void clear();

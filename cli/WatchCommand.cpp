@@ -47,7 +47,8 @@ QString plainLines(const QJsonArray& rows, double elapsed, bool hasHeadings) {
 BenchmarkProgress makeProgress(Screen& screen, const HostInterface& interface, double seconds) {
     if (screen.isInteractive())
         return [&screen, &interface, seconds](double elapsed, const QJsonArray& rows) {
-            screen.draw(QStringList(heading(interface, elapsed, seconds)) + benchmarkLines(rows));
+            screen.draw(QStringList(heading(interface, elapsed, seconds)) +
+                        benchmarkLines(rows, screen.columns()));
             return screen.outputError() == 0;
         };
     return [&screen, isFirst = true](double elapsed, const QJsonArray& rows) mutable {

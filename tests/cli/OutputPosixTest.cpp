@@ -36,13 +36,16 @@ TEST(Watch, redrawsItsTableOnATerminal) {
     QProcess terminal;
     terminal.start(script,
                    {QStringLiteral("-qec"),
-                    QStringLiteral("stty cols 90 rows 6; TERM=xterm " SPANLET_FILE
+                    QStringLiteral("stty cols 60 rows 6; TERM=xterm " SPANLET_FILE
                                    " watch --interface GEV-enp3s0 --seconds 1 --interval 0.3"),
                     QStringLiteral("/dev/null")});
     ASSERT_TRUE(terminal.waitForFinished(30000));
     EXPECT_EQ(terminal.exitCode(), 0);
     const std::string text = terminal.readAllStandardOutput().toStdString();
     EXPECT_THAT(text, HasSubstr("of 1 s [#########....."));
+    // What is lost is seen in a narrow window, too.
+    EXPECT_THAT(text, HasSubstr("\nCamera     Frames/s  Received  Sent  Lost  Incomplete\r\n"));
+    EXPECT_THAT(text, HasSubstr("(2 more lines)"));
     // Back to the first of the five lines for which there is room, with the sixth for the cursor.
     EXPECT_THAT(text, HasSubstr("\x1b[5F\x1b[JMRD GigE Interface enp3s0  0.6"));
 }
