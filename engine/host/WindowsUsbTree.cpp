@@ -113,8 +113,9 @@ std::vector<DeviceInterface> presentDevices(const GUID& interfaceClass) {
 /// The identifiers in a device's path are known in upper case; Windows, to which both are the same
 /// path, gives them in lower case.
 std::string upperCase(std::string path) {
-    std::transform(path.begin(), path.end(), path.begin(),
-                   [](char each) { return each >= 'a' && each <= 'z' ? each - 'a' + 'A' : each; });
+    std::transform(path.begin(), path.end(), path.begin(), [](char each) {
+        return each >= 'a' && each <= 'z' ? static_cast<char>(each - 'a' + 'A') : each;
+    });
     return path;
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/InterfaceHandlerUSB.h"
+#include "engine/host/HostUsbTree.h"
 #include "tests/engine/host/windows/FakeHubService.h"
 #include "tests/engine/host/windows/SeededUsbTree.h"
 #include "tests/support/CapturedLog.h"
@@ -154,6 +155,17 @@ TEST_F(WindowsUsbTree, tellsSeveralCamerasAndControllersApart) {
     m_tree.unplug(fastest);
     EXPECT_EQ(speedNow("0-20-0"), highSpeed);
     EXPECT_EQ(m_log.text(), "");
+}
+
+TEST_F(WindowsUsbTree, givesItsListsBack) {
+    m_tree.addDevice(std::nullopt, cameraId, onPort3);
+    const auto tree = host::makeSystemUsbTree();
+    // Wine numbers devices by list, and takes the numbers of a list that is gone anew.
+    const host::DeviceInstance first = tree->devices().at(0).instance;
+    EXPECT_EQ(tree->devices().at(0).instance, first);
+    const auto held = tree->devices();
+    EXPECT_NE(tree->devices().at(0).instance, first);
+    EXPECT_EQ(tree->instanceId(held.at(0).instance), R"(USB\VID_4D52&PID_0001\A1B2)");
 }
 
 TEST_F(WindowsUsbTree, isEmptyInSilenceWithoutDevices) {
