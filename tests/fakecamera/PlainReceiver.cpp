@@ -150,12 +150,12 @@ int main(int count, char** arguments) {
     for (std::size_t i = 0; i < receivers.size(); ++i) {
         const Receiver& receiver = *receivers[i];
         megabytes += receiver.megabytes();
-        std::printf("%s complete %llu incomplete %llu lost %llu MB/s %.1f\n",
+        std::printf("%s complete %llu incomplete %llu lost %llu MB/s %.1f seconds %.1f\n",
                     options.cameras[i].c_str(),
                     static_cast<unsigned long long>(receiver.complete()),
                     static_cast<unsigned long long>(receiver.incomplete()),
                     static_cast<unsigned long long>(receiver.lost()),
-                    receiver.megabytes() / options.seconds);
+                    receiver.megabytes() / options.seconds, options.seconds);
     }
     std::printf("total MB/s %.1f, processor ms/MB %.3f\n", megabytes / options.seconds,
                 processor * 1000 / megabytes);
