@@ -13,7 +13,7 @@ using testing::HasSubstr;
 
 namespace {
 
-class RealCameras : public testing::Test {
+class CommandsOnRealCameras : public testing::Test {
 protected:
     static QStringList words(const char* line) {
         return QString::fromUtf8(line).split(QLatin1Char(' ')) +
@@ -56,7 +56,7 @@ protected:
         "127.0.0.3", {"--serial", "R2", "--user-id", "Right", "--limit-increment", "1"}};
 };
 
-TEST_F(RealCameras, areListedWithAWarningWhereTheirStreamsLackMemory) {
+TEST_F(CommandsOnRealCameras, areListedWithAWarningWhereTheirStreamsLackMemory) {
     SpanletProcess spanlet;
     EXPECT_EQ(spanlet.run(words("list --json")), 0);
     const QJsonArray interfaces = spanlet.json()[QStringLiteral("interfaces")].toArray();
@@ -75,7 +75,7 @@ TEST_F(RealCameras, areListedWithAWarningWhereTheirStreamsLackMemory) {
     EXPECT_THAT(spanlet.err().toStdString(), HasSubstr(warning.value_or("")));
 }
 
-TEST_F(RealCameras, keepFeaturesOfEachType) {
+TEST_F(CommandsOnRealCameras, keepFeaturesOfEachType) {
     EXPECT_EQ(text("set Left TestSigned -5 TestFloat -1.5 TestBoolean on TestString Förderband "
                    "TestEnumeration Second TestHexNumber 0xff TestIPV4Address 10.0.0.7 "
                    "TestMACAddress 02:00:00:00:00:07 Width 640 PixelFormat Mono12"),
@@ -89,7 +89,7 @@ TEST_F(RealCameras, keepFeaturesOfEachType) {
     EXPECT_EQ(text("run Left TestCommand"), "TestCommand done\n");
 }
 
-TEST_F(RealCameras, areNotHalfWrittenForASlipOfThePen) {
+TEST_F(CommandsOnRealCameras, areNotHalfWrittenForASlipOfThePen) {
     for (const char* line : {"set Left Width 640 Hieght 480", "set Left Width 640 Height tall"}) {
         SpanletProcess spanlet;
         EXPECT_EQ(spanlet.run(words(line)), 1) << line;
@@ -97,7 +97,7 @@ TEST_F(RealCameras, areNotHalfWrittenForASlipOfThePen) {
     EXPECT_EQ(text("get Left Width"), "1024\n");
 }
 
-TEST_F(RealCameras, haveTheirFramesCounted) {
+TEST_F(CommandsOnRealCameras, haveTheirFramesCounted) {
     const QJsonObject result = json("benchmark --interface lo --seconds 1");
     ASSERT_EQ(camerasOf(result).size(), 2);
     const QJsonValue camera = camerasOf(result)[0];
@@ -110,7 +110,7 @@ TEST_F(RealCameras, haveTheirFramesCounted) {
     EXPECT_NEAR(static_cast<double>(framesSent()), sent, 1);
 }
 
-TEST_F(RealCameras, shareTheirInterface) {
+TEST_F(CommandsOnRealCameras, shareTheirInterface) {
     const QJsonObject result = json("autoset --interface lo --max-bandwidth 60 --lock Right");
     EXPECT_EQ(camerasOf(result)[1][QStringLiteral("status")].toString(), QStringLiteral("locked"));
     EXPECT_EQ(text("get Right DeviceLinkThroughputLimit"), "125000000\n");
@@ -119,7 +119,7 @@ TEST_F(RealCameras, shareTheirInterface) {
     EXPECT_EQ(text("get Left DeviceLinkThroughputLimit"), "27000000\n");
 }
 
-TEST_F(RealCameras, areStoppedAndFreeAfterAnInterruption) {
+TEST_F(CommandsOnRealCameras, areStoppedAndFreeAfterAnInterruption) {
     SpanletProcess spanlet;
     spanlet.start(words("benchmark --interface lo --seconds 60 -v"));
     spanlet.await("DEV_02FC7F000003): Acquisition started successfully.");
@@ -130,7 +130,7 @@ TEST_F(RealCameras, areStoppedAndFreeAfterAnInterruption) {
     EXPECT_EQ(framesSent(), sent);
 }
 
-TEST_F(RealCameras, areFreeWhenTheSearchForThemIsInterrupted) {
+TEST_F(CommandsOnRealCameras, areFreeWhenTheSearchForThemIsInterrupted) {
     SpanletProcess spanlet;
     spanlet.start(words("benchmark --interface lo --seconds 60"));
     while (!isGuarded(spanlet))
@@ -141,7 +141,7 @@ TEST_F(RealCameras, areFreeWhenTheSearchForThemIsInterrupted) {
     EXPECT_EQ(framesSent(), 0);
 }
 
-TEST_F(RealCameras, thatAnotherProgramHasAreLeftAlone) {
+TEST_F(CommandsOnRealCameras, thatAnotherProgramHasAreLeftAlone) {
     SpanletProcess other;
     other.start(words("watch --interface lo --interval 0.1"));
     other.await("DEV_02FC7F000003");
@@ -156,7 +156,7 @@ TEST_F(RealCameras, thatAnotherProgramHasAreLeftAlone) {
     EXPECT_EQ(text("get Left Width"), "1024\n");
 }
 
-TEST_F(RealCameras, areStoppedWhenNobodyReadsWhatIsWatched) {
+TEST_F(CommandsOnRealCameras, areStoppedWhenNobodyReadsWhatIsWatched) {
     QProcess shell;
     shell.start(QStringLiteral("bash"),
                 {QStringLiteral("-c"), QStringLiteral("set -o pipefail; " SPANLET_FILE
