@@ -10,6 +10,7 @@
 
 #include <QEvent>
 #include <QPersistentModelIndex>
+#include <QStyle>
 #include <QTreeView>
 
 #include <algorithm>
@@ -94,12 +95,16 @@ void BandwidthColumn::fill(const std::function<void()>& afterEachCamera) {
     }
 }
 
+void BandwidthColumn::showSelected(QWidget& widget, bool isSelected) {
+    // In Windows' own style the highlight is so pale that texts keep their colour on it.
+    const bool isPale = widget.style()->inherits("QWindowsVistaStyle");
+    widget.setBackgroundRole(isSelected && !isPale ? QPalette::Highlight : QPalette::NoRole);
+}
+
 void BandwidthColumn::place(const QModelIndex& row, QWidget& widget) {
     const QModelIndex cell = bandwidthCell(row);
     widget.setEnabled(m_model.flags(cell).testFlag(Qt::ItemIsEnabled));
-    // As legible on the highlight as the other cells of a selected row are.
-    if (m_tree.selectionModel()->isSelected(cell))
-        widget.setBackgroundRole(QPalette::Highlight);
+    showSelected(widget, m_tree.selectionModel()->isSelected(cell));
     m_tree.setIndexWidget(cell, &widget);
     new RowFollower(m_tree, row, widget);
 }

@@ -14,6 +14,7 @@ class CameraListModel;
 class InterfaceSpeedWidget;
 class QSettings;
 class QTreeView;
+class QWidget;
 class SystemController;
 
 /// The widgets in the bandwidth column of the camera tree: a usage bar on every interface row and a
@@ -27,6 +28,9 @@ public:
     BandwidthColumn(QTreeView& tree, CameraListModel& model,
                     std::shared_ptr<SystemController> controller, const QSettings& settings,
                     QObject* parent);
+
+    /// Makes a widget as legible in a selected row as the other cells are.
+    static void showSelected(QWidget& widget, bool isSelected);
 
     /// Takes all widgets away, as must be done before the rows go.
     void clear();

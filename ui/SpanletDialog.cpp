@@ -208,14 +208,14 @@ void SpanletDialog::updateCameraActions(const QModelIndex& current) {
 
 void SpanletDialog::colourRowWidgets(const QItemSelection& selected,
                                      const QItemSelection& deselected) {
-    const auto colour = [this](const QItemSelection& rows, QPalette::ColorRole role) {
+    const auto colour = [this](const QItemSelection& rows, bool areSelected) {
         for (const QModelIndex& index : rows.indexes()) {
             if (QWidget* widget = m_form->treeViewCameras->indexWidget(index))
-                widget->setBackgroundRole(role);
+                BandwidthColumn::showSelected(*widget, areSelected);
         }
     };
-    colour(selected, QPalette::Highlight);
-    colour(deselected, QPalette::NoRole);
+    colour(selected, true);
+    colour(deselected, false);
 }
 
 void SpanletDialog::onDisableItems(QModelIndex upperLeft, QModelIndex bottomRight,

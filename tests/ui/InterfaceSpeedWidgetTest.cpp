@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/InterfaceSpeedWidget.h"
 
+#include "ui/BandwidthColumn.h"
+
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QInputDialog>
@@ -8,6 +10,8 @@
 #include <QMenu>
 #include <QProgressBar>
 #include <QSpinBox>
+#include <QStyle>
+#include <QStyleFactory>
 #include <QTest>
 #include <QTimer>
 #include <gmock/gmock.h>
@@ -163,6 +167,23 @@ TEST_F(InterfaceSpeedTest, MenuAndDoubleClickOverwriteTheMaximum) {
     answer([this] { QTest::mouseDClick(m_bar, Qt::LeftButton); }, "0", Qt::Key_Return);
     expectShown("950 / 0", red);
     EXPECT_THAT(m_told, testing::ElementsAre(400, most, 0));
+}
+
+/// In the colour that each style gives the texts of a selected row.
+TEST_F(InterfaceSpeedTest, IsLegibleInASelectedRow) {
+    for (const QString& name : QStyleFactory::keys()) {
+        make(1000);
+        const std::unique_ptr<QStyle> style(QStyleFactory::create(name));
+        m_widget->setStyle(style.get());
+        BandwidthColumn::showSelected(*m_widget, true);
+        const bool isPale = name.toLower() == QLatin1String("windowsvista");
+        EXPECT_EQ(m_widget->foregroundRole(),
+                  isPale ? QPalette::WindowText : QPalette::HighlightedText)
+            << name.toStdString();
+        BandwidthColumn::showSelected(*m_widget, false);
+        EXPECT_EQ(m_widget->foregroundRole(), QPalette::WindowText);
+        m_widget.reset();
+    }
 }
 
 TEST_F(InterfaceSpeedTest, MayBeDeletedWhileItAsks) {
