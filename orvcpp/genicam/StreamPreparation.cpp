@@ -8,9 +8,9 @@ namespace orv::genicam {
 
 namespace {
 
-bool isAnyRunning(const std::vector<std::shared_ptr<Streaming>>& cameras) {
+bool mayAnyReceive(const std::vector<std::shared_ptr<Streaming>>& cameras) {
     return std::any_of(cameras.begin(), cameras.end(),
-                       [](const auto& camera) { return camera->isRunning(); });
+                       [](const auto& camera) { return camera->mayReceive(); });
 }
 
 } // namespace
@@ -27,7 +27,7 @@ void StreamPreparation::aboutToStart(const Streaming& starting) {
     const std::lock_guard lock(m_mutex);
     const auto cameras = camerasOf(starting.adapter());
     // One alone opens its stream when it starts.
-    if (cameras.size() < 2 || isAnyRunning(cameras))
+    if (cameras.size() < 2 || mayAnyReceive(cameras))
         return;
     std::vector<std::future<void>> opening;
     for (const auto& camera : cameras)
@@ -39,7 +39,7 @@ void StreamPreparation::aboutToStart(const Streaming& starting) {
 void StreamPreparation::stopped(const Streaming& camera) {
     const std::lock_guard lock(m_mutex);
     const auto cameras = camerasOf(camera.adapter());
-    if (isAnyRunning(cameras))
+    if (mayAnyReceive(cameras))
         return;
     for (const auto& idle : cameras)
         idle->discard();

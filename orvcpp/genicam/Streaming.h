@@ -36,6 +36,8 @@ public:
     void keep(const Acquisition& stopped);
 
     bool isRunning() const { return acquisition() != nullptr; }
+    /// Whether packets may come: it runs, and the camera is not lost.
+    bool mayReceive() const { return isRunning() && !m_device->isLost(); }
     /// One of the library's counts of the running acquisition, or of the one before.
     std::int64_t count(const std::string& name) const;
     std::optional<std::uint64_t> previousId() const;
