@@ -42,7 +42,7 @@ constexpr Translation nodeErrors[] = {
     {ARV_GC_ERROR_OUT_OF_RANGE, OrvErrorInvalidValue},
     {ARV_GC_ERROR_NO_DEVICE_SET, OrvErrorDeviceNotOpen},
     {ARV_GC_ERROR_NO_EVENT_IMPLEMENTATION, OrvErrorNotImplemented},
-    {ARV_GC_ERROR_NODE_NOT_FOUND, OrvErrorNotFound},
+    {ARV_GC_ERROR_NODE_NOT_FOUND, OrvErrorXml},
     {ARV_GC_ERROR_ENUM_ENTRY_NOT_FOUND, OrvErrorInvalidValue},
     {ARV_GC_ERROR_INVALID_LENGTH, OrvErrorInvalidValue},
     {ARV_GC_ERROR_READ_ONLY, OrvErrorInvalidAccess},

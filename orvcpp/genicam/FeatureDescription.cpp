@@ -12,7 +12,7 @@ using OrvCPP::EnumEntry;
 
 namespace {
 
-/// Deeper than any camera nests its categories; a description may nest one in itself.
+/// Longer than any camera's way to a value; a description may lead in a circle.
 constexpr std::size_t maximumDepth = 16;
 /// Features that a camera has to have, but need not show in a category.
 constexpr const char* knownByNameOnly[] = {"PayloadSize", "TLParamsLocked", "AcquisitionStart",
@@ -165,6 +165,9 @@ std::vector<ArvGcFeatureNode*> wayToValue(ArvGcFeatureNode* node) {
 
 bool isImplemented(ArvGcFeatureNode* node) {
     const std::vector<ArvGcFeatureNode*> way = wayToValue(node);
+    // The library would follow a circle for ever.
+    if (way.size() == maximumDepth)
+        return false;
     return std::all_of(way.begin(), way.end(), [](ArvGcFeatureNode* part) {
         Fault fault;
         return arv_gc_feature_node_is_implemented(part, fault.out()) != FALSE;
@@ -178,6 +181,15 @@ void describeCommand(FeatureDescription& feature) {
     ArvGcFeatureNode* const written = valueNodeOf(feature.node);
     if (written && ARV_IS_GC_INTEGER(written) && allowsReading(written))
         feature.polled = ARV_GC_INTEGER(written);
+}
+
+/// Copies, since the library makes its list anew whenever it is asked.
+std::vector<std::string> featuresOf(ArvGcFeatureNode* category) {
+    std::vector<std::string> names;
+    const GSList* listed = arv_gc_category_get_features(ARV_GC_CATEGORY(category));
+    for (; listed; listed = listed->next)
+        names.emplace_back(static_cast<const char*>(listed->data));
+    return names;
 }
 
 std::shared_ptr<FeatureDescription> describe(ArvGcFeatureNode* node, const std::string& category) {
@@ -218,9 +230,10 @@ const EnumEntry* FeatureDescription::findEntry(std::int64_t value) const {
 }
 
 FeatureCatalogue::FeatureCatalogue(ArvGc* description) {
+    std::set<ArvGcFeatureNode*> visited;
     ArvGcNode* const root = arv_gc_get_node(description, "Root");
     if (root && ARV_IS_GC_CATEGORY(root))
-        addCategory(description, ARV_GC_CATEGORY(root), {}, 0);
+        addCategory(description, ARV_GC_FEATURE_NODE(root), {}, visited);
     for (const char* const name : knownByNameOnly) {
         ArvGcFeatureNode* const node = newNode(description, name);
         if (node && typeOf(node) != OrvFeatureDataUnknown)
@@ -237,17 +250,16 @@ ArvGcFeatureNode* FeatureCatalogue::newNode(ArvGc* description, const char* name
     return isImplemented(feature) ? feature : nullptr;
 }
 
-void FeatureCatalogue::addCategory(ArvGc* description, ArvGcCategory* category,
-                                   const std::string& path, std::size_t depth) {
-    if (depth > maximumDepth)
+void FeatureCatalogue::addCategory(ArvGc* description, ArvGcFeatureNode* category,
+                                   const std::string& path, std::set<ArvGcFeatureNode*>& visited) {
+    if (!visited.insert(category).second)
         return;
-    for (const GSList* names = arv_gc_category_get_features(category); names; names = names->next) {
-        const auto* const name = static_cast<const char*>(names->data);
-        ArvGcFeatureNode* const node = newNode(description, name);
+    for (const std::string& name : featuresOf(category)) {
+        ArvGcFeatureNode* const node = newNode(description, name.c_str());
         if (!node)
             continue;
         if (ARV_IS_GC_CATEGORY(node)) {
-            addCategory(description, ARV_GC_CATEGORY(node), path + '/' + name, depth + 1);
+            addCategory(description, node, path + '/' + name, visited);
         } else if (typeOf(node) != OrvFeatureDataUnknown) {
             m_features.push_back(describe(node, path));
             m_byName.emplace(m_features.back()->name, m_features.back());

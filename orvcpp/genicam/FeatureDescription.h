@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -62,8 +63,9 @@ public:
 
 private:
     ArvGcFeatureNode* newNode(ArvGc* description, const char* name) const;
-    void addCategory(ArvGc* description, ArvGcCategory* category, const std::string& path,
-                     std::size_t depth);
+    /// Each category once, as a description may nest one in itself.
+    void addCategory(ArvGc* description, ArvGcFeatureNode* category, const std::string& path,
+                     std::set<ArvGcFeatureNode*>& visited);
 
     std::vector<std::shared_ptr<const FeatureDescription>> m_features;
     std::map<std::string, std::shared_ptr<const FeatureDescription>> m_byName;

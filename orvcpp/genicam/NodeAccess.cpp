@@ -166,8 +166,11 @@ OrvErrorType get(const FeatureDescription& feature, std::string& value) {
     const char* const text =
         isEnum ? arv_gc_enumeration_get_string_value(ARV_GC_ENUMERATION(feature.node), fault.out())
                : arv_gc_string_get_value(ARV_GC_STRING(feature.node), fault.out());
+    // What the library hands out after a failure is memory without an end.
+    if (const OrvErrorType error = fault.code())
+        return error;
     value = text ? text : "";
-    return fault.code();
+    return OrvErrorSuccess;
 }
 
 OrvErrorType get(const FeatureDescription& feature, Bytes& value) {

@@ -241,4 +241,38 @@ TEST_F(RealFeature, MemoryIsReadByAddress) {
     EXPECT_NE(camera->ReadMemory(0xFFFFFF00, bytes.data(), 32, complete), OrvErrorSuccess);
 }
 
+/// A category in itself, a text that cannot be read, a register larger than all memory, and a
+/// number that is its own value.
+constexpr const char* brokenDescription = R"(<?xml version="1.0"?>
+<RegisterDescription ModelName="M" VendorName="V" StandardNameSpace="None" ProductGuid="1"
+  SchemaMajorVersion="1" SchemaMinorVersion="1" SchemaSubMinorVersion="0" MajorVersion="1"
+  MinorVersion="0" SubMinorVersion="0" VersionGuid="2"
+  xmlns="http://www.genicam.org/GenApi/Version_1_1">
+<Category Name="Root"><pFeature>Root</pFeature><pFeature>Kinds</pFeature></Category>
+<Category Name="Kinds"><pFeature>Missing</pFeature><pFeature>Text</pFeature>
+  <pFeature>Large</pFeature><pFeature>Kinds</pFeature><pFeature>Number</pFeature></Category>
+<StringReg Name="Text"><Address>0x200</Address><Length>32</Length><AccessMode>RW</AccessMode>
+  <pPort>Nowhere</pPort></StringReg>
+<Register Name="Large"><Address>0x200</Address><Length>99999999999</Length>
+  <AccessMode>RW</AccessMode><pPort>Device</pPort></Register>
+<Integer Name="Number"><pValue>Number</pValue></Integer>
+<Integer Name="PayloadSize"><Value>4000000000000</Value></Integer>
+<Port Name="Device"/>
+</RegisterDescription>)";
+
+TEST(BrokenDescription, FailsFeatureByFeature) {
+    const sdk::TemporaryFile file("broken.xml", brokenDescription);
+    const fakecamera::FakeCameraProcess fake(cameras::address, {"--genicam", file.path()});
+    const cameras::Started started;
+    const auto camera = cameras::find("FC0001");
+    ASSERT_TRUE(camera);
+    ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
+    EXPECT_THAT(outline(*camera, "/"), ElementsAre("/Kinds Text 4", "/Kinds Large 7"));
+    EXPECT_EQ(getText(*camera, "Text"), "error " + std::to_string(OrvErrorXml));
+    std::uint32_t size = 0;
+    std::uint32_t filled = 0;
+    EXPECT_EQ(feature(*camera, "Large")->GetValue(nullptr, size, filled), OrvErrorResources);
+    EXPECT_EQ(sdk::start(*camera, std::make_shared<sdk::Receiver>(camera)), OrvErrorInvalidValue);
+}
+
 } // namespace
