@@ -316,14 +316,14 @@ TEST(StreamProtocol, sendsAFrameAgainThatWasBeforeTheEndOfSixteenBits) {
     EXPECT_EQ(host.receive(), packets[0]) << "the leader, with its own time";
 }
 
-TEST(StreamProtocol, beginsAnewAfterAStopHoweverShort) {
+TEST(StreamProtocol, beginsAnewAfterAStop) {
     const FakeCameraProcess camera(address, {"--frame-rate", "100"});
     RawHost host;
     host.takeFrames();
     host.start();
     EXPECT_THAT(host.receivePackets(12), SizeIs(12));
     host.send(request(WriteRegister, words({Acquisition, 0, Width, 128, Acquisition, 1}), 0));
-    // The one that starts at once is another acquisition: its frames are numbered anew.
+    // What starts at once is another acquisition: its frames are numbered anew.
     Bytes leader = host.receive();
     for (int i = 0; i < 2000 && (leader.size() != 44 || get32(&leader[24]) != 128); ++i) {
         leader = host.receive();
