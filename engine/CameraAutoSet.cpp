@@ -3,6 +3,7 @@
 
 #include "engine/FeatureAccess.h"
 #include "features/FeatureController.h"
+#include "features/StepGrid.h"
 #include "logging/Log.h"
 
 #include <algorithm>
@@ -149,8 +150,9 @@ std::int64_t CameraHandler::autoSet(double cameraSafetyMargin) {
     const FeatureInfo info = m_features->getFeatureInfo(cameraModule, *bandwidth);
     const std::int64_t minimum = integerOf(info.minimum).value_or(0);
     const std::int64_t maximum = integerOf(info.maximum).value_or(0);
+    const StepGrid grid(minimum, maximum, integerOf(info.increment).value_or(0));
     if (maximum > 0)
-        m_features->setFeatureValue(cameraModule, *bandwidth, maximum);
+        writeLimit(*bandwidth, grid, maximum);
     readFrameRate("max. possible");
     const auto frameRate = frameRateFeature();
     if (!frameRate)
@@ -172,7 +174,7 @@ std::int64_t CameraHandler::autoSet(double cameraSafetyMargin) {
         return calculated;
     }
     const auto tryOut = [&](std::int64_t bytesPerSecond) {
-        m_features->setFeatureValue(cameraModule, *bandwidth, bytesPerSecond);
+        writeLimit(*bandwidth, grid, bytesPerSecond);
         return numberOf(featureValue(*frameRate)).value_or(0.0);
     };
     return std::max(BandwidthSearch(tryOut, target).run(calculated, maximum), minimum);

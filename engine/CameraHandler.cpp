@@ -4,6 +4,7 @@
 #include "engine/FeatureAccess.h"
 #include "engine/FrameObserver.h"
 #include "features/FeatureController.h"
+#include "features/StepGrid.h"
 #include "logging/Log.h"
 #include "sdk/OrvCameraWrapper.h"
 
@@ -90,15 +91,16 @@ std::int64_t CameraHandler::setBandwidth(std::uint64_t value, std::uint64_t requ
     const std::int64_t increment = integerOf(info.increment).value_or(0);
     const auto wanted = static_cast<std::int64_t>(std::min<std::uint64_t>(value, largest));
     const std::int64_t corrected = correctedByIncrement(wanted, increment);
+    const StepGrid grid(minimum, maximum, increment);
 
     const bool maximumKnown = maximum > 0;
     if (!maximumKnown || corrected < maximum) {
         const std::int64_t written = std::max(corrected, minimum);
         const bool below = written < 0 || static_cast<std::uint64_t>(written) < requested;
-        if (writeBandwidth(*feature, written))
+        if (writeBandwidth(*feature, grid, written))
             m_autosetStatus =
                 below ? AutosetStatus::BelowRequested : AutosetStatus::RequestedReached;
-    } else if (writeBandwidth(*feature, maximum)) {
+    } else if (writeBandwidth(*feature, grid, maximum)) {
         m_autosetStatus = AutosetStatus::ClampedToMaximum;
     }
 
@@ -107,11 +109,30 @@ std::int64_t CameraHandler::setBandwidth(std::uint64_t value, std::uint64_t requ
     return reached;
 }
 
-bool CameraHandler::writeBandwidth(const std::string& feature, std::int64_t bytesPerSecond) {
-    if (!m_features->setFeatureValue(cameraModule, feature, bytesPerSecond))
-        return false;
-    logInfo(displayName() + ": " + feature + " set to " + std::to_string(bytesPerSecond));
-    return true;
+/// Many cameras take limits in steps only, and what is asked of them is no step of theirs, even
+/// after the correction: such a camera gets the step below. Answers what it took.
+std::optional<std::int64_t> CameraHandler::writeLimit(const std::string& feature,
+                                                      const StepGrid& grid,
+                                                      std::int64_t bytesPerSecond) {
+    const auto write = [&](std::int64_t value) {
+        return m_features->setFeatureValue(cameraModule, feature, value);
+    };
+    const bool inRange = bytesPerSecond >= grid.minimum() && bytesPerSecond <= grid.maximum();
+    const std::int64_t step = inRange ? grid.atOrBelow(bytesPerSecond) : bytesPerSecond;
+    if ((step == bytesPerSecond || !m_takesStepsOnly) && write(bytesPerSecond))
+        return bytesPerSecond;
+    if (step == bytesPerSecond || !write(step))
+        return std::nullopt;
+    m_takesStepsOnly = true;
+    return step;
+}
+
+bool CameraHandler::writeBandwidth(const std::string& feature, const StepGrid& grid,
+                                   std::int64_t bytesPerSecond) {
+    const auto written = writeLimit(feature, grid, bytesPerSecond);
+    if (written)
+        logInfo(displayName() + ": " + feature + " set to " + std::to_string(*written));
+    return written.has_value();
 }
 
 bool CameraHandler::hasFeature(const char* feature) const {

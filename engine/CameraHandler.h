@@ -13,6 +13,7 @@
 
 class FeatureController;
 class FrameObserver;
+class StepGrid;
 
 /// Outcome of the last attempt to set a camera's bandwidth.
 enum class AutosetStatus : std::int32_t {
@@ -87,7 +88,10 @@ private:
 
     bool hasFeature(const char* feature) const;
     FeatureValue featureValue(const std::string& feature) const;
-    bool writeBandwidth(const std::string& feature, std::int64_t bytesPerSecond);
+    std::optional<std::int64_t> writeLimit(const std::string& feature, const StepGrid& grid,
+                                           std::int64_t bytesPerSecond);
+    bool writeBandwidth(const std::string& feature, const StepGrid& grid,
+                        std::int64_t bytesPerSecond);
     std::optional<std::string> relatedFeature(const char* preferred, const char* fallback,
                                               const char* description) const;
     std::optional<std::string> bandwidthFeature() const;
@@ -113,6 +117,8 @@ private:
     bool m_opened = false;
     bool m_locked = false;
     bool m_acquiring = false;
+    /// The camera has refused a limit for not being one of its steps.
+    bool m_takesStepsOnly = false;
     bool m_packetSizeAdjusted = false;
     bool m_packetSizeStuck = false;
 };

@@ -159,6 +159,8 @@ void BandwidthSliderWidget::lockOut() {
 /// Whole megabytes that the camera takes: the lower bound is rounded up, the upper one down.
 void BandwidthSliderWidget::setRange(const FeatureInfo& feature) {
     constexpr std::int64_t megabyte = 1'000'000;
+    m_grid =
+        StepGrid(toBytes(feature.minimum), toBytes(feature.maximum), toBytes(feature.increment));
     const std::int64_t lowest = toBytes(feature.minimum);
     const int minimum = toInt(lowest / megabyte + (lowest % megabyte > 0 ? 1 : 0));
     const int maximum = std::max(minimum, toInt(toBytes(feature.maximum) / megabyte));
@@ -220,7 +222,10 @@ void BandwidthSliderWidget::setValue(int value) {
     }
     const auto bytes = static_cast<std::uint64_t>(std::max(value, 0) * 1000.0 * 1000.0);
     const auto wanted = static_cast<std::int64_t>(bytes);
-    const bool isWritten = m_features->setFeatureValue(camera, m_feature, wanted);
+    // Whole megabytes need not be a step of the camera's.
+    const std::int64_t step = m_grid.atOrBelow(wanted);
+    const bool isWritten = m_features->setFeatureValue(camera, m_feature, wanted) ||
+                           (step != wanted && m_features->setFeatureValue(camera, m_feature, step));
     std::int64_t inEffect = toBytes(m_features->getFeatureValue(camera, m_feature));
     if (isWritten && inEffect == 0)
         inEffect = wanted;

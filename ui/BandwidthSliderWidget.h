@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "features/StepGrid.h"
+
 #include <QString>
 #include <QWidget>
 
@@ -73,6 +75,8 @@ private:
     std::shared_ptr<FeatureController> m_features;
     /// Name of the camera's bandwidth feature; empty before one is found.
     std::string m_feature;
+    /// Values that the camera takes, in bytes per second.
+    StepGrid m_grid{0, 0, 0};
     /// The slider's style without the colour of a status.
     QString m_sliderStyle;
     /// The value last loaded from the camera or given to it, in MB/s.

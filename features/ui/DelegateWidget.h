@@ -4,7 +4,7 @@
 #include "features/FeatureInfo.h"
 #include "features/FeatureValue.h"
 #include "features/ui/FloatScale.h"
-#include "features/ui/StepGrid.h"
+#include "features/StepGrid.h"
 
 #include <QString>
 #include <QVector>

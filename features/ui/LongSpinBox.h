@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "features/ui/StepGrid.h"
+#include "features/StepGrid.h"
 
 #include <QAbstractSpinBox>
 

@@ -56,6 +56,10 @@ public:
                          const FeatureValue& value) override {
         if (!writable)
             return false;
+        if (accepts && !accepts(std::get<std::int64_t>(value))) {
+            ++refused;
+            return false;
+        }
         m_features[{module, feature}].value = value;
         written.push_back(std::get<std::int64_t>(value));
         if (onWrite)
@@ -65,6 +69,9 @@ public:
 
     bool writable = true;
     std::vector<std::int64_t> written;
+    /// Which limits the camera takes; empty for all.
+    std::function<bool(std::int64_t)> accepts;
+    int refused = 0;
     mutable int descriptionsRead = 0;
     std::function<void(std::int64_t)> onWrite;
 

@@ -84,6 +84,25 @@ TEST(CameraHandlerBandwidth, FailedWriteIsNeitherLoggedNorReached) {
         ElementsAre("Info:" + cameraText + ": AcquisitionFrameRate after optimization -1.000000"));
 }
 
+TEST(CameraHandlerBandwidth, RefusedOffItsStepsItGetsTheStepBelow) {
+    HandlerWithFakes fakes;
+    fakes.features->putRange("DeviceLinkThroughputLimit", std::int64_t{1500}, std::int64_t{500},
+                             std::int64_t{9000}, std::int64_t{1000});
+    fakes.features->accepts = [](std::int64_t value) {
+        return value % 1000 == 500;
+    };
+    EXPECT_EQ(fakes.handler.setBandwidth(4100, 4200), 3500);
+    EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::RequestedReached);
+    EXPECT_EQ(fakes.handler.setBandwidth(9100, 9100), 8500);
+    EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::ClampedToMaximum);
+    EXPECT_EQ(fakes.handler.setBandwidth(5250, 5250), 5500);
+    // Only the first time is more than one value tried.
+    EXPECT_EQ(fakes.features->refused, 1);
+    EXPECT_THAT(fakes.features->written, ElementsAre(3500, 8500, 5500));
+    EXPECT_THAT(fakes.log.lines(), testing::Contains("Info:" + cameraText +
+                                                     ": DeviceLinkThroughputLimit set to 8500"));
+}
+
 TEST(CameraHandlerBandwidth, LimitsOfAnotherTypeCountAsAbsent) {
     HandlerWithFakes fakes;
     fakes.features->putRange("DeviceLinkThroughputLimit", 5.5, 10.0, std::string("many"), true);

@@ -52,7 +52,7 @@ protected:
             m_fakes.push_back(std::make_unique<FakeCameraProcess>(
                 "10.77.0.1" + number,
                 std::vector<std::string>{"--serial", "C" + number, "--frame-rate", "15", "--limit",
-                                         "16000000", "--limit-increment", "1"},
+                                         "16000000"},
                 "camera" + number));
         }
         session::CameraSource cameras;

@@ -268,6 +268,20 @@ TEST_F(BandwidthSliderTest, ShowsWhatIsInEffectWhenTheCameraRefuses) {
     EXPECT_THAT(m_told, ElementsAre(100, 150, 200));
 }
 
+TEST_F(BandwidthSliderTest, TakesTheStepBelowOfACameraThatRefusesMegabytes) {
+    const auto features = std::make_shared<FakeFeatures>();
+    features->putRange(limit, std::int64_t{1024}, std::int64_t{1024}, 100 * megabyte,
+                       std::int64_t{1024});
+    features->accepts = [](std::int64_t value) {
+        return value % 1024 == 0;
+    };
+    BandwidthSliderWidget row(features);
+    row.initialize();
+    row.setValue(50);
+    EXPECT_THAT(features->written, ElementsAre(49'999'872));
+    EXPECT_EQ(row.value(), 50);
+}
+
 TEST_F(BandwidthSliderTest, CameraWithoutTheFeatureIsLockedOut) {
     m_row->initialize();
     EXPECT_THAT(m_log.lines(),

@@ -78,8 +78,7 @@ protected:
             fakes.push_back(std::make_unique<FakeCameraProcess>(
                 "127.0.0." + std::to_string(2 + i),
                 std::vector<std::string>{"--serial", std::to_string(i), "--width", "320",
-                                         "--height", "200", "--frame-rate", "50",
-                                         "--limit-increment", "1"}));
+                                         "--height", "200", "--frame-rate", "50"}));
         session = std::make_unique<session::SdkSession>(
             session::CameraSource{session::CameraSource::Kind::GenICam, {}});
         EXPECT_TRUE(session->isStarted()) << session->error().toStdString();

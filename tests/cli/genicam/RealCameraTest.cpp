@@ -50,10 +50,9 @@ protected:
         ::kill(static_cast<pid_t>(spanlet.id()), SIGINT);
     }
 
-    const fakecamera::FakeCameraProcess left{
-        "127.0.0.2", {"--serial", "L1", "--user-id", "Left", "--limit-increment", "1"}};
-    const fakecamera::FakeCameraProcess right{
-        "127.0.0.3", {"--serial", "R2", "--user-id", "Right", "--limit-increment", "1"}};
+    const fakecamera::FakeCameraProcess left{"127.0.0.2", {"--serial", "L1", "--user-id", "Left"}};
+    const fakecamera::FakeCameraProcess right{"127.0.0.3",
+                                              {"--serial", "R2", "--user-id", "Right"}};
 };
 
 TEST_F(CommandsOnRealCameras, areListedWithAWarningWhereTheirStreamsLackMemory) {

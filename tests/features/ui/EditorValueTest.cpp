@@ -2,7 +2,7 @@
 #include "features/FeatureText.h"
 #include "features/ui/DoubleValidator.h"
 #include "features/ui/FloatScale.h"
-#include "features/ui/StepGrid.h"
+#include "features/StepGrid.h"
 
 #include <gmock/gmock.h>
 

@@ -20,6 +20,8 @@ public:
 
     /// The nearest value on the grid; of two equally near ones the higher.
     std::int64_t nearest(std::int64_t value) const;
+    /// The highest value on the grid that is not above \p value; the minimum where there is none.
+    std::int64_t atOrBelow(std::int64_t value) const;
     /// So many steps further on the grid, at most to its ends.
     std::int64_t stepped(std::int64_t value, int steps) const;
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "features/ui/StepGrid.h"
+#include "features/StepGrid.h"
 
 #include <algorithm>
 #include <cmath>
@@ -35,6 +35,10 @@ std::uint64_t StepGrid::offsetOf(std::int64_t value) const {
 
 std::int64_t StepGrid::at(std::uint64_t offset) const {
     return static_cast<std::int64_t>(static_cast<std::uint64_t>(m_minimum) + offset);
+}
+
+std::int64_t StepGrid::atOrBelow(std::int64_t value) const {
+    return at(offsetOf(value) / m_increment * m_increment);
 }
 
 std::int64_t StepGrid::nearest(std::int64_t value) const {
