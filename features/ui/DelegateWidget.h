@@ -3,8 +3,8 @@
 
 #include "features/FeatureInfo.h"
 #include "features/FeatureValue.h"
-#include "features/ui/FloatScale.h"
 #include "features/StepGrid.h"
+#include "features/ui/FloatScale.h"
 
 #include <QString>
 #include <QVector>

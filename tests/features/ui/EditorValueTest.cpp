@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "features/FeatureText.h"
+#include "features/StepGrid.h"
 #include "features/ui/DoubleValidator.h"
 #include "features/ui/FloatScale.h"
-#include "features/StepGrid.h"
 
 #include <gmock/gmock.h>
 
