@@ -1,5 +1,8 @@
 # SPDX-License-Identifier: BSD-3-Clause
 include(GoogleTest)
+if(WIN32 AND CMAKE_CROSSCOMPILING)
+    include(${CMAKE_CURRENT_LIST_DIR}/windows/NotUnderWine.cmake)
+endif()
 
 # spanlet_test(NAME SOURCES ... LIBRARIES ... [MAIN file] [LOCALE name] [THREADS] [ALONE])
 # A test program, run without a display. THREADS marks it for the thread sanitizer; ALONE is for one
@@ -31,4 +34,7 @@ function(spanlet_test NAME)
         ${NAME}
         DISCOVERY_TIMEOUT 60
         PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT 120 ${labels} ${alone} ${locale})
+    if(COMMAND disable_under_wine)
+        disable_under_wine(${NAME})
+    endif()
 endfunction()

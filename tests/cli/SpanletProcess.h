@@ -52,11 +52,12 @@ public:
     int run(const QString& line) { return run(line.split(QLatin1Char(' '), Qt::SkipEmptyParts)); }
 
     QByteArray out() {
-        m_out += m_process.readAllStandardOutput();
+        // Windows ends a line with two characters.
+        m_out += m_process.readAllStandardOutput().replace("\r\n", "\n");
         return m_out;
     }
     QByteArray err() {
-        m_err += m_process.readAllStandardError();
+        m_err += m_process.readAllStandardError().replace("\r\n", "\n");
         return m_err;
     }
     /// What was printed, which is to be one document and nothing else.

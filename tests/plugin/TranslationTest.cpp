@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLocale>
@@ -22,6 +23,10 @@ namespace {
 
 /// Qt reads the system's locale once, when the application is made, so it is chosen before main.
 const bool isAustrian = qputenv("LC_ALL", "de_AT.UTF-8");
+
+/// Absolute, drive included, since the tests change the current directory.
+const QString titlesFolder = QFileInfo(QStringLiteral(TITLES_FOLDER)).absoluteFilePath();
+const QString germanFile = QFileInfo(QStringLiteral(GERMAN_FILE)).absoluteFilePath();
 
 constexpr char windowTitle[] = "Orvia Spanlet";
 
@@ -72,7 +77,7 @@ protected:
 
     /// Puts a translation of the window's title, and of nothing else, where the plug-in looks.
     static void useTitle(const char* name) {
-        EXPECT_TRUE(QFile::copy(QStringLiteral(TITLES_FOLDER "/") + QLatin1String(name),
+        EXPECT_TRUE(QFile::copy(titlesFolder + QLatin1Char('/') + QLatin1String(name),
                                 QStringLiteral("qm/") + QLatin1String(name)));
     }
     std::string title() {
@@ -108,7 +113,7 @@ TEST_F(TranslationTest, ShowsEveryDialogInGermanWithoutCuttingTextsOff) {
     QFont usual = QApplication::font();
     usual.setPointSize(9);
     QApplication::setFont(usual);
-    ASSERT_TRUE(QFile::copy(QStringLiteral(GERMAN_FILE), QStringLiteral("qm/Spanlet_de.qm")));
+    ASSERT_TRUE(QFile::copy(germanFile, QStringLiteral("qm/Spanlet_de.qm")));
     m_host.run(false, [&](QDialog& dialog) {
         const auto button = [&dialog](const char* name) {
             return dialog.findChild<QPushButton*>(QLatin1String(name));

@@ -14,11 +14,32 @@ namespace {
 const auto fakeSpanlet = QStringLiteral(FAKE_SPANLET_FILE);
 const auto unrelated = QStringLiteral(UNRELATED_PLUGIN_FILE);
 
+/// A library's name where this runs.
+QString library(const char* name) {
+    return QLatin1String(name) + QStringLiteral(LIBRARY_SUFFIX);
+}
+
+/// Qt's plug-in for programs without a display.
+QString offscreenPlugin() {
+    const QDir folder(QLibraryInfo::location(QLibraryInfo::PluginsPath) +
+                      QStringLiteral("/platforms"));
+    return folder.filePath(folder.entryList({QStringLiteral("*qoffscreen.*")}).value(0));
+}
+
+/// Where a library tells the processor that it is for; -1 when it cannot be read.
+qint64 machineOffset(QFile& file) {
+    if (file.read(2) != "MZ")
+        return 18;
+    // The header of Windows follows one of an older system, which tells where.
+    char offset = 0;
+    return file.seek(0x3c) && file.getChar(&offset) ? static_cast<unsigned char>(offset) + 4 : -1;
+}
+
 class SpanletLoaderTest : public testing::Test {
 protected:
     /// Puts a library into the folder and answers the path that it has there.
-    QString add(const QString& library, const QString& name) {
-        EXPECT_TRUE(QFile::copy(library, m_folder.filePath(name))) << library.toStdString();
+    QString add(const QString& original, const QString& name) {
+        EXPECT_TRUE(QFile::copy(original, m_folder.filePath(name))) << original.toStdString();
         return m_folder.filePath(name);
     }
 
@@ -38,7 +59,8 @@ protected:
 
     void expectFault(const QString& path, const QString& reason) {
         const QString error = fault(m_folder.path());
-        EXPECT_TRUE(error.contains(path + QStringLiteral(": "))) << error.toStdString();
+        EXPECT_TRUE(error.contains(QDir::toNativeSeparators(path) + QStringLiteral(": ")))
+            << error.toStdString();
         EXPECT_TRUE(error.contains(reason)) << error.toStdString();
     }
 
@@ -47,9 +69,9 @@ protected:
 
 TEST_F(SpanletLoaderTest, namesAFolderThatIsMissing) {
     const QString folder = m_folder.filePath(QStringLiteral("plugins"));
-    EXPECT_EQ(
-        fault(folder),
-        QStringLiteral("Spanlet cannot be loaded.\n\n%1: there is no such folder").arg(folder));
+    EXPECT_EQ(fault(folder),
+              QStringLiteral("Spanlet cannot be loaded.\n\n%1: there is no such folder")
+                  .arg(QDir::toNativeSeparators(folder)));
 }
 
 TEST_F(SpanletLoaderTest, namesAFolderWithoutLibraries) {
@@ -58,37 +80,34 @@ TEST_F(SpanletLoaderTest, namesAFolderWithoutLibraries) {
 }
 
 TEST_F(SpanletLoaderTest, namesAFileThatIsNoLibrary) {
-    expectFault(addText(QStringLiteral("Spanlet.so")), QStringLiteral("this is no Qt plug-in ("));
+    expectFault(addText(library("Spanlet")), QStringLiteral("this is no Qt plug-in ("));
 }
 
 TEST_F(SpanletLoaderTest, namesAPlugInOfAnotherInterface) {
-    const QString platform = QLibraryInfo::location(QLibraryInfo::PluginsPath) +
-                             QStringLiteral("/platforms/libqoffscreen.so");
-    expectFault(add(platform, QStringLiteral("other.so")),
+    expectFault(add(offscreenPlugin(), library("other")),
                 QStringLiteral("this plug-in has the interface \""));
 }
 
 TEST_F(SpanletLoaderTest, namesAPlugInOfAnotherVersion) {
-    expectFault(add(unrelated, QStringLiteral("Spanlet.so")),
+    expectFault(add(unrelated, library("Spanlet")),
                 QStringLiteral("another version of the interface \"SpanletInterface\""));
 }
 
 TEST_F(SpanletLoaderTest, namesAPlugInThatDoesNotLoad) {
-    const QString path = add(fakeSpanlet, QStringLiteral("Spanlet.so"));
+    const QString path = add(fakeSpanlet, library("Spanlet"));
     // The metadata stays readable; the dynamic linker finds nothing to load.
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    constexpr qint64 elfMachine = 18;
-    file.seek(elfMachine);
+    ASSERT_TRUE(file.seek(machineOffset(file)));
     file.write("\xff\xfe", 2);
     file.close();
     const QString error = fault(m_folder.path());
-    EXPECT_TRUE(error.contains(path)) << error.toStdString();
+    EXPECT_TRUE(error.contains(QDir::toNativeSeparators(path))) << error.toStdString();
 }
 
 TEST_F(SpanletLoaderTest, findsSpanletAmongOtherLibraries) {
-    addText(QStringLiteral("a.so"));
-    add(fakeSpanlet, QStringLiteral("b.so"));
+    addText(library("a"));
+    add(fakeSpanlet, library("b"));
     SpanletLoader loader(m_folder.path());
     SpanletInterface* spanlet = loader.load();
     EXPECT_NE(spanlet, nullptr);
@@ -99,7 +118,7 @@ TEST_F(SpanletLoaderTest, findsSpanletAmongOtherLibraries) {
 TEST_F(SpanletLoaderTest, looksAgainAfterAFailure) {
     SpanletLoader loader(m_folder.path());
     EXPECT_EQ(loader.load(), nullptr);
-    add(fakeSpanlet, QStringLiteral("Spanlet.so"));
+    add(fakeSpanlet, library("Spanlet"));
     EXPECT_NE(loader.load(), nullptr);
 }
 

@@ -1,0 +1,35 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# The tests that are left out where the tests run under Wine, by name and with the reason; ctest
+# lists them as disabled. All others run.
+
+# Each name, a regular expression, is followed by the reason.
+set(NOT_UNDER_WINE
+    "Documentation\\..*"
+    "run bash, whose completion they test"
+    "Interruption\\.isRequestedByCtrlC"
+    "Wine makes no console without a display"
+    "ViewerProgram\\.speaksGermanWhereTheSystemDoesWhereverItIsStarted"
+    "a program under Wine has the language of the one that started it, and TranslationTest shows German")
+
+# disable_under_wine(PROGRAM)
+# Disables those of the tests above that the test program has. What its tests are only ctest knows,
+# which asks the program, so it is ctest that reads this.
+function(disable_under_wine PROGRAM)
+    list(LENGTH NOT_UNDER_WINE length)
+    math(EXPR last "${length} - 1")
+    set(names "")
+    foreach(index RANGE 0 ${last} 2)
+        list(GET NOT_UNDER_WINE ${index} name)
+        list(APPEND names ${name})
+    endforeach()
+    list(JOIN names "|" names)
+    set(file ${CMAKE_CURRENT_BINARY_DIR}/${PROGRAM}_not_under_wine.cmake)
+    file(
+        WRITE ${file}
+        "foreach(test IN LISTS ${PROGRAM}_TESTS)\n"
+        "    if(test MATCHES [==[^(${names})$]==])\n"
+        "        set_tests_properties(\"\${test}\" PROPERTIES DISABLED ON)\n"
+        "    endif()\n"
+        "endforeach()\n")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${file})
+endfunction()
