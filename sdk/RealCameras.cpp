@@ -31,8 +31,10 @@ RealCameras realCameras(OrvCPP::OrvSystem& system) {
             continue;
         if (type == OrvTransportLayerTypeGEV)
             cameras.gige += cameraCount(*layer);
-        else if (type == OrvTransportLayerTypeU3V)
+        if (type == OrvTransportLayerTypeU3V) {
             cameras.usb += cameraCount(*layer);
+            cameras.areUsbSought = true;
+        }
     }
     return cameras;
 }

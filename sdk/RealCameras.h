@@ -11,6 +11,8 @@ class OrvSystem;
 struct RealCameras {
     std::size_t gige = 0;
     std::size_t usb = 0;
+    /// Whether USB cameras are looked for, found or not.
+    bool areUsbSought = false;
 };
 
 /// Counts the cameras that are there at the moment.

@@ -2,6 +2,7 @@
 #include "session/StreamingLimits.h"
 
 #include "logging/Log.h"
+#include "session/UsbAccess.h"
 
 #include <fstream>
 #include <utility>
@@ -68,10 +69,13 @@ std::vector<std::string> StreamingLimits::check(OrvCPP::OrvSystem& system) {
     const StreamingMemory memory = streamingMemory(m_root);
     const auto usb = usbMemoryWarning(cameras, memory);
     const auto receiveBuffer = receiveBufferWarning(cameras, memory);
+    const auto access =
+        cameras.areUsbSought ? usbAccessWarning(closedUsbCameras(m_root)) : std::nullopt;
+    warnOnce(access, m_hasWarnedOfUsbAccess);
     warnOnce(usb, m_hasWarnedOfUsbMemory);
     warnOnce(receiveBuffer, m_hasWarnedOfReceiveBuffer);
     std::vector<std::string> warnings;
-    for (const auto& warning : {usb, receiveBuffer}) {
+    for (const auto& warning : {access, usb, receiveBuffer}) {
         if (warning)
             warnings.push_back(*warning);
     }

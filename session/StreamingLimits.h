@@ -29,8 +29,9 @@ std::optional<std::string> usbMemoryWarning(const RealCameras& cameras,
 std::optional<std::string> receiveBufferWarning(const RealCameras& cameras,
                                                 const StreamingMemory& memory);
 
-/// Warns in the log where real cameras will lose frames for want of memory, of each kind of memory
-/// once; simulated ones need none. Changes nothing by itself. Bound to one thread.
+/// Warns in the log where real cameras will lose frames for want of memory, or are missing for want
+/// of permission, of each once; simulated ones need neither. Changes nothing by itself. Bound to
+/// one thread.
 class StreamingLimits {
 public:
     explicit StreamingLimits(std::filesystem::path root = "/");
@@ -42,6 +43,7 @@ private:
     const std::filesystem::path m_root;
     bool m_hasWarnedOfUsbMemory = false;
     bool m_hasWarnedOfReceiveBuffer = false;
+    bool m_hasWarnedOfUsbAccess = false;
 };
 
 } // namespace session

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "session/StreamingLimits.h"
+#include "session/UsbAccess.h"
 
 #include "tests/fakecamera/FakeCameraProcess.h"
 #include "tests/orvcpp/Sdk.h"
@@ -59,11 +60,47 @@ void write(const std::filesystem::path& folder, const char* name, const char* te
     std::ofstream(folder / name) << text;
 }
 
+/// A USB device of two interfaces, of which the second is of a class such as "ef0500"; without a
+/// file by which to open it.
+void addUsbDevice(const std::filesystem::path& root, const std::string& port, const char* number,
+                  const std::string& interfaceClass) {
+    const auto devices = root / "sys/bus/usb/devices";
+    write(devices / port, "busnum", "2\n");
+    write(devices / port, "devnum", number);
+    write(devices / port, "product", "Camera\n");
+    write(devices / port, "serial", number);
+    write(devices / (port + ":1.0"), "bInterfaceClass", "ff\n");
+    const auto interface = devices / (port + ":1.1");
+    write(interface, "bInterfaceClass", (interfaceClass.substr(0, 2) + '\n').c_str());
+    write(interface, "bInterfaceSubClass", (interfaceClass.substr(2, 2) + '\n').c_str());
+    write(interface, "bInterfaceProtocol", (interfaceClass.substr(4) + '\n').c_str());
+}
+
+TEST(UsbAccess, NamesTheCamerasThatCannotBeOpened) {
+    const QTemporaryDir folder;
+    const std::filesystem::path root = folder.path().toStdString();
+    EXPECT_FALSE(session::usbAccessWarning(session::closedUsbCameras(root))) << "no USB at all";
+    addUsbDevice(root, "2-1", "7", "ef0500");
+    addUsbDevice(root, "2-2.4", "12", "ef0500");
+    addUsbDevice(root, "2-3", "13", "0e0100");
+    write(root / "dev/bus/usb/002", "012", "descriptors");
+
+    const auto closed = session::closedUsbCameras(root);
+    ASSERT_EQ(closed.size(), 1U) << "a camera may be opened, and a webcam is none";
+    EXPECT_EQ(closed[0].name, "Camera 7");
+    EXPECT_EQ(closed[0].file, "/dev/bus/usb/002/007");
+    EXPECT_THAT(*session::usbAccessWarning(closed),
+                AllOf(HasSubstr("Camera 7 (/dev/bus/usb/002/007)"),
+                      HasSubstr("ENV{ID_USB_INTERFACES}==\"*:ef0500:*\"")));
+    EXPECT_EQ(std::ifstream(root / "dev/bus/usb/002/012").peek(), 'd') << "left as it was";
+}
+
 TEST(StreamingLimits, warnsOnceForRealCameras) {
     const QTemporaryDir folder;
     const std::filesystem::path root = folder.path().toStdString();
     write(root / "sys/module/usbcore/parameters", "usbfs_memory_mb", "16\n");
     write(root / "proc/sys/net/core", "rmem_max", "212992\n");
+    addUsbDevice(root, "2-1", "7", "ef0500");
     const StreamingMemory memory{16, 212'992};
     const RealCameras cameras{1, 2};
 
@@ -77,10 +114,12 @@ TEST(StreamingLimits, warnsOnceForRealCameras) {
     const sdk::Running real(
         scenario(QStringLiteral("\"GenICamGEV\""), QStringLiteral("\"GenICamU3V\"")));
     limits.check(sdk::system());
-    EXPECT_EQ(limits.check(sdk::system()).size(), 2U) << "for who shows them as long as they hold";
-    EXPECT_THAT(log.lines(),
-                ElementsAre("Warning:" + *session::usbMemoryWarning(cameras, memory),
-                            "Warning:" + *session::receiveBufferWarning(cameras, memory)));
+    EXPECT_EQ(limits.check(sdk::system()).size(), 3U) << "for who shows them as long as they hold";
+    EXPECT_THAT(
+        log.lines(),
+        ElementsAre("Warning:" + *session::usbAccessWarning(session::closedUsbCameras(root)),
+                    "Warning:" + *session::usbMemoryWarning(cameras, memory),
+                    "Warning:" + *session::receiveBufferWarning(cameras, memory)));
 }
 
 TEST(StreamingLimits, countsCamerasOfTheNetwork) {
