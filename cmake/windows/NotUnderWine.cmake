@@ -4,7 +4,7 @@
 
 # Each name, a regular expression, is followed by the reason.
 set(NOT_UNDER_WINE
-    "Documentation\\..*"
+    "Documentation\\.completion.*"
     "run bash, whose completion they test"
     "Interruption\\.isRequestedByCtrlC"
     "Wine makes no console without a display"
