@@ -6,6 +6,7 @@
 
 int main(int argc, char** argv) {
     cli::keepStandardStreams();
+    const cli::Utf8Console utf8;
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("spanlet"));
     QCoreApplication::setApplicationVersion(QStringLiteral(SPANLET_VERSION));

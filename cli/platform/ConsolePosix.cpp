@@ -20,6 +20,9 @@ void keepStandardStreams() {
     }
 }
 
+Utf8Console::Utf8Console() = default;
+Utf8Console::~Utf8Console() = default;
+
 bool isConsole() {
     const char* terminal = std::getenv("TERM");
     return isatty(STDOUT_FILENO) != 0 && terminal != nullptr && std::strcmp(terminal, "dumb") != 0;

@@ -8,6 +8,16 @@ namespace cli {
 /// Handles of files do not take the place of a missing stream here.
 void keepStandardStreams() {}
 
+Utf8Console::Utf8Console() : m_previous(GetConsoleOutputCP()) {
+    SetConsoleOutputCP(CP_UTF8);
+}
+
+Utf8Console::~Utf8Console() {
+    // 0 where there is no console.
+    if (m_previous != 0)
+        SetConsoleOutputCP(m_previous);
+}
+
 bool isConsole() {
     const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
     DWORD mode = 0;
