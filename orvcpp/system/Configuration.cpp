@@ -2,11 +2,9 @@
 #include "orvcpp/system/Configuration.h"
 
 #include "orvcpp/json/ObjectReader.h"
+#include "orvcpp/system/ProviderKind.h"
 #include "orvcpp/virtual/ScenarioReader.h"
 #include "orvcpp/virtual/VirtualProvider.h"
-#ifdef ORVCPP_GENICAM
-#include "orvcpp/genicam/GenicamProvider.h"
-#endif
 
 #include <QFileInfo>
 
@@ -15,14 +13,6 @@ namespace orv {
 namespace {
 
 using Providers = std::vector<std::shared_ptr<Provider>>;
-
-/// What every kind of provider is made from.
-struct Surroundings {
-    ProviderHost& host;
-    const std::shared_ptr<CallGate>& gate;
-    /// Folder of the configuration file.
-    QString folder;
-};
 
 std::shared_ptr<Provider> makeVirtual(const ObjectReader& scenario,
                                       const Surroundings& surroundings) {
@@ -36,41 +26,18 @@ std::shared_ptr<Provider> readVirtual(ObjectReader& reader, const Surroundings& 
     return makeVirtual(readObject(sim::scenarioFile(name, surroundings.folder)), surroundings);
 }
 
-#ifdef ORVCPP_GENICAM
-/// The cameras that are really there.
-const QString& genicamName() {
-    static const QString name = QStringLiteral(":genicam");
-    return name;
-}
-
-std::shared_ptr<Provider> makeGenicam(const genicam::GenicamSettings& settings,
-                                      const Surroundings& surroundings) {
-    return genicam::makeGenicamProvider(settings, surroundings.host, surroundings.gate);
-}
-
-std::shared_ptr<Provider> readGenicam(ObjectReader& reader, const Surroundings& surroundings) {
-    genicam::GenicamSettings settings;
-    settings.packetSocket = reader.boolean("packetSocket", true) ? genicam::PacketSocket::Automatic
-                                                                 : genicam::PacketSocket::Never;
-    return makeGenicam(settings, surroundings);
-}
-#endif
-
-struct ProviderKind {
-    const char* name;
-    std::shared_ptr<Provider> (*read)(ObjectReader& reader, const Surroundings& surroundings);
-};
-
 /// Every kind of provider that a configuration may name.
-constexpr ProviderKind providerKinds[] = {{"virtual", readVirtual},
-#ifdef ORVCPP_GENICAM
-                                          {"genicam", readGenicam}
-#endif
-};
+std::vector<ProviderKind> providerKinds() {
+    std::vector<ProviderKind> kinds{{"virtual", readVirtual}};
+    if (const std::optional<ProviderKind> genicam = genicamKind())
+        kinds.push_back(*genicam);
+    return kinds;
+}
 
 Providers readProviders(ObjectReader& reader, const Surroundings& surroundings) {
+    const std::vector<ProviderKind> kinds = providerKinds();
     QStringList names;
-    for (const ProviderKind& kind : providerKinds)
+    for (const ProviderKind& kind : kinds)
         names.append(QString::fromLatin1(kind.name));
     Providers providers;
     QStringList seen;
@@ -80,7 +47,7 @@ Providers readProviders(ObjectReader& reader, const Surroundings& surroundings) 
         if (seen.contains(name))
             provider.fail("type", QStringLiteral("each type of provider at most once"));
         seen.append(name);
-        providers.push_back(providerKinds[kind].read(provider, surroundings));
+        providers.push_back(kinds[kind].read(provider, surroundings));
         provider.finish();
     }
     if (providers.empty())
@@ -94,10 +61,13 @@ Providers readProviders(ObjectReader& reader, const Surroundings& surroundings) 
 Providers makeProviders(const QString& file, ProviderHost& host,
                         const std::shared_ptr<CallGate>& gate) {
     const Surroundings surroundings{host, gate, QFileInfo(file).path()};
-#ifdef ORVCPP_GENICAM
-    if (file == genicamName())
-        return {makeGenicam({}, surroundings)};
-#endif
+    if (file == QStringLiteral(":genicam")) {
+        const std::optional<ProviderKind> genicam = genicamKind();
+        if (!genicam)
+            throw FormatError(QStringLiteral("This build has no access to real cameras."));
+        ObjectReader noSettings({}, file, {});
+        return {genicam->read(noSettings, surroundings)};
+    }
     const QString name = file.isEmpty() ? sim::defaultScenarioName() : file;
     ObjectReader reader = readObject(sim::scenarioFile(name, QString()));
     if (reader.has("providers"))
