@@ -82,11 +82,12 @@ void addPacketSize(FeatureSet& set, const StreamControl& control) {
         .writtenBy([put = control.setPacketSize](const Value& size) {
             return put(std::get<std::int64_t>(size));
         })
-        .readAs([get = control.packetSize] { return Value(get()); })
+        .readBy(
+            [get = control.packetSize](Value& size) { return get(size.emplace<std::int64_t>()); })
         .writableIf(idle);
     set.command("GVSPAdjustPacketSize")
         .about("Finds the largest packet size that reaches this host.")
-        .action(control.adjustPacketSize)
+        .runBy(control.adjustPacketSize)
         .writableIf(idle);
 }
 

@@ -27,11 +27,11 @@ struct StreamControl {
     /// One of the library's counts; 0 when the stream does not have it.
     std::function<std::int64_t(const std::string& name)> count;
     /// Bytes.
-    std::function<std::int64_t()> packetSize;
+    std::function<OrvErrorType(std::int64_t& bytes)> packetSize;
     std::function<OrvErrorType(std::int64_t bytes)> setPacketSize;
     std::function<IntegerLimits()> packetSizeLimits;
     /// Finds the largest packet size that reaches this host, and sets it.
-    std::function<void()> adjustPacketSize;
+    std::function<OrvErrorType()> adjustPacketSize;
 };
 
 FeatureSet makeStreamFeatures(const CameraRecord& camera, StreamControl control);

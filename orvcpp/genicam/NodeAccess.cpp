@@ -2,16 +2,15 @@
 #include "orvcpp/genicam/NodeAccess.h"
 
 #include "orvcpp/genicam/Fault.h"
+#include "orvcpp/memory/FloatStep.h"
 
-#include <cmath>
+#include <algorithm>
 #include <limits>
 
 namespace orv::genicam::node {
 
 namespace {
 
-/// Share of an increment by which a value may miss it: numbers travel through conversions.
-constexpr double incrementTolerance = 1e-6;
 /// Bytes; a register with a description of its own may ask for anything.
 constexpr guint64 largestRegister = 16 * 1024 * 1024;
 
@@ -82,12 +81,8 @@ bool fits(std::int64_t value, const Limits<std::int64_t>& limits) {
 }
 
 bool fits(double value, const Limits<double>& limits) {
-    if (!(value >= limits.minimum && value <= limits.maximum))
-        return false;
-    if (!(limits.increment > 0))
-        return true;
-    const double steps = (value - limits.minimum) / limits.increment;
-    return std::abs(steps - std::round(steps)) <= incrementTolerance * std::max(1.0, steps);
+    return value >= limits.minimum && value <= limits.maximum &&
+           isOnStep(value, limits.minimum, limits.increment);
 }
 
 /// Success when \p entry exists and can be chosen now.

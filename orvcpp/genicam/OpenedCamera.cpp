@@ -19,13 +19,16 @@ constexpr std::int64_t largestPacket = 65535;
 
 constexpr const char* packetSizeFeature = "GevSCPSPacketSize";
 
-std::int64_t readPacketSize(const DeviceSession& device) {
-    const auto size = std::make_shared<std::int64_t>(0);
+OrvErrorType readPacketSize(const DeviceSession& device, std::int64_t& size) {
     const auto feature = device.features()->find(packetSizeFeature);
+    if (!feature)
+        return OrvErrorNotFound;
+    const auto found = std::make_shared<std::int64_t>(0);
     const OrvErrorType error =
-        !feature ? OrvErrorNotFound
-                 : device.call([size, feature](ArvDevice*) { return node::get(*feature, *size); });
-    return error ? 0 : *size;
+        device.call([found, feature](ArvDevice*) { return node::get(*feature, *found); });
+    if (!error)
+        size = *found;
+    return error;
 }
 
 OrvErrorType writePacketSize(const DeviceSession& device, std::int64_t size) {
@@ -35,8 +38,14 @@ OrvErrorType writePacketSize(const DeviceSession& device, std::int64_t size) {
     return device.call([size, feature](ArvDevice*) { return node::set(*feature, size); });
 }
 
-void adjustPacketSize(const DeviceSession& device) {
-    device.call([](ArvDevice* of) {
+OrvErrorType adjustPacketSize(const DeviceSession& device) {
+    const auto feature = device.features()->find(packetSizeFeature);
+    if (!feature)
+        return OrvErrorNotFound;
+    return device.call([feature](ArvDevice* of) {
+        // The library would write past a lock.
+        if (const OrvErrorType error = node::admitsWriting(*feature))
+            return error;
         Fault fault;
         arv_gv_device_auto_packet_size(ARV_GV_DEVICE(of), fault.out());
         return fault.code();
@@ -68,8 +77,8 @@ StreamControl streamControl(const std::shared_ptr<DeviceSession>& device,
     control.count = [streaming](const std::string& name) {
         return streaming->count(name);
     };
-    control.packetSize = [device] {
-        return readPacketSize(*device);
+    control.packetSize = [device](std::int64_t& size) {
+        return readPacketSize(*device, size);
     };
     control.setPacketSize = [device](std::int64_t size) {
         return writePacketSize(*device, size);
@@ -78,7 +87,7 @@ StreamControl streamControl(const std::shared_ptr<DeviceSession>& device,
         return readPacketLimits(*device);
     };
     control.adjustPacketSize = [device] {
-        adjustPacketSize(*device);
+        return adjustPacketSize(*device);
     };
     return control;
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/memory/FeatureNode.h"
 
+#include "orvcpp/memory/FloatStep.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cmath>
@@ -178,12 +180,18 @@ FeatureNode& FeatureNode::current(const std::string& entryName) {
 }
 
 FeatureNode& FeatureNode::computed(std::function<Value()> get) {
-    m_get = std::move(get);
     m_dependent = true;
-    return readOnly();
+    return readAs(std::move(get)).readOnly();
 }
 
 FeatureNode& FeatureNode::readAs(std::function<Value()> get) {
+    return readBy([get = std::move(get)](Value& value) -> OrvErrorType {
+        value = get();
+        return OrvErrorSuccess;
+    });
+}
+
+FeatureNode& FeatureNode::readBy(std::function<OrvErrorType(Value&)> get) {
     m_get = std::move(get);
     return *this;
 }
@@ -202,6 +210,13 @@ FeatureNode& FeatureNode::onWrite(std::function<void()> effect) {
 FeatureNode& FeatureNode::action(std::function<void()> effect, std::chrono::milliseconds duration) {
     m_effect = std::move(effect);
     m_duration = duration;
+    return *this;
+}
+
+FeatureNode& FeatureNode::runBy(std::function<OrvErrorType()> work) {
+    m_put = [work = std::move(work)](const Value&) {
+        return work();
+    };
     return *this;
 }
 
@@ -262,14 +277,18 @@ OrvErrorType FeatureNode::mayGet() const {
 }
 
 std::int64_t FeatureNode::slot() const {
-    return m_selector ? std::get<std::int64_t>(m_selector->read()) : 0;
+    Value entry = std::int64_t{0};
+    if (m_selector)
+        m_selector->read(entry);
+    return std::get<std::int64_t>(entry);
 }
 
-Value FeatureNode::read() const {
+OrvErrorType FeatureNode::read(Value& value) const {
     if (m_get)
-        return m_get();
+        return m_get(value);
     const auto stored = m_stored.find(slot());
-    return stored == m_stored.end() ? m_initial : stored->second;
+    value = stored == m_stored.end() ? m_initial : stored->second;
+    return OrvErrorSuccess;
 }
 
 OrvErrorType FeatureNode::store(const Value& value) {
@@ -295,7 +314,8 @@ OrvErrorType FeatureNode::checkLimits(const Value& value) const {
             valid = std::count(m_validValues.begin(), m_validValues.end(), number) > 0;
     } else if (const auto floating = floatingLimits()) {
         const double number = std::get<double>(value);
-        valid = number >= floating->minimum && number <= floating->maximum;
+        valid = number >= floating->minimum && number <= floating->maximum &&
+                isOnStep(number, floating->minimum, floating->increment);
     } else if (m_type == OrvFeatureDataEnum) {
         const OrvCPP::EnumEntry* found = findEntry(std::get<std::int64_t>(value));
         valid = found && isAvailable(*found);
@@ -330,6 +350,8 @@ OrvErrorType FeatureNode::run(Clock::time_point now) {
         return OrvErrorInvalidAccess;
     if (m_setError)
         return m_setError;
+    if (const OrvErrorType error = m_put ? m_put(m_initial) : OrvErrorSuccess)
+        return error;
     m_runningSince = now;
     settle(now);
     return OrvErrorSuccess;

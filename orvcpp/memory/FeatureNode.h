@@ -78,8 +78,9 @@ public:
     FeatureNode& computed(std::function<Value()> get);
     /// Reads and writes \p variable, which must outlive the node.
     template <typename T> FeatureNode& bind(T& variable) {
-        m_get = [&variable] {
-            return Value(variable);
+        m_get = [&variable](Value& value) {
+            value = variable;
+            return OrvErrorType{OrvErrorSuccess};
         };
         m_put = [&variable](const Value& value) {
             variable = std::get<T>(value);
@@ -90,12 +91,16 @@ public:
     }
     /// Reads something else than what was written; to follow bind() or writtenBy().
     FeatureNode& readAs(std::function<Value()> get);
+    /// readAs() by \p get, which answers an error where it cannot.
+    FeatureNode& readBy(std::function<OrvErrorType(Value&)> get);
     /// Writes by \p put, which answers an error where it cannot.
     FeatureNode& writtenBy(std::function<OrvErrorType(const Value&)> put);
     /// Runs after the value was written.
     FeatureNode& onWrite(std::function<void()> effect);
     /// What a command does, \p duration after it was run.
     FeatureNode& action(std::function<void()> effect, std::chrono::milliseconds duration = {});
+    /// What a command does at once, with an error where it cannot.
+    FeatureNode& runBy(std::function<OrvErrorType()> work);
     /// Answers \p code when it is read, written, or both.
     FeatureNode& failing(OrvErrorType code, bool onGet, bool onSet);
     /// A command that never completes.
@@ -129,7 +134,9 @@ public:
     template <typename T> OrvErrorType get(T& value) const {
         if (const OrvErrorType error = mayGet())
             return error;
-        const Value found = read();
+        Value found;
+        if (const OrvErrorType error = read(found))
+            return error;
         const T* typed = std::get_if<T>(&found);
         if (!typed)
             return OrvErrorWrongType;
@@ -148,7 +155,7 @@ private:
     OrvErrorType mayGet() const;
     OrvErrorType checkType(const Value& value) const;
     OrvErrorType checkLimits(const Value& value) const;
-    Value read() const;
+    OrvErrorType read(Value& value) const;
     OrvErrorType store(const Value& value);
     std::int64_t slot() const;
 
@@ -176,7 +183,7 @@ private:
     const FeatureNode* m_selector = nullptr;
     Value m_initial;
     std::map<std::int64_t, Value> m_stored;
-    std::function<Value()> m_get;
+    std::function<OrvErrorType(Value&)> m_get;
     std::function<OrvErrorType(const Value&)> m_put;
     std::function<void()> m_effect;
 

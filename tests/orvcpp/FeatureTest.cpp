@@ -128,6 +128,8 @@ TEST(Features, AnswerTheSdksCodes) {
     EXPECT_EQ(set(*camera, "Width", 3.0), OrvErrorWrongType);
     EXPECT_EQ(set(*camera, "Width", std::int64_t{321}), OrvErrorInvalidValue) << "increment";
     EXPECT_EQ(set(*camera, "Width", std::int64_t{328}), OrvErrorInvalidValue) << "maximum";
+    EXPECT_EQ(set(*camera, "Gain", 0.25), OrvErrorInvalidValue) << "between two increments";
+    EXPECT_EQ(set(*camera, "Gain", 0.3), OrvErrorSuccess) << "2.9999999999999996 increments";
     EXPECT_EQ(set(*camera, "SensorWidth", std::int64_t{320}), OrvErrorInvalidAccess);
     EXPECT_EQ(set(*camera, "PixelFormat", "Mono7"), OrvErrorInvalidValue);
     EXPECT_EQ(set(*camera, "PixelFormat", "RGB8"), OrvErrorInvalidValue) << "not available";

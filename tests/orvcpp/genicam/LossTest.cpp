@@ -70,7 +70,10 @@ TEST_F(LostCamera, CameraThatDiesWhileItStreamsIsNoticedByItself) {
 }
 
 TEST_F(LostCamera, CameraThatFallsSilentIsLost) {
+    const auto packetSize = sdk::feature(*sdk::stream(*camera), "GVSPPacketSize");
     fake.pause();
+    std::int64_t bytes = 0;
+    EXPECT_EQ(packetSize->GetValue(bytes), OrvErrorNotFound) << "rather than a size of " << bytes;
     EXPECT_LT(tryEverything(), patience);
     EXPECT_EQ(last, OrvErrorNotFound);
     fake.resume();

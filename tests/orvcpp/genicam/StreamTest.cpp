@@ -130,6 +130,7 @@ TEST_F(Streaming, PacketSizeIsAdjustedToTheLargest) {
     EXPECT_EQ(get<std::int64_t>(*camera, "GevSCPSPacketSize"), 1000);
     ASSERT_EQ(set(*camera, "TLParamsLocked", std::int64_t{1}), OrvErrorSuccess);
     EXPECT_EQ(set(*stream, "GVSPPacketSize", std::int64_t{1400}), OrvErrorInvalidAccess);
+    EXPECT_EQ(sdk::feature(*stream, "GVSPAdjustPacketSize")->RunCommand(), OrvErrorInvalidAccess);
     ASSERT_EQ(set(*camera, "TLParamsLocked", std::int64_t{0}), OrvErrorSuccess);
     ASSERT_EQ(sdk::feature(*stream, "GVSPAdjustPacketSize")->RunCommand(), OrvErrorSuccess);
     bool done = false;
