@@ -119,15 +119,21 @@ std::shared_ptr<GenicamInterface> CameraRoster::interfaceOf(const CameraRecord& 
 }
 
 void CameraRoster::lose(const OrvCPP::Camera& camera) {
-    const std::lock_guard lock(m_mutex);
-    for (auto& [key, entry] : m_cameras) {
-        if (entry.camera.get() != &camera)
-            continue;
-        logWarning(entry.camera->id() + ": The camera is lost. It does not answer, or was switched "
-                                        "off and on. A refresh opens it again when it is back.");
-        entry.isPresent = false;
-        entry.lostAt = Discovery::Clock::now();
+    std::string id;
+    {
+        const std::lock_guard lock(m_mutex);
+        const auto lost = std::find_if(m_cameras.begin(), m_cameras.end(), [&](const auto& known) {
+            return known.second.camera.get() == &camera;
+        });
+        if (lost == m_cameras.end())
+            return;
+        lost->second.isPresent = false;
+        lost->second.lostAt = Discovery::Clock::now();
+        id = lost->second.camera->id();
     }
+    // Without the lock, since writing a log line may take as long as its reader does.
+    logWarning(id + ": The camera is lost. It does not answer, or was switched off and on. A "
+                    "refresh opens it again when it is back.");
 }
 
 void CameraRoster::askAll() const {
