@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/genicam/Discovery.h"
 
+#include "orvcpp/genicam/CameraCall.h"
 #include "orvcpp/genicam/GObjects.h"
 #include "orvcpp/genicam/Gvcp.h"
 #include "orvcpp/system/SdkThread.h"
@@ -39,6 +40,16 @@ std::vector<CameraRecord> askInterface(ArvInterface* interface, OrvTransportLaye
     for (unsigned i = 0; i < arv_interface_get_n_devices(interface); ++i)
         records.push_back(readRecord(interface, i, type));
     return records;
+}
+
+void addMissing(std::vector<CameraRecord>& records, std::vector<CameraRecord> answers) {
+    for (CameraRecord& answer : answers) {
+        const bool isKnown =
+            std::any_of(records.begin(), records.end(),
+                        [&](const CameraRecord& known) { return known.place == answer.place; });
+        if (!isKnown)
+            records.push_back(std::move(answer));
+    }
 }
 
 void complete(CameraRecord& record) {
@@ -118,8 +129,11 @@ void Discovery::run() {
 }
 
 std::vector<CameraRecord> Discovery::look() const {
+    const CameraCall call;
+    // Takes a second, in which the call is answered, too.
     std::vector<CameraRecord> records =
         askInterface(arv_gv_interface_get_instance(), OrvTransportLayerTypeGEV);
+    addMissing(records, call.answers());
     for (CameraRecord& record : records)
         complete(record);
     std::vector<CameraRecord> usb =

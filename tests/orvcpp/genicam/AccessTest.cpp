@@ -41,7 +41,7 @@ private:
 
 TEST(Discovery, CamerasAreFoundWithTheirIdentityAndToldApartByAddressWhenSerialsAreTheSame) {
     const FakeCameraProcess one("127.0.0.2", {"--serial", "S1", "--user-id", "left"});
-    const FakeCameraProcess twin("127.0.0.3", {"--serial", "S1", "--model", "Other"});
+    const FakeCameraProcess twin("127.0.0.3", {"--serial", "S1"});
     const Started started;
 
     std::vector<std::string> ids;
