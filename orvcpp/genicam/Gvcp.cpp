@@ -18,11 +18,18 @@ constexpr std::uint8_t key = 0x42;
 constexpr std::uint8_t acknowledgeRequired = 1;
 constexpr std::uint16_t readRegisterCommand = 0x80;
 constexpr std::uint16_t readMemoryCommand = 0x84;
+/// In place of an answer: the camera needs longer, for as many milliseconds as it says.
+constexpr std::uint16_t pendingAcknowledge = 0x89;
 constexpr std::size_t headerSize = 8;
+/// Where the milliseconds are, behind two bytes of nothing.
+constexpr std::size_t pendingTimeOffset = headerSize + 2;
+/// How much longer a camera is waited for that needs longer. It may ask for a minute.
+constexpr std::chrono::milliseconds longestPending{1000};
 /// The address that a camera repeats in front of memory that was read.
 constexpr std::size_t memoryAddressSize = 4;
-/// Status of an answer: somebody else controls the camera.
+/// Statuses of an answer: somebody else controls the camera, and the camera has no time.
 constexpr std::uint16_t accessDenied = 0x8006;
+constexpr std::uint16_t busy = 0x8007;
 /// Bits of the privilege register.
 constexpr std::uint32_t privilegeExclusive = 1;
 constexpr std::uint32_t privilegeControl = 2;
@@ -36,25 +43,36 @@ std::uint16_t number16(const std::uint8_t* bytes) {
     return static_cast<std::uint16_t>(bytes[0] << 8U | bytes[1]);
 }
 
-/// Waits for the acknowledge of one question; answers to earlier ones are passed over.
+/// Waits for the acknowledge of one question; answers to earlier ones are passed over. A camera
+/// that only says that it needs longer, and longer than it is given, has answered that it is busy.
 std::optional<Gvcp::Answer> receive(int handle, std::uint16_t command, std::uint16_t id,
                                     std::chrono::milliseconds wait) {
-    const auto end = std::chrono::steady_clock::now() + wait;
+    using Clock = std::chrono::steady_clock;
+    auto end = Clock::now() + wait;
+    const auto latest = end + longestPending;
+    std::optional<Gvcp::Answer> noAnswer;
     std::array<std::uint8_t, 1024> packet{};
     for (;;) {
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
         pollfd waiting{handle, POLLIN, 0};
         if (left.count() <= 0 || poll(&waiting, 1, static_cast<int>(left.count())) <= 0)
-            return std::nullopt;
+            return noAnswer;
         const auto size = recv(handle, packet.data(), packet.size(), 0);
         // A port that nobody listens on is reported here: nobody is there, and that at once.
         if (size < 0)
             return std::nullopt;
-        if (static_cast<std::size_t>(size) >= headerSize && number16(&packet[2]) == command + 1 &&
-            number16(&packet[6]) == id)
+        if (static_cast<std::size_t>(size) < headerSize || number16(&packet[6]) != id)
+            continue;
+        const std::uint16_t kind = number16(&packet[2]);
+        if (kind == command + 1)
             return Gvcp::Answer{number16(packet.data()),
                                 {packet.begin() + headerSize, packet.begin() + size}};
+        if (kind == pendingAcknowledge &&
+            static_cast<std::size_t>(size) >= pendingTimeOffset + sizeof(std::uint16_t)) {
+            const std::chrono::milliseconds asked(number16(&packet[pendingTimeOffset]));
+            end = std::min(Clock::now() + asked + wait, latest);
+            noAnswer = Gvcp::Answer{busy, {}};
+        }
     }
 }
 

@@ -15,6 +15,8 @@ namespace orv::genicam {
 constexpr std::uint32_t userNameRegister = 0xE8;
 constexpr std::uint32_t userNameSize = 16;
 constexpr std::uint32_t privilegeRegister = 0xA00;
+/// UDP port of the program that controls the camera; not every camera tells it.
+constexpr std::uint32_t controllerPortRegister = 0xA04;
 
 /// What a camera grants that nobody has.
 constexpr auto allModes = static_cast<OrvAccessModeType>(OrvAccessModeFull | OrvAccessModeRead);
@@ -23,7 +25,8 @@ constexpr auto allModes = static_cast<OrvAccessModeType>(OrvAccessModeFull | Orv
 /// comes from a socket of its own. Reentrant.
 class Gvcp {
 public:
-    /// \p address in host byte order. A question is asked up to \p tries times, \p wait each.
+    /// \p address in host byte order. A question is asked up to \p tries times, \p wait each,
+    /// and a second longer where the camera asks for more time.
     Gvcp(std::uint32_t address, std::chrono::milliseconds wait, int tries)
         : m_address(address), m_wait(wait), m_tries(tries) {}
 
@@ -33,7 +36,7 @@ public:
         std::vector<std::uint8_t> data;
     };
 
-    /// Nothing when the camera does not answer.
+    /// Nothing when the camera does not answer; a status when it does not get done in time.
     std::optional<Answer> readRegister(std::uint32_t address) const;
     /// \p size is a multiple of 4, at most 512.
     std::optional<Answer> readMemory(std::uint32_t address, std::uint16_t size) const;

@@ -4,6 +4,7 @@
 #include "orvcpp/genicam/Gvcp.h"
 #include "orvcpp/genicam/NetworkAdapters.h"
 #include "orvcpp/genicam/ThreadPark.h"
+#include "orvcpp/genicam/UdpSocket.h"
 #include "orvcpp/genicam/UsbBus.h"
 
 #include <gmock/gmock.h>
@@ -19,6 +20,9 @@
 #include <thread>
 #include <vector>
 
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 namespace {
@@ -180,6 +184,57 @@ TEST(Network, SpeedOfALinkIsUnknownWhereTheKernelTellsNone) {
         EXPECT_EQ(linkSpeed("eth0", root), expected) << text;
     }
     fs::remove_all(root);
+}
+
+/// A camera that says to its first question that it needs \p milliseconds more, and answers 7 some
+/// time later if it \p answers at all. How many more questions it got meanwhile.
+int answerSlowly(std::uint32_t address, std::uint16_t milliseconds, bool answers,
+                 std::promise<void>& isReady) {
+    const UdpSocket socket;
+    sockaddr_in own{};
+    own.sin_family = AF_INET;
+    own.sin_addr.s_addr = htonl(address);
+    own.sin_port = htons(3956);
+    EXPECT_EQ(bind(socket.handle(), reinterpret_cast<const sockaddr*>(&own), sizeof own), 0);
+    isReady.set_value();
+
+    std::uint8_t question[64];
+    sockaddr_in peer{};
+    socklen_t size = sizeof peer;
+    EXPECT_EQ(recvfrom(socket.handle(), question, sizeof question, 0,
+                       reinterpret_cast<sockaddr*>(&peer), &size),
+              12);
+    const auto send = [&](std::vector<std::uint8_t> packet) {
+        packet[7] = question[7];
+        sendto(socket.handle(), packet.data(), packet.size(), 0,
+               reinterpret_cast<const sockaddr*>(&peer), size);
+    };
+    send({0, 0, 0, 0x89, 0, 4, 0, 0, 0, 0, static_cast<std::uint8_t>(milliseconds >> 8U),
+          static_cast<std::uint8_t>(milliseconds)});
+    pollfd asked{socket.handle(), POLLIN, 0};
+    const int questions = poll(&asked, 1, 300);
+    if (answers)
+        send({0, 0, 0, 0x81, 0, 4, 0, 0, 0, 0, 0, 7});
+    return questions;
+}
+
+TEST(Gvcp, CameraThatNeedsLongerIsWaitedForButNotForEver) {
+    using namespace std::chrono_literals;
+    // No other process of this test has this address.
+    const std::uint32_t address = 0x7F400000U + static_cast<std::uint32_t>(::getpid() & 0x3FFFFF);
+    for (const bool answers : {true, false}) {
+        std::promise<void> isReady;
+        auto camera = std::async(std::launch::async, [&] {
+            return answerSlowly(address, answers ? 5000 : 60'000, answers, isReady);
+        });
+        isReady.get_future().wait();
+        const auto begun = std::chrono::steady_clock::now();
+        const auto answer = Gvcp(address, 100ms, 3).readRegister(privilegeRegister);
+        EXPECT_LT(std::chrono::steady_clock::now() - begun, 5s);
+        EXPECT_EQ(camera.get(), 0) << "asked again";
+        ASSERT_TRUE(answer) << "it lives";
+        EXPECT_EQ(Gvcp::value(*answer), answers ? std::optional(7U) : std::nullopt);
+    }
 }
 
 TEST(Access, IsWhatThePrivilegeRegisterLeaves) {
