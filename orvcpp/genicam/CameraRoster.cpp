@@ -132,8 +132,9 @@ void CameraRoster::lose(const OrvCPP::Camera& camera) {
         id = lost->second.camera->id();
     }
     // Without the lock, since writing a log line may take as long as its reader does.
-    logWarning(id + ": The camera is lost. It does not answer, or was switched off and on. A "
-                    "refresh opens it again when it is back.");
+    logWarning(id +
+               ": The camera is lost. It does not answer, was switched off and on, or is another "
+               "program's now. A refresh opens it again when it is back.");
 }
 
 void CameraRoster::askAll() const {

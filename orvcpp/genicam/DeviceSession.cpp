@@ -73,6 +73,16 @@ OrvErrorType settleControl(ArvDevice* device, OrvAccessModeType mode) {
     return fault.code();
 }
 
+/// 0 for a camera that does not tell.
+std::uint32_t readControllerPort(ArvDevice* device) {
+    guint32 port = 0;
+    Fault fault;
+    if (ARV_IS_GV_DEVICE(device) &&
+        !arv_device_read_register(device, controllerPortRegister, &port, fault.out()))
+        port = 0;
+    return port;
+}
+
 void setPolicies(ArvDevice* device) {
     // A view asks for what it shows, and a remembered value would be an old one; ranges and access
     // are checked before the library sees a value.
@@ -95,9 +105,13 @@ DeviceSession::~DeviceSession() {
 OrvErrorType DeviceSession::open() {
     noteLife();
     m_watch = std::thread(&DeviceSession::watch, this);
-    auto features = std::make_shared<std::shared_ptr<const FeatureCatalogue>>();
+    struct Found {
+        std::shared_ptr<const FeatureCatalogue> features;
+        std::uint32_t controllerPort = 0;
+    };
+    const auto found = std::make_shared<Found>();
     const OrvErrorType error = m_thread->call(
-        [device = m_device, record = m_record, mode = m_mode, features]() -> OrvErrorType {
+        [device = m_device, record = m_record, mode = m_mode, found]() -> OrvErrorType {
             Fault fault;
             GObjectPtr<ArvDevice> made = makeDevice(record, fault);
             if (!made)
@@ -108,14 +122,16 @@ OrvErrorType DeviceSession::open() {
             if (!description)
                 return OrvErrorFeaturesUnavailable;
             setPolicies(made.get());
-            *features = std::make_shared<FeatureCatalogue>(description);
+            found->features = std::make_shared<FeatureCatalogue>(description);
+            found->controllerPort = readControllerPort(made.get());
             *device = std::move(made);
             return OrvErrorSuccess;
         },
         longCallLimit);
     if (error)
         return error;
-    m_features = *features;
+    m_features = found->features;
+    m_controllerPort = found->controllerPort;
     m_isOpen = true;
     return OrvErrorSuccess;
 }
@@ -165,7 +181,15 @@ DeviceSession::Sign DeviceSession::ask() const {
     if (!answer)
         return Sign::None;
     const bool isFree = Gvcp::value(*answer) == 0U;
-    return isFree && isControlled && m_isOpen ? Sign::ControlLost : Sign::Life;
+    return isControlled && (isFree || isOthers()) && m_isOpen ? Sign::ControlLost : Sign::Life;
+}
+
+bool DeviceSession::isOthers() const {
+    if (m_controllerPort == 0)
+        return false;
+    const auto answer = Gvcp(m_record.address, askWait, 1).readRegister(controllerPortRegister);
+    const auto port = answer ? Gvcp::value(*answer) : std::nullopt;
+    return port && *port != 0 && *port != m_controllerPort;
 }
 
 void DeviceSession::lookForLife() {

@@ -82,6 +82,7 @@ private:
     /// Not by the library's own signal of a lost control: it comes on a thread that the device
     /// owns, and holds the device meanwhile, so that the device might end on its own thread.
     Sign ask() const;
+    bool isOthers() const;
     void stopWatching();
 
     const CameraRecord m_record;
@@ -92,6 +93,9 @@ private:
     /// What it points at is used on the device's thread only.
     const Device m_device = std::make_shared<GObjectPtr<ArvDevice>>();
     std::shared_ptr<const FeatureCatalogue> m_features;
+    /// How the camera tells this program from others, to which it may go over when it is switched
+    /// off and on; 0 where it does not. Set before the camera is open.
+    std::uint32_t m_controllerPort = 0;
     std::atomic<bool> m_isOpen{false};
     std::atomic<bool> m_isClosed{false};
     /// Steady clock, nanoseconds.

@@ -43,6 +43,7 @@ enum Register : std::uint32_t {
     Capabilities = 0x0934,
     HeartbeatMilliseconds = 0x0938,
     ControlPrivilege = 0x0a00,
+    ControllerPort = 0x0a04,
     StreamPort = 0x0d00,
     StreamPacketSize = 0x0d04,
     StreamAddress = 0x0d18,

@@ -240,6 +240,7 @@ void ControlChannel::afterWrite(const Request& request, std::uint32_t address,
         releaseControl();
     } else if (address == ControlPrivilege) {
         m_controller = request.sender;
+        m_registers.write(ControllerPort, ntohs(m_controller.sin_port));
         m_heardOfController = Clock::now();
     } else if (address == SlowCommand) {
         m_slowCommandEnd = Clock::now() + slowCommandTime;
@@ -265,6 +266,7 @@ void ControlChannel::dropSilentController() {
 
 void ControlChannel::releaseControl() {
     m_registers.write(ControlPrivilege, 0);
+    m_registers.write(ControllerPort, 0);
     m_registers.write(Acquisition, 0);
     m_registers.write(StreamPort, 0);
 }

@@ -120,6 +120,23 @@ TEST(Access, IsExclusiveAlsoAcrossPrograms) {
     EXPECT_EQ(sdk::set(*camera, "Width", std::int64_t{512}), OrvErrorInvalidAccess);
 }
 
+TEST(Access, CameraThatWentOverToAnotherProgramIsLost) {
+    FakeCameraProcess fake("127.0.0.2");
+    const Started started;
+    const auto camera = find("FC0001");
+    ASSERT_TRUE(camera);
+    ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
+    const auto width = sdk::feature(*camera, "Width");
+    fake.kill();
+    fake.restart();
+    const OtherProgram other;
+    std::int64_t value = 0;
+    EXPECT_TRUE(sdk::eventually([&] { return width->GetValue(value) == OrvErrorNotFound; }));
+    EXPECT_EQ(camera->Close(), OrvErrorSuccess);
+    EXPECT_TRUE(sdk::eventually([] { return find("FC0001") != nullptr; }));
+    EXPECT_EQ(camera->Open(OrvAccessModeFull), OrvErrorInvalidAccess);
+}
+
 TEST(Access, CamerasAreOpenedAtTheSameTime) {
     const FakeCameraProcess one("127.0.0.2", {"--serial", "1"});
     const FakeCameraProcess other("127.0.0.3", {"--serial", "2"});
