@@ -23,6 +23,13 @@ std::int64_t correctedByIncrement(std::int64_t value, std::int64_t increment) {
     return value > largest - remainder ? largest : value + remainder;
 }
 
+/// Whether a camera got less than was requested for it. What its steps take off counts only beyond
+/// the half percent to which Auto Set knows what a camera needs.
+bool isShort(std::int64_t taken, std::int64_t asked, std::uint64_t requested) {
+    const std::uint64_t tolerated = taken == asked ? 0 : requested / 200;
+    return taken < 0 || static_cast<std::uint64_t>(taken) < requested - tolerated;
+}
+
 } // namespace
 
 CameraHandler::~CameraHandler() {
@@ -95,11 +102,10 @@ std::int64_t CameraHandler::setBandwidth(std::uint64_t value, std::uint64_t requ
 
     const bool maximumKnown = maximum > 0;
     if (!maximumKnown || corrected < maximum) {
-        const std::int64_t written = std::max(corrected, minimum);
-        const bool below = written < 0 || static_cast<std::uint64_t>(written) < requested;
-        if (writeBandwidth(*feature, grid, written))
-            m_autosetStatus =
-                below ? AutosetStatus::BelowRequested : AutosetStatus::RequestedReached;
+        const std::int64_t asked = std::max(corrected, minimum);
+        if (const auto taken = writeBandwidth(*feature, grid, asked))
+            m_autosetStatus = isShort(*taken, asked, requested) ? AutosetStatus::BelowRequested
+                                                                : AutosetStatus::RequestedReached;
     } else if (writeBandwidth(*feature, grid, maximum)) {
         m_autosetStatus = AutosetStatus::ClampedToMaximum;
     }
@@ -127,12 +133,13 @@ std::optional<std::int64_t> CameraHandler::writeLimit(const std::string& feature
     return step;
 }
 
-bool CameraHandler::writeBandwidth(const std::string& feature, const StepGrid& grid,
-                                   std::int64_t bytesPerSecond) {
+std::optional<std::int64_t> CameraHandler::writeBandwidth(const std::string& feature,
+                                                          const StepGrid& grid,
+                                                          std::int64_t bytesPerSecond) {
     const auto written = writeLimit(feature, grid, bytesPerSecond);
     if (written)
         logInfo(displayName() + ": " + feature + " set to " + std::to_string(*written));
-    return written.has_value();
+    return written;
 }
 
 bool CameraHandler::hasFeature(const char* feature) const {

@@ -90,8 +90,8 @@ private:
     FeatureValue featureValue(const std::string& feature) const;
     std::optional<std::int64_t> writeLimit(const std::string& feature, const StepGrid& grid,
                                            std::int64_t bytesPerSecond);
-    bool writeBandwidth(const std::string& feature, const StepGrid& grid,
-                        std::int64_t bytesPerSecond);
+    std::optional<std::int64_t> writeBandwidth(const std::string& feature, const StepGrid& grid,
+                                               std::int64_t bytesPerSecond);
     std::optional<std::string> relatedFeature(const char* preferred, const char* fallback,
                                               const char* description) const;
     std::optional<std::string> bandwidthFeature() const;

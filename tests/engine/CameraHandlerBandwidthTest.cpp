@@ -92,13 +92,15 @@ TEST(CameraHandlerBandwidth, RefusedOffItsStepsItGetsTheStepBelow) {
         return value % 1000 == 500;
     };
     EXPECT_EQ(fakes.handler.setBandwidth(4100, 4200), 3500);
+    EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::BelowRequested);
+    EXPECT_EQ(fakes.handler.setBandwidth(7505, 7505), 7500);
     EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::RequestedReached);
     EXPECT_EQ(fakes.handler.setBandwidth(9100, 9100), 8500);
     EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::ClampedToMaximum);
     EXPECT_EQ(fakes.handler.setBandwidth(5250, 5250), 5500);
     // Only the first time is more than one value tried.
     EXPECT_EQ(fakes.features->refused, 1);
-    EXPECT_THAT(fakes.features->written, ElementsAre(3500, 8500, 5500));
+    EXPECT_THAT(fakes.features->written, ElementsAre(3500, 7500, 8500, 5500));
     EXPECT_THAT(fakes.log.lines(), testing::Contains("Info:" + cameraText +
                                                      ": DeviceLinkThroughputLimit set to 8500"));
 }
