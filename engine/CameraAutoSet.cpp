@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/CameraHandler.h"
 
-#include "engine/FeatureAccess.h"
+#include "engine/Truncation.h"
+#include "features/BandwidthLimit.h"
 #include "features/FeatureController.h"
-#include "features/StepGrid.h"
 #include "logging/Log.h"
 
 #include <algorithm>
@@ -137,8 +137,7 @@ std::int64_t CameraHandler::autoSet(double cameraSafetyMargin) {
         m_autosetStatus = AutosetStatus::NotSet;
         return 0;
     }
-    const auto bandwidth = bandwidthFeature();
-    if (!bandwidth) {
+    if (!findBandwidthLimit()) {
         m_autosetStatus = AutosetStatus::NotSet;
         return 0;
     }
@@ -147,23 +146,17 @@ std::int64_t CameraHandler::autoSet(double cameraSafetyMargin) {
         logInfo(displayName() + ": 'AcquisitionFrameRateEnable' is 'true', the user-set "
                                 "AcquisitionFrameRate will be used for optimization.");
 
-    const FeatureInfo info = m_features->getFeatureInfo(cameraModule, *bandwidth);
+    const FeatureInfo info = m_bandwidthLimit->read();
     const std::int64_t minimum = integerOf(info.minimum).value_or(0);
     const std::int64_t maximum = integerOf(info.maximum).value_or(0);
-    const StepGrid grid(minimum, maximum, integerOf(info.increment).value_or(0));
     if (maximum > 0)
-        writeLimit(*bandwidth, grid, maximum);
+        m_bandwidthLimit->write(maximum);
     readFrameRate("max. possible");
     const auto frameRate = frameRateFeature();
     if (!frameRate)
         return 0;
-    const double target = numberOf(featureValue(*frameRate)).value_or(0.0);
-    if (target <= 0.0) {
-        // Nothing is known of what it needs, so the others are not to suffer from its maximum.
-        if (const auto before = integerOf(info.value).value_or(0); before > 0)
-            m_features->setFeatureValue(cameraModule, *bandwidth, before);
-        return 0;
-    }
+    // A target of 0 is never reached: the search then climbs to about the maximum.
+    const double target = std::max(numberOf(featureValue(*frameRate)).value_or(0.0), 0.0);
 
     const std::int64_t calculated = truncated(static_cast<double>(getPayloadSize()) * target);
     const double calculatedNumber = static_cast<double>(calculated);
@@ -174,7 +167,7 @@ std::int64_t CameraHandler::autoSet(double cameraSafetyMargin) {
         return calculated;
     }
     const auto tryOut = [&](std::int64_t bytesPerSecond) {
-        writeLimit(*bandwidth, grid, bytesPerSecond);
+        m_bandwidthLimit->write(bytesPerSecond);
         return numberOf(featureValue(*frameRate)).value_or(0.0);
     };
     return std::max(BandwidthSearch(tryOut, target).run(calculated, maximum), minimum);
@@ -184,5 +177,6 @@ void autoSetCamera(CameraHandler& camera, double safetyMargin) {
     const auto need =
         static_cast<std::uint64_t>(std::max<std::int64_t>(camera.autoSet(safetyMargin), 0));
     const double withMargin = static_cast<double>(need) * (1 + safetyMargin);
-    camera.setBandwidth(static_cast<std::uint64_t>(withMargin), need);
+    const std::int64_t value = std::max<std::int64_t>(truncated(withMargin), 0);
+    camera.setBandwidth(static_cast<std::uint64_t>(value), need);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/CameraHandler.h"
 
-#include "engine/FeatureAccess.h"
+#include "features/BandwidthLimit.h"
 #include "features/FeatureController.h"
 #include "logging/Log.h"
 #include "sdk/OrvFeatureWrapper.h"
@@ -45,11 +45,9 @@ void CameraHandler::checkUsbSpeedLimit() const {
     // A camera that is not open shows no features; its warning text says so already.
     if (m_info.transportLayerType != OrvTransportLayerTypeU3V || !m_openedHere)
         return;
-    const auto feature = bandwidthFeature();
-    if (!feature)
+    if (!findBandwidthLimit())
         return;
-    const FeatureInfo info = m_features->getFeatureInfo(cameraModule, *feature);
-    const std::int64_t maximum = integerOf(info.maximum).value_or(0);
+    const std::int64_t maximum = integerOf(m_bandwidthLimit->read().maximum).value_or(0);
     if (maximum > 0 && bitsOf(maximum) < usb2Speed)
         logWarning(displayName() + ": Camera Speed Limit: " +
                    std::to_string(bitsOf(maximum) / bitsPerMegabit) + " Mbps ( USB 2.0 or lower )");

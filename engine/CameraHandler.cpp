@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/CameraHandler.h"
 
-#include "engine/FeatureAccess.h"
 #include "engine/FrameObserver.h"
+#include "features/BandwidthLimit.h"
 #include "features/FeatureController.h"
-#include "features/StepGrid.h"
 #include "logging/Log.h"
 #include "sdk/OrvCameraWrapper.h"
 
@@ -21,13 +20,6 @@ std::int64_t correctedByIncrement(std::int64_t value, std::int64_t increment) {
         return value;
     const std::int64_t remainder = value % increment;
     return value > largest - remainder ? largest : value + remainder;
-}
-
-/// Whether a camera got less than was requested for it. What its steps take off counts only beyond
-/// the half percent to which Auto Set knows what a camera needs.
-bool isShort(std::int64_t taken, std::int64_t asked, std::uint64_t requested) {
-    const std::uint64_t tolerated = taken == asked ? 0 : requested / 200;
-    return taken < 0 || static_cast<std::uint64_t>(taken) < requested - tolerated;
 }
 
 } // namespace
@@ -80,66 +72,42 @@ std::string CameraHandler::getWarningText() const {
 }
 
 std::int64_t CameraHandler::getBandwidth() const {
-    const auto feature = bandwidthFeature();
-    return feature ? integerOf(featureValue(*feature)).value_or(0) : 0;
+    return findBandwidthLimit() ? m_bandwidthLimit->value() : 0;
 }
 
 std::int64_t CameraHandler::setBandwidth(std::uint64_t value, std::uint64_t requested) {
     m_autosetStatus = AutosetStatus::NotSet;
-    if (requested == 0)
+    if (requested == 0 || !findBandwidthLimit())
         return 0;
-    const auto feature = bandwidthFeature();
-    if (!feature)
-        return 0;
-
-    const FeatureInfo info = m_features->getFeatureInfo(cameraModule, *feature);
+    const FeatureInfo info = m_bandwidthLimit->read();
     const std::int64_t minimum = integerOf(info.minimum).value_or(0);
     const std::int64_t maximum = integerOf(info.maximum).value_or(0);
-    const std::int64_t increment = integerOf(info.increment).value_or(0);
     const auto wanted = static_cast<std::int64_t>(std::min<std::uint64_t>(value, largest));
-    const std::int64_t corrected = correctedByIncrement(wanted, increment);
-    const StepGrid grid(minimum, maximum, increment);
+    const std::int64_t corrected =
+        correctedByIncrement(wanted, integerOf(info.increment).value_or(0));
 
-    const bool maximumKnown = maximum > 0;
-    if (!maximumKnown || corrected < maximum) {
-        const std::int64_t asked = std::max(corrected, minimum);
-        if (const auto taken = writeBandwidth(*feature, grid, asked))
-            m_autosetStatus = isShort(*taken, asked, requested) ? AutosetStatus::BelowRequested
-                                                                : AutosetStatus::RequestedReached;
-    } else if (writeBandwidth(*feature, grid, maximum)) {
-        m_autosetStatus = AutosetStatus::ClampedToMaximum;
+    const bool isClamped = maximum > 0 && corrected >= maximum;
+    const std::int64_t written = isClamped ? maximum : std::max(corrected, minimum);
+    // A step above a short share would take bandwidth that the interface does not have.
+    const bool isShareShort = value < requested;
+    const std::int64_t atMost = isShareShort ? std::min(wanted, written) : written;
+    if (const auto taken = m_bandwidthLimit->write(written, atMost)) {
+        logInfo(displayName() + ": " + m_bandwidthLimit->name() + " set to " +
+                std::to_string(*taken));
+        const bool isHighest = *taken == written || *taken >= m_bandwidthLimit->steps().last();
+        // Auto Set knows what a camera needs to half a percent; steps may take off as much.
+        const std::uint64_t tolerated = *taken == written || isShareShort ? 0 : requested / 200;
+        if (isClamped && isHighest)
+            m_autosetStatus = AutosetStatus::ClampedToMaximum;
+        else if (*taken < 0 || static_cast<std::uint64_t>(*taken) < requested - tolerated)
+            m_autosetStatus = AutosetStatus::BelowRequested;
+        else
+            m_autosetStatus = AutosetStatus::RequestedReached;
     }
 
-    const std::int64_t reached = integerOf(featureValue(*feature)).value_or(0);
+    const std::int64_t reached = m_bandwidthLimit->value();
     readFrameRate("after optimization");
     return reached;
-}
-
-/// Many cameras take limits in steps only, and what is asked of them is no step of theirs, even
-/// after the correction: such a camera gets the step below. Answers what it took.
-std::optional<std::int64_t> CameraHandler::writeLimit(const std::string& feature,
-                                                      const StepGrid& grid,
-                                                      std::int64_t bytesPerSecond) {
-    const auto write = [&](std::int64_t value) {
-        return m_features->setFeatureValue(cameraModule, feature, value);
-    };
-    const bool inRange = bytesPerSecond >= grid.minimum() && bytesPerSecond <= grid.maximum();
-    const std::int64_t step = inRange ? grid.atOrBelow(bytesPerSecond) : bytesPerSecond;
-    if ((step == bytesPerSecond || !m_takesStepsOnly) && write(bytesPerSecond))
-        return bytesPerSecond;
-    if (step == bytesPerSecond || !write(step))
-        return std::nullopt;
-    m_takesStepsOnly = true;
-    return step;
-}
-
-std::optional<std::int64_t> CameraHandler::writeBandwidth(const std::string& feature,
-                                                          const StepGrid& grid,
-                                                          std::int64_t bytesPerSecond) {
-    const auto written = writeLimit(feature, grid, bytesPerSecond);
-    if (written)
-        logInfo(displayName() + ": " + feature + " set to " + std::to_string(*written));
-    return written;
 }
 
 bool CameraHandler::hasFeature(const char* feature) const {
@@ -150,22 +118,22 @@ FeatureValue CameraHandler::featureValue(const std::string& feature) const {
     return m_features->getFeatureValue(cameraModule, feature);
 }
 
-std::optional<std::string> CameraHandler::relatedFeature(const char* preferred,
-                                                         const char* fallback,
-                                                         const char* description) const {
-    for (const char* const name : {preferred, fallback}) {
-        if (hasFeature(name))
-            return name;
-    }
-    logError(displayName() + ": No " + description + " related feature found.");
-    return std::nullopt;
-}
-
-std::optional<std::string> CameraHandler::bandwidthFeature() const {
-    return relatedFeature("DeviceLinkThroughputLimit", "StreamBytesPerSecond", "bandwidth speed");
+bool CameraHandler::findBandwidthLimit() const {
+    const bool isFound = m_bandwidthLimit->find();
+    if (!isFound)
+        logMissingFeature("bandwidth speed");
+    return isFound;
 }
 
 std::optional<std::string> CameraHandler::frameRateFeature() const {
-    return relatedFeature("AcquisitionFrameRateLimit", "AcquisitionFrameRate",
-                          "acquisition frame rate");
+    for (const char* const name : {"AcquisitionFrameRateLimit", "AcquisitionFrameRate"}) {
+        if (hasFeature(name))
+            return name;
+    }
+    logMissingFeature("acquisition frame rate");
+    return std::nullopt;
+}
+
+void CameraHandler::logMissingFeature(const char* description) const {
+    logError(displayName() + ": No " + description + " related feature found.");
 }

@@ -11,9 +11,9 @@
 #include <optional>
 #include <string>
 
+class BandwidthLimit;
 class FeatureController;
 class FrameObserver;
-class StepGrid;
 
 /// Outcome of the last attempt to set a camera's bandwidth.
 enum class AutosetStatus : std::int32_t {
@@ -88,13 +88,9 @@ private:
 
     bool hasFeature(const char* feature) const;
     FeatureValue featureValue(const std::string& feature) const;
-    std::optional<std::int64_t> writeLimit(const std::string& feature, const StepGrid& grid,
-                                           std::int64_t bytesPerSecond);
-    std::optional<std::int64_t> writeBandwidth(const std::string& feature, const StepGrid& grid,
-                                               std::int64_t bytesPerSecond);
-    std::optional<std::string> relatedFeature(const char* preferred, const char* fallback,
-                                              const char* description) const;
-    std::optional<std::string> bandwidthFeature() const;
+    /// Looks for the camera's bandwidth limit; logs an error when it has none.
+    bool findBandwidthLimit() const;
+    void logMissingFeature(const char* description) const;
     std::optional<std::string> frameRateFeature() const;
     double readFrameRate(const std::string& label) const;
     std::optional<std::int64_t> payloadFromPixelSize() const;
@@ -107,6 +103,7 @@ private:
 
     const std::shared_ptr<OrvCameraWrapper> m_camera;
     std::shared_ptr<FeatureController> m_features;
+    std::unique_ptr<BandwidthLimit> m_bandwidthLimit;
     std::shared_ptr<OrvStreamWrapper> m_stream;
     std::shared_ptr<FrameObserver> m_observer;
     CameraInfo m_info;
@@ -117,8 +114,6 @@ private:
     bool m_opened = false;
     bool m_locked = false;
     bool m_acquiring = false;
-    /// The camera has refused a limit for not being one of its steps.
-    bool m_takesStepsOnly = false;
     bool m_packetSizeAdjusted = false;
     bool m_packetSizeStuck = false;
 };

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/CameraHandler.h"
 
-#include "engine/FeatureAccess.h"
 #include "engine/FrameObserver.h"
+#include "features/BandwidthLimit.h"
 #include "features/FeatureController.h"
 #include "logging/Log.h"
 #include "sdk/OrvCameraWrapper.h"
@@ -57,6 +57,7 @@ CameraHandler::CameraHandler(std::shared_ptr<OrvCameraWrapper> camera,
     const bool isGigE = m_info.transportLayerType == OrvTransportLayerTypeGEV;
     if (m_opened && isGigE)
         findStream();
+    m_bandwidthLimit = std::make_unique<BandwidthLimit>(m_features);
     m_observer = std::make_shared<FrameObserver>(m_camera, isGigE ? 1 : 0);
 }
 

@@ -2,7 +2,7 @@
 #include "engine/InterfaceAutoSet.h"
 
 #include "engine/CameraHandler.h"
-#include "engine/FeatureAccess.h"
+#include "engine/Truncation.h"
 #include "features/FeatureValue.h"
 #include "logging/Log.h"
 

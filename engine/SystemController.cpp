@@ -2,10 +2,10 @@
 #include "engine/SystemController.h"
 
 #include "engine/CameraHandler.h"
-#include "engine/FeatureAccess.h"
 #include "engine/InterfaceAutoSet.h"
 #include "engine/InterfaceHandlerGigE.h"
 #include "engine/InterfaceHandlerUSB.h"
+#include "engine/Truncation.h"
 #include "logging/Log.h"
 #include "sdk/OrvCameraWrapper.h"
 #include "sdk/OrvFeatureWrapper.h"

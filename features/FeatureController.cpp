@@ -247,8 +247,8 @@ FeatureController::FeatureController(std::shared_ptr<OrvCameraWrapper> camera,
     };
     add("Transport Layer", camera->GetTransportLayer(), ": Unable to get Transport Layer features");
     add("Interface", camera->GetInterface(), ": Unable to get Interface features");
-    add("Local Device", camera->GetLocalDevice(), ": Unable to get Local Device features");
-    m_modules.emplace_back("Camera", camera);
+    add(localDeviceModule, camera->GetLocalDevice(), ": Unable to get Local Device features");
+    m_modules.emplace_back(cameraModule, camera);
     addStreams(*camera);
 }
 

@@ -14,6 +14,11 @@
 
 struct KnownFeature;
 
+/// Names of modules that every camera has; a GigE camera's stream driver is in the first stream.
+inline constexpr char cameraModule[] = "Camera";
+inline constexpr char localDeviceModule[] = "Local Device";
+inline constexpr char firstStreamModule[] = "Stream0";
+
 /// Access by name to the features of all modules of one opened camera: "Transport Layer",
 /// "Interface", "Local Device", "Camera", and "Stream0", "Stream1" and so on. Every failure is
 /// logged and answered by an empty or false result; nothing throws. Bound to the GUI thread.

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -22,8 +23,26 @@ struct Text {
     }
 };
 
+template <typename Type> std::optional<Type> alternative(const FeatureValue& value) {
+    const Type* const held = std::get_if<Type>(&value);
+    return held ? std::optional<Type>(*held) : std::nullopt;
+}
+
 } // namespace
 
 std::string toText(const FeatureValue& value) {
     return std::visit(Text{}, value);
+}
+
+std::optional<std::int64_t> integerOf(const FeatureValue& value) {
+    return alternative<std::int64_t>(value);
+}
+
+std::optional<double> numberOf(const FeatureValue& value) {
+    const auto number = alternative<double>(value);
+    return number && std::isfinite(*number) ? number : std::nullopt;
+}
+
+std::optional<std::string> textOf(const FeatureValue& value) {
+    return alternative<std::string>(value);
 }

@@ -41,6 +41,11 @@ std::int64_t StepGrid::atOrBelow(std::int64_t value) const {
     return at(offsetOf(value) / m_increment * m_increment);
 }
 
+std::int64_t StepGrid::atOrAbove(std::int64_t value) const {
+    const std::int64_t below = atOrBelow(value);
+    return below < value ? stepped(below, 1) : below;
+}
+
 std::int64_t StepGrid::nearest(std::int64_t value) const {
     const std::uint64_t offset = offsetOf(value);
     const std::uint64_t below = offset / m_increment * m_increment;

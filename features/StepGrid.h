@@ -22,6 +22,8 @@ public:
     std::int64_t nearest(std::int64_t value) const;
     /// The highest value on the grid that is not above \p value; the minimum where there is none.
     std::int64_t atOrBelow(std::int64_t value) const;
+    /// The lowest value on the grid that is not below \p value; the last where there is none.
+    std::int64_t atOrAbove(std::int64_t value) const;
     /// So many steps further on the grid, at most to its ends.
     std::int64_t stepped(std::int64_t value, int steps) const;
 

@@ -8,80 +8,36 @@
 
 #include <QEvent>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QSignalBlocker>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <utility>
-#include <variant>
 
 namespace {
 
 constexpr int darkLightness = 100;
-constexpr const char* camera = "Camera";
-
-/// A feature that limits a camera's bandwidth, and the one that switches the limit on.
-struct BandwidthFeature {
-    const char* name;
-    const char* enablingName;
-    bool isEnabledByText;
-};
-
-constexpr std::array bandwidthFeatures{
-    BandwidthFeature{"DeviceLinkThroughputLimit", "DeviceLinkThroughputLimitMode", true},
-    BandwidthFeature{"StreamBytesPerSecond", "StreamFrameRateConstrain", false}};
-
-const BandwidthFeature* findBandwidthFeature(const FeatureController& features) {
-    const auto* const found = std::find_if(
-        bandwidthFeatures.begin(), bandwidthFeatures.end(),
-        [&](const BandwidthFeature& tried) { return features.hasFeature(camera, tried.name); });
-    return found == bandwidthFeatures.end() ? nullptr : found;
-}
-
-void switchOn(FeatureController& features, const BandwidthFeature& feature) {
-    const std::string name = feature.enablingName;
-    const FeatureValue on =
-        feature.isEnabledByText ? FeatureValue(std::string("On")) : FeatureValue(true);
-    if (features.setFeatureValue(camera, name, on)) {
-        logInfo(features.messagePrefix() + ": feature '" + name + "' set to '" + toText(on) + "'.");
-    } else {
-        qWarning("Cannot set feature '%s' to 'On'.", name.c_str());
-    }
-}
-
-/// A value of another kind says nothing: it could not be read.
-bool isOff(const FeatureValue& value) {
-    if (const auto* text = std::get_if<std::string>(&value)) {
-        return *text != "On";
-    }
-    const auto* flag = std::get_if<bool>(&value);
-    return flag && !*flag;
-}
-
-void warnWhenOff(const FeatureController& features, const BandwidthFeature& feature,
-                 bool isWritable) {
-    const std::string name = feature.enablingName;
-    if (!isOff(features.getFeatureValue(camera, name))) {
-        return;
-    }
-    logWarning(isWritable
-                   ? "Please enable the Camera-feature '" + name +
-                         "' to be able to change the bandwidth settings."
-                   : features.messagePrefix() + ": Feature '" + name +
-                         "' set to Off, which deactivates the feature '" + feature.name + "'.");
-}
-
-/// 0 for what is not an integer, or absent.
-std::int64_t toBytes(const FeatureValue& value) {
-    const auto* bytes = std::get_if<std::int64_t>(&value);
-    return bytes ? *bytes : 0;
-}
+constexpr std::int64_t megabyte = 1'000'000;
 
 int toInt(std::int64_t value) {
     return static_cast<int>(
         std::clamp<std::int64_t>(value, 0, std::numeric_limits<std::int32_t>::max()));
+}
+
+/// The disabled icon that a style makes by itself looks enabled in dark colours.
+QPixmap faded(const QPixmap& pixmap) {
+    if (pixmap.isNull())
+        return pixmap;
+    constexpr double opacity = 0.35;
+    QPixmap result(pixmap.size());
+    result.setDevicePixelRatio(pixmap.devicePixelRatio());
+    result.fill(Qt::transparent);
+    QPainter painter(&result);
+    painter.setOpacity(opacity);
+    painter.drawPixmap(0, 0, pixmap);
+    return result;
 }
 
 } // namespace
@@ -89,7 +45,7 @@ int toInt(std::int64_t value) {
 BandwidthSliderWidget::BandwidthSliderWidget(std::shared_ptr<FeatureController> features,
                                              QWidget* parent)
     : QWidget(parent), m_form(std::make_unique<Ui::BandwidthSliderWidget>()),
-      m_features(std::move(features)) {
+      m_features(std::move(features)), m_limit(m_features) {
     m_form->setupUi(this);
     updateLockIcon();
     for (QWidget* control : {static_cast<QWidget*>(m_form->sliderBandwidth),
@@ -97,6 +53,7 @@ BandwidthSliderWidget::BandwidthSliderWidget(std::shared_ptr<FeatureController> 
         control->installEventFilter(this);
     }
     m_sliderStyle = m_form->sliderBandwidth->styleSheet();
+    fitSpinBox();
     // The sliders of all rows stay below each other.
     QSizePolicy policy = m_form->labelWarning->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
@@ -108,12 +65,23 @@ BandwidthSliderWidget::BandwidthSliderWidget(std::shared_ptr<FeatureController> 
 
 BandwidthSliderWidget::~BandwidthSliderWidget() = default;
 
+/// Makes room for four digits, whatever the font and the range: the sliders of all rows get the
+/// same width.
+void BandwidthSliderWidget::fitSpinBox() {
+    QSpinBox* spin = m_form->spinBandwidth;
+    constexpr int fourDigits = 9999;
+    const int maximum = spin->maximum();
+    spin->setMaximum(fourDigits);
+    spin->setMinimumWidth(std::max(spin->minimumWidth(), spin->sizeHint().width()));
+    spin->setMaximum(maximum);
+}
+
 void BandwidthSliderWidget::connectWidgets() {
     QSlider* slider = m_form->sliderBandwidth;
     connect(m_form->buttonLock, &QPushButton::toggled, this, &BandwidthSliderWidget::lockChanged);
     connect(slider, &QSlider::valueChanged, this, &BandwidthSliderWidget::onValueChanged);
     connect(slider, &QSlider::sliderReleased, this, &BandwidthSliderWidget::onEditFinished);
-    // Keys, the wheel and clicks beside the handle settle on a value; dragging does not yet.
+    // Write at once, except while dragging (then on release).
     connect(slider, &QSlider::valueChanged, this, [this, slider] {
         if (!slider->isSliderDown()) {
             onEditFinished();
@@ -125,29 +93,21 @@ void BandwidthSliderWidget::connectWidgets() {
 }
 
 void BandwidthSliderWidget::initialize() {
-    const BandwidthFeature* feature = findBandwidthFeature(*m_features);
-    if (!feature) {
+    if (!m_limit.find()) {
         lockOut();
         return;
     }
-    m_feature = feature->name;
-    const bool canBeSwitched = m_features->hasFeature(camera, feature->enablingName);
-    if (canBeSwitched) {
-        switchOn(*m_features, *feature);
-    }
-    const FeatureInfo info = m_features->getFeatureInfo(camera, m_feature);
+    m_limit.switchOn();
+    const FeatureInfo info = m_limit.read();
     setRange(info);
-    showBandwidth(toBytes(info.value));
-    if (canBeSwitched) {
-        warnWhenOff(*m_features, *feature, info.writable);
-    }
+    getValue();
+    m_limit.warnWhenOff(info.writable);
 }
 
 void BandwidthSliderWidget::lockOut() {
     std::string names;
-    for (const BandwidthFeature& feature : bandwidthFeatures) {
-        names += (names.empty() ? " " : ", ") + std::string(feature.name);
-    }
+    for (const char* const name : BandwidthLimit::names)
+        names += (names.empty() ? " " : ", ") + std::string(name);
     qWarning("%s: Cannot find the feature for bandwidth control:%s are not available",
              m_features->messagePrefix().c_str(), names.c_str());
     changeLock(true);
@@ -158,34 +118,35 @@ void BandwidthSliderWidget::lockOut() {
 
 /// Whole megabytes that the camera takes: the lower bound is rounded up, the upper one down.
 void BandwidthSliderWidget::setRange(const FeatureInfo& feature) {
-    constexpr std::int64_t megabyte = 1'000'000;
-    m_grid =
-        StepGrid(toBytes(feature.minimum), toBytes(feature.maximum), toBytes(feature.increment));
-    const std::int64_t lowest = toBytes(feature.minimum);
+    const std::int64_t lowest = integerOf(feature.minimum).value_or(0);
+    const std::int64_t highest = integerOf(feature.maximum).value_or(0);
     const int minimum = toInt(lowest / megabyte + (lowest % megabyte > 0 ? 1 : 0));
-    const int maximum = std::max(minimum, toInt(toBytes(feature.maximum) / megabyte));
+    const int maximum = std::max(minimum, toInt(highest / megabyte));
     const QSignalBlocker sliderBlocker(m_form->sliderBandwidth);
     const QSignalBlocker spinBlocker(m_form->spinBandwidth);
-    m_form->spinBandwidth->setSpecialValueText({});
     m_form->spinBandwidth->setRange(minimum, maximum);
     m_form->sliderBandwidth->setRange(minimum, maximum);
 }
 
-void BandwidthSliderWidget::showBandwidth(std::int64_t bandwidth) {
-    const int before = value();
-    // Without an answer from the camera, what it last had is the best guess.
-    const double megabytes = bandwidth > 0 ? static_cast<double>(bandwidth) / 1000.0 / 1000.0
-                                           : static_cast<double>(m_settledValue);
+void BandwidthSliderWidget::showBandwidth(std::int64_t bytesPerSecond) {
+    const int before = m_settledValue;
+    const bool isKnown = bytesPerSecond > 0;
     {
         const QSignalBlocker sliderBlocker(m_form->sliderBandwidth);
         const QSignalBlocker spinBlocker(m_form->spinBandwidth);
+        const double megabytes = static_cast<double>(bytesPerSecond) / 1000.0 / 1000.0;
         m_form->spinBandwidth->setValue(toInt(std::llround(megabytes)));
-        m_form->sliderBandwidth->setValue(value());
+        m_form->sliderBandwidth->setValue(m_form->spinBandwidth->value());
     }
-    m_settledValue = value();
-    if (m_settledValue != before) {
+    showDash(!isKnown);
+    m_settledValue = isKnown ? value() : unknown;
+    if (m_settledValue != before)
         resetColor();
-    }
+}
+
+/// The spin box shows its special text in place of its minimum.
+void BandwidthSliderWidget::showDash(bool shown) {
+    m_form->spinBandwidth->setSpecialValueText(shown ? QStringLiteral("\u2013") : QString());
 }
 
 int BandwidthSliderWidget::value() const {
@@ -193,9 +154,8 @@ int BandwidthSliderWidget::value() const {
 }
 
 int BandwidthSliderWidget::getValue() {
-    if (!m_feature.empty()) {
-        showBandwidth(toBytes(m_features->getFeatureValue(camera, m_feature)));
-    }
+    if (!m_limit.name().empty())
+        showBandwidth(m_limit.value());
     return value();
 }
 
@@ -211,28 +171,25 @@ void BandwidthSliderWidget::onValueChanged() {
 }
 
 void BandwidthSliderWidget::onEditFinished() {
-    if (value() != m_settledValue) {
+    if (value() != m_settledValue)
         setValue(value());
-    }
 }
 
 void BandwidthSliderWidget::setValue(int value) {
-    if (m_feature.empty()) {
+    if (m_limit.name().empty())
         return;
-    }
     const auto bytes = static_cast<std::uint64_t>(std::max(value, 0) * 1000.0 * 1000.0);
     const auto wanted = static_cast<std::int64_t>(bytes);
-    // Whole megabytes need not be a step of the camera's.
-    const std::int64_t step = m_grid.atOrBelow(wanted);
-    const bool isWritten = m_features->setFeatureValue(camera, m_feature, wanted) ||
-                           (step != wanted && m_features->setFeatureValue(camera, m_feature, step));
-    std::int64_t inEffect = toBytes(m_features->getFeatureValue(camera, m_feature));
+    // A megabyte up may be less than a step: the step above lets the keys leave the present one.
+    const std::int64_t step = value > m_settledValue ? m_limit.steps().atOrAbove(wanted)
+                                                     : m_limit.steps().atOrBelow(wanted);
+    const bool isWritten = m_limit.write(step).has_value();
+    std::int64_t inEffect = m_limit.value();
     if (isWritten && inEffect == 0)
-        inEffect = wanted;
-    if (!isWritten || inEffect != wanted) {
-        logWarning(m_features->messagePrefix() + ": SetValue for '" + m_feature +
+        inEffect = step;
+    if (inEffect != step)
+        logWarning(m_features->messagePrefix() + ": SetValue for '" + m_limit.name() +
                    "' was not successfull, new value: " + std::to_string(inEffect));
-    }
     showBandwidth(inEffect);
     emit valueChanged(this->value());
 }
@@ -279,10 +236,15 @@ void BandwidthSliderWidget::setSliderStyle(const QString& style) {
 void BandwidthSliderWidget::updateLockIcon() {
     const bool dark = palette().color(QPalette::Window).lightness() < darkLightness;
     QIcon icon;
-    icon.addFile(dark ? QStringLiteral(":/images/images/lock_open_darkmode.png")
-                      : QStringLiteral(":/images/images/lock_open.png"),
-                 {}, QIcon::Normal, QIcon::Off);
-    icon.addFile(QStringLiteral(":/images/images/lock_closed.png"), {}, QIcon::Normal, QIcon::On);
+    const auto add = [&icon](const QString& file, QIcon::State state) {
+        const QPixmap pixmap(file);
+        icon.addPixmap(pixmap, QIcon::Normal, state);
+        icon.addPixmap(faded(pixmap), QIcon::Disabled, state);
+    };
+    add(dark ? QStringLiteral(":/images/images/lock_open_darkmode.png")
+             : QStringLiteral(":/images/images/lock_open.png"),
+        QIcon::Off);
+    add(QStringLiteral(":/images/images/lock_closed.png"), QIcon::On);
     m_form->buttonLock->setIcon(icon);
 }
 
@@ -292,17 +254,23 @@ bool BandwidthSliderWidget::discardTyping() {
     return m_form->spinBandwidth->text() != typed;
 }
 
-/// The wheel changes what has the focus, and otherwise scrolls the tree. Escape takes back what
-/// was typed, before it closes the dialog: hidden, the spin box would settle on it.
+/// The wheel changes the control with the focus, else it scrolls the tree. Escape and closing the
+/// window discard what was typed and not confirmed; the spin box by itself would take it over.
 bool BandwidthSliderWidget::eventFilter(QObject* watched, QEvent* event) {
     const auto* control = qobject_cast<QWidget*>(watched);
     if (event->type() == QEvent::Wheel && control && !control->hasFocus()) {
         event->ignore();
         return true;
     }
-    if (event->type() == QEvent::KeyPress && control == m_form->spinBandwidth &&
-        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape && discardTyping())
-        return true;
+    if (control == m_form->spinBandwidth) {
+        // A window that is being closed takes the focus away before it hides its widgets.
+        if (event->type() == QEvent::Hide ||
+            (event->type() == QEvent::FocusOut && window()->isHidden()))
+            discardTyping();
+        if (event->type() == QEvent::KeyPress &&
+            static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape && discardTyping())
+            return true;
+    }
     return QWidget::eventFilter(watched, event);
 }
 

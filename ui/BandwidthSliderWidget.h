@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "features/StepGrid.h"
+#include "features/BandwidthLimit.h"
 
 #include <QString>
 #include <QWidget>
 
 #include <cstdint>
 #include <memory>
-#include <string>
 
 class FeatureController;
-struct FeatureInfo;
 enum class AutosetStatus : std::int32_t;
 namespace Ui {
 class BandwidthSliderWidget;
@@ -34,7 +32,7 @@ public:
     /// camera without one is locked and cannot be used. To be called once, when the signals are
     /// connected.
     void initialize();
-    /// What is shown, in MB/s; 0 when the camera has no bandwidth to show.
+    /// The value of the spin box, in MB/s: its minimum while a dash is shown.
     int value() const;
 
 signals:
@@ -59,12 +57,16 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    static constexpr int unknown = -1;
+
     void connectWidgets();
+    void fitSpinBox();
     void updateLockIcon();
     void lockOut();
     void setRange(const FeatureInfo& feature);
-    /// Shows a bandwidth that the camera has, in bytes per second.
-    void showBandwidth(std::int64_t bandwidth);
+    /// Shows the limit of the camera; a dash when it is 0, since it could not be read.
+    void showBandwidth(std::int64_t bytesPerSecond);
+    void showDash(bool shown);
     void resetColor();
     void resetToolTips();
     void setSliderStyle(const QString& style);
@@ -73,12 +75,9 @@ private:
 
     std::unique_ptr<Ui::BandwidthSliderWidget> m_form;
     std::shared_ptr<FeatureController> m_features;
-    /// Name of the camera's bandwidth feature; empty before one is found.
-    std::string m_feature;
-    /// Values that the camera takes, in bytes per second.
-    StepGrid m_grid{0, 0, 0};
+    BandwidthLimit m_limit;
     /// The slider's style without the colour of a status.
     QString m_sliderStyle;
-    /// The value last loaded from the camera or given to it, in MB/s.
-    int m_settledValue = 0;
+    /// The value last loaded from the camera or given to it, in MB/s; -1 when it is unknown.
+    int m_settledValue = unknown;
 };

@@ -103,6 +103,15 @@ TEST(CameraHandlerBandwidth, RefusedOffItsStepsItGetsTheStepBelow) {
     EXPECT_THAT(fakes.features->written, ElementsAre(3500, 7500, 8500, 5500));
     EXPECT_THAT(fakes.log.lines(), testing::Contains("Info:" + cameraText +
                                                      ": DeviceLinkThroughputLimit set to 8500"));
+    // Steps may take off half a percent of a request, but not of a share that is short of it.
+    fakes.features->putRange("DeviceLinkThroughputLimit", std::int64_t{1500}, std::int64_t{500},
+                             std::int64_t{2'000'000}, std::int64_t{1000});
+    EXPECT_EQ(fakes.handler.setBandwidth(100'000, 100'000), 99'500);
+    EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::RequestedReached);
+    EXPECT_EQ(fakes.handler.setBandwidth(100'001, 100'001), 99'500);
+    EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::BelowRequested);
+    EXPECT_EQ(fakes.handler.setBandwidth(1'000'300, 1'000'400), 999'500) << "not 1,000,500";
+    EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::BelowRequested);
 }
 
 TEST(CameraHandlerBandwidth, LimitsOfAnotherTypeCountAsAbsent) {

@@ -43,12 +43,12 @@ public:
     bool isTriggered() const override { return m_plan.kind == "triggered"; }
     std::int64_t getBandwidth() const override { return m_plan.locked; }
     std::int64_t autoSet(double safetyMargin) override {
-        EXPECT_TRUE(adjusted) << "before the packet size";
+        EXPECT_EQ(adjusted.size(), 1U) << "before the packet size";
         margin = safetyMargin;
         return m_plan.need;
     }
     bool adjustPacketSize(bool enabled) override {
-        adjusted = enabled;
+        adjusted.push_back(enabled);
         return enabled;
     }
     std::int64_t setBandwidth(std::uint64_t value, std::uint64_t requested) override {
@@ -63,7 +63,7 @@ public:
                                            : AutosetStatus::RequestedReached;
     }
 
-    bool adjusted = false;
+    std::vector<bool> adjusted;
     double margin = -1.0;
 
 private:
@@ -76,16 +76,18 @@ class InterfaceAutoSetTest : public testing::Test {
 protected:
     /// Answers in which order cameras were set to what.
     std::vector<std::string> distribute(std::int64_t available, const std::vector<Plan>& plans,
-                                        double margin = 0.0) {
+                                        double margin = 0.0, bool adjustPacketSize = true) {
         std::vector<std::string> record;
         CameraList cameras;
         for (const Plan& plan : plans)
             cameras.push_back(std::make_shared<ScriptedCamera>(plan, record));
         m_log.clear();
-        InterfaceAutoSet("eth0", available, margin).run(cameras, true);
+        InterfaceAutoSet("eth0", available, margin).run(cameras, adjustPacketSize);
         for (const auto& camera : cameras) {
             const auto& scripted = static_cast<const ScriptedCamera&>(*camera);
-            EXPECT_EQ(scripted.margin, camera->isOpened() && !camera->isLocked() ? margin : -1.0);
+            const bool isFree = camera->isOpened() && !camera->isLocked();
+            EXPECT_EQ(scripted.margin, isFree ? margin : -1.0);
+            EXPECT_EQ(scripted.adjusted, std::vector<bool>(isFree ? 1 : 0, adjustPacketSize));
         }
         return record;
     }
@@ -182,7 +184,7 @@ TEST_F(InterfaceAutoSetTest, TellsWhenNothingIsLeft) {
             "Info:eth0: Interface bandwidth left after applying safety margin: 10.000000 MB",
             beyond, "Info:eth0: Default bandwidth for single camera: 0.000000 MB", share,
             minimum + "T- ()", share, minimum + "U- ()"));
-    distribute(12'000'000, plans);
+    distribute(12'000'000, plans, 0.0, false);
     EXPECT_FALSE(m_log.has(beyond)) << "used up to the last byte";
     EXPECT_TRUE(m_log.has(minimum + "T- ()"));
 }
@@ -204,7 +206,7 @@ TEST(InterfaceAutoSetOfController, DividesWhatTheMarginLeaves) {
     const auto divided = [&](std::uint64_t bitsPerSecond, double margin, int index = 0) {
         const CapturedLog log;
         controller->setMaxBandwidth(index == 0 ? "eth0" : "usb0", bitsPerSecond);
-        controller->autoSetInterface("shown", index, true, margin, 0.07);
+        controller->autoSetInterface("shown", index, index == 0, margin, 0.07);
         const auto lines = log.lines();
         return lines.empty() ? "" : lines.front();
     };

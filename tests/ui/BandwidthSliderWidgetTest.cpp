@@ -32,6 +32,7 @@ const std::string limit = "DeviceLinkThroughputLimit";
 const std::string mode = "DeviceLinkThroughputLimitMode";
 const std::string constrain = "StreamFrameRateConstrain";
 constexpr std::int64_t megabyte = 1'000'000;
+const QString dash = QStringLiteral("\u2013");
 
 /// A camera whose limit can be stuck in being off, and be read-only.
 struct LimitFeatures : FakeFeatures {
@@ -264,22 +265,34 @@ TEST_F(BandwidthSliderTest, ShowsWhatIsInEffectWhenTheCameraRefuses) {
         m_features->put(limit, std::int64_t{0});
     };
     m_row->setValue(200);
-    EXPECT_EQ(m_row->getValue(), 200);
+    EXPECT_EQ(m_spin->text(), QStringLiteral("200"));
+    m_row->getValue();
+    EXPECT_EQ(m_spin->text(), dash) << "the limit cannot be read";
     EXPECT_THAT(m_told, ElementsAre(100, 150, 200));
 }
 
-TEST_F(BandwidthSliderTest, TakesTheStepBelowOfACameraThatRefusesMegabytes) {
-    const auto features = std::make_shared<FakeFeatures>();
-    features->putRange(limit, std::int64_t{1024}, std::int64_t{1024}, 100 * megabyte,
-                       std::int64_t{1024});
-    features->accepts = [](std::int64_t value) {
-        return value % 1024 == 0;
+TEST_F(BandwidthSliderTest, MovesByTheStepsOfTheCamera) {
+    open();
+    m_features->putRange(limit, 100 * megabyte, 4 * megabyte, 450 * megabyte, 4 * megabyte);
+    m_features->accepts = [](std::int64_t value) {
+        return value % (4 * megabyte) == 0;
     };
-    BandwidthSliderWidget row(features);
-    row.initialize();
-    row.setValue(50);
-    EXPECT_THAT(features->written, ElementsAre(49'999'872));
-    EXPECT_EQ(row.value(), 50);
+    m_row->initialize();
+    m_log.clear();
+    QTest::keyClick(m_spin, Qt::Key_Up);
+    QTest::keyClick(m_slider, Qt::Key_Right);
+    QTest::keyClick(m_slider, Qt::Key_Left);
+    m_row->setValue(450);
+    EXPECT_THAT(m_told, ElementsAre(104, 108, 104, 448));
+    EXPECT_EQ(m_slider->value(), 448);
+    EXPECT_EQ(m_log.text(), "");
+}
+
+TEST_F(BandwidthSliderTest, WindowClosedWhileTypingWritesNothing) {
+    open();
+    type("77");
+    m_view.close();
+    EXPECT_THAT(m_features->written, IsEmpty());
 }
 
 TEST_F(BandwidthSliderTest, CameraWithoutTheFeatureIsLockedOut) {
@@ -291,7 +304,7 @@ TEST_F(BandwidthSliderTest, CameraWithoutTheFeatureIsLockedOut) {
     EXPECT_FALSE(m_slider->isEnabled() || m_spin->isEnabled() || m_lock->isEnabled());
     m_row->setValue(5);
     EXPECT_EQ(m_row->getValue(), 0);
-    EXPECT_EQ(m_spin->text(), QStringLiteral("\u2013"));
+    EXPECT_EQ(m_spin->text(), dash);
     EXPECT_THAT(m_features->written, IsEmpty());
 }
 

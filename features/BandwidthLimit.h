@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "features/FeatureInfo.h"
+#include "features/StepGrid.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+class FeatureController;
+
+/// The feature that limits the bandwidth of one camera, in bytes per second: finds it, switches the
+/// limit on, and writes values that the camera takes. Nothing throws. Bound to the GUI thread.
+class BandwidthLimit {
+public:
+    /// Features that can limit a bandwidth; the first one that the camera has counts.
+    static constexpr std::array names{"DeviceLinkThroughputLimit", "StreamBytesPerSecond"};
+
+    /// \p features must not be empty.
+    explicit BandwidthLimit(std::shared_ptr<FeatureController> features);
+
+    /// Looks for the feature. False, without a log line, when the camera has none.
+    bool find();
+    /// Name of the feature; empty while none is found, when nothing below may be called.
+    const std::string& name() const { return m_name; }
+
+    /// Switches the limit on, where the camera has a feature for that, and logs the result.
+    void switchOn();
+    /// Logs a warning when the limit is off. \p isWritable: whether the limit can be written now.
+    void warnWhenOff(bool isWritable) const;
+
+    /// Reads the description of the feature. write() keeps to the range and the increment read.
+    FeatureInfo read();
+    /// The values that the camera takes, as read() found them.
+    const StepGrid& steps() const { return m_steps; }
+    /// The limit in effect; 0 when it cannot be read.
+    std::int64_t value() const;
+
+    /// Writes \p value. A camera may take limits in steps only, counted from its minimum: if it
+    /// refuses \p value, it gets the highest step at or below \p atMost. Answers what was written;
+    /// nothing when the camera refused both.
+    std::optional<std::int64_t> write(std::int64_t value, std::int64_t atMost);
+    std::optional<std::int64_t> write(std::int64_t value) { return write(value, value); }
+
+private:
+    bool set(std::int64_t value);
+
+    std::shared_ptr<FeatureController> m_features;
+    std::string m_name;
+    StepGrid m_steps{0, 0, 0};
+    /// The camera has refused a value for not being a step.
+    bool m_takesStepsOnly = false;
+};
