@@ -200,8 +200,9 @@ TEST_F(InterfaceAutoSetTest, TellsWhatIsEnough) {
 /// How much of an interface's bit/s a controller divides, as its first message says.
 TEST(InterfaceAutoSetOfController, DividesWhatTheMarginLeaves) {
     const auto camera = makeFake("eth0", OrvTransportLayerTypeGEV, "A");
-    const auto controller = makeController(std::make_shared<FakeSystem>(
-        FakeSystem::FakeList{camera, makeFake("usb0", OrvTransportLayerTypeU3V, "B")}));
+    const auto usbCamera = makeFake("usb0", OrvTransportLayerTypeU3V, "B");
+    const auto controller =
+        makeController(std::make_shared<FakeSystem>(FakeSystem::FakeList{camera, usbCamera}));
     controller->enumerate();
     const auto divided = [&](std::uint64_t bitsPerSecond, double margin, int index = 0) {
         const CapturedLog log;
@@ -217,6 +218,7 @@ TEST(InterfaceAutoSetOfController, DividesWhatTheMarginLeaves) {
     EXPECT_EQ(camera->margin, 0.07);
     EXPECT_EQ(camera->adjustments, 1);
     EXPECT_EQ(divided(2'400'000'000, 0.3, 1), left("210.000000"));
+    EXPECT_EQ(usbCamera->adjustments, 0);
     EXPECT_EQ(divided(0, 0.1), left("112.500000")) << "no maximum: the speed of the host";
     EXPECT_EQ(divided(15, 0.4), left("0.000000")) << "1 byte/s, less 0.4";
     EXPECT_EQ(divided(8'000'000, 1.5), left("-0.500000"));
