@@ -104,10 +104,9 @@ SystemController::SystemController(std::shared_ptr<OrvSystemWrapper> system,
 SystemController::~SystemController() = default;
 
 std::vector<CameraList> SystemController::enumerate() {
+    // Types and addresses are kept: the adapters' speeds are known by the addresses that they had
+    // when the GigE handler was made.
     m_interfaces.clear();
-    // An interface may have changed its address since; the user's maxima are kept.
-    m_interfaceTypes.clear();
-    m_subnetAddresses.clear();
     m_usbHandler->rebuild();
 
     std::vector<std::shared_ptr<OrvCameraWrapper>> cameras;

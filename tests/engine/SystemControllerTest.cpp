@@ -13,6 +13,7 @@
 namespace {
 
 using testing::_;
+using testing::An;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::NiceMock;
@@ -111,25 +112,37 @@ TEST_F(SystemControllerTest, GroupsByInterfaceInTheOrderOfTheirIds) {
     EXPECT_EQ(m_controller.getInterfaceSpeed("USB"), 5'000'000'000U);
 }
 
-TEST_F(SystemControllerTest, EnumeratesAnewEachTime) {
-    add(gige, "Eth 1");
+TEST_F(SystemControllerTest, EnumeratesAnewButKeepsTypesAndAddresses) {
+    const CameraParts& parts = add(gige, "Eth 1");
     EXPECT_THAT(enumerate(), ElementsAre("Eth 1: DEV_1"));
-    EXPECT_EQ(m_tree->looks, 1);
-    m_controller.setMaxBandwidth("Eth 1", 77);
+    // The speed of an adapter is known by the address that it had when the controller was made.
+    parts.interface->addFeature(subnetFeature, makeIntFeature(0x0A000001));
+    ON_CALL(*m_gige, GetLinkSpeed(0x0A000001)).WillByDefault(Return(0));
+    EXPECT_THAT(enumerate(), ElementsAre("Eth 1: DEV_1"));
+    EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 1'000'000'000U);
     m_cameras.clear();
     EXPECT_THAT(enumerate(), IsEmpty());
-    EXPECT_EQ(m_tree->looks, 2);
-    m_log.clear();
-    EXPECT_EQ(m_controller.getInterfaceType("Eth 1"), OrvTransportLayerTypeUnknown);
-    EXPECT_THAT(m_log.lines(), ElementsAre(noType));
-    EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 77U);
+    EXPECT_EQ(m_controller.getInterfaceType("Eth 1"), gige);
 }
 
 TEST_F(SystemControllerTest, FailingCameraListIsEmpty) {
-    add(gige, "Eth 1");
+    const CameraParts& parts = add(gige, "Eth 1");
     enumerate();
-    ON_CALL(*m_system, GetCameras).WillByDefault(ioError());
+    EXPECT_EQ(m_tree->looks, 1);
+    const std::vector<std::shared_ptr<OrvCameraWrapper>> left{parts.camera};
+    ON_CALL(*m_system, GetCameras).WillByDefault(answer(left, OrvErrorIO));
+    EXPECT_CALL(*parts.camera, StartContinuousImageAcquisition).Times(0);
     EXPECT_THAT(enumerate(), IsEmpty());
+    EXPECT_EQ(m_tree->looks, 2);
+    m_controller.startBenchmark(0, false);
+}
+
+TEST_F(SystemControllerTest, AsksTheOperatingSystemWhenItIsGivenNoHandlers) {
+    add(gige, "Eth 1");
+    add(usb, "USB");
+    SystemController controller(m_system);
+    EXPECT_EQ(controller.enumerate().size(), 2U);
+    EXPECT_EQ(controller.getInterfaceSpeed("Eth 1") + controller.getInterfaceSpeed("USB"), 0U);
 }
 
 /// What is wrong with a camera, and what is logged of it.
@@ -147,7 +160,7 @@ TEST_F(SystemControllerTest, FailingCamerasAreLoggedAndTheOthersStay) {
         {loseLayer, {noLayer + "'Camera'" + ioErrorText}},
         {[loseLayer](auto& p) {
              loseLayer(p);
-             ON_CALL(*p.camera, GetName).WillByDefault(ioError());
+             ON_CALL(*p.camera, GetName).WillByDefault(answer(std::string("?"), OrvErrorIO));
          },
          {"Warning:Could not get Camera Name" + ioErrorText, noLayer + "''" + ioErrorText}},
         {[](auto& p) { ON_CALL(*p.camera, GetInterface(_)).WillByDefault(ioError()); },
@@ -175,26 +188,24 @@ TEST_F(SystemControllerTest, OtherTransportLayersAreLeftOut) {
     const std::string vendor = "Meridane Technologies";
     const std::string name = "MRD Layer";
     const Layer layers[] = {{{}, name, 1, "[MRD Layer] type=1"},
-                            {vendor, {}, 1, "[] type=1"},
-                            {vendor, name, {}, "[MRD Layer] type=0"},
+                            {vendor, {}, 1, "[MRD Layer] type=1"},
+                            {vendor, name, {}, "[MRD Layer] type=1"},
                             {"Meridane", name, 1, "[MRD Layer] type=1"},
                             {vendor, "mrd Layer", 1, "[mrd Layer] type=1"},
                             {vendor, name, 11, "[MRD Layer] type=11"},
                             {vendor, name, -4, "[MRD Layer] type=-4"}};
-    const auto give = [](const auto& value) {
-        return [value](auto& out) {
-            if (value)
-                out = static_cast<std::decay_t<decltype(out)>>(*value);
-            return OrvErrorType{value ? OrvErrorSuccess : OrvErrorIO};
-        };
+    // Without a value: the right one, but the call fails.
+    const auto give = [](const auto& value, const auto& right) {
+        using Value = std::decay_t<decltype(right)>;
+        return answer(static_cast<Value>(value.value_or(right)), value ? 0 : OrvErrorIO);
     };
     for (const Layer& layer : layers) {
         m_log.clear();
         m_cameras.clear();
         const CameraParts& parts = add(gige, "Eth 1", "BAD");
-        ON_CALL(*parts.layer, GetVendor).WillByDefault(give(layer.vendor));
-        ON_CALL(*parts.layer, GetName).WillByDefault(give(layer.name));
-        ON_CALL(*parts.layer, GetType).WillByDefault(give(layer.type));
+        ON_CALL(*parts.layer, GetVendor).WillByDefault(give(layer.vendor, vendor));
+        ON_CALL(*parts.layer, GetName).WillByDefault(give(layer.name, name));
+        ON_CALL(*parts.layer, GetType).WillByDefault(give(layer.type, gige));
         add(gige, "Eth 1", "GOOD");
         EXPECT_THAT(enumerate(), ElementsAre("Eth 1: GOOD"));
         EXPECT_THAT(m_log.lines(),
@@ -234,10 +245,20 @@ TEST_F(SystemControllerTest, ChecksTheLinksOfItsCameras) {
 TEST_F(SystemControllerTest, UnknownSpeedIsLoggedAndZero) {
     // For an interface of GigE Vision the enumeration asks for the speed, too.
     const Case cases[] = {
-        {[](auto& p) { p.interface->removeFeature(subnetFeature); }, {noSpeed, noSpeed}},
-        {[](auto& p) { p.interface->addFeature(subnetFeature, makeStringFeature("?")); },
+        {[](auto& p) {
+             ON_CALL(*p.interface, GetFeatureByName).WillByDefault([](const char*, auto& feature) {
+                 return answer(makeIntFeature(address), OrvErrorIO)(feature);
+             });
+         },
          {noSpeed, noSpeed}},
-        {[](auto& p) { ON_CALL(*p.interface, GetType).WillByDefault(ioError()); }, {noType}},
+        {[](auto& p) {
+             ON_CALL(*p.interface->addFeature(subnetFeature, makeIntFeature(address)),
+                     GetValue(An<std::int64_t&>()))
+                 .WillByDefault(answer(address, OrvErrorIO));
+         },
+         {noSpeed, noSpeed}},
+        {[](auto& p) { ON_CALL(*p.interface, GetType).WillByDefault(answer(gige, OrvErrorIO)); },
+         {noType}},
         {[](auto& p) {
              ON_CALL(*p.interface, GetType).WillByDefault(answer(OrvTransportLayerTypeMixed));
          },
@@ -249,10 +270,14 @@ TEST_F(SystemControllerTest, UnknownSpeedIsLoggedAndZero) {
         m_log.clear();
         m_cameras.clear();
         testCase.arrange(add(gige, "Eth 1"));
-        EXPECT_THAT(enumerate(), ElementsAre("Eth 1: DEV_1"));
-        EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 0U);
+        SystemController controller(m_system, m_gige, m_usb);
+        EXPECT_EQ(controller.enumerate().size(), 1U);
+        EXPECT_EQ(controller.getInterfaceSpeed("Eth 1"), 0U);
         EXPECT_EQ(m_log.lines(), testCase.lines);
     }
+    m_log.clear();
+    EXPECT_EQ(m_controller.getInterfaceType("Eth 1"), OrvTransportLayerTypeUnknown);
+    EXPECT_THAT(m_log.lines(), ElementsAre(noType));
 }
 
 TEST_F(SystemControllerTest, SpeedOfUsbIsAskedByInterface) {
@@ -337,7 +362,7 @@ TEST_F(SystemControllerTest, WhatABenchmarkStartedIsStopped) {
 TEST_F(SystemControllerTest, TellsTheVersionOfTheSdk) {
     EXPECT_CALL(*m_system, QueryVersion)
         .WillOnce(answer(OrvVersionInfo{1, 2, 30}))
-        .WillOnce(ioError());
+        .WillOnce(answer(OrvVersionInfo{1, 2, 30}, OrvErrorIO));
     EXPECT_EQ(m_controller.getSdkVersion(), "1.2.30");
     EXPECT_EQ(m_controller.getSdkVersion(), "");
 }

@@ -57,11 +57,11 @@ public:
 
 using NiceFeature = std::shared_ptr<testing::NiceMock<MockFeature>>;
 
-/// Action: stores a value in the mocked operation's first argument and answers success.
-template <class Value> auto answer(Value value) {
-    return [value](auto& out, auto&&...) {
+/// Action: stores a value in the mocked operation's first argument, even when it fails.
+template <class Value> auto answer(Value value, OrvErrorType result = OrvErrorSuccess) {
+    return [value, result](auto& out, auto&&...) {
         out = value;
-        return OrvErrorType{OrvErrorSuccess};
+        return result;
     };
 }
 
