@@ -70,7 +70,7 @@ public:
     virtual std::string instanceId(DeviceInstance instance) = 0;
     /// Location text of a device, for example "Port_#0003.Hub_#0001".
     virtual Property<std::u16string> locationInfo(DeviceInstance instance) = 0;
-    /// PCI bus number of a host controller.
+    /// PCI bus number of a host controller, plus 256 times its PCI domain.
     virtual Property<std::uint32_t> busNumber(DeviceInstance instance) = 0;
     /// PCI device number in the high, function number in the low 16 bits.
     virtual Property<std::uint32_t> address(DeviceInstance instance) = 0;

@@ -2,11 +2,11 @@
 #include "engine/host/LinuxSysfsUsbTree.h"
 
 #include "engine/host/Sysfs.h"
+#include "platform/PciLocation.h"
 
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <cstdio>
 #include <utility>
 
 namespace host {
@@ -47,9 +47,9 @@ bool isOtherThanHub(const fs::path& folder) {
 }
 
 std::string devicePath(const fs::path& folder) {
-    return "USB#VID_" + upperCase(sysfsAttribute(folder / "idVendor")) + "&PID_" +
-           upperCase(sysfsAttribute(folder / "idProduct")) + '#' +
-           upperCase(sysfsAttribute(folder / "serial")) + '#' + folder.string();
+    return "USB#VID_" + sysfsAttribute(folder / "idVendor") + "&PID_" +
+           sysfsAttribute(folder / "idProduct") + '#' + sysfsAttribute(folder / "serial") + '#' +
+           folder.string();
 }
 
 /// 0xEF0500 of the interface whose folder has "ef", "05" and "00"; empty for other folders.
@@ -77,22 +77,12 @@ std::vector<std::uint32_t> interfaceClasses(const fs::path& device) {
     return classes;
 }
 
-struct PciPlace {
-    unsigned domain = 0;
-    unsigned bus = 0;
-    unsigned device = 0;
-    unsigned function = 0;
-};
-
 /// Place of a device such as "/sys/devices/pci0000:00/0000:00:14.0"; empty when it is not on the
 /// PCI bus.
-std::optional<PciPlace> pciPlace(const fs::path* folder) {
+std::optional<platform::PciLocation> pciLocation(const fs::path* folder) {
     if (folder == nullptr || subsystem(*folder) != "pci")
         return std::nullopt;
-    PciPlace place;
-    const int numbers = std::sscanf(folder->filename().c_str(), "%x:%x:%x.%x", &place.domain,
-                                    &place.bus, &place.device, &place.function);
-    return numbers == 4 ? std::optional(place) : std::nullopt;
+    return platform::parsePciLocation(folder->filename());
 }
 
 class SysfsUsbHub : public UsbHub {
@@ -178,14 +168,15 @@ Property<std::u16string> LinuxSysfsUsbTree::locationInfo(DeviceInstance instance
 }
 
 Property<std::uint32_t> LinuxSysfsUsbTree::busNumber(DeviceInstance instance) {
-    const auto place = pciPlace(folderOf(instance));
-    return place ? Property<std::uint32_t>{0, place->bus} : Property<std::uint32_t>{noSuchValue, 0};
+    const auto location = pciLocation(folderOf(instance));
+    return location ? Property<std::uint32_t>{0, location->bus}
+                    : Property<std::uint32_t>{noSuchValue, 0};
 }
 
 Property<std::uint32_t> LinuxSysfsUsbTree::address(DeviceInstance instance) {
-    const auto place = pciPlace(folderOf(instance));
-    return place ? Property<std::uint32_t>{0, place->device << 16U | place->function}
-                 : Property<std::uint32_t>{noSuchValue, 0};
+    const auto location = pciLocation(folderOf(instance));
+    return location ? Property<std::uint32_t>{0, location->device << 16U | location->function}
+                    : Property<std::uint32_t>{noSuchValue, 0};
 }
 
 std::unique_ptr<UsbHub> LinuxSysfsUsbTree::openHub(const std::string& path) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/host/UsbTopology.h"
 
+#include "platform/PciLocation.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -10,9 +12,10 @@ namespace host {
 
 namespace {
 
-std::optional<std::string> firstMatch(const std::string& text, const char* pattern) {
+std::optional<std::string> firstMatch(const std::string& text, const char* pattern,
+                                      std::regex::flag_type flags = std::regex::ECMAScript) {
     std::smatch match;
-    if (!std::regex_search(text, match, std::regex(pattern)))
+    if (!std::regex_search(text, match, std::regex(pattern, flags)))
         return std::nullopt;
     return match[1].str();
 }
@@ -64,9 +67,11 @@ std::optional<std::uint64_t> namedSpeed(const std::string& megabits) {
 } // namespace
 
 UsbIdentity parseDevicePath(const std::string& path) {
-    return {number(firstMatch(path, "VID_([0-9A-F]{4})"), 16),
-            number(firstMatch(path, "PID_([0-9A-F]{4})"), 16),
-            firstMatch(path, "VID_[0-9A-F]{4}&PID_[0-9A-F]{4}#([0-9A-Z]+)#")};
+    const auto match = [&path](const char* pattern) {
+        return firstMatch(path, pattern, std::regex::icase);
+    };
+    return {number(match("VID_([0-9A-F]{4})"), 16), number(match("PID_([0-9A-F]{4})"), 16),
+            match("VID_[0-9A-F]{4}&PID_[0-9A-F]{4}#([0-9A-Z]+)#")};
 }
 
 bool isCamera(const UsbIdentity& identity, const std::vector<std::uint32_t>& interfaceClasses) {
@@ -85,8 +90,7 @@ bool isOnPciBus(const std::string& instanceId) {
 }
 
 std::string controllerKey(std::uint32_t bus, std::uint32_t address) {
-    return std::to_string(bus) + '-' + std::to_string(address >> 16U) + '-' +
-           std::to_string(address & 0xFFFFU);
+    return platform::PciLocation{bus, address >> 16U, address & 0xFFFFU}.key();
 }
 
 std::optional<std::uint64_t> bitsPerSecond(const PortConnection& connection,

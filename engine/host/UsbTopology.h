@@ -22,7 +22,8 @@ struct UsbIdentity {
     std::optional<std::string> serial;
 };
 
-/// Reads for example "\\?\USB#VID_4D52&PID_0001#A1B2#{...}". Upper case only.
+/// Reads for example "\\?\usb#vid_4d52&pid_0001#a1b2#{...}". Case does not matter: Windows writes
+/// the path of one device in either.
 UsbIdentity parseDevicePath(const std::string& path);
 
 /// Class, subclass and protocol of the control interface that every USB3 Vision camera has.

@@ -110,15 +110,6 @@ std::vector<DeviceInterface> presentDevices(const GUID& interfaceClass) {
     return devices;
 }
 
-/// The identifiers in a device's path are known in upper case; Windows, to which both are the same
-/// path, gives them in lower case.
-std::string upperCase(std::string path) {
-    std::transform(path.begin(), path.end(), path.begin(), [](char each) {
-        return each >= 'a' && each <= 'z' ? static_cast<char>(each - 'a' + 'A') : each;
-    });
-    return path;
-}
-
 Property<std::uint32_t> numberProperty(DEVINST instance, const DEVPROPKEY& key) {
     DEVPROPTYPE type = 0;
     ULONG value = 0;
@@ -151,10 +142,7 @@ public:
     }
 
     std::vector<DeviceInterface> devices() override {
-        std::vector<DeviceInterface> devices = presentDevices(GUID_DEVINTERFACE_USB_DEVICE);
-        for (DeviceInterface& device : devices)
-            device.path = upperCase(std::move(device.path));
-        return devices;
+        return presentDevices(GUID_DEVINTERFACE_USB_DEVICE);
     }
 
     std::optional<DeviceInstance> parent(DeviceInstance instance) override {

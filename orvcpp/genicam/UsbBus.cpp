@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/genicam/UsbBus.h"
 
+#include "platform/PciLocation.h"
+
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 
@@ -22,23 +23,15 @@ std::string attribute(const fs::path& folder, const char* name) {
     return line;
 }
 
-/// Place of the last PCI device on a path like /sys/devices/pci0000:00/0000:00:14.0/usb2/2-1: the
-/// bridges come before the controller. The domain stands in front where a host has several.
-std::string pciLocation(const fs::path& folder) {
-    std::string location;
+/// Key of the last PCI device on a path like /sys/devices/pci0000:00/0000:00:14.0/usb2/2-1: the
+/// bridges come before the controller.
+std::string controllerKey(const fs::path& folder) {
+    std::string key;
     for (const fs::path& part : folder) {
-        unsigned domain = 0;
-        unsigned bus = 0;
-        unsigned device = 0;
-        unsigned function = 0;
-        char more = 0;
-        if (std::sscanf(part.c_str(), "%x:%2x:%2x.%1x%c", &domain, &bus, &device, &function,
-                        &more) == 4)
-            location = (domain > 0 ? std::to_string(domain) + ':' : std::string()) +
-                       std::to_string(bus) + '-' + std::to_string(device) + '-' +
-                       std::to_string(function);
+        if (const auto location = platform::parsePciLocation(part))
+            key = location->key();
     }
-    return location;
+    return key;
 }
 
 /// A folder of a device has a bus number, one of a device's interface has not.
@@ -56,7 +49,7 @@ UsbDevice readDevice(const fs::path& folder) {
     device.bus = std::atoll(attribute(folder, "busnum").c_str());
     device.number = std::atoll(attribute(folder, "devnum").c_str());
     device.ports = attribute(folder, "devpath");
-    device.controller = pciLocation(folder);
+    device.controller = controllerKey(folder);
     if (device.controller.empty())
         device.controller = "bus" + std::to_string(device.bus);
     // "1.5", "480", "5000", "20000"

@@ -20,9 +20,8 @@ struct UsbDevice {
     std::int64_t number = 0;
     /// Ports from the root hub's down to the device's own: "4.2".
     std::string ports;
-    /// Place of the host controller on the PCI bus, in decimal: "0-20-0", or "1:0-20-0" in another
-    /// PCI domain than the first. Of a controller that is not on the PCI bus: "bus" and the USB
-    /// bus's number.
+    /// Key of the host controller's place on the PCI bus: "0-20-0". Of a controller that is not on
+    /// the PCI bus: "bus" and the USB bus's number.
     std::string controller;
     /// Bits per second of the device's link.
     std::int64_t linkSpeed = 0;

@@ -113,7 +113,12 @@ const Case cases[] = {
     {"OtherProduct", path("USB#VID_4D52&PID_0002#A1#"), std::nullopt},
     {"NoVendor", path("USB#PID_0001#A1#"), std::nullopt},
     {"NoProduct", path("USB#VID_4D52#A1#"), std::nullopt},
-    {"LowerCase", path("usb#vid_4d52&pid_0001#a1#"), std::nullopt},
+    {"LowerCaseAsWindowsWritesIt",
+     [](Tree& tree) {
+         tree.at(camera).path = "usb#vid_4d52&pid_0001#a1#";
+         tree.at(camera).location.value = u"";
+     },
+     std::nullopt, "Debug:Cannot get port location for device \"usb#vid_4d52&pid_0001#a1#\"\n"},
 };
 
 class OneCamera : public testing::TestWithParam<Case> {};

@@ -143,7 +143,7 @@ TEST_F(LinuxUsbTree, findsTheControllerAboveHubsAndBelowBridges) {
     // Not this camera's ports.
     addDevice(root, "4-3", "480", {});
     addDevice(outer, "4-1.3", "480", {});
-    EXPECT_EQ(speedNow("11-10-1"), 5'000'000'000U);
+    EXPECT_EQ(speedNow("267-10-1"), 5'000'000'000U) << "bus 11 of domain 1";
     EXPECT_EQ(speedNow("0-28-4"), std::nullopt) << "the bridge";
 
     addCamera(addHub(add("platform", "xhci-hcd.0", "", {}, "host"), "usb6", "5000"), "6-1", "5000");
@@ -166,7 +166,7 @@ TEST_F(LinuxUsbTree, leavesOutADeviceThatGoesWhileItIsLookedAt) {
     host::LinuxSysfsUsbTree tree([&] { return std::vector<std::filesystem::path>{root, camera}; });
     ASSERT_EQ(tree.hubs().size(), 1U);
     const host::DeviceInterface found = tree.devices().at(0);
-    EXPECT_EQ(found.path, "USB#VID_4D52&PID_C0DE#A1#" + camera);
+    EXPECT_EQ(found.path, "USB#VID_4d52&PID_c0de#a1#" + camera);
     EXPECT_EQ(found.instanceId, "USB\\2-1");
     EXPECT_EQ(tree.locationInfo(found.instance).value, u"Port_#1");
     const auto hub = tree.openHub(root);

@@ -20,7 +20,7 @@ constexpr std::uint32_t port = 3;
 const std::wstring onPort3 = L"Port_#0003.Hub_#0001";
 const std::wstring cameraId = LR"(VID_4D52&PID_0001\A1B2)";
 const std::string cameraPath =
-    R"("\\?\USB#VID_4D52&PID_0001#A1B2#{A5DCBF10-6530-11D2-901F-00C04FB951ED}")";
+    R"("\\?\usb#vid_4d52&pid_0001#a1b2#{a5dcbf10-6530-11d2-901f-00c04fb951ed}")";
 const std::string noPort = "Debug:Cannot get port location for device " + cameraPath + '\n';
 
 /// A camera on port 3 of the root hub of a controller, and what is different from the usual.
