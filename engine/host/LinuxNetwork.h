@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace host {
 
-/// Index of the network adapter that the label of an address names: "eth0", and also "eth0:1" or
-/// "eth0cameras" of a further address, which begin with the adapter's name. 0 when there is none.
-std::uint32_t interfaceIndexOf(std::string label);
+/// Which of the adapters the label of an address names: "eth0", and also "eth0:1" or "eth0cameras"
+/// of a further address, which begin with the adapter's name. Empty when it is none of them.
+/// \p adapters are those of the moment of the label: without "eth10", its label is one of "eth1".
+std::string adapterOf(const std::string& label, const std::vector<std::string>& adapters);
 
 } // namespace host
