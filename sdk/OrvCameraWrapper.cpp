@@ -24,9 +24,12 @@ OrvErrorType fill(OrvCPP::Camera* camera, const std::shared_ptr<Wrapper>& wrappe
 /// The same with a new wrapper, which stays empty on an error.
 template <class Wrapper, class Get>
 std::pair<std::shared_ptr<Wrapper>, OrvErrorType> make(OrvCPP::Camera* camera, Get get) {
-    const auto wrapper = std::make_shared<Wrapper>();
-    const OrvErrorType error = fill(camera, wrapper, get);
-    if (error != OrvErrorSuccess)
+    std::shared_ptr<Wrapper> wrapper;
+    const OrvErrorType error = TwiceAsked::guarded([&] {
+        wrapper = std::make_shared<Wrapper>();
+        return fill(camera, wrapper, get);
+    });
+    if (wrapper && error != OrvErrorSuccess)
         wrapper->GetHandle().reset();
     return {wrapper, error};
 }

@@ -27,7 +27,8 @@ public:
     virtual OrvErrorType GetSerialNumber(std::string& serialNumber) const;
     virtual OrvErrorType GetInterfaceID(std::string& id) const;
     virtual OrvErrorType GetInterfaceType(OrvTransportLayerType& type) const;
-    /// A new wrapper, empty on an error, and the SDK's result.
+    /// A new wrapper, empty on an error, and the SDK's result; no wrapper where it cannot be
+    /// allocated.
     virtual std::pair<std::shared_ptr<OrvInterfaceWrapper>, OrvErrorType> GetInterface() const;
     virtual OrvErrorType GetInterface(std::shared_ptr<OrvInterfaceWrapper>& found) const;
     virtual std::pair<std::shared_ptr<OrvLocalDeviceWrapper>, OrvErrorType> GetLocalDevice() const;

@@ -57,15 +57,14 @@ OrvErrorType OrvFeatureWrapper::GetValues(std::vector<std::string>& values) cons
         TwiceAsked::elements(m_feature.get(), texts,
                              [](const OrvCPP::Feature& feature, const char** found,
                                 std::uint32_t& count) { return feature.GetValues(found, count); });
-    try {
-        values.reserve(texts.size());
+    return TwiceAsked::guarded([&] {
+        std::vector<std::string> copies;
+        copies.reserve(texts.size());
         for (const char* text : texts)
-            values.emplace_back(text == nullptr ? "" : text);
+            copies.emplace_back(text == nullptr ? "" : text);
+        values = std::move(copies);
         return error;
-    } catch (const std::exception&) {
-        values.clear();
-        return OrvErrorResources;
-    }
+    });
 }
 
 OrvErrorType OrvFeatureWrapper::GetValues(std::vector<std::int64_t>& values) const {

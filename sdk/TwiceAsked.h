@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <exception>
 #include <functional>
 #include <memory>
 #include <string>
@@ -18,54 +17,52 @@ inline constexpr OrvErrorType noObject = OrvErrorBadHandle;
 /// The camera SDK hands out texts and lists in two calls: without a buffer it tells the size, with
 /// a buffer it fills it. These helpers make both calls to an operation of \p object, given as a
 /// member pointer or as a callable of the same arguments. An empty object is OrvErrorBadHandle;
-/// what cannot be allocated is OrvErrorResources.
+/// what cannot be allocated is OrvErrorResources. Nothing throws.
 namespace TwiceAsked {
 
-/// Fills a list by \p ask(Element* elements, std::uint32_t& count). It is empty after an error,
-/// and shorter than told first when it shrank between the calls.
-template <class Object, class Element, class Ask>
-OrvErrorType elements(Object* object, std::vector<Element>& result, const Ask& ask) {
-    result.clear();
+/// The result of \p call; OrvErrorResources when it throws.
+template <class Call> OrvErrorType guarded(const Call& call) {
+    try {
+        return call();
+    } catch (...) {
+        return OrvErrorResources;
+    }
+}
+
+/// Fills \p result, a list or a text, by \p ask(Element* elements, std::uint32_t& count). It is
+/// left as it was after an error and when the count is zero, and is shorter than told first when it
+/// shrank between the calls.
+template <class Object, class Container, class Ask>
+OrvErrorType fill(Object* object, Container& result, const Ask& ask) {
+    using Element = typename Container::value_type;
     if (object == nullptr)
         return noObject;
-    std::uint32_t count = 0;
-    if (const OrvErrorType error = std::invoke(ask, *object, static_cast<Element*>(nullptr), count);
-        error != OrvErrorSuccess || count == 0)
-        return error;
-    try {
-        std::vector<Element> found(count);
-        const OrvErrorType error = std::invoke(ask, *object, found.data(), count);
+    return guarded([&] {
+        std::uint32_t count = 0;
+        OrvErrorType error = std::invoke(ask, *object, static_cast<Element*>(nullptr), count);
+        if (error != OrvErrorSuccess || count == 0)
+            return error;
+        Container found(count, Element());
+        error = std::invoke(ask, *object, found.data(), count);
         if (error != OrvErrorSuccess)
             return error;
         found.resize(std::min<std::size_t>(count, found.size()));
         result = std::move(found);
         return error;
-    } catch (const std::exception&) {
-        return OrvErrorResources;
-    }
+    });
 }
 
-/// Fills a text by \p ask(char* buffer, std::uint32_t& length). It is left as it was after an
-/// error and when the length is zero.
+/// Like fill, but the list is empty after an error and when the count is zero.
+template <class Object, class Element, class Ask>
+OrvErrorType elements(Object* object, std::vector<Element>& result, const Ask& ask) {
+    result.clear();
+    return fill(object, result, ask);
+}
+
+/// Fills a text by \p ask(char* buffer, std::uint32_t& length).
 template <class Object, class Ask>
 OrvErrorType text(Object* object, std::string& result, const Ask& ask) {
-    if (object == nullptr)
-        return noObject;
-    std::uint32_t length = 0;
-    if (const OrvErrorType error = std::invoke(ask, *object, static_cast<char*>(nullptr), length);
-        error != OrvErrorSuccess || length == 0)
-        return error;
-    try {
-        std::string buffer(length, '\0');
-        const OrvErrorType error = std::invoke(ask, *object, buffer.data(), length);
-        if (error != OrvErrorSuccess)
-            return error;
-        buffer.resize(std::min<std::size_t>(length, buffer.size()));
-        result = std::move(buffer);
-        return error;
-    } catch (const std::exception&) {
-        return OrvErrorResources;
-    }
+    return fill(object, result, ask);
 }
 
 /// Like elements, but makes a new wrapper around each SDK object, in the SDK's order.
@@ -76,15 +73,14 @@ OrvErrorType wrappers(Object* object, std::vector<std::shared_ptr<Wrapper>>& res
     std::vector<std::shared_ptr<SdkObject>> found;
     if (const OrvErrorType error = elements(object, found, ask); error != OrvErrorSuccess)
         return error;
-    try {
-        result.reserve(found.size());
+    return guarded([&] {
+        std::vector<std::shared_ptr<Wrapper>> made;
+        made.reserve(found.size());
         for (auto& sdkObject : found)
-            result.push_back(std::make_shared<Wrapper>(std::move(sdkObject)));
-        return OrvErrorSuccess;
-    } catch (const std::exception&) {
-        result.clear();
-        return OrvErrorResources;
-    }
+            made.push_back(std::make_shared<Wrapper>(std::move(sdkObject)));
+        result = std::move(made);
+        return OrvErrorType{OrvErrorSuccess};
+    });
 }
 
 } // namespace TwiceAsked

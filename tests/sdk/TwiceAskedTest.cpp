@@ -15,18 +15,18 @@ struct Source {
     OrvErrorType secondResult = OrvErrorSuccess;
     std::string firstText;
     std::string secondText;
-    bool outOfMemory = false;
+    /// Number of the call that runs out of memory.
+    int outOfMemory = 0;
     int calls = 0;
 
     OrvErrorType text(char* buffer, std::uint32_t& length) {
-        ++calls;
+        if (++calls == outOfMemory)
+            throw std::bad_alloc();
         const std::string& text = buffer == nullptr ? firstText : secondText;
         if (buffer == nullptr) {
             length = static_cast<std::uint32_t>(text.size());
             return firstResult;
         }
-        if (outOfMemory)
-            throw std::bad_alloc();
         std::copy_n(text.begin(), std::min<std::size_t>(length, text.size()), buffer);
         length = static_cast<std::uint32_t>(text.size());
         return secondResult;
@@ -69,7 +69,8 @@ const Case cases[] = {
     {"SecondCallFails", {0, -9, "abc", "abc"}, -9, "old", {}, 2},
     {"Shrunk", {0, 0, "abc", "a"}, 0, "a", {'a'}, 2},
     {"LengthGrewUnfilled", {0, 0, "ab", "abc"}, 0, "ab", {'a', 'b'}, 2},
-    {"OutOfMemory", {0, 0, "abc", "abc", true}, -14, "old", {}, 2},
+    {"OutOfMemoryAtFirst", {0, 0, "abc", "abc", 1}, -14, "old", {}, 1},
+    {"OutOfMemory", {0, 0, "abc", "abc", 2}, -14, "old", {}, 2},
 };
 
 INSTANTIATE_TEST_SUITE_P(Answers, TwiceAskedTest, testing::ValuesIn(cases),
