@@ -12,8 +12,7 @@ constexpr int frameBuffers = 5;
 } // namespace
 
 void CameraHandler::startAcquisition() {
-    if (usesSocketDriver())
-        warnOfSocketDriver();
+    checkDriver();
     if (isTriggered())
         logInfo(displayName() + " is configured for triggering.");
     m_observer->reset();

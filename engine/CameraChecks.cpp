@@ -17,9 +17,6 @@ constexpr std::uint64_t bitsPerMegabit = 1'000'000;
 /// Bits per second of USB 2.
 constexpr std::uint64_t usb2Speed = 480'000'000;
 constexpr std::int64_t recommendedPacketSize = 6000;
-/// Negotiation takes milliseconds; a camera that has not finished by then never will, and the
-/// window must not stand still for it.
-constexpr std::chrono::seconds packetSizeLimit{5};
 
 /// Bits of a number of bytes, held to what 64 bits can carry; 0 for less than nothing.
 std::uint64_t bitsOf(std::int64_t bytes) {
@@ -29,8 +26,8 @@ std::uint64_t bitsOf(std::int64_t bytes) {
 
 /// Asks, without a pause, whether a command is done, until it is or the query fails, which is no
 /// error; OrvErrorTimeout when neither happens in time.
-OrvErrorType waitForPacketSize(const OrvFeatureWrapper& command) {
-    const auto end = std::chrono::steady_clock::now() + packetSizeLimit;
+OrvErrorType waitUntilDone(const OrvFeatureWrapper& command, std::chrono::milliseconds limit) {
+    const auto end = std::chrono::steady_clock::now() + limit;
     bool done = false;
     while (command.IsCommandDone(done) == OrvErrorSuccess && !done) {
         if (std::chrono::steady_clock::now() >= end)
@@ -96,9 +93,14 @@ bool CameraHandler::usesSocketDriver() const {
     return name == "Socket";
 }
 
-void CameraHandler::warnOfSocketDriver() {
-    m_warningText = "Socket driver in use, please use Filter Driver.";
-    logWarning(displayName() + " is using Socket driver.");
+void CameraHandler::checkDriver() {
+    const std::string warning = "Socket driver in use, please use Filter Driver.";
+    if (usesSocketDriver()) {
+        m_warningText = warning;
+        logWarning(displayName() + " is using Socket driver.");
+    } else if (m_warningText == warning) {
+        m_warningText.clear();
+    }
 }
 
 bool CameraHandler::adjustPacketSize(bool enabled) {
@@ -142,7 +144,7 @@ bool CameraHandler::runPacketSizeCommand() {
     }
     result = command->RunCommand();
     if (result == OrvErrorSuccess) {
-        result = waitForPacketSize(*command);
+        result = waitUntilDone(*command, m_packetSizeLimit);
         m_packetSizeStuck = result == OrvErrorTimeout;
     }
     if (result != OrvErrorSuccess)

@@ -6,6 +6,7 @@
 #include "features/FeatureValue.h"
 #include "sdk/Forward.h"
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -32,8 +33,10 @@ class CameraHandler {
 public:
     /// Opens the camera in full access. An empty \p features is replaced by a new controller, made
     /// right after opening, since only an opened camera shows its local device and streams.
-    explicit CameraHandler(std::shared_ptr<OrvCameraWrapper> camera,
-                           std::shared_ptr<FeatureController> features = {});
+    /// \p packetSizeLimit is how long the camera may take to negotiate its packet size.
+    explicit CameraHandler(
+        std::shared_ptr<OrvCameraWrapper> camera, std::shared_ptr<FeatureController> features = {},
+        std::chrono::milliseconds packetSizeLimit = std::chrono::milliseconds(5000));
 
     CameraHandler(const CameraHandler&) = delete;
     CameraHandler& operator=(const CameraHandler&) = delete;
@@ -42,7 +45,8 @@ public:
     virtual FrameStatistics getFrameStatistics() const;
     virtual void startAcquisition();
     /// Lets a GigE camera negotiate its largest packet size, once; true when it was done now.
-    /// Blocks for five seconds at most, and a camera that took as long is not asked again.
+    /// Blocks for as long as the limit of the construction at most; a camera that took as long is
+    /// not asked again.
     virtual bool adjustPacketSize(bool enabled);
     virtual void stopAcquisition();
     virtual bool isOpened() const;
@@ -96,12 +100,17 @@ private:
     std::optional<std::int64_t> payloadFromPixelSize() const;
 
     bool usesSocketDriver() const;
-    void warnOfSocketDriver();
+    /// Sets the warning text while the camera streams through the socket driver; takes back no
+    /// other warning.
+    void checkDriver();
     bool negotiatePacketSize();
     bool runPacketSizeCommand();
     std::optional<std::int64_t> readPacketSize() const;
 
     const std::shared_ptr<OrvCameraWrapper> m_camera;
+    /// Negotiation takes milliseconds; a camera that has not finished in seconds never will, and
+    /// the window must not stand still for it.
+    const std::chrono::milliseconds m_packetSizeLimit;
     std::shared_ptr<FeatureController> m_features;
     std::unique_ptr<BandwidthLimit> m_bandwidthLimit;
     std::shared_ptr<OrvStreamWrapper> m_stream;

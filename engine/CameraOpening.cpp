@@ -34,13 +34,15 @@ UsbLocation parseUsbLocation(const std::string& text) {
 } // namespace
 
 CameraHandler::CameraHandler(std::shared_ptr<OrvCameraWrapper> camera,
-                             std::shared_ptr<FeatureController> features)
+                             std::shared_ptr<FeatureController> features,
+                             std::chrono::milliseconds packetSizeLimit)
     : m_camera(camera ? std::move(camera) : std::make_shared<OrvCameraWrapper>()),
-      m_features(std::move(features)) {
+      m_packetSizeLimit(packetSizeLimit), m_features(std::move(features)) {
     readIdentity();
     openCamera();
     // Without an open camera there is nothing to see; asking would only add to its one warning.
-    if (!m_features)
+    const bool ownsFeatures = !m_features;
+    if (ownsFeatures)
         m_features =
             std::make_shared<FeatureController>(m_opened ? m_camera : nullptr, displayName());
 
@@ -52,6 +54,9 @@ CameraHandler::CameraHandler(std::shared_ptr<OrvCameraWrapper> camera,
         typeRead = layer->GetType(m_info.transportLayerType);
 
     readInterface();
+    // Only a feature tells the port, which the display name of a USB camera begins with.
+    if (ownsFeatures)
+        m_features->setMessagePrefix(displayName());
     readTransportLayer(layerFound, *layer, typeRead);
 
     const bool isGigE = m_info.transportLayerType == OrvTransportLayerTypeGEV;
@@ -163,6 +168,5 @@ void CameraHandler::findStream() {
         return;
     }
     m_stream = streams.front();
-    if (usesSocketDriver())
-        warnOfSocketDriver();
+    checkDriver();
 }

@@ -10,7 +10,7 @@ namespace {
 
 constexpr auto relaxed = std::memory_order_relaxed;
 
-/// There is one writer, so that a load and a store do, and cost no locked instruction.
+/// Single writer: load + store avoids a locked add.
 void add(std::atomic<std::uint64_t>& counter, std::uint64_t amount) {
     counter.store(counter.load(relaxed) + amount, relaxed);
 }
@@ -22,9 +22,10 @@ std::int64_t nanosecondsNow() {
 
 } // namespace
 
-FrameObserver::FrameObserver(std::shared_ptr<OrvCameraWrapper> camera, std::int32_t firstFrameId)
-    : m_frameIdBase(firstFrameId - 1), m_camera(std::move(camera)),
-      m_frame(std::make_shared<OrvFrameWrapper>()) {}
+FrameObserver::FrameObserver(std::shared_ptr<OrvCameraWrapper> camera, std::int32_t firstFrameId,
+                             Clock clock)
+    : m_clock(clock ? std::move(clock) : Clock(nanosecondsNow)), m_frameIdBase(firstFrameId - 1),
+      m_camera(std::move(camera)), m_frame(std::make_shared<OrvFrameWrapper>()) {}
 
 FrameObserver::~FrameObserver() = default;
 
@@ -78,7 +79,7 @@ void FrameObserver::countFrameId() {
 }
 
 void FrameObserver::measureRate() {
-    const std::int64_t now = nanosecondsNow();
+    const std::int64_t now = m_clock();
     m_currentNanoseconds.store(now, relaxed);
     const std::int64_t microseconds = (now - m_previousNanoseconds.load(relaxed)) / 1000;
     if (microseconds >= 1)

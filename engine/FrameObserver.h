@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 /// Counts the frames of one camera during a benchmark.
@@ -16,8 +17,13 @@
 /// frame that arrives at that moment may bring its counts back).
 class FrameObserver : public OrvCPP::IFrameObserver {
 public:
+    /// Nanoseconds since a fixed time that is long past.
+    using Clock = std::function<std::int64_t()>;
+
     /// \p firstFrameId is the ID that the camera gives its first frame: 1 on GigE Vision, else 0.
-    FrameObserver(std::shared_ptr<OrvCameraWrapper> camera, std::int32_t firstFrameId);
+    /// An empty \p clock is replaced by the steady one.
+    FrameObserver(std::shared_ptr<OrvCameraWrapper> camera, std::int32_t firstFrameId,
+                  Clock clock = {});
     ~FrameObserver() override;
 
     FrameObserver(const FrameObserver&) = delete;
@@ -49,6 +55,7 @@ private:
     std::atomic<double> m_lastFramesPerSecond{0.0};
     std::atomic<std::int64_t> m_previousNanoseconds{0};
     std::atomic<std::int64_t> m_currentNanoseconds{0};
+    const Clock m_clock;
     const std::int32_t m_frameIdBase;
     const std::shared_ptr<OrvCameraWrapper> m_camera;
     const std::shared_ptr<OrvFrameWrapper> m_frame;

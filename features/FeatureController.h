@@ -64,6 +64,7 @@ public:
     std::shared_ptr<OrvFeatureContainerWrapper> getModule(const std::string& name) const;
     /// What identifies the camera in front of every message.
     const std::string& messagePrefix() const { return m_messagePrefix; }
+    void setMessagePrefix(std::string prefix) { m_messagePrefix = std::move(prefix); }
 
 private:
     void addStreams(const OrvCameraWrapper& camera);

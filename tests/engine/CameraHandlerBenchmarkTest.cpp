@@ -23,6 +23,7 @@ TEST(CameraHandlerBenchmark, TellsHowStartingEnded) {
             .WillOnce(Return(result));
         fakes.handler.startAcquisition();
         EXPECT_THAT(fakes.log.lines(), ElementsAre(text));
+        EXPECT_EQ(fakes.handler.isAcquiring(), result == OrvErrorSuccess);
     }
 }
 
@@ -36,10 +37,18 @@ TEST(CameraHandlerBenchmark, TellsHowStoppingEnded) {
         {OrvErrorIO, {line("Warning", ": Cannot stop acquisition.") + ioErrorText}}};
     for (const auto& [result, lines] : cases) {
         HandlerWithFakes fakes;
+        EXPECT_CALL(*fakes.parts.camera, StartContinuousImageAcquisition)
+            .WillOnce(Return(OrvErrorSuccess))
+            .WillOnce(ioError());
+        fakes.handler.startAcquisition();
+        fakes.handler.startAcquisition();
+        EXPECT_TRUE(fakes.handler.isAcquiring()) << "a second start stops nothing";
+        fakes.log.clear();
         ON_CALL(*fakes.parts.camera, StopContinuousImageAcquisition())
             .WillByDefault(Return(result));
         fakes.handler.stopAcquisition();
         EXPECT_EQ(fakes.log.lines(), lines);
+        EXPECT_EQ(fakes.handler.isAcquiring(), result == OrvErrorIO);
     }
 }
 
@@ -53,6 +62,9 @@ TEST(CameraHandlerBenchmark, StartsInSpiteOfSocketDriverAndTrigger) {
                             line("Info", " is configured for triggering."),
                             line("Info", ": Acquisition started successfully.")));
     EXPECT_EQ(fakes.handler.getWarningText(), "Socket driver in use, please use Filter Driver.");
+    fakes.parts.stream->addFeature("GVSPDriver", makeStringFeature("Filter"));
+    fakes.handler.startAcquisition();
+    EXPECT_EQ(fakes.handler.getWarningText(), "");
 }
 
 /// Delivers frames to the observer that the handler starts with.
@@ -94,11 +106,14 @@ TEST(CameraHandlerBenchmark, KeepsTheStatisticsUntilTheNextStart) {
     EXPECT_TRUE(fakes.log.has(line("Info", ": Lost frames: 2, Incomplete frames: 1")));
     EXPECT_EQ(fakes.handler.getFrameStatistics().receivedFrames, 2U);
 
-    // A second start clears them, even when the camera is streaming already.
-    ON_CALL(*fakes.parts.camera, StartContinuousImageAcquisition)
-        .WillByDefault(Return(OrvErrorType{OrvErrorAlreadyDone}));
+    // A second start clears them, even when the camera is streaming already, but not what arrives
+    // before it has ended.
+    ON_CALL(*fakes.parts.camera, StartContinuousImageAcquisition).WillByDefault([&](auto&&...) {
+        delivery.deliver(1);
+        return OrvErrorType{OrvErrorAlreadyDone};
+    });
     fakes.handler.startAcquisition();
-    EXPECT_EQ(fakes.handler.getFrameStatistics().receivedFrames, 0U);
+    EXPECT_EQ(fakes.handler.getFrameStatistics().receivedFrames, 1U);
     EXPECT_EQ(fakes.handler.getFrameStatistics().lostFrames, 0);
 }
 

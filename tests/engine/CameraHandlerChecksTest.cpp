@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/engine/CameraFixture.h"
 
+#include <chrono>
 #include <optional>
 
 namespace {
@@ -34,6 +35,22 @@ TEST(CameraHandlerLinkSpeed, WarnsOfASlowerHost) {
         fakes.handler.checkLinkSpeed(testCase.host);
         EXPECT_EQ(fakes.log.text(), testCase.warning) << toText(testCase.camera);
     }
+}
+
+TEST(CameraHandlerLinkSpeed, IsNotCheckedOfACameraThatIsNotOpen) {
+    CapturedLog log;
+    const CameraParts parts(OrvTransportLayerTypeU3V);
+    ON_CALL(*parts.camera, Open).WillByDefault(ioError());
+    const auto features = std::make_shared<FakeFeatures>();
+    features->put("DeviceLinkSpeed", std::int64_t{125'000'000});
+    features->putRange("DeviceLinkThroughputLimit", std::int64_t{1}, std::int64_t{1},
+                       std::int64_t{1});
+    CameraHandler handler(parts.camera, features);
+    handler.setOpened(true);
+    log.clear();
+    handler.checkLinkSpeed(0);
+    handler.checkUsbSpeedLimit();
+    EXPECT_EQ(log.text(), "");
 }
 
 TEST(CameraHandlerTrigger, FollowsModeSourceAndExposure) {
@@ -125,6 +142,7 @@ TEST(CameraHandlerPacketSize, IsLeftAloneWithoutGvspOverUdp) {
     PacketSizeFakes usb(8000, OrvTransportLayerTypeU3V);
     EXPECT_CALL(*usb.command, RunCommand).Times(0);
     EXPECT_FALSE(usb.handler.adjustPacketSize(true));
+    EXPECT_EQ(usb.log.text(), "");
 
     PacketSizeFakes tcp(8000);
     tcp.features->put("GVSPProtocol", std::string("TCP"), "Stream0");
@@ -192,10 +210,21 @@ TEST(CameraHandlerPacketSize, NeedsAStream) {
 
 TEST(CameraHandlerPacketSize, WaitsOnlyOnceForACommandThatNeverCompletes) {
     PacketSizeFakes fakes(8000);
-    ON_CALL(*fakes.command, IsCommandDone).WillByDefault(answer(false));
+    constexpr std::chrono::milliseconds limit(50);
+    CameraHandler handler(fakes.parts.camera, fakes.features, limit);
+    fakes.log.clear();
+    const auto passed = [start = std::chrono::steady_clock::now()] {
+        return std::chrono::steady_clock::now() - start;
+    };
+    // It does complete in the end, so that the test does.
+    ON_CALL(*fakes.command, IsCommandDone).WillByDefault([&](bool& done) {
+        done = passed() > 200 * limit;
+        return OrvErrorType{OrvErrorSuccess};
+    });
     EXPECT_CALL(*fakes.command, RunCommand).Times(1);
-    EXPECT_FALSE(fakes.handler.adjustPacketSize(true));
-    EXPECT_FALSE(fakes.handler.adjustPacketSize(true));
+    EXPECT_FALSE(handler.adjustPacketSize(true));
+    EXPECT_GE(passed(), limit);
+    EXPECT_FALSE(handler.adjustPacketSize(true));
     EXPECT_THAT(fakes.log.lines(), ElementsAre("Warning:" + cameraText +
                                                ": Error while executing GVSPAdjustPacketSize "
                                                "(Timeout during wait)"));

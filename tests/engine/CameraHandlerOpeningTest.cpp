@@ -181,8 +181,10 @@ TEST(CameraHandlerOpening, ReadsPortAndBusOfUsbCameras) {
         CameraParts parts(usb, "");
         parts.localDevice->addFeature("DeviceLocation", makeStringFeature(testCase.location));
         ON_CALL(*parts.interface, GetName).WillByDefault(ioError());
-        const CameraInfo info = CameraHandler(parts.camera).getCameraInfo();
+        const CameraHandler handler(parts.camera);
+        const CameraInfo info = handler.getCameraInfo();
         EXPECT_EQ(info.portPath, testCase.port);
+        EXPECT_EQ(handler.getFeatureController()->messagePrefix(), cameraDisplayText(info));
         EXPECT_EQ(info.interfaceName, testCase.bus);
         EXPECT_EQ(log.count(warning + ": Cannot find USB port path."),
                   info.portPath.empty() ? 1 : 0);

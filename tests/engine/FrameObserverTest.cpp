@@ -4,10 +4,10 @@
 #include "tests/engine/FakeFrame.h"
 #include "tests/support/MockSdk.h"
 
-#include <chrono>
+#include <cstring>
 #include <limits>
 #include <optional>
-#include <thread>
+#include <utility>
 
 namespace {
 
@@ -80,15 +80,16 @@ TEST_F(FrameObserverTest, CountsByReceiveStatus) {
 }
 
 TEST_F(FrameObserverTest, MeasuresTheLastInterval) {
-    FrameObserver observer(m_camera, 1);
-    // The first interval starts at the clock's zero.
-    EXPECT_LT(receive(observer, 1).framesPerSecond, 1.0);
-    const auto before = std::chrono::steady_clock::now();
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    const double rate = receive(observer, 2).framesPerSecond;
-    const std::chrono::duration<double> atMost = std::chrono::steady_clock::now() - before;
-    EXPECT_LE(rate, 50.1);
-    EXPECT_GT(rate, 0.5 / atMost.count());
+    std::int64_t now = 0;
+    FrameObserver observer(m_camera, 1, [&now] { return now; });
+    // The first interval starts at the clock's zero; one below a microsecond repeats the last rate.
+    const std::pair<std::int64_t, double> intervals[] = {
+        {4'000'000'000, 0.25}, {20'000'000, 50}, {2'000'000, 500}, {999, 500}, {0, 500},
+        {1'000, 1'000'000}};
+    for (const auto& [nanoseconds, rate] : intervals) {
+        now += nanoseconds;
+        EXPECT_DOUBLE_EQ(receive(observer, 1).framesPerSecond, rate) << nanoseconds;
+    }
 }
 
 TEST_F(FrameObserverTest, HandsTheFrameBackAndLetsGoOfIt) {
@@ -107,19 +108,22 @@ TEST_F(FrameObserverTest, HandsTheFrameBackAndLetsGoOfIt) {
 }
 
 TEST_F(FrameObserverTest, ResetClearsEverything) {
-    FrameObserver observer(m_camera, 1);
-    receive(observer, 3);
-    receive(observer, 4);
+    std::int64_t now = 3'000'000'000;
+    FrameObserver observer(m_camera, 1, [&now] { return now; });
+    FakeFrame frame;
+    for (frame.id = 3; frame.id < 7; ++frame.id) {
+        frame.status = static_cast<OrvFrameStatusType>(3 - static_cast<int>(frame.id));
+        receive(observer, frame);
+    }
     observer.reset();
+    const FrameStatistics none;
     const FrameStatistics cleared = observer.statistics();
-    EXPECT_EQ(cleared.receivedFrames, 0U);
-    EXPECT_EQ(cleared.completeFrames, 0U);
-    EXPECT_EQ(cleared.lastFrameId, 0);
-    EXPECT_EQ(cleared.lostFrames, 0);
-    EXPECT_EQ(cleared.payloadBytes, 0U);
-    EXPECT_EQ(cleared.framesPerSecond, 0.0);
-    EXPECT_LT(receive(observer, 1).framesPerSecond, 1.0);
-    EXPECT_EQ(observer.statistics().lostFrames, 0);
+    EXPECT_EQ(std::memcmp(&cleared, &none, sizeof none), 0);
+    now += 1'000'000'000;
+    EXPECT_DOUBLE_EQ(receive(observer, 1).framesPerSecond, 0.25) << "from the clock's zero again";
+    observer.reset();
+    now = 500;
+    EXPECT_EQ(receive(observer, 1).framesPerSecond, 0.0) << "without a rate to repeat";
 }
 
 } // namespace
