@@ -124,11 +124,13 @@ QJsonObject runTask(Cameras& cameras, const Task& task) {
     const CameraList list = affected(task);
     const QJsonArray before = bandwidthsOf(list);
     autoSet(cameras, task);
+    const auto bitsPerSecond = static_cast<double>(
+        cameras.controller().getInterfaceSpeed(task.interface.name.toStdString()));
+    warnOfExcess(task.interface, limitsOf(task.interface), bitsPerSecond,
+                 task.margins.interfacePercent);
     return {
         {QStringLiteral("interface"), task.interface.name},
-        {QStringLiteral("bitsPerSecond"),
-         static_cast<qint64>(
-             cameras.controller().getInterfaceSpeed(task.interface.name.toStdString()))},
+        {QStringLiteral("bitsPerSecond"), bitsPerSecond},
         {QStringLiteral("interfaceMarginPercent"), task.margins.interfacePercent},
         {QStringLiteral("cameraMarginPercent"), task.margins.cameraPercent},
         {QStringLiteral("cameras"), describeAutoSet(list, before)},

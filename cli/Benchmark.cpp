@@ -10,6 +10,7 @@
 #include <cmath>
 #include <iterator>
 #include <set>
+#include <vector>
 
 namespace cli {
 
@@ -21,27 +22,34 @@ using std::chrono::steady_clock;
 constexpr QLatin1String secondsOption("seconds");
 constexpr QLatin1String packetSizeOption("adjust-packet-size");
 
-double secondsSince(steady_clock::time_point start) {
-    const auto passed = std::chrono::duration_cast<milliseconds>(steady_clock::now() - start);
+/// How many frames each camera of an interface has received, and when.
+struct FrameCounts {
+    steady_clock::time_point time;
+    std::vector<std::uint64_t> received;
+};
+
+double secondsBetween(const FrameCounts& since, const FrameCounts& until) {
+    const auto passed = std::chrono::duration_cast<milliseconds>(until.time - since.time);
     return static_cast<double>(passed.count()) / 1000;
 }
 
-QJsonObject figures(const CameraHandler& camera, bool isMeasured) {
-    QJsonObject row = cameraIdentity(camera);
-    row[QStringLiteral("measured")] = isMeasured;
-    if (!isMeasured)
-        return row;
-    const FrameStatistics statistics = camera.getFrameStatistics();
+/// Frames per second of the camera with that index, on average.
+double frameRate(const FrameCounts& since, const FrameCounts& until, std::size_t camera) {
+    const double seconds = secondsBetween(since, until);
+    const auto frames = static_cast<double>(until.received[camera] - since.received[camera]);
+    return seconds > 0 ? frames / seconds : 0;
+}
+
+void addFigures(QJsonObject& row, const FrameStatistics& statistics, double framesPerSecond) {
     const auto number = [](auto value) {
         return static_cast<qint64>(value);
     };
-    row[QStringLiteral("framesPerSecond")] = statistics.framesPerSecond;
+    row[QStringLiteral("framesPerSecond")] = framesPerSecond;
     row[QStringLiteral("payloadBytes")] = number(statistics.payloadBytes);
     row[QStringLiteral("receivedFrames")] = number(statistics.receivedFrames);
     row[QStringLiteral("sentFrames")] = number(statistics.lastFrameId);
     row[QStringLiteral("lostFrames")] = number(statistics.lostFrames);
     row[QStringLiteral("incompleteFrames")] = number(statistics.incompleteFrames);
-    return row;
 }
 
 /// Whether a camera can be reached, told by a feature that every camera has.
@@ -80,10 +88,26 @@ public:
             camera = answers(**camera) ? std::next(camera) : m_started.erase(camera);
     }
 
-    QJsonArray cameras() const {
-        QJsonArray rows;
+    FrameCounts counts() const {
+        FrameCounts now;
         for (const auto& camera : m_interface.cameras)
-            rows.append(figures(*camera, m_started.count(camera) > 0));
+            now.received.push_back(camera->getFrameStatistics().receivedFrames);
+        now.time = steady_clock::now();
+        return now;
+    }
+
+    /// The cameras' figures; their frame rates are averages between the two counts.
+    QJsonArray cameras(const FrameCounts& since, const FrameCounts& until) const {
+        QJsonArray rows;
+        for (std::size_t i = 0; i < m_interface.cameras.size(); ++i) {
+            const auto& camera = m_interface.cameras[i];
+            const bool isMeasured = m_started.count(camera) > 0;
+            QJsonObject row = cameraIdentity(*camera);
+            row[QStringLiteral("measured")] = isMeasured;
+            if (isMeasured)
+                addFigures(row, camera->getFrameStatistics(), frameRate(since, until, i));
+            rows.append(row);
+        }
         return rows;
     }
 
@@ -119,20 +143,26 @@ QJsonObject runBenchmark(Cameras& cameras, const HostInterface& interface,
                          const BenchmarkProgress& progress) {
     cameras.warnOfLimits();
     Streaming streaming(cameras.controller(), interface, plan.adjustsPacketSize);
-    const auto start = steady_clock::now();
     if (streaming.isEmpty())
         throw Failure(QStringLiteral("No camera of %1 streams.").arg(interface.name));
+    const FrameCounts first = streaming.counts();
+    FrameCounts last = first;
     const bool isInterrupted = awaitEnd(plan, interruption, [&] {
-        return !progress || progress(secondsSince(start), streaming.cameras());
+        if (!progress)
+            return true;
+        const FrameCounts now = streaming.counts();
+        const QJsonArray rows = streaming.cameras(last, now);
+        last = now;
+        return progress(secondsBetween(first, now), rows);
     });
-    const double seconds = secondsSince(start);
+    const FrameCounts end = streaming.counts();
     streaming.stop();
     streaming.dropThoseGone();
     return {
         {QStringLiteral("interface"), interface.name},
-        {QStringLiteral("seconds"), seconds},
+        {QStringLiteral("seconds"), secondsBetween(first, end)},
         {QStringLiteral("interrupted"), isInterrupted},
-        {QStringLiteral("cameras"), streaming.cameras()},
+        {QStringLiteral("cameras"), streaming.cameras(first, end)},
     };
 }
 

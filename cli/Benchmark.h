@@ -27,12 +27,13 @@ struct BenchmarkPlan {
     bool adjustsPacketSize = false;
 };
 
-/// What is told at each interval: seconds since the start, and the cameras' figures so far. False
-/// ends the benchmark like an interruption.
+/// What is told at each interval: seconds since the start, and the cameras' figures so far, with
+/// the average frame rates of the interval. False ends the benchmark like an interruption.
 using BenchmarkProgress = std::function<bool(double elapsed, const QJsonArray& cameras)>;
 
 /// Streams from all cameras of an interface until the time is up or the program is interrupted, and
-/// answers "interface", "seconds", "interrupted" and the "cameras" with their figures. Cameras that
+/// answers "interface", "seconds", "interrupted" and the "cameras" with their figures; their frame
+/// rates are averages of the whole time. Cameras that
 /// are not open are left out of it. Thrown as a Failure: that no camera streams.
 QJsonObject runBenchmark(Cameras& cameras, const HostInterface& interface,
                          const BenchmarkPlan& plan, Interruption& interruption,

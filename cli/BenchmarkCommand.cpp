@@ -11,6 +11,7 @@ Report runBenchmarkCommand(Context& context) {
     const BenchmarkPlan plan = benchmarkPlan(arguments, 10);
     Cameras& cameras = context.openCameras();
     const HostInterface& interface = chosenInterface(cameras, arguments);
+    cameras.warnOfExcess(interface);
     const QJsonObject result = runBenchmark(cameras, interface, plan, context.interruption);
     const bool hasFailed = arguments.has(QStringLiteral("fail-on-loss")) && hasLoss(result);
     return {benchmarkText(result), result, hasMeasuredAll(result) && !hasFailed};
@@ -22,8 +23,8 @@ Command benchmarkCommand() {
     Command command;
     command.name = QStringLiteral("benchmark");
     command.summary = QStringLiteral(
-        "Stream from all cameras of an interface and count what arrives. Ctrl+C ends "
-        "it early and tells what was counted so far.");
+        "Stream from all cameras of an interface and count what arrives. Frame rates are averages. "
+        "Ctrl+C ends it early and tells what was counted so far.");
     command.options = benchmarkOptions(QStringLiteral("10"));
     command.options += QCommandLineOption(
         QStringLiteral("fail-on-loss"),

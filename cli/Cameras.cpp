@@ -5,6 +5,8 @@
 #include "cli/Near.h"
 #include "engine/CameraHandler.h"
 #include "engine/MakeSystemController.h"
+#include "engine/SafetyMargins.h"
+#include "logging/Log.h"
 
 #include <QVector>
 
@@ -105,6 +107,37 @@ std::shared_ptr<FeatureController> Cameras::findFeatures(const QString& wanted) 
         throw Failure(
             QStringLiteral("%1: %2").arg(cameraId(*camera), toQString(camera->getWarningText())));
     return camera->getFeatureController();
+}
+
+void Cameras::warnOfExcess(const HostInterface& interface) const {
+    const std::string key = interface.name.toStdString();
+    cli::warnOfExcess(interface, limitsOf(interface),
+                      static_cast<double>(m_controller->getInterfaceSpeed(key)),
+                      recommendedMargins(m_controller->getInterfaceType(key)).interfacePercent);
+}
+
+double limitsOf(const HostInterface& interface) {
+    double limits = 0;
+    for (const auto& camera : interface.cameras)
+        limits += camera->isOpened() ? static_cast<double>(camera->getBandwidth()) : 0;
+    return limits;
+}
+
+void warnOfExcess(const HostInterface& interface, double limits, double bitsPerSecond,
+                  double marginPercent) {
+    constexpr double tolerance = 1.005;
+    const double bytesPerSecond = bitsPerSecond / 8;
+    const double usable = bytesPerSecond * (1 - marginPercent / 100);
+    if (bitsPerSecond <= 0 || limits <= usable * tolerance)
+        return;
+    const auto megabytes = [](double bytes) {
+        return QString::number(bytes / 1e6, 'f', 1);
+    };
+    logWarning(QStringLiteral("%1: The limits of the cameras add up to %2 MB/s, but only %3 MB/s "
+                              "are usable (%4 MB/s less a margin of %5 %).")
+                   .arg(interface.name, megabytes(limits), megabytes(usable),
+                        megabytes(bytesPerSecond), QString::number(marginPercent))
+                   .toStdString());
 }
 
 std::shared_ptr<CameraHandler> findCamera(const CameraList& cameras, const QString& wanted) {

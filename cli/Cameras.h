@@ -38,6 +38,9 @@ public:
     /// Warns where the host has too little memory for what the cameras stream, at the first call.
     void warnOfLimits() { m_limits.check(m_session.system()); }
 
+    /// Warns where the cameras of an interface may send more than it can use.
+    void warnOfExcess(const HostInterface& interface) const;
+
     /// By name or ID.
     const HostInterface& findInterface(const QString& wanted) const;
     /// By ID, or by user-defined name or serial number where that leaves no choice.
@@ -52,6 +55,15 @@ private:
     std::shared_ptr<SystemController> m_controller;
     std::vector<HostInterface> m_interfaces;
 };
+
+/// Bytes per second that the open cameras of an interface may send together.
+double limitsOf(const HostInterface& interface);
+
+/// Warns when cameras' limits, in bytes per second, exceed the speed of their interface less its
+/// safety margin by more than half a percent, which is how exactly Auto Set divides it. Nothing is
+/// known to exceed a speed of 0.
+void warnOfExcess(const HostInterface& interface, double limits, double bitsPerSecond,
+                  double marginPercent);
 
 /// The camera of that name among some, in the way of Cameras::findCamera.
 std::shared_ptr<CameraHandler> findCamera(const CameraList& cameras, const QString& wanted);

@@ -3,6 +3,7 @@
 #include "cli/Commands.h"
 #include "cli/Table.h"
 #include "engine/CameraHandler.h"
+#include "engine/SafetyMargins.h"
 
 #include <QJsonArray>
 
@@ -38,11 +39,15 @@ QJsonObject describeInterface(const SystemController& controller, const HostInte
         used += row[QStringLiteral("bandwidthBytesPerSecond")].toDouble();
         cameras.append(row);
     }
+    const auto bitsPerSecond = static_cast<qint64>(controller.getInterfaceSpeed(key));
+    const OrvTransportLayerType type = controller.getInterfaceType(key);
+    warnOfExcess(interface, used, static_cast<double>(bitsPerSecond),
+                 recommendedMargins(type).interfacePercent);
     return {
         {QStringLiteral("name"), interface.name},
         {QStringLiteral("id"), interface.id},
-        {QStringLiteral("type"), typeName(controller.getInterfaceType(key))},
-        {QStringLiteral("bitsPerSecond"), static_cast<qint64>(controller.getInterfaceSpeed(key))},
+        {QStringLiteral("type"), typeName(type)},
+        {QStringLiteral("bitsPerSecond"), bitsPerSecond},
         {QStringLiteral("bandwidthBytesPerSecond"), used},
         {QStringLiteral("cameras"), cameras},
     };

@@ -65,6 +65,7 @@ Report runWatch(Context& context) {
         std::llround(arguments.number(QStringLiteral("interval"), intervals) * 1000));
     Cameras& cameras = context.openCameras();
     const HostInterface& interface = chosenInterface(cameras, arguments);
+    cameras.warnOfExcess(interface);
     const QJsonObject result =
         runBenchmark(cameras, interface, plan, context.interruption,
                      context.wantsJson ? BenchmarkProgress()
@@ -80,7 +81,8 @@ Command watchCommand() {
     command.name = QStringLiteral("watch");
     command.summary = QStringLiteral(
         "Stream from all cameras of an interface and show their figures as they change, until "
-        "Ctrl+C or for a time. On a terminal the lines are redrawn in place.");
+        "Ctrl+C or for a time. Frame rates are averages since the line before, at the end of the "
+        "whole time. On a terminal the lines are redrawn in place.");
     command.options = benchmarkOptions(QStringLiteral("endless"));
     command.options += QCommandLineOption(
         QStringLiteral("interval"),

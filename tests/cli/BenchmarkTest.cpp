@@ -25,7 +25,6 @@ TEST(Benchmark, countsWhatArrives) {
     for (const QJsonValue& camera : camerasOf(result)) {
         EXPECT_GT(camera[QStringLiteral("receivedFrames")].toInt(), 3);
         EXPECT_EQ(camera[QStringLiteral("sentFrames")], camera[QStringLiteral("receivedFrames")]);
-        EXPECT_GT(camera[QStringLiteral("framesPerSecond")].toDouble(), 1);
         EXPECT_GT(camera[QStringLiteral("payloadBytes")].toDouble(), 3e6);
     }
     EXPECT_EQ(sumOf(result, "lostFrames"), 0);
@@ -36,8 +35,15 @@ TEST(Benchmark, failsOnLossWhereThatIsAskedFor) {
     EXPECT_EQ(strict.run(QStringLiteral("benchmark --fail-on-loss --seconds 1") + oversubscribed),
               1);
     EXPECT_THAT(strict.out().toStdString(), HasSubstr("Incomplete"));
+    EXPECT_THAT(strict.err().toStdString(),
+                HasSubstr("Warning: MRD GigE Interface enp3s0: The limits of the cameras add up to "
+                          "240.0 MB/s, but only 112.5 MB/s are usable"));
     const QJsonObject result = runForJson(QStringLiteral("benchmark --seconds 1") + oversubscribed);
     EXPECT_GT(sumOf(result, "lostFrames"), 0);
+    // Averages: a lost frame leaves a longer interval.
+    for (const QJsonValue& camera : camerasOf(result))
+        EXPECT_NEAR(camera[QStringLiteral("framesPerSecond")].toDouble(),
+                    camera[QStringLiteral("receivedFrames")].toInt(), 1.5);
 }
 
 TEST(Benchmark, failsWhenACameraVanishes) {
