@@ -51,6 +51,8 @@ TEST(CameraHandlerLinkSpeed, IsNotCheckedOfACameraThatIsNotOpen) {
     handler.checkLinkSpeed(0);
     handler.checkUsbSpeedLimit();
     EXPECT_EQ(log.text(), "");
+    handler.startAcquisition();
+    EXPECT_EQ(handler.getWarningText(), "Camera cannot be opened");
 }
 
 TEST(CameraHandlerTrigger, FollowsModeSourceAndExposure) {

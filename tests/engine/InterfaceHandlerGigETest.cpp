@@ -45,14 +45,6 @@ TEST(InterfaceHandlerGigE, isEmptyWithOneLineWhenTheHostGivesNoTable) {
     EXPECT_EQ(handler.GetLinkSpeed(0xC0A8010A), 0U);
 }
 
-TEST(InterfaceHandlerGigE, isEmptyInSilenceWhenTheTableIsEmpty) {
-    const CapturedLog errors(std::cerr);
-    const InterfaceHandlerGigE handler(std::make_shared<FakeHostNetwork>());
-
-    EXPECT_EQ(errors.text(), "");
-    EXPECT_EQ(handler.GetLinkSpeed(0), 0U);
-}
-
 TEST(NetworkAdapter, takesItsFieldsFromRowAndEntry) {
     const auto bytes = FakeHostNetwork::inNetworkOrder;
     const host::AddressRow row{3,
@@ -77,20 +69,6 @@ TEST(NetworkAdapter, takesItsFieldsFromRowAndEntry) {
     EXPECT_EQ(adapter.physicalAddress, entry.physicalAddress.data());
     EXPECT_EQ(adapter.alias, "Camera Ban");
     EXPECT_EQ(adapter.description, "G");
-}
-
-TEST(NetworkAdapter, readsTheDescriptionByteByByteUpToAZero) {
-    const std::pair<std::u16string, std::string> cases[] = {
-        {u"", ""},
-        {u"\u4142\u4344", "BADC"},
-        {u"\u4142xy", "BAx"},
-        {u"\u0100x", ""},
-    };
-    for (const auto& [description, expected] : cases) {
-        host::InterfaceEntry entry;
-        entry.description = description;
-        EXPECT_EQ(makeNetworkAdapter({}, entry).description, expected);
-    }
 }
 
 } // namespace

@@ -367,11 +367,4 @@ TEST_F(SystemControllerTest, TellsTheVersionOfTheSdk) {
     EXPECT_EQ(m_controller.getSdkVersion(), "");
 }
 
-TEST(TransportLayerTypeNames, AreOrderedByCode) {
-    std::vector<std::string> names;
-    for (const auto& [type, name] : transportLayerTypeNames())
-        names.push_back(std::to_string(type) + name);
-    EXPECT_THAT(names, ElementsAre("1GigE", "7USB", "11Mixed"));
-}
-
 } // namespace

@@ -3,18 +3,63 @@
 
 #include "OrvCPP/OrvSystem.h"
 
-#include <algorithm>
+#include <cstddef>
 #include <cstring>
+#include <memory>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
-// Camera SDK objects that note each call with the values handed in and answer one result code to
-// all of them. A text is the name of its operation, a list has two elements.
+// Camera SDK objects that note each call with the values handed in and the values that they give to
+// its outputs, and answer one result code to all of them. A text is the name of its operation, a
+// list has two elements, and each other output has a value of its own.
+
+template <class T, class = void> constexpr bool isWrapper = false;
+template <class T>
+constexpr bool isWrapper<T, std::void_t<decltype(std::declval<T&>().GetHandle())>> = true;
+
+inline std::string toText(const std::string& value) {
+    return value;
+}
+inline std::string toText(const OrvCPP::EnumEntry& entry) {
+    return std::to_string(entry.value);
+}
+inline std::string toText(const char* value) {
+    return value;
+}
+inline std::string toText(const void* object) {
+    return std::to_string(reinterpret_cast<std::uintptr_t>(object));
+}
+template <class T> std::string toText(const std::shared_ptr<T>& object) {
+    if constexpr (isWrapper<T>)
+        return toText(object->GetHandle());
+    else
+        return toText(static_cast<const void*>(object.get()));
+}
+template <class T>
+std::enable_if_t<std::is_arithmetic_v<T> || std::is_enum_v<T>, std::string> toText(T value) {
+    return std::to_string(static_cast<double>(value));
+}
+template <class T> std::string toText(const std::vector<T>& values) {
+    std::string text;
+    for (const T& value : values)
+        text += (&value == values.data() ? "" : " ") + toText(value);
+    return text;
+}
+
+/// An object that can only be handed on.
+template <class T> std::shared_ptr<T> someObject() {
+    const auto owner = std::make_shared<std::max_align_t>();
+    return {owner, reinterpret_cast<T*>(owner.get())};
+}
 
 class Recorder {
 public:
     OrvErrorType result = OrvErrorSuccess;
     mutable std::vector<std::string> calls;
+    /// The value that was given to an output last.
+    mutable int filled = 0;
 
 protected:
     template <class... Arguments>
@@ -24,98 +69,99 @@ protected:
         return result;
     }
 
+    template <class Output> const Output& fill(Output& output) const {
+        if constexpr (std::is_same_v<Output, bool>)
+            output = ++filled % 2 != 0;
+        else
+            output = static_cast<Output>(++filled);
+        return output;
+    }
+    const OrvCPP::EnumEntry& fill(OrvCPP::EnumEntry& output) const {
+        fill(output.value);
+        return output;
+    }
+    template <class T> const std::shared_ptr<T>& fill(std::shared_ptr<T>& output) const {
+        return output = someObject<T>();
+    }
+
     OrvErrorType noteText(const std::string& call, char* buffer, std::uint32_t& length) const {
-        if (buffer != nullptr)
-            std::memcpy(buffer, call.data(), std::min<std::size_t>(length, call.size()));
         length = static_cast<std::uint32_t>(call.size());
-        return note(call);
+        if (buffer == nullptr)
+            return note(call);
+        std::memcpy(buffer, call.data(), call.size());
+        return note(call, call);
     }
 
     template <class Element>
-    OrvErrorType noteList(const std::string& call, Element*, std::uint32_t& count) const {
+    OrvErrorType noteList(const std::string& call, Element* elements, std::uint32_t& count) const {
         count = 2;
-        return note(call);
-    }
-
-private:
-    static std::string toText(const char* value) { return value; }
-    template <class Number> static std::string toText(const Number& value) {
-        return std::to_string(value);
+        return elements == nullptr ? note(call) : note(call, fill(elements[0]), fill(elements[1]));
     }
 };
 
 using Length = std::uint32_t;
 
+// Operations by what they have: nothing, an output, a text, a list, an input. Each is named only
+// once.
+// clang-format off
+#define DOES(Operation)                                                                            \
+    OrvErrorType Operation() override { return note(#Operation); }
+#define GIVES(Operation, Type)                                                                     \
+    OrvErrorType Operation(Type& out) const override { return note(#Operation, fill(out)); }
+#define TELLS(Operation)                                                                           \
+    OrvErrorType Operation(char* b, Length& n) const override { return noteText(#Operation, b, n); }
+#define LISTS(Operation, Type)                                                                     \
+    OrvErrorType Operation(Type* e, Length& n) const override { return noteList(#Operation, e, n); }
+#define TAKES(Operation, Type)                                                                     \
+    OrvErrorType Operation(Type given) override { return note(#Operation, given); }
+// clang-format on
+
 /// What every SDK object with features has.
 template <class Base> class RecordingContainer : public Base, public Recorder {
 public:
     OrvErrorType GetFeatureByName(const char* name,
-                                  std::shared_ptr<OrvCPP::Feature>&) const override {
-        return note("GetFeatureByName", name);
+                                  std::shared_ptr<OrvCPP::Feature>& out) const override {
+        return note("GetFeatureByName", name, fill(out));
     }
-    OrvErrorType GetFeatures(std::shared_ptr<OrvCPP::Feature>* f, Length& n) const override {
-        return noteList("GetFeatures", f, n);
-    }
+    LISTS(GetFeatures, std::shared_ptr<OrvCPP::Feature>)
 };
 
 class RecordingLocalDevice : public RecordingContainer<OrvCPP::LocalDevice> {};
 
 class RecordingInterface : public RecordingContainer<OrvCPP::Interface> {
 public:
-    using Layer = std::shared_ptr<OrvCPP::TransportLayer>;
-    using Camera = std::shared_ptr<OrvCPP::Camera>;
-
-    OrvErrorType GetID(char* b, Length& n) const override { return noteText("GetID", b, n); }
-    OrvErrorType GetType(OrvTransportLayerType&) const override { return note("GetType"); }
-    OrvErrorType GetName(char* b, Length& n) const override { return noteText("GetName", b, n); }
-    OrvErrorType GetTransportLayer(Layer&) const override { return note("GetTransportLayer"); }
-    OrvErrorType GetCameras(Camera* c, Length& n) const override {
-        return noteList("GetCameras", c, n);
-    }
+    TELLS(GetID)
+    GIVES(GetType, OrvTransportLayerType)
+    TELLS(GetName)
+    GIVES(GetTransportLayer, std::shared_ptr<OrvCPP::TransportLayer>)
+    LISTS(GetCameras, std::shared_ptr<OrvCPP::Camera>)
 };
 
 class RecordingLayer : public RecordingContainer<OrvCPP::TransportLayer> {
 public:
-    using Interface = std::shared_ptr<OrvCPP::Interface>;
-    using Camera = std::shared_ptr<OrvCPP::Camera>;
-
-    OrvErrorType GetInterfaces(Interface* i, Length& n) const override {
-        return noteList("GetInterfaces", i, n);
-    }
-    OrvErrorType GetCameras(Camera* c, Length& n) const override {
-        return noteList("GetCameras", c, n);
-    }
-    OrvErrorType GetID(char* b, Length& n) const override { return noteText("GetID", b, n); }
-    OrvErrorType GetName(char* b, Length& n) const override { return noteText("GetName", b, n); }
-    OrvErrorType GetModelName(char* b, Length& n) const override {
-        return noteText("GetModelName", b, n);
-    }
-    OrvErrorType GetVendor(char* b, Length& n) const override {
-        return noteText("GetVendor", b, n);
-    }
-    OrvErrorType GetVersion(char* b, Length& n) const override {
-        return noteText("GetVersion", b, n);
-    }
-    OrvErrorType GetPath(char* b, Length& n) const override { return noteText("GetPath", b, n); }
-    OrvErrorType GetType(OrvTransportLayerType&) const override { return note("GetType"); }
+    LISTS(GetInterfaces, std::shared_ptr<OrvCPP::Interface>)
+    LISTS(GetCameras, std::shared_ptr<OrvCPP::Camera>)
+    TELLS(GetID)
+    TELLS(GetName)
+    TELLS(GetModelName)
+    TELLS(GetVendor)
+    TELLS(GetVersion)
+    TELLS(GetPath)
+    GIVES(GetType, OrvTransportLayerType)
 };
 
 class RecordingStream : public RecordingContainer<OrvCPP::Stream> {
 public:
-    using Frame = std::shared_ptr<OrvCPP::Frame>;
-
-    OrvErrorType Open() override { return note("Open"); }
-    OrvErrorType Close() override { return note("Close"); }
-    OrvErrorType AnnounceFrame(const Frame&) override { return note("AnnounceFrame"); }
-    OrvErrorType RevokeFrame(const Frame&) override { return note("RevokeFrame"); }
-    OrvErrorType RevokeAllFrames() override { return note("RevokeAllFrames"); }
-    OrvErrorType QueueFrame(const Frame&) override { return note("QueueFrame"); }
-    OrvErrorType FlushQueue() override { return note("FlushQueue"); }
-    OrvErrorType StartCapture() override { return note("StartCapture"); }
-    OrvErrorType EndCapture() override { return note("EndCapture"); }
-    OrvErrorType GetStreamBufferAlignment(Length&) const override {
-        return note("GetStreamBufferAlignment");
-    }
+    DOES(Open)
+    DOES(Close)
+    TAKES(AnnounceFrame, const std::shared_ptr<OrvCPP::Frame>&)
+    TAKES(RevokeFrame, const std::shared_ptr<OrvCPP::Frame>&)
+    DOES(RevokeAllFrames)
+    TAKES(QueueFrame, const std::shared_ptr<OrvCPP::Frame>&)
+    DOES(FlushQueue)
+    DOES(StartCapture)
+    DOES(EndCapture)
+    GIVES(GetStreamBufferAlignment, Length)
 };
 
 class RecordingCamera : public RecordingContainer<OrvCPP::Camera> {
@@ -123,154 +169,124 @@ public:
     /// Handed out by GetInterface, on an error, too.
     std::shared_ptr<RecordingInterface> interface = std::make_shared<RecordingInterface>();
 
-    OrvErrorType Open(OrvAccessModeType mode) override { return note("Open", mode); }
-    OrvErrorType Close() override { return note("Close"); }
+    TAKES(Open, OrvAccessModeType)
+    DOES(Close)
     OrvErrorType GetID(char* b, Length& n, bool extended) const override {
         return noteText(extended ? "GetExtendedID" : "GetID", b, n);
     }
-    OrvErrorType GetName(char* b, Length& n) const override { return noteText("GetName", b, n); }
-    OrvErrorType GetModel(char* b, Length& n) const override { return noteText("GetModel", b, n); }
-    OrvErrorType GetSerialNumber(char* b, Length& n) const override {
-        return noteText("GetSerialNumber", b, n);
-    }
-    OrvErrorType GetInterfaceType(OrvTransportLayerType&) const override {
-        return note("GetInterfaceType");
-    }
+    TELLS(GetName)
+    TELLS(GetModel)
+    TELLS(GetSerialNumber)
+    GIVES(GetInterfaceType, OrvTransportLayerType)
     OrvErrorType GetInterface(std::shared_ptr<OrvCPP::Interface>& found) const override {
         found = interface;
-        return note("GetInterface");
+        return note("GetInterface", found);
     }
-    OrvErrorType GetLocalDevice(std::shared_ptr<OrvCPP::LocalDevice>& found) const override {
-        found = std::make_shared<RecordingLocalDevice>();
-        return note("GetLocalDevice");
-    }
-    OrvErrorType GetTransportLayer(std::shared_ptr<OrvCPP::TransportLayer>& found) const override {
-        found = std::make_shared<RecordingLayer>();
-        return note("GetTransportLayer");
-    }
-    OrvErrorType GetStreams(std::shared_ptr<OrvCPP::Stream>* s, Length& n) const override {
-        return noteList("GetStreams", s, n);
-    }
-    OrvErrorType GetPermittedAccess(OrvAccessModeType&) const override {
-        return note("GetPermittedAccess");
-    }
-    OrvErrorType ReadMemory(std::uint64_t address, std::uint8_t*, Length size,
+    GIVES(GetLocalDevice, std::shared_ptr<OrvCPP::LocalDevice>)
+    GIVES(GetTransportLayer, std::shared_ptr<OrvCPP::TransportLayer>)
+    LISTS(GetStreams, std::shared_ptr<OrvCPP::Stream>)
+    GIVES(GetPermittedAccess, OrvAccessModeType)
+    OrvErrorType ReadMemory(std::uint64_t address, std::uint8_t* bytes, Length size,
                             Length& completeReads) const override {
         completeReads = size;
-        return note("ReadMemory", address, size);
+        for (Length i = 0; i < size; ++i)
+            fill(bytes[i]);
+        return note("ReadMemory", address, std::vector<std::uint8_t>(bytes, bytes + size));
     }
-    OrvErrorType StartContinuousImageAcquisition(int bufferCount,
-                                                 const std::shared_ptr<OrvCPP::IFrameObserver>&,
-                                                 OrvCPP::FrameAllocationMode mode) override {
-        return note("StartContinuousImageAcquisition", bufferCount, static_cast<int>(mode));
+    OrvErrorType
+    StartContinuousImageAcquisition(int bufferCount,
+                                    const std::shared_ptr<OrvCPP::IFrameObserver>& observer,
+                                    OrvCPP::FrameAllocationMode mode) override {
+        return note("StartContinuousImageAcquisition", bufferCount, observer, mode);
     }
-    OrvErrorType StopContinuousImageAcquisition() override {
-        return note("StopContinuousImageAcquisition");
-    }
-    OrvErrorType QueueFrame(const std::shared_ptr<OrvCPP::Frame>&) override {
-        return note("QueueFrame");
-    }
+    DOES(StopContinuousImageAcquisition)
+    TAKES(QueueFrame, const std::shared_ptr<OrvCPP::Frame>&)
 };
 
 class RecordingFrame : public OrvCPP::Frame, public Recorder {
 public:
-    OrvErrorType GetReceiveStatus(OrvFrameStatusType&) const override {
-        return note("GetReceiveStatus");
-    }
-    OrvErrorType GetBufferSize(std::uint32_t&) const override { return note("GetBufferSize"); }
-    OrvErrorType GetFrameID(std::uint64_t&) const override { return note("GetFrameID"); }
-    OrvErrorType GetTimestamp(std::uint64_t&) const override { return note("GetTimestamp"); }
+    GIVES(GetReceiveStatus, OrvFrameStatusType)
+    GIVES(GetBufferSize, std::uint32_t)
+    GIVES(GetFrameID, std::uint64_t)
+    GIVES(GetTimestamp, std::uint64_t)
     OrvErrorType GetImage(const std::uint8_t*&) const override { return note("GetImage"); }
-    OrvErrorType GetPixelFormat(OrvPixelFormatType&) const override {
-        return note("GetPixelFormat");
-    }
-    OrvErrorType GetWidth(std::uint32_t&) const override { return note("GetWidth"); }
-    OrvErrorType GetHeight(std::uint32_t&) const override { return note("GetHeight"); }
+    GIVES(GetPixelFormat, OrvPixelFormatType)
+    GIVES(GetWidth, std::uint32_t)
+    GIVES(GetHeight, std::uint32_t)
 };
 
 class RecordingFeature : public OrvCPP::Feature, public Recorder {
 public:
     using Int = std::int64_t;
-    using Observer = std::shared_ptr<OrvCPP::IFeatureObserver>;
 
-    OrvErrorType GetValue(std::uint8_t* b, Length& n, Length& filled) const override {
+    OrvErrorType GetValue(std::uint8_t* b, Length& n, Length& sizeFilled) const override {
         n = 4;
-        if (b != nullptr)
-            std::memcpy(b, "raw", filled = 3);
-        return note("GetValue raw");
+        if (b == nullptr)
+            return note("GetValue");
+        sizeFilled = 3;
+        return note("GetValue", fill(b[0]), fill(b[1]), fill(b[2]));
     }
-    OrvErrorType GetValue(bool&) const override { return note("GetValue bool"); }
-    OrvErrorType GetValue(char* b, Length& n) const override {
-        return noteText("GetValue text", b, n);
-    }
-    OrvErrorType GetValue(double&) const override { return note("GetValue double"); }
-    OrvErrorType GetValue(Int&) const override { return note("GetValue int"); }
+    GIVES(GetValue, bool)
+    TELLS(GetValue)
+    GIVES(GetValue, double)
+    GIVES(GetValue, Int)
     OrvErrorType GetValues(const char** values, Length& n) const override {
-        if (values != nullptr) {
-            values[0] = "On";
-            values[1] = nullptr;
-        }
-        return noteList("GetValues text", values, n);
+        n = 2;
+        if (values == nullptr)
+            return note("GetValues");
+        values[0] = "On";
+        values[1] = nullptr;
+        return note("GetValues", "On", "");
     }
-    OrvErrorType GetValues(Int* values, Length& n) const override {
-        return noteList("GetValues int", values, n);
+    LISTS(GetValues, Int)
+    OrvErrorType GetEntry(OrvCPP::EnumEntry& out, const char* name) const override {
+        return note("GetEntry", fill(out), name);
     }
-    OrvErrorType GetEntry(OrvCPP::EnumEntry&, const char* name) const override {
-        return note("GetEntry", name);
+    LISTS(GetEntries, OrvCPP::EnumEntry)
+    OrvErrorType GetRange(Int& low, Int& high) const override {
+        return note("GetRange", fill(low), fill(high));
     }
-    OrvErrorType GetEntries(OrvCPP::EnumEntry* entries, Length& n) const override {
-        return noteList("GetEntries", entries, n);
+    OrvErrorType GetRange(double& low, double& high) const override {
+        return note("GetRange", fill(low), fill(high));
     }
-    OrvErrorType GetRange(Int&, Int&) const override { return note("GetRange int"); }
-    OrvErrorType GetRange(double&, double&) const override { return note("GetRange double"); }
     OrvErrorType SetValue(const std::uint8_t* data, Length size) override {
-        return note("SetValue raw", *data, size);
+        return note("SetValue raw", data, size);
     }
     OrvErrorType SetValue(const char* value) override { return note("SetValue text", value); }
     OrvErrorType SetValue(bool value) override { return note("SetValue bool", value); }
     OrvErrorType SetValue(double value) override { return note("SetValue double", value); }
     OrvErrorType SetValue(Int value) override { return note("SetValue int", value); }
-    OrvErrorType HasIncrement(bool&) const override { return note("HasIncrement"); }
-    OrvErrorType GetIncrement(double&) const override { return note("GetIncrement double"); }
-    OrvErrorType GetIncrement(Int&) const override { return note("GetIncrement int"); }
-    OrvErrorType IsValueAvailable(Int value, bool&) const override {
-        return note("IsValueAvailable int", value);
+    GIVES(HasIncrement, bool)
+    GIVES(GetIncrement, double)
+    GIVES(GetIncrement, Int)
+    OrvErrorType IsValueAvailable(Int value, bool& out) const override {
+        return note("IsValueAvailable", value, fill(out));
     }
-    OrvErrorType IsValueAvailable(const char* value, bool&) const override {
-        return note("IsValueAvailable text", value);
+    OrvErrorType IsValueAvailable(const char* value, bool& out) const override {
+        return note("IsValueAvailable", value, fill(out));
     }
-    OrvErrorType RunCommand() override { return note("RunCommand"); }
-    OrvErrorType IsCommandDone(bool&) const override { return note("IsCommandDone"); }
-    OrvErrorType GetName(char* b, Length& n) const override { return noteText("GetName", b, n); }
-    OrvErrorType GetDisplayName(char* b, Length& n) const override {
-        return noteText("GetDisplayName", b, n);
-    }
-    OrvErrorType GetDataType(OrvFeatureDataType&) const override { return note("GetDataType"); }
-    OrvErrorType GetFlags(OrvFeatureFlagsType&) const override { return note("GetFlags"); }
-    OrvErrorType GetCategory(char* b, Length& n) const override {
-        return noteText("GetCategory", b, n);
-    }
-    OrvErrorType GetUnit(char* b, Length& n) const override { return noteText("GetUnit", b, n); }
-    OrvErrorType GetRepresentation(char* b, Length& n) const override {
-        return noteText("GetRepresentation", b, n);
-    }
-    OrvErrorType GetVisibility(OrvFeatureVisibilityType&) const override {
-        return note("GetVisibility");
-    }
-    OrvErrorType GetToolTip(char* b, Length& n) const override {
-        return noteText("GetToolTip", b, n);
-    }
-    OrvErrorType GetDescription(char* b, Length& n) const override {
-        return noteText("GetDescription", b, n);
-    }
-    OrvErrorType GetSelectedFeatures(std::shared_ptr<Feature>* f, Length& n) const override {
-        return noteList("GetSelectedFeatures", f, n);
-    }
-    OrvErrorType GetValidValueSet(Int* values, Length& n) const override {
-        return noteList("GetValidValueSet", values, n);
-    }
-    OrvErrorType IsReadable(bool&) const override { return note("IsReadable"); }
-    OrvErrorType IsWritable(bool&) const override { return note("IsWritable"); }
-    OrvErrorType RegisterObserver(const Observer&) override { return note("RegisterObserver"); }
-    OrvErrorType UnregisterObserver(const Observer&) override { return note("UnregisterObserver"); }
+    DOES(RunCommand)
+    GIVES(IsCommandDone, bool)
+    TELLS(GetName)
+    TELLS(GetDisplayName)
+    GIVES(GetDataType, OrvFeatureDataType)
+    GIVES(GetFlags, OrvFeatureFlagsType)
+    TELLS(GetCategory)
+    TELLS(GetUnit)
+    TELLS(GetRepresentation)
+    GIVES(GetVisibility, OrvFeatureVisibilityType)
+    TELLS(GetToolTip)
+    TELLS(GetDescription)
+    LISTS(GetSelectedFeatures, std::shared_ptr<Feature>)
+    LISTS(GetValidValueSet, Int)
+    GIVES(IsReadable, bool)
+    GIVES(IsWritable, bool)
+    TAKES(RegisterObserver, const std::shared_ptr<OrvCPP::IFeatureObserver>&)
+    TAKES(UnregisterObserver, const std::shared_ptr<OrvCPP::IFeatureObserver>&)
 };
+
+#undef DOES
+#undef GIVES
+#undef TELLS
+#undef LISTS
+#undef TAKES

@@ -90,27 +90,4 @@ TEST(TwiceAskedList, IsEmptyWhenItsBufferCannotBeAllocated) {
     EXPECT_THAT(list, IsEmpty());
 }
 
-/// A wrapper of a number.
-struct NumberWrapper {
-    explicit NumberWrapper(std::shared_ptr<int> held) : number(std::move(held)) {}
-    std::shared_ptr<int> number;
-};
-
-TEST(TwiceAskedWrappers, HoldTheObjectsInTheirOrder) {
-    Source source;
-    const std::vector<std::shared_ptr<int>> objects = {std::make_shared<int>(1), nullptr,
-                                                       std::make_shared<int>(3)};
-    const auto ask = [&objects](Source&, std::shared_ptr<int>* found, std::uint32_t& n) {
-        n = static_cast<std::uint32_t>(objects.size());
-        if (found != nullptr)
-            std::copy(objects.begin(), objects.end(), found);
-        return OrvErrorType{OrvErrorSuccess};
-    };
-    std::vector<std::shared_ptr<NumberWrapper>> found = {nullptr};
-    ASSERT_EQ(TwiceAsked::wrappers<int>(&source, found, ask), OrvErrorSuccess);
-    ASSERT_EQ(found.size(), 3U);
-    for (std::size_t i = 0; i < objects.size(); ++i)
-        EXPECT_EQ(found[i]->number, objects[i]);
-}
-
 } // namespace
