@@ -68,7 +68,7 @@ std::optional<std::uint64_t> namedSpeed(const std::string& megabits) {
 
 UsbIdentity parseDevicePath(const std::string& path) {
     const auto match = [&path](const char* pattern) {
-        return firstMatch(path, pattern, std::regex::icase);
+        return firstMatch(path, pattern, std::regex::ECMAScript | std::regex::icase);
     };
     return {number(match("VID_([0-9A-F]{4})"), 16), number(match("PID_([0-9A-F]{4})"), 16),
             match("VID_[0-9A-F]{4}&PID_[0-9A-F]{4}#([0-9A-Z]+)#")};

@@ -88,9 +88,11 @@ INSTANTIATE_TEST_SUITE_P(
                     Division{"--interface GEV-enp3s0 --max-bandwidth 50", 45e6, 10}));
 
 TEST(AutoSet, leavesLockedCamerasAlone) {
-    const QJsonObject result =
-        runForJson(QStringLiteral("autoset --lock GEV-211001 --lock 211002") + oversubscribed);
-    const QJsonArray cameras = camerasOf(result);
+    SpanletProcess spanlet;
+    const auto line = QStringLiteral("autoset --json --lock GEV-211001 --lock 211002");
+    EXPECT_EQ(spanlet.run(line + oversubscribed), 0);
+    EXPECT_THAT(spanlet.err().toStdString(), HasSubstr("161.0 MB/s, but only 112.5 MB/s"));
+    const QJsonArray cameras = camerasOf(spanlet.json());
     for (const int locked : {0, 1}) {
         EXPECT_EQ(cameras[locked][QStringLiteral("bandwidthBytesPerSecond")].toDouble(), 80e6);
         EXPECT_EQ(cameras[locked][QStringLiteral("status")].toString(), QStringLiteral("locked"));

@@ -13,11 +13,9 @@ TEST(ErrorText, isExact) {
     const std::pair<OrvErrorType, const char*> rows[] = {
         {0, "(No error)"},
         {-1, "(Unexpected fault in Orv API or driver)"},
-        {-7, "(One of the parameters was invalid (usually an illegal pointer))"},
         {-14, "(Resources not available (e.g memory))"},
         {-21, "(The valid value set could not be retrieved, since the feature does not provide "
               "this property)"},
-        {-33, "(Something has already been done)"},
         {-36, "(The XML for the module is currently not loaded; the module could be in the wrong "
               "state or the XML could not be retrieved or could not be parsed properly)"},
         {-40, "(The operation requires more buffers)"},

@@ -338,6 +338,8 @@ TEST_F(WrapperTest, InterfaceIdIsTheInterfacesOwn) {
     object->interface = nullptr;
     EXPECT_EQ(wrapper.GetInterfaceID(text), OrvErrorBadHandle);
     EXPECT_EQ(OrvCameraWrapper().GetInterfaceID(text), OrvErrorBadHandle);
+    object->result = OrvErrorDeviceNotOpen;
+    EXPECT_EQ(wrapper.GetInterfaceID(text), OrvErrorDeviceNotOpen);
 }
 
 TEST_F(WrapperTest, CameraReadsNoMemoryIntoAnEmptyBuffer) {

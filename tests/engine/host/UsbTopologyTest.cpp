@@ -18,7 +18,6 @@ TEST(UsbTopology, readsVendorProductAndSerialOfAPath) {
         {"USB#VID_4D52&MI_00&PID_0001#A#", 0x4D52, 1, std::nullopt},
         {"VID_1111&VID_2222", 0x1111, std::nullopt, std::nullopt},
         {R"(\\?\usb#vid_4d52&pid_abcd#50a1z#{a5dc})", 0x4D52, 0xABCD, "50a1z"},
-        {"", std::nullopt, std::nullopt, std::nullopt},
     };
     for (const auto& each : cases) {
         const host::UsbIdentity identity = host::parseDevicePath(each.path);
