@@ -123,6 +123,10 @@ CameraList affected(const Task& task) {
 QJsonObject runTask(Cameras& cameras, const Task& task) {
     const CameraList list = affected(task);
     const QJsonArray before = bandwidthsOf(list);
+    for (const auto& camera : list) {
+        if (camera->isOpened() && !camera->isLocked())
+            camera->switchBandwidthLimitOn();
+    }
     autoSet(cameras, task);
     const auto bitsPerSecond = static_cast<double>(
         cameras.controller().getInterfaceSpeed(task.interface.name.toStdString()));

@@ -110,6 +110,11 @@ std::int64_t CameraHandler::setBandwidth(std::uint64_t value, std::uint64_t requ
     return reached;
 }
 
+void CameraHandler::switchBandwidthLimitOn() {
+    if (m_bandwidthLimit->find())
+        m_bandwidthLimit->switchOn();
+}
+
 bool CameraHandler::hasFeature(const char* feature) const {
     return m_features->hasFeature(cameraModule, feature);
 }

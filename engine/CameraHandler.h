@@ -78,6 +78,8 @@ public:
 
     /// Whether an acquisition that this handler started is still to be stopped.
     bool isAcquiring() const;
+    /// Switches the camera's bandwidth limit on: while it is off, the limit's value has no effect.
+    void switchBandwidthLimitOn();
 
 private:
     std::string displayName() const;

@@ -89,9 +89,12 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(AutoSet, leavesLockedCamerasAlone) {
     SpanletProcess spanlet;
-    const auto line = QStringLiteral("autoset --json --lock GEV-211001 --lock 211002");
+    const auto line = QStringLiteral("autoset --json -v --lock GEV-211001 --lock 211002");
     EXPECT_EQ(spanlet.run(line + oversubscribed), 0);
     EXPECT_THAT(spanlet.err().toStdString(), HasSubstr("161.0 MB/s, but only 112.5 MB/s"));
+    const std::string switched = ": feature 'DeviceLinkThroughputLimitMode' set to 'On'.";
+    EXPECT_THAT(spanlet.err().toStdString(), HasSubstr("(GEV-211003)" + switched));
+    EXPECT_THAT(spanlet.err().toStdString(), testing::Not(HasSubstr("(GEV-211001)" + switched)));
     const QJsonArray cameras = camerasOf(spanlet.json());
     for (const int locked : {0, 1}) {
         EXPECT_EQ(cameras[locked][QStringLiteral("bandwidthBytesPerSecond")].toDouble(), 80e6);
