@@ -1,17 +1,22 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "logging/Log.h"
 
+#include "logging/ForwardingBuffer.h"
 #include "sdk/ErrorText.h"
 
 #include <iostream>
 
 namespace {
 
-/// The line goes out in one unformatted write: several threads log at the same moment, and neither
-/// their characters may mix nor may they share the stream's formatting state.
+/// Writes the line in one piece, so that lines of several threads do not mix, and past the stream
+/// object, whose state is not thread-safe: another thread may exchange its buffer.
 void writeLine(const char* prefix, const std::string& text) {
+    std::streambuf* const buffer = Logging::bufferOf(std::cout);
+    if (buffer == nullptr)
+        return;
     const std::string line = prefix + text + '\n';
-    std::cout.write(line.data(), static_cast<std::streamsize>(line.size())).flush();
+    buffer->sputn(line.data(), static_cast<std::streamsize>(line.size()));
+    buffer->pubsync();
 }
 
 std::string withError(const std::string& text, OrvErrorType error) {

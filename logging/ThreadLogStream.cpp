@@ -1,21 +1,25 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "logging/ThreadLogStream.h"
 
+#include "logging/ForwardingBuffer.h"
+
 #include <utility>
 
 namespace Logging {
 
 ThreadLogStream::ThreadLogStream(std::ostream& stream, LogMessageType type, QObject* parent)
-    : QObject(parent), m_stream(stream), m_previous(nullptr), m_type(type) {
+    : QObject(parent), m_stream(stream), m_previous(bufferOf(stream)), m_type(type),
+      m_forwarding(ForwardingBuffer::make(*this, m_previous)) {
     qRegisterMetaType<LogMessageType>("LogMessageType");
-    m_previous = m_stream.rdbuf(this);
+    setBufferOf(m_stream, &m_forwarding);
 }
 
 ThreadLogStream::~ThreadLogStream() {
-    const std::string rest = takeLine();
-    if (!rest.empty())
-        emitLine(rest);
-    m_stream.rdbuf(m_previous);
+    emitRest();
+    setBufferOf(m_stream, m_previous);
+    m_forwarding.endSink();
+    // What a slot or another thread began meanwhile.
+    emitRest();
 }
 
 ThreadLogStream::int_type ThreadLogStream::overflow(int_type c) {
@@ -41,7 +45,7 @@ std::streamsize ThreadLogStream::xsputn(const char* s, std::streamsize n) {
         emitLine(complete.substr(begin, end - begin));
         begin = end + 1;
     }
-    // Not before: a line that a slot writes would otherwise continue this one.
+    // After the emission: a line that a slot writes would otherwise continue this text.
     append(text.substr(lastNewline + 1));
     return n;
 }
@@ -57,7 +61,17 @@ std::string ThreadLogStream::takeLine() {
 }
 
 void ThreadLogStream::emitLine(const std::string& line) {
-    emit sendLogString(m_type, QString::fromStdString(line));
+    try {
+        emit sendLogString(m_type, QString::fromStdString(line));
+    } catch (...) {
+        // Must not reach the stream: it would set badbit and write nothing from then on.
+    }
+}
+
+void ThreadLogStream::emitRest() {
+    const std::string rest = takeLine();
+    if (!rest.empty())
+        emitLine(rest);
 }
 
 } // namespace Logging

@@ -14,6 +14,8 @@
 
 namespace Logging {
 
+class ForwardingBuffer;
+
 /// Takes the place of a standard stream's buffer and emits every complete line (UTF-8, without its
 /// newline) as a signal. Text after the last newline waits for the next write, or for the
 /// destructor, which emits it and gives the stream its previous buffer back.
@@ -21,7 +23,11 @@ namespace Logging {
 /// Thread-safe: lines may be written from any thread and are emitted in that thread, so that a
 /// connection of the automatic type is queued when the receiver lives elsewhere. A line written in
 /// one piece stays in one piece. No lock is held while a line is emitted: a slot may write lines.
-/// Only construction and destruction must not overlap with writes to the stream.
+/// An exception that a slot throws is dropped, since it would mark the stream as broken.
+///
+/// Other threads may write while the object is created and destroyed. The destructor waits for
+/// lines that they are emitting; afterwards they write to the previous buffer. So no slot may
+/// destroy the object, and none that runs in another thread may wait for the destroying one.
 class ThreadLogStream : public QObject, public std::basic_streambuf<char> {
     Q_OBJECT
 
@@ -41,6 +47,7 @@ private:
     void append(std::string_view text);
     std::string takeLine();
     void emitLine(const std::string& line);
+    void emitRest();
 
     std::ostream& m_stream;
     std::streambuf* m_previous;
@@ -48,6 +55,8 @@ private:
     std::string m_line;
     LogMessageType m_type;
     std::mutex m_mutex;
+    /// The buffer that the stream has meanwhile; it forwards to this object.
+    ForwardingBuffer& m_forwarding;
 };
 
 } // namespace Logging

@@ -42,8 +42,8 @@ TEST_F(ThreadLogStreamTest, EmitsWhatIsCompleteAndKeepsTheRest) {
 }
 
 TEST_F(ThreadLogStreamTest, TakesSingleCharacters) {
-    m_stream.put('x').put('\xC3').put('\xA4').put('\n').put('y');
-    EXPECT_THAT(m_lines, ElementsAre("x\xC3\xA4"));
+    m_stream.put('x').put('\xE2').put('\x82').put('\xAC').put('\n').put('y');
+    EXPECT_THAT(m_lines, ElementsAre("x\xE2\x82\xAC"));
     EXPECT_TRUE(m_stream.good());
 }
 
@@ -51,22 +51,26 @@ TEST_F(ThreadLogStreamTest, EmitsTheRestAndGivesTheStreamBackWhenItEnds) {
     m_stream << "rest";
     EXPECT_THAT(m_lines, IsEmpty());
     m_logStream.reset();
-    EXPECT_THAT(m_lines, ElementsAre("rest"));
     EXPECT_EQ(m_stream.rdbuf(), m_previous);
     m_stream << "after\n";
     EXPECT_EQ(m_stream.str(), "after\n");
     EXPECT_THAT(m_lines, ElementsAre("rest"));
 }
 
-TEST_F(ThreadLogStreamTest, LetsASlotWriteLines) {
+TEST_F(ThreadLogStreamTest, LetsASlotWriteLinesAndThrow) {
     QObject::connect(m_logStream.get(), &ThreadLogStream::sendLogString,
                      [this](LogMessageType, const QString& line) {
-                         if (line == QLatin1String("first"))
-                             m_stream << "from the slot\n";
+                         if (line == QLatin1String("first") || line == QLatin1String("end"))
+                             m_stream << "from the slot\nre";
+                         if (line == QLatin1String("second"))
+                             throw 0;
                      });
-    m_stream << "first\nsecond\nre"
-             << "st\n";
-    EXPECT_THAT(m_lines, ElementsAre("first", "from the slot", "second", "rest"));
+    m_stream << "first\nsecond\n"
+             << "st\nend";
+    m_logStream.reset();
+    EXPECT_THAT(m_lines, ElementsAre("first", "from the slot", "second", "rest", "end",
+                                     "from the slot", "re"));
+    EXPECT_EQ(m_stream.str(), "");
 }
 
 } // namespace
