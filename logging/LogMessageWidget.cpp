@@ -2,10 +2,11 @@
 #include "logging/LogMessageWidget.h"
 
 #include <QDateTime>
+#include <QScopedValueRollback>
 #include <QTableWidget>
 #include <QtDebug>
 
-#include <memory>
+#include <utility>
 
 namespace Logging {
 
@@ -74,14 +75,20 @@ void LogMessageWidget::catchStandardError(const QString& line) {
 void LogMessageWidget::insertRow(const QIcon& icon, const QString& level, const QString& text) {
     const QString time =
         QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
-    auto levelItem = std::make_unique<QTableWidgetItem>(icon, level);
-    auto timeItem = std::make_unique<QTableWidgetItem>(time);
-    auto textItem = std::make_unique<QTableWidgetItem>(text);
-
-    m_table->insertRow(0);
-    m_table->setItem(0, 0, levelItem.release());
-    m_table->setItem(0, 1, timeItem.release());
-    m_table->setItem(0, 2, textItem.release());
+    m_waiting.push_back({std::make_unique<QTableWidgetItem>(icon, level),
+                         std::make_unique<QTableWidgetItem>(time),
+                         std::make_unique<QTableWidgetItem>(text)});
+    // A slot of the table has logged while a row is inserted: that row is filled first.
+    if (m_isInserting)
+        return;
+    const QScopedValueRollback inserting(m_isInserting, true);
+    while (!m_waiting.empty()) {
+        Row row = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        m_table->insertRow(0);
+        for (std::size_t column = 0; column < row.size(); ++column)
+            m_table->setItem(0, static_cast<int>(column), row[column].release());
+    }
 }
 
 } // namespace Logging

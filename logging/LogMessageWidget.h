@@ -8,7 +8,12 @@
 #include <QObject>
 #include <QString>
 
+#include <array>
+#include <deque>
+#include <memory>
+
 class QTableWidget;
+class QTableWidgetItem;
 
 namespace Logging {
 
@@ -30,14 +35,19 @@ public slots:
     void catchMessage(LogMessageType type, QString msg);
 
 private:
+    using Row = std::array<std::unique_ptr<QTableWidgetItem>, 3>;
+
     void catchStandardOutput(const QString& line);
     void catchStandardError(const QString& line);
     void insertRow(const QIcon& icon, const QString& level, const QString& text);
 
     QTableWidget* m_table;
     bool m_showDebugMessages;
+    bool m_isInserting = false;
+    /// Rows that wait until another one is filled, the oldest in front.
+    std::deque<Row> m_waiting;
     RowHeights m_rowHeights;
-    /// Loaded once: a burst of lines shall not read its icons again and again.
+    /// Loaded once, not for every line.
     const QIcon m_debugIcon;
     const QIcon m_infoIcon;
     const QIcon m_warningIcon;

@@ -49,15 +49,16 @@ TEST(QtMessageHandlerTest, TellsTheContextWhenThereIsAFunction) {
                                          "Info:%1 of 100% (f() in :0)"));
 }
 
-TEST(QtMessageHandlerTest, WritesUtf8WhateverTheLocalEncoding) {
+TEST(QtMessageHandlerTest, WritesUtf8OfWhatTheLocalEncodingHas) {
     QTextCodec* const previous = QTextCodec::codecForLocale();
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
     const CapturedLog log;
-    const QString text = QStringLiteral("\u00E4");
+    const QString text = QStringLiteral("\u00E4\u20AC");
     qtMessageHandler(QtInfoMsg, QMessageLogContext(), text);
     qtMessageHandler(QtInfoMsg, QMessageLogContext("a.cpp", 1, "f()", "category"), text);
     QTextCodec::setCodecForLocale(previous);
-    EXPECT_THAT(log.lines(), ElementsAre("Info:\xC3\xA4", "Info:\xC3\xA4 (f() in a.cpp:1)"));
+    EXPECT_THAT(log.lines(),
+                ElementsAre("Info:\xC3\xA4\xE2\x82\xAC", "Info:\xC3\xA4? (f() in a.cpp:1)"));
 }
 
 } // namespace

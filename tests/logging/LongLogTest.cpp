@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "logging/Log.h"
 #include "logging/LogMessageWidget.h"
-#include "logging/ThreadLogStream.h"
 
 #include <QCoreApplication>
 #include <QHeaderView>
@@ -10,21 +8,10 @@
 #include <QTableWidget>
 #include <gmock/gmock.h>
 
-#include <algorithm>
-#include <ctime>
-#include <iostream>
-#include <thread>
-
 namespace {
 
 using Logging::LogMessageWidget;
 using Logging::RowHeights;
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr double freezeLimitSeconds = 2.5; // instrumented code is several times slower
-#else
-constexpr double freezeLimitSeconds = 0.5;
-#endif
 
 /// Counts how often an item is measured.
 class CountingDelegate : public QStyledItemDelegate {
@@ -58,11 +45,11 @@ protected:
             m_receiver.catchMessage(LogMessageType::StdOut, text);
     }
 
-    /// How many items are measured for one more row.
-    int measuredForOneRow() {
+    /// How many items are measured for more rows.
+    int measuredFor(int lines) {
         settle();
         m_delegate.measured = 0;
-        log(1);
+        log(lines);
         settle();
         return m_delegate.measured;
     }
@@ -85,11 +72,11 @@ protected:
 TEST_P(LongLogTest, MeasuresNoMoreForARowThanAShortLog) {
     m_table.setVisible(GetParam());
     log(200);
-    const int few = measuredForOneRow();
+    const int few = measuredFor(1);
     log(4800);
-    const int many = measuredForOneRow();
     EXPECT_GT(few, 0);
-    EXPECT_LE(many, few);
+    EXPECT_LE(measuredFor(1), few);
+    EXPECT_LE(measuredFor(1000), 3 * few) << "a burst is measured when it is over";
 }
 
 INSTANTIATE_TEST_SUITE_P(HiddenAndShown, LongLogTest, testing::Bool());
@@ -119,29 +106,6 @@ TEST_F(LongLogTest, KeepsTheHeightsOfAHeaderOfAnotherMode) {
     log(100);
     scrollTo(99);
     EXPECT_EQ(m_table.rowHeight(100), 77);
-}
-
-TEST_F(LongLogTest, DoesNotFreezeInABurst) {
-    constexpr int lines = 10'000;
-    Logging::ThreadLogStream stream(std::cout, LogMessageType::StdOut);
-    QObject::connect(&stream, &Logging::ThreadLogStream::sendLogString, &m_receiver,
-                     &LogMessageWidget::catchMessage);
-    std::thread([] {
-        for (int i = 0; i < lines; ++i)
-            logInfo("Camera " + std::to_string(i));
-    }).join();
-
-    double longest = 0;
-    for (int turn = 0; turn < 10; ++turn) {
-        const std::clock_t start = std::clock();
-        QCoreApplication::processEvents();
-        longest = std::max(longest, double(std::clock() - start) / CLOCKS_PER_SEC);
-    }
-    ASSERT_EQ(m_table.rowCount(), lines);
-    EXPECT_EQ(m_table.item(0, 2)->text(), QStringLiteral("Camera 9999"));
-    EXPECT_EQ(m_table.item(lines - 1, 2)->text(), QStringLiteral("Camera 0"));
-    EXPECT_LT(longest, freezeLimitSeconds);
-    RecordProperty("longestMilliseconds", static_cast<int>(longest * 1000));
 }
 
 } // namespace
