@@ -45,6 +45,30 @@
         <source>Execute</source>
         <translation>Ausführen</translation>
     </message>
+    <message>
+        <source>Up to 8 hexadecimal digits</source>
+        <translation>Bis zu 8 hexadezimale Ziffern</translation>
+    </message>
+    <message>
+        <source>An IPv4 address, such as 192.168.0.1</source>
+        <translation>Eine IPv4-Adresse, zum Beispiel 192.168.0.1</translation>
+    </message>
+    <message>
+        <source>A MAC address, such as 02:00:00:00:00:01</source>
+        <translation>Eine MAC-Adresse, zum Beispiel 02:00:00:00:00:01</translation>
+    </message>
+    <message>
+        <source>A whole number from %1 to %2</source>
+        <translation>Eine ganze Zahl von %1 bis %2</translation>
+    </message>
+    <message>
+        <source>A number from %1 to %2, with up to 10 decimals after a point</source>
+        <translation>Eine Zahl von %1 bis %2, mit bis zu 10 Stellen nach einem Punkt</translation>
+    </message>
+    <message>
+        <source>A number, with up to 10 decimals after a point</source>
+        <translation>Eine Zahl, mit bis zu 10 Stellen nach einem Punkt</translation>
+    </message>
 </context>
 <context>
     <name>FeatureTreeDialog</name>

@@ -17,6 +17,7 @@
 #include <QRegularExpressionValidator>
 #include <QSignalBlocker>
 #include <QSlider>
+#include <QToolTip>
 #include <qwt_scale_engine.h>
 #include <qwt_slider.h>
 
@@ -88,15 +89,21 @@ bool DelegateWidget::canEdit(const FeatureInfo& info) {
     return compositionFor(info) != nullptr;
 }
 
+bool DelegateWidget::hasUnit(const FeatureInfo& info) {
+    const bool isNumber =
+        info.dataType == OrvFeatureDataInt || info.dataType == OrvFeatureDataFloat;
+    return isNumber && !info.unit.empty();
+}
+
 DelegateWidget::DelegateWidget(FeatureInfo info, QWidget* parent)
     : QWidget(parent), m_info(std::move(info)),
       m_grid(as<std::int64_t>(m_info.minimum), as<std::int64_t>(m_info.maximum),
              as<std::int64_t>(m_info.increment)),
       m_scale(as<double>(m_info.minimum), as<double>(m_info.maximum), as<double>(m_info.increment),
               isLogarithmic(m_info)) {
-    // The text of the row must not shine through, nor may the row take what is meant for us.
+    // Hides the row's text, and keeps mouse events from the row.
     setAutoFillBackground(true);
-    // That of other dialogs: on that of a table, a dark check box cannot be told from it.
+    // On the background of a table, a dark check box could not be seen.
     setBackgroundRole(QPalette::Window);
     setAttribute(Qt::WA_NoMousePropagation);
     setFocusPolicy(Qt::StrongFocus);
@@ -105,13 +112,14 @@ DelegateWidget::DelegateWidget(FeatureInfo info, QWidget* parent)
     row->setSpacing(spacing);
     if (const Composition* composition = compositionFor(m_info)) {
         (this->*composition->build)();
+        if (hasUnit(m_info))
+            row->addWidget(new QLabel(QString::fromStdString(m_info.unit)));
         setFocusProxy(m_holder);
         setValue(m_info.value);
     }
 }
 
-/// A part that loses the focus while it is destroyed says that editing is finished, and we are
-/// gone.
+/// Parts emit editingFinished when they lose the focus while they are destroyed.
 DelegateWidget::~DelegateWidget() {
     for (QWidget* part : m_parts)
         part->disconnect(this);
@@ -154,9 +162,10 @@ void DelegateWidget::buildEnumeration() {
 void DelegateWidget::addLine(const TextForm& form, QValidator* validator) {
     m_form = &form;
     m_line = add(new QLineEdit);
-    // What does not fit would be cut off, and written back like that.
+    // Otherwise a long value would be cut off, and the cut text be written.
     m_line->setMaxLength(std::numeric_limits<int>::max());
     m_line->setValidator(validator);
+    showHintWhenRejecting(*m_line);
 }
 
 void DelegateWidget::buildString() {
@@ -176,6 +185,7 @@ void DelegateWidget::buildHex() {
             return fromHexText(text);
         }};
     layout()->addWidget(new QLabel(QStringLiteral("0x")));
+    m_hint = tr("Up to 8 hexadecimal digits");
     addLine(hex, expressionValidator("([0-9a-fA-F]){1,8}", this));
     connect(m_line, &QLineEdit::editingFinished, this, &DelegateWidget::onEditingFinishedHex);
 }
@@ -186,6 +196,7 @@ void DelegateWidget::buildIp() {
         [](const QString& text) -> Read {
             return fromIpText(text);
         }};
+    m_hint = tr("An IPv4 address, such as 192.168.0.1");
     addLine(ip, expressionValidator("(([01]?[0-9]?[0-9]|2[0-4][0-9]|25[0-5])\\.){3}"
                                     "([01]?[0-9]?[0-9]|2[0-4][0-9]|25[0-5])",
                                     this));
@@ -198,6 +209,7 @@ void DelegateWidget::buildMac() {
         [](const QString& text) -> Read {
             return fromMacText(text);
         }};
+    m_hint = tr("A MAC address, such as 02:00:00:00:00:01");
     addLine(mac, expressionValidator("^([0-9A-Fa-f]{2}[:-]){5}([0-9A-Fa-f]{2})$", this));
     connect(m_line, &QLineEdit::editingFinished, this, &DelegateWidget::onEditingFinished);
 }
@@ -215,6 +227,8 @@ void DelegateWidget::buildInteger() {
     m_spin->setFixedHeight(fixedHeight);
     connect(m_spin, &LongSpinBox::valueStepped, this, &DelegateWidget::moveSlider);
     connect(m_spin, &LongSpinBox::editingFinished, this, &DelegateWidget::onEditingFinished);
+    showHintWhenRejecting(*m_spin->findChild<QLineEdit*>());
+    m_hint = tr("A whole number from %1 to %2").arg(m_grid.minimum()).arg(m_grid.maximum());
 }
 
 void DelegateWidget::buildFloat() {
@@ -227,11 +241,13 @@ void DelegateWidget::buildFloat() {
     // Without a range that could be read, or that makes sense, the camera decides.
     const double minimum = as<double>(m_info.minimum);
     const double maximum = as<double>(m_info.maximum);
-    const bool isRead = minimum != 0 || maximum != 0;
+    const bool isKnown = minimum <= maximum && (minimum != 0 || maximum != 0);
     constexpr double unlimited = std::numeric_limits<double>::max();
-    auto* validator = isRead && minimum <= maximum
-                          ? new DoubleValidator(minimum, maximum, this)
-                          : new DoubleValidator(-unlimited, unlimited, this);
+    auto* validator = isKnown ? new DoubleValidator(minimum, maximum, this)
+                              : new DoubleValidator(-unlimited, unlimited, this);
+    m_hint = isKnown ? tr("A number from %1 to %2, with up to 10 decimals after a point")
+                           .arg(toDoubleText(minimum), toDoubleText(maximum))
+                     : tr("A number, with up to 10 decimals after a point");
     addLine(number, validator);
     m_line->setMinimumWidth(floatWidth);
     m_line->setMaximumWidth(m_line->fontMetrics().averageCharWidth() * floatDigits);
@@ -263,10 +279,10 @@ std::optional<FeatureValue> DelegateWidget::input() const {
     return m_holder != nullptr ? valueOf(*m_holder) : std::nullopt;
 }
 
-/// Nothing while the text of a line edit is not complete.
+/// Nothing while a text is not complete.
 std::optional<FeatureValue> DelegateWidget::valueOf(const QWidget& part) const {
     if (const auto* line = qobject_cast<const QLineEdit*>(&part)) {
-        // The value itself, whatever got lost in its text, and whether or not it could be typed.
+        // Untouched: the value itself, since its text may be rounded or not acceptable.
         if (line->text() == m_form->show(m_shown))
             return m_shown;
         return line->hasAcceptableInput() ? m_form->read(line->text()) : std::nullopt;
@@ -277,7 +293,7 @@ std::optional<FeatureValue> DelegateWidget::valueOf(const QWidget& part) const {
     if (const auto* box = qobject_cast<const QComboBox*>(&part))
         return box->currentIndex() < 0 ? m_value : FeatureValue(box->currentText().toStdString());
     if (const auto* spin = qobject_cast<const LongSpinBox*>(&part))
-        return spin->value();
+        return spin->isComplete() ? Read(spin->value()) : std::nullopt;
     // The spin box has the exact value.
     if (qobject_cast<const QSlider*>(&part) != nullptr)
         return m_spin->value();
@@ -388,6 +404,15 @@ void DelegateWidget::tell(const FeatureValue& value) {
         emit newStringValueToSet(QString::fromStdString(std::get<std::string>(value)));
 }
 
+void DelegateWidget::showHintWhenRejecting(const QLineEdit& line) {
+    connect(&line, &QLineEdit::inputRejected, this, &DelegateWidget::showHint);
+    connect(&line, &QLineEdit::textEdited, &QToolTip::hideText);
+}
+
+void DelegateWidget::showHint() {
+    QToolTip::showText(m_holder->mapToGlobal(m_holder->rect().bottomLeft()), m_hint, m_holder);
+}
+
 bool DelegateWidget::eventFilter(QObject* watched, QEvent* event) {
     auto& part = *static_cast<QWidget*>(watched);
     const bool isKeyPress = event->type() == QEvent::KeyPress;
@@ -401,7 +426,7 @@ bool DelegateWidget::eventFilter(QObject* watched, QEvent* event) {
             m_spin->selectAll();
         return false;
     case QEvent::FocusOut:
-        // Nothing has it while another program is used: the editor waits.
+        // Null while another program is in use: the editor stays open.
         if (QApplication::focusWidget() != nullptr && !holdsFocus())
             emit editingFinished();
         return false;
@@ -411,7 +436,7 @@ bool DelegateWidget::eventFilter(QObject* watched, QEvent* event) {
         release(part, *event);
         return true;
     case QEvent::Wheel:
-        // Who scrolls the tree of a window that is not in use chooses nothing.
+        // Scrolling in a window that is not in use must not change a value.
         if (!holdsFocus()) {
             event->ignore();
             return true;
@@ -441,8 +466,10 @@ bool DelegateWidget::onKeyPressed(QWidget& part, const QKeyEvent& event) {
     } else if (const auto value = input()) {
         tell(*value);
         emit editingFinished();
+    } else {
+        showHint();
     }
-    // Else it would press the default button of the dialog.
+    // Passed on, the key would press the default button of the dialog.
     return true;
 }
 
@@ -455,7 +482,7 @@ void DelegateWidget::release(QWidget& slider, QEvent& event) {
         tell(*value);
 }
 
-/// What no part has a use for scrolls the tree, which mouse events do not reach by themselves.
+/// Wheel events that no part handles scroll the tree.
 void DelegateWidget::wheelEvent(QWheelEvent* event) {
     QApplication::sendEvent(parentWidget(), event);
 }
@@ -469,7 +496,7 @@ bool DelegateWidget::holdsFocus() const {
 
 bool DelegateWidget::focusNextPrevChild(bool next) {
     const int index = m_parts.indexOf(QApplication::focusWidget()) + (next ? 1 : -1);
-    // Beyond the ends the view takes the key, and edits another row.
+    // At the ends the view handles the key, and edits another row.
     if (index < 0 || index >= m_parts.size() || !m_parts.at(index)->isEnabled())
         return false;
     m_parts.at(index)->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);

@@ -22,6 +22,9 @@ class QwtSlider;
 /// Editor of one feature in a row of the feature tree: the widgets that suit its data type and
 /// representation. Bound to the GUI thread.
 ///
+/// Characters that no valid text has are refused, and a tool tip then tells what can be typed. So
+/// it does when Return is pressed on a text that is not complete; the editor stays open.
+///
 /// Return commits, Escape leaves the value as it is, Tab moves from one widget to the next. Leaving
 /// the editor commits, too, moving within it does not. Whatever is chosen by mouse is committed at
 /// once; keys and the wheel only browse, so that passing over a value does not write it.
@@ -31,6 +34,8 @@ class DelegateWidget : public QWidget {
 public:
     /// Whether a feature of that kind can be edited.
     static bool canEdit(const FeatureInfo& info);
+    /// Whether it is a number whose unit is to be shown behind it.
+    static bool hasUnit(const FeatureInfo& info);
 
     /// Empty for a feature that cannot be edited.
     explicit DelegateWidget(FeatureInfo info, QWidget* parent = nullptr);
@@ -105,6 +110,8 @@ private:
     void tidyText();
     void moveSlider();
     void tell(const FeatureValue& value);
+    void showHintWhenRejecting(const QLineEdit& line);
+    void showHint();
     bool onKeyPressed(QWidget& part, const QKeyEvent& event);
     void release(QWidget& slider, QEvent& event);
     bool holdsFocus() const;
@@ -114,6 +121,8 @@ private:
     /// What the line edit was last made to show: its text may have fewer digits.
     FeatureValue m_shown;
     const TextForm* m_form = nullptr;
+    /// What can be typed.
+    QString m_hint;
     StepGrid m_grid;
     FloatScale m_scale;
 

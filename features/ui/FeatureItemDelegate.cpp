@@ -17,14 +17,13 @@ constexpr int rowHeight = 27;
 /// Room for a slider and its spin box.
 constexpr int columnWidth = 280;
 
-/// As the camera tells it now: asking for the value brings a description up to date that an earlier
-/// write has outdated.
+/// Asks for the value first: that reads an outdated description again.
 FeatureInfo infoOf(const QModelIndex& index) {
     static_cast<void>(index.data(Qt::EditRole));
     return index.data(Qt::UserRole).value<FeatureInfo>();
 }
 
-/// A number that is none does not equal itself.
+/// NaN is the same as NaN here.
 bool isSame(const FeatureValue& left, const FeatureValue& right) {
     return left == right || (left != left && right != right);
 }
@@ -39,7 +38,11 @@ FeatureItemDelegate::~FeatureItemDelegate() = default;
 
 QWidget* FeatureItemDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
                                            const QModelIndex& index) const {
+    emit aboutToEdit(index);
     const FeatureInfo info = infoOf(index);
+    // Asked after reading, which may have told that it can no longer be written.
+    if (!index.flags().testFlag(Qt::ItemIsEditable))
+        return nullptr;
     if (!DelegateWidget::canEdit(info)) {
         qDebug("Cannot create delegate widget for %s", info.name.c_str());
         return nullptr;
@@ -74,7 +77,7 @@ void FeatureItemDelegate::setModelData(QWidget* editor, QAbstractItemModel* mode
         return;
     const QPersistentModelIndex edited(index);
     model->setData(index, toVariant(*input));
-    // What is committed is no longer an edit: being closed, the editor would write it once more.
+    // Otherwise closing the editor would write the value again.
     if (edited.isValid())
         setEditorData(editor, edited);
 }
@@ -122,6 +125,9 @@ void FeatureItemDelegate::initStyleOption(QStyleOptionViewItem* option,
                                           const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
     strengthenDisabled(option->palette);
+    const auto info = index.data(Qt::UserRole).value<FeatureInfo>();
+    if (DelegateWidget::hasUnit(info) && !option->text.isEmpty())
+        option->text += QLatin1Char(' ') + QString::fromStdString(info.unit);
 }
 
 void FeatureItemDelegate::commitEditor() {

@@ -16,7 +16,8 @@ public:
     explicit FeatureItemDelegate(QObject* parent = nullptr);
     ~FeatureItemDelegate() override;
 
-    /// None, and a debug message, for a feature whose data type cannot be edited.
+    /// None for a feature that can no longer be written. None, and a debug message, for one whose
+    /// data type cannot be edited.
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const override;
     void setEditorData(QWidget* editor, const QModelIndex& index) const override;
@@ -28,12 +29,15 @@ public:
                               const QModelIndex& index) const override;
     /// The same for all features, so that measuring reads none.
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
-    /// Numbers look the same as in the editors, whatever the locale.
+    /// Numbers look the same as in the editors, whatever the locale. Their unit is added where they
+    /// are painted.
     QString displayText(const QVariant& value, const QLocale& locale) const override;
-    /// Lets what can only be read be read: disabled, but in no fainter grey than that takes.
+    /// Gives disabled text enough contrast to be read.
     static void strengthenDisabled(QPalette& palette);
 
 signals:
+    /// An editor is about to open: the last chance to have the feature read again.
+    void aboutToEdit(const QModelIndex& index) const;
     /// Has an open editor committed and closed, as commitAndCloseEditor does.
     void onClose();
 

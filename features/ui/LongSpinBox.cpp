@@ -28,6 +28,10 @@ qint64 LongSpinBox::value() const {
     return isInRange ? m_grid.nearest(typed) : m_value;
 }
 
+bool LongSpinBox::isComplete() const {
+    return text() == QString::number(m_value) || hasAcceptableInput();
+}
+
 void LongSpinBox::setValue(qint64 value) {
     m_value = value;
     lineEdit()->setText(QString::number(value));

@@ -17,6 +17,8 @@ public:
     /// What was typed counts, as the nearest value on the grid; while that is not in the range, the
     /// value before.
     qint64 value() const;
+    /// Whether the text is a number of the range, or the value as it was last shown.
+    bool isComplete() const;
     /// Shows a value, be it on the grid or not; without a signal.
     void setValue(qint64 value);
 

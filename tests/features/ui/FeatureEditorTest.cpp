@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollBar>
@@ -17,6 +18,7 @@
 #include <QSlider>
 #include <QSpinBox>
 #include <QTest>
+#include <QToolTip>
 #include <QTreeView>
 #include <QWheelEvent>
 #include <QWindow>
@@ -133,7 +135,9 @@ protected:
 
     std::shared_ptr<FakeFeatureTree> camera;
     std::unique_ptr<FeatureTreeModel> model;
-    FeatureItemDelegate delegate;
+    struct : FeatureItemDelegate {
+        using FeatureItemDelegate::initStyleOption;
+    } delegate;
     QTreeView view;
 };
 
@@ -143,38 +147,6 @@ struct KeyCase {
     std::function<void()> change;
     FeatureValue written;
 };
-
-void PrintTo(const KeyCase& test, std::ostream* stream) {
-    *stream << test.name;
-}
-
-class EditedByKeys : public FeatureEditor, public testing::WithParamInterface<KeyCase> {};
-
-TEST_P(EditedByKeys, IsWrittenOnceByReturnOrByLeaving) {
-    for (const bool leaves : {false, true}) {
-        edit(GetParam().feature);
-        GetParam().change();
-        EXPECT_THAT(writes(), IsEmpty());
-        if (leaves)
-            click(view.viewport(), {300, 200});
-        else
-            press(Qt::Key_Return);
-        EXPECT_THAT(writes(), ElementsAre(GetParam().written));
-        EXPECT_FALSE(isOpen());
-        EXPECT_TRUE(view.hasFocus());
-    }
-}
-
-TEST_P(EditedByKeys, IsNotWrittenByEscapeNorWhenNothingWasTouched) {
-    edit(GetParam().feature);
-    GetParam().change();
-    press(Qt::Key_Escape);
-    EXPECT_FALSE(isOpen());
-    view.edit(index());
-    press(Qt::Key_Return);
-    EXPECT_FALSE(isOpen());
-    EXPECT_THAT(writes(), IsEmpty());
-}
 
 const auto pressUp = [] {
     press(Qt::Key_Up);
@@ -197,53 +169,80 @@ std::function<void()> typing(const char* text) {
     };
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, EditedByKeys,
-    testing::Values(
-        KeyCase{"Boolean", feature(OrvFeatureDataBool, false), [] { press(Qt::Key_Space); }, true},
-        KeyCase{"BooleanThatCannotBeRead", feature(OrvFeatureDataBool, Int{0}),
-                [] { press(Qt::Key_Space); }, true},
-        KeyCase{"EnumerationByKey", enumeration(std::string("Off"), {"Off", "On"}),
-                [] { press(Qt::Key_Down); }, std::string("On")},
-        KeyCase{"EnumerationByWheel", enumeration(std::string("Off"), {"Off", "On"}),
-                [] { turnWheel(QApplication::focusWidget(), -1); }, std::string("On")},
-        KeyCase{"EntryThatIsNotAvailable", enumeration(std::string("Once"), {"Off", "On"}),
-                [] { press(Qt::Key_Down); }, std::string("Off")},
-        KeyCase{"String", feature(OrvFeatureDataString, std::string("old")), typing("new"),
-                std::string("new")},
-        KeyCase{"StringThatCannotBeRead", feature(OrvFeatureDataString, Int{0}), typing("0"),
-                std::string("0")},
-        KeyCase{"EnumerationThatCannotBeRead", enumeration(Int{0}, {"On"}),
-                [] { press(Qt::Key_Down); }, std::string("On")},
-        KeyCase{"StringTooLongForALine", feature(OrvFeatureDataString, std::string(40000, 'x')),
-                [] { press(Qt::Key_Backspace); }, std::string()},
-        KeyCase{"Hex", feature(OrvFeatureDataInt, Int{0x12}, "HexNumber"), typing("DeadBeef5"),
-                Int{0xdeadbeef}},
-        KeyCase{"HexOf64Bits", feature(OrvFeatureDataInt, Int{0x123456789abc}, "PureHexNumber"),
-                typing("1f"), Int{0x1f}},
-        KeyCase{"Ip", feature(OrvFeatureDataInt, Int{0x0a000001}, "IPV4Address"),
-                typing("192.168.256.010"), Int{0xc0a8190a}},
-        KeyCase{"MacWithHyphens", feature(OrvFeatureDataInt, Int{1}, "MACAddress"),
-                typing("02-aB-cc-dd-ee-0f"), Int{0x02abccddee0f}},
-        KeyCase{"Integer", ranged<Int>(640, 16, 1936, 16), pressUp, Int{656}},
-        KeyCase{"IntegerBetweenSteps", ranged<Int>(650, 16, 1936, 16), pressUp, Int{656}},
-        KeyCase{"IntegerTypedBetweenSteps", ranged<Int>(640, 16, 1936, 16), typing("1000"),
-                Int{1008}},
-        KeyCase{"IntegerSliderByWheel", ranged<Int>(640, 16, 1936, 16), wheelSlider,
-                Int{640 - 3 * 16}},
-        KeyCase{"IntegerOf64Bits", ranged<Int>(Int{1} << 40, 0, INT64_MAX, 1), pressUp,
-                (Int{1} << 40) + 1},
-        KeyCase{"SliderOf64Bits", ranged<Int>(Int{1} << 40, 0, INT64_MAX, 1),
-                toSliderAnd(Qt::Key_End), Int{INT64_MAX}},
-        KeyCase{"Float", ranged(12.123456789012345, 0.0, 48.0, 0.0), typing("3,49.25"), 34.25},
-        KeyCase{"FloatThatIsNoNumber", ranged(std::nan(""), 0.0, 48.0, 0.0),
-                [] { QApplication::focusWidget()->setProperty("text", QStringLiteral("5")); }, 5.0},
-        KeyCase{"FloatSliderByWheel", ranged(12.0, 0.0, 48.0, 0.5), wheelFloatSlider, 12.5},
-        KeyCase{"FloatSliderByKey", ranged(50.0, 0.0, 59.94005994005994, 0.0, "ExposureTime"),
-                toSliderAnd(Qt::Key_End), 59.94005994005994},
-        KeyCase{"LogarithmicDownTo0", ranged(50.0, 0.0, 1e6, 0.0, "ExposureTime"),
-                toSliderAnd(Qt::Key_Home), 0.0}),
-    [](const auto& test) { return std::string(test.param.name); });
+const KeyCase keyCases[] = {
+    {"Boolean", feature(OrvFeatureDataBool, false), [] { press(Qt::Key_Space); }, true},
+    {"BooleanThatCannotBeRead", feature(OrvFeatureDataBool, Int{0}), [] { press(Qt::Key_Space); },
+     true},
+    {"EnumerationByKey", enumeration(std::string("Off"), {"Off", "On"}),
+     [] { press(Qt::Key_Down); }, std::string("On")},
+    {"EnumerationByWheel", enumeration(std::string("Off"), {"Off", "On"}),
+     [] { turnWheel(QApplication::focusWidget(), -1); }, std::string("On")},
+    {"EntryThatIsNotAvailable", enumeration(std::string("Once"), {"Off", "On"}),
+     [] { press(Qt::Key_Down); }, std::string("Off")},
+    {"String", feature(OrvFeatureDataString, std::string("old")), typing("new"),
+     std::string("new")},
+    {"StringThatCannotBeRead", feature(OrvFeatureDataString, Int{0}), typing("0"),
+     std::string("0")},
+    {"EnumerationThatCannotBeRead", enumeration(Int{0}, {"On"}), [] { press(Qt::Key_Down); },
+     std::string("On")},
+    {"StringTooLongForALine", feature(OrvFeatureDataString, std::string(40000, 'x')),
+     [] { press(Qt::Key_Backspace); }, std::string()},
+    {"Hex", feature(OrvFeatureDataInt, Int{0x12}, "HexNumber"), typing("DeadBeef5"),
+     Int{0xdeadbeef}},
+    {"HexOf64Bits", feature(OrvFeatureDataInt, Int{0x123456789abc}, "PureHexNumber"), typing("1f"),
+     Int{0x1f}},
+    {"Ip", feature(OrvFeatureDataInt, Int{0x0a000001}, "IPV4Address"), typing("192.168.256.010"),
+     Int{0xc0a8190a}},
+    {"MacWithHyphens", feature(OrvFeatureDataInt, Int{1}, "MACAddress"),
+     typing("02-aB-cc-dd-ee-0f"), Int{0x02abccddee0f}},
+    {"Integer", ranged<Int>(640, 16, 1936, 16), pressUp, Int{656}},
+    {"IntegerBetweenSteps", ranged<Int>(650, 16, 1936, 16), pressUp, Int{656}},
+    {"IntegerTypedBetweenSteps", ranged<Int>(640, 16, 1936, 16), typing("1000"), Int{1008}},
+    {"IntegerSliderByWheel", ranged<Int>(640, 16, 1936, 16), wheelSlider, Int{640 - 3 * 16}},
+    {"IntegerBelowItsRange", ranged<Int>(7, 16, 1936, 16), pressUp, Int{32}},
+    {"IntegerOf64Bits", ranged<Int>(Int{1} << 40, 0, INT64_MAX, 1), pressUp, (Int{1} << 40) + 1},
+    {"SliderOf64Bits", ranged<Int>(Int{1} << 40, 0, INT64_MAX, 1), toSliderAnd(Qt::Key_End),
+     Int{INT64_MAX}},
+    {"Float", ranged(12.123456789012345, 0.0, 48.0, 0.0), typing("3,49.25"), 34.25},
+    {"FloatThatIsNoNumber", ranged(std::nan(""), 0.0, 48.0, 0.0),
+     [] { QApplication::focusWidget()->setProperty("text", QStringLiteral("5")); }, 5.0},
+    {"FloatSliderByWheel", ranged(12.0, 0.0, 48.0, 0.5), wheelFloatSlider, 12.5},
+    {"FloatSliderByKey", ranged(50.0, 0.0, 59.94005994005994, 0.0, "ExposureTime"),
+     toSliderAnd(Qt::Key_End), 59.94005994005994},
+    {"LogarithmicDownTo0", ranged(50.0, 0.0, 1e6, 0.0, "ExposureTime"), toSliderAnd(Qt::Key_Home),
+     0.0}};
+
+TEST_F(FeatureEditor, IsWrittenOnceByReturnOrByLeaving) {
+    for (const KeyCase& tested : keyCases) {
+        SCOPED_TRACE(tested.name);
+        for (const bool leaves : {false, true}) {
+            edit(tested.feature);
+            tested.change();
+            EXPECT_THAT(writes(), IsEmpty());
+            if (leaves)
+                click(view.viewport(), {300, 200});
+            else
+                press(Qt::Key_Return);
+            EXPECT_THAT(writes(), ElementsAre(tested.written));
+            EXPECT_FALSE(isOpen());
+            EXPECT_TRUE(view.hasFocus());
+        }
+    }
+}
+
+TEST_F(FeatureEditor, IsNotWrittenByEscapeNorWhenNothingWasTouched) {
+    for (const KeyCase& tested : keyCases) {
+        SCOPED_TRACE(tested.name);
+        edit(tested.feature);
+        tested.change();
+        press(Qt::Key_Escape);
+        EXPECT_FALSE(isOpen());
+        view.edit(index());
+        press(Qt::Key_Return);
+        EXPECT_FALSE(isOpen());
+        EXPECT_THAT(writes(), IsEmpty());
+    }
+}
 
 TEST_F(FeatureEditor, MouseChoicesAreWrittenAtOnce) {
     edit(feature(OrvFeatureDataBool, false));
@@ -326,15 +325,19 @@ TEST_F(FeatureEditor, ASliderWithoutARangeCannotBeMoved) {
 }
 
 TEST_F(FeatureEditor, AnExposureTimeSpansItsRangeLogarithmically) {
-    edit(ranged(10.0, 10.0, 1e6, 0.0, "ExposureTimeAbs"));
-    part<QLineEdit>()->selectAll();
-    type("3162");
-    press(Qt::Key_Backtab);
-    EXPECT_NEAR(part<QwtSlider>()->value(), 3162, 1);
-    const auto* slider = part<QwtSlider>();
-    // The middle of 10^1 and 10^6 is 10^3.5.
-    EXPECT_NEAR(slider->scaleMap().transform(slider->value()),
-                (slider->scaleMap().p1() + slider->scaleMap().p2()) / 2, 1);
+    FeatureInfo other = ranged(10.0, 10.0, 1e6, 0.0);
+    other.representation = "Logarithmic";
+    for (const FeatureInfo& info : {ranged(10.0, 10.0, 1e6, 0.0, "ExposureTime"),
+                                    ranged(10.0, 10.0, 1e6, 0.0, "ExposureTimeAbs"), other}) {
+        edit(info);
+        type("3162");
+        press(Qt::Key_Backtab);
+        const auto* slider = part<QwtSlider>();
+        EXPECT_NEAR(slider->value(), 3162, 1);
+        // The middle of 10^1 and 10^6 is 10^3.5.
+        EXPECT_NEAR(slider->scaleMap().transform(slider->value()),
+                    (slider->scaleMap().p1() + slider->scaleMap().p2()) / 2, 1);
+    }
 }
 
 TEST_F(FeatureEditor, TabMovesWithinTheEditorAndThenToTheNextRow) {
@@ -353,9 +356,19 @@ TEST_F(FeatureEditor, TabMovesWithinTheEditorAndThenToTheNextRow) {
 }
 
 TEST_F(FeatureEditor, ClosingCommitsATextThatIsComplete) {
-    for (const FeatureInfo& info : {ranged(20.0, 10.0, 48.0, 0.0), ranged<Int>(20, 10, 48, 1)}) {
+    const std::pair<FeatureInfo, const char*> numbers[] = {
+        {ranged(20.0, 10.0, 48.0, 0.0),
+         "A number from 10 to 48, with up to 10 decimals after a point"},
+        {ranged<Int>(20, 10, 48, 1), "A whole number from 10 to 48"}};
+    for (const auto& [info, hint] : numbers) {
         edit(info);
         type("4");
+        EXPECT_NE(QToolTip::text().toStdString(), hint);
+        type("9");
+        EXPECT_EQ(QToolTip::text().toStdString(), hint);
+        EXPECT_EQ(part<QLineEdit>()->text(), QStringLiteral("4"));
+        press(Qt::Key_Return);
+        EXPECT_TRUE(isOpen());
         emit delegate.onClose();
         EXPECT_FALSE(isOpen());
         EXPECT_THAT(writes(), IsEmpty());
@@ -394,8 +407,14 @@ TEST_F(FeatureEditor, LeavesTheWheelToTheTreeWhereItHasNoUseForIt) {
     EXPECT_EQ(part<QLineEdit>()->text(), QStringLiteral("640"));
 }
 
-TEST_F(FeatureEditor, NumbersHaveAPointAndNoGroupsInEveryLocale) {
-    edit(ranged(1234567.25, 0.0, 1e7, 0.0));
+TEST_F(FeatureEditor, NumbersHaveAPointAndNoGroupsInEveryLocaleAndTheirUnit) {
+    FeatureInfo info = ranged(1234567.25, 0.0, 1e7, 0.0);
+    info.unit = "us";
+    edit(info);
+    EXPECT_EQ(part<QLabel>()->text(), QStringLiteral("us"));
+    QStyleOptionViewItem option;
+    delegate.initStyleOption(&option, index());
+    EXPECT_EQ(option.text, QStringLiteral("1234567.25 us"));
     EXPECT_EQ(part<QLineEdit>()->text(), QStringLiteral("1234567.25"));
     EXPECT_EQ(delegate.displayText(1234567.25, view.locale()), QStringLiteral("1234567.25"));
     EXPECT_EQ(delegate.displayText(1000000LL, view.locale()), QStringLiteral("1000000"));
