@@ -4,12 +4,11 @@
 #include "features/ui/FeatureItemDelegate.h"
 #include "features/ui/FeatureTreeModel.h"
 #include "features/ui/FeatureTreeProxyModel.h"
+#include "features/ui/FeatureTreeView.h"
 #include "ui_FeatureTreeDialog.h"
 
 #include <QCloseEvent>
 #include <QHeaderView>
-#include <QScrollBar>
-#include <QShortcut>
 #include <QStyledItemDelegate>
 
 #include <utility>
@@ -19,16 +18,14 @@ namespace {
 /// Below this lightness of the window's colour the palette is a dark one.
 constexpr int darkLightness = 100;
 
-/// Names whose colour can be read on a dark background, too, with a gap before the values. A very
-/// long one is cut off rather than pushing all values out of sight.
+/// Names whose colour can be read on a dark background, too, with a gap before the values.
 class NameDelegate : public QStyledItemDelegate {
 public:
-    explicit NameDelegate(QTreeView* tree) : QStyledItemDelegate(tree), m_tree(*tree) {}
+    using QStyledItemDelegate::QStyledItemDelegate;
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         constexpr int gap = 12;
-        const QSize size = QStyledItemDelegate::sizeHint(option, index) + QSize(gap, 0);
-        return size.boundedTo({m_tree.width() * 3 / 5, size.height()});
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(gap, 0);
     }
 
 protected:
@@ -40,9 +37,6 @@ protected:
         if (dark && colour.isValid())
             option->palette.setColor(QPalette::Text, QColor::fromHsl(colour.hslHue(), 130, 150));
     }
-
-private:
-    const QTreeView& m_tree;
 };
 
 } // namespace
@@ -71,11 +65,10 @@ void FeatureTreeDialog::setUpEditing() {
     tree->setItemDelegateForColumn(FeatureTreeModel::NameColumn, new NameDelegate(tree));
     tree->setItemDelegateForColumn(FeatureTreeModel::ValueColumn, m_delegate);
     connect(this, &FeatureTreeDialog::commitChanges, m_delegate, &FeatureItemDelegate::onClose);
-    // From a feature's name, too: that is where the arrow keys and most clicks lead.
-    connect(tree, &QTreeView::activated, this, &FeatureTreeDialog::editValue);
-    const auto* editKey = new QShortcut(Qt::Key_F2, tree, nullptr, nullptr, Qt::WidgetShortcut);
-    connect(editKey, &QShortcut::activated, this,
-            [this, tree] { editValue(tree->currentIndex()); });
+    // An edit starts from the camera's present value.
+    connect(m_delegate, &FeatureItemDelegate::aboutToEdit, this, [this](const QModelIndex& index) {
+        m_model->outdateValue(m_proxy->mapToSource(index));
+    });
 }
 
 void FeatureTreeDialog::setUpTree() {
@@ -96,34 +89,26 @@ void FeatureTreeDialog::setUpTree() {
     // Only the rows on view: measuring those of a large tree takes long.
     header->setResizeContentsPrecision(0);
     header->setSectionResizeMode(QHeaderView::ResizeToContents);
-    connect(tree->verticalScrollBar(), &QScrollBar::valueChanged, this,
-            &FeatureTreeDialog::fitNameColumn);
 }
 
-void FeatureTreeDialog::editValue(const QModelIndex& index) {
-    const QModelIndex value = index.siblingAtColumn(FeatureTreeModel::ValueColumn);
-    if (!value.flags().testFlag(Qt::ItemIsEditable))
-        return;
-    // The Tab key leads on from here: to the next value, not to the next name.
-    m_form->treeFeatures->setCurrentIndex(value);
-    m_form->treeFeatures->edit(value);
+/// While the window was not in use, the bandwidth may have been set by other means. An open editor
+/// is left alone: it would lose what was typed.
+bool FeatureTreeDialog::event(QEvent* event) {
+    if (event->type() == QEvent::WindowDeactivate)
+        m_wasLeft = true;
+    const bool isBack = event->type() == QEvent::WindowActivate && m_wasLeft;
+    if (isBack && m_model != nullptr && !m_form->treeFeatures->isEditing()) {
+        m_wasLeft = false;
+        m_model->outdateValues();
+    }
+    return QDialog::event(event);
 }
 
-/// Rows that are scrolled into view may have longer names. The column only grows meanwhile, so that
-/// it does not twitch.
-void FeatureTreeDialog::fitNameColumn() {
-    const QAbstractItemView* tree = m_form->treeFeatures;
-    QHeaderView* header = m_form->treeFeatures->header();
-    if (tree->sizeHintForColumn(FeatureTreeModel::NameColumn) >
-        header->sectionSize(FeatureTreeModel::NameColumn))
-        header->resizeSections(QHeaderView::ResizeToContents);
-}
-
-/// Whatever is to be hidden is collapsed before, and filtered before the rest is expanded: the
-/// features of an expanded row are sorted, which reads them from the camera.
+/// Collapses before all rows are shown, and filters before expanding: the features of an expanded
+/// row are sorted, which reads them from the camera.
 void FeatureTreeDialog::onActivateProxyModel(bool active) {
     QTreeView* tree = m_form->treeFeatures;
-    // Its row may be about to go.
+    // The filter may remove its row.
     m_delegate->commitAndCloseEditor();
     if (!active) {
         QModelIndex current = tree->currentIndex();
@@ -139,7 +124,7 @@ void FeatureTreeDialog::onActivateProxyModel(bool active) {
 }
 
 void FeatureTreeDialog::reject() {
-    // Closing comes back here.
+    // close() comes back here.
     if (m_closing)
         QDialog::reject();
     else

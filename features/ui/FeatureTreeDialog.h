@@ -16,6 +16,9 @@ class FeatureTreeProxyModel;
 /// Shows the features of a camera, at first those that matter for bandwidth, and lets the user edit
 /// them.
 ///
+/// Values that are on view are read again when the window is activated, and the value of a feature
+/// before its editor opens.
+///
 /// Shown non-modally; deletes itself when it is closed. It keeps a share of the controller, so it
 /// may outlive the camera; writes then fail with a line in the log. Bound to the GUI thread.
 class FeatureTreeDialog : public QDialog {
@@ -43,13 +46,12 @@ public slots:
     void reject() override;
 
 protected:
+    bool event(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
     void setUpTree();
     void setUpEditing();
-    void editValue(const QModelIndex& index);
-    void fitNameColumn();
 
     std::unique_ptr<Ui::FeatureTreeDialog> m_form;
     std::shared_ptr<FeatureController> m_controller;
@@ -57,4 +59,6 @@ private:
     FeatureTreeProxyModel* m_proxy = nullptr;
     FeatureItemDelegate* m_delegate = nullptr;
     bool m_closing = false;
+    /// Another window was in use since the values were outdated.
+    bool m_wasLeft = false;
 };

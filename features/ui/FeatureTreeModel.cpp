@@ -52,6 +52,7 @@ std::size_t alternativeOf(const FeatureInfo& info) {
 
 FeatureTreeModel::FeatureTreeModel(std::shared_ptr<FeatureController> controller, QObject* parent)
     : BasicTreeModel(parent), m_controller(std::move(controller)) {
+    qRegisterMetaType<FeatureInfo>("FeatureInfo");
     setHeaderLabels({tr("Feature"), QString()});
 }
 
@@ -84,6 +85,11 @@ void FeatureTreeModel::addModule(FeatureTreeItem& parent, const std::string& mod
 
 FeatureTreeItem& FeatureTreeModel::itemOf(const QModelIndex& index) const {
     return static_cast<FeatureTreeItem&>(*itemAt(index));
+}
+
+/// Null for any other index.
+FeatureTreeItem* FeatureTreeModel::featureAt(const QModelIndex& index) const {
+    return index.isValid() && itemOf(index).isFeature() ? &itemOf(index) : nullptr;
 }
 
 QVariant FeatureTreeModel::data(const QModelIndex& index, int role) const {
@@ -130,10 +136,10 @@ QVariant FeatureTreeModel::featureData(FeatureTreeItem& feature, int column, int
 
 Qt::ItemFlags FeatureTreeModel::flags(const QModelIndex& index) const {
     Qt::ItemFlags flags = BasicTreeModel::flags(index);
-    FeatureTreeItem& item = itemOf(index);
-    if (!index.isValid() || !item.isFeature())
+    FeatureTreeItem* feature = featureAt(index);
+    if (feature == nullptr)
         return flags;
-    const bool writable = isWritable(item);
+    const bool writable = isWritable(*feature);
     flags.setFlag(Qt::ItemIsEnabled, writable);
     flags.setFlag(Qt::ItemIsEditable, writable && index.column() == ValueColumn);
     return flags;
@@ -155,14 +161,13 @@ void FeatureTreeModel::readInfo(FeatureTreeItem& feature) const {
 }
 
 bool FeatureTreeModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-    FeatureTreeItem& item = itemOf(index);
-    if (!index.isValid() || !item.isFeature() || index.column() != ValueColumn ||
-        role != Qt::EditRole)
+    FeatureTreeItem* feature = featureAt(index);
+    if (feature == nullptr || index.column() != ValueColumn || role != Qt::EditRole)
         return BasicTreeModel::setData(index, value, role);
-    readInfo(item);
-    if (item.info().dataType == OrvFeatureDataCommand)
-        return runCommand(item, value);
-    return writeValue(item, value);
+    readInfo(*feature);
+    if (feature->info().dataType == OrvFeatureDataCommand)
+        return runCommand(*feature, value);
+    return writeValue(*feature, value);
 }
 
 bool FeatureTreeModel::runCommand(const FeatureTreeItem& feature, const QVariant& value) {
@@ -191,6 +196,14 @@ bool FeatureTreeModel::writeValue(FeatureTreeItem& feature, const QVariant& valu
 
 void FeatureTreeModel::outdateValues() {
     outdateValuesBelow(*root());
+}
+
+void FeatureTreeModel::outdateValue(const QModelIndex& index) {
+    FeatureTreeItem* feature = featureAt(index);
+    if (feature == nullptr)
+        return;
+    feature->markOutdated();
+    emit dataChanged(indexOf(feature, ValueColumn), indexOf(feature, ValueColumn));
 }
 
 /// Tells of the value column only: of changed names, a tree view asks the flags of every row, those

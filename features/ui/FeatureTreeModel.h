@@ -15,8 +15,8 @@ class FeatureController;
 /// when a view first asks for its value or tool tip, and kept. Its display name and whether it is
 /// writable are read before that when they are all that is asked for: a tree view sorts and lays
 /// out rows that are out of sight. After a write or a command everything that was read is outdated,
-/// since features depend on each other: what is then on view is read again, the rest when it comes
-/// on view.
+/// since features depend on each other. Others write to the camera, too: outdateValues() tells.
+/// What is outdated and on view is read again at once, the rest when it comes on view.
 class FeatureTreeModel : public BasicTreeModel {
     Q_OBJECT
 
@@ -38,8 +38,15 @@ public:
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
+    /// Has what was read, but for the names, read again when it is asked for: all features are told
+    /// to have changed.
+    void outdateValues();
+    /// The same for the feature at \p index.
+    void outdateValue(const QModelIndex& index);
+
 private:
     FeatureTreeItem& itemOf(const QModelIndex& index) const;
+    FeatureTreeItem* featureAt(const QModelIndex& index) const;
     void addModule(FeatureTreeItem& parent, const std::string& module) const;
     QVariant groupData(const FeatureTreeItem& group, int column, int role) const;
     QVariant featureData(FeatureTreeItem& feature, int column, int role) const;
@@ -48,7 +55,6 @@ private:
     bool isWritable(FeatureTreeItem& feature) const;
     bool runCommand(const FeatureTreeItem& feature, const QVariant& value);
     bool writeValue(FeatureTreeItem& feature, const QVariant& value);
-    void outdateValues();
     void outdateValuesBelow(BasicTreeItem& parent);
 
     std::shared_ptr<FeatureController> m_controller;

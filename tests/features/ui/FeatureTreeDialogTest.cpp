@@ -15,6 +15,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 #include <QTreeView>
 
@@ -37,6 +38,8 @@ TEST(FeatureTreeDialog, OpensFilteredAndExpandedAndCollapsesAllFeatures) {
     const FeatureTreeWindow window(makeFeatures());
     EXPECT_EQ(window.dialog->size(), QSize(620, 570));
     EXPECT_TRUE(window.filter.isChecked());
+    EXPECT_EQ(window.tree.model()->headerData(0, Qt::Horizontal), QStringLiteral("Feature Name"));
+    EXPECT_EQ(window.tree.model()->headerData(1, Qt::Horizontal), QStringLiteral("Value"));
     EXPECT_EQ(textTree(*window.tree.model()),
               "Camera\n  Image\n    The PayloadSize | 100\n    The PixelFormat | Mono8\n");
     EXPECT_TRUE(window.tree.isExpanded(window.row("Image")));
@@ -73,17 +76,51 @@ TEST(FeatureTreeDialog, KeepsValuesOnViewBesideLongNames) {
     EXPECT_LT(window.tree.header()->sectionSize(0), window.tree.width() * 3 / 4);
 }
 
-TEST(FeatureTreeDialog, TabLeadsFromValueToValue) {
+TEST(FeatureTreeDialog, TabLeadsFromValueToValueAndTypingToNames) {
     const FeatureTreeWindow window(makeFeatures());
+    window.filter.click();
+    window.tree.expandAll();
     ASSERT_NE(window.edit("The PayloadSize"), nullptr);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    EXPECT_NE(window.tree.indexWidget(window.row("The PixelFormat").siblingAtColumn(1)), nullptr);
+    EXPECT_NE(window.editor("The PixelFormat"), nullptr);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_NE(window.editor("The Gamma"), nullptr) << "beyond the row of its category";
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+    EXPECT_NE(window.editor("The PixelFormat"), nullptr);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QTest::keyClicks(&window.tree, QStringLiteral("The Pay"));
+    EXPECT_EQ(window.tree.currentIndex(), window.row("The PayloadSize"));
+}
+
+TEST(FeatureTreeDialog, ShowsAndEditsWhatWasWrittenByOtherMeans) {
+    const auto features = makeFeatures();
+    const FeatureTreeWindow window(features);
+    FeatureValue& payload = features->features[{"Camera", "PayloadSize"}].value;
+    payload = std::int64_t{200};
+    EXPECT_EQ(window.edit("The PayloadSize")->findChild<QLineEdit*>()->text(),
+              QStringLiteral("200"));
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("100"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_THAT(features->written,
+                ElementsAre(Pair("PayloadSize", FeatureValue(std::int64_t{100}))));
+
+    payload = std::int64_t{300};
+    EXPECT_EQ(window.value("The PayloadSize"), QStringLiteral("100"));
+    window.reactivate();
+    EXPECT_EQ(window.value("The PayloadSize"), QStringLiteral("300"));
+    features->features[{"Camera", "PayloadSize"}].writable = false;
+    EXPECT_EQ(window.edit("The PayloadSize"), nullptr);
+
+    const auto* line = window.edit("The PixelFormat")->findChild<QLineEdit*>();
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("Mono1"));
+    window.reactivate();
+    EXPECT_EQ(line->text(), QStringLiteral("Mono1"));
 }
 
 TEST(FeatureTreeDialog, WithoutACameraIsEmpty) {
     const FeatureTreeWindow window({});
     window.filter.click();
-    window.filter.click();
+    QTest::keyClick(&window.tree, Qt::Key_A);
     EXPECT_EQ(window.tree.model(), nullptr);
 }
 
@@ -157,6 +194,11 @@ TEST_F(FeatureTreeOfCamera, IsReadOnlyAsFarAsItIsOnView) {
     std::unique_ptr<FeatureTreeWindow> window;
     EXPECT_LT(calls([&] { window = std::make_unique<FeatureTreeWindow>(features); }) - listed,
               300U);
+    const auto activate = [&] {
+        QEvent activation(QEvent::WindowActivate);
+        QCoreApplication::sendEvent(window->dialog, &activation);
+    };
+    EXPECT_EQ(calls(activate), 0U) << "the window was not left";
     EXPECT_GT(window->tree.header()->sectionSize(0), 200);
     EXPECT_EQ(calls([&] { window->filter.click(); }), 0U);
     EXPECT_EQ(calls([&] { window->tree.expand(window->tree.model()->index(3, 0)); }), 0U);
@@ -164,17 +206,25 @@ TEST_F(FeatureTreeOfCamera, IsReadOnlyAsFarAsItIsOnView) {
     // Nothing is read twice.
     EXPECT_EQ(calls([&] { window->tree.collapseAll(); }), 0U);
     EXPECT_EQ(calls([&] { window->tree.expandAll(); }), 0U);
+    EXPECT_LT(calls([&] { window->reactivate(); }), 150U);
 }
 
 TEST_F(FeatureTreeOfCamera, FollowsWhatAWriteChangesElsewhere) {
     const FeatureTreeWindow window(m_camera->getFeatureController());
+    window.filter.click();
+    window.tree.expandAll();
+    for (int page = 0; page < 12; ++page)
+        calls(
+            [&] { window.tree.verticalScrollBar()->triggerAction(QScrollBar::SliderPageStepAdd); });
     const int payload = window.value("Payload Size").toInt();
     const QModelIndex format = window.row("Pixel Format").siblingAtColumn(1);
     window.tree.scrollTo(format);
     calls([] {});
+    const int width = window.tree.header()->sectionSize(0);
     EXPECT_LT(
         calls([&] { EXPECT_TRUE(window.tree.model()->setData(format, QStringLiteral("Mono12"))); }),
         150U);
+    EXPECT_EQ(window.tree.header()->sectionSize(0), width);
     EXPECT_EQ(window.value("Payload Size").toInt(), 2 * payload);
     EXPECT_FALSE(window.tree.model()->setData(format, QStringLiteral("NoFormat")));
     EXPECT_EQ(window.value("Pixel Format"), QStringLiteral("Mono12"));

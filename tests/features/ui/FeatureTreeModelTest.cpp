@@ -4,6 +4,7 @@
 #include "features/FeatureMetaTypes.h"
 #include "features/ui/FeatureTreeProxyModel.h"
 #include "tests/features/ui/FakeFeatureTree.h"
+#include "tests/features/ui/FeatureTreeWindow.h"
 #include "tests/support/TextTree.h"
 
 #include <QAbstractItemModelTester>
@@ -21,34 +22,18 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-/// The first row of that name, anywhere.
-QModelIndex row(const QAbstractItemModel& model, const char* name, int column = 0) {
-    const QModelIndexList found =
-        model.match(model.index(0, 0), Qt::DisplayRole, QLatin1String(name), 1,
-                    Qt::MatchExactly | Qt::MatchRecursive);
-    return found.isEmpty() ? QModelIndex() : found.first().siblingAtColumn(column);
-}
-
 QModelIndex valueOf(const QAbstractItemModel& model, const char* name) {
-    return row(model, name, FeatureTreeModel::ValueColumn);
+    return rowIn(model, name).siblingAtColumn(FeatureTreeModel::ValueColumn);
 }
 
-class FeatureTreeTest : public testing::Test {
-protected:
-    std::shared_ptr<FakeFeatureTree> m_features = std::make_shared<FakeFeatureTree>(
-        std::vector<std::string>{"Transport Layer", "Interface", "Camera", "Stream0", "Stream1"});
-    FeatureTreeModel m_model{m_features};
-    QAbstractItemModelTester m_tester{&m_model};
-};
-
-class FeatureTree : public FeatureTreeTest {
+class FeatureTree : public testing::Test {
 protected:
     FeatureTree() {
         m_features->add("Transport Layer", "", "Version", OrvFeatureDataString, std::string("1.2"));
         m_features->add("Camera", "/A/C", "Width", OrvFeatureDataInt, std::int64_t{640});
         m_features->add("Camera", "/A/B", "Rate", OrvFeatureDataFloat, 2.5);
         m_features->add("Camera", "/A/B", "Enable", OrvFeatureDataBool, true);
-        m_features->add("Camera", "/A", "Load", OrvFeatureDataCommand);
+        m_features->add("Camera", "/A", "Load", OrvFeatureDataCommand).readable = false;
         m_features->add("Stream0", "/X", "Lost", OrvFeatureDataInt, std::int64_t{3});
         m_features->add("Stream0", "/Y", "Width", OrvFeatureDataInt, std::int64_t{7});
         m_features->add("Stream1", "//X", "Kept").displayName.clear();
@@ -73,6 +58,11 @@ protected:
         proxy.setSourceModel(&m_model);
         return textTree(proxy);
     }
+
+    std::shared_ptr<FakeFeatureTree> m_features = std::make_shared<FakeFeatureTree>(
+        std::vector<std::string>{"Transport Layer", "Interface", "Camera", "Stream0", "Stream1"});
+    FeatureTreeModel m_model{m_features};
+    QAbstractItemModelTester m_tester{&m_model};
 };
 
 TEST_F(FeatureTree, GroupsFeaturesByModuleAndCategoryPath) {
@@ -98,16 +88,19 @@ TEST_F(FeatureTree, GroupsFeaturesByModuleAndCategoryPath) {
                                  "    The Lost\n");
     m_model.setupModelData();
     EXPECT_EQ(m_model.rowCount(), 5);
+    EXPECT_EQ(m_model.headerData(0, Qt::Horizontal), QStringLiteral("Feature"));
+    EXPECT_EQ(m_model.headerData(1, Qt::Horizontal), QString());
 }
 
-TEST_F(FeatureTree, SortsAllButTheModules) {
+TEST_F(FeatureTree, SortsAllButTheModulesAsTheLocaleDoes) {
+    m_features->features[{"Camera", "Enable"}].displayName = "the Enable";
     EXPECT_THAT(filtered("{}", false), testing::StartsWith("Transport Layer\n"
                                                            "  The Version | 1.2\n"
                                                            "Interface\n"
                                                            "Camera\n"
                                                            "  A\n"
                                                            "    B\n"
-                                                           "      The Enable | true\n"
+                                                           "      the Enable | true\n"
                                                            "      The Rate | 2.5\n"
                                                            "    C\n"
                                                            "      The Width | 640\n"
@@ -116,7 +109,7 @@ TEST_F(FeatureTree, SortsAllButTheModules) {
 }
 
 TEST_F(FeatureTree, IsFilteredByNamesAndByCategoriesOfModules) {
-    EXPECT_EQ(filtered(R"({"FeaturesFilter": ["Width", "load", 5, ""], "CategoriesFilter":
+    EXPECT_EQ(filtered(R"({"FeaturesFilter": ["Width", "load", 5], "CategoriesFilter":
                            ["Stream:/X", "Camera:/B", "Stream0:/Y"], "Other": 1})"),
               "Transport Layer\nInterface\n"
               "Camera\n"
@@ -156,6 +149,7 @@ TEST_F(FeatureTree, IsFilteredToNothingByAFileThatCannotBeUsed) {
 }
 
 TEST_F(FeatureTree, FiltersWithoutAskingForFeatures) {
+    EXPECT_NE(QMetaType::type("FeatureInfo"), int{QMetaType::UnknownType});
     filtered(R"({"FeaturesFilter": ["None"]})");
     EXPECT_THAT(m_features->reads, IsEmpty());
     EXPECT_THAT(m_features->outlines, IsEmpty());
@@ -197,9 +191,9 @@ TEST_F(FeatureTree, ReadsADescriptionOnceUntilAWrite) {
 TEST_F(FeatureTree, TellsFeaturesFromGroups) {
     m_features->features[{"Camera", "Rate"}].writable = false;
     m_features->features[{"Camera", "Rate"}].toolTip = "a < b & c";
-    const QModelIndex group = row(m_model, "A");
-    const QModelIndex width = row(m_model, "The Width");
-    const QModelIndex rate = row(m_model, "The Rate");
+    const QModelIndex group = rowIn(m_model, "A");
+    const QModelIndex width = rowIn(m_model, "The Width");
+    const QModelIndex rate = rowIn(m_model, "The Rate");
     EXPECT_EQ(group.data(Qt::FontRole).value<QFont>().weight(), QFont::Bold);
     EXPECT_FALSE(group.siblingAtColumn(1).data(Qt::FontRole).isValid());
     EXPECT_FALSE(width.data(Qt::FontRole).isValid());
@@ -218,7 +212,7 @@ TEST_F(FeatureTree, TellsFeaturesFromGroups) {
     EXPECT_EQ(rate.siblingAtColumn(1).flags(), Qt::ItemIsSelectable);
 }
 
-TEST_F(FeatureTreeTest, WritesTheRepresentationsOfIntegers) {
+TEST_F(FeatureTree, WritesTheRepresentationsOfIntegers) {
     const std::vector<std::tuple<const char*, FeatureValue, QVariant>> cases{
         {"HexNumber", std::int64_t{0xAB01}, QStringLiteral("ab01")},
         {"HexNumber", std::int64_t{-1}, QStringLiteral("ffffffffffffffff")},
@@ -262,7 +256,7 @@ TEST_F(FeatureTree, WritesValuesInTheTypeThatTheFeatureHas) {
     EXPECT_EQ(width.data(), 800);
     m_features->refuses = false;
     EXPECT_FALSE(m_model.setData(width.siblingAtColumn(0), 5));
-    EXPECT_FALSE(m_model.setData(row(m_model, "A", 1), 5));
+    EXPECT_FALSE(m_model.setData(valueOf(m_model, "A"), 5));
     EXPECT_FALSE(m_model.setData(width, 5, Qt::DisplayRole));
     EXPECT_THAT(m_features->written, IsEmpty());
 }

@@ -44,7 +44,17 @@ struct FeatureTreeWindow {
         tree.setFocus();
         tree.setCurrentIndex(row(name));
         QTest::keyClick(&tree, Qt::Key_F2);
+        return editor(name);
+    }
+
+    /// Null when the value of that feature is not edited.
+    QWidget* editor(const char* name) const {
         return tree.indexWidget(row(name).siblingAtColumn(1));
+    }
+    /// As if another program had been used meanwhile.
+    void reactivate() const {
+        QApplication::setActiveWindow(nullptr);
+        QApplication::setActiveWindow(dialog);
     }
 
     QPointer<FeatureTreeDialog> dialog;
