@@ -21,6 +21,7 @@ using testing::Return;
 using testing::StrEq;
 
 using Texts = std::vector<std::string>;
+using Values = std::vector<FeatureValue>;
 
 const auto failed = Return(OrvErrorType{OrvErrorIO});
 
@@ -104,35 +105,23 @@ TEST_F(FeatureModulesTest, AreListedFromTheHostToTheStreams) {
     EXPECT_EQ(m_log.text(), "");
 }
 
-TEST_F(FeatureModulesTest, ThatCannotBeFetchedAreLeftOut) {
-    ON_CALL(*m_camera, GetLocalDevice()).WillByDefault(withoutModule<OrvLocalDeviceWrapper>());
-    const FeatureController features = controller();
-    EXPECT_THAT(features.getModuleNames(),
-                ElementsAre("Transport Layer", "Interface", "Camera", "Stream0", "Stream1"));
-    EXPECT_THAT(m_log.lines(), ElementsAre(warning(": Unable to get Local Device features",
-                                                   OrvErrorDeviceNotOpen)));
-    m_log.clear();
-    EXPECT_FALSE(features.hasFeature("Local Device", "Any"));
-    EXPECT_THAT(features.getFeaturesByCategory("Local Device"), IsEmpty());
-    EXPECT_EQ(m_log.text(), warning(": Cannot get module: 'Local Device'") + '\n');
-}
-
 TEST_F(FeatureModulesTest, MayAllFailButTheCamera) {
     ON_CALL(*m_camera, GetTransportLayer())
         .WillByDefault(withoutModule<OrvTransportLayerWrapper>());
     ON_CALL(*m_camera, GetInterface()).WillByDefault(withoutModule<OrvInterfaceWrapper>());
     ON_CALL(*m_camera, GetLocalDevice()).WillByDefault(withoutModule<OrvLocalDeviceWrapper>());
     ON_CALL(*m_camera, GetStreams).WillByDefault(failed);
-    EXPECT_THAT(controller().getModuleNames(), ElementsAre("Camera"));
+    const FeatureController features = controller();
+    EXPECT_THAT(features.getModuleNames(), ElementsAre("Camera"));
+    EXPECT_FALSE(features.hasFeature("Local Device", "Any"));
+    EXPECT_THAT(features.getFeaturesByCategory("Local Device"), IsEmpty());
     EXPECT_THAT(
         m_log.lines(),
         ElementsAre(warning(": Unable to get Transport Layer features", OrvErrorDeviceNotOpen),
                     warning(": Unable to get Interface features", OrvErrorDeviceNotOpen),
                     warning(": Unable to get Local Device features", OrvErrorDeviceNotOpen),
-                    warning(": Unable to get Streams", OrvErrorIO)));
-}
-
-TEST(FeatureModules, OfNoCameraAreNone) {
+                    warning(": Unable to get Streams", OrvErrorIO),
+                    warning(": Cannot get module: 'Local Device'")));
     EXPECT_THAT(FeatureController({}, "Cam").getModuleNames(), IsEmpty());
 }
 
@@ -161,15 +150,6 @@ TEST_F(FeatureControllerTest, ListsVisibleFeaturesByCategory) {
     EXPECT_TRUE(m_log.has(warning(": Unable to get Visibility of the feature 'Odd'", OrvErrorIO)));
 }
 
-TEST_F(FeatureControllerTest, ListsNothingWhenTheModuleCannotBeRead) {
-    add("Gain", makeIntFeature(0));
-    ON_CALL(*m_camera, GetFeatures).WillByDefault(failed);
-    const FeatureController features = controller();
-    m_log.clear();
-    EXPECT_THAT(features.getFeaturesByCategory("Camera"), IsEmpty());
-    EXPECT_EQ(m_log.lines().size(), 1U);
-}
-
 struct TypeCase {
     const char* name;
     std::function<NiceFeature()> make;
@@ -177,10 +157,6 @@ struct TypeCase {
     std::string description;
     FeatureValue value;
 };
-
-void PrintTo(const TypeCase& tested, std::ostream* stream) {
-    *stream << tested.name;
-}
 
 NiceFeature makeOnceUnavailable() {
     auto feature = makeEnumFeature("Off", {"Off", "Once", "Continuous"});
@@ -190,20 +166,6 @@ NiceFeature makeOnceUnavailable() {
             return OrvErrorType{OrvErrorSuccess};
         });
     return feature;
-}
-
-class FeatureTypeTest : public FeatureControllerTest,
-                        public testing::WithParamInterface<TypeCase> {};
-
-TEST_P(FeatureTypeTest, IsDescribedAndReadByItsType) {
-    const auto feature = add("F", described(GetParam().make()));
-    const FeatureController features = controller();
-    m_log.clear();
-    for (int i = 0; i < 2; ++i)
-        EXPECT_EQ(describe(features.getFeatureInfo("Camera", "F")),
-                  "/Cat|F|F|desc|Linear|tip|us|11|1|" + GetParam().description);
-    EXPECT_EQ(features.getFeatureValue("Camera", "F"), GetParam().value);
-    EXPECT_EQ(m_log.text(), "");
 }
 
 const TypeCase types[] = {
@@ -222,8 +184,20 @@ const TypeCase types[] = {
     {"Unknown", [] { return makeFeature(OrvFeatureDataUnknown); }, "0|0:0|0:0|0:0|0:0||", {}},
 };
 
-INSTANTIATE_TEST_SUITE_P(Types, FeatureTypeTest, testing::ValuesIn(types),
-                         [](const auto& tested) { return tested.param.name; });
+TEST_F(FeatureControllerTest, DescribesAndReadsAFeatureByItsType) {
+    for (const TypeCase& tested : types) {
+        SCOPED_TRACE(tested.name);
+        m_camera = makeCamera();
+        const auto feature = add("F", described(tested.make()));
+        const FeatureController features = controller();
+        m_log.clear();
+        for (int i = 0; i < 2; ++i)
+            EXPECT_EQ(describe(features.getFeatureInfo("Camera", "F")),
+                      "/Cat|F|F|desc|Linear|tip|us|11|1|" + tested.description);
+        EXPECT_EQ(features.getFeatureValue("Camera", "F"), tested.value);
+        EXPECT_EQ(m_log.text(), "");
+    }
+}
 
 TEST_F(FeatureControllerTest, OutlinesAFeatureWithoutReadingItsValue) {
     const auto feature = add("F", described(makeIntFeature(5)));
@@ -240,33 +214,12 @@ TEST_F(FeatureControllerTest, OutlinesAFeatureWithoutReadingItsValue) {
 }
 
 struct FailureCase {
+    /// Without the feature's name at its end.
     const char* message;
     std::function<NiceFeature()> make;
     std::function<void(MockFeature&)> fail;
     std::function<void(FeatureInfo&)> forget;
 };
-
-void PrintTo(const FailureCase& tested, std::ostream* stream) {
-    *stream << tested.message;
-}
-
-class FeatureInfoFailureTest : public FeatureControllerTest,
-                               public testing::WithParamInterface<FailureCase> {};
-
-TEST_P(FeatureInfoFailureTest, KeepsTheOtherFields) {
-    const auto feature = add("F", described(GetParam().make()));
-    FeatureInfo expected = controller().getFeatureInfo("Camera", "F");
-    GetParam().forget(expected);
-    GetParam().fail(*feature);
-    const FeatureController features = controller();
-    // A failure is not remembered: it is met again.
-    for (int i = 0; i < 2; ++i) {
-        m_log.clear();
-        EXPECT_EQ(describe(features.getFeatureInfo("Camera", "F")), describe(expected));
-        ASSERT_FALSE(m_log.lines().empty());
-        EXPECT_EQ(m_log.lines().front(), debug(std::string(": ") + GetParam().message, OrvErrorIO));
-    }
-}
 
 const auto anInt = [] {
     return makeIntFeature(-5, -8, 1000, 3);
@@ -287,69 +240,80 @@ const auto anEnum = [] {
 
 const FailureCase failures[] = {
     {"Cannot get feature name", anInt, FAILS(GetName), FORGETS(name.clear())},
-    {"Cannot get feature category for 'F'", anInt, FAILS(GetCategory), FORGETS(category.clear())},
-    {"Cannot get feature display name for 'F'", anInt, FAILS(GetDisplayName),
-     FORGETS(displayName.clear())},
-    {"Cannot get feature description for 'F'", anInt, FAILS(GetDescription),
-     FORGETS(description.clear())},
-    {"Cannot get feature representation for 'F'", anInt, FAILS(GetRepresentation),
+    {"Cannot get feature category", anInt, FAILS(GetCategory), FORGETS(category.clear())},
+    {"Cannot get feature display name", anInt, FAILS(GetDisplayName), FORGETS(displayName.clear())},
+    {"Cannot get feature description", anInt, FAILS(GetDescription), FORGETS(description.clear())},
+    {"Cannot get feature representation", anInt, FAILS(GetRepresentation),
      FORGETS(representation.clear())},
-    {"Cannot get feature tooltip for 'F'", anInt, FAILS(GetToolTip), FORGETS(toolTip.clear())},
-    {"Cannot get feature unit for 'F'", anInt, FAILS(GetUnit), FORGETS(unit.clear())},
-    {"Cannot get feature readability for 'F'", anInt, FAILS(IsReadable), FORGETS(readable = false)},
-    {"Cannot get feature writability for 'F'", anInt, FAILS(IsWritable), FORGETS(writable = false)},
-    {"Cannot get feature visibility for 'F'", anInt, FAILS(GetVisibility),
+    {"Cannot get feature tooltip", anInt, FAILS(GetToolTip), FORGETS(toolTip.clear())},
+    {"Cannot get feature unit", anInt, FAILS(GetUnit), FORGETS(unit.clear())},
+    {"Cannot get feature readability", anInt, FAILS(IsReadable), FORGETS(readable = false)},
+    {"Cannot get feature writability", anInt, FAILS(IsWritable), FORGETS(writable = false)},
+    {"Cannot get feature visibility", anInt, FAILS(GetVisibility),
      FORGETS(visibility = OrvFeatureVisibilityUnknown)},
-    {"Cannot get feature data type for 'F'", makeCommandFeature, FAILS(GetDataType),
+    {"Cannot get feature data type", makeCommandFeature, FAILS(GetDataType),
      FORGETS(dataType = OrvFeatureDataUnknown)},
-    {"Cannot get feature value (int) for 'F'", anInt, FAILS(GetValue(An<std::int64_t&>())),
+    {"Cannot get feature value (int)", anInt, FAILS(GetValue(An<std::int64_t&>())),
      FORGETS(value = {})},
-    {"Cannot get feature range for 'F'", anInt, FAILS(GetRange(An<std::int64_t&>(), _)),
+    {"Cannot get feature range", anInt, FAILS(GetRange(An<std::int64_t&>(), _)),
      FORGETS(minimum = read.maximum = {})},
-    {"Cannot get feature increment for 'F'", anInt, FAILS(GetIncrement(An<std::int64_t&>())),
+    {"Cannot get feature increment", anInt, FAILS(GetIncrement(An<std::int64_t&>())),
      FORGETS(increment = {})},
-    {"Cannot get feature value (double) for 'F'",
-     [] { return makeFloatFeature(1.5, 1.0, 2.0, 0.5); }, FAILS(GetValue(An<double&>())),
+    {"Cannot get feature value (double)", [] { return makeFloatFeature(1.5, 1.0, 2.0, 0.5); },
+     FAILS(GetValue(An<double&>())), FORGETS(value = {})},
+    {"Cannot get feature value (string)", anEnum, FAILS(GetValue(An<std::string&>())),
      FORGETS(value = {})},
-    {"Cannot get feature value (string) for 'F'", anEnum, FAILS(GetValue(An<std::string&>())),
-     FORGETS(value = {})},
-    {"Cannot get feature values list for 'F'", anEnum, FAILS(GetValues),
+    {"Cannot get feature values list", anEnum, FAILS(GetValues),
      FORGETS(values.clear(); read.availableValues.clear())},
-    {"Cannot determine if feature is available for 'F'", anEnum,
-     FAILS(IsValueAvailable(StrEq("Off"), _)),
+    {"Cannot determine if feature is available", anEnum, FAILS(IsValueAvailable(StrEq("Off"), _)),
      FORGETS(availableValues.erase(read.availableValues.begin()))},
-    {"Cannot get feature value (string) for 'F'", [] { return makeStringFeature("x"); },
+    {"Cannot get feature value (string)", [] { return makeStringFeature("x"); },
      FAILS(GetValue(An<std::string&>())), FORGETS(value = {})},
-    {"Cannot get feature value (bool) for 'F'", [] { return makeBoolFeature(true); },
+    {"Cannot get feature value (bool)", [] { return makeBoolFeature(true); },
      FAILS(GetValue(An<bool&>())), FORGETS(value = {})},
 };
 
 #undef FAILS
 #undef FORGETS
 
-INSTANTIATE_TEST_SUITE_P(Attributes, FeatureInfoFailureTest, testing::ValuesIn(failures));
+TEST_F(FeatureControllerTest, KeepsTheOtherFieldsWhenOneCannotBeRead) {
+    for (const FailureCase& tested : failures) {
+        SCOPED_TRACE(tested.message);
+        m_camera = makeCamera();
+        const auto feature = add("F", described(tested.make()));
+        FeatureInfo expected = controller().getFeatureInfo("Camera", "F");
+        tested.forget(expected);
+        tested.fail(*feature);
+        const FeatureController features = controller();
+        const std::string name = expected.name.empty() ? "" : " for 'F'";
+        // A failure is not remembered: it is met again.
+        for (int i = 0; i < 2; ++i) {
+            m_log.clear();
+            EXPECT_EQ(describe(features.getFeatureInfo("Camera", "F")), describe(expected));
+            ASSERT_FALSE(m_log.lines().empty());
+            EXPECT_EQ(m_log.lines().front(),
+                      debug(std::string(": ") + tested.message + name, OrvErrorIO));
+        }
+    }
+}
 
 TEST_F(FeatureControllerTest, AnswersNeutrallyForWhatIsMissing) {
     FeatureController features = controller();
     m_log.clear();
-    EXPECT_EQ(describe(features.getFeatureInfo("Camera", "X")), describe({}));
-    EXPECT_EQ(features.getFeatureValue("Camera", "X"), FeatureValue{});
-    EXPECT_FALSE(features.setFeatureValue("Camera", "X", true));
-    EXPECT_FALSE(features.runCommand("Camera", "X", 10.0));
-    EXPECT_FALSE(features.hasFeature("Camera", "X"));
+    for (const char* module : {"Camera", "Nowhere"}) {
+        EXPECT_EQ(describe(features.getFeatureInfo(module, "X")), describe({}));
+        EXPECT_EQ(features.getFeatureValue(module, "X"), FeatureValue{});
+        EXPECT_FALSE(features.setFeatureValue(module, "X", true));
+        EXPECT_FALSE(features.runCommand(module, "X", 10.0));
+        EXPECT_FALSE(features.hasFeature(module, "X"));
+    }
+    const std::string noModule = warning(": Cannot get module: 'Nowhere'");
     EXPECT_THAT(m_log.lines(),
                 ElementsAre(warning(": Cannot get feature: 'X'", OrvErrorNotFound),
                             warning(": Cannot get feature value: 'X'", OrvErrorNotFound),
                             warning(": Cannot get feature: 'X'", OrvErrorNotFound),
-                            warning(": Cannot get feature 'X'", OrvErrorNotFound)));
-    m_log.clear();
-    EXPECT_EQ(describe(features.getFeatureInfo("Nowhere", "X")), describe({}));
-    EXPECT_EQ(features.getFeatureValue("Nowhere", "X"), FeatureValue{});
-    EXPECT_FALSE(features.setFeatureValue("Nowhere", "X", true));
-    EXPECT_FALSE(features.runCommand("Nowhere", "X", 10.0));
-    EXPECT_FALSE(features.hasFeature("Nowhere", "X"));
-    EXPECT_EQ(m_log.count(warning(": Cannot get module: 'Nowhere'")), 4);
-    EXPECT_EQ(m_log.lines().size(), 4U);
+                            warning(": Cannot get feature 'X'", OrvErrorNotFound), noModule,
+                            noModule, noModule, noModule));
 }
 
 TEST_F(FeatureControllerTest, WarnsOfAValueThatCannotBeRead) {
@@ -375,19 +339,16 @@ TEST_F(FeatureControllerTest, SetsWithTheOperationOfTheValuesAlternative) {
     EXPECT_CALL(*feature, SetValue(testing::TypedEq<bool>(true))).WillOnce(ok);
     EXPECT_CALL(*feature, SetValue(testing::Matcher<const char*>(StrEq("On")))).WillOnce(ok);
     FeatureController features = controller();
-    EXPECT_TRUE(features.setFeatureValue("Camera", "F", std::int64_t{1}));
-    EXPECT_TRUE(features.setFeatureValue("Camera", "F", 1.5));
-    EXPECT_TRUE(features.setFeatureValue("Camera", "F", true));
-    EXPECT_TRUE(features.setFeatureValue("Camera", "F", std::string("On")));
+    for (const FeatureValue& value : Values{std::int64_t{1}, 1.5, true, std::string("On")})
+        EXPECT_TRUE(features.setFeatureValue("Camera", "F", value));
 }
 
 TEST_F(FeatureControllerTest, WarnsOfAValueThatCannotBeSet) {
     add("Width", makeIntFeature(1));
     FeatureController features = controller();
     m_log.clear();
-    EXPECT_FALSE(features.setFeatureValue("Camera", "Width", std::string("wide")));
-    EXPECT_FALSE(features.setFeatureValue("Camera", "Width", 0.5));
-    EXPECT_FALSE(features.setFeatureValue("Camera", "Width", true));
+    for (const FeatureValue& value : Values{std::string("wide"), 0.5, true})
+        EXPECT_FALSE(features.setFeatureValue("Camera", "Width", value));
     EXPECT_THAT(
         m_log.lines(),
         ElementsAre(warning(": Cannot set feature 'Width' to value: wide", OrvErrorWrongType),
@@ -470,24 +431,19 @@ TEST_F(FeatureControllerTest, AsksOnceForWhatNeverChanges) {
     EXPECT_CALL(*feature, GetValue(An<std::int64_t&>())).Times(4);
     EXPECT_CALL(*feature, GetRange(An<std::int64_t&>(), _)).Times(2);
     EXPECT_CALL(*feature, GetIncrement(An<std::int64_t&>())).Times(2);
+    const auto entries = add("E", makeEnumFeature("Off", {"Off", "On"}));
+    EXPECT_CALL(*entries, GetValues(An<Texts&>()));
+    EXPECT_CALL(*entries, IsValueAvailable(An<const char*>(), _)).Times(4);
     FeatureController features = controller();
     EXPECT_TRUE(features.hasFeature("Camera", "F"));
     features.getFeaturesByCategory("Camera");
     for (int i = 0; i < 2; ++i) {
         features.getFeatureInfo("Camera", "F");
+        features.getFeatureInfo("Camera", "E");
         features.getFeatureValue("Camera", "F");
         // What was not found may appear later.
         EXPECT_FALSE(features.hasFeature("Camera", "X"));
     }
-}
-
-TEST_F(FeatureControllerTest, AsksOnceForTheEntriesOfAnEnumeration) {
-    const auto feature = add("E", makeEnumFeature("Off", {"Off", "On"}));
-    EXPECT_CALL(*feature, GetValues(An<Texts&>()));
-    EXPECT_CALL(*feature, IsValueAvailable(An<const char*>(), _)).Times(4);
-    const FeatureController features = controller();
-    features.getFeatureInfo("Camera", "E");
-    features.getFeatureInfo("Camera", "E");
 }
 
 TEST_F(FeatureControllerTest, AsksAgainForWhatFailed) {

@@ -6,18 +6,16 @@
 
 #include <gmock/gmock.h>
 
-#include <variant>
+#include <limits>
 
 namespace {
 
-TEST(FeatureMetaTypes, FeatureInfoTravelsInAVariant) {
-    FeatureInfo info;
-    info.name = "Gain";
-    info.value = 2.5;
-    const QVariant variant = QVariant::fromValue(info);
-    EXPECT_EQ(QMetaType::type("FeatureInfo"), variant.userType());
-    EXPECT_EQ(variant.value<FeatureInfo>().name, "Gain");
-    EXPECT_EQ(variant.value<FeatureInfo>().value, FeatureValue{2.5});
+TEST(FeatureValue, TextsAreTheSameInEveryLocale) {
+    EXPECT_EQ(toText(std::int64_t{-12}), "-12");
+    EXPECT_EQ(toText(16.98), "16.980000");
+    EXPECT_EQ(toText(true), "true");
+    EXPECT_EQ(toText(std::string("On")), "On");
+    EXPECT_EQ(toText(std::numeric_limits<double>::lowest()).substr(0, 6), "-17976");
 }
 
 TEST(FeatureMetaTypes, VariantsConvertToTheWantedAlternative) {
