@@ -33,7 +33,7 @@ QVector<QVariant> statisticsValues(const QVariant& name, const FrameStatistics& 
             static_cast<double>(statistics.payloadBytes) / 1000 / 1000,
             quint64{statistics.receivedFrames},
             static_cast<quint64>(statistics.lastFrameId),
-            static_cast<quint64>(statistics.lostFrames),
+            static_cast<quint64>(std::max<std::int64_t>(statistics.lostFrames, 0)),
             quint64{statistics.incompleteFrames}};
 }
 
@@ -170,6 +170,7 @@ void CameraListModel::updateItemData() {
         const CameraHandler& handler = *item->handler();
         item->setValues(statisticsValues(toText(cameraDisplayText(handler.getCameraInfo())),
                                          handler.getFrameStatistics()));
+        item->setWarningText(toText(handler.getWarningText()));
         emit dataChanged(indexOf(item), indexOf(item, columnCount() - 1));
     }
 }
@@ -187,6 +188,10 @@ void CameraListModel::select(BasicTreeItem* interfaceItem) {
             emit dataChanged(indexOf(changed), indexOf(changed), {Qt::FontRole});
     }
     emit interfaceSelected(indexOf(interfaceItem));
+}
+
+void CameraListModel::onStartStopBenchmark(bool isRunning) {
+    enableWidgets(!isRunning);
 }
 
 void CameraListModel::enableWidgets(bool enabled) {

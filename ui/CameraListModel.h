@@ -63,11 +63,13 @@ signals:
     void interfaceSelected(QModelIndex index);
 
 public slots:
-    /// Shows the present statistics of the selected interface's cameras.
+    /// Shows the present statistics and warnings of the selected interface's cameras.
     void updateItemData();
     /// Selects the interface with this position among the interface rows; nothing when there is
     /// none.
     void selectInterface(int interfaceListRow);
+    /// While a benchmark runs, the widgets of the selected interface's cameras cannot be used.
+    void onStartStopBenchmark(bool isRunning);
     /// Lets the widgets of the selected interface's cameras be used, or not.
     void enableWidgets(bool enabled);
     /// Finds interfaces and cameras anew, selects the first interface that has a camera, and then
