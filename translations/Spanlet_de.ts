@@ -234,6 +234,22 @@ Will be saved with submitting the &apos;Settings&apos;-dialog with &apos;OK&apos
         <translation>Sollen die Debug-Meldungen aktiviert werden?
 Die Auswahl wird gespeichert, wenn Sie die Einstellungen mit „OK“ bestätigen.</translation>
     </message>
+    <message>
+        <source>Reset GigE Interface</source>
+        <translation>GigE-Schnittstelle zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Reset GigE Camera</source>
+        <translation>GigE-Kamera zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Reset USB Interface</source>
+        <translation>USB-Schnittstelle zurücksetzen</translation>
+    </message>
+    <message>
+        <source>Reset USB Camera</source>
+        <translation>USB-Kamera zurücksetzen</translation>
+    </message>
 </context>
 <context>
     <name>SpanletDialog</name>
@@ -438,6 +454,18 @@ Derzeit der Kamera zugewiesene Bandbreite</translation>
     <message>
         <source>Feature Tree of %1-%2 (%3)</source>
         <translation>Feature-Baum von %1-%2 (%3)</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Aktualisieren</translation>
+    </message>
+    <message>
+        <source>Interface</source>
+        <translation>Schnittstelle</translation>
+    </message>
+    <message>
+        <source>Benchmark</source>
+        <translation>Benchmark</translation>
     </message>
 </context>
 <context>

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/CameraTreeDelegate.h"
 
+#include "ui/Appearance.h"
+
 #include <QAbstractItemView>
 
 namespace {
@@ -17,6 +19,7 @@ QSize CameraTreeDelegate::sizeHint(const QStyleOptionViewItem& option,
 void CameraTreeDelegate::initStyleOption(QStyleOptionViewItem* option,
                                          const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
+    option->palette.setColor(QPalette::Base, Appearance::boxColor(option->palette));
     if (index.column() == 0)
         return;
     option->displayAlignment = Qt::AlignCenter;

@@ -1,18 +1,19 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/SettingsDialog.h"
 
+#include "ui/Appearance.h"
 #include "ui/SettingsKeys.h"
 #include "ui_SettingsDialog.h"
 
 #include <QKeyEvent>
 #include <QLibraryInfo>
 #include <QMessageBox>
+#include <QScreen>
+#include <QStyle>
 
 #include <algorithm>
 
 namespace {
-
-constexpr int darkLightness = 100;
 
 const QString& warningStyle(bool dark) {
     static const QString darkStyle = QStringLiteral("color: rgba(56,111,251,255);");
@@ -42,9 +43,8 @@ SettingsDialog::SettingsDialog(bool autoAdjustPacketSize, QSettings* settings, Q
     loadSettings();
     connectWidgets();
     onChangeSafetyCamera();
-    // The first size leaves room for warnings; it gives way only to more of them than fit.
-    resize(firstSize.width(),
-           std::max(firstSize.height(), layout()->totalHeightForWidth(firstSize.width())));
+    // The first size leaves room for warnings. It grows when that is not enough.
+    fit(firstSize);
 }
 
 SettingsDialog::~SettingsDialog() {
@@ -57,10 +57,10 @@ SettingsDialog::~SettingsDialog() {
 
 void SettingsDialog::loadSettings() {
     using namespace SettingsKeys;
-    m_form->GigEInterfaceSpinBox->setValue(read(*m_settings, interfaceGigE));
-    m_form->USBInterfaceSpinBox->setValue(read(*m_settings, interfaceUsb));
-    m_form->GigECameraSpinBox->setValue(read(*m_settings, cameraGigE));
-    m_form->USBCameraSpinBox->setValue(read(*m_settings, cameraUsb));
+    m_form->GigEInterfaceSpinBox->setValue(readMargin<int>(*m_settings, interfaceGigE));
+    m_form->USBInterfaceSpinBox->setValue(readMargin<int>(*m_settings, interfaceUsb));
+    m_form->GigECameraSpinBox->setValue(readMargin<int>(*m_settings, cameraGigE));
+    m_form->USBCameraSpinBox->setValue(readMargin<int>(*m_settings, cameraUsb));
     // Who runs a debug build of Qt is expected to want the messages, and confirms it with OK.
     m_showDebugMessages =
         read(*m_settings, Setting<bool>{showDebugMessages.key, QLibraryInfo::isDebugBuild()});
@@ -117,13 +117,27 @@ void SettingsDialog::onChangeSafetyCamera() {
         isBelowDefault(*m_form->GigEInterfaceSpinBox, interfaceGigE));
     m_form->frameWarningInterfaceUSB->setVisible(
         isBelowDefault(*m_form->USBInterfaceSpinBox, interfaceUsb));
-    adjustSize();
-    // On a small screen that stops at two thirds of its height, and would cut texts off.
-    resize(width(), layout()->totalHeightForWidth(width()));
+    fit({});
+}
+
+void SettingsDialog::fit(QSize least) {
+    const QLayout& contents = *m_form->scrollAreaWidgetContents->layout();
+    const QMargins margins = layout()->contentsMargins();
+    const int beside = margins.left() + margins.right();
+    const int below = margins.top() + layout()->spacing() + m_form->buttonBox->sizeHint().height() +
+                      margins.bottom();
+    const int width = std::max(least.width(), contents.sizeHint().width() + beside);
+    const int wanted = contents.totalHeightForWidth(width - beside) + below;
+    const int most =
+        screen()->availableSize().height() - style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const int height = std::max(least.height(), std::min(wanted, most));
+    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    resize(width + (wanted > height ? scrollBar : 0), height);
 }
 
 void SettingsDialog::applyPalette() {
-    const bool dark = palette().color(QPalette::Window).lightness() < darkLightness;
+    const bool dark = Appearance::isDark(palette());
+    Appearance::fillBox(*m_form->autoAdjustCheckBox);
     for (QLabel* label : {m_form->cameraWarningLabel, m_form->usbInterfaceWarningLabel,
                           m_form->gigeInterfaceWarningLabel}) {
         label->setStyleSheet(warningStyle(dark));

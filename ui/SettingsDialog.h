@@ -26,6 +26,9 @@ public:
     /// Emits the signals below; stores the settings if the dialog was accepted.
     ~SettingsDialog() override;
 
+    /// Shows what the store holds, in place of what was chosen so far.
+    void loadSettings();
+
 signals:
     /// The state of the check box, on accepting and on cancelling alike.
     void activateAutoAdjustPacketsize(bool state);
@@ -47,7 +50,9 @@ protected:
 
 private:
     void applyPalette();
-    void loadSettings();
+    /// Takes the size that shows all texts, at least \p least. What is higher than the screen
+    /// scrolls.
+    void fit(QSize least);
     void connectWidgets();
     void askForDebugMessages();
     void saveSettings();

@@ -31,9 +31,16 @@ inline constexpr Setting<bool> showDebugMessages{QLatin1String("ShowDebugMessage
 /// Whether the Get Started dialog opens together with the main dialog.
 inline constexpr Setting<bool> supportDialogActive{QLatin1String("Support Dialog/active"), true};
 
-/// The stored value, the default when there is none. Text that is no number reads as 0.
+/// The stored value, the default when there is none.
 template <typename T> T read(const QSettings& store, const Setting<T>& setting) {
     return store.value(setting.key, setting.defaultValue).template value<T>();
+}
+
+/// A stored margin in percent, brought into 0 to 50; the default when there is none. Text that is
+/// no \p Number reads as 0.
+template <typename Number> Number readMargin(const QSettings& store, const Setting<int>& margin) {
+    const QVariant stored = store.value(margin.key, margin.defaultValue);
+    return qBound(Number{0}, stored.value<Number>(), Number{50});
 }
 
 } // namespace SettingsKeys

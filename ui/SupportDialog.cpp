@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/SupportDialog.h"
 
+#include "ui/Appearance.h"
 #include "ui/SettingsKeys.h"
 #include "ui_SupportDialog.h"
 
+#include <QEvent>
 #include <QFile>
 
 SupportDialog::SupportDialog(QSettings* settings, QWidget* parent)
@@ -13,6 +15,7 @@ SupportDialog::SupportDialog(QSettings* settings, QWidget* parent)
     setWindowModality(Qt::ApplicationModal);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     loadPage();
+    Appearance::fillBox(*m_form->checkBox);
     m_form->checkBox->setChecked(
         SettingsKeys::read(*m_settings, SettingsKeys::supportDialogActive));
     connect(m_form->checkBox, &QCheckBox::toggled, this, &SupportDialog::onCheckboxClicked);
@@ -23,6 +26,8 @@ SupportDialog::~SupportDialog() = default;
 void SupportDialog::loadPage() {
     QFile page(tr(":/pages/pages/GetStarted.html",
                   "The file of the page: each language names one of its own"));
+    if (!page.exists())
+        page.setFileName(QStringLiteral(":/pages/pages/GetStarted.html"));
     if (page.open(QIODevice::ReadOnly))
         m_form->labelPage->setText(QString::fromUtf8(page.readAll()));
     // The page's own colours cover neither what is below its text nor the marks of its lists.
@@ -35,4 +40,10 @@ void SupportDialog::loadPage() {
 void SupportDialog::onCheckboxClicked(bool status) {
     if (m_settings)
         m_settings->setValue(SettingsKeys::supportDialogActive.key, status);
+}
+
+void SupportDialog::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::PaletteChange)
+        Appearance::fillBox(*m_form->checkBox);
+    QDialog::changeEvent(event);
 }

@@ -28,6 +28,9 @@ public slots:
     /// Stores at once whether the page opens at start.
     void onCheckboxClicked(bool status);
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     void loadPage();
 
