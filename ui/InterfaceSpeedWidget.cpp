@@ -25,6 +25,7 @@ const QString& barStyle() {
     return style;
 }
 
+constexpr int leastLabelWidth = 30;
 constexpr int largestInt = std::numeric_limits<int>::max();
 
 } // namespace
@@ -51,7 +52,9 @@ void InterfaceSpeedWidget::showUsage() {
     bar->setRange(0, isKnown ? m_maxBandwidth : 1);
     bar->setValue(std::min(m_usedBandwidth, bar->maximum()));
     bar->setTextVisible(isKnown);
-    m_form->labelSpeed->setText(QStringLiteral("%1 / %2").arg(m_usedBandwidth).arg(m_maxBandwidth));
+    QLabel* label = m_form->labelSpeed;
+    label->setText(QStringLiteral("%1 / %2").arg(m_usedBandwidth).arg(m_maxBandwidth));
+    label->setMinimumWidth(std::max(leastLabelWidth, label->sizeHint().width()));
 }
 
 void InterfaceSpeedWidget::updateColor(int safetyMargin) {
