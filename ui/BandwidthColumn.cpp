@@ -35,21 +35,22 @@ int maximumOf(const QModelIndex& interfaceRow) {
         std::min<quint64>(bandwidthCell(interfaceRow).data().toULongLong(), most));
 }
 
-/// Makes a row current when the user turns to a part of its widget, as a click on any other cell
-/// does: the tree learns of neither, since the parts take the mouse and the focus for themselves.
+/// Makes a row current when a part of its widget is clicked, as a click on any other cell does. A
+/// camera's row follows the keyboard focus, too. An interface's row does not: it would change which
+/// interface is selected.
 class RowFollower : public QObject {
 public:
-    RowFollower(QTreeView& tree, const QModelIndex& row, QWidget& widget)
-        : QObject(&widget), m_tree(tree), m_row(row) {
+    RowFollower(QTreeView& tree, const QModelIndex& row, bool followsFocus, QWidget& widget)
+        : QObject(&widget), m_tree(tree), m_row(row), m_followsFocus(followsFocus) {
         widget.installEventFilter(this);
         for (QWidget* part : widget.findChildren<QWidget*>())
             part->installEventFilter(this);
     }
 
     bool eventFilter(QObject* /*part*/, QEvent* event) override {
-        const auto type = event->type();
-        if ((type == QEvent::MouseButtonPress || type == QEvent::FocusIn) &&
-            m_tree.currentIndex() != m_row)
+        const bool isTurnedTo = event->type() == QEvent::MouseButtonPress ||
+                                (event->type() == QEvent::FocusIn && m_followsFocus);
+        if (isTurnedTo && m_tree.currentIndex() != m_row)
             m_tree.setCurrentIndex(m_row);
         return false;
     }
@@ -57,6 +58,7 @@ public:
 private:
     QTreeView& m_tree;
     const QPersistentModelIndex m_row;
+    const bool m_followsFocus;
 };
 
 } // namespace
@@ -106,7 +108,8 @@ void BandwidthColumn::place(const QModelIndex& row, QWidget& widget) {
     widget.setEnabled(m_model.flags(cell).testFlag(Qt::ItemIsEnabled));
     showSelected(widget, m_tree.selectionModel()->isSelected(cell));
     m_tree.setIndexWidget(cell, &widget);
-    new RowFollower(m_tree, row, widget);
+    const bool isCamera = m_model.cameraHandler(row) != nullptr;
+    new RowFollower(m_tree, row, isCamera, widget);
 }
 
 void BandwidthColumn::placeBar(const QModelIndex& interfaceRow) {
@@ -129,9 +132,8 @@ void BandwidthColumn::placeSlider(const QModelIndex& camera) {
         emit lockChanged();
     });
     place(camera, *slider);
-    // Nothing can be asked of a camera that could not be opened; its row says so.
-    if (handler->isOpened())
-        slider->initialize();
+    // Locks a camera without a bandwidth feature. One that could not be opened has no features.
+    slider->initialize();
     showUsage(camera, slider->value());
 }
 
@@ -211,6 +213,6 @@ BandwidthSliderWidget* BandwidthColumn::sliderOf(const QModelIndex& camera) cons
 
 int BandwidthColumn::marginOf(const QModelIndex& interfaceRow) const {
     const bool isUsb = nameOf(interfaceRow).contains(QStringLiteral("USB"));
-    return SettingsKeys::read(m_settings,
-                              isUsb ? SettingsKeys::interfaceUsb : SettingsKeys::interfaceGigE);
+    return SettingsKeys::readMargin<int>(m_settings, isUsb ? SettingsKeys::interfaceUsb
+                                                           : SettingsKeys::interfaceGigE);
 }

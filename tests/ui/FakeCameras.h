@@ -44,10 +44,11 @@ struct FakeCamera {
 class FakeBandwidth : public FeatureController {
 public:
     explicit FakeBandwidth(std::shared_ptr<FakeCamera> camera)
-        : FeatureController(nullptr, camera->model), m_camera(std::move(camera)) {}
+        : FeatureController(nullptr, camera->model), m_isReachable(camera->opened),
+          m_camera(std::move(camera)) {}
 
     bool hasFeature(const std::string&, const std::string& feature) const override {
-        return feature == "DeviceLinkThroughputLimit";
+        return m_isReachable && feature == "DeviceLinkThroughputLimit";
     }
     FeatureInfo getFeatureInfo(const std::string& module,
                                const std::string& feature) const override {
@@ -72,6 +73,7 @@ public:
     }
 
 private:
+    const bool m_isReachable;
     const std::shared_ptr<FakeCamera> m_camera;
 };
 
