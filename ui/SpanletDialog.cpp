@@ -9,6 +9,7 @@
 #include "logging/QtMessageHandler.h"
 #include "logging/RowHeights.h"
 #include "logging/ThreadLogStream.h"
+#include "ui/Appearance.h"
 #include "ui/BandwidthColumn.h"
 #include "ui/CameraTreeDelegate.h"
 #include "ui/SettingsDialog.h"
@@ -23,6 +24,8 @@
 #include <QCoreApplication>
 #include <QMenu>
 #include <QMessageBox>
+#include <QRegularExpression>
+#include <QScreen>
 #include <QSettings>
 
 #include <iostream>
@@ -31,13 +34,12 @@
 namespace {
 
 constexpr int timerIntervalMs = 500;
-constexpr int darkLightness = 100;
 /// After which the page with the first steps opens over the dialog.
 constexpr int supportDelayMs = 25;
 
 /// A margin, kept in percent, as the engine takes it.
 double fraction(const QSettings& store, const SettingsKeys::Setting<int>& margin) {
-    return store.value(margin.key, margin.defaultValue).toDouble() / 100.0;
+    return SettingsKeys::readMargin<double>(store, margin) / 100.0;
 }
 
 } // namespace
@@ -68,20 +70,52 @@ SpanletDialog::SpanletDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSiz
     connect(m_form->buttonSettings, &QPushButton::clicked, this,
             &SpanletDialog::onSettingsButtonClicked);
     setUpHelp();
+    fitTexts();
 }
 
 SpanletDialog::~SpanletDialog() {
     closeFeatureTrees();
+    qDeleteAll(findChildren<FeatureTreeDialog*>());
     closeSettings();
-    qInstallMessageHandler(nullptr);
     endBenchmark();
+    // Threads of cameras may log as long as anything holds the cameras. The log streams, members,
+    // end after this.
+    m_bandwidthColumn->clear();
+    delete m_bandwidthColumn;
+    delete m_model;
+    m_controller.reset();
+    qInstallMessageHandler(nullptr);
 }
 
 void SpanletDialog::updateRefreshIcon() {
-    const bool dark = palette().color(QPalette::Window).lightness() < darkLightness;
+    const bool dark = Appearance::isDark(palette());
     m_form->buttonRefresh->setIcon(
-        QIcon(dark ? QStringLiteral(":/images/images/refresh_darkmode.png")
-                   : QStringLiteral(":/images/images/refresh.png")));
+        Appearance::icon(dark ? QStringLiteral(":/images/images/refresh_darkmode.png")
+                              : QStringLiteral(":/images/images/refresh.png")));
+}
+
+void SpanletDialog::fitTexts() {
+    QComboBox* selector = m_form->comboInterface;
+    // The size hint is some pixels short of a large font's texts.
+    selector->setMinimumWidth(selector->sizeHint().width() +
+                              selector->fontMetrics().horizontalAdvance(QLatin1Char('0')));
+    // The form's minimum widths are too small for some fonts and languages.
+    for (QPushButton* button : {m_form->buttonAbout, m_form->buttonSupport})
+        button->setMinimumWidth(qMax(button->minimumWidth(), button->sizeHint().width()));
+
+    QHeaderView* header = m_form->treeViewCameras->header();
+    const int margins = 2 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header);
+    const QRegularExpression breaks(QStringLiteral("[ \n\\x{ad}]"));
+    int widest = 0;
+    for (int column = CameraListModel::FrameRateColumn; column < header->count(); ++column) {
+        const QFontMetrics metrics(
+            m_model->headerData(column, Qt::Horizontal, Qt::FontRole).value<QFont>());
+        const QString label = m_model->headerData(column, Qt::Horizontal).toString();
+        // A word that is broken gets a hyphen.
+        for (const QString& word : label.split(breaks))
+            widest = qMax(widest, metrics.horizontalAdvance(word + QLatin1Char('-')));
+    }
+    header->setMinimumSectionSize(widest + margins);
 }
 
 void SpanletDialog::setUpLogging() {
@@ -150,8 +184,7 @@ void SpanletDialog::setUpTree() {
     connect(&m_timer, &QTimer::timeout, this, &SpanletDialog::onTimerTimeout);
     m_form->grpStatistics->setEnabled(false);
     connect(m_model, &CameraListModel::dataChanged, this, &SpanletDialog::onDisableItems);
-    connect(tree->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            &SpanletDialog::onClickTreeView);
+    followTree();
     connect(m_form->comboInterface, qOverload<int>(&QComboBox::currentIndexChanged), m_model,
             &CameraListModel::selectInterface);
     connect(m_model, &CameraListModel::interfaceSelected, this, &SpanletDialog::onSelectInterface);
@@ -177,7 +210,8 @@ void SpanletDialog::setUpBandwidthColumn() {
     connect(this, &SpanletDialog::settingsSaved, m_bandwidthColumn,
             &BandwidthColumn::updateMargins);
     for (const auto changed : {&BandwidthColumn::lockChanged, &BandwidthColumn::maximumChanged})
-        connect(m_bandwidthColumn, changed, this, &SpanletDialog::updateAutoSetActions);
+        connect(m_bandwidthColumn, changed, this,
+                [this] { updateOffer(m_model->selectedInterface()); });
 }
 
 void SpanletDialog::setUpHelp() {
@@ -195,15 +229,22 @@ void SpanletDialog::onChangeItemData(QModelIndex topLeft) {
     m_bandwidthColumn->updateMaximum(topLeft);
 }
 
-void SpanletDialog::updateAutoSetActions() {
-    onSelectInterface(m_model->selectedInterface());
-    updateCameraActions(m_form->treeViewCameras->currentIndex());
-}
+void SpanletDialog::updateOffer(const QModelIndex& interfaceRow, bool isChosen) {
+    const bool hasCameras = m_model->cameraCount() > 0;
+    const bool hasBandwidth =
+        interfaceRow.siblingAtColumn(CameraListModel::BandwidthColumn).data().toULongLong() != 0;
+    m_form->grpStatistics->setEnabled(hasCameras);
+    m_autoSetInterfaceAction->setEnabled(
+        isChosen || (hasCameras && hasBandwidth && m_model->autoSettableCameraCount() > 0));
 
-void SpanletDialog::updateCameraActions(const QModelIndex& current) {
-    const auto camera = m_model->cameraHandler(current);
-    m_autoSetCameraAction->setEnabled(camera && !camera->isLocked() && camera->isOpened());
-    m_form->buttonFeatureTree->setEnabled(camera != nullptr);
+    const auto camera = m_model->cameraHandler(m_form->treeViewCameras->currentIndex());
+    // While the tree does not steer the dialog, no other row's camera is offered.
+    const auto offers = [this](bool wasOffered) {
+        return m_treeSteers || wasOffered;
+    };
+    m_autoSetCameraAction->setEnabled(camera && !camera->isLocked() && camera->isOpened() &&
+                                      offers(m_autoSetCameraAction->isEnabled()));
+    m_form->buttonFeatureTree->setEnabled(camera && offers(m_form->buttonFeatureTree->isEnabled()));
 }
 
 void SpanletDialog::colourRowWidgets(const QItemSelection& selected,
@@ -231,22 +272,17 @@ void SpanletDialog::onDisableItems(QModelIndex upperLeft, QModelIndex bottomRigh
     // The other cells of the rows follow the check box, too, and the view was not told of them.
     m_form->treeViewCameras->viewport()->update();
     onSelectInterface(upperLeft.parent());
-    updateCameraActions(m_form->treeViewCameras->currentIndex());
 }
 
 void SpanletDialog::onSelectInterface(QModelIndex index) {
-    const bool hasCameras = m_model->cameraCount() > 0;
-    m_form->grpStatistics->setEnabled(hasCameras);
-    const bool hasBandwidth =
-        index.siblingAtColumn(CameraListModel::BandwidthColumn).data().toULongLong() != 0;
-    m_autoSetInterfaceAction->setEnabled(hasCameras && hasBandwidth &&
-                                         m_model->autoSettableCameraCount() > 0);
+    updateOffer(index);
 }
 
 void SpanletDialog::onSetInterfaceSelector(InterfaceList interfaces) {
     m_form->comboInterface->clear();
     for (const auto& [id, index] : qAsConst(interfaces))
         m_form->comboInterface->addItem(id, index);
+    fitTexts();
 }
 
 void SpanletDialog::onStartStopBenchmark() {
@@ -260,7 +296,7 @@ void SpanletDialog::startBenchmark() {
     m_remainingMs = m_form->spinBenchmark->value() * 1000;
     if (m_remainingMs == 0)
         m_endless = true;
-    m_model->enableWidgets(false);
+    m_model->onStartStopBenchmark(true);
     m_form->comboInterface->setEnabled(false);
     m_form->spinBenchmark->setEnabled(false);
     m_form->buttonAutoSet->setEnabled(false);
@@ -269,9 +305,8 @@ void SpanletDialog::startBenchmark() {
         const WaitCursor waiting;
         m_controller->startBenchmark(interfaceIndex(), m_autoAdjustPacketSize);
     }
-    // Wherever the user looks while frames are acquired, the interface stays selected.
-    disconnect(m_form->treeViewCameras->selectionModel(), &QItemSelectionModel::currentRowChanged,
-               this, &SpanletDialog::onClickTreeView);
+    // The interface stays selected, whichever row becomes current while frames are acquired.
+    disconnect(m_treeSteers);
     m_timer.start(timerIntervalMs);
 }
 
@@ -287,16 +322,21 @@ void SpanletDialog::finishBenchmark() {
     m_endless = false;
     m_form->comboInterface->setEnabled(true);
     m_form->spinBenchmark->setEnabled(true);
-    m_model->enableWidgets(true);
+    m_model->onStartStopBenchmark(false);
 }
 
 void SpanletDialog::stopBenchmarkByUser() {
     finishBenchmark();
     m_form->buttonAutoSet->setEnabled(true);
     m_form->spinBenchmark->setValue(0);
-    connect(m_form->treeViewCameras->selectionModel(), &QItemSelectionModel::currentRowChanged,
-            this, &SpanletDialog::onClickTreeView);
-    updateCameraActions(m_form->treeViewCameras->currentIndex());
+    followTree();
+    updateOffer(m_model->selectedInterface());
+}
+
+void SpanletDialog::followTree() {
+    m_treeSteers =
+        connect(m_form->treeViewCameras->selectionModel(), &QItemSelectionModel::currentRowChanged,
+                this, &SpanletDialog::onClickTreeView);
 }
 
 void SpanletDialog::onTimerTimeout() {
@@ -331,14 +371,13 @@ void SpanletDialog::onRefreshButtonClicked() {
     processEvents();
     endBenchmark();
     m_bandwidthColumn->clear();
-    // The cameras are about to go: no benchmark may start on them. Selecting an interface of the
-    // new tree lets it start again.
-    m_form->grpStatistics->setEnabled(false);
-    m_form->buttonFeatureTree->setEnabled(false);
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     m_model->setupModelData();
+    updateOffer(m_model->selectedInterface());
+    // Expanded already now, so that the rows are seen to fill.
     m_form->treeViewCameras->expandAll();
     m_bandwidthColumn->fill([this] { processEvents(); });
+    m_form->treeViewCameras->expandAll();
     // The tab key goes through the rows' widgets, the newest ones, before it comes to the log.
     setTabOrder(previousInFocusChain(), m_form->buttonShowLogging);
     setTabOrder(m_form->buttonShowLogging, m_form->tableLog);
@@ -356,13 +395,11 @@ void SpanletDialog::processEvents() const {
 }
 
 void SpanletDialog::onClickTreeView(QModelIndex current, QModelIndex /*previous*/) {
-    updateCameraActions(current);
     const bool isInterface = m_model->hasChildren(current) && current.parent().isValid();
-    if (!isInterface)
-        return;
-    m_form->comboInterface->setCurrentText(
-        current.siblingAtColumn(CameraListModel::NameColumn).data().toString());
-    m_autoSetInterfaceAction->setEnabled(true);
+    if (isInterface)
+        m_form->comboInterface->setCurrentText(
+            current.siblingAtColumn(CameraListModel::NameColumn).data().toString());
+    updateOffer(m_model->selectedInterface(), isInterface);
 }
 
 void SpanletDialog::onShowFeatureTreeDialog() {
@@ -370,14 +407,19 @@ void SpanletDialog::onShowFeatureTreeDialog() {
     if (!camera)
         return;
     const auto features = camera->getFeatureController();
+    const CameraInfo info = camera->getCameraInfo();
     for (FeatureTreeDialog* open : findChildren<FeatureTreeDialog*>()) {
-        if (open->controller() == features && open->isVisible()) {
+        if (!open->isVisible())
+            continue;
+        if (open->controller() == features) {
             open->raise();
             open->activateWindow();
             return;
         }
+        // Of the same camera, found before a refresh.
+        if (m_camerasOfTrees.at(open) == info.cameraId)
+            open->close();
     }
-    const CameraInfo info = camera->getCameraInfo();
     // Listing the features of a real camera can take seconds.
     const WaitCursor waiting;
     auto* dialog = new FeatureTreeDialog(features, this);
@@ -408,6 +450,8 @@ void SpanletDialog::onSettingsButtonClicked() {
     connect(dialog, &SettingsDialog::activateAutoAdjustPacketsize, this,
             &SpanletDialog::onAutoAdjustPacketsize);
     connect(dialog, &SettingsDialog::settingsSaved, this, &SpanletDialog::settingsSaved);
+    // Another open one would write older values over these.
+    connect(this, &SpanletDialog::settingsSaved, dialog, &SettingsDialog::loadSettings);
     dialog->show();
 }
 
@@ -475,12 +519,19 @@ void SpanletDialog::done(int /*code*/) {
 
 void SpanletDialog::showEvent(QShowEvent* event) {
     emit dialogIsReadyLoaded();
+    if (!event->spontaneous()) {
+        const QSize whole = m_form->scrollAreaWidgetContents->minimumSizeHint();
+        const QSize most = screen()->availableSize();
+        resize(size().expandedTo(whole.boundedTo(most)));
+    }
     QDialog::showEvent(event);
 }
 
 void SpanletDialog::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange)
         updateRefreshIcon();
+    if (event->type() == QEvent::FontChange && m_model != nullptr)
+        fitTexts();
     QDialog::changeEvent(event);
 }
 

@@ -53,6 +53,10 @@ signals:
 public slots:
     /// Lets the widgets of rows be used as far as the model lets their cells be used.
     void onDisableItems(QModelIndex upperLeft, QModelIndex bottomRight, QVector<int> roles);
+    /// Shows the present bandwidth of the camera whose features were edited.
+    void onFeatureTreeClosed();
+    /// Offers what can be done on an interface.
+    /// \param index the interface's row.
     void onSelectInterface(QModelIndex index);
     void onSetInterfaceSelector(InterfaceList interfaces);
     void onStartStopBenchmark();
@@ -60,14 +64,13 @@ public slots:
     void onRefreshButtonClicked();
     /// Shows the features of the current camera.
     void onShowFeatureTreeDialog();
-    /// Shows what became of the bandwidth of the camera whose features were edited.
-    void onFeatureTreeClosed();
     void onSettingsButtonClicked();
+    /// Follows the current row: an interface's row selects the interface.
+    void onClickTreeView(QModelIndex current, QModelIndex previous);
     /// Shows the Get Started page.
     void onSupportButtonClicked();
     /// Shows the versions of the program and of the camera SDK.
     void onAboutButtonClicked();
-    void onClickTreeView(QModelIndex current, QModelIndex previous);
     void onAutoAdjustPacketsize(bool state);
     /// Divides the selected interface's bandwidth among its cameras.
     void onAutoSetButtonClicked();
@@ -86,6 +89,8 @@ protected:
 
 private:
     void updateRefreshIcon();
+    /// Widens what is too narrow for its text in the font that is set now.
+    void fitTexts();
     void setUpLogging();
     void setUpAutoSetMenu();
     void setUpTree();
@@ -95,6 +100,8 @@ private:
     void colourRowWidgets(const QItemSelection& selected, const QItemSelection& deselected);
     void startBenchmark();
     void stopBenchmarkByUser();
+    /// Lets the tree's current row steer the dialog.
+    void followTree();
     /// Stops the interface's cameras and lets the user choose again.
     void finishBenchmark();
     /// Ends a running benchmark as if its time was over.
@@ -102,13 +109,11 @@ private:
     int interfaceIndex() const;
     /// Keeps the dialog alive during a long operation.
     void processEvents() const;
-    /// Offers what can be set now, after a lock or a maximum has changed.
-    void updateAutoSetActions();
-    /// Offers what can be done with the current camera, if a camera is current.
-    void updateCameraActions(const QModelIndex& current);
+    /// The one place that decides what is offered on an interface and with the current camera.
+    /// \param isChosen the user has chosen the row, which offers its Auto Set in any case.
+    void updateOffer(const QModelIndex& interfaceRow, bool isChosen = false);
     void closeFeatureTrees();
-    /// Open settings dialogs hand their packet-size flag back now, while there is a dialog to take
-    /// it.
+    /// Deletes open settings dialogs, which report their packet-size flag at that.
     void closeSettings();
     int autoAdjustResult() const { return m_autoAdjustPacketSize ? 1 : 0; }
 
@@ -116,6 +121,8 @@ private:
     std::shared_ptr<SystemController> m_controller;
     QTimer m_timer;
     CameraListModel* m_model = nullptr;
+    /// Not connected from the start of a benchmark until the user stops one.
+    QMetaObject::Connection m_treeSteers;
     BandwidthColumn* m_bandwidthColumn = nullptr;
     /// ID of the camera that an open feature tree is of: the tree stays open over a refresh, and
     /// still edits that camera, while its row gets another handler.

@@ -212,7 +212,7 @@ void DialogDriver::showLog() {
     if (auto* button = child<QAbstractButton>(m_dialog, "buttonShowLogging")) {
         button->click();
     }
-    m_dialog->resize(pictureSize);
+    m_dialog->resize(m_dialog->size().expandedTo(pictureSize));
     then(&DialogDriver::takePicture, logAnimation);
 }
 
