@@ -72,11 +72,6 @@ protected:
                                       QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
 
-TEST_F(BasicTreeModelTest, IsEmptyUntilBuilt) {
-    EXPECT_EQ(m_model.rowCount(), 0);
-    EXPECT_EQ(m_model.columnCount(), 0);
-}
-
 TEST_F(BasicTreeModelTest, ShowsItsItems) {
     m_model.setHeaderLabels({QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C")});
     m_model.setupModelData();

@@ -54,6 +54,8 @@ protected:
 TEST_F(CameraListModelTest, GroupsCamerasByTypeAndInterface) {
     QSignalSpy listed(&m_model, &CameraListModel::interfaceListChanged);
     QSignalSpy selected(&m_model, &CameraListModel::interfaceSelected);
+    QObject::connect(&m_model, &CameraListModel::interfaceSelected,
+                     [&] { EXPECT_EQ(listed.size(), 1) << "selected before it is listed"; });
     build({makeFake("bus 7", usb, "U"), makeFake("eth1", gigE, "b"), makeFake("eth1", gigE, "B"),
            makeFake("eth0", gigE, "Z"), makeFake("eth1", gigE, "a"),
            makeFake("zz link", OrvTransportLayerTypeCoaXPress, "X"),
@@ -114,7 +116,9 @@ TEST_F(CameraListModelTest, SelectsInterfacesInTheOrderOfTheTree) {
     EXPECT_EQ(m_model.index(0, 0).data(Qt::FontRole).value<QFont>().weight(), 50);
     EXPECT_FALSE(m_model.index(0, 1).data(Qt::FontRole).isValid());
 
+    QSignalSpy changed(&m_model, &QAbstractItemModel::dataChanged);
     m_model.selectInterface(1);
+    EXPECT_EQ(changed.size(), 2) << "a view draws both rows anew";
     EXPECT_EQ(lastOf(selected), QStringLiteral("eth1"));
     EXPECT_FALSE(isBold(0));
     EXPECT_TRUE(isBold(1));
@@ -150,13 +154,17 @@ TEST_F(CameraListModelTest, ShowsStatisticsOfTheSelectedInterfaceOnly) {
     EXPECT_EQ(changed.first().at(1).toModelIndex(), cell(0, 0, 7));
     for (const int column : {1, 4, 5, 6, 7})
         EXPECT_EQ(cell(0, 0, column).data().type(), QVariant::ULongLong) << column;
+    cameras[0]->statistics.lostFrames = -1;
+    m_model.updateItemData();
+    EXPECT_EQ(cell(0, 0, 6).data(), 0);
 }
 
 TEST_F(CameraListModelTest, StartsRowsAsTheirCamerasAre) {
     const auto closed = makeFake("eth0", gigE, "B");
     closed->opened = false;
     closed->warning = "Camera cannot be opened";
-    build({makeFake("eth0", gigE, "A"), closed});
+    const auto open = makeFake("eth0", gigE, "A");
+    build({open, closed});
 
     EXPECT_EQ(cell(0, 0).data(Qt::CheckStateRole), Qt::Checked);
     EXPECT_FALSE(cell(0, 0).data(Qt::DecorationRole).isValid());
@@ -166,6 +174,12 @@ TEST_F(CameraListModelTest, StartsRowsAsTheirCamerasAre) {
     EXPECT_EQ(cell(0, 1).data(Qt::ToolTipRole), QStringLiteral("Camera cannot be opened"));
     EXPECT_FALSE(cell(0, 1, 1).data(Qt::ToolTipRole).isValid());
     EXPECT_EQ(m_model.flags(cell(0, 1)), Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
+
+    // A benchmark may change what there is to warn of.
+    std::swap(open->warning, closed->warning);
+    m_model.updateItemData();
+    EXPECT_EQ(cell(0, 0).data(Qt::ToolTipRole), QStringLiteral("Camera cannot be opened"));
+    EXPECT_FALSE(cell(0, 1).data(Qt::DecorationRole).isValid());
 }
 
 TEST_F(CameraListModelTest, EnablesCellsByCheckBoxAndWidgets) {
@@ -222,7 +236,7 @@ TEST_F(CameraListModelTest, LetsTheBandwidthOfAnInterfaceBeSet) {
 TEST_F(CameraListModelTest, EnablesTheWidgetsOfTheSelectedInterface) {
     build({makeFake("eth0", gigE, "A"), makeFake("eth0", gigE, "B"), makeFake("eth1", gigE, "C")});
     QSignalSpy changed(&m_model, &QAbstractItemModel::dataChanged);
-    m_model.enableWidgets(false);
+    m_model.onStartStopBenchmark(true);
     ASSERT_EQ(changed.size(), 1);
     EXPECT_EQ(changed.first().at(0).toModelIndex(), cell(0, 0, 0));
     EXPECT_EQ(changed.first().at(1).toModelIndex(), cell(0, 1, 1));

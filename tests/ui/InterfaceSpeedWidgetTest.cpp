@@ -16,6 +16,7 @@
 #include <QTimer>
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -48,7 +49,9 @@ protected:
         m_widget->show();
     }
     void expectShown(const char* label, const Look& look, int margin = 10) const {
-        EXPECT_EQ(m_widget->findChild<QLabel*>()->text(), QLatin1String(label));
+        const auto& shown = *m_widget->findChild<QLabel*>();
+        EXPECT_EQ(shown.text(), QLatin1String(label));
+        EXPECT_GE(shown.minimumWidth(), std::max(30, shown.sizeHint().width()));
         EXPECT_EQ(m_bar->styleSheet(),
                   QStringLiteral("QProgressBar::chunk { width: 10px; background-color: %1; } "
                                  "QProgressBar{ border: 2px solid grey; border-radius: 2px; "
@@ -130,6 +133,8 @@ TEST_F(InterfaceSpeedTest, FollowsCamerasMarginAndMaximum) {
     expectShown("550 / 1000", green);
     m_widget->updateColor(50);
     expectShown("550 / 1000", amber, 50);
+    m_widget->setMaxBandwidth(600);
+    expectShown("550 / 600", amber);
     m_widget->setMaxBandwidth(500);
     expectShown("550 / 500", red);
     EXPECT_TRUE(m_told.empty());

@@ -60,6 +60,12 @@ protected:
         QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
             .setValue(QLatin1String(key), value);
     }
+    static void storeMargins() {
+        set("Safety Margins/interface_GigE", 20);
+        set("Safety Margins/camera_GigE", 10);
+        set("Safety Margins/interface_USB", 40);
+        set("Safety Margins/camera_USB", 25);
+    }
     template <class Widget> Widget& widget(const char* name) const {
         auto* found = m_dialog->findChild<Widget*>(QString::fromLatin1(name));
         return found != nullptr ? *found : throw std::runtime_error(name);
@@ -111,7 +117,7 @@ protected:
     std::shared_ptr<FakeCamera> m_first = makeFake("eth0", gigE, "A");
     std::shared_ptr<FakeCamera> m_closed = makeFake("eth0", gigE, "B");
     std::shared_ptr<FakeCamera> m_second = makeFake("eth1", gigE, "C");
-    std::shared_ptr<FakeCamera> m_third = makeFake("bus 1", usb, "D");
+    std::shared_ptr<FakeCamera> m_third = makeFake("USB bus 1", usb, "D");
     std::shared_ptr<FakeSystem> m_system =
         std::make_shared<FakeSystem>(FakeSystem::FakeList{m_first, m_closed, m_second, m_third});
     std::unique_ptr<SpanletDialog> m_dialog;
@@ -129,7 +135,7 @@ TEST_F(SpanletDialogTest, ComesUpWithTheFirstInterfaceSelected) {
                                          "  eth1 | 125\n"
                                          "    C-S (1)\n"
                                          "USB\n"
-                                         "  bus 1 | 625\n"
+                                         "  USB bus 1 | 625\n"
                                          "    D-S (1)\n");
     EXPECT_EQ(combo().count(), 3);
     EXPECT_EQ(combo().currentText(), QStringLiteral("eth0"));
@@ -140,8 +146,18 @@ TEST_F(SpanletDialogTest, ComesUpWithTheFirstInterfaceSelected) {
     EXPECT_TRUE(widget<QGroupBox>("grpStatistics").isEnabled());
     EXPECT_TRUE(button("buttonRefresh").isEnabled());
     EXPECT_EQ(m_dialog->cursor().shape(), Qt::ArrowCursor);
-    for (const auto* found : m_dialog->findChildren<QPushButton*>())
+    for (const auto* found : m_dialog->findChildren<QPushButton*>()) {
         EXPECT_FALSE(found->autoDefault()) << found->objectName().toStdString() << " and Return";
+        EXPECT_FALSE(found->text().isEmpty() && found->accessibleName().isEmpty());
+    }
+    const QString statistics = QStringLiteral("Statistics values, collected during the last "
+                                              "acquisition");
+    const QStringList toolTips{
+        QStringLiteral("Click the Refresh button to update the camera tree"),
+        QStringLiteral("Interface throughput limit\nCurrent bandwidth assigned to the camera")};
+    for (int column = 0; column < 8; ++column)
+        EXPECT_EQ(tree().model()->headerData(column, Qt::Horizontal, Qt::ToolTipRole),
+                  toolTips.value(column, statistics));
 }
 
 TEST_F(SpanletDialogTest, OffersAutoSetWhereItCanBeDone) {
@@ -170,36 +186,61 @@ TEST_F(SpanletDialogTest, OffersAutoSetWhereItCanBeDone) {
     EXPECT_FALSE(actions[0]->isEnabled()) << "the only camera is locked";
 }
 
-TEST_F(SpanletDialogTest, SetsAnInterfaceWithTheStoredMargins) {
-    set("Safety Margins/interface_GigE", 20);
-    set("Safety Margins/camera_GigE", 10);
-    m_first->need = 200'000'000;
-    m_second->need = 1;
+TEST_F(SpanletDialogTest, SetsInterfacesWithTheStoredMargins) {
+    storeMargins();
+    m_first->need = m_third->need = 800'000'000;
     QSignalSpy finished(m_dialog.get(), &SpanletDialog::autoSetInterfaceFinished);
     autoSetActions()[0]->trigger();
     EXPECT_EQ(finished.count(), 1);
+    EXPECT_EQ(m_first->adjustments, 0);
     EXPECT_DOUBLE_EQ(m_first->margin, 0.1);
     EXPECT_EQ(m_first->bandwidth, 100'000'000);
-    EXPECT_EQ(m_first->requested, 220'000'000U);
+    EXPECT_EQ(m_first->requested, 880'000'000U);
     EXPECT_EQ(m_second->requested, 0U) << "it streams through another interface";
     EXPECT_EQ(bandwidth(camera(0, 0, 0)).value(), 100);
     EXPECT_EQ(usage(0, 0), "100 / 125");
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+
+    m_dialog->onAutoAdjustPacketsize(true);
+    combo().setCurrentIndex(2);
+    autoSetActions()[0]->trigger();
+    EXPECT_EQ(m_third->adjustments, 1);
+    EXPECT_DOUBLE_EQ(m_third->margin, 0.25);
+    EXPECT_EQ(m_third->bandwidth, 375'000'000);
+    // A margin that is out of range counts as the nearest one in range.
+    set("Safety Margins/interface_USB", 51);
+    autoSetActions()[0]->trigger();
+    EXPECT_EQ(m_third->bandwidth, 312'500'000);
 }
 
 TEST_F(SpanletDialogTest, SetsTheCurrentCameraToWhatItNeeds) {
-    m_third->need = 100'000'001;
-    tree().setCurrentIndex(camera(1, 0, 0));
+    storeMargins();
+    m_first->need = m_third->need = 100'000'001;
     QSignalSpy finished(m_dialog.get(), &SpanletDialog::autoSetCameraFinished);
-    autoSetActions()[1]->trigger();
-    ASSERT_EQ(finished.count(), 1);
-    EXPECT_EQ(finished[0][0].toModelIndex(), camera(1, 0, 0));
-    EXPECT_DOUBLE_EQ(m_third->margin, 0.05);
-    EXPECT_EQ(m_third->bandwidth, 105'000'001);
-    EXPECT_EQ(m_third->requested, 100'000'001U);
-    EXPECT_EQ(bandwidth(camera(1, 0, 0)).value(), 105);
-    EXPECT_EQ(usage(1, 0), "105 / 625");
+    for (const auto& [row, fake, margin, megabytes] :
+         {std::tuple(camera(1, 0, 0), m_third, 0.25, 125), {camera(0, 0, 0), m_first, 0.1, 110}}) {
+        tree().setCurrentIndex(row);
+        autoSetActions()[1]->trigger();
+        ASSERT_FALSE(finished.isEmpty());
+        EXPECT_EQ(finished.last()[0].toModelIndex(), row);
+        EXPECT_DOUBLE_EQ(fake->margin, margin);
+        EXPECT_EQ(fake->bandwidth, megabytes * 1'000'000 + 1);
+        EXPECT_EQ(fake->requested, 100'000'001U);
+        EXPECT_EQ(bandwidth(row).value(), megabytes);
+    }
+    EXPECT_EQ(usage(1, 0), "125 / 625");
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(SpanletDialogTest, SetsNoInterfaceOfAnUnknownType) {
+    m_system->setCameras({makeFake("mix", OrvTransportLayerTypeMixed, "M")});
+    button("buttonRefresh").click();
+    EXPECT_FALSE(autoSetActions()[0]->isEnabled()) << "its bandwidth is not known";
+    QSignalSpy finished(m_dialog.get(), &SpanletDialog::autoSetInterfaceFinished);
+    m_dialog->onAutoSetButtonClicked();
+    EXPECT_TRUE(finished.isEmpty());
+    EXPECT_EQ(log().item(0, 2)->text(),
+              QStringLiteral("Error:Autoset not supported for interface: mix"));
 }
 
 TEST_F(SpanletDialogTest, TakesThePacketSizeFlagFromTheSettings) {
@@ -239,7 +280,7 @@ TEST_F(SpanletDialogTest, ShowsTheTrueBandwidthOfEachCameraAndInterface) {
     EXPECT_FALSE(rowWidget(camera(0, 0, 1))->isEnabled());
     // A camera that is not open cannot be asked.
     EXPECT_EQ(m_closed->bandwidthReads, 0);
-    EXPECT_FALSE(part<QPushButton>(camera(0, 0, 1), "buttonLock").isChecked());
+    EXPECT_TRUE(m_closed->locked);
 
     m_first->bandwidth = 50'000'000;
     button("buttonRefresh").click();
@@ -297,9 +338,18 @@ TEST_F(SpanletDialogTest, ColoursTheSlidersOfThoseThatTookPart) {
 
 TEST_F(SpanletDialogTest, JudgesTheUseByTheStoredMargins) {
     EXPECT_EQ(usageToolTip(0, 1), QStringLiteral("Interface bandwidth usage is OK."));
-    set("Safety Margins/interface_GigE", 21);
-    emit m_dialog->settingsSaved();
+    button("buttonSettings").click();
+    button("buttonSettings").click();
+    const auto margin = [this](int dialog) {
+        return m_dialog->findChildren<SettingsDialog*>()[dialog]->findChild<QSpinBox*>(
+            QStringLiteral("GigEInterfaceSpinBox"));
+    };
+    margin(0)->setValue(21);
+    auto* saved = m_dialog->findChild<SettingsDialog*>();
+    saved->accept();
+    delete saved;
     EXPECT_TRUE(usageToolTip(0, 1).contains(QStringLiteral("(21%)")));
+    EXPECT_EQ(margin(0)->value(), 21) << "it would store older values";
 }
 
 TEST_F(SpanletDialogTest, LetsTheUserOverwriteTheMaximumOfAnInterface) {
@@ -344,9 +394,10 @@ TEST_F(SpanletDialogTest, MakesTheRowCurrentWhoseWidgetIsUsed) {
         QTest::mouseClick(&part<QWidget>(row, name), Qt::LeftButton);
         EXPECT_EQ(tree().currentIndex(), row) << name;
     }
-    EXPECT_EQ(combo().currentText(), QStringLiteral("eth1"));
     bandwidth(camera(0, 0, 0)).setFocus();
     EXPECT_EQ(tree().currentIndex(), camera(0, 0, 0));
+    rowWidget(interfaceRow(0, 0))->setFocus();
+    EXPECT_EQ(combo().currentText(), QStringLiteral("eth1")) << "the focus selects no interface";
 }
 
 TEST_F(SpanletDialogTest, OpensOneFeatureTreePerCamera) {
@@ -354,6 +405,7 @@ TEST_F(SpanletDialogTest, OpensOneFeatureTreePerCamera) {
         return m_dialog->findChildren<FeatureTreeDialog*>();
     };
     QPushButton& open = button("buttonFeatureTree");
+    m_third->id = "3";
     m_dialog->show();
     EXPECT_FALSE(open.isEnabled()) << "an interface is current";
     for (const QModelIndex& row : {camera(0, 0, 0), camera(1, 0, 0)}) {
@@ -372,6 +424,10 @@ TEST_F(SpanletDialogTest, OpensOneFeatureTreePerCamera) {
     button("buttonRefresh").click();
     EXPECT_FALSE(open.isEnabled());
     EXPECT_TRUE(trees().last()->isVisible()) << "it is still of that camera";
+    tree().setCurrentIndex(camera(1, 0, 0));
+    open.click();
+    ASSERT_EQ(trees().size(), 3);
+    EXPECT_FALSE(trees()[1]->isVisible()) << "older";
     m_third->bandwidth = 66'000'000;
     QSignalSpy closed(trees().last(), &FeatureTreeDialog::closed);
     m_dialog->close();
@@ -450,9 +506,12 @@ TEST_F(SpanletDialogTest, TreatsTheEndOfTimeAndTheUsersStopDifferently) {
     startBenchmark(1);
     tree().setCurrentIndex(interfaceRow(1, 0));
     EXPECT_EQ(combo().currentText(), QStringLiteral("eth0"));
+    tree().setCurrentIndex(camera(1, 0, 0));
     tick();
     tick();
     EXPECT_FALSE(button("buttonAutoSet").isEnabled());
+    part<QPushButton>(camera(0, 0, 0), "buttonLock").click();
+    EXPECT_FALSE(button("buttonFeatureTree").isEnabled() || autoSetActions()[1]->isEnabled());
     tree().setCurrentIndex(interfaceRow(0, 1));
     EXPECT_EQ(combo().currentText(), QStringLiteral("eth0"));
 
@@ -466,7 +525,7 @@ TEST_F(SpanletDialogTest, TreatsTheEndOfTimeAndTheUsersStopDifferently) {
     EXPECT_FALSE(autoSetActions()[1]->isEnabled()) << "the camera chosen meanwhile is locked";
     EXPECT_TRUE(button("buttonFeatureTree").isEnabled());
     tree().setCurrentIndex(interfaceRow(1, 0));
-    EXPECT_EQ(combo().currentText(), QStringLiteral("bus 1"));
+    EXPECT_EQ(combo().currentText(), QStringLiteral("USB bus 1"));
 }
 
 TEST_F(SpanletDialogTest, EndsARunningBenchmarkBeforeItRefreshes) {
@@ -494,14 +553,20 @@ TEST_F(SpanletDialogTest, RefreshesIdleCamerasWithoutStoppingThem) {
 }
 
 TEST_F(SpanletDialogTest, HasNothingToMeasureWhenAllCamerasAreGone) {
-    m_system->setCameras({});
-    button("buttonRefresh").click();
+    tree().setCurrentIndex(camera(0, 0, 0));
+    for (const auto& cameras : {FakeSystem::FakeList{m_closed}, FakeSystem::FakeList{}}) {
+        m_system->setCameras(cameras);
+        button("buttonRefresh").click();
+        for (const QAction* action : autoSetActions())
+            EXPECT_FALSE(action->isEnabled());
+        EXPECT_FALSE(button("buttonFeatureTree").isEnabled());
+    }
     EXPECT_EQ(combo().count(), 0);
     EXPECT_FALSE(widget<QGroupBox>("grpStatistics").isEnabled());
     m_system->setCameras({m_third});
     button("buttonRefresh").click();
     EXPECT_TRUE(widget<QGroupBox>("grpStatistics").isEnabled());
-    EXPECT_EQ(combo().currentText(), QStringLiteral("bus 1"));
+    EXPECT_EQ(combo().currentText(), QStringLiteral("USB bus 1"));
     startBenchmark(0);
     EXPECT_EQ(m_third->starts, 1);
 }
@@ -541,6 +606,9 @@ TEST_F(SpanletDialogTest, CanBeOperatedWithKeysOnly) {
     refresh.setFocus();
     QTest::keyClick(&refresh, Qt::Key_Space);
     EXPECT_EQ(QApplication::focusWidget(), &refresh);
+    m_first->bandwidth = 50'000'000;
+    QTest::keyClick(&tree(), Qt::Key_F5);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return usage(0, 0) == "50 / 125"; }));
     tree().setCurrentIndex(camera(0, 0, 0, 4));
     QTest::keyClick(&tree(), Qt::Key_Space);
     EXPECT_FALSE(m_first->opened);
@@ -590,9 +658,16 @@ TEST_F(SpanletDialogTest, ShowsLogLinesOfTheWholeProcess) {
 }
 
 TEST_F(SpanletDialogTest, GivesTheStandardStreamsBack) {
-    logInfo("taken");
-    EXPECT_FALSE(m_log.has("Info:taken"));
+    const auto controller = makeController(m_system);
+    const auto end = [controller](SystemController*) {
+        logInfo("taken");
+    };
     m_dialog.reset();
+    m_dialog =
+        std::make_unique<SpanletDialog>(unusedOrvSystem(), false, nullptr,
+                                        std::shared_ptr<SystemController>(controller.get(), end));
+    m_dialog.reset();
+    EXPECT_FALSE(m_log.has("Info:taken")) << "the cameras outlived the streams";
     logInfo("given back");
     EXPECT_TRUE(m_log.has("Info:given back"));
     EXPECT_NE(qInstallMessageHandler(nullptr), &qtMessageHandler);
@@ -615,12 +690,6 @@ TEST_F(SpanletDialogTest, SwapsTheRefreshIconInADarkPalette) {
     EXPECT_EQ(image(), dark);
     m_dialog->setPalette(QPalette(QColor(100, 100, 100)));
     EXPECT_EQ(image(), light);
-}
-
-TEST_F(SpanletDialogTest, TellsThatItIsReadyWhenItIsShown) {
-    QSignalSpy ready(m_dialog.get(), &SpanletDialog::dialogIsReadyLoaded);
-    m_dialog->show();
-    EXPECT_EQ(ready.size(), 1);
 }
 
 TEST_F(SpanletDialogTest, AnswersTheFlagAndStopsTheBenchmarkHoweverItIsClosed) {
@@ -646,13 +715,10 @@ TEST_F(SpanletDialogTest, AnswersTheFlagAndStopsTheBenchmarkHoweverItIsClosed) {
     EXPECT_EQ(m_first->adjustments, 4);
 }
 
-TEST_F(SpanletDialogTest, AnswersTheFlagWhenClosedUnseen) {
+TEST_F(SpanletDialogTest, AnswersTheFlagWhenClosedUnseenAndStopsTheBenchmarkAtItsEnd) {
     m_dialog->onAutoAdjustPacketsize(true);
     m_dialog->close();
     EXPECT_EQ(m_dialog->result(), 1);
-}
-
-TEST_F(SpanletDialogTest, StopsTheBenchmarkWhenItIsDestroyed) {
     startBenchmark(0);
     m_dialog.reset();
     EXPECT_EQ(m_first->stops, 1);

@@ -21,6 +21,7 @@
 #include <QScrollBar>
 #include <QSettings>
 #include <QTest>
+#include <QTranslator>
 #include <gmock/gmock.h>
 
 namespace {
@@ -86,6 +87,24 @@ TEST_F(SupportDialogTest, ShowsThePageFromItsTop) {
     QTest::keyClick(&label(), Qt::Key_PageDown);
     EXPECT_GT(area.verticalScrollBar()->value(), 0) << "can be read without a mouse";
     EXPECT_EQ(label().grab().toImage().pixelColor(2, 2), QColor(0xf5, 0xf5, 0xf5));
+}
+
+/// A translation whose page is not there.
+class NoPage : public QTranslator {
+public:
+    QString translate(const char* context, const char* text, const char*, int) const override {
+        const bool isPage =
+            QLatin1String(context) == QLatin1String("SupportDialog") && *text == ':';
+        return isPage ? QStringLiteral(":/pages/pages/missing.html") : QString();
+    }
+    bool isEmpty() const override { return false; }
+};
+
+TEST_F(SupportDialogTest, ShowsTheEnglishPageForAMissingOne) {
+    NoPage translation;
+    QCoreApplication::installTranslator(&translation);
+    open();
+    EXPECT_TRUE(label().text().contains(QStringLiteral("<h1>Get Started</h1>")));
 }
 
 /// Every language tells the same, in the same order.
