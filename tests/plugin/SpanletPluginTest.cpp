@@ -15,6 +15,8 @@
 #include <QTreeView>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace {
 
 /// What Qt's loader reads of a plug-in without loading its code.
@@ -66,21 +68,22 @@ TEST_F(SpanletPluginTest, HasOneInstanceWhileItLives) {
 class SpanletPluginResult : public SpanletPluginTest, public testing::WithParamInterface<bool> {};
 
 TEST_P(SpanletPluginResult, IsTheFlagThatCameIn) {
-    bool splashVisible = true;
-    bool waiting = true;
-    QTimer::singleShot(0, [&] { waiting = QApplication::overrideCursor() != nullptr; });
+    const auto isSplashVisible = [] {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        return std::any_of(windows.begin(), windows.end(), [](const QWidget* window) {
+            return qobject_cast<const QSplashScreen*>(window) != nullptr && window->isVisible();
+        });
+    };
+    bool waiting = false;
+    QTimer::singleShot(
+        0, [&] { waiting = QApplication::overrideCursor() != nullptr && isSplashVisible(); });
     const int result = m_host.run(GetParam(), [&](QDialog& dialog) {
-        splashVisible = false;
-        for (const QWidget* widget : QApplication::topLevelWidgets()) {
-            if (qobject_cast<const QSplashScreen*>(widget) != nullptr)
-                splashVisible = splashVisible || widget->isVisible();
-        }
+        EXPECT_FALSE(isSplashVisible());
         EXPECT_EQ(QApplication::overrideCursor(), nullptr);
         dialog.close();
     });
     EXPECT_EQ(result, GetParam() ? 1 : 0);
     EXPECT_TRUE(waiting);
-    EXPECT_FALSE(splashVisible);
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 

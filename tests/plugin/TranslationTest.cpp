@@ -3,6 +3,7 @@
 #include "tests/support/OwnSettings.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -11,6 +12,8 @@
 #include <QLocale>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QStyle>
+#include <QStyleOptionComboBox>
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QTreeView>
@@ -41,6 +44,13 @@ void expectWholeTexts(const QWidget& dialog) {
         const QString key = QKeySequence::mnemonic(button->text()).toString();
         EXPECT_FALSE(!key.isEmpty() && mnemonics.contains(key)) << key.toStdString();
         mnemonics << key;
+    }
+    for (const auto* combo : dialog.findChildren<QComboBox*>()) {
+        QStyleOptionComboBox option;
+        option.initFrom(combo);
+        const QRect text = combo->style()->subControlRect(QStyle::CC_ComboBox, &option,
+                                                          QStyle::SC_ComboBoxEditField, combo);
+        EXPECT_GT(text.width(), combo->fontMetrics().horizontalAdvance(combo->currentText()));
     }
     for (const auto* label : dialog.findChildren<QLabel*>()) {
         const bool isRead = label->isVisible() && !label->text().isEmpty();
@@ -107,11 +117,15 @@ TEST_F(TranslationTest, PrefersTheLocaleThenTheLanguageThenEnglish) {
     EXPECT_EQ(title(), "Oesterreich");
 }
 
+class FontSizes : public TranslationTest, public testing::WithParamInterface<int> {};
+
+INSTANTIATE_TEST_SUITE_P(Points, FontSizes, testing::Values(9, 12));
+
 /// What the build made of the German texts, found from an Austrian system.
-TEST_F(TranslationTest, ShowsEveryDialogInGermanWithoutCuttingTextsOff) {
+TEST_P(FontSizes, ShowEveryDialogInGermanWithoutCuttingTextsOff) {
     ASSERT_TRUE(QDir().mkdir(QStringLiteral("qm")));
     QFont usual = QApplication::font();
-    usual.setPointSize(9);
+    usual.setPointSize(GetParam());
     QApplication::setFont(usual);
     ASSERT_TRUE(QFile::copy(germanFile, QStringLiteral("qm/Spanlet_de.qm")));
     m_host.run(false, [&](QDialog& dialog) {

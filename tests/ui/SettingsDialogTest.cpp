@@ -15,6 +15,7 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QScreen>
 #include <QSpinBox>
 #include <QStyle>
 #include <QTemporaryDir>
@@ -177,6 +178,12 @@ TEST_F(SettingsDialogTest, WarnsOfValuesBelowTheDefaults) {
     open();
     EXPECT_EQ(warnings(), "Camera InterfaceUSB InterfaceGigE");
     expectWholeTexts();
+    QFont large = m_dialog->font();
+    large.setPointSize(30);
+    m_dialog->setFont(large);
+    setValues({1, 1, 1, 1});
+    expectWholeTexts();
+    EXPECT_LT(m_dialog->height(), m_dialog->screen()->availableSize().height());
 }
 
 TEST_F(SettingsDialogTest, ResetButtonRestoresItsRowOnly) {

@@ -544,9 +544,16 @@ TEST_F(SpanletDialogTest, EndsARunningBenchmarkBeforeItRefreshes) {
     }
 }
 
-TEST_F(SpanletDialogTest, RefreshesIdleCamerasWithoutStoppingThem) {
+TEST_F(SpanletDialogTest, RefreshesIdleCamerasWithoutStoppingThemOrOperatingTheHost) {
+    QWidget host;
+    host.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&host));
+    QCursor::setPos(host.mapToGlobal({5, 5}));
     spin().setValue(12);
     button("buttonRefresh").click();
+    EXPECT_FALSE(host.underMouse()) << "input of the user while the dialog is not visible";
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(host.underMouse());
     EXPECT_EQ(m_first->stops, 0);
     EXPECT_EQ(spin().value(), 12);
     EXPECT_TRUE(button("buttonAutoSet").isEnabled());
