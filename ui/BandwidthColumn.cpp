@@ -74,8 +74,6 @@ void BandwidthColumn::clear() {
         QWidget* widget = m_tree.indexWidget(bandwidthCell(row));
         if (widget == nullptr)
             return;
-        // A value that is being typed goes with the widget.
-        widget->disconnect(this);
         // The view does not notice that a widget is deleted, and would lay it out once more.
         m_tree.setIndexWidget(bandwidthCell(row), nullptr);
         delete widget;

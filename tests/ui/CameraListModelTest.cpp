@@ -8,7 +8,6 @@
 #include <QFont>
 #include <QIcon>
 #include <QSignalSpy>
-#include <QTreeView>
 #include <gtest/gtest.h>
 
 namespace {
@@ -255,25 +254,6 @@ TEST_F(CameraListModelTest, TellsHeaderToolTipsAndHandlers) {
     EXPECT_NE(m_model.cameraHandler(cell(0, 0, 3)), nullptr);
     EXPECT_EQ(m_model.cameraHandler(m_model.index(0, 0)), nullptr);
     EXPECT_EQ(m_model.cameraHandler({}), nullptr);
-}
-
-/// A view that follows the selection keeps its current row over any number of rebuilds.
-TEST_F(CameraListModelTest, KeepsAFollowingViewOnTheSelectedInterface) {
-    QTreeView view;
-    view.setModel(&m_model);
-    QObject::connect(&m_model, &CameraListModel::interfaceSelected, &view,
-                     &QTreeView::setCurrentIndex);
-    bool complete = true;
-    QObject::connect(&m_model, &QAbstractItemModel::modelReset, &m_model,
-                     [&] { complete = complete && m_model.cameraCount() > 0; });
-    view.show();
-    for (int round = 0; round < 3; ++round) {
-        build({makeFake("eth0", gigE, "A"), makeFake("eth1", gigE, "B")});
-        EXPECT_EQ(view.currentIndex().data().toString(), QStringLiteral("eth0"));
-        EXPECT_TRUE(complete);
-        view.expandAll();
-        view.setCurrentIndex(cell(1, 0, 2));
-    }
 }
 
 } // namespace

@@ -16,7 +16,6 @@
 #include <QTimer>
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -51,7 +50,7 @@ protected:
     void expectShown(const char* label, const Look& look, int margin = 10) const {
         const auto& shown = *m_widget->findChild<QLabel*>();
         EXPECT_EQ(shown.text(), QLatin1String(label));
-        EXPECT_GE(shown.minimumWidth(), std::max(30, shown.sizeHint().width()));
+        EXPECT_GE(shown.minimumWidth(), qMax(30, shown.sizeHint().width()));
         EXPECT_EQ(m_bar->styleSheet(),
                   QStringLiteral("QProgressBar::chunk { width: 10px; background-color: %1; } "
                                  "QProgressBar{ border: 2px solid grey; border-radius: 2px; "

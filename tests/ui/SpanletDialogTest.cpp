@@ -124,7 +124,6 @@ protected:
 };
 
 TEST_F(SpanletDialogTest, ComesUpWithTheFirstInterfaceSelected) {
-    EXPECT_EQ(m_dialog->windowTitle(), QStringLiteral("Orvia Spanlet"));
     EXPECT_FALSE(m_dialog->windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
     EXPECT_EQ(m_dialog->size(), QSize(1192, 680));
     EXPECT_EQ(m_dialog->minimumSize(), QSize(1170, 600));
@@ -150,14 +149,13 @@ TEST_F(SpanletDialogTest, ComesUpWithTheFirstInterfaceSelected) {
         EXPECT_FALSE(found->autoDefault()) << found->objectName().toStdString() << " and Return";
         EXPECT_FALSE(found->text().isEmpty() && found->accessibleName().isEmpty());
     }
-    const QString statistics = QStringLiteral("Statistics values, collected during the last "
-                                              "acquisition");
-    const QStringList toolTips{
-        QStringLiteral("Click the Refresh button to update the camera tree"),
-        QStringLiteral("Interface throughput limit\nCurrent bandwidth assigned to the camera")};
+    const char* const toolTips[] = {
+        "Click the Refresh button to update the camera tree",
+        "Interface throughput limit\nCurrent bandwidth assigned to the camera",
+        "Statistics values, collected during the last acquisition"};
     for (int column = 0; column < 8; ++column)
         EXPECT_EQ(tree().model()->headerData(column, Qt::Horizontal, Qt::ToolTipRole),
-                  toolTips.value(column, statistics));
+                  QLatin1String(toolTips[qMin(column, 2)]));
 }
 
 TEST_F(SpanletDialogTest, OffersAutoSetWhereItCanBeDone) {
@@ -203,6 +201,7 @@ TEST_F(SpanletDialogTest, SetsInterfacesWithTheStoredMargins) {
 
     m_dialog->onAutoAdjustPacketsize(true);
     combo().setCurrentIndex(2);
+    EXPECT_EQ(tree().currentIndex(), interfaceRow(1, 0));
     autoSetActions()[0]->trigger();
     EXPECT_EQ(m_third->adjustments, 1);
     EXPECT_DOUBLE_EQ(m_third->margin, 0.25);
@@ -251,7 +250,6 @@ TEST_F(SpanletDialogTest, TakesThePacketSizeFlagFromTheSettings) {
         ASSERT_NE(settings, nullptr);
         EXPECT_TRUE(settings->isVisible());
         auto* box = settings->findChild<QCheckBox*>(QStringLiteral("autoAdjustCheckBox"));
-        ASSERT_NE(box, nullptr);
         EXPECT_EQ(box->isChecked(), !closesSettingsFirst) << "as it was left";
         box->click();
         if (closesSettingsFirst) {
@@ -305,7 +303,6 @@ TEST_F(SpanletDialogTest, FollowsTheUsersBandwidths) {
 
 TEST_F(SpanletDialogTest, LocksCamerasAgainstAutoSet) {
     const QList<QAction*> actions = autoSetActions();
-    tree().setCurrentIndex(camera(1, 0, 0));
     combo().setCurrentIndex(2);
     tree().setCurrentIndex(camera(1, 0, 0));
     auto& lock = part<QPushButton>(camera(1, 0, 0), "buttonLock");
@@ -337,6 +334,10 @@ TEST_F(SpanletDialogTest, ColoursTheSlidersOfThoseThatTookPart) {
 }
 
 TEST_F(SpanletDialogTest, JudgesTheUseByTheStoredMargins) {
+    m_third->bandwidth = 400'000'000;
+    set("Safety Margins/interface_USB", 40);
+    button("buttonRefresh").click();
+    EXPECT_TRUE(usageToolTip(1, 0).contains(QStringLiteral("(40%)")));
     EXPECT_EQ(usageToolTip(0, 1), QStringLiteral("Interface bandwidth usage is OK."));
     button("buttonSettings").click();
     button("buttonSettings").click();
@@ -435,17 +436,6 @@ TEST_F(SpanletDialogTest, OpensOneFeatureTreePerCamera) {
     EXPECT_EQ(usage(1, 0), "66 / 625");
 }
 
-TEST_F(SpanletDialogTest, KeepsSelectorAndTreeOnOneInterface) {
-    combo().setCurrentIndex(2);
-    EXPECT_EQ(tree().currentIndex(), interfaceRow(1, 0));
-    tree().setCurrentIndex(interfaceRow(0, 1));
-    EXPECT_EQ(combo().currentText(), QStringLiteral("eth1"));
-    tree().setCurrentIndex(camera(1, 0, 0));
-    EXPECT_EQ(combo().currentText(), QStringLiteral("eth1"));
-    tree().setCurrentIndex(tree().model()->index(1, 0));
-    EXPECT_EQ(combo().currentText(), QStringLiteral("eth1"));
-}
-
 TEST_F(SpanletDialogTest, CountsATimedBenchmarkDown) {
     combo().setCurrentIndex(1);
     startBenchmark(3);
@@ -495,12 +485,6 @@ TEST_F(SpanletDialogTest, RunsAnEndlessBenchmarkUntilTheUserStops) {
     EXPECT_EQ(m_first->stops, 2);
 }
 
-TEST_F(SpanletDialogTest, TicksByItself) {
-    startBenchmark(0);
-    m_first->statistics.receivedFrames = 7;
-    EXPECT_TRUE(QTest::qWaitFor([this] { return camera(0, 0, 0, 4).data().toInt() == 7; }));
-}
-
 /// Only the user's stop gives Auto Set and the tree's steering back.
 TEST_F(SpanletDialogTest, TreatsTheEndOfTimeAndTheUsersStopDifferently) {
     startBenchmark(1);
@@ -540,20 +524,26 @@ TEST_F(SpanletDialogTest, EndsARunningBenchmarkBeforeItRefreshes) {
         EXPECT_TRUE(spin().isEnabled());
         EXPECT_EQ(spin().value(), 0);
         EXPECT_EQ(combo().currentText(), QStringLiteral("eth0"));
+        EXPECT_EQ(tree().currentIndex(), interfaceRow(0, 0));
         EXPECT_TRUE(rowWidget(camera(0, 1, 0))->isEnabled());
     }
 }
 
 TEST_F(SpanletDialogTest, RefreshesIdleCamerasWithoutStoppingThemOrOperatingTheHost) {
-    QWidget host;
+    struct : QWidget {
+        void mouseMoveEvent(QMouseEvent*) override { isOperated = true; }
+        bool isOperated = false;
+    } host;
+    host.setMouseTracking(true);
     host.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&host));
     QCursor::setPos(host.mapToGlobal({5, 5}));
+    QCoreApplication::processEvents();
+    host.isOperated = false;
+    QCursor::setPos(host.mapToGlobal({50, 50}));
     spin().setValue(12);
     button("buttonRefresh").click();
-    EXPECT_FALSE(host.underMouse()) << "input of the user while the dialog is not visible";
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(host.underMouse());
+    EXPECT_FALSE(host.isOperated) << "the dialog is not visible";
     EXPECT_EQ(m_first->stops, 0);
     EXPECT_EQ(spin().value(), 12);
     EXPECT_TRUE(button("buttonAutoSet").isEnabled());

@@ -97,7 +97,6 @@ public:
             QLatin1String(context) == QLatin1String("SupportDialog") && *text == ':';
         return isPage ? QStringLiteral(":/pages/pages/missing.html") : QString();
     }
-    bool isEmpty() const override { return false; }
 };
 
 TEST_F(SupportDialogTest, ShowsTheEnglishPageForAMissingOne) {
