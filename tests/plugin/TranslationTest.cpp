@@ -129,6 +129,8 @@ TEST_P(FontSizes, ShowEveryDialogInGermanWithoutCuttingTextsOff) {
         dialog.resize(dialog.minimumSize());
         expectWholeTexts(dialog);
         auto& tree = *dialog.findChild<QTreeView*>();
+        tree.setIndentation(200); // As wide as long names.
+        QCoreApplication::processEvents();
         expectWholeWords(*tree.header());
         const QModelIndex selected = tree.currentIndex();
         tree.setCurrentIndex(selected.model()->index(0, 0, selected));

@@ -276,7 +276,6 @@ TEST_F(SpanletDialogTest, ShowsTheTrueBandwidthOfEachCameraAndInterface) {
     EXPECT_EQ(usageToolTip(1, 0), QStringLiteral("Interface bandwidth usage is OK."));
     EXPECT_TRUE(rowWidget(camera(0, 0, 0))->isEnabled());
     EXPECT_FALSE(rowWidget(camera(0, 0, 1))->isEnabled());
-    // A camera that is not open cannot be asked.
     EXPECT_EQ(m_closed->bandwidthReads, 0);
     EXPECT_TRUE(m_closed->locked);
 
@@ -418,7 +417,6 @@ TEST_F(SpanletDialogTest, OpensOneFeatureTreePerCamera) {
     ASSERT_EQ(trees().size(), 2);
     EXPECT_EQ(trees()[0]->windowTitle(), QStringLiteral("Feature Tree of A-S (1)"));
 
-    // What was edited there shows in the row.
     m_first->bandwidth = 77'000'000;
     trees()[0]->close();
     EXPECT_EQ(usage(0, 0), "77 / 125");
