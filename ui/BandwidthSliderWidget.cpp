@@ -4,11 +4,11 @@
 #include "engine/CameraHandler.h"
 #include "features/FeatureController.h"
 #include "logging/Log.h"
+#include "ui/Theme.h"
 #include "ui_BandwidthSliderWidget.h"
 
 #include <QEvent>
 #include <QKeyEvent>
-#include <QPainter>
 #include <QSignalBlocker>
 
 #include <algorithm>
@@ -18,26 +18,11 @@
 
 namespace {
 
-constexpr int darkLightness = 100;
 constexpr std::int64_t megabyte = 1'000'000;
 
 int toInt(std::int64_t value) {
     return static_cast<int>(
         std::clamp<std::int64_t>(value, 0, std::numeric_limits<std::int32_t>::max()));
-}
-
-/// The disabled icon that a style makes by itself looks enabled in dark colours.
-QPixmap faded(const QPixmap& pixmap) {
-    if (pixmap.isNull())
-        return pixmap;
-    constexpr double opacity = 0.35;
-    QPixmap result(pixmap.size());
-    result.setDevicePixelRatio(pixmap.devicePixelRatio());
-    result.fill(Qt::transparent);
-    QPainter painter(&result);
-    painter.setOpacity(opacity);
-    painter.drawPixmap(0, 0, pixmap);
-    return result;
 }
 
 } // namespace
@@ -234,18 +219,10 @@ void BandwidthSliderWidget::setSliderStyle(const QString& style) {
 }
 
 void BandwidthSliderWidget::updateLockIcon() {
-    const bool dark = palette().color(QPalette::Window).lightness() < darkLightness;
-    QIcon icon;
-    const auto add = [&icon](const QString& file, QIcon::State state) {
-        const QPixmap pixmap(file);
-        icon.addPixmap(pixmap, QIcon::Normal, state);
-        icon.addPixmap(faded(pixmap), QIcon::Disabled, state);
-    };
-    add(dark ? QStringLiteral(":/images/images/lock_open_darkmode.png")
-             : QStringLiteral(":/images/images/lock_open.png"),
-        QIcon::Off);
-    add(QStringLiteral(":/images/images/lock_closed.png"), QIcon::On);
-    m_form->buttonLock->setIcon(icon);
+    m_form->buttonLock->setIcon(Theme::icon(
+        Theme::isDark(palette()) ? QStringLiteral(":/images/images/lock_open_darkmode.png")
+                                 : QStringLiteral(":/images/images/lock_open.png"),
+        QStringLiteral(":/images/images/lock_closed.png")));
 }
 
 bool BandwidthSliderWidget::discardTyping() {

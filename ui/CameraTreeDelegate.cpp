@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/CameraTreeDelegate.h"
 
-#include "ui/Appearance.h"
+#include "ui/Theme.h"
 
 #include <QAbstractItemView>
 
@@ -19,7 +19,7 @@ QSize CameraTreeDelegate::sizeHint(const QStyleOptionViewItem& option,
 void CameraTreeDelegate::initStyleOption(QStyleOptionViewItem* option,
                                          const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
-    option->palette.setColor(QPalette::Base, Appearance::boxColor(option->palette));
+    option->palette.setColor(QPalette::Base, Theme::boxColor(option->palette));
     if (index.column() == 0)
         return;
     option->displayAlignment = Qt::AlignCenter;

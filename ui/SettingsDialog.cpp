@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/SettingsDialog.h"
 
-#include "ui/Appearance.h"
 #include "ui/SettingsKeys.h"
+#include "ui/Theme.h"
 #include "ui_SettingsDialog.h"
 
 #include <QKeyEvent>
@@ -130,14 +130,14 @@ void SettingsDialog::fit(QSize least) {
     const int wanted = contents.totalHeightForWidth(width - beside) + below;
     const int most =
         screen()->availableSize().height() - style()->pixelMetric(QStyle::PM_TitleBarHeight);
-    const int height = std::max(least.height(), std::min(wanted, most));
+    const int height = std::min(std::max(least.height(), wanted), most);
     const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
     resize(width + (wanted > height ? scrollBar : 0), height);
 }
 
 void SettingsDialog::applyPalette() {
-    const bool dark = Appearance::isDark(palette());
-    Appearance::fillBox(*m_form->autoAdjustCheckBox);
+    const bool dark = Theme::isDark(palette());
+    Theme::fillBox(*m_form->autoAdjustCheckBox);
     for (QLabel* label : {m_form->cameraWarningLabel, m_form->usbInterfaceWarningLabel,
                           m_form->gigeInterfaceWarningLabel}) {
         label->setStyleSheet(warningStyle(dark));

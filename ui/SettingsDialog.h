@@ -26,9 +26,6 @@ public:
     /// Emits the signals below; stores the settings if the dialog was accepted.
     ~SettingsDialog() override;
 
-    /// Shows what the store holds, in place of what was chosen so far.
-    void loadSettings();
-
 signals:
     /// The state of the check box, on accepting and on cancelling alike.
     void activateAutoAdjustPacketsize(bool state);
@@ -49,6 +46,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void loadSettings();
     void applyPalette();
     /// Takes the size that shows all texts, at least \p least. What is higher than the screen
     /// scrolls.

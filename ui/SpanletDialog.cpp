@@ -9,12 +9,12 @@
 #include "logging/QtMessageHandler.h"
 #include "logging/RowHeights.h"
 #include "logging/ThreadLogStream.h"
-#include "ui/Appearance.h"
 #include "ui/BandwidthColumn.h"
 #include "ui/CameraTreeDelegate.h"
 #include "ui/SettingsDialog.h"
 #include "ui/SettingsKeys.h"
 #include "ui/SupportDialog.h"
+#include "ui/Theme.h"
 #include "ui/WaitCursor.h"
 #include "ui_SpanletDialog.h"
 
@@ -40,6 +40,11 @@ constexpr int supportDelayMs = 25;
 /// A margin, kept in percent, as the engine takes it.
 double fraction(const QSettings& store, const SettingsKeys::Setting<int>& margin) {
     return SettingsKeys::readMargin<double>(store, margin) / 100.0;
+}
+
+void bringToFront(QWidget& window) {
+    window.raise();
+    window.activateWindow();
 }
 
 } // namespace
@@ -88,10 +93,10 @@ SpanletDialog::~SpanletDialog() {
 }
 
 void SpanletDialog::updateRefreshIcon() {
-    const bool dark = Appearance::isDark(palette());
+    const bool dark = Theme::isDark(palette());
     m_form->buttonRefresh->setIcon(
-        Appearance::icon(dark ? QStringLiteral(":/images/images/refresh_darkmode.png")
-                              : QStringLiteral(":/images/images/refresh.png")));
+        Theme::icon(dark ? QStringLiteral(":/images/images/refresh_darkmode.png")
+                         : QStringLiteral(":/images/images/refresh.png")));
 }
 
 void SpanletDialog::fitTexts() {
@@ -412,8 +417,7 @@ void SpanletDialog::onShowFeatureTreeDialog() {
         if (!open->isVisible())
             continue;
         if (open->controller() == features) {
-            open->raise();
-            open->activateWindow();
+            bringToFront(*open);
             return;
         }
         // Of the same camera, found before a refresh.
@@ -446,12 +450,17 @@ void SpanletDialog::closeFeatureTrees() {
 }
 
 void SpanletDialog::onSettingsButtonClicked() {
+    // A second one would show values that the first one is about to replace.
+    for (SettingsDialog* open : findChildren<SettingsDialog*>()) {
+        if (open->isVisible()) {
+            bringToFront(*open);
+            return;
+        }
+    }
     auto* dialog = new SettingsDialog(m_autoAdjustPacketSize, m_settings, this);
     connect(dialog, &SettingsDialog::activateAutoAdjustPacketsize, this,
             &SpanletDialog::onAutoAdjustPacketsize);
     connect(dialog, &SettingsDialog::settingsSaved, this, &SpanletDialog::settingsSaved);
-    // Another open one would write older values over these.
-    connect(this, &SpanletDialog::settingsSaved, dialog, &SettingsDialog::loadSettings);
     dialog->show();
 }
 

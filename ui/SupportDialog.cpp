@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/SupportDialog.h"
 
-#include "ui/Appearance.h"
 #include "ui/SettingsKeys.h"
+#include "ui/Theme.h"
 #include "ui_SupportDialog.h"
 
 #include <QEvent>
@@ -15,7 +15,7 @@ SupportDialog::SupportDialog(QSettings* settings, QWidget* parent)
     setWindowModality(Qt::ApplicationModal);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     loadPage();
-    Appearance::fillBox(*m_form->checkBox);
+    Theme::fillBox(*m_form->checkBox);
     m_form->checkBox->setChecked(
         SettingsKeys::read(*m_settings, SettingsKeys::supportDialogActive));
     connect(m_form->checkBox, &QCheckBox::toggled, this, &SupportDialog::onCheckboxClicked);
@@ -44,6 +44,6 @@ void SupportDialog::onCheckboxClicked(bool status) {
 
 void SupportDialog::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange)
-        Appearance::fillBox(*m_form->checkBox);
+        Theme::fillBox(*m_form->checkBox);
     QDialog::changeEvent(event);
 }

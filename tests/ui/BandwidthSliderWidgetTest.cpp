@@ -2,6 +2,7 @@
 #include "ui/BandwidthSliderWidget.h"
 
 #include "tests/engine/CameraFixture.h"
+#include "tests/support/Resources.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -183,6 +184,27 @@ TEST_F(BandwidthSliderTest, LockFollowsMouseAndKeyboard) {
     m_row->changeLock(true);
     EXPECT_THAT(m_locks, ElementsAre(true, false, true));
     EXPECT_TRUE(m_lock->isChecked());
+}
+
+TEST_F(BandwidthSliderTest, LockIconsFollowStateAndColours) {
+    initResources();
+    const auto shown = [this](QIcon::Mode iconMode, QIcon::State state) {
+        return m_lock->icon().pixmap(16, iconMode, state).toImage();
+    };
+    const auto file = [](const char* name) {
+        return QIcon(QStringLiteral(":/images/images/%1.png").arg(QLatin1String(name)))
+            .pixmap(16)
+            .toImage();
+    };
+    for (const auto& [colour, open] :
+         {std::pair(Qt::white, "lock_open"), std::pair(Qt::black, "lock_open_darkmode")}) {
+        m_row->setPalette(QPalette(colour));
+        EXPECT_EQ(shown(QIcon::Normal, QIcon::Off), file(open));
+        EXPECT_EQ(shown(QIcon::Normal, QIcon::On), file("lock_closed"));
+        const QImage pale = shown(QIcon::Disabled, QIcon::Off);
+        for (int place = 0; place < pale.width() * pale.height(); ++place)
+            EXPECT_LT(qAlpha(pale.pixel(place % pale.width(), place / pale.width())), 128);
+    }
 }
 
 TEST_F(BandwidthSliderTest, StatusColoursTheHandleUntilTheValueChanges) {

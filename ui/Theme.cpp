@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "ui/Appearance.h"
+#include "ui/Theme.h"
 
 #include <QCheckBox>
 #include <QPainter>
@@ -11,27 +11,35 @@ constexpr double paleOpacity = 0.35;
 /// How much of the text's colour an unchecked box has in dark colours.
 constexpr double textShare = 0.25;
 
-} // namespace
-
-bool Appearance::isDark(const QPalette& palette) {
-    return palette.color(QPalette::Window).lightness() < darkLightness;
-}
-
-QIcon Appearance::icon(const QString& file) {
-    QIcon result(file);
-    for (const QSize& size : result.availableSizes()) {
+void addFile(QIcon& icon, const QString& file, QIcon::State state) {
+    const QIcon source(file);
+    icon.addFile(file, {}, QIcon::Normal, state);
+    for (const QSize& size : source.availableSizes()) {
         QPixmap pale(size);
         pale.fill(Qt::transparent);
         QPainter painter(&pale);
         painter.setOpacity(paleOpacity);
-        result.paint(&painter, pale.rect());
+        source.paint(&painter, pale.rect());
         painter.end();
-        result.addPixmap(pale, QIcon::Disabled);
+        icon.addPixmap(pale, QIcon::Disabled, state);
     }
+}
+
+} // namespace
+
+bool Theme::isDark(const QPalette& palette) {
+    return palette.color(QPalette::Window).lightness() < darkLightness;
+}
+
+QIcon Theme::icon(const QString& file, const QString& checkedFile) {
+    QIcon result;
+    addFile(result, file, QIcon::Off);
+    if (!checkedFile.isEmpty())
+        addFile(result, checkedFile, QIcon::On);
     return result;
 }
 
-QColor Appearance::boxColor(const QPalette& palette) {
+QColor Theme::boxColor(const QPalette& palette) {
     if (!isDark(palette))
         return palette.color(QPalette::Base);
     const QColor window = palette.color(QPalette::Window);
@@ -43,7 +51,7 @@ QColor Appearance::boxColor(const QPalette& palette) {
             mix(window.blue(), text.blue())};
 }
 
-void Appearance::fillBox(QCheckBox& box) {
+void Theme::fillBox(QCheckBox& box) {
     // Its own has the colour of the last time, and changes after its window's.
     const QPalette& window = box.window()->palette();
     QPalette palette;
