@@ -26,6 +26,7 @@
 #include <QMessageBox>
 #include <QRegularExpression>
 #include <QScreen>
+#include <QScrollBar>
 #include <QSettings>
 
 #include <iostream>
@@ -528,12 +529,22 @@ void SpanletDialog::done(int /*code*/) {
 
 void SpanletDialog::showEvent(QShowEvent* event) {
     emit dialogIsReadyLoaded();
-    if (!event->spontaneous()) {
-        const QSize whole = m_form->scrollAreaWidgetContents->minimumSizeHint();
-        const QSize most = screen()->availableSize();
-        resize(size().expandedTo(whole.boundedTo(most)));
-    }
+    if (!event->spontaneous())
+        resize(size().expandedTo(sizeOfContents().boundedTo(screen()->availableSize())));
     QDialog::showEvent(event);
+}
+
+QSize SpanletDialog::sizeOfContents() const {
+    const QTreeView* tree = m_form->treeViewCameras;
+    const QHeaderView* header = tree->header();
+    int columns = 2 * tree->frameWidth() + tree->verticalScrollBar()->sizeHint().width();
+    for (int column = 0; column < header->count(); ++column)
+        columns += header->sectionResizeMode(column) == QHeaderView::Stretch
+                       ? header->minimumSectionSize()
+                       : header->sectionSize(column);
+    const QMargins margins = m_form->scrollAreaWidgetContents->layout()->contentsMargins();
+    return m_form->scrollAreaWidgetContents->minimumSizeHint().expandedTo(
+        {columns + margins.left() + margins.right(), 0});
 }
 
 void SpanletDialog::changeEvent(QEvent* event) {

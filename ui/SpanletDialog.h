@@ -89,6 +89,8 @@ protected:
 
 private:
     void updateRefreshIcon();
+    /// The size at which neither a text nor a column is cut off.
+    QSize sizeOfContents() const;
     /// Widens what is too narrow for its text in the font that is set now.
     void fitTexts();
     void setUpLogging();
