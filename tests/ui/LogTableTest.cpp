@@ -43,13 +43,6 @@ TEST_F(LogTableTest, CopiesTheFirstRangeOnly) {
     EXPECT_EQ(copied(), "20\t21\t22\n30\t\t32\n40\t41\t42\n");
 }
 
-TEST_F(LogTableTest, MovesWithTheKeysOfATable) {
-    m_table.setCurrentCell(1, 0);
-    QTest::keyClick(&m_table, Qt::Key_Down);
-    EXPECT_EQ(m_table.currentRow(), 2);
-    EXPECT_EQ(clipboard().text(), QStringLiteral("before"));
-}
-
 TEST_F(LogTableTest, KeepsAColumnWideEnoughForOlderRows) {
     m_table.item(0, 0)->setText(QStringLiteral("a wider text than all others"));
     m_table.resizeColumnsToContents();

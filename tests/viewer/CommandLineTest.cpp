@@ -14,13 +14,6 @@ CommandLine parse(const QString& arguments) {
                                 .split(QLatin1Char(' '), Qt::SkipEmptyParts));
 }
 
-TEST(CommandLine, withoutArgumentsIsAnInteractiveRunOnTheBuiltInConfiguration) {
-    const CommandLine line = parse({});
-    EXPECT_EQ(line.cameras.kind, session::CameraSource::Kind::BuiltIn);
-    EXPECT_FALSE(line.opensSpanlet || line.isDark || line.isAutomated());
-    EXPECT_TRUE(line.error.isEmpty() && line.answer.isEmpty());
-}
-
 TEST(CommandLine, takesEveryOption) {
     const CommandLine line = parse(
         QStringLiteral("--config a.json --open-spanlet --dark --benchmark 12 --picture out.png"));
@@ -29,10 +22,6 @@ TEST(CommandLine, takesEveryOption) {
     EXPECT_EQ(line.benchmarkSeconds, 12);
     EXPECT_TRUE(line.opensSpanlet && line.isDark && line.isAutomated());
     EXPECT_TRUE(line.error.isEmpty());
-}
-
-TEST(CommandLine, answersHelp) {
-    EXPECT_TRUE(parse(QStringLiteral("--help")).answer.contains(QStringLiteral("--open-spanlet")));
 }
 
 class WrongArguments : public testing::TestWithParam<const char*> {};

@@ -163,11 +163,6 @@ TEST(ViewerWindow, survivesTheLiveCameraVanishing) {
         QTest::qWaitFor([&] { return viewer.list().model()->rowCount() == before; }, 10000));
 }
 
-TEST(ViewerWindow, withoutCamerasSaysSo) {
-    Viewer viewer({session::CameraSource::Kind::Configured, scenario("empty.json")});
-    EXPECT_EQ(viewer.view().accessibleDescription(), QStringLiteral("No cameras found"));
-}
-
 TEST(ViewerWindow, warnsOfWhatItsRealCamerasLack) {
     // A scenario in the place of real cameras, which are told by their transport layer's name.
     const ChangedScenario changed({{"MRD_GEV", "GenICamGEV"}, {"MRD_U3V", "GenICamU3V"}});

@@ -109,15 +109,6 @@ TEST_F(CommandsOnRealCameras, haveTheirFramesCounted) {
     EXPECT_NEAR(static_cast<double>(framesSent()), sent, 1);
 }
 
-TEST_F(CommandsOnRealCameras, shareTheirInterface) {
-    const QJsonObject result = json("autoset --interface lo --max-bandwidth 60 --lock Right");
-    EXPECT_EQ(camerasOf(result)[1][QStringLiteral("status")].toString(), QStringLiteral("locked"));
-    EXPECT_EQ(text("get Right DeviceLinkThroughputLimit"), "125000000\n");
-    EXPECT_EQ(text("get Left DeviceLinkThroughputLimit"), "1000000\n");
-    json("autoset --interface lo --max-bandwidth 60");
-    EXPECT_EQ(text("get Left DeviceLinkThroughputLimit"), "27000000\n");
-}
-
 TEST_F(CommandsOnRealCameras, areStoppedAndFreeAfterAnInterruption) {
     SpanletProcess spanlet;
     spanlet.start(words("benchmark --interface lo --seconds 60 -v"));

@@ -76,18 +76,4 @@ TEST(CompositeHostUsbTree, tellsDevicesOfOneInstanceApart) {
     EXPECT_EQ(handler.GetSpeed("2-0-0"), 5'000'000'000U);
 }
 
-TEST(CompositeHostUsbTree, keepsADevicesInstanceAndKnowsNoOther) {
-    host::CompositeHostUsbTree tree({treeWithCamera(1, 2), treeWithCamera(2, 3)});
-    const auto before = tree.devices();
-    tree.hubs();
-    const auto after = tree.devices();
-    ASSERT_EQ(before.size(), 2U);
-    EXPECT_EQ(before[1].instance, after[1].instance);
-    EXPECT_NE(before[0].instance, before[1].instance);
-
-    EXPECT_EQ(tree.parent(999), std::nullopt);
-    EXPECT_EQ(tree.instanceId(0), "");
-    EXPECT_EQ(tree.busNumber(999).result, host::noSuchDevice);
-}
-
 } // namespace
