@@ -96,7 +96,7 @@ std::int64_t CameraHandler::setBandwidth(std::uint64_t value, std::uint64_t requ
                 std::to_string(*taken));
         const bool isHighest = *taken == written || *taken >= m_bandwidthLimit->steps().last();
         // Auto Set knows what a camera needs to half a percent; steps may take off as much.
-        const std::uint64_t tolerated = *taken == written || isShareShort ? 0 : requested / 200;
+        const std::uint64_t tolerated = isShareShort ? 0 : requested / 200;
         if (isClamped && isHighest)
             m_autosetStatus = AutosetStatus::ClampedToMaximum;
         else if (*taken < 0 || static_cast<std::uint64_t>(*taken) < requested - tolerated)

@@ -15,6 +15,8 @@ public:
     bool isKnown() const { return m_known; }
     std::int64_t minimum() const { return m_minimum; }
     std::int64_t maximum() const { return m_maximum; }
+    /// At least 1.
+    std::int64_t increment() const { return static_cast<std::int64_t>(m_increment); }
     /// The highest value on the grid, at or below the maximum.
     std::int64_t last() const { return at(m_lastOffset); }
 

@@ -107,9 +107,6 @@ void BandwidthColumn::place(const QModelIndex& row, QWidget& widget) {
     showSelected(widget, m_tree.selectionModel()->isSelected(cell));
     m_tree.setIndexWidget(cell, &widget);
     const bool isCamera = m_model.cameraHandler(row) != nullptr;
-    // The view itself makes the row of an index widget current that gets the focus.
-    if (!isCamera)
-        widget.removeEventFilter(&m_tree);
     new RowFollower(m_tree, row, isCamera, widget);
 }
 

@@ -168,11 +168,13 @@ void BandwidthSliderWidget::setValue(int value) {
     // A megabyte up may be less than a step: the step above lets the keys leave the present one.
     const std::int64_t step = value > m_settledValue ? m_limit.steps().atOrAbove(wanted)
                                                      : m_limit.steps().atOrBelow(wanted);
-    const bool isWritten = m_limit.write(step).has_value();
+    // Some cameras count their steps from 0: where the increment divides the value, it is tried.
+    const bool isMultiple = wanted % m_limit.steps().increment() == 0;
+    const auto written = m_limit.write(isMultiple ? wanted : step, step);
     std::int64_t inEffect = m_limit.value();
-    if (isWritten && inEffect == 0)
-        inEffect = step;
-    if (inEffect != step)
+    if (written && inEffect == 0)
+        inEffect = *written;
+    if (inEffect != written.value_or(step))
         logWarning(m_features->messagePrefix() + ": SetValue for '" + m_limit.name() +
                    "' was not successfull, new value: " + std::to_string(inEffect));
     showBandwidth(inEffect);

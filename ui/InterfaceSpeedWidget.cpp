@@ -34,6 +34,10 @@ InterfaceSpeedWidget::InterfaceSpeedWidget(int maxBandwidth, QWidget* parent)
     : QWidget(parent), m_form(std::make_unique<Ui::InterfaceSpeedWidget>()),
       m_maxBandwidth(std::max(maxBandwidth, 0)) {
     m_form->setupUi(this);
+    // A view makes the row current whose widget itself gets the focus, which would select another
+    // interface.
+    setFocusProxy(m_form->progressBarUsage);
+    m_form->progressBarUsage->installEventFilter(this);
     showUsage();
 }
 
@@ -131,6 +135,13 @@ void InterfaceSpeedWidget::contextMenuEvent(QContextMenuEvent* event) {
     if (event->reason() == QContextMenuEvent::Keyboard) {
         showMenu(mapToGlobal(rect().center()));
     }
+}
+
+bool InterfaceSpeedWidget::eventFilter(QObject* /*watched*/, QEvent* event) {
+    // The focus frame is around the whole widget.
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
+        update();
+    return false;
 }
 
 void InterfaceSpeedWidget::paintEvent(QPaintEvent*) {

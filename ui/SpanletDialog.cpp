@@ -44,6 +44,7 @@ double fraction(const QSettings& store, const SettingsKeys::Setting<int>& margin
 }
 
 void bringToFront(QWidget& window) {
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.raise();
     window.activateWindow();
 }
@@ -216,8 +217,10 @@ void SpanletDialog::setUpBandwidthColumn() {
     connect(this, &SpanletDialog::settingsSaved, m_bandwidthColumn,
             &BandwidthColumn::updateMargins);
     for (const auto changed : {&BandwidthColumn::lockChanged, &BandwidthColumn::maximumChanged})
-        connect(m_bandwidthColumn, changed, this,
-                [this] { updateOffer(m_model->selectedInterface()); });
+        connect(m_bandwidthColumn, changed, this, [this] {
+            offerInterface(m_model->selectedInterface());
+            offerCameraAutoSet();
+        });
 }
 
 void SpanletDialog::setUpHelp() {
@@ -235,22 +238,23 @@ void SpanletDialog::onChangeItemData(QModelIndex topLeft) {
     m_bandwidthColumn->updateMaximum(topLeft);
 }
 
-void SpanletDialog::updateOffer(const QModelIndex& interfaceRow, bool isChosen) {
+void SpanletDialog::offerInterface(const QModelIndex& interfaceRow) {
     const bool hasCameras = m_model->cameraCount() > 0;
     const bool hasBandwidth =
         interfaceRow.siblingAtColumn(CameraListModel::BandwidthColumn).data().toULongLong() != 0;
     m_form->grpStatistics->setEnabled(hasCameras);
-    m_autoSetInterfaceAction->setEnabled(
-        isChosen || (hasCameras && hasBandwidth && m_model->autoSettableCameraCount() > 0));
+    m_autoSetInterfaceAction->setEnabled(hasCameras && hasBandwidth &&
+                                         m_model->autoSettableCameraCount() > 0);
+}
 
+void SpanletDialog::offerCameraAutoSet() {
     const auto camera = m_model->cameraHandler(m_form->treeViewCameras->currentIndex());
-    // While the tree does not steer the dialog, no other row's camera is offered.
-    const auto offers = [this](bool wasOffered) {
-        return m_treeSteers || wasOffered;
-    };
-    m_autoSetCameraAction->setEnabled(camera && !camera->isLocked() && camera->isOpened() &&
-                                      offers(m_autoSetCameraAction->isEnabled()));
-    m_form->buttonFeatureTree->setEnabled(camera && offers(m_form->buttonFeatureTree->isEnabled()));
+    m_autoSetCameraAction->setEnabled(camera && !camera->isLocked() && camera->isOpened());
+}
+
+void SpanletDialog::offerFeatureTree() {
+    const QModelIndex current = m_form->treeViewCameras->currentIndex();
+    m_form->buttonFeatureTree->setEnabled(m_model->cameraHandler(current) != nullptr);
 }
 
 void SpanletDialog::colourRowWidgets(const QItemSelection& selected,
@@ -278,10 +282,11 @@ void SpanletDialog::onDisableItems(QModelIndex upperLeft, QModelIndex bottomRigh
     // The other cells of the rows follow the check box, too, and the view was not told of them.
     m_form->treeViewCameras->viewport()->update();
     onSelectInterface(upperLeft.parent());
+    offerCameraAutoSet();
 }
 
 void SpanletDialog::onSelectInterface(QModelIndex index) {
-    updateOffer(index);
+    offerInterface(index);
 }
 
 void SpanletDialog::onSetInterfaceSelector(InterfaceList interfaces) {
@@ -312,7 +317,7 @@ void SpanletDialog::startBenchmark() {
         m_controller->startBenchmark(interfaceIndex(), m_autoAdjustPacketSize);
     }
     // The interface stays selected, whichever row becomes current while frames are acquired.
-    disconnect(m_treeSteers);
+    disconnect(m_treeConnection);
     m_timer.start(timerIntervalMs);
 }
 
@@ -336,11 +341,12 @@ void SpanletDialog::stopBenchmarkByUser() {
     m_form->buttonAutoSet->setEnabled(true);
     m_form->spinBenchmark->setValue(0);
     followTree();
-    updateOffer(m_model->selectedInterface());
+    offerCameraAutoSet();
+    offerFeatureTree();
 }
 
 void SpanletDialog::followTree() {
-    m_treeSteers =
+    m_treeConnection =
         connect(m_form->treeViewCameras->selectionModel(), &QItemSelectionModel::currentRowChanged,
                 this, &SpanletDialog::onClickTreeView);
 }
@@ -379,7 +385,10 @@ void SpanletDialog::onRefreshButtonClicked() {
     m_bandwidthColumn->clear();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     m_model->setupModelData();
-    updateOffer(m_model->selectedInterface());
+    offerInterface(m_model->selectedInterface());
+    offerCameraAutoSet();
+    if (m_model->cameraCount() == 0)
+        m_form->buttonFeatureTree->setEnabled(false);
     // Expanded already now, so that the rows are seen to fill.
     m_form->treeViewCameras->expandAll();
     m_bandwidthColumn->fill([this] { processEvents(); });
@@ -401,11 +410,14 @@ void SpanletDialog::processEvents() const {
 }
 
 void SpanletDialog::onClickTreeView(QModelIndex current, QModelIndex /*previous*/) {
+    offerFeatureTree();
+    offerCameraAutoSet();
     const bool isInterface = m_model->hasChildren(current) && current.parent().isValid();
-    if (isInterface)
-        m_form->comboInterface->setCurrentText(
-            current.siblingAtColumn(CameraListModel::NameColumn).data().toString());
-    updateOffer(m_model->selectedInterface(), isInterface);
+    if (!isInterface)
+        return;
+    m_form->comboInterface->setCurrentText(
+        current.siblingAtColumn(CameraListModel::NameColumn).data().toString());
+    m_autoSetInterfaceAction->setEnabled(true);
 }
 
 void SpanletDialog::onShowFeatureTreeDialog() {

@@ -111,9 +111,14 @@ private:
     int interfaceIndex() const;
     /// Keeps the dialog alive during a long operation.
     void processEvents() const;
-    /// The one place that decides what is offered on an interface and with the current camera.
-    /// \param isChosen the user has chosen the row, which offers its Auto Set in any case.
-    void updateOffer(const QModelIndex& interfaceRow, bool isChosen = false);
+    // What is offered is decided by these three, and by choosing an interface's row, which offers
+    // its Auto Set in any case.
+    /// Enables the benchmark and the Auto Set of an interface that has cameras for it.
+    void offerInterface(const QModelIndex& interfaceRow);
+    /// Enables the Auto Set of the current row's camera, if it is open and not locked.
+    void offerCameraAutoSet();
+    /// Enables the feature tree of the current row's camera. Only choosing a row decides that.
+    void offerFeatureTree();
     void closeFeatureTrees();
     /// Deletes open settings dialogs, which report their packet-size flag at that.
     void closeSettings();
@@ -123,8 +128,9 @@ private:
     std::shared_ptr<SystemController> m_controller;
     QTimer m_timer;
     CameraListModel* m_model = nullptr;
-    /// Not connected from the start of a benchmark until the user stops one.
-    QMetaObject::Connection m_treeSteers;
+    /// Of the tree's current row with onClickTreeView. Cut from the start of a benchmark until the
+    /// user stops one.
+    QMetaObject::Connection m_treeConnection;
     BandwidthColumn* m_bandwidthColumn = nullptr;
     /// ID of the camera that an open feature tree is of: the tree stays open over a refresh, and
     /// still edits that camera, while its row gets another handler.

@@ -323,6 +323,15 @@ void DelegateWidget::setValue(const FeatureValue& value) {
     }
 }
 
+void DelegateWidget::refreshValue(const FeatureValue& value) {
+    const auto shown = input();
+    const bool isEdited = !shown || (*shown != m_value && *shown == *shown);
+    if (isEdited)
+        m_value = value;
+    else
+        setValue(value);
+}
+
 void DelegateWidget::showText(const FeatureValue& value) {
     m_shown = value;
     m_line->setText(m_form->show(value));

@@ -69,6 +69,8 @@ public slots:
     void onDoubleSliderMoved(double value);
     /// Shows a value; what was edited and not committed is lost.
     void setValue(const FeatureValue& value);
+    /// Takes over the value that the camera has now. Shows it, unless another one was typed.
+    void refreshValue(const FeatureValue& value);
     /// Tells the value of the widget that sent the signal, and that editing is finished, unless
     /// that is a slider, which may be dragged on.
     void saveEditorData();

@@ -59,12 +59,12 @@ QWidget* FeatureItemDelegate::createEditor(QWidget* parent, const QStyleOptionVi
 
 void FeatureItemDelegate::setEditorData(QWidget* editor, const QModelIndex& index) const {
     if (auto* widget = qobject_cast<DelegateWidget*>(editor))
-        widget->setValue(infoOf(index).value);
+        widget->refreshValue(infoOf(index).value);
 }
 
 void FeatureItemDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
                                        const QModelIndex& index) const {
-    const auto* widget = qobject_cast<DelegateWidget*>(editor);
+    auto* widget = qobject_cast<DelegateWidget*>(editor);
     if (widget == nullptr)
         return;
     const FeatureInfo info = infoOf(index);
@@ -79,7 +79,7 @@ void FeatureItemDelegate::setModelData(QWidget* editor, QAbstractItemModel* mode
     model->setData(index, toVariant(*input));
     // Otherwise closing the editor would write the value again.
     if (edited.isValid())
-        setEditorData(editor, edited);
+        widget->setValue(infoOf(edited).value);
 }
 
 void FeatureItemDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,

@@ -91,13 +91,12 @@ void FeatureTreeDialog::setUpTree() {
     header->setSectionResizeMode(QHeaderView::ResizeToContents);
 }
 
-/// While the window was not in use, the bandwidth may have been set by other means. An open editor
-/// is left alone: it would lose what was typed.
+/// While the window was not in use, the bandwidth may have been set by other means.
 bool FeatureTreeDialog::event(QEvent* event) {
     if (event->type() == QEvent::WindowDeactivate)
         m_wasLeft = true;
     const bool isBack = event->type() == QEvent::WindowActivate && m_wasLeft;
-    if (isBack && m_model != nullptr && !m_form->treeFeatures->isEditing()) {
+    if (isBack && m_model != nullptr) {
         m_wasLeft = false;
         m_model->outdateValues();
     }

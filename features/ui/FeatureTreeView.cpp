@@ -39,10 +39,6 @@ void FeatureTreeView::editValue(const QModelIndex& index) {
     edit(valueOf(index));
 }
 
-bool FeatureTreeView::isEditing() const {
-    return state() == EditingState;
-}
-
 void FeatureTreeView::keyboardSearch(const QString& search) {
     setCurrentIndex(currentIndex().siblingAtColumn(FeatureTreeModel::NameColumn));
     QTreeView::keyboardSearch(search);
@@ -64,11 +60,14 @@ void FeatureTreeView::fitNameColumn() {
 }
 
 void FeatureTreeView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
-    QTreeView::closeEditor(editor, hint);
     const bool isForwards = hint == QAbstractItemDelegate::EditNextItem;
     const bool isBackwards = hint == QAbstractItemDelegate::EditPreviousItem;
-    if (isEditing() || !(isForwards || isBackwards))
+    if (!isForwards && !isBackwards) {
+        QTreeView::closeEditor(editor, hint);
         return;
+    }
+    // With the hint, the base class would edit the last row again.
+    QTreeView::closeEditor(editor, QAbstractItemDelegate::NoHint);
     QModelIndex index = currentIndex();
     do
         index = isForwards ? indexBelow(index) : indexAbove(index);

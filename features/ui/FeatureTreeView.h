@@ -13,8 +13,6 @@ public:
 
     /// Opens the editor of the value in the row of \p index, if that value can be edited.
     void editValue(const QModelIndex& index);
-    /// Whether an editor is open.
-    bool isEditing() const;
     /// Searches the names, also when a value is the current cell, as after an edit.
     void keyboardSearch(const QString& search) override;
 

@@ -103,6 +103,10 @@ TEST(CameraHandlerBandwidth, RefusedOffItsStepsItGetsTheStepBelow) {
     EXPECT_THAT(fakes.features->written, ElementsAre(3500, 7500, 8500, 5500));
     EXPECT_THAT(fakes.log.lines(), testing::Contains("Info:" + cameraText +
                                                      ": DeviceLinkThroughputLimit set to 8500"));
+    EXPECT_EQ(fakes.handler.setBandwidth(8990, 9100), 8500);
+    EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::ClampedToMaximum);
+    EXPECT_EQ(fakes.handler.setBandwidth(8490, 9100), 7500) << "short of the highest step";
+    EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::BelowRequested);
     // Steps may take off half a percent of a request, but not of a share that is short of it.
     fakes.features->putRange("DeviceLinkThroughputLimit", std::int64_t{1500}, std::int64_t{500},
                              std::int64_t{2'000'000}, std::int64_t{1000});

@@ -188,6 +188,9 @@ TEST_F(BandwidthSliderTest, LockFollowsMouseAndKeyboard) {
 
 TEST_F(BandwidthSliderTest, LockIconsFollowStateAndColours) {
     initResources();
+    m_row = std::make_unique<BandwidthSliderWidget>(m_features);
+    m_lock = m_row->findChild<QPushButton*>(QStringLiteral("buttonLock"));
+    EXPECT_FALSE(m_lock->icon().isNull());
     const auto shown = [this](QIcon::Mode iconMode, QIcon::State state) {
         return m_lock->icon().pixmap(16, iconMode, state).toImage();
     };
@@ -307,6 +310,11 @@ TEST_F(BandwidthSliderTest, MovesByTheStepsOfTheCamera) {
     m_row->setValue(450);
     EXPECT_THAT(m_told, ElementsAre(104, 108, 104, 448));
     EXPECT_EQ(m_slider->value(), 448);
+    // Steps that are counted from 0, not from the minimum.
+    m_features->putRange(limit, 100 * megabyte, 3 * megabyte, 450 * megabyte, 4 * megabyte);
+    m_row->initialize();
+    m_row->setValue(120);
+    EXPECT_EQ(m_row->value(), 120);
     EXPECT_EQ(m_log.text(), "");
 }
 

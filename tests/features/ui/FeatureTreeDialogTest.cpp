@@ -87,7 +87,9 @@ TEST(FeatureTreeDialog, TabLeadsFromValueToValueAndTypingToNames) {
     EXPECT_NE(window.editor("The Gamma"), nullptr) << "beyond the row of its category";
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
     EXPECT_NE(window.editor("The PixelFormat"), nullptr);
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(window.editor("The Gamma"), nullptr) << "no further row";
     QTest::keyClicks(&window.tree, QStringLiteral("The Pay"));
     EXPECT_EQ(window.tree.currentIndex(), window.row("The PayloadSize"));
 }
@@ -111,10 +113,16 @@ TEST(FeatureTreeDialog, ShowsAndEditsWhatWasWrittenByOtherMeans) {
     features->features[{"Camera", "PayloadSize"}].writable = false;
     EXPECT_EQ(window.edit("The PayloadSize"), nullptr);
 
-    const auto* line = window.edit("The PixelFormat")->findChild<QLineEdit*>();
-    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("Mono1"));
+    auto* line = window.edit("The PixelFormat")->findChild<QLineEdit*>();
+    QTest::keyClicks(line, QStringLiteral("Mono1"));
+    features->features[{"Camera", "PixelFormat"}].value = std::string("Mono12");
     window.reactivate();
     EXPECT_EQ(line->text(), QStringLiteral("Mono1"));
+    line->clear();
+    QTest::keyClicks(line, QStringLiteral("Mono8"));
+    QTest::keyClick(line, Qt::Key_Return);
+    EXPECT_EQ(window.value("The PixelFormat"), QStringLiteral("Mono8"));
+    EXPECT_EQ(features->written.size(), 2U) << "the value before is written as any other";
 }
 
 TEST(FeatureTreeDialog, WithoutACameraIsEmpty) {

@@ -93,14 +93,14 @@ TEST_F(FeatureTree, GroupsFeaturesByModuleAndCategoryPath) {
 }
 
 TEST_F(FeatureTree, SortsAllButTheModulesAsTheLocaleDoes) {
-    m_features->features[{"Camera", "Enable"}].displayName = "the Enable";
+    m_features->features[{"Camera", "Enable"}].displayName = "\u00e4 Enable";
     EXPECT_THAT(filtered("{}", false), testing::StartsWith("Transport Layer\n"
                                                            "  The Version | 1.2\n"
                                                            "Interface\n"
                                                            "Camera\n"
                                                            "  A\n"
                                                            "    B\n"
-                                                           "      the Enable | true\n"
+                                                           "      \u00e4 Enable | true\n"
                                                            "      The Rate | 2.5\n"
                                                            "    C\n"
                                                            "      The Width | 640\n"
