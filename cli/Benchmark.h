@@ -33,8 +33,8 @@ using BenchmarkProgress = std::function<bool(double elapsed, const QJsonArray& c
 
 /// Streams from all cameras of an interface until the time is up or the program is interrupted, and
 /// answers "interface", "seconds", "interrupted" and the "cameras" with their figures; their frame
-/// rates are averages of the whole time. Cameras that
-/// are not open are left out of it. Thrown as a Failure: that no camera streams.
+/// rates are averages of the whole time. Cameras that are not open are left out of it. Thrown as a
+/// Failure: that no camera streams.
 QJsonObject runBenchmark(Cameras& cameras, const HostInterface& interface,
                          const BenchmarkPlan& plan, Interruption& interruption,
                          const BenchmarkProgress& progress = {});

@@ -52,7 +52,7 @@ QColor Theme::boxColor(const QPalette& palette) {
 }
 
 void Theme::fillBox(QCheckBox& box) {
-    // Its own has the colour of the last time, and changes after its window's.
+    // The window's palette: the box's own still has the colour that was set before.
     const QPalette& window = box.window()->palette();
     QPalette palette;
     if (isDark(window))

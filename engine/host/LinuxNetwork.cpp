@@ -46,7 +46,7 @@ private:
 /// Bits per second as the adapter's driver tells them, 0 for an unknown speed; nothing where the
 /// driver tells no speeds.
 std::optional<std::uint64_t> driverLinkSpeed(const std::string& adapter) {
-    // The masks follow the structure: three, of up to as many words as its count can tell.
+    // Three masks follow the structure; each has at most SCHAR_MAX words, by the type of its count.
     std::array<std::uint32_t, sizeof(ethtool_link_settings) / sizeof(std::uint32_t) + 3 * SCHAR_MAX>
         buffer{};
     auto* settings = reinterpret_cast<ethtool_link_settings*>(buffer.data());
@@ -68,7 +68,8 @@ std::optional<std::uint64_t> driverLinkSpeed(const std::string& adapter) {
     return settings->speed == unknown ? 0 : std::uint64_t{settings->speed} * 1'000'000;
 }
 
-/// Names of all adapters of a list of addresses: each has an entry that is not of an IP address.
+/// Names of all adapters in a list of addresses. Each adapter has a packet-level entry (AF_PACKET),
+/// even without an IP address.
 std::vector<std::string> adapterNames(const ifaddrs* list) {
     std::vector<std::string> names;
     for (const ifaddrs* entry = list; entry != nullptr; entry = entry->ifa_next) {

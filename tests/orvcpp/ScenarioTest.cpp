@@ -118,16 +118,6 @@ TEST(Configuration, FindsAScenarioBesideIt) {
     EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
 }
 
-TEST(Scenario, OffersAFormatOnceByDefault) {
-    for (const char* format : {"Mono8", "Mono12p", "Mono12"}) {
-        const std::string sensor =
-            R"(, "sensor": {"pixelFormat": ")" + std::string(format) + R"("})";
-        EXPECT_EQ(startWith(scenario(gige("A", sensor.c_str()))), OrvErrorSuccess)
-            << startupError();
-        system().Shutdown();
-    }
-}
-
 TEST(Scenario, HangsMoreCamerasOnAnAdapterThanAHubHasPorts) {
     const Running run(scenario(gige("A", R"(, "count": 40)")));
     EXPECT_THAT(cameras(), SizeIs(40));

@@ -497,6 +497,8 @@ TEST_F(SpanletDialogTest, TreatsTheEndOfTimeAndTheUsersStopDifferently) {
     EXPECT_TRUE(button("buttonFeatureTree").isEnabled()) << "as before the benchmark";
     tree().setCurrentIndex(interfaceRow(0, 1));
     EXPECT_EQ(combo().currentText(), QStringLiteral("eth0"));
+    button("buttonRefresh").click();
+    EXPECT_TRUE(button("buttonFeatureTree").isEnabled());
 
     startBenchmark(30);
     tick();
@@ -509,6 +511,8 @@ TEST_F(SpanletDialogTest, TreatsTheEndOfTimeAndTheUsersStopDifferently) {
     EXPECT_TRUE(button("buttonFeatureTree").isEnabled());
     tree().setCurrentIndex(interfaceRow(1, 0));
     EXPECT_EQ(combo().currentText(), QStringLiteral("USB bus 1"));
+    tree().setCurrentIndex(camera(1, 0, 0));
+    EXPECT_TRUE(autoSetActions()[0]->isEnabled()) << "still that of the chosen interface";
 }
 
 TEST_F(SpanletDialogTest, EndsARunningBenchmarkBeforeItRefreshes) {

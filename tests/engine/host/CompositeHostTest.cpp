@@ -30,21 +30,6 @@ TEST(CompositeHostNetwork, tellsAdaptersOfOneIndexApart) {
     EXPECT_EQ(network.interfaceEntry(999).transmitLinkSpeed, 0U);
 }
 
-TEST(CompositeHostNetwork, failsOnlyWhenAllFail) {
-    auto first = std::make_shared<FakeHostNetwork>();
-    first->add(1, {10, 0, 0, 1}, 100);
-    auto second = std::make_shared<FakeHostNetwork>();
-    second->givesTable = false;
-    const host::CompositeHostNetwork network({second, first});
-
-    std::vector<host::AddressRow> rows;
-    EXPECT_TRUE(network.addressTable(rows));
-    EXPECT_EQ(rows.size(), 1U);
-    first->givesTable = false;
-    EXPECT_FALSE(network.addressTable(rows));
-    EXPECT_TRUE(rows.empty());
-}
-
 /// Controller, hub and camera of the device instances 1 to 3, as every tree begins.
 std::shared_ptr<FakeHostUsbTree> treeWithCamera(std::uint32_t bus, std::uint8_t speed) {
     auto tree = std::make_shared<FakeHostUsbTree>();
