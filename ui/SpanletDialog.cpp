@@ -112,15 +112,18 @@ void SpanletDialog::fitTexts() {
 
     QHeaderView* header = m_form->treeViewCameras->header();
     const int margins = 2 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header);
-    const QRegularExpression breaks(QStringLiteral("[ \n\\x{ad}]"));
+    // Up to where a line can end: a soft hyphen is shown there.
+    const QRegularExpression part(QStringLiteral("[^ \n\\x{ad}]+\\x{ad}?"));
     int widest = 0;
     for (int column = CameraListModel::FrameRateColumn; column < header->count(); ++column) {
         const QFontMetrics metrics(
             m_model->headerData(column, Qt::Horizontal, Qt::FontRole).value<QFont>());
         const QString label = m_model->headerData(column, Qt::Horizontal).toString();
-        // A word that is broken gets a hyphen.
-        for (const QString& word : label.split(breaks))
-            widest = qMax(widest, metrics.horizontalAdvance(word + QLatin1Char('-')));
+        for (auto found = part.globalMatch(label); found.hasNext();) {
+            const QString shown =
+                found.next().captured().replace(QChar::SoftHyphen, QLatin1Char('-'));
+            widest = qMax(widest, metrics.horizontalAdvance(shown));
+        }
     }
     header->setMinimumSectionSize(widest + margins);
 }

@@ -79,4 +79,12 @@ TEST(FrameImageTest, anUnknownFormatIsNamedByItsCodeAndNotShown) {
     EXPECT_EQ(viewer::pixelFormatName(OrvPixelFormatMono12p), QStringLiteral("Mono12p"));
 }
 
+TEST(FrameImageTest, withoutPixelsThereIsNoImage) {
+    const std::vector<std::uint8_t> bytes(64);
+    EXPECT_TRUE(toImage({}).isNull());
+    EXPECT_TRUE(toImage({bytes.data(), bytes.size(), 0, 4, OrvPixelFormatMono8}).isNull());
+    // So large that the number of bytes would overflow in 32 bits.
+    EXPECT_TRUE(toImage({bytes.data(), bytes.size(), 65536, 65536, OrvPixelFormatMono8}).isNull());
+}
+
 } // namespace

@@ -74,11 +74,6 @@ TEST_F(SpanletLoaderTest, namesAFolderThatIsMissing) {
                   .arg(QDir::toNativeSeparators(folder)));
 }
 
-TEST_F(SpanletLoaderTest, namesAFolderWithoutLibraries) {
-    addText(QStringLiteral("readme.txt"));
-    expectFault(m_folder.path(), QStringLiteral("there is no library in this folder"));
-}
-
 TEST_F(SpanletLoaderTest, namesAFileThatIsNoLibrary) {
     expectFault(addText(library("Spanlet")), QStringLiteral("this is no Qt plug-in ("));
 }
