@@ -68,9 +68,8 @@ void BandwidthSliderWidget::connectWidgets() {
     connect(slider, &QSlider::sliderReleased, this, &BandwidthSliderWidget::onEditFinished);
     // Write at once, except while dragging (then on release).
     connect(slider, &QSlider::valueChanged, this, [this, slider] {
-        if (!slider->isSliderDown()) {
+        if (!slider->isSliderDown())
             onEditFinished();
-        }
     });
     const auto spinChanged = qOverload<int>(&QSpinBox::valueChanged);
     connect(m_form->spinBandwidth, spinChanged, this, &BandwidthSliderWidget::onValueChanged);
@@ -197,9 +196,8 @@ void BandwidthSliderWidget::updateColor(AutosetStatus status) {
                        .arg(isEnough ? QStringLiteral("#009640") : QStringLiteral("#fcc234")));
     m_form->labelWarning->setVisible(!isEnough);
     resetToolTips();
-    if (!isEnough) {
+    if (!isEnough)
         setToolTip(tr("Not sufficient bandwidth allocated."));
-    }
 }
 
 void BandwidthSliderWidget::resetColor() {
@@ -215,9 +213,8 @@ void BandwidthSliderWidget::resetToolTips() {
 
 void BandwidthSliderWidget::setSliderStyle(const QString& style) {
     // A new style sheet is costly even when it is the old one.
-    if (m_form->sliderBandwidth->styleSheet() != style) {
+    if (m_form->sliderBandwidth->styleSheet() != style)
         m_form->sliderBandwidth->setStyleSheet(style);
-    }
 }
 
 void BandwidthSliderWidget::updateLockIcon() {
@@ -254,8 +251,7 @@ bool BandwidthSliderWidget::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void BandwidthSliderWidget::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::PaletteChange) {
+    if (event->type() == QEvent::PaletteChange)
         updateLockIcon();
-    }
     QWidget::changeEvent(event);
 }

@@ -80,9 +80,8 @@ void InterfaceSpeedWidget::updateColor(int safetyMargin) {
     }
     // A new style sheet is costly even when it is the old one.
     const QString style = barStyle().arg(chunk, text);
-    if (bar->styleSheet() != style) {
+    if (bar->styleSheet() != style)
         bar->setStyleSheet(style);
-    }
     bar->setToolTip(toolTip);
 }
 
@@ -90,9 +89,8 @@ void InterfaceSpeedWidget::setValue(int cameraNo, int safetyMargin, int value) {
     m_safetyMargin = safetyMargin;
     m_cameraBandwidths[cameraNo] = value;
     std::int64_t used = 0;
-    for (const auto& [camera, bandwidth] : m_cameraBandwidths) {
+    for (const auto& [camera, bandwidth] : m_cameraBandwidths)
         used += bandwidth;
-    }
     m_usedBandwidth = static_cast<int>(std::clamp<std::int64_t>(used, 0, largestInt));
     showUsage();
     updateColor(safetyMargin);
@@ -107,9 +105,8 @@ void InterfaceSpeedWidget::manualSetMaxBandwidth() {
         m_maxBandwidth, 0, largestInt, 10, &isConfirmed,
         Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
     // A refresh may have deleted the row meanwhile.
-    if (!guard || !isConfirmed) {
+    if (!guard || !isConfirmed)
         return;
-    }
     setMaxBandwidth(entered);
     emit maxBandwidthChanged(entered);
 }
@@ -132,9 +129,8 @@ void InterfaceSpeedWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void InterfaceSpeedWidget::contextMenuEvent(QContextMenuEvent* event) {
     // The mouse has opened it already.
-    if (event->reason() == QContextMenuEvent::Keyboard) {
+    if (event->reason() == QContextMenuEvent::Keyboard)
         showMenu(mapToGlobal(rect().center()));
-    }
 }
 
 bool InterfaceSpeedWidget::eventFilter(QObject* /*watched*/, QEvent* event) {

@@ -149,17 +149,15 @@ void SettingsDialog::applyPalette() {
 }
 
 void SettingsDialog::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::PaletteChange) {
+    if (event->type() == QEvent::PaletteChange)
         applyPalette();
-    }
     QDialog::changeEvent(event);
 }
 
 void SettingsDialog::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_D && event->modifiers().testFlag(Qt::ShiftModifier) &&
-        event->modifiers().testFlag(Qt::ControlModifier)) {
+        event->modifiers().testFlag(Qt::ControlModifier))
         askForDebugMessages();
-    }
     QDialog::keyPressEvent(event);
 }
 
@@ -169,7 +167,6 @@ void SettingsDialog::askForDebugMessages() {
         tr("Should the Debug-messages be activated?\nWill be saved with submitting the "
            "'Settings'-dialog with 'OK'."),
         QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
-    if (answer != QMessageBox::Cancel) {
+    if (answer != QMessageBox::Cancel)
         m_showDebugMessages = answer == QMessageBox::Yes;
-    }
 }

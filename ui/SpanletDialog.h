@@ -55,8 +55,7 @@ public slots:
     void onDisableItems(QModelIndex upperLeft, QModelIndex bottomRight, QVector<int> roles);
     /// Shows the present bandwidth of the camera whose features were edited.
     void onFeatureTreeClosed();
-    /// Offers what can be done on an interface.
-    /// \param index the interface's row.
+    /// Offers what can be done on the interface in row \p index.
     void onSelectInterface(QModelIndex index);
     void onSetInterfaceSelector(InterfaceList interfaces);
     void onStartStopBenchmark();
