@@ -177,8 +177,9 @@ protected:
 TEST_P(CongestedNetwork, losesFramesUntilAutoSetHasSharedOutItsBandwidth) {
     EXPECT_GT(bandwidth() * 8, linkBitsPerSecond);
     const Totals before = benchmark("before Auto Set");
-    EXPECT_GT(before.damaged + static_cast<std::uint64_t>(before.lost), 0u);
-    EXPECT_LT(before.complete, static_cast<std::uint64_t>(before.sent));
+    // More than the frames that are on their way at the stop. Where packets that are sent again
+    // come in time, frames are late instead of damaged or lost.
+    EXPECT_LT(before.complete + m_cameras.size(), static_cast<std::uint64_t>(before.sent));
     const long long dropped = packetsDropped();
     EXPECT_GT(dropped, 0);
 
