@@ -5,9 +5,9 @@
 #include "benchmarks/support/SilencedLog.h"
 #include "benchmarks/support/SimulatedCameras.h"
 #include "features/FeatureController.h"
-#include "features/ui/FeatureTreeDialog.h"
-#include "features/ui/FeatureTreeModel.h"
 #include "sdk/OrvCameraWrapper.h"
+#include "ui/features/FeatureTreeDialog.h"
+#include "ui/features/FeatureTreeModel.h"
 
 #include "OrvCPP/OrvSystem.h"
 #include "OrvSimulation/Simulation.h"

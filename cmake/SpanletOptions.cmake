@@ -11,7 +11,8 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 find_package(Threads REQUIRED)
 
 add_library(spanlet_options INTERFACE)
-target_include_directories(spanlet_options INTERFACE ${PROJECT_SOURCE_DIR})
+get_filename_component(SPANLET_ROOT ${CMAKE_CURRENT_LIST_DIR} DIRECTORY)
+target_include_directories(spanlet_options INTERFACE ${SPANLET_ROOT}/src ${SPANLET_ROOT}/apps)
 target_compile_options(spanlet_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
                                                  -Werror)
 target_compile_definitions(

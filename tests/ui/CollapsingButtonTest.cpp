@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "features/ui/CollapsingButton.h"
+#include "ui/features/CollapsingButton.h"
 
 #include <QParallelAnimationGroup>
 #include <QPropertyAnimation>

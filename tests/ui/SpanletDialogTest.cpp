@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/SpanletDialog.h"
-#include "features/ui/FeatureTreeDialog.h"
 #include "logging/Log.h"
 #include "logging/QtMessageHandler.h"
 #include "logging/RowHeights.h"
@@ -12,6 +11,7 @@
 #include "ui/BandwidthSliderWidget.h"
 #include "ui/InterfaceSpeedWidget.h"
 #include "ui/SettingsDialog.h"
+#include "ui/features/FeatureTreeDialog.h"
 
 #include <QAction>
 #include <QCheckBox>

@@ -1,6 +1,0 @@
-// SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/system/ProviderKind.h"
-
-std::optional<orv::ProviderKind> orv::genicamKind() {
-    return std::nullopt;
-}

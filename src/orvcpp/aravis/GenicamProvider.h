@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "orvcpp/aravis/stream/StreamPath.h"
+#include "orvcpp/core/CallGate.h"
+#include "orvcpp/core/Provider.h"
+
+#include <filesystem>
+#include <memory>
+
+namespace orv::aravis {
+
+/// What a configuration file may say about real cameras.
+struct GenicamSettings {
+    PacketSocket packetSocket = PacketSocket::Automatic;
+    /// Where the kernel shows its USB devices.
+    std::filesystem::path sysfs = "/sys";
+};
+
+/// GigE Vision and USB3 Vision cameras that describe themselves by GenICam. \p host must outlive
+/// it. Its start takes a second, until the cameras have answered.
+std::shared_ptr<Provider> makeGenicamProvider(const GenicamSettings& settings, ProviderHost& host,
+                                              const std::shared_ptr<CallGate>& gate);
+
+} // namespace orv::aravis

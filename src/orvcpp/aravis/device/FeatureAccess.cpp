@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/device/GenicamFeature.h"
+#include "orvcpp/core/HandOut.h"
+
+#include <algorithm>
+
+namespace orv::aravis {
+
+FeatureAccess::FeatureAccess(std::shared_ptr<Session> calls, std::shared_ptr<DeviceSession> device)
+    : m_calls(std::move(calls)), m_device(std::move(device)) {}
+
+OrvErrorType FeatureAccess::enter(bool writing) const {
+    const OrvErrorType error = m_calls->enter();
+    return error ? error : m_device->admits(writing);
+}
+
+std::shared_ptr<OrvCPP::Feature> FeatureAccess::featureOf(const Description& description) {
+    return std::make_shared<GenicamFeature>(shared_from_this(), description);
+}
+
+OrvErrorType FeatureAccess::getFeatureByName(const char* name,
+                                             std::shared_ptr<OrvCPP::Feature>& feature) {
+    if (const OrvErrorType error = enter(false))
+        return error;
+    if (!name)
+        return OrvErrorBadParameter;
+    const Description found = m_device->features()->find(name);
+    if (!found)
+        return OrvErrorNotFound;
+    feature = featureOf(found);
+    return OrvErrorSuccess;
+}
+
+OrvErrorType FeatureAccess::getFeatures(std::shared_ptr<OrvCPP::Feature>* features,
+                                        std::uint32_t& count) {
+    if (const OrvErrorType error = enter(false)) {
+        count = 0;
+        return error;
+    }
+    std::vector<std::shared_ptr<OrvCPP::Feature>> found(m_device->features()->features().size());
+    if (features)
+        std::transform(m_device->features()->features().begin(),
+                       m_device->features()->features().end(), found.begin(),
+                       [this](const Description& feature) { return featureOf(feature); });
+    return handOut(found, features, count);
+}
+
+OrvErrorType FeatureAccess::getFeatures(const std::vector<std::string>& names,
+                                        std::shared_ptr<OrvCPP::Feature>* features,
+                                        std::uint32_t& count) {
+    if (const OrvErrorType error = enter(false))
+        return error;
+    std::vector<std::shared_ptr<OrvCPP::Feature>> found;
+    for (const std::string& name : names) {
+        if (const Description feature = m_device->features()->find(name))
+            found.push_back(featureOf(feature));
+    }
+    return handOut(found, features, count);
+}
+
+OrvErrorType
+FeatureAccess::registerObserver(const std::string& feature,
+                                const std::shared_ptr<OrvCPP::IFeatureObserver>& observer) {
+    if (const OrvErrorType error = enter(false))
+        return error;
+    if (!observer)
+        return OrvErrorBadParameter;
+    const std::lock_guard lock(m_mutex);
+    const Observer added(feature, observer);
+    if (std::find(m_observers.begin(), m_observers.end(), added) != m_observers.end())
+        return OrvErrorAlreadyDone;
+    m_observers.push_back(added);
+    return OrvErrorSuccess;
+}
+
+OrvErrorType
+FeatureAccess::unregisterObserver(const std::string& feature,
+                                  const std::shared_ptr<OrvCPP::IFeatureObserver>& observer) {
+    if (const OrvErrorType error = enter(false))
+        return error;
+    const std::lock_guard lock(m_mutex);
+    const auto found =
+        std::find(m_observers.begin(), m_observers.end(), Observer(feature, observer));
+    if (found == m_observers.end())
+        return OrvErrorNotFound;
+    m_observers.erase(found);
+    return OrvErrorSuccess;
+}
+
+void FeatureAccess::tellObservers() {
+    std::vector<Observer> told;
+    {
+        const std::lock_guard lock(m_mutex);
+        told = m_observers;
+    }
+    for (const auto& [name, observer] : told) {
+        if (const Description feature = m_device->features()->find(name))
+            observer->FeatureChanged(featureOf(feature));
+    }
+}
+
+void FeatureAccess::forgetObservers() {
+    // Destroyed without the lock: an observer may hold features, whose destructors run then.
+    std::vector<Observer> forgotten;
+    const std::lock_guard lock(m_mutex);
+    forgotten.swap(m_observers);
+}
+
+} // namespace orv::aravis

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "OrvCPP/EnumEntry.h"
+#include "OrvCPP/OrvTypes.h"
+
+#include <arv.h>
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace orv::aravis {
+
+/// What never changes of one of a camera's features: read once, when the camera is opened.
+struct FeatureDescription {
+    /// Belongs to the opened device, and is used on the device's thread only.
+    ArvGcFeatureNode* node = nullptr;
+    /// The node, the one that holds its value, and so on: what keeps one of them from being used
+    /// keeps the feature.
+    std::vector<ArvGcFeatureNode*> wayToValue;
+    OrvFeatureDataType type = OrvFeatureDataUnknown;
+    OrvFeatureVisibilityType visibility = OrvFeatureVisibilityBeginner;
+    bool isReadable = false;
+    bool isWritable = false;
+    std::string name;
+    std::string displayName;
+    std::string description;
+    std::string toolTip;
+    std::string unit;
+    std::string representation;
+    /// Path from the root, for example "/ImageFormatControl".
+    std::string category;
+    /// In the order of the camera's description.
+    std::vector<OrvCPP::EnumEntry> entries;
+    std::map<std::string, ArvGcFeatureNode*> entryNodes;
+    /// Names of the features that this one selects.
+    std::vector<std::string> selected;
+    /// Where a command can be asked whether it is done; empty when it cannot.
+    ArvGcInteger* polled = nullptr;
+    /// Property with the value that stays in \p polled while the command is under way.
+    ArvGcPropertyNode* commandValue = nullptr;
+
+    const OrvCPP::EnumEntry* findEntry(const std::string& entryName) const;
+    const OrvCPP::EnumEntry* findEntry(std::int64_t value) const;
+};
+
+/// The features of an opened camera, in the order of its description.
+class FeatureCatalogue {
+public:
+    /// Walks the categories from the root. On the device's thread only, since a feature may have to
+    /// ask the camera whether it exists.
+    explicit FeatureCatalogue(ArvGc* description);
+
+    const std::vector<std::shared_ptr<const FeatureDescription>>& features() const {
+        return m_features;
+    }
+    /// Also a feature that is in no category. Empty when there is no such feature.
+    std::shared_ptr<const FeatureDescription> find(const std::string& name) const;
+
+private:
+    ArvGcFeatureNode* newNode(ArvGc* description, const char* name) const;
+    /// Each category once, as a description may nest one in itself.
+    void addCategory(ArvGc* description, ArvGcFeatureNode* category, const std::string& path,
+                     std::set<ArvGcFeatureNode*>& visited);
+
+    std::vector<std::shared_ptr<const FeatureDescription>> m_features;
+    std::map<std::string, std::shared_ptr<const FeatureDescription>> m_byName;
+};
+
+} // namespace orv::aravis

@@ -1,0 +1,354 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/device/GenicamCamera.h"
+
+#include "orvcpp/aravis/Fault.h"
+#include "orvcpp/aravis/GenicamObjects.h"
+#include "orvcpp/aravis/Log.h"
+#include "orvcpp/core/HandOut.h"
+#include "orvcpp/core/SdkThread.h"
+
+#include <utility>
+
+namespace orv::aravis {
+
+namespace {
+
+constexpr int largestBufferCount = 1024;
+/// Bytes that are read at a time, and at most.
+constexpr std::uint32_t memoryLimit = 1024 * 1024;
+
+bool isFrameThread() {
+    return currentSdkThread() == SdkThread::Frames;
+}
+
+OrvErrorType stopStreaming(Streaming& streaming, StreamPreparation& streams) {
+    const std::shared_ptr<Acquisition> ending = streaming.end();
+    if (!ending)
+        return OrvErrorAlreadyDone;
+    ending->stop();
+    streaming.keep(*ending);
+    streams.stopped(streaming);
+    return OrvErrorSuccess;
+}
+
+} // namespace
+
+GenicamCamera::GenicamCamera(CameraSurroundings surroundings, std::string id,
+                             std::weak_ptr<OrvCPP::TransportLayer> layer)
+    : m_surroundings(std::move(surroundings)), m_id(std::move(id)), m_layer(std::move(layer)) {}
+
+GenicamCamera::~GenicamCamera() = default;
+
+void GenicamCamera::found(const CameraRecord& record, std::shared_ptr<OrvCPP::Interface> interface,
+                          Clock::time_point begun) {
+    const std::lock_guard lock(m_mutex);
+    m_record = record;
+    m_interface = std::move(interface);
+    if (m_silentSince && begun > *m_silentSince)
+        m_silentSince.reset();
+}
+
+bool GenicamCamera::isSilent() const {
+    const std::lock_guard lock(m_mutex);
+    return m_silentSince.has_value();
+}
+
+std::optional<OrvAccessModeType> GenicamCamera::ask() const {
+    const std::lock_guard asking(m_ask);
+    if (isSilent())
+        return std::nullopt;
+    const auto modes = permittedAccess(record());
+    if (!modes)
+        noteSilence();
+    return modes;
+}
+
+void GenicamCamera::noteSilence() const {
+    const std::lock_guard lock(m_mutex);
+    m_silentSince = Clock::now();
+}
+
+std::optional<OrvAccessModeType> GenicamCamera::permitted() const {
+    const bool wasSilent = isSilent();
+    const auto modes = ask();
+    if (!modes && !wasSilent)
+        m_surroundings.fellSilent();
+    return modes;
+}
+
+CameraRecord GenicamCamera::record() const {
+    const std::lock_guard lock(m_mutex);
+    return m_record;
+}
+
+std::shared_ptr<OrvCPP::Interface> GenicamCamera::interface() const {
+    const std::lock_guard lock(m_mutex);
+    return m_interface;
+}
+
+std::shared_ptr<OpenedCamera> GenicamCamera::opened() const {
+    const std::lock_guard lock(m_mutex);
+    return m_opened;
+}
+
+bool GenicamCamera::isAlive() const {
+    const auto open = opened();
+    return open && !open->device->isLost();
+}
+
+OrvErrorType GenicamCamera::enterOpened(std::shared_ptr<OpenedCamera>& found) const {
+    if (const OrvErrorType error = m_surroundings.calls->enter())
+        return error;
+    found = opened();
+    return found ? found->device->admits(false) : OrvErrorDeviceNotOpen;
+}
+
+void GenicamCamera::tell(OrvUpdateTriggerType reason) {
+    m_surroundings.changed(shared_from_this(), reason);
+}
+
+OrvErrorType GenicamCamera::GetFeatureByName(const char* name,
+                                             std::shared_ptr<OrvCPP::Feature>& feature) const {
+    const auto open = opened();
+    if (open)
+        return open->features->getFeatureByName(name, feature);
+    const OrvErrorType error = m_surroundings.calls->enter();
+    return error ? error : OrvErrorDeviceNotOpen;
+}
+
+OrvErrorType GenicamCamera::GetFeatures(std::shared_ptr<OrvCPP::Feature>* features,
+                                        std::uint32_t& count) const {
+    const auto open = opened();
+    if (open)
+        return open->features->getFeatures(features, count);
+    count = 0;
+    const OrvErrorType error = m_surroundings.calls->enter();
+    return error ? error : OrvErrorDeviceNotOpen;
+}
+
+OrvErrorType GenicamCamera::Open(OrvAccessModeType mode) {
+    if (const OrvErrorType error = m_surroundings.calls->enter())
+        return error;
+    const OrvErrorType error = open(mode);
+    if (!error)
+        tell(OrvUpdateTriggerOpenStateChanged);
+    return error;
+}
+
+OrvErrorType GenicamCamera::open(OrvAccessModeType mode) {
+    if (isFrameThread())
+        return OrvErrorInvalidCall;
+    if (mode != OrvAccessModeFull && mode != OrvAccessModeRead)
+        return mode == OrvAccessModeExclusive ? OrvErrorNotSupported : OrvErrorBadParameter;
+    const std::lock_guard control(m_control);
+    if (opened())
+        return OrvErrorInvalidAccess;
+    const CameraRecord found = record();
+    // Asked first: opening a camera that is not there takes the library seconds.
+    const auto modes = permitted();
+    if (!modes) {
+        if (found.type == OrvTransportLayerTypeGEV && !found.adapter)
+            logWarning(m_id +
+                       ": No network adapter of this computer has an address in the network "
+                       "of the camera, " +
+                       found.place + '.');
+        return OrvErrorNotFound;
+    }
+    if ((*modes & mode) == 0)
+        return OrvErrorInvalidAccess;
+    auto device = std::make_shared<DeviceSession>(
+        found, mode, *m_surroundings.park, m_surroundings.fellSilent, [kept = weak_from_this()] {
+            if (const auto camera = kept.lock())
+                camera->tell(OrvUpdateTriggerPluggedOut);
+        });
+    if (const OrvErrorType error = device->open()) {
+        // Who could not open it asks next what it permits, and has waited enough.
+        if (device->isLost())
+            noteSilence();
+        return error;
+    }
+    auto made = makeOpenedCamera(m_surroundings.calls, std::move(device),
+                                 m_surroundings.packetSocket, m_id);
+    m_surroundings.streams->add(made->streaming);
+    const std::lock_guard lock(m_mutex);
+    m_opened = std::move(made);
+    return m_surroundings.calls->isRunning() ? OrvErrorSuccess : OrvErrorApiNotStarted;
+}
+
+OrvErrorType GenicamCamera::Close() {
+    if (const OrvErrorType error = m_surroundings.calls->enter())
+        return error;
+    const OrvErrorType error = close();
+    if (!error)
+        tell(OrvUpdateTriggerOpenStateChanged);
+    return error;
+}
+
+OrvErrorType GenicamCamera::close() {
+    if (isFrameThread())
+        return OrvErrorInvalidCall;
+    std::shared_ptr<OpenedCamera> closing;
+    {
+        const std::lock_guard control(m_control);
+        {
+            const std::lock_guard lock(m_mutex);
+            closing.swap(m_opened);
+        }
+        if (!closing)
+            return OrvErrorDeviceNotOpen;
+        stopStreaming(*closing->streaming, *m_surroundings.streams);
+        closing->streaming->close();
+        closing->device->close();
+    }
+    // Observers are the user's, so they go without a lock.
+    closing->forgetObservers();
+    return OrvErrorSuccess;
+}
+
+OrvErrorType GenicamCamera::answerText(const std::string& text, char* buffer,
+                                       std::uint32_t& length) const {
+    const OrvErrorType error = m_surroundings.calls->enter();
+    return error ? error : handOut(text, buffer, length);
+}
+
+OrvErrorType GenicamCamera::GetID(char* buffer, std::uint32_t& length, bool extended) const {
+    return answerText(extended ? record().key() : m_id, buffer, length);
+}
+
+OrvErrorType GenicamCamera::GetName(char* buffer, std::uint32_t& length) const {
+    const CameraRecord known = record();
+    return answerText(known.userName.empty() ? known.model : known.userName, buffer, length);
+}
+
+OrvErrorType GenicamCamera::GetModel(char* buffer, std::uint32_t& length) const {
+    return answerText(record().model, buffer, length);
+}
+
+OrvErrorType GenicamCamera::GetSerialNumber(char* buffer, std::uint32_t& length) const {
+    return answerText(record().serialNumber, buffer, length);
+}
+
+OrvErrorType GenicamCamera::GetInterfaceType(OrvTransportLayerType& type) const {
+    const OrvErrorType error = m_surroundings.calls->enter();
+    if (!error)
+        type = record().type;
+    return error;
+}
+
+OrvErrorType GenicamCamera::GetInterface(std::shared_ptr<OrvCPP::Interface>& found) const {
+    const OrvErrorType error = m_surroundings.calls->enter();
+    if (!error)
+        found = interface();
+    return error;
+}
+
+OrvErrorType GenicamCamera::GetLocalDevice(std::shared_ptr<OrvCPP::LocalDevice>& device) const {
+    std::shared_ptr<OpenedCamera> open;
+    const OrvErrorType error = enterOpened(open);
+    if (!error)
+        device = open->localDevice;
+    return error;
+}
+
+OrvErrorType
+GenicamCamera::GetTransportLayer(std::shared_ptr<OrvCPP::TransportLayer>& layer) const {
+    if (const OrvErrorType error = m_surroundings.calls->enter())
+        return error;
+    layer = m_layer.lock();
+    return layer ? OrvErrorSuccess : OrvErrorNotFound;
+}
+
+OrvErrorType GenicamCamera::GetStreams(std::shared_ptr<OrvCPP::Stream>* streams,
+                                       std::uint32_t& count) const {
+    std::shared_ptr<OpenedCamera> open;
+    if (const OrvErrorType error = enterOpened(open)) {
+        count = 0;
+        return error;
+    }
+    return handOut(std::vector<std::shared_ptr<OrvCPP::Stream>>{open->stream}, streams, count);
+}
+
+OrvErrorType GenicamCamera::GetPermittedAccess(OrvAccessModeType& modes) const {
+    if (const OrvErrorType error = m_surroundings.calls->enter())
+        return error;
+    if (opened()) {
+        modes = OrvAccessModeNone;
+        return OrvErrorSuccess;
+    }
+    const auto granted = permitted();
+    if (granted)
+        modes = *granted;
+    return granted ? OrvErrorSuccess : OrvErrorNotFound;
+}
+
+OrvErrorType GenicamCamera::ReadMemory(std::uint64_t address, std::uint8_t* buffer,
+                                       std::uint32_t size, std::uint32_t& completeReads) const {
+    completeReads = 0;
+    std::shared_ptr<OpenedCamera> open;
+    if (const OrvErrorType error = enterOpened(open))
+        return error;
+    if (!buffer || size == 0 || size > memoryLimit)
+        return OrvErrorBadParameter;
+    const auto bytes = std::make_shared<std::vector<std::uint8_t>>(size);
+    const OrvErrorType error = open->device->call([address, bytes](ArvDevice* device) {
+        Fault fault;
+        arv_device_read_memory(device, address, static_cast<guint32>(bytes->size()), bytes->data(),
+                               fault.out());
+        return fault.code();
+    });
+    if (error)
+        return error;
+    std::copy(bytes->begin(), bytes->end(), buffer);
+    completeReads = size;
+    return OrvErrorSuccess;
+}
+
+OrvErrorType GenicamCamera::StartContinuousImageAcquisition(
+    int bufferCount, const std::shared_ptr<OrvCPP::IFrameObserver>& observer,
+    OrvCPP::FrameAllocationMode /*mode*/) {
+    if (isFrameThread())
+        return OrvErrorInvalidCall;
+    const std::lock_guard control(m_control);
+    std::shared_ptr<OpenedCamera> open;
+    if (const OrvErrorType error = enterOpened(open))
+        return error;
+    if (bufferCount < 1 || bufferCount > largestBufferCount || !observer)
+        return OrvErrorBadParameter;
+    if (const OrvErrorType error = open->device->admits(true))
+        return error;
+    if (open->streaming->isRunning())
+        return OrvErrorAlreadyDone;
+    m_surroundings.streams->aboutToStart(*open->streaming);
+    // Known as running before its first frame comes.
+    const auto acquisition = open->streaming->begin();
+    const OrvErrorType error =
+        acquisition->start(bufferCount, observer, open->streaming->previousId());
+    if (error) {
+        open->streaming->end();
+        m_surroundings.streams->stopped(*open->streaming);
+    } else {
+        open->features->tellObservers();
+    }
+    return error;
+}
+
+OrvErrorType GenicamCamera::StopContinuousImageAcquisition() {
+    if (isFrameThread())
+        return OrvErrorInvalidCall;
+    if (const OrvErrorType error = m_surroundings.calls->enter())
+        return error;
+    const std::lock_guard control(m_control);
+    const auto open = opened();
+    if (!open)
+        return OrvErrorDeviceNotOpen;
+    const OrvErrorType error = stopStreaming(*open->streaming, *m_surroundings.streams);
+    if (!error)
+        open->features->tellObservers();
+    return error;
+}
+
+OrvErrorType GenicamCamera::QueueFrame(const std::shared_ptr<OrvCPP::Frame>& frame) {
+    return queueFrame(frame);
+}
+
+} // namespace orv::aravis

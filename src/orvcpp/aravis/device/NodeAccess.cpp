@@ -1,0 +1,306 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/device/NodeAccess.h"
+
+#include "orvcpp/aravis/Fault.h"
+#include "orvcpp/core/FloatStep.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace orv::aravis::node {
+
+namespace {
+
+/// Bytes; a register with a description of its own may ask for anything.
+constexpr guint64 largestRegister = 16 * 1024 * 1024;
+
+OrvErrorType ofType(const FeatureDescription& feature, OrvFeatureDataType type) {
+    return feature.type == type ? OrvErrorSuccess : OrvErrorWrongType;
+}
+
+/// Success when \p ask answers \p wanted of every node from the feature's to the one with its
+/// value, \p otherwise when one does not.
+OrvErrorType everyNode(const FeatureDescription& feature,
+                       gboolean (*ask)(ArvGcFeatureNode*, GError**), bool wanted,
+                       OrvErrorType otherwise) {
+    for (ArvGcFeatureNode* const node : feature.wayToValue) {
+        Fault fault;
+        const bool is = ask(node, fault.out()) != FALSE;
+        if (const OrvErrorType error = fault.code())
+            return error;
+        if (is != wanted)
+            return otherwise;
+    }
+    return OrvErrorSuccess;
+}
+
+OrvErrorType available(const FeatureDescription& feature) {
+    return everyNode(feature, &arv_gc_feature_node_is_available, true, OrvErrorNotAvailable);
+}
+
+/// Success when a feature is of the type and can be read now.
+OrvErrorType mayGet(const FeatureDescription& feature, OrvFeatureDataType type) {
+    const OrvErrorType error = ofType(feature, type);
+    return error ? error : admitsReading(feature);
+}
+
+OrvErrorType maySet(const FeatureDescription& feature, OrvFeatureDataType type) {
+    const OrvErrorType error = ofType(feature, type);
+    return error ? error : admitsWriting(feature);
+}
+
+/// Reads one of a number's bounds; one that the camera does not tell stays as it is.
+template <typename T, typename Node>
+OrvErrorType readBound(T& bound, T (*read)(Node*, GError**), Node* of) {
+    Fault fault;
+    const T found = read(of, fault.out());
+    const OrvErrorType error = fault.code();
+    if (!error)
+        bound = found;
+    return error == OrvErrorNotAvailable ? OrvErrorSuccess : error;
+}
+
+template <typename T, typename Node>
+OrvErrorType readLimits(Limits<T>& limits, Node* of, T (*minimum)(Node*, GError**),
+                        T (*maximum)(Node*, GError**), T (*increment)(Node*, GError**)) {
+    limits = {std::numeric_limits<T>::lowest(), std::numeric_limits<T>::max(), T{}};
+    if (const OrvErrorType error = readBound(limits.minimum, minimum, of))
+        return error;
+    if (const OrvErrorType error = readBound(limits.maximum, maximum, of))
+        return error;
+    return readBound(limits.increment, increment, of);
+}
+
+bool fits(std::int64_t value, const Limits<std::int64_t>& limits) {
+    if (value < limits.minimum || value > limits.maximum)
+        return false;
+    // Unsigned, since the distance may exceed what the signed type holds.
+    const auto distance =
+        static_cast<std::uint64_t>(value) - static_cast<std::uint64_t>(limits.minimum);
+    return limits.increment <= 1 || distance % static_cast<std::uint64_t>(limits.increment) == 0;
+}
+
+bool fits(double value, const Limits<double>& limits) {
+    return value >= limits.minimum && value <= limits.maximum &&
+           isOnStep(value, limits.minimum, limits.increment);
+}
+
+/// Success when \p entry exists and can be chosen now.
+OrvErrorType mayChoose(const FeatureDescription& feature, const OrvCPP::EnumEntry* entry) {
+    if (const OrvErrorType error = admitsWriting(feature))
+        return error;
+    bool can = false;
+    const OrvErrorType error =
+        entry ? isAvailable(feature, entry->name, can) : OrvErrorInvalidValue;
+    if (error)
+        return error;
+    return can ? OrvErrorSuccess : OrvErrorInvalidValue;
+}
+
+template <typename Node, typename T>
+OrvErrorType setNumber(const FeatureDescription& feature, OrvFeatureDataType type, Node* of,
+                       T value, void (*write)(Node*, T, GError**)) {
+    if (const OrvErrorType error = maySet(feature, type))
+        return error;
+    Limits<T> allowed;
+    if (const OrvErrorType error = limits(feature, allowed))
+        return error;
+    if (!fits(value, allowed))
+        return OrvErrorInvalidValue;
+    Fault fault;
+    write(of, value, fault.out());
+    return fault.code();
+}
+
+} // namespace
+
+OrvErrorType admitsReading(const FeatureDescription& feature) {
+    return feature.isReadable ? available(feature) : OrvErrorInvalidAccess;
+}
+
+OrvErrorType admitsWriting(const FeatureDescription& feature) {
+    if (!feature.isWritable)
+        return OrvErrorInvalidAccess;
+    if (const OrvErrorType error = available(feature))
+        return error;
+    return everyNode(feature, &arv_gc_feature_node_is_locked, false, OrvErrorInvalidAccess);
+}
+
+OrvErrorType get(const FeatureDescription& feature, std::int64_t& value) {
+    const bool isEnum = feature.type == OrvFeatureDataEnum;
+    if (const OrvErrorType error = mayGet(feature, isEnum ? OrvFeatureDataEnum : OrvFeatureDataInt))
+        return error;
+    Fault fault;
+    value = isEnum ? arv_gc_enumeration_get_int_value(ARV_GC_ENUMERATION(feature.node), fault.out())
+                   : arv_gc_integer_get_value(ARV_GC_INTEGER(feature.node), fault.out());
+    return fault.code();
+}
+
+OrvErrorType get(const FeatureDescription& feature, double& value) {
+    if (const OrvErrorType error = mayGet(feature, OrvFeatureDataFloat))
+        return error;
+    Fault fault;
+    value = arv_gc_float_get_value(ARV_GC_FLOAT(feature.node), fault.out());
+    return fault.code();
+}
+
+OrvErrorType get(const FeatureDescription& feature, bool& value) {
+    if (const OrvErrorType error = mayGet(feature, OrvFeatureDataBool))
+        return error;
+    Fault fault;
+    value = arv_gc_boolean_get_value(ARV_GC_BOOLEAN(feature.node), fault.out());
+    return fault.code();
+}
+
+OrvErrorType get(const FeatureDescription& feature, std::string& value) {
+    const bool isEnum = feature.type == OrvFeatureDataEnum;
+    if (const OrvErrorType error =
+            mayGet(feature, isEnum ? OrvFeatureDataEnum : OrvFeatureDataString))
+        return error;
+    Fault fault;
+    const char* const text =
+        isEnum ? arv_gc_enumeration_get_string_value(ARV_GC_ENUMERATION(feature.node), fault.out())
+               : arv_gc_string_get_value(ARV_GC_STRING(feature.node), fault.out());
+    // What the library hands out after a failure is memory without an end.
+    if (const OrvErrorType error = fault.code())
+        return error;
+    value = text ? text : "";
+    return OrvErrorSuccess;
+}
+
+OrvErrorType get(const FeatureDescription& feature, Bytes& value) {
+    if (const OrvErrorType error = mayGet(feature, OrvFeatureDataRaw))
+        return error;
+    Fault fault;
+    const guint64 length = arv_gc_register_get_length(ARV_GC_REGISTER(feature.node), fault.out());
+    if (const OrvErrorType error = fault.code())
+        return error;
+    if (length > largestRegister)
+        return OrvErrorResources;
+    value.resize(length);
+    arv_gc_register_get(ARV_GC_REGISTER(feature.node), value.data(), length, fault.out());
+    return fault.code();
+}
+
+OrvErrorType set(const FeatureDescription& feature, std::int64_t value) {
+    if (feature.type != OrvFeatureDataEnum)
+        return setNumber<ArvGcInteger, gint64>(
+            feature, OrvFeatureDataInt,
+            feature.type == OrvFeatureDataInt ? ARV_GC_INTEGER(feature.node) : nullptr, value,
+            &arv_gc_integer_set_value);
+    if (const OrvErrorType error = mayChoose(feature, feature.findEntry(value)))
+        return error;
+    Fault fault;
+    arv_gc_enumeration_set_int_value(ARV_GC_ENUMERATION(feature.node), value, fault.out());
+    return fault.code();
+}
+
+OrvErrorType set(const FeatureDescription& feature, double value) {
+    return setNumber<ArvGcFloat, double>(
+        feature, OrvFeatureDataFloat,
+        feature.type == OrvFeatureDataFloat ? ARV_GC_FLOAT(feature.node) : nullptr, value,
+        &arv_gc_float_set_value);
+}
+
+OrvErrorType set(const FeatureDescription& feature, bool value) {
+    if (const OrvErrorType error = maySet(feature, OrvFeatureDataBool))
+        return error;
+    Fault fault;
+    arv_gc_boolean_set_value(ARV_GC_BOOLEAN(feature.node), value ? TRUE : FALSE, fault.out());
+    return fault.code();
+}
+
+OrvErrorType set(const FeatureDescription& feature, const std::string& value) {
+    Fault fault;
+    if (feature.type == OrvFeatureDataEnum) {
+        if (const OrvErrorType error = mayChoose(feature, feature.findEntry(value)))
+            return error;
+        arv_gc_enumeration_set_string_value(ARV_GC_ENUMERATION(feature.node), value.c_str(),
+                                            fault.out());
+        return fault.code();
+    }
+    if (const OrvErrorType error = maySet(feature, OrvFeatureDataString))
+        return error;
+    auto* const of = ARV_GC_STRING(feature.node);
+    const gint64 longest = arv_gc_string_get_max_length(of, fault.out());
+    if (!fault.code() && longest > 0 && value.size() > static_cast<std::size_t>(longest))
+        return OrvErrorInvalidValue;
+    arv_gc_string_set_value(of, value.c_str(), fault.out());
+    return fault.code();
+}
+
+OrvErrorType set(const FeatureDescription& feature, const Bytes& value) {
+    if (const OrvErrorType error = maySet(feature, OrvFeatureDataRaw))
+        return error;
+    Fault fault;
+    auto* const of = ARV_GC_REGISTER(feature.node);
+    const guint64 length = arv_gc_register_get_length(of, fault.out());
+    if (const OrvErrorType error = fault.code())
+        return error;
+    if (value.size() != length)
+        return OrvErrorInvalidValue;
+    arv_gc_register_set(of, value.data(), length, fault.out());
+    return fault.code();
+}
+
+OrvErrorType limits(const FeatureDescription& feature, Limits<std::int64_t>& limits) {
+    if (const OrvErrorType error = ofType(feature, OrvFeatureDataInt))
+        return error;
+    Limits<gint64> found;
+    const OrvErrorType error =
+        readLimits<gint64>(found, ARV_GC_INTEGER(feature.node), &arv_gc_integer_get_min,
+                           &arv_gc_integer_get_max, &arv_gc_integer_get_inc);
+    limits = {found.minimum, found.maximum, std::max<gint64>(found.increment, 1)};
+    return error;
+}
+
+OrvErrorType limits(const FeatureDescription& feature, Limits<double>& limits) {
+    if (const OrvErrorType error = ofType(feature, OrvFeatureDataFloat))
+        return error;
+    const OrvErrorType error =
+        readLimits<double>(limits, ARV_GC_FLOAT(feature.node), &arv_gc_float_get_min,
+                           &arv_gc_float_get_max, &arv_gc_float_get_inc);
+    // The least number above zero stands for no increment.
+    if (!(limits.increment > std::numeric_limits<double>::min()))
+        limits.increment = 0;
+    return error;
+}
+
+OrvErrorType isAvailable(const FeatureDescription& feature, const std::string& entry,
+                         bool& available) {
+    if (const OrvErrorType error = ofType(feature, OrvFeatureDataEnum))
+        return error;
+    const auto found = feature.entryNodes.find(entry);
+    if (found == feature.entryNodes.end())
+        return OrvErrorInvalidValue;
+    Fault fault;
+    available = arv_gc_feature_node_is_available(found->second, fault.out());
+    if (const OrvErrorType error = fault.code())
+        return error;
+    available = available && arv_gc_feature_node_is_implemented(found->second, fault.out());
+    return fault.code();
+}
+
+OrvErrorType run(const FeatureDescription& command) {
+    if (const OrvErrorType error = maySet(command, OrvFeatureDataCommand))
+        return error;
+    Fault fault;
+    arv_gc_command_execute(ARV_GC_COMMAND(command.node), fault.out());
+    return fault.code();
+}
+
+OrvErrorType isDone(const FeatureDescription& command, bool& done) {
+    if (const OrvErrorType error = ofType(command, OrvFeatureDataCommand))
+        return error;
+    done = true;
+    if (!command.polled || !command.commandValue)
+        return OrvErrorSuccess;
+    Fault fault;
+    const gint64 running = arv_gc_property_node_get_int64(command.commandValue, fault.out());
+    if (const OrvErrorType error = fault.code())
+        return error;
+    done = arv_gc_integer_get_value(command.polled, fault.out()) != running;
+    return fault.code();
+}
+
+} // namespace orv::aravis::node

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "orvcpp/aravis/discovery/NetworkAdapters.h"
+#include "orvcpp/aravis/discovery/UsbBus.h"
+
+#include "OrvCPP/OrvTypes.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace orv::aravis {
+
+/// What is known of a camera before it is opened: copies, free of the library that found it.
+struct CameraRecord {
+    /// OrvTransportLayerTypeGEV or OrvTransportLayerTypeU3V.
+    OrvTransportLayerType type = OrvTransportLayerTypeUnknown;
+    /// MAC address, or GUID of a USB camera; the serial number of one that has neither.
+    std::string hardwareId;
+    std::string vendor;
+    std::string model;
+    std::string serialNumber;
+    /// Name that the user gave the camera; empty when it is not known.
+    std::string userName;
+    /// IPv4 address in host byte order; 0 for USB.
+    std::uint32_t address = 0;
+    /// IPv4 address as a text, or the place on the USB bus.
+    std::string place;
+    std::optional<NetworkAdapter> adapter;
+    std::optional<UsbDevice> usb;
+
+    /// Tells cameras apart, also two of one serial number.
+    std::string key() const;
+    /// Whether two records are of one device, wherever it is. One that has no hardware address of
+    /// its own is not known again.
+    bool isSameDevice(const CameraRecord& other) const;
+    /// ID for a person to see and type.
+    std::string id() const;
+    /// ID of the interface through which the camera is reached.
+    std::string interfaceId() const;
+};
+
+} // namespace orv::aravis

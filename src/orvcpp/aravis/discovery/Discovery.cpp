@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/discovery/Discovery.h"
+
+#include "orvcpp/aravis/GObjects.h"
+#include "orvcpp/aravis/discovery/CameraCall.h"
+#include "orvcpp/aravis/discovery/Gvcp.h"
+#include "orvcpp/core/SdkThread.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace orv::aravis {
+
+namespace {
+
+/// From the end of a look to the next.
+constexpr std::chrono::seconds pauseBetweenLooks{1};
+constexpr std::chrono::milliseconds nameWait{100};
+constexpr int nameTries = 2;
+
+/// The library answers nothing where a camera has no text.
+std::string text(const char* given) {
+    return given ? given : "";
+}
+
+CameraRecord readRecord(ArvInterface* interface, unsigned index, OrvTransportLayerType type) {
+    CameraRecord record;
+    record.type = type;
+    record.hardwareId = text(arv_interface_get_device_physical_id(interface, index));
+    record.vendor = text(arv_interface_get_device_vendor(interface, index));
+    record.model = text(arv_interface_get_device_model(interface, index));
+    record.serialNumber = text(arv_interface_get_device_serial_nbr(interface, index));
+    record.place = text(arv_interface_get_device_address(interface, index));
+    return record;
+}
+
+std::vector<CameraRecord> askInterface(ArvInterface* interface, OrvTransportLayerType type) {
+    arv_interface_update_device_list(interface);
+    std::vector<CameraRecord> records;
+    for (unsigned i = 0; i < arv_interface_get_n_devices(interface); ++i)
+        records.push_back(readRecord(interface, i, type));
+    return records;
+}
+
+void addMissing(std::vector<CameraRecord>& records, std::vector<CameraRecord> answers) {
+    for (CameraRecord& answer : answers) {
+        const bool isKnown =
+            std::any_of(records.begin(), records.end(),
+                        [&](const CameraRecord& known) { return known.place == answer.place; });
+        if (!isKnown)
+            records.push_back(std::move(answer));
+    }
+}
+
+void complete(CameraRecord& record) {
+    if (macNumber(record.hardwareId) == 0)
+        record.hardwareId = record.serialNumber;
+    const auto address = parseAddress(record.place);
+    if (!address)
+        return;
+    record.address = *address;
+    record.adapter = adapterTowards(*address);
+    const auto name =
+        Gvcp(*address, nameWait, nameTries).readMemory(userNameRegister, userNameSize);
+    record.userName = name ? Gvcp::text(*name) : std::string();
+}
+
+/// Whether a text is the same for the kernel's files, which end where its blanks begin.
+bool isSame(const std::string& text, const std::string& kernels) {
+    return text.substr(0, text.find_last_not_of(' ') + 1) == kernels;
+}
+
+/// The kernel's device of a camera; of several that look the same, each is given out once.
+void locate(CameraRecord& record, std::vector<UsbDevice>& devices) {
+    const auto found = std::find_if(devices.begin(), devices.end(), [&](const UsbDevice& device) {
+        return isSame(record.serialNumber, device.serialNumber) &&
+               isSame(record.model, device.product) && isSame(record.vendor, device.manufacturer);
+    });
+    if (record.hardwareId.empty())
+        record.hardwareId = record.serialNumber;
+    if (found == devices.end())
+        return;
+    record.usb = *found;
+    record.place = found->location();
+    devices.erase(found);
+}
+
+} // namespace
+
+Discovery::Discovery(std::filesystem::path sysfs, Found found)
+    : m_sysfs(std::move(sysfs)), m_found(std::move(found)) {}
+
+Discovery::~Discovery() {
+    stop();
+}
+
+void Discovery::start() {
+    std::unique_lock lock(m_mutex);
+    m_thread = std::thread(&Discovery::run, this);
+    m_changed.wait(lock, [this] { return m_hasLooked; });
+}
+
+void Discovery::askToStop() {
+    {
+        const std::lock_guard lock(m_mutex);
+        m_quit = true;
+    }
+    m_changed.notify_all();
+}
+
+void Discovery::stop() {
+    askToStop();
+    if (m_thread.joinable())
+        m_thread.join();
+}
+
+void Discovery::run() {
+    setCurrentSdkThread(SdkThread::Events);
+    std::unique_lock lock(m_mutex);
+    while (!m_quit) {
+        lock.unlock();
+        const auto begun = Clock::now();
+        m_found(look(), begun);
+        lock.lock();
+        m_hasLooked = true;
+        m_changed.notify_all();
+        m_changed.wait_for(lock, pauseBetweenLooks, [this] { return m_quit; });
+    }
+}
+
+std::vector<CameraRecord> Discovery::look() const {
+    const CameraCall call;
+    // Takes a second, in which the call is answered, too.
+    std::vector<CameraRecord> records =
+        askInterface(arv_gv_interface_get_instance(), OrvTransportLayerTypeGEV);
+    addMissing(records, call.answers());
+    for (CameraRecord& record : records)
+        complete(record);
+    std::vector<CameraRecord> usb =
+        askInterface(arv_uv_interface_get_instance(), OrvTransportLayerTypeU3V);
+    std::vector<UsbDevice> devices = usb.empty() ? std::vector<UsbDevice>() : usbDevices(m_sysfs);
+    for (CameraRecord& record : usb) {
+        locate(record, devices);
+        records.push_back(std::move(record));
+    }
+    return records;
+}
+
+} // namespace orv::aravis

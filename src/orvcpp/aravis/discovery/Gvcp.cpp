@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/discovery/Gvcp.h"
+
+#include "orvcpp/aravis/discovery/UdpSocket.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <poll.h>
+#include <sys/socket.h>
+
+namespace orv::aravis {
+
+namespace {
+
+constexpr std::uint16_t controlPort = 3956;
+constexpr std::uint8_t key = 0x42;
+constexpr std::uint8_t acknowledgeRequired = 1;
+constexpr std::uint16_t readRegisterCommand = 0x80;
+constexpr std::uint16_t readMemoryCommand = 0x84;
+/// In place of an answer: the camera needs longer, for as many milliseconds as it says.
+constexpr std::uint16_t pendingAcknowledge = 0x89;
+constexpr std::size_t headerSize = 8;
+/// Where the milliseconds are, behind two bytes of nothing.
+constexpr std::size_t pendingTimeOffset = headerSize + 2;
+/// How much longer a camera is waited for that needs longer. It may ask for a minute.
+constexpr std::chrono::milliseconds longestPending{1000};
+/// The address that a camera repeats in front of memory that was read.
+constexpr std::size_t memoryAddressSize = 4;
+/// Statuses of an answer: somebody else controls the camera, and the camera has no time.
+constexpr std::uint16_t accessDenied = 0x8006;
+constexpr std::uint16_t busy = 0x8007;
+/// Bits of the privilege register.
+constexpr std::uint32_t privilegeExclusive = 1;
+constexpr std::uint32_t privilegeControl = 2;
+
+void append(std::vector<std::uint8_t>& bytes, std::uint32_t number, int count) {
+    for (int shift = 8 * (count - 1); shift >= 0; shift -= 8)
+        bytes.push_back(static_cast<std::uint8_t>(number >> shift));
+}
+
+std::uint16_t number16(const std::uint8_t* bytes) {
+    return static_cast<std::uint16_t>(bytes[0] << 8U | bytes[1]);
+}
+
+/// Waits for the acknowledge of one question; answers to earlier ones are passed over. A camera
+/// that only says that it needs longer, and longer than it is given, has answered that it is busy.
+std::optional<Gvcp::Answer> receive(int handle, std::uint16_t command, std::uint16_t id,
+                                    std::chrono::milliseconds wait) {
+    using Clock = std::chrono::steady_clock;
+    auto end = Clock::now() + wait;
+    const auto latest = end + longestPending;
+    std::optional<Gvcp::Answer> noAnswer;
+    std::array<std::uint8_t, 1024> packet{};
+    for (;;) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+        pollfd waiting{handle, POLLIN, 0};
+        if (left.count() <= 0 || poll(&waiting, 1, static_cast<int>(left.count())) <= 0)
+            return noAnswer;
+        const auto size = recv(handle, packet.data(), packet.size(), 0);
+        // A port that nobody listens on is reported here: nobody is there, and that at once.
+        if (size < 0)
+            return std::nullopt;
+        if (static_cast<std::size_t>(size) < headerSize || number16(&packet[6]) != id)
+            continue;
+        const std::uint16_t kind = number16(&packet[2]);
+        if (kind == command + 1)
+            return Gvcp::Answer{number16(packet.data()),
+                                {packet.begin() + headerSize, packet.begin() + size}};
+        if (kind == pendingAcknowledge &&
+            static_cast<std::size_t>(size) >= pendingTimeOffset + sizeof(std::uint16_t)) {
+            const std::chrono::milliseconds asked(number16(&packet[pendingTimeOffset]));
+            end = std::min(Clock::now() + asked + wait, latest);
+            noAnswer = Gvcp::Answer{busy, {}};
+        }
+    }
+}
+
+} // namespace
+
+std::optional<Gvcp::Answer> Gvcp::ask(std::uint16_t command,
+                                      const std::vector<std::uint8_t>& body) const {
+    const UdpSocket socket;
+    if (!socket.connectTo(m_address, controlPort))
+        return std::nullopt;
+    for (int id = 1; id <= m_tries; ++id) {
+        std::vector<std::uint8_t> packet{key, acknowledgeRequired};
+        append(packet, command, 2);
+        append(packet, static_cast<std::uint32_t>(body.size()), 2);
+        append(packet, static_cast<std::uint32_t>(id), 2);
+        packet.insert(packet.end(), body.begin(), body.end());
+        if (send(socket.handle(), packet.data(), packet.size(), MSG_NOSIGNAL) < 0)
+            continue;
+        if (auto answer = receive(socket.handle(), command, static_cast<std::uint16_t>(id), m_wait))
+            return answer;
+    }
+    return std::nullopt;
+}
+
+std::optional<Gvcp::Answer> Gvcp::readRegister(std::uint32_t address) const {
+    std::vector<std::uint8_t> body;
+    append(body, address, 4);
+    return ask(readRegisterCommand, body);
+}
+
+std::optional<Gvcp::Answer> Gvcp::readMemory(std::uint32_t address, std::uint16_t size) const {
+    std::vector<std::uint8_t> body;
+    append(body, address, 4);
+    append(body, size, 4);
+    auto answer = ask(readMemoryCommand, body);
+    if (answer && answer->data.size() >= memoryAddressSize)
+        answer->data.erase(answer->data.begin(), answer->data.begin() + memoryAddressSize);
+    return answer;
+}
+
+std::optional<std::uint32_t> Gvcp::value(const Answer& answer) {
+    if (answer.status != 0 || answer.data.size() < 4)
+        return std::nullopt;
+    return static_cast<std::uint32_t>(number16(answer.data.data())) << 16U |
+           number16(&answer.data[2]);
+}
+
+std::string Gvcp::text(const Answer& answer) {
+    if (answer.status != 0)
+        return {};
+    return {answer.data.begin(), std::find(answer.data.begin(), answer.data.end(), 0)};
+}
+
+OrvAccessModeType grantedBy(const Gvcp::Answer& privilege) {
+    const auto value = Gvcp::value(privilege);
+    // A camera that somebody has to himself may refuse. Any other refusal tells nothing: opening
+    // will show.
+    if (!value)
+        return privilege.status == accessDenied ? OrvAccessModeNone : allModes;
+    if ((*value & privilegeExclusive) != 0)
+        return OrvAccessModeNone;
+    return (*value & privilegeControl) != 0 ? OrvAccessModeRead : allModes;
+}
+
+} // namespace orv::aravis

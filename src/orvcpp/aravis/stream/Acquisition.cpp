@@ -1,0 +1,284 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/stream/Acquisition.h"
+
+#include "orvcpp/aravis/Fault.h"
+#include "orvcpp/aravis/Log.h"
+#include "orvcpp/aravis/device/NodeAccess.h"
+#include "orvcpp/aravis/stream/StreamOpening.h"
+#include "orvcpp/core/SdkThread.h"
+
+#include <utility>
+
+namespace orv::aravis {
+
+namespace {
+
+/// A camera that is slower opens its stream when it starts.
+constexpr std::chrono::milliseconds preparationLimit{1000};
+constexpr std::int64_t largestPayload = std::int64_t{1} << 31;
+/// A count of the library, not in the list of every kind of stream.
+constexpr const char* sizeMismatchCount = "n_size_mismatch_errors";
+
+std::uint64_t firstId(const CameraRecord& record) {
+    return record.type == OrvTransportLayerTypeGEV ? 1 : 0;
+}
+
+OrvErrorType readPayload(const FeatureCatalogue& features, std::size_t& payload) {
+    const auto feature = features.find("PayloadSize");
+    if (!feature)
+        return OrvErrorNotFound;
+    std::int64_t bytes = 0;
+    if (const OrvErrorType error = node::get(*feature, bytes))
+        return error;
+    if (bytes <= 0 || bytes > largestPayload)
+        return OrvErrorInvalidValue;
+    payload = static_cast<std::size_t>(bytes);
+    return OrvErrorSuccess;
+}
+
+OrvErrorType runCommand(const FeatureCatalogue& features, const char* name) {
+    const auto command = features.find(name);
+    return command ? node::run(*command) : OrvErrorNotFound;
+}
+
+/// Locks the settings that may not change while frames are sent, where the camera wants to be told.
+void lockSettings(const FeatureCatalogue& features, std::int64_t locked) {
+    if (const auto feature = features.find("TLParamsLocked"))
+        node::set(*feature, locked);
+}
+
+std::vector<StreamCount> readCounts(ArvStream* stream) {
+    std::vector<StreamCount> counts;
+    for (guint i = 0; i < arv_stream_get_n_infos(stream); ++i) {
+        if (arv_stream_get_info_type(stream, i) == G_TYPE_UINT64)
+            counts.push_back({arv_stream_get_info_name(stream, i),
+                              static_cast<std::int64_t>(arv_stream_get_info_uint64(stream, i))});
+    }
+    return counts;
+}
+
+/// Where a stream keeps its count of frames of a wrong size; nothing when it does not count them.
+std::optional<guint> findMismatchInfo(ArvStream* stream) {
+    for (guint i = 0; i < arv_stream_get_n_infos(stream); ++i) {
+        if (std::string(arv_stream_get_info_name(stream, i)) == sizeMismatchCount)
+            return i;
+    }
+    return std::nullopt;
+}
+
+OrvFrameStatusType statusOf(ArvBufferStatus status) {
+    switch (status) {
+    case ARV_BUFFER_STATUS_SUCCESS:
+        return OrvFrameStatusComplete;
+    case ARV_BUFFER_STATUS_TIMEOUT:
+    case ARV_BUFFER_STATUS_MISSING_PACKETS:
+    case ARV_BUFFER_STATUS_FILLING:
+    case ARV_BUFFER_STATUS_ABORTED:
+        return OrvFrameStatusIncomplete;
+    case ARV_BUFFER_STATUS_SIZE_MISMATCH:
+        return OrvFrameStatusTooSmall;
+    case ARV_BUFFER_STATUS_WRONG_PACKET_ID:
+    case ARV_BUFFER_STATUS_CLEARED:
+    case ARV_BUFFER_STATUS_UNKNOWN:
+        break;
+    }
+    return OrvFrameStatusInvalid;
+}
+
+} // namespace
+
+Acquisition::Acquisition(std::shared_ptr<DeviceSession> device, StreamPath path)
+    : m_device(std::move(device)), m_path(path) {}
+
+Acquisition::~Acquisition() = default;
+
+void Acquisition::prepare() {
+    m_device->call(
+        [self = shared_from_this()](ArvDevice* device) {
+            return self->m_stopping ? OrvErrorSuccess : self->makeStream(device);
+        },
+        preparationLimit);
+}
+
+OrvErrorType Acquisition::start(int bufferCount, std::shared_ptr<OrvCPP::IFrameObserver> observer,
+                                std::optional<std::uint64_t> previousId) {
+    m_isStarted = true;
+    m_observer = std::move(observer);
+    m_ids.emplace(firstId(m_device->record()), previousId);
+    const OrvErrorType error =
+        m_device->call([self = shared_from_this(), bufferCount](
+                           ArvDevice* device) { return self->startOn(device, bufferCount); },
+                       DeviceSession::longCallLimit);
+    if (error)
+        stop();
+    return error;
+}
+
+OrvErrorType Acquisition::startOn(ArvDevice* device, int bufferCount) {
+    const FeatureCatalogue& features = *m_device->features();
+    if (const OrvErrorType error = readPayload(features, m_payload))
+        return error;
+    if (!reusePrepared(device)) {
+        if (const OrvErrorType error = makeStream(device))
+            return error;
+    }
+    if (m_device->record().type == OrvTransportLayerTypeGEV)
+        logInfo(m_device->record().id() + ": Frames come through a " + path().description() + '.');
+    lockSettings(features, 1);
+    OrvErrorType error = announceFrames(bufferCount);
+    if (!error)
+        error = runCommand(features, "AcquisitionStart");
+    if (error || m_stopping)
+        lockSettings(features, 0);
+    return error;
+}
+
+bool Acquisition::reusePrepared(ArvDevice* device) const {
+    std::unique_lock lock(m_mutex);
+    ArvStream* const prepared = m_stream.get();
+    const int packetSize = m_packetSize;
+    const StreamPath path = m_path;
+    // Not held while the camera is asked: it is only on the device's thread that a stream ends.
+    lock.unlock();
+    return prepared && reuseStream(device, prepared, packetSize, path);
+}
+
+OrvErrorType Acquisition::makeStream(ArvDevice* device) {
+    StreamPath path = this->path();
+    {
+        // One at a time, since each tells the camera where to send.
+        GObjectPtr<ArvStream> unfit;
+        const std::lock_guard lock(m_mutex);
+        unfit.swap(m_stream);
+    }
+    Fault fault;
+    OpenedStream opened = openStream(device, path, &Acquisition::onStream, this, fault);
+    if (!opened.stream)
+        return fault.code() ? fault.code() : OrvErrorUnspecified;
+    const std::lock_guard lock(m_mutex);
+    if (m_stopping)
+        return OrvErrorInvalidCall;
+    m_path = path;
+    m_packetSize = opened.packetSize;
+    m_stream = std::move(opened.stream);
+    m_mismatchInfo = findMismatchInfo(m_stream.get());
+    return OrvErrorSuccess;
+}
+
+OrvErrorType Acquisition::announceFrames(int bufferCount) {
+    for (int i = 0; i < bufferCount; ++i) {
+        m_frames.push_back(std::make_shared<GenicamFrame>(weak_from_this(), m_payload));
+        if (const OrvErrorType error = queue(*m_frames.back()))
+            return error;
+    }
+    return OrvErrorSuccess;
+}
+
+OrvErrorType Acquisition::queue(GenicamFrame& frame) {
+    const std::lock_guard lock(m_mutex);
+    if (!m_stream)
+        return OrvErrorInvalidCall;
+    if (frame.m_isQueued.exchange(true))
+        return OrvErrorInUse;
+    // The stream gets a reference of its own, which comes back with the filled buffer.
+    g_object_ref(frame.m_buffer.get());
+    arv_stream_push_buffer(m_stream.get(), frame.m_buffer.get());
+    return OrvErrorSuccess;
+}
+
+void Acquisition::stop() {
+    if (m_stopping.exchange(true))
+        return;
+    if (!m_isStarted) {
+        endDelivery();
+        return;
+    }
+    m_device->call([self = shared_from_this()](ArvDevice*) {
+        const FeatureCatalogue& features = *self->m_device->features();
+        const OrvErrorType error = runCommand(features, "AcquisitionStop");
+        if (!error)
+            lockSettings(features, 0);
+        return error;
+    });
+    endDelivery();
+}
+
+void Acquisition::endDelivery() {
+    GObjectPtr<ArvStream> ending;
+    std::shared_ptr<OrvCPP::IFrameObserver> observer;
+    {
+        // Waits for a frame that is being delivered.
+        const std::lock_guard delivery(m_delivery);
+        const std::lock_guard lock(m_mutex);
+        if (!m_stream)
+            return;
+        m_lastCounts = readCounts(m_stream.get());
+        ending = std::move(m_stream);
+        // The user's, and not to be kept alive by what the library takes its time with.
+        observer.swap(m_observer);
+    }
+    // The library takes seconds to end the stream of a camera that has died. Until then it may
+    // write to the frames and call back.
+    m_device->callLater([self = shared_from_this(), stream = std::shared_ptr<ArvStream>(std::move(
+                                                        ending))]() mutable { stream.reset(); });
+}
+
+std::vector<StreamCount> Acquisition::counts() const {
+    const std::lock_guard lock(m_mutex);
+    return m_stream ? readCounts(m_stream.get()) : m_lastCounts;
+}
+
+StreamPath Acquisition::path() const {
+    const std::lock_guard lock(m_mutex);
+    return m_path;
+}
+
+std::optional<std::uint64_t> Acquisition::lastIdOfCamera() const {
+    return m_ids ? m_ids->lastOfCamera() : std::nullopt;
+}
+
+void Acquisition::onStream(void* acquisition, ArvStreamCallbackType type, ArvBuffer* /*buffer*/) {
+    if (type == ARV_STREAM_CALLBACK_TYPE_INIT)
+        setCurrentSdkThread(SdkThread::Frames);
+    else if (type == ARV_STREAM_CALLBACK_TYPE_BUFFER_DONE)
+        static_cast<Acquisition*>(acquisition)->bufferDone();
+}
+
+void Acquisition::bufferDone() {
+    const std::lock_guard delivery(m_delivery);
+    GObjectPtr<ArvBuffer> buffer;
+    {
+        const std::lock_guard lock(m_mutex);
+        // A frame that ends because the stream does was not received; one that came while the
+        // camera was being stopped was.
+        if (!m_stream)
+            return;
+        buffer.reset(arv_stream_try_pop_buffer(m_stream.get()));
+    }
+    // Which of those that come incomplete by then the stop has cut, nobody can tell.
+    if (!buffer || (m_stopping && arv_buffer_get_status(buffer.get()) != ARV_BUFFER_STATUS_SUCCESS))
+        return;
+    deliver(*static_cast<GenicamFrame*>(const_cast<void*>(arv_buffer_get_user_data(buffer.get()))));
+}
+
+void Acquisition::deliver(GenicamFrame& frame) {
+    m_device->noteLife();
+    ArvBuffer* const buffer = frame.m_buffer.get();
+    frame.m_isQueued.store(false);
+    frame.m_status = statusOf(arv_buffer_get_status(buffer));
+    std::size_t size = 0;
+    arv_buffer_get_data(buffer, &size);
+    const std::uint64_t mismatches =
+        m_mismatchInfo ? arv_stream_get_info_uint64(m_stream.get(), *m_mismatchInfo) : 0;
+    if (frame.m_status == OrvFrameStatusComplete &&
+        (size != m_payload || mismatches != m_sizeMismatches))
+        frame.m_status = OrvFrameStatusTooSmall;
+    m_sizeMismatches = mismatches;
+    frame.m_id =
+        m_ids->extend(arv_buffer_get_frame_id(buffer), frame.m_status == OrvFrameStatusComplete);
+    frame.m_timestamp = arv_buffer_get_timestamp(buffer);
+    frame.readImage();
+    m_observer->FrameReceived(frame.shared_from_this());
+}
+
+} // namespace orv::aravis

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "OrvCPP/OrvSystem.h"
+
+#include "orvcpp/core/System.h"
+
+namespace OrvCPP {
+
+OrvSystem& OrvSystem::GetInstance() {
+    static orv::System system;
+    return system;
+}
+
+} // namespace OrvCPP

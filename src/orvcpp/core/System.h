@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "orvcpp/core/CallGate.h"
+#include "orvcpp/core/Provider.h"
+
+#include "OrvCPP/OrvSystem.h"
+#include "OrvSimulation/Simulation.h"
+
+#include <QString>
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace orv {
+
+/// The one system object: gathers what its providers offer. Thread-safe; no lock is held while a
+/// provider, an observer or the camera factory is called, but for the factory's own.
+class System final : public OrvCPP::OrvSystem, public OrvCPP::ISimulation, private ProviderHost {
+public:
+    System();
+    ~System() override;
+
+    OrvErrorType QueryVersion(OrvVersionInfo& version) const override;
+    OrvErrorType Startup() override;
+    OrvErrorType Startup(const wchar_t* pathConfiguration) override;
+    OrvErrorType Shutdown() override;
+    OrvErrorType GetStartupError(char* buffer, std::uint32_t& length) const override;
+
+    OrvErrorType GetInterfaces(std::shared_ptr<OrvCPP::Interface>* interfaces,
+                               std::uint32_t& count) override;
+    OrvErrorType GetInterfaceByID(const char* id,
+                                  std::shared_ptr<OrvCPP::Interface>& found) override;
+    OrvErrorType GetCameras(std::shared_ptr<OrvCPP::Camera>* cameras,
+                            std::uint32_t& count) override;
+    OrvErrorType GetCameraByID(const char* id, std::shared_ptr<OrvCPP::Camera>& camera) override;
+    OrvErrorType GetTransportLayers(std::shared_ptr<OrvCPP::TransportLayer>* layers,
+                                    std::uint32_t& count) override;
+    OrvErrorType GetTransportLayerByID(const char* id,
+                                       std::shared_ptr<OrvCPP::TransportLayer>& layer) override;
+
+    OrvErrorType RegisterCameraListObserver(
+        const std::shared_ptr<OrvCPP::ICameraListObserver>& observer) override;
+    OrvErrorType UnregisterCameraListObserver(
+        const std::shared_ptr<OrvCPP::ICameraListObserver>& observer) override;
+    OrvErrorType RegisterInterfaceListObserver(
+        const std::shared_ptr<OrvCPP::IInterfaceListObserver>& observer) override;
+    OrvErrorType UnregisterInterfaceListObserver(
+        const std::shared_ptr<OrvCPP::IInterfaceListObserver>& observer) override;
+    OrvErrorType
+    RegisterCameraFactory(const std::shared_ptr<OrvCPP::ICameraFactory>& factory) override;
+    OrvErrorType UnregisterCameraFactory() override;
+
+    OrvCPP::SimulatedHost GetHost() const override;
+    std::uint64_t GetCallCount() const override;
+    void ResetCalls() override;
+    void FailCall(std::uint64_t number, OrvErrorType code) override;
+    bool SetCameraPlugged(const std::string& id, bool plugged) override;
+
+private:
+    using Providers = std::vector<std::shared_ptr<Provider>>;
+
+    std::shared_ptr<OrvCPP::Camera>
+    handedOut(const std::shared_ptr<OrvCPP::Camera>& found) override;
+    void cameraListChanged(const std::shared_ptr<OrvCPP::Camera>& found,
+                           OrvUpdateTriggerType reason) override;
+
+    OrvErrorType startWith(const QString& configuration);
+    OrvErrorType make(const QString& configuration, Providers& made, std::string& error);
+    /// Counts a call; an error when it is not to be carried out.
+    OrvErrorType enter() const;
+    Providers providers() const;
+
+    const std::shared_ptr<CallGate> m_gate = std::make_shared<CallGate>();
+    /// Held from begin to end of starting and stopping.
+    mutable std::mutex m_lifecycle;
+    mutable std::mutex m_mutex;
+    /// Until the next mutex guarded by m_mutex.
+    Providers m_providers;
+    bool m_isStarted = false;
+    std::string m_startupError;
+    std::vector<std::shared_ptr<OrvCPP::ICameraListObserver>> m_cameraObservers;
+    std::vector<std::shared_ptr<OrvCPP::IInterfaceListObserver>> m_interfaceObservers;
+    std::shared_ptr<OrvCPP::ICameraFactory> m_factory;
+    /// Held while the factory is called, which may call back; guards m_handedOut.
+    std::recursive_mutex m_factoryMutex;
+    /// What is handed out for a camera that was found, by the provider's object.
+    std::map<std::shared_ptr<OrvCPP::Camera>, std::shared_ptr<OrvCPP::Camera>> m_handedOut;
+};
+
+} // namespace orv

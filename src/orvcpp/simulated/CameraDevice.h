@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "orvcpp/core/Device.h"
+#include "orvcpp/core/Session.h"
+#include "orvcpp/simulated/CameraModel.h"
+
+#include "OrvCPP/Camera.h"
+
+#include <memory>
+#include <mutex>
+
+namespace orv::simulated {
+
+/// A simulated camera itself, as opposed to the SDK's object for it: its settings, who has it
+/// open, and its acquisition. Thread-safe.
+///
+/// Locks are taken in this order: control, the device's mutex, the link's. Callbacks run with none
+/// of them held.
+class CameraDevice final : public Device {
+public:
+    CameraDevice(std::shared_ptr<Session> session, std::shared_ptr<Link> link,
+                 std::shared_ptr<PatternStore> patterns, const CameraData& data, bool isUsb);
+
+    OrvErrorType open(OrvAccessModeType mode);
+    OrvErrorType close();
+    OrvErrorType start(int bufferCount, const std::shared_ptr<OrvCPP::IFrameObserver>& observer);
+    OrvErrorType stop();
+
+    OrvAccessModeType permittedAccess();
+    bool isPlugged();
+    /// True when that changed anything. A camera that is plugged in has the image, acquisition and
+    /// bandwidth settings with which it powers up.
+    bool setPlugged(bool plugged);
+    /// What a call that needs the camera open answers.
+    OrvErrorType checkOpen();
+    bool isUsb() const { return m_isUsb; }
+
+    OrvErrorType admits(bool writing) const override;
+    void changed() override;
+
+    /// Guarded by mutex(), as it is while a feature of the camera is read or written.
+    CameraModel& model() { return m_model; }
+    StreamStatistics& statistics() { return *m_statistics; }
+    const CameraData& data() const { return m_model.data(); }
+
+private:
+    OrvErrorType mayOpen(OrvAccessModeType mode) const;
+    OrvErrorType stopStreaming();
+    FrameSourceSettings sourceSettings(int bufferCount) const;
+
+    const std::shared_ptr<Session> m_session;
+    const std::shared_ptr<Link> m_link;
+    const std::shared_ptr<PatternStore> m_patterns;
+    const std::shared_ptr<StreamStatistics> m_statistics = std::make_shared<StreamStatistics>();
+    const bool m_isUsb;
+
+    /// Held from begin to end of opening, closing, starting and stopping.
+    std::mutex m_control;
+    /// All below guarded by mutex().
+    CameraModel m_model;
+    OrvAccessModeType m_mode = OrvAccessModeNone;
+    bool m_isPlugged = true;
+    /// It was unplugged while it was open, and not closed since.
+    bool m_isGone = false;
+    std::shared_ptr<FrameSource> m_source;
+};
+
+} // namespace orv::simulated

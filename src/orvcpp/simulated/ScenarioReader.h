@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "orvcpp/core/ObjectReader.h"
+#include "orvcpp/simulated/Scenario.h"
+
+#include <QString>
+
+namespace orv::simulated {
+
+/// Reads a scenario from the top level of a scenario file. Throws a FormatError.
+Scenario readScenario(ObjectReader reader);
+
+/// File of a scenario as a configuration names it: ":name" is an embedded one, everything else a
+/// path, relative to \p folder.
+QString scenarioFile(const QString& name, const QString& folder);
+
+/// Name of the scenario that runs when nothing else was asked for.
+QString defaultScenarioName();
+
+} // namespace orv::simulated

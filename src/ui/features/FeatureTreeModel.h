@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "ui/features/FeatureTreeItem.h"
+#include "ui/tree/BasicTreeModel.h"
+
+#include <memory>
+#include <string>
+
+class FeatureController;
+
+/// All features of a camera with their values, by module and category. Bound to the GUI thread.
+///
+/// Building the tree asks the camera for names and categories only. A feature's description is read
+/// when a view first asks for its value or tool tip, and kept. Its display name and whether it is
+/// writable are read before that when they are all that is asked for: a tree view sorts and lays
+/// out rows that are out of sight. After a write or a command everything that was read is outdated,
+/// since features depend on each other. Others write to the camera, too: outdateValues() tells.
+/// What is outdated and on view is read again at once, the rest when it comes on view.
+class FeatureTreeModel : public BasicTreeModel {
+    Q_OBJECT
+
+public:
+    enum Column { NameColumn, ValueColumn };
+    /// The FeatureInfo of a feature as it was last on view. Asks the camera for nothing: of one
+    /// that was not on view yet, it tells name and category.
+    static constexpr int InfoRole = Qt::UserRole;
+
+    /// \param controller may be empty: then there are no features.
+    explicit FeatureTreeModel(std::shared_ptr<FeatureController> controller,
+                              QObject* parent = nullptr);
+    ~FeatureTreeModel() override;
+
+    void setupModelData() override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    /// Writes a value to the camera or runs a command; any value but false does that. False when
+    /// the camera refused, and when the value is the present one and nothing was written.
+    bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+    /// Has what was read, but for the names, read again when it is asked for: all features are told
+    /// to have changed.
+    void outdateValues();
+    /// The same for the feature at \p index.
+    void outdateValue(const QModelIndex& index);
+
+private:
+    FeatureTreeItem& itemOf(const QModelIndex& index) const;
+    FeatureTreeItem* featureAt(const QModelIndex& index) const;
+    void addModule(FeatureTreeItem& parent, const std::string& module) const;
+    QVariant groupData(const FeatureTreeItem& group, int column, int role) const;
+    QVariant featureData(FeatureTreeItem& feature, int column, int role) const;
+    void readOutline(FeatureTreeItem& feature) const;
+    void readInfo(FeatureTreeItem& feature) const;
+    bool isWritable(FeatureTreeItem& feature) const;
+    bool runCommand(const FeatureTreeItem& feature, const QVariant& value);
+    bool writeValue(FeatureTreeItem& feature, const QVariant& value);
+    void outdateValuesBelow(BasicTreeItem& parent);
+
+    std::shared_ptr<FeatureController> m_controller;
+    bool m_loadsLazily = false;
+};

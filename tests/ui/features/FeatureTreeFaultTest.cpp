@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "OrvCPP/OrvSystem.h"
+#include "OrvSimulation/Simulation.h"
+#include "features/FeatureController.h"
+#include "sdk/OrvCameraWrapper.h"
+#include "tests/support/CapturedLog.h"
+#include "tests/ui/features/FeatureTreeWindow.h"
+#include "ui/features/FeatureTreeModel.h"
+#include "ui/features/LongSpinBox.h"
+
+#include <QComboBox>
+#include <QPushButton>
+#include <QScrollBar>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+constexpr const char* cameraId = "DEV_G001";
+
+/// Presses the key that leads away from the value.
+void step(LongSpinBox& spin) {
+    QTest::keyClick(&spin, spin.value() == 64 ? Qt::Key_Down : Qt::Key_Up);
+}
+
+void step(QComboBox& box) {
+    QTest::keyClick(&box, box.currentIndex() == 0 ? Qt::Key_End : Qt::Key_Home);
+}
+
+void step(QPushButton& /*button*/) {}
+
+/// The feature tree of a simulated camera, each call of which can be made to fail.
+class FeatureTreeFaults : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(m_system.Startup(L"" FAULT_SCENARIO), OrvErrorSuccess);
+        std::shared_ptr<OrvCPP::Camera> found;
+        ASSERT_EQ(m_system.GetCameraByID(cameraId, found), OrvErrorSuccess);
+        m_camera = std::make_shared<OrvCameraWrapper>(found);
+        ASSERT_EQ(m_camera->Open(OrvAccessModeFull), OrvErrorSuccess);
+    }
+    void TearDown() override {
+        m_camera->Close();
+        m_camera.reset();
+        m_system.Shutdown();
+    }
+
+    /// Of a controller that knows nothing yet: everything is asked for, and can fail.
+    std::shared_ptr<FeatureController> makeFeatures() const {
+        return std::make_shared<FeatureController>(m_camera, "Cam");
+    }
+
+    /// Begins to edit a feature and chooses another value. Null for one that cannot be edited now.
+    template <class Part> static Part* begin(const FeatureTreeWindow& window, const char* name) {
+        const QWidget* editor = window.edit(name);
+        auto* part = editor != nullptr ? editor->findChild<Part*>() : nullptr;
+        if (part != nullptr)
+            step(*part);
+        return part;
+    }
+    /// False for a feature that cannot be edited now.
+    template <class Part> static bool edit(const FeatureTreeWindow& window, const char* name) {
+        auto* part = begin<Part>(window, name);
+        if (part != nullptr)
+            QTest::keyClick(part, Qt::Key_Return);
+        return part != nullptr;
+    }
+
+    static void scroll(const FeatureTreeWindow& window) {
+        QScrollBar& bar = *window.tree.verticalScrollBar();
+        do {
+            window.tree.viewport()->grab();
+            bar.triggerAction(QAbstractSlider::SliderPageStepAdd);
+        } while (bar.value() < bar.maximum());
+    }
+
+    /// Features of which the tree shows what it writes.
+    static int featuresThatObey(QAbstractItemModel& tree) {
+        int count = 0;
+        for (const char* name : {"Width", "Height"}) {
+            const QModelIndex index = rowIn(tree, name).siblingAtColumn(1);
+            const int other = index.data().toInt() == 64 ? 32 : 64;
+            count += tree.setData(index, other) && index.data().toInt() == other ? 1 : 0;
+        }
+        return count;
+    }
+
+    /// What a user does in a minute, while one call fails: opens the tree, sees all of it, edits a
+    /// number, an enumeration that others depend on, runs a command, and closes the tree over an
+    /// edit. Answers how many calls were made.
+    std::uint64_t run(std::uint64_t failingCall, bool filtered) {
+        m_log.clear();
+        m_simulation->ResetCalls();
+        m_simulation->FailCall(failingCall, OrvErrorInternalFault);
+        const FeatureTreeWindow window(makeFeatures());
+        window.filter.setChecked(filtered);
+        window.tree.expandAll();
+        scroll(window);
+        edit<LongSpinBox>(window, "Width");
+        edit<QComboBox>(window, "Pixel Format");
+        EXPECT_TRUE(edit<QPushButton>(window, "Trigger Software") || failingCall > 0);
+        window.tree.viewport()->grab();
+        if (failingCall > 0 && m_simulation->GetCallCount() >= failingCall)
+            expectThatItStillWorks(*window.tree.model(), failingCall);
+        begin<LongSpinBox>(window, "Height");
+        window.dialog->close();
+        EXPECT_EQ(window.closed, 1);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_TRUE(window.dialog.isNull());
+        const std::uint64_t calls = m_simulation->GetCallCount();
+        m_simulation->FailCall(0, OrvErrorSuccess);
+        return calls;
+    }
+
+    /// One call is about one feature, but for those that list them all.
+    void expectThatItStillWorks(QAbstractItemModel& tree, std::uint64_t failingCall) {
+        m_simulation->FailCall(0, OrvErrorSuccess);
+        const bool listed =
+            m_log.text().find("Cannot get features of module: 'Camera'") == std::string::npos;
+        m_unlisted += listed ? 0 : 1;
+        EXPECT_GE(featuresThatObey(tree), listed ? 1 : 0) << "failing call " << failingCall;
+    }
+
+    /// Builds a tree while one call fails. Answers how many calls were made.
+    std::uint64_t list(std::uint64_t failingCall) {
+        m_log.clear();
+        m_simulation->ResetCalls();
+        m_simulation->FailCall(failingCall, OrvErrorInternalFault);
+        FeatureTreeModel tree(makeFeatures());
+        tree.setupModelData();
+        const std::uint64_t calls = m_simulation->GetCallCount();
+        expectThatItStillWorks(tree, failingCall);
+        return calls;
+    }
+
+    CapturedLog m_log;
+    OrvCPP::OrvSystem& m_system = OrvCPP::OrvSystem::GetInstance();
+    OrvCPP::ISimulation* m_simulation = dynamic_cast<OrvCPP::ISimulation*>(&m_system);
+    std::shared_ptr<OrvCameraWrapper> m_camera;
+    int m_unlisted = 0;
+};
+
+TEST_F(FeatureTreeFaults, NothingFailsWithoutAFault) {
+    const auto features = makeFeatures();
+    const auto values = [&features] {
+        std::vector<FeatureValue> found;
+        for (const char* name : {"Width", "PixelFormat", "Height"})
+            found.push_back(features->getFeatureValue("Camera", name));
+        return found;
+    };
+    const auto before = values();
+    for (const bool filtered : {true, false}) {
+        run(0, filtered);
+        EXPECT_THAT(m_log.text(), testing::Not(testing::HasSubstr("Warning:")));
+        EXPECT_THAT(values(), testing::Pointwise(testing::Ne(), before));
+        run(0, filtered);
+        EXPECT_EQ(values(), before);
+    }
+}
+
+TEST_F(FeatureTreeFaults, AnyFailingCallLeavesAListThatCanBeUsed) {
+    const std::uint64_t calls = list(0);
+    EXPECT_GT(calls, 1000U);
+    for (std::uint64_t failingCall = 1; failingCall <= calls && !HasFailure(); ++failingCall)
+        list(failingCall);
+    EXPECT_EQ(m_unlisted, 2) << "the number of the camera's features, and the features";
+}
+
+TEST_F(FeatureTreeFaults, AnyFailingCallLeavesTheListedTreeUsable) {
+    const std::uint64_t listing = list(0);
+    for (const auto& [filtered, first, interval, least] :
+         {std::tuple(true, listing + 1, 1U, listing + 600), {false, 1, 67, 4000}}) {
+        std::uint64_t failingCall = first;
+        while (run(failingCall, filtered) >= failingCall && !HasFailure())
+            failingCall += interval;
+        EXPECT_GT(failingCall, least);
+    }
+}
+
+TEST_F(FeatureTreeFaults, AVanishedCameraLeavesNothingToWriteTo) {
+    using End = void (*)(const FeatureTreeWindow&, QWidget&);
+    const End ends[] = {
+        [](const FeatureTreeWindow& window, QWidget& editor) {
+            QTest::keyClick(&editor, Qt::Key_Return);
+            EXPECT_EQ(window.value("Width"), QStringLiteral("64"));
+            window.filter.click();
+            window.tree.expandAll();
+            scroll(window);
+            EXPECT_EQ(window.edit("Height"), nullptr) << "it cannot be read any more";
+        },
+        [](const FeatureTreeWindow& window, QWidget& /*editor*/) { window.dialog->close(); },
+    };
+    for (const End& end : ends) {
+        const FeatureTreeWindow window(makeFeatures());
+        auto* editor = begin<LongSpinBox>(window, "Width");
+        ASSERT_NE(editor, nullptr);
+        m_simulation->SetCameraPlugged(cameraId, false);
+        // The main dialog lets go of it.
+        m_camera->Close();
+        m_log.clear();
+        end(window, *editor);
+        EXPECT_THAT(m_log.text(),
+                    testing::HasSubstr("Warning:Cam: Cannot set feature 'Width' to value: 56"));
+        m_simulation->SetCameraPlugged(cameraId, true);
+        ASSERT_EQ(m_camera->Open(OrvAccessModeFull), OrvErrorSuccess);
+    }
+    EXPECT_GT(featuresThatObey(*FeatureTreeWindow(makeFeatures()).tree.model()), 0);
+}
+
+} // namespace
