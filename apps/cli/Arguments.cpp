@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/Arguments.h"
 
-#include "cli/Command.h"
+#include "cli/Failure.h"
 
 #include <QCommandLineParser>
 
@@ -9,7 +9,7 @@ namespace cli {
 
 namespace {
 
-/// Stands in front of a negative number while the arguments are parsed.
+/// Marks a negative number, so that the parser does not take it for an option.
 constexpr QChar shield(0x1f);
 
 bool isNegativeNumber(const QString& text) {

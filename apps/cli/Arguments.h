@@ -8,27 +8,28 @@ class QCommandLineParser;
 
 namespace cli {
 
-/// A number that an option takes.
+/// The range of a numeric option.
 struct NumberRange {
     double least;
     double most;
-    /// When the option is not given.
+    /// The value when the option is not given.
     double absent;
 };
 
-/// The options and operands of a command. What is wrong with them is thrown as a Failure.
+/// The options and operands of a command. Invalid ones throw a Failure.
 class Arguments {
 public:
-    /// \p parser must outlive this object, and have parsed what shielded() answered.
+    /// \p parser must outlive this object, and have parsed the result of shielded().
     explicit Arguments(const QCommandLineParser& parser) : m_parser(parser) {}
 
-    /// \p arguments so that the parser does not take a negative number for an option.
+    /// Marks negative numbers in \p arguments, which the parser would take for options.
     static QStringList shielded(QStringList arguments);
 
     bool has(const QString& option) const;
     QString value(const QString& option) const;
     QStringList values(const QString& option) const;
-    /// What the range has as absent when the option is not given.
+    /// The option's number, or `range.absent`. Throws a Failure for text and for numbers out of
+    /// range.
     double number(const QString& option, const NumberRange& range) const;
     QStringList operands() const;
     const QCommandLineParser& parser() const { return m_parser; }

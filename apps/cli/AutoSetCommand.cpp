@@ -20,10 +20,10 @@ struct Margins {
     double cameraPercent;
 };
 
-/// Everything that is asked for.
+/// The options of one run.
 struct Task {
     const HostInterface& interface;
-    /// The one camera that is set; none when the interface is divided.
+    /// The camera to set; null when the interface is divided.
     std::shared_ptr<CameraHandler> camera;
     Margins margins;
     bool adjustsPacketSize;
@@ -47,7 +47,7 @@ Margins marginsFor(const Arguments& arguments, OrvTransportLayerType type) {
             percent(arguments, "camera-margin", recommended.cameraPercent)};
 }
 
-/// Wrong use is to be told before cameras are opened.
+/// Finds wrong use before cameras are opened.
 void checkOptions(const Arguments& arguments) {
     const bool hasCamera = arguments.has(QStringLiteral("camera"));
     if (hasCamera == arguments.has(interfaceOption))
@@ -74,7 +74,7 @@ Task makeTask(Cameras& cameras, const Arguments& arguments) {
     std::shared_ptr<CameraHandler> camera;
     if (arguments.has(QStringLiteral("camera"))) {
         camera = cameras.findCamera(arguments.value(QStringLiteral("camera")));
-        // Says so if it is not open.
+        // Throws unless the camera is open.
         cameras.findFeatures(cameraId(*camera));
     }
     const HostInterface& interface = camera
@@ -89,7 +89,8 @@ Task makeTask(Cameras& cameras, const Arguments& arguments) {
             arguments.has(QStringLiteral("adjust-packet-size"))};
 }
 
-/// Locks cameras and sets the maximum. Without a speed, all that Auto Set could give is minima.
+/// Locks cameras and sets the maximum. Fails for an interface of unknown speed, where Auto Set
+/// would set every camera to its minimum.
 void prepareInterface(Cameras& cameras, const Task& task, const Arguments& arguments) {
     for (const QString& locked : arguments.values(QStringLiteral("lock")))
         findCamera(task.interface.cameras, locked)->setLocked(true);
@@ -130,8 +131,7 @@ QJsonObject runTask(Cameras& cameras, const Task& task) {
     autoSet(cameras, task);
     const auto bitsPerSecond = static_cast<double>(
         cameras.controller().getInterfaceSpeed(task.interface.name.toStdString()));
-    warnOfExcess(task.interface, limitsOf(task.interface), bitsPerSecond,
-                 task.margins.interfacePercent);
+    cameras.warnOfExcess(task.interface, task.margins.interfacePercent);
     return {
         {QStringLiteral("interface"), task.interface.name},
         {QStringLiteral("bitsPerSecond"), bitsPerSecond},
@@ -141,8 +141,7 @@ QJsonObject runTask(Cameras& cameras, const Task& task) {
     };
 }
 
-/// An interruption is left until Auto Set has come to its end, since a camera that it is trying
-/// values on would keep one of them.
+/// Auto Set itself is not interrupted: a camera would keep a value that the search was trying.
 Report runAutoSet(Context& context) {
     const Arguments& arguments = context.arguments;
     checkOptions(arguments);
@@ -191,7 +190,7 @@ Command autoSetCommand() {
         {QStringLiteral("camera-margin"),
          QStringLiteral("Percent to add to what a camera needs, 0 to 50; 5 by default."), number},
         {QStringLiteral("lock"),
-         QStringLiteral("A camera that keeps its bandwidth; can be given again and again."),
+         QStringLiteral("A camera that keeps its bandwidth; may be given several times."),
          QStringLiteral("camera")},
         {maxBandwidthOption,
          QStringLiteral("MB/s that the interface carries, in place of its link speed."), number},

@@ -9,17 +9,17 @@
 
 namespace cli {
 
-/// The cameras' limits in bytes per second; no number for one that is not open.
+/// The cameras' limits in bytes per second; null for one that is not open.
 QJsonArray bandwidthsOf(const CameraList& cameras);
 
-/// What Auto Set has done to each camera; \p before are the limits that they had.
+/// The result of Auto Set for each camera; \p before are the limits before it.
 QJsonArray describeAutoSet(const CameraList& cameras, const QJsonArray& before);
 
-/// Whether every open camera that takes part has been given a limit, and there is an open one.
-/// \p result has these descriptions as its "cameras".
+/// Whether at least one camera is open, and every open camera that takes part was given a limit.
+/// \p result has the rows of describeAutoSet() as its "cameras".
 bool isAutoSet(const QJsonObject& result);
 
-/// The "interface" of a result, the sum of the limits beside what it carries, and the cameras.
+/// The interface, the sum of the limits beside its speed, and the table of cameras.
 QString autoSetText(const QJsonObject& result);
 
 } // namespace cli

@@ -22,7 +22,7 @@ using std::chrono::steady_clock;
 constexpr QLatin1String secondsOption("seconds");
 constexpr QLatin1String packetSizeOption("adjust-packet-size");
 
-/// How many frames each camera of an interface has received, and when.
+/// The number of frames that each camera of an interface has received at a point in time.
 struct FrameCounts {
     steady_clock::time_point time;
     std::vector<std::uint64_t> received;
@@ -33,7 +33,7 @@ double secondsBetween(const FrameCounts& since, const FrameCounts& until) {
     return static_cast<double>(passed.count()) / 1000;
 }
 
-/// Frames per second of the camera with that index, on average.
+/// Average frames per second of the camera with that index.
 double frameRate(const FrameCounts& since, const FrameCounts& until, std::size_t camera) {
     const double seconds = secondsBetween(since, until);
     const auto frames = static_cast<double>(until.received[camera] - since.received[camera]);
@@ -52,15 +52,16 @@ void addFigures(QJsonObject& row, const FrameStatistics& statistics, double fram
     row[QStringLiteral("incompleteFrames")] = number(statistics.incompleteFrames);
 }
 
-/// Whether a camera can be reached, told by a feature that every camera has.
+/// Whether a camera can be reached: every camera has the feature Width.
 bool answers(const CameraHandler& camera) {
     return camera.getFeatureController()->readFeatureValue("Camera", "Width").has_value();
 }
 
-/// Streams from an interface's cameras for as long as it lives.
-class Streaming {
+/// Streams from the cameras of an interface until it is destroyed.
+class StreamingCameras {
 public:
-    Streaming(SystemController& controller, const HostInterface& interface, bool adjustsPacketSize)
+    StreamingCameras(SystemController& controller, const HostInterface& interface,
+                     bool adjustsPacketSize)
         : m_controller(controller), m_interface(interface) {
         m_controller.startBenchmark(interface.index, adjustsPacketSize);
         for (const auto& camera : interface.cameras) {
@@ -68,10 +69,10 @@ public:
                 m_started.insert(camera);
         }
     }
-    ~Streaming() { stop(); }
+    ~StreamingCameras() { stop(); }
 
-    Streaming(const Streaming&) = delete;
-    Streaming& operator=(const Streaming&) = delete;
+    StreamingCameras(const StreamingCameras&) = delete;
+    StreamingCameras& operator=(const StreamingCameras&) = delete;
 
     bool isEmpty() const { return m_started.empty(); }
 
@@ -82,8 +83,8 @@ public:
         m_controller.stopBenchmark(m_interface.index);
     }
 
-    /// Leaves out the cameras that have gone while they streamed, which stopping does not tell.
-    void dropThoseGone() {
+    /// Removes cameras that were disconnected while they streamed; stopping does not report that.
+    void removeDisconnected() {
         for (auto camera = m_started.begin(); camera != m_started.end();)
             camera = answers(**camera) ? std::next(camera) : m_started.erase(camera);
     }
@@ -118,10 +119,10 @@ private:
     bool m_isStopped = false;
 };
 
-/// Sleeps until the time is up, and tells in between. True when that answers false, or the program
-/// is interrupted, before.
+/// Waits until the time is up and calls \p onInterval at each interval. Returns true when it was
+/// ended early: by an interruption, or since \p onInterval returned false.
 bool awaitEnd(const BenchmarkPlan& plan, Interruption& interruption,
-              const std::function<bool()>& tell) {
+              const std::function<bool()>& onInterval) {
     const auto start = steady_clock::now();
     const auto end = start + milliseconds(std::llround(plan.seconds * 1000));
     for (auto next = start + plan.interval;; next += plan.interval) {
@@ -131,7 +132,7 @@ bool awaitEnd(const BenchmarkPlan& plan, Interruption& interruption,
             return true;
         if (plan.seconds > 0 && until == end)
             return false;
-        if (!tell())
+        if (!onInterval())
             return true;
     }
 }
@@ -142,7 +143,7 @@ QJsonObject runBenchmark(Cameras& cameras, const HostInterface& interface,
                          const BenchmarkPlan& plan, Interruption& interruption,
                          const BenchmarkProgress& progress) {
     cameras.warnOfLimits();
-    Streaming streaming(cameras.controller(), interface, plan.adjustsPacketSize);
+    StreamingCameras streaming(cameras.controller(), interface, plan.adjustsPacketSize);
     if (streaming.isEmpty())
         throw Failure(QStringLiteral("No camera of %1 streams.").arg(interface.name));
     const FrameCounts first = streaming.counts();
@@ -157,7 +158,7 @@ QJsonObject runBenchmark(Cameras& cameras, const HostInterface& interface,
     });
     const FrameCounts end = streaming.counts();
     streaming.stop();
-    streaming.dropThoseGone();
+    streaming.removeDisconnected();
     return {
         {QStringLiteral("interface"), interface.name},
         {QStringLiteral("seconds"), secondsBetween(first, end)},
@@ -192,8 +193,8 @@ QStringList benchmarkLines(const QJsonArray& cameras, int width) {
                             {QStringLiteral("Lost"), QStringLiteral("lostFrames")},
                             {QStringLiteral("Incomplete"), QStringLiteral("incompleteFrames")}};
     QStringList lines = tableLines(columns, cameras);
-    // Which camera it is and what it loses is what everybody has to see. The second line is drawn
-    // below all headings.
+    // Leaves the ID and the losses. The second line is the rule below the headings: as wide as
+    // they.
     for (const char* key : {"name", "payloadBytes", "sentFrames", "receivedFrames"}) {
         if (lines[1].size() <= width)
             break;

@@ -24,7 +24,7 @@ Command benchmarkCommand() {
     command.name = QStringLiteral("benchmark");
     command.summary = QStringLiteral(
         "Stream from all cameras of an interface and count what arrives. Frame rates are averages. "
-        "Ctrl+C ends it early and tells what was counted so far.");
+        "Ctrl+C ends it early and prints what was counted so far.");
     command.options = benchmarkOptions(QStringLiteral("10"));
     command.options += QCommandLineOption(
         QStringLiteral("fail-on-loss"),

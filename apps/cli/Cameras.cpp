@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/Cameras.h"
 
-#include "cli/Command.h"
-#include "cli/Near.h"
+#include "cli/Failure.h"
 #include "engine/CameraHandler.h"
 #include "engine/MakeSystemController.h"
 #include "engine/SafetyMargins.h"
@@ -18,13 +17,13 @@ QString toQString(const std::string& text) {
     return QString::fromStdString(text);
 }
 
-/// Names by which a thing may be called, the one that only it has first.
+/// The names of a camera or interface. The first is unique.
 using Names = QStringList;
 
 QVector<int> named(const QVector<Names>& things, const QString& wanted, Qt::CaseSensitivity cases) {
     QVector<int> found;
     for (int i = 0; i < things.size(); ++i) {
-        // The thing's own name wins over others that are called alike.
+        // The unique name wins over equal names of others.
         if (things[i].constFirst() == wanted)
             return {i};
         if (things[i].contains(wanted, cases))
@@ -33,7 +32,7 @@ QVector<int> named(const QVector<Names>& things, const QString& wanted, Qt::Case
     return found;
 }
 
-/// Index of the thing that is called \p wanted; \p kind is what it is.
+/// Index of the only one that is called \p wanted. \p kind ("camera") is for messages.
 std::size_t choose(const QString& kind, const QVector<Names>& things, const QString& wanted) {
     QVector<int> found = named(things, wanted, Qt::CaseSensitive);
     if (found.isEmpty())
@@ -41,22 +40,15 @@ std::size_t choose(const QString& kind, const QVector<Names>& things, const QStr
     if (found.size() == 1)
         return static_cast<std::size_t>(found.constFirst());
 
-    QStringList unique;
-    QStringList all;
+    QStringList candidates;
     for (int i = 0; i < things.size(); ++i) {
-        all += things[i];
         if (found.isEmpty() || found.contains(i))
-            unique += things[i].constFirst();
+            candidates += things[i].constFirst();
     }
-    const QString list = unique.join(QStringLiteral(", "));
     if (!found.isEmpty())
-        throw Failure(
-            QStringLiteral("More than one %1 is called \"%2\": %3.").arg(kind, wanted, list));
-    QString hint = didYouMean(wanted, all);
-    if (hint.isEmpty())
-        hint = things.isEmpty() ? QStringLiteral(" There is none.")
-                                : QStringLiteral(" There is: %1.").arg(list);
-    throw Failure(QStringLiteral("There is no %1 \"%2\".").arg(kind, wanted) + hint);
+        throw Failure(QStringLiteral("More than one %1 is called \"%2\": %3.")
+                          .arg(kind, wanted, candidates.join(QStringLiteral(", "))));
+    throw Failure(QStringLiteral("There is no %1 \"%2\".").arg(kind, wanted) + thereIs(candidates));
 }
 
 std::size_t chooseCamera(const CameraList& cameras, const QString& wanted) {
@@ -110,25 +102,20 @@ std::shared_ptr<FeatureController> Cameras::findFeatures(const QString& wanted) 
 }
 
 void Cameras::warnOfExcess(const HostInterface& interface) const {
-    const std::string key = interface.name.toStdString();
-    cli::warnOfExcess(interface, limitsOf(interface),
-                      static_cast<double>(m_controller->getInterfaceSpeed(key)),
-                      recommendedMargins(m_controller->getInterfaceType(key)).interfacePercent);
+    const auto type = m_controller->getInterfaceType(interface.name.toStdString());
+    warnOfExcess(interface, recommendedMargins(type).interfacePercent);
 }
 
-double limitsOf(const HostInterface& interface) {
+void Cameras::warnOfExcess(const HostInterface& interface, double marginPercent) const {
+    // Auto Set divides an interface to half a percent.
+    constexpr double tolerance = 1.005;
     double limits = 0;
     for (const auto& camera : interface.cameras)
         limits += camera->isOpened() ? static_cast<double>(camera->getBandwidth()) : 0;
-    return limits;
-}
-
-void warnOfExcess(const HostInterface& interface, double limits, double bitsPerSecond,
-                  double marginPercent) {
-    constexpr double tolerance = 1.005;
-    const double bytesPerSecond = bitsPerSecond / 8;
+    const auto bitsPerSecond = m_controller->getInterfaceSpeed(interface.name.toStdString());
+    const double bytesPerSecond = static_cast<double>(bitsPerSecond) / 8;
     const double usable = bytesPerSecond * (1 - marginPercent / 100);
-    if (bitsPerSecond <= 0 || limits <= usable * tolerance)
+    if (bitsPerSecond == 0 || limits <= usable * tolerance)
         return;
     const auto megabytes = [](double bytes) {
         return QString::number(bytes / 1e6, 'f', 1);

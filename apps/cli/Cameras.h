@@ -18,7 +18,7 @@ namespace cli {
 
 /// One host interface with its cameras.
 struct HostInterface {
-    /// Place in the controller's list.
+    /// Index in the controller's list.
     int index;
     /// The engine's key of an interface.
     QString name;
@@ -26,8 +26,8 @@ struct HostInterface {
     CameraList cameras;
 };
 
-/// The camera SDK, started, and the cameras that it has found, opened. What cannot be started or
-/// found is thrown as a Failure. Bound to one thread.
+/// Starts the camera SDK and opens all cameras that it finds. Throws a Failure when the SDK cannot
+/// be started, or a name is unknown. Bound to one thread.
 class Cameras {
 public:
     explicit Cameras(const session::CameraSource& source);
@@ -35,15 +35,18 @@ public:
     SystemController& controller() { return *m_controller; }
     const std::vector<HostInterface>& interfaces() const { return m_interfaces; }
 
-    /// Warns where the host has too little memory for what the cameras stream, at the first call.
+    /// Warns at the first call when the host has too little memory for the cameras' streams.
     void warnOfLimits() { m_limits.check(m_session.system()); }
 
-    /// Warns where the cameras of an interface may send more than it can use.
+    /// Warns when the limits of an interface's open cameras add up to more than its speed less the
+    /// margin that is recommended for its type. Silent where the speed is unknown.
     void warnOfExcess(const HostInterface& interface) const;
+    /// The same with another margin, 0 to 100.
+    void warnOfExcess(const HostInterface& interface, double marginPercent) const;
 
     /// By name or ID.
     const HostInterface& findInterface(const QString& wanted) const;
-    /// By ID, or by user-defined name or serial number where that leaves no choice.
+    /// By ID, or by user-defined name or serial number where these are unique.
     std::shared_ptr<CameraHandler> findCamera(const QString& wanted) const;
     /// The features of such a camera, which must be open.
     std::shared_ptr<FeatureController> findFeatures(const QString& wanted) const;
@@ -56,20 +59,11 @@ private:
     std::vector<HostInterface> m_interfaces;
 };
 
-/// Bytes per second that the open cameras of an interface may send together.
-double limitsOf(const HostInterface& interface);
-
-/// Warns when cameras' limits, in bytes per second, exceed the speed of their interface less its
-/// safety margin by more than half a percent, which is how exactly Auto Set divides it. Nothing is
-/// known to exceed a speed of 0.
-void warnOfExcess(const HostInterface& interface, double limits, double bitsPerSecond,
-                  double marginPercent);
-
-/// The camera of that name among some, in the way of Cameras::findCamera.
+/// Finds a camera in a list as Cameras::findCamera does.
 std::shared_ptr<CameraHandler> findCamera(const CameraList& cameras, const QString& wanted);
 
 QString cameraId(const CameraHandler& camera);
-/// What tells cameras apart: "id", "name", "model", "serialNumber" and whether it is "opened".
+/// "id", "name", "model", "serialNumber" and "opened" of a camera.
 QJsonObject cameraIdentity(const CameraHandler& camera);
 
 } // namespace cli

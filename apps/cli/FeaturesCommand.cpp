@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/Cameras.h"
 #include "cli/Commands.h"
-#include "cli/Features.h"
+#include "cli/NamedFeature.h"
 #include "cli/Table.h"
 #include "features/FeatureFilter.h"
 
@@ -12,9 +12,9 @@ namespace cli {
 namespace {
 
 /// Features of one module that a filter lets pass; all without one.
-std::vector<Feature> featuresOf(const Context& context, FeatureController& controller,
-                                const std::string& module, const FeatureFilter* filter) {
-    std::vector<Feature> features;
+std::vector<NamedFeature> featuresOf(const Context& context, FeatureController& controller,
+                                     const std::string& module, const FeatureFilter* filter) {
+    std::vector<NamedFeature> features;
     for (const auto& [category, names] : controller.getFeaturesByCategory(module)) {
         for (const std::string& name : names) {
             context.checkInterruption();
@@ -34,9 +34,9 @@ QString access(const FeatureInfo& info) {
            (info.writable ? QStringLiteral("w") : QStringLiteral("-"));
 }
 
-QString moduleText(const std::vector<Feature>& features) {
+QString moduleText(const std::vector<NamedFeature>& features) {
     QJsonArray rows;
-    for (const Feature& feature : features)
+    for (const NamedFeature& feature : features)
         rows.append(QJsonObject{
             {QStringLiteral("name"), feature.name()},
             {QStringLiteral("value"), feature.valueText()},
@@ -67,7 +67,7 @@ Report runFeatures(Context& context) {
         if (features.empty())
             continue;
         texts.append(moduleText(features));
-        for (const Feature& feature : features)
+        for (const NamedFeature& feature : features)
             rows.append(feature.describe());
     }
     return {texts.join(QLatin1Char('\n')),

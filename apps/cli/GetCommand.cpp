@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/Cameras.h"
 #include "cli/Commands.h"
-#include "cli/Features.h"
+#include "cli/NamedFeature.h"
 
 #include <QJsonArray>
 
@@ -17,7 +17,7 @@ Report runGet(Context& context) {
     QJsonArray rows;
     for (const QString& name : operands.mid(1)) {
         context.checkInterruption();
-        const Feature feature(*controller, name);
+        const NamedFeature feature(*controller, name);
         feature.requireValue();
         rows.append(feature.describe());
         report.text += feature.valueText() + QLatin1Char('\n');

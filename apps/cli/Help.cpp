@@ -7,10 +7,10 @@ namespace cli {
 
 namespace {
 
-/// Where the parser breaks the explanations of its options.
+/// QCommandLineParser::helpText() breaks lines at this width.
 constexpr int width = 79;
 
-/// A text in lines of that width, indented.
+/// A text in indented lines of at most that width.
 QString wrapped(const QString& text, int indent) {
     const QString margin(indent, QLatin1Char(' '));
     QString result;
@@ -50,7 +50,7 @@ QString helpText(const QCommandLineParser& parser, const Command& command) {
                             QStringLiteral("[options]"), command.operands};
     QString text = usage.join(QLatin1Char(' ')).trimmed() + QLatin1Char('\n');
     text += wrapped(command.summary, 0) + QLatin1Char('\n');
-    // The parser's own first line has the options in front of the command.
+    // Drops the parser's usage line, which has the options in front of the command.
     const QString options = parser.helpText();
     text += options.mid(options.indexOf(QLatin1String("Options:")));
     text += QStringLiteral("\nExamples:\n");

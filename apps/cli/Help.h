@@ -9,10 +9,10 @@
 
 namespace cli {
 
-/// What the program is for, and its commands.
+/// The program's purpose and its commands.
 QString overviewText(const std::vector<Command>& commands);
 
-/// What a command does, its options, which \p parser has, and examples.
+/// A command's purpose, its options (those of \p parser) and examples.
 QString helpText(const QCommandLineParser& parser, const Command& command);
 
 } // namespace cli

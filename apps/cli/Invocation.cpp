@@ -3,7 +3,6 @@
 
 #include "cli/Commands.h"
 #include "cli/Help.h"
-#include "cli/Near.h"
 
 #include <QCoreApplication>
 
@@ -32,7 +31,7 @@ QList<QCommandLineOption> commonOptions() {
                {QStringLiteral("version"), QStringLiteral("Print the version.")}};
 }
 
-/// Adds the options of a command, or those that all have.
+/// Adds the common options, and those of \p command when there is one.
 void prepare(QCommandLineParser& parser, const Command* command) {
     if (command)
         parser.addOptions(command->options);
@@ -58,21 +57,17 @@ void parse(QCommandLineParser& parser, const QStringList& arguments, const Comma
     const QStringList unknown = parser.unknownOptionNames();
     if (unknown.isEmpty())
         throw Failure(parser.errorText(), ExitCode::WrongUse);
+    const QString wrong = dashed(unknown.constFirst());
+    if (!command && isOptionOfACommand(unknown.constFirst()))
+        throw Failure(
+            QStringLiteral("\"%1\" belongs to a command: write it behind the command.").arg(wrong),
+            ExitCode::WrongUse);
     QStringList known;
     for (const QCommandLineOption& option :
-         commonOptions() + (command ? command->options : QList<QCommandLineOption>())) {
-        for (const QString& name : option.names())
-            known.append(dashed(name));
-    }
-    const QString wrong = dashed(unknown.constFirst());
-    const QString hint = !command && isOptionOfACommand(unknown.constFirst())
-                             ? QStringLiteral(" Options of a command go behind it.")
-                             : didYouMean(wrong, known);
-    throw Failure(
-        QStringLiteral("There is no option \"%1\"%2.")
-                .arg(wrong, command ? QString() : QStringLiteral(" in front of a command")) +
-            hint,
-        ExitCode::WrongUse);
+         (command ? command->options : QList<QCommandLineOption>()) + commonOptions())
+        known.append(dashed(option.names().constLast()));
+    throw Failure(QStringLiteral("There is no option \"%1\".").arg(wrong) + thereIs(known),
+                  ExitCode::WrongUse);
 }
 
 QStringList commandNames() {
@@ -82,18 +77,12 @@ QStringList commandNames() {
     return names;
 }
 
-QString commandList() {
-    return QStringLiteral(" There is: %1.").arg(commandNames().join(QStringLiteral(", ")));
-}
-
 const Command& findCommand(const QString& name) {
     const auto found = std::find_if(commands().begin(), commands().end(),
                                     [&](const Command& command) { return command.name == name; });
     if (found != commands().end())
         return *found;
-    const QString near = didYouMean(name, commandNames());
-    throw Failure(QStringLiteral("There is no command \"%1\".").arg(name) +
-                      (near.isEmpty() ? commandList() : near),
+    throw Failure(QStringLiteral("There is no command \"%1\".").arg(name) + thereIs(commandNames()),
                   ExitCode::WrongUse);
 }
 
@@ -123,15 +112,16 @@ QString Invocation::answer() const {
     return {};
 }
 
-Context Invocation::context(Screen& screen, Interruption& interruption) const {
+Context Invocation::context(Terminal& terminal, Interruption& interruption) const {
     if (!m_command)
-        throw Failure(QStringLiteral("A command is needed.") + commandList(), ExitCode::WrongUse);
+        throw Failure(QStringLiteral("A command is needed.") + thereIs(commandNames()),
+                      ExitCode::WrongUse);
     checkOperands();
     QString error;
     const session::CameraSource source = session::cameraSource(m_parser, error);
     if (!error.isEmpty())
         throw Failure(error, ExitCode::WrongUse);
-    return {Arguments(m_parser), screen, interruption, source, wantsJson()};
+    return {Arguments(m_parser), terminal, interruption, source, wantsJson()};
 }
 
 bool Invocation::wantsJson() const {

@@ -10,19 +10,19 @@
 
 namespace cli {
 
-/// A command line of the program, taken apart. What is wrong with it is thrown as a Failure.
+/// A parsed command line of the program. Wrong use throws a Failure.
 class Invocation {
 public:
     /// \p arguments begin with the program's name.
     explicit Invocation(const QStringList& arguments);
 
-    /// What is printed in place of running; empty when a command is to run.
+    /// The text of --help or --version; empty when a command is to run.
     QString answer() const;
-    /// What the command works with, once nothing is wrong with its use.
-    Context context(Screen& screen, Interruption& interruption) const;
+    /// Checks the operands and makes the context of the command.
+    Context context(Terminal& terminal, Interruption& interruption) const;
     Report run(Context& context) const { return m_command->run(context); }
 
-    /// Whether only one document is to be printed.
+    /// Whether the output is one JSON document.
     bool wantsJson() const;
     Verbosity verbosity() const;
 

@@ -3,7 +3,6 @@
 #include "cli/Commands.h"
 #include "cli/Table.h"
 #include "engine/CameraHandler.h"
-#include "engine/SafetyMargins.h"
 
 #include <QJsonArray>
 
@@ -30,7 +29,8 @@ QString typeName(OrvTransportLayerType type) {
                                                     : QString::fromStdString(found->second);
 }
 
-QJsonObject describeInterface(const SystemController& controller, const HostInterface& interface) {
+QJsonObject describeInterface(Cameras& all, const HostInterface& interface) {
+    const SystemController& controller = all.controller();
     const std::string key = interface.name.toStdString();
     QJsonArray cameras;
     double used = 0;
@@ -41,8 +41,7 @@ QJsonObject describeInterface(const SystemController& controller, const HostInte
     }
     const auto bitsPerSecond = static_cast<qint64>(controller.getInterfaceSpeed(key));
     const OrvTransportLayerType type = controller.getInterfaceType(key);
-    warnOfExcess(interface, used, static_cast<double>(bitsPerSecond),
-                 recommendedMargins(type).interfacePercent);
+    all.warnOfExcess(interface);
     return {
         {QStringLiteral("name"), interface.name},
         {QStringLiteral("id"), interface.id},
@@ -78,7 +77,7 @@ Report runList(Context& context) {
     QJsonArray interfaces;
     QStringList texts;
     for (const HostInterface& interface : cameras.interfaces()) {
-        const QJsonObject described = describeInterface(cameras.controller(), interface);
+        const QJsonObject described = describeInterface(cameras, interface);
         interfaces.append(described);
         texts.append(interfaceText(described));
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/LogOutput.h"
 
-#include "cli/Screen.h"
+#include "cli/Terminal.h"
 #include "logging/QtMessageHandler.h"
 
 #include <iostream>
@@ -22,28 +22,28 @@ constexpr Level levels[] = {
     {"Debug:", Verbosity::Debugging},
 };
 
-void show(Screen& screen, Verbosity verbosity, const QString& line) {
+void show(Terminal& terminal, Verbosity verbosity, const QString& line) {
     for (const Level& level : levels) {
         const QLatin1String prefix(level.prefix);
         if (!line.startsWith(prefix))
             continue;
         if (verbosity >= level.least)
-            screen.message(prefix + QLatin1Char(' ') + line.mid(prefix.size()));
+            terminal.message(prefix + QLatin1Char(' ') + line.mid(prefix.size()));
         return;
     }
     if (verbosity >= Verbosity::Information)
-        screen.message(line);
+        terminal.message(line);
 }
 
 } // namespace
 
-LogOutput::LogOutput(Screen& screen, Verbosity verbosity)
+LogOutput::LogOutput(Terminal& terminal, Verbosity verbosity)
     : m_stream(std::cout, LogMessageType::StdOut) {
-    // In the thread that logs: nothing is to be lost when the program ends.
+    // In the thread that logs, so that no line is pending when the program ends.
     QObject::connect(
         &m_stream, &Logging::ThreadLogStream::sendLogString, &m_stream,
-        [&screen, verbosity](LogMessageType, const QString& line) {
-            show(screen, verbosity, line);
+        [&terminal, verbosity](LogMessageType, const QString& line) {
+            show(terminal, verbosity, line);
         },
         Qt::DirectConnection);
     qInstallMessageHandler(qtMessageHandler);

@@ -5,17 +5,17 @@
 
 namespace cli {
 
-class Screen;
+class Terminal;
 
-/// Which of the engine's log lines are shown; each includes those before.
+/// Which log lines are shown; each level includes those before.
 enum class Verbosity : int { Warnings = 0, Information = 1, Debugging = 2 };
 
-/// While it lives, log lines become messages on the screen instead of lines on the standard output
-/// stream, which is for results. Lines may come from any thread.
+/// Redirects log lines from the standard output stream, which is for results, to messages on the
+/// terminal until it is destroyed. Lines may come from any thread.
 class LogOutput {
 public:
-    /// \p screen must outlive this object.
-    LogOutput(Screen& screen, Verbosity verbosity);
+    /// \p terminal must outlive this object.
+    LogOutput(Terminal& terminal, Verbosity verbosity);
     ~LogOutput();
 
     LogOutput(const LogOutput&) = delete;

@@ -2,7 +2,7 @@
 #include "cli/Program.h"
 
 #include "cli/Invocation.h"
-#include "cli/Screen.h"
+#include "cli/Terminal.h"
 #include "cli/platform/Interruption.h"
 
 #include <QJsonDocument>
@@ -14,58 +14,59 @@ namespace cli {
 
 namespace {
 
-void printDocument(Screen& screen, const QJsonObject& document) {
-    screen.print(QString::fromUtf8(QJsonDocument(document).toJson()));
+void printDocument(Terminal& terminal, const QJsonObject& document) {
+    terminal.print(QString::fromUtf8(QJsonDocument(document).toJson()));
 }
 
-int run(const Invocation& invocation, Screen& screen) {
+int run(const Invocation& invocation, Terminal& terminal) {
     const QString answer = invocation.answer();
     if (!answer.isEmpty()) {
-        screen.print(answer);
+        terminal.print(answer);
         return 0;
     }
-    const LogOutput log(screen, invocation.verbosity());
-    // Until the cameras are closed: one that is not stays taken for some seconds.
+    const LogOutput log(terminal, invocation.verbosity());
+    // Outlives the context, so that a signal cannot end the program before the cameras are closed:
+    // a camera that is not closed stays occupied for some seconds.
     Interruption interruption;
-    Context context = invocation.context(screen, interruption);
+    Context context = invocation.context(terminal, interruption);
     const Report report = invocation.run(context);
     if (invocation.wantsJson())
-        printDocument(screen, report.document);
+        printDocument(terminal, report.document);
     else
-        screen.print(report.text);
+        terminal.print(report.text);
     return static_cast<int>(report.isSuccess ? ExitCode::Success : ExitCode::Failed);
 }
 
-int tell(Screen& screen, const Failure& failure, bool wantsJson) {
+int report(Terminal& terminal, const Failure& failure, bool wantsJson) {
     const QString message = QString::fromUtf8(failure.what());
-    screen.message(QStringLiteral("spanlet: ") + message);
+    terminal.message(QStringLiteral("spanlet: ") + message);
     if (wantsJson)
-        printDocument(screen, {{QStringLiteral("error"), message}});
+        printDocument(terminal, {{QStringLiteral("error"), message}});
     if (failure.code() == ExitCode::WrongUse)
-        screen.message(QStringLiteral("Try \"spanlet --help\"."));
+        terminal.message(QStringLiteral("Try \"spanlet --help\"."));
     return static_cast<int>(failure.code());
 }
 
-/// Says why results did not reach the reader, if there still is one.
-bool isWritten(Screen& screen) {
-    const int error = screen.outputError();
+/// Reports why the output could not be written. A closed pipe is no error worth a message.
+bool checkOutput(Terminal& terminal) {
+    const int error = terminal.outputError();
     if (error != 0 && error != EPIPE)
-        screen.message(QStringLiteral("spanlet: The output cannot be written: %1.")
-                           .arg(QString::fromLocal8Bit(std::strerror(error))));
+        terminal.message(QStringLiteral("spanlet: The output cannot be written: %1.")
+                             .arg(QString::fromLocal8Bit(std::strerror(error))));
     return error == 0;
 }
 
 } // namespace
 
 int runProgram(const QStringList& arguments) {
-    Screen screen;
+    Terminal terminal;
     int code = 0;
     try {
-        code = run(Invocation(arguments), screen);
+        code = run(Invocation(arguments), terminal);
     } catch (const Failure& failure) {
-        code = tell(screen, failure, arguments.contains(QStringLiteral("--json")));
+        code = report(terminal, failure, arguments.contains(QStringLiteral("--json")));
     }
-    return code == 0 && !isWritten(screen) ? static_cast<int>(ExitCode::Failed) : code;
+    return code == 0 && !checkOutput(terminal) ? static_cast<int>(ExitCode::Failed) : code;
 }
 
 } // namespace cli

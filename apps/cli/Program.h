@@ -5,8 +5,8 @@
 
 namespace cli {
 
-/// Does what a command line says and answers the exit code. \p arguments begin with the program's
-/// name. Needs an application object.
+/// Runs a command line and returns the exit code. \p arguments begin with the program's name.
+/// Requires a QCoreApplication.
 int runProgram(const QStringList& arguments);
 
 } // namespace cli

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/Cameras.h"
 #include "cli/Commands.h"
-#include "cli/Features.h"
+#include "cli/NamedFeature.h"
 
 #include <QElapsedTimer>
 
@@ -16,7 +16,7 @@ Report runRun(Context& context) {
     const double timeout = context.arguments.number(QStringLiteral("timeout"), timeouts);
     const Cameras& cameras = context.openCameras();
     const auto controller = cameras.findFeatures(operands.constFirst());
-    Feature feature(*controller, operands[1]);
+    NamedFeature feature(*controller, operands[1]);
     QElapsedTimer timer;
     timer.start();
     if (!feature.run(timeout)) {

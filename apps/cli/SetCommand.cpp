@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/Cameras.h"
 #include "cli/Commands.h"
-#include "cli/Features.h"
+#include "cli/NamedFeature.h"
 
 #include <QJsonArray>
 
@@ -19,7 +19,7 @@ Report runSet(Context& context) {
     const Cameras& cameras = context.openCameras();
     const auto controller = cameras.findFeatures(operands.constFirst());
     // A slip of the pen in the last is not to leave the camera with only the first ones written.
-    std::vector<Feature> features;
+    std::vector<NamedFeature> features;
     for (int i = 1; i < operands.size(); i += 2) {
         features.emplace_back(*controller, operands[i]);
         features.back().requireNotation(operands[i + 1]);
@@ -27,7 +27,7 @@ Report runSet(Context& context) {
     Report report;
     QJsonArray rows;
     int operand = 1;
-    for (Feature& feature : features) {
+    for (NamedFeature& feature : features) {
         context.checkInterruption();
         feature.write(operands[operand + 1]);
         rows.append(feature.describe());

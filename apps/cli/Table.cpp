@@ -14,7 +14,7 @@ QString cell(const Column& column, const QJsonValue& value) {
         return QString::number(value.toDouble() / column.unit, 'f', column.decimals);
     if (value.isBool())
         return value.toBool() ? QStringLiteral("yes") : QStringLiteral("no");
-    // A text of a camera could break the line, or move the terminal's cursor.
+    // A text of a camera may contain control characters, which would move the cursor.
     QString text = value.toString();
     for (QChar& character : text) {
         if (!character.isPrint() && !character.isHighSurrogate() && !character.isLowSurrogate())

@@ -8,24 +8,23 @@
 
 namespace cli {
 
-/// How one member of a JSON object is shown in a table.
+/// A table column for one member of JSON objects.
 struct Column {
     QString heading;
     QString key;
-    /// Numbers are divided by it.
+    /// Divisor of numbers.
     double unit = 1;
     int decimals = 0;
 };
 
-/// The columns of the objects in \p rows as lines of text, numbers to the right; the headings, with
-/// a line under them, are the first two lines. A member that is absent leaves its cell empty.
+/// The objects in \p rows as lines of text. The first two lines are the headings and a rule.
+/// Numbers are right-aligned; an absent member leaves its cell empty.
 QStringList tableLines(const QVector<Column>& columns, const QJsonArray& rows);
 
-/// "250.0 of 1250.0 MB/s" of bytes per second and of an interface's bits per second, where 0 is an
-/// unknown speed.
+/// "250.0 of 1250.0 MB/s". A speed of 0 is shown as "unknown".
 QString usageText(double usedBytesPerSecond, double bitsPerSecond);
 
-/// Every line with a line break.
+/// The lines, each ended by a line break.
 QString joined(const QStringList& lines);
 
 } // namespace cli

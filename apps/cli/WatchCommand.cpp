@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/Benchmark.h"
 #include "cli/Commands.h"
-#include "cli/Screen.h"
+#include "cli/Terminal.h"
 
 #include <cmath>
 
@@ -29,7 +29,7 @@ QString heading(const HostInterface& interface, double elapsed, double seconds) 
     return QStringLiteral("%1  %2 s, Ctrl+C ends").arg(interface.name, time);
 }
 
-/// Lines that can follow each other: the time in front of each, and headings once.
+/// Lines for a log: the time in front of each, the headings only when \p hasHeadings.
 QString plainLines(const QJsonArray& rows, double elapsed, bool hasHeadings) {
     constexpr int headings = 2;
     const QStringList lines = benchmarkLines(rows);
@@ -43,18 +43,18 @@ QString plainLines(const QJsonArray& rows, double elapsed, bool hasHeadings) {
     return text;
 }
 
-/// Without anybody who reads it, a watch has no end.
-BenchmarkProgress makeProgress(Screen& screen, const HostInterface& interface, double seconds) {
-    if (screen.isInteractive())
-        return [&screen, &interface, seconds](double elapsed, const QJsonArray& rows) {
-            screen.draw(QStringList(heading(interface, elapsed, seconds)) +
-                        benchmarkLines(rows, screen.columns()));
-            return screen.outputError() == 0;
+/// Returns false, which ends the watch, once the output cannot be written any more.
+BenchmarkProgress makeProgress(Terminal& terminal, const HostInterface& interface, double seconds) {
+    if (terminal.isInteractive())
+        return [&terminal, &interface, seconds](double elapsed, const QJsonArray& rows) {
+            terminal.draw(QStringList(heading(interface, elapsed, seconds)) +
+                          benchmarkLines(rows, terminal.columns()));
+            return terminal.outputError() == 0;
         };
-    return [&screen, isFirst = true](double elapsed, const QJsonArray& rows) mutable {
-        screen.print(plainLines(rows, elapsed, isFirst));
+    return [&terminal, isFirst = true](double elapsed, const QJsonArray& rows) mutable {
+        terminal.print(plainLines(rows, elapsed, isFirst));
         isFirst = false;
-        return screen.outputError() == 0;
+        return terminal.outputError() == 0;
     };
 }
 
@@ -69,8 +69,8 @@ Report runWatch(Context& context) {
     const QJsonObject result =
         runBenchmark(cameras, interface, plan, context.interruption,
                      context.wantsJson ? BenchmarkProgress()
-                                       : makeProgress(context.screen, interface, plan.seconds));
-    context.screen.clear();
+                                       : makeProgress(context.terminal, interface, plan.seconds));
+    context.terminal.clear();
     return {benchmarkText(result), result, hasMeasuredAll(result)};
 }
 
@@ -86,7 +86,7 @@ Command watchCommand() {
     command.options = benchmarkOptions(QStringLiteral("endless"));
     command.options += QCommandLineOption(
         QStringLiteral("interval"),
-        QStringLiteral("Seconds between two looks at the figures, 0.5 by default."),
+        QStringLiteral("Seconds between two readings of the figures, 0.5 by default."),
         QStringLiteral("number"));
     command.examples =
         QStringList{QStringLiteral("watch --interface eth0"),

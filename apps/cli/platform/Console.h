@@ -3,18 +3,18 @@
 
 namespace cli {
 
-/// Characters that a terminal shows.
+/// Size of a terminal in characters.
 struct ConsoleSize {
     int columns = 80;
     int rows = 24;
 };
 
-/// Fills in for standard streams that the program was started without, so that what it opens does
-/// not get their place and the output with it. To be called before anything is opened.
+/// Opens the null device for each standard stream that is closed, so that no file or socket that is
+/// opened later gets its number and, with it, the output. Call before anything is opened.
 void keepStandardStreams();
 
-/// While it lives, a terminal takes what is written to it as UTF-8, which all our texts are. Only
-/// one of Windows has to be told.
+/// Sets the code page of a Windows console to UTF-8, the encoding of the program's output, and
+/// restores it when destroyed. No effect on other systems.
 class Utf8Console {
 public:
     Utf8Console();
@@ -27,9 +27,9 @@ private:
     unsigned m_previous = 0;
 };
 
-/// Whether the standard output stream is a terminal that moves its cursor when it is told to.
+/// Whether the standard output stream is a terminal that understands cursor sequences.
 bool isConsole();
-/// Size of that terminal now.
+/// Present size of that terminal; 80 x 24 where it is unknown.
 ConsoleSize consoleSize();
 
 } // namespace cli

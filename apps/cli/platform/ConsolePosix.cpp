@@ -13,8 +13,8 @@ namespace cli {
 
 void keepStandardStreams() {
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        // Open for the wrong direction, so that writing fails and is seen to fail. The lowest free
-        // number is given, which is this one.
+        // Opened in the wrong direction, so that reading or writing reports an error. open()
+        // returns the lowest free number, which is this stream's.
         if (fcntl(stream, F_GETFD) < 0)
             open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
     }

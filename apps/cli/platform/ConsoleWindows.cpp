@@ -5,7 +5,7 @@
 
 namespace cli {
 
-/// Handles of files do not take the place of a missing stream here.
+/// On Windows, new handles do not take the place of a missing stream.
 void keepStandardStreams() {}
 
 Utf8Console::Utf8Console() : m_previous(GetConsoleOutputCP()) {

@@ -14,18 +14,18 @@ namespace cli {
 
 namespace {
 
-/// A signal handler knows its signal only, so the pipe that it writes to has to be here.
+/// The pipe that the signal handler writes to. Global, since a handler gets the signal only.
 std::array<int, 2> wakeUp{-1, -1};
 
-/// That of a broken pipe is ignored: writing tells, too, that the reader of our output has left.
+/// SIGPIPE is ignored: the failed write reports that the reader is gone.
 constexpr std::array<int, 4> signals{SIGINT, SIGTERM, SIGHUP, SIGPIPE};
-/// What they did before.
+/// The actions before.
 std::array<struct sigaction, signals.size()> formerActions{};
 
 void onSignal(int) {
     const int error = errno;
     constexpr char byte = 0;
-    // A full pipe tells of an earlier signal already.
+    // A full pipe contains an earlier signal.
     [[maybe_unused]] const ssize_t written = write(wakeUp[1], &byte, 1);
     errno = error;
 }
@@ -37,15 +37,15 @@ Interruption::Interruption() {
         return;
     for (std::size_t i = 0; i < signals.size(); ++i) {
         sigaction(signals[i], nullptr, &formerActions[i]);
-        // A program started by nohup outlives its terminal. A script's background programs ignore
-        // SIGINT, too, but there it is sent on purpose.
+        // Keeps the SIG_IGN of nohup. A background program of a script inherits SIG_IGN for SIGINT,
+        // too; there it is replaced, since a SIGINT is sent to it on purpose.
         if (signals[i] == SIGHUP && formerActions[i].sa_handler == SIG_IGN)
             continue;
         struct sigaction action {};
         action.sa_handler = signals[i] == SIGPIPE ? SIG_IGN : onSignal;
         sigemptyset(&action.sa_mask);
-        // Only a person means more by a second one: a shell and the system both tell a program that
-        // its terminal is gone.
+        // A second SIGINT ends the program. The other signals may come twice by themselves: both
+        // the shell and the kernel send SIGHUP when a terminal closes.
         action.sa_flags = signals[i] == SIGINT ? SA_RESTART | SA_RESETHAND : SA_RESTART;
         sigaction(signals[i], &action, nullptr);
     }

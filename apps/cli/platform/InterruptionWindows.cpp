@@ -9,16 +9,16 @@ namespace cli {
 
 namespace {
 
-/// Set when the program is to end; here since the console's handler is told nothing else.
+/// Set when the end was requested. Global, since the console's handler gets the event only.
 HANDLE requested = nullptr;
 std::atomic<bool> isSecond{false};
 
-/// Runs on a thread of the system. Without our answer the system ends the program.
+/// Runs on a thread of the system, which ends the program if this returns FALSE.
 BOOL WINAPI onControl(DWORD control) {
     if (isSecond.exchange(true))
         return FALSE;
     SetEvent(requested);
-    // A closed console or a shutdown waits for this answer, and then ends the program.
+    // After a closed console or a shutdown, the system ends the program when this returns.
     if (control != CTRL_C_EVENT && control != CTRL_BREAK_EVENT)
         Sleep(5000);
     return TRUE;

@@ -8,41 +8,41 @@
 
 namespace cli {
 
-/// Where the program writes to: results on the standard output stream, messages on the standard
-/// error stream. On a terminal a block of lines can be redrawn in place, with messages above it.
+/// Output of the program: results on the standard output stream, messages on the standard error
+/// stream. On a terminal a block of lines can be redrawn in place, with messages above it.
 /// Thread-safe.
-class Screen {
+class Terminal {
 public:
-    Screen();
+    Terminal();
 
     /// Whether the standard output stream is a terminal.
     bool isInteractive() const { return m_isInteractive; }
 
-    /// Characters in a line of that terminal now.
+    /// Present width of the terminal in characters.
     int columns() const;
 
     void print(const QString& text);
     void message(const QString& line);
 
-    /// Replaces the block of lines; what does not fit into the window is cut off, and lines that do
-    /// not are counted.
+    /// Replaces the block of lines. Cuts long lines off; replaces lines that do not fit by their
+    /// count.
     void draw(const QStringList& lines);
-    /// Takes the block away.
+    /// Removes the block.
     void clear();
 
-    /// The system's error code of what could not be written to the standard output stream; 0 as
-    /// long as all was written.
+    /// The errno of the first failed write to the standard output stream; 0 when all was written.
     int outputError();
 
 private:
     void writeOutput(const QString& text);
-    /// What takes the shown lines away, and what shows the block.
+    /// Escape sequence that removes the shown lines.
     QString erased();
+    /// The block as lines that fit the terminal.
     QString shown();
 
     const bool m_isInteractive;
     std::mutex m_mutex;
-    /// Guarded by m_mutex, as is the rest.
+    /// Guarded by m_mutex, like the members below.
     QStringList m_block;
     QStringList m_shownLines;
     int m_outputError = 0;

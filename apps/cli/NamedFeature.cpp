@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "cli/Features.h"
+#include "cli/NamedFeature.h"
 
-#include "cli/Command.h"
-#include "cli/Near.h"
+#include "cli/Failure.h"
 #include "features/FeatureText.h"
 
 #include <QJsonArray>
@@ -124,7 +123,7 @@ std::optional<bool> parseBoolean(const QString& text) {
     return std::nullopt;
 }
 
-/// The module that a text means; empty when there is none.
+/// The module with that name, blanks and case ignored; empty when there is none.
 std::string findModule(const FeatureController& controller, const QString& text) {
     const auto folded = [](QString name) {
         return name.remove(QLatin1Char(' ')).toCaseFolded();
@@ -136,7 +135,7 @@ std::string findModule(const FeatureController& controller, const QString& text)
     return {};
 }
 
-/// All features, as a command line would name them.
+/// All features by their names on the command line.
 QStringList allNames(const FeatureController& controller) {
     QStringList names;
     for (const std::string& module : controller.getModuleNames()) {
@@ -150,11 +149,12 @@ QStringList allNames(const FeatureController& controller) {
     return names;
 }
 
-/// Those near the text as it is, and those of whatever module with a name near to its own.
+/// The features of any module whose name contains that of \p text; else how to list all.
 QString hint(const FeatureController& controller, const QString& text) {
-    const QStringList names = allNames(controller);
-    const QString near = didYouMean(text, names);
-    return near.isEmpty() ? didYouMean(text.section(QLatin1Char(':'), -1), names) : near;
+    const QStringList similar =
+        allNames(controller).filter(text.section(QLatin1Char(':'), -1), Qt::CaseInsensitive);
+    return similar.isEmpty() ? QStringLiteral(" \"spanlet features CAMERA\" lists them.")
+                             : thereIs(similar);
 }
 
 std::pair<std::string, std::string> findFeature(const FeatureController& controller,
@@ -162,15 +162,9 @@ std::pair<std::string, std::string> findFeature(const FeatureController& control
     const int colon = text.indexOf(QLatin1Char(':'));
     const QString moduleText = colon < 0 ? QStringLiteral("Camera") : text.left(colon);
     const std::string module = findModule(controller, moduleText);
-    if (module.empty()) {
-        const QStringList modules = toQStrings(controller.getModuleNames());
-        const QString near = didYouMean(moduleText, modules);
-        throw Failure(
-            QStringLiteral("There is no module \"%1\".").arg(moduleText) +
-            (near.isEmpty()
-                 ? QStringLiteral(" There is: %1.").arg(modules.join(QStringLiteral(", ")))
-                 : near));
-    }
+    if (module.empty())
+        throw Failure(QStringLiteral("There is no module \"%1\".").arg(moduleText) +
+                      thereIs(toQStrings(controller.getModuleNames())));
     const std::string name = text.mid(colon + 1).toStdString();
     if (!controller.hasFeature(module, name))
         throw Failure(QStringLiteral("There is no feature \"%1\".").arg(text) +
@@ -180,27 +174,28 @@ std::pair<std::string, std::string> findFeature(const FeatureController& control
 
 } // namespace
 
-Feature::Feature(FeatureController& controller, const QString& text) : m_controller(controller) {
+NamedFeature::NamedFeature(FeatureController& controller, const QString& text)
+    : m_controller(controller) {
     std::tie(m_module, m_name) = findFeature(controller, text);
     read();
 }
 
-Feature::Feature(FeatureController& controller, std::string module, std::string name)
+NamedFeature::NamedFeature(FeatureController& controller, std::string module, std::string name)
     : m_controller(controller), m_module(std::move(module)), m_name(std::move(name)) {
     read();
 }
 
-void Feature::read() {
+void NamedFeature::read() {
     m_info = m_controller.getFeatureInfo(m_module, m_name);
     m_value.reset();
     if (!m_info.readable || !hasValue(m_info.dataType))
         return;
-    // A description has the integer 0 in place of a value that could not be read.
+    // A FeatureInfo holds the integer 0 when the value could not be read.
     m_value = m_info.value == FeatureValue() ? m_controller.readFeatureValue(m_module, m_name)
                                              : m_info.value;
 }
 
-QJsonObject Feature::describe() const {
+QJsonObject NamedFeature::describe() const {
     QJsonObject row{
         {QStringLiteral("module"), module()},
         {QStringLiteral("category"), toQString(m_info.category)},
@@ -214,7 +209,7 @@ QJsonObject Feature::describe() const {
     };
     if (m_value) {
         row[QStringLiteral("value")] = std::visit(ToJson(), *m_value);
-        // Exact, too, where a number of JSON is not: beyond 2^53.
+        // A JSON number is exact up to 2^53 only.
         row[QStringLiteral("valueText")] = valueText();
     }
     if (isNumber(m_info.dataType)) {
@@ -232,26 +227,26 @@ QJsonObject Feature::describe() const {
     return row;
 }
 
-QString Feature::valueText() const {
+QString NamedFeature::valueText() const {
     return m_value ? textOf(m_info, *m_value) : QString();
 }
 
-void Feature::requireValue() const {
+void NamedFeature::requireValue() const {
     if (m_info.dataType == OrvFeatureDataCommand)
         throw Failure(QStringLiteral("%1 is a command; \"spanlet run\" executes it.").arg(name()));
     if (!m_value)
         throw Failure(QStringLiteral("%1 cannot be read.").arg(name()));
 }
 
-void Feature::requireNotation(const QString& text) const {
+void NamedFeature::requireNotation(const QString& text) const {
     if (m_info.dataType == OrvFeatureDataCommand || !hasValue(m_info.dataType))
         requireValue();
     parse(text);
 }
 
-void Feature::write(const QString& text) {
+void NamedFeature::write(const QString& text) {
     requireNotation(text);
-    // What was written to others may have changed what this one takes.
+    // An earlier write may have changed the range or access of this feature.
     read();
     if (!m_info.writable)
         throw Failure(QStringLiteral("%1 cannot be written.").arg(name()));
@@ -260,14 +255,14 @@ void Feature::write(const QString& text) {
     read();
 }
 
-bool Feature::run(double timeoutMilliseconds) {
+bool NamedFeature::run(double timeoutMilliseconds) {
     if (m_info.dataType != OrvFeatureDataCommand)
         throw Failure(
             QStringLiteral("%1 is not a command; \"spanlet set\" writes it.").arg(name()));
     return m_controller.runCommand(m_module, m_name, timeoutMilliseconds);
 }
 
-FeatureValue Feature::parse(const QString& text) const {
+FeatureValue NamedFeature::parse(const QString& text) const {
     const auto require = [&](const auto& parsed, const char* what) -> FeatureValue {
         if (!parsed)
             throw Failure(
@@ -283,8 +278,7 @@ FeatureValue Feature::parse(const QString& text) const {
         return require(parseBoolean(text), "\"true\" or \"false\"");
     case OrvFeatureDataEnum:
         if (const QStringList entries = toQStrings(m_info.values); !entries.contains(text))
-            throw Failure(QStringLiteral("%1 has no entry \"%2\".").arg(name(), text) +
-                          didYouMean(text, entries) + limits());
+            throw Failure(QStringLiteral("%1 has no entry \"%2\".").arg(name(), text) + limits());
         break;
     default:
         break;
@@ -292,7 +286,7 @@ FeatureValue Feature::parse(const QString& text) const {
     return text.toStdString();
 }
 
-QString Feature::limits() const {
+QString NamedFeature::limits() const {
     if (m_info.dataType == OrvFeatureDataEnum) {
         QStringList entries;
         for (const FeatureValue& entry : m_info.availableValues)

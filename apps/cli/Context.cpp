@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "cli/Command.h"
+#include "cli/Context.h"
 
 #include "cli/Cameras.h"
 #include "cli/platform/Interruption.h"
@@ -8,9 +8,9 @@
 
 namespace cli {
 
-Context::Context(const Arguments& given, Screen& output, Interruption& ending,
+Context::Context(const Arguments& given, Terminal& output, Interruption& ending,
                  session::CameraSource source, bool json)
-    : arguments(given), screen(output), interruption(ending), wantsJson(json),
+    : arguments(given), terminal(output), interruption(ending), wantsJson(json),
       m_source(std::move(source)) {}
 
 Context::~Context() = default;

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "cli/Arguments.h"
+#include "cli/Failure.h"
+#include "session/CameraSource.h"
+
+#include <memory>
+
+namespace cli {
+
+class Cameras;
+class Interruption;
+class Terminal;
+
+/// What a command works with. Bound to one thread.
+class Context {
+public:
+    Context(const Arguments& given, Terminal& output, Interruption& ending,
+            session::CameraSource source, bool json);
+    ~Context();
+
+    /// Starts the camera SDK and opens its cameras at the first call. They stay open until the
+    /// context ends, which is after the report is printed: closing a camera that was disconnected
+    /// may take some seconds.
+    Cameras& openCameras();
+    /// Throws a Failure when the program is to end. For use between steps that have no result yet.
+    void checkInterruption() const;
+
+    const Arguments arguments;
+    Terminal& terminal;
+    Interruption& interruption;
+    /// Whether the output is one JSON document.
+    const bool wantsJson;
+
+private:
+    const session::CameraSource m_source;
+    std::unique_ptr<Cameras> m_cameras;
+};
+
+} // namespace cli
