@@ -5,9 +5,10 @@ if(WIN32 AND CMAKE_CROSSCOMPILING)
 endif()
 
 # spanlet_test(NAME SOURCES ... LIBRARIES ... [MAIN file] [LOCALE name] [THREADS] [ALONE])
-# A test program, run without a display. THREADS marks it for the thread sanitizer; ALONE is for one
-# that depends on its share of the processor: no other test runs beside its tests. LOCALE is the
-# system's for its tests.
+# A test program, run without a display, each case as a test of ctest. THREADS marks it for the thread
+# sanitizer. ALONE runs its tests without others beside them, for tests that depend on their share of
+# the processor. LOCALE is the system locale of its tests. Without pretty values, the names are the same
+# at every discovery: the default names of parametrised tests contain addresses.
 function(spanlet_test NAME)
     cmake_parse_arguments(PARSE_ARGV 1 TEST "THREADS;ALONE" "MAIN;LOCALE" "SOURCES;LIBRARIES")
     add_executable(${NAME} ${TEST_SOURCES} ${TEST_MAIN})
@@ -32,6 +33,7 @@ function(spanlet_test NAME)
     endif()
     gtest_discover_tests(
         ${NAME}
+        NO_PRETTY_VALUES
         DISCOVERY_TIMEOUT 60
         PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen" TIMEOUT 120 ${labels} ${alone} ${locale})
     if(COMMAND disable_under_wine)

@@ -76,46 +76,14 @@ public:
     MOCK_METHOD(std::shared_ptr<OrvCPP::FeatureContainer>, GetFeatureContainer, (),
                 (const, override));
 
-    MockWithFeatures() {
-        ON_CALL(*this, GetFeatureByName)
-            .WillByDefault([this](const char* name, std::shared_ptr<OrvFeatureWrapper>& feature) {
-                return find(name, feature);
-            });
-        ON_CALL(*this, GetFeatures).WillByDefault([this](Features& features) {
-            features.clear();
-            for (const auto& feature : m_features)
-                features.push_back(feature.second);
-            return OrvErrorType{OrvErrorSuccess};
-        });
-    }
+    MockWithFeatures();
 
     /// Adds \p feature, or puts it in the place of the one of that name, and names it.
-    NiceFeature addFeature(const std::string& name, NiceFeature feature) {
-        ON_CALL(*feature, GetName).WillByDefault(answer(name));
-        ON_CALL(*feature, GetDisplayName).WillByDefault(answer(name));
-        removeFeature(name);
-        m_features.emplace_back(name, feature);
-        return feature;
-    }
-
-    void removeFeature(const std::string& name) {
-        const auto isName = [&name](const auto& feature) {
-            return feature.first == name;
-        };
-        m_features.erase(std::remove_if(m_features.begin(), m_features.end(), isName),
-                         m_features.end());
-    }
+    NiceFeature addFeature(const std::string& name, NiceFeature feature);
+    void removeFeature(const std::string& name);
 
 private:
-    OrvErrorType find(const std::string& name, std::shared_ptr<OrvFeatureWrapper>& found) const {
-        for (const auto& feature : m_features) {
-            if (feature.first == name) {
-                found = feature.second;
-                return OrvErrorSuccess;
-            }
-        }
-        return OrvErrorNotFound;
-    }
+    OrvErrorType find(const std::string& name, std::shared_ptr<OrvFeatureWrapper>& found) const;
 
     std::vector<std::pair<std::string, NiceFeature>> m_features;
 };
@@ -147,12 +115,7 @@ public:
     using Streams = std::vector<std::shared_ptr<OrvStreamWrapper>>;
     template <class Wrapper> using WithResult = std::pair<Wrapper, OrvErrorType>;
 
-    MockCamera() {
-        ON_CALL(*this, GetInterface()).WillByDefault(notFound<OrvInterfaceWrapper>);
-        ON_CALL(*this, GetLocalDevice()).WillByDefault(notFound<OrvLocalDeviceWrapper>);
-        ON_CALL(*this, GetTransportLayer()).WillByDefault(notFound<OrvTransportLayerWrapper>);
-        ON_CALL(*this, GetPermittedAccess).WillByDefault(answer(OrvAccessModeFull));
-    }
+    MockCamera();
 
     MOCK_METHOD(OrvErrorType, Open, (OrvAccessModeType), (override));
     MOCK_METHOD(OrvErrorType, Close, (), (override));
@@ -173,24 +136,16 @@ public:
                 (override));
     MOCK_METHOD(OrvErrorType, StopContinuousImageAcquisition, (), (override));
     MOCK_METHOD(OrvErrorType, QueueFrame, (const std::shared_ptr<OrvCPP::Frame>&), (override));
-
-private:
-    template <class Wrapper> static WithResult<std::shared_ptr<Wrapper>> notFound() {
-        return {std::make_shared<Wrapper>(), OrvErrorNotFound};
-    }
 };
 
-/// A system object for wrappers that never ask it.
-inline OrvCPP::OrvSystem& unusedOrvSystem() {
-    static testing::NiceMock<MockOrvSystem> system;
-    return system;
-}
+/// A system object for wrappers that never call it.
+OrvCPP::OrvSystem& unusedOrvSystem();
 
 class MockSystem : public OrvSystemWrapper {
 public:
     using Cameras = std::vector<std::shared_ptr<OrvCameraWrapper>>;
 
-    MockSystem() : OrvSystemWrapper(unusedOrvSystem()) {}
+    MockSystem();
 
     MOCK_METHOD(OrvErrorType, QueryVersion, (OrvVersionInfo&), (const, override));
     MOCK_METHOD(OrvErrorType, GetCameras, (Cameras&), (override));
@@ -198,107 +153,40 @@ public:
                 (const std::shared_ptr<OrvCameraWrapper>&), (override));
 };
 
+// Compiled once, in MockSdk.cpp and MockSystem.cpp: instantiating mocks takes 20 s per test file.
+extern template class testing::NiceMock<MockFeature>;
+extern template class MockWithFeatures<OrvLocalDeviceWrapper>;
+extern template class MockWithFeatures<OrvStreamWrapper>;
+extern template class MockWithFeatures<OrvInterfaceWrapper>;
+extern template class MockWithFeatures<OrvTransportLayerWrapper>;
+extern template class MockWithFeatures<OrvCameraWrapper>;
+extern template class testing::NiceMock<MockLocalDevice>;
+extern template class testing::NiceMock<MockStream>;
+extern template class testing::NiceMock<MockInterface>;
+extern template class testing::NiceMock<MockTransportLayer>;
+extern template class testing::NiceMock<MockCamera>;
+extern template class testing::NiceMock<MockSystem>;
+
 /// A readable, writable, visible feature of a type, whose value cannot be accessed as any type yet.
-inline NiceFeature makeFeature(OrvFeatureDataType type) {
-    using testing::An;
-    using testing::Return;
-
-    auto feature = std::make_shared<testing::NiceMock<MockFeature>>();
-    const auto wrongType = Return(OrvErrorType{OrvErrorWrongType});
-    ON_CALL(*feature, GetValue(An<bool&>())).WillByDefault(wrongType);
-    ON_CALL(*feature, GetValue(An<std::string&>())).WillByDefault(wrongType);
-    ON_CALL(*feature, GetValue(An<double&>())).WillByDefault(wrongType);
-    ON_CALL(*feature, GetValue(An<std::int64_t&>())).WillByDefault(wrongType);
-    ON_CALL(*feature, SetValue(An<const char*>())).WillByDefault(wrongType);
-    ON_CALL(*feature, SetValue(An<bool>())).WillByDefault(wrongType);
-    ON_CALL(*feature, SetValue(An<double>())).WillByDefault(wrongType);
-    ON_CALL(*feature, SetValue(An<std::int64_t>())).WillByDefault(wrongType);
-    ON_CALL(*feature, GetDataType).WillByDefault(answer(type));
-    ON_CALL(*feature, GetVisibility).WillByDefault(answer(OrvFeatureVisibilityBeginner));
-    ON_CALL(*feature, IsReadable).WillByDefault(answer(true));
-    ON_CALL(*feature, IsWritable).WillByDefault(answer(true));
-    return feature;
-}
-
-namespace MockSdkDetail {
-
-/// Lets a feature hold a value: what is set is what is got.
-template <class Value> void holdValue(MockFeature& feature, Value value) {
-    auto held = std::make_shared<Value>(value);
-    ON_CALL(feature, GetValue(testing::An<Value&>())).WillByDefault([held](Value& out) {
-        out = *held;
-        return OrvErrorType{OrvErrorSuccess};
-    });
-    using Argument = std::conditional_t<std::is_same_v<Value, std::string>, const char*, Value>;
-    ON_CALL(feature, SetValue(testing::An<Argument>())).WillByDefault([held](Argument in) {
-        *held = in;
-        return OrvErrorType{OrvErrorSuccess};
-    });
-}
-
-template <class Value>
-NiceFeature makeNumber(OrvFeatureDataType type, Value value, Value minimum, Value maximum,
-                       Value increment) {
-    auto feature = makeFeature(type);
-    holdValue(*feature, value);
-    ON_CALL(*feature, GetRange(testing::An<Value&>(), testing::An<Value&>()))
-        .WillByDefault([minimum, maximum](Value& low, Value& high) {
-            low = minimum;
-            high = maximum;
-            return OrvErrorType{OrvErrorSuccess};
-        });
-    ON_CALL(*feature, GetIncrement(testing::An<Value&>())).WillByDefault(answer(increment));
-    return feature;
-}
-
-} // namespace MockSdkDetail
+NiceFeature makeFeature(OrvFeatureDataType type);
 
 /// An integer feature. It takes any value that is set; an increment of 0 means none.
-inline NiceFeature makeIntFeature(std::int64_t value, std::int64_t minimum = 0,
-                                  std::int64_t maximum = INT64_MAX, std::int64_t increment = 1) {
-    return MockSdkDetail::makeNumber(OrvFeatureDataInt, value, minimum, maximum, increment);
-}
+NiceFeature makeIntFeature(std::int64_t value, std::int64_t minimum = 0,
+                           std::int64_t maximum = INT64_MAX, std::int64_t increment = 1);
 
 /// A floating-point feature, like makeIntFeature.
-inline NiceFeature makeFloatFeature(double value, double minimum = 0.0, double maximum = 1e9,
-                                    double increment = 0.0) {
-    return MockSdkDetail::makeNumber(OrvFeatureDataFloat, value, minimum, maximum, increment);
-}
-
-inline NiceFeature makeBoolFeature(bool value) {
-    auto feature = makeFeature(OrvFeatureDataBool);
-    MockSdkDetail::holdValue(*feature, value);
-    return feature;
-}
-
-inline NiceFeature makeStringFeature(const std::string& value) {
-    auto feature = makeFeature(OrvFeatureDataString);
-    MockSdkDetail::holdValue(*feature, value);
-    return feature;
-}
+NiceFeature makeFloatFeature(double value, double minimum = 0.0, double maximum = 1e9,
+                             double increment = 0.0);
+NiceFeature makeBoolFeature(bool value);
+NiceFeature makeStringFeature(const std::string& value);
 
 /// A command that is done at once.
-inline NiceFeature makeCommandFeature() {
-    auto feature = makeFeature(OrvFeatureDataCommand);
-    ON_CALL(*feature, RunCommand).WillByDefault(testing::Return(OrvErrorType{OrvErrorSuccess}));
-    ON_CALL(*feature, IsCommandDone).WillByDefault(answer(true));
-    return feature;
-}
+NiceFeature makeCommandFeature();
 
 /// An enumeration of entries that are all available.
-inline NiceFeature makeEnumFeature(const std::string& value,
-                                   const std::vector<std::string>& entries) {
-    auto feature = makeFeature(OrvFeatureDataEnum);
-    MockSdkDetail::holdValue(*feature, value);
-    ON_CALL(*feature, GetValues).WillByDefault(answer(entries));
-    ON_CALL(*feature, IsValueAvailable).WillByDefault([](const char*, bool& available) {
-        available = true;
-        return OrvErrorType{OrvErrorSuccess};
-    });
-    return feature;
-}
+NiceFeature makeEnumFeature(const std::string& value, const std::vector<std::string>& entries);
 
-/// Who a mocked camera says it is.
+/// The identity that a mocked camera reports.
 struct MockIdentity {
     std::string id = "DEV_1";
     std::string name = "Camera";
@@ -307,12 +195,4 @@ struct MockIdentity {
 };
 
 /// A camera with an identity, without features, local device and streams.
-inline std::shared_ptr<testing::NiceMock<MockCamera>>
-makeCamera(const MockIdentity& identity = {}) {
-    auto camera = std::make_shared<testing::NiceMock<MockCamera>>();
-    ON_CALL(*camera, GetID).WillByDefault(answer(identity.id));
-    ON_CALL(*camera, GetName).WillByDefault(answer(identity.name));
-    ON_CALL(*camera, GetModel).WillByDefault(answer(identity.model));
-    ON_CALL(*camera, GetSerialNumber).WillByDefault(answer(identity.serialNumber));
-    return camera;
-}
+std::shared_ptr<testing::NiceMock<MockCamera>> makeCamera(const MockIdentity& identity = {});
