@@ -40,7 +40,7 @@ TEST(Benchmark, failsOnLossWhereThatIsAskedFor) {
                           "240.0 MB/s, but only 112.5 MB/s are usable"));
     const QJsonObject result = runForJson(QStringLiteral("benchmark --seconds 1") + oversubscribed);
     EXPECT_GT(sumOf(result, "lostFrames"), 0);
-    // Averages: a lost frame leaves a longer interval.
+    // The average of a second is the count, since lost frames do not shorten an average.
     for (const QJsonValue& camera : camerasOf(result))
         EXPECT_NEAR(camera[QStringLiteral("framesPerSecond")].toDouble(),
                     camera[QStringLiteral("receivedFrames")].toInt(), 1.5);
@@ -108,7 +108,7 @@ TEST(AutoSet, setsOneCamera) {
                   QStringLiteral("requestedReached"));
         return sumOf(result, "bandwidthBytesPerSecond");
     };
-    // 2464 x 2056 pixels at up to 23.5 frames per second, and then a hundredth on top.
+    // 2464 x 2056 pixels at up to 23.5 frames per second; then with a margin of 1 %.
     const double need = limit(QStringLiteral("0"));
     EXPECT_NEAR(need, 2464.0 * 2056 * 23.5, 2e6);
     EXPECT_NEAR(limit(QStringLiteral("1")), need * 1.01, 0.01e6);

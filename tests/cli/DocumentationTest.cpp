@@ -35,7 +35,7 @@ QStringList commands() {
     return names;
 }
 
-/// What bash offers after these words; fails when the file is no valid script.
+/// The completions of bash after these words.
 QStringList completions(const QString& words) {
     QProcess bash;
     bash.start(QStringLiteral("bash"),

@@ -43,10 +43,10 @@ TEST(Watch, redrawsItsTableOnATerminal) {
     EXPECT_EQ(terminal.exitCode(), 0);
     const std::string text = terminal.readAllStandardOutput().toStdString();
     EXPECT_THAT(text, HasSubstr("of 1 s [#########....."));
-    // What is lost is seen in a narrow window, too.
+    // The losses stay in a narrow terminal.
     EXPECT_THAT(text, HasSubstr("\nCamera     Frames/s  Received  Sent  Lost  Incomplete\r\n"));
     EXPECT_THAT(text, HasSubstr("(2 more lines)"));
-    // Back to the first of the five lines for which there is room, with the sixth for the cursor.
+    // The terminal has six rows: five lines and the cursor.
     EXPECT_THAT(text, HasSubstr("\x1b[5F\x1b[JMRD GigE Interface enp3s0  0.6"));
 }
 

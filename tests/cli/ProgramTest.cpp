@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(
         Ending{"benchmark", 2, "--interface: MRD GigE Interface enp3s0, "},
         Ending{"autoset", 2, "Either --interface or --camera"},
         Ending{"autoset --camera GEV-21017 --lock GEV-21018", 2, "--lock goes with --interface"},
-        // Before anything is started.
+        // Checked before the configuration is read.
         Ending{"autoset --config missing.json --interface i --interface-margin 51", 2, "to 50"},
         Ending{"autoset --config missing.json --interface i --max-bandwidth 0", 2, "from 0.001"},
         Ending{"list --config=", 2, "--config takes a file"},
@@ -98,7 +98,7 @@ class Writes : public testing::TestWithParam<RoundTrip> {};
 TEST_P(Writes, andReadsBack) {
     const RoundTrip& trip = GetParam();
     const QString feature = QLatin1String(trip.feature);
-    // Twice: the first tells what the second has found.
+    // Once for text and once for JSON.
     const QStringList line{QStringLiteral("set"), QStringLiteral("Feeder"), feature,
                            QLatin1String(trip.value)};
     SpanletProcess spanlet;

@@ -11,7 +11,7 @@
 
 #include <string>
 
-/// The program, run without a display.
+/// The program spanlet as a process without a display.
 class SpanletProcess {
 public:
     SpanletProcess() {
@@ -26,7 +26,7 @@ public:
         ASSERT_TRUE(m_process.waitForStarted());
     }
 
-    /// Waits until the program has said this.
+    /// Waits until the program has printed \p text.
     void await(const char* text) {
         QElapsedTimer timer;
         timer.start();
@@ -38,7 +38,7 @@ public:
 
     qint64 id() const { return m_process.processId(); }
 
-    /// Its exit code; -1 when it ended in another way.
+    /// Waits for the end; the exit code, or -1 after a crash.
     int finish() {
         EXPECT_TRUE(m_process.waitForFinished(60000)) << m_process.errorString().toStdString();
         return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
@@ -48,11 +48,11 @@ public:
         start(arguments);
         return finish();
     }
-    /// Arguments with blanks between them.
+    /// \p line has arguments separated by blanks.
     int run(const QString& line) { return run(line.split(QLatin1Char(' '), Qt::SkipEmptyParts)); }
 
     QByteArray out() {
-        // Windows ends a line with two characters.
+        // Windows ends lines by "\r\n".
         m_out += m_process.readAllStandardOutput().replace("\r\n", "\n");
         return m_out;
     }
@@ -60,7 +60,7 @@ public:
         m_err += m_process.readAllStandardError().replace("\r\n", "\n");
         return m_err;
     }
-    /// What was printed, which is to be one document and nothing else.
+    /// The output, which must be one JSON document.
     QJsonObject json() {
         QJsonParseError error;
         const QJsonDocument document = QJsonDocument::fromJson(out(), &error);
@@ -78,7 +78,7 @@ inline const QJsonArray camerasOf(const QJsonObject& document) {
     return document[QStringLiteral("cameras")].toArray();
 }
 
-/// Sum of one number of each camera.
+/// Sum of a member of all cameras.
 inline double sumOf(const QJsonObject& document, const char* key) {
     double sum = 0;
     for (const QJsonValue& camera : camerasOf(document))

@@ -20,7 +20,7 @@ protected:
                QStringList{QStringLiteral("--cameras"), QStringLiteral("genicam")};
     }
 
-    /// What a successful command prints.
+    /// The output of a successful command.
     static std::string text(const char* line) {
         SpanletProcess spanlet;
         EXPECT_EQ(spanlet.run(words(line)), 0) << line << ": " << spanlet.err().toStdString();
@@ -34,7 +34,7 @@ protected:
     }
     static long framesSent() { return std::stol(text("get Left TestFramesSent")); }
 
-    /// Whether the program catches an interruption by now.
+    /// Whether the program has installed its handler of SIGINT.
     static bool isGuarded(const SpanletProcess& spanlet) {
         QFile status(QStringLiteral("/proc/%1/status").arg(spanlet.id()));
         if (!status.open(QIODevice::ReadOnly)) {
@@ -55,7 +55,7 @@ protected:
                                               {"--serial", "R2", "--user-id", "Right"}};
 };
 
-TEST_F(CommandsOnRealCameras, areListedWithAWarningWhereTheirStreamsLackMemory) {
+TEST_F(CommandsOnRealCameras, listsCamerasAndWarnsWhenReceiveBuffersAreSmall) {
     SpanletProcess spanlet;
     EXPECT_EQ(spanlet.run(words("list --json")), 0);
     const QJsonArray interfaces = spanlet.json()[QStringLiteral("interfaces")].toArray();
@@ -74,7 +74,7 @@ TEST_F(CommandsOnRealCameras, areListedWithAWarningWhereTheirStreamsLackMemory) 
     EXPECT_THAT(spanlet.err().toStdString(), HasSubstr(warning.value_or("")));
 }
 
-TEST_F(CommandsOnRealCameras, keepFeaturesOfEachType) {
+TEST_F(CommandsOnRealCameras, writesAndReadsFeaturesOfEachType) {
     EXPECT_EQ(text("set Left TestSigned -5 TestFloat -1.5 TestBoolean on TestString Förderband "
                    "TestEnumeration Second TestHexNumber 0xff TestIPV4Address 10.0.0.7 "
                    "TestMACAddress 02:00:00:00:00:07 Width 640 PixelFormat Mono12"),
@@ -88,7 +88,7 @@ TEST_F(CommandsOnRealCameras, keepFeaturesOfEachType) {
     EXPECT_EQ(text("run Left TestCommand"), "TestCommand done\n");
 }
 
-TEST_F(CommandsOnRealCameras, areNotHalfWrittenForASlipOfThePen) {
+TEST_F(CommandsOnRealCameras, writesNothingWhenOneNameOrValueIsWrong) {
     for (const char* line : {"set Left Width 640 Hieght 480", "set Left Width 640 Height tall"}) {
         SpanletProcess spanlet;
         EXPECT_EQ(spanlet.run(words(line)), 1) << line;
@@ -96,7 +96,7 @@ TEST_F(CommandsOnRealCameras, areNotHalfWrittenForASlipOfThePen) {
     EXPECT_EQ(text("get Left Width"), "1024\n");
 }
 
-TEST_F(CommandsOnRealCameras, haveTheirFramesCounted) {
+TEST_F(CommandsOnRealCameras, countsFramesOfTheBenchmark) {
     const QJsonObject result = json("benchmark --interface lo --seconds 1");
     ASSERT_EQ(camerasOf(result).size(), 2);
     const QJsonValue camera = camerasOf(result)[0];
@@ -109,7 +109,7 @@ TEST_F(CommandsOnRealCameras, haveTheirFramesCounted) {
     EXPECT_NEAR(static_cast<double>(framesSent()), sent, 1);
 }
 
-TEST_F(CommandsOnRealCameras, areStoppedAndFreeAfterAnInterruption) {
+TEST_F(CommandsOnRealCameras, stopsAndClosesCamerasWhenABenchmarkIsInterrupted) {
     SpanletProcess spanlet;
     spanlet.start(words("benchmark --interface lo --seconds 60 -v"));
     spanlet.await("DEV_02FC7F000003): Acquisition started successfully.");
@@ -120,7 +120,7 @@ TEST_F(CommandsOnRealCameras, areStoppedAndFreeAfterAnInterruption) {
     EXPECT_EQ(framesSent(), sent);
 }
 
-TEST_F(CommandsOnRealCameras, areFreeWhenTheSearchForThemIsInterrupted) {
+TEST_F(CommandsOnRealCameras, closesCamerasWhenTheirOpeningIsInterrupted) {
     SpanletProcess spanlet;
     spanlet.start(words("benchmark --interface lo --seconds 60"));
     while (!isGuarded(spanlet))
@@ -131,7 +131,7 @@ TEST_F(CommandsOnRealCameras, areFreeWhenTheSearchForThemIsInterrupted) {
     EXPECT_EQ(framesSent(), 0);
 }
 
-TEST_F(CommandsOnRealCameras, thatAnotherProgramHasAreLeftAlone) {
+TEST_F(CommandsOnRealCameras, failsForCamerasThatAnotherProgramHasOpen) {
     SpanletProcess other;
     other.start(words("watch --interface lo --interval 0.1"));
     other.await("DEV_02FC7F000003");
@@ -146,7 +146,7 @@ TEST_F(CommandsOnRealCameras, thatAnotherProgramHasAreLeftAlone) {
     EXPECT_EQ(text("get Left Width"), "1024\n");
 }
 
-TEST_F(CommandsOnRealCameras, areStoppedWhenNobodyReadsWhatIsWatched) {
+TEST_F(CommandsOnRealCameras, stopsCamerasWhenTheOutputPipeIsClosed) {
     QProcess shell;
     shell.start(QStringLiteral("bash"),
                 {QStringLiteral("-c"), QStringLiteral("set -o pipefail; " SPANLET_FILE
