@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # Completion of the command "spanlet" for bash.
 
-# The command among the words before the cursor; the value of an option is none.
+# Prints the command among the words before the cursor; values of options do not count.
 _spanlet_command() {
     local word previous=""
     for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
@@ -23,7 +23,7 @@ _spanlet() {
     local options=""
 
     COMPREPLY=()
-    # The shell takes "--option=value" and ":name" apart.
+    # bash splits words at "=" and ":".
     local colon=""
     case "$previous $current" in
         [=:]*) colon=${previous#=} previous=${COMP_WORDS[COMP_CWORD - 2]} ;;
@@ -35,7 +35,7 @@ _spanlet() {
             if [[ $colon ]]; then
                 mapfile -t COMPREPLY < <(compgen -W "$scenarios" -- "$current")
             else
-                # Slashes behind folders, and quotes where a name needs them.
+                # Adds a slash to folders and quotes special characters.
                 compopt -o filenames 2> /dev/null || true
                 mapfile -t COMPREPLY < <(compgen -f -- "$current")
             fi
