@@ -51,12 +51,10 @@ void applyAppearance(bool isDark) {
         font.setPointSize(usualPointSize);
         QApplication::setFont(font);
     }
-    if (isDark || !hasScreen()) {
+    if (isDark || !hasScreen())
         QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    }
-    if (isDark) {
+    if (isDark)
         QApplication::setPalette(darkPalette());
-    }
 }
 
 } // namespace viewer

@@ -12,18 +12,16 @@ namespace {
 
 QString interfaceName(const OrvCPP::Camera& camera) {
     std::shared_ptr<OrvCPP::Interface> found;
-    if (camera.GetInterface(found) != OrvErrorSuccess || !found) {
+    if (camera.GetInterface(found) != OrvErrorSuccess || !found)
         return {};
-    }
     return sdkText(
         [&](char* buffer, std::uint32_t& length) { return found->GetName(buffer, length); });
 }
 
 CameraAccess permittedAccess(const OrvCPP::Camera& camera) {
     OrvAccessModeType modes = OrvAccessModeNone;
-    if (camera.GetPermittedAccess(modes) == OrvErrorNotFound) {
+    if (camera.GetPermittedAccess(modes) == OrvErrorNotFound)
         return CameraAccess::NoAnswer;
-    }
     return (modes & OrvAccessModeFull) != 0 ? CameraAccess::Available : CameraAccess::InUse;
 }
 
@@ -39,9 +37,8 @@ CameraEntry describe(const std::shared_ptr<OrvCPP::Camera>& camera) {
     entry.serialNumber = sdkText([&](char* buffer, std::uint32_t& length) {
         return camera->GetSerialNumber(buffer, length);
     });
-    if (entry.name.isEmpty()) {
+    if (entry.name.isEmpty())
         entry.name = entry.model.isEmpty() ? entry.id : entry.model;
-    }
     entry.interfaceName = interfaceName(*camera);
     entry.access = permittedAccess(*camera);
     return entry;
@@ -50,13 +47,11 @@ CameraEntry describe(const std::shared_ptr<OrvCPP::Camera>& camera) {
 /// Puts a text of their own behind the names of cameras that have the same one.
 void tellApart(std::vector<CameraEntry>& entries, QString CameraEntry::*text) {
     QHash<QString, int> counts;
-    for (const CameraEntry& entry : entries) {
+    for (const CameraEntry& entry : entries)
         ++counts[entry.name];
-    }
     for (CameraEntry& entry : entries) {
-        if (counts[entry.name] > 1 && !(entry.*text).isEmpty()) {
+        if (counts[entry.name] > 1 && !(entry.*text).isEmpty())
             entry.name = QStringLiteral("%1 (%2)").arg(entry.name, entry.*text);
-        }
     }
 }
 
@@ -67,9 +62,8 @@ std::vector<CameraEntry> findCameras(OrvCPP::OrvSystem& system) {
     const auto get = [&system](std::shared_ptr<OrvCPP::Camera>* cameras, std::uint32_t& count) {
         return system.GetCameras(cameras, count);
     };
-    for (const auto& camera : sdkList<OrvCPP::Camera>(get)) {
+    for (const auto& camera : sdkList<OrvCPP::Camera>(get))
         entries.push_back(describe(camera));
-    }
     // Most cameras have no name but their model's, and serial numbers are each maker's own.
     tellApart(entries, &CameraEntry::serialNumber);
     tellApart(entries, &CameraEntry::id);

@@ -5,9 +5,8 @@ namespace viewer {
 
 void CameraListWatcher::CameraListChanged(const std::shared_ptr<OrvCPP::Camera>& /*camera*/,
                                           OrvUpdateTriggerType /*reason*/) {
-    if (!m_isAnnounced.exchange(true)) {
+    if (!m_isAnnounced.exchange(true))
         emit changed();
-    }
 }
 
 void CameraListWatcher::acknowledge() {

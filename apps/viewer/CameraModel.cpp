@@ -34,9 +34,8 @@ int CameraModel::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant CameraModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
         return {};
-    }
     const CameraEntry& entry = m_cameras[static_cast<std::size_t>(index.row())];
     switch (role) {
     case Qt::DisplayRole:

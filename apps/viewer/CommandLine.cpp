@@ -69,9 +69,8 @@ CommandLine parseCommandLine(const QStringList& arguments) {
                          .arg(parser.positionalArguments().constFirst());
     } else {
         line.cameras = session::cameraSource(parser, line.error);
-        if (parser.isSet(benchmark)) {
+        if (parser.isSet(benchmark))
             line.benchmarkSeconds = toBenchmarkSeconds(parser.value(benchmark), line.error);
-        }
     }
     line.opensSpanlet = parser.isSet(openSpanlet);
     line.isDark = parser.isSet(dark);

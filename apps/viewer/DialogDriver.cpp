@@ -43,9 +43,8 @@ QString heading(const QAbstractItemModel& model, int column) {
 
 QModelIndex firstLeaf(const QAbstractItemModel& model) {
     QModelIndex index = model.index(0, 0);
-    while (model.hasChildren(index) && index.isValid()) {
+    while (model.hasChildren(index) && index.isValid())
         index = model.index(0, 0, index);
-    }
     return index;
 }
 
@@ -54,16 +53,13 @@ QModelIndex findInterface(const QAbstractItemModel& model, const QString& text,
                           const QModelIndex& parent = {}) {
     for (int row = 0; row < model.rowCount(parent); ++row) {
         const QModelIndex index = model.index(row, 0, parent);
-        if (!model.hasChildren(index)) {
+        if (!model.hasChildren(index))
             continue;
-        }
-        if (index.data().toString() == text) {
+        if (index.data().toString() == text)
             return index;
-        }
         const QModelIndex below = findInterface(model, text, index);
-        if (below.isValid()) {
+        if (below.isValid())
             return below;
-        }
     }
     return {};
 }
@@ -88,9 +84,8 @@ QStringList DialogDriver::failures() const {
 void DialogDriver::then(Step step, int milliseconds) {
     QTimer::singleShot(milliseconds, this, [this, step] {
         // Without a dialog only looking for one makes sense.
-        if (m_dialog || step == &DialogDriver::findDialog) {
+        if (m_dialog || step == &DialogDriver::findDialog)
             (this->*step)();
-        }
     });
 }
 
@@ -101,18 +96,16 @@ void DialogDriver::findDialog() {
             m_dialog = window;
         }
     }
-    if (m_dialog) {
+    if (m_dialog)
         then(&DialogDriver::closeHelp, helpDelay);
-    } else {
+    else
         then(&DialogDriver::findDialog, pollInterval);
-    }
 }
 
 void DialogDriver::closeHelp() {
     QWidget* modal = QApplication::activeModalWidget();
-    if (modal != nullptr && modal != m_dialog) {
+    if (modal != nullptr && modal != m_dialog)
         modal->close();
-    }
     then(&DialogDriver::autoSet, pollInterval);
 }
 
@@ -169,9 +162,8 @@ void DialogDriver::startBenchmark() {
         return;
     }
     if (m_nextInterface >= interfaces->count()) {
-        if (m_statistics.isEmpty()) {
+        if (m_statistics.isEmpty())
             m_failures << QStringLiteral("There is no camera to run a benchmark on.");
-        }
         then(&DialogDriver::showLog, 0);
         return;
     }
@@ -179,9 +171,8 @@ void DialogDriver::startBenchmark() {
     interfaces->setCurrentIndex(m_nextInterface);
     seconds->setValue(m_tasks.benchmarkSeconds);
     button->click();
-    if (!button->isChecked()) {
+    if (!button->isChecked())
         m_failures << QStringLiteral("No benchmark starts on %1.").arg(interfaces->currentText());
-    }
     m_sinceStart.start();
     then(&DialogDriver::awaitBenchmark, pollInterval);
 }
@@ -209,9 +200,8 @@ void DialogDriver::showLog() {
         then(&DialogDriver::close, 0);
         return;
     }
-    if (auto* button = child<QAbstractButton>(m_dialog, "buttonShowLogging")) {
+    if (auto* button = child<QAbstractButton>(m_dialog, "buttonShowLogging"))
         button->click();
-    }
     m_dialog->resize(m_dialog->size().expandedTo(pictureSize));
     then(&DialogDriver::takePicture, logAnimation);
 }
@@ -222,9 +212,8 @@ void DialogDriver::takePicture() {
 }
 
 void DialogDriver::savePicture(QWidget& window, const QString& file) {
-    if (!window.grab().save(file)) {
+    if (!window.grab().save(file))
         m_failures << QStringLiteral("The picture cannot be saved as %1.").arg(file);
-    }
 }
 
 void DialogDriver::close() {
@@ -237,17 +226,15 @@ void DialogDriver::collectStatistics(const QString& interfaceName) {
     const int columns = model.columnCount();
     if (m_statistics.isEmpty()) {
         QStringList headings{QStringLiteral("Interface"), QStringLiteral("Camera")};
-        for (int column = firstStatisticsColumn; column < columns; ++column) {
+        for (int column = firstStatisticsColumn; column < columns; ++column)
             headings << heading(model, column);
-        }
         m_statistics << headings;
     }
     const QModelIndex parent = findInterface(model, interfaceName);
     for (int row = 0; row < model.rowCount(parent); ++row) {
         QStringList figures{interfaceName, model.index(row, 0, parent).data().toString()};
-        for (int column = firstStatisticsColumn; column < columns; ++column) {
+        for (int column = firstStatisticsColumn; column < columns; ++column)
             figures << model.index(row, column, parent).data().toString();
-        }
         m_statistics << figures;
     }
 }

@@ -108,14 +108,12 @@ bool canShow(OrvPixelFormatType format) {
 
 QImage toImage(const RawImage& raw) {
     const Conversion* conversion = findConversion(raw.format);
-    if (conversion == nullptr || !isComplete(raw)) {
+    if (conversion == nullptr || !isComplete(raw))
         return {};
-    }
     QImage image(static_cast<int>(raw.width), static_cast<int>(raw.height),
                  conversion->imageFormat);
-    for (int row = 0; row < image.height(); ++row) {
+    for (int row = 0; row < image.height(); ++row)
         conversion->readRow(raw, row, image.scanLine(row));
-    }
     return image;
 }
 

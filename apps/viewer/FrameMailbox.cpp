@@ -17,12 +17,10 @@ void FrameMailbox::FrameReceived(const std::shared_ptr<OrvCPP::Frame>& frame) {
         m_latest.swap(dropped);
         mustAnnounce = !std::exchange(m_isAnnounced, true);
     }
-    if (dropped) {
+    if (dropped)
         m_giveBack(dropped);
-    }
-    if (mustAnnounce) {
+    if (mustAnnounce)
         m_announce();
-    }
 }
 
 std::shared_ptr<OrvCPP::Frame> FrameMailbox::take() {

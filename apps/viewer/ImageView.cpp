@@ -33,11 +33,10 @@ QSize ImageView::sizeHint() const {
 
 void ImageView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    if (hasImage()) {
+    if (hasImage())
         paintImage(painter);
-    } else {
+    else
         paintMessage(painter);
-    }
 }
 
 void ImageView::paintImage(QPainter& painter) const {

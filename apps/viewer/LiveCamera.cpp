@@ -23,13 +23,11 @@ LiveCamera::~LiveCamera() {
 OrvErrorType LiveCamera::start(const std::shared_ptr<OrvCPP::Camera>& camera) {
     stop();
     const OrvErrorType opened = camera->Open(OrvAccessModeFull);
-    if (opened != OrvErrorSuccess) {
+    if (opened != OrvErrorSuccess)
         return opened;
-    }
     const auto giveBack = [weak = std::weak_ptr(camera)](const auto& frame) {
-        if (const auto owner = weak.lock()) {
+        if (const auto owner = weak.lock())
             owner->QueueFrame(frame);
-        }
     };
     const auto announce = [this] {
         QMetaObject::invokeMethod(this, &LiveCamera::showLatest, Qt::QueuedConnection);
@@ -67,20 +65,18 @@ std::uint64_t LiveCamera::receivedFrames() const {
 void LiveCamera::showLatest() {
     // The invocation may have waited in the event loop while the camera was stopped or changed.
     const auto frame = m_mailbox ? m_mailbox->take() : nullptr;
-    if (!frame) {
+    if (!frame)
         return;
-    }
     OrvFrameStatusType status = OrvFrameStatusInvalid;
     frame->GetReceiveStatus(status);
     const RawImage raw = rawImage(*frame);
     const QImage image = status == OrvFrameStatusComplete ? toImage(raw) : QImage();
     m_camera->QueueFrame(frame);
 
-    if (!image.isNull()) {
+    if (!image.isNull())
         emit imageReady(image, pixelFormatName(raw.format));
-    } else if (status == OrvFrameStatusComplete) {
+    else if (status == OrvFrameStatusComplete)
         emit imageNotShown(pixelFormatName(raw.format));
-    }
 }
 
 } // namespace viewer

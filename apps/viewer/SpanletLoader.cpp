@@ -32,9 +32,8 @@ SpanletLoader::SpanletLoader(QString folder) : m_folder(std::move(folder)) {}
 SpanletLoader::~SpanletLoader() = default;
 
 SpanletInterface* SpanletLoader::load() {
-    if (m_plugin) {
+    if (m_plugin)
         return qobject_cast<SpanletInterface*>(m_plugin->instance());
-    }
     m_faults.clear();
     const QDir folder(m_folder);
     if (!folder.exists()) {
@@ -42,17 +41,15 @@ SpanletInterface* SpanletLoader::load() {
         return nullptr;
     }
     for (const QFileInfo& file : folder.entryInfoList(QDir::Files, QDir::Name)) {
-        if (!QLibrary::isLibrary(file.fileName())) {
+        if (!QLibrary::isLibrary(file.fileName()))
             continue;
-        }
         if (SpanletInterface* spanlet = tryFile(file.absoluteFilePath())) {
             m_faults.clear();
             return spanlet;
         }
     }
-    if (m_faults.isEmpty()) {
+    if (m_faults.isEmpty())
         m_faults << withReason(m_folder, tr("there is no library in this folder"));
-    }
     return nullptr;
 }
 

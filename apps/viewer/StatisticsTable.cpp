@@ -11,18 +11,16 @@ QVector<int> columnWidths(const QVector<QStringList>& rows) {
     QVector<int> widths;
     for (const QStringList& row : rows) {
         widths.resize(std::max(widths.size(), row.size()));
-        for (int column = 0; column < row.size(); ++column) {
+        for (int column = 0; column < row.size(); ++column)
             widths[column] = std::max(widths[column], row[column].size());
-        }
     }
     return widths;
 }
 
 QString line(const QStringList& cells) {
     QString text = cells.join(QLatin1String("  "));
-    while (text.endsWith(QLatin1Char(' '))) {
+    while (text.endsWith(QLatin1Char(' ')))
         text.chop(1);
-    }
     return text + QLatin1Char('\n');
 }
 
@@ -40,9 +38,8 @@ QString alignedTable(const QVector<QStringList>& rows, int textColumns) {
         table += line(cells);
         if (&row == &rows.constFirst()) {
             QStringList underlines;
-            for (const int width : widths) {
+            for (const int width : widths)
                 underlines << QString(width, QLatin1Char('-'));
-            }
             table += line(underlines);
         }
     }

@@ -93,9 +93,8 @@ void ViewerWindow::buildMenus() {
     QMenu* tools = menuBar()->addMenu(tr("&Tools"));
     QAction* spanlet = tools->addAction(tr("&Spanlet..."), this, [this] {
         const QString error = openSpanlet();
-        if (!error.isEmpty()) {
+        if (!error.isEmpty())
             QMessageBox::warning(this, tr("Spanlet"), error);
-        }
     });
     spanlet->setObjectName(QStringLiteral("actionSpanlet"));
     spanlet->setShortcut(QKeySequence(tr("Ctrl+B")));
@@ -152,13 +151,11 @@ void ViewerWindow::buildStatusBar() {
 }
 
 QString ViewerWindow::openSpanlet() {
-    if (m_isHandedOver) {
+    if (m_isHandedOver)
         return {};
-    }
     SpanletInterface* spanlet = m_loader.load();
-    if (spanlet == nullptr) {
+    if (spanlet == nullptr)
         return m_loader.error();
-    }
     releaseCamera();
     m_view->showMessage(tr("Spanlet is open"),
                         tr("The live image returns when its window is closed."));
@@ -173,9 +170,8 @@ QString ViewerWindow::openSpanlet() {
 
 void ViewerWindow::refreshCameras() {
     // Meanwhile the cameras are Spanlet's, and what it opens is no news to the viewer.
-    if (m_isHandedOver) {
+    if (m_isHandedOver)
         return;
-    }
     m_watcher->acknowledge();
     const CameraEntry before = currentCamera();
     const bool hadCameras = m_model->rowCount() > 0;
@@ -192,17 +188,15 @@ void ViewerWindow::refreshCameras() {
     const bool wasBarred =
         before.access == CameraAccess::InUse || before.access == CameraAccess::NoAnswer;
     const bool isFreeNow = wasBarred && currentCamera().access == CameraAccess::Available;
-    if (row < 0 || isFreeNow) {
+    if (row < 0 || isFreeNow)
         showCamera(row);
-    }
 }
 
 void ViewerWindow::takeOver(std::vector<CameraEntry> cameras) {
     for (CameraEntry& entry : cameras) {
         // The viewer's own opening is what makes this one unavailable.
-        if (entry.id == m_liveId) {
+        if (entry.id == m_liveId)
             entry.access = CameraAccess::Live;
-        }
     }
     m_model->setCameras(std::move(cameras));
     const int count = m_model->rowCount();
@@ -211,9 +205,8 @@ void ViewerWindow::takeOver(std::vector<CameraEntry> cameras) {
 
 void ViewerWindow::showStreamingLimits() {
     QStringList warnings;
-    for (const std::string& warning : m_streamingLimits.check(m_system)) {
+    for (const std::string& warning : m_streamingLimits.check(m_system))
         warnings.append(QString::fromStdString(warning));
-    }
     m_streamingWarning->setText(warnings.join(QStringLiteral("\n\n")));
     m_streamingWarning->setVisible(!warnings.isEmpty());
 }
@@ -239,19 +232,17 @@ void ViewerWindow::showCamera(int row) {
         return;
     }
     const CameraEntry entry = m_model->cameras()[static_cast<std::size_t>(row)];
-    if (entry.id == m_liveId) {
+    if (entry.id == m_liveId)
         return;
-    }
     releaseCamera();
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     const OrvErrorType result = m_live.start(entry.camera);
     QGuiApplication::restoreOverrideCursor();
     if (result != OrvErrorSuccess) {
-        if (meansInUse(result)) {
+        if (meansInUse(result))
             m_model->setAccess(row, CameraAccess::InUse);
-        } else if (result == OrvErrorNotFound) {
+        else if (result == OrvErrorNotFound)
             m_model->setAccess(row, CameraAccess::NoAnswer);
-        }
         showFailure(entry.name, result);
         return;
     }
@@ -298,9 +289,8 @@ void ViewerWindow::showNoCamera() {
 }
 
 void ViewerWindow::updateFrameRate() {
-    if (!m_live.isRunning()) {
+    if (!m_live.isRunning())
         return;
-    }
     const std::uint64_t frames = m_live.receivedFrames();
     const qint64 milliseconds = m_sinceLastRate.restart();
     if (milliseconds > 0) {

@@ -36,11 +36,10 @@ void Watchdog::watch() {
             std::fflush(stderr);
             std::_Exit(exitCode);
         }
-        if (m_deadline == std::chrono::steady_clock::time_point::max()) {
+        if (m_deadline == std::chrono::steady_clock::time_point::max())
             m_changed.wait(lock);
-        } else {
+        else
             m_changed.wait_until(lock, m_deadline);
-        }
     }
 }
 

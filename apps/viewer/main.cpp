@@ -39,9 +39,8 @@ CommandLine readCommandLine(int& argc, char** argv) {
     identify(application);
     CommandLine line = viewer::parseCommandLine(QCoreApplication::arguments());
     for (QString* file : {&line.pictureFile, &line.featurePictureFile}) {
-        if (!file->isEmpty()) {
+        if (!file->isEmpty())
             *file = QFileInfo(*file).absoluteFilePath();
-        }
     }
     return line;
 }
@@ -49,9 +48,8 @@ CommandLine readCommandLine(int& argc, char** argv) {
 /// Tells a person what is wrong: on the standard error stream, and in a box where one can be seen.
 void report(const CommandLine& line, QWidget* parent, const QString& text) {
     print(stderr, text + QLatin1Char('\n'));
-    if (viewer::hasScreen() && !line.isAutomated()) {
+    if (viewer::hasScreen() && !line.isAutomated())
         QMessageBox::warning(parent, QObject::tr("Camera Viewer"), text);
-    }
 }
 
 int runAutomatically(const CommandLine& line, viewer::ViewerWindow& window) {
@@ -62,13 +60,11 @@ int runAutomatically(const CommandLine& line, viewer::ViewerWindow& window) {
         return 1;
     }
     // After the dialog has closed, since it takes what is printed for its log while it is open.
-    if (!driver.statistics().isEmpty()) {
+    if (!driver.statistics().isEmpty())
         print(stdout, viewer::alignedTable(driver.statistics(), 2));
-    }
     const QStringList failures = driver.failures();
-    for (const QString& failure : failures) {
+    for (const QString& failure : failures)
         report(line, &window, failure);
-    }
     return failures.isEmpty() ? 0 : 1;
 }
 
@@ -85,15 +81,13 @@ int run(const CommandLine& line) {
                                 QCoreApplication::applicationDirPath() +
                                     QStringLiteral("/plugins"));
     window.show();
-    if (line.isAutomated()) {
+    if (line.isAutomated())
         return runAutomatically(line, window);
-    }
     if (line.opensSpanlet) {
         QTimer::singleShot(0, &window, [&line, &window] {
             const QString error = window.openSpanlet();
-            if (!error.isEmpty()) {
+            if (!error.isEmpty())
                 report(line, &window, error);
-            }
         });
     }
     return QApplication::exec();

@@ -30,9 +30,8 @@ RawImage rawOf(const Case& data, const QByteArray& bytes) {
 std::string pixelsOf(const QImage& image) {
     QStringList pixels;
     for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
+        for (int x = 0; x < image.width(); ++x)
             pixels << image.pixelColor(x, y).name().mid(1);
-        }
     }
     return pixels.join(QLatin1Char(' ')).toStdString();
 }

@@ -46,9 +46,8 @@ TEST(FrameMailbox, keepsTheLatestFrameAndGivesTheOthersBack) {
     int announcements = 0;
     FrameMailbox mailbox([&](const auto& frame) { givenBack.push_back(numberOf(frame)); },
                          [&] { ++announcements; });
-    for (std::uint64_t number = 1; number <= 3; ++number) {
+    for (std::uint64_t number = 1; number <= 3; ++number)
         mailbox.FrameReceived(std::make_shared<NumberedFrame>(number));
-    }
     EXPECT_EQ(announcements, 1);
     EXPECT_THAT(givenBack, ElementsAre(1, 2));
     EXPECT_EQ(numberOf(mailbox.take()), 3U);
@@ -69,9 +68,8 @@ TEST(FrameMailbox, losesNoFrameBetweenTwoThreads) {
     FrameMailbox mailbox([&](const auto&) { ++givenBack; },
                          [&] { EXPECT_FALSE(isAnnounced.exchange(true)); });
     std::thread camera([&] {
-        for (std::uint64_t number = 1; number <= frames; ++number) {
+        for (std::uint64_t number = 1; number <= frames; ++number)
             mailbox.FrameReceived(std::make_shared<NumberedFrame>(number));
-        }
         isOver = true;
     });
     std::uint64_t taken = 0;

@@ -41,9 +41,8 @@ public:
         QFile original(scenario("default.json"));
         EXPECT_TRUE(original.open(QIODevice::ReadOnly) && m_file.open());
         QByteArray text = original.readAll();
-        for (const auto& [before, after] : changes) {
+        for (const auto& [before, after] : changes)
             text.replace(before, after);
-        }
         m_file.write(text);
         m_file.flush();
     }
@@ -78,9 +77,8 @@ public:
     /// Row of the first camera in this state, -1 when there is none.
     int rowWith(CameraAccess wanted) {
         for (int row = 0; row < list().model()->rowCount(); ++row) {
-            if (access(row) == wanted) {
+            if (access(row) == wanted)
                 return row;
-            }
         }
         return -1;
     }
@@ -138,9 +136,8 @@ TEST(ViewerWindow, tellsCamerasOfOneNameApart) {
     Viewer viewer(changed.source());
     const auto& model = *viewer.list().model();
     QStringList names;
-    for (int row = 0; row < model.rowCount(); ++row) {
+    for (int row = 0; row < model.rowCount(); ++row)
         names << model.index(row, 0).data().toString();
-    }
     EXPECT_TRUE(names.contains(QStringLiteral("Feeder (21017)")));
     EXPECT_TRUE(names.contains(QStringLiteral("Feeder (21018)")));
     EXPECT_TRUE(names.contains(QStringLiteral("Tray")));
