@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/Table.h"
 
-#include <QJsonObject>
+#include "text/AlignedTable.h"
 
-#include <algorithm>
+#include <QJsonObject>
 
 namespace cli {
 
@@ -23,42 +23,21 @@ QString cell(const Column& column, const QJsonValue& value) {
     return text;
 }
 
-/// Headings and rows of one column, all of the same width.
-QStringList columnCells(const Column& column, const QJsonArray& rows) {
-    QStringList cells{column.heading};
-    bool isNumber = false;
-    for (const QJsonValue& row : rows) {
-        const QJsonValue value = row.toObject().value(column.key);
-        isNumber = isNumber || value.isDouble();
-        cells.append(cell(column, value));
-    }
-    int width = 0;
-    for (const QString& text : qAsConst(cells))
-        width = std::max(width, text.size());
-    for (QString& text : cells)
-        text = isNumber ? text.rightJustified(width) : text.leftJustified(width);
-    cells.insert(1, QString(width, QLatin1Char('-')));
-    return cells;
-}
-
 } // namespace
 
 QStringList tableLines(const QVector<Column>& columns, const QJsonArray& rows) {
-    QStringList lines;
+    QVector<QStringList> cells(rows.size() + 1);
+    QVector<bool> isNumber;
     for (const Column& column : columns) {
-        const QStringList cells = columnCells(column, rows);
-        for (int i = 0; i < cells.size(); ++i) {
-            if (i == lines.size())
-                lines.append(cells[i]);
-            else
-                lines[i] += QStringLiteral("  ") + cells[i];
+        cells[0].append(column.heading);
+        isNumber.append(false);
+        for (int row = 0; row < rows.size(); ++row) {
+            const QJsonValue value = rows[row].toObject().value(column.key);
+            isNumber.last() = isNumber.last() || value.isDouble();
+            cells[row + 1].append(cell(column, value));
         }
     }
-    for (QString& line : lines) {
-        while (line.endsWith(QLatin1Char(' ')))
-            line.chop(1);
-    }
-    return lines;
+    return alignedTable(cells, isNumber);
 }
 
 QString usageText(double usedBytesPerSecond, double bitsPerSecond) {

@@ -2,7 +2,7 @@
 #include "viewer/CameraEntry.h"
 
 #include "OrvCPP/OrvSystem.h"
-#include "viewer/Sdk.h"
+#include "sdk/TwiceAsked.h"
 
 #include <QHash>
 
@@ -10,12 +10,18 @@ namespace viewer {
 
 namespace {
 
+/// One of the SDK's texts; empty when the SDK answers an error.
+template <class Object, class Ask> QString textOf(const Object& object, const Ask& ask) {
+    std::string text;
+    TwiceAsked::text(&object, text, ask);
+    return QString::fromStdString(text);
+}
+
 QString interfaceName(const OrvCPP::Camera& camera) {
     std::shared_ptr<OrvCPP::Interface> found;
     if (camera.GetInterface(found) != OrvErrorSuccess || !found)
         return {};
-    return sdkText(
-        [&](char* buffer, std::uint32_t& length) { return found->GetName(buffer, length); });
+    return textOf(*found, &OrvCPP::Interface::GetName);
 }
 
 CameraAccess permittedAccess(const OrvCPP::Camera& camera) {
@@ -28,15 +34,12 @@ CameraAccess permittedAccess(const OrvCPP::Camera& camera) {
 CameraEntry describe(const std::shared_ptr<OrvCPP::Camera>& camera) {
     CameraEntry entry;
     entry.camera = camera;
-    entry.id = sdkText(
-        [&](char* buffer, std::uint32_t& length) { return camera->GetID(buffer, length, true); });
-    entry.name = sdkText(
-        [&](char* buffer, std::uint32_t& length) { return camera->GetName(buffer, length); });
-    entry.model = sdkText(
-        [&](char* buffer, std::uint32_t& length) { return camera->GetModel(buffer, length); });
-    entry.serialNumber = sdkText([&](char* buffer, std::uint32_t& length) {
-        return camera->GetSerialNumber(buffer, length);
+    entry.id = textOf(*camera, [](const auto& sdkCamera, char* buffer, std::uint32_t& length) {
+        return sdkCamera.GetID(buffer, length, true);
     });
+    entry.name = textOf(*camera, &OrvCPP::Camera::GetName);
+    entry.model = textOf(*camera, &OrvCPP::Camera::GetModel);
+    entry.serialNumber = textOf(*camera, &OrvCPP::Camera::GetSerialNumber);
     if (entry.name.isEmpty())
         entry.name = entry.model.isEmpty() ? entry.id : entry.model;
     entry.interfaceName = interfaceName(*camera);
@@ -59,10 +62,9 @@ void tellApart(std::vector<CameraEntry>& entries, QString CameraEntry::*text) {
 
 std::vector<CameraEntry> findCameras(OrvCPP::OrvSystem& system) {
     std::vector<CameraEntry> entries;
-    const auto get = [&system](std::shared_ptr<OrvCPP::Camera>* cameras, std::uint32_t& count) {
-        return system.GetCameras(cameras, count);
-    };
-    for (const auto& camera : sdkList<OrvCPP::Camera>(get))
+    std::vector<std::shared_ptr<OrvCPP::Camera>> cameras;
+    TwiceAsked::elements(&system, cameras, &OrvCPP::OrvSystem::GetCameras);
+    for (const auto& camera : cameras)
         entries.push_back(describe(camera));
     // Most cameras have no name but their model's, and serial numbers are each maker's own.
     tellApart(entries, &CameraEntry::serialNumber);

@@ -26,7 +26,9 @@ public:
     /// Starts at once, and works as soon as the dialog is shown.
     explicit DialogDriver(CommandLine tasks, QObject* parent = nullptr);
 
-    /// A heading and a row per camera that took part; empty when no benchmark was run.
+    /// The first columns of the statistics, the interface and the camera; figures follow.
+    static constexpr int nameColumns = 2;
+    /// The headings and a row per camera that took part; empty when no benchmark was run.
     const QVector<QStringList>& statistics() const;
     /// What went wrong, or was left undone; empty when everything was done.
     QStringList failures() const;

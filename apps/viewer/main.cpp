@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "OrvCPP/OrvSystem.h"
 #include "session/SdkSession.h"
+#include "text/AlignedTable.h"
 #include "viewer/Appearance.h"
 #include "viewer/CommandLine.h"
 #include "viewer/DialogDriver.h"
-#include "viewer/StatisticsTable.h"
 #include "viewer/ViewerWindow.h"
 
 #include <QApplication>
@@ -16,6 +16,7 @@
 #include <QTimer>
 #include <QTranslator>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -59,9 +60,14 @@ int runAutomatically(const CommandLine& line, viewer::ViewerWindow& window) {
         report(line, &window, error);
         return 1;
     }
-    // After the dialog has closed, since it takes what is printed for its log while it is open.
-    if (!driver.statistics().isEmpty())
-        print(stdout, viewer::alignedTable(driver.statistics(), 2));
+    // After the dialog has closed: while it is open, it takes what is printed for its log.
+    const QVector<QStringList>& statistics = driver.statistics();
+    if (!statistics.isEmpty()) {
+        QVector<bool> isNumber(statistics.constFirst().size(), true);
+        std::fill_n(isNumber.begin(), viewer::DialogDriver::nameColumns, false);
+        print(stdout,
+              alignedTable(statistics, isNumber).join(QLatin1Char('\n')) + QLatin1Char('\n'));
+    }
     const QStringList failures = driver.failures();
     for (const QString& failure : failures)
         report(line, &window, failure);

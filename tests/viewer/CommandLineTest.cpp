@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "viewer/CommandLine.h"
-#include "viewer/StatisticsTable.h"
 
 #include <gmock/gmock.h>
 
@@ -37,17 +36,5 @@ INSTANTIATE_TEST_SUITE_P(Cases, WrongArguments,
                          testing::Values("--benchmark 0", "--benchmark 100000", "--benchmark soon",
                                          "--unknown", "stray", "--config", "--cameras",
                                          "--cameras real", "--config a.json --cameras genicam"));
-
-TEST(AlignedTable, fitsColumnsToTheirLongestCell) {
-    const QString table =
-        viewer::alignedTable({{QStringLiteral("Camera"), QStringLiteral("Frames")},
-                              {QStringLiteral("A long name"), QStringLiteral("7")},
-                              {QStringLiteral("B"), QString()}},
-                             1);
-    EXPECT_EQ(table, QStringLiteral("Camera       Frames\n"
-                                    "-----------  ------\n"
-                                    "A long name       7\n"
-                                    "B\n"));
-}
 
 } // namespace

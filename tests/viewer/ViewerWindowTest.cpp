@@ -3,12 +3,12 @@
 
 #include "OrvCPP/OrvSystem.h"
 #include "OrvSimulation/Simulation.h"
+#include "sdk/TwiceAsked.h"
 #include "session/SdkSession.h"
 #include "session/StreamingLimits.h"
 #include "tests/support/CapturedLog.h"
 #include "viewer/CameraModel.h"
 #include "viewer/ImageView.h"
-#include "viewer/Sdk.h"
 
 #include <QCheckBox>
 #include <QDir>
@@ -86,10 +86,12 @@ public:
     std::string currentId() {
         const auto& model = *static_cast<viewer::CameraModel*>(list().model());
         const auto row = static_cast<std::size_t>(list().currentIndex().row());
-        return viewer::sdkText([&](char* buffer, std::uint32_t& length) {
-                   return model.cameras()[row].camera->GetID(buffer, length, false);
-               })
-            .toStdString();
+        std::string id;
+        TwiceAsked::text(model.cameras()[row].camera.get(), id,
+                         [](const auto& camera, char* buffer, std::uint32_t& length) {
+                             return camera.GetID(buffer, length, false);
+                         });
+        return id;
     }
     bool waitForImage() {
         return QTest::qWaitFor([this] { return view().hasImage(); }, 10000);
