@@ -38,9 +38,9 @@ int maximumOf(const QModelIndex& interfaceRow) {
 /// Makes a row current when a part of its widget is clicked, as a click on any other cell does. A
 /// camera's row follows the keyboard focus, too. An interface's row does not: it would change which
 /// interface is selected.
-class RowFollower : public QObject {
+class RowSelector : public QObject {
 public:
-    RowFollower(QTreeView& tree, const QModelIndex& row, bool followsFocus, QWidget& widget)
+    RowSelector(QTreeView& tree, const QModelIndex& row, bool followsFocus, QWidget& widget)
         : QObject(&widget), m_tree(tree), m_row(row), m_followsFocus(followsFocus) {
         widget.installEventFilter(this);
         for (QWidget* part : widget.findChildren<QWidget*>())
@@ -107,7 +107,7 @@ void BandwidthColumn::place(const QModelIndex& row, QWidget& widget) {
     showSelected(widget, m_tree.selectionModel()->isSelected(cell));
     m_tree.setIndexWidget(cell, &widget);
     const bool isCamera = m_model.cameraHandler(row) != nullptr;
-    new RowFollower(m_tree, row, isCamera, widget);
+    new RowSelector(m_tree, row, isCamera, widget);
 }
 
 void BandwidthColumn::placeBar(const QModelIndex& interfaceRow) {

@@ -68,6 +68,7 @@ SpanletDialog::SpanletDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSiz
     m_controller = controller ? std::move(controller) : makeSystemController(system);
     m_model = new CameraListModel(m_controller, this);
     setUpTree();
+    connectTree();
     setUpBandwidthColumn();
     connect(m_form->buttonRefresh, &QPushButton::clicked, this,
             &SpanletDialog::onRefreshButtonClicked);
@@ -81,12 +82,10 @@ SpanletDialog::SpanletDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSiz
 }
 
 SpanletDialog::~SpanletDialog() {
-    closeFeatureTrees();
+    end();
     qDeleteAll(findChildren<FeatureTreeDialog*>());
-    closeSettings();
-    endBenchmark();
-    // Threads of cameras may log as long as anything holds the cameras. The log streams, members,
-    // end after this.
+    // The threads of cameras may log until the last reference to a camera is gone: before the log
+    // streams, which are members, end.
     m_bandwidthColumn->clear();
     delete m_bandwidthColumn;
     delete m_model;
@@ -167,9 +166,6 @@ void SpanletDialog::setUpAutoSetMenu() {
 }
 
 void SpanletDialog::setUpTree() {
-    QTreeView* tree = m_form->treeViewCameras;
-    connect(m_model, &CameraListModel::interfaceListChanged, this,
-            &SpanletDialog::onSetInterfaceSelector);
     m_model->setHeaderLabels({tr("Detected Cameras"), tr("Bandwidth (MB/s)"),
                               tr("Received\nFrames /s"), tr("Received\nPayload (MB)"),
                               tr("Received\nFrames"), tr("Sent\nFrames"), tr("Lost\nFrames"),
@@ -179,6 +175,7 @@ void SpanletDialog::setUpTree() {
         {tr("Click the Refresh button to update the camera tree"),
          tr("Interface throughput limit\nCurrent bandwidth assigned to the camera"), statistics,
          statistics, statistics, statistics, statistics, statistics});
+    QTreeView* tree = m_form->treeViewCameras;
     tree->setModel(m_model);
     tree->setItemDelegate(new CameraTreeDelegate(tree));
     tree->expandAll();
@@ -190,23 +187,30 @@ void SpanletDialog::setUpTree() {
     header->setSectionResizeMode(QHeaderView::Stretch);
     header->setSectionResizeMode(CameraListModel::NameColumn, QHeaderView::ResizeToContents);
     header->setSectionResizeMode(CameraListModel::BandwidthColumn, QHeaderView::ResizeToContents);
-
-    connect(&m_timer, &QTimer::timeout, this, &SpanletDialog::onTimerTimeout);
     m_form->grpStatistics->setEnabled(false);
+}
+
+void SpanletDialog::connectTree() {
+    QTreeView* tree = m_form->treeViewCameras;
+    const QItemSelectionModel* selection = tree->selectionModel();
+    connect(m_model, &CameraListModel::interfaceListChanged, this,
+            &SpanletDialog::onSetInterfaceSelector);
     connect(m_model, &CameraListModel::dataChanged, this, &SpanletDialog::onDisableItems);
-    followTree();
+    connect(selection, &QItemSelectionModel::currentRowChanged, this,
+            &SpanletDialog::onClickTreeView);
     connect(m_form->comboInterface, qOverload<int>(&QComboBox::currentIndexChanged), m_model,
             &CameraListModel::selectInterface);
     connect(m_model, &CameraListModel::interfaceSelected, this, &SpanletDialog::onSelectInterface);
     connect(m_model, &CameraListModel::interfaceSelected, tree, &QTreeView::setCurrentIndex);
-    connect(tree->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+    connect(selection, &QItemSelectionModel::selectionChanged, this,
             &SpanletDialog::colourRowWidgets);
-    // Wherever a row was clicked: the space key toggles the check box, which is in this column.
-    connect(tree->selectionModel(), &QItemSelectionModel::currentChanged, tree,
+    // The space key toggles the check box of the current cell, which only this column has.
+    connect(selection, &QItemSelectionModel::currentChanged, tree,
             [tree](const QModelIndex& current) {
                 if (current.column() > CameraListModel::NameColumn)
                     tree->setCurrentIndex(current.siblingAtColumn(CameraListModel::NameColumn));
             });
+    connect(&m_timer, &QTimer::timeout, this, &SpanletDialog::onTimerTimeout);
 }
 
 void SpanletDialog::setUpBandwidthColumn() {
@@ -220,10 +224,8 @@ void SpanletDialog::setUpBandwidthColumn() {
     connect(this, &SpanletDialog::settingsSaved, m_bandwidthColumn,
             &BandwidthColumn::updateMargins);
     for (const auto changed : {&BandwidthColumn::lockChanged, &BandwidthColumn::maximumChanged})
-        connect(m_bandwidthColumn, changed, this, [this] {
-            offerInterface(m_model->selectedInterface());
-            offerCameraAutoSet();
-        });
+        connect(m_bandwidthColumn, changed, this,
+                [this] { onSelectInterface(m_model->selectedInterface()); });
 }
 
 void SpanletDialog::setUpHelp() {
@@ -241,23 +243,25 @@ void SpanletDialog::onChangeItemData(QModelIndex topLeft) {
     m_bandwidthColumn->updateMaximum(topLeft);
 }
 
-void SpanletDialog::offerInterface(const QModelIndex& interfaceRow) {
-    const bool hasCameras = m_model->cameraCount() > 0;
-    const bool hasBandwidth =
-        interfaceRow.siblingAtColumn(CameraListModel::BandwidthColumn).data().toULongLong() != 0;
-    m_form->grpStatistics->setEnabled(hasCameras);
-    m_autoSetInterfaceAction->setEnabled(hasCameras && hasBandwidth &&
-                                         m_model->autoSettableCameraCount() > 0);
-}
-
-void SpanletDialog::offerCameraAutoSet() {
+void SpanletDialog::updateOffers(Change change, const QModelIndex& row) {
     const auto camera = m_model->cameraHandler(m_form->treeViewCameras->currentIndex());
+    const bool hasCameras = m_model->cameraCount() > 0;
+    m_form->grpStatistics->setEnabled(hasCameras);
     m_autoSetCameraAction->setEnabled(camera && !camera->isLocked() && camera->isOpened());
+    if (change == Change::Interface) {
+        const quint64 bandwidth =
+            row.siblingAtColumn(CameraListModel::BandwidthColumn).data().toULongLong();
+        m_autoSetInterfaceAction->setEnabled(hasCameras && bandwidth != 0 &&
+                                             m_model->autoSettableCameraCount() > 0);
+    } else if (change == Change::CurrentRow && isInterface(row)) {
+        m_autoSetInterfaceAction->setEnabled(true);
+    }
+    if (change != Change::Interface || !hasCameras)
+        m_form->buttonFeatureTree->setEnabled(camera != nullptr);
 }
 
-void SpanletDialog::offerFeatureTree() {
-    const QModelIndex current = m_form->treeViewCameras->currentIndex();
-    m_form->buttonFeatureTree->setEnabled(m_model->cameraHandler(current) != nullptr);
+bool SpanletDialog::isInterface(const QModelIndex& row) const {
+    return m_model->hasChildren(row) && row.parent().isValid();
 }
 
 void SpanletDialog::colourRowWidgets(const QItemSelection& selected,
@@ -285,11 +289,10 @@ void SpanletDialog::onDisableItems(QModelIndex upperLeft, QModelIndex bottomRigh
     // The other cells of the rows follow the check box, too, and the view was not told of them.
     m_form->treeViewCameras->viewport()->update();
     onSelectInterface(upperLeft.parent());
-    offerCameraAutoSet();
 }
 
 void SpanletDialog::onSelectInterface(QModelIndex index) {
-    offerInterface(index);
+    updateOffers(Change::Interface, index);
 }
 
 void SpanletDialog::onSetInterfaceSelector(InterfaceList interfaces) {
@@ -319,8 +322,7 @@ void SpanletDialog::startBenchmark() {
         const WaitCursor waiting;
         m_controller->startBenchmark(interfaceIndex(), m_autoAdjustPacketSize);
     }
-    // The interface stays selected, whichever row becomes current while frames are acquired.
-    disconnect(m_treeConnection);
+    m_followsTree = false;
     m_timer.start(timerIntervalMs);
 }
 
@@ -343,15 +345,8 @@ void SpanletDialog::stopBenchmarkByUser() {
     finishBenchmark();
     m_form->buttonAutoSet->setEnabled(true);
     m_form->spinBenchmark->setValue(0);
-    followTree();
-    offerCameraAutoSet();
-    offerFeatureTree();
-}
-
-void SpanletDialog::followTree() {
-    m_treeConnection =
-        connect(m_form->treeViewCameras->selectionModel(), &QItemSelectionModel::currentRowChanged,
-                this, &SpanletDialog::onClickTreeView);
+    m_followsTree = true;
+    updateOffers(Change::EndOfBenchmark);
 }
 
 void SpanletDialog::onTimerTimeout() {
@@ -388,10 +383,7 @@ void SpanletDialog::onRefreshButtonClicked() {
     m_bandwidthColumn->clear();
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     m_model->setupModelData();
-    offerInterface(m_model->selectedInterface());
-    offerCameraAutoSet();
-    if (m_model->cameraCount() == 0)
-        m_form->buttonFeatureTree->setEnabled(false);
+    onSelectInterface(m_model->selectedInterface());
     // Expanded already now, so that the rows are seen to fill.
     m_form->treeViewCameras->expandAll();
     m_bandwidthColumn->fill([this] { processEvents(); });
@@ -413,14 +405,12 @@ void SpanletDialog::processEvents() const {
 }
 
 void SpanletDialog::onClickTreeView(QModelIndex current, QModelIndex /*previous*/) {
-    offerFeatureTree();
-    offerCameraAutoSet();
-    const bool isInterface = m_model->hasChildren(current) && current.parent().isValid();
-    if (!isInterface)
+    if (!m_followsTree)
         return;
-    m_form->comboInterface->setCurrentText(
-        current.siblingAtColumn(CameraListModel::NameColumn).data().toString());
-    m_autoSetInterfaceAction->setEnabled(true);
+    if (isInterface(current))
+        m_form->comboInterface->setCurrentText(
+            current.siblingAtColumn(CameraListModel::NameColumn).data().toString());
+    updateOffers(Change::CurrentRow, current);
 }
 
 void SpanletDialog::onShowFeatureTreeDialog() {
@@ -457,14 +447,6 @@ void SpanletDialog::onFeatureTreeClosed() {
         m_bandwidthColumn->reloadValue(tree.mapped());
 }
 
-void SpanletDialog::closeFeatureTrees() {
-    for (FeatureTreeDialog* dialog : findChildren<FeatureTreeDialog*>()) {
-        // One that is closed already only waits for its deletion.
-        if (dialog->isVisible())
-            dialog->close();
-    }
-}
-
 void SpanletDialog::onSettingsButtonClicked() {
     // A second one would show values that the first one is about to replace.
     for (SettingsDialog* open : findChildren<SettingsDialog*>()) {
@@ -494,10 +476,6 @@ void SpanletDialog::onAboutButtonClicked() {
         tr("Copyright (c) 2026 The Spanlet authors. BSD 3-Clause License."),
     };
     QMessageBox::about(this, tr("About Orvia Spanlet"), lines.join(QLatin1Char('\n')));
-}
-
-void SpanletDialog::closeSettings() {
-    qDeleteAll(findChildren<SettingsDialog*>());
 }
 
 void SpanletDialog::onAutoAdjustPacketsize(bool state) {
@@ -535,10 +513,18 @@ void SpanletDialog::onAutoSetCameraButtonClicked() {
     }
 }
 
-void SpanletDialog::done(int /*code*/) {
-    closeFeatureTrees();
-    closeSettings();
+void SpanletDialog::end() {
+    for (FeatureTreeDialog* dialog : findChildren<FeatureTreeDialog*>()) {
+        // A closed one is waiting for its deletion.
+        if (dialog->isVisible())
+            dialog->close();
+    }
+    qDeleteAll(findChildren<SettingsDialog*>());
     endBenchmark();
+}
+
+void SpanletDialog::done(int /*code*/) {
+    end();
     QDialog::done(autoAdjustResult());
 }
 
@@ -571,9 +557,7 @@ void SpanletDialog::changeEvent(QEvent* event) {
 }
 
 void SpanletDialog::closeEvent(QCloseEvent* event) {
-    closeFeatureTrees();
-    closeSettings();
-    endBenchmark();
+    end();
     // A dialog that is not visible closes without done().
     setResult(autoAdjustResult());
     QDialog::closeEvent(event);

@@ -95,14 +95,13 @@ private:
     void setUpLogging();
     void setUpAutoSetMenu();
     void setUpTree();
+    void connectTree();
     void setUpBandwidthColumn();
     void setUpHelp();
     /// A selected row's widget is as legible on the highlight as the other cells are.
     void colourRowWidgets(const QItemSelection& selected, const QItemSelection& deselected);
     void startBenchmark();
     void stopBenchmarkByUser();
-    /// Lets the tree's current row steer the dialog.
-    void followTree();
     /// Stops the interface's cameras and lets the user choose again.
     void finishBenchmark();
     /// Ends a running benchmark as if its time was over.
@@ -110,26 +109,27 @@ private:
     int interfaceIndex() const;
     /// Keeps the dialog alive during a long operation.
     void processEvents() const;
-    // What is offered is decided by these three, and by choosing an interface's row, which offers
-    // its Auto Set in any case.
-    /// Enables the benchmark and the Auto Set of an interface that has cameras for it.
-    void offerInterface(const QModelIndex& interfaceRow);
-    /// Enables the Auto Set of the current row's camera, if it is open and not locked.
-    void offerCameraAutoSet();
-    /// Enables the feature tree of the current row's camera. Only choosing a row decides that.
-    void offerFeatureTree();
-    void closeFeatureTrees();
-    /// Deletes open settings dialogs, which report their packet-size flag at that.
-    void closeSettings();
+    /// What may change what is offered: the selected interface and its cameras, the current row, or
+    /// the user's end of a benchmark.
+    enum class Change { Interface, CurrentRow, EndOfBenchmark };
+    /// Enables what can be done after \p change; the only place that does. \p row is the
+    /// interface's or the current one. An interface whose row becomes current gets its Auto Set in
+    /// any case; a change of an interface leaves the feature tree as it is, unless there are no
+    /// cameras.
+    void updateOffers(Change change, const QModelIndex& row = {});
+    bool isInterface(const QModelIndex& row) const;
+    /// Ends all that runs or is open: writes open edits of features, lets the settings report their
+    /// packet-size flag, stops the benchmark. May be called again.
+    void end();
     int autoAdjustResult() const { return m_autoAdjustPacketSize ? 1 : 0; }
 
     std::unique_ptr<Ui::SpanletDialog> m_form;
     std::shared_ptr<SystemController> m_controller;
     QTimer m_timer;
     CameraListModel* m_model = nullptr;
-    /// Of the tree's current row with onClickTreeView. Cut from the start of a benchmark until the
-    /// user stops one.
-    QMetaObject::Connection m_treeConnection;
+    /// Whether the tree's current row steers the dialog: not from the start of a benchmark until
+    /// the user stops one.
+    bool m_followsTree = true;
     BandwidthColumn* m_bandwidthColumn = nullptr;
     /// ID of the camera that an open feature tree is of: the tree stays open over a refresh, and
     /// still edits that camera, while its row gets another handler.

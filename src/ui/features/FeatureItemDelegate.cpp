@@ -3,8 +3,9 @@
 
 #include "features/FeatureMetaTypes.h"
 #include "features/FeatureText.h"
-#include "ui/features/DelegateWidget.h"
-#include "ui/features/FeatureTreeItem.h"
+#include "ui/features/FeatureTreeModel.h"
+#include "ui/features/editors/DelegateWidget.h"
+#include "ui/features/editors/EditorFactory.h"
 
 #include <QPersistentModelIndex>
 
@@ -17,10 +18,8 @@ constexpr int rowHeight = 27;
 /// Room for a slider and its spin box.
 constexpr int columnWidth = 280;
 
-/// Asks for the value first: that reads an outdated description again.
 FeatureInfo infoOf(const QModelIndex& index) {
-    static_cast<void>(index.data(Qt::EditRole));
-    return index.data(Qt::UserRole).value<FeatureInfo>();
+    return index.data(FeatureTreeModel::PresentInfoRole).value<FeatureInfo>();
 }
 
 /// NaN is the same as NaN here.
@@ -40,14 +39,14 @@ QWidget* FeatureItemDelegate::createEditor(QWidget* parent, const QStyleOptionVi
                                            const QModelIndex& index) const {
     emit aboutToEdit(index);
     const FeatureInfo info = infoOf(index);
-    // Asked after reading, which may have told that it can no longer be written.
+    // After reading: the feature may no longer be writable.
     if (!index.flags().testFlag(Qt::ItemIsEditable))
         return nullptr;
-    if (!DelegateWidget::canEdit(info)) {
+    m_editor = EditorFactory::make(info, parent);
+    if (m_editor == nullptr) {
         qDebug("Cannot create delegate widget for %s", info.name.c_str());
         return nullptr;
     }
-    m_editor = new DelegateWidget(info, parent);
     connect(m_editor, &DelegateWidget::newBoolValueToSet, this, &FeatureItemDelegate::commitEditor);
     connect(m_editor, &DelegateWidget::newStringValueToSet, this,
             &FeatureItemDelegate::commitEditor);
@@ -68,7 +67,7 @@ void FeatureItemDelegate::setModelData(QWidget* editor, QAbstractItemModel* mode
     if (widget == nullptr)
         return;
     const FeatureInfo info = infoOf(index);
-    if (!DelegateWidget::canEdit(info)) {
+    if (!EditorFactory::canEdit(info)) {
         qDebug("Cannot set value for type [%d]", static_cast<int>(info.dataType));
         return;
     }
@@ -125,7 +124,7 @@ void FeatureItemDelegate::initStyleOption(QStyleOptionViewItem* option,
                                           const QModelIndex& index) const {
     QStyledItemDelegate::initStyleOption(option, index);
     strengthenDisabled(option->palette);
-    const auto info = index.data(Qt::UserRole).value<FeatureInfo>();
+    const auto info = index.data(FeatureTreeModel::InfoRole).value<FeatureInfo>();
     if (DelegateWidget::hasUnit(info) && !option->text.isEmpty())
         option->text += QLatin1Char(' ') + QString::fromStdString(info.unit);
 }

@@ -6,9 +6,8 @@
 
 class DelegateWidget;
 
-/// Edits the value column of a feature tree in place: each feature in a DelegateWidget. Knows the
-/// model by its roles only: Qt::UserRole tells the FeatureInfo, setData takes the new value. Bound
-/// to the GUI thread.
+/// Edits the value column of a feature tree in place, each feature in a DelegateWidget. Works on
+/// any model with the roles of FeatureTreeModel, such as a proxy of one. Bound to the GUI thread.
 class FeatureItemDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -36,7 +35,7 @@ public:
     static void strengthenDisabled(QPalette& palette);
 
 signals:
-    /// An editor is about to open: the last chance to have the feature read again.
+    /// Emitted before an editor opens, which shows what the model then has for the feature.
     void aboutToEdit(const QModelIndex& index) const;
     /// Has an open editor committed and closed, as commitAndCloseEditor does.
     void onClose();

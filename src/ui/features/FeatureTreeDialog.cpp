@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/features/FeatureTreeDialog.h"
 
+#include "ui/Theme.h"
 #include "ui/features/FeatureItemDelegate.h"
 #include "ui/features/FeatureTreeModel.h"
 #include "ui/features/FeatureTreeProxyModel.h"
@@ -15,9 +16,6 @@
 
 namespace {
 
-/// Below this lightness of the window's colour the palette is a dark one.
-constexpr int darkLightness = 100;
-
 /// Names whose colour can be read on a dark background, too, with a gap before the values.
 class NameDelegate : public QStyledItemDelegate {
 public:
@@ -30,7 +28,7 @@ public:
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
-        const bool dark = option->palette.color(QPalette::Window).lightness() < darkLightness;
+        const bool dark = Theme::isDark(option->palette);
         QStyledItemDelegate::initStyleOption(option, index);
         FeatureItemDelegate::strengthenDisabled(option->palette);
         const auto colour = index.data(Qt::ForegroundRole).value<QColor>();
@@ -65,10 +63,8 @@ void FeatureTreeDialog::setUpEditing() {
     tree->setItemDelegateForColumn(FeatureTreeModel::NameColumn, new NameDelegate(tree));
     tree->setItemDelegateForColumn(FeatureTreeModel::ValueColumn, m_delegate);
     connect(this, &FeatureTreeDialog::commitChanges, m_delegate, &FeatureItemDelegate::onClose);
-    // An edit starts from the camera's present value.
-    connect(m_delegate, &FeatureItemDelegate::aboutToEdit, this, [this](const QModelIndex& index) {
-        m_model->outdateValue(m_proxy->mapToSource(index));
-    });
+    connect(m_delegate, &FeatureItemDelegate::aboutToEdit, this,
+            [this](const QModelIndex& index) { m_model->readAgain(m_proxy->mapToSource(index)); });
 }
 
 void FeatureTreeDialog::setUpTree() {

@@ -127,6 +127,9 @@ QVariant FeatureTreeModel::featureData(FeatureTreeItem& feature, int column, int
         return tr("<b>%1</b><br>%2")
             .arg(QString::fromStdString(feature.info().name).toHtmlEscaped(),
                  QString::fromStdString(feature.info().toolTip).toHtmlEscaped());
+    case PresentInfoRole:
+        readInfo(feature);
+        [[fallthrough]];
     case InfoRole:
         return QVariant::fromValue(feature.info());
     default:
@@ -198,11 +201,12 @@ void FeatureTreeModel::outdateValues() {
     outdateValuesBelow(*root());
 }
 
-void FeatureTreeModel::outdateValue(const QModelIndex& index) {
+void FeatureTreeModel::readAgain(const QModelIndex& index) {
     FeatureTreeItem* feature = featureAt(index);
     if (feature == nullptr)
         return;
     feature->markOutdated();
+    readInfo(*feature);
     emit dataChanged(indexOf(feature, ValueColumn), indexOf(feature, ValueColumn));
 }
 

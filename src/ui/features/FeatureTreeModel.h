@@ -25,6 +25,8 @@ public:
     /// The FeatureInfo of a feature as it was last on view. Asks the camera for nothing: of one
     /// that was not on view yet, it tells name and category.
     static constexpr int InfoRole = Qt::UserRole;
+    /// The FeatureInfo of a feature as it is now: what is outdated is read from the camera.
+    static constexpr int PresentInfoRole = Qt::UserRole + 1;
 
     /// \param controller may be empty: then there are no features.
     explicit FeatureTreeModel(std::shared_ptr<FeatureController> controller,
@@ -41,8 +43,8 @@ public:
     /// Has what was read, but for the names, read again when it is asked for: all features are told
     /// to have changed.
     void outdateValues();
-    /// The same for the feature at \p index.
-    void outdateValue(const QModelIndex& index);
+    /// Reads the feature at \p index again, at once; nothing for any other row.
+    void readAgain(const QModelIndex& index);
 
 private:
     FeatureTreeItem& itemOf(const QModelIndex& index) const;

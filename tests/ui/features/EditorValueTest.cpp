@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "features/FeatureText.h"
 #include "features/StepGrid.h"
-#include "ui/features/DoubleValidator.h"
-#include "ui/features/FloatScale.h"
+#include "ui/features/editors/DoubleValidator.h"
+#include "ui/features/editors/FloatScale.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "ui/features/DelegateWidget.h"
+#include "ui/features/editors/DelegateWidget.h"
 
 #include "features/FeatureMetaTypes.h"
 #include "logging/QtMessageHandler.h"
@@ -123,6 +123,8 @@ protected:
     }
     bool isOpen(int row = 0) const { return editor(row) != nullptr; }
     template <class Part> Part* part() const { return editor()->findChild<Part*>(); }
+    /// The slider of a number.
+    QWidget* firstPart() const { return editor()->layout()->itemAt(0)->widget(); }
     void mouse(QTest::MouseAction action, const QWidget* widget, QPoint position) {
         QTest::mouseEvent(action, view.windowHandle(), Qt::LeftButton, {},
                           widget->mapTo(&view, position), -1);
@@ -286,7 +288,7 @@ TEST_F(FeatureEditor, ACommandRunsOncePerPress) {
 TEST_F(FeatureEditor, ASliderWritesWhenItIsReleasedAndStaysOpen) {
     for (const FeatureInfo& info : {ranged<Int>(16, 16, 1936, 16), ranged(0.0, 0.0, 48.0, 0.5)}) {
         edit(info);
-        auto* slider = editor()->findChild<QWidget*>({}, Qt::FindDirectChildrenOnly);
+        QWidget* slider = firstPart();
         const auto* line = part<QLineEdit>();
         const QPoint handle(8, slider->height() / 2);
         mouse(QTest::MousePress, slider, handle);
@@ -320,7 +322,7 @@ TEST_F(FeatureEditor, ASliderWithoutARangeCannotBeMoved) {
     for (const FeatureInfo& info :
          {feature(OrvFeatureDataInt, Int{5}), feature(OrvFeatureDataFloat, 5.0)}) {
         edit(info);
-        EXPECT_FALSE(editor()->findChild<QWidget*>({}, Qt::FindDirectChildrenOnly)->isEnabled());
+        EXPECT_FALSE(firstPart()->isEnabled());
     }
 }
 

@@ -6,7 +6,7 @@
 #include "tests/support/CapturedLog.h"
 #include "tests/ui/features/FeatureTreeWindow.h"
 #include "ui/features/FeatureTreeModel.h"
-#include "ui/features/LongSpinBox.h"
+#include "ui/features/editors/LongSpinBox.h"
 
 #include <QComboBox>
 #include <QPushButton>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "ui/features/CollapsingButton.h"
+#include "ui/CollapsingButton.h"
 
 #include <QApplication>
 #include <QPropertyAnimation>

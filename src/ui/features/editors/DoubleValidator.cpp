@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "ui/features/DoubleValidator.h"
+#include "ui/features/editors/DoubleValidator.h"
 
 #include "features/FeatureText.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "ui/features/FloatScale.h"
+#include "ui/features/editors/FloatScale.h"
 
 #include <algorithm>
 #include <cmath>

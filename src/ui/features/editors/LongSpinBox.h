@@ -32,6 +32,8 @@ signals:
     void valueStepped(qint64 value);
 
 protected:
+    /// Selects the text: typing replaces it.
+    void focusInEvent(QFocusEvent* event) override;
     StepEnabled stepEnabled() const override;
 
 private:

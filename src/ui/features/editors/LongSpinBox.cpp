@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "ui/features/LongSpinBox.h"
+#include "ui/features/editors/LongSpinBox.h"
 
 #include <QLineEdit>
 #include <QRegularExpression>
@@ -58,6 +58,11 @@ QValidator::State LongSpinBox::validate(QString& input, int& /*position*/) const
         return QValidator::Invalid;
     return value >= m_grid.minimum() && value <= m_grid.maximum() ? QValidator::Acceptable
                                                                   : QValidator::Intermediate;
+}
+
+void LongSpinBox::focusInEvent(QFocusEvent* event) {
+    QAbstractSpinBox::focusInEvent(event);
+    selectAll();
 }
 
 QAbstractSpinBox::StepEnabled LongSpinBox::stepEnabled() const {
