@@ -97,7 +97,7 @@ protected:
     HostedDialog m_host;
 };
 
-TEST_F(TranslationTest, PrefersTheLocaleThenTheLanguageThenEnglish) {
+TEST_F(TranslationTest, prefersTheLocaleThenTheLanguageThenEnglish) {
     ASSERT_TRUE(isAustrian);
     ASSERT_EQ(QLocale::system().name(), QStringLiteral("de_AT"));
     EXPECT_EQ(title(), windowTitle);
@@ -115,7 +115,7 @@ class FontSizes : public TranslationTest, public testing::WithParamInterface<int
 INSTANTIATE_TEST_SUITE_P(Points, FontSizes, testing::Values(9, 12));
 
 /// What the build made of the German texts, found from an Austrian system.
-TEST_P(FontSizes, ShowEveryDialogInGermanWithoutCuttingTextsOff) {
+TEST_P(FontSizes, showEveryDialogInGermanWithoutCuttingTextsOff) {
     ASSERT_TRUE(QDir().mkdir(QStringLiteral("qm")));
     QFont usual = QApplication::font();
     usual.setPointSize(GetParam());

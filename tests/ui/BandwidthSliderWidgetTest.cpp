@@ -130,7 +130,7 @@ private:
     QtMessageHandler m_previous;
 };
 
-TEST_F(BandwidthSliderTest, DraggingWritesOnceOnRelease) {
+TEST_F(BandwidthSliderTest, draggingWritesOnceOnRelease) {
     open();
     drag({5, 10, 25});
     EXPECT_THAT(m_told, ElementsAre(testing::Gt(150)));
@@ -139,7 +139,7 @@ TEST_F(BandwidthSliderTest, DraggingWritesOnceOnRelease) {
     EXPECT_EQ(m_told.size(), 1U) << "the handle came back";
 }
 
-TEST_F(BandwidthSliderTest, EachValueThatIsSettledOnIsWrittenOnce) {
+TEST_F(BandwidthSliderTest, eachValueThatIsSettledOnIsWrittenOnce) {
     open();
     QTest::keyClick(m_slider, Qt::Key_Right);
     EXPECT_EQ(m_spin->value(), 101);
@@ -160,7 +160,7 @@ TEST_F(BandwidthSliderTest, EachValueThatIsSettledOnIsWrittenOnce) {
     EXPECT_EQ(m_slider->value(), 30);
 }
 
-TEST_F(BandwidthSliderTest, WheelChangesOnlyWhatHasTheFocus) {
+TEST_F(BandwidthSliderTest, wheelChangesOnlyWhatHasTheFocus) {
     open();
     for (QWidget* control : std::vector<QWidget*>{m_slider, m_spin}) {
         m_lock->setFocus();
@@ -178,7 +178,7 @@ TEST_F(BandwidthSliderTest, WheelChangesOnlyWhatHasTheFocus) {
     EXPECT_EQ(m_features->written.size(), 2U);
 }
 
-TEST_F(BandwidthSliderTest, LockFollowsMouseAndKeyboard) {
+TEST_F(BandwidthSliderTest, lockFollowsMouseAndKeyboard) {
     QTest::mouseClick(m_lock, Qt::LeftButton);
     QTest::keyClick(m_lock, Qt::Key_Space);
     m_row->changeLock(true);
@@ -186,7 +186,7 @@ TEST_F(BandwidthSliderTest, LockFollowsMouseAndKeyboard) {
     EXPECT_TRUE(m_lock->isChecked());
 }
 
-TEST_F(BandwidthSliderTest, LockIconsFollowStateAndColours) {
+TEST_F(BandwidthSliderTest, lockIconsFollowStateAndColours) {
     initResources();
     m_row = std::make_unique<BandwidthSliderWidget>(m_features);
     m_lock = m_row->findChild<QPushButton*>(QStringLiteral("buttonLock"));
@@ -210,7 +210,7 @@ TEST_F(BandwidthSliderTest, LockIconsFollowStateAndColours) {
     }
 }
 
-TEST_F(BandwidthSliderTest, StatusColoursTheHandleUntilTheValueChanges) {
+TEST_F(BandwidthSliderTest, statusColoursTheHandleUntilTheValueChanges) {
     open();
     const std::string plain = m_slider->styleSheet().toStdString();
     const std::string amber = "#fcc234";
@@ -241,7 +241,7 @@ TEST_F(BandwidthSliderTest, StatusColoursTheHandleUntilTheValueChanges) {
     EXPECT_THAT(m_told, ElementsAre(199)) << "the reloaded value is the camera's own";
 }
 
-TEST_F(BandwidthSliderTest, RangeIsTheWholeMegabytesThatTheCameraTakes) {
+TEST_F(BandwidthSliderTest, rangeIsTheWholeMegabytesThatTheCameraTakes) {
     const auto huge = std::numeric_limits<std::int64_t>::max();
     const int most = std::numeric_limits<int>::max();
     const struct {
@@ -271,7 +271,7 @@ TEST_F(BandwidthSliderTest, RangeIsTheWholeMegabytesThatTheCameraTakes) {
     }
 }
 
-TEST_F(BandwidthSliderTest, ShowsWhatIsInEffectWhenTheCameraRefuses) {
+TEST_F(BandwidthSliderTest, showsWhatIsInEffectWhenTheCameraRefuses) {
     open();
     const std::string line =
         "Warning:Fake: SetValue for '" + limit + "' was not successfull, new value: ";
@@ -296,7 +296,7 @@ TEST_F(BandwidthSliderTest, ShowsWhatIsInEffectWhenTheCameraRefuses) {
     EXPECT_THAT(m_told, ElementsAre(100, 150, 200));
 }
 
-TEST_F(BandwidthSliderTest, MovesByTheStepsOfTheCamera) {
+TEST_F(BandwidthSliderTest, movesByTheStepsOfTheCamera) {
     open();
     m_features->putRange(limit, 100 * megabyte, 4 * megabyte, 450 * megabyte, 4 * megabyte);
     m_features->accepts = [](std::int64_t value) {
@@ -318,14 +318,14 @@ TEST_F(BandwidthSliderTest, MovesByTheStepsOfTheCamera) {
     EXPECT_EQ(m_log.text(), "");
 }
 
-TEST_F(BandwidthSliderTest, WindowClosedWhileTypingWritesNothing) {
+TEST_F(BandwidthSliderTest, windowClosedWhileTypingWritesNothing) {
     open();
     type("77");
     m_view.close();
     EXPECT_THAT(m_features->written, IsEmpty());
 }
 
-TEST_F(BandwidthSliderTest, CameraWithoutTheFeatureIsLockedOut) {
+TEST_F(BandwidthSliderTest, cameraWithoutTheFeatureIsLockedOut) {
     m_row->initialize();
     EXPECT_THAT(m_log.lines(),
                 ElementsAre("Qt:Fake: Cannot find the feature for bandwidth control: "
@@ -338,7 +338,7 @@ TEST_F(BandwidthSliderTest, CameraWithoutTheFeatureIsLockedOut) {
     EXPECT_THAT(m_features->written, IsEmpty());
 }
 
-TEST_F(BandwidthSliderTest, SwitchesTheLimitOnAndSaysWhenItStaysOff) {
+TEST_F(BandwidthSliderTest, switchesTheLimitOnAndSaysWhenItStaysOff) {
     const FeatureValue off = std::string("Off");
     const std::string stream = "StreamBytesPerSecond";
     const std::string noMode = "Qt:Cannot set feature '" + mode + "' to 'On'.\n";

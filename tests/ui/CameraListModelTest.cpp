@@ -50,7 +50,7 @@ protected:
                                       QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
 
-TEST_F(CameraListModelTest, GroupsCamerasByTypeAndInterface) {
+TEST_F(CameraListModelTest, groupsCamerasByTypeAndInterface) {
     QSignalSpy listed(&m_model, &CameraListModel::interfaceListChanged);
     QSignalSpy selected(&m_model, &CameraListModel::interfaceSelected);
     QObject::connect(&m_model, &CameraListModel::interfaceSelected,
@@ -88,7 +88,7 @@ TEST_F(CameraListModelTest, GroupsCamerasByTypeAndInterface) {
     EXPECT_EQ(lastOf(selected), QStringLiteral("eth0"));
 }
 
-TEST_F(CameraListModelTest, ListsNothingWithoutCameras) {
+TEST_F(CameraListModelTest, listsNothingWithoutCameras) {
     QSignalSpy listed(&m_model, &CameraListModel::interfaceListChanged);
     QSignalSpy selected(&m_model, &CameraListModel::interfaceSelected);
     build({});
@@ -102,7 +102,7 @@ TEST_F(CameraListModelTest, ListsNothingWithoutCameras) {
     m_model.enableWidgets(true);
 }
 
-TEST_F(CameraListModelTest, SelectsInterfacesInTheOrderOfTheTree) {
+TEST_F(CameraListModelTest, selectsInterfacesInTheOrderOfTheTree) {
     build({makeFake("a usb", usb, "U"), makeFake("eth0", gigE, "A"), makeFake("eth1", gigE, "B"),
            makeFake("eth1", gigE, "C")});
     QSignalSpy selected(&m_model, &CameraListModel::interfaceSelected);
@@ -129,7 +129,7 @@ TEST_F(CameraListModelTest, SelectsInterfacesInTheOrderOfTheTree) {
     EXPECT_EQ(selected.size(), 2);
 }
 
-TEST_F(CameraListModelTest, ShowsStatisticsOfTheSelectedInterfaceOnly) {
+TEST_F(CameraListModelTest, showsStatisticsOfTheSelectedInterfaceOnly) {
     const FakeList cameras{makeFake("eth0", gigE, "A"), makeFake("eth1", gigE, "B")};
     build(cameras);
     FrameStatistics statistics;
@@ -158,7 +158,7 @@ TEST_F(CameraListModelTest, ShowsStatisticsOfTheSelectedInterfaceOnly) {
     EXPECT_EQ(cell(0, 0, 6).data(), 0);
 }
 
-TEST_F(CameraListModelTest, StartsRowsAsTheirCamerasAre) {
+TEST_F(CameraListModelTest, startsRowsAsTheirCamerasAre) {
     const auto closed = makeFake("eth0", gigE, "B");
     closed->opened = false;
     closed->warning = "Camera cannot be opened";
@@ -181,7 +181,7 @@ TEST_F(CameraListModelTest, StartsRowsAsTheirCamerasAre) {
     EXPECT_FALSE(cell(0, 1).data(Qt::DecorationRole).isValid());
 }
 
-TEST_F(CameraListModelTest, EnablesCellsByCheckBoxAndWidgets) {
+TEST_F(CameraListModelTest, enablesCellsByCheckBoxAndWidgets) {
     build({makeFake("eth0", gigE, "A")});
     for (const bool checked : {false, true}) {
         for (const bool enabled : {false, true}) {
@@ -203,7 +203,7 @@ TEST_F(CameraListModelTest, EnablesCellsByCheckBoxAndWidgets) {
     EXPECT_EQ(m_model.flags({}), Qt::NoItemFlags);
 }
 
-TEST_F(CameraListModelTest, ChecksAndUnchecksACamera) {
+TEST_F(CameraListModelTest, checksAndUnchecksACamera) {
     const auto camera = makeFake("eth0", gigE, "A");
     build({camera});
     QSignalSpy changed(&m_model, &QAbstractItemModel::dataChanged);
@@ -221,7 +221,7 @@ TEST_F(CameraListModelTest, ChecksAndUnchecksACamera) {
     EXPECT_TRUE(camera->opened);
 }
 
-TEST_F(CameraListModelTest, LetsTheBandwidthOfAnInterfaceBeSet) {
+TEST_F(CameraListModelTest, letsTheBandwidthOfAnInterfaceBeSet) {
     build({makeFake("eth0", gigE, "A")});
     const QModelIndex interfaceRow = m_model.index(0, 0, m_model.index(0, 0));
     EXPECT_TRUE(m_model.setData(interfaceRow.siblingAtColumn(1), 90));
@@ -232,7 +232,7 @@ TEST_F(CameraListModelTest, LetsTheBandwidthOfAnInterfaceBeSet) {
     EXPECT_FALSE(m_model.setData(interfaceRow.siblingAtColumn(1), 90, Qt::ToolTipRole));
 }
 
-TEST_F(CameraListModelTest, EnablesTheWidgetsOfTheSelectedInterface) {
+TEST_F(CameraListModelTest, enablesTheWidgetsOfTheSelectedInterface) {
     build({makeFake("eth0", gigE, "A"), makeFake("eth0", gigE, "B"), makeFake("eth1", gigE, "C")});
     QSignalSpy changed(&m_model, &QAbstractItemModel::dataChanged);
     m_model.onStartStopBenchmark(true);
@@ -243,7 +243,7 @@ TEST_F(CameraListModelTest, EnablesTheWidgetsOfTheSelectedInterface) {
     EXPECT_TRUE(m_model.flags(cell(1, 0)).testFlag(Qt::ItemIsEnabled));
 }
 
-TEST_F(CameraListModelTest, TellsHeaderToolTipsAndHandlers) {
+TEST_F(CameraListModelTest, tellsHeaderToolTipsAndHandlers) {
     build({makeFake("eth0", gigE, "A")});
     m_model.setHeaderToolTips({QStringLiteral("tip"), QString()});
     EXPECT_EQ(m_model.headerData(0, Qt::Horizontal, Qt::ToolTipRole), QStringLiteral("tip"));

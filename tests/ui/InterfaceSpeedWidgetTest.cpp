@@ -94,7 +94,7 @@ protected:
     std::vector<int> m_told;
 };
 
-TEST_F(InterfaceSpeedTest, ColourTellsWhetherTheMarginIsKept) {
+TEST_F(InterfaceSpeedTest, colourTellsWhetherTheMarginIsKept) {
     const struct {
         int maximum, margin;
         std::vector<int> cameras;
@@ -123,7 +123,7 @@ TEST_F(InterfaceSpeedTest, ColourTellsWhetherTheMarginIsKept) {
     }
 }
 
-TEST_F(InterfaceSpeedTest, FollowsCamerasMarginAndMaximum) {
+TEST_F(InterfaceSpeedTest, followsCamerasMarginAndMaximum) {
     make(1000);
     EXPECT_EQ(m_bar->text(), QStringLiteral("0%"));
     m_widget->setValue(3, 10, 500);
@@ -139,7 +139,7 @@ TEST_F(InterfaceSpeedTest, FollowsCamerasMarginAndMaximum) {
     EXPECT_TRUE(m_told.empty());
 }
 
-TEST_F(InterfaceSpeedTest, MenuAndDoubleClickOverwriteTheMaximum) {
+TEST_F(InterfaceSpeedTest, menuAndDoubleClickOverwriteTheMaximum) {
     make(1000);
     m_widget->setValue(0, 10, 950);
     QTest::mouseClick(m_bar, Qt::LeftButton);
@@ -174,7 +174,7 @@ TEST_F(InterfaceSpeedTest, MenuAndDoubleClickOverwriteTheMaximum) {
 }
 
 /// In the colour that each style gives the texts of a selected row.
-TEST_F(InterfaceSpeedTest, IsLegibleInASelectedRow) {
+TEST_F(InterfaceSpeedTest, isLegibleInASelectedRow) {
     for (const QString& name : QStyleFactory::keys()) {
         make(1000);
         const std::unique_ptr<QStyle> style(QStyleFactory::create(name));
@@ -190,7 +190,7 @@ TEST_F(InterfaceSpeedTest, IsLegibleInASelectedRow) {
     }
 }
 
-TEST_F(InterfaceSpeedTest, MayBeDeletedWhileItAsks) {
+TEST_F(InterfaceSpeedTest, mayBeDeletedWhileItAsks) {
     make(1000);
     QTimer::singleShot(0, qApp, [this] { m_widget.reset(); });
     m_widget->manualSetMaxBandwidth();

@@ -35,7 +35,7 @@ protected:
     LogTable m_table;
 };
 
-TEST_F(LogTableTest, CopiesTheFirstRangeOnly) {
+TEST_F(LogTableTest, copiesTheFirstRangeOnly) {
     EXPECT_EQ(copied(), "before") << "nothing is selected";
     delete m_table.takeItem(3, 1);
     select(2, 4);
@@ -43,7 +43,7 @@ TEST_F(LogTableTest, CopiesTheFirstRangeOnly) {
     EXPECT_EQ(copied(), "20\t21\t22\n30\t\t32\n40\t41\t42\n");
 }
 
-TEST_F(LogTableTest, KeepsAColumnWideEnoughForOlderRows) {
+TEST_F(LogTableTest, keepsAColumnWideEnoughForOlderRows) {
     m_table.item(0, 0)->setText(QStringLiteral("a wider text than all others"));
     m_table.resizeColumnsToContents();
     const int width = m_table.columnWidth(0);
@@ -52,7 +52,7 @@ TEST_F(LogTableTest, KeepsAColumnWideEnoughForOlderRows) {
     EXPECT_EQ(m_table.columnWidth(0), width);
 }
 
-TEST_F(LogTableTest, FitsItsColumnsToTheRowsThatComeIntoSight) {
+TEST_F(LogTableTest, fitsItsColumnsToTheRowsThatComeIntoSight) {
     m_table.horizontalHeader()->setResizeContentsPrecision(1);
     m_table.setRowCount(200);
     m_table.setItem(199, 0, new QTableWidgetItem(QStringLiteral("a wider text than all others")));

@@ -145,7 +145,7 @@ protected:
     std::unique_ptr<SpanletDialog> dialog;
 };
 
-TEST_F(RealCameras, AutoSetDividesTheInterfaceAndTheBenchmarkCountsWhatWasSent) {
+TEST_F(RealCameras, autoSetDividesTheInterfaceAndTheBenchmarkCountsWhatWasSent) {
     ASSERT_EQ(rowCount(), cameraCount);
     constexpr int maximum = 9;
     overwriteMaximum(maximum);
@@ -170,7 +170,7 @@ TEST_F(RealCameras, AutoSetDividesTheInterfaceAndTheBenchmarkCountsWhatWasSent) 
     }
 }
 
-TEST_F(RealCameras, CameraThatDiesInABenchmarkDisturbsNobodyAndComesBack) {
+TEST_F(RealCameras, cameraThatDiesInABenchmarkDisturbsNobodyAndComesBack) {
     StallMeter meter;
     benchmarkButton().click();
     ASSERT_TRUE(eventually([this] { return figure(1, Received) > 10; }));
@@ -234,7 +234,7 @@ const Action actions[] = {
 /// All cameras fall silent at once, as when their switch loses its power.
 class SilentCameras : public RealCameras, public testing::WithParamInterface<Action> {};
 
-TEST_P(SilentCameras, HoldUpTheWindowForSecondsOnly) {
+TEST_P(SilentCameras, holdUpTheWindowForSecondsOnly) {
     overwriteMaximum(9);
     StallMeter meter;
     for (const auto& fake : fakes)

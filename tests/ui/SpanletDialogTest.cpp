@@ -123,7 +123,7 @@ protected:
     std::unique_ptr<SpanletDialog> m_dialog;
 };
 
-TEST_F(SpanletDialogTest, ComesUpWithTheFirstInterfaceSelected) {
+TEST_F(SpanletDialogTest, comesUpWithTheFirstInterfaceSelected) {
     EXPECT_FALSE(m_dialog->windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
     EXPECT_EQ(m_dialog->size(), QSize(1192, 680));
     EXPECT_EQ(m_dialog->minimumSize(), QSize(1170, 600));
@@ -158,7 +158,7 @@ TEST_F(SpanletDialogTest, ComesUpWithTheFirstInterfaceSelected) {
                   QLatin1String(toolTips[qMin(column, 2)]));
 }
 
-TEST_F(SpanletDialogTest, OffersAutoSetWhereItCanBeDone) {
+TEST_F(SpanletDialogTest, offersAutoSetWhereItCanBeDone) {
     const QList<QAction*> actions = autoSetActions();
     ASSERT_EQ(actions.size(), 2);
     EXPECT_EQ(actions[0]->text(), QStringLiteral("Auto Set Interface"));
@@ -184,7 +184,7 @@ TEST_F(SpanletDialogTest, OffersAutoSetWhereItCanBeDone) {
     EXPECT_FALSE(actions[0]->isEnabled()) << "the only camera is locked";
 }
 
-TEST_F(SpanletDialogTest, SetsInterfacesWithTheStoredMargins) {
+TEST_F(SpanletDialogTest, setsInterfacesWithTheStoredMargins) {
     storeMargins();
     m_first->need = m_third->need = 800'000'000;
     QSignalSpy finished(m_dialog.get(), &SpanletDialog::autoSetInterfaceFinished);
@@ -212,7 +212,7 @@ TEST_F(SpanletDialogTest, SetsInterfacesWithTheStoredMargins) {
     EXPECT_EQ(m_third->bandwidth, 312'500'000);
 }
 
-TEST_F(SpanletDialogTest, SetsTheCurrentCameraToWhatItNeeds) {
+TEST_F(SpanletDialogTest, setsTheCurrentCameraToWhatItNeeds) {
     storeMargins();
     m_first->need = m_third->need = 100'000'001;
     QSignalSpy finished(m_dialog.get(), &SpanletDialog::autoSetCameraFinished);
@@ -231,7 +231,7 @@ TEST_F(SpanletDialogTest, SetsTheCurrentCameraToWhatItNeeds) {
     EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
 }
 
-TEST_F(SpanletDialogTest, SetsNoInterfaceOfAnUnknownType) {
+TEST_F(SpanletDialogTest, setsNoInterfaceOfAnUnknownType) {
     m_system->setCameras({makeFake("mix", OrvTransportLayerTypeMixed, "M")});
     button("buttonRefresh").click();
     EXPECT_FALSE(autoSetActions()[0]->isEnabled()) << "its bandwidth is not known";
@@ -242,7 +242,7 @@ TEST_F(SpanletDialogTest, SetsNoInterfaceOfAnUnknownType) {
               QStringLiteral("Error:Autoset not supported for interface: mix"));
 }
 
-TEST_F(SpanletDialogTest, TakesThePacketSizeFlagFromTheSettings) {
+TEST_F(SpanletDialogTest, takesThePacketSizeFlagFromTheSettings) {
     m_dialog->show();
     for (const bool closesSettingsFirst : {true, false}) {
         button("buttonSettings").click();
@@ -263,7 +263,7 @@ TEST_F(SpanletDialogTest, TakesThePacketSizeFlagFromTheSettings) {
     EXPECT_EQ(m_dialog->result(), 0);
 }
 
-TEST_F(SpanletDialogTest, ShowsTheTrueBandwidthOfEachCameraAndInterface) {
+TEST_F(SpanletDialogTest, showsTheTrueBandwidthOfEachCameraAndInterface) {
     const auto fourth = makeFake("eth0", gigE, "C");
     fourth->bandwidth = 5'000'000;
     m_system->setCameras({m_first, m_closed, m_second, m_third, fourth});
@@ -286,7 +286,7 @@ TEST_F(SpanletDialogTest, ShowsTheTrueBandwidthOfEachCameraAndInterface) {
     EXPECT_EQ(tree().findChildren<InterfaceSpeedWidget*>().size(), 3);
 }
 
-TEST_F(SpanletDialogTest, FollowsTheUsersBandwidths) {
+TEST_F(SpanletDialogTest, followsTheUsersBandwidths) {
     QSpinBox& spinBox = bandwidth(camera(0, 0, 0));
     spinBox.selectAll();
     QTest::keyClicks(&spinBox, QStringLiteral("130"));
@@ -300,7 +300,7 @@ TEST_F(SpanletDialogTest, FollowsTheUsersBandwidths) {
     EXPECT_EQ(usage(0, 1), "100 / 125") << "another interface";
 }
 
-TEST_F(SpanletDialogTest, LocksCamerasAgainstAutoSet) {
+TEST_F(SpanletDialogTest, locksCamerasAgainstAutoSet) {
     const QList<QAction*> actions = autoSetActions();
     combo().setCurrentIndex(2);
     tree().setCurrentIndex(camera(1, 0, 0));
@@ -313,7 +313,7 @@ TEST_F(SpanletDialogTest, LocksCamerasAgainstAutoSet) {
     }
 }
 
-TEST_F(SpanletDialogTest, ColoursTheSlidersOfThoseThatTookPart) {
+TEST_F(SpanletDialogTest, coloursTheSlidersOfThoseThatTookPart) {
     const auto locked = makeFake("eth0", gigE, "A2");
     const auto left = makeFake("eth0", gigE, "A3");
     m_system->setCameras({m_first, locked, left, m_second});
@@ -332,7 +332,7 @@ TEST_F(SpanletDialogTest, ColoursTheSlidersOfThoseThatTookPart) {
     EXPECT_TRUE(sliderStyle(camera(0, 1, 0)).contains(QStringLiteral("#009640")));
 }
 
-TEST_F(SpanletDialogTest, JudgesTheUseByTheStoredMargins) {
+TEST_F(SpanletDialogTest, judgesTheUseByTheStoredMargins) {
     m_third->bandwidth = 400'000'000;
     set("Safety Margins/interface_USB", 40);
     button("buttonRefresh").click();
@@ -348,7 +348,7 @@ TEST_F(SpanletDialogTest, JudgesTheUseByTheStoredMargins) {
     EXPECT_TRUE(usageToolTip(0, 1).contains(QStringLiteral("(21%)")));
 }
 
-TEST_F(SpanletDialogTest, LetsTheUserOverwriteTheMaximumOfAnInterface) {
+TEST_F(SpanletDialogTest, letsTheUserOverwriteTheMaximumOfAnInterface) {
     const auto enter = [this](const QString& megabytes) {
         QTimer::singleShot(0, [megabytes] {
             QWidget* input = QApplication::activeModalWidget();
@@ -377,7 +377,7 @@ TEST_F(SpanletDialogTest, LetsTheUserOverwriteTheMaximumOfAnInterface) {
     EXPECT_EQ(usage(0, 0), "72 / 125");
 }
 
-TEST_F(SpanletDialogTest, MakesTheRowCurrentWhoseWidgetIsUsed) {
+TEST_F(SpanletDialogTest, makesTheRowCurrentWhoseWidgetIsUsed) {
     m_dialog->show();
     m_dialog->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(m_dialog.get()));
@@ -399,7 +399,7 @@ TEST_F(SpanletDialogTest, MakesTheRowCurrentWhoseWidgetIsUsed) {
     EXPECT_EQ(combo().currentText(), QStringLiteral("eth1")) << "the focus selects no interface";
 }
 
-TEST_F(SpanletDialogTest, OpensOneFeatureTreePerCamera) {
+TEST_F(SpanletDialogTest, opensOneFeatureTreePerCamera) {
     const auto trees = [this] {
         return m_dialog->findChildren<FeatureTreeDialog*>();
     };
@@ -433,7 +433,7 @@ TEST_F(SpanletDialogTest, OpensOneFeatureTreePerCamera) {
     EXPECT_EQ(usage(1, 0), "66 / 625");
 }
 
-TEST_F(SpanletDialogTest, CountsATimedBenchmarkDown) {
+TEST_F(SpanletDialogTest, countsATimedBenchmarkDown) {
     combo().setCurrentIndex(1);
     startBenchmark(3);
     EXPECT_EQ(m_second->starts, 1);
@@ -463,7 +463,7 @@ TEST_F(SpanletDialogTest, CountsATimedBenchmarkDown) {
     EXPECT_TRUE(rowWidget(camera(0, 1, 0))->isEnabled());
 }
 
-TEST_F(SpanletDialogTest, RunsAnEndlessBenchmarkUntilTheUserStops) {
+TEST_F(SpanletDialogTest, runsAnEndlessBenchmarkUntilTheUserStops) {
     startBenchmark(0);
     for (int i = 0; i < 20; ++i)
         tick();
@@ -471,7 +471,9 @@ TEST_F(SpanletDialogTest, RunsAnEndlessBenchmarkUntilTheUserStops) {
     EXPECT_EQ(m_first->stops, 0);
     EXPECT_TRUE(button("buttonBenchmark").isChecked());
 
+    m_first->statistics.receivedFrames = 42;
     button("buttonBenchmark").click();
+    EXPECT_EQ(camera(0, 0, 0, 4).data(), 42) << "read again when the cameras have stopped";
     EXPECT_EQ(m_first->starts, 1);
     EXPECT_EQ(m_first->stops, 1);
     EXPECT_EQ(m_closed->starts, 0);
@@ -483,7 +485,7 @@ TEST_F(SpanletDialogTest, RunsAnEndlessBenchmarkUntilTheUserStops) {
 }
 
 /// Only the user's stop gives Auto Set and the tree's steering back.
-TEST_F(SpanletDialogTest, TreatsTheEndOfTimeAndTheUsersStopDifferently) {
+TEST_F(SpanletDialogTest, treatsTheEndOfTimeAndTheUsersStopDifferently) {
     tree().setCurrentIndex(camera(0, 0, 0));
     EXPECT_TRUE(button("buttonFeatureTree").isEnabled());
     startBenchmark(1);
@@ -515,7 +517,7 @@ TEST_F(SpanletDialogTest, TreatsTheEndOfTimeAndTheUsersStopDifferently) {
     EXPECT_TRUE(autoSetActions()[0]->isEnabled()) << "still that of the chosen interface";
 }
 
-TEST_F(SpanletDialogTest, EndsARunningBenchmarkBeforeItRefreshes) {
+TEST_F(SpanletDialogTest, endsARunningBenchmarkBeforeItRefreshes) {
     for (const int seconds : {0, 60}) {
         const int stops = m_second->stops;
         combo().setCurrentIndex(1);
@@ -532,27 +534,34 @@ TEST_F(SpanletDialogTest, EndsARunningBenchmarkBeforeItRefreshes) {
     }
 }
 
-TEST_F(SpanletDialogTest, RefreshesIdleCamerasWithoutStoppingThemOrOperatingTheHost) {
-    struct : QWidget {
-        void mouseMoveEvent(QMouseEvent*) override { isOperated = true; }
-        bool isOperated = false;
-    } host;
-    host.setMouseTracking(true);
+TEST_F(SpanletDialogTest, takesInputDuringARefreshOnlyWhenItIsShown) {
+    struct : QObject {
+        bool eventFilter(QObject*, QEvent* event) override {
+            isTaken = isTaken || event->type() == QEvent::MouseMove;
+            return false;
+        }
+        bool isTaken = false;
+    } input;
+    QWidget host;
     host.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&host));
-    QCursor::setPos(host.mapToGlobal({5, 5}));
-    QCoreApplication::processEvents();
-    host.isOperated = false;
-    QCursor::setPos(host.mapToGlobal({50, 50}));
+    qApp->installEventFilter(&input);
     spin().setValue(12);
-    button("buttonRefresh").click();
-    EXPECT_FALSE(host.isOperated) << "the dialog is not visible";
+    for (const bool isShown : {false, true}) {
+        m_dialog->setVisible(isShown);
+        QCursor::setPos(host.mapToGlobal({5, 5}));
+        QCoreApplication::processEvents();
+        input.isTaken = false;
+        QCursor::setPos(host.mapToGlobal({50, 50}));
+        button("buttonRefresh").click();
+        EXPECT_EQ(input.isTaken, isShown);
+    }
     EXPECT_EQ(m_first->stops, 0);
     EXPECT_EQ(spin().value(), 12);
     EXPECT_TRUE(button("buttonAutoSet").isEnabled());
 }
 
-TEST_F(SpanletDialogTest, HasNothingToMeasureWhenAllCamerasAreGone) {
+TEST_F(SpanletDialogTest, hasNothingToMeasureWhenAllCamerasAreGone) {
     tree().setCurrentIndex(camera(0, 0, 0));
     for (const auto& cameras : {FakeSystem::FakeList{m_closed}, FakeSystem::FakeList{}}) {
         m_system->setCameras(cameras);
@@ -572,7 +581,7 @@ TEST_F(SpanletDialogTest, HasNothingToMeasureWhenAllCamerasAreGone) {
 }
 
 /// The tree is laid out between the end of its old rows' widgets and that of the rows themselves.
-TEST_F(SpanletDialogTest, RefreshesWhileItIsResized) {
+TEST_F(SpanletDialogTest, refreshesWhileItIsResized) {
     m_dialog->show();
     QTimer resizing;
     QObject::connect(&resizing, &QTimer::timeout,
@@ -584,7 +593,7 @@ TEST_F(SpanletDialogTest, RefreshesWhileItIsResized) {
     EXPECT_EQ(bandwidth(camera(0, 0, 0)).value(), 112);
 }
 
-TEST_F(SpanletDialogTest, CanBeOperatedWithKeysOnly) {
+TEST_F(SpanletDialogTest, canBeOperatedWithKeysOnly) {
     m_system->setCameras({m_first});
     button("buttonRefresh").click();
     widget<QToolButton>("buttonShowLogging").click();
@@ -617,7 +626,7 @@ TEST_F(SpanletDialogTest, CanBeOperatedWithKeysOnly) {
     EXPECT_EQ(m_first->starts, 0);
 }
 
-TEST_F(SpanletDialogTest, LeavesAnUncheckedCameraOut) {
+TEST_F(SpanletDialogTest, leavesAnUncheckedCameraOut) {
     const auto second = makeFake("eth0", gigE, "A2");
     m_system->setCameras({m_first, second});
     button("buttonRefresh").click();
@@ -632,7 +641,7 @@ TEST_F(SpanletDialogTest, LeavesAnUncheckedCameraOut) {
     EXPECT_EQ(second->starts, 1);
 }
 
-TEST_F(SpanletDialogTest, ShowsLogLinesOfTheWholeProcess) {
+TEST_F(SpanletDialogTest, showsLogLinesOfTheWholeProcess) {
     log().setRowCount(0);
     std::cerr << "lost" << std::endl;
     logInfo("found");
@@ -657,23 +666,23 @@ TEST_F(SpanletDialogTest, ShowsLogLinesOfTheWholeProcess) {
     }
 }
 
-TEST_F(SpanletDialogTest, GivesTheStandardStreamsBack) {
-    const auto controller = makeController(m_system);
-    const auto end = [controller](SystemController*) {
-        logInfo("taken");
-    };
+TEST_F(SpanletDialogTest, givesTheStandardStreamsBackAfterTheLastCamera) {
     m_dialog.reset();
-    m_dialog =
-        std::make_unique<SpanletDialog>(unusedOrvSystem(), false, nullptr,
-                                        std::shared_ptr<SystemController>(controller.get(), end));
+    m_system->setCameras({std::shared_ptr<FakeCamera>(new FakeCamera(*m_first), [](auto* camera) {
+        logInfo("gone");
+        delete camera;
+    })});
+    auto controller = makeController(std::exchange(m_system, nullptr));
+    m_dialog = std::make_unique<SpanletDialog>(unusedOrvSystem(), false, nullptr,
+                                               std::exchange(controller, nullptr));
     m_dialog.reset();
-    EXPECT_FALSE(m_log.has("Info:taken")) << "the cameras outlived the streams";
+    EXPECT_FALSE(m_log.has("Info:gone")) << "a camera outlived the streams";
     logInfo("given back");
     EXPECT_TRUE(m_log.has("Info:given back"));
     EXPECT_NE(qInstallMessageHandler(nullptr), &qtMessageHandler);
 }
 
-TEST_F(SpanletDialogTest, SwapsTheRefreshIconInADarkPalette) {
+TEST_F(SpanletDialogTest, swapsTheRefreshIconInADarkPalette) {
     const auto image = [this] {
         return button("buttonRefresh").icon().pixmap(16, 16).toImage();
     };
@@ -692,7 +701,7 @@ TEST_F(SpanletDialogTest, SwapsTheRefreshIconInADarkPalette) {
     EXPECT_EQ(image(), light);
 }
 
-TEST_F(SpanletDialogTest, AnswersTheFlagAndStopsTheBenchmarkHoweverItIsClosed) {
+TEST_F(SpanletDialogTest, answersTheFlagAndStopsTheBenchmarkHoweverItIsClosed) {
     const std::function<void()> ways[] = {
         [this] { m_dialog->close(); },
         [this] { QTest::keyClick(m_dialog.get(), Qt::Key_Escape); },
@@ -715,7 +724,7 @@ TEST_F(SpanletDialogTest, AnswersTheFlagAndStopsTheBenchmarkHoweverItIsClosed) {
     EXPECT_EQ(m_first->adjustments, 4);
 }
 
-TEST_F(SpanletDialogTest, AnswersTheFlagWhenClosedUnseenAndStopsTheBenchmarkAtItsEnd) {
+TEST_F(SpanletDialogTest, answersTheFlagWhenClosedUnseenAndStopsTheBenchmarkAtItsEnd) {
     m_dialog->onAutoAdjustPacketsize(true);
     m_dialog->close();
     EXPECT_EQ(m_dialog->result(), 1);

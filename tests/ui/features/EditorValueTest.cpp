@@ -14,7 +14,7 @@ using Int = std::int64_t;
 constexpr Int lowest = INT64_MIN;
 constexpr Int highest = INT64_MAX;
 
-TEST(StepGrid, RoundsAndStepsWithinItsRange) {
+TEST(StepGrid, roundsAndStepsWithinItsRange) {
     struct Case {
         StepGrid grid;
         Int value;
@@ -42,7 +42,7 @@ TEST(StepGrid, RoundsAndStepsWithinItsRange) {
     }
 }
 
-TEST(StepGrid, ASliderReachesBothEndsOfEveryRange) {
+TEST(StepGrid, aSliderReachesBothEndsOfEveryRange) {
     const StepGrid grids[] = {
         {16, 1936, 16}, {-10, 10, 3},         {0, Int{1} << 40, Int{1} << 38}, {0, highest, 1},
         {lowest, 0, 7}, {lowest, highest, 1}, {highest - 1, highest, 1}};
@@ -58,7 +58,7 @@ TEST(StepGrid, ASliderReachesBothEndsOfEveryRange) {
     EXPECT_EQ(grids[2].valueAt(3), Int{3} << 38);
 }
 
-TEST(FloatScale, ReachesItsEndsAndRounds) {
+TEST(FloatScale, reachesItsEndsAndRounds) {
     const FloatScale fromZero(0, 1e6, 0, true);
     EXPECT_TRUE(fromZero.isLogarithmic());
     EXPECT_GT(fromZero.lower(), 0);
@@ -74,7 +74,7 @@ TEST(FloatScale, ReachesItsEndsAndRounds) {
     EXPECT_EQ(stepped.valueAt(1.3), 1.5);
 }
 
-TEST(DoubleValidator, RefusesWhatNoFurtherDigitBringsIntoTheRange) {
+TEST(DoubleValidator, refusesWhatNoFurtherDigitBringsIntoTheRange) {
     const auto stateOf = [](double minimum, double maximum, const char* text) {
         QString input = QString::fromLatin1(text);
         int position = 0;
@@ -91,11 +91,8 @@ TEST(DoubleValidator, RefusesWhatNoFurtherDigitBringsIntoTheRange) {
         EXPECT_EQ(stateOf(0, 48, text), QValidator::Invalid) << text;
 }
 
-TEST(FeatureText, AddressesAndNumbersAreReadAsTheyAreWritten) {
-    EXPECT_EQ(toHexText(-1), QStringLiteral("ffffffffffffffff"));
+TEST(FeatureText, numbersAreReadAsTheyAreWritten) {
     EXPECT_EQ(fromHexText(toHexText(-1)), Int{-1});
-    EXPECT_EQ(toIpText(Int{0x1ffffff01}), QStringLiteral("255.255.255.1"));
-    EXPECT_EQ(toMacText(Int{0x7f02abccddee0f}), QStringLiteral("02:ab:cc:dd:ee:0f"));
     EXPECT_EQ(toDoubleText(-0.0), QStringLiteral("0"));
     EXPECT_EQ(toDoubleText(1e6), QStringLiteral("1000000"));
     EXPECT_EQ(toDoubleText(-2.5e-9), QStringLiteral("-2.5e-09"));

@@ -214,7 +214,7 @@ const KeyCase keyCases[] = {
     {"LogarithmicDownTo0", ranged(50.0, 0.0, 1e6, 0.0, "ExposureTime"), toSliderAnd(Qt::Key_Home),
      0.0}};
 
-TEST_F(FeatureEditor, IsWrittenOnceByReturnOrByLeaving) {
+TEST_F(FeatureEditor, isWrittenOnceByReturnOrByLeaving) {
     for (const KeyCase& tested : keyCases) {
         SCOPED_TRACE(tested.name);
         for (const bool leaves : {false, true}) {
@@ -232,7 +232,7 @@ TEST_F(FeatureEditor, IsWrittenOnceByReturnOrByLeaving) {
     }
 }
 
-TEST_F(FeatureEditor, IsNotWrittenByEscapeNorWhenNothingWasTouched) {
+TEST_F(FeatureEditor, isNotWrittenByEscapeNorWhenNothingWasTouched) {
     for (const KeyCase& tested : keyCases) {
         SCOPED_TRACE(tested.name);
         edit(tested.feature);
@@ -246,14 +246,14 @@ TEST_F(FeatureEditor, IsNotWrittenByEscapeNorWhenNothingWasTouched) {
     }
 }
 
-TEST_F(FeatureEditor, MouseChoicesAreWrittenAtOnce) {
+TEST_F(FeatureEditor, mouseChoicesAreWrittenAtOnce) {
     edit(feature(OrvFeatureDataBool, false));
     click(editor(), {8, editor()->height() / 2});
     EXPECT_THAT(writes(), ElementsAre(FeatureValue(true)));
     EXPECT_FALSE(isOpen());
 }
 
-TEST_F(FeatureEditor, AnEntryIsChosenFromThePopup) {
+TEST_F(FeatureEditor, anEntryIsChosenFromThePopup) {
     edit(enumeration(std::string("Off"), {"Off", "Once", "On"}));
     auto* box = part<QComboBox>();
     click(box);
@@ -267,7 +267,7 @@ TEST_F(FeatureEditor, AnEntryIsChosenFromThePopup) {
     EXPECT_FALSE(isOpen());
 }
 
-TEST_F(FeatureEditor, ACommandRunsOncePerPress) {
+TEST_F(FeatureEditor, aCommandRunsOncePerPress) {
     for (const bool byKey : {false, true}) {
         edit(feature(OrvFeatureDataCommand, Int{0}));
         EXPECT_EQ(part<QPushButton>()->text(), QStringLiteral("Execute"));
@@ -285,7 +285,7 @@ TEST_F(FeatureEditor, ACommandRunsOncePerPress) {
     EXPECT_THAT(camera->commands, IsEmpty());
 }
 
-TEST_F(FeatureEditor, ASliderWritesWhenItIsReleasedAndStaysOpen) {
+TEST_F(FeatureEditor, aSliderWritesWhenItIsReleasedAndStaysOpen) {
     for (const FeatureInfo& info : {ranged<Int>(16, 16, 1936, 16), ranged(0.0, 0.0, 48.0, 0.5)}) {
         edit(info);
         QWidget* slider = firstPart();
@@ -318,7 +318,7 @@ TEST_F(FeatureEditor, ASliderWritesWhenItIsReleasedAndStaysOpen) {
     }
 }
 
-TEST_F(FeatureEditor, ASliderWithoutARangeCannotBeMoved) {
+TEST_F(FeatureEditor, aSliderWithoutARangeCannotBeMoved) {
     for (const FeatureInfo& info :
          {feature(OrvFeatureDataInt, Int{5}), feature(OrvFeatureDataFloat, 5.0)}) {
         edit(info);
@@ -326,7 +326,7 @@ TEST_F(FeatureEditor, ASliderWithoutARangeCannotBeMoved) {
     }
 }
 
-TEST_F(FeatureEditor, AnExposureTimeSpansItsRangeLogarithmically) {
+TEST_F(FeatureEditor, anExposureTimeSpansItsRangeLogarithmically) {
     FeatureInfo other = ranged(10.0, 10.0, 1e6, 0.0);
     other.representation = "Logarithmic";
     for (const FeatureInfo& info : {ranged(10.0, 10.0, 1e6, 0.0, "ExposureTime"),
@@ -342,7 +342,7 @@ TEST_F(FeatureEditor, AnExposureTimeSpansItsRangeLogarithmically) {
     }
 }
 
-TEST_F(FeatureEditor, TabMovesWithinTheEditorAndThenToTheNextRow) {
+TEST_F(FeatureEditor, tabMovesWithinTheEditorAndThenToTheNextRow) {
     edit({ranged(1.0, 0.0, 48.0, 0.0), ranged<Int>(16, 16, 64, 16, "Other")});
     type("7.5");
     press(Qt::Key_Backtab);
@@ -357,7 +357,7 @@ TEST_F(FeatureEditor, TabMovesWithinTheEditorAndThenToTheNextRow) {
     EXPECT_TRUE(isOpen(1));
 }
 
-TEST_F(FeatureEditor, ClosingCommitsATextThatIsComplete) {
+TEST_F(FeatureEditor, closingCommitsATextThatIsComplete) {
     const std::pair<FeatureInfo, const char*> numbers[] = {
         {ranged(20.0, 10.0, 48.0, 0.0),
          "A number from 10 to 48, with up to 10 decimals after a point"},
@@ -381,7 +381,7 @@ TEST_F(FeatureEditor, ClosingCommitsATextThatIsComplete) {
     EXPECT_THAT(writes(), ElementsAre(FeatureValue(std::string("new"))));
 }
 
-TEST_F(FeatureEditor, IsLostWithTheTree) {
+TEST_F(FeatureEditor, isLostWithTheTree) {
     edit(feature(OrvFeatureDataString, std::string("old")));
     type("new");
     model->setupModelData();
@@ -389,7 +389,7 @@ TEST_F(FeatureEditor, IsLostWithTheTree) {
     EXPECT_THAT(writes(), IsEmpty());
 }
 
-TEST_F(FeatureEditor, LeavesTheWheelToTheTreeWhereItHasNoUseForIt) {
+TEST_F(FeatureEditor, leavesTheWheelToTheTreeWhereItHasNoUseForIt) {
     std::vector<FeatureInfo> features(30, feature(OrvFeatureDataString, std::string("old")));
     for (std::size_t i = 0; i < features.size(); ++i)
         features[i].name += std::to_string(i);
@@ -409,7 +409,7 @@ TEST_F(FeatureEditor, LeavesTheWheelToTheTreeWhereItHasNoUseForIt) {
     EXPECT_EQ(part<QLineEdit>()->text(), QStringLiteral("640"));
 }
 
-TEST_F(FeatureEditor, NumbersHaveAPointAndNoGroupsInEveryLocaleAndTheirUnit) {
+TEST_F(FeatureEditor, numbersHaveAPointAndNoGroupsInEveryLocaleAndTheirUnit) {
     FeatureInfo info = ranged(1234567.25, 0.0, 1e7, 0.0);
     info.unit = "us";
     edit(info);
@@ -422,7 +422,7 @@ TEST_F(FeatureEditor, NumbersHaveAPointAndNoGroupsInEveryLocaleAndTheirUnit) {
     EXPECT_EQ(delegate.displayText(1000000LL, view.locale()), QStringLiteral("1000000"));
 }
 
-TEST_F(FeatureEditor, WhatCannotBeEditedOrToldIsADebugMessage) {
+TEST_F(FeatureEditor, whatCannotBeEditedOrToldIsADebugMessage) {
     FeatureInfo raw = feature(OrvFeatureDataRaw, Int{0});
     raw.name = "Raw";
     edit({feature(OrvFeatureDataBool, true), raw});

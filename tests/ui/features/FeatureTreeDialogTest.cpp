@@ -34,7 +34,7 @@ std::shared_ptr<FakeFeatureTree> makeFeatures() {
     return features;
 }
 
-TEST(FeatureTreeDialog, OpensFilteredAndExpandedAndCollapsesAllFeatures) {
+TEST(FeatureTreeDialog, opensFilteredAndExpandedAndCollapsesAllFeatures) {
     const FeatureTreeWindow window(makeFeatures());
     EXPECT_EQ(window.dialog->size(), QSize(620, 570));
     EXPECT_TRUE(window.filter.isChecked());
@@ -55,7 +55,7 @@ TEST(FeatureTreeDialog, OpensFilteredAndExpandedAndCollapsesAllFeatures) {
     EXPECT_FALSE(window.row("The Gamma").isValid());
 }
 
-TEST(FeatureTreeDialog, WritesAnOpenEditBeforeTheFilterIsSwitched) {
+TEST(FeatureTreeDialog, writesAnOpenEditBeforeTheFilterIsSwitched) {
     const auto features = makeFeatures();
     const FeatureTreeWindow window(features);
     for (const char* text : {"7", "8"}) {
@@ -69,14 +69,14 @@ TEST(FeatureTreeDialog, WritesAnOpenEditBeforeTheFilterIsSwitched) {
                 ElementsAre(Pair("Gamma", FeatureValue(7.0)), Pair("Gamma", FeatureValue(8.0))));
 }
 
-TEST(FeatureTreeDialog, KeepsValuesOnViewBesideLongNames) {
+TEST(FeatureTreeDialog, keepsValuesOnViewBesideLongNames) {
     const auto features = makeFeatures();
     features->add("Camera", "/Image", "Width").displayName.assign(200, 'W');
     const FeatureTreeWindow window(features);
     EXPECT_LT(window.tree.header()->sectionSize(0), window.tree.width() * 3 / 4);
 }
 
-TEST(FeatureTreeDialog, TabLeadsFromValueToValueAndTypingToNames) {
+TEST(FeatureTreeDialog, tabLeadsFromValueToValueAndTypingToNames) {
     const FeatureTreeWindow window(makeFeatures());
     window.filter.click();
     window.tree.expandAll();
@@ -94,7 +94,7 @@ TEST(FeatureTreeDialog, TabLeadsFromValueToValueAndTypingToNames) {
     EXPECT_EQ(window.tree.currentIndex(), window.row("The PayloadSize"));
 }
 
-TEST(FeatureTreeDialog, ShowsAndEditsWhatWasWrittenByOtherMeans) {
+TEST(FeatureTreeDialog, showsAndEditsWhatWasWrittenByOtherMeans) {
     const auto features = makeFeatures();
     const FeatureTreeWindow window(features);
     FeatureValue& payload = features->features[{"Camera", "PayloadSize"}].value;
@@ -125,14 +125,14 @@ TEST(FeatureTreeDialog, ShowsAndEditsWhatWasWrittenByOtherMeans) {
     EXPECT_EQ(features->written.size(), 2U) << "the value before is written as any other";
 }
 
-TEST(FeatureTreeDialog, WithoutACameraIsEmpty) {
+TEST(FeatureTreeDialog, withoutACameraIsEmpty) {
     const FeatureTreeWindow window({});
     window.filter.click();
     QTest::keyClick(&window.tree, Qt::Key_A);
     EXPECT_EQ(window.tree.model(), nullptr);
 }
 
-TEST(FeatureTreeDialog, WritesAnOpenEditBeforeItIsClosedInWhateverWay) {
+TEST(FeatureTreeDialog, writesAnOpenEditBeforeItIsClosedInWhateverWay) {
     const std::vector<std::function<void(QWidget&)>> ways{
         [](QWidget& dialog) { dialog.close(); },
         [](QWidget& dialog) {
@@ -192,7 +192,7 @@ protected:
     std::shared_ptr<CameraHandler> m_camera;
 };
 
-TEST_F(FeatureTreeOfCamera, IsReadOnlyAsFarAsItIsOnView) {
+TEST_F(FeatureTreeOfCamera, isReadOnlyAsFarAsItIsOnView) {
     const auto features = m_camera->getFeatureController();
     const auto listing = [&] {
         FeatureTreeModel(features).setupModelData();
@@ -217,7 +217,7 @@ TEST_F(FeatureTreeOfCamera, IsReadOnlyAsFarAsItIsOnView) {
     EXPECT_LT(calls([&] { window->reactivate(); }), 150U);
 }
 
-TEST_F(FeatureTreeOfCamera, FollowsWhatAWriteChangesElsewhere) {
+TEST_F(FeatureTreeOfCamera, followsWhatAWriteChangesElsewhere) {
     const FeatureTreeWindow window(m_camera->getFeatureController());
     window.filter.click();
     window.tree.expandAll();
@@ -239,7 +239,7 @@ TEST_F(FeatureTreeOfCamera, FollowsWhatAWriteChangesElsewhere) {
     EXPECT_THAT(m_log.text(), testing::HasSubstr("Cannot set feature 'PixelFormat' to value"));
 }
 
-TEST_F(FeatureTreeOfCamera, OutlivesTheCameraAndAnotherTreeOfIt) {
+TEST_F(FeatureTreeOfCamera, outlivesTheCameraAndAnotherTreeOfIt) {
     const FeatureTreeWindow window(m_camera->getFeatureController());
     { const FeatureTreeWindow another(m_camera->getFeatureController()); }
     m_camera.reset();

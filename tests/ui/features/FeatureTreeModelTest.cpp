@@ -65,7 +65,7 @@ protected:
     QAbstractItemModelTester m_tester{&m_model};
 };
 
-TEST_F(FeatureTree, GroupsFeaturesByModuleAndCategoryPath) {
+TEST_F(FeatureTree, groupsFeaturesByModuleAndCategoryPath) {
     EXPECT_EQ(textTree(m_model), "Transport Layer\n"
                                  "  The Version | 1.2\n"
                                  "Interface\n"
@@ -92,7 +92,7 @@ TEST_F(FeatureTree, GroupsFeaturesByModuleAndCategoryPath) {
     EXPECT_EQ(m_model.headerData(1, Qt::Horizontal), QString());
 }
 
-TEST_F(FeatureTree, SortsAllButTheModulesAsTheLocaleDoes) {
+TEST_F(FeatureTree, sortsAllButTheModulesAsTheLocaleDoes) {
     m_features->features[{"Camera", "Enable"}].displayName = "\u00e4 Enable";
     EXPECT_THAT(filtered("{}", false), testing::StartsWith("Transport Layer\n"
                                                            "  The Version | 1.2\n"
@@ -108,7 +108,7 @@ TEST_F(FeatureTree, SortsAllButTheModulesAsTheLocaleDoes) {
                                                            "Stream0\n"));
 }
 
-TEST_F(FeatureTree, IsFilteredByNamesAndByCategoriesOfModules) {
+TEST_F(FeatureTree, isFilteredByNamesAndByCategoriesOfModules) {
     EXPECT_EQ(filtered(R"({"FeaturesFilter": ["Width", "load", 5], "CategoriesFilter":
                            ["Stream:/X", "Camera:/B", "Stream0:/Y"], "Other": 1})"),
               "Transport Layer\nInterface\n"
@@ -127,7 +127,7 @@ TEST_F(FeatureTree, IsFilteredByNamesAndByCategoriesOfModules) {
               "    The Lost\n");
 }
 
-TEST_F(FeatureTree, IsFilteredToNothingByAFileThatCannotBeUsed) {
+TEST_F(FeatureTree, isFilteredToNothingByAFileThatCannotBeUsed) {
     static QStringList warnings;
     warnings.clear();
     const auto previous =
@@ -148,7 +148,7 @@ TEST_F(FeatureTree, IsFilteredToNothingByAFileThatCannotBeUsed) {
     qInstallMessageHandler(previous);
 }
 
-TEST_F(FeatureTree, FiltersWithoutAskingForFeatures) {
+TEST_F(FeatureTree, filtersWithoutAskingForFeatures) {
     EXPECT_NE(QMetaType::type("FeatureInfo"), int{QMetaType::UnknownType});
     filtered(R"({"FeaturesFilter": ["None"]})");
     EXPECT_THAT(m_features->reads, IsEmpty());
@@ -157,7 +157,7 @@ TEST_F(FeatureTree, FiltersWithoutAskingForFeatures) {
     EXPECT_THAT(m_features->reads, ElementsAre(Pair("Lost", 2)));
 }
 
-TEST_F(FeatureTree, ReadsADescriptionOnceUntilAWrite) {
+TEST_F(FeatureTree, readsADescriptionOnceUntilAWrite) {
     const QModelIndex rate = valueOf(m_model, "The Rate");
     EXPECT_THAT(m_features->reads, IsEmpty());
     EXPECT_EQ(rate.data(FeatureTreeModel::InfoRole).value<FeatureInfo>().category, "/A/B");
@@ -188,7 +188,7 @@ TEST_F(FeatureTree, ReadsADescriptionOnceUntilAWrite) {
     EXPECT_THAT(m_features->reads, ElementsAre(Pair("Rate", 1), Pair("Width", 1)));
 }
 
-TEST_F(FeatureTree, TellsFeaturesFromGroups) {
+TEST_F(FeatureTree, tellsFeaturesFromGroups) {
     m_features->features[{"Camera", "Rate"}].writable = false;
     m_features->features[{"Camera", "Rate"}].toolTip = "a < b & c";
     const QModelIndex group = rowIn(m_model, "A");
@@ -212,7 +212,7 @@ TEST_F(FeatureTree, TellsFeaturesFromGroups) {
     EXPECT_EQ(rate.siblingAtColumn(1).flags(), Qt::ItemIsSelectable);
 }
 
-TEST_F(FeatureTree, WritesTheRepresentationsOfIntegers) {
+TEST_F(FeatureTree, writesTheRepresentationsOfIntegers) {
     const std::vector<std::tuple<const char*, FeatureValue, QVariant>> cases{
         {"HexNumber", std::int64_t{0xAB01}, QStringLiteral("ab01")},
         {"HexNumber", std::int64_t{-1}, QStringLiteral("ffffffffffffffff")},
@@ -233,7 +233,7 @@ TEST_F(FeatureTree, WritesTheRepresentationsOfIntegers) {
     }
 }
 
-TEST_F(FeatureTree, WritesValuesInTheTypeThatTheFeatureHas) {
+TEST_F(FeatureTree, writesValuesInTheTypeThatTheFeatureHas) {
     const std::vector<std::tuple<const char*, QVariant, FeatureValue>> cases{
         {"Width", QStringLiteral("800"), std::int64_t{800}},
         {"Rate", 3, 3.0},
@@ -261,7 +261,7 @@ TEST_F(FeatureTree, WritesValuesInTheTypeThatTheFeatureHas) {
     EXPECT_THAT(m_features->written, IsEmpty());
 }
 
-TEST_F(FeatureTree, RunsACommandForAnythingButFalse) {
+TEST_F(FeatureTree, runsACommandForAnythingButFalse) {
     const QModelIndex command = valueOf(m_model, "The Load");
     EXPECT_FALSE(m_model.setData(command, false));
     EXPECT_THAT(m_features->commands, IsEmpty());

@@ -35,7 +35,7 @@ public:
     }
 };
 
-TEST(BasicTreeItem, KnowsItsPlaceAfterInsertionsAnywhere) {
+TEST(BasicTreeItem, knowsItsPlaceAfterInsertionsAnywhere) {
     Item root;
     const Item* end = root.appendChild(makeItem("end"));
     const Item* beyond = root.insertChild(99, makeItem("beyond"));
@@ -52,7 +52,7 @@ TEST(BasicTreeItem, KnowsItsPlaceAfterInsertionsAnywhere) {
     EXPECT_EQ(root.child(-1), nullptr);
 }
 
-TEST(BasicTreeItem, HasNoValueBeyondItsColumns) {
+TEST(BasicTreeItem, hasNoValueBeyondItsColumns) {
     Item item({1, 2});
     EXPECT_EQ(item.columnCount(), 2);
     EXPECT_FALSE(item.value(-1).isValid());
@@ -72,7 +72,7 @@ protected:
                                       QAbstractItemModelTester::FailureReportingMode::Fatal};
 };
 
-TEST_F(BasicTreeModelTest, ShowsItsItems) {
+TEST_F(BasicTreeModelTest, showsItsItems) {
     m_model.setHeaderLabels({QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C")});
     m_model.setupModelData();
     EXPECT_EQ(textTree(m_model), "first\n"
@@ -90,7 +90,7 @@ TEST_F(BasicTreeModelTest, ShowsItsItems) {
     EXPECT_EQ(m_model.childIndexes(), QModelIndexList({first, m_model.index(1, 0)}));
 }
 
-TEST_F(BasicTreeModelTest, ChangesTheLabelsOfItsHorizontalHeaderOnly) {
+TEST_F(BasicTreeModelTest, changesTheLabelsOfItsHorizontalHeaderOnly) {
     m_model.setHeaderLabels({QStringLiteral("A"), QStringLiteral("B")});
     qRegisterMetaType<Qt::Orientation>();
     QSignalSpy changed(&m_model, &QAbstractItemModel::headerDataChanged);
@@ -108,7 +108,7 @@ TEST_F(BasicTreeModelTest, ChangesTheLabelsOfItsHorizontalHeaderOnly) {
     EXPECT_EQ(m_model.headerData(0, Qt::Horizontal), QStringLiteral("A"));
 }
 
-TEST_F(BasicTreeModelTest, LeavesRoomForTwoBoldLinesInItsHeader) {
+TEST_F(BasicTreeModelTest, leavesRoomForTwoBoldLinesInItsHeader) {
     m_model.setHeaderLabels({QStringLiteral("A")});
     const QFont font = m_model.headerData(0, Qt::Horizontal, Qt::FontRole).value<QFont>();
     EXPECT_EQ(font.weight(), 75);
