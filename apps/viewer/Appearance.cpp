@@ -13,7 +13,7 @@ namespace {
 constexpr int usualPointSize = 9;
 
 QPalette darkPalette() {
-    // Apart far enough that the outlines of Fusion, which are darker than the window, show on both.
+    // Far enough apart for Fusion's outlines to show on both.
     const QColor window(0x44, 0x46, 0x49);
     const QColor base(0x1e, 0x1f, 0x21);
     const QColor text(0xe6, 0xe6, 0xe6);
@@ -45,8 +45,7 @@ bool hasScreen() {
 
 void applyAppearance(bool isDark) {
     if (!hasScreen()) {
-        // Offscreen there is no desktop to ask for its font, and Qt's own choice is larger than
-        // any.
+        // Offscreen there is no desktop font, and Qt's own default is larger than any.
         QFont font = QApplication::font();
         font.setPointSize(usualPointSize);
         QApplication::setFont(font);

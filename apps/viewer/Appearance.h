@@ -3,7 +3,7 @@
 
 namespace viewer {
 
-/// Whether windows come to a screen that somebody sees.
+/// Whether windows appear on a screen.
 bool hasScreen();
 
 /// Keeps the desktop's own look on a screen; without one, and in dark colours, the Fusion style is

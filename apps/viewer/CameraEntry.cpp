@@ -47,7 +47,7 @@ CameraEntry describe(const std::shared_ptr<OrvCPP::Camera>& camera) {
     return entry;
 }
 
-/// Puts a text of their own behind the names of cameras that have the same one.
+/// Appends a text of the camera to names that several cameras have.
 void tellApart(std::vector<CameraEntry>& entries, QString CameraEntry::*text) {
     QHash<QString, int> counts;
     for (const CameraEntry& entry : entries)
@@ -66,7 +66,7 @@ std::vector<CameraEntry> findCameras(OrvCPP::OrvSystem& system) {
     TwiceAsked::elements(&system, cameras, &OrvCPP::OrvSystem::GetCameras);
     for (const auto& camera : cameras)
         entries.push_back(describe(camera));
-    // Most cameras have no name but their model's, and serial numbers are each maker's own.
+    // Most cameras have their model's name, and two makers may use the same serial number.
     tellApart(entries, &CameraEntry::serialNumber);
     tellApart(entries, &CameraEntry::id);
     return entries;

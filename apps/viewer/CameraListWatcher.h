@@ -9,8 +9,8 @@
 
 namespace viewer {
 
-/// Carries the SDK's news of its camera list to the GUI thread, several of them as one.
-/// Thread-safe.
+/// Forwards changes of the SDK's camera list to the GUI thread; several pending ones are one
+/// signal. Thread-safe.
 class CameraListWatcher : public QObject, public OrvCPP::ICameraListObserver {
     Q_OBJECT
 
@@ -18,7 +18,7 @@ public:
     void CameraListChanged(const std::shared_ptr<OrvCPP::Camera>& camera,
                            OrvUpdateTriggerType reason) override;
 
-    /// To be called when the list is about to be read: changes from then on are announced anew.
+    /// To be called before the list is read: later changes are announced again.
     void acknowledge();
 
 signals:

@@ -24,8 +24,8 @@ public:
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
 
-    /// Takes over a new list. While the same cameras stay in the same order, rows and with them
-    /// the view's selection stay.
+    /// Sets the list. With the same cameras in the same order, the rows and the view's selection
+    /// stay.
     void setCameras(std::vector<CameraEntry> cameras);
     const std::vector<CameraEntry>& cameras() const;
     /// Row of the camera with this ID, -1 when there is none.

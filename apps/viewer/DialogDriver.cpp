@@ -18,7 +18,7 @@ namespace viewer {
 namespace {
 
 constexpr int pollInterval = 50;
-/// By when the help has opened over the dialog if it opens by itself.
+/// Milliseconds after which the help has opened over the dialog, if it does.
 constexpr int helpDelay = 200;
 constexpr int logAnimation = 1000;
 /// How long a step may take, beside the benchmark's own time.
@@ -36,7 +36,7 @@ template <typename T> T* child(QWidget* dialog, const char* name) {
 
 QString heading(const QAbstractItemModel& model, int column) {
     QString text = model.headerData(column, Qt::Horizontal).toString();
-    // Where a long word may be broken is of no interest to a line of its own.
+    // A soft hyphen marks where a word may be broken, which is not done here.
     constexpr QChar softHyphen(0x00ad);
     return text.remove(softHyphen).replace(QLatin1Char('\n'), QLatin1Char(' '));
 }
@@ -115,7 +115,7 @@ void DialogDriver::autoSet() {
     for (int i = 0; m_tasks.autoSets && i < interfaces->count(); ++i) {
         interfaces->setCurrentIndex(i);
         QAction* action = button->menu()->actions().constFirst();
-        // An action can be triggered even where it is not offered to the user.
+        // trigger() would also run a disabled action.
         if (action->isEnabled()) {
             action->trigger();
         } else {
@@ -123,7 +123,7 @@ void DialogDriver::autoSet() {
                 << QStringLiteral("Auto Set is not offered on %1.").arg(interfaces->currentText());
         }
     }
-    // Before a benchmark, which leaves the dialog deaf to the choice of a camera.
+    // Before a benchmark, after which the dialog ignores the choice of a camera.
     then(&DialogDriver::openFeatures, 0);
 }
 

@@ -14,11 +14,10 @@ class QWidget;
 
 namespace viewer {
 
-/// Operates Spanlet's dialog in place of a user, from inside the event loop that the dialog runs:
-/// waits for it, closes the help that opens over it by itself (without switching it off for the
-/// user), does what the command line asks for (Auto Set and a benchmark of each interface,
-/// pictures), closes it. It finds what it needs by the names of the dialog's widgets. Bound to the
-/// GUI thread.
+/// Operates Spanlet's dialog in place of a user, in the event loop that the dialog runs. Waits for
+/// the dialog, closes the help that opens over it (and leaves it switched on), performs the tasks
+/// of the command line (Auto Set and a benchmark of each interface, pictures), and closes the
+/// dialog. Finds the widgets by their object names. Bound to the GUI thread.
 class DialogDriver : public QObject {
     Q_OBJECT
 
@@ -30,7 +29,7 @@ public:
     static constexpr int nameColumns = 2;
     /// The headings and a row per camera that took part; empty when no benchmark was run.
     const QVector<QStringList>& statistics() const;
-    /// What went wrong, or was left undone; empty when everything was done.
+    /// What failed or was not done; empty when everything was done.
     QStringList failures() const;
 
 private:

@@ -33,7 +33,7 @@ bool canShow(OrvPixelFormatType format);
 /// Thread-safe.
 QImage toImage(const RawImage& raw);
 
-/// What a frame says of its pixels. They stay the frame's.
+/// Describes the pixels of a frame, which keeps owning them.
 RawImage rawImage(const OrvCPP::Frame& frame);
 
 } // namespace viewer

@@ -11,10 +11,10 @@
 
 namespace viewer {
 
-/// Hands the latest frame of a camera from the SDK's thread to the one that shows it. A frame that
-/// nobody took before the next one came is given back to the camera: frames drop, none queues up.
+/// Passes the latest frame of a camera from the SDK's thread to the GUI thread. A frame that was
+/// not taken before the next one came is given back to the camera.
 ///
-/// Thread-safe. No lock is held while a frame is given back or the receiver is told.
+/// Thread-safe. No lock is held while a frame is given back or announced.
 class FrameMailbox : public OrvCPP::IFrameObserver {
 public:
     using GiveBack = std::function<void(const std::shared_ptr<OrvCPP::Frame>&)>;
@@ -25,7 +25,7 @@ public:
 
     void FrameReceived(const std::shared_ptr<OrvCPP::Frame>& frame) override;
 
-    /// The latest frame, which is then the caller's to give back; empty when there is none.
+    /// The latest frame, which the caller must give back; empty when there is none.
     std::shared_ptr<OrvCPP::Frame> take();
     /// Frames received since the mailbox was made, dropped ones included.
     std::uint64_t receivedFrames() const;

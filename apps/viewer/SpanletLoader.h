@@ -20,11 +20,10 @@ public:
     SpanletLoader(const SpanletLoader&) = delete;
     SpanletLoader& operator=(const SpanletLoader&) = delete;
 
-    /// The plug-in's instance, loaded at the first call and kept loaded; nothing when there is no
-    /// usable one. It is looked for again at the next call then.
+    /// The plug-in's instance, loaded at the first call and kept loaded. Null when there is no
+    /// usable one; the next call then looks again.
     SpanletInterface* load();
-    /// Why the last load() found nothing, for a person to read: which folder, or which file and
-    /// what is wrong with it.
+    /// Why the last load() returned null, for the user: the folder, or each file with its fault.
     QString error() const;
 
 private:

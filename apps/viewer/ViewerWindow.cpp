@@ -169,7 +169,7 @@ QString ViewerWindow::openSpanlet() {
 }
 
 void ViewerWindow::refreshCameras() {
-    // Meanwhile the cameras are Spanlet's, and what it opens is no news to the viewer.
+    // Spanlet opens cameras now, which the viewer must not follow.
     if (m_isHandedOver)
         return;
     m_watcher->acknowledge();
@@ -182,7 +182,7 @@ void ViewerWindow::refreshCameras() {
         statusBar()->showMessage(tr("%1 was disconnected.").arg(before.name), messageTime);
     }
 
-    // The first camera that can be shown is shown at once; later on the choice is the user's.
+    // The first list selects a camera to show. Later the user does.
     const int row = hadCameras ? m_model->rowOf(before.id) : firstAvailableRow();
     m_list->setCurrentIndex(m_model->index(row));
     const bool wasBarred =
@@ -194,7 +194,7 @@ void ViewerWindow::refreshCameras() {
 
 void ViewerWindow::takeOver(std::vector<CameraEntry> cameras) {
     for (CameraEntry& entry : cameras) {
-        // The viewer's own opening is what makes this one unavailable.
+        // Unavailable only because the viewer has it open.
         if (entry.id == m_liveId)
             entry.access = CameraAccess::Live;
     }

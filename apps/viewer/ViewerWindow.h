@@ -49,7 +49,7 @@ private:
     /// Reads the SDK's camera list anew; keeps the selected camera and its live image.
     void refreshCameras();
     void takeOver(std::vector<CameraEntry> cameras);
-    /// Says below the list what the cameras lack of the host, if anything.
+    /// Shows below the list which settings of the host are too low for the cameras.
     void showStreamingLimits();
     /// The selected camera; one without an ID when none is selected.
     CameraEntry currentCamera() const;

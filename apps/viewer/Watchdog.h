@@ -23,8 +23,8 @@ public:
     Watchdog(const Watchdog&) = delete;
     Watchdog& operator=(const Watchdog&) = delete;
 
-    /// The next step begins, and must end (with the next call, or the destructor) within
-    /// \p limit. \p step tells on the standard error stream what did not end.
+    /// Begins a step, which ends with the next call or the destructor and must not take longer than
+    /// \p limit. \p step names it in the message on the standard error stream.
     void expect(const std::string& step, std::chrono::seconds limit);
 
 private:

@@ -6,8 +6,9 @@
 #include <QObject>
 #include <QtPlugin>
 
-/// What a camera viewer knows of Spanlet. A host loads the plug-in with QPluginLoader, casts its
-/// instance to this interface and calls runDialog; it must be built against this same declaration.
+/// The interface of Spanlet for a camera viewer. A host loads the plug-in with QPluginLoader, casts
+/// its instance to this interface and calls runDialog; it must be built against this same
+/// declaration.
 class SpanletInterface : public QObject {
     Q_OBJECT
 

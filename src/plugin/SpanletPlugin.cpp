@@ -24,7 +24,7 @@ void installTranslation() {
     auto translator = std::make_unique<QTranslator>();
     if (!translator->load(prefix + locale, directory))
         translator->load(prefix + locale.left(2), directory);
-    // The host shows the dialog again and again: an installed translation stays until it ends.
+    // Stays installed until the host ends.
     if (!translator->isEmpty())
         QCoreApplication::installTranslator(translator.release());
 }
@@ -37,8 +37,8 @@ int SpanletPlugin::runDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSiz
     const QImage image(QStringLiteral(":/images/images/Spanlet-pleaseWait.png"));
     QSplashScreen splash(QPixmap::fromImage(image));
     splash.show();
-    // Until the dialog is modal the host's windows take input, which must not reach the host inside
-    // of its call: a second click would call again.
+    // The host's windows must not get input inside of their own call: before the dialog is modal, a
+    // second click would call the plug-in again.
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     installTranslation();
 

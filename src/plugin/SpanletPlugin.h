@@ -3,7 +3,7 @@
 
 #include "plugin/SpanletInterface.h"
 
-/// The plug-in's one object. Keeps nothing between calls. Bound to the GUI thread.
+/// The plug-in's root object. Has no state. Bound to the GUI thread.
 class SpanletPlugin : public SpanletInterface {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "SpanletInterface")

@@ -35,9 +35,9 @@ int maximumOf(const QModelIndex& interfaceRow) {
         std::min<quint64>(bandwidthCell(interfaceRow).data().toULongLong(), most));
 }
 
-/// Makes a row current when a part of its widget is clicked, as a click on any other cell does. A
-/// camera's row follows the keyboard focus, too. An interface's row does not: it would change which
-/// interface is selected.
+/// Event filter that makes a row current when a part of its widget is clicked, and a camera's row
+/// also when a part gets the keyboard focus. For an interface's row the focus would change the
+/// selected interface.
 class RowSelector : public QObject {
 public:
     RowSelector(QTreeView& tree, const QModelIndex& row, bool followsFocus, QWidget& widget)
@@ -74,7 +74,7 @@ void BandwidthColumn::clear() {
         QWidget* widget = m_tree.indexWidget(bandwidthCell(row));
         if (widget == nullptr)
             return;
-        // The view does not notice that a widget is deleted, and would lay it out once more.
+        // Else the view would lay out the deleted widget once more.
         m_tree.setIndexWidget(bandwidthCell(row), nullptr);
         delete widget;
     };
@@ -96,7 +96,7 @@ void BandwidthColumn::fill(const std::function<void()>& afterEachCamera) {
 }
 
 void BandwidthColumn::showSelected(QWidget& widget, bool isSelected) {
-    // In Windows' own style the highlight is so pale that texts keep their colour on it.
+    // The highlight of Windows' own style is so pale that texts keep their colour on it.
     const bool isPale = widget.style()->inherits("QWindowsVistaStyle");
     widget.setBackgroundRole(isSelected && !isPale ? QPalette::Highlight : QPalette::NoRole);
 }
@@ -153,7 +153,7 @@ void BandwidthColumn::reloadInterface(const QString& interfaceId) {
             continue;
         for (const QModelIndex& camera : m_model.childIndexes(interfaceRow)) {
             const auto handler = m_model.cameraHandler(camera);
-            // The others were left as they were, and have no outcome to show.
+            // Auto Set has skipped the others.
             if (handler->isOpened() && !handler->isLocked())
                 reloadCamera(camera);
         }

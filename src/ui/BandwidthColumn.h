@@ -29,16 +29,16 @@ public:
                     std::shared_ptr<SystemController> controller, const QSettings& settings,
                     QObject* parent);
 
-    /// Makes a widget as legible in a selected row as the other cells are.
+    /// Gives a widget the colours of the other cells in a selected row, or in another one.
     static void showSelected(QWidget& widget, bool isSelected);
 
-    /// Takes all widgets away, as must be done before the rows go.
+    /// Removes all widgets. To be called before the model removes rows.
     void clear();
-    /// Puts a widget on every row. \p afterEachCamera is called after each camera, since asking
+    /// Puts a widget on every row. \p afterEachCamera is called after each camera, since reading
     /// one can take a while.
     void fill(const std::function<void()>& afterEachCamera);
 
-    /// Shows what a camera's bandwidth has become, and how its Auto Set ended.
+    /// Shows a camera's bandwidth and outcome after its Auto Set.
     void reloadCamera(const QModelIndex& camera);
     /// Does so for the cameras of an interface that took part in its Auto Set.
     void reloadInterface(const QString& interfaceId);
@@ -46,7 +46,7 @@ public:
     void reloadValue(const std::string& cameraId);
     /// Shows the maximum that the model has for a row, when it is an interface's.
     void updateMaximum(const QModelIndex& row);
-    /// Judges every interface's use by the margins that are set now.
+    /// Colours all usage bars by the current margins.
     void updateMargins();
 
 signals:

@@ -39,7 +39,7 @@ BandwidthSliderWidget::BandwidthSliderWidget(std::shared_ptr<FeatureController> 
     }
     m_sliderStyle = m_form->sliderBandwidth->styleSheet();
     fitSpinBox();
-    // The sliders of all rows stay below each other.
+    // Keeps the sliders of all rows aligned.
     QSizePolicy policy = m_form->labelWarning->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     m_form->labelWarning->setSizePolicy(policy);
@@ -164,10 +164,10 @@ void BandwidthSliderWidget::setValue(int value) {
         return;
     const auto bytes = static_cast<std::uint64_t>(std::max(value, 0) * 1000.0 * 1000.0);
     const auto wanted = static_cast<std::int64_t>(bytes);
-    // A megabyte up may be less than a step: the step above lets the keys leave the present one.
+    // A megabyte may be less than a step: rounded down, the keys would not move the value up.
     const std::int64_t step = value > m_settledValue ? m_limit.steps().atOrAbove(wanted)
                                                      : m_limit.steps().atOrBelow(wanted);
-    // Some cameras count their steps from 0: where the increment divides the value, it is tried.
+    // Some cameras count their steps from 0: a multiple of the increment is tried first.
     const bool isMultiple = wanted % m_limit.steps().increment() == 0;
     const auto written = m_limit.write(isMultiple ? wanted : step, step);
     std::int64_t inEffect = m_limit.value();

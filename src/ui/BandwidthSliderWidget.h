@@ -17,9 +17,9 @@ class BandwidthSliderWidget;
 
 /// Shows and sets the bandwidth limit of one camera in MB/s (1,000,000 bytes per second), by a
 /// slider and a spin box in step, shows the outcome of Auto Set by the colour of the slider's
-/// handle, and lets the user lock the camera. The camera is asked when the widget is initialised
-/// and reloaded, and is written once for each value that the user settles on; never while painting
-/// or dragging. Bound to the GUI thread.
+/// handle, and lets the user lock the camera. The camera is read when the widget is initialised or
+/// reloaded, and written once for each value that the user chooses, after a drag on release. Bound
+/// to the GUI thread.
 class BandwidthSliderWidget : public QWidget {
     Q_OBJECT
 

@@ -217,8 +217,8 @@ void CameraListModel::setupModelData() {
     m_selectedInterface = items.value(0);
     endResetModel();
 
-    // Only now: a view that followed the selection during the reset would work with indexes of the
-    // old tree, and the end of the reset would take the new current row from it again.
+    // After the reset: during it a view still has indexes of the old tree, and at its end a view
+    // clears its current row.
     InterfaceList interfaces;
     for (const BasicTreeItem* item : items)
         interfaces.append({item->value(NameColumn).toString(), indexes.at(item)});
@@ -242,7 +242,7 @@ BasicTreeItem* CameraListModel::appendInterface(const CameraList& cameras) {
     const CameraInfo first = cameras.front()->getCameraInfo();
     BasicTreeItem* type = typeRow(first.transportLayerType);
 
-    // A manual maximum holds until the cameras are looked for again.
+    // A manual maximum is kept until the next refresh.
     m_controller->clearMaxBandwidths();
     const quint64 speed = megabytes(m_controller->getInterfaceSpeed(first.interfaceName));
     BasicTreeItem* item = type->appendChild(

@@ -17,8 +17,8 @@ using InterfaceList = QVector<QPair<QString, int>>;
 
 /// The host's interfaces and cameras as a tree: a row per transport-layer type, below it its
 /// interfaces, below them their cameras with the statistics of the last benchmark. One interface
-/// is the selected one. Answers from memory: cameras are asked only while rebuilding and in
-/// updateItemData(). Bound to the GUI thread.
+/// is the selected one. data() answers from memory; setupModelData() and updateItemData() read the
+/// cameras. Bound to the GUI thread.
 class CameraListModel : public BasicTreeModel {
     Q_OBJECT
 
@@ -70,7 +70,7 @@ public slots:
     void selectInterface(int interfaceListRow);
     /// While a benchmark runs, the widgets of the selected interface's cameras cannot be used.
     void onStartStopBenchmark(bool isRunning);
-    /// Lets the widgets of the selected interface's cameras be used, or not.
+    /// Enables or disables the widgets of the selected interface's cameras.
     void enableWidgets(bool enabled);
     /// Finds interfaces and cameras anew, selects the first interface that has a camera, and then
     /// emits the list of interfaces and the selection.

@@ -6,7 +6,7 @@
 #include <QAbstractItemView>
 
 namespace {
-/// Leaves room for the spin boxes and bars in some of the rows: all rows are equally high.
+/// Room for the spin boxes and bars; all rows have the same height.
 constexpr int rowPadding = 14;
 } // namespace
 

@@ -34,8 +34,8 @@ InterfaceSpeedWidget::InterfaceSpeedWidget(int maxBandwidth, QWidget* parent)
     : QWidget(parent), m_form(std::make_unique<Ui::InterfaceSpeedWidget>()),
       m_maxBandwidth(std::max(maxBandwidth, 0)) {
     m_form->setupUi(this);
-    // A view makes the row current whose widget itself gets the focus, which would select another
-    // interface.
+    // A view makes a row current when the row's widget gets the focus, which would select another
+    // interface. A part of the widget does not do that.
     setFocusProxy(m_form->progressBarUsage);
     m_form->progressBarUsage->installEventFilter(this);
     showUsage();
@@ -128,7 +128,7 @@ void InterfaceSpeedWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void InterfaceSpeedWidget::contextMenuEvent(QContextMenuEvent* event) {
-    // The mouse has opened it already.
+    // A right click has opened the menu in mousePressEvent().
     if (event->reason() == QContextMenuEvent::Keyboard)
         showMenu(mapToGlobal(rect().center()));
 }
@@ -154,8 +154,8 @@ void InterfaceSpeedWidget::showMenu(const QPoint& globalPosition) {
     auto* menu = new QMenu(tr("Context menu"), this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const QAction* overwrite = menu->addAction(QStringLiteral("Overwrite max. bandwidth"));
-    // Asks when the menu is done and gone: it does not survive a question inside of its own click
-    // that ends with the deletion of the row.
+    // Queued: the row, and the menu with it, may be deleted while the question is open, and must
+    // not be deleted inside of the menu's own click.
     connect(overwrite, &QAction::triggered, this, &InterfaceSpeedWidget::manualSetMaxBandwidth,
             Qt::QueuedConnection);
     menu->popup(globalPosition);

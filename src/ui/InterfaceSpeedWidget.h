@@ -22,7 +22,7 @@ public:
     explicit InterfaceSpeedWidget(int maxBandwidth, QWidget* parent = nullptr);
     ~InterfaceSpeedWidget() override;
 
-    /// Shows another maximum, in MB/s, without telling that it changed.
+    /// Shows another maximum, in MB/s, without a signal.
     void setMaxBandwidth(int maxBandwidth);
 
 signals:
@@ -32,7 +32,7 @@ signals:
 public slots:
     /// \param safetyMargin percentage of the maximum that should stay free.
     void updateColor(int safetyMargin);
-    /// Takes over what a camera is assigned.
+    /// Sets the bandwidth that a camera is assigned.
     /// \param cameraNo the camera's row under the interface.
     /// \param value in MB/s.
     void setValue(int cameraNo, int safetyMargin, int value);

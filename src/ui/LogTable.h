@@ -5,9 +5,8 @@
 
 #include <map>
 
-/// The table of log lines: a plain table from which selected rows can be copied. It is made for
-/// many rows: what a new row costs does not depend on what the others show. Bound to the GUI
-/// thread.
+/// The table of log lines, from which selected rows can be copied. The cost of a new row does not
+/// grow with the table. Bound to the GUI thread.
 class LogTable : public QTableWidget {
     Q_OBJECT
 
@@ -20,10 +19,9 @@ protected:
     /// after each row, so that it pastes into a spreadsheet.
     void keyPressEvent(QKeyEvent* event) override;
 
-    /// The widest cell that was ever measured: rows are not removed, and a column that got narrower
-    /// again would cut off older rows.
+    /// The widest cell that was ever measured: a narrower column would cut off older rows.
     int sizeHintForColumn(int column) const override;
-    /// Measures the cells that came into sight.
+    /// Widens the columns for the rows that are now visible.
     void verticalScrollbarValueChanged(int value) override;
 
 private:

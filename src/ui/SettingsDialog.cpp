@@ -61,7 +61,7 @@ void SettingsDialog::loadSettings() {
     m_form->USBInterfaceSpinBox->setValue(readMargin<int>(*m_settings, interfaceUsb));
     m_form->GigECameraSpinBox->setValue(readMargin<int>(*m_settings, cameraGigE));
     m_form->USBCameraSpinBox->setValue(readMargin<int>(*m_settings, cameraUsb));
-    // Who runs a debug build of Qt is expected to want the messages, and confirms it with OK.
+    // With a debug build of Qt the default is to show the messages; OK stores it.
     m_showDebugMessages =
         read(*m_settings, Setting<bool>{showDebugMessages.key, QLibraryInfo::isDebugBuild()});
 }

@@ -7,10 +7,10 @@
 #include <QSettings>
 #include <QVariant>
 
-/// Everything that Spanlet keeps from one start to the next: the one place for keys and defaults.
+/// Keys and defaults of all persisted settings.
 namespace SettingsKeys {
 
-/// Where a value is kept, and the value when the store has never been given one.
+/// Key of a value, and its default.
 template <typename T> struct Setting {
     QLatin1String key;
     T defaultValue;

@@ -35,10 +35,10 @@
 namespace {
 
 constexpr int timerIntervalMs = 500;
-/// After which the page with the first steps opens over the dialog.
+/// Delay until the Get Started page opens over the dialog.
 constexpr int supportDelayMs = 25;
 
-/// A margin, kept in percent, as the engine takes it.
+/// A margin as a fraction; the store has percent.
 double fraction(const QSettings& store, const SettingsKeys::Setting<int>& margin) {
     return SettingsKeys::readMargin<double>(store, margin) / 100.0;
 }
@@ -64,7 +64,7 @@ SpanletDialog::SpanletDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSiz
     setUpAutoSetMenu();
     connect(m_form->buttonBenchmark, &QPushButton::clicked, this,
             &SpanletDialog::onStartStopBenchmark);
-    // After the log, which shows what the controller has to say about the host.
+    // After the log: the controller logs what it finds on the host.
     m_controller = controller ? std::move(controller) : makeSystemController(system);
     m_model = new CameraListModel(m_controller, this);
     setUpTree();
@@ -111,7 +111,7 @@ void SpanletDialog::fitTexts() {
 
     QHeaderView* header = m_form->treeViewCameras->header();
     const int margins = 2 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header);
-    // Up to where a line can end: a soft hyphen is shown there.
+    // What stays in one line: words, and parts of words up to a soft hyphen, which is then shown.
     const QRegularExpression part(QStringLiteral("[^ \n\\x{ad}]+\\x{ad}?"));
     int widest = 0;
     for (int column = CameraListModel::FrameRateColumn; column < header->count(); ++column) {
@@ -147,8 +147,7 @@ void SpanletDialog::setUpLogging() {
 
     for (QHeaderView* header :
          {m_form->tableLog->horizontalHeader(), m_form->tableLog->verticalHeader()}) {
-        // Looking at about as many rows as are visible keeps a new line as cheap in a long log as
-        // in a short one.
+        // Measures about as many rows as are visible: a new line costs the same in a long log.
         header->setResizeContentsPrecision(Logging::RowHeights::newestRows);
         header->setSectionResizeMode(QHeaderView::ResizeToContents);
     }
@@ -286,7 +285,7 @@ void SpanletDialog::onDisableItems(QModelIndex upperLeft, QModelIndex bottomRigh
         if (widget != nullptr)
             widget->setEnabled(m_model->flags(cell).testFlag(Qt::ItemIsEnabled));
     }
-    // The other cells of the rows follow the check box, too, and the view was not told of them.
+    // The check box enables the other cells of its row, too. The model announced the first only.
     m_form->treeViewCameras->viewport()->update();
     onSelectInterface(upperLeft.parent());
 }
@@ -331,7 +330,7 @@ void SpanletDialog::finishBenchmark() {
         const WaitCursor waiting;
         m_controller->stopBenchmark(interfaceIndex());
     }
-    // As the log tells them: frames came until the last camera had stopped.
+    // Frames came until the last camera had stopped; the log has these figures, too.
     m_model->updateItemData();
     m_timer.stop();
     m_remainingMs = 0;
@@ -384,11 +383,11 @@ void SpanletDialog::onRefreshButtonClicked() {
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     m_model->setupModelData();
     onSelectInterface(m_model->selectedInterface());
-    // Expanded already now, so that the rows are seen to fill.
+    // Before the widgets are made, so that the user sees the progress.
     m_form->treeViewCameras->expandAll();
     m_bandwidthColumn->fill([this] { processEvents(); });
     m_form->treeViewCameras->expandAll();
-    // The tab key goes through the rows' widgets, the newest ones, before it comes to the log.
+    // New widgets are last in the tab order: the log comes after them.
     setTabOrder(previousInFocusChain(), m_form->buttonShowLogging);
     setTabOrder(m_form->buttonShowLogging, m_form->tableLog);
     m_form->buttonRefresh->setEnabled(true);
@@ -398,8 +397,8 @@ void SpanletDialog::onRefreshButtonClicked() {
 }
 
 void SpanletDialog::processEvents() const {
-    // Until the dialog is shown, what the user does is meant for the host, which must not be
-    // operated from inside of its call: it might call again.
+    // Before the dialog is shown, input is for the host's windows. They must not get it inside
+    // their own call of the plug-in: a click might call it again.
     QCoreApplication::processEvents(isVisible() ? QEventLoop::AllEvents
                                                 : QEventLoop::ExcludeUserInputEvents);
 }

@@ -29,9 +29,9 @@ class QSettings;
 
 /// The main dialog: the cameras of the host by interface, and the benchmark of an interface.
 ///
-/// While it lives, the lines that the process writes to its standard streams and Qt's messages
-/// appear in its log table. Construction looks for the cameras and can take seconds. However the
-/// dialog is closed, its result is the auto-adjust flag. Bound to the GUI thread.
+/// While it exists, its log table shows Qt's messages and the lines that the process writes to its
+/// standard streams. Construction looks for the cameras and can take seconds. The result is always
+/// the auto-adjust flag. Bound to the GUI thread.
 class SpanletDialog : public QDialog {
     Q_OBJECT
 
@@ -51,11 +51,11 @@ signals:
     void dialogIsReadyLoaded();
 
 public slots:
-    /// Lets the widgets of rows be used as far as the model lets their cells be used.
+    /// Enables the widgets of rows whose cells the model has enabled, and disables the others.
     void onDisableItems(QModelIndex upperLeft, QModelIndex bottomRight, QVector<int> roles);
     /// Shows the present bandwidth of the camera whose features were edited.
     void onFeatureTreeClosed();
-    /// Offers what can be done on the interface in row \p index.
+    /// Updates what is offered for the interface in row \p index.
     void onSelectInterface(QModelIndex index);
     void onSetInterfaceSelector(InterfaceList interfaces);
     void onStartStopBenchmark();
@@ -75,10 +75,10 @@ public slots:
     void onAutoSetButtonClicked();
     /// Gives the current camera the bandwidth that it needs.
     void onAutoSetCameraButtonClicked();
-    /// Lets the widget of a row follow what the model now has for it.
+    /// Updates the widget of a changed row from the model.
     void onChangeItemData(QModelIndex topLeft);
 
-    /// Every way of closing a dialog ends here; the code it comes with gives way to the flag.
+    /// Closes the dialog with the auto-adjust flag as its result, whatever \p code is.
     void done(int code) override;
 
 protected:
@@ -90,7 +90,7 @@ private:
     void updateRefreshIcon();
     /// The size at which neither a text nor a column is cut off.
     QSize sizeOfContents() const;
-    /// Widens what is too narrow for its text in the font that is set now.
+    /// Widens what is too narrow for its text in the current font.
     void fitTexts();
     void setUpLogging();
     void setUpAutoSetMenu();
@@ -98,16 +98,16 @@ private:
     void connectTree();
     void setUpBandwidthColumn();
     void setUpHelp();
-    /// A selected row's widget is as legible on the highlight as the other cells are.
+    /// Colours the widgets of rows whose selection has changed.
     void colourRowWidgets(const QItemSelection& selected, const QItemSelection& deselected);
     void startBenchmark();
     void stopBenchmarkByUser();
-    /// Stops the interface's cameras and lets the user choose again.
+    /// Stops the interface's cameras and enables the controls again.
     void finishBenchmark();
     /// Ends a running benchmark as if its time was over.
     void endBenchmark();
     int interfaceIndex() const;
-    /// Keeps the dialog alive during a long operation.
+    /// Processes pending events during a long operation.
     void processEvents() const;
     /// What may change what is offered: the selected interface and its cameras, the current row, or
     /// the user's end of a benchmark.
@@ -131,8 +131,8 @@ private:
     /// the user stops one.
     bool m_followsTree = true;
     BandwidthColumn* m_bandwidthColumn = nullptr;
-    /// ID of the camera that an open feature tree is of: the tree stays open over a refresh, and
-    /// still edits that camera, while its row gets another handler.
+    /// Camera ID of each open feature tree. A tree stays open over a refresh, which gives the row
+    /// of its camera another handler.
     std::map<const QObject*, std::string> m_camerasOfTrees;
     int m_remainingMs = 0;
     bool m_endless = false;

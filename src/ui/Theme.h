@@ -7,19 +7,18 @@
 
 class QCheckBox;
 
-/// What the dialogs need to be legible in light and dark colours. Bound to the GUI thread.
+/// Icons and colours for light and dark palettes. Bound to the GUI thread.
 namespace Theme {
 
 /// Whether the window colour's lightness is below 100 (of 255).
 bool isDark(const QPalette& palette);
 
-/// An icon from a resource, with another one for the checked state where \p checkedFile names it.
-/// It is pale while its widget is disabled, which the styles' own disabled icons are not in dark
-/// colours.
+/// An icon from a resource, with that of \p checkedFile for the checked state, if given. It is pale
+/// while disabled; in dark palettes the styles' own disabled icons are not.
 QIcon icon(const QString& file, const QString& checkedFile = {});
 
-/// The colour that an unchecked box is filled with. In dark colours the styles' own is hardly
-/// different from the window's.
+/// The colour inside of an unchecked box. In dark palettes the styles' own is hardly different from
+/// the window's.
 QColor boxColor(const QPalette& palette);
 
 /// Fills a check box with that colour; to be called again when the palette has changed.

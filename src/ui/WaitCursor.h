@@ -3,7 +3,7 @@
 
 #include <QGuiApplication>
 
-/// Shows the wait cursor over all windows for as long as it lives. Bound to the GUI thread.
+/// Shows the wait cursor over all windows while it exists. Bound to the GUI thread.
 class WaitCursor {
 public:
     WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }

@@ -20,8 +20,8 @@ public:
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const override;
     void setEditorData(QWidget* editor, const QModelIndex& index) const override;
-    /// Writes what the user chose, unless it is the present value or not complete; the editor
-    /// then shows what became of it.
+    /// Writes what the user chose, unless it is the present value or incomplete, and shows the
+    /// value that the camera then has.
     void setModelData(QWidget* editor, QAbstractItemModel* model,
                       const QModelIndex& index) const override;
     void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
@@ -37,7 +37,7 @@ public:
 signals:
     /// Emitted before an editor opens, which shows what the model then has for the feature.
     void aboutToEdit(const QModelIndex& index) const;
-    /// Has an open editor committed and closed, as commitAndCloseEditor does.
+    /// Makes commitAndCloseEditor() run.
     void onClose();
 
 public slots:

@@ -76,7 +76,7 @@ void FeatureTreeDialog::setUpTree() {
     m_proxy->setRecursiveFilteringEnabled(true);
     m_proxy->setSourceModel(m_model);
     tree->setModel(m_proxy);
-    // Whether a feature can be written shows in the colour of its name, too.
+    // The colours of names depend on values, too: they show what is writable.
     connect(m_proxy, &QAbstractItemModel::dataChanged, tree->viewport(),
             qOverload<>(&QWidget::update));
     QHeaderView* header = tree->header();
@@ -87,7 +87,7 @@ void FeatureTreeDialog::setUpTree() {
     header->setSectionResizeMode(QHeaderView::ResizeToContents);
 }
 
-/// While the window was not in use, the bandwidth may have been set by other means.
+/// Reads again: while another window was in use, the bandwidth may have been set there.
 bool FeatureTreeDialog::event(QEvent* event) {
     if (event->type() == QEvent::WindowDeactivate)
         m_wasLeft = true;
@@ -119,7 +119,7 @@ void FeatureTreeDialog::onActivateProxyModel(bool active) {
 }
 
 void FeatureTreeDialog::reject() {
-    // close() comes back here.
+    // close() calls reject() again.
     if (m_closing)
         QDialog::reject();
     else

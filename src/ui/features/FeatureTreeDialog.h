@@ -16,11 +16,11 @@ class FeatureTreeProxyModel;
 /// Shows the features of a camera, at first those that matter for bandwidth, and lets the user edit
 /// them.
 ///
-/// Values that are on view are read again when the window is activated, and the value of a feature
-/// before its editor opens.
+/// Visible values are read again when the window is activated, and a feature before its editor
+/// opens.
 ///
-/// Shown non-modally; deletes itself when it is closed. It keeps a share of the controller, so it
-/// may outlive the camera; writes then fail with a line in the log. Bound to the GUI thread.
+/// Shown non-modally; deletes itself when it is closed. It shares the controller and may outlive
+/// the camera; writes then fail with a line in the log. Bound to the GUI thread.
 class FeatureTreeDialog : public QDialog {
     Q_OBJECT
 
@@ -34,7 +34,7 @@ public:
     const std::shared_ptr<FeatureController>& controller() const { return m_controller; }
 
 signals:
-    /// An edit in progress is to be written.
+    /// An open editor is to commit and close.
     void commitChanges();
     /// After commitChanges, when the user closes the dialog in whatever way.
     void closed();

@@ -44,7 +44,7 @@ void FeatureTreeItem::setInfo(FeatureInfo info) {
     m_known = Known::Everything;
 }
 
-/// A camera that does not answer leaves at least the feature's name to look at.
+/// Without a display name, as from a camera that does not answer, the feature's name is shown.
 void FeatureTreeItem::setDisplayName(const std::string& displayName) {
     if (!value(FeatureTreeModel::NameColumn).isValid())
         setValue(FeatureTreeModel::NameColumn,

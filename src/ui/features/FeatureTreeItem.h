@@ -12,16 +12,16 @@
 /// the GUI thread.
 class FeatureTreeItem : public BasicTreeItem {
 public:
-    /// What is known of a feature beyond what the tree was built with.
+    /// What was read of a feature since the tree was built.
     enum class Known {
-        /// Nothing that would still be right: it was never read, or has become outdated.
+        /// Nothing, or it is outdated.
         Nothing,
-        /// The name on view, and whether the feature is writable.
+        /// The display name, and whether the feature is writable.
         Outline,
         Everything,
     };
 
-    /// A module or a category: nothing is left to be read.
+    /// A module or a category.
     explicit FeatureTreeItem(const QString& text);
     /// A feature whose description is still to be read.
     FeatureTreeItem(std::string module, std::string category, std::string name);
@@ -31,18 +31,18 @@ public:
     Known known() const { return m_known; }
     /// Name of the module that the feature belongs to.
     const std::string& module() const { return m_module; }
-    /// What was last read, outdated or not; of a feature that was not, the name and the category.
-    /// Empty for modules and categories.
+    /// What was last read, outdated or not; before the first reading, name and category only. Empty
+    /// for modules and categories.
     const FeatureInfo& info() const { return m_info; }
 
-    /// Takes over the name on view and whether the feature is writable.
+    /// Sets the display name and whether the feature is writable.
     void setOutline(const FeatureInfo& outline);
-    /// Takes over a description, and shows its value. What identifies the feature stays as the tree
-    /// was built with, and the name on view as it was first read: rows are sorted by it.
+    /// Sets the description and shows its value. Name and category stay as the tree was built with,
+    /// and the display name as it was first read: rows are sorted by it.
     void setInfo(FeatureInfo info);
-    /// Takes over a value that the camera accepted, and shows it.
+    /// Sets a value that the camera accepted, and shows it.
     void setFeatureValue(const FeatureValue& value);
-    /// Has everything but the name on view read again.
+    /// Marks all but the display name to be read again.
     void markOutdated();
 
 private:

@@ -19,7 +19,7 @@ constexpr double commandTimeoutMs = 1000.0;
 FeatureTreeItem& categoryBelow(BasicTreeItem& parent, const QString& text) {
     for (int row = 0; row < parent.childCount(); ++row) {
         auto& child = static_cast<FeatureTreeItem&>(*parent.child(row));
-        // A feature shows no name before it was read.
+        // A feature has no display name before it was read.
         if (child.value(FeatureTreeModel::NameColumn).toString() == text)
             return child;
     }
@@ -30,8 +30,8 @@ FeatureTreeItem& categoryBelow(BasicTreeItem& parent, const QString& text) {
 /// Indices of FeatureValue's alternatives.
 enum Alternative : std::size_t { IntegerValue, FloatValue, BooleanValue, TextValue };
 
-/// Index of the alternative that the feature's value is told as. The value itself may have another:
-/// one that could not be read is the integer 0.
+/// Index of the alternative for the feature's type. Its value may have another: one that could not
+/// be read is the integer 0.
 std::size_t alternativeOf(const FeatureInfo& info) {
     switch (info.dataType) {
     case OrvFeatureDataInt:
@@ -114,7 +114,7 @@ QVariant FeatureTreeModel::featureData(FeatureTreeItem& feature, int column, int
     switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
-        // The name of an outdated feature is still right.
+        // Names do not become outdated.
         if (column == ValueColumn)
             readInfo(feature);
         else if (!feature.value(column).isValid())
@@ -178,7 +178,7 @@ bool FeatureTreeModel::runCommand(const FeatureTreeItem& feature, const QVariant
         return false;
     const bool done =
         m_controller->runCommand(feature.module(), feature.info().name, commandTimeoutMs);
-    // One that takes longer may have had its effect, too.
+    // A command that timed out may have had its effect, too.
     outdateValues();
     return done;
 }
@@ -210,8 +210,8 @@ void FeatureTreeModel::readAgain(const QModelIndex& index) {
     emit dataChanged(indexOf(feature, ValueColumn), indexOf(feature, ValueColumn));
 }
 
-/// Tells of the value column only: of changed names, a tree view asks the flags of every row, those
-/// out of sight too, and the camera would have to answer.
+/// Announces the value column only: for changed names a tree view asks for the flags of all rows,
+/// which would read them from the camera.
 void FeatureTreeModel::outdateValuesBelow(BasicTreeItem& parent) {
     bool outdated = false;
     const int rows = parent.childCount();

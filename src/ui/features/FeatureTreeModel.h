@@ -15,15 +15,15 @@ class FeatureController;
 /// when a view first asks for its value or tool tip, and kept. Its display name and whether it is
 /// writable are read before that when they are all that is asked for: a tree view sorts and lays
 /// out rows that are out of sight. After a write or a command everything that was read is outdated,
-/// since features depend on each other. Others write to the camera, too: outdateValues() tells.
-/// What is outdated and on view is read again at once, the rest when it comes on view.
+/// since features depend on each other. To be outdated, too, when something else may have written
+/// to the camera. Outdated features on view are read again at once, the others when a view asks.
 class FeatureTreeModel : public BasicTreeModel {
     Q_OBJECT
 
 public:
     enum Column { NameColumn, ValueColumn };
-    /// The FeatureInfo of a feature as it was last on view. Asks the camera for nothing: of one
-    /// that was not on view yet, it tells name and category.
+    /// The FeatureInfo of a feature as it was last read, without reading: before the first reading
+    /// it has name and category only.
     static constexpr int InfoRole = Qt::UserRole;
     /// The FeatureInfo of a feature as it is now: what is outdated is read from the camera.
     static constexpr int PresentInfoRole = Qt::UserRole + 1;
@@ -40,8 +40,7 @@ public:
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
-    /// Has what was read, but for the names, read again when it is asked for: all features are told
-    /// to have changed.
+    /// Marks all but the display names to be read again, and announces all features as changed.
     void outdateValues();
     /// Reads the feature at \p index again, at once; nothing for any other row.
     void readAgain(const QModelIndex& index);

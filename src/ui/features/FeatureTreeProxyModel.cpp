@@ -20,7 +20,7 @@ void FeatureTreeProxyModel::setActive(bool active) {
 }
 
 /// The base class would filter and sort the children of every row on view, and sorting reads their
-/// descriptions. While every row is accepted, the tree itself knows.
+/// descriptions. While every row is accepted, the source model has the answer.
 bool FeatureTreeProxyModel::hasChildren(const QModelIndex& parent) const {
     return m_active || sourceModel() == nullptr ? QSortFilterProxyModel::hasChildren(parent)
                                                 : sourceModel()->hasChildren(mapToSource(parent));

@@ -22,7 +22,7 @@ bool isEditable(const QModelIndex& index) {
 } // namespace
 
 FeatureTreeView::FeatureTreeView(QWidget* parent) : QTreeView(parent) {
-    // From a feature's name, too: arrow keys and most clicks lead there.
+    // Also from the name, where arrow keys and most clicks lead.
     connect(this, &QTreeView::activated, this, &FeatureTreeView::editValue);
     const auto* editKey = new QShortcut(Qt::Key_F2, this, nullptr, nullptr, Qt::WidgetShortcut);
     connect(editKey, &QShortcut::activated, this, [this] { editValue(currentIndex()); });
@@ -34,7 +34,7 @@ FeatureTreeView::~FeatureTreeView() = default;
 void FeatureTreeView::editValue(const QModelIndex& index) {
     if (!isEditable(index))
         return;
-    // The Tab key leads on from the current cell: to the next value, not to the next name.
+    // The Tab key goes on from the current cell: from a value to the next value.
     setCurrentIndex(valueOf(index));
     edit(valueOf(index));
 }

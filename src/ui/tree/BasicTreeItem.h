@@ -25,14 +25,14 @@ public:
     int columnCount() const;
     /// An invalid variant for a column without a value.
     QVariant value(int column) const;
-    /// Columns between the last one and \p column come into being without a value.
+    /// Sets the value of a column; missing columns before it are added without a value.
     void setValue(int column, const QVariant& value);
     /// Replaces the values of all columns.
     void setValues(QVector<QVariant> values);
-    /// Answers the child, now owned by this item.
+    /// Takes \p child and returns it.
     BasicTreeItem* appendChild(std::unique_ptr<BasicTreeItem> child);
-    /// As appendChild, but in front of the child at \p row, which moves on together with those
-    /// behind it; a row beyond either end means that end.
+    /// Like appendChild, but inserts in front of the child at \p row; a row beyond either end means
+    /// that end.
     BasicTreeItem* insertChild(int row, std::unique_ptr<BasicTreeItem> child);
     /// Position among the parent's children; 0 for the root.
     int row() const { return m_row; }
@@ -41,6 +41,6 @@ private:
     BasicTreeItem* m_parent = nullptr;
     std::vector<std::unique_ptr<BasicTreeItem>> m_children;
     QVector<QVariant> m_values;
-    /// Kept here since views ask for an item's parent, and thereby its row, all the time.
+    /// Cached: views ask for it all the time.
     int m_row = 0;
 };

@@ -8,14 +8,14 @@
 class FloatScale {
 public:
     /// \param increment below or equal to 0 when there is none.
-    /// \param logarithmic is asked for: a range that begins below 0, or ends there, is linear.
+    /// \param logarithmic is ignored for a range that begins or ends below 0.
     FloatScale(double minimum, double maximum, double increment, bool logarithmic);
 
     /// False for a range without a finite width: such a feature can only be typed.
     bool isUsable() const { return m_usable; }
     bool isLogarithmic() const { return m_logarithmic; }
-    /// The slider's ends. A logarithmic scale cannot begin at 0: it begins a little above, and its
-    /// end stands for 0.
+    /// The slider's ends. A logarithmic scale cannot begin at 0: its lower end is a little above
+    /// and stands for 0.
     double lower() const { return m_lower; }
     double upper() const { return m_maximum; }
     unsigned int steps() const { return m_steps; }

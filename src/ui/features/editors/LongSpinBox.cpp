@@ -19,7 +19,7 @@ LongSpinBox::LongSpinBox(const StepGrid& grid, QWidget* parent)
 LongSpinBox::~LongSpinBox() = default;
 
 qint64 LongSpinBox::value() const {
-    // Shown and not touched, a value stays what it is, even one that is not on the grid.
+    // An untouched value is kept, even one that is not on the grid.
     if (text() == QString::number(m_value))
         return m_value;
     bool isNumber = false;
@@ -52,7 +52,7 @@ QValidator::State LongSpinBox::validate(QString& input, int& /*position*/) const
         return QValidator::Intermediate;
     bool isNumber = false;
     const qint64 value = input.toLongLong(&isNumber);
-    // More digits only lead further away from zero.
+    // More digits lead further away from zero.
     if (!isNumber || (value > m_grid.maximum() && value >= 0) ||
         (value < m_grid.minimum() && value < 0))
         return QValidator::Invalid;

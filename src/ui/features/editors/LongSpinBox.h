@@ -14,12 +14,12 @@ public:
     explicit LongSpinBox(const StepGrid& grid, QWidget* parent = nullptr);
     ~LongSpinBox() override;
 
-    /// What was typed counts, as the nearest value on the grid; while that is not in the range, the
-    /// value before.
+    /// The nearest value on the grid to what was typed; the value before while that is out of
+    /// range.
     qint64 value() const;
     /// Whether the text is a number of the range, or the value as it was last shown.
     bool isComplete() const;
-    /// Shows a value, be it on the grid or not; without a signal.
+    /// Shows any value, on the grid or not, without a signal.
     void setValue(qint64 value);
 
     void stepBy(int steps) override;
