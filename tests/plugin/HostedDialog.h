@@ -11,20 +11,20 @@
 
 #include <functional>
 
-/// In the store of the test: the Get Started page would open over the dialog.
+/// Keeps the Get Started page from opening over the dialog, in the store of the test.
 inline void switchOffHelpAtStart() {
     QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
         .setValue(QStringLiteral("Support Dialog/active"), false);
 }
 
-/// Loads the plug-in and runs its dialog as a host does, which knows it only as a window.
+/// Loads the plug-in and runs its dialog as a host does.
 class HostedDialog {
 public:
-    /// Empty when the file is no plug-in of the interface.
+    /// Null when the file is no plug-in of the interface.
     SpanletInterface* plugin() { return qobject_cast<SpanletInterface*>(m_loader.instance()); }
     QPluginLoader& loader() { return m_loader; }
 
-    /// Runs the dialog and lets \p user act on it once it is up; it has to close it.
+    /// Runs the dialog, and \p user on it once it is shown; \p user must close the dialog.
     int run(bool autoAdjustPacketSize, std::function<void(QDialog&)> user) {
         QTimer poll;
         QObject::connect(&poll, &QTimer::timeout, [&] {

@@ -22,7 +22,7 @@
 
 namespace {
 
-/// Qt reads the system's locale once, when the application is made, so it is chosen before main.
+/// Set before main: Qt reads the system's locale once, with the application.
 const bool isAustrian = qputenv("LC_ALL", "de_AT.UTF-8");
 
 /// Absolute, drive included, since the tests change the current directory.
@@ -31,7 +31,7 @@ const QString germanFile = QFileInfo(QStringLiteral(GERMAN_FILE)).absoluteFilePa
 
 constexpr char windowTitle[] = "Orvia Spanlet";
 
-/// Buttons and labels have room for their texts, and each mnemonic is there once.
+/// Buttons and labels have room for their texts, and each mnemonic is unique.
 void expectWholeTexts(const QWidget& dialog) {
     QStringList mnemonics;
     for (const auto* button : dialog.findChildren<QAbstractButton*>()) {
@@ -114,7 +114,7 @@ class FontSizes : public TranslationTest, public testing::WithParamInterface<int
 
 INSTANTIATE_TEST_SUITE_P(Points, FontSizes, testing::Values(9, 12));
 
-/// What the build made of the German texts, found from an Austrian system.
+/// With the build's German texts on an Austrian system.
 TEST_P(FontSizes, showEveryDialogInGermanWithoutCuttingTextsOff) {
     ASSERT_TRUE(QDir().mkdir(QStringLiteral("qm")));
     QFont usual = QApplication::font();

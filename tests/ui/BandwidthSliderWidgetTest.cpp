@@ -2,7 +2,7 @@
 #include "ui/BandwidthSliderWidget.h"
 
 #include "tests/engine/CameraFixture.h"
-#include "tests/support/Resources.h"
+#include "tests/ui/Images.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -35,7 +35,7 @@ const std::string constrain = "StreamFrameRateConstrain";
 constexpr std::int64_t megabyte = 1'000'000;
 const QString dash = QStringLiteral("\u2013");
 
-/// A camera whose limit can be stuck in being off, and be read-only.
+/// A camera whose limit may stay off, or be read-only.
 struct LimitFeatures : FakeFeatures {
     bool setFeatureValue(const std::string& module, const std::string& feature,
                          const FeatureValue& value) override {
@@ -190,21 +190,12 @@ TEST_F(BandwidthSliderTest, lockIconsFollowStateAndColours) {
     initResources();
     m_row = std::make_unique<BandwidthSliderWidget>(m_features);
     m_lock = m_row->findChild<QPushButton*>(QStringLiteral("buttonLock"));
-    EXPECT_FALSE(m_lock->icon().isNull());
-    const auto shown = [this](QIcon::Mode iconMode, QIcon::State state) {
-        return m_lock->icon().pixmap(16, iconMode, state).toImage();
-    };
-    const auto file = [](const char* name) {
-        return QIcon(QStringLiteral(":/images/images/%1.png").arg(QLatin1String(name)))
-            .pixmap(16)
-            .toImage();
-    };
     for (const auto& [colour, open] :
          {std::pair(Qt::white, "lock_open"), std::pair(Qt::black, "lock_open_darkmode")}) {
         m_row->setPalette(QPalette(colour));
-        EXPECT_EQ(shown(QIcon::Normal, QIcon::Off), file(open));
-        EXPECT_EQ(shown(QIcon::Normal, QIcon::On), file("lock_closed"));
-        const QImage pale = shown(QIcon::Disabled, QIcon::Off);
+        EXPECT_EQ(imageOf(m_lock->icon()), programImage(open));
+        EXPECT_EQ(imageOf(m_lock->icon(), QIcon::On), programImage("lock_closed"));
+        const QImage pale = imageOf(m_lock->icon(), QIcon::Off, QIcon::Disabled);
         for (int place = 0; place < pale.width() * pale.height(); ++place)
             EXPECT_LT(qAlpha(pale.pixel(place % pale.width(), place / pale.width())), 128);
     }
@@ -285,7 +276,7 @@ TEST_F(BandwidthSliderTest, showsWhatIsInEffectWhenTheCameraRefuses) {
     };
     m_row->setValue(300);
     EXPECT_TRUE(m_log.has(line + "150000000"));
-    // Without an answer afterwards, the camera is taken at its word.
+    // The limit cannot be read back: the written value is shown.
     m_features->onWrite = [this](std::int64_t) {
         m_features->put(limit, std::int64_t{0});
     };

@@ -174,7 +174,7 @@ TEST_F(CameraListModelTest, startsRowsAsTheirCamerasAre) {
     EXPECT_FALSE(cell(0, 1, 1).data(Qt::ToolTipRole).isValid());
     EXPECT_EQ(m_model.flags(cell(0, 1)), Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
 
-    // A benchmark may change what there is to warn of.
+    // A benchmark may change the warnings.
     std::swap(open->warning, closed->warning);
     m_model.updateItemData();
     EXPECT_EQ(cell(0, 0).data(Qt::ToolTipRole), QStringLiteral("Camera cannot be opened"));

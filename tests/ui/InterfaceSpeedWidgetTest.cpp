@@ -119,7 +119,7 @@ TEST_F(InterfaceSpeedTest, colourTellsWhetherTheMarginIsKept) {
             m_widget->setValue(camera, row.margin, row.cameras[static_cast<std::size_t>(camera)]);
         expectShown(row.label, row.look, row.margin);
         EXPECT_EQ(m_bar->value(), row.shown) << row.label;
-        EXPECT_GT(m_bar->maximum(), 0) << "busy";
+        EXPECT_GT(m_bar->maximum(), 0) << "a busy bar";
     }
 }
 
@@ -165,7 +165,7 @@ TEST_F(InterfaceSpeedTest, menuAndDoubleClickOverwriteTheMaximum) {
     answer(useMouse, "400", Qt::Key_Return);
     expectShown("950 / 400", red);
     EXPECT_EQ(m_bar->value(), 400);
-    EXPECT_EQ(menu(), nullptr) << "used menus stay";
+    EXPECT_EQ(menu(), nullptr) << "not deleted";
     answer(useKeys, "2147483647", Qt::Key_Return);
     expectShown("950 / 2147483647", green);
     answer([this] { QTest::mouseDClick(m_bar, Qt::LeftButton); }, "0", Qt::Key_Return);

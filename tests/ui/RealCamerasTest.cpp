@@ -27,6 +27,7 @@
 
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <vector>
 
 namespace {
@@ -34,10 +35,10 @@ namespace {
 using fakecamera::FakeCameraProcess;
 
 constexpr int cameraCount = 3;
-/// So long may the window stand still in all when cameras die.
+/// Milliseconds that the window may stall in all when cameras die.
 constexpr qint64 patience = 3000;
 
-/// Adds up how long the GUI thread did not get to its event loop.
+/// Adds up the times in which the GUI thread did not return to its event loop.
 class StallMeter : public QObject {
 public:
     StallMeter() {
@@ -163,7 +164,7 @@ TEST_F(RealCameras, autoSetDividesTheInterfaceAndTheBenchmarkCountsWhatWasSent) 
         const std::int64_t sent = framesSent(i) - before[i];
         EXPECT_GT(figure(i, Received), 50) << "2.7 MB/s are 42 frames per second";
         EXPECT_LT(figure(i, Received), 100);
-        EXPECT_THAT(sent - figure(i, Received), testing::AnyOf(0, 1)) << "the one the stop has cut";
+        EXPECT_THAT(sent - figure(i, Received), testing::AnyOf(0, 1)) << "cut by the stop";
         EXPECT_EQ(figure(i, Sent), figure(i, Received));
         EXPECT_EQ(figure(i, Lost), 0);
         EXPECT_EQ(figure(i, Incomplete), 0);
@@ -191,6 +192,10 @@ struct Action {
     const char* name;
     void (*perform)(SpanletDialog&);
 };
+
+void PrintTo(const Action& action, std::ostream* stream) {
+    *stream << action.name;
+}
 
 template <class Button> void click(SpanletDialog& dialog, const char* name) {
     dialog.findChild<Button*>(QString::fromLatin1(name))->click();
@@ -231,7 +236,7 @@ const Action actions[] = {
      }},
 };
 
-/// All cameras fall silent at once, as when their switch loses its power.
+/// No camera answers any more, as when their switch loses its power.
 class SilentCameras : public RealCameras, public testing::WithParamInterface<Action> {};
 
 TEST_P(SilentCameras, holdUpTheWindowForSecondsOnly) {

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/SettingsDialog.h"
 
-#include "tests/support/Resources.h"
+#include "tests/ui/Images.h"
 #include "ui/SettingsKeys.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QDialogButtonBox>
-#include <QFile>
 #include <QFrame>
 #include <QKeyEvent>
 #include <QLabel>
@@ -85,7 +84,7 @@ protected:
         });
         questionTimer.setSingleShot(true);
         questionTimer.start(0);
-        // Sent without a turn of the event loop, which only the question would run.
+        // Without the event loop: only the question runs one.
         QKeyEvent press(QEvent::KeyPress, Qt::Key_D, modifiers);
         QApplication::sendEvent(&spin(rows[0]), &press);
         return asked;
@@ -251,23 +250,21 @@ TEST_F(SettingsDialogTest, debugMessagesAreSwitchedByTheHiddenQuestionAndOk) {
 }
 
 TEST_F(SettingsDialogTest, paletteDecidesTheColoursOfWarningsAndTheResetIcons) {
-    const auto expectLook = [this](const char* style, const char* icon) {
+    const struct {
+        int lightness;
+        const char *style, *icon;
+    } looks[] = {{99, "color: rgba(56,111,251,255);", "delete_darkmode"},
+                 {100, "color: rgba(50,95,201,255);", "delete"}};
+    for (const auto& look : looks) {
+        QApplication::setPalette(QColor(look.lightness, look.lightness, look.lightness));
+        if (m_dialog.isNull())
+            open();
         for (const char* name :
-             {"cameraWarningLabel", "usbInterfaceWarningLabel", "gigeInterfaceWarningLabel"}) {
-            EXPECT_EQ(widget<QLabel>(name).styleSheet().toStdString(), style) << name;
-        }
-        const QIcon expected(QString::fromLatin1(icon));
-        ASSERT_FALSE(expected.pixmap(16).isNull());
+             {"cameraWarningLabel", "usbInterfaceWarningLabel", "gigeInterfaceWarningLabel"})
+            EXPECT_EQ(widget<QLabel>(name).styleSheet(), QLatin1String(look.style)) << name;
         for (const Row& row : rows)
-            EXPECT_EQ(reset(row).icon().pixmap(16).toImage(), expected.pixmap(16).toImage());
-    };
-    const QPalette dark(QColor(99, 99, 99));
-    const QPalette light(QColor(100, 100, 100));
-    QApplication::setPalette(dark);
-    open();
-    expectLook("color: rgba(56,111,251,255);", ":/images/images/delete_darkmode.png");
-    QApplication::setPalette(light);
-    expectLook("color: rgba(50,95,201,255);", ":/images/images/delete.png");
+            EXPECT_EQ(imageOf(reset(row).icon()), programImage(look.icon));
+    }
     QApplication::setPalette(QApplication::style()->standardPalette());
 }
 

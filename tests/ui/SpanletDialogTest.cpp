@@ -5,9 +5,9 @@
 #include "logging/RowHeights.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/OwnSettings.h"
-#include "tests/support/Resources.h"
 #include "tests/support/TextTree.h"
 #include "tests/ui/FakeCameras.h"
+#include "tests/ui/Images.h"
 #include "ui/BandwidthSliderWidget.h"
 #include "ui/InterfaceSpeedWidget.h"
 #include "ui/SettingsDialog.h"
@@ -55,7 +55,7 @@ protected:
                                                    makeController(m_system));
     }
 
-    /// In the user's store.
+    /// Sets a value in the user's store.
     static void set(const char* key, const QVariant& value) {
         QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
             .setValue(QLatin1String(key), value);
@@ -146,7 +146,8 @@ TEST_F(SpanletDialogTest, comesUpWithTheFirstInterfaceSelected) {
     EXPECT_TRUE(button("buttonRefresh").isEnabled());
     EXPECT_EQ(m_dialog->cursor().shape(), Qt::ArrowCursor);
     for (const auto* found : m_dialog->findChildren<QPushButton*>()) {
-        EXPECT_FALSE(found->autoDefault()) << found->objectName().toStdString() << " and Return";
+        EXPECT_FALSE(found->autoDefault())
+            << found->objectName().toStdString() << " would be pressed by Return";
         EXPECT_FALSE(found->text().isEmpty() && found->accessibleName().isEmpty());
     }
     const char* const toolTips[] = {
@@ -250,7 +251,7 @@ TEST_F(SpanletDialogTest, takesThePacketSizeFlagFromTheSettings) {
         ASSERT_NE(settings, nullptr);
         EXPECT_TRUE(settings->isVisible());
         auto* box = settings->findChild<QCheckBox*>(QStringLiteral("autoAdjustCheckBox"));
-        EXPECT_EQ(box->isChecked(), !closesSettingsFirst) << "as it was left";
+        EXPECT_EQ(box->isChecked(), !closesSettingsFirst) << "as the user left it";
         box->click();
         if (closesSettingsFirst) {
             settings->reject();
@@ -367,7 +368,7 @@ TEST_F(SpanletDialogTest, letsTheUserOverwriteTheMaximumOfAnInterface) {
     autoSetActions()[0]->trigger();
     EXPECT_EQ(m_first->bandwidth, 72'000'000);
     EXPECT_EQ(usage(0, 0), "72 / 80");
-    // None: the host's own is in effect again.
+    // 0 is no maximum: the adapter's is in effect again.
     enter(QStringLiteral("0"));
     EXPECT_EQ(usage(0, 0), "72 / 125");
     EXPECT_TRUE(autoSetActions()[0]->isEnabled());
@@ -421,11 +422,11 @@ TEST_F(SpanletDialogTest, opensOneFeatureTreePerCamera) {
     EXPECT_EQ(usage(0, 0), "77 / 125");
     button("buttonRefresh").click();
     EXPECT_FALSE(open.isEnabled());
-    EXPECT_TRUE(trees().last()->isVisible()) << "it is still of that camera";
+    EXPECT_TRUE(trees().last()->isVisible()) << "its camera is still there";
     tree().setCurrentIndex(camera(1, 0, 0));
     open.click();
     ASSERT_EQ(trees().size(), 3);
-    EXPECT_FALSE(trees()[1]->isVisible()) << "older";
+    EXPECT_FALSE(trees()[1]->isVisible()) << "replaced by the new one";
     m_third->bandwidth = 66'000'000;
     QSignalSpy closed(trees().last(), &FeatureTreeDialog::closed);
     m_dialog->close();
@@ -484,7 +485,7 @@ TEST_F(SpanletDialogTest, runsAnEndlessBenchmarkUntilTheUserStops) {
     EXPECT_EQ(m_first->stops, 2);
 }
 
-/// Only the user's stop gives Auto Set and the tree's steering back.
+/// Only the user's stop enables Auto Set and lets the tree steer the dialog again.
 TEST_F(SpanletDialogTest, treatsTheEndOfTimeAndTheUsersStopDifferently) {
     tree().setCurrentIndex(camera(0, 0, 0));
     EXPECT_TRUE(button("buttonFeatureTree").isEnabled());
@@ -580,7 +581,7 @@ TEST_F(SpanletDialogTest, hasNothingToMeasureWhenAllCamerasAreGone) {
     EXPECT_EQ(m_third->starts, 1);
 }
 
-/// The tree is laid out between the end of its old rows' widgets and that of the rows themselves.
+/// Lays the tree out between the deletion of the row widgets and that of the rows.
 TEST_F(SpanletDialogTest, refreshesWhileItIsResized) {
     m_dialog->show();
     QTimer resizing;
@@ -683,22 +684,12 @@ TEST_F(SpanletDialogTest, givesTheStandardStreamsBackAfterTheLastCamera) {
 }
 
 TEST_F(SpanletDialogTest, swapsTheRefreshIconInADarkPalette) {
-    const auto image = [this] {
-        return button("buttonRefresh").icon().pixmap(16, 16).toImage();
-    };
-    const auto resource = [](const char* name) {
-        return QIcon(QString::fromLatin1(name)).pixmap(16, 16).toImage();
-    };
-    const QImage light = resource(":/images/images/refresh.png");
-    const QImage dark = resource(":/images/images/refresh_darkmode.png");
-    ASSERT_FALSE(light.isNull());
-    ASSERT_NE(light, dark);
-
-    EXPECT_EQ(image(), light);
-    m_dialog->setPalette(QPalette(QColor(99, 99, 99)));
-    EXPECT_EQ(image(), dark);
-    m_dialog->setPalette(QPalette(QColor(100, 100, 100)));
-    EXPECT_EQ(image(), light);
+    const std::pair<int, const char*> cases[] = {
+        {100, "refresh"}, {99, "refresh_darkmode"}, {100, "refresh"}};
+    for (const auto& [lightness, name] : cases) {
+        m_dialog->setPalette(QPalette(QColor(lightness, lightness, lightness)));
+        EXPECT_EQ(imageOf(button("buttonRefresh").icon()), programImage(name));
+    }
 }
 
 TEST_F(SpanletDialogTest, answersTheFlagAndStopsTheBenchmarkHoweverItIsClosed) {

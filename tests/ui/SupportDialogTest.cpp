@@ -99,7 +99,7 @@ TEST_F(SupportDialogTest, showsTheEnglishPageForAMissingOne) {
     EXPECT_TRUE(label().text().contains(QStringLiteral("<h1>Get Started</h1>")));
 }
 
-/// Every language tells the same, in the same order.
+/// Every language has the same headings, lists and links.
 TEST_F(SupportDialogTest, pagesHaveTheSameStructureAndNeedNoOtherColours) {
     QStringList outlines;
     for (const char* name : {"GetStarted", "GetStarted_de"}) {

@@ -14,7 +14,7 @@ namespace {
 const auto fakeSpanlet = QStringLiteral(FAKE_SPANLET_FILE);
 const auto unrelated = QStringLiteral(UNRELATED_PLUGIN_FILE);
 
-/// A library's name where this runs.
+/// File name of a library on this system.
 QString library(const char* name) {
     return QLatin1String(name) + QStringLiteral(LIBRARY_SUFFIX);
 }
@@ -26,11 +26,11 @@ QString offscreenPlugin() {
     return folder.filePath(folder.entryList({QStringLiteral("*qoffscreen.*")}).value(0));
 }
 
-/// Where a library tells the processor that it is for; -1 when it cannot be read.
+/// Offset of the processor type in a library; -1 when it cannot be read.
 qint64 machineOffset(QFile& file) {
     if (file.read(2) != "MZ")
         return 18;
-    // The header of Windows follows one of an older system, which tells where.
+    // On Windows an older header comes first and has the offset of the other.
     char offset = 0;
     return file.seek(0x3c) && file.getChar(&offset) ? static_cast<unsigned char>(offset) + 4 : -1;
 }

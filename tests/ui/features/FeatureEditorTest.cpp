@@ -49,7 +49,7 @@ void turnWheel(QWidget* widget, int notches) {
     const QPointF middle = widget->rect().center();
     QWheelEvent event(middle, widget->mapToGlobal(middle.toPoint()), {}, {0, 120 * notches},
                       Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    // Only those of the system are passed on to the parents.
+    // Only events of the window system are passed on to parents.
     QSpontaneKeyEvent::setSpontaneous(&event);
     qApp->notify(widget, &event);
 }
@@ -83,7 +83,7 @@ FeatureInfo enumeration(FeatureValue value, const std::vector<std::string>& avai
     return info;
 }
 
-/// Edits features of a camera in a tree view, in front of a German user.
+/// Edits features of a camera in a tree view, with a German locale.
 class FeatureEditor : public testing::Test {
 protected:
     FeatureEditor() { QLocale::setDefault(QLocale(QLocale::German)); }
@@ -260,7 +260,7 @@ TEST_F(FeatureEditor, anEntryIsChosenFromThePopup) {
     QAbstractItemView* list = box->view();
     ASSERT_TRUE(QTest::qWaitFor([list] { return list->isVisible(); }));
     EXPECT_TRUE(isOpen());
-    // The popup takes no click as a choice in the moment after it was opened by one.
+    // By key: right after the click that opened it, the popup ignores clicks.
     QTest::keyClick(list, Qt::Key_Down);
     QTest::keyClick(list, Qt::Key_Return);
     EXPECT_THAT(writes(), ElementsAre(FeatureValue(std::string("Once"))));
@@ -271,7 +271,7 @@ TEST_F(FeatureEditor, aCommandRunsOncePerPress) {
     for (const bool byKey : {false, true}) {
         edit(feature(OrvFeatureDataCommand, Int{0}));
         EXPECT_EQ(part<QPushButton>()->text(), QStringLiteral("Execute"));
-        // Not only because the model has the editor show anew what is there.
+        // Not only because a signal of the model makes the editor show the value again.
         const QSignalBlocker silent(model.get());
         if (byKey)
             press(Qt::Key_Return);
@@ -304,7 +304,7 @@ TEST_F(FeatureEditor, aSliderWritesWhenItIsReleasedAndStaysOpen) {
         const auto shown = [&] {
             return toFeatureValue(line->text(), info.value.index());
         };
-        // The camera makes something else of the value.
+        // The camera changes the written value.
         FeatureInfo& number = camera->features.at({"Camera", "Number"});
         camera->onWrite = [&number] {
             number.value = number.maximum;

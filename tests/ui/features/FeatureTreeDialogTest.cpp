@@ -122,7 +122,7 @@ TEST(FeatureTreeDialog, showsAndEditsWhatWasWrittenByOtherMeans) {
     QTest::keyClicks(line, QStringLiteral("Mono8"));
     QTest::keyClick(line, Qt::Key_Return);
     EXPECT_EQ(window.value("The PixelFormat"), QStringLiteral("Mono8"));
-    EXPECT_EQ(features->written.size(), 2U) << "the value before is written as any other";
+    EXPECT_EQ(features->written.size(), 2U) << "the former value is no exception";
 }
 
 TEST(FeatureTreeDialog, withoutACameraIsEmpty) {

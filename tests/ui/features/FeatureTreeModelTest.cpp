@@ -162,7 +162,7 @@ TEST_F(FeatureTree, readsADescriptionOnceUntilAWrite) {
     EXPECT_THAT(m_features->reads, IsEmpty());
     EXPECT_EQ(rate.data(FeatureTreeModel::InfoRole).value<FeatureInfo>().category, "/A/B");
     EXPECT_THAT(m_features->reads, IsEmpty());
-    // Failing to be read anew, it would be filtered out.
+    // A second reading must not change the category: the filter needs it.
     m_features->features[{"Camera", "Rate"}].category.clear();
     textTree(m_model);
     textTree(m_model);
@@ -270,7 +270,7 @@ TEST_F(FeatureTree, runsACommandForAnythingButFalse) {
     textTree(m_model);
     m_features->reads.clear();
     EXPECT_FALSE(m_model.setData(command, 0));
-    // One that takes too long may have had its effect, too.
+    // A command that timed out may have had its effect, too.
     textTree(m_model);
     EXPECT_EQ(m_features->reads["Rate"], 1);
     EXPECT_THAT(m_features->commands, ElementsAre(Pair("Load", 1000.0), Pair("Load", 1000.0)));

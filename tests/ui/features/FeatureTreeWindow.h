@@ -30,7 +30,7 @@ struct FeatureTreeWindow {
           tree(*dialog->findChild<QTreeView*>(QStringLiteral("treeFeatures"))),
           filter(*dialog->findChild<QCheckBox*>(QStringLiteral("checkFilter"))) {
         dialog->show();
-        // Waiting for it would sleep at least once.
+        // Without this, waiting would sleep at least once.
         QCoreApplication::processEvents();
         EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
         QObject::connect(dialog, &FeatureTreeDialog::closed, [this] { ++closed; });
@@ -51,7 +51,7 @@ struct FeatureTreeWindow {
     QWidget* editor(const char* name) const {
         return tree.indexWidget(row(name).siblingAtColumn(1));
     }
-    /// As if another program had been used meanwhile.
+    /// Leaves the window and comes back.
     void reactivate() const {
         QApplication::setActiveWindow(nullptr);
         QApplication::setActiveWindow(dialog);

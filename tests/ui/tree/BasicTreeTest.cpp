@@ -17,7 +17,7 @@ std::unique_ptr<Item> makeItem(const char* text) {
     return std::make_unique<Item>(QVector<QVariant>{QString::fromLatin1(text)});
 }
 
-/// Two branches, the first of which got its rows out of order.
+/// Two branches. The rows of the first were inserted out of order.
 class SmallModel : public BasicTreeModel {
 public:
     QVariant data(const QModelIndex& index, int role) const override {
