@@ -19,8 +19,9 @@ QStringList alignedTable(const QVector<QStringList>& rows, const QVector<bool>& 
         for (int line = 0; line < lines.size(); ++line)
             lines[line] += (column > 0 ? QStringLiteral("  ") : QString()) + cells[line];
     }
-    for (QString& line : lines)
+    for (QString& line : lines) {
         while (line.endsWith(QLatin1Char(' ')))
             line.chop(1);
+    }
     return lines;
 }
