@@ -8,7 +8,7 @@
 class FloatScale {
 public:
     /// \param increment below or equal to 0 when there is none.
-    /// \param logarithmic is ignored for a range that begins or ends below 0.
+    /// \param logarithmic is ignored for a range that begins below 0 or ends at or below it.
     FloatScale(double minimum, double maximum, double increment, bool logarithmic);
 
     /// False for a range without a finite width: such a feature can only be typed.
