@@ -2,7 +2,6 @@
 #include "engine/InterfaceHandlerGigE.h"
 
 #include "engine/host/ByteOrder.h"
-#include "engine/host/HostNetwork.h"
 
 #include <algorithm>
 #include <iostream>
@@ -22,8 +21,8 @@ std::string narrowedUnits(const std::u16string& text) {
     return narrow;
 }
 
-/// The units' bytes, low byte first, as a text that ends at the first zero byte: of an ASCII text
-/// that is its first character.
+/// The units' bytes, low byte first, up to the first zero byte: the first character of an ASCII
+/// text.
 std::string bytesUpToZero(const std::u16string& text) {
     std::string bytes;
     for (const char16_t unit : text) {
@@ -36,21 +35,18 @@ std::string bytesUpToZero(const std::u16string& text) {
     return bytes;
 }
 
-std::vector<NetworkAdapter> snapshot(const host::HostNetwork& network) {
+void addAdapters(std::vector<NetworkAdapter>& adapters, const host::HostNetwork& network) {
     std::vector<host::AddressRow> rows;
     if (!network.addressTable(rows)) {
         std::cerr << "Unable to get ip address table\n";
-        return {};
+        return;
     }
-    std::vector<NetworkAdapter> adapters;
-    adapters.reserve(rows.size());
     for (const host::AddressRow& row : rows) {
         const host::InterfaceEntry entry = network.interfaceEntry(row.interfaceIndex);
         adapters.push_back(makeNetworkAdapter(row, entry));
-        // The entry goes now, and with it the bytes.
+        // Points into `entry`, which ends here.
         adapters.back().physicalAddress = nullptr;
     }
-    return adapters;
 }
 
 } // namespace
@@ -70,8 +66,10 @@ NetworkAdapter makeNetworkAdapter(const host::AddressRow& row, const host::Inter
     return adapter;
 }
 
-InterfaceHandlerGigE::InterfaceHandlerGigE(const std::shared_ptr<host::HostNetwork>& network)
-    : m_adapters(snapshot(network ? *network : *host::makeSystemNetwork())) {}
+InterfaceHandlerGigE::InterfaceHandlerGigE(const host::HostNetworks& networks) {
+    for (const auto& network : networks)
+        addAdapters(m_adapters, *network);
+}
 
 std::uint64_t InterfaceHandlerGigE::GetLinkSpeed(std::uint64_t address) const {
     const auto found = std::find_if(

@@ -1,19 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "engine/host/HostNetwork.h"
+
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <vector>
 
-namespace host {
-class HostNetwork;
-struct AddressRow;
-struct InterfaceEntry;
-} // namespace host
-
-/// One IPv4 address of the host, with what the host tells of the adapter that has it. Addresses
-/// are in host byte order: 192.168.1.10 is 0xC0A8010A.
+/// One IPv4 address of a host and the adapter that has it. Addresses are in host byte order:
+/// 192.168.1.10 is 0xC0A8010A.
 struct NetworkAdapter {
     std::uint32_t interfaceIndex = 0;
     std::uint64_t address = 0;
@@ -23,8 +18,7 @@ struct NetworkAdapter {
     std::uint32_t addressType = 0;
     /// Bits per second.
     std::uint64_t linkSpeed = 0;
-    /// Bytes of the entry that the record is made from, and no longer valid than that entry; null
-    /// in a record that outlives it.
+    /// Points into the entry that the record is made from; null in a record that outlives it.
     const std::uint8_t* physicalAddress = nullptr;
     std::string alias;
     std::string description;
@@ -33,13 +27,12 @@ struct NetworkAdapter {
 /// The record of an address and its adapter. Its physical address points into \p entry.
 NetworkAdapter makeNetworkAdapter(const host::AddressRow& row, const host::InterfaceEntry& entry);
 
-/// The host's IPv4 network adapters and their link speeds, as they were when this was made.
-/// Bound to the GUI thread. Owned through shared pointers, which know what they made: so that the
-/// destructor need not be virtual.
+/// IPv4 network adapters and their link speeds, read once at construction. Bound to the GUI thread.
+/// The destructor is not virtual: shared pointers own the objects and delete the type they made.
 class InterfaceHandlerGigE {
 public:
-    /// An empty \p network is replaced by the operating system's.
-    explicit InterfaceHandlerGigE(const std::shared_ptr<host::HostNetwork>& network = {});
+    /// Reads \p networks in their order. The default is the operating system's network.
+    explicit InterfaceHandlerGigE(const host::HostNetworks& networks = {host::makeSystemNetwork()});
 
     /// Bits per second of the adapter with this IPv4 address (host byte order: 192.168.1.10 is
     /// 0xC0A8010A); 0 when there is none. Of two adapters with one address the first counts.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/InterfaceHandlerUSB.h"
 
-#include "engine/host/HostUsbTree.h"
 #include "engine/host/UsbTopology.h"
 #include "logging/Log.h"
 
@@ -19,20 +18,50 @@ void logMissingProperty(const char* name, std::uint32_t result, host::DeviceInst
              std::to_string(result) + " devInst: " + std::to_string(instance));
 }
 
+/// Key of the host controller above a hub; nothing when there is none or it does not tell its
+/// place.
+std::optional<std::string> controllerOf(host::HostUsbTree& tree, host::DeviceInstance instance) {
+    std::optional<host::DeviceInstance> ancestor = instance;
+    while (ancestor && !host::isOnPciBus(tree.instanceId(*ancestor)))
+        ancestor = tree.parent(*ancestor);
+    if (!ancestor)
+        return std::nullopt;
+
+    const auto bus = tree.busNumber(*ancestor);
+    if (bus.result != 0) {
+        logMissingProperty("DEVPKEY_Device_BusNumber", bus.result, *ancestor);
+        return std::nullopt;
+    }
+    const auto address = tree.address(*ancestor);
+    if (address.result != 0) {
+        logMissingProperty("DEVPKEY_Device_Address", address.result, *ancestor);
+        return std::nullopt;
+    }
+    return host::controllerKey(bus.value, address.value);
+}
+
+/// Bits per second at which a camera's port runs; an empty \p hubPath is of no hub.
+std::optional<std::uint64_t> portSpeed(host::HostUsbTree& tree, const host::DeviceInterface& camera,
+                                       const std::string& hubPath, std::uint32_t port) {
+    const auto hub = hubPath.empty() ? nullptr : tree.openHub(hubPath);
+    if (!hub) {
+        logDebug("Could not get USB speed for device " + quoted(camera.path));
+        return std::nullopt;
+    }
+    const auto connection = hub->connection(port);
+    if (!connection)
+        return std::nullopt;
+    return host::bitsPerSecond(*connection, hub->connectionFlagsV2(port));
+}
+
 } // namespace
 
-InterfaceHandlerUSB::InterfaceHandlerUSB(std::shared_ptr<host::HostUsbTree> tree)
-    : m_tree(tree ? std::move(tree) : host::makeSystemUsbTree()) {}
+InterfaceHandlerUSB::InterfaceHandlerUSB(host::HostUsbTrees trees) : m_trees(std::move(trees)) {}
 
 void InterfaceHandlerUSB::rebuild() {
     m_controllers.clear();
-    HubPaths hubPaths;
-    for (const host::DeviceInterface& hub : m_tree->hubs())
-        hubPaths.emplace(hub.instanceId, hub.path);
-    for (const host::DeviceInterface& device : m_tree->devices()) {
-        if (host::isCamera(host::parseDevicePath(device.path), device.interfaceClasses))
-            addCamera(device, hubPaths);
-    }
+    for (const auto& tree : m_trees)
+        addCameras(*tree);
 }
 
 std::optional<std::uint64_t> InterfaceHandlerUSB::GetSpeed(const std::string& interfaceId) const {
@@ -45,60 +74,34 @@ std::optional<std::uint64_t> InterfaceHandlerUSB::GetSpeed(const std::string& in
     return found->second;
 }
 
-void InterfaceHandlerUSB::addCamera(const host::DeviceInterface& camera, const HubPaths& hubPaths) {
-    const auto port = host::portNumber(m_tree->locationInfo(camera.instance).value);
+void InterfaceHandlerUSB::addCameras(host::HostUsbTree& tree) {
+    HubPaths hubPaths;
+    for (const host::DeviceInterface& hub : tree.hubs())
+        hubPaths.emplace(hub.instanceId, hub.path);
+    for (const host::DeviceInterface& device : tree.devices()) {
+        if (host::isCamera(host::parseDevicePath(device.path), device.interfaceClasses))
+            addCamera(tree, device, hubPaths);
+    }
+}
+
+void InterfaceHandlerUSB::addCamera(host::HostUsbTree& tree, const host::DeviceInterface& camera,
+                                    const HubPaths& hubPaths) {
+    const auto port = host::portNumber(tree.locationInfo(camera.instance).value);
     if (!port) {
         logDebug("Cannot get port location for device " + quoted(camera.path));
         return;
     }
-    const auto hub = m_tree->parent(camera.instance);
+    const auto hub = tree.parent(camera.instance);
     if (!hub)
         return;
-    const auto controller = controllerOf(*hub);
+    const auto controller = controllerOf(tree, *hub);
     if (!controller)
         return;
-    const auto hubPath = hubPaths.find(m_tree->instanceId(*hub));
+    const auto hubPath = hubPaths.find(tree.instanceId(*hub));
     const auto speed =
-        portSpeed(camera, hubPath == hubPaths.end() ? std::string() : hubPath->second, *port);
+        portSpeed(tree, camera, hubPath == hubPaths.end() ? std::string() : hubPath->second, *port);
     if (!speed)
         return;
     std::uint64_t& known = m_controllers[*controller];
     known = std::max(known, *speed);
-}
-
-/// Key of the host controller above a hub; nothing when there is none or it does not tell its
-/// place.
-std::optional<std::string> InterfaceHandlerUSB::controllerOf(std::uint32_t instance) const {
-    std::optional<host::DeviceInstance> ancestor = instance;
-    while (ancestor && !host::isOnPciBus(m_tree->instanceId(*ancestor)))
-        ancestor = m_tree->parent(*ancestor);
-    if (!ancestor)
-        return std::nullopt;
-
-    const auto bus = m_tree->busNumber(*ancestor);
-    if (bus.result != 0) {
-        logMissingProperty("DEVPKEY_Device_BusNumber", bus.result, *ancestor);
-        return std::nullopt;
-    }
-    const auto address = m_tree->address(*ancestor);
-    if (address.result != 0) {
-        logMissingProperty("DEVPKEY_Device_Address", address.result, *ancestor);
-        return std::nullopt;
-    }
-    return host::controllerKey(bus.value, address.value);
-}
-
-/// Bits per second at which a camera's port runs; an empty \p hubPath is of no hub.
-std::optional<std::uint64_t> InterfaceHandlerUSB::portSpeed(const host::DeviceInterface& camera,
-                                                            const std::string& hubPath,
-                                                            std::uint32_t port) const {
-    const auto hub = hubPath.empty() ? nullptr : m_tree->openHub(hubPath);
-    if (!hub) {
-        logDebug("Could not get USB speed for device " + quoted(camera.path));
-        return std::nullopt;
-    }
-    const auto connection = hub->connection(port);
-    if (!connection)
-        return std::nullopt;
-    return host::bitsPerSecond(*connection, hub->connectionFlagsV2(port));
 }

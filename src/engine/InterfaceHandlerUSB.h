@@ -1,28 +1,23 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "engine/host/HostUsbTree.h"
+
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 
-namespace host {
-class HostUsbTree;
-struct DeviceInterface;
-} // namespace host
-
-/// The host's USB controllers to which cameras are attached (the maker's; of any maker where the
-/// host tells USB3 Vision cameras from other devices), and the speeds at which they run. Bound to
-/// the GUI thread. Owned through shared pointers, which know what they made: so that the destructor
-/// need not be virtual.
+/// USB controllers with cameras, and the speeds at which these run: the maker's cameras, and those
+/// of any maker where the host tells USB3 Vision cameras from other devices. Bound to the GUI
+/// thread. The destructor is not virtual: shared pointers own the objects and delete the type they
+/// made.
 class InterfaceHandlerUSB {
 public:
-    /// An empty \p tree is replaced by the operating system's.
-    explicit InterfaceHandlerUSB(std::shared_ptr<host::HostUsbTree> tree = {});
+    /// The default is the operating system's tree.
+    explicit InterfaceHandlerUSB(host::HostUsbTrees trees = {host::makeSystemUsbTree()});
 
-    /// Looks at the host's USB tree anew. What cannot be found out of a camera is logged and leaves
-    /// that camera out.
+    /// Reads the USB trees anew. A camera whose port or speed is not found is logged and left out.
     void rebuild();
     /// Bits per second of the controller whose PCI location ("bus-device-function", decimal)
     /// occurs in the interface ID; nothing when there is none.
@@ -32,12 +27,11 @@ private:
     /// Device instance ID of a hub to its device interface path.
     using HubPaths = std::map<std::string, std::string>;
 
-    void addCamera(const host::DeviceInterface& camera, const HubPaths& hubPaths);
-    std::optional<std::string> controllerOf(std::uint32_t instance) const;
-    std::optional<std::uint64_t> portSpeed(const host::DeviceInterface& camera,
-                                           const std::string& hubPath, std::uint32_t port) const;
+    void addCameras(host::HostUsbTree& tree);
+    void addCamera(host::HostUsbTree& tree, const host::DeviceInterface& camera,
+                   const HubPaths& hubPaths);
 
-    std::shared_ptr<host::HostUsbTree> m_tree;
+    const host::HostUsbTrees m_trees;
     /// PCI location of a controller to the highest speed of the cameras behind it.
     std::map<std::string, std::uint64_t> m_controllers;
 };

@@ -12,6 +12,6 @@ std::shared_ptr<SystemController> makeSystemController(OrvCPP::OrvSystem& system
     const SimulatedHost simulated = simulatedHost(system);
     return std::make_shared<SystemController>(
         std::make_shared<OrvSystemWrapper>(system),
-        std::make_shared<InterfaceHandlerGigE>(host::makeNetwork(simulated)),
-        std::make_shared<InterfaceHandlerUSB>(host::makeUsbTree(simulated)));
+        std::make_shared<InterfaceHandlerGigE>(host::makeNetworks(simulated)),
+        std::make_shared<InterfaceHandlerUSB>(host::makeUsbTrees(simulated)));
 }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <optional>
 #include <string>
 
@@ -17,24 +16,11 @@ struct PciLocation {
 
     /// "bus-device-function", decimal. Identifies a USB host controller; the names of its
     /// interfaces contain it.
-    std::string key() const {
-        return std::to_string(bus) + '-' + std::to_string(device) + '-' + std::to_string(function);
-    }
+    std::string key() const;
 };
 
 /// Reads the name of a folder in sysfs, "0001:0b:0a.1"; nothing for a device of another bus.
 /// Reentrant.
-inline std::optional<PciLocation> parsePciLocation(const std::string& folderName) {
-    constexpr std::uint32_t busesOfADomain = 256;
-    unsigned domain = 0;
-    PciLocation location;
-    char more = 0;
-    const int parsed = std::sscanf(folderName.c_str(), "%x:%2x:%2x.%1x%c", &domain, &location.bus,
-                                   &location.device, &location.function, &more);
-    if (parsed != 4)
-        return std::nullopt;
-    location.bus += domain * busesOfADomain;
-    return location;
-}
+std::optional<PciLocation> parsePciLocation(const std::string& folderName);
 
 } // namespace platform

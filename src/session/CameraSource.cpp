@@ -30,13 +30,13 @@ CameraSource cameraSource(const QCommandLineParser& parser, QString& error) {
     if (parser.isSet(configOption)) {
         if (parser.isSet(camerasOption))
             error = QStringLiteral("--cameras %1 does not go with --config.").arg(kind);
-        // A script whose variable is empty does not mean the built-in cameras.
+        // Catches a script whose variable is empty.
         else if (parser.value(configOption).isEmpty())
             error = QStringLiteral("--config takes a file or the :name of a scenario, not \"\".");
-        return {CameraSource::Kind::Configured, parser.value(configOption)};
+        return {parser.value(configOption)};
     }
     if (kind == QLatin1String("genicam"))
-        return {CameraSource::Kind::GenICam, {}};
+        return {QStringLiteral(":genicam")};
     if (parser.isSet(camerasOption) && kind != QLatin1String("simulated"))
         error =
             QStringLiteral("--cameras takes \"simulated\" or \"genicam\", not \"%1\".").arg(kind);

@@ -9,27 +9,18 @@ class QCommandLineParser;
 
 namespace session {
 
-/// Which cameras a program is to work with.
+/// The cameras that a program works with.
 struct CameraSource {
-    enum class Kind {
-        /// What the SDK has built in: simulated cameras.
-        BuiltIn,
-        /// What a configuration or scenario names.
-        Configured,
-        /// Real GigE Vision and USB3 Vision cameras.
-        GenICam
-    };
-
-    Kind kind = Kind::BuiltIn;
-    /// File of a configuration or scenario, or the ":name" of an embedded one.
+    /// File of a configuration or scenario, or the ":name" of an embedded one: ":genicam" for real
+    /// cameras. Empty for the simulated cameras that the SDK has built in.
     QString configuration;
 };
 
-/// The options --config and --cameras, by which a command line chooses.
+/// The options --config and --cameras of a command line.
 QList<QCommandLineOption> cameraOptions();
 
-/// What a parsed command line with these options has chosen. \p error is left as it is unless they
-/// are wrong; then it says why.
+/// The cameras that a parsed command line with these options names. Sets \p error only when the
+/// options are wrong: to the reason, for a person.
 CameraSource cameraSource(const QCommandLineParser& parser, QString& error);
 
 } // namespace session

@@ -9,8 +9,17 @@
 namespace session {
 
 SdkSession::SdkSession(const CameraSource& cameras) {
-    start(cameras.kind == CameraSource::Kind::GenICam ? QStringLiteral(":genicam")
-                                                      : cameras.configuration);
+    OrvCPP::OrvSystem& sdk = system();
+    const OrvErrorType result = cameras.configuration.isEmpty()
+                                    ? sdk.Startup()
+                                    : sdk.Startup(cameras.configuration.toStdWString().c_str());
+    m_isStarted = result == OrvErrorSuccess;
+    if (m_isStarted)
+        return;
+    std::string error;
+    TwiceAsked::text(&sdk, error, &OrvCPP::OrvSystem::GetStartupError);
+    m_error = error.empty() ? QStringLiteral("The camera SDK answered error %1.").arg(result)
+                            : QString::fromStdString(error);
 }
 
 SdkSession::~SdkSession() {
@@ -20,19 +29,6 @@ SdkSession::~SdkSession() {
 
 OrvCPP::OrvSystem& SdkSession::system() const {
     return OrvCPP::OrvSystem::GetInstance();
-}
-
-void SdkSession::start(const QString& configuration) {
-    OrvCPP::OrvSystem& sdk = system();
-    const OrvErrorType result =
-        configuration.isEmpty() ? sdk.Startup() : sdk.Startup(configuration.toStdWString().c_str());
-    m_isStarted = result == OrvErrorSuccess;
-    if (m_isStarted)
-        return;
-    std::string error;
-    TwiceAsked::text(&sdk, error, &OrvCPP::OrvSystem::GetStartupError);
-    m_error = error.empty() ? QStringLiteral("The camera SDK answered error %1.").arg(result)
-                            : QString::fromStdString(error);
 }
 
 } // namespace session

@@ -11,7 +11,7 @@ class OrvSystem;
 
 namespace session {
 
-/// Keeps the camera SDK started for as long as it lives. Bound to the GUI thread.
+/// Starts the camera SDK, and shuts it down with the object. Bound to the GUI thread.
 class SdkSession {
 public:
     explicit SdkSession(const CameraSource& cameras);
@@ -21,15 +21,12 @@ public:
     SdkSession& operator=(const SdkSession&) = delete;
 
     bool isStarted() const { return m_isStarted; }
-    /// Why the SDK did not start, for a person to read; empty when it did.
+    /// Why the SDK did not start, for a person; empty when it did.
     const QString& error() const { return m_error; }
     /// The SDK's one system object.
     OrvCPP::OrvSystem& system() const;
 
 private:
-    /// The built-in cameras without a configuration.
-    void start(const QString& configuration);
-
     bool m_isStarted = false;
     QString m_error;
 };

@@ -2,28 +2,22 @@
 #include "session/StreamingLimits.h"
 
 #include "logging/Log.h"
+#include "platform/Sysfs.h"
 #include "session/UsbAccess.h"
 
-#include <fstream>
 #include <utility>
 
 namespace session {
 
 namespace {
 
-/// Memory for the frames that one USB camera has under way.
+/// Memory for the frames of one USB camera that are being received.
 constexpr std::uint64_t megabytesPerUsbCamera = 16;
-/// What a stream of a GigE camera asks for.
+/// Bytes of the receive buffer that a stream of a GigE camera asks for.
 constexpr std::uint64_t wantedReceiveBuffer = 32 * 1024 * 1024;
 
 const char* const usbMemoryFile = "sys/module/usbcore/parameters/usbfs_memory_mb";
 const char* const receiveBufferFile = "proc/sys/net/core/rmem_max";
-
-std::optional<std::uint64_t> numberIn(const std::filesystem::path& file) {
-    std::ifstream stream(file);
-    std::uint64_t number = 0;
-    return stream >> number ? std::optional(number) : std::nullopt;
-}
 
 void warnOnce(const std::optional<std::string>& warning, bool& hasWarned) {
     if (!warning || hasWarned)
@@ -35,7 +29,8 @@ void warnOnce(const std::optional<std::string>& warning, bool& hasWarned) {
 } // namespace
 
 StreamingMemory streamingMemory(const std::filesystem::path& root) {
-    return {numberIn(root / usbMemoryFile), numberIn(root / receiveBufferFile)};
+    return {platform::sysfsNumber(root / usbMemoryFile),
+            platform::sysfsNumber(root / receiveBufferFile)};
 }
 
 std::optional<std::string> usbMemoryWarning(const RealCameras& cameras,
@@ -75,10 +70,9 @@ std::vector<std::string> StreamingLimits::check(OrvCPP::OrvSystem& system) {
     warnOnce(usb, m_hasWarnedOfUsbMemory);
     warnOnce(receiveBuffer, m_hasWarnedOfReceiveBuffer);
     std::vector<std::string> warnings;
-    for (const auto& warning : {access, usb, receiveBuffer}) {
+    for (const auto& warning : {access, usb, receiveBuffer})
         if (warning)
             warnings.push_back(*warning);
-    }
     return warnings;
 }
 

@@ -11,32 +11,31 @@
 
 namespace session {
 
-/// How much memory the operating system lets programs stream into; nothing where it does not tell.
+/// Memory that the operating system allows for streaming; nothing where it does not tell.
 struct StreamingMemory {
-    /// For all USB devices together; 0 is as much as there is.
+    /// For all USB devices together; 0 is no limit.
     std::optional<std::uint64_t> usbMegabytes;
-    /// For one socket.
+    /// Largest receive buffer of one socket.
     std::optional<std::uint64_t> receiveBufferBytes;
 };
 
-/// Reads what Linux tells in its folders /proc and /sys below \p root.
+/// Reads Linux's folders /proc and /sys below \p root.
 StreamingMemory streamingMemory(const std::filesystem::path& root = "/");
 
-/// What to tell a person whose cameras have too little memory, with the command that gives them
-/// enough; nothing where they have enough.
+/// Warning for a person, with the command that raises the limit; nothing where the cameras have
+/// enough memory.
 std::optional<std::string> usbMemoryWarning(const RealCameras& cameras,
                                             const StreamingMemory& memory);
 std::optional<std::string> receiveBufferWarning(const RealCameras& cameras,
                                                 const StreamingMemory& memory);
 
-/// Warns in the log where real cameras will lose frames for want of memory, or are missing for want
-/// of permission, of each once; simulated ones need neither. Changes nothing by itself. Bound to
-/// one thread.
+/// Logs a warning, each once, when real cameras have too little memory and may lose frames, or when
+/// this user has no permission to open USB cameras. Bound to one thread.
 class StreamingLimits {
 public:
     explicit StreamingLimits(std::filesystem::path root = "/");
 
-    /// To be called when cameras were found. Answers what there is to warn of now, logged or not.
+    /// Call after cameras were found. Answers all warnings that hold now, logged before or not.
     std::vector<std::string> check(OrvCPP::OrvSystem& system);
 
 private:

@@ -8,19 +8,18 @@
 
 namespace session {
 
-/// A USB3 Vision camera that Linux knows of, but that this user may not open.
+/// A USB3 Vision camera that this user has no permission to open.
 struct ClosedUsbCamera {
-    /// Maker, model and serial number, as far as the camera tells them.
+    /// Maker, model and serial number, those that the camera tells.
     std::string name;
     /// File by which programs open the camera, as the user sees it: "/dev/bus/usb/002/007".
     std::string file;
 };
 
-/// Looks for such cameras in the folders /sys and /dev below \p root.
+/// Finds such cameras in the folders /sys and /dev below \p root. Reentrant.
 std::vector<ClosedUsbCamera> closedUsbCameras(const std::filesystem::path& root = "/");
 
-/// What to tell a person who misses these cameras, with the command that permits them; nothing
-/// where there are none.
+/// Warning for a person, with the command that permits access; nothing without cameras.
 std::optional<std::string> usbAccessWarning(const std::vector<ClosedUsbCamera>& cameras);
 
 } // namespace session

@@ -16,7 +16,7 @@ TEST(InterfaceHandlerGigE, answersTheSpeedOfTheFirstAdapterWithAnAddress) {
     network->add(7, {192, 168, 1, 10}, gigabit);
     network->add(8, {192, 168, 1, 10}, 10 * gigabit);
     network->add(9, {10, 0, 0, 1}, 5 * gigabit);
-    const InterfaceHandlerGigE handler(network);
+    const InterfaceHandlerGigE handler({network});
 
     EXPECT_EQ(handler.GetLinkSpeed(0xC0A8010A), gigabit);
     EXPECT_EQ(handler.GetLinkSpeed(0x0A000001), 5 * gigabit);
@@ -27,7 +27,7 @@ TEST(InterfaceHandlerGigE, answersTheSpeedOfTheFirstAdapterWithAnAddress) {
 TEST(InterfaceHandlerGigE, keepsTheSnapshotOfItsConstruction) {
     auto network = std::make_shared<FakeHostNetwork>();
     network->add(7, {192, 168, 1, 10}, gigabit);
-    const InterfaceHandlerGigE handler(network);
+    const InterfaceHandlerGigE handler({network});
     network->entries.clear();
     network->rows.clear();
 
@@ -39,7 +39,7 @@ TEST(InterfaceHandlerGigE, isEmptyWithOneLineWhenTheHostGivesNoTable) {
     network->add(7, {192, 168, 1, 10}, gigabit);
     network->givesTable = false;
     const CapturedLog errors(std::cerr);
-    const InterfaceHandlerGigE handler(network);
+    const InterfaceHandlerGigE handler({network});
 
     EXPECT_EQ(errors.text(), "Unable to get ip address table\n");
     EXPECT_EQ(handler.GetLinkSpeed(0xC0A8010A), 0U);

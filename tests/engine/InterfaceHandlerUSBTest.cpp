@@ -123,7 +123,7 @@ TEST_P(OneCamera, hasTheSpeedOfItsPort) {
     tree->addCamera(hub, port, usb3Port);
     GetParam().change(*tree);
 
-    InterfaceHandlerUSB handler(tree);
+    InterfaceHandlerUSB handler({tree});
     const CapturedLog log;
     handler.rebuild();
     EXPECT_EQ(handler.GetSpeed("MRD USB 0-20-2"), GetParam().speed);
@@ -136,7 +136,7 @@ INSTANTIATE_TEST_SUITE_P(InterfaceHandlerUSB, OneCamera, testing::ValuesIn(cases
 class InterfaceHandlerUSBTest : public testing::Test {
 protected:
     std::shared_ptr<Tree> m_tree = std::make_shared<Tree>();
-    InterfaceHandlerUSB m_handler{m_tree};
+    InterfaceHandlerUSB m_handler{{m_tree}};
 };
 
 TEST_F(InterfaceHandlerUSBTest, walksThroughAnExternalHub) {

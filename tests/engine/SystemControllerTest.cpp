@@ -37,14 +37,14 @@ public:
 
 class MockGigE : public InterfaceHandlerGigE {
 public:
-    MockGigE() : InterfaceHandlerGigE(std::make_shared<FakeHostNetwork>()) {}
+    MockGigE() : InterfaceHandlerGigE({std::make_shared<FakeHostNetwork>()}) {}
     MOCK_METHOD(std::uint64_t, GetLinkSpeed, (std::uint64_t), (const, override));
 };
 
 class MockUsb : public InterfaceHandlerUSB {
 public:
     explicit MockUsb(std::shared_ptr<CountingUsbTree> tree)
-        : InterfaceHandlerUSB(std::move(tree)) {}
+        : InterfaceHandlerUSB({std::move(tree)}) {}
     MOCK_METHOD(std::optional<std::uint64_t>, GetSpeed, (const std::string&), (const, override));
 };
 

@@ -2,7 +2,7 @@
 #include "session/StreamingLimits.h"
 #include "session/UsbAccess.h"
 
-#include "tests/fakecamera/FakeCameraProcess.h"
+#include "tests/support/FakeCameraProcess.h"
 #include "tests/orvcpp/Sdk.h"
 #include "tests/support/CapturedLog.h"
 

@@ -126,14 +126,14 @@ private:
 /// The network adapter that every fake GigE interface hangs on: 1 Gbit/s.
 class FakeGigESpeed : public InterfaceHandlerGigE {
 public:
-    FakeGigESpeed() : InterfaceHandlerGigE(std::make_shared<FakeHostNetwork>()) {}
+    FakeGigESpeed() : InterfaceHandlerGigE({std::make_shared<FakeHostNetwork>()}) {}
     std::uint64_t GetLinkSpeed(std::uint64_t) const override { return 1'000'000'000; }
 };
 
 /// The controller that every fake USB interface is: 5 Gbit/s.
 class FakeUsbSpeed : public InterfaceHandlerUSB {
 public:
-    FakeUsbSpeed() : InterfaceHandlerUSB(std::make_shared<FakeHostUsbTree>()) {}
+    FakeUsbSpeed() : InterfaceHandlerUSB({std::make_shared<FakeHostUsbTree>()}) {}
     std::optional<std::uint64_t> GetSpeed(const std::string&) const override {
         return 5'000'000'000;
     }

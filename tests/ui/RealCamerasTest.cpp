@@ -4,7 +4,7 @@
 #include "engine/CameraHandler.h"
 #include "features/FeatureController.h"
 #include "session/SdkSession.h"
-#include "tests/fakecamera/FakeCameraProcess.h"
+#include "tests/support/FakeCameraProcess.h"
 #include "tests/support/Resources.h"
 #include "ui/CameraListModel.h"
 #include "ui/InterfaceSpeedWidget.h"
@@ -80,7 +80,7 @@ protected:
                 std::vector<std::string>{"--serial", std::to_string(i), "--width", "320",
                                          "--height", "200", "--frame-rate", "50"}));
         session = std::make_unique<session::SdkSession>(
-            session::CameraSource{session::CameraSource::Kind::GenICam, {}});
+            session::CameraSource{QStringLiteral(":genicam")});
         EXPECT_TRUE(session->isStarted()) << session->error().toStdString();
         dialog = std::make_unique<SpanletDialog>(session->system(), false);
         dialog->show();

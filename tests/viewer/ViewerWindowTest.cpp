@@ -47,7 +47,7 @@ public:
         m_file.flush();
     }
     session::CameraSource source() const {
-        return {session::CameraSource::Kind::Configured, m_file.fileName()};
+        return {m_file.fileName()};
     }
 
 private:

@@ -1,25 +1,24 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/host/Host.h"
 
-#include "engine/host/CompositeHostNetwork.h"
-#include "engine/host/CompositeHostUsbTree.h"
 #include "engine/host/SimulatedHostNetwork.h"
 #include "engine/host/SimulatedHostUsbTree.h"
 
 namespace host {
 
-std::shared_ptr<HostNetwork> makeNetwork(const SimulatedHost& simulated) {
-    if (simulated.adapters.empty())
-        return makeSystemNetwork();
-    return std::make_shared<CompositeHostNetwork>(std::vector<std::shared_ptr<HostNetwork>>{
-        std::make_shared<SimulatedHostNetwork>(simulated.adapters), makeSystemNetwork()});
+HostNetworks makeNetworks(const SimulatedHost& simulated) {
+    HostNetworks networks{makeSystemNetwork()};
+    if (!simulated.adapters.empty())
+        networks.insert(networks.begin(),
+                        std::make_shared<SimulatedHostNetwork>(simulated.adapters));
+    return networks;
 }
 
-std::shared_ptr<HostUsbTree> makeUsbTree(const SimulatedHost& simulated) {
-    if (simulated.usbNodes.empty())
-        return makeSystemUsbTree();
-    return std::make_shared<CompositeHostUsbTree>(std::vector<std::shared_ptr<HostUsbTree>>{
-        std::make_shared<SimulatedHostUsbTree>(simulated.usbNodes), makeSystemUsbTree()});
+HostUsbTrees makeUsbTrees(const SimulatedHost& simulated) {
+    HostUsbTrees trees{makeSystemUsbTree()};
+    if (!simulated.usbNodes.empty())
+        trees.insert(trees.begin(), std::make_shared<SimulatedHostUsbTree>(simulated.usbNodes));
+    return trees;
 }
 
 } // namespace host

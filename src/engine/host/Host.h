@@ -1,19 +1,16 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "engine/host/HostNetwork.h"
+#include "engine/host/HostUsbTree.h"
 #include "sdk/SimulatedHost.h"
-
-#include <memory>
 
 namespace host {
 
-class HostNetwork;
-class HostUsbTree;
+/// Adapters of a simulated host, if it has any, followed by the operating system's own.
+HostNetworks makeNetworks(const SimulatedHost& simulated);
 
-/// Adapters of a simulated host, followed by the operating system's own.
-std::shared_ptr<HostNetwork> makeNetwork(const SimulatedHost& simulated);
-
-/// USB tree of a simulated host, followed by the operating system's own.
-std::shared_ptr<HostUsbTree> makeUsbTree(const SimulatedHost& simulated);
+/// USB tree of a simulated host, if it has one, followed by the operating system's own.
+HostUsbTrees makeUsbTrees(const SimulatedHost& simulated);
 
 } // namespace host

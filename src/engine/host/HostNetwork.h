@@ -9,8 +9,7 @@
 
 namespace host {
 
-/// One row of the host's IPv4 address table. Addresses are in network byte order, as the table
-/// has them.
+/// One row of the host's IPv4 address table. Addresses are in network byte order.
 struct AddressRow {
     std::uint32_t interfaceIndex = 0;
     std::uint32_t address = 0;
@@ -20,18 +19,16 @@ struct AddressRow {
     std::uint16_t type = 0;
 };
 
-/// What the host tells of one network interface; all zero and empty when it tells nothing.
+/// One network interface; all zero and empty when the host does not know it.
 struct InterfaceEntry {
     /// Bits per second.
     std::uint64_t transmitLinkSpeed = 0;
-    /// Bytes of the largest packet.
-    std::uint32_t mtu = 0;
     std::array<std::uint8_t, 32> physicalAddress{};
     std::u16string alias;
     std::u16string description;
 };
 
-/// The host's network adapters, asked of the operating system.
+/// The network adapters of a host, real or simulated.
 class HostNetwork {
 public:
     virtual ~HostNetwork() = default;
@@ -40,6 +37,9 @@ public:
     virtual bool addressTable(std::vector<AddressRow>& rows) const = 0;
     virtual InterfaceEntry interfaceEntry(std::uint32_t interfaceIndex) const = 0;
 };
+
+/// Several hosts, simulated ones and the real one; none is null.
+using HostNetworks = std::vector<std::shared_ptr<HostNetwork>>;
 
 /// The operating system's network adapters (one definition per operating system).
 std::shared_ptr<HostNetwork> makeSystemNetwork();

@@ -12,22 +12,21 @@ namespace host {
 /// Handle of a device in the host's device tree.
 using DeviceInstance = std::uint32_t;
 
-/// A device that offers an interface: its path can be opened, its instance found in the tree.
+/// A device and the path by which it is opened.
 struct DeviceInterface {
     std::string path;
     DeviceInstance instance = 0;
     /// Device instance ID, for example "USB\\ROOT_HUB30\\4&2a6b1f&0&0".
     std::string instanceId;
     /// Class, subclass and protocol of each of its USB interfaces, in one number of three bytes:
-    /// 0xEF0500. Empty where the system does not tell them.
+    /// 0xEF0500. Empty where the system does not tell.
     std::vector<std::uint32_t> interfaceClasses = {};
-    /// What the instance belongs to where the system keeps it as part of a list: the instance is
-    /// valid for as long as this is held.
+    /// Keeps the instance valid where the system has it as part of a list.
     std::shared_ptr<const void> list = {};
 };
 
-/// Result codes of a property that is not there, as Windows numbers them: an unknown device, a
-/// device without that property.
+/// Windows' result codes of a property that is missing: an unknown device, a device without that
+/// property.
 constexpr std::uint32_t noSuchDevice = 0x0D;
 constexpr std::uint32_t noSuchValue = 0x25;
 
@@ -37,15 +36,16 @@ template <typename T> struct Property {
     T value{};
 };
 
-/// What the hub driver reports of a port in its first structure, or the system in its own way.
+/// State of a hub's port: the first structure of Windows' hub driver, or the same from another
+/// system.
 struct PortConnection {
     /// 1: a device is connected.
     std::uint32_t status = 0;
     /// 0 low, 1 full, 2 high, 3 super speed.
     std::uint8_t speed = 0;
-    /// Rate in Mbit/s, from a system that tells it in place of a code, as it writes it: "1.5",
-    /// "480", "20000". Empty from one that tells the code.
-    std::string megabits = {};
+    /// Bits per second, from a system that tells them in place of the code; 0 from one that tells
+    /// the code.
+    std::uint64_t bitsPerSecond = 0;
 };
 
 /// An opened hub. Ports count from 1; an answer is empty when the request failed.
@@ -59,7 +59,7 @@ public:
     virtual std::optional<std::uint32_t> connectionFlagsV2(std::uint32_t port) = 0;
 };
 
-/// The host's USB tree, asked of the operating system.
+/// The USB tree of a host, real or simulated.
 class HostUsbTree {
 public:
     virtual ~HostUsbTree() = default;
@@ -77,6 +77,9 @@ public:
     /// Opens a hub by its path; empty when it cannot be opened.
     virtual std::unique_ptr<UsbHub> openHub(const std::string& path) = 0;
 };
+
+/// Several hosts, simulated ones and the real one; none is null.
+using HostUsbTrees = std::vector<std::shared_ptr<HostUsbTree>>;
 
 /// The operating system's USB tree (one definition per operating system).
 std::shared_ptr<HostUsbTree> makeSystemUsbTree();

@@ -2,6 +2,7 @@
 #include "engine/host/UsbTopology.h"
 
 #include "platform/PciLocation.h"
+#include "platform/UsbDevice.h"
 
 #include <algorithm>
 #include <array>
@@ -31,7 +32,7 @@ std::optional<std::uint32_t> number(const std::optional<std::string>& digits, in
     return value;
 }
 
-/// Units beyond ASCII become question marks: they are in no pattern.
+/// Units beyond ASCII become question marks, which no pattern matches.
 std::string asciiText(const std::u16string& text) {
     std::string ascii(text.size(), '?');
     std::transform(text.begin(), text.end(), ascii.begin(),
@@ -41,28 +42,6 @@ std::string asciiText(const std::u16string& text) {
 
 constexpr std::array<std::uint64_t, 4> codedSpeeds{1'500'000, 12'000'000, 480'000'000,
                                                    5'000'000'000};
-
-struct NamedSpeed {
-    const char* megabits;
-    std::uint64_t bitsPerSecond;
-};
-
-/// Super speed plus comes over one lane or two.
-constexpr std::array<NamedSpeed, 6> namedSpeeds{{{"1.5", codedSpeeds[0]},
-                                                 {"12", codedSpeeds[1]},
-                                                 {"480", codedSpeeds[2]},
-                                                 {"5000", codedSpeeds[3]},
-                                                 {"10000", 10'000'000'000},
-                                                 {"20000", 20'000'000'000}}};
-
-std::optional<std::uint64_t> namedSpeed(const std::string& megabits) {
-    const auto* const found =
-        std::find_if(namedSpeeds.begin(), namedSpeeds.end(),
-                     [&](const NamedSpeed& each) { return each.megabits == megabits; });
-    if (found == namedSpeeds.end())
-        return std::nullopt;
-    return found->bitsPerSecond;
-}
 
 } // namespace
 
@@ -78,7 +57,7 @@ bool isCamera(const UsbIdentity& identity, const std::vector<std::uint32_t>& int
     const bool isTheMakers =
         identity.vendorId == cameraVendorId && identity.productId == cameraProductId;
     return isTheMakers || std::find(interfaceClasses.begin(), interfaceClasses.end(),
-                                    usb3VisionControl) != interfaceClasses.end();
+                                    platform::usb3VisionControl) != interfaceClasses.end();
 }
 
 std::optional<std::uint32_t> portNumber(const std::u16string& location) {
@@ -102,8 +81,8 @@ std::optional<std::uint64_t> bitsPerSecond(const PortConnection& connection,
 
     if (connection.status != deviceConnected)
         return std::nullopt;
-    if (!connection.megabits.empty())
-        return namedSpeed(connection.megabits);
+    if (connection.bitsPerSecond != 0)
+        return connection.bitsPerSecond;
     std::size_t speed = connection.speed;
     if (speed == high && (flags.value_or(0) & superSpeedOrHigher) != 0)
         speed = super;

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-/// What is decided about a USB device from what the host tells of it.
+/// Decisions on USB devices, apart from the operating system. All functions are reentrant.
 namespace host {
 
 /// USB vendor ID of the maker's cameras.
@@ -15,7 +15,7 @@ constexpr std::uint32_t cameraVendorId = 0x4D52;
 /// USB product ID of the maker's USB3 Vision cameras.
 constexpr std::uint32_t cameraProductId = 1;
 
-/// What a device interface path names; each empty where the path does not have it.
+/// Parts of a device interface path; each is empty where the path does not have it.
 struct UsbIdentity {
     std::optional<std::uint32_t> vendorId;
     std::optional<std::uint32_t> productId;
@@ -26,9 +26,6 @@ struct UsbIdentity {
 /// the path of one device in either.
 UsbIdentity parseDevicePath(const std::string& path);
 
-/// Class, subclass and protocol of the control interface that every USB3 Vision camera has.
-constexpr std::uint32_t usb3VisionControl = 0xEF0500;
-
 /// Whether this is one of the maker's USB3 Vision cameras or, where the host tells the classes of a
 /// device's interfaces, a USB3 Vision camera of any maker.
 bool isCamera(const UsbIdentity& identity, const std::vector<std::uint32_t>& interfaceClasses = {});
@@ -36,8 +33,8 @@ bool isCamera(const UsbIdentity& identity, const std::vector<std::uint32_t>& int
 /// Port of a location text such as "Port_#0003.Hub_#0001"; empty when it names none.
 std::optional<std::uint32_t> portNumber(const std::u16string& location);
 
-/// Whether a device instance ID is of a device on the PCI bus: of a host controller, when it is
-/// found above a USB hub.
+/// Whether a device instance ID is of a device on the PCI bus. Above a USB hub that is the host
+/// controller.
 bool isOnPciBus(const std::string& instanceId);
 
 /// "bus-device-function", decimal. \p address has the device number in its high, the function
@@ -46,8 +43,8 @@ std::string controllerKey(std::uint32_t bus, std::uint32_t address);
 
 /// Bits per second of a port to which a device is connected; empty when none is, or its speed is
 /// not known. USB 3 ports report high speed in the first structure: only \p flags, where the hub
-/// driver gave them, tell super speed. What is faster than that is told apart where the connection
-/// tells its rate in place of a code.
+/// driver gave them, tell super speed. Faster speeds are known only where the connection has its
+/// rate.
 std::optional<std::uint64_t> bitsPerSecond(const PortConnection& connection,
                                            std::optional<std::uint32_t> flags);
 

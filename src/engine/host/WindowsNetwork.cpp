@@ -60,7 +60,6 @@ public:
         InterfaceEntry entry;
         static_assert(sizeof row.PhysicalAddress == sizeof entry.physicalAddress);
         entry.transmitLinkSpeed = knownSpeed(row.TransmitLinkSpeed);
-        entry.mtu = row.Mtu;
         std::copy(std::begin(row.PhysicalAddress), std::end(row.PhysicalAddress),
                   entry.physicalAddress.begin());
         entry.alias = text(row.Alias);

@@ -103,10 +103,9 @@ std::vector<DeviceInterface> presentDevices(const GUID& interfaceClass) {
     SP_DEVICE_INTERFACE_DATA entry{};
     entry.cbSize = sizeof entry;
     for (DWORD index = 0;
-         SetupDiEnumDeviceInterfaces(set.get(), nullptr, &interfaceClass, index, &entry); ++index) {
+         SetupDiEnumDeviceInterfaces(set.get(), nullptr, &interfaceClass, index, &entry); ++index)
         if (auto device = detail(set, entry))
             devices.push_back(std::move(*device));
-    }
     return devices;
 }
 

@@ -38,18 +38,19 @@ FeatureNode& addQuantity(FeatureSet& set, const char* name, std::int64_t value, 
     return set.fixedNumber(name, value).limits(0, anyNumber).unit(unit);
 }
 
-void addAdapter(FeatureSet& set, const NetworkAdapter& adapter) {
+void addAdapter(FeatureSet& set, const platform::NetworkAdapter& adapter) {
     set.category("/InterfaceInformation/GigEVision");
     addAddress(set, "GevInterfaceSubnetIPAddress", adapter.address)
         .about("IPv4 address of the adapter.");
     addAddress(set, "GevInterfaceSubnetMask", adapter.mask).about("Subnet mask of the adapter.");
-    addMac(set, "GevInterfaceMACAddress", adapter.mac).about("MAC address of the adapter.");
+    addMac(set, "GevInterfaceMACAddress", platform::macAddress(adapter.name))
+        .about("MAC address of the adapter.");
     set.integer("GevInterfaceMTU")
         .about("Largest packet that the adapter sends and receives whole.")
         .unit("B")
         .shownAs("PureNumber")
         .limits(0, anyNumber)
-        .computed([name = adapter.name] { return Value(mtu(name)); });
+        .computed([name = adapter.name] { return Value(platform::mtu(name)); });
 }
 
 void addStatistics(FeatureSet& set, const StreamControl& control) {
@@ -131,7 +132,7 @@ FeatureSet makeInterfaceFeatures(const CameraRecord& camera, const std::string& 
             .unit("bps")
             .shownAs("PureNumber")
             .limits(0, anyNumber)
-            .computed([name = camera.adapter->name] { return Value(linkSpeed(name)); });
+            .computed([name = camera.adapter->name] { return Value(platform::linkSpeed(name)); });
         addAdapter(set, *camera.adapter);
     }
     if (camera.usb) {
@@ -154,7 +155,7 @@ FeatureSet makeLocalDeviceFeatures(const CameraRecord& camera, const std::string
     if (camera.type == OrvTransportLayerTypeGEV) {
         set.category("/DeviceInformation/GigEVision");
         addAddress(set, "GevDeviceIPAddress", camera.address).about("IPv4 address of the camera.");
-        addMac(set, "GevDeviceMACAddress", macNumber(camera.hardwareId))
+        addMac(set, "GevDeviceMACAddress", platform::macNumber(camera.hardwareId))
             .about("MAC address of the camera.");
     }
     if (camera.usb) {

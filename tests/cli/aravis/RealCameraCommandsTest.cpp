@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "session/StreamingLimits.h"
 #include "tests/cli/SpanletProcess.h"
-#include "tests/fakecamera/FakeCameraProcess.h"
+#include "tests/support/FakeCameraProcess.h"
 
 #include <QFile>
 #include <QThread>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "engine/host/LinuxUsbTree.h"
 #include "engine/InterfaceHandlerUSB.h"
-#include "engine/host/LinuxSysfsUsbTree.h"
+#include "platform/UsbDevice.h"
 #include "tests/support/CapturedLog.h"
 
 #include <gmock/gmock.h>
@@ -42,7 +43,7 @@ protected:
                        const std::string& speed) {
         return add("usb", name, parent,
                    {"bDeviceClass", "09", "idVendor", "1d6b", "idProduct", "0003", "speed", speed,
-                    "devpath", ports(name)},
+                    "devpath", ports(name), "busnum", "2"},
                    "usb_device");
     }
 
@@ -57,8 +58,9 @@ protected:
 
     std::string addDevice(const std::string& parent, const std::string& name,
                           const std::string& speed, std::vector<std::string> attributes) {
-        attributes.insert(attributes.end(), {"bDeviceClass", "ef", "idVendor", "4d52", "serial",
-                                             "a1", "speed", speed, "devpath", ports(name)});
+        attributes.insert(attributes.end(),
+                          {"bDeviceClass", "ef", "idVendor", "4d52", "serial", "a1", "speed", speed,
+                           "devpath", ports(name), "busnum", "2"});
         return add("usb", name, parent, attributes, "usb_device");
     }
 
@@ -144,6 +146,8 @@ TEST_F(LinuxUsbTree, findsTheControllerAboveHubsAndBelowBridges) {
     addDevice(root, "4-3", "480", {});
     addDevice(outer, "4-1.3", "480", {});
     EXPECT_EQ(speedNow("267-10-1"), 5'000'000'000U) << "bus 11 of domain 1";
+    for (const platform::UsbDevice& device : platform::usbDevices())
+        EXPECT_EQ(speedNow(device.controller), 5'000'000'000U) << "as real cameras name it";
     EXPECT_EQ(speedNow("0-28-4"), std::nullopt) << "the bridge";
 
     addCamera(addHub(add("platform", "xhci-hcd.0", "", {}, "host"), "usb6", "5000"), "6-1", "5000");
@@ -163,7 +167,7 @@ TEST_F(LinuxUsbTree, leavesOutADeviceThatGoesWhileItIsLookedAt) {
     const std::string controller = addPci("0000:00:14.0");
     const std::string root = addHub(controller, "usb2", "5000");
     const std::string camera = addCamera(root, "2-1", "5000");
-    host::LinuxSysfsUsbTree tree([&] { return std::vector<std::filesystem::path>{root, camera}; });
+    host::LinuxUsbTree tree([&] { return std::vector<std::filesystem::path>{root, camera}; });
     ASSERT_EQ(tree.hubs().size(), 1U);
     const host::DeviceInterface found = tree.devices().at(0);
     EXPECT_EQ(found.path, "USB#VID_4d52&PID_c0de#a1#" + camera);

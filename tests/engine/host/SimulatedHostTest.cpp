@@ -63,7 +63,7 @@ TEST(SimulatedHost, givesTheUsbHandlerTheSpeedOfAPort) {
         {10'000'000'000, 5'000'000'000}, // super speed is the highest that is told apart
     };
     for (const auto& [bitsPerSecond, expected] : cases) {
-        InterfaceHandlerUSB handler(host::makeUsbTree(hostWithCamera(bitsPerSecond)));
+        InterfaceHandlerUSB handler(host::makeUsbTrees(hostWithCamera(bitsPerSecond)));
         const CapturedLog log;
         handler.rebuild();
         EXPECT_EQ(handler.GetSpeed("USB 3-20-1"), expected) << bitsPerSecond;
@@ -90,16 +90,16 @@ TEST(SimulatedHost, givesTheNetworkHandlerTheSpeedOfAnAdapter) {
     SimulatedHost simulated;
     simulated.adapters = {{1, 0xC0A80101, 0xFFFFFF00, 1'000'000'000, "camera net"},
                           {2, 0xC0A80201, 0xFFFF0000, 10'000'000'000, "fast net"}};
-    const auto network = host::makeNetwork(simulated);
-    const InterfaceHandlerGigE handler(network);
+    const host::HostNetworks networks = host::makeNetworks(simulated);
+    const InterfaceHandlerGigE handler(networks);
     EXPECT_EQ(handler.GetLinkSpeed(0xC0A80101), 1'000'000'000U);
     EXPECT_EQ(handler.GetLinkSpeed(0xC0A80201), 10'000'000'000U);
 
     std::vector<host::AddressRow> rows;
-    ASSERT_TRUE(network->addressTable(rows));
+    ASSERT_TRUE(networks[0]->addressTable(rows));
     ASSERT_GE(rows.size(), 2U);
     const auto adapter =
-        makeNetworkAdapter(rows[1], network->interfaceEntry(rows[1].interfaceIndex));
+        makeNetworkAdapter(rows[1], networks[0]->interfaceEntry(rows[1].interfaceIndex));
     EXPECT_EQ(adapter.broadcast, 0xC0A8FFFFU);
     EXPECT_EQ(adapter.alias, "fast net");
 }

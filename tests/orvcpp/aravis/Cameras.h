@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "tests/fakecamera/FakeCameraProcess.h"
+#include "tests/support/FakeCameraProcess.h"
 #include "tests/orvcpp/Sdk.h"
 
 #include <chrono>

@@ -2,16 +2,12 @@
 #include "orvcpp/aravis/device/DeviceThread.h"
 #include "orvcpp/aravis/device/ThreadPark.h"
 #include "orvcpp/aravis/discovery/Gvcp.h"
-#include "orvcpp/aravis/discovery/NetworkAdapters.h"
-#include "orvcpp/aravis/discovery/UdpSocket.h"
-#include "orvcpp/aravis/discovery/UsbBus.h"
 #include "orvcpp/aravis/stream/FrameIds.h"
+#include "platform/UdpSocket.h"
 
 #include <gmock/gmock.h>
 
 #include <chrono>
-#include <filesystem>
-#include <fstream>
 #include <future>
 #include <memory>
 #include <new>
@@ -28,7 +24,6 @@
 namespace {
 
 using namespace orv::aravis;
-namespace fs = std::filesystem;
 
 struct NumberCase {
     const char* what;
@@ -106,96 +101,12 @@ TEST(Calls, WaitForADeviceThatHangsOnlyOnceAndGoOnWhenItHasAnswered) {
     park.join(10s);
 }
 
-/// A USB tree as the kernel shows it, in a temporary folder.
-class UsbTree : public testing::Test {
-protected:
-    UsbTree() { fs::create_directories(m_root / "bus/usb/devices"); }
-    ~UsbTree() override { fs::remove_all(m_root); }
-
-    void add(const std::string& path, const std::string& devpath, const std::string& serial) {
-        const fs::path folder = m_root / "devices" / path;
-        fs::create_directories(folder);
-        const auto write = [&](const char* name, const std::string& text) {
-            std::ofstream(folder / name) << text << '\n';
-        };
-        write("busnum", "2");
-        write("devnum", "7");
-        write("devpath", devpath);
-        write("serial", serial);
-        write("manufacturer", "Maker");
-        write("product", "Camera");
-        write("speed", "5000");
-        fs::create_directory_symlink(folder, m_root / "bus/usb/devices" / folder.filename());
-    }
-
-    const fs::path m_root =
-        fs::path(testing::TempDir()) / ("usb-tree-" + std::to_string(::getpid()));
-};
-
-TEST_F(UsbTree, DeviceTellsWhereItHangsAndWhoHasIt) {
-    add("pci0000:00/0000:00:1c.4/0000:0a:00.1/usb2/2-1/2-1.4", "1.4", "S1");
-    add("pci0001:00/0001:00:00.0/0001:01:00.0/usb5/5-1", "1", "S0");
-    add("platform/soc/usb3/3-2", "2", "S2");
-    const auto devices = usbDevices(m_root);
-    ASSERT_EQ(devices.size(), 3U);
-    EXPECT_EQ(devices[0].serialNumber, "S1");
-    EXPECT_EQ(devices[0].controller, "10-0-1") << "the bridge above it is not the controller";
-    EXPECT_EQ(devices[0].location(), "::2/1/4");
-    EXPECT_EQ(devices[0].linkSpeed, 5'000'000'000);
-    EXPECT_EQ(devices[1].controller, "257-0-0") << "of another PCI domain";
-    EXPECT_EQ(devices[2].controller, "bus2");
-
-    EXPECT_FALSE(devices[0].isClaimed());
-    const fs::path interface = devices[0].folder / "2-1.4:1.0";
-    fs::create_directories(interface);
-    fs::create_directories(m_root / "bus/usb/drivers/usbfs");
-    fs::create_directory_symlink(m_root / "bus/usb/drivers/usbfs", interface / "driver");
-    EXPECT_TRUE(devices[0].isClaimed());
-
-    EXPECT_TRUE(devices[0].isPresent());
-    fs::remove_all(devices[0].folder);
-    EXPECT_FALSE(devices[0].isPresent());
-    std::ofstream(devices[1].folder / "devnum") << "8\n";
-    EXPECT_FALSE(devices[1].isPresent()) << "it was pulled and plugged in again";
-}
-
-TEST_F(UsbTree, HostWithoutUsbHasNoDevices) {
-    EXPECT_TRUE(usbDevices(m_root / "nothing").empty());
-}
-
-TEST(Network, AdapterIsTheOneOfTheRoute) {
-    const auto adapter = adapterTowards(0x7F000509);
-    ASSERT_TRUE(adapter);
-    EXPECT_EQ(adapter->name, "lo");
-    EXPECT_EQ(adapter->address, 0x7F000001U);
-    EXPECT_TRUE(adapter->isLoopback);
-    EXPECT_FALSE(parseAddress("127.0.0"));
-    EXPECT_EQ(macNumber("02:fc:00:00:00:01"), 0x02FC00000001U);
-    EXPECT_EQ(macNumber("A-GUID"), 0U);
-}
-
-TEST(Network, SpeedOfALinkIsUnknownWhereTheKernelTellsNone) {
-    EXPECT_EQ(linkSpeed("lo"), 0);
-    const fs::path root = fs::path(testing::TempDir()) / ("net-tree-" + std::to_string(::getpid()));
-    fs::create_directories(root / "class/net/eth0");
-    for (const auto& [text, expected] :
-         {std::pair("10000", 10'000'000'000), std::pair("-1", 0L), std::pair("4294967295", 0L)}) {
-        std::ofstream(root / "class/net/eth0/speed") << text << '\n';
-        EXPECT_EQ(linkSpeed("eth0", root), expected) << text;
-    }
-    fs::remove_all(root);
-}
-
 /// A camera that says to its first question that it needs \p milliseconds more, and answers 7 some
 /// time later if it \p answers at all. How many more questions it got meanwhile.
 int answerSlowly(std::uint32_t address, std::uint16_t milliseconds, bool answers,
                  std::promise<void>& isReady) {
-    const UdpSocket socket;
-    sockaddr_in own{};
-    own.sin_family = AF_INET;
-    own.sin_addr.s_addr = htonl(address);
-    own.sin_port = htons(3956);
-    EXPECT_EQ(bind(socket.handle(), reinterpret_cast<const sockaddr*>(&own), sizeof own), 0);
+    const platform::UdpSocket socket;
+    EXPECT_TRUE(socket.bindTo(address, 3956));
     isReady.set_value();
 
     std::uint8_t question[64];

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/discovery/CameraCall.h"
 
+#include "platform/Ipv4Address.h"
+#include "platform/NetworkAdapters.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -8,8 +11,6 @@
 #include <optional>
 
 #include <arpa/inet.h>
-#include <ifaddrs.h>
-#include <net/if.h>
 #include <sys/socket.h>
 
 namespace orv::aravis {
@@ -55,20 +56,13 @@ CameraRecord describe(const Packet& packet) {
     return record;
 }
 
-/// Empty where the adapter does not let a broadcast out.
-std::unique_ptr<UdpSocket> callThrough(const sockaddr_in& own) {
-    auto made = std::make_unique<UdpSocket>();
-    const int yes = 1;
-    sockaddr_in from = own;
-    from.sin_port = 0;
-    sockaddr_in everybody{};
-    everybody.sin_family = AF_INET;
-    everybody.sin_addr.s_addr = htonl(INADDR_BROADCAST);
-    everybody.sin_port = htons(controlPort);
-    // The adapter of the address that it is bound to is the one that it is sent through.
+/// Null where the adapter does not send broadcasts.
+std::unique_ptr<platform::UdpSocket> callThrough(std::uint32_t ownAddress) {
+    auto made = std::make_unique<platform::UdpSocket>();
+    const sockaddr_in everybody = platform::socketAddress(INADDR_BROADCAST, controlPort);
+    // A socket sends through the adapter of the address that it is bound to.
     const bool isSent =
-        setsockopt(made->handle(), SOL_SOCKET, SO_BROADCAST, &yes, sizeof yes) == 0 &&
-        bind(made->handle(), reinterpret_cast<const sockaddr*>(&from), sizeof from) == 0 &&
+        made->set(SOL_SOCKET, SO_BROADCAST, 1) && made->bindTo(ownAddress, 0) &&
         sendto(made->handle(), question.data(), question.size(), 0,
                reinterpret_cast<const sockaddr*>(&everybody), sizeof everybody) >= 0;
     return isSent ? std::move(made) : nullptr;
@@ -77,15 +71,11 @@ std::unique_ptr<UdpSocket> callThrough(const sockaddr_in& own) {
 } // namespace
 
 CameraCall::CameraCall() {
-    ifaddrs* first = nullptr;
-    if (getifaddrs(&first) != 0)
-        return;
-    const std::unique_ptr<ifaddrs, decltype(&freeifaddrs)> list(first, &freeifaddrs);
-    for (const ifaddrs* entry = first; entry; entry = entry->ifa_next) {
-        if ((entry->ifa_flags & IFF_UP) == 0 || !entry->ifa_addr ||
-            entry->ifa_addr->sa_family != AF_INET)
+    const auto adapters = platform::networkAdapters();
+    for (const auto& adapter : adapters.value_or(std::vector<platform::NetworkAdapter>())) {
+        if (!adapter.isUp)
             continue;
-        if (auto made = callThrough(*reinterpret_cast<const sockaddr_in*>(entry->ifa_addr)))
+        if (auto made = callThrough(adapter.address))
             m_sockets.push_back(std::move(made));
     }
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "orvcpp/aravis/discovery/CameraRecord.h"
-#include "orvcpp/aravis/discovery/UdpSocket.h"
+#include "platform/UdpSocket.h"
 
 #include <memory>
 #include <vector>
@@ -22,7 +22,7 @@ public:
     std::vector<CameraRecord> answers() const;
 
 private:
-    std::vector<std::unique_ptr<UdpSocket>> m_sockets;
+    std::vector<std::unique_ptr<platform::UdpSocket>> m_sockets;
 };
 
 } // namespace orv::aravis

@@ -26,8 +26,8 @@ std::string CameraRecord::key() const {
 }
 
 bool CameraRecord::isSameDevice(const CameraRecord& other) const {
-    const bool isUnique =
-        type == OrvTransportLayerTypeGEV ? macNumber(hardwareId) != 0 : hardwareId != serialNumber;
+    const bool isUnique = type == OrvTransportLayerTypeGEV ? platform::macNumber(hardwareId) != 0
+                                                           : hardwareId != serialNumber;
     return isUnique && type == other.type && hardwareId == other.hardwareId;
 }
 

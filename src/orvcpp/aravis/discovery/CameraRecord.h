@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/aravis/discovery/NetworkAdapters.h"
-#include "orvcpp/aravis/discovery/UsbBus.h"
+#include "platform/NetworkAdapters.h"
+#include "platform/UsbDevice.h"
 
 #include "OrvCPP/OrvTypes.h"
 
@@ -27,8 +27,8 @@ struct CameraRecord {
     std::uint32_t address = 0;
     /// IPv4 address as a text, or the place on the USB bus.
     std::string place;
-    std::optional<NetworkAdapter> adapter;
-    std::optional<UsbDevice> usb;
+    std::optional<platform::NetworkAdapter> adapter;
+    std::optional<platform::UsbDevice> usb;
 
     /// Tells cameras apart, also two of one serial number.
     std::string key() const;

@@ -5,6 +5,7 @@
 #include "orvcpp/aravis/discovery/CameraCall.h"
 #include "orvcpp/aravis/discovery/Gvcp.h"
 #include "orvcpp/core/SdkThread.h"
+#include "platform/Ipv4Address.h"
 
 #include <algorithm>
 #include <utility>
@@ -53,13 +54,13 @@ void addMissing(std::vector<CameraRecord>& records, std::vector<CameraRecord> an
 }
 
 void complete(CameraRecord& record) {
-    if (macNumber(record.hardwareId) == 0)
+    if (platform::macNumber(record.hardwareId) == 0)
         record.hardwareId = record.serialNumber;
-    const auto address = parseAddress(record.place);
+    const auto address = platform::parseAddress(record.place);
     if (!address)
         return;
     record.address = *address;
-    record.adapter = adapterTowards(*address);
+    record.adapter = platform::adapterTowards(*address);
     const auto name =
         Gvcp(*address, nameWait, nameTries).readMemory(userNameRegister, userNameSize);
     record.userName = name ? Gvcp::text(*name) : std::string();
@@ -71,11 +72,13 @@ bool isSame(const std::string& text, const std::string& kernels) {
 }
 
 /// The kernel's device of a camera; of several that look the same, each is given out once.
-void locate(CameraRecord& record, std::vector<UsbDevice>& devices) {
-    const auto found = std::find_if(devices.begin(), devices.end(), [&](const UsbDevice& device) {
-        return isSame(record.serialNumber, device.serialNumber) &&
-               isSame(record.model, device.product) && isSame(record.vendor, device.manufacturer);
-    });
+void locate(CameraRecord& record, std::vector<platform::UsbDevice>& devices) {
+    const auto found =
+        std::find_if(devices.begin(), devices.end(), [&](const platform::UsbDevice& device) {
+            return isSame(record.serialNumber, device.serialNumber) &&
+                   isSame(record.model, device.product) &&
+                   isSame(record.vendor, device.manufacturer);
+        });
     if (record.hardwareId.empty())
         record.hardwareId = record.serialNumber;
     if (found == devices.end())
@@ -138,7 +141,8 @@ std::vector<CameraRecord> Discovery::look() const {
         complete(record);
     std::vector<CameraRecord> usb =
         askInterface(arv_uv_interface_get_instance(), OrvTransportLayerTypeU3V);
-    std::vector<UsbDevice> devices = usb.empty() ? std::vector<UsbDevice>() : usbDevices(m_sysfs);
+    std::vector<platform::UsbDevice> devices =
+        usb.empty() ? std::vector<platform::UsbDevice>() : platform::usbDevices(m_sysfs);
     for (CameraRecord& record : usb) {
         locate(record, devices);
         records.push_back(std::move(record));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/StreamPath.h"
 
-#include "orvcpp/aravis/discovery/UdpSocket.h"
+#include "platform/UdpSocket.h"
 
 #include <net/ethernet.h>
 #include <netinet/in.h>
@@ -25,7 +25,7 @@ bool permitsPacketSocket() {
 }
 
 int grantedReceiveBuffer() {
-    const UdpSocket socket;
+    const platform::UdpSocket socket;
     setsockopt(socket.handle(), SOL_SOCKET, SO_RCVBUF, &wantedReceiveBuffer,
                sizeof wantedReceiveBuffer);
     int granted = 0;

@@ -147,10 +147,9 @@ DEVINST SeededUsbTree::addDevice(std::optional<DEVINST> parent, const std::wstri
 }
 
 void SeededUsbTree::unplug(DEVINST device) {
-    for (const Device& each : m_devices) {
+    for (const Device& each : m_devices)
         if (each.data.DevInst == device)
             setPresent(each.interfaceKey, 0);
-    }
 }
 
 unsigned SeededUsbTree::openHandles() {

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "platform/NetworkAdapters.h"
+
+#include "platform/Ipv4Address.h"
+#include "platform/Sysfs.h"
+#include "platform/UdpSocket.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <climits>
+#include <ifaddrs.h>
+#include <linux/ethtool.h>
+#include <linux/sockios.h>
+#include <memory>
+#include <net/if.h>
+#include <sys/ioctl.h>
+
+namespace platform {
+
+namespace {
+
+constexpr std::int64_t bitsPerMegabit = 1'000'000;
+/// Any port selects the route: nothing is sent.
+constexpr std::uint16_t anyPort = 3956;
+constexpr int macDigits = 12;
+/// An unknown speed is -1, which the driver, and sysfs of older kernels, give as an unsigned
+/// number.
+constexpr std::uint32_t unknownSpeed = 0xFFFFFFFF;
+
+/// Mbit/s as the adapter's driver tells them; nothing where the driver tells no speeds.
+std::optional<std::uint64_t> driverSpeed(const std::string& adapter) {
+    // Three masks follow the structure; each has at most SCHAR_MAX words, by the type of its count.
+    std::array<std::uint32_t, sizeof(ethtool_link_settings) / sizeof(std::uint32_t) + 3 * SCHAR_MAX>
+        buffer{};
+    auto* settings = reinterpret_cast<ethtool_link_settings*>(buffer.data());
+    ifreq request{};
+    adapter.copy(request.ifr_name, IF_NAMESIZE - 1);
+    request.ifr_data = reinterpret_cast<char*>(settings);
+    const UdpSocket socket;
+    const auto ask = [&] {
+        settings->cmd = ETHTOOL_GLINKSETTINGS;
+        return ioctl(socket.handle(), SIOCETHTOOL, &request) == 0;
+    };
+    // The first answer is only the size of the masks, as a negative number.
+    if (!ask() || settings->link_mode_masks_nwords >= 0)
+        return std::nullopt;
+    settings->link_mode_masks_nwords = static_cast<__s8>(-settings->link_mode_masks_nwords);
+    if (!ask() || settings->link_mode_masks_nwords <= 0)
+        return std::nullopt;
+    return settings->speed;
+}
+
+/// Names of all adapters in a list of addresses. Each adapter has a packet-level entry (AF_PACKET),
+/// even without an IP address.
+std::vector<std::string> adapterNames(const ifaddrs* list) {
+    std::vector<std::string> names;
+    for (const ifaddrs* entry = list; entry != nullptr; entry = entry->ifa_next) {
+        const int family = entry->ifa_addr == nullptr ? AF_UNSPEC : entry->ifa_addr->sa_family;
+        if (family != AF_INET && family != AF_INET6)
+            names.emplace_back(entry->ifa_name);
+    }
+    return names;
+}
+
+std::filesystem::path folderOf(const std::string& adapter, const std::filesystem::path& sysfs) {
+    return sysfs / "class/net" / adapter;
+}
+
+} // namespace
+
+std::optional<std::vector<NetworkAdapter>> networkAdapters() {
+    ifaddrs* first = nullptr;
+    if (getifaddrs(&first) != 0)
+        return std::nullopt;
+    const std::unique_ptr<ifaddrs, decltype(&freeifaddrs)> list(first, &freeifaddrs);
+    const std::vector<std::string> names = adapterNames(first);
+    std::vector<NetworkAdapter> adapters;
+    for (const ifaddrs* entry = first; entry != nullptr; entry = entry->ifa_next) {
+        if (entry->ifa_addr == nullptr || entry->ifa_addr->sa_family != AF_INET)
+            continue;
+        const bool broadcasts = (entry->ifa_flags & IFF_BROADCAST) != 0;
+        adapters.push_back({adapterOf(entry->ifa_name, names), addressNumber(entry->ifa_addr),
+                            addressNumber(entry->ifa_netmask),
+                            broadcasts ? addressNumber(entry->ifa_broadaddr) : 0,
+                            (entry->ifa_flags & IFF_UP) != 0,
+                            (entry->ifa_flags & IFF_LOOPBACK) != 0});
+    }
+    return adapters;
+}
+
+std::optional<NetworkAdapter> adapterTowards(std::uint32_t address) {
+    const UdpSocket socket;
+    if (!socket.connectTo(address, anyPort))
+        return std::nullopt;
+    const auto adapters = networkAdapters().value_or(std::vector<NetworkAdapter>());
+    const auto found = std::find_if(adapters.begin(), adapters.end(),
+                                    [local = socket.localAddress()](const NetworkAdapter& adapter) {
+                                        return adapter.address == local;
+                                    });
+    return found == adapters.end() ? std::nullopt : std::optional(*found);
+}
+
+std::string adapterOf(const std::string& label, const std::vector<std::string>& adapters) {
+    std::string longest;
+    for (const std::string& adapter : adapters)
+        if (adapter.size() > longest.size() && label.rfind(adapter, 0) == 0)
+            longest = adapter;
+    return longest;
+}
+
+std::int64_t linkSpeed(const std::string& adapter, const std::filesystem::path& sysfs) {
+    const std::uint64_t megabits =
+        driverSpeed(adapter).value_or(sysfsNumber(folderOf(adapter, sysfs) / "speed").value_or(0));
+    return megabits < unknownSpeed ? static_cast<std::int64_t>(megabits) * bitsPerMegabit : 0;
+}
+
+std::int64_t mtu(const std::string& adapter, const std::filesystem::path& sysfs) {
+    return static_cast<std::int64_t>(sysfsNumber(folderOf(adapter, sysfs) / "mtu").value_or(0));
+}
+
+std::uint64_t macAddress(const std::string& adapter, const std::filesystem::path& sysfs) {
+    return macNumber(sysfsAttribute(folderOf(adapter, sysfs) / "address"));
+}
+
+std::uint64_t macNumber(const std::string& text) {
+    std::uint64_t mac = 0;
+    int digits = 0;
+    for (const char digit : text) {
+        if (digit == ':' || digit == '-')
+            continue;
+        if (!std::isxdigit(static_cast<unsigned char>(digit)) || ++digits > macDigits)
+            return 0;
+        const int value = digit <= '9' ? digit - '0' : (digit | 0x20) - 'a' + 10;
+        mac = mac << 4U | static_cast<std::uint64_t>(value);
+    }
+    return mac;
+}
+
+} // namespace platform

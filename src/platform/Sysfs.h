@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+/// Files of Linux's /sys and /proc that hold one value each. All functions are reentrant.
+namespace platform {
+
+/// First line of \p file, without blanks at its end; empty when it cannot be read.
+std::string sysfsAttribute(const std::filesystem::path& file);
+
+/// The decimal number, not negative, that is all of the first line of \p file; nothing for any
+/// other line.
+std::optional<std::uint64_t> sysfsNumber(const std::filesystem::path& file);
+
+} // namespace platform

@@ -1,0 +1,250 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Loss on a real wire, and Auto Set against it. To be run by the script congested-network.
+#include "engine/CameraHandler.h"
+#include "engine/MakeSystemController.h"
+#include "engine/SystemController.h"
+#include "features/FeatureController.h"
+#include "platform/UdpSocket.h"
+#include "session/SdkSession.h"
+#include "tests/support/FakeCameraProcess.h"
+
+#include <gmock/gmock.h>
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <thread>
+
+namespace {
+
+using namespace fakecamera;
+using namespace std::chrono_literals;
+
+constexpr std::uint64_t linkBitsPerSecond = 300'000'000;
+constexpr double margin = 0.1;
+constexpr auto benchmarkTime = 3s;
+
+/// What all cameras of an interface did in a benchmark.
+struct Totals {
+    std::int64_t sent = 0;
+    std::uint64_t complete = 0;
+    std::uint64_t damaged = 0;
+    std::int64_t lost = 0;
+    std::uint64_t fewestComplete = UINT64_MAX;
+};
+
+/// Four cameras behind one link. Each may send 16 MB/s and has 15.7 MB/s to send, the link carries
+/// 37.5 MB/s. The parameter: whether the size of packets is adjusted, or stays at 1400 bytes.
+class CongestedNetwork : public testing::TestWithParam<bool> {
+protected:
+    void SetUp() override {
+        if (!std::filesystem::exists("/run/netns/camera1"))
+            GTEST_SKIP() << "There is no congested network: start this with congested-network.";
+        for (int i = 1; i <= 4; ++i) {
+            const std::string number = std::to_string(i);
+            m_fakes.push_back(std::make_unique<FakeCameraProcess>(
+                "10.77.0.1" + number,
+                std::vector<std::string>{"--serial", "C" + number, "--frame-rate", "15", "--limit",
+                                         "16000000"},
+                "camera" + number));
+        }
+        m_session = std::make_unique<session::SdkSession>(
+            session::CameraSource{QStringLiteral(":genicam")});
+        ASSERT_TRUE(m_session->isStarted()) << m_session->error().toStdString();
+        m_controller = makeSystemController(m_session->system());
+        findCameras();
+        ASSERT_EQ(m_cameras.size(), 4u);
+        m_interface = m_cameras.front()->getCameraInfo().interfaceName;
+    }
+
+    void findCameras() {
+        const std::vector<CameraList> interfaces = m_controller->enumerate();
+        for (std::size_t i = 0; i < interfaces.size(); ++i) {
+            if (interfaces[i].size() > m_cameras.size()) {
+                m_cameras = interfaces[i];
+                m_index = static_cast<int>(i);
+            }
+        }
+    }
+
+    std::int64_t framesSent() const {
+        std::int64_t sum = 0;
+        for (const auto& camera : m_cameras) {
+            sum += std::get<std::int64_t>(
+                camera->getFeatureController()->getFeatureValue("Camera", "TestFramesSent"));
+        }
+        return sum;
+    }
+
+    Totals benchmark(const char* title) {
+        Totals totals;
+        const std::int64_t sentBefore = framesSent();
+        m_controller->startBenchmark(m_index, GetParam());
+        std::this_thread::sleep_for(benchmarkTime);
+        m_controller->stopBenchmark(m_index);
+        totals.sent = framesSent() - sentBefore;
+        for (const auto& camera : m_cameras) {
+            const FrameStatistics one = camera->getFrameStatistics();
+            totals.complete += one.completeFrames;
+            totals.damaged += one.receivedFrames - one.completeFrames;
+            totals.lost += one.lostFrames;
+            totals.fewestComplete = std::min(totals.fewestComplete, one.completeFrames);
+        }
+        std::printf(
+            "%s: sent %lld, complete %llu, damaged %llu, lost %lld\n", title,
+            static_cast<long long>(totals.sent), static_cast<unsigned long long>(totals.complete),
+            static_cast<unsigned long long>(totals.damaged), static_cast<long long>(totals.lost));
+        return totals;
+    }
+
+    /// Packets that the switch had to forget, since it was made.
+    static long long packetsDropped() {
+        const std::unique_ptr<FILE, decltype(&pclose)> output(
+            popen("nsenter --net=/run/netns/switch tc -s qdisc show dev port0", "r"), pclose);
+        char line[256] = {};
+        long long dropped = -1;
+        while (fgets(line, sizeof line, output.get()) != nullptr &&
+               std::sscanf(line, " Sent %*d bytes %*d pkt (dropped %lld", &dropped) != 1) {
+        }
+        return dropped;
+    }
+
+    /// That there are in this network; negative where none may be made.
+    static int packetSockets() {
+        const int probe = socket(PF_PACKET, SOCK_RAW, 0);
+        if (probe < 0)
+            return -1;
+        close(probe);
+        std::ifstream list("/proc/net/packet");
+        const auto lines = std::count(std::istreambuf_iterator<char>(list), {}, '\n');
+        return static_cast<int>(lines) - 1;
+    }
+
+    /// A host that may not have as large a receive buffer as it takes, or whose program a sanitizer
+    /// slows down, misses some of what the network has brought while it computes something else.
+    static bool mayMissPackets() {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+        return true;
+#else
+        const platform::UdpSocket probe;
+        const int size = 32 << 20;
+        return setsockopt(probe.handle(), SOL_SOCKET, SO_RCVBUFFORCE, &size, sizeof size) != 0;
+#endif
+    }
+
+    static std::string driver(const CameraHandler& camera) {
+        return std::get<std::string>(
+            camera.getFeatureController()->getFeatureValue("Stream0", "GVSPDriver"));
+    }
+
+    template <typename Condition> static void waitFor(const Condition& holds) {
+        const auto deadline = std::chrono::steady_clock::now() + 10s;
+        while (!holds()) {
+            ASSERT_LT(std::chrono::steady_clock::now(), deadline);
+            std::this_thread::sleep_for(10ms);
+        }
+    }
+
+    static void waitForFrames(const CameraHandler& camera, std::uint64_t count) {
+        waitFor([&] { return camera.getFrameStatistics().receivedFrames >= count; });
+    }
+
+    double bandwidth() const {
+        double sum = 0;
+        for (const auto& camera : m_cameras)
+            sum += static_cast<double>(camera->getBandwidth());
+        return sum;
+    }
+
+    std::vector<std::unique_ptr<FakeCameraProcess>> m_fakes;
+    std::unique_ptr<session::SdkSession> m_session;
+    std::shared_ptr<SystemController> m_controller;
+    CameraList m_cameras;
+    int m_index = -1;
+    std::string m_interface;
+};
+
+TEST_P(CongestedNetwork, losesFramesUntilAutoSetHasSharedOutItsBandwidth) {
+    EXPECT_GT(bandwidth() * 8, linkBitsPerSecond);
+    const Totals before = benchmark("before Auto Set");
+    // More than the frames that are on their way at the stop. Where packets that are sent again
+    // come in time, frames are late instead of damaged or lost.
+    EXPECT_LT(before.complete + m_cameras.size(), static_cast<std::uint64_t>(before.sent));
+    const long long dropped = packetsDropped();
+    EXPECT_GT(dropped, 0);
+
+    m_controller->setMaxBandwidth(m_interface, linkBitsPerSecond);
+    m_controller->autoSetInterface(m_interface, m_index, GetParam(), margin, margin);
+    const double usable = static_cast<double>(linkBitsPerSecond) / 8 * (1 - margin);
+    EXPECT_LE(bandwidth(), usable);
+    EXPECT_GT(bandwidth(), usable * 0.95);
+
+    Totals after = benchmark("after Auto Set");
+    for (int i = 0; i < 2 && mayMissPackets() && (after.damaged > 0 || after.lost > 0); ++i)
+        after = benchmark("again");
+    EXPECT_EQ(packetsDropped(), dropped);
+    EXPECT_EQ(after.damaged, 0u);
+    EXPECT_EQ(after.lost, 0);
+    // The frame that is on its way when a camera is stopped counts for neither.
+    EXPECT_GE(after.complete + m_cameras.size(), static_cast<std::uint64_t>(after.sent));
+    EXPECT_GE(after.fewestComplete, 15u);
+}
+
+TEST_P(CongestedNetwork, startsACameraWithItsFirstFrameWhileAnotherStreams) {
+    const auto& first = m_cameras[0];
+    const auto& second = m_cameras[1];
+    first->startAcquisition();
+    waitForFrames(*first, 30);
+    second->startAcquisition();
+    waitForFrames(*second, 3);
+    first->stopAcquisition();
+    second->stopAcquisition();
+    const std::int64_t sent = std::get<std::int64_t>(
+        second->getFeatureController()->getFeatureValue("Camera", "TestFramesSent"));
+    // Not the thirty frames that the other was ahead; one may be on its way.
+    EXPECT_LT(sent - static_cast<std::int64_t>(second->getFrameStatistics().receivedFrames), 10);
+    EXPECT_EQ(second->getFrameStatistics().lostFrames, 0);
+}
+
+TEST_P(CongestedNetwork, camerasShareAnAdapterWithAPacketSocketEach) {
+    if (packetSockets() < 0)
+        GTEST_SKIP() << "This user may not have packet sockets.";
+    const auto& first = m_cameras[0];
+    const auto& second = m_cameras[1];
+    for (const auto& camera : m_cameras)
+        camera->adjustPacketSize(GetParam());
+    first->startAcquisition();
+    EXPECT_EQ(packetSockets(), 4) << "all, before the others make it impossible";
+    waitForFrames(*first, 3);
+    // Points the camera at another port, and finds the same size.
+    second->getFeatureController()->runCommand("Stream0", "GVSPAdjustPacketSize", 5000);
+    second->startAcquisition();
+    waitForFrames(*second, 3);
+    if (GetParam()) {
+        EXPECT_EQ(driver(*second), "Filter");
+        EXPECT_EQ(packetSockets(), 4);
+    }
+    // What was prepared is used up or does not do any more, so another one may not be had.
+    for (int i = 0; i < 3; ++i) {
+        second->stopAcquisition();
+        second->startAcquisition();
+        waitForFrames(*second, 2);
+        EXPECT_EQ(packetSockets(), driver(*second) == "Filter" ? 4 : 3);
+        EXPECT_EQ(second->getFrameStatistics().lostFrames, 0);
+    }
+    second->stopAcquisition();
+    EXPECT_EQ(driver(*second), "Filter") << "what it would be if it started now";
+    first->stopAcquisition();
+    waitFor([] { return packetSockets() == 0; });
+}
+
+INSTANTIATE_TEST_SUITE_P(PacketSize, CongestedNetwork, testing::Values(false, true),
+                         [](const auto& test) { return test.param ? "Adjusted" : "Standard"; });
+
+} // namespace

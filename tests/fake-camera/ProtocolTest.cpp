@@ -1,0 +1,327 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "fake-camera/Protocol.h"
+#include "fake-camera/CameraRegisters.h"
+#include "platform/Ipv4Address.h"
+#include "platform/UdpSocket.h"
+#include "tests/support/FakeCameraProcess.h"
+
+#include <gmock/gmock.h>
+
+#include <poll.h>
+#include <sys/socket.h>
+
+#include <cstring>
+#include <vector>
+
+namespace {
+
+using namespace fakecamera;
+using namespace protocol;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+using Bytes = std::vector<std::uint8_t>;
+
+const std::string address = "127.0.0.2";
+
+/// Numbers of four bytes, as they go over the wire.
+Bytes words(const std::vector<std::uint32_t>& values) {
+    Bytes bytes(4 * values.size());
+    for (std::size_t i = 0; i < values.size(); ++i)
+        put32(&bytes[4 * i], values[i]);
+    return bytes;
+}
+
+Bytes request(std::uint16_t command, const Bytes& data, std::uint8_t flags = flagAcknowledge) {
+    Bytes packet{commandKey, flags, 0, 0, 0, 0, 0, 7};
+    put16(&packet[2], command);
+    put16(&packet[4], static_cast<std::uint16_t>(data.size()));
+    packet.insert(packet.end(), data.begin(), data.end());
+    return packet;
+}
+
+/// A host that sees every byte.
+class RawHost {
+public:
+    RawHost() { EXPECT_TRUE(m_socket.bindTo(INADDR_LOOPBACK, 0)); }
+
+    void send(const Bytes& packet) {
+        sendto(m_socket.handle(), packet.data(), packet.size(), 0,
+               reinterpret_cast<const sockaddr*>(&m_camera), sizeof m_camera);
+    }
+
+    /// The next packet; empty when none comes.
+    Bytes receive(int milliseconds = 5000) {
+        pollfd readable{m_socket.handle(), POLLIN, 0};
+        Bytes packet(9000);
+        const bool isThere = poll(&readable, 1, milliseconds) == 1;
+        const ssize_t size = isThere ? recv(m_socket.handle(), packet.data(), packet.size(), 0) : 0;
+        packet.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+        return packet;
+    }
+
+    Bytes ask(const Bytes& packet) {
+        send(packet);
+        return receive();
+    }
+
+    /// Reads over all answers until that to a request of its own; empty when that does not come.
+    Bytes skipAnswers() {
+        Bytes own = request(Discovery, {});
+        put16(&own[6], 8);
+        send(own);
+        Bytes answer = receive();
+        while (!answer.empty() && get16(&answer[6]) != 8)
+            answer = receive();
+        return answer;
+    }
+
+    std::uint16_t write(std::vector<std::uint32_t> addressesAndValues) {
+        return get16(ask(request(WriteRegister, words(addressesAndValues))).data());
+    }
+
+    /// Has frames of 64 x 16 bytes in packets of 576 sent to this socket.
+    void takeFrames() {
+        EXPECT_EQ(
+            write({ControlPrivilege, controlAccess, Width, 64, Height, 16, StreamPacketSize, 576,
+                   StreamAddress, m_socket.localAddress(), StreamPort, m_socket.localPort()}),
+            Success);
+    }
+
+    void start() { send(request(WriteRegister, words({Acquisition, 1}), 0)); }
+
+    std::vector<Bytes> receivePackets(int count) {
+        std::vector<Bytes> packets;
+        for (int i = 0; i < count; ++i)
+            packets.push_back(receive());
+        return packets;
+    }
+
+private:
+    const sockaddr_in m_camera = platform::socketAddress(INADDR_LOOPBACK + 1, controlPort);
+    platform::UdpSocket m_socket;
+};
+
+TEST(ControlProtocol, refusesWhatItCannotDo) {
+    struct {
+        const char* what;
+        std::uint16_t command;
+        Bytes data;
+        Status status;
+    } const cases[] = {
+        {"a command that is none", 0x1234, {}, NotImplemented},
+        {"a new address", 0x0004, Bytes(56), NotImplemented},
+        {"reading nothing", ReadRegister, {}, InvalidParameter},
+        {"reading half a register", ReadRegister, {0, 0, 1}, InvalidParameter},
+        {"reading between registers", ReadRegister, words({Width, Width + 1}), BadAlignment},
+        {"reading behind the end", ReadRegister, words({0xfffffffc}), InvalidAddress},
+        {"writing nothing", WriteRegister, {}, InvalidParameter},
+        {"writing half", WriteRegister, words({Width}), InvalidParameter},
+        {"writing between registers", WriteRegister, words({Width + 2, 64}), BadAlignment},
+        {"writing behind registers", WriteRegister, words({0x10000, 1}), InvalidAddress},
+        {"writing what is read only", WriteRegister, words({MacLow, 1}), WriteProtected},
+        {"no width", WriteRegister, words({Width, 0}), InvalidParameter},
+        {"too large a height", WriteRegister, words({Height, 0xffffffff}), InvalidParameter},
+        {"no pixels", WriteRegister, words({PixelFormat, 0}), InvalidParameter},
+        {"packets of headers only", WriteRegister, words({StreamPacketSize, 36}), InvalidParameter},
+        {"memory, but not how much", ReadMemory, words({0}), InvalidParameter},
+        {"no memory", ReadMemory, words({0, 0}), InvalidParameter},
+        {"too much memory", ReadMemory, words({0, 540}), InvalidParameter},
+        {"half words of memory", ReadMemory, words({0, 6}), BadAlignment},
+        {"memory behind the end", ReadMemory, words({0xffffff00, 536}), InvalidAddress},
+        {"writing no memory", WriteMemory, words({UserId}), InvalidParameter},
+        {"writing half words", WriteMemory, Bytes(6), InvalidParameter},
+        {"writing over the end", WriteMemory, words({UserId + 12, 0, 0}), WriteProtected},
+        {"more than a packet may hold", ReadRegister, Bytes(544), InvalidHeader},
+    };
+    const FakeCameraProcess camera(address);
+    RawHost host;
+    ASSERT_EQ(host.write({ControlPrivilege, controlAccess}), Success);
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.what);
+        const Bytes answer = host.ask(request(each.command, each.data));
+        ASSERT_GE(answer.size(), controlHeaderSize);
+        EXPECT_EQ(get16(&answer[0]), each.status);
+        EXPECT_EQ(get16(&answer[2]), each.command + 1);
+        EXPECT_EQ(get16(&answer[4]), answer.size() - controlHeaderSize);
+        EXPECT_EQ(get16(&answer[6]), 7);
+    }
+    const auto several = host.ask(request(WriteRegister, words({HeartbeatMilliseconds, 700, Version,
+                                                                1, HeartbeatMilliseconds, 800})));
+    EXPECT_THAT(several, ElementsAre(0x80, 0x04, 0, 0x83, 0, 4, 0, 7, 0, 0, 0, 1))
+        << "the second is the one that failed";
+    EXPECT_THAT(host.ask(request(ReadRegister, words({HeartbeatMilliseconds, Width}))),
+                ElementsAre(0, 0, 0, 0x81, 0, 8, 0, 7, 0, 0, 0x02, 0xbc, 0, 0, 4, 0));
+}
+
+TEST(ControlProtocol, survivesEveryCutAndEveryWrongLength) {
+    const FakeCameraProcess camera(address);
+    RawHost host;
+    ASSERT_EQ(host.write({ControlPrivilege, controlAccess}), Success);
+    const Bytes whole[] = {
+        request(Discovery, {}),
+        request(ReadRegister, words({Width, Height})),
+        request(WriteRegister, words({HeartbeatMilliseconds, 3000, OffsetX, 0})),
+        request(ReadMemory, words({0x10000, 64})),
+        request(WriteMemory, words({UserId, 0x41424344, 0})),
+        request(PacketResend, words({1, 1, 2}), 0),
+        request(PacketResend, words({0, 0, 0xffffffff, 0, 1}), flagExtendedIds),
+    };
+    for (const Bytes& packet : whole) {
+        for (std::size_t size = 0; size <= packet.size(); ++size)
+            host.send(Bytes(packet.begin(), packet.begin() + static_cast<std::ptrdiff_t>(size)));
+        for (const int length : {0, 1, 3, 4, 540, 541, 0x7fff, 0xffff}) {
+            Bytes wrong = packet;
+            put16(&wrong[4], static_cast<std::uint16_t>(length));
+            host.send(wrong);
+            wrong.resize(controlHeaderSize + static_cast<std::size_t>(std::min(length, 3000)));
+            host.send(wrong);
+        }
+        ASSERT_THAT(host.skipAnswers(), SizeIs(256u));
+    }
+    // What is no request, or asks for no answer, gets none: the next answer is that to the last.
+    host.send({});
+    host.send({commandKey, flagAcknowledge, 0, 2});
+    host.send({0x43, flagAcknowledge, 0, 2, 0, 0, 0, 8});
+    host.send(request(ReadRegister, words({Width}), 0));
+    host.send(request(PacketResend, words({1, 1, 1})));
+    const Bytes answer = host.ask(request(Discovery, {}));
+    ASSERT_THAT(answer, SizeIs(256u));
+    EXPECT_THAT(Bytes(&answer[0], &answer[12]), ElementsAre(0, 0, 0, 3, 0, 248, 0, 7, 0, 1, 0, 2));
+}
+
+TEST(ControlProtocol, letsNobodyElseReadUnderExclusiveAccess) {
+    const FakeCameraProcess camera(address);
+    RawHost owner;
+    RawHost other;
+    EXPECT_EQ(owner.write({ControlPrivilege, exclusiveAccess}), Success);
+    EXPECT_EQ(get16(other.ask(request(ReadRegister, words({Width}))).data()), AccessDenied);
+    EXPECT_EQ(get16(other.ask(request(ReadRegister, words({ControlPrivilege}))).data()), Success);
+    EXPECT_EQ(other.write({ControlPrivilege, controlAccess}), AccessDenied);
+    EXPECT_EQ(owner.write({ControlPrivilege, 0}), Success);
+    EXPECT_EQ(other.write({ControlPrivilege, controlAccess}), Success);
+    EXPECT_EQ(owner.write({Width, 64}), AccessDenied);
+}
+
+/// How a stream's packets begin, with and without extended frame numbers.
+struct Ids {
+    const char* extended;
+    std::size_t headerSize;
+    /// Of a packet of frame 1.
+    Bytes (*header)(Status status, StreamPacket type, std::uint8_t packet);
+    Bytes (*resend)(std::uint8_t frame, std::uint32_t first, std::uint32_t last);
+    Status resent;
+};
+
+Bytes plainHeader(Status status, StreamPacket type, std::uint8_t packet) {
+    return {static_cast<std::uint8_t>(status >> 8),
+            static_cast<std::uint8_t>(status),
+            0,
+            1,
+            static_cast<std::uint8_t>(type),
+            0,
+            0,
+            packet};
+}
+
+Bytes extendedHeader(Status status, StreamPacket type, std::uint8_t packet) {
+    Bytes bytes = plainHeader(status, type, 0);
+    bytes[3] = 0;
+    bytes[4] |= 0x80;
+    bytes.insert(bytes.end(), {0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, packet});
+    return bytes;
+}
+
+Bytes plainResend(std::uint8_t frame, std::uint32_t first, std::uint32_t last) {
+    return request(PacketResend, words({frame, first, last}), 0);
+}
+
+Bytes extendedResend(std::uint8_t frame, std::uint32_t first, std::uint32_t last) {
+    return request(PacketResend, words({0, first, last, 0, frame}), flagExtendedIds);
+}
+
+class FramePackets : public testing::TestWithParam<Ids> {
+protected:
+    /// A packet's header, and behind it what it begins with.
+    static Bytes packet(StreamPacket type, std::uint8_t number, const Bytes& begin) {
+        Bytes bytes = GetParam().header(Success, type, number);
+        bytes.insert(bytes.end(), begin.begin(), begin.end());
+        return bytes;
+    }
+
+    static void expectBegin(const Bytes& bytes, const Bytes& expected) {
+        ASSERT_GE(bytes.size(), expected.size());
+        EXPECT_EQ(
+            Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(expected.size())),
+            expected);
+    }
+};
+
+TEST_P(FramePackets, areAsTheyShouldBeAndComeAgainWhenAskedFor) {
+    const std::size_t header = GetParam().headerSize;
+    const FakeCameraProcess camera(address, {"--extended-ids", GetParam().extended});
+    RawHost host;
+    host.takeFrames();
+    EXPECT_EQ(host.write({AcquisitionMode, 2}), Success);
+    host.start();
+    const std::vector<Bytes> packets = host.receivePackets(4);
+    expectBegin(packets[0], packet(StreamPacket::Leader, 0, {0, 0, 0, 1}));
+    EXPECT_EQ(
+        Bytes(packets[0].begin() + static_cast<std::ptrdiff_t>(header + 12), packets[0].end()),
+        words({pixelFormatMono8, 64, 16, 0, 0, 0}));
+    expectBegin(packets[1], packet(StreamPacket::Data, 1, {1, 2, 3}));
+    EXPECT_THAT(packets[1], SizeIs(576 - ipAndUdpSize));
+    expectBegin(packets[2], packet(StreamPacket::Data, 2, {}));
+    EXPECT_EQ(packets[1].size() + packets[2].size(), 2 * header + 64 * 16);
+    EXPECT_EQ(packets[3], packet(StreamPacket::Trailer, 3, {0, 0, 0, 1, 0, 0, 0, 16}));
+    EXPECT_THAT(host.receive(100), IsEmpty()) << "there was to be a single frame";
+
+    // From a packet on until the frame's end.
+    host.send(GetParam().resend(1, 1, 0xffffff));
+    for (std::size_t i = 1; i < 4; ++i) {
+        Bytes expected = packets[i];
+        put16(expected.data(), GetParam().resent);
+        EXPECT_EQ(host.receive(), expected);
+    }
+    host.send(GetParam().resend(1, 9, 10));
+    EXPECT_EQ(host.receive(), GetParam().header(PacketUnavailable, StreamPacket::Data, 9));
+    host.send(GetParam().resend(2, 0, 0xffffff));
+    const Bytes gone = host.receive();
+    EXPECT_THAT(gone, SizeIs(header));
+    expectBegin(gone, {0x80, 0x0c});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , FramePackets,
+    testing::Values(Ids{"0", streamHeaderSize, plainHeader, plainResend, Success},
+                    Ids{"1", extendedStreamHeaderSize, extendedHeader, extendedResend, Resent}),
+    [](const auto& test) { return *test.param.extended == '1' ? "Extended" : "Plain"; });
+
+TEST(StreamProtocol, sendsAFrameAgainThatWasBeforeTheEndOfSixteenBits) {
+    const FakeCameraProcess camera(address, {"--first-frame-id", "65535", "--frame-rate", "5"});
+    RawHost host;
+    host.takeFrames();
+    host.start();
+    const std::vector<Bytes> packets = host.receivePackets(8);
+    EXPECT_EQ(get16(&packets[7][2]), 1);
+    host.send(request(PacketResend, words({65535, 0, 0}), 0));
+    EXPECT_EQ(host.receive(), packets[0]) << "the leader, with its own time";
+}
+
+TEST(StreamProtocol, beginsAnewAfterAStop) {
+    const FakeCameraProcess camera(address, {"--frame-rate", "100"});
+    RawHost host;
+    host.takeFrames();
+    host.start();
+    EXPECT_THAT(host.receivePackets(12), SizeIs(12));
+    host.send(request(WriteRegister, words({Acquisition, 0, Width, 128, Acquisition, 1}), 0));
+    // What starts at once is another acquisition: its frames are numbered anew.
+    Bytes leader = host.receive();
+    for (int i = 0; i < 2000 && (leader.size() != 44 || get32(&leader[24]) != 128); ++i)
+        leader = host.receive();
+    EXPECT_EQ(get32(&leader[24]), 128u);
+    EXPECT_EQ(get16(&leader[2]), 1);
+}
+
+} // namespace

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <stdlib.h>
+#include <string>
+
+/// A temporary folder with files as Linux has them below /sys, removed with the object.
+class FileTree {
+public:
+    FileTree() {
+        std::string name = (std::filesystem::temp_directory_path() / "files-XXXXXX").string();
+        if (mkdtemp(name.data()) == nullptr)
+            throw std::runtime_error("no temporary folder");
+        m_root = std::filesystem::canonical(name);
+    }
+    ~FileTree() { std::filesystem::remove_all(m_root); }
+    FileTree(const FileTree&) = delete;
+    FileTree& operator=(const FileTree&) = delete;
+
+    const std::filesystem::path& root() const { return m_root; }
+
+    /// Writes a file and makes the folders around it. \p file is relative to the root.
+    void write(const std::filesystem::path& file, const std::string& text) const {
+        std::filesystem::create_directories((m_root / file).parent_path());
+        std::ofstream(m_root / file) << text;
+    }
+
+    /// Makes a symbolic link to a folder. Both are relative to the root.
+    void link(const std::filesystem::path& link, const std::filesystem::path& folder) const {
+        std::filesystem::create_directories((m_root / link).parent_path());
+        std::filesystem::create_directory_symlink(m_root / folder, m_root / link);
+    }
+
+private:
+    std::filesystem::path m_root;
+};

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/support/OwnNetwork.h"
+
+#include <gmock/gmock.h>
+
+int main(int count, char** arguments) {
+    if (!fakecamera::enterOwnNetwork())
+        fakecamera::waitForHostNetwork();
+    testing::InitGoogleMock(&count, arguments);
+    return RUN_ALL_TESTS();
+}
