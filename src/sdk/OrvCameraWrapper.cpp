@@ -5,7 +5,7 @@
 #include "sdk/OrvLocalDeviceWrapper.h"
 #include "sdk/OrvStreamWrapper.h"
 #include "sdk/OrvTransportLayerWrapper.h"
-#include "sdk/TwiceAsked.h"
+#include "sdk/SdkQuery.h"
 
 #include <limits>
 
@@ -25,7 +25,7 @@ OrvErrorType fill(OrvCPP::Camera* camera, const std::shared_ptr<Wrapper>& wrappe
 template <class Wrapper, class Get>
 std::pair<std::shared_ptr<Wrapper>, OrvErrorType> make(OrvCPP::Camera* camera, Get get) {
     std::shared_ptr<Wrapper> wrapper;
-    const OrvErrorType error = TwiceAsked::guarded([&] {
+    const OrvErrorType error = SdkQuery::guarded([&] {
         wrapper = std::make_shared<Wrapper>();
         return fill(camera, wrapper, get);
     });
@@ -35,8 +35,9 @@ std::pair<std::shared_ptr<Wrapper>, OrvErrorType> make(OrvCPP::Camera* camera, G
 }
 
 OrvErrorType id(OrvCPP::Camera* camera, std::string& text, bool extended) {
-    return TwiceAsked::text(
-        camera, text, [extended](const OrvCPP::Camera& asked, char* buffer, std::uint32_t& length) {
+    return SdkQuery::text(
+        camera, text,
+        [extended](const OrvCPP::Camera& asked, char* buffer, std::uint32_t& length) {
             return asked.GetID(buffer, length, extended);
         });
 }
@@ -73,15 +74,15 @@ OrvErrorType OrvCameraWrapper::GetExtendedID(std::string& text) const {
 }
 
 OrvErrorType OrvCameraWrapper::GetName(std::string& name) const {
-    return TwiceAsked::text(m_camera.get(), name, &OrvCPP::Camera::GetName);
+    return SdkQuery::text(m_camera.get(), name, &OrvCPP::Camera::GetName);
 }
 
 OrvErrorType OrvCameraWrapper::GetModel(std::string& model) const {
-    return TwiceAsked::text(m_camera.get(), model, &OrvCPP::Camera::GetModel);
+    return SdkQuery::text(m_camera.get(), model, &OrvCPP::Camera::GetModel);
 }
 
 OrvErrorType OrvCameraWrapper::GetSerialNumber(std::string& serialNumber) const {
-    return TwiceAsked::text(m_camera.get(), serialNumber, &OrvCPP::Camera::GetSerialNumber);
+    return SdkQuery::text(m_camera.get(), serialNumber, &OrvCPP::Camera::GetSerialNumber);
 }
 
 OrvErrorType OrvCameraWrapper::GetInterfaceID(std::string& text) const {
@@ -123,8 +124,7 @@ OrvCameraWrapper::GetTransportLayer(std::shared_ptr<OrvTransportLayerWrapper>& f
 
 OrvErrorType
 OrvCameraWrapper::GetStreams(std::vector<std::shared_ptr<OrvStreamWrapper>>& streams) const {
-    return TwiceAsked::wrappers<OrvCPP::Stream>(m_camera.get(), streams,
-                                                &OrvCPP::Camera::GetStreams);
+    return SdkQuery::wrappers<OrvCPP::Stream>(m_camera.get(), streams, &OrvCPP::Camera::GetStreams);
 }
 
 OrvErrorType OrvCameraWrapper::GetPermittedAccess(OrvAccessModeType& modes) const {

@@ -2,7 +2,7 @@
 #include "sdk/OrvFeatureContainerWrapper.h"
 
 #include "sdk/OrvFeatureWrapper.h"
-#include "sdk/TwiceAsked.h"
+#include "sdk/SdkQuery.h"
 
 OrvFeatureContainerWrapper::~OrvFeatureContainerWrapper() = default;
 
@@ -19,6 +19,6 @@ OrvFeatureContainerWrapper::GetFeatureByName(const char* name,
 
 OrvErrorType OrvFeatureContainerWrapper::GetFeatures(
     std::vector<std::shared_ptr<OrvFeatureWrapper>>& features) const {
-    return TwiceAsked::wrappers<OrvCPP::Feature>(GetFeatureContainer().get(), features,
-                                                 &OrvCPP::FeatureContainer::GetFeatures);
+    return SdkQuery::wrappers<OrvCPP::Feature>(GetFeatureContainer().get(), features,
+                                               &OrvCPP::FeatureContainer::GetFeatures);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "sdk/OrvFeatureWrapper.h"
 
-#include "sdk/TwiceAsked.h"
+#include "sdk/SdkQuery.h"
 
 OrvFeatureWrapper::OrvFeatureWrapper(std::shared_ptr<OrvCPP::Feature> feature)
     : m_feature(std::move(feature)) {}
@@ -21,7 +21,7 @@ OrvErrorType OrvFeatureWrapper::GetValue(std::vector<std::uint8_t>& value,
                                          std::uint32_t& sizeFilled) const {
     sizeFilled = 0;
     std::uint32_t filled = 0;
-    const OrvErrorType error = TwiceAsked::elements(
+    const OrvErrorType error = SdkQuery::elements(
         m_feature.get(), value,
         [&filled](const OrvCPP::Feature& feature, std::uint8_t* buffer, std::uint32_t& size) {
             return feature.GetValue(buffer, size, filled);
@@ -37,9 +37,11 @@ OrvErrorType OrvFeatureWrapper::GetValue(bool& value) const {
 }
 
 OrvErrorType OrvFeatureWrapper::GetValue(std::string& value) const {
-    return TwiceAsked::text(m_feature.get(), value,
-                            [](const OrvCPP::Feature& feature, char* buffer,
-                               std::uint32_t& length) { return feature.GetValue(buffer, length); });
+    return SdkQuery::text(
+        m_feature.get(), value,
+        [](const OrvCPP::Feature& feature, char* buffer, std::uint32_t& length) {
+            return feature.GetValue(buffer, length);
+        });
 }
 
 OrvErrorType OrvFeatureWrapper::GetValue(double& value) const {
@@ -54,10 +56,10 @@ OrvErrorType OrvFeatureWrapper::GetValues(std::vector<std::string>& values) cons
     values.clear();
     std::vector<const char*> texts;
     const OrvErrorType error =
-        TwiceAsked::elements(m_feature.get(), texts,
-                             [](const OrvCPP::Feature& feature, const char** found,
-                                std::uint32_t& count) { return feature.GetValues(found, count); });
-    return TwiceAsked::guarded([&] {
+        SdkQuery::elements(m_feature.get(), texts,
+                           [](const OrvCPP::Feature& feature, const char** found,
+                              std::uint32_t& count) { return feature.GetValues(found, count); });
+    return SdkQuery::guarded([&] {
         std::vector<std::string> copies;
         copies.reserve(texts.size());
         for (const char* text : texts)
@@ -68,7 +70,7 @@ OrvErrorType OrvFeatureWrapper::GetValues(std::vector<std::string>& values) cons
 }
 
 OrvErrorType OrvFeatureWrapper::GetValues(std::vector<std::int64_t>& values) const {
-    return TwiceAsked::elements(
+    return SdkQuery::elements(
         m_feature.get(), values,
         [](const OrvCPP::Feature& feature, std::int64_t* found, std::uint32_t& count) {
             return feature.GetValues(found, count);
@@ -80,7 +82,7 @@ OrvErrorType OrvFeatureWrapper::GetEntry(OrvCPP::EnumEntry& entry, const char* n
 }
 
 OrvErrorType OrvFeatureWrapper::GetEntries(std::vector<OrvCPP::EnumEntry>& entries) const {
-    return TwiceAsked::elements(m_feature.get(), entries, &OrvCPP::Feature::GetEntries);
+    return SdkQuery::elements(m_feature.get(), entries, &OrvCPP::Feature::GetEntries);
 }
 
 OrvErrorType OrvFeatureWrapper::GetRange(std::int64_t& minimum, std::int64_t& maximum) const {
@@ -144,11 +146,11 @@ OrvErrorType OrvFeatureWrapper::IsCommandDone(bool& done) const {
 }
 
 OrvErrorType OrvFeatureWrapper::GetName(std::string& name) const {
-    return TwiceAsked::text(m_feature.get(), name, &OrvCPP::Feature::GetName);
+    return SdkQuery::text(m_feature.get(), name, &OrvCPP::Feature::GetName);
 }
 
 OrvErrorType OrvFeatureWrapper::GetDisplayName(std::string& name) const {
-    return TwiceAsked::text(m_feature.get(), name, &OrvCPP::Feature::GetDisplayName);
+    return SdkQuery::text(m_feature.get(), name, &OrvCPP::Feature::GetDisplayName);
 }
 
 OrvErrorType OrvFeatureWrapper::GetDataType(OrvFeatureDataType& type) const {
@@ -160,15 +162,15 @@ OrvErrorType OrvFeatureWrapper::GetFlags(OrvFeatureFlagsType& flags) const {
 }
 
 OrvErrorType OrvFeatureWrapper::GetCategory(std::string& category) const {
-    return TwiceAsked::text(m_feature.get(), category, &OrvCPP::Feature::GetCategory);
+    return SdkQuery::text(m_feature.get(), category, &OrvCPP::Feature::GetCategory);
 }
 
 OrvErrorType OrvFeatureWrapper::GetUnit(std::string& unit) const {
-    return TwiceAsked::text(m_feature.get(), unit, &OrvCPP::Feature::GetUnit);
+    return SdkQuery::text(m_feature.get(), unit, &OrvCPP::Feature::GetUnit);
 }
 
 OrvErrorType OrvFeatureWrapper::GetRepresentation(std::string& representation) const {
-    return TwiceAsked::text(m_feature.get(), representation, &OrvCPP::Feature::GetRepresentation);
+    return SdkQuery::text(m_feature.get(), representation, &OrvCPP::Feature::GetRepresentation);
 }
 
 OrvErrorType OrvFeatureWrapper::GetVisibility(OrvFeatureVisibilityType& visibility) const {
@@ -176,21 +178,21 @@ OrvErrorType OrvFeatureWrapper::GetVisibility(OrvFeatureVisibilityType& visibili
 }
 
 OrvErrorType OrvFeatureWrapper::GetToolTip(std::string& toolTip) const {
-    return TwiceAsked::text(m_feature.get(), toolTip, &OrvCPP::Feature::GetToolTip);
+    return SdkQuery::text(m_feature.get(), toolTip, &OrvCPP::Feature::GetToolTip);
 }
 
 OrvErrorType OrvFeatureWrapper::GetDescription(std::string& description) const {
-    return TwiceAsked::text(m_feature.get(), description, &OrvCPP::Feature::GetDescription);
+    return SdkQuery::text(m_feature.get(), description, &OrvCPP::Feature::GetDescription);
 }
 
 OrvErrorType OrvFeatureWrapper::GetSelectedFeatures(
     std::vector<std::shared_ptr<OrvFeatureWrapper>>& features) const {
-    return TwiceAsked::wrappers<OrvCPP::Feature>(m_feature.get(), features,
-                                                 &OrvCPP::Feature::GetSelectedFeatures);
+    return SdkQuery::wrappers<OrvCPP::Feature>(m_feature.get(), features,
+                                               &OrvCPP::Feature::GetSelectedFeatures);
 }
 
 OrvErrorType OrvFeatureWrapper::GetValidValueSet(std::vector<std::int64_t>& values) const {
-    return TwiceAsked::elements(m_feature.get(), values, &OrvCPP::Feature::GetValidValueSet);
+    return SdkQuery::elements(m_feature.get(), values, &OrvCPP::Feature::GetValidValueSet);
 }
 
 OrvErrorType OrvFeatureWrapper::IsReadable(bool& readable) const {

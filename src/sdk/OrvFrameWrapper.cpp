@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "sdk/OrvFrameWrapper.h"
 
-#include "sdk/TwiceAsked.h"
+#include "sdk/SdkQuery.h"
 
 OrvFrameWrapper::OrvFrameWrapper(std::shared_ptr<OrvCPP::Frame> frame)
     : m_frame(std::move(frame)) {}

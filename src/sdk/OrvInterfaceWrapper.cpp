@@ -2,7 +2,7 @@
 #include "sdk/OrvInterfaceWrapper.h"
 
 #include "sdk/OrvCameraWrapper.h"
-#include "sdk/TwiceAsked.h"
+#include "sdk/SdkQuery.h"
 
 OrvInterfaceWrapper::OrvInterfaceWrapper(std::shared_ptr<OrvCPP::Interface> handle)
     : m_interface(std::move(handle)) {}
@@ -18,7 +18,7 @@ std::shared_ptr<OrvCPP::Interface>& OrvInterfaceWrapper::GetHandle() {
 }
 
 OrvErrorType OrvInterfaceWrapper::GetID(std::string& id) const {
-    return TwiceAsked::text(m_interface.get(), id, &OrvCPP::Interface::GetID);
+    return SdkQuery::text(m_interface.get(), id, &OrvCPP::Interface::GetID);
 }
 
 OrvErrorType OrvInterfaceWrapper::GetType(OrvTransportLayerType& type) const {
@@ -26,7 +26,7 @@ OrvErrorType OrvInterfaceWrapper::GetType(OrvTransportLayerType& type) const {
 }
 
 OrvErrorType OrvInterfaceWrapper::GetName(std::string& name) const {
-    return TwiceAsked::text(m_interface.get(), name, &OrvCPP::Interface::GetName);
+    return SdkQuery::text(m_interface.get(), name, &OrvCPP::Interface::GetName);
 }
 
 OrvErrorType
@@ -36,6 +36,6 @@ OrvInterfaceWrapper::GetTransportLayer(std::shared_ptr<OrvCPP::TransportLayer>& 
 
 OrvErrorType
 OrvInterfaceWrapper::GetCameras(std::vector<std::shared_ptr<OrvCameraWrapper>>& cameras) const {
-    return TwiceAsked::wrappers<OrvCPP::Camera>(m_interface.get(), cameras,
-                                                &OrvCPP::Interface::GetCameras);
+    return SdkQuery::wrappers<OrvCPP::Camera>(m_interface.get(), cameras,
+                                              &OrvCPP::Interface::GetCameras);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "sdk/OrvStreamWrapper.h"
 
-#include "sdk/TwiceAsked.h"
+#include "sdk/SdkQuery.h"
 
 OrvStreamWrapper::OrvStreamWrapper(std::shared_ptr<OrvCPP::Stream> handle)
     : m_stream(std::move(handle)) {}

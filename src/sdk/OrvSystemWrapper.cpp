@@ -4,7 +4,7 @@
 #include "sdk/OrvCameraWrapper.h"
 #include "sdk/OrvInterfaceWrapper.h"
 #include "sdk/OrvTransportLayerWrapper.h"
-#include "sdk/TwiceAsked.h"
+#include "sdk/SdkQuery.h"
 
 OrvSystemWrapper::OrvSystemWrapper() : OrvSystemWrapper(OrvCPP::OrvSystem::GetInstance()) {}
 
@@ -34,8 +34,8 @@ OrvErrorType OrvSystemWrapper::Shutdown() {
 
 OrvErrorType
 OrvSystemWrapper::GetInterfaces(std::vector<std::shared_ptr<OrvInterfaceWrapper>>& interfaces) {
-    return TwiceAsked::wrappers<OrvCPP::Interface>(&m_system, interfaces,
-                                                   &OrvCPP::OrvSystem::GetInterfaces);
+    return SdkQuery::wrappers<OrvCPP::Interface>(&m_system, interfaces,
+                                                 &OrvCPP::OrvSystem::GetInterfaces);
 }
 
 OrvErrorType OrvSystemWrapper::GetInterfaceByID(const char* id,
@@ -44,7 +44,7 @@ OrvErrorType OrvSystemWrapper::GetInterfaceByID(const char* id,
 }
 
 OrvErrorType OrvSystemWrapper::GetCameras(std::vector<std::shared_ptr<OrvCameraWrapper>>& cameras) {
-    return TwiceAsked::wrappers<OrvCPP::Camera>(&m_system, cameras, &OrvCPP::OrvSystem::GetCameras);
+    return SdkQuery::wrappers<OrvCPP::Camera>(&m_system, cameras, &OrvCPP::OrvSystem::GetCameras);
 }
 
 OrvErrorType OrvSystemWrapper::GetCameraByID(const char* id,
@@ -83,8 +83,8 @@ OrvErrorType OrvSystemWrapper::UnregisterCameraFactory() {
 
 OrvErrorType OrvSystemWrapper::GetTransportLayers(
     std::vector<std::shared_ptr<OrvTransportLayerWrapper>>& layers) {
-    return TwiceAsked::wrappers<OrvCPP::TransportLayer>(&m_system, layers,
-                                                        &OrvCPP::OrvSystem::GetTransportLayers);
+    return SdkQuery::wrappers<OrvCPP::TransportLayer>(&m_system, layers,
+                                                      &OrvCPP::OrvSystem::GetTransportLayers);
 }
 
 OrvErrorType

@@ -3,7 +3,7 @@
 
 #include "sdk/OrvCameraWrapper.h"
 #include "sdk/OrvInterfaceWrapper.h"
-#include "sdk/TwiceAsked.h"
+#include "sdk/SdkQuery.h"
 
 OrvTransportLayerWrapper::OrvTransportLayerWrapper(std::shared_ptr<OrvCPP::TransportLayer> handle)
     : m_transportLayer(std::move(handle)) {}
@@ -20,38 +20,38 @@ std::shared_ptr<OrvCPP::TransportLayer>& OrvTransportLayerWrapper::GetHandle() {
 
 OrvErrorType OrvTransportLayerWrapper::GetInterfaces(
     std::vector<std::shared_ptr<OrvInterfaceWrapper>>& interfaces) const {
-    return TwiceAsked::wrappers<OrvCPP::Interface>(m_transportLayer.get(), interfaces,
-                                                   &OrvCPP::TransportLayer::GetInterfaces);
+    return SdkQuery::wrappers<OrvCPP::Interface>(m_transportLayer.get(), interfaces,
+                                                 &OrvCPP::TransportLayer::GetInterfaces);
 }
 
 OrvErrorType OrvTransportLayerWrapper::GetCameras(
     std::vector<std::shared_ptr<OrvCameraWrapper>>& cameras) const {
-    return TwiceAsked::wrappers<OrvCPP::Camera>(m_transportLayer.get(), cameras,
-                                                &OrvCPP::TransportLayer::GetCameras);
+    return SdkQuery::wrappers<OrvCPP::Camera>(m_transportLayer.get(), cameras,
+                                              &OrvCPP::TransportLayer::GetCameras);
 }
 
 OrvErrorType OrvTransportLayerWrapper::GetID(std::string& id) const {
-    return TwiceAsked::text(m_transportLayer.get(), id, &OrvCPP::TransportLayer::GetID);
+    return SdkQuery::text(m_transportLayer.get(), id, &OrvCPP::TransportLayer::GetID);
 }
 
 OrvErrorType OrvTransportLayerWrapper::GetName(std::string& name) const {
-    return TwiceAsked::text(m_transportLayer.get(), name, &OrvCPP::TransportLayer::GetName);
+    return SdkQuery::text(m_transportLayer.get(), name, &OrvCPP::TransportLayer::GetName);
 }
 
 OrvErrorType OrvTransportLayerWrapper::GetModelName(std::string& name) const {
-    return TwiceAsked::text(m_transportLayer.get(), name, &OrvCPP::TransportLayer::GetModelName);
+    return SdkQuery::text(m_transportLayer.get(), name, &OrvCPP::TransportLayer::GetModelName);
 }
 
 OrvErrorType OrvTransportLayerWrapper::GetVendor(std::string& vendor) const {
-    return TwiceAsked::text(m_transportLayer.get(), vendor, &OrvCPP::TransportLayer::GetVendor);
+    return SdkQuery::text(m_transportLayer.get(), vendor, &OrvCPP::TransportLayer::GetVendor);
 }
 
 OrvErrorType OrvTransportLayerWrapper::GetVersion(std::string& version) const {
-    return TwiceAsked::text(m_transportLayer.get(), version, &OrvCPP::TransportLayer::GetVersion);
+    return SdkQuery::text(m_transportLayer.get(), version, &OrvCPP::TransportLayer::GetVersion);
 }
 
 OrvErrorType OrvTransportLayerWrapper::GetPath(std::string& path) const {
-    return TwiceAsked::text(m_transportLayer.get(), path, &OrvCPP::TransportLayer::GetPath);
+    return SdkQuery::text(m_transportLayer.get(), path, &OrvCPP::TransportLayer::GetPath);
 }
 
 OrvErrorType OrvTransportLayerWrapper::GetType(OrvTransportLayerType& type) const {

@@ -3,14 +3,14 @@
 
 #include "OrvCPP/OrvSystem.h"
 #include "OrvCPP/TransportLayer.h"
-#include "sdk/TwiceAsked.h"
+#include "sdk/SdkQuery.h"
 
 namespace {
 
 /// Real cameras are on the transport layers of the GenICam provider, which begin like this.
 bool isReal(const OrvCPP::TransportLayer& layer) {
     std::string id;
-    TwiceAsked::text(&layer, id, &OrvCPP::TransportLayer::GetID);
+    SdkQuery::text(&layer, id, &OrvCPP::TransportLayer::GetID);
     return id.rfind("GenICam", 0) == 0;
 }
 
@@ -23,7 +23,7 @@ std::size_t cameraCount(const OrvCPP::TransportLayer& layer) {
 
 RealCameras realCameras(OrvCPP::OrvSystem& system) {
     std::vector<std::shared_ptr<OrvCPP::TransportLayer>> layers;
-    TwiceAsked::elements(&system, layers, &OrvCPP::OrvSystem::GetTransportLayers);
+    SdkQuery::elements(&system, layers, &OrvCPP::OrvSystem::GetTransportLayers);
     RealCameras cameras;
     for (const auto& layer : layers) {
         OrvTransportLayerType type{};

@@ -2,7 +2,7 @@
 #include "session/SdkSession.h"
 
 #include "OrvCPP/OrvSystem.h"
-#include "sdk/TwiceAsked.h"
+#include "sdk/SdkQuery.h"
 
 #include <string>
 
@@ -17,7 +17,7 @@ SdkSession::SdkSession(const CameraSource& cameras) {
     if (m_isStarted)
         return;
     std::string error;
-    TwiceAsked::text(&sdk, error, &OrvCPP::OrvSystem::GetStartupError);
+    SdkQuery::text(&sdk, error, &OrvCPP::OrvSystem::GetStartupError);
     m_error = error.empty() ? QStringLiteral("The camera SDK answered error %1.").arg(result)
                             : QString::fromStdString(error);
 }

@@ -11,9 +11,9 @@
 #include <utility>
 #include <vector>
 
-// Camera SDK objects that note each call with the values handed in and the values that they give to
-// its outputs, and answer one result code to all of them. A text is the name of its operation, a
-// list has two elements, and each other output has a value of its own.
+// Camera SDK objects that record each call with its inputs and outputs, and answer one result code.
+// A text output is the name of its operation, a list has two elements, every other output has a
+// different value.
 
 template <class T, class = void> constexpr bool isWrapper = false;
 template <class T>
@@ -48,7 +48,7 @@ template <class T> std::string toText(const std::vector<T>& values) {
     return text;
 }
 
-/// An object that can only be handed on.
+/// A pointer to compare, not to use.
 template <class T> std::shared_ptr<T> someObject() {
     const auto owner = std::make_shared<std::max_align_t>();
     return {owner, reinterpret_cast<T*>(owner.get())};
@@ -58,7 +58,7 @@ class Recorder {
 public:
     OrvErrorType result = OrvErrorSuccess;
     mutable std::vector<std::string> calls;
-    /// The value that was given to an output last.
+    /// Value of the last output.
     mutable int filled = 0;
 
 protected:
@@ -101,8 +101,7 @@ protected:
 
 using Length = std::uint32_t;
 
-// Operations by what they have: nothing, an output, a text, a list, an input. Each is named only
-// once.
+// Operations with: no argument, an output, a text, a list, an input.
 // clang-format off
 #define DOES(Operation)                                                                            \
     OrvErrorType Operation() override { return note(#Operation); }
@@ -116,7 +115,7 @@ using Length = std::uint32_t;
     OrvErrorType Operation(Type given) override { return note(#Operation, given); }
 // clang-format on
 
-/// What every SDK object with features has.
+/// Operations of all SDK objects with features.
 template <class Base> class RecordingContainer : public Base, public Recorder {
 public:
     OrvErrorType GetFeatureByName(const char* name,
@@ -166,7 +165,7 @@ public:
 
 class RecordingCamera : public RecordingContainer<OrvCPP::Camera> {
 public:
-    /// Handed out by GetInterface, on an error, too.
+    /// Answer of GetInterface, also on an error.
     std::shared_ptr<RecordingInterface> interface = std::make_shared<RecordingInterface>();
 
     TAKES(Open, OrvAccessModeType)

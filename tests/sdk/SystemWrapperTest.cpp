@@ -20,29 +20,24 @@ using testing::StrictMock;
 
 using W = OrvSystemWrapper;
 
-TEST(SystemWrapperTest, DeclaresItsOperationsInOrder) {
-    using Code = OrvErrorType;
-    EXPECT_EQ(virtualPosition(&W::GetInstance), 1);
-    EXPECT_EQ(virtualPosition(&W::QueryVersion), 2);
-    EXPECT_EQ(virtualPosition<Code (W::*)()>(&W::Startup), 3);
-    EXPECT_EQ(virtualPosition<Code (W::*)(const wchar_t*)>(&W::Startup), 4);
-    EXPECT_EQ(virtualPosition(&W::Shutdown), 5);
-    EXPECT_EQ(virtualPosition(&W::GetInterfaces), 6);
-    EXPECT_EQ(virtualPosition(&W::GetInterfaceByID), 7);
-    EXPECT_EQ(virtualPosition(&W::GetCameras), 8);
-    EXPECT_EQ(virtualPosition(&W::GetCameraByID), 9);
-    EXPECT_EQ(virtualPosition(&W::RegisterCameraListObserver), 10);
-    EXPECT_EQ(virtualPosition(&W::UnregisterCameraListObserver), 11);
-    EXPECT_EQ(virtualPosition(&W::RegisterInterfaceListObserver), 12);
-    EXPECT_EQ(virtualPosition(&W::UnregisterInterfaceListObserver), 13);
-    EXPECT_EQ(virtualPosition(&W::RegisterCameraFactory), 14);
-    EXPECT_EQ(virtualPosition(&W::UnregisterCameraFactory), 15);
-    EXPECT_EQ(virtualPosition(&W::GetTransportLayers), 16);
-    EXPECT_EQ(virtualPosition(&W::GetTransportLayerByID), 17);
-    EXPECT_EQ(virtualPosition(&W::CreateCameraHandler), 18);
+template <class... Methods> std::vector<int> positions(Methods... methods) {
+    return {virtualPosition(methods)...};
 }
 
-TEST(SystemWrapperTest, HandsArgumentsToTheSdkUnchanged) {
+TEST(SystemWrapper, declaresItsOperationsInOrder) {
+    using Code = OrvErrorType;
+    EXPECT_THAT(
+        positions(&W::GetInstance, &W::QueryVersion, static_cast<Code (W::*)()>(&W::Startup),
+                  static_cast<Code (W::*)(const wchar_t*)>(&W::Startup), &W::Shutdown,
+                  &W::GetInterfaces, &W::GetInterfaceByID, &W::GetCameras, &W::GetCameraByID,
+                  &W::RegisterCameraListObserver, &W::UnregisterCameraListObserver,
+                  &W::RegisterInterfaceListObserver, &W::UnregisterInterfaceListObserver,
+                  &W::RegisterCameraFactory, &W::UnregisterCameraFactory, &W::GetTransportLayers,
+                  &W::GetTransportLayerByID, &W::CreateCameraHandler),
+        testing::ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18));
+}
+
+TEST(SystemWrapper, handsArgumentsToTheSdkUnchanged) {
     StrictMock<MockOrvSystem> system;
     W wrapper(system);
     OrvVersionInfo version;
@@ -56,7 +51,7 @@ TEST(SystemWrapperTest, HandsArgumentsToTheSdkUnchanged) {
 
     EXPECT_EQ(&wrapper.GetInstance(), &system);
     int code = 0;
-// Each operation is named only once: what the SDK is to receive, and what the wrapper is given.
+// The arguments that the SDK receives, and those of the wrapper.
 #define FORWARDS(Operation, received, given)                                                       \
     EXPECT_CALL(system, Operation received).WillOnce(Return(--code));                              \
     EXPECT_EQ(wrapper.Operation given, code)
@@ -77,7 +72,7 @@ TEST(SystemWrapperTest, HandsArgumentsToTheSdkUnchanged) {
 #undef FORWARDS
 }
 
-TEST(SystemWrapperTest, WrapsTheListsInTheirOrder) {
+TEST(SystemWrapper, wrapsTheListsInTheirOrder) {
     NiceMock<MockOrvSystem> system;
     W wrapper(system);
     const std::shared_ptr<OrvCPP::Camera> found[] = {std::make_shared<RecordingCamera>(),
@@ -105,11 +100,11 @@ TEST(SystemWrapperTest, WrapsTheListsInTheirOrder) {
     EXPECT_THAT(layers, IsEmpty());
 }
 
-TEST(SystemWrapperTest, IsAroundTheProcessesSystemByDefault) {
+TEST(SystemWrapper, isAroundTheSystemOfTheProcessByDefault) {
     EXPECT_EQ(&W().GetInstance(), &OrvCPP::OrvSystem::GetInstance());
 }
 
-TEST(SimulatedHostTest, IsEmptyForASystemOfRealCameras) {
+TEST(SimulatedHost, isEmptyForASystemOfRealCameras) {
     const NiceMock<MockOrvSystem> system;
     EXPECT_THAT(simulatedHost(system).adapters, IsEmpty());
     EXPECT_THAT(simulatedHost(system).usbNodes, IsEmpty());

@@ -60,8 +60,8 @@ void write(const std::filesystem::path& folder, const char* name, const char* te
     std::ofstream(folder / name) << text;
 }
 
-/// A USB device of two interfaces, of which the second is of a class such as "ef0500"; without a
-/// file by which to open it.
+/// A USB device with two interfaces, the second one of a class such as "ef0500", and without a
+/// device file.
 void addUsbDevice(const std::filesystem::path& root, const std::string& port, const char* number,
                   const std::string& interfaceClass) {
     const auto devices = root / "sys/bus/usb/devices";
@@ -69,14 +69,14 @@ void addUsbDevice(const std::filesystem::path& root, const std::string& port, co
     write(devices / port, "devnum", number);
     write(devices / port, "product", "Camera\n");
     write(devices / port, "serial", number);
-    write(devices / (port + ":1.0"), "bInterfaceClass", "ff\n");
-    const auto interface = devices / (port + ":1.1");
+    write(devices / port / (port + ":1.0"), "bInterfaceClass", "ff\n");
+    const auto interface = devices / port / (port + ":1.1");
     write(interface, "bInterfaceClass", (interfaceClass.substr(0, 2) + '\n').c_str());
     write(interface, "bInterfaceSubClass", (interfaceClass.substr(2, 2) + '\n').c_str());
     write(interface, "bInterfaceProtocol", (interfaceClass.substr(4) + '\n').c_str());
 }
 
-TEST(UsbAccess, NamesTheCamerasThatCannotBeOpened) {
+TEST(UsbAccess, namesTheCamerasThatCannotBeOpened) {
     const QTemporaryDir folder;
     const std::filesystem::path root = folder.path().toStdString();
     EXPECT_FALSE(session::usbAccessWarning(session::closedUsbCameras(root))) << "no USB at all";
@@ -86,7 +86,7 @@ TEST(UsbAccess, NamesTheCamerasThatCannotBeOpened) {
     write(root / "dev/bus/usb/002", "012", "descriptors");
 
     const auto closed = session::closedUsbCameras(root);
-    ASSERT_EQ(closed.size(), 1U) << "a camera may be opened, and a webcam is none";
+    ASSERT_EQ(closed.size(), 1U) << "the second may be opened, the third is a webcam";
     EXPECT_EQ(closed[0].name, "Camera 7");
     EXPECT_EQ(closed[0].file, "/dev/bus/usb/002/007");
     EXPECT_THAT(*session::usbAccessWarning(closed),
@@ -114,7 +114,7 @@ TEST(StreamingLimits, warnsOnceForRealCameras) {
     const sdk::Running real(
         scenario(QStringLiteral("\"GenICamGEV\""), QStringLiteral("\"GenICamU3V\"")));
     limits.check(sdk::system());
-    EXPECT_EQ(limits.check(sdk::system()).size(), 3U) << "for who shows them as long as they hold";
+    EXPECT_EQ(limits.check(sdk::system()).size(), 3U) << "all that hold, logged before or not";
     EXPECT_THAT(
         log.lines(),
         ElementsAre("Warning:" + *session::usbAccessWarning(session::closedUsbCameras(root)),

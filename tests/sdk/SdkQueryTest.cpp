@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "sdk/TwiceAsked.h"
+#include "sdk/SdkQuery.h"
 
 #include <gmock/gmock.h>
 
@@ -15,7 +15,7 @@ struct Source {
     OrvErrorType secondResult = OrvErrorSuccess;
     std::string firstText;
     std::string secondText;
-    /// Number of the call that runs out of memory.
+    /// Number of the call that throws std::bad_alloc; 0: none.
     int outOfMemory = 0;
     int calls = 0;
 
@@ -37,30 +37,12 @@ struct Case {
     const char* name;
     Source source;
     OrvErrorType result;
-    /// "old" is what the output was before.
+    /// The text afterwards; "old" before.
     std::string text;
-    /// The same characters as a list, which never keeps what it was before.
+    /// The list afterwards, without any of its old elements.
     std::vector<char> list;
     int calls;
 };
-
-class TwiceAskedTest : public testing::TestWithParam<Case> {};
-
-TEST_P(TwiceAskedTest, Text) {
-    Source source = GetParam().source;
-    std::string text = "old";
-    EXPECT_EQ(TwiceAsked::text(&source, text, &Source::text), GetParam().result);
-    EXPECT_EQ(text, GetParam().text);
-    EXPECT_EQ(source.calls, GetParam().calls);
-}
-
-TEST_P(TwiceAskedTest, List) {
-    Source source = GetParam().source;
-    std::vector<char> list = {'o', 'l', 'd'};
-    EXPECT_EQ(TwiceAsked::elements(&source, list, &Source::text), GetParam().result);
-    EXPECT_EQ(list, GetParam().list);
-    EXPECT_EQ(source.calls, GetParam().calls);
-}
 
 const Case cases[] = {
     {"Filled", {0, 0, "abc", "abc"}, 0, "abc", {'a', 'b', 'c'}, 2},
@@ -73,10 +55,24 @@ const Case cases[] = {
     {"OutOfMemory", {0, 0, "abc", "abc", 2}, -14, "old", {}, 2},
 };
 
-INSTANTIATE_TEST_SUITE_P(Answers, TwiceAskedTest, testing::ValuesIn(cases),
-                         [](const auto& test) { return test.param.name; });
+TEST(SdkQuery, fillsTextsAndListsInTwoCalls) {
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.name);
+        Source forText = each.source;
+        std::string text = "old";
+        EXPECT_EQ(SdkQuery::text(&forText, text, &Source::text), each.result);
+        EXPECT_EQ(text, each.text);
+        EXPECT_EQ(forText.calls, each.calls);
 
-TEST(TwiceAskedList, IsEmptyWhenItsBufferCannotBeAllocated) {
+        Source forList = each.source;
+        std::vector<char> list = {'o', 'l', 'd'};
+        EXPECT_EQ(SdkQuery::elements(&forList, list, &Source::text), each.result);
+        EXPECT_EQ(list, each.list);
+        EXPECT_EQ(forList.calls, each.calls);
+    }
+}
+
+TEST(SdkQuery, leavesAListEmptyWhenMemoryIsShort) {
     struct Heavy {
         Heavy() { throw std::bad_alloc(); }
     };
@@ -86,7 +82,7 @@ TEST(TwiceAskedList, IsEmptyWhenItsBufferCannotBeAllocated) {
         n = 2;
         return OrvErrorType{OrvErrorSuccess};
     };
-    EXPECT_EQ(TwiceAsked::elements(&source, list, count), OrvErrorResources);
+    EXPECT_EQ(SdkQuery::elements(&source, list, count), OrvErrorResources);
     EXPECT_THAT(list, IsEmpty());
 }
 

@@ -11,14 +11,14 @@
 #include <utility>
 #include <vector>
 
-/// What a wrapper answers that holds no SDK object.
+/// Result of a wrapper without an SDK object.
 inline constexpr OrvErrorType noObject = OrvErrorBadHandle;
 
-/// The camera SDK hands out texts and lists in two calls: without a buffer it tells the size, with
-/// a buffer it fills it. These helpers make both calls to an operation of \p object, given as a
-/// member pointer or as a callable of the same arguments. An empty object is OrvErrorBadHandle;
-/// what cannot be allocated is OrvErrorResources. Nothing throws.
-namespace TwiceAsked {
+/// Texts and lists of the camera SDK, which takes two calls for them: the first, without a buffer,
+/// answers the size, the second fills a buffer. These helpers make both calls to an operation of
+/// \p object, a member pointer or a callable of the same arguments. They answer OrvErrorBadHandle
+/// for a null object and OrvErrorResources when memory is short. Nothing throws. Reentrant.
+namespace SdkQuery {
 
 /// The result of \p call; OrvErrorResources when it throws.
 template <class Call> OrvErrorType guarded(const Call& call) {
@@ -29,9 +29,8 @@ template <class Call> OrvErrorType guarded(const Call& call) {
     }
 }
 
-/// Fills \p result, a list or a text, by \p ask(Element* elements, std::uint32_t& count). It is
-/// left as it was after an error and when the count is zero, and is shorter than told first when it
-/// shrank between the calls.
+/// Fills \p result, a list or a text, by \p ask(Element* elements, std::uint32_t& count). It stays
+/// unchanged after an error and when the count is zero. The second count is its size.
 template <class Object, class Container, class Ask>
 OrvErrorType fill(Object* object, Container& result, const Ask& ask) {
     using Element = typename Container::value_type;
@@ -83,4 +82,4 @@ OrvErrorType wrappers(Object* object, std::vector<std::shared_ptr<Wrapper>>& res
     });
 }
 
-} // namespace TwiceAsked
+} // namespace SdkQuery
