@@ -1,6 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# The tests that are left out where the tests run under Wine, by name and with the reason; ctest
-# lists them as disabled. All others run.
+# Tests that do not run under Wine, by name and with the reason; ctest lists them as disabled.
 
 # Each name, a regular expression, is followed by the reason.
 set(NOT_UNDER_WINE
@@ -12,8 +11,8 @@ set(NOT_UNDER_WINE
     "a program under Wine has the language of the one that started it, and TranslationTest shows German")
 
 # disable_under_wine(PROGRAM)
-# Disables those of the tests above that the test program has. What its tests are only ctest knows,
-# which asks the program, so it is ctest that reads this.
+# Disables the tests of PROGRAM among those above. Only ctest knows its tests, so ctest reads the
+# file that this writes.
 function(disable_under_wine PROGRAM)
     list(LENGTH NOT_UNDER_WINE length)
     math(EXPR last "${length} - 1")

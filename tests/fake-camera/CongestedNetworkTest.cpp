@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Loss on a real wire, and Auto Set against it. To be run by the script congested-network.
+// Loss on a slow link, and Auto Set against it. Run by tools/congested-network.
 #include "engine/CameraHandler.h"
 #include "engine/MakeSystemController.h"
 #include "engine/SystemController.h"
@@ -30,7 +30,7 @@ constexpr std::uint64_t linkBitsPerSecond = 300'000'000;
 constexpr double margin = 0.1;
 constexpr auto benchmarkTime = 3s;
 
-/// What all cameras of an interface did in a benchmark.
+/// Frames of all cameras of an interface in a benchmark.
 struct Totals {
     std::int64_t sent = 0;
     std::uint64_t complete = 0;
@@ -40,12 +40,12 @@ struct Totals {
 };
 
 /// Four cameras behind one link. Each may send 16 MB/s and has 15.7 MB/s to send, the link carries
-/// 37.5 MB/s. The parameter: whether the size of packets is adjusted, or stays at 1400 bytes.
+/// 37.5 MB/s. The parameter is whether the packet size is adjusted or stays at 1400 bytes.
 class CongestedNetwork : public testing::TestWithParam<bool> {
 protected:
     void SetUp() override {
         if (!std::filesystem::exists("/run/netns/camera1"))
-            GTEST_SKIP() << "There is no congested network: start this with congested-network.";
+            GTEST_SKIP() << "no congested network: run this by tools/congested-network";
         for (int i = 1; i <= 4; ++i) {
             const std::string number = std::to_string(i);
             m_fakes.push_back(std::make_unique<FakeCameraProcess>(
@@ -103,7 +103,7 @@ protected:
         return totals;
     }
 
-    /// Packets that the switch had to forget, since it was made.
+    /// Packets that the switch has dropped.
     static long long packetsDropped() {
         const std::unique_ptr<FILE, decltype(&pclose)> output(
             popen("nsenter --net=/run/netns/switch tc -s qdisc show dev port0", "r"), pclose);
@@ -115,7 +115,7 @@ protected:
         return dropped;
     }
 
-    /// That there are in this network; negative where none may be made.
+    /// Number of packet sockets in this network; negative when this user may not open any.
     static int packetSockets() {
         const int probe = socket(PF_PACKET, SOCK_RAW, 0);
         if (probe < 0)
@@ -126,8 +126,8 @@ protected:
         return static_cast<int>(lines) - 1;
     }
 
-    /// A host that may not have as large a receive buffer as it takes, or whose program a sanitizer
-    /// slows down, misses some of what the network has brought while it computes something else.
+    /// Whether the receive buffer may be too small, or a sanitizer makes the program too slow, to
+    /// receive every packet.
     static bool mayMissPackets() {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
         return true;
@@ -170,11 +170,11 @@ protected:
     std::string m_interface;
 };
 
-TEST_P(CongestedNetwork, losesFramesUntilAutoSetHasSharedOutItsBandwidth) {
+TEST_P(CongestedNetwork, losesFramesUntilAutoSetHasDividedItsBandwidth) {
     EXPECT_GT(bandwidth() * 8, linkBitsPerSecond);
     const Totals before = benchmark("before Auto Set");
-    // More than the frames that are on their way at the stop. Where packets that are sent again
-    // come in time, frames are late instead of damaged or lost.
+    // More than the frames that are on their way at the stop. Frames whose packets are resent in
+    // time are late, not damaged or lost.
     EXPECT_LT(before.complete + m_cameras.size(), static_cast<std::uint64_t>(before.sent));
     const long long dropped = packetsDropped();
     EXPECT_GT(dropped, 0);
@@ -191,7 +191,7 @@ TEST_P(CongestedNetwork, losesFramesUntilAutoSetHasSharedOutItsBandwidth) {
     EXPECT_EQ(packetsDropped(), dropped);
     EXPECT_EQ(after.damaged, 0u);
     EXPECT_EQ(after.lost, 0);
-    // The frame that is on its way when a camera is stopped counts for neither.
+    // One frame per camera may be on its way at the stop.
     EXPECT_GE(after.complete + m_cameras.size(), static_cast<std::uint64_t>(after.sent));
     EXPECT_GE(after.fewestComplete, 15u);
 }
@@ -207,20 +207,20 @@ TEST_P(CongestedNetwork, startsACameraWithItsFirstFrameWhileAnotherStreams) {
     second->stopAcquisition();
     const std::int64_t sent = std::get<std::int64_t>(
         second->getFeatureController()->getFeatureValue("Camera", "TestFramesSent"));
-    // Not the thirty frames that the other was ahead; one may be on its way.
+    // Less than the other camera's thirty frames; one may be on its way.
     EXPECT_LT(sent - static_cast<std::int64_t>(second->getFrameStatistics().receivedFrames), 10);
     EXPECT_EQ(second->getFrameStatistics().lostFrames, 0);
 }
 
 TEST_P(CongestedNetwork, camerasShareAnAdapterWithAPacketSocketEach) {
     if (packetSockets() < 0)
-        GTEST_SKIP() << "This user may not have packet sockets.";
+        GTEST_SKIP() << "this user may not open packet sockets";
     const auto& first = m_cameras[0];
     const auto& second = m_cameras[1];
     for (const auto& camera : m_cameras)
         camera->adjustPacketSize(GetParam());
     first->startAcquisition();
-    EXPECT_EQ(packetSockets(), 4) << "all, before the others make it impossible";
+    EXPECT_EQ(packetSockets(), 4) << "of all cameras, before foreign packets arrive";
     waitForFrames(*first, 3);
     // Points the camera at another port, and finds the same size.
     second->getFeatureController()->runCommand("Stream0", "GVSPAdjustPacketSize", 5000);
@@ -230,7 +230,7 @@ TEST_P(CongestedNetwork, camerasShareAnAdapterWithAPacketSocketEach) {
         EXPECT_EQ(driver(*second), "Filter");
         EXPECT_EQ(packetSockets(), 4);
     }
-    // What was prepared is used up or does not do any more, so another one may not be had.
+    // The prepared socket is used up or out of date, and a new one may not be possible.
     for (int i = 0; i < 3; ++i) {
         second->stopAcquisition();
         second->startAcquisition();
@@ -239,7 +239,7 @@ TEST_P(CongestedNetwork, camerasShareAnAdapterWithAPacketSocketEach) {
         EXPECT_EQ(second->getFrameStatistics().lostFrames, 0);
     }
     second->stopAcquisition();
-    EXPECT_EQ(driver(*second), "Filter") << "what it would be if it started now";
+    EXPECT_EQ(driver(*second), "Filter") << "of a stream that would start now";
     first->stopAcquisition();
     waitFor([] { return packetSockets() == 0; });
 }

@@ -27,7 +27,7 @@ using Clock = std::chrono::steady_clock;
 
 const std::string address = "127.0.0.2";
 
-/// A packet of a stream, and when it arrived, however late the test looks.
+/// A packet of a stream, with the kernel's time of its arrival.
 struct Packet {
     std::chrono::nanoseconds moment;
     std::uint64_t frameId;
@@ -35,8 +35,7 @@ struct Packet {
     std::size_t size;
 };
 
-/// A host that works on the camera's registers through Aravis and takes the packets of its stream
-/// from a socket of its own.
+/// A host that uses Aravis for the camera's registers, and its own socket for the stream.
 class Host {
 public:
     Host() {
@@ -74,7 +73,7 @@ public:
         arv_device_execute_command(device(), "AcquisitionStart", nullptr);
     }
 
-    /// The next packets up to the end of so many frames, or until nothing came for half a second.
+    /// The next packets up to the end of \p frames, or until none came for half a second.
     std::vector<Packet> receive(int frames) {
         std::vector<Packet> packets;
         pollfd readable{m_socket.handle(), POLLIN, 0};
@@ -123,7 +122,7 @@ private:
     platform::UdpSocket m_socket;
 };
 
-/// Frames per second, of all frames and of the few in a row that came the fastest.
+/// Frames per second: of all frames, and of the fastest few in a row.
 struct MeasuredRate {
     double mean = 0;
     double best = 0;
@@ -146,7 +145,7 @@ MeasuredRate rate(const std::vector<Packet>& packets) {
     return measured;
 }
 
-/// What a camera is set to, and the frames per second that it then sends.
+/// Settings of a camera, and the frames per second that follow.
 struct Rate {
     std::vector<std::pair<const char*, const char*>> settings;
     double rate;
@@ -154,7 +153,7 @@ struct Rate {
 
 class FakeCameraRate : public testing::TestWithParam<Rate> {};
 
-TEST_P(FakeCameraRate, isAsTheFeatureSaysOnTheWireToo) {
+TEST_P(FakeCameraRate, isOnTheWireWhatTheFeatureSays) {
     const FakeCameraProcess camera(address, {"--width", "512", "--height", "500"});
     Host host;
     for (const auto& [name, value] : GetParam().settings)
@@ -163,7 +162,7 @@ TEST_P(FakeCameraRate, isAsTheFeatureSaysOnTheWireToo) {
     host.start();
     host.receive(1);
     const int frames = static_cast<int>(GetParam().rate / 2) + 3;
-    // A busy machine may make the camera late now and then, but it never hurries.
+    // A busy machine may delay the camera, but never makes it faster.
     double best = 0;
     for (int i = 0; i < 12 && best < 0.98 * GetParam().rate; ++i) {
         const MeasuredRate measured = rate(host.receive(frames));
@@ -190,7 +189,7 @@ INSTANTIATE_TEST_SUITE_P(
              100},
         Rate{{{"AcquisitionFrameRateEnable", "true"}, {"AcquisitionFrameRate", "30"}}, 30}));
 
-TEST(FakeCamera, spreadsItsPacketsOverTheTimeThatItsLimitGivesThem) {
+TEST(FakeCamera, spreadsItsPacketsOverTheTimeOfItsLimit) {
     const FakeCameraProcess camera(address, {"--frame-rate", "9", "--limit", "10485760"});
     Host host;
     host.start();
@@ -201,7 +200,7 @@ TEST(FakeCamera, spreadsItsPacketsOverTheTimeThatItsLimitGivesThem) {
         ASSERT_EQ(frame.size(), 771u);
         half = frame[frame.size() / 2].moment - frame.front().moment;
         whole = frame.back().moment - frame.front().moment;
-        // A busy machine may make the camera late, but it never hurries.
+        // A busy machine may delay the camera, but never makes it faster.
         EXPECT_GT(half, 47ms);
         EXPECT_GT(whole, 97ms);
     }
@@ -209,7 +208,7 @@ TEST(FakeCamera, spreadsItsPacketsOverTheTimeThatItsLimitGivesThem) {
     EXPECT_LT(whole, 105ms);
 }
 
-TEST(FakeCamera, numbersFramesAsItIsTold) {
+TEST(FakeCamera, numbersFramesFromTheGivenNumber) {
     FakeCameraProcess camera(address, {"--first-frame-id", "65534"});
     {
         Host host;
@@ -223,7 +222,7 @@ TEST(FakeCamera, numbersFramesAsItIsTold) {
     EXPECT_THAT(host.receiveIds(3), ElementsAre(65535, 65536, 65537));
 }
 
-TEST(FakeCamera, withholdsPacketsAndSendsThemWhenAskedAgain) {
+TEST(FakeCamera, withholdsPacketsUntilAHostAsksForThem) {
     const FakeCameraProcess camera(address, {"--drop-every", "200", "--frame-rate", "20"});
     Host host;
     // 1,048,576 bytes in packets of 1364 bytes: 769 data packets, of which every 200th is missing.
@@ -242,7 +241,7 @@ TEST(FakeCamera, withholdsPacketsAndSendsThemWhenAskedAgain) {
     g_object_unref(buffer);
 }
 
-TEST(FakeCamera, takesOneHostAtATime) {
+TEST(FakeCamera, isControlledByOneHostAtATime) {
     const FakeCameraProcess camera(address);
     auto first = std::make_unique<Host>();
     Host second;
@@ -260,7 +259,7 @@ TEST(FakeCamera, takesOneHostAtATime) {
     EXPECT_FALSE(second.isLocked("Width"));
 }
 
-TEST(FakeCamera, dropsAHostThatFallsSilent) {
+TEST(FakeCamera, endsTheControlOfASilentHost) {
     const FakeCameraProcess camera(address, {"--heartbeat", "500"});
     const platform::UdpSocket silent;
     const std::uint8_t takeControl[] = {0x42, 0, 0, 0x82, 0, 8, 0, 1, 0, 0, 0x0a, 0, 0, 0, 0, 2};
@@ -289,7 +288,7 @@ TEST(FakeCamera, waitsForTriggersAndSendsTestPackets) {
     EXPECT_EQ(test[0].size, 8000 - protocol::ipAndUdpSize);
 }
 
-TEST(FakeCamera, diesWithTheTestThatStartedIt) {
+TEST(FakeCamera, endsWithTheTestThatStartedIt) {
     const pid_t test = fork();
     if (test == 0) {
         const FakeCameraProcess camera(address);
@@ -310,7 +309,7 @@ TEST(FakeCamera, diesWithTheTestThatStartedIt) {
     EXPECT_TRUE(next) << "the address is not free";
 }
 
-TEST(FakeCamera, diesAndComesBackAsNew) {
+TEST(FakeCamera, isNewAfterARestart) {
     FakeCameraProcess camera(address);
     Host host;
     host.set("DeviceLinkThroughputLimit", "2000000");

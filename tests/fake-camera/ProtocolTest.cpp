@@ -41,7 +41,7 @@ Bytes request(std::uint16_t command, const Bytes& data, std::uint8_t flags = fla
     return packet;
 }
 
-/// A host that sees every byte.
+/// A host that sends and receives raw packets.
 class RawHost {
 public:
     RawHost() { EXPECT_TRUE(m_socket.bindTo(INADDR_LOOPBACK, 0)); }
@@ -51,7 +51,7 @@ public:
                reinterpret_cast<const sockaddr*>(&m_camera), sizeof m_camera);
     }
 
-    /// The next packet; empty when none comes.
+    /// The next packet; empty when none arrives in time.
     Bytes receive(int milliseconds = 5000) {
         pollfd readable{m_socket.handle(), POLLIN, 0};
         Bytes packet(9000);
@@ -66,7 +66,7 @@ public:
         return receive();
     }
 
-    /// Reads over all answers until that to a request of its own; empty when that does not come.
+    /// Skips all answers up to that of a request of its own; empty when that one does not arrive.
     Bytes skipAnswers() {
         Bytes own = request(Discovery, {});
         put16(&own[6], 8);
@@ -81,7 +81,7 @@ public:
         return get16(ask(request(WriteRegister, words(addressesAndValues))).data());
     }
 
-    /// Has frames of 64 x 16 bytes in packets of 576 sent to this socket.
+    /// Makes the camera send frames of 64 x 16 bytes in packets of 576 to this socket.
     void takeFrames() {
         EXPECT_EQ(
             write({ControlPrivilege, controlAccess, Width, 64, Height, 16, StreamPacketSize, 576,
@@ -103,7 +103,7 @@ private:
     platform::UdpSocket m_socket;
 };
 
-TEST(ControlProtocol, refusesWhatItCannotDo) {
+TEST(ControlProtocol, refusesWrongRequests) {
     struct {
         const char* what;
         std::uint16_t command;
@@ -180,7 +180,7 @@ TEST(ControlProtocol, survivesEveryCutAndEveryWrongLength) {
         }
         ASSERT_THAT(host.skipAnswers(), SizeIs(256u));
     }
-    // What is no request, or asks for no answer, gets none: the next answer is that to the last.
+    // These get no answer: the next answer is that of the last request.
     host.send({});
     host.send({commandKey, flagAcknowledge, 0, 2});
     host.send({0x43, flagAcknowledge, 0, 2, 0, 0, 0, 8});
@@ -191,7 +191,7 @@ TEST(ControlProtocol, survivesEveryCutAndEveryWrongLength) {
     EXPECT_THAT(Bytes(&answer[0], &answer[12]), ElementsAre(0, 0, 0, 3, 0, 248, 0, 7, 0, 1, 0, 2));
 }
 
-TEST(ControlProtocol, letsNobodyElseReadUnderExclusiveAccess) {
+TEST(ControlProtocol, refusesOtherHostsUnderExclusiveAccess) {
     const FakeCameraProcess camera(address);
     RawHost owner;
     RawHost other;
@@ -204,7 +204,7 @@ TEST(ControlProtocol, letsNobodyElseReadUnderExclusiveAccess) {
     EXPECT_EQ(owner.write({Width, 64}), AccessDenied);
 }
 
-/// How a stream's packets begin, with and without extended frame numbers.
+/// Headers of stream packets with and without extended frame numbers.
 struct Ids {
     const char* extended;
     std::size_t headerSize;
@@ -243,7 +243,7 @@ Bytes extendedResend(std::uint8_t frame, std::uint32_t first, std::uint32_t last
 
 class FramePackets : public testing::TestWithParam<Ids> {
 protected:
-    /// A packet's header, and behind it what it begins with.
+    /// A packet's header and the first bytes behind it.
     static Bytes packet(StreamPacket type, std::uint8_t number, const Bytes& begin) {
         Bytes bytes = GetParam().header(Success, type, number);
         bytes.insert(bytes.end(), begin.begin(), begin.end());
@@ -258,7 +258,7 @@ protected:
     }
 };
 
-TEST_P(FramePackets, areAsTheyShouldBeAndComeAgainWhenAskedFor) {
+TEST_P(FramePackets, followTheProtocolAndAreResent) {
     const std::size_t header = GetParam().headerSize;
     const FakeCameraProcess camera(address, {"--extended-ids", GetParam().extended});
     RawHost host;
@@ -275,7 +275,7 @@ TEST_P(FramePackets, areAsTheyShouldBeAndComeAgainWhenAskedFor) {
     expectBegin(packets[2], packet(StreamPacket::Data, 2, {}));
     EXPECT_EQ(packets[1].size() + packets[2].size(), 2 * header + 64 * 16);
     EXPECT_EQ(packets[3], packet(StreamPacket::Trailer, 3, {0, 0, 0, 1, 0, 0, 0, 16}));
-    EXPECT_THAT(host.receive(100), IsEmpty()) << "there was to be a single frame";
+    EXPECT_THAT(host.receive(100), IsEmpty()) << "a single frame was asked for";
 
     // From a packet on until the frame's end.
     host.send(GetParam().resend(1, 1, 0xffffff));
@@ -298,7 +298,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Ids{"1", extendedStreamHeaderSize, extendedHeader, extendedResend, Resent}),
     [](const auto& test) { return *test.param.extended == '1' ? "Extended" : "Plain"; });
 
-TEST(StreamProtocol, sendsAFrameAgainThatWasBeforeTheEndOfSixteenBits) {
+TEST(StreamProtocol, resendsAFrameFromBeforeTheEndOfSixteenBits) {
     const FakeCameraProcess camera(address, {"--first-frame-id", "65535", "--frame-rate", "5"});
     RawHost host;
     host.takeFrames();
@@ -309,14 +309,14 @@ TEST(StreamProtocol, sendsAFrameAgainThatWasBeforeTheEndOfSixteenBits) {
     EXPECT_EQ(host.receive(), packets[0]) << "the leader, with its own time";
 }
 
-TEST(StreamProtocol, beginsAnewAfterAStop) {
+TEST(StreamProtocol, startsANewAcquisitionAfterAStop) {
     const FakeCameraProcess camera(address, {"--frame-rate", "100"});
     RawHost host;
     host.takeFrames();
     host.start();
     EXPECT_THAT(host.receivePackets(12), SizeIs(12));
     host.send(request(WriteRegister, words({Acquisition, 0, Width, 128, Acquisition, 1}), 0));
-    // What starts at once is another acquisition: its frames are numbered anew.
+    // The new acquisition numbers its frames from 1.
     Bytes leader = host.receive();
     for (int i = 0; i < 2000 && (leader.size() != 44 || get32(&leader[24]) != 128); ++i)
         leader = host.receive();

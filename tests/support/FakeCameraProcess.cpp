@@ -33,7 +33,7 @@ public:
 
     int writer() const { return m_ends[1]; }
     void closeWriter() { close(std::exchange(m_ends[1], -1)); }
-    /// False when the writers have gone without a word, or say none for so long.
+    /// False when the other end closes or writes nothing for \p seconds.
     bool hears(int seconds) const {
         pollfd readable{m_ends[0], POLLIN, 0};
         char word = 0;
@@ -83,7 +83,7 @@ void FakeCameraProcess::resume() {
 }
 
 void FakeCameraProcess::send(int signal) const {
-    // A number of none would be everybody's.
+    // kill(-1) would reach all processes.
     if (m_process > 0)
         ::kill(m_process, signal);
 }

@@ -8,14 +8,13 @@
 
 namespace fakecamera {
 
-/// A fake camera that runs as a process of its own, from construction to destruction. It answers
-/// when the constructor is done. Dies with the thread that made it, even when that is killed.
+/// Runs the program fake-camera from construction to destruction. The camera answers when the
+/// constructor returns. It ends with the thread that made it, even when that is killed.
 class FakeCameraProcess {
 public:
-    /// @param address the camera's, e.g. "127.0.0.2"
-    /// @param options of the program fake-camera: "--serial", "A1", ...
-    /// @param networkNamespace where the camera lives, if not where the test does
-    /// Throws std::runtime_error when the camera cannot be, for one on an address that is taken.
+    /// \p address is like "127.0.0.2"; \p options are of the program: "--serial", "A1", ...; \p
+    /// networkNamespace is that of the camera when it is not that of the test. Throws
+    /// std::runtime_error when the camera does not start, for example on an address in use.
     explicit FakeCameraProcess(const std::string& address,
                                const std::vector<std::string>& options = {},
                                const std::string& networkNamespace = {});
@@ -25,7 +24,7 @@ public:
 
     /// Ends the camera at once, as a pulled cable does.
     void kill();
-    /// Starts it again, as new. Throws as the constructor does.
+    /// Ends the camera and starts a new one. Throws as the constructor does.
     void restart();
     /// Keeps the camera from answering and sending until resume().
     void pause();

@@ -20,7 +20,7 @@ namespace fakecamera {
 
 namespace {
 
-/// A user without rights needs a namespace for users, in which it is root.
+/// Without rights a program needs a user namespace, in which it is root.
 bool becomeRootOfOwnUsers() {
     const std::string user = std::to_string(geteuid());
     const std::string group = std::to_string(getegid());

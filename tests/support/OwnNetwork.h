@@ -3,14 +3,13 @@
 
 namespace fakecamera {
 
-/// Moves the calling program into a network of its own that has a loopback adapter and nothing
-/// else, so that it finds its own fake cameras only and tests can run beside each other with the
-/// same addresses. To be called before the program has threads. False where that is not allowed:
-/// the program stays where it was.
+/// Moves the calling program into a network of its own with a loopback adapter only: it finds only
+/// its own fake cameras, and tests with the same addresses can run at the same time. Call before the
+/// program has threads. Answers false and does nothing when the user may not do so.
 bool enterOwnNetwork();
 
-/// Waits until no other program has the host's network for its fake cameras, which would have the
-/// same addresses, and keeps it until this program ends.
+/// Waits until no other test program uses fake cameras in the host's network, and locks out others
+/// until this program ends.
 void waitForHostNetwork();
 
 } // namespace fakecamera

@@ -4,7 +4,7 @@
 #include <QApplication>
 #include <gmock/gmock.h>
 
-/// For tests of windows on fake cameras.
+/// For tests of widgets with fake cameras.
 int main(int count, char** arguments) {
     if (!fakecamera::enterOwnNetwork())
         fakecamera::waitForHostNetwork();

@@ -28,7 +28,7 @@ void showAdapters() {
     }
 }
 
-/// What is above a device, up to the controller.
+/// Devices above a device, up to the controller.
 void showAncestors(host::HostUsbTree& tree, host::DeviceInstance device) {
     auto ancestor = tree.parent(device);
     for (; ancestor; ancestor = tree.parent(*ancestor)) {
@@ -61,8 +61,8 @@ void showUsbDevices() {
 
 } // namespace
 
-/// Shows what this machine tells of its network adapters and of its USB tree, and with the name of
-/// a USB interface as argument the speed that Spanlet takes for it: for a try on Windows.
+/// Shows the network adapters and the USB tree of this machine, and the speed that Spanlet finds for
+/// the USB interface that the argument names.
 int main(int argc, char** argv) {
     if (argc > 2) {
         std::cerr << "Usage: " << argv[0] << " [USB INTERFACE ID]\n";

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-/// What the tests and the fake hub driver say to each other. The driver has no standard library.
+/// Messages between the tests and the fake hub driver, which has no standard library.
 namespace fakehub {
 
 constexpr unsigned portCount = 16;
 
-/// What a hub answers for one port.
+/// Answers of a hub for one port.
 struct Port {
     bool answersFirst;
     bool answersSecond;
@@ -18,11 +18,11 @@ struct Port {
 struct Hub {
     /// As Windows opens it: "\\?\usb#root_hub30#...". Ends with a zero.
     wchar_t path[260];
-    /// Port 0 is none.
+    /// Port 0 is unused.
     Port ports[portCount];
 };
 
-/// The device that the tests speak to, and its name for the driver.
+/// Name of the device that takes the messages.
 constexpr wchar_t controlPath[] = L"\\\\?\\spanlet-fake-hubs";
 
 /// Takes a Hub: adds it.

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A kernel driver for Wine in the place of a USB hub's: answers what a test told it to.
+// A kernel driver for Wine in place of that of USB hubs: answers what a test has set.
 #include <intrin.h>
-// The kernel's header defines two functions that the one above has, and C++ takes no function
-// twice.
+// The kernel's header defines two functions of the header above again.
 #define InterlockedBitTestAndSet kernelInterlockedBitTestAndSet
 #define InterlockedBitTestAndReset kernelInterlockedBitTestAndReset
 #include <ddk/wdm.h>
@@ -15,7 +14,7 @@ constexpr ULONG firstStructure = 0x220448;
 constexpr ULONG secondStructure = 0x22045C;
 
 #pragma pack(push, 1)
-/// The first structure, as far as its fixed part goes; it is followed by pipes.
+/// The fixed part of the first structure; pipes follow it.
 struct Connection {
     ULONG port;
     UCHAR deviceDescriptor[18];
@@ -36,11 +35,11 @@ struct ConnectionV2 {
 static_assert(sizeof(Connection) == 35);
 static_assert(sizeof(ConnectionV2) == 16);
 
-/// The driver's only state besides its devices: one device per hub, and the control device, which
-/// is the last in the system's list.
+/// The driver's state besides its devices: one device per hub, and the control device, which is the
+/// last in the system's list.
 LONG openHandles = 0;
 
-/// Of the control device a hub without a path.
+/// The control device has a hub without a path.
 fakehub::Hub& hubOf(DEVICE_OBJECT* device) {
     return *static_cast<fakehub::Hub*>(device->DeviceExtension);
 }
@@ -106,7 +105,7 @@ NTSTATUS askHub(const fakehub::Hub& hub, const IO_STACK_LOCATION& request, void*
     return STATUS_UNSUCCESSFUL;
 }
 
-/// A hub lets in those who let others write, too. (Wine does not tell which access they ask for.)
+/// A hub can be opened only with FILE_SHARE_WRITE. (Wine does not pass the requested access.)
 NTSTATUS open(const IO_STACK_LOCATION& request) {
     if (request.Parameters.Create.ShareAccess != FILE_SHARE_WRITE)
         return STATUS_SHARING_VIOLATION;

@@ -7,12 +7,11 @@
 #include <string>
 #include <type_traits>
 
-/// The fake hub driver, which runs while this lives. Throws where it cannot be started, as on any
-/// Windows but Wine: the tests that need it put devices into the registry, which is no thing to do
-/// to a real machine.
+/// Runs the fake hub driver. Throws std::runtime_error when it cannot start, and on real Windows: the
+/// tests write devices into the registry.
 class FakeHubService {
 public:
-    /// \p fileName is the driver's, in the folder of the running program.
+    /// \p fileName is the driver, in the folder of the running program.
     explicit FakeHubService(const std::string& fileName);
     ~FakeHubService();
     FakeHubService(const FakeHubService&) = delete;

@@ -16,9 +16,8 @@
 
 using Ports = std::map<unsigned, fakehub::Port>;
 
-/// Devices that Wine's device setup and configuration manager find in the registry, their places
-/// in the tree, and the answers of the fake hub driver, which must be running. Takes all that back
-/// when it goes.
+/// Devices that Wine's device setup and configuration manager find in the registry, their places in
+/// the tree, and the answers of the fake hub driver, which must run. Removed with the object.
 class SeededUsbTree {
 public:
     SeededUsbTree();
@@ -26,21 +25,21 @@ public:
     SeededUsbTree(const SeededUsbTree&) = delete;
     SeededUsbTree& operator=(const SeededUsbTree&) = delete;
 
-    /// \p name is the last part of the device instance ID. Without \p bus or \p address the
-    /// controller has not that property.
+    /// \p name is the last part of the device instance ID. The controller lacks a property that is
+    /// empty.
     DEVINST addController(const std::wstring& name, std::optional<UINT32> bus,
                           std::optional<UINT32> address);
-    /// A hub at which one can ask for \p ports.
+    /// A hub that answers for \p ports.
     DEVINST addHub(std::optional<DEVINST> parent, const std::wstring& name, const Ports& ports);
-    /// A hub that is listed, and cannot be opened.
+    /// A hub that is listed and cannot be opened.
     DEVINST addUnopenableHub(std::optional<DEVINST> parent, const std::wstring& name);
     /// \p id is the device instance ID without "USB\", for example L"VID_4D52&PID_0001\\A1".
     DEVINST addDevice(std::optional<DEVINST> parent, const std::wstring& id,
                       const std::optional<std::wstring>& location);
-    /// Registered, but no longer there.
+    /// Keeps the device registered, but not present.
     void unplug(DEVINST device);
 
-    /// How many handles of hubs are open.
+    /// Number of open handles of hubs.
     static unsigned openHandles();
 
 private:

@@ -17,9 +17,9 @@
 
 namespace {
 
-/// What the system answers in these tests; where they say nothing, it answers itself.
+/// Answers in place of the system's; the system answers where there are none.
 struct Answers {
-    /// To the first and to any later call for the table, with a buffer of this size.
+    /// Fills the table in a buffer of \p size bytes, or sets the size that it needs.
     std::function<DWORD(PMIB_IPADDRTABLE, ULONG& size)> table;
     std::map<NET_IFINDEX, MIB_IF_ROW2> entries;
 };
@@ -31,7 +31,7 @@ Answers& answers() {
 
 } // namespace
 
-// The names are the linker's, which leads the calls here (--wrap).
+// The linker redirects the calls to these functions (--wrap).
 extern "C" {
 
 DWORD WINAPI __real_GetIpAddrTable(PMIB_IPADDRTABLE table, PULONG size, BOOL sorted);
@@ -74,7 +74,7 @@ protected:
         MIB_IF_ROW2 entry{};
         entry.TransmitLinkSpeed = linkSpeed;
         alias.copy(entry.Alias, std::size(entry.Alias) - 1);
-        // Far from the indexes of real adapters.
+        // Above the indexes of real adapters.
         const auto index = static_cast<DWORD>(70000 + m_rows.size());
         answers().entries[index] = entry;
         MIB_IPADDRROW row{};
@@ -114,7 +114,7 @@ TEST_F(WindowsNetwork, listsTheAdaptersOfThisMachine) {
     EXPECT_EQ(m_errors.text(), "");
 }
 
-TEST_F(WindowsNetwork, tellsNothingOfAnAdapterThatIsNotThere) {
+TEST_F(WindowsNetwork, isEmptyForAnAdapterThatDoesNotExist) {
     const host::InterfaceEntry entry = host::makeSystemNetwork()->interfaceEntry(70000);
     EXPECT_EQ(entry.transmitLinkSpeed, 0U);
     EXPECT_EQ(entry.alias, u"");
@@ -130,7 +130,7 @@ TEST_F(WindowsNetwork, givesTheSpeedOfTheFirstOfTwoAdaptersWithOneAddress) {
     EXPECT_EQ(m_errors.text(), "");
 }
 
-TEST_F(WindowsNetwork, knowsNoSpeedWhereWindowsKnowsNone) {
+TEST_F(WindowsNetwork, hasNoSpeedWhereWindowsHasNone) {
     const std::pair<ULONG64, std::uint64_t> cases[] = {
         {0, 0},
         {std::numeric_limits<ULONG64>::max(), 0},
