@@ -18,7 +18,7 @@ std::string dotted(std::uint64_t address) {
 
 void showAdapters() {
     const auto network = host::makeSystemNetwork();
-    const InterfaceHandlerGigE handler(network);
+    const InterfaceHandlerGigE handler({network});
     std::vector<host::AddressRow> rows;
     network->addressTable(rows);
     for (const host::AddressRow& row : rows) {
