@@ -61,8 +61,8 @@ void showUsbDevices() {
 
 } // namespace
 
-/// Shows the network adapters and the USB tree of this machine, and the speed that Spanlet finds for
-/// the USB interface that the argument names.
+/// Shows the network adapters and the USB tree of this machine, and the speed that Spanlet finds
+/// for the USB interface that the argument names.
 int main(int argc, char** argv) {
     if (argc > 2) {
         std::cerr << "Usage: " << argv[0] << " [USB INTERFACE ID]\n";
