@@ -50,8 +50,7 @@ template <class T> std::shared_ptr<T> sample(const std::shared_ptr<T>*) {
 
 template <class Wrapper, class Method, class... Parameters>
 Operation<Wrapper> makeOperation(const char* sdkCall, Method method) {
-    return {virtualPosition(method), sdkCall,
-            [method](Wrapper& wrapper, std::string& text) {
+    return {virtualPosition(method), sdkCall, [method](Wrapper& wrapper, std::string& text) {
                 std::tuple<std::decay_t<Parameters>...> values{
                     sample(static_cast<const std::decay_t<Parameters>*>(nullptr))...};
                 return std::apply(
