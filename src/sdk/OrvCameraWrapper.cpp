@@ -36,8 +36,7 @@ std::pair<std::shared_ptr<Wrapper>, OrvErrorType> make(OrvCPP::Camera* camera, G
 
 OrvErrorType id(OrvCPP::Camera* camera, std::string& text, bool extended) {
     return SdkQuery::text(
-        camera, text,
-        [extended](const OrvCPP::Camera& asked, char* buffer, std::uint32_t& length) {
+        camera, text, [extended](const OrvCPP::Camera& asked, char* buffer, std::uint32_t& length) {
             return asked.GetID(buffer, length, extended);
         });
 }

@@ -37,11 +37,10 @@ OrvErrorType OrvFeatureWrapper::GetValue(bool& value) const {
 }
 
 OrvErrorType OrvFeatureWrapper::GetValue(std::string& value) const {
-    return SdkQuery::text(
-        m_feature.get(), value,
-        [](const OrvCPP::Feature& feature, char* buffer, std::uint32_t& length) {
-            return feature.GetValue(buffer, length);
-        });
+    return SdkQuery::text(m_feature.get(), value,
+                          [](const OrvCPP::Feature& feature, char* buffer, std::uint32_t& length) {
+                              return feature.GetValue(buffer, length);
+                          });
 }
 
 OrvErrorType OrvFeatureWrapper::GetValue(double& value) const {
@@ -70,11 +69,9 @@ OrvErrorType OrvFeatureWrapper::GetValues(std::vector<std::string>& values) cons
 }
 
 OrvErrorType OrvFeatureWrapper::GetValues(std::vector<std::int64_t>& values) const {
-    return SdkQuery::elements(
-        m_feature.get(), values,
-        [](const OrvCPP::Feature& feature, std::int64_t* found, std::uint32_t& count) {
-            return feature.GetValues(found, count);
-        });
+    return SdkQuery::elements(m_feature.get(), values,
+                              [](const OrvCPP::Feature& feature, std::int64_t* found,
+                                 std::uint32_t& count) { return feature.GetValues(found, count); });
 }
 
 OrvErrorType OrvFeatureWrapper::GetEntry(OrvCPP::EnumEntry& entry, const char* name) const {
