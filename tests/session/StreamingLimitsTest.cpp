@@ -2,9 +2,9 @@
 #include "session/StreamingLimits.h"
 #include "session/UsbAccess.h"
 
-#include "tests/support/FakeCameraProcess.h"
 #include "tests/orvcpp/Sdk.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/FakeCameraProcess.h"
 
 #include <QString>
 #include <QTemporaryDir>

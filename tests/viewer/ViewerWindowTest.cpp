@@ -46,9 +46,7 @@ public:
         m_file.write(text);
         m_file.flush();
     }
-    session::CameraSource source() const {
-        return {m_file.fileName()};
-    }
+    session::CameraSource source() const { return {m_file.fileName()}; }
 
 private:
     QTemporaryFile m_file;

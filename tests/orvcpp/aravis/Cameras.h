@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "tests/support/FakeCameraProcess.h"
 #include "tests/orvcpp/Sdk.h"
+#include "tests/support/FakeCameraProcess.h"
 
 #include <chrono>
 #include <memory>

@@ -7,8 +7,8 @@
 #include <string>
 #include <type_traits>
 
-/// Runs the fake hub driver. Throws std::runtime_error when it cannot start, and on real Windows: the
-/// tests write devices into the registry.
+/// Runs the fake hub driver. Throws std::runtime_error when it cannot start, and on real Windows:
+/// the tests write devices into the registry.
 class FakeHubService {
 public:
     /// \p fileName is the driver, in the folder of the running program.
