@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "tests/orvcpp/Sdk.h"
+#include "tests/orvcpp/SdkFixture.h"
 #include "tests/orvcpp/ThreadCount.h"
 
 #include <map>

@@ -3,7 +3,7 @@
 #include "session/UsbAccess.h"
 
 #include "tests/fakecamera/FakeCameraProcess.h"
-#include "tests/orvcpp/Sdk.h"
+#include "tests/orvcpp/SdkFixture.h"
 #include "tests/support/CapturedLog.h"
 
 #include <QString>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/core/FeatureModule.h"
 
-#include "orvcpp/core/HandOut.h"
+#include "orvcpp/core/ArrayOutput.h"
 #include "orvcpp/core/MemoryFeature.h"
 
 #include <algorithm>
@@ -9,9 +9,9 @@
 
 namespace orv {
 
-FeatureModule::FeatureModule(std::shared_ptr<Session> session, std::shared_ptr<Device> device,
+FeatureModule::FeatureModule(std::shared_ptr<ProviderCalls> calls, std::shared_ptr<Device> device,
                              FeatureSet features)
-    : m_session(std::move(session)), m_device(std::move(device)), m_features(std::move(features)) {
+    : m_calls(std::move(calls)), m_device(std::move(device)), m_features(std::move(features)) {
     for (const auto& node : m_features.nodes()) {
         if (node->type() == OrvFeatureDataCommand)
             m_commands.push_back(node.get());
@@ -38,9 +38,9 @@ OrvErrorType FeatureModule::getFeatures(std::shared_ptr<OrvCPP::Feature>* featur
         if (features)
             std::transform(m_features.nodes().begin(), m_features.nodes().end(), found.begin(),
                            [this](const auto& node) { return featureOf(*node); });
-        return handOut(found, features, count);
+        return writeArray(found, features, count);
     });
-    if (error && error != OrvErrorMoreData)
+    if (error != OrvErrorSuccess && error != OrvErrorMoreData)
         count = 0;
     return error;
 }
@@ -54,7 +54,7 @@ OrvErrorType FeatureModule::getFeatures(const std::vector<std::string>& names,
             if (FeatureNode* node = m_features.find(name))
                 found.push_back(featureOf(*node));
         }
-        return handOut(found, features, count);
+        return writeArray(found, features, count);
     });
 }
 

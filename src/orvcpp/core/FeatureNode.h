@@ -132,10 +132,10 @@ public:
 
     /// Reads the value; an error when the feature cannot be read or is of another type.
     template <typename T> OrvErrorType get(T& value) const {
-        if (const OrvErrorType error = mayGet())
+        if (const OrvErrorType error = mayGet(); error != OrvErrorSuccess)
             return error;
         Value found;
-        if (const OrvErrorType error = read(found))
+        if (const OrvErrorType error = read(found); error != OrvErrorSuccess)
             return error;
         const T* typed = std::get_if<T>(&found);
         if (!typed)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "orvcpp/core/ArrayOutput.h"
 #include "orvcpp/core/FeatureModule.h"
-#include "orvcpp/core/HandOut.h"
 
 #include <memory>
 #include <string>
@@ -31,18 +31,18 @@ protected:
 
     OrvErrorType answerText(const std::string& text, char* buffer, std::uint32_t& length) const {
         const OrvErrorType error = enter();
-        return error ? error : handOut(text, buffer, length);
+        return error != OrvErrorSuccess ? error : writeArray(text, buffer, length);
     }
     template <typename T, typename Given> OrvErrorType answer(T& result, const Given& given) const {
         const OrvErrorType error = enter();
-        if (!error)
+        if (error == OrvErrorSuccess)
             result = given;
         return error;
     }
     /// The object that is kept weakly, as the owner of this one may be gone.
     template <typename T>
     OrvErrorType answerKept(std::shared_ptr<T>& result, const std::weak_ptr<T>& kept) const {
-        if (const OrvErrorType error = enter())
+        if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
             return error;
         result = kept.lock();
         return result ? OrvErrorSuccess : OrvErrorNotFound;

@@ -28,7 +28,7 @@ public:
 
     /// The object to hand out for a camera of the provider: the camera factory's, if there is one.
     virtual std::shared_ptr<OrvCPP::Camera>
-    handedOut(const std::shared_ptr<OrvCPP::Camera>& found) = 0;
+    publicCamera(const std::shared_ptr<OrvCPP::Camera>& found) = 0;
     /// Tells the observers; to be called on a thread of the provider's (SdkThread::Events).
     virtual void cameraListChanged(const std::shared_ptr<OrvCPP::Camera>& found,
                                    OrvUpdateTriggerType reason) = 0;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/core/CallGate.h"
-#include "orvcpp/core/Provider.h"
+#include "orvcpp/core/CallCounter.h"
+#include "orvcpp/core/ProviderFactory.h"
 
 #include "OrvCPP/OrvSystem.h"
 #include "OrvSimulation/Simulation.h"
@@ -21,7 +21,7 @@ namespace orv {
 /// provider, an observer or the camera factory is called, but for the factory's own.
 class System final : public OrvCPP::OrvSystem, public OrvCPP::ISimulation, private ProviderHost {
 public:
-    System();
+    explicit System(ProviderFactory makeProviders);
     ~System() override;
 
     OrvErrorType QueryVersion(OrvVersionInfo& version) const override;
@@ -61,10 +61,8 @@ public:
     bool SetCameraPlugged(const std::string& id, bool plugged) override;
 
 private:
-    using Providers = std::vector<std::shared_ptr<Provider>>;
-
     std::shared_ptr<OrvCPP::Camera>
-    handedOut(const std::shared_ptr<OrvCPP::Camera>& found) override;
+    publicCamera(const std::shared_ptr<OrvCPP::Camera>& found) override;
     void cameraListChanged(const std::shared_ptr<OrvCPP::Camera>& found,
                            OrvUpdateTriggerType reason) override;
 
@@ -74,7 +72,8 @@ private:
     OrvErrorType enter() const;
     Providers providers() const;
 
-    const std::shared_ptr<CallGate> m_gate = std::make_shared<CallGate>();
+    const ProviderFactory m_makeProviders;
+    const std::shared_ptr<CallCounter> m_callCounter = std::make_shared<CallCounter>();
     /// Held from begin to end of starting and stopping.
     mutable std::mutex m_lifecycle;
     mutable std::mutex m_mutex;
@@ -85,10 +84,10 @@ private:
     std::vector<std::shared_ptr<OrvCPP::ICameraListObserver>> m_cameraObservers;
     std::vector<std::shared_ptr<OrvCPP::IInterfaceListObserver>> m_interfaceObservers;
     std::shared_ptr<OrvCPP::ICameraFactory> m_factory;
-    /// Held while the factory is called, which may call back; guards m_handedOut.
+    /// Held while the factory is called, which may call back; guards m_publicCameras.
     std::recursive_mutex m_factoryMutex;
     /// What is handed out for a camera that was found, by the provider's object.
-    std::map<std::shared_ptr<OrvCPP::Camera>, std::shared_ptr<OrvCPP::Camera>> m_handedOut;
+    std::map<std::shared_ptr<OrvCPP::Camera>, std::shared_ptr<OrvCPP::Camera>> m_publicCameras;
 };
 
 } // namespace orv

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "orvcpp/core/Device.h"
-#include "orvcpp/core/Session.h"
-#include "orvcpp/simulated/CameraModel.h"
+#include "orvcpp/core/ProviderCalls.h"
+#include "orvcpp/simulated/CameraSettings.h"
 
 #include "OrvCPP/Camera.h"
 
@@ -19,7 +19,7 @@ namespace orv::simulated {
 /// of them held.
 class CameraDevice final : public Device {
 public:
-    CameraDevice(std::shared_ptr<Session> session, std::shared_ptr<Link> link,
+    CameraDevice(std::shared_ptr<ProviderCalls> calls, std::shared_ptr<Link> link,
                  std::shared_ptr<PatternStore> patterns, const CameraData& data, bool isUsb);
 
     OrvErrorType open(OrvAccessModeType mode);
@@ -40,16 +40,16 @@ public:
     void changed() override;
 
     /// Guarded by mutex(), as it is while a feature of the camera is read or written.
-    CameraModel& model() { return m_model; }
+    CameraSettings& settings() { return m_settings; }
     StreamStatistics& statistics() { return *m_statistics; }
-    const CameraData& data() const { return m_model.data(); }
+    const CameraData& data() const { return m_settings.data(); }
 
 private:
     OrvErrorType mayOpen(OrvAccessModeType mode) const;
     OrvErrorType stopStreaming();
     FrameSourceSettings sourceSettings(int bufferCount) const;
 
-    const std::shared_ptr<Session> m_session;
+    const std::shared_ptr<ProviderCalls> m_calls;
     const std::shared_ptr<Link> m_link;
     const std::shared_ptr<PatternStore> m_patterns;
     const std::shared_ptr<StreamStatistics> m_statistics = std::make_shared<StreamStatistics>();
@@ -58,7 +58,7 @@ private:
     /// Held from begin to end of opening, closing, starting and stopping.
     std::mutex m_control;
     /// All below guarded by mutex().
-    CameraModel m_model;
+    CameraSettings m_settings;
     OrvAccessModeType m_mode = OrvAccessModeNone;
     bool m_isPlugged = true;
     /// It was unplugged while it was open, and not closed since.

@@ -29,15 +29,15 @@ struct StreamStatistics {
 };
 
 /// What became of a frame on the link.
-enum class Carriage { Whole, Damaged, Lost };
+enum class Transmission { Whole, Damaged, Lost };
 
 class FrameSource;
 
 /// One of an acquisition's frames. Its fields are written by the link's thread while the frame is
 /// not with the receiver, and read by the receiver, so that the queries need no lock.
-class VirtualFrame final : public OrvCPP::Frame {
+class SimulatedFrame final : public OrvCPP::Frame {
 public:
-    VirtualFrame(std::weak_ptr<FrameSource> source, const Geometry& geometry);
+    SimulatedFrame(std::weak_ptr<FrameSource> source, const Geometry& geometry);
 
     OrvErrorType GetReceiveStatus(OrvFrameStatusType& status) const override;
     OrvErrorType GetBufferSize(std::uint32_t& size) const override;
@@ -87,20 +87,20 @@ public:
     /// Makes the frames; to be called once, before anything else.
     void announceFrames();
     /// Sends the next frame. Called on the link's thread only, with no lock held.
-    void send(Carriage carriage, std::uint64_t nanoseconds);
+    void send(Transmission transmission, std::uint64_t nanoseconds);
     /// Sends \p count frames that nobody is there to receive. Link's thread only.
     void skip(std::int64_t count);
     /// Takes a frame back. Thread-safe, does not wait for a callback.
-    OrvErrorType queue(const std::shared_ptr<VirtualFrame>& frame);
+    OrvErrorType queue(const std::shared_ptr<SimulatedFrame>& frame);
 
     std::shared_ptr<const Pattern> pattern() const {
         return m_patterns->pattern(m_settings.geometry);
     }
 
 private:
-    std::shared_ptr<VirtualFrame> takeFree();
+    std::shared_ptr<SimulatedFrame> takeFree();
     bool happens(double rate);
-    void deliver(const std::shared_ptr<VirtualFrame>& frame);
+    void deliver(const std::shared_ptr<SimulatedFrame>& frame);
 
     const FrameSourceSettings m_settings;
     const std::shared_ptr<OrvCPP::IFrameObserver> m_observer;
@@ -112,7 +112,7 @@ private:
     std::mutex m_mutex;
     /// Frames that can be filled, guarded by the mutex; room for all, so that queueing does not
     /// allocate.
-    std::vector<std::shared_ptr<VirtualFrame>> m_free;
+    std::vector<std::shared_ptr<SimulatedFrame>> m_free;
 };
 
 } // namespace orv::simulated

@@ -160,7 +160,7 @@ std::int64_t Link::skipMissed(Entry& entry, Clock::time_point now) {
 
 void Link::sendFrame(Entry& entry, std::unique_lock<std::mutex>& lock) {
     const std::int64_t missed = skipMissed(entry, Clock::now());
-    const Carriage carriage = carry(entry);
+    const Transmission transmission = carry(entry);
     const auto time = entry.due;
     entry.last = time;
     entry.due = entry.demand.framesPerSecond > 0 ? time + periodOf(entry.demand.framesPerSecond)
@@ -171,7 +171,7 @@ void Link::sendFrame(Entry& entry, std::unique_lock<std::mutex>& lock) {
     lock.unlock();
     if (missed > 0)
         source->skip(missed);
-    source->send(carriage,
+    source->send(transmission,
                  static_cast<std::uint64_t>(std::chrono::nanoseconds(time - m_start).count()));
     lock.lock();
     m_serving = nullptr;
@@ -182,7 +182,7 @@ void Link::sendFrame(Entry& entry, std::unique_lock<std::mutex>& lock) {
     lock.lock();
 }
 
-Carriage Link::carry(Entry& entry) {
+Transmission Link::carry(Entry& entry) {
     const double earned = Seconds(entry.due - m_filled).count() * m_bytesPerSecond;
     m_allowance = std::min(m_allowance + std::max(0.0, earned), m_allowanceLimit);
     m_filled = std::max(m_filled, entry.due);
@@ -190,17 +190,17 @@ Carriage Link::carry(Entry& entry) {
         entry.credit += m_carriedShare;
         // Rounding must not cost a frame where everything can be carried.
         if (entry.credit < 1 - 1e-9)
-            return Carriage::Lost;
+            return Transmission::Lost;
         entry.credit -= 1;
     }
     if (m_allowance < entry.demand.payload)
-        return Carriage::Lost;
+        return Transmission::Lost;
     m_allowance -= entry.demand.payload;
     entry.damage += (1 - m_carriedShare) * entry.demand.overloadDamage;
     if (entry.damage < 1)
-        return Carriage::Whole;
+        return Transmission::Whole;
     entry.damage -= 1;
-    return Carriage::Damaged;
+    return Transmission::Damaged;
 }
 
 } // namespace orv::simulated

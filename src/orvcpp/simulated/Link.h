@@ -66,7 +66,7 @@ private:
     void removeEntry(const FrameSource& source);
     void sendFrame(Entry& entry, std::unique_lock<std::mutex>& lock);
     std::int64_t skipMissed(Entry& entry, Clock::time_point now);
-    Carriage carry(Entry& entry);
+    Transmission carry(Entry& entry);
     void share();
 
     const double m_bytesPerSecond;

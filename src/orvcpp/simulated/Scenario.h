@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "orvcpp/core/MemoryTransportLayer.h"
+
 #include "OrvCPP/OrvTypes.h"
 
 #include <cstddef>
@@ -44,16 +46,6 @@ struct ControllerData {
     std::string location() const {
         return std::to_string(bus) + '-' + std::to_string(device) + '-' + std::to_string(function);
     }
-};
-
-struct TransportLayerData {
-    std::string id;
-    std::string vendor;
-    std::string name;
-    std::string model;
-    std::string version;
-    std::string path;
-    OrvTransportLayerType type = OrvTransportLayerTypeUnknown;
 };
 
 /// An interface hangs on an adapter, on a controller, or has a link of its own.

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tests/fakecamera/FakeCameraProcess.h"
-#include "tests/orvcpp/Sdk.h"
+#include "tests/orvcpp/SdkFixture.h"
 
 #include <chrono>
 #include <memory>

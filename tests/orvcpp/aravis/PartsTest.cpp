@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/device/DetachableThreads.h"
 #include "orvcpp/aravis/device/DeviceThread.h"
-#include "orvcpp/aravis/device/ThreadPark.h"
+#include "orvcpp/aravis/discovery/DatagramSocket.h"
 #include "orvcpp/aravis/discovery/Gvcp.h"
 #include "orvcpp/aravis/discovery/NetworkAdapters.h"
-#include "orvcpp/aravis/discovery/UdpSocket.h"
 #include "orvcpp/aravis/discovery/UsbBus.h"
 #include "orvcpp/aravis/stream/FrameIds.h"
 
@@ -81,8 +81,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Calls, WaitForADeviceThatHangsOnlyOnceAndGoOnWhenItHasAnswered) {
     using namespace std::chrono_literals;
-    orv::aravis::ThreadPark park;
-    const auto device = DeviceThread::begin(park, 0ms);
+    orv::aravis::DetachableThreads threads;
+    const auto device = DeviceThread::begin(threads, 0ms);
     EXPECT_EQ(device->call([]() -> OrvErrorType { throw std::bad_alloc(); }, 10s),
               OrvErrorResources);
 
@@ -103,7 +103,7 @@ TEST(Calls, WaitForADeviceThatHangsOnlyOnceAndGoOnWhenItHasAnswered) {
         std::this_thread::yield();
     EXPECT_EQ(device->call(succeed, 10s), OrvErrorSuccess);
     device->quit();
-    park.join(10s);
+    threads.join(10s);
 }
 
 /// A USB tree as the kernel shows it, in a temporary folder.
@@ -190,7 +190,7 @@ TEST(Network, SpeedOfALinkIsUnknownWhereTheKernelTellsNone) {
 /// time later if it \p answers at all. How many more questions it got meanwhile.
 int answerSlowly(std::uint32_t address, std::uint16_t milliseconds, bool answers,
                  std::promise<void>& isReady) {
-    const UdpSocket socket;
+    const DatagramSocket socket;
     sockaddr_in own{};
     own.sin_family = AF_INET;
     own.sin_addr.s_addr = htonl(address);

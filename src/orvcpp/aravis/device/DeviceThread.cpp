@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/device/DeviceThread.h"
 
-#include "orvcpp/aravis/device/ThreadPark.h"
+#include "orvcpp/aravis/device/DetachableThreads.h"
 
 #include <exception>
 #include <utility>
@@ -21,10 +21,10 @@ OrvErrorType resultOf(const DeviceThread::Work& work) {
 
 } // namespace
 
-std::shared_ptr<DeviceThread> DeviceThread::begin(ThreadPark& park,
+std::shared_ptr<DeviceThread> DeviceThread::begin(DetachableThreads& threads,
                                                   std::chrono::milliseconds patience) {
     auto made = std::make_shared<DeviceThread>(patience);
-    park.start([made] { made->run(); });
+    threads.start([made] { made->run(); });
     return made;
 }
 

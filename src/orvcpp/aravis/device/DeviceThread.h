@@ -12,7 +12,7 @@
 
 namespace orv::aravis {
 
-class ThreadPark;
+class DetachableThreads;
 
 /// Makes the library's calls to one device, one after the other as that device needs it, on a
 /// thread of its own: who asks waits for the answer, but never longer than for a device that is
@@ -25,7 +25,8 @@ public:
 
     /// \p patience is how long a piece of work may take that nobody waits for any more.
     static std::shared_ptr<DeviceThread>
-    begin(ThreadPark& park, std::chrono::milliseconds patience = std::chrono::milliseconds(2500));
+    begin(DetachableThreads& threads,
+          std::chrono::milliseconds patience = std::chrono::milliseconds(2500));
 
     explicit DeviceThread(std::chrono::milliseconds patience) : m_patience(patience) {}
 

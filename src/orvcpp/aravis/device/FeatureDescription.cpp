@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/device/FeatureDescription.h"
 
-#include "orvcpp/aravis/Fault.h"
+#include "orvcpp/aravis/LibraryError.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -102,8 +102,8 @@ EnumEntry describeEntry(ArvGcFeatureNode* node) {
     entry.description = text(arv_gc_feature_node_get_description(node));
     entry.toolTip = text(arv_gc_feature_node_get_tooltip(node));
     entry.visibility = visibilityOf(node);
-    Fault fault;
-    entry.value = arv_gc_enum_entry_get_value(ARV_GC_ENUM_ENTRY(node), fault.out());
+    LibraryError failure;
+    entry.value = arv_gc_enum_entry_get_value(ARV_GC_ENUM_ENTRY(node), failure.out());
     return entry;
 }
 
@@ -169,8 +169,8 @@ bool isImplemented(ArvGcFeatureNode* node) {
     if (way.size() == maximumDepth)
         return false;
     return std::all_of(way.begin(), way.end(), [](ArvGcFeatureNode* part) {
-        Fault fault;
-        return arv_gc_feature_node_is_implemented(part, fault.out()) != FALSE;
+        LibraryError failure;
+        return arv_gc_feature_node_is_implemented(part, failure.out()) != FALSE;
     });
 }
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "orvcpp/aravis/device/DetachableThreads.h"
 #include "orvcpp/aravis/device/OpenedCamera.h"
-#include "orvcpp/aravis/device/ThreadPark.h"
 #include "orvcpp/aravis/discovery/CameraRecord.h"
-#include "orvcpp/aravis/stream/StreamPreparation.h"
+#include "orvcpp/aravis/stream/AdapterStreams.h"
 
 #include "OrvCPP/Camera.h"
 
@@ -18,10 +18,10 @@
 namespace orv::aravis {
 
 /// What all cameras share.
-struct CameraSurroundings {
-    std::shared_ptr<Session> calls;
-    std::shared_ptr<ThreadPark> park;
-    std::shared_ptr<StreamPreparation> streams;
+struct CameraContext {
+    std::shared_ptr<ProviderCalls> calls;
+    std::shared_ptr<DetachableThreads> threads;
+    std::shared_ptr<AdapterStreams> streams;
     PacketSocket packetSocket = PacketSocket::Automatic;
     /// Called without a lock when a camera was opened, closed or lost.
     std::function<void(const std::shared_ptr<OrvCPP::Camera>&, OrvUpdateTriggerType)> changed;
@@ -36,7 +36,7 @@ class GenicamCamera final : public OrvCPP::Camera,
 public:
     using Clock = std::chrono::steady_clock;
 
-    GenicamCamera(CameraSurroundings surroundings, std::string id,
+    GenicamCamera(CameraContext context, std::string id,
                   std::weak_ptr<OrvCPP::TransportLayer> layer);
     ~GenicamCamera() override;
 
@@ -93,7 +93,7 @@ private:
     void tell(OrvUpdateTriggerType reason);
     OrvErrorType answerText(const std::string& text, char* buffer, std::uint32_t& length) const;
 
-    const CameraSurroundings m_surroundings;
+    const CameraContext m_context;
     const std::string m_id;
     const std::weak_ptr<OrvCPP::TransportLayer> m_layer;
     /// Held from begin to end of opening, closing, starting and stopping.

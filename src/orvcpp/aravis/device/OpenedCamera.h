@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/aravis/device/GenicamFeature.h"
-#include "orvcpp/aravis/stream/Streaming.h"
+#include "orvcpp/aravis/device/FeatureAccess.h"
+#include "orvcpp/aravis/stream/AcquisitionSlot.h"
 #include "orvcpp/core/FeatureModule.h"
 
 #include "OrvCPP/LocalDevice.h"
@@ -16,8 +16,8 @@ namespace orv::aravis {
 
 /// All that there is of a camera while it is open.
 struct OpenedCamera {
-    std::shared_ptr<DeviceSession> device;
-    std::shared_ptr<Streaming> streaming;
+    std::shared_ptr<DeviceConnection> device;
+    std::shared_ptr<AcquisitionSlot> acquisitions;
     std::shared_ptr<FeatureAccess> features;
     std::shared_ptr<OrvCPP::LocalDevice> localDevice;
     std::shared_ptr<OrvCPP::Stream> stream;
@@ -29,8 +29,8 @@ struct OpenedCamera {
 };
 
 /// Makes them around an opened device.
-std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<Session>& calls,
-                                               std::shared_ptr<DeviceSession> device,
+std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<ProviderCalls>& calls,
+                                               std::shared_ptr<DeviceConnection> device,
                                                PacketSocket packetSocket, const std::string& id);
 
 } // namespace orv::aravis

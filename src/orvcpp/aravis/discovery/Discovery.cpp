@@ -2,7 +2,7 @@
 #include "orvcpp/aravis/discovery/Discovery.h"
 
 #include "orvcpp/aravis/GObjects.h"
-#include "orvcpp/aravis/discovery/CameraCall.h"
+#include "orvcpp/aravis/discovery/DiscoveryBroadcast.h"
 #include "orvcpp/aravis/discovery/Gvcp.h"
 #include "orvcpp/core/SdkThread.h"
 
@@ -129,7 +129,7 @@ void Discovery::run() {
 }
 
 std::vector<CameraRecord> Discovery::look() const {
-    const CameraCall call;
+    const DiscoveryBroadcast call;
     // Takes a second, in which the call is answered, too.
     std::vector<CameraRecord> records =
         askInterface(arv_gv_interface_get_instance(), OrvTransportLayerTypeGEV);

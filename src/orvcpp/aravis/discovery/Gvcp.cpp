@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/discovery/Gvcp.h"
 
-#include "orvcpp/aravis/discovery/UdpSocket.h"
+#include "orvcpp/aravis/discovery/DatagramSocket.h"
 
 #include <algorithm>
 #include <array>
@@ -80,7 +80,7 @@ std::optional<Gvcp::Answer> receive(int handle, std::uint16_t command, std::uint
 
 std::optional<Gvcp::Answer> Gvcp::ask(std::uint16_t command,
                                       const std::vector<std::uint8_t>& body) const {
-    const UdpSocket socket;
+    const DatagramSocket socket;
     if (!socket.connectTo(m_address, controlPort))
         return std::nullopt;
     for (int id = 1; id <= m_tries; ++id) {

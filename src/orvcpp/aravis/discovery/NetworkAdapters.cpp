@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/discovery/NetworkAdapters.h"
 
-#include "orvcpp/aravis/discovery/UdpSocket.h"
+#include "orvcpp/aravis/discovery/DatagramSocket.h"
 
 #include <arpa/inet.h>
 #include <cctype>
@@ -82,7 +82,7 @@ std::uint64_t macNumber(const std::string& text) {
 }
 
 std::optional<NetworkAdapter> adapterTowards(std::uint32_t address) {
-    const UdpSocket socket;
+    const DatagramSocket socket;
     if (!socket.connectTo(address, anyPort))
         return std::nullopt;
     const std::uint32_t local = socket.localAddress();

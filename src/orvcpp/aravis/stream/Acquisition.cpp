@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/Acquisition.h"
 
-#include "orvcpp/aravis/Fault.h"
-#include "orvcpp/aravis/Log.h"
+#include "orvcpp/aravis/LibraryError.h"
 #include "orvcpp/aravis/device/NodeAccess.h"
-#include "orvcpp/aravis/stream/StreamOpening.h"
+#include "orvcpp/aravis/stream/OpenedStream.h"
+#include "orvcpp/core/SdkLog.h"
 #include "orvcpp/core/SdkThread.h"
 
 #include <utility>
@@ -28,7 +28,7 @@ OrvErrorType readPayload(const FeatureCatalogue& features, std::size_t& payload)
     if (!feature)
         return OrvErrorNotFound;
     std::int64_t bytes = 0;
-    if (const OrvErrorType error = node::get(*feature, bytes))
+    if (const OrvErrorType error = node::get(*feature, bytes); error != OrvErrorSuccess)
         return error;
     if (bytes <= 0 || bytes > largestPayload)
         return OrvErrorInvalidValue;
@@ -87,7 +87,7 @@ OrvFrameStatusType statusOf(ArvBufferStatus status) {
 
 } // namespace
 
-Acquisition::Acquisition(std::shared_ptr<DeviceSession> device, StreamPath path)
+Acquisition::Acquisition(std::shared_ptr<DeviceConnection> device, StreamTransport path)
     : m_device(std::move(device)), m_path(path) {}
 
 Acquisition::~Acquisition() = default;
@@ -108,27 +108,27 @@ OrvErrorType Acquisition::start(int bufferCount, std::shared_ptr<OrvCPP::IFrameO
     const OrvErrorType error =
         m_device->call([self = shared_from_this(), bufferCount](
                            ArvDevice* device) { return self->startOn(device, bufferCount); },
-                       DeviceSession::longCallLimit);
-    if (error)
+                       DeviceConnection::longCallLimit);
+    if (error != OrvErrorSuccess)
         stop();
     return error;
 }
 
 OrvErrorType Acquisition::startOn(ArvDevice* device, int bufferCount) {
     const FeatureCatalogue& features = *m_device->features();
-    if (const OrvErrorType error = readPayload(features, m_payload))
+    if (const OrvErrorType error = readPayload(features, m_payload); error != OrvErrorSuccess)
         return error;
     if (!reusePrepared(device)) {
-        if (const OrvErrorType error = makeStream(device))
+        if (const OrvErrorType error = makeStream(device); error != OrvErrorSuccess)
             return error;
     }
     if (m_device->record().type == OrvTransportLayerTypeGEV)
         logInfo(m_device->record().id() + ": Frames come through a " + path().description() + '.');
     lockSettings(features, 1);
     OrvErrorType error = announceFrames(bufferCount);
-    if (!error)
+    if (error == OrvErrorSuccess)
         error = runCommand(features, "AcquisitionStart");
-    if (error || m_stopping)
+    if (error != OrvErrorSuccess || m_stopping)
         lockSettings(features, 0);
     return error;
 }
@@ -137,24 +137,24 @@ bool Acquisition::reusePrepared(ArvDevice* device) const {
     std::unique_lock lock(m_mutex);
     ArvStream* const prepared = m_stream.get();
     const int packetSize = m_packetSize;
-    const StreamPath path = m_path;
+    const StreamTransport path = m_path;
     // Not held while the camera is asked: it is only on the device's thread that a stream ends.
     lock.unlock();
     return prepared && reuseStream(device, prepared, packetSize, path);
 }
 
 OrvErrorType Acquisition::makeStream(ArvDevice* device) {
-    StreamPath path = this->path();
+    StreamTransport path = this->path();
     {
         // One at a time, since each tells the camera where to send.
         GObjectPtr<ArvStream> unfit;
         const std::lock_guard lock(m_mutex);
         unfit.swap(m_stream);
     }
-    Fault fault;
-    OpenedStream opened = openStream(device, path, &Acquisition::onStream, this, fault);
+    LibraryError failure;
+    OpenedStream opened = openStream(device, path, &Acquisition::onStream, this, failure);
     if (!opened.stream)
-        return fault.code() ? fault.code() : OrvErrorUnspecified;
+        return failure.code() != OrvErrorSuccess ? failure.code() : OrvErrorUnspecified;
     const std::lock_guard lock(m_mutex);
     if (m_stopping)
         return OrvErrorInvalidCall;
@@ -168,7 +168,7 @@ OrvErrorType Acquisition::makeStream(ArvDevice* device) {
 OrvErrorType Acquisition::announceFrames(int bufferCount) {
     for (int i = 0; i < bufferCount; ++i) {
         m_frames.push_back(std::make_shared<GenicamFrame>(weak_from_this(), m_payload));
-        if (const OrvErrorType error = queue(*m_frames.back()))
+        if (const OrvErrorType error = queue(*m_frames.back()); error != OrvErrorSuccess)
             return error;
     }
     return OrvErrorSuccess;
@@ -196,7 +196,7 @@ void Acquisition::stop() {
     m_device->call([self = shared_from_this()](ArvDevice*) {
         const FeatureCatalogue& features = *self->m_device->features();
         const OrvErrorType error = runCommand(features, "AcquisitionStop");
-        if (!error)
+        if (error == OrvErrorSuccess)
             lockSettings(features, 0);
         return error;
     });
@@ -223,12 +223,20 @@ void Acquisition::endDelivery() {
                                                         ending))]() mutable { stream.reset(); });
 }
 
+OrvErrorType queueFrame(const std::shared_ptr<OrvCPP::Frame>& frame) {
+    const auto ours = std::dynamic_pointer_cast<GenicamFrame>(frame);
+    if (!ours)
+        return OrvErrorBadParameter;
+    const std::shared_ptr<Acquisition> acquisition = ours->acquisition();
+    return acquisition ? acquisition->queue(*ours) : OrvErrorInvalidCall;
+}
+
 std::vector<StreamCount> Acquisition::counts() const {
     const std::lock_guard lock(m_mutex);
     return m_stream ? readCounts(m_stream.get()) : m_lastCounts;
 }
 
-StreamPath Acquisition::path() const {
+StreamTransport Acquisition::path() const {
     const std::lock_guard lock(m_mutex);
     return m_path;
 }

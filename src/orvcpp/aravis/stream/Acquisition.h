@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/aravis/device/DeviceSession.h"
+#include "orvcpp/aravis/device/DeviceConnection.h"
 #include "orvcpp/aravis/stream/FrameIds.h"
 #include "orvcpp/aravis/stream/GenicamFrame.h"
-#include "orvcpp/aravis/stream/StreamPath.h"
+#include "orvcpp/aravis/stream/StreamTransport.h"
 
 #include <atomic>
 #include <cstdint>
@@ -28,7 +28,7 @@ struct StreamCount {
 class Acquisition : public std::enable_shared_from_this<Acquisition> {
 public:
     /// \p path is how the frames are to come in.
-    Acquisition(std::shared_ptr<DeviceSession> device, StreamPath path);
+    Acquisition(std::shared_ptr<DeviceConnection> device, StreamTransport path);
     ~Acquisition();
     Acquisition(const Acquisition&) = delete;
     Acquisition& operator=(const Acquisition&) = delete;
@@ -47,7 +47,7 @@ public:
 
     std::vector<StreamCount> counts() const;
     /// How the frames come in, once it has started.
-    StreamPath path() const;
+    StreamTransport path() const;
     /// What the camera numbered its last frame; known when the acquisition has stopped.
     std::optional<std::uint64_t> lastIdOfCamera() const;
 
@@ -64,7 +64,7 @@ private:
     void bufferDone();
     void deliver(GenicamFrame& frame);
 
-    const std::shared_ptr<DeviceSession> m_device;
+    const std::shared_ptr<DeviceConnection> m_device;
     /// Not taken away while a frame is delivered.
     std::shared_ptr<OrvCPP::IFrameObserver> m_observer;
     std::size_t m_payload = 0;
@@ -80,12 +80,15 @@ private:
     std::mutex m_delivery;
     mutable std::mutex m_mutex;
     /// This and the next two guarded by the mutex.
-    StreamPath m_path;
+    StreamTransport m_path;
     int m_packetSize = 0;
     std::vector<StreamCount> m_lastCounts;
     /// Guarded by the mutex, and not taken away while a frame is delivered. Destroyed first: it
     /// ends the thread that works on all the others.
     GObjectPtr<ArvStream> m_stream;
 };
+
+/// Queues a frame to the acquisition that it came from. Thread-safe.
+OrvErrorType queueFrame(const std::shared_ptr<OrvCPP::Frame>& frame);
 
 } // namespace orv::aravis
