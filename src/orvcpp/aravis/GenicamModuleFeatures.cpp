@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/GenicamModuleFeatures.h"
 
+#include "orvcpp/core/NetworkFeatures.h"
+
 #include <limits>
 #include <memory>
 #include <utility>
@@ -10,8 +12,6 @@ namespace orv::aravis {
 namespace {
 
 constexpr std::int64_t anyNumber = std::numeric_limits<std::int64_t>::max();
-constexpr std::int64_t largestAddress = 0xFFFFFFFF;
-constexpr std::int64_t largestMac = 0xFFFFFFFFFFFF;
 constexpr int kilobyte = 1024;
 constexpr std::int64_t socketDriver = 0;
 constexpr std::int64_t filterDriver = 1;
@@ -24,26 +24,12 @@ void addType(FeatureSet& set, const char* name, OrvTransportLayerType type) {
         .readOnly();
 }
 
-FeatureNode& addAddress(FeatureSet& set, const char* name, std::uint32_t address) {
-    return set.fixedNumber(name, address).limits(0, largestAddress).shownAs("IPV4Address");
-}
-
-FeatureNode& addMac(FeatureSet& set, const char* name, std::uint64_t mac) {
-    return set.fixedNumber(name, static_cast<std::int64_t>(mac))
-        .limits(0, largestMac)
-        .shownAs("MACAddress");
-}
-
 FeatureNode& addQuantity(FeatureSet& set, const char* name, std::int64_t value, const char* unit) {
     return set.fixedNumber(name, value).limits(0, anyNumber).unit(unit);
 }
 
 void addAdapter(FeatureSet& set, const NetworkAdapter& adapter) {
-    set.category("/InterfaceInformation/GigEVision");
-    addAddress(set, "GevInterfaceSubnetIPAddress", adapter.address)
-        .about("IPv4 address of the adapter.");
-    addAddress(set, "GevInterfaceSubnetMask", adapter.mask).about("Subnet mask of the adapter.");
-    addMac(set, "GevInterfaceMACAddress", adapter.mac).about("MAC address of the adapter.");
+    addAdapterAddresses(set, adapter.address, adapter.mask, adapter.mac);
     set.integer("GevInterfaceMTU")
         .about("Largest packet that the adapter sends and receives whole.")
         .unit("B")

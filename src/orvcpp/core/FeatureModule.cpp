@@ -3,6 +3,7 @@
 
 #include "orvcpp/core/ArrayOutput.h"
 #include "orvcpp/core/MemoryFeature.h"
+#include "orvcpp/core/ObserverList.h"
 
 #include <algorithm>
 #include <utility>
@@ -64,25 +65,14 @@ FeatureModule::registerObserver(const FeatureNode& node,
     return guarded(false, [&] {
         if (!observer)
             return OrvErrorType{OrvErrorBadParameter};
-        Observers& observers = m_observers[&node];
-        if (std::find(observers.begin(), observers.end(), observer) != observers.end())
-            return OrvErrorType{OrvErrorAlreadyDone};
-        observers.push_back(observer);
-        return OrvErrorType{OrvErrorSuccess};
+        return addObserver(m_observers[&node], observer);
     });
 }
 
 OrvErrorType
 FeatureModule::unregisterObserver(const FeatureNode& node,
                                   const std::shared_ptr<OrvCPP::IFeatureObserver>& observer) {
-    return guarded(false, [&] {
-        Observers& observers = m_observers[&node];
-        const auto found = std::find(observers.begin(), observers.end(), observer);
-        if (found == observers.end())
-            return OrvErrorType{OrvErrorNotFound};
-        observers.erase(found);
-        return OrvErrorType{OrvErrorSuccess};
-    });
+    return guarded(false, [&] { return removeObserver(m_observers[&node], observer); });
 }
 
 void FeatureModule::tellObservers(const FeatureNode* written) {

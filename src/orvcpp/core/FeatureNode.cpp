@@ -252,18 +252,6 @@ std::optional<FloatLimits> FeatureNode::floatingLimits() const {
     return m_floatLimits ? m_floatLimits() : FloatLimits{0, 1e9, 0};
 }
 
-const OrvCPP::EnumEntry* FeatureNode::findEntry(const std::string& name) const {
-    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
-                                    [&](const auto& entry) { return entry.name == name; });
-    return found == m_entries.end() ? nullptr : &*found;
-}
-
-const OrvCPP::EnumEntry* FeatureNode::findEntry(std::int64_t value) const {
-    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
-                                    [&](const auto& entry) { return entry.value == value; });
-    return found == m_entries.end() ? nullptr : &*found;
-}
-
 bool FeatureNode::isAvailable(const OrvCPP::EnumEntry& entry) const {
     return std::find(m_unavailable.begin(), m_unavailable.end(), entry.name) == m_unavailable.end();
 }

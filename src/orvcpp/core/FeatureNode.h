@@ -2,6 +2,7 @@
 #pragma once
 
 #include "orvcpp/core/Clock.h"
+#include "orvcpp/core/EnumEntries.h"
 
 #include "OrvCPP/EnumEntry.h"
 #include "OrvCPP/OrvTypes.h"
@@ -125,9 +126,11 @@ public:
     std::optional<IntegerLimits> integerLimits() const;
     std::optional<FloatLimits> floatingLimits() const;
 
-    const std::vector<OrvCPP::EnumEntry>& entries() const { return m_entries; }
-    const OrvCPP::EnumEntry* findEntry(const std::string& name) const;
-    const OrvCPP::EnumEntry* findEntry(std::int64_t value) const;
+    const EnumEntries& entries() const { return m_entries; }
+    /// By name or by value; null when there is none.
+    template <typename Key> const OrvCPP::EnumEntry* findEntry(const Key& key) const {
+        return orv::findEntry(m_entries, key);
+    }
     bool isAvailable(const OrvCPP::EnumEntry& entry) const;
 
     /// Reads the value; an error when the feature cannot be read or is of another type.
@@ -176,7 +179,7 @@ private:
     std::function<FloatLimits()> m_floatLimits;
     std::vector<std::int64_t> m_validValues;
     std::size_t m_maximumLength = 64;
-    std::vector<OrvCPP::EnumEntry> m_entries;
+    EnumEntries m_entries;
     std::vector<std::string> m_unavailable;
     std::vector<std::string> m_selects;
 

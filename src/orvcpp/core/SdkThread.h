@@ -17,5 +17,9 @@ enum class SdkThread {
 /// What the calling thread is. A thread of the SDK says so of itself when it begins.
 SdkThread currentSdkThread();
 void setCurrentSdkThread(SdkThread thread);
+/// Whether the calling thread delivers frames.
+inline bool isFrameThread() {
+    return currentSdkThread() == SdkThread::Frames;
+}
 
 } // namespace orv

@@ -3,6 +3,7 @@
 
 #include "orvcpp/core/ArrayOutput.h"
 #include "orvcpp/core/ObjectReader.h"
+#include "orvcpp/core/ObserverList.h"
 #include "orvcpp/core/SdkThread.h"
 
 #include <algorithm>
@@ -51,27 +52,6 @@ OrvErrorType findById(const std::vector<Listed<Object>>& listed, const char* id,
         }
     }
     return OrvErrorNotFound;
-}
-
-template <typename Observer>
-OrvErrorType addObserver(std::vector<std::shared_ptr<Observer>>& observers,
-                         const std::shared_ptr<Observer>& observer) {
-    if (!observer)
-        return OrvErrorBadParameter;
-    if (std::find(observers.begin(), observers.end(), observer) != observers.end())
-        return OrvErrorAlreadyDone;
-    observers.push_back(observer);
-    return OrvErrorSuccess;
-}
-
-template <typename Observer>
-OrvErrorType removeObserver(std::vector<std::shared_ptr<Observer>>& observers,
-                            const std::shared_ptr<Observer>& observer) {
-    const auto found = std::find(observers.begin(), observers.end(), observer);
-    if (found == observers.end())
-        return OrvErrorNotFound;
-    observers.erase(found);
-    return OrvErrorSuccess;
 }
 
 } // namespace
@@ -234,6 +214,8 @@ OrvErrorType
 System::RegisterCameraListObserver(const std::shared_ptr<OrvCPP::ICameraListObserver>& observer) {
     if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
         return error;
+    if (!observer)
+        return OrvErrorBadParameter;
     const std::lock_guard lock(m_mutex);
     return addObserver(m_cameraObservers, observer);
 }
@@ -250,6 +232,8 @@ OrvErrorType System::RegisterInterfaceListObserver(
     const std::shared_ptr<OrvCPP::IInterfaceListObserver>& observer) {
     if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
         return error;
+    if (!observer)
+        return OrvErrorBadParameter;
     const std::lock_guard lock(m_mutex);
     return addObserver(m_interfaceObservers, observer);
 }

@@ -19,10 +19,6 @@ OrvAccessModeType grantedModes(Access access) {
     return access == Access::Read ? OrvAccessModeRead : OrvAccessModeNone;
 }
 
-bool isFrameThread() {
-    return currentSdkThread() == SdkThread::Frames;
-}
-
 } // namespace
 
 CameraDevice::CameraDevice(std::shared_ptr<ProviderCalls> calls, std::shared_ptr<Link> link,

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/simulated/SimulatedModuleFeatures.h"
 
+#include "orvcpp/core/NetworkFeatures.h"
+
 #include <chrono>
 #include <limits>
 #include <vector>
@@ -21,16 +23,6 @@ void addTypeEntries(FeatureNode& node, OrvTransportLayerType type) {
         .entry("Custom", OrvTransportLayerTypeCustom)
         .current(typeName(type))
         .readOnly();
-}
-
-FeatureNode& addAddress(FeatureSet& set, const std::string& name, std::uint32_t address) {
-    return set.fixedNumber(name, address).shownAs("IPV4Address");
-}
-
-FeatureNode& addMac(FeatureSet& set, const std::string& name, std::uint64_t mac) {
-    return set.fixedNumber(name, static_cast<std::int64_t>(mac))
-        .limits(0, 0xFFFFFFFFFFFF)
-        .shownAs("MACAddress");
 }
 
 /// A selector from 0 to \p count - 1; the texts of one object each below it.
@@ -91,11 +83,7 @@ void addDeviceEnumeration(FeatureSet& set, const Scenario& scenario, std::size_t
 }
 
 void addAdapter(FeatureSet& set, const AdapterData& adapter) {
-    set.category("/InterfaceInformation/GigEVision");
-    addAddress(set, "GevInterfaceSubnetIPAddress", adapter.address)
-        .about("IPv4 address of the adapter.");
-    addAddress(set, "GevInterfaceSubnetMask", adapter.mask).about("Subnet mask of the adapter.");
-    addMac(set, "GevInterfaceMACAddress", adapter.mac).about("MAC address of the adapter.");
+    addAdapterAddresses(set, adapter.address, adapter.mask, adapter.mac);
     set.fixedNumber("GevInterfaceMTU", adapter.mtu).unit("B").expert();
     addAddress(set, "GevInterfaceGateway", 0).expert();
     set.category("/ForceIP");

@@ -3,6 +3,7 @@
 
 #include "orvcpp/aravis/device/GenicamFeature.h"
 #include "orvcpp/core/ArrayOutput.h"
+#include "orvcpp/core/ObserverList.h"
 
 #include <algorithm>
 
@@ -69,11 +70,7 @@ FeatureAccess::registerObserver(const std::string& feature,
     if (!observer)
         return OrvErrorBadParameter;
     const std::lock_guard lock(m_mutex);
-    const Observer added(feature, observer);
-    if (std::find(m_observers.begin(), m_observers.end(), added) != m_observers.end())
-        return OrvErrorAlreadyDone;
-    m_observers.push_back(added);
-    return OrvErrorSuccess;
+    return addObserver(m_observers, Observer(feature, observer));
 }
 
 OrvErrorType
@@ -82,12 +79,7 @@ FeatureAccess::unregisterObserver(const std::string& feature,
     if (const OrvErrorType error = enter(false); error != OrvErrorSuccess)
         return error;
     const std::lock_guard lock(m_mutex);
-    const auto found =
-        std::find(m_observers.begin(), m_observers.end(), Observer(feature, observer));
-    if (found == m_observers.end())
-        return OrvErrorNotFound;
-    m_observers.erase(found);
-    return OrvErrorSuccess;
+    return removeObserver(m_observers, Observer(feature, observer));
 }
 
 void FeatureAccess::tellObservers() {

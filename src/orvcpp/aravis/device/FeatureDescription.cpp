@@ -216,19 +216,6 @@ std::shared_ptr<FeatureDescription> describe(ArvGcFeatureNode* node, const std::
 
 } // namespace
 
-const EnumEntry* FeatureDescription::findEntry(const std::string& entryName) const {
-    const auto found = std::find_if(entries.begin(), entries.end(), [&](const EnumEntry& entry) {
-        return entry.name == entryName;
-    });
-    return found == entries.end() ? nullptr : &*found;
-}
-
-const EnumEntry* FeatureDescription::findEntry(std::int64_t value) const {
-    const auto found = std::find_if(entries.begin(), entries.end(),
-                                    [&](const EnumEntry& entry) { return entry.value == value; });
-    return found == entries.end() ? nullptr : &*found;
-}
-
 FeatureCatalogue::FeatureCatalogue(ArvGc* description) {
     std::set<ArvGcFeatureNode*> visited;
     ArvGcNode* const root = arv_gc_get_node(description, "Root");

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "OrvCPP/EnumEntry.h"
+#include "orvcpp/core/EnumEntries.h"
+
 #include "OrvCPP/OrvTypes.h"
 
 #include <arv.h>
@@ -35,7 +36,7 @@ struct FeatureDescription {
     /// Path from the root, for example "/ImageFormatControl".
     std::string category;
     /// In the order of the camera's description.
-    std::vector<OrvCPP::EnumEntry> entries;
+    EnumEntries entries;
     std::map<std::string, ArvGcFeatureNode*> entryNodes;
     /// Names of the features that this one selects.
     std::vector<std::string> selected;
@@ -44,8 +45,10 @@ struct FeatureDescription {
     /// Property with the value that stays in \p polled while the command is under way.
     ArvGcPropertyNode* commandValue = nullptr;
 
-    const OrvCPP::EnumEntry* findEntry(const std::string& entryName) const;
-    const OrvCPP::EnumEntry* findEntry(std::int64_t value) const;
+    /// By name or by value; null when there is none.
+    template <typename Key> const OrvCPP::EnumEntry* findEntry(const Key& key) const {
+        return orv::findEntry(entries, key);
+    }
 };
 
 /// The features of an opened camera, in the order of its description.

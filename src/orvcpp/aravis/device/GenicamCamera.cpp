@@ -16,10 +16,6 @@ constexpr int largestBufferCount = 1024;
 /// Bytes that are read at a time, and at most.
 constexpr std::uint32_t memoryLimit = 1024 * 1024;
 
-bool isFrameThread() {
-    return currentSdkThread() == SdkThread::Frames;
-}
-
 OrvErrorType stopStreaming(AcquisitionSlot& acquisitions, AdapterStreams& streams) {
     const std::shared_ptr<Acquisition> ending = acquisitions.end();
     if (!ending)
