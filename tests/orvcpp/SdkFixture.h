@@ -116,6 +116,16 @@ template <typename Condition> bool eventually(const Condition& condition) {
     return true;
 }
 
+/// Whether the numbers go up by one from \p first.
+inline testing::AssertionResult isGapless(const std::vector<std::uint64_t>& ids,
+                                          std::uint64_t first) {
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        if (ids[i] != first + i)
+            return testing::AssertionFailure() << "frame " << i << " is number " << ids[i];
+    }
+    return testing::AssertionSuccess();
+}
+
 /// A file below the tests' own temporary folder, gone with the object.
 class TemporaryFile {
 public:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/GObjects.h"
-#include "tests/orvcpp/aravis/Cameras.h"
+#include "tests/orvcpp/aravis/FakeCameraFixture.h"
 
 #include <future>
 
@@ -10,7 +10,6 @@ using cameras::find;
 using cameras::Started;
 using fakecamera::FakeCameraProcess;
 using orv::aravis::GObjectPtr;
-using testing::HasSubstr;
 using testing::UnorderedElementsAre;
 
 std::string idOf(const OrvCPP::Camera& camera) {
@@ -39,7 +38,7 @@ private:
     const GObjectPtr<ArvDevice> m_device;
 };
 
-TEST(Discovery, CamerasAreFoundWithTheirIdentityAndToldApartByAddressWhenSerialsAreTheSame) {
+TEST(Discovery, findsIdentityAdapterAndTwinsOfOneSerialNumber) {
     const FakeCameraProcess one("127.0.0.2", {"--serial", "S1", "--user-id", "left"});
     const FakeCameraProcess twin("127.0.0.3", {"--serial", "S1"});
     const Started started;
@@ -50,15 +49,18 @@ TEST(Discovery, CamerasAreFoundWithTheirIdentityAndToldApartByAddressWhenSerials
     EXPECT_THAT(ids, UnorderedElementsAre("DEV_02FC7F000002", "DEV_02FC7F000003"));
 
     const auto camera = sdk::camera("DEV_02FC7F000002");
-    const auto text = [&](OrvErrorType (OrvCPP::Camera::*get)(char*, std::uint32_t&) const) {
-        return sdk::text([&](char* b, std::uint32_t& n) { return ((*camera).*get)(b, n); });
-    };
-    EXPECT_EQ(text(&OrvCPP::Camera::GetName), "left");
-    EXPECT_EQ(text(&OrvCPP::Camera::GetModel), "Fake GigE");
-    EXPECT_EQ(text(&OrvCPP::Camera::GetSerialNumber), "S1");
+    EXPECT_EQ(sdk::text(*camera, &OrvCPP::Camera::GetName), "left");
+    EXPECT_EQ(sdk::text(*camera, &OrvCPP::Camera::GetModel), "Fake GigE");
+    EXPECT_EQ(sdk::text(*camera, &OrvCPP::Camera::GetSerialNumber), "S1");
+
+    std::shared_ptr<OrvCPP::Interface> interface;
+    ASSERT_EQ(camera->GetInterface(interface), OrvErrorSuccess);
+    EXPECT_EQ(sdk::text(*interface, &OrvCPP::Interface::GetID), "lo");
+    EXPECT_EQ(sdk::get<std::int64_t>(*interface, "GevInterfaceSubnetIPAddress"), 0x7F000001);
+    EXPECT_EQ(sdk::get<std::int64_t>(*interface, "GevInterfaceMTU"), 65536);
 }
 
-TEST(Discovery, CameraThatGetsAnotherAddressStaysTheSame) {
+TEST(Discovery, keepsACameraThatGetsAnotherAddress) {
     FakeCameraProcess before("127.0.0.2");
     const Started started;
     const auto camera = find("FC0001");
@@ -74,44 +76,11 @@ TEST(Discovery, CameraThatGetsAnotherAddressStaysTheSame) {
     EXPECT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
 }
 
-TEST(Discovery, LayerAndInterfaceAreWhatTheSystemManages) {
+TEST(Access, isExclusiveAcrossPrograms) {
     const FakeCameraProcess fake("127.0.0.2");
     const Started started;
     const auto camera = find("FC0001");
     ASSERT_TRUE(camera);
-
-    std::shared_ptr<OrvCPP::TransportLayer> layer;
-    ASSERT_EQ(camera->GetTransportLayer(layer), OrvErrorSuccess);
-    OrvTransportLayerType type{};
-    EXPECT_EQ(layer->GetType(type), OrvErrorSuccess);
-    EXPECT_EQ(type, OrvTransportLayerTypeGEV);
-    EXPECT_EQ(sdk::text([&](char* b, std::uint32_t& n) { return layer->GetVendor(b, n); }),
-              "Meridane Technologies");
-    EXPECT_THAT(sdk::text([&](char* b, std::uint32_t& n) { return layer->GetName(b, n); }),
-                HasSubstr("MRD"));
-
-    std::shared_ptr<OrvCPP::Interface> interface;
-    ASSERT_EQ(camera->GetInterface(interface), OrvErrorSuccess);
-    EXPECT_EQ(sdk::text([&](char* b, std::uint32_t& n) { return interface->GetID(b, n); }), "lo");
-    EXPECT_EQ(sdk::get<std::int64_t>(*interface, "GevInterfaceSubnetIPAddress"), 0x7F000001);
-    EXPECT_EQ(sdk::get<std::int64_t>(*interface, "GevInterfaceMTU"), 65536);
-    EXPECT_EQ(sdk::list<OrvCPP::Camera>(
-                  [&](auto array, auto& count) { return interface->GetCameras(array, count); }),
-              std::vector<std::shared_ptr<OrvCPP::Camera>>{camera});
-}
-
-TEST(Access, IsExclusiveAlsoAcrossPrograms) {
-    const FakeCameraProcess fake("127.0.0.2");
-    const Started started;
-    const auto camera = find("FC0001");
-    ASSERT_TRUE(camera);
-    EXPECT_TRUE(permitted(*camera) & OrvAccessModeFull);
-    ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
-    EXPECT_FALSE(permitted(*camera) & OrvAccessModeFull);
-    EXPECT_EQ(camera->Open(OrvAccessModeFull), OrvErrorInvalidAccess);
-    EXPECT_EQ(camera->Close(), OrvErrorSuccess);
-    EXPECT_EQ(camera->Close(), OrvErrorDeviceNotOpen);
-
     const OtherProgram other;
     EXPECT_EQ(permitted(*camera), OrvAccessModeRead);
     EXPECT_EQ(camera->Open(OrvAccessModeFull), OrvErrorInvalidAccess);
@@ -120,7 +89,7 @@ TEST(Access, IsExclusiveAlsoAcrossPrograms) {
     EXPECT_EQ(sdk::set(*camera, "Width", std::int64_t{512}), OrvErrorInvalidAccess);
 }
 
-TEST(Access, CameraThatWentOverToAnotherProgramIsLost) {
+TEST(Access, losesACameraThatAnotherProgramTookOver) {
     FakeCameraProcess fake("127.0.0.2");
     const Started started;
     const auto camera = find("FC0001");
@@ -137,7 +106,7 @@ TEST(Access, CameraThatWentOverToAnotherProgramIsLost) {
     EXPECT_EQ(camera->Open(OrvAccessModeFull), OrvErrorInvalidAccess);
 }
 
-TEST(Access, CamerasAreOpenedAtTheSameTime) {
+TEST(Access, opensCamerasAtTheSameTime) {
     const FakeCameraProcess one("127.0.0.2", {"--serial", "1"});
     const FakeCameraProcess other("127.0.0.3", {"--serial", "2"});
     const Started started;

@@ -16,6 +16,8 @@ using sdk::Camera;
 using Clock = std::chrono::steady_clock;
 
 constexpr const char* address = "127.0.0.2";
+inline const std::vector<std::string> smallFrames{"--width", "320",          "--height",
+                                                  "200",     "--frame-rate", "100"};
 
 /// The SDK started with real cameras, for the time of a test. The cameras are to be there before.
 class Started {

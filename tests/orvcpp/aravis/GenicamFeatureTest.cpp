@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "tests/orvcpp/aravis/Cameras.h"
+#include "tests/orvcpp/aravis/FakeCameraFixture.h"
 
 #include <variant>
 
@@ -11,7 +11,7 @@ using sdk::getText;
 using sdk::set;
 using testing::ElementsAre;
 
-class RealFeature : public cameras::OneCamera {};
+class GenicamFeature : public cameras::OneCamera {};
 
 using Texts = std::vector<std::string>;
 
@@ -35,7 +35,7 @@ Texts outline(const OrvCPP::Camera& camera, const std::string& category) {
     return lines;
 }
 
-TEST_F(RealFeature, ListsCategoriesAsPathsInTheCamerasOrder) {
+TEST_F(GenicamFeature, tellsItsDescriptionBoundsEntriesAndAccess) {
     EXPECT_THAT(
         outline(*camera, "/TestControl/TestKinds"),
         ElementsAre(
@@ -48,9 +48,7 @@ TEST_F(RealFeature, ListsCategoriesAsPathsInTheCamerasOrder) {
             "/TestControl/TestKinds/TestNested TestSelected 1"));
     std::shared_ptr<OrvCPP::Feature> none;
     EXPECT_EQ(camera->GetFeatureByName("TestNotImplemented", none), OrvErrorNotFound);
-}
 
-TEST_F(RealFeature, IsDescribedWithoutAGap) {
     const auto number = feature(*camera, "TestFloat");
     EXPECT_EQ(textOf(*number, &OrvCPP::Feature::GetDisplayName), "Float");
     EXPECT_EQ(textOf(*number, &OrvCPP::Feature::GetUnit), "dB");
@@ -71,6 +69,64 @@ TEST_F(RealFeature, IsDescribedWithoutAGap) {
     for (const auto& one : selected)
         names.push_back(textOf(*one, &OrvCPP::Feature::GetName));
     EXPECT_THAT(names, ElementsAre("TriggerMode", "TriggerSource", "TriggerSoftware"));
+
+    std::int64_t minimum = 0;
+    std::int64_t maximum = 0;
+    std::int64_t increment = 0;
+    const auto limit = feature(*camera, "DeviceLinkThroughputLimit");
+    EXPECT_EQ(limit->GetRange(minimum, maximum), OrvErrorSuccess);
+    EXPECT_EQ(limit->GetIncrement(increment), OrvErrorSuccess);
+    EXPECT_THAT((std::vector<std::int64_t>{minimum, maximum, increment}),
+                ElementsAre(1'000'000, 125'000'000, 1000));
+
+    double least = 0;
+    double most = 0;
+    bool hasIncrement = true;
+    const auto real = feature(*camera, "TestFloat");
+    EXPECT_EQ(real->GetRange(least, most), OrvErrorSuccess);
+    EXPECT_EQ(real->HasIncrement(hasIncrement), OrvErrorSuccess);
+    EXPECT_EQ(least, -10);
+    EXPECT_EQ(most, 10);
+    EXPECT_FALSE(hasIncrement);
+
+    struct Access {
+        const char* name;
+        bool readable;
+        bool writable;
+    };
+    for (const Access& expected :
+         {Access{"TestReadOnly", true, false}, Access{"TestWriteOnly", false, true},
+          Access{"TestSwitched", false, false}, Access{"TestLocked", true, true},
+          Access{"TestCommand", false, true}, Access{"DeviceLinkSpeed", true, false},
+          Access{"PixelSize", true, false}}) {
+        bool readable = !expected.readable;
+        bool writable = !expected.writable;
+        feature(*camera, expected.name)->IsReadable(readable);
+        feature(*camera, expected.name)->IsWritable(writable);
+        EXPECT_EQ(readable, expected.readable) << expected.name;
+        EXPECT_EQ(writable, expected.writable) << expected.name;
+    }
+
+    const auto choice = feature(*camera, "TestEnumeration");
+    std::uint32_t count = 0;
+    choice->GetValues(static_cast<const char**>(nullptr), count);
+    std::vector<const char*> entries(count);
+    ASSERT_EQ(choice->GetValues(entries.data(), count), OrvErrorSuccess);
+    EXPECT_THAT(Texts(entries.begin(), entries.end()), ElementsAre("First", "Second", "Third"));
+    bool available = true;
+    EXPECT_EQ(choice->IsValueAvailable("Third", available), OrvErrorSuccess);
+    EXPECT_FALSE(available);
+    EXPECT_EQ(set(*camera, "TestThirdIsAvailable", true), OrvErrorSuccess);
+    EXPECT_EQ(choice->IsValueAvailable("Third", available), OrvErrorSuccess);
+    EXPECT_TRUE(available);
+    EXPECT_EQ(set(*camera, "TestEnumeration", "Third"), OrvErrorSuccess);
+
+    std::vector<std::uint8_t> bytes(32);
+    std::uint32_t complete = 0;
+    ASSERT_EQ(camera->ReadMemory(0x48, bytes.data(), 32, complete), OrvErrorSuccess);
+    EXPECT_EQ(complete, 32U);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes.data())), "Fakeworks");
+    EXPECT_NE(camera->ReadMemory(0xFFFFFF00, bytes.data(), 32, complete), OrvErrorSuccess);
 }
 
 struct Write {
@@ -79,7 +135,7 @@ struct Write {
     OrvErrorType result = OrvErrorSuccess;
 };
 
-TEST_F(RealFeature, WritesWhatFitsAndRefusesWhatDoesNotWithTheRightCode) {
+TEST_F(GenicamFeature, writesWhatFitsAndRefusesTheRestWithTheRightCode) {
     const std::int64_t big = 5'000'000'000;
     const Write writes[] = {
         {"TestHexNumber", std::int64_t{0xFFFFFFFF}},
@@ -132,64 +188,7 @@ TEST_F(RealFeature, WritesWhatFitsAndRefusesWhatDoesNotWithTheRightCode) {
     EXPECT_EQ(getText(*camera, "DeviceLinkThroughputLimitMode"), "Off");
 }
 
-TEST_F(RealFeature, TellsBoundsOfNumbers) {
-    std::int64_t minimum = 0;
-    std::int64_t maximum = 0;
-    std::int64_t increment = 0;
-    const auto limit = feature(*camera, "DeviceLinkThroughputLimit");
-    EXPECT_EQ(limit->GetRange(minimum, maximum), OrvErrorSuccess);
-    EXPECT_EQ(limit->GetIncrement(increment), OrvErrorSuccess);
-    EXPECT_THAT((std::vector<std::int64_t>{minimum, maximum, increment}),
-                ElementsAre(1'000'000, 125'000'000, 1000));
-
-    double least = 0;
-    double most = 0;
-    bool hasIncrement = true;
-    const auto number = feature(*camera, "TestFloat");
-    EXPECT_EQ(number->GetRange(least, most), OrvErrorSuccess);
-    EXPECT_EQ(number->HasIncrement(hasIncrement), OrvErrorSuccess);
-    EXPECT_EQ(least, -10);
-    EXPECT_EQ(most, 10);
-    EXPECT_FALSE(hasIncrement);
-}
-
-TEST_F(RealFeature, ListsEntriesInOrderAndTellsWhichCanBeChosen) {
-    const auto choice = feature(*camera, "TestEnumeration");
-    std::uint32_t count = 0;
-    choice->GetValues(static_cast<const char**>(nullptr), count);
-    std::vector<const char*> names(count);
-    ASSERT_EQ(choice->GetValues(names.data(), count), OrvErrorSuccess);
-    EXPECT_THAT(Texts(names.begin(), names.end()), ElementsAre("First", "Second", "Third"));
-    bool available = true;
-    EXPECT_EQ(choice->IsValueAvailable("Third", available), OrvErrorSuccess);
-    EXPECT_FALSE(available);
-    EXPECT_EQ(set(*camera, "TestThirdIsAvailable", true), OrvErrorSuccess);
-    EXPECT_EQ(choice->IsValueAvailable("Third", available), OrvErrorSuccess);
-    EXPECT_TRUE(available);
-    EXPECT_EQ(set(*camera, "TestEnumeration", "Third"), OrvErrorSuccess);
-}
-
-TEST_F(RealFeature, TellsWhetherItCanBeReadAndWritten) {
-    struct Access {
-        const char* name;
-        bool readable;
-        bool writable;
-    };
-    for (const Access& expected :
-         {Access{"TestReadOnly", true, false}, Access{"TestWriteOnly", false, true},
-          Access{"TestSwitched", false, false}, Access{"TestLocked", true, true},
-          Access{"TestCommand", false, true}, Access{"DeviceLinkSpeed", true, false},
-          Access{"PixelSize", true, false}}) {
-        bool readable = !expected.readable;
-        bool writable = !expected.writable;
-        feature(*camera, expected.name)->IsReadable(readable);
-        feature(*camera, expected.name)->IsWritable(writable);
-        EXPECT_EQ(readable, expected.readable) << expected.name;
-        EXPECT_EQ(writable, expected.writable) << expected.name;
-    }
-}
-
-TEST_F(RealFeature, CommandIsDoneWhenTheCameraSaysSo) {
+TEST_F(GenicamFeature, commandIsDoneWhenTheCameraSaysSo) {
     const auto command = feature(*camera, "TestCommand");
     const auto begun = cameras::Clock::now();
     ASSERT_EQ(command->RunCommand(), OrvErrorSuccess);
@@ -199,46 +198,6 @@ TEST_F(RealFeature, CommandIsDoneWhenTheCameraSaysSo) {
     EXPECT_TRUE(
         sdk::eventually([&] { return command->IsCommandDone(done) == OrvErrorSuccess && done; }));
     EXPECT_GE(cameras::Clock::now() - begun, std::chrono::milliseconds(190));
-}
-
-TEST_F(RealFeature, OfAnOpeningThatIsOverAnswersThatTheCameraIsNotOpen) {
-    const auto old = feature(*camera, "Width");
-    std::int64_t value = 0;
-    EXPECT_EQ(camera->Close(), OrvErrorSuccess);
-    EXPECT_EQ(old->GetValue(value), OrvErrorDeviceNotOpen);
-    ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
-    EXPECT_EQ(old->GetValue(value), OrvErrorDeviceNotOpen);
-    EXPECT_EQ(get<std::int64_t>(*camera, "Width"), 1024);
-}
-
-class Observer : public OrvCPP::IFeatureObserver {
-public:
-    void FeatureChanged(const std::shared_ptr<OrvCPP::Feature>& feature) override {
-        told.push_back(textOf(*feature, &OrvCPP::Feature::GetName));
-    }
-
-    Texts told;
-};
-
-TEST_F(RealFeature, TellsObserversUntilTheCameraIsClosed) {
-    const auto observer = std::make_shared<Observer>();
-    const auto watched = feature(*camera, "Width");
-    ASSERT_EQ(watched->RegisterObserver(observer), OrvErrorSuccess);
-    const auto packetSize = feature(*sdk::stream(*camera), "GVSPPacketSize");
-    ASSERT_EQ(packetSize->RegisterObserver(observer), OrvErrorSuccess);
-    EXPECT_EQ(set(*camera, "OffsetX", std::int64_t{16}), OrvErrorSuccess);
-    EXPECT_THAT(observer->told, ElementsAre("Width"));
-    EXPECT_EQ(camera->Close(), OrvErrorSuccess);
-    EXPECT_EQ(observer.use_count(), 1) << "kept by a camera that is closed";
-}
-
-TEST_F(RealFeature, MemoryIsReadByAddress) {
-    std::vector<std::uint8_t> bytes(32);
-    std::uint32_t complete = 0;
-    ASSERT_EQ(camera->ReadMemory(0x48, bytes.data(), 32, complete), OrvErrorSuccess);
-    EXPECT_EQ(complete, 32U);
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(bytes.data())), "Fakeworks");
-    EXPECT_NE(camera->ReadMemory(0xFFFFFF00, bytes.data(), 32, complete), OrvErrorSuccess);
 }
 
 /// A category in itself, a text that cannot be read, a register larger than all memory, and a
@@ -260,7 +219,7 @@ constexpr const char* brokenDescription = R"(<?xml version="1.0"?>
 <Port Name="Device"/>
 </RegisterDescription>)";
 
-TEST(BrokenDescription, FailsFeatureByFeature) {
+TEST(BrokenDescription, failsFeatureByFeature) {
     const sdk::TemporaryFile file("broken.xml", brokenDescription);
     const fakecamera::FakeCameraProcess fake(cameras::address, {"--genicam", file.path()});
     const cameras::Started started;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "tests/orvcpp/aravis/Cameras.h"
+#include "tests/orvcpp/aravis/FakeCameraFixture.h"
 
 namespace {
 
@@ -47,7 +47,7 @@ protected:
     OrvErrorType last = OrvErrorUnknown;
 };
 
-TEST_F(LostCamera, CameraThatDiesInACallHoldsNobodyUpAndIsFoundWhenItIsBack) {
+TEST_F(LostCamera, delaysCallsBrieflyWhenItDiesAndReopensWhenItIsBack) {
     fake.kill();
     EXPECT_LT(tryEverything(), patience);
     EXPECT_EQ(last, OrvErrorNotFound);
@@ -56,20 +56,7 @@ TEST_F(LostCamera, CameraThatDiesInACallHoldsNobodyUpAndIsFoundWhenItIsBack) {
     expectReturn();
 }
 
-TEST_F(LostCamera, CameraThatDiesWhileItStreamsIsNoticedByItself) {
-    const auto receiver = std::make_shared<Receiver>(camera);
-    ASSERT_EQ(sdk::start(*camera, receiver), OrvErrorSuccess);
-    EXPECT_TRUE(eventually([&] { return receiver->count() > 5; }));
-    const auto died = Clock::now();
-    fake.kill();
-    EXPECT_TRUE(eventually([] { return find("FC0001") == nullptr; }));
-    EXPECT_LT(Clock::now() - died, patience);
-    EXPECT_LT(tryEverything(), milliseconds(500));
-    fake.restart();
-    expectReturn();
-}
-
-TEST_F(LostCamera, CameraThatFallsSilentIsLost) {
+TEST_F(LostCamera, isLostWhenItFallsSilent) {
     const auto packetSize = sdk::feature(*sdk::stream(*camera), "GVSPPacketSize");
     fake.pause();
     std::int64_t bytes = 0;
@@ -80,7 +67,7 @@ TEST_F(LostCamera, CameraThatFallsSilentIsLost) {
     expectReturn();
 }
 
-TEST_F(LostCamera, CameraThatWasSwitchedOffAndOnIsLostUntilItIsOpenedAgain) {
+TEST_F(LostCamera, isLostUntilReopenedWhenItWasSwitchedOffAndOn) {
     fake.kill();
     fake.restart();
     std::int64_t value = 0;
@@ -89,37 +76,7 @@ TEST_F(LostCamera, CameraThatWasSwitchedOffAndOnIsLostUntilItIsOpenedAgain) {
     expectReturn();
 }
 
-/// Notes what is told of cameras.
-class Listener : public OrvCPP::ICameraListObserver {
-public:
-    void CameraListChanged(const std::shared_ptr<OrvCPP::Camera>& /*camera*/,
-                           OrvUpdateTriggerType reason) override {
-        const std::lock_guard lock(m_mutex);
-        if (reason != OrvUpdateTriggerOpenStateChanged)
-            m_reasons.push_back(reason);
-    }
-    std::vector<OrvUpdateTriggerType> reasons() const {
-        const std::lock_guard lock(m_mutex);
-        return m_reasons;
-    }
-
-private:
-    mutable std::mutex m_mutex;
-    std::vector<OrvUpdateTriggerType> m_reasons;
-};
-
-TEST_F(LostCamera, ListObserversAreToldThatItGoesAndThatItIsBack) {
-    const auto listener = std::make_shared<Listener>();
-    ASSERT_EQ(sdk::system().RegisterCameraListObserver(listener), OrvErrorSuccess);
-    fake.kill();
-    EXPECT_TRUE(eventually([&] { return listener->reasons().size() == 1; }));
-    fake.restart();
-    EXPECT_TRUE(eventually([&] { return listener->reasons().size() == 2; }));
-    EXPECT_EQ(listener->reasons(), (std::vector<OrvUpdateTriggerType>{OrvUpdateTriggerPluggedOut,
-                                                                      OrvUpdateTriggerPluggedIn}));
-}
-
-TEST_F(LostCamera, HoldsUpTheEndOfTheSdkForSecondsOnly) {
+TEST_F(LostCamera, delaysTheShutdownByFewSeconds) {
     const auto receiver = std::make_shared<Receiver>(camera);
     ASSERT_EQ(sdk::start(*camera, receiver), OrvErrorSuccess);
     fake.kill();
@@ -130,7 +87,7 @@ TEST_F(LostCamera, HoldsUpTheEndOfTheSdkForSecondsOnly) {
     EXPECT_EQ(width->GetValue(value), OrvErrorApiNotStarted);
 }
 
-TEST_F(LostCamera, PauseOfASecondIsNoLoss) {
+TEST_F(LostCamera, isKeptThroughAPauseOfASecond) {
     fake.pause();
     std::this_thread::sleep_for(milliseconds(1000));
     fake.resume();
@@ -138,7 +95,7 @@ TEST_F(LostCamera, PauseOfASecondIsNoLoss) {
     EXPECT_EQ(find("FC0001"), camera);
 }
 
-TEST(SilentCameras, HoldUpWhoOpensOneAfterAnotherForSecondsOnly) {
+TEST(SilentCameras, delayTheirOpeningOneAfterAnotherByFewSeconds) {
     std::vector<std::unique_ptr<fakecamera::FakeCameraProcess>> fakes;
     for (const char* const place : {"127.0.0.2", "127.0.0.3", "127.0.0.4", "127.0.0.5"})
         fakes.push_back(std::make_unique<fakecamera::FakeCameraProcess>(
