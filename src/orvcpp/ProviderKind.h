@@ -12,7 +12,7 @@
 
 namespace orv {
 
-/// What every kind of provider is made from.
+/// What every provider is made with.
 struct ProviderContext {
     ProviderHost& host;
     const std::shared_ptr<CallCounter>& callCounter;
@@ -23,11 +23,11 @@ struct ProviderContext {
 /// A kind of provider that a configuration may name.
 struct ProviderKind {
     const char* name;
-    /// Makes it with the settings that \p reader has for it.
+    /// Makes the provider from its settings in \p reader.
     std::shared_ptr<Provider> (*read)(ObjectReader& reader, const ProviderContext& context);
 };
 
-/// The cameras that are really there; nothing where the build has no access to them.
+/// The provider of real cameras; empty when the build has none.
 std::optional<ProviderKind> genicamKind();
 
 } // namespace orv

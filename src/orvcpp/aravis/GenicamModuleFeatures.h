@@ -12,14 +12,14 @@
 
 namespace orv::aravis {
 
-/// The features of what is not the camera itself: they lie in this host's memory.
+/// Features of the modules other than the camera, kept in this host's memory.
 
 FeatureSet makeTransportLayerFeatures(const TransportLayerData& layer);
 /// The interface through which \p camera is reached.
 FeatureSet makeInterfaceFeatures(const CameraRecord& camera, const std::string& name);
 FeatureSet makeLocalDeviceFeatures(const CameraRecord& camera, const std::string& id);
 
-/// What a stream's features ask and change.
+/// How a stream's features read and change the stream.
 struct StreamControl {
     std::function<bool()> isStreaming;
     /// How the frames come in.

@@ -11,7 +11,7 @@ namespace orv::aravis {
 
 namespace {
 
-/// How long the end waits for the library to let go of cameras that have died.
+/// How long the shutdown waits for library calls to lost cameras.
 constexpr std::chrono::milliseconds stragglerLimit{500};
 
 class GenicamProvider final : public Provider {
@@ -32,7 +32,7 @@ public:
 
     void shutDown() override {
         m_calls->end();
-        // A look takes a second, so it ends while the cameras are closed.
+        // A search takes a second: it ends while the cameras are closed.
         m_discovery.askToStop();
         for (const auto& camera : m_registry->all())
             camera->close();
@@ -69,7 +69,7 @@ private:
         made.threads = m_threads;
         made.streams = std::make_shared<AdapterStreams>();
         made.packetSocket = settings.packetSocket;
-        // A call may still be under way when the provider is gone, so it is not captured.
+        // A call may outlive the provider, so it does not capture it.
         made.changed = [events = m_events, &host = m_host](const auto& camera, auto reason) {
             events->post([camera, reason, &host] { host.cameraListChanged(camera, reason); });
         };

@@ -10,7 +10,7 @@
 
 namespace orv::aravis {
 
-/// What a configuration file may say about real cameras.
+/// Settings for real cameras in a configuration file.
 struct GenicamSettings {
     PacketSocket packetSocket = PacketSocket::Automatic;
     /// Where the kernel shows its USB devices.
@@ -18,7 +18,7 @@ struct GenicamSettings {
 };
 
 /// GigE Vision and USB3 Vision cameras that describe themselves by GenICam. \p host must outlive
-/// it. Its start takes a second, until the cameras have answered.
+/// it. start() takes a second, until the cameras have answered.
 std::shared_ptr<Provider> makeGenicamProvider(const GenicamSettings& settings, ProviderHost& host,
                                               const std::shared_ptr<CallCounter>& callCounter);
 

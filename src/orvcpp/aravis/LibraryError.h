@@ -9,7 +9,7 @@
 
 namespace orv::aravis {
 
-/// Receives what a call of the library has to complain about, for one call at a time:
+/// Receives the error of one library call at a time:
 /// arv_device_read_register(device, address, &value, failure.out()).
 class LibraryError {
 public:
@@ -18,7 +18,7 @@ public:
     LibraryError(const LibraryError&) = delete;
     LibraryError& operator=(const LibraryError&) = delete;
 
-    /// Where the library is to store its error; forgets the one before.
+    /// Where the library stores its error; clears the previous one.
     GError** out() {
         g_clear_error(&m_error);
         return &m_error;

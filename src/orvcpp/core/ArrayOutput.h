@@ -8,9 +8,8 @@
 
 namespace orv {
 
-/// Hands the elements of a list, or the bytes of a text without a terminator, out through an array
-/// and a count: without an array the count needed is stored, with one the elements are copied and
-/// counted. OrvErrorMoreData when it is too short.
+/// Copies the elements of a list, or the bytes of a text without a terminator, to a caller's array.
+/// Without an array, only stores the needed count. OrvErrorMoreData when the array is too short.
 template <typename List, typename Element>
 OrvErrorType writeArray(const List& elements, Element* array, std::uint32_t& count) {
     const auto needed = static_cast<std::uint32_t>(elements.size());

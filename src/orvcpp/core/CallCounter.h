@@ -11,7 +11,7 @@ namespace orv {
 /// Counts calls and makes one of them fail. Thread-safe, without a lock.
 class CallCounter {
 public:
-    /// Counts a call; the code that the call is to answer at once, or success.
+    /// Counts a call. An error when this call has to fail.
     OrvErrorType enter() {
         const std::uint64_t number = m_count.fetch_add(1) + 1;
         return number == m_failNumber.load() ? m_failCode.load() : OrvErrorSuccess;

@@ -21,7 +21,7 @@ public:
     FeatureModule(std::shared_ptr<ProviderCalls> calls, std::shared_ptr<Device> device,
                   FeatureSet features);
 
-    /// Begins a call that has to do with none of the features.
+    /// Begins a call that concerns no feature.
     OrvErrorType enter() { return m_calls->enter(); }
 
     OrvErrorType getFeatureByName(const char* name, std::shared_ptr<OrvCPP::Feature>& feature);
@@ -32,7 +32,7 @@ public:
 
     /// One call that changes nothing: \p ask answers a result code.
     template <typename Ask> OrvErrorType read(const Ask& ask) { return guarded(false, ask); }
-    /// One call that changes a value: observers are told afterwards, without a lock held.
+    /// One call that changes a value; calls the observers afterwards, without a lock.
     template <typename Change> OrvErrorType write(const FeatureNode& node, const Change& change) {
         const OrvErrorType error = guarded(true, [&] {
             const OrvErrorType result = change();
@@ -45,7 +45,7 @@ public:
         return error;
     }
 
-    /// Whether the feature can be written now, by the way its device is opened, too.
+    /// Whether the feature can be written now, also by the access mode of its device.
     OrvErrorType isWritable(const FeatureNode& node, bool& writable) {
         return guarded(false, [&] {
             writable = node.isWritable() && m_device->admits(true) == OrvErrorSuccess;
@@ -79,7 +79,7 @@ private:
             tellObservers(nullptr);
         return error;
     }
-    /// Completes the commands whose time has come; whether there was one.
+    /// Completes the commands that are due; true if there was one.
     bool settleCommands();
     std::shared_ptr<OrvCPP::Feature> featureOf(FeatureNode& node);
 

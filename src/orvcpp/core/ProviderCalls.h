@@ -11,14 +11,14 @@
 
 namespace orv {
 
-/// One run of a provider, from start-up to shutdown: what every object asks first at
-/// every call. Thread-safe.
+/// Admits the calls to one provider's objects from start-up to shutdown: every call enters here
+/// first. Thread-safe.
 class ProviderCalls {
 public:
     ProviderCalls(std::shared_ptr<CallCounter> callCounter, std::chrono::microseconds delay)
         : m_callCounter(std::move(callCounter)), m_delay(delay) {}
 
-    /// Counts a call and lets it take its time; an error when the call is not to be carried out.
+    /// Counts a call and delays it; the error that the call has to answer, if any.
     OrvErrorType enter() {
         if (!m_running.load())
             return OrvErrorApiNotStarted;

@@ -101,7 +101,7 @@ OrvErrorType System::startWith(const QString& configuration) {
         if (m_isStarted)
             return OrvErrorAlreadyDone;
     }
-    // Without the mutex: a provider may call back as soon as it is started.
+    // Without m_mutex: a provider may call back once it is started.
     Providers made;
     std::string error;
     const OrvErrorType result = make(configuration, made, error);
@@ -125,7 +125,7 @@ OrvErrorType System::Shutdown() {
     }
     for (const auto& provider : ending)
         provider->shutDown();
-    // Destroyed without a lock held: what belongs to the user may call back from its destructor.
+    // Destroyed without a lock: objects of the user may call back in their destructors.
     decltype(m_cameraObservers) cameraObservers;
     decltype(m_interfaceObservers) interfaceObservers;
     decltype(m_publicCameras) cameras;
@@ -269,7 +269,7 @@ OrvErrorType System::UnregisterCameraFactory() {
 
 std::shared_ptr<OrvCPP::Camera> System::publicCamera(const std::shared_ptr<OrvCPP::Camera>& found) {
     const std::lock_guard factoryLock(m_factoryMutex);
-    // Entered before the factory is called: if that asks for the camera, it gets the found one.
+    // Inserted before the factory is called: if it asks for the camera, it gets the found one.
     const auto [entry, isNew] = m_publicCameras.emplace(found, found);
     if (!isNew)
         return entry->second;

@@ -17,8 +17,8 @@
 
 namespace orv {
 
-/// The one system object: gathers what its providers offer. Thread-safe; no lock is held while a
-/// provider, an observer or the camera factory is called, but for the factory's own.
+/// The system object: combines the cameras of its providers. Thread-safe. Calls providers and
+/// observers without a lock; the camera factory under m_factoryMutex only.
 class System final : public OrvCPP::OrvSystem, public OrvCPP::ISimulation, private ProviderHost {
 public:
     explicit System(ProviderFactory makeProviders);
@@ -68,13 +68,13 @@ private:
 
     OrvErrorType startWith(const QString& configuration);
     OrvErrorType make(const QString& configuration, Providers& made, std::string& error);
-    /// Counts a call; an error when it is not to be carried out.
+    /// Counts a call; the error that it has to answer, if any.
     OrvErrorType enter() const;
     Providers providers() const;
 
     const ProviderFactory m_makeProviders;
     const std::shared_ptr<CallCounter> m_callCounter = std::make_shared<CallCounter>();
-    /// Held from begin to end of starting and stopping.
+    /// Held during start-up and shutdown.
     mutable std::mutex m_lifecycle;
     mutable std::mutex m_mutex;
     /// Until the next mutex guarded by m_mutex.
@@ -86,7 +86,7 @@ private:
     std::shared_ptr<OrvCPP::ICameraFactory> m_factory;
     /// Held while the factory is called, which may call back; guards m_publicCameras.
     std::recursive_mutex m_factoryMutex;
-    /// What is handed out for a camera that was found, by the provider's object.
+    /// The object that users get for a provider's object.
     std::map<std::shared_ptr<OrvCPP::Camera>, std::shared_ptr<OrvCPP::Camera>> m_publicCameras;
 };
 

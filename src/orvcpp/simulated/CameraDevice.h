@@ -12,11 +12,10 @@
 
 namespace orv::simulated {
 
-/// A simulated camera itself, as opposed to the SDK's object for it: its settings, who has it
-/// open, and its acquisition. Thread-safe.
+/// A simulated camera: settings, access and acquisition. SimulatedCamera is the SDK's object for
+/// it. Thread-safe.
 ///
-/// Locks are taken in this order: control, the device's mutex, the link's. Callbacks run with none
-/// of them held.
+/// Lock order: m_control, mutex(), the link's mutex. Callbacks run without any of them.
 class CameraDevice final : public Device {
 public:
     CameraDevice(std::shared_ptr<ProviderCalls> calls, std::shared_ptr<Link> link,
@@ -29,10 +28,10 @@ public:
 
     OrvAccessModeType permittedAccess();
     bool isPlugged();
-    /// True when that changed anything. A camera that is plugged in has the image, acquisition and
-    /// bandwidth settings with which it powers up.
+    /// True when this is a change. Plugging in resets the image, acquisition and bandwidth settings
+    /// to those of power-up.
     bool setPlugged(bool plugged);
-    /// What a call that needs the camera open answers.
+    /// The error of a call that needs the camera open.
     OrvErrorType checkOpen();
     bool isUsb() const { return m_isUsb; }
 
@@ -55,13 +54,13 @@ private:
     const std::shared_ptr<StreamStatistics> m_statistics = std::make_shared<StreamStatistics>();
     const bool m_isUsb;
 
-    /// Held from begin to end of opening, closing, starting and stopping.
+    /// Held while opening, closing, starting and stopping.
     std::mutex m_control;
     /// All below guarded by mutex().
     CameraSettings m_settings;
     OrvAccessModeType m_mode = OrvAccessModeNone;
     bool m_isPlugged = true;
-    /// It was unplugged while it was open, and not closed since.
+    /// Unplugged while open, and not closed since.
     bool m_isGone = false;
     std::shared_ptr<FrameSource> m_source;
 };

@@ -9,7 +9,7 @@ namespace orv::simulated {
 
 namespace {
 
-// Numbers without a common divisor: every category has features of every type, of which some are
+// Without a common divisor, so that every category has features of every type, some of them
 // read-only.
 constexpr std::int64_t categories = 8;
 constexpr std::int64_t types = 5;

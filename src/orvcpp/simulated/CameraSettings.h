@@ -34,7 +34,7 @@ public:
     std::int64_t usableBandwidth() const;
     /// Frames per second that sensor, exposure and bandwidth allow.
     double possibleFrameRate() const;
-    /// The same, further limited by the user's frame rate when that is enabled.
+    /// possibleFrameRate(), limited by the user's frame rate when that is enabled.
     double frameRate() const;
     bool isTriggered() const;
     Demand demand() const;
@@ -54,12 +54,12 @@ public:
     double userFrameRate = 0;
     /// Bytes per second.
     std::int64_t bandwidth = 0;
-    /// Of the two switches of the limit, a camera offers the one that goes with its feature.
+    /// Switches of the bandwidth limit; a camera has the one that belongs to its feature.
     std::int64_t bandwidthLimited = 1;
     bool frameRateConstrained = true;
     std::int64_t triggerMode = 0;
     std::int64_t triggerSource = TriggerSourceSoftware;
-    /// A software trigger that was not handed on yet.
+    /// A software trigger that has not reached the link yet.
     bool softwareTrigger = false;
     std::int64_t packetSize = 0;
     bool isStreaming = false;

@@ -6,7 +6,7 @@
 namespace orv::simulated {
 
 namespace {
-/// Small seeds give small first numbers: multiplied by this, neighbours lie far apart.
+/// Spreads neighbouring seeds: small seeds would give small first numbers.
 constexpr std::uint32_t spread = 2654435761U;
 } // namespace
 
@@ -113,7 +113,7 @@ void FrameSource::deliver(const std::shared_ptr<SimulatedFrame>& frame) {
     try {
         m_observer->FrameReceived(frame);
     } catch (...) {
-        // What a user's callback throws must not end the thread that serves the other cameras.
+        // An exception of a user's callback must not end the thread of the other cameras.
     }
 }
 

@@ -18,7 +18,7 @@ inline QString toQString(const std::string& text) {
     return QString::fromStdString(text);
 }
 
-/// Texts that a list of elements goes by, for references and messages.
+/// Names of the elements of a list, for references and messages.
 template <typename List, typename Name> QStringList namesOf(const List& list, const Name& name) {
     QStringList names;
     for (const auto& element : list)

@@ -15,7 +15,7 @@
 
 namespace orv::simulated {
 
-/// What a simulated camera's object is made of.
+/// The objects that a simulated camera consists of.
 struct SimulatedCameraParts {
     std::shared_ptr<CameraDevice> device;
     std::shared_ptr<FeatureModule> localDevice;

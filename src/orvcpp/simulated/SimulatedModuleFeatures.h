@@ -10,15 +10,15 @@
 
 namespace orv::simulated {
 
-/// Features of the modules beside "Camera". What is handed in by reference must outlive them.
+/// Features of the modules other than "Camera". Arguments by reference must outlive them.
 FeatureSet makeTransportLayerFeatures(const Scenario& scenario, std::size_t layer);
 FeatureSet makeInterfaceFeatures(const Scenario& scenario, std::size_t interface);
 FeatureSet makeLocalDeviceFeatures(const Scenario& scenario, const CameraSettings& settings);
 FeatureSet makeStreamFeatures(CameraSettings& settings, const StreamStatistics& statistics,
                               bool isUsb);
 
-/// Where a USB camera hangs: "::", the controller's number from 1, "/" and the ports from the
-/// controller down, each after a "/".
+/// Place of a USB camera: "::", the controller's number from 1, and the ports from the controller
+/// down, each after a "/".
 std::string deviceLocation(const Scenario& scenario, const CameraData& camera);
 
 } // namespace orv::simulated

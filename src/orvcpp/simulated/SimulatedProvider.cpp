@@ -21,7 +21,7 @@ namespace {
                                QString::fromStdString(found)));
 }
 
-/// The features of a camera that belong to it alone, with the faults that the scenario asks for.
+/// The features of one camera's own modules.
 struct CameraFeatureSets {
     FeatureSet camera;
     FeatureSet localDevice;
@@ -120,7 +120,7 @@ std::shared_ptr<SimulatedCamera> SimulatedProvider::makeCamera(const CameraData&
     parts.interface = m_interfaces[data.interface];
     parts.type = layer.type;
     parts.extendedId = layer.id + ':' + interface.id + ':' + data.id;
-    // A call may still be under way when the provider is gone, so the provider is not captured.
+    // A call may outlive the provider, so it does not capture it.
     parts.openStateChanged = [events = m_events, &host = m_host](const auto& camera) {
         events->post(
             [camera, &host] { host.cameraListChanged(camera, OrvUpdateTriggerOpenStateChanged); });
@@ -155,7 +155,7 @@ void SimulatedProvider::shutDown() {
     for (const auto& camera : m_cameras)
         camera->device().close();
     m_events->stop();
-    // The cameras keep their links: ending the threads is not left to the last owner.
+    // Ends the threads here: cameras may keep their links alive.
     for (const auto& [key, link] : m_links)
         link->stop();
 }

@@ -48,7 +48,7 @@ private:
     const std::shared_ptr<ProviderCalls> m_calls;
     const std::shared_ptr<PatternStore> m_patterns = std::make_shared<PatternStore>();
     const std::shared_ptr<EventThread> m_events = std::make_shared<EventThread>();
-    /// By what the cable hangs on: interfaces of one adapter or controller share it.
+    /// By adapter, controller or interface: interfaces of one adapter or controller share a link.
     std::map<std::string, std::shared_ptr<Link>> m_links;
     std::vector<std::shared_ptr<SimulatedTransportLayer>> m_layers;
     std::vector<std::shared_ptr<SimulatedInterface>> m_interfaces;

@@ -11,8 +11,8 @@
 
 namespace orv::aravis {
 
-/// Owns threads that nobody waits for, but at the very end: the library returns only after many
-/// seconds from a camera that has died. Thread-safe.
+/// Threads that may have to be left running at the shutdown: a library call to a lost camera
+/// returns after many seconds. Thread-safe.
 class DetachableThreads {
 public:
     DetachableThreads() = default;
@@ -20,10 +20,10 @@ public:
     DetachableThreads(const DetachableThreads&) = delete;
     DetachableThreads& operator=(const DetachableThreads&) = delete;
 
-    /// \p body owns all that it touches.
+    /// \p body must own all data it uses.
     void start(std::function<void()> body);
-    /// Waits for the threads, for \p limit in all. One that takes longer is left to itself: it
-    /// touches nothing but its own. Not to be called on one of them.
+    /// Joins the threads that end within \p limit in all and detaches the others. Not to be called
+    /// on one of them.
     void join(std::chrono::milliseconds limit);
 
 private:

@@ -19,8 +19,8 @@ constexpr milliseconds watchInterval{250};
 /// Silence after which a camera is asked whether it is there.
 constexpr milliseconds quietLimit{500};
 constexpr milliseconds askWait{250};
-/// Silence after which a camera is lost; more while it works on a call, as some cameras answer
-/// nothing else meanwhile.
+/// Silence after which a camera is lost; longer during a call, as some cameras answer nothing else
+/// meanwhile.
 constexpr milliseconds lostLimit{1500};
 constexpr milliseconds busyLostLimit{2200};
 constexpr int privilegeTries = 3;
@@ -36,15 +36,14 @@ GObjectPtr<GInetAddress> inetAddress(std::uint32_t address) {
     return GObjectPtr<GInetAddress>(g_inet_address_new_from_bytes(bytes, G_SOCKET_FAMILY_IPV4));
 }
 
-/// The library reads the descriptions of all cameras with one parser, which two at a time make
-/// crash.
+/// The library parses the descriptions of all cameras with one parser, which is not thread-safe.
 std::mutex& parserOfDescriptions() {
     static std::mutex mutex;
     return mutex;
 }
 
-/// Opens past the library's own list of cameras, which belongs to the discovery's thread and blocks
-/// for as long as a look takes.
+/// Does not use the library's list of cameras: it belongs to the discovery's thread and is locked
+/// during a search, for a second.
 GObjectPtr<ArvDevice> makeDevice(const CameraRecord& record, LibraryError& failure) {
     const std::lock_guard lock(parserOfDescriptions());
     // A camera without a GUID goes by its serial number.
@@ -59,7 +58,8 @@ GObjectPtr<ArvDevice> makeDevice(const CameraRecord& record, LibraryError& failu
     return GObjectPtr<ArvDevice>(arv_gv_device_new(local.get(), remote.get(), failure.out()));
 }
 
-/// A GigE camera is opened without an error, but also without control, while somebody else has it.
+/// The library opens a GigE camera without an error, but without control, while another program
+/// controls it.
 OrvErrorType settleControl(ArvDevice* device, OrvAccessModeType mode) {
     if (!ARV_IS_GV_DEVICE(device))
         return OrvErrorSuccess;
@@ -73,7 +73,7 @@ OrvErrorType settleControl(ArvDevice* device, OrvAccessModeType mode) {
     return failure.code();
 }
 
-/// 0 for a camera that does not tell.
+/// 0 for a camera without this register.
 std::uint32_t readControllerPort(ArvDevice* device) {
     guint32 port = 0;
     LibraryError failure;
@@ -84,8 +84,8 @@ std::uint32_t readControllerPort(ArvDevice* device) {
 }
 
 void setPolicies(ArvDevice* device) {
-    // A view asks for what it shows, and a remembered value would be an old one; ranges and access
-    // are checked before the library sees a value.
+    // No cache: the camera may change any value by itself. No checks: NodeAccess checks range and
+    // access before each call.
     arv_device_set_register_cache_policy(device, ARV_REGISTER_CACHE_POLICY_DISABLE);
     arv_device_set_range_check_policy(device, ARV_RANGE_CHECK_POLICY_DISABLE);
     arv_device_set_access_check_policy(device, ARV_ACCESS_CHECK_POLICY_DISABLE);
@@ -146,8 +146,8 @@ void DeviceConnection::close() {
         device->reset();
         return OrvErrorSuccess;
     };
-    // What ends with the device is heard of by others only when it has ended. The camera may die
-    // even now, so it is watched until then.
+    // Waits until the device has ended, so that the camera is free for others. It may still die
+    // here, so it is watched until then.
     if (m_thread->call(release, callLimit) != OrvErrorSuccess)
         m_thread->post(release);
     stopWatching();
@@ -176,8 +176,9 @@ void DeviceConnection::noteLife() {
 DeviceConnection::Sign DeviceConnection::ask() const {
     if (m_record.type == OrvTransportLayerTypeU3V)
         return !m_record.usb || m_record.usb->isPresent() ? Sign::Life : Sign::None;
-    // A camera that was switched off and on again lives, but nobody controls it. One that is being
-    // opened or closed is not controlled for a moment either, be it at the question or the answer.
+    // A camera that was switched off and on answers, but is not controlled by anybody. So does one
+    // that is being opened or closed, so m_isOpen is checked before the request and after the
+    // answer.
     const bool isControlled = m_isOpen && m_mode == OrvAccessModeFull;
     const auto answer = Gvcp(m_record.address, askWait, 1).readRegister(privilegeRegister);
     if (!answer)

@@ -19,21 +19,19 @@ namespace orv::aravis {
 
 class DetachableThreads;
 
-/// A camera from its opening to its closing. Thread-safe.
+/// The connection to a camera from its opening to its closing. Thread-safe.
 ///
-/// It watches whether the camera is still there: by its frames, and by asking when none come. A
-/// camera that gives no sign of life is lost, for good: every call answers OrvErrorNotFound from
-/// then on, at once.
+/// A thread watches the camera: by its frames, or by requests while no frames come. A camera that
+/// does not answer is lost for good: every call then answers OrvErrorNotFound at once.
 class DeviceConnection {
 public:
     /// No call waits longer for a camera's answer.
     static constexpr std::chrono::milliseconds callLimit{2800};
-    /// Opening reads the camera's description, starting adjusts its packets: that takes longer than
-    /// a call, as long as the camera lives.
+    /// For opening (reads the camera's description) and starting (adjusts its packet size).
     static constexpr std::chrono::milliseconds longCallLimit{15000};
 
-    /// \p quiet is called each time the camera was asked in vain whether it lives, \p lost once
-    /// when it is lost; both on a thread of the session's own.
+    /// \p quiet is called for each request without an answer, \p lost once when the camera is lost;
+    /// both on the thread that watches.
     DeviceConnection(CameraRecord record, OrvAccessModeType mode, DetachableThreads& threads,
                      std::function<void()> quiet, std::function<void()> lost);
     ~DeviceConnection();
@@ -43,11 +41,11 @@ public:
     /// To be called once, before anything else; OrvErrorInvalidAccess when another application
     /// controls the camera.
     OrvErrorType open();
-    /// Gives the camera back. Every call answers OrvErrorDeviceNotOpen afterwards.
+    /// Closes the camera. Later calls answer OrvErrorDeviceNotOpen.
     void close();
 
-    /// Runs \p work with the opened device on its thread. The work owns all that it touches, as it
-    /// may run after the caller has given up.
+    /// Runs \p work with the opened device on its thread. It must own all data it uses, as it may
+    /// run after this call has timed out.
     template <typename Work>
     OrvErrorType call(Work work, std::chrono::milliseconds limit = callLimit) const {
         if (m_isClosed)
@@ -62,10 +60,10 @@ public:
     /// Runs \p work on the device's thread, also for a lost camera, without waiting for it.
     void callLater(std::function<void()> work) const;
 
-    /// Success when calls can be made (and, for \p writing, when the camera may be changed).
+    /// Success when calls can be made; for \p writing, calls that change the camera.
     OrvErrorType admits(bool writing) const;
     bool isLost() const { return m_thread->isLost(); }
-    /// A frame has come. Cheap; called on the thread that receives.
+    /// A frame has arrived. Cheap; called on the receiving thread.
     void noteLife();
 
     const CameraRecord& record() const { return m_record; }
@@ -79,8 +77,8 @@ private:
 
     void watch();
     void lookForLife();
-    /// Not by the library's own signal of a lost control: it comes on a thread that the device
-    /// owns, and holds the device meanwhile, so that the device might end on its own thread.
+    /// Does not use the library's signal of lost control: its handler runs on a thread that the
+    /// device owns and references the device, which could then be destroyed on that thread.
     Sign ask() const;
     bool isOthers() const;
     void stopWatching();
@@ -93,8 +91,9 @@ private:
     /// What it points at is used on the device's thread only.
     const Device m_device = std::make_shared<GObjectPtr<ArvDevice>>();
     std::shared_ptr<const FeatureCatalogue> m_features;
-    /// How the camera tells this program from others, to which it may go over when it is switched
-    /// off and on; 0 where it does not. Set before the camera is open.
+    /// UDP port by which the camera identifies this program as its controller; another program may
+    /// control it after it was switched off and on. 0 when the camera does not tell. Set before
+    /// m_isOpen.
     std::uint32_t m_controllerPort = 0;
     std::atomic<bool> m_isOpen{false};
     std::atomic<bool> m_isClosed{false};
@@ -108,7 +107,7 @@ private:
     std::thread m_watch;
 };
 
-/// What a camera that nobody has opened here grants; nothing when it does not answer.
+/// Access that a camera grants while it is not open here; empty when it does not answer.
 std::optional<OrvAccessModeType> permittedAccess(const CameraRecord& record);
 
 } // namespace orv::aravis

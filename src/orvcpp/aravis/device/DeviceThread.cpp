@@ -102,7 +102,7 @@ void DeviceThread::run() {
         Work work = std::move(job->work);
         lock.unlock();
         const OrvErrorType result = resultOf(work);
-        // What the work owns goes on this thread, too, and without the lock.
+        // Destroys what the work owns on this thread, without the lock.
         work = nullptr;
         lock.lock();
         job->result = result;

@@ -15,7 +15,7 @@
 
 namespace orv::aravis {
 
-/// The features of an opened camera, as they are handed out. Thread-safe.
+/// Hands out the features of an opened camera and keeps their observers. Thread-safe.
 class FeatureAccess : public std::enable_shared_from_this<FeatureAccess> {
 public:
     FeatureAccess(std::shared_ptr<ProviderCalls> calls, std::shared_ptr<DeviceConnection> device);
@@ -25,7 +25,7 @@ public:
     OrvErrorType getFeatures(const std::vector<std::string>& names,
                              std::shared_ptr<OrvCPP::Feature>* features, std::uint32_t& count);
 
-    /// Counts a call; an error when it is not to be carried out.
+    /// Counts a call; the error that it has to answer, if any.
     OrvErrorType enter(bool writing) const;
     DeviceConnection& device() const { return *m_device; }
 
@@ -33,7 +33,7 @@ public:
                                   const std::shared_ptr<OrvCPP::IFeatureObserver>& observer);
     OrvErrorType unregisterObserver(const std::string& feature,
                                     const std::shared_ptr<OrvCPP::IFeatureObserver>& observer);
-    /// Tells every observer: a camera may change any feature when one is written.
+    /// Calls every observer: writing one feature may change any other.
     void tellObservers();
     void forgetObservers();
 

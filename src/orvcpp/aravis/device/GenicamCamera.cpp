@@ -13,7 +13,7 @@ namespace orv::aravis {
 namespace {
 
 constexpr int largestBufferCount = 1024;
-/// Bytes that are read at a time, and at most.
+/// Most bytes of one ReadMemory.
 constexpr std::uint32_t memoryLimit = 1024 * 1024;
 
 OrvErrorType stopStreaming(AcquisitionSlot& acquisitions, AdapterStreams& streams) {
@@ -139,7 +139,7 @@ OrvErrorType GenicamCamera::open(OrvAccessModeType mode) {
     if (opened())
         return OrvErrorInvalidAccess;
     const CameraRecord found = record();
-    // Asked first: opening a camera that is not there takes the library seconds.
+    // Checked first: opening an absent camera takes the library seconds.
     const auto modes = permitted();
     if (!modes) {
         if (found.type == OrvTransportLayerTypeGEV && !found.adapter)
@@ -157,7 +157,7 @@ OrvErrorType GenicamCamera::open(OrvAccessModeType mode) {
                 camera->tell(OrvUpdateTriggerPluggedOut);
         });
     if (const OrvErrorType error = device->open(); error != OrvErrorSuccess) {
-        // Who could not open it asks next what it permits, and has waited enough.
+        // The caller's next GetPermittedAccess must not wait again.
         if (device->isLost())
             noteSilence();
         return error;
@@ -194,7 +194,7 @@ OrvErrorType GenicamCamera::close() {
         closing->acquisitions->close();
         closing->device->close();
     }
-    // Observers are the user's, so they go without a lock.
+    // Without a lock: observers belong to the user.
     closing->forgetObservers();
     return OrvErrorSuccess;
 }
@@ -313,7 +313,7 @@ OrvErrorType GenicamCamera::StartContinuousImageAcquisition(
     if (open->acquisitions->isRunning())
         return OrvErrorAlreadyDone;
     m_context.streams->aboutToStart(*open->acquisitions);
-    // Known as running before its first frame comes.
+    // Counts as running before its first frame arrives.
     const auto acquisition = open->acquisitions->begin();
     const OrvErrorType error =
         acquisition->start(bufferCount, observer, open->acquisitions->previousId());

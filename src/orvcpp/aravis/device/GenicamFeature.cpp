@@ -17,8 +17,8 @@ GenicamFeature::GenicamFeature(std::shared_ptr<FeatureAccess> access,
                                std::shared_ptr<const FeatureDescription> description)
     : m_access(std::move(access)), m_description(std::move(description)) {}
 
-/// Lets \p read answer on the device's thread. It may do so after the caller has given up, so what
-/// it writes to is its own.
+/// Runs \p read on the device's thread. It writes to memory of its own, as it may run after the
+/// call has timed out.
 template <typename T, typename Read> OrvErrorType GenicamFeature::ask(T& result, Read read) const {
     if (const OrvErrorType error = m_access->enter(false); error != OrvErrorSuccess)
         return error;
@@ -253,7 +253,7 @@ OrvErrorType GenicamFeature::GetDataType(OrvFeatureDataType& type) const {
 }
 
 OrvErrorType GenicamFeature::GetFlags(OrvFeatureFlagsType& flags) const {
-    // A camera does not tell which features change by themselves: any may.
+    // Any feature may change by itself: the description does not tell.
     unsigned set = OrvFeatureFlagsVolatile;
     set |= m_description->isReadable ? OrvFeatureFlagsRead : OrvFeatureFlagsNone;
     set |= m_description->isWritable ? OrvFeatureFlagsWrite : OrvFeatureFlagsNone;

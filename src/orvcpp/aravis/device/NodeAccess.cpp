@@ -11,7 +11,7 @@ namespace orv::aravis::node {
 
 namespace {
 
-/// Bytes; a register with a description of its own may ask for anything.
+/// Bytes; a description may claim any length.
 constexpr guint64 largestRegister = 16 * 1024 * 1024;
 
 OrvErrorType ofType(const FeatureDescription& feature, OrvFeatureDataType type) {
@@ -49,7 +49,7 @@ OrvErrorType maySet(const FeatureDescription& feature, OrvFeatureDataType type) 
     return error != OrvErrorSuccess ? error : admitsWriting(feature);
 }
 
-/// Reads one of a number's bounds; one that the camera does not tell stays as it is.
+/// Reads a bound of a number; leaves \p bound as it is when the camera has none.
 template <typename T, typename Node>
 OrvErrorType readBound(T& bound, T (*read)(Node*, GError**), Node* of) {
     LibraryError failure;
@@ -164,7 +164,7 @@ OrvErrorType get(const FeatureDescription& feature, std::string& value) {
         isEnum
             ? arv_gc_enumeration_get_string_value(ARV_GC_ENUMERATION(feature.node), failure.out())
             : arv_gc_string_get_value(ARV_GC_STRING(feature.node), failure.out());
-    // What the library hands out after a failure is memory without an end.
+    // After a failure the text is not terminated.
     if (const OrvErrorType error = failure.code(); error != OrvErrorSuccess)
         return error;
     value = text ? text : "";
@@ -266,7 +266,7 @@ OrvErrorType limits(const FeatureDescription& feature, Limits<double>& limits) {
     const OrvErrorType error =
         readLimits<double>(limits, ARV_GC_FLOAT(feature.node), &arv_gc_float_get_min,
                            &arv_gc_float_get_max, &arv_gc_float_get_inc);
-    // The least number above zero stands for no increment.
+    // The library answers the smallest positive number for no increment.
     if (!(limits.increment > std::numeric_limits<double>::min()))
         limits.increment = 0;
     return error;

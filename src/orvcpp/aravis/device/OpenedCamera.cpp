@@ -14,7 +14,7 @@ namespace orv::aravis {
 
 namespace {
 
-/// The packet sizes that every GigE camera must be able to take at least, and that none exceeds.
+/// Packet sizes in bytes: the least that every GigE camera must support, and the largest possible.
 constexpr std::int64_t smallestPacket = 576;
 constexpr std::int64_t largestPacket = 65535;
 
@@ -57,7 +57,7 @@ OrvErrorType adjustPacketSize(const DeviceConnection& device) {
     if (!feature)
         return OrvErrorNotFound;
     return device.call([feature](ArvDevice* of) {
-        // The library would write past a lock.
+        // The library would ignore the lock.
         if (const OrvErrorType error = node::admitsWriting(*feature); error != OrvErrorSuccess)
             return error;
         LibraryError failure;

@@ -10,7 +10,7 @@ namespace orv::aravis {
 
 namespace {
 
-/// An answer to a look may be lost where the network is full.
+/// Searches without an answer: one answer may be lost on a congested network.
 constexpr int missesUntilGone = 2;
 
 } // namespace
@@ -64,7 +64,7 @@ std::vector<CameraRegistry::Change> CameraRegistry::update(const std::vector<Cam
             changes.emplace_back(entry.camera, OrvUpdateTriggerPluggedIn);
     }
     for (auto& [key, entry] : m_cameras) {
-        // An open camera is watched more closely than by looking for it.
+        // An open camera is watched by its connection.
         if (seen.count(key) > 0 || !entry.isPresent || entry.camera->isAlive() ||
             ++entry.misses < missesUntilGone)
             continue;
@@ -129,7 +129,7 @@ void CameraRegistry::lose(const OrvCPP::Camera& camera) {
         lost->second.lostAt = Discovery::Clock::now();
         id = lost->second.camera->id();
     }
-    // Without the lock, since writing a log line may take as long as its reader does.
+    // Without the lock: writing a log line may block.
     logWarning(id +
                ": The camera is lost. It does not answer, was switched off and on, or is another "
                "program's now. A refresh opens it again when it is back.");

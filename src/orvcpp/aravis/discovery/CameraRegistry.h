@@ -17,15 +17,15 @@
 
 namespace orv::aravis {
 
-/// Keeps the objects of every camera that was ever found, of their interfaces and of the transport
-/// layers, and knows which cameras are there. Thread-safe.
+/// The objects of all cameras ever found, of their interfaces and of the transport layers, and
+/// which cameras are present. Thread-safe.
 class CameraRegistry final : public std::enable_shared_from_this<CameraRegistry> {
 public:
     using Change = std::pair<std::shared_ptr<GenicamCamera>, OrvUpdateTriggerType>;
 
     static std::shared_ptr<CameraRegistry> make(CameraContext context, ProviderHost& host);
 
-    /// Takes over what a look has found that began at \p begun. What has changed by it.
+    /// Applies the result of a search that began at \p begun; answers the changes.
     std::vector<Change> update(const std::vector<CameraRecord>& records,
                                Discovery::Clock::time_point begun);
 
@@ -44,22 +44,20 @@ private:
     struct Entry {
         std::shared_ptr<GenicamCamera> camera;
         bool isPresent = false;
-        /// Looks in a row that have not found it.
+        /// Consecutive searches that have not found it.
         int misses = 0;
         Discovery::Clock::time_point lostAt{};
     };
 
     CameraRegistry(CameraContext context, ProviderHost& host);
     void begin();
-    /// The camera is not there until a look that begins later finds it again.
+    /// The camera is absent until a search that begins later finds it.
     void lose(const OrvCPP::Camera& camera);
-    /// Asks the cameras that are not open, at the same time and without waiting: what has taken one
-    /// away, a switch or a cable, may have taken others, and whoever asks them one after another
-    /// would wait for each.
+    /// Asks all cameras that are not open, in parallel and without waiting: the cause (a switch, a
+    /// cable) may affect several, and a caller that tries them one by one would wait for each.
     void askAll() const;
-    /// With the mutex held, as all below.
-    /// A device that has not answered at its place, and that is not open, may have \p answered at
-    /// another: it has got another address, or hangs on another port.
+    /// All below require m_mutex. A closed camera that has moved to another address or port keeps
+    /// its entry: its old key is not among those that \p answered.
     Entry& entryOf(const CameraRecord& record, const std::set<std::string>& answered);
     std::string freeId(const CameraRecord& record) const;
     std::shared_ptr<GenicamInterface> interfaceOf(const CameraRecord& record);

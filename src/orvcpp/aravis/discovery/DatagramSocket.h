@@ -13,11 +13,11 @@ public:
     DatagramSocket(const DatagramSocket&) = delete;
     DatagramSocket& operator=(const DatagramSocket&) = delete;
 
-    /// What the operating system calls it; negative when there is none.
+    /// File descriptor; negative when it could not be made.
     int handle() const { return m_handle; }
     /// Sends to and receives from this address only, and takes the route to it.
     bool connectTo(std::uint32_t address, std::uint16_t port) const;
-    /// Address of this side; 0 before a route was taken.
+    /// Address of this side; 0 before connectTo().
     std::uint32_t localAddress() const;
 
 private:

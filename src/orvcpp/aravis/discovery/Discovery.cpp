@@ -13,7 +13,7 @@ namespace orv::aravis {
 
 namespace {
 
-/// From the end of a look to the next.
+/// From the end of a search to the next.
 constexpr std::chrono::seconds pauseBetweenLooks{1};
 constexpr std::chrono::milliseconds nameWait{100};
 constexpr int nameTries = 2;
@@ -65,12 +65,13 @@ void complete(CameraRecord& record) {
     record.userName = name ? Gvcp::text(*name) : std::string();
 }
 
-/// Whether a text is the same for the kernel's files, which end where its blanks begin.
+/// Compares with a text of the kernel, which drops trailing blanks.
 bool isSame(const std::string& text, const std::string& kernels) {
     return text.substr(0, text.find_last_not_of(' ') + 1) == kernels;
 }
 
-/// The kernel's device of a camera; of several that look the same, each is given out once.
+/// Sets the kernel's device of a camera and takes it from the list, so that equal cameras get
+/// different ones.
 void locate(CameraRecord& record, std::vector<UsbDevice>& devices) {
     const auto found = std::find_if(devices.begin(), devices.end(), [&](const UsbDevice& device) {
         return isSame(record.serialNumber, device.serialNumber) &&
@@ -130,7 +131,7 @@ void Discovery::run() {
 
 std::vector<CameraRecord> Discovery::look() const {
     const DiscoveryBroadcast call;
-    // Takes a second, in which the call is answered, too.
+    // Takes a second, in which the broadcast is answered, too.
     std::vector<CameraRecord> records =
         askInterface(arv_gv_interface_get_instance(), OrvTransportLayerTypeGEV);
     addMissing(records, call.answers());

@@ -17,14 +17,14 @@ namespace orv::aravis {
 namespace {
 
 constexpr std::uint16_t controlPort = 3956;
-/// Discovery, to be acknowledged, with no data and the number 1.
+/// GVCP discovery command: acknowledge required, no data, request ID 1.
 constexpr std::array<std::uint8_t, 8> question{0x42, 1, 0, 2, 0, 0, 0, 1};
-/// How an acknowledge begins: success, discovery, 248 bytes of data, the question's number.
+/// Header of an acknowledge: success, discovery, 248 bytes of data, request ID 1.
 constexpr std::array<std::uint8_t, 8> acknowledge{0, 0, 0, 3, 0, 248, 0, 1};
 constexpr std::size_t acknowledgeSize = acknowledge.size() + 248;
 using Packet = std::array<std::uint8_t, acknowledgeSize>;
 
-/// Where in an acknowledge the camera's registers are, and how long their texts.
+/// Offsets of the camera's registers in an acknowledge, and lengths of their texts.
 constexpr std::size_t macAt = 8 + 0x0A;
 constexpr std::size_t addressAt = 8 + 0x24;
 constexpr std::size_t vendorAt = 8 + 0x48;
@@ -55,7 +55,7 @@ CameraRecord describe(const Packet& packet) {
     return record;
 }
 
-/// Empty where the adapter does not let a broadcast out.
+/// Null when the adapter cannot send a broadcast.
 std::unique_ptr<DatagramSocket> callThrough(const sockaddr_in& own) {
     auto made = std::make_unique<DatagramSocket>();
     const int yes = 1;
@@ -65,7 +65,7 @@ std::unique_ptr<DatagramSocket> callThrough(const sockaddr_in& own) {
     everybody.sin_family = AF_INET;
     everybody.sin_addr.s_addr = htonl(INADDR_BROADCAST);
     everybody.sin_port = htons(controlPort);
-    // The adapter of the address that it is bound to is the one that it is sent through.
+    // Binding to an adapter's address sends through that adapter.
     const bool isSent =
         setsockopt(made->handle(), SOL_SOCKET, SO_BROADCAST, &yes, sizeof yes) == 0 &&
         bind(made->handle(), reinterpret_cast<const sockaddr*>(&from), sizeof from) == 0 &&

@@ -9,16 +9,15 @@
 
 namespace orv::aravis {
 
-/// Asks all GigE Vision cameras on the networks of this host who they are. The library does so,
-/// too, but its list has one camera only of those whose maker, model and serial number are the
-/// same.
+/// Discovers the GigE Vision cameras on this host's networks. Needed beside the library's own
+/// discovery, which lists only one of several cameras with the same maker, model and serial number.
 class DiscoveryBroadcast {
 public:
-    /// Sends the question through every adapter.
+    /// Sends the discovery command through every adapter.
     DiscoveryBroadcast();
 
-    /// The cameras that have answered since the last call, told of with what they say themselves.
-    /// Does not wait.
+    /// The cameras that have answered since the last call, described by their answers only. Does
+    /// not wait.
     std::vector<CameraRecord> answers() const;
 
 private:

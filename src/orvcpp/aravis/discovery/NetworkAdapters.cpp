@@ -44,7 +44,7 @@ std::int64_t numberIn(const std::string& text) {
 
 NetworkAdapter describe(const ifaddrs& entry) {
     NetworkAdapter adapter;
-    // A further address may have a name of its own, "eth0:1", but it is no adapter of its own.
+    // A further address may be listed as "eth0:1": the adapter is "eth0".
     adapter.name = std::string(entry.ifa_name).substr(0, std::strcspn(entry.ifa_name, ":"));
     adapter.address = hostAddress(entry.ifa_addr);
     adapter.mask = hostAddress(entry.ifa_netmask);

@@ -29,7 +29,7 @@ std::int64_t linkSpeed(const std::string& adapter, const std::filesystem::path& 
 /// Bytes that an adapter sends and receives in one packet. Reentrant.
 std::int64_t mtu(const std::string& adapter);
 
-/// Reads an address like "192.168.1.20"; nothing when it is none.
+/// Parses an address like "192.168.1.20"; empty when malformed.
 std::optional<std::uint32_t> parseAddress(const std::string& text);
 
 /// Number of a MAC address like "02:fc:00:00:00:01"; 0 for a text that is none.

@@ -34,7 +34,7 @@ std::string controllerKey(const fs::path& folder) {
     return key;
 }
 
-/// A folder of a device has a bus number, one of a device's interface has not.
+/// A device's folder has a bus number; an interface's folder does not.
 bool isDevice(const fs::path& folder) {
     std::error_code error;
     return fs::exists(folder / "busnum", error);

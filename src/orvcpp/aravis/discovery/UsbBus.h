@@ -9,14 +9,14 @@
 
 namespace orv::aravis {
 
-/// A USB device of this host, and where it hangs.
+/// A USB device of this host and its place on the bus.
 struct UsbDevice {
     std::filesystem::path folder;
     std::string manufacturer;
     std::string product;
     std::string serialNumber;
     std::int64_t bus = 0;
-    /// Another one each time that the device is plugged in.
+    /// Changes each time the device is plugged in.
     std::int64_t number = 0;
     /// Ports from the root hub's down to the device's own: "4.2".
     std::string ports;
@@ -30,7 +30,7 @@ struct UsbDevice {
     std::string location() const;
     /// Whether a program of this host has claimed one of the device's interfaces.
     bool isClaimed() const;
-    /// Whether the device is still plugged in, without having been pulled meanwhile.
+    /// Whether the device has been plugged in all the time since it was listed.
     bool isPresent() const;
 };
 

@@ -13,30 +13,29 @@
 
 namespace orv::aravis {
 
-/// The acquisitions of an opened camera: the running one, if there is one, or one that is prepared.
-/// Thread-safe.
+/// Holds the running acquisition of an opened camera, or the prepared one. Thread-safe.
 class AcquisitionSlot {
 public:
     /// \p path is how the camera's frames are to come in.
     AcquisitionSlot(std::shared_ptr<DeviceConnection> device, StreamTransport path);
 
-    /// Opens the stream of the next acquisition, where that is worth the while: for a packet
-    /// socket, see AdapterStreams. Waits for the camera, but not long.
+    /// Opens the stream of the next acquisition if it uses a packet socket (see AdapterStreams).
+    /// Waits for the camera, at most a second.
     void prepare();
-    /// Lets go of what was prepared.
+    /// Closes the prepared stream.
     void discard();
-    /// discard(), for good.
+    /// discard(); later calls of prepare() do nothing.
     void close();
 
-    /// An acquisition that counts as running from here on, and that the caller starts.
+    /// The next acquisition, for the caller to start; counts as running from now on.
     std::shared_ptr<Acquisition> begin();
-    /// Takes the running acquisition; empty when there is none.
+    /// Removes and answers the running acquisition; null when there is none.
     std::shared_ptr<Acquisition> end();
-    /// To be called when the acquisition that was ended has stopped.
+    /// Keeps the counts of an acquisition that was removed and has stopped.
     void keep(const Acquisition& stopped);
 
     bool isRunning() const { return acquisition() != nullptr; }
-    /// Whether packets may come: it runs, and the camera is not lost.
+    /// Whether packets may arrive: an acquisition runs and the camera is not lost.
     bool mayReceive() const { return isRunning() && !m_device->isLost(); }
     /// One of the library's counts of the running acquisition, or of the one before.
     std::int64_t count(const std::string& name) const;

@@ -26,7 +26,7 @@ void AdapterStreams::add(const std::shared_ptr<AcquisitionSlot>& camera) {
 void AdapterStreams::aboutToStart(const AcquisitionSlot& starting) {
     const std::lock_guard lock(m_mutex);
     const auto cameras = camerasOf(starting.adapter());
-    // One alone opens its stream when it starts.
+    // A single camera opens its stream when it starts.
     if (cameras.size() < 2 || mayAnyReceive(cameras))
         return;
     std::vector<std::future<void>> opening;

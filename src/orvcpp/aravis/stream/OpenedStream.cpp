@@ -8,15 +8,15 @@ namespace orv::aravis {
 
 namespace {
 
-/// Opening one takes some 50 ms.
+/// Each takes about 50 ms.
 constexpr int packetSocketAttempts = 3;
-/// A packet socket hands over what it has received after 5 ms; the rest is for a busy machine.
+/// A packet socket delivers received packets after 5 ms; the rest is reserve for a busy machine.
 constexpr auto handOverTime = std::chrono::milliseconds(40);
 
-/// For about a millisecond, until the library has set its filter, a packet socket hears what other
-/// cameras send. The library takes the first packet that it hears for the camera's own and from
-/// then on ignores up to a hundred frames with lower numbers: a camera that starts while another
-/// one streams would deliver nothing for seconds.
+/// For about a millisecond, until the library sets its filter, a packet socket receives other
+/// cameras' packets. The library takes the first packet for the camera's own and then ignores up to
+/// a hundred frames with lower numbers. A camera that starts while another one streams would
+/// deliver nothing for seconds.
 bool hasHeardOthers(ArvStream* stream) {
     return arv_stream_get_info_uint64_by_name(stream, "n_received_packets") > 0;
 }
@@ -38,8 +38,8 @@ OpenedStream open(ArvDevice* device, const StreamTransport& path, ArvStreamCallb
     OpenedStream opened;
     opened.stream.reset(arv_device_create_stream(device, callback, callbackData, failure.out()));
     opened.packetSize = readPacketSize(device);
-    // Beside a packet socket, the library has a UDP socket that it does not read: whatever its
-    // buffer holds, the kernel only keeps.
+    // With a packet socket, the library also opens a UDP socket and never reads it: a large buffer
+    // would only hold unread packets.
     if (opened.stream && ARV_IS_GV_STREAM(opened.stream.get()) && !path.usesPacketSocket)
         g_object_set(opened.stream.get(), "socket-buffer", ARV_GV_STREAM_SOCKET_BUFFER_FIXED,
                      "socket-buffer-size", wantedReceiveBuffer, nullptr);
@@ -67,7 +67,7 @@ bool reuseStream(ArvDevice* device, ArvStream* stream, int packetSize,
     if (!ARV_IS_GV_STREAM(stream) || readPacketSize(device) != packetSize ||
         (path.usesPacketSocket && hasHeardOthers(stream)))
         return false;
-    // Looking for the largest packet has pointed the camera somewhere else.
+    // The search for the largest packet size has changed the camera's destination port.
     LibraryError failure;
     arv_device_set_integer_feature_value(
         device, "ArvGevSCPHostPort", arv_gv_stream_get_port(ARV_GV_STREAM(stream)), failure.out());

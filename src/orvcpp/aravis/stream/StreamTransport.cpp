@@ -12,10 +12,10 @@ namespace orv::aravis {
 
 namespace {
 
-/// Bytes of the library's ring of packets. The kernel grants all of it, or no packet socket.
+/// Bytes of the library's packet ring. Without all of it there is no packet socket.
 constexpr int packetRing = 32 * 1024 * 1024;
 
-/// The library tries the same when a stream begins, and takes a UDP socket when it fails.
+/// As the library does when a stream opens; it uses a UDP socket on a failure.
 bool permitsPacketSocket() {
     const int handle = socket(PF_PACKET, SOCK_RAW | SOCK_CLOEXEC, htons(ETH_P_ALL));
     if (handle < 0)

@@ -7,15 +7,15 @@
 
 namespace orv::aravis {
 
-/// Whether frames of GigE cameras are taken from a packet socket, past the operating system's UDP.
+/// Whether frames of GigE cameras are received by a packet socket instead of a UDP socket.
 enum class PacketSocket {
-    /// Where the operating system permits it, and never from the loopback adapter, where such a
-    /// socket sees every packet twice.
+    /// Where the operating system permits it, except on the loopback adapter, where a packet socket
+    /// receives every packet twice.
     Automatic,
     Never
 };
 
-/// How the frames of a camera come in.
+/// How the frames of a camera are received.
 struct StreamTransport {
     bool usesPacketSocket = false;
     /// Bytes that the operating system grants a UDP socket as its receive buffer.
@@ -25,7 +25,7 @@ struct StreamTransport {
     std::string description() const;
 };
 
-/// Bytes of receive buffer that are asked for.
+/// Receive buffer to request, in bytes.
 constexpr int wantedReceiveBuffer = 32 * 1024 * 1024;
 
 StreamTransport chooseStreamTransport(const CameraRecord& record, PacketSocket use);
