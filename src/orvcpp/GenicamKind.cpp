@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/ProviderKind.h"
 #include "orvcpp/aravis/GenicamProvider.h"
-#include "orvcpp/core/ProviderKind.h"
 
 namespace orv {
 
 namespace {
 
-std::shared_ptr<Provider> readGenicam(ObjectReader& reader, const Surroundings& surroundings) {
+std::shared_ptr<Provider> readGenicam(ObjectReader& reader, const ProviderContext& context) {
     aravis::GenicamSettings settings;
     settings.packetSocket = reader.boolean("packetSocket", true) ? aravis::PacketSocket::Automatic
                                                                  : aravis::PacketSocket::Never;
-    return aravis::makeGenicamProvider(settings, surroundings.host, surroundings.gate);
+    return aravis::makeGenicamProvider(settings, context.host, context.callCounter);
 }
 
 } // namespace

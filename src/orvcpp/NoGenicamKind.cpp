@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/core/ProviderKind.h"
+#include "orvcpp/ProviderKind.h"
 
 std::optional<orv::ProviderKind> orv::genicamKind() {
     return std::nullopt;

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "tests/orvcpp/Sdk.h"
-
-#include <numeric>
+#include "tests/orvcpp/SdkFixture.h"
 
 using namespace testing;
 using namespace sdk;
@@ -9,52 +7,30 @@ using std::chrono::milliseconds;
 
 namespace {
 
-std::vector<std::uint64_t> consecutive(std::uint64_t first, std::size_t count) {
-    std::vector<std::uint64_t> ids(count);
-    std::iota(ids.begin(), ids.end(), first);
-    return ids;
-}
-
 double secondsSince(std::chrono::steady_clock::time_point begin) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
-TEST(Acquisition, CountsFramesFromTheTechnologysFirstId) {
-    const Running run(scenario(gige("G", sensor(200)) + "," + usb("U", 1, sensor(200))));
-    for (const auto& [id, first] : {std::pair("G", 1), std::pair("U", 0)}) {
-        const auto camera = openCamera(id);
-        for (int round = 0; round < 2; ++round) {
-            const auto receiver = std::make_shared<Receiver>(camera);
-            ASSERT_EQ(start(*camera, receiver), OrvErrorSuccess);
-            EXPECT_EQ(start(*camera, receiver), OrvErrorAlreadyDone);
-            EXPECT_TRUE(eventually([&] { return receiver->count() >= 10; }));
-            EXPECT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
-            EXPECT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorAlreadyDone);
-            const auto ids = receiver->ids();
-            EXPECT_EQ(ids, consecutive(static_cast<std::uint64_t>(first), ids.size()));
-        }
-    }
-}
-
-TEST(Acquisition, FollowsTheBandwidthWhileItRuns) {
+TEST(Acquisition, followsTheBandwidthWhileItRuns) {
     const Running run(scenario(gige("A", sensor(100) + R"(, "bandwidth": {"minimum": 64000})")));
     const auto camera = openCamera("A");
     const auto receiver = std::make_shared<Receiver>(camera);
     const auto begin = std::chrono::steady_clock::now();
     ASSERT_EQ(start(*camera, receiver), OrvErrorSuccess);
     EXPECT_EQ(set(*camera, "Width", std::int64_t{160}), OrvErrorInvalidAccess) << "while streaming";
-    EXPECT_TRUE(eventually([&] { return receiver->count() >= 50; }));
-    EXPECT_GE(secondsSince(begin), 0.48) << "frames do not come faster than the rate";
+    EXPECT_TRUE(eventually([&] { return receiver->count() >= 20; }));
+    EXPECT_GE(secondsSince(begin), 0.18) << "frames do not come faster than the rate";
 
-    EXPECT_EQ(set(*camera, "DeviceLinkThroughputLimit", std::int64_t{5 * 64'000}), OrvErrorSuccess);
+    EXPECT_EQ(set(*camera, "DeviceLinkThroughputLimit", std::int64_t{20 * 64'000}),
+              OrvErrorSuccess);
     const auto before = receiver->count();
     const auto slower = std::chrono::steady_clock::now();
     EXPECT_TRUE(eventually([&] { return receiver->count() >= before + 4; }));
-    EXPECT_GE(secondsSince(slower), 0.55) << "5 frames per second, the first one may be under way";
+    EXPECT_GE(secondsSince(slower), 0.14) << "20 per second, the first one may be under way";
     EXPECT_EQ(camera->Close(), OrvErrorSuccess) << "stops";
 }
 
-TEST(Link, CarriesNoMoreThanItsSpeedAndLosesInProportion) {
+TEST(Link, carriesNoMoreThanItsSpeedAndLosesInProportion) {
     // Two links of 20 Mbit/s = 2.5 MB/s: one is asked for 5.12 MB/s, the other for half of what it
     // carries.
     const std::string text = R"({"host": {"adapters": [
@@ -102,11 +78,11 @@ TEST(Link, CarriesNoMoreThanItsSpeedAndLosesInProportion) {
     EXPECT_EQ(statistic(2, "StatFrameDropped") + statistic(2, "StatFrameIncomplete"), 0);
 }
 
-TEST(Faults, LoseTheSameFramesInEveryRun) {
+TEST(Faults, loseTheSameFramesInEveryRun) {
     std::vector<std::vector<std::uint64_t>> runs;
     for (int round = 0; round < 2; ++round) {
         const Running run(scenario(
-            usb("A", 1, sensor(500) + R"(, "faults": {"lossRate": 0.2, "incompleteRate": 0.3})")));
+            usb("A", 1, sensor(1000) + R"(, "faults": {"lossRate": 0.2, "incompleteRate": 0.3})")));
         const auto camera = openCamera("A");
         const auto receiver = std::make_shared<Receiver>(camera);
         ASSERT_EQ(start(*camera, receiver, 64), OrvErrorSuccess);
@@ -121,26 +97,7 @@ TEST(Faults, LoseTheSameFramesInEveryRun) {
     EXPECT_EQ(runs[0], runs[1]);
 }
 
-TEST(Acquisition, LosesFramesWhileTheReceiverHoldsThemAll) {
-    const Running run(scenario(gige("A", sensor(200))));
-    const auto camera = openCamera("A");
-    const auto receiver = std::make_shared<Receiver>(camera, true);
-    ASSERT_EQ(start(*camera, receiver, 3), OrvErrorSuccess);
-    const auto stream = sdk::stream(*camera);
-    EXPECT_TRUE(eventually([&] { return get<std::int64_t>(*stream, "StatFrameUnderrun") >= 10; }));
-    EXPECT_EQ(receiver->count(), 3U);
-    const auto kept = receiver->takeKept();
-    for (const auto& frame : kept)
-        EXPECT_EQ(camera->QueueFrame(frame), OrvErrorSuccess);
-    EXPECT_TRUE(eventually([&] { return receiver->count() >= 6; }));
-    const auto ids = receiver->ids();
-    EXPECT_GT(ids[3], 13U) << "the gap shows what was lost";
-    camera->StopContinuousImageAcquisition();
-    EXPECT_EQ(camera->QueueFrame(kept[0]), OrvErrorInvalidCall) << "its acquisition has ended";
-    EXPECT_EQ(camera->QueueFrame(nullptr), OrvErrorBadParameter);
-}
-
-TEST(Trigger, LetsFramesCome) {
+TEST(Trigger, startsFrames) {
     const Running run(scenario(
         gige("Soft", sensor(200) + R"(, "trigger": {"mode": "On", "source": "Software"})") + "," +
         gige("Free", sensor(200) + R"(, "trigger": {"mode": "On", "source": "Freerun"})") + "," +
@@ -169,7 +126,7 @@ TEST(Trigger, LetsFramesCome) {
     EXPECT_TRUE(eventually([&] { return receiver->count() >= 10; }));
 }
 
-TEST(Image, MovesFromFrameToFrame) {
+TEST(Image, movesFromFrameToFrame) {
     const Running run(scenario(gige("A", sensor(200))));
     const auto camera = openCamera("A");
     const auto receiver = std::make_shared<Receiver>(camera, true);
@@ -188,55 +145,7 @@ TEST(Image, MovesFromFrameToFrame) {
         << "the picture moves upwards by four rows";
 }
 
-/// Calls back into the SDK, and lets the test decide when the callback returns.
-class BlockingReceiver : public OrvCPP::IFrameObserver {
-public:
-    explicit BlockingReceiver(std::shared_ptr<Camera> camera) : m_camera(std::move(camera)) {}
-
-    void FrameReceived(const std::shared_ptr<Frame>& frame) override {
-        stopAnswer = m_camera->StopContinuousImageAcquisition();
-        closeAnswer = m_camera->Close();
-        shutdownAnswer = system().Shutdown();
-        widthAnswer = static_cast<int>(get<std::int64_t>(*m_camera, "Width"));
-        entered = true;
-        while (!released)
-            std::this_thread::sleep_for(milliseconds(1));
-        left = true;
-        m_camera->QueueFrame(frame);
-    }
-
-    std::atomic<int> stopAnswer{0};
-    std::atomic<int> closeAnswer{0};
-    std::atomic<int> shutdownAnswer{0};
-    std::atomic<int> widthAnswer{0};
-    std::atomic<bool> entered{false};
-    std::atomic<bool> released{false};
-    std::atomic<bool> left{false};
-
-private:
-    const std::shared_ptr<Camera> m_camera;
-};
-
-TEST(Stop, WaitsForTheCallbackAndIsRefusedInIt) {
-    const Running run(scenario(gige("A", sensor(200))));
-    const auto camera = openCamera("A");
-    const auto receiver = std::make_shared<BlockingReceiver>(camera);
-    ASSERT_EQ(start(*camera, receiver), OrvErrorSuccess);
-    EXPECT_TRUE(eventually([&] { return receiver->entered.load(); }));
-    EXPECT_EQ(receiver->stopAnswer, OrvErrorInvalidCall);
-    EXPECT_EQ(receiver->closeAnswer, OrvErrorInvalidCall);
-    EXPECT_EQ(receiver->shutdownAnswer, OrvErrorInvalidCall);
-    EXPECT_EQ(receiver->widthAnswer, 320) << "features can be read in the callback";
-    std::thread releasing([&] {
-        std::this_thread::sleep_for(milliseconds(50));
-        receiver->released = true;
-    });
-    EXPECT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
-    EXPECT_TRUE(receiver->left);
-    releasing.join();
-}
-
-TEST(Stop, WorksInAnyOrderFromSeveralThreads) {
+TEST(Stop, worksInAnyOrderFromSeveralThreads) {
     for (int round = 0; round < 5; ++round) {
         ASSERT_EQ(startWith(scenario(gige("A", sensor(1000) + R"(, "count": 4)") + "," +
                                      usb("B", 1, sensor(1000)))),

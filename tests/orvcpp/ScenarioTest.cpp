@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "tests/orvcpp/Sdk.h"
+#include "tests/orvcpp/SdkFixture.h"
+
+#include <algorithm>
+#include <cstring>
 
 using namespace testing;
 using namespace sdk;
@@ -14,13 +17,13 @@ struct Malformed {
     const char* found = "";
 };
 
-std::ostream& operator<<(std::ostream& out, const Malformed& row) {
-    return out << row.name;
+void PrintTo(const Malformed& row, std::ostream* out) {
+    *out << row.name;
 }
 
 class MalformedScenario : public TestWithParam<Malformed> {};
 
-TEST_P(MalformedScenario, NamesFilePlaceAndExpectationAndStartsNothing) {
+TEST_P(MalformedScenario, namesFilePlaceAndExpectationAndStartsNothing) {
     EXPECT_EQ(startWith(GetParam().contents), OrvErrorBadParameter);
     const std::string message = startupError();
     EXPECT_THAT(message, HasSubstr("scenario.json: "));
@@ -95,7 +98,7 @@ const std::vector<Malformed> malformed{
 INSTANTIATE_TEST_SUITE_P(Table, MalformedScenario, ValuesIn(malformed),
                          [](const auto& row) { return row.param.name; });
 
-TEST(TruncatedScenario, SaysWhereItBreaksOffWhereverThatIs) {
+TEST(TruncatedScenario, tellsWhereItBreaksOff) {
     const std::string whole = scenario(gige("A"));
     for (std::size_t size = 0; size < whole.size(); size += 7) {
         ASSERT_EQ(startWith(whole.substr(0, size)), OrvErrorBadParameter) << size;
@@ -103,7 +106,7 @@ TEST(TruncatedScenario, SaysWhereItBreaksOffWhereverThatIs) {
     }
 }
 
-TEST(Configuration, FindsAScenarioBesideIt) {
+TEST(Configuration, findsAScenarioBesideIt) {
     const TemporaryFile configuration(
         "sdk.json", R"({"providers": [{"type": "virtual", "scenario": "own.json"}]})");
     const auto wide = configuration.path().wstring();
@@ -118,25 +121,41 @@ TEST(Configuration, FindsAScenarioBesideIt) {
     EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
 }
 
-TEST(Scenario, HangsMoreCamerasOnAnAdapterThanAHubHasPorts) {
+TEST(Scenario, putsMoreCamerasOnAnAdapterThanAHubHasPorts) {
     const Running run(scenario(gige("A", R"(, "count": 40)")));
     EXPECT_THAT(cameras(), SizeIs(40));
 }
 
-class EmbeddedScenario : public TestWithParam<std::pair<const wchar_t*, std::size_t>> {};
+struct Embedded {
+    const char* name;
+    std::size_t cameras;
+};
 
-TEST_P(EmbeddedScenario, Starts) {
-    ASSERT_EQ(system().Startup(GetParam().first), OrvErrorSuccess) << startupError();
-    EXPECT_THAT(cameras(), SizeIs(GetParam().second));
+void PrintTo(const Embedded& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class EmbeddedScenario : public TestWithParam<Embedded> {};
+
+TEST_P(EmbeddedScenario, starts) {
+    const auto& [name, count] = GetParam();
+    const std::wstring wide = L':' + std::wstring(name, name + std::strlen(name));
+    ASSERT_EQ(system().Startup(wide.c_str()), OrvErrorSuccess) << startupError();
+    EXPECT_THAT(cameras(), SizeIs(count));
     EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, EmbeddedScenario,
-                         Values(std::pair(L":default", 8), std::pair(L":oversubscribed", 8),
-                                std::pair(L":sixty-four", 64), std::pair(L":empty", 0),
-                                std::pair(L":faulty", 9)));
+                         Values(Embedded{"default", 8}, Embedded{"oversubscribed", 8},
+                                Embedded{"sixty-four", 64}, Embedded{"empty", 0},
+                                Embedded{"faulty", 9}),
+                         [](const auto& row) {
+                             std::string name = row.param.name;
+                             std::replace(name.begin(), name.end(), '-', '_');
+                             return name;
+                         });
 
-TEST(SimulatedHost, CarriesTheAddressesAndLocationsThatTheInterfacesName) {
+TEST(SimulatedHost, hasTheAddressesAndLocationsOfTheInterfaces) {
     ASSERT_EQ(system().Startup(), OrvErrorSuccess);
     const OrvCPP::SimulatedHost host = simulation().GetHost();
     std::vector<std::int64_t> addresses;
@@ -158,7 +177,7 @@ TEST(SimulatedHost, CarriesTheAddressesAndLocationsThatTheInterfacesName) {
     EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
 }
 
-TEST(SimulatedHost, HangsUsbCamerasBelowTheirHubs) {
+TEST(SimulatedHost, hasUsbCamerasBelowTheirHubs) {
     const Running run(
         scenario(usb("A", 2, R"(, "serialNumber": "7A")") + "," +
                  usb("B", 1, R"(, "serialNumber": "7B", "hub": "hub", "linkSpeedMbps": 480)")));

@@ -2,7 +2,7 @@
 #include "session/StreamingLimits.h"
 #include "session/UsbAccess.h"
 
-#include "tests/orvcpp/Sdk.h"
+#include "tests/orvcpp/SdkFixture.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/FakeCameraProcess.h"
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/GenicamProvider.h"
 
-#include "orvcpp/aravis/discovery/CameraRoster.h"
+#include "orvcpp/aravis/discovery/CameraRegistry.h"
 #include "orvcpp/core/EventThread.h"
-#include "orvcpp/core/Session.h"
+#include "orvcpp/core/ProviderCalls.h"
 
 #include <utility>
 
@@ -11,15 +11,16 @@ namespace orv::aravis {
 
 namespace {
 
-/// How long the end waits for the library to let go of cameras that have died.
+/// How long the shutdown waits for library calls to lost cameras.
 constexpr std::chrono::milliseconds stragglerLimit{500};
 
 class GenicamProvider final : public Provider {
 public:
     GenicamProvider(const GenicamSettings& settings, ProviderHost& host,
-                    const std::shared_ptr<CallGate>& gate)
-        : m_host(host), m_calls(std::make_shared<Session>(gate, std::chrono::microseconds(0))),
-          m_roster(CameraRoster::make(surroundings(settings), host)),
+                    const std::shared_ptr<CallCounter>& callCounter)
+        : m_host(host),
+          m_calls(std::make_shared<ProviderCalls>(callCounter, std::chrono::microseconds(0))),
+          m_registry(CameraRegistry::make(context(settings), host)),
           m_discovery(settings.sysfs,
                       [this](const auto& found, auto begun) { onFound(found, begun); }) {}
     ~GenicamProvider() override { shutDown(); }
@@ -31,44 +32,44 @@ public:
 
     void shutDown() override {
         m_calls->end();
-        // A look takes a second, so it ends while the cameras are closed.
+        // A search takes a second: it ends while the cameras are closed.
         m_discovery.askToStop();
-        for (const auto& camera : m_roster->all())
+        for (const auto& camera : m_registry->all())
             camera->close();
         m_discovery.stop();
         m_events->stop();
-        m_park->join(stragglerLimit);
+        m_threads->join(stragglerLimit);
     }
 
     std::vector<Listed<OrvCPP::TransportLayer>> transportLayers() const override {
         std::vector<Listed<OrvCPP::TransportLayer>> listed;
-        for (const auto& layer : m_roster->layers())
+        for (const auto& layer : m_registry->layers())
             listed.push_back({layer, layer->id(), {}});
         return listed;
     }
 
     std::vector<Listed<OrvCPP::Interface>> interfaces() const override {
         std::vector<Listed<OrvCPP::Interface>> listed;
-        for (const auto& interface : m_roster->interfaces())
+        for (const auto& interface : m_registry->interfaces())
             listed.push_back({interface, interface->id(), {}});
         return listed;
     }
 
     std::vector<Listed<OrvCPP::Camera>> cameras() const override {
         std::vector<Listed<OrvCPP::Camera>> listed;
-        for (const auto& camera : m_roster->present())
+        for (const auto& camera : m_registry->present())
             listed.push_back({camera, camera->id(), camera->record().key()});
         return listed;
     }
 
 private:
-    CameraSurroundings surroundings(const GenicamSettings& settings) {
-        CameraSurroundings made;
+    CameraContext context(const GenicamSettings& settings) {
+        CameraContext made;
         made.calls = m_calls;
-        made.park = m_park;
-        made.streams = std::make_shared<StreamPreparation>();
+        made.threads = m_threads;
+        made.streams = std::make_shared<AdapterStreams>();
         made.packetSocket = settings.packetSocket;
-        // A call may still be under way when the provider is gone, so it is not captured.
+        // A call may outlive the provider, so it does not capture it.
         made.changed = [events = m_events, &host = m_host](const auto& camera, auto reason) {
             events->post([camera, reason, &host] { host.cameraListChanged(camera, reason); });
         };
@@ -76,25 +77,25 @@ private:
     }
 
     void onFound(const std::vector<CameraRecord>& found, Discovery::Clock::time_point begun) {
-        for (const auto& [camera, reason] : m_roster->update(found, begun))
+        for (const auto& [camera, reason] : m_registry->update(found, begun))
             m_events->post([camera = camera, reason = reason, &host = m_host] {
                 host.cameraListChanged(camera, reason);
             });
     }
 
     ProviderHost& m_host;
-    const std::shared_ptr<Session> m_calls;
-    const std::shared_ptr<ThreadPark> m_park = std::make_shared<ThreadPark>();
+    const std::shared_ptr<ProviderCalls> m_calls;
+    const std::shared_ptr<DetachableThreads> m_threads = std::make_shared<DetachableThreads>();
     const std::shared_ptr<EventThread> m_events = std::make_shared<EventThread>();
-    const std::shared_ptr<CameraRoster> m_roster;
+    const std::shared_ptr<CameraRegistry> m_registry;
     Discovery m_discovery;
 };
 
 } // namespace
 
 std::shared_ptr<Provider> makeGenicamProvider(const GenicamSettings& settings, ProviderHost& host,
-                                              const std::shared_ptr<CallGate>& gate) {
-    return std::make_shared<GenicamProvider>(settings, host, gate);
+                                              const std::shared_ptr<CallCounter>& callCounter) {
+    return std::make_shared<GenicamProvider>(settings, host, callCounter);
 }
 
 } // namespace orv::aravis

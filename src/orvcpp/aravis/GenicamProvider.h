@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/aravis/stream/StreamPath.h"
-#include "orvcpp/core/CallGate.h"
+#include "orvcpp/aravis/stream/StreamTransport.h"
+#include "orvcpp/core/CallCounter.h"
 #include "orvcpp/core/Provider.h"
 
 #include <filesystem>
@@ -10,7 +10,7 @@
 
 namespace orv::aravis {
 
-/// What a configuration file may say about real cameras.
+/// Settings for real cameras in a configuration file.
 struct GenicamSettings {
     PacketSocket packetSocket = PacketSocket::Automatic;
     /// Where the kernel shows its USB devices.
@@ -18,8 +18,8 @@ struct GenicamSettings {
 };
 
 /// GigE Vision and USB3 Vision cameras that describe themselves by GenICam. \p host must outlive
-/// it. Its start takes a second, until the cameras have answered.
+/// it. start() takes a second, until the cameras have answered.
 std::shared_ptr<Provider> makeGenicamProvider(const GenicamSettings& settings, ProviderHost& host,
-                                              const std::shared_ptr<CallGate>& gate);
+                                              const std::shared_ptr<CallCounter>& callCounter);
 
 } // namespace orv::aravis

@@ -7,13 +7,13 @@
 
 namespace orv {
 
-/// What stands behind a module's features: guards them, and says whether they can be reached.
+/// Guards a module's features, and decides whether they are accessible.
 class Device {
 public:
     virtual ~Device() = default;
 
     std::mutex& mutex() { return m_mutex; }
-    /// Error of reading (or of writing, too) with the mutex held; success when it is permitted.
+    /// The error of a call that reads, or writes; success when permitted. Requires the mutex.
     virtual OrvErrorType admits(bool /*writing*/) const { return OrvErrorSuccess; }
     /// Called with the mutex held when a feature was written or a command has completed.
     virtual void changed() {}

@@ -11,7 +11,7 @@
 
 namespace orv {
 
-/// Runs what is to happen at a time, one after the other, on a thread of its own. Thread-safe.
+/// Runs events at their times, one after the other, on its own thread. Thread-safe.
 class EventThread {
 public:
     using Event = std::function<void()>;
@@ -24,8 +24,7 @@ public:
 
     /// Events of the same time keep their order.
     void post(Event event, Clock::time_point time = Clock::now());
-    /// Forgets what is still to come and waits for the event that runs. Not to be called on the
-    /// thread itself.
+    /// Drops pending events and waits for the running one. Not to be called on the thread itself.
     void stop();
 
 private:

@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/core/FeatureModule.h"
 
-#include "orvcpp/core/HandOut.h"
+#include "orvcpp/core/ArrayOutput.h"
 #include "orvcpp/core/MemoryFeature.h"
+#include "orvcpp/core/ObserverList.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace orv {
 
-FeatureModule::FeatureModule(std::shared_ptr<Session> session, std::shared_ptr<Device> device,
+FeatureModule::FeatureModule(std::shared_ptr<ProviderCalls> calls, std::shared_ptr<Device> device,
                              FeatureSet features)
-    : m_session(std::move(session)), m_device(std::move(device)), m_features(std::move(features)) {
+    : m_calls(std::move(calls)), m_device(std::move(device)), m_features(std::move(features)) {
     for (const auto& node : m_features.nodes()) {
         if (node->type() == OrvFeatureDataCommand)
             m_commands.push_back(node.get());
@@ -38,9 +39,9 @@ OrvErrorType FeatureModule::getFeatures(std::shared_ptr<OrvCPP::Feature>* featur
         if (features)
             std::transform(m_features.nodes().begin(), m_features.nodes().end(), found.begin(),
                            [this](const auto& node) { return featureOf(*node); });
-        return handOut(found, features, count);
+        return writeArray(found, features, count);
     });
-    if (error && error != OrvErrorMoreData)
+    if (error != OrvErrorSuccess && error != OrvErrorMoreData)
         count = 0;
     return error;
 }
@@ -54,7 +55,7 @@ OrvErrorType FeatureModule::getFeatures(const std::vector<std::string>& names,
             if (FeatureNode* node = m_features.find(name))
                 found.push_back(featureOf(*node));
         }
-        return handOut(found, features, count);
+        return writeArray(found, features, count);
     });
 }
 
@@ -64,25 +65,14 @@ FeatureModule::registerObserver(const FeatureNode& node,
     return guarded(false, [&] {
         if (!observer)
             return OrvErrorType{OrvErrorBadParameter};
-        Observers& observers = m_observers[&node];
-        if (std::find(observers.begin(), observers.end(), observer) != observers.end())
-            return OrvErrorType{OrvErrorAlreadyDone};
-        observers.push_back(observer);
-        return OrvErrorType{OrvErrorSuccess};
+        return addObserver(m_observers[&node], observer);
     });
 }
 
 OrvErrorType
 FeatureModule::unregisterObserver(const FeatureNode& node,
                                   const std::shared_ptr<OrvCPP::IFeatureObserver>& observer) {
-    return guarded(false, [&] {
-        Observers& observers = m_observers[&node];
-        const auto found = std::find(observers.begin(), observers.end(), observer);
-        if (found == observers.end())
-            return OrvErrorType{OrvErrorNotFound};
-        observers.erase(found);
-        return OrvErrorType{OrvErrorSuccess};
-    });
+    return guarded(false, [&] { return removeObserver(m_observers[&node], observer); });
 }
 
 void FeatureModule::tellObservers(const FeatureNode* written) {

@@ -3,7 +3,7 @@
 
 #include "orvcpp/core/Device.h"
 #include "orvcpp/core/FeatureSet.h"
-#include "orvcpp/core/Session.h"
+#include "orvcpp/core/ProviderCalls.h"
 
 #include "OrvCPP/Feature.h"
 
@@ -18,11 +18,11 @@ namespace orv {
 /// The features of one module as its SDK objects reach them. Thread-safe.
 class FeatureModule : public std::enable_shared_from_this<FeatureModule> {
 public:
-    FeatureModule(std::shared_ptr<Session> session, std::shared_ptr<Device> device,
+    FeatureModule(std::shared_ptr<ProviderCalls> calls, std::shared_ptr<Device> device,
                   FeatureSet features);
 
-    /// Begins a call that has to do with none of the features.
-    OrvErrorType enter() { return m_session->enter(); }
+    /// Begins a call that concerns no feature.
+    OrvErrorType enter() { return m_calls->enter(); }
 
     OrvErrorType getFeatureByName(const char* name, std::shared_ptr<OrvCPP::Feature>& feature);
     OrvErrorType getFeatures(std::shared_ptr<OrvCPP::Feature>* features, std::uint32_t& count);
@@ -32,23 +32,23 @@ public:
 
     /// One call that changes nothing: \p ask answers a result code.
     template <typename Ask> OrvErrorType read(const Ask& ask) { return guarded(false, ask); }
-    /// One call that changes a value: observers are told afterwards, without a lock held.
+    /// One call that changes a value; calls the observers afterwards, without a lock.
     template <typename Change> OrvErrorType write(const FeatureNode& node, const Change& change) {
         const OrvErrorType error = guarded(true, [&] {
             const OrvErrorType result = change();
-            if (!result)
+            if (result == OrvErrorSuccess)
                 m_device->changed();
             return result;
         });
-        if (!error)
+        if (error == OrvErrorSuccess)
             tellObservers(&node);
         return error;
     }
 
-    /// Whether the feature can be written now, by the way its device is opened, too.
+    /// Whether the feature can be written now, also by the access mode of its device.
     OrvErrorType isWritable(const FeatureNode& node, bool& writable) {
         return guarded(false, [&] {
-            writable = node.isWritable() && !m_device->admits(true);
+            writable = node.isWritable() && m_device->admits(true) == OrvErrorSuccess;
             return OrvErrorType{OrvErrorSuccess};
         });
     }
@@ -65,12 +65,12 @@ private:
     using Observers = std::vector<std::shared_ptr<OrvCPP::IFeatureObserver>>;
 
     template <typename Call> OrvErrorType guarded(bool writing, const Call& call) {
-        if (const OrvErrorType error = m_session->enter())
+        if (const OrvErrorType error = m_calls->enter(); error != OrvErrorSuccess)
             return error;
         bool settled = false;
         const OrvErrorType error = [&]() -> OrvErrorType {
             const std::lock_guard lock(m_device->mutex());
-            if (const OrvErrorType refused = m_device->admits(writing))
+            if (const OrvErrorType refused = m_device->admits(writing); refused != OrvErrorSuccess)
                 return refused;
             settled = settleCommands();
             return call();
@@ -79,11 +79,11 @@ private:
             tellObservers(nullptr);
         return error;
     }
-    /// Completes the commands whose time has come; whether there was one.
+    /// Completes the commands that are due; true if there was one.
     bool settleCommands();
     std::shared_ptr<OrvCPP::Feature> featureOf(FeatureNode& node);
 
-    const std::shared_ptr<Session> m_session;
+    const std::shared_ptr<ProviderCalls> m_calls;
     const std::shared_ptr<Device> m_device;
     FeatureSet m_features;
     std::vector<FeatureNode*> m_commands;

@@ -252,18 +252,6 @@ std::optional<FloatLimits> FeatureNode::floatingLimits() const {
     return m_floatLimits ? m_floatLimits() : FloatLimits{0, 1e9, 0};
 }
 
-const OrvCPP::EnumEntry* FeatureNode::findEntry(const std::string& name) const {
-    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
-                                    [&](const auto& entry) { return entry.name == name; });
-    return found == m_entries.end() ? nullptr : &*found;
-}
-
-const OrvCPP::EnumEntry* FeatureNode::findEntry(std::int64_t value) const {
-    const auto found = std::find_if(m_entries.begin(), m_entries.end(),
-                                    [&](const auto& entry) { return entry.value == value; });
-    return found == m_entries.end() ? nullptr : &*found;
-}
-
 bool FeatureNode::isAvailable(const OrvCPP::EnumEntry& entry) const {
     return std::find(m_unavailable.begin(), m_unavailable.end(), entry.name) == m_unavailable.end();
 }
@@ -328,15 +316,15 @@ OrvErrorType FeatureNode::checkLimits(const Value& value) const {
 }
 
 OrvErrorType FeatureNode::set(const Value& value) {
-    if (const OrvErrorType error = checkType(value))
+    if (const OrvErrorType error = checkType(value); error != OrvErrorSuccess)
         return error;
     if (!isWritable())
         return OrvErrorInvalidAccess;
-    if (const OrvErrorType error = checkLimits(value))
+    if (const OrvErrorType error = checkLimits(value); error != OrvErrorSuccess)
         return error;
-    if (m_setError)
+    if (m_setError != OrvErrorSuccess)
         return m_setError;
-    if (const OrvErrorType error = store(value))
+    if (const OrvErrorType error = store(value); error != OrvErrorSuccess)
         return error;
     if (m_effect)
         m_effect();
@@ -348,9 +336,10 @@ OrvErrorType FeatureNode::run(Clock::time_point now) {
         return OrvErrorWrongType;
     if (!isWritable())
         return OrvErrorInvalidAccess;
-    if (m_setError)
+    if (m_setError != OrvErrorSuccess)
         return m_setError;
-    if (const OrvErrorType error = m_put ? m_put(m_initial) : OrvErrorSuccess)
+    if (const OrvErrorType error = m_put ? m_put(m_initial) : OrvErrorSuccess;
+        error != OrvErrorSuccess)
         return error;
     m_runningSince = now;
     settle(now);
@@ -360,7 +349,7 @@ OrvErrorType FeatureNode::run(Clock::time_point now) {
 OrvErrorType FeatureNode::isDone(bool& done) const {
     if (m_type != OrvFeatureDataCommand)
         return OrvErrorWrongType;
-    if (m_getError)
+    if (m_getError != OrvErrorSuccess)
         return m_getError;
     done = !m_runningSince;
     return OrvErrorSuccess;

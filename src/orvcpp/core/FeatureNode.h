@@ -2,6 +2,7 @@
 #pragma once
 
 #include "orvcpp/core/Clock.h"
+#include "orvcpp/core/EnumEntries.h"
 
 #include "OrvCPP/EnumEntry.h"
 #include "OrvCPP/OrvTypes.h"
@@ -34,8 +35,8 @@ struct FloatLimits {
     double increment = 0;
 };
 
-/// One feature of a module: its description, and what reading and writing it does.
-/// Not thread-safe: the module that owns it guards it.
+/// One feature of a module: its description, and how it is read and written. Not thread-safe:
+/// guarded by its module.
 ///
 /// It is described by chained calls while its module is built:
 /// set.integer("Width").unit("px").bind(model.width).limits(...);
@@ -70,11 +71,11 @@ public:
     /// Keeps a value of its own for each entry of \p selector, which must outlive the node.
     FeatureNode& perEntryOf(const FeatureNode& selector);
 
-    /// Stored value at first.
+    /// Initial value.
     FeatureNode& value(Value value);
-    /// Entry at first, by name.
+    /// Initial entry, by name.
     FeatureNode& current(const std::string& entryName);
-    /// Value that follows from others; makes the feature read-only.
+    /// Value computed from others; makes the feature read-only.
     FeatureNode& computed(std::function<Value()> get);
     /// Reads and writes \p variable, which must outlive the node.
     template <typename T> FeatureNode& bind(T& variable) {
@@ -89,17 +90,17 @@ public:
         m_dependent = true;
         return *this;
     }
-    /// Reads something else than what was written; to follow bind() or writtenBy().
+    /// Overrides reading; to be called after bind() or writtenBy().
     FeatureNode& readAs(std::function<Value()> get);
-    /// readAs() by \p get, which answers an error where it cannot.
+    /// Reads by \p get, which may answer an error.
     FeatureNode& readBy(std::function<OrvErrorType(Value&)> get);
-    /// Writes by \p put, which answers an error where it cannot.
+    /// Writes by \p put, which may answer an error.
     FeatureNode& writtenBy(std::function<OrvErrorType(const Value&)> put);
     /// Runs after the value was written.
     FeatureNode& onWrite(std::function<void()> effect);
-    /// What a command does, \p duration after it was run.
+    /// Effect of a command, \p duration after it was run.
     FeatureNode& action(std::function<void()> effect, std::chrono::milliseconds duration = {});
-    /// What a command does at once, with an error where it cannot.
+    /// Effect of a command, at once; may answer an error.
     FeatureNode& runBy(std::function<OrvErrorType()> work);
     /// Answers \p code when it is read, written, or both.
     FeatureNode& failing(OrvErrorType code, bool onGet, bool onSet);
@@ -115,7 +116,7 @@ public:
     OrvFeatureDataType type() const { return m_type; }
     OrvFeatureVisibilityType visibility() const { return m_visibility; }
     OrvFeatureFlagsType flags() const;
-    /// The value, the limits or the access may change by what happens elsewhere.
+    /// Whether value, limits or access can change without a write to this feature.
     bool isDependent() const { return m_dependent; }
     const std::vector<std::string>& selected() const { return m_selects; }
     const std::vector<std::int64_t>& validValueSet() const { return m_validValues; }
@@ -125,17 +126,19 @@ public:
     std::optional<IntegerLimits> integerLimits() const;
     std::optional<FloatLimits> floatingLimits() const;
 
-    const std::vector<OrvCPP::EnumEntry>& entries() const { return m_entries; }
-    const OrvCPP::EnumEntry* findEntry(const std::string& name) const;
-    const OrvCPP::EnumEntry* findEntry(std::int64_t value) const;
+    const EnumEntries& entries() const { return m_entries; }
+    /// By name or by value; null when there is none.
+    template <typename Key> const OrvCPP::EnumEntry* findEntry(const Key& key) const {
+        return orv::findEntry(m_entries, key);
+    }
     bool isAvailable(const OrvCPP::EnumEntry& entry) const;
 
     /// Reads the value; an error when the feature cannot be read or is of another type.
     template <typename T> OrvErrorType get(T& value) const {
-        if (const OrvErrorType error = mayGet())
+        if (const OrvErrorType error = mayGet(); error != OrvErrorSuccess)
             return error;
         Value found;
-        if (const OrvErrorType error = read(found))
+        if (const OrvErrorType error = read(found); error != OrvErrorSuccess)
             return error;
         const T* typed = std::get_if<T>(&found);
         if (!typed)
@@ -143,12 +146,12 @@ public:
         value = *typed;
         return OrvErrorSuccess;
     }
-    /// Writes the value after having checked its type, the access, its limits and its increment.
+    /// Checks type, access, limits and increment, then writes the value.
     OrvErrorType set(const Value& value);
 
     OrvErrorType run(Clock::time_point now);
     OrvErrorType isDone(bool& done) const;
-    /// Completes a command whose time has come; true when it did.
+    /// Completes a command that is due; true if it did.
     bool settle(Clock::time_point now);
 
 private:
@@ -176,7 +179,7 @@ private:
     std::function<FloatLimits()> m_floatLimits;
     std::vector<std::int64_t> m_validValues;
     std::size_t m_maximumLength = 64;
-    std::vector<OrvCPP::EnumEntry> m_entries;
+    EnumEntries m_entries;
     std::vector<std::string> m_unavailable;
     std::vector<std::string> m_selects;
 

@@ -6,8 +6,8 @@
 
 namespace orv {
 
-/// Whether a value that is not below \p minimum is a whole number of increments above it, but for
-/// what conversions of numbers cost. Every value is where the increment is 0 or unknown.
+/// Whether \p value, which is at least \p minimum, is a whole number of increments above it, within
+/// rounding errors. True without an increment (0 or not a number).
 inline bool isOnStep(double value, double minimum, double increment) {
     constexpr double tolerance = 1e-6;
     if (!(increment > 0))

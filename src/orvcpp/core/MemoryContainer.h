@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "orvcpp/core/ArrayOutput.h"
 #include "orvcpp/core/FeatureModule.h"
-#include "orvcpp/core/HandOut.h"
 
 #include <memory>
 #include <string>
@@ -10,7 +10,7 @@
 
 namespace orv {
 
-/// What every object with features in memory does in the same way.
+/// Base of the SDK objects whose features are in this host's memory.
 template <typename Base> class MemoryContainer : public Base {
 public:
     OrvErrorType GetFeatureByName(const char* name,
@@ -26,23 +26,23 @@ protected:
     explicit MemoryContainer(std::shared_ptr<FeatureModule> module) : m_module(std::move(module)) {}
 
     FeatureModule& module() const { return *m_module; }
-    /// Counts a call; an error when it is not to be carried out.
+    /// Counts a call; the error that it has to answer, if any.
     OrvErrorType enter() const { return m_module->enter(); }
 
     OrvErrorType answerText(const std::string& text, char* buffer, std::uint32_t& length) const {
         const OrvErrorType error = enter();
-        return error ? error : handOut(text, buffer, length);
+        return error != OrvErrorSuccess ? error : writeArray(text, buffer, length);
     }
     template <typename T, typename Given> OrvErrorType answer(T& result, const Given& given) const {
         const OrvErrorType error = enter();
-        if (!error)
+        if (error == OrvErrorSuccess)
             result = given;
         return error;
     }
-    /// The object that is kept weakly, as the owner of this one may be gone.
+    /// Locks \p kept; OrvErrorNotFound when the object is gone.
     template <typename T>
     OrvErrorType answerKept(std::shared_ptr<T>& result, const std::weak_ptr<T>& kept) const {
-        if (const OrvErrorType error = enter())
+        if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
             return error;
         result = kept.lock();
         return result ? OrvErrorSuccess : OrvErrorNotFound;

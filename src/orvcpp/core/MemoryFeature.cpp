@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/core/MemoryFeature.h"
 
-#include "orvcpp/core/HandOut.h"
+#include "orvcpp/core/ArrayOutput.h"
 
 #include <algorithm>
 #include <iterator>
@@ -18,10 +18,10 @@ OrvErrorType MemoryFeature::GetValue(std::uint8_t* buffer, std::uint32_t& size,
                                      std::uint32_t& sizeFilled) const {
     return m_module->read([&]() -> OrvErrorType {
         Bytes value;
-        if (const OrvErrorType error = m_node.get(value))
+        if (const OrvErrorType error = m_node.get(value); error != OrvErrorSuccess)
             return error;
-        const OrvErrorType error = handOut(value, buffer, size);
-        sizeFilled = buffer && !error ? size : 0;
+        const OrvErrorType error = writeArray(value, buffer, size);
+        sizeFilled = buffer && error == OrvErrorSuccess ? size : 0;
         return error;
     });
 }
@@ -35,14 +35,14 @@ OrvErrorType MemoryFeature::GetValue(char* buffer, std::uint32_t& length) const 
         std::string value;
         if (m_node.type() == OrvFeatureDataEnum) {
             std::int64_t number = 0;
-            if (const OrvErrorType error = m_node.get(number))
+            if (const OrvErrorType error = m_node.get(number); error != OrvErrorSuccess)
                 return error;
             const EnumEntry* entry = m_node.findEntry(number);
             value = entry ? entry->name : std::string();
-        } else if (const OrvErrorType error = m_node.get(value)) {
+        } else if (const OrvErrorType error = m_node.get(value); error != OrvErrorSuccess) {
             return error;
         }
-        return handOut(value, buffer, length);
+        return writeArray(value, buffer, length);
     });
 }
 
@@ -61,7 +61,7 @@ OrvErrorType MemoryFeature::GetValues(const char** values, std::uint32_t& count)
         std::vector<const char*> names;
         for (const EnumEntry& entry : m_node.entries())
             names.push_back(entry.name.c_str());
-        return handOut(names, values, count);
+        return writeArray(names, values, count);
     });
 }
 
@@ -72,7 +72,7 @@ OrvErrorType MemoryFeature::GetValues(std::int64_t* values, std::uint32_t& count
         std::vector<std::int64_t> numbers;
         for (const EnumEntry& entry : m_node.entries())
             numbers.push_back(entry.value);
-        return handOut(numbers, values, count);
+        return writeArray(numbers, values, count);
     });
 }
 
@@ -94,7 +94,7 @@ OrvErrorType MemoryFeature::GetEntries(EnumEntry* entries, std::uint32_t& count)
     return m_module->read([&]() -> OrvErrorType {
         if (m_node.type() != OrvFeatureDataEnum)
             return OrvErrorWrongType;
-        return handOut(m_node.entries(), entries, count);
+        return writeArray(m_node.entries(), entries, count);
     });
 }
 
@@ -220,7 +220,7 @@ OrvErrorType MemoryFeature::IsCommandDone(bool& done) const {
 
 OrvErrorType MemoryFeature::text(const std::string& text, char* buffer,
                                  std::uint32_t& length) const {
-    return m_module->read([&] { return handOut(text, buffer, length); });
+    return m_module->read([&] { return writeArray(text, buffer, length); });
 }
 
 template <typename T, typename Get>
@@ -280,7 +280,7 @@ OrvErrorType MemoryFeature::GetValidValueSet(std::int64_t* values, std::uint32_t
     return m_module->read([&]() -> OrvErrorType {
         if (m_node.validValueSet().empty())
             return OrvErrorValidValueSetNotPresent;
-        return handOut(m_node.validValueSet(), values, count);
+        return writeArray(m_node.validValueSet(), values, count);
     });
 }
 

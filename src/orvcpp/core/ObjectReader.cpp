@@ -198,7 +198,7 @@ ObjectReader readObject(const QString& file) {
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (error.error != QJsonParseError::NoError) {
         const QByteArray before = text.left(error.offset);
-        // One call of arg(): the file's name may have a place marker in it.
+        // One call of arg(): the file's name may contain a place marker.
         throw FormatError(QStringLiteral("%1: line %2, column %3: expected valid JSON: %4")
                               .arg(file, QString::number(before.count('\n') + 1),
                                    QString::number(before.size() - before.lastIndexOf('\n')),

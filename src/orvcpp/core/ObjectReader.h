@@ -14,15 +14,15 @@
 
 namespace orv {
 
-/// What is wrong with a file that a person wrote, ready to be shown. Thrown inside the readers and
-/// turned into a text and a result code at the system object.
+/// A mistake in a configuration or scenario file, with a text to show. Thrown by the readers; the
+/// system object answers it as a text and a result code.
 class FormatError : public std::runtime_error {
 public:
     explicit FormatError(const QString& message) : std::runtime_error(message.toStdString()) {}
 };
 
-/// Reads one JSON object strictly: a missing key, a value of another type or out of its range, and
-/// a key that nobody asked for are errors that name the key's path and what was expected there.
+/// Reads one JSON object strictly: a missing key, a wrong type, a value out of range and an unknown
+/// key are errors that name the key's path and what was expected.
 class ObjectReader {
 public:
     /// \p file and \p path say where the object stands, for messages.

@@ -20,15 +20,15 @@ template <typename Object> struct Listed {
     std::string extendedId;
 };
 
-/// What a provider may ask of the system object. Thread-safe; called without a lock held, since
-/// it calls a user's observers and camera factory.
+/// The system object as providers use it. Thread-safe. To be called without a lock, since it calls
+/// the user's observers and camera factory.
 class ProviderHost {
 public:
     virtual ~ProviderHost() = default;
 
     /// The object to hand out for a camera of the provider: the camera factory's, if there is one.
     virtual std::shared_ptr<OrvCPP::Camera>
-    handedOut(const std::shared_ptr<OrvCPP::Camera>& found) = 0;
+    publicCamera(const std::shared_ptr<OrvCPP::Camera>& found) = 0;
     /// Tells the observers; to be called on a thread of the provider's (SdkThread::Events).
     virtual void cameraListChanged(const std::shared_ptr<OrvCPP::Camera>& found,
                                    OrvUpdateTriggerType reason) = 0;
@@ -36,8 +36,8 @@ public:
 
 /// A source of cameras: simulated ones, or real ones. Thread-safe.
 ///
-/// It is made without any effect beyond its own memory, so that several can be made and thrown
-/// away again when one of them cannot be; start() brings it to life.
+/// The constructor has no effect outside the object, so that providers can be discarded when
+/// another one cannot be made. start() starts threads.
 class Provider {
 public:
     virtual ~Provider() = default;
@@ -49,7 +49,7 @@ public:
 
     virtual std::vector<Listed<OrvCPP::TransportLayer>> transportLayers() const = 0;
     virtual std::vector<Listed<OrvCPP::Interface>> interfaces() const = 0;
-    /// Cameras that are there now, as the provider made them.
+    /// Cameras that are present, as the provider made them.
     virtual std::vector<Listed<OrvCPP::Camera>> cameras() const = 0;
 
     /// Host on which a simulation runs; empty for real cameras.

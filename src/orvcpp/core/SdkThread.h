@@ -3,8 +3,8 @@
 
 namespace orv {
 
-/// What the calling thread is to the SDK. Calls that wait for such a thread to finish are refused
-/// on it, with OrvErrorInvalidCall.
+/// Role of the calling thread. A call that would wait for its own thread answers
+/// OrvErrorInvalidCall.
 enum class SdkThread {
     /// A thread of the SDK's user.
     Foreign,
@@ -14,8 +14,12 @@ enum class SdkThread {
     Events
 };
 
-/// What the calling thread is. A thread of the SDK says so of itself when it begins.
+/// Threads of the SDK set their role when they begin.
 SdkThread currentSdkThread();
 void setCurrentSdkThread(SdkThread thread);
+/// Whether the calling thread delivers frames.
+inline bool isFrameThread() {
+    return currentSdkThread() == SdkThread::Frames;
+}
 
 } // namespace orv

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/core/System.h"
 
-#include "orvcpp/core/Configuration.h"
-#include "orvcpp/core/HandOut.h"
+#include "orvcpp/core/ArrayOutput.h"
 #include "orvcpp/core/ObjectReader.h"
+#include "orvcpp/core/ObserverList.h"
 #include "orvcpp/core/SdkThread.h"
 
 #include <algorithm>
@@ -32,12 +32,12 @@ std::vector<Listed<Object>> gather(const std::vector<std::shared_ptr<Provider>>&
 }
 
 template <typename Object>
-OrvErrorType handOutObjects(const std::vector<Listed<Object>>& listed,
-                            std::shared_ptr<Object>* array, std::uint32_t& count) {
+OrvErrorType writeObjects(const std::vector<Listed<Object>>& listed, std::shared_ptr<Object>* array,
+                          std::uint32_t& count) {
     std::vector<std::shared_ptr<Object>> objects;
     for (const Listed<Object>& element : listed)
         objects.push_back(element.object);
-    return handOut(objects, array, count);
+    return writeArray(objects, array, count);
 }
 
 template <typename Object>
@@ -54,30 +54,9 @@ OrvErrorType findById(const std::vector<Listed<Object>>& listed, const char* id,
     return OrvErrorNotFound;
 }
 
-template <typename Observer>
-OrvErrorType addObserver(std::vector<std::shared_ptr<Observer>>& observers,
-                         const std::shared_ptr<Observer>& observer) {
-    if (!observer)
-        return OrvErrorBadParameter;
-    if (std::find(observers.begin(), observers.end(), observer) != observers.end())
-        return OrvErrorAlreadyDone;
-    observers.push_back(observer);
-    return OrvErrorSuccess;
-}
-
-template <typename Observer>
-OrvErrorType removeObserver(std::vector<std::shared_ptr<Observer>>& observers,
-                            const std::shared_ptr<Observer>& observer) {
-    const auto found = std::find(observers.begin(), observers.end(), observer);
-    if (found == observers.end())
-        return OrvErrorNotFound;
-    observers.erase(found);
-    return OrvErrorSuccess;
-}
-
 } // namespace
 
-System::System() = default;
+System::System(ProviderFactory makeProviders) : m_makeProviders(makeProviders) {}
 
 System::~System() {
     Shutdown();
@@ -100,7 +79,7 @@ OrvErrorType System::Startup(const wchar_t* pathConfiguration) {
 
 OrvErrorType System::make(const QString& configuration, Providers& made, std::string& error) {
     try {
-        made = makeProviders(configuration, *this, m_gate);
+        made = m_makeProviders(configuration, *this, m_callCounter);
     } catch (const FormatError& wrong) {
         error = wrong.what();
         return OrvErrorBadParameter;
@@ -109,7 +88,7 @@ OrvErrorType System::make(const QString& configuration, Providers& made, std::st
         return OrvErrorResources;
     }
     for (const auto& provider : made) {
-        if (const OrvErrorType result = provider->start())
+        if (const OrvErrorType result = provider->start(); result != OrvErrorSuccess)
             return result;
     }
     return OrvErrorSuccess;
@@ -122,14 +101,14 @@ OrvErrorType System::startWith(const QString& configuration) {
         if (m_isStarted)
             return OrvErrorAlreadyDone;
     }
-    // Without the mutex: a provider may call back as soon as it is started.
+    // Without m_mutex: a provider may call back once it is started.
     Providers made;
     std::string error;
     const OrvErrorType result = make(configuration, made, error);
     const std::lock_guard lock(m_mutex);
     m_startupError = error;
-    m_isStarted = !result;
-    if (!result)
+    m_isStarted = result == OrvErrorSuccess;
+    if (result == OrvErrorSuccess)
         m_providers = made;
     return result;
 }
@@ -146,10 +125,10 @@ OrvErrorType System::Shutdown() {
     }
     for (const auto& provider : ending)
         provider->shutDown();
-    // Destroyed without a lock held: what belongs to the user may call back from its destructor.
+    // Destroyed without a lock: objects of the user may call back in their destructors.
     decltype(m_cameraObservers) cameraObservers;
     decltype(m_interfaceObservers) interfaceObservers;
-    decltype(m_handedOut) cameras;
+    decltype(m_publicCameras) cameras;
     std::shared_ptr<OrvCPP::ICameraFactory> factory;
     {
         const std::lock_guard lock(m_mutex);
@@ -159,89 +138,91 @@ OrvErrorType System::Shutdown() {
     }
     {
         const std::lock_guard lock(m_factoryMutex);
-        cameras.swap(m_handedOut);
+        cameras.swap(m_publicCameras);
     }
     return OrvErrorSuccess;
 }
 
 OrvErrorType System::GetStartupError(char* buffer, std::uint32_t& length) const {
     const std::lock_guard lock(m_mutex);
-    return handOut(m_startupError, buffer, length);
+    return writeArray(m_startupError, buffer, length);
 }
 
-System::Providers System::providers() const {
+Providers System::providers() const {
     const std::lock_guard lock(m_mutex);
     return m_providers;
 }
 
 OrvErrorType System::enter() const {
     const std::lock_guard lock(m_mutex);
-    return m_isStarted ? m_gate->enter() : OrvErrorApiNotStarted;
+    return m_isStarted ? m_callCounter->enter() : OrvErrorApiNotStarted;
 }
 
 OrvErrorType System::GetInterfaces(std::shared_ptr<OrvCPP::Interface>* interfaces,
                                    std::uint32_t& count) {
-    if (const OrvErrorType error = enter())
+    if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
         return error;
-    return handOutObjects(gather<OrvCPP::Interface>(providers(), &Provider::interfaces), interfaces,
-                          count);
+    return writeObjects(gather<OrvCPP::Interface>(providers(), &Provider::interfaces), interfaces,
+                        count);
 }
 
 OrvErrorType System::GetInterfaceByID(const char* id, std::shared_ptr<OrvCPP::Interface>& found) {
-    if (const OrvErrorType error = enter())
+    if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
         return error;
     return findById(gather<OrvCPP::Interface>(providers(), &Provider::interfaces), id, found);
 }
 
 OrvErrorType System::GetTransportLayers(std::shared_ptr<OrvCPP::TransportLayer>* layers,
                                         std::uint32_t& count) {
-    if (const OrvErrorType error = enter())
+    if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
         return error;
-    return handOutObjects(gather<OrvCPP::TransportLayer>(providers(), &Provider::transportLayers),
-                          layers, count);
+    return writeObjects(gather<OrvCPP::TransportLayer>(providers(), &Provider::transportLayers),
+                        layers, count);
 }
 
 OrvErrorType System::GetTransportLayerByID(const char* id,
                                            std::shared_ptr<OrvCPP::TransportLayer>& layer) {
-    if (const OrvErrorType error = enter())
+    if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
         return error;
     return findById(gather<OrvCPP::TransportLayer>(providers(), &Provider::transportLayers), id,
                     layer);
 }
 
 OrvErrorType System::GetCameras(std::shared_ptr<OrvCPP::Camera>* cameras, std::uint32_t& count) {
-    if (const OrvErrorType error = enter())
+    if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
         return error;
     auto listed = gather<OrvCPP::Camera>(providers(), &Provider::cameras);
     if (cameras) {
         for (Listed<OrvCPP::Camera>& camera : listed)
-            camera.object = handedOut(camera.object);
+            camera.object = publicCamera(camera.object);
     }
-    return handOutObjects(listed, cameras, count);
+    return writeObjects(listed, cameras, count);
 }
 
 OrvErrorType System::GetCameraByID(const char* id, std::shared_ptr<OrvCPP::Camera>& camera) {
-    if (const OrvErrorType error = enter())
+    if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
         return error;
     std::shared_ptr<OrvCPP::Camera> found;
     const auto listed = gather<OrvCPP::Camera>(providers(), &Provider::cameras);
-    if (const OrvErrorType error = findById(listed, id, found))
+    if (const OrvErrorType error = findById(listed, id, found); error != OrvErrorSuccess)
         return error;
-    camera = handedOut(found);
+    camera = publicCamera(found);
     return OrvErrorSuccess;
 }
 
 OrvErrorType
 System::RegisterCameraListObserver(const std::shared_ptr<OrvCPP::ICameraListObserver>& observer) {
-    if (const OrvErrorType error = enter())
+    if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
         return error;
+    if (!observer)
+        return OrvErrorBadParameter;
     const std::lock_guard lock(m_mutex);
     return addObserver(m_cameraObservers, observer);
 }
 
 OrvErrorType
 System::UnregisterCameraListObserver(const std::shared_ptr<OrvCPP::ICameraListObserver>& observer) {
-    if (const OrvErrorType error = enter())
+    if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
         return error;
     const std::lock_guard lock(m_mutex);
     return removeObserver(m_cameraObservers, observer);
@@ -249,22 +230,24 @@ System::UnregisterCameraListObserver(const std::shared_ptr<OrvCPP::ICameraListOb
 
 OrvErrorType System::RegisterInterfaceListObserver(
     const std::shared_ptr<OrvCPP::IInterfaceListObserver>& observer) {
-    if (const OrvErrorType error = enter())
+    if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
         return error;
+    if (!observer)
+        return OrvErrorBadParameter;
     const std::lock_guard lock(m_mutex);
     return addObserver(m_interfaceObservers, observer);
 }
 
 OrvErrorType System::UnregisterInterfaceListObserver(
     const std::shared_ptr<OrvCPP::IInterfaceListObserver>& observer) {
-    if (const OrvErrorType error = enter())
+    if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
         return error;
     const std::lock_guard lock(m_mutex);
     return removeObserver(m_interfaceObservers, observer);
 }
 
 OrvErrorType System::RegisterCameraFactory(const std::shared_ptr<OrvCPP::ICameraFactory>& factory) {
-    if (const OrvErrorType error = enter())
+    if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
         return error;
     if (!factory)
         return OrvErrorBadParameter;
@@ -276,7 +259,7 @@ OrvErrorType System::RegisterCameraFactory(const std::shared_ptr<OrvCPP::ICamera
 }
 
 OrvErrorType System::UnregisterCameraFactory() {
-    if (const OrvErrorType error = enter())
+    if (const OrvErrorType error = enter(); error != OrvErrorSuccess)
         return error;
     std::shared_ptr<OrvCPP::ICameraFactory> forgotten;
     const std::lock_guard lock(m_mutex);
@@ -284,10 +267,10 @@ OrvErrorType System::UnregisterCameraFactory() {
     return forgotten ? OrvErrorSuccess : OrvErrorNotFound;
 }
 
-std::shared_ptr<OrvCPP::Camera> System::handedOut(const std::shared_ptr<OrvCPP::Camera>& found) {
+std::shared_ptr<OrvCPP::Camera> System::publicCamera(const std::shared_ptr<OrvCPP::Camera>& found) {
     const std::lock_guard factoryLock(m_factoryMutex);
-    // Entered before the factory is called: if that asks for the camera, it gets the found one.
-    const auto [entry, isNew] = m_handedOut.emplace(found, found);
+    // Inserted before the factory is called: if it asks for the camera, it gets the found one.
+    const auto [entry, isNew] = m_publicCameras.emplace(found, found);
     if (!isNew)
         return entry->second;
     std::shared_ptr<OrvCPP::ICameraFactory> factory;
@@ -298,16 +281,16 @@ std::shared_ptr<OrvCPP::Camera> System::handedOut(const std::shared_ptr<OrvCPP::
     const std::shared_ptr<OrvCPP::Camera> made = factory ? factory->CreateCamera(found) : nullptr;
     if (!made)
         return found;
-    m_handedOut[found] = made;
+    m_publicCameras[found] = made;
     return made;
 }
 
 void System::cameraListChanged(const std::shared_ptr<OrvCPP::Camera>& found,
                                OrvUpdateTriggerType reason) {
-    const std::shared_ptr<OrvCPP::Camera> camera = handedOut(found);
+    const std::shared_ptr<OrvCPP::Camera> camera = publicCamera(found);
     if (reason == OrvUpdateTriggerPluggedOut) {
         const std::lock_guard lock(m_factoryMutex);
-        m_handedOut.erase(found);
+        m_publicCameras.erase(found);
     }
     decltype(m_cameraObservers) observers;
     {
@@ -329,15 +312,15 @@ OrvCPP::SimulatedHost System::GetHost() const {
 }
 
 std::uint64_t System::GetCallCount() const {
-    return m_gate->count();
+    return m_callCounter->count();
 }
 
 void System::ResetCalls() {
-    m_gate->reset();
+    m_callCounter->reset();
 }
 
 void System::FailCall(std::uint64_t number, OrvErrorType code) {
-    m_gate->failCall(number, code);
+    m_callCounter->failCall(number, code);
 }
 
 bool System::SetCameraPlugged(const std::string& id, bool plugged) {

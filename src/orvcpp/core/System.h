@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/core/CallGate.h"
-#include "orvcpp/core/Provider.h"
+#include "orvcpp/core/CallCounter.h"
+#include "orvcpp/core/ProviderFactory.h"
 
 #include "OrvCPP/OrvSystem.h"
 #include "OrvSimulation/Simulation.h"
@@ -17,11 +17,11 @@
 
 namespace orv {
 
-/// The one system object: gathers what its providers offer. Thread-safe; no lock is held while a
-/// provider, an observer or the camera factory is called, but for the factory's own.
+/// The system object: combines the cameras of its providers. Thread-safe. Calls providers and
+/// observers without a lock; the camera factory under m_factoryMutex only.
 class System final : public OrvCPP::OrvSystem, public OrvCPP::ISimulation, private ProviderHost {
 public:
-    System();
+    explicit System(ProviderFactory makeProviders);
     ~System() override;
 
     OrvErrorType QueryVersion(OrvVersionInfo& version) const override;
@@ -61,21 +61,20 @@ public:
     bool SetCameraPlugged(const std::string& id, bool plugged) override;
 
 private:
-    using Providers = std::vector<std::shared_ptr<Provider>>;
-
     std::shared_ptr<OrvCPP::Camera>
-    handedOut(const std::shared_ptr<OrvCPP::Camera>& found) override;
+    publicCamera(const std::shared_ptr<OrvCPP::Camera>& found) override;
     void cameraListChanged(const std::shared_ptr<OrvCPP::Camera>& found,
                            OrvUpdateTriggerType reason) override;
 
     OrvErrorType startWith(const QString& configuration);
     OrvErrorType make(const QString& configuration, Providers& made, std::string& error);
-    /// Counts a call; an error when it is not to be carried out.
+    /// Counts a call; the error that it has to answer, if any.
     OrvErrorType enter() const;
     Providers providers() const;
 
-    const std::shared_ptr<CallGate> m_gate = std::make_shared<CallGate>();
-    /// Held from begin to end of starting and stopping.
+    const ProviderFactory m_makeProviders;
+    const std::shared_ptr<CallCounter> m_callCounter = std::make_shared<CallCounter>();
+    /// Held during start-up and shutdown.
     mutable std::mutex m_lifecycle;
     mutable std::mutex m_mutex;
     /// Until the next mutex guarded by m_mutex.
@@ -85,10 +84,10 @@ private:
     std::vector<std::shared_ptr<OrvCPP::ICameraListObserver>> m_cameraObservers;
     std::vector<std::shared_ptr<OrvCPP::IInterfaceListObserver>> m_interfaceObservers;
     std::shared_ptr<OrvCPP::ICameraFactory> m_factory;
-    /// Held while the factory is called, which may call back; guards m_handedOut.
+    /// Held while the factory is called, which may call back; guards m_publicCameras.
     std::recursive_mutex m_factoryMutex;
-    /// What is handed out for a camera that was found, by the provider's object.
-    std::map<std::shared_ptr<OrvCPP::Camera>, std::shared_ptr<OrvCPP::Camera>> m_handedOut;
+    /// The object that users get for a provider's object.
+    std::map<std::shared_ptr<OrvCPP::Camera>, std::shared_ptr<OrvCPP::Camera>> m_publicCameras;
 };
 
 } // namespace orv

@@ -19,17 +19,13 @@ OrvAccessModeType grantedModes(Access access) {
     return access == Access::Read ? OrvAccessModeRead : OrvAccessModeNone;
 }
 
-bool isFrameThread() {
-    return currentSdkThread() == SdkThread::Frames;
-}
-
 } // namespace
 
-CameraDevice::CameraDevice(std::shared_ptr<Session> session, std::shared_ptr<Link> link,
+CameraDevice::CameraDevice(std::shared_ptr<ProviderCalls> calls, std::shared_ptr<Link> link,
                            std::shared_ptr<PatternStore> patterns, const CameraData& data,
                            bool isUsb)
-    : m_session(std::move(session)), m_link(std::move(link)), m_patterns(std::move(patterns)),
-      m_isUsb(isUsb), m_model(data) {}
+    : m_calls(std::move(calls)), m_link(std::move(link)), m_patterns(std::move(patterns)),
+      m_isUsb(isUsb), m_settings(data) {}
 
 OrvErrorType CameraDevice::mayOpen(OrvAccessModeType mode) const {
     if (mode != OrvAccessModeFull && mode != OrvAccessModeRead && mode != OrvAccessModeExclusive)
@@ -47,9 +43,9 @@ OrvErrorType CameraDevice::open(OrvAccessModeType mode) {
         return OrvErrorInvalidCall;
     const std::lock_guard control(m_control);
     const std::lock_guard lock(mutex());
-    if (!m_session->isRunning())
+    if (!m_calls->isRunning())
         return OrvErrorApiNotStarted;
-    if (const OrvErrorType error = mayOpen(mode))
+    if (const OrvErrorType error = mayOpen(mode); error != OrvErrorSuccess)
         return error;
     m_mode = mode;
     return OrvErrorSuccess;
@@ -71,8 +67,8 @@ OrvErrorType CameraDevice::close() {
 FrameSourceSettings CameraDevice::sourceSettings(int bufferCount) const {
     FrameSourceSettings settings;
     settings.bufferCount = bufferCount;
-    settings.geometry = {static_cast<std::uint32_t>(m_model.width),
-                         static_cast<std::uint32_t>(m_model.height), m_model.format()};
+    settings.geometry = {static_cast<std::uint32_t>(m_settings.width),
+                         static_cast<std::uint32_t>(m_settings.height), m_settings.format()};
     settings.firstId = m_isUsb ? 0 : 1;
     settings.lossRate = data().faults.lossRate;
     settings.incompleteRate = data().faults.incompleteRate;
@@ -88,17 +84,17 @@ OrvErrorType CameraDevice::start(int bufferCount,
         return OrvErrorBadParameter;
     const std::lock_guard control(m_control);
     const std::lock_guard lock(mutex());
-    if (!m_session->isRunning())
+    if (!m_calls->isRunning())
         return OrvErrorApiNotStarted;
-    if (const OrvErrorType error = admits(true))
+    if (const OrvErrorType error = admits(true); error != OrvErrorSuccess)
         return error;
     if (m_source)
         return OrvErrorAlreadyDone;
     m_source = std::make_shared<FrameSource>(sourceSettings(bufferCount), observer, m_statistics,
                                              m_patterns);
     m_source->announceFrames();
-    m_model.isStreaming = true;
-    m_link->attach(m_source, m_model.demand());
+    m_settings.isStreaming = true;
+    m_link->attach(m_source, m_settings.demand());
     return OrvErrorSuccess;
 }
 
@@ -118,7 +114,7 @@ OrvErrorType CameraDevice::stopStreaming() {
         if (!m_source)
             return OrvErrorAlreadyDone;
         source.swap(m_source);
-        m_model.isStreaming = false;
+        m_settings.isStreaming = false;
     }
     m_link->detach(*source);
     return OrvErrorSuccess;
@@ -144,7 +140,7 @@ bool CameraDevice::setPlugged(bool plugged) {
     if (m_source)
         m_link->drop(*m_source);
     if (plugged)
-        m_model.reset();
+        m_settings.reset();
     return true;
 }
 
@@ -163,11 +159,11 @@ OrvErrorType CameraDevice::admits(bool writing) const {
 
 void CameraDevice::changed() {
     if (m_source) {
-        m_link->change(*m_source, m_model.demand());
-        if (m_model.softwareTrigger)
+        m_link->change(*m_source, m_settings.demand());
+        if (m_settings.softwareTrigger)
             m_link->trigger(*m_source);
     }
-    m_model.softwareTrigger = false;
+    m_settings.softwareTrigger = false;
 }
 
 } // namespace orv::simulated

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "orvcpp/core/Device.h"
-#include "orvcpp/core/Session.h"
-#include "orvcpp/simulated/CameraModel.h"
+#include "orvcpp/core/ProviderCalls.h"
+#include "orvcpp/simulated/CameraSettings.h"
 
 #include "OrvCPP/Camera.h"
 
@@ -12,14 +12,13 @@
 
 namespace orv::simulated {
 
-/// A simulated camera itself, as opposed to the SDK's object for it: its settings, who has it
-/// open, and its acquisition. Thread-safe.
+/// A simulated camera: settings, access and acquisition. SimulatedCamera is the SDK's object for
+/// it. Thread-safe.
 ///
-/// Locks are taken in this order: control, the device's mutex, the link's. Callbacks run with none
-/// of them held.
+/// Lock order: m_control, mutex(), the link's mutex. Callbacks run without any of them.
 class CameraDevice final : public Device {
 public:
-    CameraDevice(std::shared_ptr<Session> session, std::shared_ptr<Link> link,
+    CameraDevice(std::shared_ptr<ProviderCalls> calls, std::shared_ptr<Link> link,
                  std::shared_ptr<PatternStore> patterns, const CameraData& data, bool isUsb);
 
     OrvErrorType open(OrvAccessModeType mode);
@@ -29,10 +28,10 @@ public:
 
     OrvAccessModeType permittedAccess();
     bool isPlugged();
-    /// True when that changed anything. A camera that is plugged in has the image, acquisition and
-    /// bandwidth settings with which it powers up.
+    /// True when this is a change. Plugging in resets the image, acquisition and bandwidth settings
+    /// to those of power-up.
     bool setPlugged(bool plugged);
-    /// What a call that needs the camera open answers.
+    /// The error of a call that needs the camera open.
     OrvErrorType checkOpen();
     bool isUsb() const { return m_isUsb; }
 
@@ -40,28 +39,28 @@ public:
     void changed() override;
 
     /// Guarded by mutex(), as it is while a feature of the camera is read or written.
-    CameraModel& model() { return m_model; }
+    CameraSettings& settings() { return m_settings; }
     StreamStatistics& statistics() { return *m_statistics; }
-    const CameraData& data() const { return m_model.data(); }
+    const CameraData& data() const { return m_settings.data(); }
 
 private:
     OrvErrorType mayOpen(OrvAccessModeType mode) const;
     OrvErrorType stopStreaming();
     FrameSourceSettings sourceSettings(int bufferCount) const;
 
-    const std::shared_ptr<Session> m_session;
+    const std::shared_ptr<ProviderCalls> m_calls;
     const std::shared_ptr<Link> m_link;
     const std::shared_ptr<PatternStore> m_patterns;
     const std::shared_ptr<StreamStatistics> m_statistics = std::make_shared<StreamStatistics>();
     const bool m_isUsb;
 
-    /// Held from begin to end of opening, closing, starting and stopping.
+    /// Held while opening, closing, starting and stopping.
     std::mutex m_control;
     /// All below guarded by mutex().
-    CameraModel m_model;
+    CameraSettings m_settings;
     OrvAccessModeType m_mode = OrvAccessModeNone;
     bool m_isPlugged = true;
-    /// It was unplugged while it was open, and not closed since.
+    /// Unplugged while open, and not closed since.
     bool m_isGone = false;
     std::shared_ptr<FrameSource> m_source;
 };

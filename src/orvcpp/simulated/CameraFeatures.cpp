@@ -15,17 +15,17 @@ namespace {
 constexpr std::int64_t widthStep = 8;
 constexpr std::int64_t heightStep = 2;
 
-std::function<bool()> whenIdle(const CameraModel& model) {
-    return [&model] {
-        return !model.isStreaming;
+std::function<bool()> whenIdle(const CameraSettings& settings) {
+    return [&settings] {
+        return !settings.isStreaming;
     };
 }
 
-void addDeviceInformation(FeatureSet& set, const CameraModel& model) {
-    const CameraData& data = model.data();
+void addDeviceInformation(FeatureSet& set, const CameraSettings& settings) {
+    const CameraData& data = settings.data();
     set.category("/DeviceControl");
     set.fixedText("DeviceVendorName", data.vendor).about("Name of the camera's maker.");
-    set.fixedText("DeviceModelName", data.model).about("Name of the camera's model.");
+    set.fixedText("DeviceModelName", data.model).about("Name of the camera's settings.");
     set.fixedText("DeviceFamilyName", data.model.substr(0, data.model.find(' '))).expert();
     set.fixedText("DeviceManufacturerInfo", data.vendor + ", simulated").expert();
     set.fixedText("DeviceVersion", "2.1").about("Version of the camera's hardware.");
@@ -62,16 +62,16 @@ void addClock(FeatureSet& set) {
         .expert();
 }
 
-void addDeviceState(FeatureSet& set, CameraModel& model) {
+void addDeviceState(FeatureSet& set, CameraSettings& settings) {
     set.category("/DeviceControl");
     set.command("DeviceReset")
         .about("Restores the image, acquisition and bandwidth settings of power-up.")
-        .writableIf(whenIdle(model))
+        .writableIf(whenIdle(settings))
         .action(
-            [&model] {
+            [&settings] {
                 // An acquisition that began meanwhile keeps the size of its frames.
-                if (!model.isStreaming)
-                    model.reset();
+                if (!settings.isStreaming)
+                    settings.reset();
             },
             std::chrono::milliseconds(100));
     FeatureNode& temperatures = set.enumeration("DeviceTemperatureSelector")
@@ -84,9 +84,9 @@ void addDeviceState(FeatureSet& set, CameraModel& model) {
         .unit("°C")
         .about("Temperature inside the camera.")
         .perEntryOf(temperatures)
-        .computed([begin, &model] {
+        .computed([begin, &settings] {
             const double minutes = std::chrono::duration<double>(Clock::now() - begin).count() / 60;
-            const double warmth = model.isStreaming ? 14.0 : 8.0;
+            const double warmth = settings.isStreaming ? 14.0 : 8.0;
             return Value(34.0 + warmth * minutes / (minutes + 5));
         })
         .floatLimits(-20, 120)
@@ -100,116 +100,118 @@ void addDeviceState(FeatureSet& set, CameraModel& model) {
     set.string("DeviceUnlockCode").writeOnly().guru().about("Opens the service features.");
 }
 
-void addPixelFormat(FeatureSet& set, CameraModel& model) {
+void addPixelFormat(FeatureSet& set, CameraSettings& settings) {
     FeatureNode& format = set.enumeration("PixelFormat")
                               .about("Format of the pixels in the image.")
-                              .bind(model.pixelFormat)
-                              .writableIf(whenIdle(model));
+                              .bind(settings.pixelFormat)
+                              .writableIf(whenIdle(settings));
     std::set<std::int64_t> sizes;
     for (const PixelFormatName& known : pixelFormatNames) {
-        const auto& offered = model.data().pixelFormats;
+        const auto& offered = settings.data().pixelFormats;
         const bool available =
             std::find(offered.begin(), offered.end(), known.format) != offered.end();
         format.entry(known.name, known.format, available);
         sizes.insert(bitsPerPixel(known.format));
     }
-    FeatureNode& size = set.enumeration("PixelSize")
-                            .about("Bits that a pixel takes in the image.")
-                            .expert()
-                            .computed([&model] { return Value(bitsPerPixel(model.format())); });
+    FeatureNode& size =
+        set.enumeration("PixelSize")
+            .about("Bits that a pixel takes in the image.")
+            .expert()
+            .computed([&settings] { return Value(bitsPerPixel(settings.format())); });
     for (const std::int64_t bits : sizes)
         size.entry("Bpp" + std::to_string(bits), bits);
 }
 
-void addRegion(FeatureSet& set, CameraModel& model) {
+void addRegion(FeatureSet& set, CameraSettings& settings) {
     set.integer("Width")
         .unit("px")
         .about("Width of the image.")
-        .bind(model.width)
-        .limits([&model] {
-            return IntegerLimits{widthStep,
-                                 (model.maximumWidth() - model.offsetX) / widthStep * widthStep,
-                                 widthStep};
+        .bind(settings.width)
+        .limits([&settings] {
+            return IntegerLimits{
+                widthStep, (settings.maximumWidth() - settings.offsetX) / widthStep * widthStep,
+                widthStep};
         })
-        .writableIf(whenIdle(model));
+        .writableIf(whenIdle(settings));
     set.integer("Height")
         .unit("px")
         .about("Height of the image.")
-        .bind(model.height)
-        .limits([&model] {
-            return IntegerLimits{heightStep,
-                                 (model.maximumHeight() - model.offsetY) / heightStep * heightStep,
-                                 heightStep};
+        .bind(settings.height)
+        .limits([&settings] {
+            return IntegerLimits{
+                heightStep, (settings.maximumHeight() - settings.offsetY) / heightStep * heightStep,
+                heightStep};
         })
-        .writableIf(whenIdle(model));
+        .writableIf(whenIdle(settings));
     set.integer("OffsetX")
         .unit("px")
         .about("First column of the image on the sensor.")
-        .bind(model.offsetX)
-        .limits([&model] {
-            return IntegerLimits{0, (model.maximumWidth() - model.width) / widthStep * widthStep,
-                                 widthStep};
+        .bind(settings.offsetX)
+        .limits([&settings] {
+            return IntegerLimits{
+                0, (settings.maximumWidth() - settings.width) / widthStep * widthStep, widthStep};
         });
     set.integer("OffsetY")
         .unit("px")
         .about("First row of the image on the sensor.")
-        .bind(model.offsetY)
-        .limits([&model] {
+        .bind(settings.offsetY)
+        .limits([&settings] {
             return IntegerLimits{
-                0, (model.maximumHeight() - model.height) / heightStep * heightStep, heightStep};
+                0, (settings.maximumHeight() - settings.height) / heightStep * heightStep,
+                heightStep};
         });
 }
 
-void addBinning(FeatureSet& set, CameraModel& model) {
-    const auto fit = [&model] {
-        model.fitRegion();
+void addBinning(FeatureSet& set, CameraSettings& settings) {
+    const auto fit = [&settings] {
+        settings.fitRegion();
     };
     set.integer("BinningHorizontal")
         .validValues({1, 2, 4})
         .about("Columns that are read out as one.")
-        .bind(model.binningHorizontal)
-        .writableIf(whenIdle(model))
+        .bind(settings.binningHorizontal)
+        .writableIf(whenIdle(settings))
         .onWrite(fit)
         .expert();
     set.integer("BinningVertical")
         .validValues({1, 2, 4})
         .about("Rows that are read out as one.")
-        .bind(model.binningVertical)
-        .writableIf(whenIdle(model))
+        .bind(settings.binningVertical)
+        .writableIf(whenIdle(settings))
         .onWrite(fit)
         .expert();
     set.enumeration("BinningHorizontalMode").entry("Sum", 0).entry("Average", 1).expert();
     set.enumeration("BinningVerticalMode").entry("Sum", 0).entry("Average", 1).expert();
 }
 
-void addExposure(FeatureSet& set, CameraModel& model) {
+void addExposure(FeatureSet& set, CameraSettings& settings) {
     set.category("/AcquisitionControl/Exposure");
     set.enumeration("ExposureMode")
         .entry("Off", 0, false)
         .entry("Timed", ExposureModeTimed)
         .entry("TriggerWidth", ExposureModeTriggerWidth)
         .about("What decides how long an exposure lasts.")
-        .bind(model.exposureMode);
+        .bind(settings.exposureMode);
     set.floating("ExposureTime")
         .unit("us")
         .shownAs("Logarithmic")
         .about("Duration of an exposure.")
-        .bind(model.exposureTime)
+        .bind(settings.exposureTime)
         .floatLimits(10, 10'000'000)
-        .writableIf([&model] {
-            return model.exposureMode == ExposureModeTimed && model.exposureAuto == AutoOff;
+        .writableIf([&settings] {
+            return settings.exposureMode == ExposureModeTimed && settings.exposureAuto == AutoOff;
         });
     set.enumeration("ExposureAuto")
         .entry("Off", AutoOff)
         .entry("Once", AutoOnce)
         .entry("Continuous", AutoContinuous)
         .about("Lets the camera choose the exposure time.")
-        .bind(model.exposureAuto)
-        .onWrite([&model] {
-            if (model.exposureAuto != AutoOff)
-                model.exposureTime = model.data().exposureTime;
-            if (model.exposureAuto == AutoOnce)
-                model.exposureAuto = AutoOff;
+        .bind(settings.exposureAuto)
+        .onWrite([&settings] {
+            if (settings.exposureAuto != AutoOff)
+                settings.exposureTime = settings.data().exposureTime;
+            if (settings.exposureAuto == AutoOnce)
+                settings.exposureAuto = AutoOff;
         });
     set.floating("ExposureAutoMin").unit("us").floatLimits(10, 10'000'000).value(100.0).expert();
     set.floating("ExposureAutoMax")
@@ -219,7 +221,7 @@ void addExposure(FeatureSet& set, CameraModel& model) {
         .expert();
 }
 
-void addTrigger(FeatureSet& set, CameraModel& model) {
+void addTrigger(FeatureSet& set, CameraSettings& settings) {
     set.category("/AcquisitionControl/Trigger");
     FeatureNode& selector = set.enumeration("TriggerSelector")
                                 .entry("FrameStart", 0)
@@ -232,7 +234,7 @@ void addTrigger(FeatureSet& set, CameraModel& model) {
         .entry("Off", 0)
         .entry("On", 1)
         .about("Whether frames wait for a trigger.")
-        .bind(model.triggerMode);
+        .bind(settings.triggerMode);
     set.enumeration("TriggerSource")
         .entry("Freerun", TriggerSourceFreerun)
         .entry("Software", TriggerSourceSoftware)
@@ -240,7 +242,7 @@ void addTrigger(FeatureSet& set, CameraModel& model) {
         .entry("Line1", TriggerSourceLine1)
         .entry("Action0", 4, false)
         .about("Where triggers come from.")
-        .bind(model.triggerSource);
+        .bind(settings.triggerSource);
     set.enumeration("TriggerActivation")
         .entry("RisingEdge", 0)
         .entry("FallingEdge", 1)
@@ -254,13 +256,14 @@ void addTrigger(FeatureSet& set, CameraModel& model) {
         .floatLimits(0, 1'000'000, 1)
         .perEntryOf(selector)
         .expert();
-    set.command("TriggerSoftware").about("Triggers one frame.").action([&model] {
-        model.softwareTrigger = model.isTriggered() && model.triggerSource == TriggerSourceSoftware;
+    set.command("TriggerSoftware").about("Triggers one frame.").action([&settings] {
+        settings.softwareTrigger =
+            settings.isTriggered() && settings.triggerSource == TriggerSourceSoftware;
     });
 }
 
-void addFrameRate(FeatureSet& set, CameraModel& model) {
-    const FrameRateFeature kind = model.data().frameRateFeature;
+void addFrameRate(FeatureSet& set, CameraSettings& settings) {
+    const FrameRateFeature kind = settings.data().frameRateFeature;
     if (kind == FrameRateFeature::None)
         return;
     set.category("/AcquisitionControl");
@@ -268,26 +271,26 @@ void addFrameRate(FeatureSet& set, CameraModel& model) {
         set.floating("AcquisitionFrameRateLimit")
             .unit("Hz")
             .about("Frame rate that the current settings allow.")
-            .computed([&model] { return Value(model.frameRate()); })
-            .floatLimits(0.01, model.data().sensorFrameRate);
+            .computed([&settings] { return Value(settings.frameRate()); })
+            .floatLimits(0.01, settings.data().sensorFrameRate);
     set.floating("AcquisitionFrameRate")
         .unit("Hz")
         .about("Frames per second. Written, it takes effect while AcquisitionFrameRateEnable is "
                "on; read, it is the rate that results.")
-        .bind(model.userFrameRate)
-        .readAs([&model] { return Value(model.frameRate()); })
-        .floatLimits([&model] {
-            return FloatLimits{std::min(0.01, model.possibleFrameRate()),
-                               model.possibleFrameRate()};
+        .bind(settings.userFrameRate)
+        .readAs([&settings] { return Value(settings.frameRate()); })
+        .floatLimits([&settings] {
+            return FloatLimits{std::min(0.01, settings.possibleFrameRate()),
+                               settings.possibleFrameRate()};
         })
-        .writableIf([&model] { return model.frameRateEnabled; });
+        .writableIf([&settings] { return settings.frameRateEnabled; });
     set.boolean("AcquisitionFrameRateEnable")
         .about("Whether the frame rate is what AcquisitionFrameRate says.")
-        .bind(model.frameRateEnabled);
+        .bind(settings.frameRateEnabled);
 }
 
-void addBandwidthLimit(FeatureSet& set, CameraModel& model, bool isUsb) {
-    const CameraData& data = model.data();
+void addBandwidthLimit(FeatureSet& set, CameraSettings& settings, bool isUsb) {
+    const CameraData& data = settings.data();
     const IntegerLimits limits{data.bandwidthMinimum, data.bandwidthMaximum,
                                data.bandwidthIncrement};
     if (data.bandwidthFeature == BandwidthFeature::DeviceLinkThroughputLimit) {
@@ -295,43 +298,43 @@ void addBandwidthLimit(FeatureSet& set, CameraModel& model, bool isUsb) {
             .entry("Off", 0)
             .entry("On", 1)
             .about("Whether the throughput limit is kept.")
-            .bind(model.bandwidthLimited);
+            .bind(settings.bandwidthLimited);
         set.integer("DeviceLinkThroughputLimit")
             .unit("Bps")
             .about("Most bytes per second that the camera sends.")
-            .bind(model.bandwidth)
+            .bind(settings.bandwidth)
             .limits([limits] { return limits; })
-            .writableIf([&model] { return model.bandwidthLimited == 1; });
+            .writableIf([&settings] { return settings.bandwidthLimited == 1; });
     }
     set.category(isUsb ? "/TransportLayerControl/USB" : "/TransportLayerControl/GigEVision");
     if (data.bandwidthFeature == BandwidthFeature::StreamBytesPerSecond) {
         set.integer("StreamBytesPerSecond")
             .unit("Bps")
             .about("Bytes per second that the camera's stream may take.")
-            .bind(model.bandwidth)
+            .bind(settings.bandwidth)
             .limits([limits] { return limits; });
         set.boolean("StreamFrameRateConstrain")
             .about("Keeps the frame rate below what the stream may take.")
-            .bind(model.frameRateConstrained)
+            .bind(settings.frameRateConstrained)
             .expert();
     }
 }
 
 } // namespace
 
-void addImageFormatFeatures(FeatureSet& set, CameraModel& model) {
+void addImageFormatFeatures(FeatureSet& set, CameraSettings& settings) {
     set.category("/ImageFormatControl");
-    set.fixedNumber("SensorWidth", model.data().sensorWidth).unit("px").expert();
-    set.fixedNumber("SensorHeight", model.data().sensorHeight).unit("px").expert();
-    set.integer("WidthMax").unit("px").expert().computed([&model] {
-        return Value(model.maximumWidth());
+    set.fixedNumber("SensorWidth", settings.data().sensorWidth).unit("px").expert();
+    set.fixedNumber("SensorHeight", settings.data().sensorHeight).unit("px").expert();
+    set.integer("WidthMax").unit("px").expert().computed([&settings] {
+        return Value(settings.maximumWidth());
     });
-    set.integer("HeightMax").unit("px").expert().computed([&model] {
-        return Value(model.maximumHeight());
+    set.integer("HeightMax").unit("px").expert().computed([&settings] {
+        return Value(settings.maximumHeight());
     });
-    addRegion(set, model);
-    addPixelFormat(set, model);
-    addBinning(set, model);
+    addRegion(set, settings);
+    addPixelFormat(set, settings);
+    addBinning(set, settings);
     set.boolean("ReverseX").about("Mirrors the image left to right.");
     set.boolean("ReverseY").about("Mirrors the image top to bottom.");
     set.enumeration("SensorShutterMode")
@@ -354,7 +357,7 @@ void addImageFormatFeatures(FeatureSet& set, CameraModel& model) {
         .guru();
 }
 
-void addAcquisitionFeatures(FeatureSet& set, CameraModel& model,
+void addAcquisitionFeatures(FeatureSet& set, CameraSettings& settings,
                             const StreamStatistics& statistics) {
     set.category("/AcquisitionControl");
     set.enumeration("AcquisitionMode")
@@ -362,7 +365,7 @@ void addAcquisitionFeatures(FeatureSet& set, CameraModel& model,
         .entry("MultiFrame", 1)
         .entry("Continuous", 2)
         .current("Continuous")
-        .writableIf(whenIdle(model));
+        .writableIf(whenIdle(settings));
     set.integer("AcquisitionFrameCount").limits(1, 65535).value(std::int64_t{1}).expert();
     set.command("AcquisitionStart").about("Begins the acquisition.");
     set.command("AcquisitionStop").about("Ends the acquisition.");
@@ -374,23 +377,23 @@ void addAcquisitionFeatures(FeatureSet& set, CameraModel& model,
                              .expert();
     set.boolean("AcquisitionStatus")
         .perEntryOf(state)
-        .computed([&model] { return Value(model.isStreaming); })
+        .computed([&settings] { return Value(settings.isStreaming); })
         .expert();
     set.integer("AcquisitionFrameCounter")
         .about("Frames that the camera has sent since the acquisition began.")
         .computed([&statistics] { return Value(statistics.sent.load()); })
         .guru();
-    addFrameRate(set, model);
-    addExposure(set, model);
-    addTrigger(set, model);
+    addFrameRate(set, settings);
+    addExposure(set, settings);
+    addTrigger(set, settings);
 }
 
-void addBandwidthFeatures(FeatureSet& set, CameraModel& model, bool isUsb) {
+void addBandwidthFeatures(FeatureSet& set, CameraSettings& settings, bool isUsb) {
     set.category("/DeviceControl/Link");
     set.integer("DeviceLinkSpeed")
         .unit("Bps")
         .about("Speed of the camera's link.")
-        .computed([&model] { return Value(model.linkSpeed()); })
+        .computed([&settings] { return Value(settings.linkSpeed()); })
         .limits(0, std::numeric_limits<std::int64_t>::max())
         .expert();
     set.boolean("DeviceLinkHeartbeatEnable").value(true).guru();
@@ -399,26 +402,27 @@ void addBandwidthFeatures(FeatureSet& set, CameraModel& model, bool isUsb) {
         .floatLimits(1000, 10'000'000)
         .value(200'000.0)
         .guru();
-    addBandwidthLimit(set, model, isUsb);
+    addBandwidthLimit(set, settings, isUsb);
     set.category("/TransportLayerControl");
     set.integer("PayloadSize")
         .unit("B")
         .about("Bytes of an image.")
-        .computed([&model] { return Value(model.payloadSize()); })
+        .computed([&settings] { return Value(settings.payloadSize()); })
         .limits(0, std::numeric_limits<std::int64_t>::max())
         .expert();
 }
 
-FeatureSet makeCameraFeatures(CameraModel& model, const StreamStatistics& statistics, bool isUsb) {
+FeatureSet makeCameraFeatures(CameraSettings& settings, const StreamStatistics& statistics,
+                              bool isUsb) {
     FeatureSet set;
-    addDeviceInformation(set, model);
-    addDeviceState(set, model);
+    addDeviceInformation(set, settings);
+    addDeviceState(set, settings);
     addClock(set);
-    addImageFormatFeatures(set, model);
-    addAcquisitionFeatures(set, model, statistics);
-    addBandwidthFeatures(set, model, isUsb);
-    addSettingFeatures(set, model);
-    addExtraFeatures(set, model.data().extraFeatures);
+    addImageFormatFeatures(set, settings);
+    addAcquisitionFeatures(set, settings, statistics);
+    addBandwidthFeatures(set, settings, isUsb);
+    addSettingFeatures(set, settings);
+    addExtraFeatures(set, settings.data().extraFeatures);
     return set;
 }
 

@@ -2,26 +2,27 @@
 #pragma once
 
 #include "orvcpp/core/FeatureSet.h"
-#include "orvcpp/simulated/CameraModel.h"
+#include "orvcpp/simulated/CameraSettings.h"
 #include "orvcpp/simulated/FrameSource.h"
 
 namespace orv::simulated {
 
 /// Features of the module "Camera". The model must outlive them.
-FeatureSet makeCameraFeatures(CameraModel& model, const StreamStatistics& statistics, bool isUsb);
+FeatureSet makeCameraFeatures(CameraSettings& settings, const StreamStatistics& statistics,
+                              bool isUsb);
 
-/// The part of them that shapes the image and decides how many frames are sent, in the categories
-/// "/ImageFormatControl", "/AcquisitionControl" and "/DeviceControl/Link".
-void addImageFormatFeatures(FeatureSet& set, CameraModel& model);
-void addAcquisitionFeatures(FeatureSet& set, CameraModel& model,
+/// The features that determine image and frame rate, in the categories "/ImageFormatControl",
+/// "/AcquisitionControl" and "/DeviceControl/Link".
+void addImageFormatFeatures(FeatureSet& set, CameraSettings& settings);
+void addAcquisitionFeatures(FeatureSet& set, CameraSettings& settings,
                             const StreamStatistics& statistics);
-void addBandwidthFeatures(FeatureSet& set, CameraModel& model, bool isUsb);
+void addBandwidthFeatures(FeatureSet& set, CameraSettings& settings, bool isUsb);
 
-/// The part that is kept and given back, and has no effect on what is simulated.
-void addSettingFeatures(FeatureSet& set, CameraModel& model);
+/// Features that only store their values, without an effect on the simulation.
+void addSettingFeatures(FeatureSet& set, CameraSettings& settings);
 
-/// \p count features more that are kept and given back, "Extra00001" and so on, of the types
-/// integer, float, enumeration, boolean and string, for cameras of any size.
+/// \p count further features that only store their values, named "Extra00001" and so on, of the
+/// types integer, float, enumeration, boolean and string.
 void addExtraFeatures(FeatureSet& set, std::int64_t count);
 
 } // namespace orv::simulated

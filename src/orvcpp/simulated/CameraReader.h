@@ -6,8 +6,8 @@
 
 namespace orv::simulated {
 
-/// Reads one element of a scenario's "cameras" and adds the camera, or the several equal ones that
-/// it stands for. The scenario's interfaces are read already. Throws a FormatError.
+/// Reads one element of a scenario's "cameras" and adds its camera, or as many equal ones as its
+/// "count". Requires the scenario's interfaces. Throws a FormatError.
 void readCamera(ObjectReader reader, Scenario& scenario, std::uint32_t seed);
 
 } // namespace orv::simulated

@@ -6,7 +6,7 @@
 namespace orv::simulated {
 
 namespace {
-/// Small seeds give small first numbers: multiplied by this, neighbours lie far apart.
+/// Spreads neighbouring seeds: small seeds would give small first numbers.
 constexpr std::uint32_t spread = 2654435761U;
 } // namespace
 
@@ -15,30 +15,30 @@ void StreamStatistics::reset() {
         count->store(0);
 }
 
-VirtualFrame::VirtualFrame(std::weak_ptr<FrameSource> source, const Geometry& geometry)
+SimulatedFrame::SimulatedFrame(std::weak_ptr<FrameSource> source, const Geometry& geometry)
     : m_source(std::move(source)), m_geometry(geometry) {}
 
-OrvErrorType VirtualFrame::GetReceiveStatus(OrvFrameStatusType& status) const {
+OrvErrorType SimulatedFrame::GetReceiveStatus(OrvFrameStatusType& status) const {
     status = m_status;
     return OrvErrorSuccess;
 }
 
-OrvErrorType VirtualFrame::GetBufferSize(std::uint32_t& size) const {
+OrvErrorType SimulatedFrame::GetBufferSize(std::uint32_t& size) const {
     size = m_geometry.bytes();
     return OrvErrorSuccess;
 }
 
-OrvErrorType VirtualFrame::GetFrameID(std::uint64_t& id) const {
+OrvErrorType SimulatedFrame::GetFrameID(std::uint64_t& id) const {
     id = m_id;
     return OrvErrorSuccess;
 }
 
-OrvErrorType VirtualFrame::GetTimestamp(std::uint64_t& nanoseconds) const {
+OrvErrorType SimulatedFrame::GetTimestamp(std::uint64_t& nanoseconds) const {
     nanoseconds = m_timestamp;
     return OrvErrorSuccess;
 }
 
-OrvErrorType VirtualFrame::GetImage(const std::uint8_t*& image) const {
+OrvErrorType SimulatedFrame::GetImage(const std::uint8_t*& image) const {
     if (!m_pattern) {
         const std::shared_ptr<FrameSource> owner = source();
         if (!owner)
@@ -49,17 +49,17 @@ OrvErrorType VirtualFrame::GetImage(const std::uint8_t*& image) const {
     return OrvErrorSuccess;
 }
 
-OrvErrorType VirtualFrame::GetPixelFormat(OrvPixelFormatType& format) const {
+OrvErrorType SimulatedFrame::GetPixelFormat(OrvPixelFormatType& format) const {
     format = m_geometry.format;
     return OrvErrorSuccess;
 }
 
-OrvErrorType VirtualFrame::GetWidth(std::uint32_t& width) const {
+OrvErrorType SimulatedFrame::GetWidth(std::uint32_t& width) const {
     width = m_geometry.width;
     return OrvErrorSuccess;
 }
 
-OrvErrorType VirtualFrame::GetHeight(std::uint32_t& height) const {
+OrvErrorType SimulatedFrame::GetHeight(std::uint32_t& height) const {
     height = m_geometry.height;
     return OrvErrorSuccess;
 }
@@ -76,7 +76,7 @@ void FrameSource::announceFrames() {
     m_statistics->reset();
     m_free.reserve(static_cast<std::size_t>(m_settings.bufferCount));
     for (int i = 0; i < m_settings.bufferCount; ++i)
-        m_free.push_back(std::make_shared<VirtualFrame>(weak_from_this(), m_settings.geometry));
+        m_free.push_back(std::make_shared<SimulatedFrame>(weak_from_this(), m_settings.geometry));
 }
 
 bool FrameSource::happens(double rate) {
@@ -85,16 +85,17 @@ bool FrameSource::happens(double rate) {
     return drawn < rate * static_cast<double>(std::minstd_rand::max());
 }
 
-void FrameSource::send(Carriage carriage, std::uint64_t nanoseconds) {
+void FrameSource::send(Transmission transmission, std::uint64_t nanoseconds) {
     const std::uint64_t id = m_nextId++;
     ++m_statistics->sent;
-    const bool lost = happens(m_settings.lossRate) || carriage == Carriage::Lost;
-    const bool damaged = happens(m_settings.incompleteRate) || carriage == Carriage::Damaged;
+    const bool lost = happens(m_settings.lossRate) || transmission == Transmission::Lost;
+    const bool damaged =
+        happens(m_settings.incompleteRate) || transmission == Transmission::Damaged;
     if (lost) {
         ++m_statistics->dropped;
         return;
     }
-    const std::shared_ptr<VirtualFrame> frame = takeFree();
+    const std::shared_ptr<SimulatedFrame> frame = takeFree();
     if (!frame) {
         ++m_statistics->underrun;
         return;
@@ -105,14 +106,14 @@ void FrameSource::send(Carriage carriage, std::uint64_t nanoseconds) {
     deliver(frame);
 }
 
-void FrameSource::deliver(const std::shared_ptr<VirtualFrame>& frame) {
+void FrameSource::deliver(const std::shared_ptr<SimulatedFrame>& frame) {
     ++m_statistics->delivered;
     m_statistics->incomplete += frame->m_status == OrvFrameStatusIncomplete ? 1 : 0;
     m_statistics->bytes += m_settings.geometry.bytes();
     try {
         m_observer->FrameReceived(frame);
     } catch (...) {
-        // What a user's callback throws must not end the thread that serves the other cameras.
+        // An exception of a user's callback must not end the thread of the other cameras.
     }
 }
 
@@ -122,17 +123,17 @@ void FrameSource::skip(std::int64_t count) {
     m_statistics->underrun += count;
 }
 
-std::shared_ptr<VirtualFrame> FrameSource::takeFree() {
+std::shared_ptr<SimulatedFrame> FrameSource::takeFree() {
     const std::lock_guard lock(m_mutex);
     if (m_free.empty())
         return {};
-    std::shared_ptr<VirtualFrame> frame = std::move(m_free.front());
+    std::shared_ptr<SimulatedFrame> frame = std::move(m_free.front());
     m_free.erase(m_free.begin());
     frame->m_isQueued = false;
     return frame;
 }
 
-OrvErrorType FrameSource::queue(const std::shared_ptr<VirtualFrame>& frame) {
+OrvErrorType FrameSource::queue(const std::shared_ptr<SimulatedFrame>& frame) {
     const std::lock_guard lock(m_mutex);
     if (frame->m_isQueued)
         return OrvErrorInUse;

@@ -28,16 +28,16 @@ struct StreamStatistics {
     void reset();
 };
 
-/// What became of a frame on the link.
-enum class Carriage { Whole, Damaged, Lost };
+/// Result of sending a frame over the link.
+enum class Transmission { Whole, Damaged, Lost };
 
 class FrameSource;
 
-/// One of an acquisition's frames. Its fields are written by the link's thread while the frame is
-/// not with the receiver, and read by the receiver, so that the queries need no lock.
-class VirtualFrame final : public OrvCPP::Frame {
+/// One of an acquisition's frames. Its fields are written by the link's thread while the receiver
+/// does not own the frame, so the queries need no lock.
+class SimulatedFrame final : public OrvCPP::Frame {
 public:
-    VirtualFrame(std::weak_ptr<FrameSource> source, const Geometry& geometry);
+    SimulatedFrame(std::weak_ptr<FrameSource> source, const Geometry& geometry);
 
     OrvErrorType GetReceiveStatus(OrvFrameStatusType& status) const override;
     OrvErrorType GetBufferSize(std::uint32_t& size) const override;
@@ -59,7 +59,7 @@ private:
     std::uint64_t m_id = 0;
     std::uint64_t m_timestamp = 0;
     OrvFrameStatusType m_status = OrvFrameStatusInvalid;
-    /// Keeps the image alive as long as the frame, once somebody has looked at it.
+    /// Set by the first GetImage(); keeps the image alive as long as the frame.
     mutable std::shared_ptr<const Pattern> m_pattern;
     /// Guarded by the source's mutex.
     bool m_isQueued = true;
@@ -87,20 +87,20 @@ public:
     /// Makes the frames; to be called once, before anything else.
     void announceFrames();
     /// Sends the next frame. Called on the link's thread only, with no lock held.
-    void send(Carriage carriage, std::uint64_t nanoseconds);
-    /// Sends \p count frames that nobody is there to receive. Link's thread only.
+    void send(Transmission transmission, std::uint64_t nanoseconds);
+    /// Counts \p count frames as sent and lost. Link's thread only.
     void skip(std::int64_t count);
     /// Takes a frame back. Thread-safe, does not wait for a callback.
-    OrvErrorType queue(const std::shared_ptr<VirtualFrame>& frame);
+    OrvErrorType queue(const std::shared_ptr<SimulatedFrame>& frame);
 
     std::shared_ptr<const Pattern> pattern() const {
         return m_patterns->pattern(m_settings.geometry);
     }
 
 private:
-    std::shared_ptr<VirtualFrame> takeFree();
+    std::shared_ptr<SimulatedFrame> takeFree();
     bool happens(double rate);
-    void deliver(const std::shared_ptr<VirtualFrame>& frame);
+    void deliver(const std::shared_ptr<SimulatedFrame>& frame);
 
     const FrameSourceSettings m_settings;
     const std::shared_ptr<OrvCPP::IFrameObserver> m_observer;
@@ -110,9 +110,8 @@ private:
     std::uint64_t m_nextId;
     std::minstd_rand m_random;
     std::mutex m_mutex;
-    /// Frames that can be filled, guarded by the mutex; room for all, so that queueing does not
-    /// allocate.
-    std::vector<std::shared_ptr<VirtualFrame>> m_free;
+    /// Queued frames, guarded by the mutex. Reserved for all, so that queueing does not allocate.
+    std::vector<std::shared_ptr<SimulatedFrame>> m_free;
 };
 
 } // namespace orv::simulated

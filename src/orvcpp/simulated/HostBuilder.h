@@ -6,8 +6,8 @@
 
 namespace orv::simulated {
 
-/// What the operating system of the scenario's host would tell of its adapters and USB devices.
-/// A USB camera is a device with vendor ID 4D52 and product ID 0001.
+/// The adapters and USB devices of the scenario's host, as its operating system would list them. A
+/// USB camera is a device with vendor ID 4D52 and product ID 0001.
 OrvCPP::SimulatedHost buildHost(const Scenario& scenario);
 
 } // namespace orv::simulated

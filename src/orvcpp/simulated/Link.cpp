@@ -13,7 +13,7 @@ namespace {
 
 using Seconds = std::chrono::duration<double>;
 
-/// A host that is busy for longer than this loses what was sent meanwhile.
+/// Frames that are late by more than this are lost.
 constexpr std::chrono::seconds longestLag{1};
 
 Clock::duration periodOf(double rate) {
@@ -121,8 +121,8 @@ void Link::share() {
             longestPeriod = std::max(longestPeriod, 1 / entry.demand.framesPerSecond);
     }
     m_carriedShare = asked > m_bytesPerSecond ? m_bytesPerSecond / asked : 1;
-    // Cameras that send at the same moment must not lose frames while they stay below the link on
-    // average: what they send in their longest period may come at once.
+    // Cameras that send at the same moment must not lose frames while their average is below the
+    // link's speed, so the bytes of their longest period may come at once.
     const double limit = m_bytesPerSecond * std::min(longestPeriod, 1.0) + onePerCamera + largest;
     m_allowance = std::min(m_allowance + std::max(0.0, limit - m_allowanceLimit), limit);
     m_allowanceLimit = limit;
@@ -160,47 +160,47 @@ std::int64_t Link::skipMissed(Entry& entry, Clock::time_point now) {
 
 void Link::sendFrame(Entry& entry, std::unique_lock<std::mutex>& lock) {
     const std::int64_t missed = skipMissed(entry, Clock::now());
-    const Carriage carriage = carry(entry);
+    const Transmission transmission = carry(entry);
     const auto time = entry.due;
     entry.last = time;
     entry.due = entry.demand.framesPerSecond > 0 ? time + periodOf(entry.demand.framesPerSecond)
                                                  : Clock::time_point::max();
-    // The entry may go while the lock is released.
+    // The entry may be removed while the lock is released.
     std::shared_ptr<FrameSource> source = entry.source;
     m_serving = source.get();
     lock.unlock();
     if (missed > 0)
         source->skip(missed);
-    source->send(carriage,
+    source->send(transmission,
                  static_cast<std::uint64_t>(std::chrono::nanoseconds(time - m_start).count()));
     lock.lock();
     m_serving = nullptr;
     m_idle.notify_all();
-    // The last reference may be this one: what it holds of the user's is destroyed without a lock.
+    // Without the lock: this may be the last reference, and it owns an observer of the user.
     lock.unlock();
     source.reset();
     lock.lock();
 }
 
-Carriage Link::carry(Entry& entry) {
+Transmission Link::carry(Entry& entry) {
     const double earned = Seconds(entry.due - m_filled).count() * m_bytesPerSecond;
     m_allowance = std::min(m_allowance + std::max(0.0, earned), m_allowanceLimit);
     m_filled = std::max(m_filled, entry.due);
     if (entry.demand.framesPerSecond > 0) {
         entry.credit += m_carriedShare;
-        // Rounding must not cost a frame where everything can be carried.
+        // Rounding must not lose a frame while the link can carry all.
         if (entry.credit < 1 - 1e-9)
-            return Carriage::Lost;
+            return Transmission::Lost;
         entry.credit -= 1;
     }
     if (m_allowance < entry.demand.payload)
-        return Carriage::Lost;
+        return Transmission::Lost;
     m_allowance -= entry.demand.payload;
     entry.damage += (1 - m_carriedShare) * entry.demand.overloadDamage;
     if (entry.damage < 1)
-        return Carriage::Whole;
+        return Transmission::Whole;
     entry.damage -= 1;
-    return Carriage::Damaged;
+    return Transmission::Damaged;
 }
 
 } // namespace orv::simulated

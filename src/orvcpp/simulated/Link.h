@@ -13,20 +13,20 @@
 
 namespace orv::simulated {
 
-/// What a streaming camera asks of its link.
+/// What a streaming camera sends over its link.
 struct Demand {
-    /// Frames per second that come by themselves; 0: only on a trigger.
+    /// Untriggered frames per second; 0: on triggers only.
     double framesPerSecond = 0;
     /// Fastest rate at which the camera can send; triggers that come faster are ignored.
     double maximumRate = 0;
     std::uint32_t payload = 0;
-    /// Share of the carried frames that arrive damaged, as a part of the share that is lost.
+    /// Damaged share of the carried frames, as a fraction of the lost share.
     double overloadDamage = 0;
 };
 
-/// The cable that the cameras of an adapter or a controller share: one thread sends the frames of
-/// all of them at their times. It carries no more than its bytes per second: when the cameras ask
-/// for more, each of them loses the same share of its frames. Thread-safe.
+/// The link that the cameras of an adapter or controller share. One thread sends all their frames
+/// when they are due. When the cameras send more than the link's bytes per second, each loses the
+/// same share of its frames. Thread-safe.
 class Link {
 public:
     explicit Link(std::uint64_t bytesPerSecond);
@@ -37,14 +37,13 @@ public:
 
     void attach(const std::shared_ptr<FrameSource>& source, const Demand& demand);
     void change(const FrameSource& source, const Demand& demand);
-    /// Lets the source send one frame as soon as the camera can.
+    /// Sends one frame as soon as the maximum rate allows.
     void trigger(const FrameSource& source);
-    /// Sends nothing more; a callback that runs is not waited for.
+    /// Stops sending; does not wait for a running callback.
     void drop(const FrameSource& source);
-    /// The same, and no callback of the source runs any more when it returns. Not to be called on
-    /// a thread of a link.
+    /// drop(), and waits for a running callback. Not to be called on a link's thread.
     void detach(const FrameSource& source);
-    /// Ends the thread for good. Every source must be detached, and none is attached any more.
+    /// Ends the thread for good. Requires that every source is detached.
     void stop();
 
 private:
@@ -55,7 +54,7 @@ private:
         Clock::time_point due = Clock::time_point::max();
         /// Time of the last frame.
         Clock::time_point last = Clock::time_point::min();
-        /// Parts of a frame that may be carried, or must be damaged, so far.
+        /// Accumulated fractions of a frame to carry, and to damage.
         double credit = 0;
         double damage = 0;
     };
@@ -66,7 +65,7 @@ private:
     void removeEntry(const FrameSource& source);
     void sendFrame(Entry& entry, std::unique_lock<std::mutex>& lock);
     std::int64_t skipMissed(Entry& entry, Clock::time_point now);
-    Carriage carry(Entry& entry);
+    Transmission carry(Entry& entry);
     void share();
 
     const double m_bytesPerSecond;
@@ -82,8 +81,8 @@ private:
     const FrameSource* m_serving = nullptr;
     /// Share of the frames that the link can carry, 0 to 1.
     double m_carriedShare = 1;
-    /// Bytes that may be sent at m_filled, and the most that may be saved up: what triggered
-    /// cameras add on top of the free-running ones is taken from here.
+    /// Bytes that may be sent at m_filled, and their upper limit. Limits triggered cameras, which
+    /// m_carriedShare does not.
     double m_allowance = 0;
     double m_allowanceLimit = 0;
     Clock::time_point m_filled = m_start;

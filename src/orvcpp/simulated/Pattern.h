@@ -25,8 +25,8 @@ struct Geometry {
     }
 };
 
-/// An image that repeats itself downwards, higher than a frame: frames show it from different rows
-/// on, so that the picture moves though no frame is ever drawn. Immutable.
+/// A periodic image, higher than a frame. Each frame starts at another row, so that the picture
+/// moves without drawing. Immutable.
 class Pattern {
 public:
     explicit Pattern(const Geometry& geometry);
@@ -39,8 +39,8 @@ private:
     std::vector<std::uint8_t> m_pixels;
 };
 
-/// Draws each pattern once, when somebody first looks at a frame, and shares it among the cameras
-/// of the same geometry. Thread-safe.
+/// Draws each pattern at the first use and shares it among cameras of the same geometry.
+/// Thread-safe.
 class PatternStore {
 public:
     std::shared_ptr<const Pattern> pattern(const Geometry& geometry);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "orvcpp/core/MemoryTransportLayer.h"
+
 #include "OrvCPP/OrvTypes.h"
 
 #include <cstddef>
@@ -27,7 +29,7 @@ struct HubData {
     std::string name;
     /// Index among the controller's hubs; empty for the root hub.
     std::optional<std::size_t> parent;
-    /// Port of the parent hub that it hangs on.
+    /// Port of the parent hub.
     std::uint32_t port = 0;
     std::uint64_t bitsPerSecond = 0;
 };
@@ -46,17 +48,7 @@ struct ControllerData {
     }
 };
 
-struct TransportLayerData {
-    std::string id;
-    std::string vendor;
-    std::string name;
-    std::string model;
-    std::string version;
-    std::string path;
-    OrvTransportLayerType type = OrvTransportLayerTypeUnknown;
-};
-
-/// An interface hangs on an adapter, on a controller, or has a link of its own.
+/// An interface belongs to an adapter or a controller, or has a link of its own.
 struct InterfaceData {
     std::string id;
     std::string name;
@@ -87,7 +79,7 @@ struct FeatureFault {
     OrvErrorType code = OrvErrorSuccess;
     bool onGet = false;
     bool onSet = false;
-    /// Where the scenario says so, for messages.
+    /// Place in the scenario, for messages.
     std::string origin;
 };
 
@@ -162,8 +154,8 @@ struct CameraData {
 
     std::uint64_t linkBitsPerSecond = 0;
     Access access = Access::Full;
-    /// Of the frames that arrive while the link is overloaded, the share that is damaged, as a
-    /// part of the share that is lost.
+    /// Damaged share of the frames that arrive over an overloaded link, as a fraction of the lost
+    /// share.
     double overloadDamage = 0;
     FaultData faults;
     std::uint32_t seed = 0;

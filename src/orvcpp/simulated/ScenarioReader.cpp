@@ -2,7 +2,7 @@
 #include "orvcpp/simulated/ScenarioReader.h"
 
 #include "orvcpp/simulated/CameraReader.h"
-#include "orvcpp/simulated/ReaderParts.h"
+#include "orvcpp/simulated/ScenarioValues.h"
 
 #include <QDir>
 

@@ -15,7 +15,7 @@ Scenario readScenario(ObjectReader reader);
 /// path, relative to \p folder.
 QString scenarioFile(const QString& name, const QString& folder);
 
-/// Name of the scenario that runs when nothing else was asked for.
+/// Name of the scenario without a configuration.
 QString defaultScenarioName();
 
 } // namespace orv::simulated

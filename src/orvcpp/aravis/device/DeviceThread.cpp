@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/device/DeviceThread.h"
 
-#include "orvcpp/aravis/device/ThreadPark.h"
+#include "orvcpp/aravis/device/DetachableThreads.h"
 
 #include <exception>
 #include <utility>
@@ -21,10 +21,10 @@ OrvErrorType resultOf(const DeviceThread::Work& work) {
 
 } // namespace
 
-std::shared_ptr<DeviceThread> DeviceThread::begin(ThreadPark& park,
+std::shared_ptr<DeviceThread> DeviceThread::begin(DetachableThreads& threads,
                                                   std::chrono::milliseconds patience) {
     auto made = std::make_shared<DeviceThread>(patience);
-    park.start([made] { made->run(); });
+    threads.start([made] { made->run(); });
     return made;
 }
 
@@ -102,7 +102,7 @@ void DeviceThread::run() {
         Work work = std::move(job->work);
         lock.unlock();
         const OrvErrorType result = resultOf(work);
-        // What the work owns goes on this thread, too, and without the lock.
+        // Destroys what the work owns on this thread, without the lock.
         work = nullptr;
         lock.lock();
         job->result = result;

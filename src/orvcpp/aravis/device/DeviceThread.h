@@ -12,35 +12,36 @@
 
 namespace orv::aravis {
 
-class ThreadPark;
+class DetachableThreads;
 
-/// Makes the library's calls to one device, one after the other as that device needs it, on a
-/// thread of its own: who asks waits for the answer, but never longer than for a device that is
-/// lost, although the library itself goes on waiting. Thread-safe.
+/// Runs library calls of one device on its own thread, one after the other. A call waits at most
+/// its limit and ends when the device is lost; after a timeout, later calls fail at once while the
+/// stuck one runs. Thread-safe.
 class DeviceThread {
 public:
-    /// What is done on the thread. It may run after its caller has given up, so it owns all that
-    /// it touches.
+    /// Runs on the thread. Must own all data it uses, as it may run after its caller has timed out.
     using Work = std::function<OrvErrorType()>;
 
-    /// \p patience is how long a piece of work may take that nobody waits for any more.
+    /// \p patience is how long work may run after its caller has timed out before later calls fail
+    /// at once.
     static std::shared_ptr<DeviceThread>
-    begin(ThreadPark& park, std::chrono::milliseconds patience = std::chrono::milliseconds(2500));
+    begin(DetachableThreads& threads,
+          std::chrono::milliseconds patience = std::chrono::milliseconds(2500));
 
     explicit DeviceThread(std::chrono::milliseconds patience) : m_patience(patience) {}
 
-    /// The work's result; OrvErrorNotFound once the device is lost, OrvErrorTimeout after
-    /// \p limit, and at once while the device has had its time with what somebody gave up before:
-    /// who asks for many things waits for one only.
+    /// The work's result. OrvErrorNotFound once the device is lost. OrvErrorTimeout after \p limit,
+    /// and at once while timed-out work exceeds the patience, so that a series of calls waits only
+    /// once.
     OrvErrorType call(Work work, std::chrono::milliseconds limit);
-    /// Does the work later, and also for a device that is lost.
+    /// Runs the work later, even for a lost device.
     void post(Work work);
-    /// Lets every call end at once, now and from now on; true the first time.
+    /// Marks the device as lost: waiting and later calls end at once. True the first time.
     bool lose();
     bool isLost() const;
-    /// Whether somebody waits for the device.
+    /// Whether a call is waiting.
     bool isBusy() const;
-    /// Ends the thread when all that was posted is done.
+    /// Ends the thread after all posted work.
     void quit();
 
 private:
@@ -49,12 +50,12 @@ private:
         OrvErrorType result = OrvErrorSuccess;
         std::chrono::steady_clock::time_point begun;
         bool isDone = false;
-        /// Nobody waits for it any more: it need not begin.
+        /// Its caller has timed out: skipped if it has not begun.
         bool isAbandoned = false;
     };
 
     void run();
-    /// With the mutex held.
+    /// Requires m_mutex.
     bool isStuck() const;
 
     const std::chrono::milliseconds m_patience;

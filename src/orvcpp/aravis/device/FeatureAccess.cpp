@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/device/FeatureAccess.h"
+
 #include "orvcpp/aravis/device/GenicamFeature.h"
-#include "orvcpp/core/HandOut.h"
+#include "orvcpp/core/ArrayOutput.h"
+#include "orvcpp/core/ObserverList.h"
 
 #include <algorithm>
 
 namespace orv::aravis {
 
-FeatureAccess::FeatureAccess(std::shared_ptr<Session> calls, std::shared_ptr<DeviceSession> device)
+FeatureAccess::FeatureAccess(std::shared_ptr<ProviderCalls> calls,
+                             std::shared_ptr<DeviceConnection> device)
     : m_calls(std::move(calls)), m_device(std::move(device)) {}
 
 OrvErrorType FeatureAccess::enter(bool writing) const {
     const OrvErrorType error = m_calls->enter();
-    return error ? error : m_device->admits(writing);
+    return error != OrvErrorSuccess ? error : m_device->admits(writing);
 }
 
 std::shared_ptr<OrvCPP::Feature> FeatureAccess::featureOf(const Description& description) {
@@ -20,7 +24,7 @@ std::shared_ptr<OrvCPP::Feature> FeatureAccess::featureOf(const Description& des
 
 OrvErrorType FeatureAccess::getFeatureByName(const char* name,
                                              std::shared_ptr<OrvCPP::Feature>& feature) {
-    if (const OrvErrorType error = enter(false))
+    if (const OrvErrorType error = enter(false); error != OrvErrorSuccess)
         return error;
     if (!name)
         return OrvErrorBadParameter;
@@ -33,7 +37,7 @@ OrvErrorType FeatureAccess::getFeatureByName(const char* name,
 
 OrvErrorType FeatureAccess::getFeatures(std::shared_ptr<OrvCPP::Feature>* features,
                                         std::uint32_t& count) {
-    if (const OrvErrorType error = enter(false)) {
+    if (const OrvErrorType error = enter(false); error != OrvErrorSuccess) {
         count = 0;
         return error;
     }
@@ -42,49 +46,40 @@ OrvErrorType FeatureAccess::getFeatures(std::shared_ptr<OrvCPP::Feature>* featur
         std::transform(m_device->features()->features().begin(),
                        m_device->features()->features().end(), found.begin(),
                        [this](const Description& feature) { return featureOf(feature); });
-    return handOut(found, features, count);
+    return writeArray(found, features, count);
 }
 
 OrvErrorType FeatureAccess::getFeatures(const std::vector<std::string>& names,
                                         std::shared_ptr<OrvCPP::Feature>* features,
                                         std::uint32_t& count) {
-    if (const OrvErrorType error = enter(false))
+    if (const OrvErrorType error = enter(false); error != OrvErrorSuccess)
         return error;
     std::vector<std::shared_ptr<OrvCPP::Feature>> found;
     for (const std::string& name : names) {
         if (const Description feature = m_device->features()->find(name))
             found.push_back(featureOf(feature));
     }
-    return handOut(found, features, count);
+    return writeArray(found, features, count);
 }
 
 OrvErrorType
 FeatureAccess::registerObserver(const std::string& feature,
                                 const std::shared_ptr<OrvCPP::IFeatureObserver>& observer) {
-    if (const OrvErrorType error = enter(false))
+    if (const OrvErrorType error = enter(false); error != OrvErrorSuccess)
         return error;
     if (!observer)
         return OrvErrorBadParameter;
     const std::lock_guard lock(m_mutex);
-    const Observer added(feature, observer);
-    if (std::find(m_observers.begin(), m_observers.end(), added) != m_observers.end())
-        return OrvErrorAlreadyDone;
-    m_observers.push_back(added);
-    return OrvErrorSuccess;
+    return addObserver(m_observers, Observer(feature, observer));
 }
 
 OrvErrorType
 FeatureAccess::unregisterObserver(const std::string& feature,
                                   const std::shared_ptr<OrvCPP::IFeatureObserver>& observer) {
-    if (const OrvErrorType error = enter(false))
+    if (const OrvErrorType error = enter(false); error != OrvErrorSuccess)
         return error;
     const std::lock_guard lock(m_mutex);
-    const auto found =
-        std::find(m_observers.begin(), m_observers.end(), Observer(feature, observer));
-    if (found == m_observers.end())
-        return OrvErrorNotFound;
-    m_observers.erase(found);
-    return OrvErrorSuccess;
+    return removeObserver(m_observers, Observer(feature, observer));
 }
 
 void FeatureAccess::tellObservers() {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/device/FeatureDescription.h"
 
-#include "orvcpp/aravis/Fault.h"
+#include "orvcpp/aravis/LibraryError.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -12,9 +12,9 @@ using OrvCPP::EnumEntry;
 
 namespace {
 
-/// Longer than any camera's way to a value; a description may lead in a circle.
+/// More links to a value than any camera has; a description may be circular.
 constexpr std::size_t maximumDepth = 16;
-/// Features that a camera has to have, but need not show in a category.
+/// Features that a camera must have, but may leave out of its categories.
 constexpr const char* knownByNameOnly[] = {"PayloadSize", "TLParamsLocked", "AcquisitionStart",
                                            "AcquisitionStop", "GevSCPSPacketSize"};
 
@@ -63,8 +63,7 @@ std::string representationName(ArvGcRepresentation representation) {
     return "PureNumber";
 }
 
-/// The special kinds first: an enumeration is also an integer, and every one of them may be a
-/// register.
+/// Special types first: an enumeration is also an integer, and each may be a register.
 OrvFeatureDataType typeOf(ArvGcFeatureNode* node) {
     if (ARV_IS_GC_COMMAND(node))
         return OrvFeatureDataCommand;
@@ -102,8 +101,8 @@ EnumEntry describeEntry(ArvGcFeatureNode* node) {
     entry.description = text(arv_gc_feature_node_get_description(node));
     entry.toolTip = text(arv_gc_feature_node_get_tooltip(node));
     entry.visibility = visibilityOf(node);
-    Fault fault;
-    entry.value = arv_gc_enum_entry_get_value(ARV_GC_ENUM_ENTRY(node), fault.out());
+    LibraryError failure;
+    entry.value = arv_gc_enum_entry_get_value(ARV_GC_ENUM_ENTRY(node), failure.out());
     return entry;
 }
 
@@ -135,7 +134,7 @@ bool allowsWriting(ArvGcFeatureNode* node) {
     return arv_gc_feature_node_get_actual_access_mode(node) != ARV_GC_ACCESS_MODE_RO;
 }
 
-/// What a description says of a node in one of some ways; empty when it does not.
+/// The node's first property of one of \p types; null when there is none.
 ArvGcPropertyNode* propertyOf(ArvGcFeatureNode* node,
                               std::initializer_list<ArvGcPropertyNodeType> types) {
     for (ArvDomNode* child = arv_dom_node_get_first_child(ARV_DOM_NODE(node)); child;
@@ -149,7 +148,7 @@ ArvGcPropertyNode* propertyOf(ArvGcFeatureNode* node,
     return nullptr;
 }
 
-/// The node that holds the value of another one; empty for one that holds its value itself.
+/// The node that holds the value of \p node; null when that is \p node itself.
 ArvGcFeatureNode* valueNodeOf(ArvGcFeatureNode* node) {
     ArvGcPropertyNode* const property = propertyOf(node, {ARV_GC_PROPERTY_NODE_TYPE_P_VALUE});
     ArvGcNode* const linked = property ? arv_gc_property_node_get_linked_node(property) : nullptr;
@@ -165,16 +164,16 @@ std::vector<ArvGcFeatureNode*> wayToValue(ArvGcFeatureNode* node) {
 
 bool isImplemented(ArvGcFeatureNode* node) {
     const std::vector<ArvGcFeatureNode*> way = wayToValue(node);
-    // The library would follow a circle for ever.
+    // The library would follow a circular description forever.
     if (way.size() == maximumDepth)
         return false;
     return std::all_of(way.begin(), way.end(), [](ArvGcFeatureNode* part) {
-        Fault fault;
-        return arv_gc_feature_node_is_implemented(part, fault.out()) != FALSE;
+        LibraryError failure;
+        return arv_gc_feature_node_is_implemented(part, failure.out()) != FALSE;
     });
 }
 
-/// A command can be polled when what it is written to can be read back.
+/// A command can be polled when the node that it writes is readable.
 void describeCommand(FeatureDescription& feature) {
     feature.commandValue = propertyOf(feature.node, {ARV_GC_PROPERTY_NODE_TYPE_COMMAND_VALUE,
                                                      ARV_GC_PROPERTY_NODE_TYPE_P_COMMAND_VALUE});
@@ -183,7 +182,7 @@ void describeCommand(FeatureDescription& feature) {
         feature.polled = ARV_GC_INTEGER(written);
 }
 
-/// Copies, since the library makes its list anew whenever it is asked.
+/// Copies: the library rebuilds its list at each request.
 std::vector<std::string> featuresOf(ArvGcFeatureNode* category) {
     std::vector<std::string> names;
     const GSList* listed = arv_gc_category_get_features(ARV_GC_CATEGORY(category));
@@ -216,19 +215,6 @@ std::shared_ptr<FeatureDescription> describe(ArvGcFeatureNode* node, const std::
 
 } // namespace
 
-const EnumEntry* FeatureDescription::findEntry(const std::string& entryName) const {
-    const auto found = std::find_if(entries.begin(), entries.end(), [&](const EnumEntry& entry) {
-        return entry.name == entryName;
-    });
-    return found == entries.end() ? nullptr : &*found;
-}
-
-const EnumEntry* FeatureDescription::findEntry(std::int64_t value) const {
-    const auto found = std::find_if(entries.begin(), entries.end(),
-                                    [&](const EnumEntry& entry) { return entry.value == value; });
-    return found == entries.end() ? nullptr : &*found;
-}
-
 FeatureCatalogue::FeatureCatalogue(ArvGc* description) {
     std::set<ArvGcFeatureNode*> visited;
     ArvGcNode* const root = arv_gc_get_node(description, "Root");
@@ -241,7 +227,7 @@ FeatureCatalogue::FeatureCatalogue(ArvGc* description) {
     }
 }
 
-/// A node that is there and that no category has shown before; empty when there is none.
+/// An implemented node that no earlier category has; null otherwise.
 ArvGcFeatureNode* FeatureCatalogue::newNode(ArvGc* description, const char* name) const {
     ArvGcNode* const node = arv_gc_get_node(description, name);
     if (!node || !ARV_IS_GC_FEATURE_NODE(node) || m_byName.count(name) > 0)

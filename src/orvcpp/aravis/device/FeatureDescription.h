@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "OrvCPP/EnumEntry.h"
+#include "orvcpp/core/EnumEntries.h"
+
 #include "OrvCPP/OrvTypes.h"
 
 #include <arv.h>
@@ -15,12 +16,12 @@
 
 namespace orv::aravis {
 
-/// What never changes of one of a camera's features: read once, when the camera is opened.
+/// The constant properties of a camera's feature: read once, when the camera is opened.
 struct FeatureDescription {
     /// Belongs to the opened device, and is used on the device's thread only.
     ArvGcFeatureNode* node = nullptr;
-    /// The node, the one that holds its value, and so on: what keeps one of them from being used
-    /// keeps the feature.
+    /// The node, the node that holds its value, and so on. The feature is usable only while all of
+    /// them are.
     std::vector<ArvGcFeatureNode*> wayToValue;
     OrvFeatureDataType type = OrvFeatureDataUnknown;
     OrvFeatureVisibilityType visibility = OrvFeatureVisibilityBeginner;
@@ -35,24 +36,26 @@ struct FeatureDescription {
     /// Path from the root, for example "/ImageFormatControl".
     std::string category;
     /// In the order of the camera's description.
-    std::vector<OrvCPP::EnumEntry> entries;
+    EnumEntries entries;
     std::map<std::string, ArvGcFeatureNode*> entryNodes;
     /// Names of the features that this one selects.
     std::vector<std::string> selected;
-    /// Where a command can be asked whether it is done; empty when it cannot.
+    /// Read to find out whether a command is done; null when it cannot be polled.
     ArvGcInteger* polled = nullptr;
-    /// Property with the value that stays in \p polled while the command is under way.
+    /// Value of \p polled while the command runs.
     ArvGcPropertyNode* commandValue = nullptr;
 
-    const OrvCPP::EnumEntry* findEntry(const std::string& entryName) const;
-    const OrvCPP::EnumEntry* findEntry(std::int64_t value) const;
+    /// By name or by value; null when there is none.
+    template <typename Key> const OrvCPP::EnumEntry* findEntry(const Key& key) const {
+        return orv::findEntry(entries, key);
+    }
 };
 
 /// The features of an opened camera, in the order of its description.
 class FeatureCatalogue {
 public:
-    /// Walks the categories from the root. On the device's thread only, since a feature may have to
-    /// ask the camera whether it exists.
+    /// Walks the categories from the root. On the device's thread only: whether a feature exists
+    /// may depend on a register.
     explicit FeatureCatalogue(ArvGc* description);
 
     const std::vector<std::shared_ptr<const FeatureDescription>>& features() const {
@@ -63,7 +66,7 @@ public:
 
 private:
     ArvGcFeatureNode* newNode(ArvGc* description, const char* name) const;
-    /// Each category once, as a description may nest one in itself.
+    /// Visits each category once, as a description may nest one in itself.
     void addCategory(ArvGc* description, ArvGcFeatureNode* category, const std::string& path,
                      std::set<ArvGcFeatureNode*>& visited);
 

@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/device/GenicamCamera.h"
 
-#include "orvcpp/aravis/Fault.h"
-#include "orvcpp/aravis/GenicamObjects.h"
-#include "orvcpp/aravis/Log.h"
-#include "orvcpp/core/HandOut.h"
+#include "orvcpp/aravis/LibraryError.h"
+#include "orvcpp/core/ArrayOutput.h"
+#include "orvcpp/core/SdkLog.h"
 #include "orvcpp/core/SdkThread.h"
 
 #include <utility>
@@ -14,28 +13,24 @@ namespace orv::aravis {
 namespace {
 
 constexpr int largestBufferCount = 1024;
-/// Bytes that are read at a time, and at most.
+/// Most bytes of one ReadMemory.
 constexpr std::uint32_t memoryLimit = 1024 * 1024;
 
-bool isFrameThread() {
-    return currentSdkThread() == SdkThread::Frames;
-}
-
-OrvErrorType stopStreaming(Streaming& streaming, StreamPreparation& streams) {
-    const std::shared_ptr<Acquisition> ending = streaming.end();
+OrvErrorType stopStreaming(AcquisitionSlot& acquisitions, AdapterStreams& streams) {
+    const std::shared_ptr<Acquisition> ending = acquisitions.end();
     if (!ending)
         return OrvErrorAlreadyDone;
     ending->stop();
-    streaming.keep(*ending);
-    streams.stopped(streaming);
+    acquisitions.keep(*ending);
+    streams.stopped(acquisitions);
     return OrvErrorSuccess;
 }
 
 } // namespace
 
-GenicamCamera::GenicamCamera(CameraSurroundings surroundings, std::string id,
+GenicamCamera::GenicamCamera(CameraContext context, std::string id,
                              std::weak_ptr<OrvCPP::TransportLayer> layer)
-    : m_surroundings(std::move(surroundings)), m_id(std::move(id)), m_layer(std::move(layer)) {}
+    : m_context(std::move(context)), m_id(std::move(id)), m_layer(std::move(layer)) {}
 
 GenicamCamera::~GenicamCamera() = default;
 
@@ -72,7 +67,7 @@ std::optional<OrvAccessModeType> GenicamCamera::permitted() const {
     const bool wasSilent = isSilent();
     const auto modes = ask();
     if (!modes && !wasSilent)
-        m_surroundings.fellSilent();
+        m_context.fellSilent();
     return modes;
 }
 
@@ -97,14 +92,14 @@ bool GenicamCamera::isAlive() const {
 }
 
 OrvErrorType GenicamCamera::enterOpened(std::shared_ptr<OpenedCamera>& found) const {
-    if (const OrvErrorType error = m_surroundings.calls->enter())
+    if (const OrvErrorType error = m_context.calls->enter(); error != OrvErrorSuccess)
         return error;
     found = opened();
     return found ? found->device->admits(false) : OrvErrorDeviceNotOpen;
 }
 
 void GenicamCamera::tell(OrvUpdateTriggerType reason) {
-    m_surroundings.changed(shared_from_this(), reason);
+    m_context.changed(shared_from_this(), reason);
 }
 
 OrvErrorType GenicamCamera::GetFeatureByName(const char* name,
@@ -112,8 +107,8 @@ OrvErrorType GenicamCamera::GetFeatureByName(const char* name,
     const auto open = opened();
     if (open)
         return open->features->getFeatureByName(name, feature);
-    const OrvErrorType error = m_surroundings.calls->enter();
-    return error ? error : OrvErrorDeviceNotOpen;
+    const OrvErrorType error = m_context.calls->enter();
+    return error != OrvErrorSuccess ? error : OrvErrorDeviceNotOpen;
 }
 
 OrvErrorType GenicamCamera::GetFeatures(std::shared_ptr<OrvCPP::Feature>* features,
@@ -122,15 +117,15 @@ OrvErrorType GenicamCamera::GetFeatures(std::shared_ptr<OrvCPP::Feature>* featur
     if (open)
         return open->features->getFeatures(features, count);
     count = 0;
-    const OrvErrorType error = m_surroundings.calls->enter();
-    return error ? error : OrvErrorDeviceNotOpen;
+    const OrvErrorType error = m_context.calls->enter();
+    return error != OrvErrorSuccess ? error : OrvErrorDeviceNotOpen;
 }
 
 OrvErrorType GenicamCamera::Open(OrvAccessModeType mode) {
-    if (const OrvErrorType error = m_surroundings.calls->enter())
+    if (const OrvErrorType error = m_context.calls->enter(); error != OrvErrorSuccess)
         return error;
     const OrvErrorType error = open(mode);
-    if (!error)
+    if (error == OrvErrorSuccess)
         tell(OrvUpdateTriggerOpenStateChanged);
     return error;
 }
@@ -144,7 +139,7 @@ OrvErrorType GenicamCamera::open(OrvAccessModeType mode) {
     if (opened())
         return OrvErrorInvalidAccess;
     const CameraRecord found = record();
-    // Asked first: opening a camera that is not there takes the library seconds.
+    // Checked first: opening an absent camera takes the library seconds.
     const auto modes = permitted();
     if (!modes) {
         if (found.type == OrvTransportLayerTypeGEV && !found.adapter)
@@ -156,30 +151,29 @@ OrvErrorType GenicamCamera::open(OrvAccessModeType mode) {
     }
     if ((*modes & mode) == 0)
         return OrvErrorInvalidAccess;
-    auto device = std::make_shared<DeviceSession>(
-        found, mode, *m_surroundings.park, m_surroundings.fellSilent, [kept = weak_from_this()] {
+    auto device = std::make_shared<DeviceConnection>(
+        found, mode, *m_context.threads, m_context.fellSilent, [kept = weak_from_this()] {
             if (const auto camera = kept.lock())
                 camera->tell(OrvUpdateTriggerPluggedOut);
         });
-    if (const OrvErrorType error = device->open()) {
-        // Who could not open it asks next what it permits, and has waited enough.
+    if (const OrvErrorType error = device->open(); error != OrvErrorSuccess) {
+        // The caller's next GetPermittedAccess must not wait again.
         if (device->isLost())
             noteSilence();
         return error;
     }
-    auto made = makeOpenedCamera(m_surroundings.calls, std::move(device),
-                                 m_surroundings.packetSocket, m_id);
-    m_surroundings.streams->add(made->streaming);
+    auto made = makeOpenedCamera(m_context.calls, std::move(device), m_context.packetSocket, m_id);
+    m_context.streams->add(made->acquisitions);
     const std::lock_guard lock(m_mutex);
     m_opened = std::move(made);
-    return m_surroundings.calls->isRunning() ? OrvErrorSuccess : OrvErrorApiNotStarted;
+    return m_context.calls->isRunning() ? OrvErrorSuccess : OrvErrorApiNotStarted;
 }
 
 OrvErrorType GenicamCamera::Close() {
-    if (const OrvErrorType error = m_surroundings.calls->enter())
+    if (const OrvErrorType error = m_context.calls->enter(); error != OrvErrorSuccess)
         return error;
     const OrvErrorType error = close();
-    if (!error)
+    if (error == OrvErrorSuccess)
         tell(OrvUpdateTriggerOpenStateChanged);
     return error;
 }
@@ -196,19 +190,19 @@ OrvErrorType GenicamCamera::close() {
         }
         if (!closing)
             return OrvErrorDeviceNotOpen;
-        stopStreaming(*closing->streaming, *m_surroundings.streams);
-        closing->streaming->close();
+        stopStreaming(*closing->acquisitions, *m_context.streams);
+        closing->acquisitions->close();
         closing->device->close();
     }
-    // Observers are the user's, so they go without a lock.
+    // Without a lock: observers belong to the user.
     closing->forgetObservers();
     return OrvErrorSuccess;
 }
 
 OrvErrorType GenicamCamera::answerText(const std::string& text, char* buffer,
                                        std::uint32_t& length) const {
-    const OrvErrorType error = m_surroundings.calls->enter();
-    return error ? error : handOut(text, buffer, length);
+    const OrvErrorType error = m_context.calls->enter();
+    return error != OrvErrorSuccess ? error : writeArray(text, buffer, length);
 }
 
 OrvErrorType GenicamCamera::GetID(char* buffer, std::uint32_t& length, bool extended) const {
@@ -229,15 +223,15 @@ OrvErrorType GenicamCamera::GetSerialNumber(char* buffer, std::uint32_t& length)
 }
 
 OrvErrorType GenicamCamera::GetInterfaceType(OrvTransportLayerType& type) const {
-    const OrvErrorType error = m_surroundings.calls->enter();
-    if (!error)
+    const OrvErrorType error = m_context.calls->enter();
+    if (error == OrvErrorSuccess)
         type = record().type;
     return error;
 }
 
 OrvErrorType GenicamCamera::GetInterface(std::shared_ptr<OrvCPP::Interface>& found) const {
-    const OrvErrorType error = m_surroundings.calls->enter();
-    if (!error)
+    const OrvErrorType error = m_context.calls->enter();
+    if (error == OrvErrorSuccess)
         found = interface();
     return error;
 }
@@ -245,14 +239,14 @@ OrvErrorType GenicamCamera::GetInterface(std::shared_ptr<OrvCPP::Interface>& fou
 OrvErrorType GenicamCamera::GetLocalDevice(std::shared_ptr<OrvCPP::LocalDevice>& device) const {
     std::shared_ptr<OpenedCamera> open;
     const OrvErrorType error = enterOpened(open);
-    if (!error)
+    if (error == OrvErrorSuccess)
         device = open->localDevice;
     return error;
 }
 
 OrvErrorType
 GenicamCamera::GetTransportLayer(std::shared_ptr<OrvCPP::TransportLayer>& layer) const {
-    if (const OrvErrorType error = m_surroundings.calls->enter())
+    if (const OrvErrorType error = m_context.calls->enter(); error != OrvErrorSuccess)
         return error;
     layer = m_layer.lock();
     return layer ? OrvErrorSuccess : OrvErrorNotFound;
@@ -261,15 +255,15 @@ GenicamCamera::GetTransportLayer(std::shared_ptr<OrvCPP::TransportLayer>& layer)
 OrvErrorType GenicamCamera::GetStreams(std::shared_ptr<OrvCPP::Stream>* streams,
                                        std::uint32_t& count) const {
     std::shared_ptr<OpenedCamera> open;
-    if (const OrvErrorType error = enterOpened(open)) {
+    if (const OrvErrorType error = enterOpened(open); error != OrvErrorSuccess) {
         count = 0;
         return error;
     }
-    return handOut(std::vector<std::shared_ptr<OrvCPP::Stream>>{open->stream}, streams, count);
+    return writeArray(std::vector<std::shared_ptr<OrvCPP::Stream>>{open->stream}, streams, count);
 }
 
 OrvErrorType GenicamCamera::GetPermittedAccess(OrvAccessModeType& modes) const {
-    if (const OrvErrorType error = m_surroundings.calls->enter())
+    if (const OrvErrorType error = m_context.calls->enter(); error != OrvErrorSuccess)
         return error;
     if (opened()) {
         modes = OrvAccessModeNone;
@@ -285,18 +279,18 @@ OrvErrorType GenicamCamera::ReadMemory(std::uint64_t address, std::uint8_t* buff
                                        std::uint32_t size, std::uint32_t& completeReads) const {
     completeReads = 0;
     std::shared_ptr<OpenedCamera> open;
-    if (const OrvErrorType error = enterOpened(open))
+    if (const OrvErrorType error = enterOpened(open); error != OrvErrorSuccess)
         return error;
     if (!buffer || size == 0 || size > memoryLimit)
         return OrvErrorBadParameter;
     const auto bytes = std::make_shared<std::vector<std::uint8_t>>(size);
     const OrvErrorType error = open->device->call([address, bytes](ArvDevice* device) {
-        Fault fault;
+        LibraryError failure;
         arv_device_read_memory(device, address, static_cast<guint32>(bytes->size()), bytes->data(),
-                               fault.out());
-        return fault.code();
+                               failure.out());
+        return failure.code();
     });
-    if (error)
+    if (error != OrvErrorSuccess)
         return error;
     std::copy(bytes->begin(), bytes->end(), buffer);
     completeReads = size;
@@ -310,22 +304,22 @@ OrvErrorType GenicamCamera::StartContinuousImageAcquisition(
         return OrvErrorInvalidCall;
     const std::lock_guard control(m_control);
     std::shared_ptr<OpenedCamera> open;
-    if (const OrvErrorType error = enterOpened(open))
+    if (const OrvErrorType error = enterOpened(open); error != OrvErrorSuccess)
         return error;
     if (bufferCount < 1 || bufferCount > largestBufferCount || !observer)
         return OrvErrorBadParameter;
-    if (const OrvErrorType error = open->device->admits(true))
+    if (const OrvErrorType error = open->device->admits(true); error != OrvErrorSuccess)
         return error;
-    if (open->streaming->isRunning())
+    if (open->acquisitions->isRunning())
         return OrvErrorAlreadyDone;
-    m_surroundings.streams->aboutToStart(*open->streaming);
-    // Known as running before its first frame comes.
-    const auto acquisition = open->streaming->begin();
+    m_context.streams->aboutToStart(*open->acquisitions);
+    // Counts as running before its first frame arrives.
+    const auto acquisition = open->acquisitions->begin();
     const OrvErrorType error =
-        acquisition->start(bufferCount, observer, open->streaming->previousId());
-    if (error) {
-        open->streaming->end();
-        m_surroundings.streams->stopped(*open->streaming);
+        acquisition->start(bufferCount, observer, open->acquisitions->previousId());
+    if (error != OrvErrorSuccess) {
+        open->acquisitions->end();
+        m_context.streams->stopped(*open->acquisitions);
     } else {
         open->features->tellObservers();
     }
@@ -335,14 +329,14 @@ OrvErrorType GenicamCamera::StartContinuousImageAcquisition(
 OrvErrorType GenicamCamera::StopContinuousImageAcquisition() {
     if (isFrameThread())
         return OrvErrorInvalidCall;
-    if (const OrvErrorType error = m_surroundings.calls->enter())
+    if (const OrvErrorType error = m_context.calls->enter(); error != OrvErrorSuccess)
         return error;
     const std::lock_guard control(m_control);
     const auto open = opened();
     if (!open)
         return OrvErrorDeviceNotOpen;
-    const OrvErrorType error = stopStreaming(*open->streaming, *m_surroundings.streams);
-    if (!error)
+    const OrvErrorType error = stopStreaming(*open->acquisitions, *m_context.streams);
+    if (error == OrvErrorSuccess)
         open->features->tellObservers();
     return error;
 }

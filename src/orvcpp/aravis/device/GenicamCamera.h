@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "orvcpp/aravis/device/DetachableThreads.h"
 #include "orvcpp/aravis/device/OpenedCamera.h"
-#include "orvcpp/aravis/device/ThreadPark.h"
 #include "orvcpp/aravis/discovery/CameraRecord.h"
-#include "orvcpp/aravis/stream/StreamPreparation.h"
+#include "orvcpp/aravis/stream/AdapterStreams.h"
 
 #include "OrvCPP/Camera.h"
 
@@ -18,34 +18,33 @@
 namespace orv::aravis {
 
 /// What all cameras share.
-struct CameraSurroundings {
-    std::shared_ptr<Session> calls;
-    std::shared_ptr<ThreadPark> park;
-    std::shared_ptr<StreamPreparation> streams;
+struct CameraContext {
+    std::shared_ptr<ProviderCalls> calls;
+    std::shared_ptr<DetachableThreads> threads;
+    std::shared_ptr<AdapterStreams> streams;
     PacketSocket packetSocket = PacketSocket::Automatic;
     /// Called without a lock when a camera was opened, closed or lost.
     std::function<void(const std::shared_ptr<OrvCPP::Camera>&, OrvUpdateTriggerType)> changed;
-    /// Called when a camera has given no answer.
+    /// Called when a camera has not answered.
     std::function<void()> fellSilent;
 };
 
-/// The SDK's object for a camera that was found; the same one as long as the camera keeps its
-/// identity, also when it goes and comes back.
+/// The SDK's object for a camera; the same one when the camera is lost and found again.
 class GenicamCamera final : public OrvCPP::Camera,
                             public std::enable_shared_from_this<GenicamCamera> {
 public:
     using Clock = std::chrono::steady_clock;
 
-    GenicamCamera(CameraSurroundings surroundings, std::string id,
+    GenicamCamera(CameraContext context, std::string id,
                   std::weak_ptr<OrvCPP::TransportLayer> layer);
     ~GenicamCamera() override;
 
     const std::string& id() const { return m_id; }
-    /// The camera as it was found again, by a look that began at \p begun.
+    /// The camera was found by a search that began at \p begun.
     void found(const CameraRecord& record, std::shared_ptr<OrvCPP::Interface> interface,
                Clock::time_point begun);
-    /// Asks what it grants; nothing without an answer, for which it waits most of a second. One
-    /// that has not answered is not asked again until it is found again.
+    /// Asks the camera which access it grants; waits up to 750 ms, empty without an answer. A
+    /// camera that has not answered is not asked again until it is found again.
     std::optional<OrvAccessModeType> ask() const;
     CameraRecord record() const;
     std::shared_ptr<OrvCPP::Interface> interface() const;
@@ -83,20 +82,20 @@ public:
 
 private:
     std::shared_ptr<OpenedCamera> opened() const;
-    /// Begins a call that needs the camera open; an error, which is also that of a lost camera.
+    /// Begins a call that needs the camera open; the error of a closed or lost camera.
     OrvErrorType enterOpened(std::shared_ptr<OpenedCamera>& found) const;
     OrvErrorType open(OrvAccessModeType mode);
     bool isSilent() const;
     void noteSilence() const;
-    /// ask(), and lets the others be asked, too, when this one has just fallen silent.
+    /// ask(). Has the other cameras asked, too, when this one stops answering.
     std::optional<OrvAccessModeType> permitted() const;
     void tell(OrvUpdateTriggerType reason);
     OrvErrorType answerText(const std::string& text, char* buffer, std::uint32_t& length) const;
 
-    const CameraSurroundings m_surroundings;
+    const CameraContext m_context;
     const std::string m_id;
     const std::weak_ptr<OrvCPP::TransportLayer> m_layer;
-    /// Held from begin to end of opening, closing, starting and stopping.
+    /// Held while opening, closing, starting and stopping.
     std::mutex m_control;
     /// Held while the camera is asked.
     mutable std::mutex m_ask;
@@ -105,7 +104,7 @@ private:
     CameraRecord m_record;
     std::shared_ptr<OrvCPP::Interface> m_interface;
     std::shared_ptr<OpenedCamera> m_opened;
-    /// When it was asked in vain, since it was found.
+    /// Time of the request without an answer, until it is found again.
     mutable std::optional<Clock::time_point> m_silentSince;
 };
 

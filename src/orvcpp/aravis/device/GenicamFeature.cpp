@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/device/GenicamFeature.h"
 
+#include "orvcpp/aravis/device/FeatureAccess.h"
 #include "orvcpp/aravis/device/NodeAccess.h"
-#include "orvcpp/core/HandOut.h"
+#include "orvcpp/core/ArrayOutput.h"
 
 #include <algorithm>
 #include <iterator>
@@ -16,34 +17,34 @@ GenicamFeature::GenicamFeature(std::shared_ptr<FeatureAccess> access,
                                std::shared_ptr<const FeatureDescription> description)
     : m_access(std::move(access)), m_description(std::move(description)) {}
 
-/// Lets \p read answer on the device's thread. It may do so after the caller has given up, so what
-/// it writes to is its own.
+/// Runs \p read on the device's thread. It writes to memory of its own, as it may run after the
+/// call has timed out.
 template <typename T, typename Read> OrvErrorType GenicamFeature::ask(T& result, Read read) const {
-    if (const OrvErrorType error = m_access->enter(false))
+    if (const OrvErrorType error = m_access->enter(false); error != OrvErrorSuccess)
         return error;
     const auto answer = std::make_shared<T>();
     const OrvErrorType error =
         m_access->device().call([description = m_description, answer, read](ArvDevice*) {
             return read(*description, *answer);
         });
-    if (!error)
+    if (error == OrvErrorSuccess)
         result = std::move(*answer);
     return error;
 }
 
 template <typename Change> OrvErrorType GenicamFeature::change(Change apply) {
-    if (const OrvErrorType error = m_access->enter(true))
+    if (const OrvErrorType error = m_access->enter(true); error != OrvErrorSuccess)
         return error;
     const OrvErrorType error = m_access->device().call(
         [description = m_description, apply](ArvDevice*) { return apply(*description); });
-    if (!error)
+    if (error == OrvErrorSuccess)
         m_access->tellObservers();
     return error;
 }
 
 template <typename T> OrvErrorType GenicamFeature::describe(T& result, const T& known) const {
     const OrvErrorType error = m_access->enter(false);
-    if (!error)
+    if (error == OrvErrorSuccess)
         result = known;
     return error;
 }
@@ -52,7 +53,7 @@ template <typename List, typename Element>
 OrvErrorType GenicamFeature::describeList(const List& known, Element* array,
                                           std::uint32_t& count) const {
     const OrvErrorType error = m_access->enter(false);
-    return error ? error : handOut(known, array, count);
+    return error != OrvErrorSuccess ? error : writeArray(known, array, count);
 }
 
 OrvErrorType GenicamFeature::GetValue(std::uint8_t* buffer, std::uint32_t& size,
@@ -61,9 +62,9 @@ OrvErrorType GenicamFeature::GetValue(std::uint8_t* buffer, std::uint32_t& size,
     OrvErrorType error = ask(value, [](const FeatureDescription& feature, node::Bytes& bytes) {
         return node::get(feature, bytes);
     });
-    if (!error)
-        error = handOut(value, buffer, size);
-    sizeFilled = buffer && !error ? size : 0;
+    if (error == OrvErrorSuccess)
+        error = writeArray(value, buffer, size);
+    sizeFilled = buffer && error == OrvErrorSuccess ? size : 0;
     return error;
 }
 
@@ -78,7 +79,7 @@ OrvErrorType GenicamFeature::GetValue(char* buffer, std::uint32_t& length) const
     const OrvErrorType error = ask(value, [](const FeatureDescription& feature, std::string& read) {
         return node::get(feature, read);
     });
-    return error ? error : handOut(value, buffer, length);
+    return error != OrvErrorSuccess ? error : writeArray(value, buffer, length);
 }
 
 OrvErrorType GenicamFeature::GetValue(double& value) const {
@@ -132,7 +133,7 @@ OrvErrorType GenicamFeature::GetRange(std::int64_t& minimum, std::int64_t& maxim
         ask(limits, [](const FeatureDescription& feature, node::Limits<std::int64_t>& read) {
             return node::limits(feature, read);
         });
-    if (!error) {
+    if (error == OrvErrorSuccess) {
         minimum = limits.minimum;
         maximum = limits.maximum;
     }
@@ -145,7 +146,7 @@ OrvErrorType GenicamFeature::GetRange(double& minimum, double& maximum) const {
         ask(limits, [](const FeatureDescription& feature, node::Limits<double>& read) {
             return node::limits(feature, read);
         });
-    if (!error) {
+    if (error == OrvErrorSuccess) {
         minimum = limits.minimum;
         maximum = limits.maximum;
     }
@@ -184,8 +185,8 @@ OrvErrorType GenicamFeature::HasIncrement(bool& hasIncrement) const {
         return describe(hasIncrement, true);
     double increment = 0;
     const OrvErrorType error = GetIncrement(increment);
-    if (!error || error == OrvErrorNotAvailable)
-        hasIncrement = !error;
+    if (error == OrvErrorSuccess || error == OrvErrorNotAvailable)
+        hasIncrement = error == OrvErrorSuccess;
     return error == OrvErrorNotAvailable ? OrvErrorSuccess : error;
 }
 
@@ -194,7 +195,7 @@ OrvErrorType GenicamFeature::GetIncrement(double& increment) const {
         node::Limits<double> limits;
         const OrvErrorType error = node::limits(feature, limits);
         read = limits.increment;
-        if (error)
+        if (error != OrvErrorSuccess)
             return error;
         return read > 0 ? OrvErrorSuccess : OrvErrorNotAvailable;
     });
@@ -252,7 +253,7 @@ OrvErrorType GenicamFeature::GetDataType(OrvFeatureDataType& type) const {
 }
 
 OrvErrorType GenicamFeature::GetFlags(OrvFeatureFlagsType& flags) const {
-    // A camera does not tell which features change by themselves: any may.
+    // Any feature may change by itself: the description does not tell.
     unsigned set = OrvFeatureFlagsVolatile;
     set |= m_description->isReadable ? OrvFeatureFlagsRead : OrvFeatureFlagsNone;
     set |= m_description->isWritable ? OrvFeatureFlagsWrite : OrvFeatureFlagsNone;
@@ -291,12 +292,12 @@ OrvErrorType GenicamFeature::GetSelectedFeatures(std::shared_ptr<OrvCPP::Feature
 OrvErrorType GenicamFeature::GetValidValueSet(std::int64_t* /*values*/,
                                               std::uint32_t& /*count*/) const {
     const OrvErrorType error = m_access->enter(false);
-    return error ? error : OrvErrorValidValueSetNotPresent;
+    return error != OrvErrorSuccess ? error : OrvErrorValidValueSetNotPresent;
 }
 
 OrvErrorType GenicamFeature::IsReadable(bool& readable) const {
     return ask(readable, [](const FeatureDescription& feature, bool& is) -> OrvErrorType {
-        is = !node::admitsReading(feature);
+        is = node::admitsReading(feature) == OrvErrorSuccess;
         return OrvErrorSuccess;
     });
 }
@@ -305,7 +306,7 @@ OrvErrorType GenicamFeature::IsWritable(bool& writable) const {
     if (m_access->device().admits(true) == OrvErrorInvalidAccess)
         return describe(writable, false);
     return ask(writable, [](const FeatureDescription& feature, bool& is) -> OrvErrorType {
-        is = !node::admitsWriting(feature);
+        is = node::admitsWriting(feature) == OrvErrorSuccess;
         return OrvErrorSuccess;
     });
 }

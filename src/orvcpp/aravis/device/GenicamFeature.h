@@ -1,54 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/aravis/device/DeviceSession.h"
 #include "orvcpp/aravis/device/FeatureDescription.h"
-#include "orvcpp/core/Session.h"
 
 #include "OrvCPP/Feature.h"
 
 #include <memory>
-#include <mutex>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace orv::aravis {
 
-/// The features of an opened camera, as they are handed out. Thread-safe.
-class FeatureAccess : public std::enable_shared_from_this<FeatureAccess> {
-public:
-    FeatureAccess(std::shared_ptr<Session> calls, std::shared_ptr<DeviceSession> device);
-
-    OrvErrorType getFeatureByName(const char* name, std::shared_ptr<OrvCPP::Feature>& feature);
-    OrvErrorType getFeatures(std::shared_ptr<OrvCPP::Feature>* features, std::uint32_t& count);
-    OrvErrorType getFeatures(const std::vector<std::string>& names,
-                             std::shared_ptr<OrvCPP::Feature>* features, std::uint32_t& count);
-
-    /// Counts a call; an error when it is not to be carried out.
-    OrvErrorType enter(bool writing) const;
-    DeviceSession& device() const { return *m_device; }
-
-    OrvErrorType registerObserver(const std::string& feature,
-                                  const std::shared_ptr<OrvCPP::IFeatureObserver>& observer);
-    OrvErrorType unregisterObserver(const std::string& feature,
-                                    const std::shared_ptr<OrvCPP::IFeatureObserver>& observer);
-    /// Tells every observer: a camera may change any feature when one is written.
-    void tellObservers();
-    void forgetObservers();
-
-private:
-    using Description = std::shared_ptr<const FeatureDescription>;
-    using Observer = std::pair<std::string, std::shared_ptr<OrvCPP::IFeatureObserver>>;
-
-    std::shared_ptr<OrvCPP::Feature> featureOf(const Description& description);
-
-    const std::shared_ptr<Session> m_calls;
-    const std::shared_ptr<DeviceSession> m_device;
-    std::mutex m_mutex;
-    /// Guarded by the mutex.
-    std::vector<Observer> m_observers;
-};
+class FeatureAccess;
 
 /// One feature of an opened camera. Thread-safe; what never changes is answered from memory.
 class GenicamFeature final : public OrvCPP::Feature {

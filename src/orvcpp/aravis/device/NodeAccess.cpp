@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/device/NodeAccess.h"
 
-#include "orvcpp/aravis/Fault.h"
+#include "orvcpp/aravis/LibraryError.h"
 #include "orvcpp/core/FloatStep.h"
 
 #include <algorithm>
@@ -11,7 +11,7 @@ namespace orv::aravis::node {
 
 namespace {
 
-/// Bytes; a register with a description of its own may ask for anything.
+/// Bytes; a description may claim any length.
 constexpr guint64 largestRegister = 16 * 1024 * 1024;
 
 OrvErrorType ofType(const FeatureDescription& feature, OrvFeatureDataType type) {
@@ -24,9 +24,9 @@ OrvErrorType everyNode(const FeatureDescription& feature,
                        gboolean (*ask)(ArvGcFeatureNode*, GError**), bool wanted,
                        OrvErrorType otherwise) {
     for (ArvGcFeatureNode* const node : feature.wayToValue) {
-        Fault fault;
-        const bool is = ask(node, fault.out()) != FALSE;
-        if (const OrvErrorType error = fault.code())
+        LibraryError failure;
+        const bool is = ask(node, failure.out()) != FALSE;
+        if (const OrvErrorType error = failure.code(); error != OrvErrorSuccess)
             return error;
         if (is != wanted)
             return otherwise;
@@ -41,21 +41,21 @@ OrvErrorType available(const FeatureDescription& feature) {
 /// Success when a feature is of the type and can be read now.
 OrvErrorType mayGet(const FeatureDescription& feature, OrvFeatureDataType type) {
     const OrvErrorType error = ofType(feature, type);
-    return error ? error : admitsReading(feature);
+    return error != OrvErrorSuccess ? error : admitsReading(feature);
 }
 
 OrvErrorType maySet(const FeatureDescription& feature, OrvFeatureDataType type) {
     const OrvErrorType error = ofType(feature, type);
-    return error ? error : admitsWriting(feature);
+    return error != OrvErrorSuccess ? error : admitsWriting(feature);
 }
 
-/// Reads one of a number's bounds; one that the camera does not tell stays as it is.
+/// Reads a bound of a number; leaves \p bound as it is when the camera has none.
 template <typename T, typename Node>
 OrvErrorType readBound(T& bound, T (*read)(Node*, GError**), Node* of) {
-    Fault fault;
-    const T found = read(of, fault.out());
-    const OrvErrorType error = fault.code();
-    if (!error)
+    LibraryError failure;
+    const T found = read(of, failure.out());
+    const OrvErrorType error = failure.code();
+    if (error == OrvErrorSuccess)
         bound = found;
     return error == OrvErrorNotAvailable ? OrvErrorSuccess : error;
 }
@@ -64,9 +64,9 @@ template <typename T, typename Node>
 OrvErrorType readLimits(Limits<T>& limits, Node* of, T (*minimum)(Node*, GError**),
                         T (*maximum)(Node*, GError**), T (*increment)(Node*, GError**)) {
     limits = {std::numeric_limits<T>::lowest(), std::numeric_limits<T>::max(), T{}};
-    if (const OrvErrorType error = readBound(limits.minimum, minimum, of))
+    if (const OrvErrorType error = readBound(limits.minimum, minimum, of); error != OrvErrorSuccess)
         return error;
-    if (const OrvErrorType error = readBound(limits.maximum, maximum, of))
+    if (const OrvErrorType error = readBound(limits.maximum, maximum, of); error != OrvErrorSuccess)
         return error;
     return readBound(limits.increment, increment, of);
 }
@@ -87,12 +87,12 @@ bool fits(double value, const Limits<double>& limits) {
 
 /// Success when \p entry exists and can be chosen now.
 OrvErrorType mayChoose(const FeatureDescription& feature, const OrvCPP::EnumEntry* entry) {
-    if (const OrvErrorType error = admitsWriting(feature))
+    if (const OrvErrorType error = admitsWriting(feature); error != OrvErrorSuccess)
         return error;
     bool can = false;
     const OrvErrorType error =
         entry ? isAvailable(feature, entry->name, can) : OrvErrorInvalidValue;
-    if (error)
+    if (error != OrvErrorSuccess)
         return error;
     return can ? OrvErrorSuccess : OrvErrorInvalidValue;
 }
@@ -100,16 +100,16 @@ OrvErrorType mayChoose(const FeatureDescription& feature, const OrvCPP::EnumEntr
 template <typename Node, typename T>
 OrvErrorType setNumber(const FeatureDescription& feature, OrvFeatureDataType type, Node* of,
                        T value, void (*write)(Node*, T, GError**)) {
-    if (const OrvErrorType error = maySet(feature, type))
+    if (const OrvErrorType error = maySet(feature, type); error != OrvErrorSuccess)
         return error;
     Limits<T> allowed;
-    if (const OrvErrorType error = limits(feature, allowed))
+    if (const OrvErrorType error = limits(feature, allowed); error != OrvErrorSuccess)
         return error;
     if (!fits(value, allowed))
         return OrvErrorInvalidValue;
-    Fault fault;
-    write(of, value, fault.out());
-    return fault.code();
+    LibraryError failure;
+    write(of, value, failure.out());
+    return failure.code();
 }
 
 } // namespace
@@ -121,35 +121,37 @@ OrvErrorType admitsReading(const FeatureDescription& feature) {
 OrvErrorType admitsWriting(const FeatureDescription& feature) {
     if (!feature.isWritable)
         return OrvErrorInvalidAccess;
-    if (const OrvErrorType error = available(feature))
+    if (const OrvErrorType error = available(feature); error != OrvErrorSuccess)
         return error;
     return everyNode(feature, &arv_gc_feature_node_is_locked, false, OrvErrorInvalidAccess);
 }
 
 OrvErrorType get(const FeatureDescription& feature, std::int64_t& value) {
     const bool isEnum = feature.type == OrvFeatureDataEnum;
-    if (const OrvErrorType error = mayGet(feature, isEnum ? OrvFeatureDataEnum : OrvFeatureDataInt))
+    if (const OrvErrorType error = mayGet(feature, isEnum ? OrvFeatureDataEnum : OrvFeatureDataInt);
+        error != OrvErrorSuccess)
         return error;
-    Fault fault;
-    value = isEnum ? arv_gc_enumeration_get_int_value(ARV_GC_ENUMERATION(feature.node), fault.out())
-                   : arv_gc_integer_get_value(ARV_GC_INTEGER(feature.node), fault.out());
-    return fault.code();
+    LibraryError failure;
+    value = isEnum
+                ? arv_gc_enumeration_get_int_value(ARV_GC_ENUMERATION(feature.node), failure.out())
+                : arv_gc_integer_get_value(ARV_GC_INTEGER(feature.node), failure.out());
+    return failure.code();
 }
 
 OrvErrorType get(const FeatureDescription& feature, double& value) {
-    if (const OrvErrorType error = mayGet(feature, OrvFeatureDataFloat))
+    if (const OrvErrorType error = mayGet(feature, OrvFeatureDataFloat); error != OrvErrorSuccess)
         return error;
-    Fault fault;
-    value = arv_gc_float_get_value(ARV_GC_FLOAT(feature.node), fault.out());
-    return fault.code();
+    LibraryError failure;
+    value = arv_gc_float_get_value(ARV_GC_FLOAT(feature.node), failure.out());
+    return failure.code();
 }
 
 OrvErrorType get(const FeatureDescription& feature, bool& value) {
-    if (const OrvErrorType error = mayGet(feature, OrvFeatureDataBool))
+    if (const OrvErrorType error = mayGet(feature, OrvFeatureDataBool); error != OrvErrorSuccess)
         return error;
-    Fault fault;
-    value = arv_gc_boolean_get_value(ARV_GC_BOOLEAN(feature.node), fault.out());
-    return fault.code();
+    LibraryError failure;
+    value = arv_gc_boolean_get_value(ARV_GC_BOOLEAN(feature.node), failure.out());
+    return failure.code();
 }
 
 OrvErrorType get(const FeatureDescription& feature, std::string& value) {
@@ -157,29 +159,30 @@ OrvErrorType get(const FeatureDescription& feature, std::string& value) {
     if (const OrvErrorType error =
             mayGet(feature, isEnum ? OrvFeatureDataEnum : OrvFeatureDataString))
         return error;
-    Fault fault;
+    LibraryError failure;
     const char* const text =
-        isEnum ? arv_gc_enumeration_get_string_value(ARV_GC_ENUMERATION(feature.node), fault.out())
-               : arv_gc_string_get_value(ARV_GC_STRING(feature.node), fault.out());
-    // What the library hands out after a failure is memory without an end.
-    if (const OrvErrorType error = fault.code())
+        isEnum
+            ? arv_gc_enumeration_get_string_value(ARV_GC_ENUMERATION(feature.node), failure.out())
+            : arv_gc_string_get_value(ARV_GC_STRING(feature.node), failure.out());
+    // After a failure the text is not terminated.
+    if (const OrvErrorType error = failure.code(); error != OrvErrorSuccess)
         return error;
     value = text ? text : "";
     return OrvErrorSuccess;
 }
 
 OrvErrorType get(const FeatureDescription& feature, Bytes& value) {
-    if (const OrvErrorType error = mayGet(feature, OrvFeatureDataRaw))
+    if (const OrvErrorType error = mayGet(feature, OrvFeatureDataRaw); error != OrvErrorSuccess)
         return error;
-    Fault fault;
-    const guint64 length = arv_gc_register_get_length(ARV_GC_REGISTER(feature.node), fault.out());
-    if (const OrvErrorType error = fault.code())
+    LibraryError failure;
+    const guint64 length = arv_gc_register_get_length(ARV_GC_REGISTER(feature.node), failure.out());
+    if (const OrvErrorType error = failure.code(); error != OrvErrorSuccess)
         return error;
     if (length > largestRegister)
         return OrvErrorResources;
     value.resize(length);
-    arv_gc_register_get(ARV_GC_REGISTER(feature.node), value.data(), length, fault.out());
-    return fault.code();
+    arv_gc_register_get(ARV_GC_REGISTER(feature.node), value.data(), length, failure.out());
+    return failure.code();
 }
 
 OrvErrorType set(const FeatureDescription& feature, std::int64_t value) {
@@ -188,11 +191,12 @@ OrvErrorType set(const FeatureDescription& feature, std::int64_t value) {
             feature, OrvFeatureDataInt,
             feature.type == OrvFeatureDataInt ? ARV_GC_INTEGER(feature.node) : nullptr, value,
             &arv_gc_integer_set_value);
-    if (const OrvErrorType error = mayChoose(feature, feature.findEntry(value)))
+    if (const OrvErrorType error = mayChoose(feature, feature.findEntry(value));
+        error != OrvErrorSuccess)
         return error;
-    Fault fault;
-    arv_gc_enumeration_set_int_value(ARV_GC_ENUMERATION(feature.node), value, fault.out());
-    return fault.code();
+    LibraryError failure;
+    arv_gc_enumeration_set_int_value(ARV_GC_ENUMERATION(feature.node), value, failure.out());
+    return failure.code();
 }
 
 OrvErrorType set(const FeatureDescription& feature, double value) {
@@ -203,48 +207,50 @@ OrvErrorType set(const FeatureDescription& feature, double value) {
 }
 
 OrvErrorType set(const FeatureDescription& feature, bool value) {
-    if (const OrvErrorType error = maySet(feature, OrvFeatureDataBool))
+    if (const OrvErrorType error = maySet(feature, OrvFeatureDataBool); error != OrvErrorSuccess)
         return error;
-    Fault fault;
-    arv_gc_boolean_set_value(ARV_GC_BOOLEAN(feature.node), value ? TRUE : FALSE, fault.out());
-    return fault.code();
+    LibraryError failure;
+    arv_gc_boolean_set_value(ARV_GC_BOOLEAN(feature.node), value ? TRUE : FALSE, failure.out());
+    return failure.code();
 }
 
 OrvErrorType set(const FeatureDescription& feature, const std::string& value) {
-    Fault fault;
+    LibraryError failure;
     if (feature.type == OrvFeatureDataEnum) {
-        if (const OrvErrorType error = mayChoose(feature, feature.findEntry(value)))
+        if (const OrvErrorType error = mayChoose(feature, feature.findEntry(value));
+            error != OrvErrorSuccess)
             return error;
         arv_gc_enumeration_set_string_value(ARV_GC_ENUMERATION(feature.node), value.c_str(),
-                                            fault.out());
-        return fault.code();
+                                            failure.out());
+        return failure.code();
     }
-    if (const OrvErrorType error = maySet(feature, OrvFeatureDataString))
+    if (const OrvErrorType error = maySet(feature, OrvFeatureDataString); error != OrvErrorSuccess)
         return error;
     auto* const of = ARV_GC_STRING(feature.node);
-    const gint64 longest = arv_gc_string_get_max_length(of, fault.out());
-    if (!fault.code() && longest > 0 && value.size() > static_cast<std::size_t>(longest))
+    const gint64 longest = arv_gc_string_get_max_length(of, failure.out());
+    if (failure.code() == OrvErrorSuccess && longest > 0 &&
+        value.size() > static_cast<std::size_t>(longest))
         return OrvErrorInvalidValue;
-    arv_gc_string_set_value(of, value.c_str(), fault.out());
-    return fault.code();
+    arv_gc_string_set_value(of, value.c_str(), failure.out());
+    return failure.code();
 }
 
 OrvErrorType set(const FeatureDescription& feature, const Bytes& value) {
-    if (const OrvErrorType error = maySet(feature, OrvFeatureDataRaw))
+    if (const OrvErrorType error = maySet(feature, OrvFeatureDataRaw); error != OrvErrorSuccess)
         return error;
-    Fault fault;
+    LibraryError failure;
     auto* const of = ARV_GC_REGISTER(feature.node);
-    const guint64 length = arv_gc_register_get_length(of, fault.out());
-    if (const OrvErrorType error = fault.code())
+    const guint64 length = arv_gc_register_get_length(of, failure.out());
+    if (const OrvErrorType error = failure.code(); error != OrvErrorSuccess)
         return error;
     if (value.size() != length)
         return OrvErrorInvalidValue;
-    arv_gc_register_set(of, value.data(), length, fault.out());
-    return fault.code();
+    arv_gc_register_set(of, value.data(), length, failure.out());
+    return failure.code();
 }
 
 OrvErrorType limits(const FeatureDescription& feature, Limits<std::int64_t>& limits) {
-    if (const OrvErrorType error = ofType(feature, OrvFeatureDataInt))
+    if (const OrvErrorType error = ofType(feature, OrvFeatureDataInt); error != OrvErrorSuccess)
         return error;
     Limits<gint64> found;
     const OrvErrorType error =
@@ -255,12 +261,12 @@ OrvErrorType limits(const FeatureDescription& feature, Limits<std::int64_t>& lim
 }
 
 OrvErrorType limits(const FeatureDescription& feature, Limits<double>& limits) {
-    if (const OrvErrorType error = ofType(feature, OrvFeatureDataFloat))
+    if (const OrvErrorType error = ofType(feature, OrvFeatureDataFloat); error != OrvErrorSuccess)
         return error;
     const OrvErrorType error =
         readLimits<double>(limits, ARV_GC_FLOAT(feature.node), &arv_gc_float_get_min,
                            &arv_gc_float_get_max, &arv_gc_float_get_inc);
-    // The least number above zero stands for no increment.
+    // The library answers the smallest positive number for no increment.
     if (!(limits.increment > std::numeric_limits<double>::min()))
         limits.increment = 0;
     return error;
@@ -268,39 +274,39 @@ OrvErrorType limits(const FeatureDescription& feature, Limits<double>& limits) {
 
 OrvErrorType isAvailable(const FeatureDescription& feature, const std::string& entry,
                          bool& available) {
-    if (const OrvErrorType error = ofType(feature, OrvFeatureDataEnum))
+    if (const OrvErrorType error = ofType(feature, OrvFeatureDataEnum); error != OrvErrorSuccess)
         return error;
     const auto found = feature.entryNodes.find(entry);
     if (found == feature.entryNodes.end())
         return OrvErrorInvalidValue;
-    Fault fault;
-    available = arv_gc_feature_node_is_available(found->second, fault.out());
-    if (const OrvErrorType error = fault.code())
+    LibraryError failure;
+    available = arv_gc_feature_node_is_available(found->second, failure.out());
+    if (const OrvErrorType error = failure.code(); error != OrvErrorSuccess)
         return error;
-    available = available && arv_gc_feature_node_is_implemented(found->second, fault.out());
-    return fault.code();
+    available = available && arv_gc_feature_node_is_implemented(found->second, failure.out());
+    return failure.code();
 }
 
 OrvErrorType run(const FeatureDescription& command) {
-    if (const OrvErrorType error = maySet(command, OrvFeatureDataCommand))
+    if (const OrvErrorType error = maySet(command, OrvFeatureDataCommand); error != OrvErrorSuccess)
         return error;
-    Fault fault;
-    arv_gc_command_execute(ARV_GC_COMMAND(command.node), fault.out());
-    return fault.code();
+    LibraryError failure;
+    arv_gc_command_execute(ARV_GC_COMMAND(command.node), failure.out());
+    return failure.code();
 }
 
 OrvErrorType isDone(const FeatureDescription& command, bool& done) {
-    if (const OrvErrorType error = ofType(command, OrvFeatureDataCommand))
+    if (const OrvErrorType error = ofType(command, OrvFeatureDataCommand); error != OrvErrorSuccess)
         return error;
     done = true;
     if (!command.polled || !command.commandValue)
         return OrvErrorSuccess;
-    Fault fault;
-    const gint64 running = arv_gc_property_node_get_int64(command.commandValue, fault.out());
-    if (const OrvErrorType error = fault.code())
+    LibraryError failure;
+    const gint64 running = arv_gc_property_node_get_int64(command.commandValue, failure.out());
+    if (const OrvErrorType error = failure.code(); error != OrvErrorSuccess)
         return error;
-    done = arv_gc_integer_get_value(command.polled, fault.out()) != running;
-    return fault.code();
+    done = arv_gc_integer_get_value(command.polled, failure.out()) != running;
+    return failure.code();
 }
 
 } // namespace orv::aravis::node

@@ -7,9 +7,8 @@
 #include <string>
 #include <vector>
 
-/// Reading and writing one feature of an opened camera. What the library leaves to its caller is
-/// checked here: whether the feature is available and not locked, its range and its increment.
-/// On the device's thread only.
+/// Reads and writes one feature of an opened camera. Checks what the library does not:
+/// availability, lock, range and increment. On the device's thread only.
 namespace orv::aravis::node {
 
 using Bytes = std::vector<std::uint8_t>;
@@ -46,7 +45,7 @@ OrvErrorType isAvailable(const FeatureDescription& feature, const std::string& e
                          bool& available);
 
 OrvErrorType run(const FeatureDescription& command);
-/// At once for a command that cannot be asked.
+/// True at once for a command that cannot be polled.
 OrvErrorType isDone(const FeatureDescription& command, bool& done);
 
 } // namespace orv::aravis::node

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/device/OpenedCamera.h"
 
-#include "orvcpp/aravis/Fault.h"
-#include "orvcpp/aravis/GenicamObjects.h"
-#include "orvcpp/aravis/ModuleFeatures.h"
+#include "orvcpp/aravis/GenicamModuleFeatures.h"
+#include "orvcpp/aravis/LibraryError.h"
 #include "orvcpp/aravis/device/NodeAccess.h"
+#include "orvcpp/core/MemoryLocalDevice.h"
+#include "orvcpp/core/MemoryStream.h"
 
 #include <algorithm>
 #include <utility>
@@ -13,69 +14,82 @@ namespace orv::aravis {
 
 namespace {
 
-/// The packet sizes that every GigE camera must be able to take at least, and that none exceeds.
+/// Packet sizes in bytes: the least that every GigE camera must support, and the largest possible.
 constexpr std::int64_t smallestPacket = 576;
 constexpr std::int64_t largestPacket = 65535;
 
 constexpr const char* packetSizeFeature = "GevSCPSPacketSize";
 
-OrvErrorType readPacketSize(const DeviceSession& device, std::int64_t& size) {
+/// Least alignment of a frame's memory, in bytes.
+constexpr std::uint32_t bufferAlignment = 16;
+
+/// Admits calls to features in this host's memory while the camera is open.
+class OpenedDevice final : public Device {
+public:
+    explicit OpenedDevice(std::shared_ptr<DeviceConnection> device) : m_device(std::move(device)) {}
+    OrvErrorType admits(bool writing) const override { return m_device->admits(writing); }
+
+private:
+    const std::shared_ptr<DeviceConnection> m_device;
+};
+
+OrvErrorType readPacketSize(const DeviceConnection& device, std::int64_t& size) {
     const auto feature = device.features()->find(packetSizeFeature);
     if (!feature)
         return OrvErrorNotFound;
     const auto found = std::make_shared<std::int64_t>(0);
     const OrvErrorType error =
         device.call([found, feature](ArvDevice*) { return node::get(*feature, *found); });
-    if (!error)
+    if (error == OrvErrorSuccess)
         size = *found;
     return error;
 }
 
-OrvErrorType writePacketSize(const DeviceSession& device, std::int64_t size) {
+OrvErrorType writePacketSize(const DeviceConnection& device, std::int64_t size) {
     const auto feature = device.features()->find(packetSizeFeature);
     if (!feature)
         return OrvErrorNotFound;
     return device.call([size, feature](ArvDevice*) { return node::set(*feature, size); });
 }
 
-OrvErrorType adjustPacketSize(const DeviceSession& device) {
+OrvErrorType adjustPacketSize(const DeviceConnection& device) {
     const auto feature = device.features()->find(packetSizeFeature);
     if (!feature)
         return OrvErrorNotFound;
     return device.call([feature](ArvDevice* of) {
-        // The library would write past a lock.
-        if (const OrvErrorType error = node::admitsWriting(*feature))
+        // The library would ignore the lock.
+        if (const OrvErrorType error = node::admitsWriting(*feature); error != OrvErrorSuccess)
             return error;
-        Fault fault;
-        arv_gv_device_auto_packet_size(ARV_GV_DEVICE(of), fault.out());
-        return fault.code();
+        LibraryError failure;
+        arv_gv_device_auto_packet_size(ARV_GV_DEVICE(of), failure.out());
+        return failure.code();
     });
 }
 
-IntegerLimits readPacketLimits(const DeviceSession& device) {
+IntegerLimits readPacketLimits(const DeviceConnection& device) {
     const auto limits = std::make_shared<node::Limits<std::int64_t>>();
     const auto feature = device.features()->find(packetSizeFeature);
     const OrvErrorType error =
         !feature ? OrvErrorNotFound : device.call([limits, feature](ArvDevice*) {
             return node::limits(*feature, *limits);
         });
-    if (error)
+    if (error != OrvErrorSuccess)
         return {smallestPacket, largestPacket, 1};
     return {std::max(limits->minimum, std::int64_t{0}), std::min(limits->maximum, largestPacket),
             limits->increment};
 }
 
-StreamControl streamControl(const std::shared_ptr<DeviceSession>& device,
-                            const std::shared_ptr<Streaming>& streaming) {
+StreamControl streamControl(const std::shared_ptr<DeviceConnection>& device,
+                            const std::shared_ptr<AcquisitionSlot>& acquisitions) {
     StreamControl control;
-    control.isStreaming = [streaming] {
-        return streaming->isRunning();
+    control.isStreaming = [acquisitions] {
+        return acquisitions->isRunning();
     };
-    control.path = [streaming] {
-        return streaming->path();
+    control.path = [acquisitions] {
+        return acquisitions->path();
     };
-    control.count = [streaming](const std::string& name) {
-        return streaming->count(name);
+    control.count = [acquisitions](const std::string& name) {
+        return acquisitions->count(name);
     };
     control.packetSize = [device](std::int64_t& size) {
         return readPacketSize(*device, size);
@@ -100,22 +114,24 @@ void OpenedCamera::forgetObservers() const {
         module->forgetObservers();
 }
 
-std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<Session>& calls,
-                                               std::shared_ptr<DeviceSession> device,
+std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<ProviderCalls>& calls,
+                                               std::shared_ptr<DeviceConnection> device,
                                                PacketSocket packetSocket, const std::string& id) {
     auto made = std::make_shared<OpenedCamera>();
     const CameraRecord& record = device->record();
-    made->streaming = std::make_shared<Streaming>(device, chooseStreamPath(record, packetSocket));
+    made->acquisitions =
+        std::make_shared<AcquisitionSlot>(device, chooseStreamTransport(record, packetSocket));
     made->features = std::make_shared<FeatureAccess>(calls, device);
     const auto addModule = [&](FeatureSet features) {
         made->modules.push_back(std::make_shared<FeatureModule>(
-            calls, std::make_shared<WhileOpen>(device), std::move(features)));
+            calls, std::make_shared<OpenedDevice>(device), std::move(features)));
         return made->modules.back();
     };
     made->localDevice =
-        std::make_shared<GenicamLocalDevice>(addModule(makeLocalDeviceFeatures(record, id)));
-    made->stream = std::make_shared<GenicamStream>(
-        addModule(makeStreamFeatures(record, streamControl(device, made->streaming))), device);
+        std::make_shared<MemoryLocalDevice>(addModule(makeLocalDeviceFeatures(record, id)));
+    made->stream = std::make_shared<MemoryStream>(
+        addModule(makeStreamFeatures(record, streamControl(device, made->acquisitions))),
+        bufferAlignment, &queueFrame);
     made->device = std::move(device);
     return made;
 }

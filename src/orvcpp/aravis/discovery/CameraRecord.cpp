@@ -7,7 +7,7 @@ namespace orv::aravis {
 
 namespace {
 
-/// Letters in upper case, digits, and nothing that a shell or a person stumbles over.
+/// Only digits and upper-case letters, so that it needs no quoting in a shell.
 std::string plain(const std::string& text) {
     std::string result;
     for (const char letter : text) {

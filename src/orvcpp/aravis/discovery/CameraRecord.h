@@ -12,7 +12,7 @@
 
 namespace orv::aravis {
 
-/// What is known of a camera before it is opened: copies, free of the library that found it.
+/// What is known of a camera before it is opened; independent of the library's objects.
 struct CameraRecord {
     /// OrvTransportLayerTypeGEV or OrvTransportLayerTypeU3V.
     OrvTransportLayerType type = OrvTransportLayerTypeUnknown;
@@ -30,12 +30,12 @@ struct CameraRecord {
     std::optional<platform::NetworkAdapter> adapter;
     std::optional<platform::UsbDevice> usb;
 
-    /// Tells cameras apart, also two of one serial number.
+    /// Unique, also for two cameras of one serial number.
     std::string key() const;
-    /// Whether two records are of one device, wherever it is. One that has no hardware address of
-    /// its own is not known again.
+    /// Whether two records are of one device, also at different addresses or ports. False without a
+    /// unique hardware address.
     bool isSameDevice(const CameraRecord& other) const;
-    /// ID for a person to see and type.
+    /// ID to show and to type.
     std::string id() const;
     /// ID of the interface through which the camera is reached.
     std::string interfaceId() const;

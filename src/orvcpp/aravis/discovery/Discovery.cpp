@@ -2,7 +2,7 @@
 #include "orvcpp/aravis/discovery/Discovery.h"
 
 #include "orvcpp/aravis/GObjects.h"
-#include "orvcpp/aravis/discovery/CameraCall.h"
+#include "orvcpp/aravis/discovery/DiscoveryBroadcast.h"
 #include "orvcpp/aravis/discovery/Gvcp.h"
 #include "orvcpp/core/SdkThread.h"
 #include "platform/Ipv4Address.h"
@@ -14,7 +14,7 @@ namespace orv::aravis {
 
 namespace {
 
-/// From the end of a look to the next.
+/// From the end of a search to the next.
 constexpr std::chrono::seconds pauseBetweenLooks{1};
 constexpr std::chrono::milliseconds nameWait{100};
 constexpr int nameTries = 2;
@@ -66,12 +66,13 @@ void complete(CameraRecord& record) {
     record.userName = name ? Gvcp::text(*name) : std::string();
 }
 
-/// Whether a text is the same for the kernel's files, which end where its blanks begin.
+/// Compares with a text of the kernel, which drops trailing blanks.
 bool isSame(const std::string& text, const std::string& kernels) {
     return text.substr(0, text.find_last_not_of(' ') + 1) == kernels;
 }
 
-/// The kernel's device of a camera; of several that look the same, each is given out once.
+/// Sets the kernel's device of a camera and takes it from the list, so that equal cameras get
+/// different ones.
 void locate(CameraRecord& record, std::vector<platform::UsbDevice>& devices) {
     const auto found =
         std::find_if(devices.begin(), devices.end(), [&](const platform::UsbDevice& device) {
@@ -132,8 +133,8 @@ void Discovery::run() {
 }
 
 std::vector<CameraRecord> Discovery::look() const {
-    const CameraCall call;
-    // Takes a second, in which the call is answered, too.
+    const DiscoveryBroadcast call;
+    // Takes a second, in which the broadcast is answered, too.
     std::vector<CameraRecord> records =
         askInterface(arv_gv_interface_get_instance(), OrvTransportLayerTypeGEV);
     addMissing(records, call.answers());

@@ -12,12 +12,12 @@
 
 namespace orv::aravis {
 
-/// Looks for cameras again and again, on one thread of its own: a look takes a second, and what
-/// the library remembers of it is not safe to share.
+/// Searches for cameras repeatedly on its own thread: a search takes a second, and the library's
+/// list is not thread-safe.
 class Discovery {
 public:
     using Clock = std::chrono::steady_clock;
-    /// Gets the cameras that answered a look, and when that look began. Called on the thread.
+    /// Gets the cameras that answered a search, and when the search began. Called on the thread.
     using Found = std::function<void(std::vector<CameraRecord> cameras, Clock::time_point begun)>;
 
     Discovery(std::filesystem::path sysfs, Found found);
@@ -25,11 +25,11 @@ public:
     Discovery(const Discovery&) = delete;
     Discovery& operator=(const Discovery&) = delete;
 
-    /// Begins, and returns when the first look is over.
+    /// Starts the thread and returns after the first search.
     void start();
-    /// Lets the look that is under way be the last one, without waiting for it.
+    /// Makes the running search the last one, without waiting.
     void askToStop();
-    /// No call of \p found is made after this has returned. Waits for a look that is under way.
+    /// Waits for the running search; \p found is not called afterwards.
     void stop();
 
 private:

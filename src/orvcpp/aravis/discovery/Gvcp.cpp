@@ -18,12 +18,12 @@ constexpr std::uint8_t key = 0x42;
 constexpr std::uint8_t acknowledgeRequired = 1;
 constexpr std::uint16_t readRegisterCommand = 0x80;
 constexpr std::uint16_t readMemoryCommand = 0x84;
-/// In place of an answer: the camera needs longer, for as many milliseconds as it says.
+/// Instead of an answer: the camera needs the given number of milliseconds more.
 constexpr std::uint16_t pendingAcknowledge = 0x89;
 constexpr std::size_t headerSize = 8;
-/// Where the milliseconds are, behind two bytes of nothing.
+/// Offset of the milliseconds, after two reserved bytes.
 constexpr std::size_t pendingTimeOffset = headerSize + 2;
-/// How much longer a camera is waited for that needs longer. It may ask for a minute.
+/// Most time that a pending acknowledge adds; a camera may ask for a minute.
 constexpr std::chrono::milliseconds longestPending{1000};
 /// The address that a camera repeats in front of memory that was read.
 constexpr std::size_t memoryAddressSize = 4;
@@ -43,8 +43,8 @@ std::uint16_t number16(const std::uint8_t* bytes) {
     return static_cast<std::uint16_t>(bytes[0] << 8U | bytes[1]);
 }
 
-/// Waits for the acknowledge of one question; answers to earlier ones are passed over. A camera
-/// that only says that it needs longer, and longer than it is given, has answered that it is busy.
+/// Waits for the acknowledge of one request and skips answers to earlier ones. Answers "busy" when
+/// the camera has only sent pending acknowledges until the end.
 std::optional<Gvcp::Answer> receive(int handle, std::uint16_t command, std::uint16_t id,
                                     std::chrono::milliseconds wait) {
     using Clock = std::chrono::steady_clock;
@@ -58,7 +58,7 @@ std::optional<Gvcp::Answer> receive(int handle, std::uint16_t command, std::uint
         if (left.count() <= 0 || poll(&waiting, 1, static_cast<int>(left.count())) <= 0)
             return noAnswer;
         const auto size = recv(handle, packet.data(), packet.size(), 0);
-        // A port that nobody listens on is reported here: nobody is there, and that at once.
+        // An unreachable port is reported here: no camera.
         if (size < 0)
             return std::nullopt;
         if (static_cast<std::size_t>(size) < headerSize || number16(&packet[6]) != id)
@@ -128,8 +128,7 @@ std::string Gvcp::text(const Answer& answer) {
 
 OrvAccessModeType grantedBy(const Gvcp::Answer& privilege) {
     const auto value = Gvcp::value(privilege);
-    // A camera that somebody has to himself may refuse. Any other refusal tells nothing: opening
-    // will show.
+    // A camera under exclusive access may refuse. After any other refusal, opening decides.
     if (!value)
         return privilege.status == accessDenied ? OrvAccessModeNone : allModes;
     if ((*value & privilegeExclusive) != 0)

@@ -15,18 +15,18 @@ namespace orv::aravis {
 constexpr std::uint32_t userNameRegister = 0xE8;
 constexpr std::uint32_t userNameSize = 16;
 constexpr std::uint32_t privilegeRegister = 0xA00;
-/// UDP port of the program that controls the camera; not every camera tells it.
+/// UDP port of the program that controls the camera; optional.
 constexpr std::uint32_t controllerPortRegister = 0xA04;
 
-/// What a camera grants that nobody has.
+/// Access to a camera that no program controls.
 constexpr auto allModes = static_cast<OrvAccessModeType>(OrvAccessModeFull | OrvAccessModeRead);
 
-/// Asks a GigE Vision camera that need not be open, past the one who controls it. Every question
-/// comes from a socket of its own. Reentrant.
+/// Reads registers of a GigE Vision camera without controlling it. Each request uses its own
+/// socket. Reentrant.
 class Gvcp {
 public:
-    /// \p address in host byte order. A question is asked up to \p tries times, \p wait each,
-    /// and a second longer where the camera asks for more time.
+    /// \p address in host byte order. A request is sent up to \p tries times, waits \p wait each
+    /// time, and up to a second more when the camera asks for it.
     Gvcp(std::uint32_t address, std::chrono::milliseconds wait, int tries)
         : m_address(address), m_wait(wait), m_tries(tries) {}
 
@@ -36,7 +36,7 @@ public:
         std::vector<std::uint8_t> data;
     };
 
-    /// Nothing when the camera does not answer; a status when it does not get done in time.
+    /// Empty when the camera does not answer; the status "busy" when it takes too long.
     std::optional<Answer> readRegister(std::uint32_t address) const;
     /// \p size is a multiple of 4, at most 512.
     std::optional<Answer> readMemory(std::uint32_t address, std::uint16_t size) const;
@@ -54,7 +54,7 @@ private:
     const int m_tries;
 };
 
-/// What a camera grants that has answered thus when it was asked for its privilege register.
+/// The access that a camera grants by this answer about its privilege register.
 OrvAccessModeType grantedBy(const Gvcp::Answer& privilege);
 
 } // namespace orv::aravis

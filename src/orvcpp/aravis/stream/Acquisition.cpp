@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/Acquisition.h"
 
-#include "orvcpp/aravis/Fault.h"
-#include "orvcpp/aravis/Log.h"
+#include "orvcpp/aravis/LibraryError.h"
 #include "orvcpp/aravis/device/NodeAccess.h"
-#include "orvcpp/aravis/stream/StreamOpening.h"
+#include "orvcpp/aravis/stream/OpenedStream.h"
+#include "orvcpp/core/SdkLog.h"
 #include "orvcpp/core/SdkThread.h"
 
 #include <utility>
@@ -13,10 +13,10 @@ namespace orv::aravis {
 
 namespace {
 
-/// A camera that is slower opens its stream when it starts.
+/// A slower camera opens its stream when it starts.
 constexpr std::chrono::milliseconds preparationLimit{1000};
 constexpr std::int64_t largestPayload = std::int64_t{1} << 31;
-/// A count of the library, not in the list of every kind of stream.
+/// Name of a count that only some streams have.
 constexpr const char* sizeMismatchCount = "n_size_mismatch_errors";
 
 std::uint64_t firstId(const CameraRecord& record) {
@@ -28,7 +28,7 @@ OrvErrorType readPayload(const FeatureCatalogue& features, std::size_t& payload)
     if (!feature)
         return OrvErrorNotFound;
     std::int64_t bytes = 0;
-    if (const OrvErrorType error = node::get(*feature, bytes))
+    if (const OrvErrorType error = node::get(*feature, bytes); error != OrvErrorSuccess)
         return error;
     if (bytes <= 0 || bytes > largestPayload)
         return OrvErrorInvalidValue;
@@ -41,7 +41,7 @@ OrvErrorType runCommand(const FeatureCatalogue& features, const char* name) {
     return command ? node::run(*command) : OrvErrorNotFound;
 }
 
-/// Locks the settings that may not change while frames are sent, where the camera wants to be told.
+/// Locks the settings that must not change during an acquisition, on cameras with this feature.
 void lockSettings(const FeatureCatalogue& features, std::int64_t locked) {
     if (const auto feature = features.find("TLParamsLocked"))
         node::set(*feature, locked);
@@ -57,7 +57,7 @@ std::vector<StreamCount> readCounts(ArvStream* stream) {
     return counts;
 }
 
-/// Where a stream keeps its count of frames of a wrong size; nothing when it does not count them.
+/// Index of a stream's count of frames of a wrong size; empty when it has none.
 std::optional<guint> findMismatchInfo(ArvStream* stream) {
     for (guint i = 0; i < arv_stream_get_n_infos(stream); ++i) {
         if (std::string(arv_stream_get_info_name(stream, i)) == sizeMismatchCount)
@@ -87,7 +87,7 @@ OrvFrameStatusType statusOf(ArvBufferStatus status) {
 
 } // namespace
 
-Acquisition::Acquisition(std::shared_ptr<DeviceSession> device, StreamPath path)
+Acquisition::Acquisition(std::shared_ptr<DeviceConnection> device, StreamTransport path)
     : m_device(std::move(device)), m_path(path) {}
 
 Acquisition::~Acquisition() = default;
@@ -108,27 +108,27 @@ OrvErrorType Acquisition::start(int bufferCount, std::shared_ptr<OrvCPP::IFrameO
     const OrvErrorType error =
         m_device->call([self = shared_from_this(), bufferCount](
                            ArvDevice* device) { return self->startOn(device, bufferCount); },
-                       DeviceSession::longCallLimit);
-    if (error)
+                       DeviceConnection::longCallLimit);
+    if (error != OrvErrorSuccess)
         stop();
     return error;
 }
 
 OrvErrorType Acquisition::startOn(ArvDevice* device, int bufferCount) {
     const FeatureCatalogue& features = *m_device->features();
-    if (const OrvErrorType error = readPayload(features, m_payload))
+    if (const OrvErrorType error = readPayload(features, m_payload); error != OrvErrorSuccess)
         return error;
     if (!reusePrepared(device)) {
-        if (const OrvErrorType error = makeStream(device))
+        if (const OrvErrorType error = makeStream(device); error != OrvErrorSuccess)
             return error;
     }
     if (m_device->record().type == OrvTransportLayerTypeGEV)
         logInfo(m_device->record().id() + ": Frames come through a " + path().description() + '.');
     lockSettings(features, 1);
     OrvErrorType error = announceFrames(bufferCount);
-    if (!error)
+    if (error == OrvErrorSuccess)
         error = runCommand(features, "AcquisitionStart");
-    if (error || m_stopping)
+    if (error != OrvErrorSuccess || m_stopping)
         lockSettings(features, 0);
     return error;
 }
@@ -137,24 +137,24 @@ bool Acquisition::reusePrepared(ArvDevice* device) const {
     std::unique_lock lock(m_mutex);
     ArvStream* const prepared = m_stream.get();
     const int packetSize = m_packetSize;
-    const StreamPath path = m_path;
-    // Not held while the camera is asked: it is only on the device's thread that a stream ends.
+    const StreamTransport path = m_path;
+    // Not held during the request: streams end on the device's thread only, which is this one.
     lock.unlock();
     return prepared && reuseStream(device, prepared, packetSize, path);
 }
 
 OrvErrorType Acquisition::makeStream(ArvDevice* device) {
-    StreamPath path = this->path();
+    StreamTransport path = this->path();
     {
-        // One at a time, since each tells the camera where to send.
+        // Ends the old stream first: each stream sets the camera's destination.
         GObjectPtr<ArvStream> unfit;
         const std::lock_guard lock(m_mutex);
         unfit.swap(m_stream);
     }
-    Fault fault;
-    OpenedStream opened = openStream(device, path, &Acquisition::onStream, this, fault);
+    LibraryError failure;
+    OpenedStream opened = openStream(device, path, &Acquisition::onStream, this, failure);
     if (!opened.stream)
-        return fault.code() ? fault.code() : OrvErrorUnspecified;
+        return failure.code() != OrvErrorSuccess ? failure.code() : OrvErrorUnspecified;
     const std::lock_guard lock(m_mutex);
     if (m_stopping)
         return OrvErrorInvalidCall;
@@ -168,7 +168,7 @@ OrvErrorType Acquisition::makeStream(ArvDevice* device) {
 OrvErrorType Acquisition::announceFrames(int bufferCount) {
     for (int i = 0; i < bufferCount; ++i) {
         m_frames.push_back(std::make_shared<GenicamFrame>(weak_from_this(), m_payload));
-        if (const OrvErrorType error = queue(*m_frames.back()))
+        if (const OrvErrorType error = queue(*m_frames.back()); error != OrvErrorSuccess)
             return error;
     }
     return OrvErrorSuccess;
@@ -180,7 +180,7 @@ OrvErrorType Acquisition::queue(GenicamFrame& frame) {
         return OrvErrorInvalidCall;
     if (frame.m_isQueued.exchange(true))
         return OrvErrorInUse;
-    // The stream gets a reference of its own, which comes back with the filled buffer.
+    // The stream takes this reference and returns it with the filled buffer.
     g_object_ref(frame.m_buffer.get());
     arv_stream_push_buffer(m_stream.get(), frame.m_buffer.get());
     return OrvErrorSuccess;
@@ -196,7 +196,7 @@ void Acquisition::stop() {
     m_device->call([self = shared_from_this()](ArvDevice*) {
         const FeatureCatalogue& features = *self->m_device->features();
         const OrvErrorType error = runCommand(features, "AcquisitionStop");
-        if (!error)
+        if (error == OrvErrorSuccess)
             lockSettings(features, 0);
         return error;
     });
@@ -207,20 +207,28 @@ void Acquisition::endDelivery() {
     GObjectPtr<ArvStream> ending;
     std::shared_ptr<OrvCPP::IFrameObserver> observer;
     {
-        // Waits for a frame that is being delivered.
+        // Waits until the current frame is delivered.
         const std::lock_guard delivery(m_delivery);
         const std::lock_guard lock(m_mutex);
         if (!m_stream)
             return;
         m_lastCounts = readCounts(m_stream.get());
         ending = std::move(m_stream);
-        // The user's, and not to be kept alive by what the library takes its time with.
+        // Released here: the library may keep this object alive for seconds.
         observer.swap(m_observer);
     }
-    // The library takes seconds to end the stream of a camera that has died. Until then it may
-    // write to the frames and call back.
+    // Ending the stream of a lost camera takes the library seconds, in which it may write to the
+    // frames and call back. So this object lives until then.
     m_device->callLater([self = shared_from_this(), stream = std::shared_ptr<ArvStream>(std::move(
                                                         ending))]() mutable { stream.reset(); });
+}
+
+OrvErrorType queueFrame(const std::shared_ptr<OrvCPP::Frame>& frame) {
+    const auto ours = std::dynamic_pointer_cast<GenicamFrame>(frame);
+    if (!ours)
+        return OrvErrorBadParameter;
+    const std::shared_ptr<Acquisition> acquisition = ours->acquisition();
+    return acquisition ? acquisition->queue(*ours) : OrvErrorInvalidCall;
 }
 
 std::vector<StreamCount> Acquisition::counts() const {
@@ -228,7 +236,7 @@ std::vector<StreamCount> Acquisition::counts() const {
     return m_stream ? readCounts(m_stream.get()) : m_lastCounts;
 }
 
-StreamPath Acquisition::path() const {
+StreamTransport Acquisition::path() const {
     const std::lock_guard lock(m_mutex);
     return m_path;
 }
@@ -249,13 +257,13 @@ void Acquisition::bufferDone() {
     GObjectPtr<ArvBuffer> buffer;
     {
         const std::lock_guard lock(m_mutex);
-        // A frame that ends because the stream does was not received; one that came while the
-        // camera was being stopped was.
+        // Frames aborted by the stream's end are dropped (m_stream is null then); frames that
+        // arrive during the stop are delivered.
         if (!m_stream)
             return;
         buffer.reset(arv_stream_try_pop_buffer(m_stream.get()));
     }
-    // Which of those that come incomplete by then the stop has cut, nobody can tell.
+    // During the stop, incomplete frames are dropped: the stop may have cut them.
     if (!buffer || (m_stopping && arv_buffer_get_status(buffer.get()) != ARV_BUFFER_STATUS_SUCCESS))
         return;
     deliver(*static_cast<GenicamFrame*>(const_cast<void*>(arv_buffer_get_user_data(buffer.get()))));

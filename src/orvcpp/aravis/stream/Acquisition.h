@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/aravis/device/DeviceSession.h"
+#include "orvcpp/aravis/device/DeviceConnection.h"
 #include "orvcpp/aravis/stream/FrameIds.h"
 #include "orvcpp/aravis/stream/GenicamFrame.h"
-#include "orvcpp/aravis/stream/StreamPath.h"
+#include "orvcpp/aravis/stream/StreamTransport.h"
 
 #include <atomic>
 #include <cstdint>
@@ -22,18 +22,17 @@ struct StreamCount {
     std::int64_t value = 0;
 };
 
-/// The stream of an opened camera, from its preparation or its start to its stop. Thread-safe; the
-/// frames are delivered on the library's thread that receives them, under a lock that only stop()
-/// waits for.
+/// One acquisition of an opened camera, from its preparation or start to its stop. Thread-safe.
+/// Frames are delivered on the library's receiving thread, under a lock that only stop() waits for.
 class Acquisition : public std::enable_shared_from_this<Acquisition> {
 public:
     /// \p path is how the frames are to come in.
-    Acquisition(std::shared_ptr<DeviceSession> device, StreamPath path);
+    Acquisition(std::shared_ptr<DeviceConnection> device, StreamTransport path);
     ~Acquisition();
     Acquisition(const Acquisition&) = delete;
     Acquisition& operator=(const Acquisition&) = delete;
 
-    /// Opens the stream ahead of the start, which opens it anew where it does not do any more.
+    /// Opens the stream before the start. start() reopens it if it cannot be used any more.
     void prepare();
     /// To be called once. \p previousId is the camera's number of the last frame of the acquisition
     /// before.
@@ -47,8 +46,8 @@ public:
 
     std::vector<StreamCount> counts() const;
     /// How the frames come in, once it has started.
-    StreamPath path() const;
-    /// What the camera numbered its last frame; known when the acquisition has stopped.
+    StreamTransport path() const;
+    /// The camera's number of the last frame; known once the acquisition has stopped.
     std::optional<std::uint64_t> lastIdOfCamera() const;
 
 private:
@@ -64,8 +63,8 @@ private:
     void bufferDone();
     void deliver(GenicamFrame& frame);
 
-    const std::shared_ptr<DeviceSession> m_device;
-    /// Not taken away while a frame is delivered.
+    const std::shared_ptr<DeviceConnection> m_device;
+    /// Not reset while a frame is delivered.
     std::shared_ptr<OrvCPP::IFrameObserver> m_observer;
     std::size_t m_payload = 0;
     std::vector<std::shared_ptr<GenicamFrame>> m_frames;
@@ -80,12 +79,15 @@ private:
     std::mutex m_delivery;
     mutable std::mutex m_mutex;
     /// This and the next two guarded by the mutex.
-    StreamPath m_path;
+    StreamTransport m_path;
     int m_packetSize = 0;
     std::vector<StreamCount> m_lastCounts;
-    /// Guarded by the mutex, and not taken away while a frame is delivered. Destroyed first: it
-    /// ends the thread that works on all the others.
+    /// Guarded by the mutex, and not reset while a frame is delivered. Declared last, so destroyed
+    /// first: that ends the thread that uses the other members.
     GObjectPtr<ArvStream> m_stream;
 };
+
+/// Queues a frame to the acquisition that it came from. Thread-safe.
+OrvErrorType queueFrame(const std::shared_ptr<OrvCPP::Frame>& frame);
 
 } // namespace orv::aravis

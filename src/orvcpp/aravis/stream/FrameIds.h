@@ -6,10 +6,9 @@
 
 namespace orv::aravis {
 
-/// Turns the numbers that a camera puts on its frames into numbers that grow without end from a
-/// first one. Older GigE cameras count with 16 bits and leave out 0, others with 64 bits. A camera
-/// counts anew with every acquisition; one that does not is taken to begin with the first frame
-/// that comes. Of one thread.
+/// Extends a camera's frame numbers to 64 bits, starting at a given first number. Older GigE
+/// cameras count with 16 bits and skip 0, others with 64 bits. Most cameras restart at each
+/// acquisition; for others the first frame received gets the first number. Not thread-safe.
 class FrameIds {
 public:
     /// \p first is the number of an acquisition's first frame: 1 for GigE Vision, 0 for USB3
@@ -17,10 +16,10 @@ public:
     FrameIds(std::uint64_t first, std::optional<std::uint64_t> previous)
         : m_first(first), m_previous(previous) {}
 
-    /// Number of a frame that the camera has numbered \p id; nothing when that cannot be trusted:
-    /// an incomplete frame may still carry the number of the one that was in its buffer before.
+    /// The extended number of a frame. Empty when \p id is unreliable: an incomplete frame may
+    /// still have the number of the previous frame in its buffer.
     std::optional<std::uint64_t> extend(std::uint64_t id, bool isComplete);
-    /// What the camera numbered its last frame.
+    /// The camera's number of the last frame.
     std::optional<std::uint64_t> lastOfCamera() const { return m_last; }
 
 private:

@@ -12,7 +12,7 @@ GenicamFrame::GenicamFrame(std::weak_ptr<Acquisition> acquisition, std::size_t s
 void GenicamFrame::readImage() {
     m_image.reset();
     ArvBuffer* const buffer = m_buffer.get();
-    // What is incomplete may lack the description of its image.
+    // An incomplete frame may lack the image's description.
     if (arv_buffer_get_status(buffer) != ARV_BUFFER_STATUS_SUCCESS ||
         arv_buffer_get_n_parts(buffer) == 0 ||
         arv_buffer_get_part_data_type(buffer, 0) != ARV_BUFFER_PART_DATA_TYPE_2D_IMAGE)

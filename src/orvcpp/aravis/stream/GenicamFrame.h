@@ -16,7 +16,7 @@ namespace orv::aravis {
 class Acquisition;
 
 /// One of an acquisition's frames. Its fields are written by the thread that delivers while the
-/// frame is not with the receiver, and read by the receiver, so that the queries need no lock.
+/// receiver does not own the frame, so the queries need no lock.
 class GenicamFrame final : public OrvCPP::Frame, public std::enable_shared_from_this<GenicamFrame> {
 public:
     GenicamFrame(std::weak_ptr<Acquisition> acquisition, std::size_t size);
@@ -27,7 +27,7 @@ public:
     OrvErrorType GetFrameID(std::uint64_t& id) const override;
     OrvErrorType GetTimestamp(std::uint64_t& nanoseconds) const override;
     OrvErrorType GetImage(const std::uint8_t*& image) const override;
-    /// This and the next two: OrvErrorNotAvailable for what is no complete image.
+    /// This and the next two: OrvErrorNotAvailable without a complete image.
     OrvErrorType GetPixelFormat(OrvPixelFormatType& format) const override;
     OrvErrorType GetWidth(std::uint32_t& width) const override;
     OrvErrorType GetHeight(std::uint32_t& height) const override;

@@ -17,11 +17,11 @@ enum class FrameAllocationMode : std::int32_t {
 /// while it is open. Thread-safe.
 class ORVCPP_API Camera : public FeatureContainer {
 public:
-    /// Access is exclusive, also between users of one process: OrvErrorInvalidAccess while the
-    /// camera is open, be it here or in another application. GetPermittedAccess then lacks the bit
-    /// of full access. Only the user who has opened the camera closes it.
-    /// Open, Close, Start- and StopContinuousImageAcquisition answer OrvErrorInvalidCall when
-    /// they are called from a frame callback.
+    /// Access is exclusive, also within one process: OrvErrorInvalidAccess while the camera is open
+    /// here or in another application. GetPermittedAccess then lacks the bit of full access. Only
+    /// the user who has opened the camera closes it. Open, Close, Start- and
+    /// StopContinuousImageAcquisition answer OrvErrorInvalidCall when they are called from a frame
+    /// callback.
     virtual OrvErrorType Open(OrvAccessModeType mode) = 0;
     /// Ends a running acquisition first. OrvErrorDeviceNotOpen when the camera is not open.
     virtual OrvErrorType Close() = 0;

@@ -34,9 +34,9 @@ public:
     /// ":oversubscribed", ":sixty-four"), or with real cameras (":genicam"). OrvErrorBadParameter
     /// when something is wrong with it: nothing is started then, and GetStartupError tells what.
     virtual OrvErrorType Startup(const wchar_t* pathConfiguration) = 0;
-    /// Closes every camera, stops every thread and forgets providers, observers and factory. What
-    /// was handed out answers OrvErrorApiNotStarted from then on. OrvErrorInvalidCall when called
-    /// from a callback of the SDK; success when the SDK is not started.
+    /// Closes every camera, stops every thread and drops providers, observers and factory. What was
+    /// handed out answers OrvErrorApiNotStarted from then on. OrvErrorInvalidCall when called from
+    /// a callback of the SDK; success when the SDK is not started.
     virtual OrvErrorType Shutdown() = 0;
     /// What was wrong at the last Startup, for a person to read: the file, the line or key, and
     /// what was expected; empty after a success.

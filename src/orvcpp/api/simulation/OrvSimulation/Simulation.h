@@ -41,14 +41,14 @@ struct SimulatedUsbNode {
     std::uint64_t bitsPerSecond = 0;
 };
 
-/// What a simulated host knows of itself, beside the cameras: its adapters and its USB tree.
+/// The adapters and the USB tree of a simulated host.
 struct SimulatedHost {
     std::vector<SimulatedAdapter> adapters;
     std::vector<SimulatedUsbNode> usbNodes;
 };
 
-/// Offered by a system object that simulates cameras (found by dynamic_cast of the OrvSystem): the
-/// host that they hang on, and a grip on the SDK's calls for tests and measurements. Thread-safe.
+/// Offered by a system object that simulates cameras (found by dynamic_cast of the OrvSystem):
+/// their host, and control of the SDK's calls for tests and measurements. Thread-safe.
 class ORVCPP_API ISimulation {
 public:
     virtual ~ISimulation() = default;

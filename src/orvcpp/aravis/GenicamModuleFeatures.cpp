@@ -1,0 +1,169 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/GenicamModuleFeatures.h"
+
+#include "orvcpp/core/NetworkFeatures.h"
+
+#include <limits>
+#include <memory>
+#include <utility>
+
+namespace orv::aravis {
+
+namespace {
+
+constexpr std::int64_t anyNumber = std::numeric_limits<std::int64_t>::max();
+constexpr int kilobyte = 1024;
+constexpr std::int64_t socketDriver = 0;
+constexpr std::int64_t filterDriver = 1;
+
+void addType(FeatureSet& set, const char* name, OrvTransportLayerType type) {
+    set.enumeration(name)
+        .entry("GigEVision", OrvTransportLayerTypeGEV)
+        .entry("USB3Vision", OrvTransportLayerTypeU3V)
+        .current(type == OrvTransportLayerTypeGEV ? "GigEVision" : "USB3Vision")
+        .readOnly();
+}
+
+FeatureNode& addQuantity(FeatureSet& set, const char* name, std::int64_t value, const char* unit) {
+    return set.fixedNumber(name, value).limits(0, anyNumber).unit(unit);
+}
+
+void addAdapter(FeatureSet& set, const platform::NetworkAdapter& adapter) {
+    addAdapterAddresses(set, adapter.address, adapter.mask, platform::macAddress(adapter.name));
+    set.integer("GevInterfaceMTU")
+        .about("Largest packet that the adapter sends and receives whole.")
+        .unit("B")
+        .shownAs("PureNumber")
+        .limits(0, anyNumber)
+        .computed([name = adapter.name] { return Value(platform::mtu(name)); });
+}
+
+void addStatistics(FeatureSet& set, const StreamControl& control) {
+    const auto add = [&](const char* name, const char* about, const char* counted) {
+        set.integer(name)
+            .about(about)
+            .limits(0, anyNumber)
+            .computed([count = control.count, counted] { return Value(count(counted)); });
+    };
+    set.category("/Statistics");
+    add("StatFrameDelivered", "Frames that arrived whole.", "n_completed_buffers");
+    add("StatFrameIncomplete", "Frames that arrived damaged.", "n_failures");
+    add("StatFrameDropped", "Frames of which nothing arrived.", "n_missing_frames");
+    add("StatFrameUnderrun", "Frames for which no buffer was queued.", "n_underruns");
+    add("StatPacketReceived", "Packets that arrived.", "n_received_packets");
+    add("StatPacketMissed", "Packets that did not arrive at first.", "n_missing_packets");
+    add("StatPacketRequested", "Packets that the camera was asked for again.", "n_resend_requests");
+    add("StatPacketResent", "Packets that the camera has sent again.", "n_resent_packets");
+    add("StatByteDelivered", "Bytes that arrived.", "n_transferred_bytes");
+}
+
+void addPacketSize(FeatureSet& set, const StreamControl& control) {
+    const auto idle = [isStreaming = control.isStreaming] {
+        return !isStreaming();
+    };
+    set.integer("GVSPPacketSize")
+        .unit("B")
+        .about("Bytes of a packet of the stream.")
+        .limits(control.packetSizeLimits)
+        .writtenBy([put = control.setPacketSize](const Value& size) {
+            return put(std::get<std::int64_t>(size));
+        })
+        .readBy(
+            [get = control.packetSize](Value& size) { return get(size.emplace<std::int64_t>()); })
+        .writableIf(idle);
+    set.command("GVSPAdjustPacketSize")
+        .about("Finds the largest packet size that reaches this host.")
+        .runBy(control.adjustPacketSize)
+        .writableIf(idle);
+}
+
+void addGvsp(FeatureSet& set, const StreamControl& control) {
+    set.category("/GVSP");
+    set.enumeration("GVSPDriver")
+        .about("Filter: packets are taken before the operating system's UDP. Socket: from a UDP "
+               "socket.")
+        .entry("Socket", socketDriver)
+        .entry("Filter", filterDriver)
+        .computed([path = control.path] {
+            return Value(path().usesPacketSocket ? filterDriver : socketDriver);
+        });
+    addPacketSize(set, control);
+    addQuantity(set, "GVSPHostReceiveBufferSize", control.path().receiveBuffer / kilobyte, "KB")
+        .about("Receive buffer that the operating system grants a UDP socket.")
+        .guru();
+}
+
+} // namespace
+
+FeatureSet makeTransportLayerFeatures(const TransportLayerData& layer) {
+    FeatureSet set;
+    set.category("/SystemInformation");
+    set.fixedText("TLID", layer.id).about("ID of the transport layer.");
+    set.fixedText("TLDisplayName", layer.name);
+    addType(set, "TLType", layer.type);
+    return set;
+}
+
+FeatureSet makeInterfaceFeatures(const CameraRecord& camera, const std::string& name) {
+    FeatureSet set;
+    set.category("/InterfaceInformation");
+    set.fixedText("InterfaceID", camera.interfaceId()).about("ID of the interface.");
+    set.fixedText("InterfaceDisplayName", name).about("Name of the interface.");
+    addType(set, "InterfaceType", camera.type);
+    if (camera.adapter) {
+        set.integer("InterfaceLinkSpeed")
+            .about("Speed of the adapter's link; 0 when the adapter does not tell.")
+            .unit("bps")
+            .shownAs("PureNumber")
+            .limits(0, anyNumber)
+            .computed([name = camera.adapter->name] { return Value(platform::linkSpeed(name)); });
+        addAdapter(set, *camera.adapter);
+    }
+    if (camera.usb) {
+        set.category("/InterfaceInformation/USB3Vision");
+        set.fixedText("U3VControllerLocation", camera.usb->controller)
+            .about("PCI bus, device and function of the USB controller.");
+    }
+    return set;
+}
+
+FeatureSet makeLocalDeviceFeatures(const CameraRecord& camera, const std::string& id) {
+    FeatureSet set;
+    set.category("/DeviceInformation");
+    set.fixedText("DeviceID", id).about("ID of the camera.");
+    set.fixedText("DeviceVendorName", camera.vendor);
+    set.fixedText("DeviceModelName", camera.model);
+    set.fixedText("DeviceSerialNumber", camera.serialNumber);
+    set.fixedText("DeviceUserID", camera.userName);
+    addType(set, "DeviceType", camera.type);
+    if (camera.type == OrvTransportLayerTypeGEV) {
+        set.category("/DeviceInformation/GigEVision");
+        addAddress(set, "GevDeviceIPAddress", camera.address).about("IPv4 address of the camera.");
+        addMac(set, "GevDeviceMACAddress", platform::macNumber(camera.hardwareId))
+            .about("MAC address of the camera.");
+    }
+    if (camera.usb) {
+        set.category("/DeviceInformation/USB3Vision");
+        set.fixedText("DeviceLocation", camera.usb->location())
+            .about("USB bus, and the ports down to the camera.");
+        addQuantity(set, "DeviceConnectionSpeed", camera.usb->linkSpeed, "bps")
+            .about("Speed of the camera's USB link.");
+    }
+    return set;
+}
+
+FeatureSet makeStreamFeatures(const CameraRecord& camera, StreamControl control) {
+    FeatureSet set;
+    set.category("/StreamInformation");
+    set.fixedText("StreamID", "Stream0").about("ID of the stream.");
+    addType(set, "StreamType", camera.type);
+    set.boolean("StreamIsGrabbing")
+        .computed([isStreaming = control.isStreaming] { return Value(isStreaming()); })
+        .expert();
+    if (camera.type == OrvTransportLayerTypeGEV)
+        addGvsp(set, control);
+    addStatistics(set, control);
+    return set;
+}
+
+} // namespace orv::aravis

@@ -1,0 +1,255 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/device/DeviceConnection.h"
+
+#include "orvcpp/aravis/LibraryError.h"
+#include "orvcpp/aravis/device/DetachableThreads.h"
+#include "orvcpp/aravis/discovery/Gvcp.h"
+#include "orvcpp/core/SdkThread.h"
+
+#include <utility>
+
+namespace orv::aravis {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr milliseconds watchInterval{250};
+/// Silence after which a camera is asked whether it is there.
+constexpr milliseconds quietLimit{500};
+constexpr milliseconds askWait{250};
+/// Silence after which a camera is lost; longer during a call, as some cameras answer nothing else
+/// meanwhile.
+constexpr milliseconds lostLimit{1500};
+constexpr milliseconds busyLostLimit{2200};
+constexpr int privilegeTries = 3;
+
+std::int64_t nowNanoseconds() {
+    return std::chrono::nanoseconds(Clock::now().time_since_epoch()).count();
+}
+
+GObjectPtr<GInetAddress> inetAddress(std::uint32_t address) {
+    const guint8 bytes[] = {static_cast<guint8>(address >> 24U),
+                            static_cast<guint8>(address >> 16U), static_cast<guint8>(address >> 8U),
+                            static_cast<guint8>(address)};
+    return GObjectPtr<GInetAddress>(g_inet_address_new_from_bytes(bytes, G_SOCKET_FAMILY_IPV4));
+}
+
+/// The library parses the descriptions of all cameras with one parser, which is not thread-safe.
+std::mutex& parserOfDescriptions() {
+    static std::mutex mutex;
+    return mutex;
+}
+
+/// Does not use the library's list of cameras: it belongs to the discovery's thread and is locked
+/// during a search, for a second.
+GObjectPtr<ArvDevice> makeDevice(const CameraRecord& record, LibraryError& failure) {
+    const std::lock_guard lock(parserOfDescriptions());
+    // A camera without a GUID goes by its serial number.
+    if (record.type == OrvTransportLayerTypeU3V && record.hardwareId == record.serialNumber)
+        return GObjectPtr<ArvDevice>(arv_uv_device_new(record.vendor.c_str(), record.model.c_str(),
+                                                       record.serialNumber.c_str(), failure.out()));
+    if (record.type == OrvTransportLayerTypeU3V)
+        return GObjectPtr<ArvDevice>(
+            arv_uv_device_new_from_guid(record.hardwareId.c_str(), failure.out()));
+    const auto local = inetAddress(record.adapter ? record.adapter->address : 0);
+    const auto remote = inetAddress(record.address);
+    return GObjectPtr<ArvDevice>(arv_gv_device_new(local.get(), remote.get(), failure.out()));
+}
+
+/// The library opens a GigE camera without an error, but without control, while another program
+/// controls it.
+OrvErrorType settleControl(ArvDevice* device, OrvAccessModeType mode) {
+    if (!ARV_IS_GV_DEVICE(device))
+        return OrvErrorSuccess;
+    const bool hasControl = arv_gv_device_is_controller(ARV_GV_DEVICE(device));
+    if (mode == OrvAccessModeFull)
+        return hasControl ? OrvErrorSuccess : OrvErrorInvalidAccess;
+    if (!hasControl)
+        return OrvErrorSuccess;
+    LibraryError failure;
+    arv_gv_device_leave_control(ARV_GV_DEVICE(device), failure.out());
+    return failure.code();
+}
+
+/// 0 for a camera without this register.
+std::uint32_t readControllerPort(ArvDevice* device) {
+    guint32 port = 0;
+    LibraryError failure;
+    if (ARV_IS_GV_DEVICE(device) &&
+        !arv_device_read_register(device, controllerPortRegister, &port, failure.out()))
+        port = 0;
+    return port;
+}
+
+void setPolicies(ArvDevice* device) {
+    // No cache: the camera may change any value by itself. No checks: NodeAccess checks range and
+    // access before each call.
+    arv_device_set_register_cache_policy(device, ARV_REGISTER_CACHE_POLICY_DISABLE);
+    arv_device_set_range_check_policy(device, ARV_RANGE_CHECK_POLICY_DISABLE);
+    arv_device_set_access_check_policy(device, ARV_ACCESS_CHECK_POLICY_DISABLE);
+}
+
+} // namespace
+
+DeviceConnection::DeviceConnection(CameraRecord record, OrvAccessModeType mode,
+                                   DetachableThreads& threads, std::function<void()> quiet,
+                                   std::function<void()> lost)
+    : m_record(std::move(record)), m_mode(mode), m_thread(DeviceThread::begin(threads)),
+      m_quiet(std::move(quiet)), m_lost(std::move(lost)) {}
+
+DeviceConnection::~DeviceConnection() {
+    close();
+}
+
+OrvErrorType DeviceConnection::open() {
+    noteLife();
+    m_watch = std::thread(&DeviceConnection::watch, this);
+    struct Found {
+        std::shared_ptr<const FeatureCatalogue> features;
+        std::uint32_t controllerPort = 0;
+    };
+    const auto found = std::make_shared<Found>();
+    const OrvErrorType error = m_thread->call(
+        [device = m_device, record = m_record, mode = m_mode, found]() -> OrvErrorType {
+            LibraryError failure;
+            GObjectPtr<ArvDevice> made = makeDevice(record, failure);
+            if (!made)
+                return failure.code() != OrvErrorSuccess ? failure.code() : OrvErrorUnspecified;
+            if (const OrvErrorType refused = settleControl(made.get(), mode);
+                refused != OrvErrorSuccess)
+                return refused;
+            ArvGc* const description = arv_device_get_genicam(made.get());
+            if (!description)
+                return OrvErrorFeaturesUnavailable;
+            setPolicies(made.get());
+            found->features = std::make_shared<FeatureCatalogue>(description);
+            found->controllerPort = readControllerPort(made.get());
+            *device = std::move(made);
+            return OrvErrorSuccess;
+        },
+        longCallLimit);
+    if (error != OrvErrorSuccess)
+        return error;
+    m_features = found->features;
+    m_controllerPort = found->controllerPort;
+    m_isOpen = true;
+    return OrvErrorSuccess;
+}
+
+void DeviceConnection::close() {
+    if (m_isClosed.exchange(true))
+        return;
+    m_isOpen = false;
+    const auto release = [device = m_device]() -> OrvErrorType {
+        device->reset();
+        return OrvErrorSuccess;
+    };
+    // Waits until the device has ended, so that the camera is free for others. It may still die
+    // here, so it is watched until then.
+    if (m_thread->call(release, callLimit) != OrvErrorSuccess)
+        m_thread->post(release);
+    stopWatching();
+    m_thread->quit();
+}
+
+void DeviceConnection::callLater(std::function<void()> work) const {
+    m_thread->post([work = std::move(work)]() -> OrvErrorType {
+        work();
+        return OrvErrorSuccess;
+    });
+}
+
+OrvErrorType DeviceConnection::admits(bool writing) const {
+    if (m_isClosed)
+        return OrvErrorDeviceNotOpen;
+    if (isLost())
+        return OrvErrorNotFound;
+    return writing && m_mode != OrvAccessModeFull ? OrvErrorInvalidAccess : OrvErrorSuccess;
+}
+
+void DeviceConnection::noteLife() {
+    m_lastLife.store(nowNanoseconds(), std::memory_order_relaxed);
+}
+
+DeviceConnection::Sign DeviceConnection::ask() const {
+    if (m_record.type == OrvTransportLayerTypeU3V)
+        return !m_record.usb || m_record.usb->isPresent() ? Sign::Life : Sign::None;
+    // A camera that was switched off and on answers, but is not controlled by anybody. So does one
+    // that is being opened or closed, so m_isOpen is checked before the request and after the
+    // answer.
+    const bool isControlled = m_isOpen && m_mode == OrvAccessModeFull;
+    const auto answer = Gvcp(m_record.address, askWait, 1).readRegister(privilegeRegister);
+    if (!answer)
+        return Sign::None;
+    const bool isFree = Gvcp::value(*answer) == 0U;
+    return isControlled && (isFree || isOthers()) && m_isOpen ? Sign::ControlLost : Sign::Life;
+}
+
+bool DeviceConnection::isOthers() const {
+    if (m_controllerPort == 0)
+        return false;
+    const auto answer = Gvcp(m_record.address, askWait, 1).readRegister(controllerPortRegister);
+    const auto port = answer ? Gvcp::value(*answer) : std::nullopt;
+    return port && *port != 0 && *port != m_controllerPort;
+}
+
+void DeviceConnection::lookForLife() {
+    const auto silence = [this] {
+        return std::chrono::nanoseconds(nowNanoseconds() -
+                                        m_lastLife.load(std::memory_order_relaxed));
+    };
+    if (silence() > quietLimit) {
+        const Sign sign = ask();
+        if (sign == Sign::Life)
+            noteLife();
+        if (sign == Sign::None)
+            m_quiet();
+        if (sign == Sign::ControlLost)
+            m_thread->lose();
+    }
+    if (silence() > (m_thread->isBusy() ? busyLostLimit : lostLimit))
+        m_thread->lose();
+}
+
+void DeviceConnection::watch() {
+    setCurrentSdkThread(SdkThread::Events);
+    std::unique_lock lock(m_watchMutex);
+    const auto ends = [this] {
+        return m_watchEnds;
+    };
+    bool told = false;
+    while (!m_watchChanged.wait_for(lock, watchInterval, ends) && !told) {
+        lock.unlock();
+        lookForLife();
+        if (m_thread->isLost()) {
+            told = true;
+            m_lost();
+        }
+        lock.lock();
+    }
+}
+
+void DeviceConnection::stopWatching() {
+    {
+        const std::lock_guard lock(m_watchMutex);
+        m_watchEnds = true;
+    }
+    m_watchChanged.notify_all();
+    if (m_watch.joinable())
+        m_watch.join();
+}
+
+std::optional<OrvAccessModeType> permittedAccess(const CameraRecord& record) {
+    if (record.type == OrvTransportLayerTypeU3V) {
+        if (record.usb && !record.usb->isPresent())
+            return std::nullopt;
+        return record.usb && record.usb->isClaimed() ? OrvAccessModeNone : allModes;
+    }
+    const auto answer =
+        Gvcp(record.address, askWait, privilegeTries).readRegister(privilegeRegister);
+    return answer ? std::optional(grantedBy(*answer)) : std::nullopt;
+}
+
+} // namespace orv::aravis

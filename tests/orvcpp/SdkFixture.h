@@ -1,0 +1,250 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "OrvCPP/OrvSystem.h"
+#include "OrvSimulation/Simulation.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <mutex>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+/// The camera SDK as the tests of the simulated cameras use it.
+namespace sdk {
+
+using OrvCPP::Camera;
+using OrvCPP::Feature;
+using OrvCPP::FeatureContainer;
+using OrvCPP::Frame;
+using OrvCPP::OrvSystem;
+
+inline OrvSystem& system() {
+    return OrvSystem::GetInstance();
+}
+
+inline OrvCPP::ISimulation& simulation() {
+    return dynamic_cast<OrvCPP::ISimulation&>(OrvSystem::GetInstance());
+}
+
+/// Text that \p get hands out through a buffer and a length; its code when it fails.
+template <typename Get> std::string text(const Get& get) {
+    std::uint32_t length = 0;
+    if (const OrvErrorType error = get(nullptr, length))
+        return "error " + std::to_string(error);
+    std::string result(length, '\0');
+    if (const OrvErrorType error = get(result.data(), length))
+        return "error " + std::to_string(error);
+    return result;
+}
+
+template <typename Object, typename Base>
+std::string text(const Object& object, OrvErrorType (Base::*get)(char*, std::uint32_t&) const) {
+    return text([&](char* buffer, std::uint32_t& length) { return (object.*get)(buffer, length); });
+}
+
+inline std::string startupError() {
+    return text(system(), &OrvSystem::GetStartupError);
+}
+
+template <typename T, typename Get> std::vector<std::shared_ptr<T>> list(const Get& get) {
+    std::uint32_t count = 0;
+    EXPECT_EQ(get(static_cast<std::shared_ptr<T>*>(nullptr), count), OrvErrorSuccess);
+    std::vector<std::shared_ptr<T>> result(count);
+    EXPECT_EQ(get(result.data(), count), OrvErrorSuccess);
+    return result;
+}
+
+inline std::vector<std::shared_ptr<Camera>> cameras() {
+    return list<Camera>([](auto array, auto& count) { return system().GetCameras(array, count); });
+}
+
+inline std::shared_ptr<Camera> camera(const std::string& id) {
+    std::shared_ptr<Camera> found;
+    EXPECT_EQ(system().GetCameraByID(id.c_str(), found), OrvErrorSuccess) << id;
+    return found;
+}
+
+inline std::shared_ptr<Camera> openCamera(const std::string& id) {
+    const std::shared_ptr<Camera> found = camera(id);
+    EXPECT_EQ(found->Open(OrvAccessModeFull), OrvErrorSuccess) << id;
+    return found;
+}
+
+inline std::shared_ptr<OrvCPP::Stream> stream(const Camera& camera) {
+    return list<OrvCPP::Stream>(
+               [&](auto array, auto& count) { return camera.GetStreams(array, count); })
+        .at(0);
+}
+
+inline std::shared_ptr<Feature> feature(const FeatureContainer& module, const char* name) {
+    std::shared_ptr<Feature> found;
+    EXPECT_EQ(module.GetFeatureByName(name, found), OrvErrorSuccess) << name;
+    return found;
+}
+
+template <typename T> T get(const FeatureContainer& module, const char* name) {
+    T value{};
+    EXPECT_EQ(feature(module, name)->GetValue(value), OrvErrorSuccess) << name;
+    return value;
+}
+
+inline std::string getText(const FeatureContainer& module, const char* name) {
+    return text(*feature(module, name), &Feature::GetValue);
+}
+
+template <typename T> OrvErrorType set(const FeatureContainer& module, const char* name, T value) {
+    return feature(module, name)->SetValue(value);
+}
+
+/// Waits until \p condition holds, for much longer than it should take.
+template <typename Condition> bool eventually(const Condition& condition) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    return true;
+}
+
+/// Whether the numbers go up by one from \p first.
+inline testing::AssertionResult isGapless(const std::vector<std::uint64_t>& ids,
+                                          std::uint64_t first) {
+    for (std::size_t i = 0; i < ids.size(); ++i) {
+        if (ids[i] != first + i)
+            return testing::AssertionFailure() << "frame " << i << " is number " << ids[i];
+    }
+    return testing::AssertionSuccess();
+}
+
+/// A file below the tests' own temporary folder, gone with the object.
+class TemporaryFile {
+public:
+    TemporaryFile(const std::string& name, const std::string& contents) {
+        static std::atomic<int> number{0};
+        m_folder =
+            std::filesystem::temp_directory_path() /
+            ("orvcpp-" + std::to_string(std::random_device()()) + '-' + std::to_string(++number));
+        std::filesystem::create_directories(m_folder);
+        std::ofstream(m_folder / name) << contents;
+        m_path = m_folder / name;
+    }
+    ~TemporaryFile() { std::filesystem::remove_all(m_folder); }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    const std::filesystem::path& path() const { return m_path; }
+
+private:
+    std::filesystem::path m_folder;
+    std::filesystem::path m_path;
+};
+
+inline OrvErrorType startWith(const std::string& scenario) {
+    const TemporaryFile file("scenario.json", scenario);
+    return system().Startup(file.path().wstring().c_str());
+}
+
+/// The SDK started with a scenario, for the time of a test.
+class Running {
+public:
+    explicit Running(const std::string& scenario) {
+        EXPECT_EQ(startWith(scenario), OrvErrorSuccess) << startupError();
+        simulation().ResetCalls();
+    }
+    ~Running() {
+        simulation().FailCall(0, OrvErrorSuccess);
+        EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
+    }
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+};
+
+/// A scenario of one adapter ("gev", 1 Gbit/s) and one USB controller ("usb", 5 Gbit/s) with
+/// \p cameras, the inside of the array.
+inline std::string scenario(const std::string& cameras) {
+    return R"({"host": {"adapters": [{"name": "eth0", "address": "192.168.10.1"}],
+                        "usbControllers": [{"device": 20, "hubs": [{"name": "hub", "port": 4}]}]},
+  "transportLayers": [{"id": "G", "type": "GigEVision"}, {"id": "U", "type": "USB3Vision"}],
+  "interfaces": [{"id": "gev", "transportLayer": "G", "adapter": "eth0"},
+                 {"id": "usb", "transportLayer": "U", "usbController": "0-20-0"}],
+  "cameras": [)" +
+           cameras + "]}";
+}
+
+/// A GigE camera of the given ID; \p more are further keys, each with a comma in front.
+inline std::string gige(const std::string& id, const std::string& more = {}) {
+    return R"({"id": ")" + id + R"(", "model": "M", "interface": "gev")" + more + "}";
+}
+
+inline std::string usb(const std::string& id, int port, const std::string& more = {}) {
+    return R"({"id": ")" + id + R"(", "model": "M", "interface": "usb", "port": )" +
+           std::to_string(port) + more + "}";
+}
+
+/// A small sensor with the given frame rate: an image has 64,000 bytes.
+inline std::string sensor(double frameRate) {
+    return R"(, "exposureTime": 100, "sensor": {"width": 320, "height": 200, "frameRate": )" +
+           std::to_string(frameRate) + "}";
+}
+
+/// Notes what arrives, and gives frames back unless told to keep them.
+class Receiver : public OrvCPP::IFrameObserver {
+public:
+    explicit Receiver(std::weak_ptr<Camera> camera, bool keeps = false)
+        : m_camera(std::move(camera)), m_keeps(keeps) {}
+
+    void FrameReceived(const std::shared_ptr<Frame>& frame) override {
+        std::uint64_t id = 0;
+        OrvFrameStatusType status = OrvFrameStatusInvalid;
+        frame->GetFrameID(id);
+        frame->GetReceiveStatus(status);
+        const std::lock_guard lock(m_mutex);
+        m_ids.push_back(id);
+        m_incomplete += status == OrvFrameStatusIncomplete ? 1 : 0;
+        if (m_keeps)
+            m_kept.push_back(frame);
+        else if (const auto camera = m_camera.lock())
+            camera->QueueFrame(frame);
+    }
+
+    std::vector<std::uint64_t> ids() const {
+        const std::lock_guard lock(m_mutex);
+        return m_ids;
+    }
+    std::size_t count() const { return ids().size(); }
+    int incomplete() const {
+        const std::lock_guard lock(m_mutex);
+        return m_incomplete;
+    }
+    std::vector<std::shared_ptr<Frame>> takeKept() {
+        const std::lock_guard lock(m_mutex);
+        m_keeps = false;
+        return std::move(m_kept);
+    }
+
+private:
+    const std::weak_ptr<Camera> m_camera;
+    mutable std::mutex m_mutex;
+    std::vector<std::uint64_t> m_ids;
+    int m_incomplete = 0;
+    bool m_keeps;
+    std::vector<std::shared_ptr<Frame>> m_kept;
+};
+
+inline OrvErrorType start(Camera& camera, const std::shared_ptr<OrvCPP::IFrameObserver>& observer,
+                          int buffers = 5) {
+    return camera.StartContinuousImageAcquisition(buffers, observer,
+                                                  OrvCPP::FrameAllocationMode::AnnounceFrame);
+}
+
+} // namespace sdk

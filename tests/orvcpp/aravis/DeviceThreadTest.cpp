@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/device/DeviceThread.h"
+#include "orvcpp/aravis/device/DetachableThreads.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <future>
+#include <memory>
+#include <new>
+#include <thread>
+
+namespace {
+
+using namespace orv::aravis;
+
+TEST(DeviceThread, waitsOnceForAStuckDeviceAndGoesOnWhenItAnswers) {
+    using namespace std::chrono_literals;
+    DetachableThreads threads;
+    const auto device = DeviceThread::begin(threads, 0ms);
+    EXPECT_EQ(device->call([]() -> OrvErrorType { throw std::bad_alloc(); }, 10s),
+              OrvErrorResources);
+
+    const auto answer = std::make_shared<std::promise<void>>();
+    const auto hang = [answer]() -> OrvErrorType {
+        answer->get_future().wait();
+        return OrvErrorSuccess;
+    };
+    EXPECT_EQ(device->call(hang, 10ms), OrvErrorTimeout);
+    const auto succeed = []() -> OrvErrorType {
+        return OrvErrorSuccess;
+    };
+    const auto begun = std::chrono::steady_clock::now();
+    EXPECT_EQ(device->call(succeed, 10s), OrvErrorTimeout);
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, 5s);
+    answer->set_value();
+    while (device->call(succeed, 10s) == OrvErrorTimeout)
+        std::this_thread::yield();
+    EXPECT_EQ(device->call(succeed, 10s), OrvErrorSuccess);
+    device->quit();
+    threads.join(10s);
+}
+
+} // namespace

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "tests/orvcpp/SdkFixture.h"
+#include "tests/support/FakeCameraProcess.h"
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// The camera SDK on fake cameras of the network.
+namespace cameras {
+
+using sdk::Camera;
+using Clock = std::chrono::steady_clock;
+
+constexpr const char* address = "127.0.0.2";
+inline const std::vector<std::string> smallFrames{"--width", "320",          "--height",
+                                                  "200",     "--frame-rate", "100"};
+
+/// The SDK started with real cameras, for the time of a test. The cameras are to be there before.
+class Started {
+public:
+    explicit Started(const std::wstring& configuration = L":genicam") {
+        EXPECT_EQ(sdk::system().Startup(configuration.c_str()), OrvErrorSuccess)
+            << sdk::startupError();
+    }
+    ~Started() { EXPECT_EQ(sdk::system().Shutdown(), OrvErrorSuccess); }
+    Started(const Started&) = delete;
+    Started& operator=(const Started&) = delete;
+};
+
+/// The camera of a serial number; empty when it is not there.
+inline std::shared_ptr<Camera> find(const std::string& serial) {
+    for (const auto& camera : sdk::cameras()) {
+        if (sdk::text([&](char* b, std::uint32_t& n) { return camera->GetSerialNumber(b, n); }) ==
+            serial)
+            return camera;
+    }
+    return nullptr;
+}
+
+/// One fake camera, the SDK on it, and the camera opened.
+class OneCamera : public testing::Test {
+protected:
+    explicit OneCamera(const std::vector<std::string>& options = {}) : fake(address, options) {}
+
+    void SetUp() override {
+        camera = find("FC0001");
+        ASSERT_TRUE(camera);
+        ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
+    }
+
+    fakecamera::FakeCameraProcess fake;
+    Started started;
+    std::shared_ptr<Camera> camera;
+};
+
+} // namespace cameras

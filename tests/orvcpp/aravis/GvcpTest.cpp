@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/discovery/Gvcp.h"
+#include "platform/UdpSocket.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <future>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace orv::aravis;
+
+/// A camera that says to its first question that it needs \p milliseconds more, and answers 7 some
+/// time later if it \p answers at all. How many more questions it got meanwhile.
+int answerSlowly(std::uint32_t address, std::uint16_t milliseconds, bool answers,
+                 std::promise<void>& isReady) {
+    const platform::UdpSocket socket;
+    EXPECT_TRUE(socket.bindTo(address, 3956));
+    isReady.set_value();
+
+    std::uint8_t question[64];
+    sockaddr_in peer{};
+    socklen_t size = sizeof peer;
+    EXPECT_EQ(recvfrom(socket.handle(), question, sizeof question, 0,
+                       reinterpret_cast<sockaddr*>(&peer), &size),
+              12);
+    const auto send = [&](std::vector<std::uint8_t> packet) {
+        packet[7] = question[7];
+        sendto(socket.handle(), packet.data(), packet.size(), 0,
+               reinterpret_cast<const sockaddr*>(&peer), size);
+    };
+    send({0, 0, 0, 0x89, 0, 4, 0, 0, 0, 0, static_cast<std::uint8_t>(milliseconds >> 8U),
+          static_cast<std::uint8_t>(milliseconds)});
+    pollfd asked{socket.handle(), POLLIN, 0};
+    const int questions = poll(&asked, 1, 300);
+    if (answers)
+        send({0, 0, 0, 0x81, 0, 4, 0, 0, 0, 0, 0, 7});
+    return questions;
+}
+
+TEST(Gvcp, waitsLongerForABusyCameraButNotForEver) {
+    using namespace std::chrono_literals;
+    // No other process of this test has this address.
+    const std::uint32_t address = 0x7F400000U + static_cast<std::uint32_t>(::getpid() & 0x3FFFFF);
+    for (const bool answers : {true, false}) {
+        std::promise<void> isReady;
+        auto camera = std::async(std::launch::async, [&] {
+            return answerSlowly(address, answers ? 5000 : 60'000, answers, isReady);
+        });
+        isReady.get_future().wait();
+        const auto begun = std::chrono::steady_clock::now();
+        const auto answer = Gvcp(address, 100ms, 3).readRegister(privilegeRegister);
+        EXPECT_LT(std::chrono::steady_clock::now() - begun, 5s);
+        EXPECT_EQ(camera.get(), 0) << "asked again";
+        ASSERT_TRUE(answer) << "it lives";
+        EXPECT_EQ(Gvcp::value(*answer), answers ? std::optional(7U) : std::nullopt);
+    }
+}
+
+TEST(Gvcp, grantsWhatThePrivilegeRegisterLeaves) {
+    constexpr unsigned all = OrvAccessModeFull | OrvAccessModeRead;
+    const auto granted = [](std::uint16_t status, std::vector<std::uint8_t> data) {
+        return static_cast<unsigned>(grantedBy({status, std::move(data)}));
+    };
+    EXPECT_EQ(granted(0, {0, 0, 0, 0}), all);
+    EXPECT_EQ(granted(0, {0, 0, 0, 2}), OrvAccessModeRead);
+    EXPECT_EQ(granted(0, {0, 0, 0, 6}), OrvAccessModeRead) << "control that may be taken over";
+    EXPECT_EQ(granted(0, {0, 0, 0, 3}), OrvAccessModeNone);
+    EXPECT_EQ(granted(0x8006, {}), OrvAccessModeNone) << "refused: somebody has it to himself";
+    EXPECT_EQ(granted(0x8001, {}), all) << "not to be read: opening will show";
+}
+
+} // namespace
