@@ -2,7 +2,7 @@
 #include "viewer/CameraEntry.h"
 
 #include "OrvCPP/OrvSystem.h"
-#include "sdk/TwiceAsked.h"
+#include "sdk/SdkQuery.h"
 
 #include <QHash>
 
@@ -13,7 +13,7 @@ namespace {
 /// One of the SDK's texts; empty when the SDK answers an error.
 template <class Object, class Ask> QString textOf(const Object& object, const Ask& ask) {
     std::string text;
-    TwiceAsked::text(&object, text, ask);
+    SdkQuery::text(&object, text, ask);
     return QString::fromStdString(text);
 }
 
@@ -63,7 +63,7 @@ void tellApart(std::vector<CameraEntry>& entries, QString CameraEntry::*text) {
 std::vector<CameraEntry> findCameras(OrvCPP::OrvSystem& system) {
     std::vector<CameraEntry> entries;
     std::vector<std::shared_ptr<OrvCPP::Camera>> cameras;
-    TwiceAsked::elements(&system, cameras, &OrvCPP::OrvSystem::GetCameras);
+    SdkQuery::elements(&system, cameras, &OrvCPP::OrvSystem::GetCameras);
     for (const auto& camera : cameras)
         entries.push_back(describe(camera));
     // Most cameras have their model's name, and two makers may use the same serial number.

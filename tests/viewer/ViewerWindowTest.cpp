@@ -3,7 +3,7 @@
 
 #include "OrvCPP/OrvSystem.h"
 #include "OrvSimulation/Simulation.h"
-#include "sdk/TwiceAsked.h"
+#include "sdk/SdkQuery.h"
 #include "session/SdkSession.h"
 #include "session/StreamingLimits.h"
 #include "tests/support/CapturedLog.h"
@@ -85,10 +85,10 @@ public:
         const auto& model = *static_cast<viewer::CameraModel*>(list().model());
         const auto row = static_cast<std::size_t>(list().currentIndex().row());
         std::string id;
-        TwiceAsked::text(model.cameras()[row].camera.get(), id,
-                         [](const auto& camera, char* buffer, std::uint32_t& length) {
-                             return camera.GetID(buffer, length, false);
-                         });
+        SdkQuery::text(model.cameras()[row].camera.get(), id,
+                       [](const auto& camera, char* buffer, std::uint32_t& length) {
+                           return camera.GetID(buffer, length, false);
+                       });
         return id;
     }
     bool waitForImage() {
