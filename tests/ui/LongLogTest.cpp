@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "logging/LogMessageWidget.h"
+#include "ui/LogMessageWidget.h"
 
 #include <QCoreApplication>
 #include <QHeaderView>
@@ -11,7 +11,6 @@
 namespace {
 
 using Logging::LogMessageWidget;
-using Logging::RowHeights;
 
 /// Counts how often an item is measured.
 class CountingDelegate : public QStyledItemDelegate {
