@@ -15,6 +15,7 @@
 class BandwidthLimit;
 class FeatureController;
 class FrameObserver;
+class GigEStream;
 
 /// Outcome of the last attempt to set a camera's bandwidth.
 enum class AutosetStatus : std::int32_t {
@@ -96,18 +97,16 @@ private:
     FeatureValue featureValue(const std::string& feature) const;
     /// Looks for the camera's bandwidth limit; logs an error when it has none.
     bool findBandwidthLimit() const;
+    /// Writes the limit and classifies the outcome; requires a limit that was found.
+    void writeBandwidth(std::uint64_t value, std::uint64_t requested);
     void logMissingFeature(const char* description) const;
     std::optional<std::string> frameRateFeature() const;
     double readFrameRate(const std::string& label) const;
     std::optional<std::int64_t> payloadFromPixelSize() const;
 
-    bool usesSocketDriver() const;
     /// Sets the warning text while the camera streams through the socket driver; takes back no
     /// other warning.
     void checkDriver();
-    bool negotiatePacketSize();
-    bool runPacketSizeCommand();
-    std::optional<std::int64_t> readPacketSize() const;
 
     const std::shared_ptr<OrvCameraWrapper> m_camera;
     /// Negotiation takes milliseconds; a camera that has not finished in seconds never will, and
@@ -115,7 +114,8 @@ private:
     const std::chrono::milliseconds m_packetSizeLimit;
     std::shared_ptr<FeatureController> m_features;
     std::unique_ptr<BandwidthLimit> m_bandwidthLimit;
-    std::shared_ptr<OrvStreamWrapper> m_stream;
+    /// Of an opened GigE camera; else empty.
+    std::unique_ptr<GigEStream> m_stream;
     std::shared_ptr<FrameObserver> m_observer;
     CameraInfo m_info;
     std::string m_warningText;
@@ -126,7 +126,6 @@ private:
     bool m_locked = false;
     bool m_acquiring = false;
     bool m_packetSizeAdjusted = false;
-    bool m_packetSizeStuck = false;
 };
 
 /// Gives one camera the bandwidth that it needs for its highest frame rate, and \p safetyMargin (a

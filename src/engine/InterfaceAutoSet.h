@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "engine/SystemController.h"
+#include "engine/CameraList.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <string>
 
 /// Divides the bandwidth of one interface among its cameras: locked cameras keep theirs, cameras

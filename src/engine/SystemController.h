@@ -2,6 +2,7 @@
 #pragma once
 
 #include "OrvCPP/OrvTypes.h"
+#include "engine/CameraList.h"
 #include "sdk/Forward.h"
 
 #include <cstdint>
@@ -10,12 +11,8 @@
 #include <string>
 #include <vector>
 
-class CameraHandler;
 class InterfaceHandlerGigE;
 class InterfaceHandlerUSB;
-
-/// Cameras of one host interface, in the SDK's order.
-using CameraList = std::vector<std::shared_ptr<CameraHandler>>;
 
 /// Transport-layer type to the name that is shown for it.
 const std::map<OrvTransportLayerType, std::string>& transportLayerTypeNames();

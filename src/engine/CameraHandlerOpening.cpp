@@ -2,6 +2,7 @@
 #include "engine/CameraHandler.h"
 
 #include "engine/FrameObserver.h"
+#include "engine/GigEStream.h"
 #include "features/BandwidthLimit.h"
 #include "features/FeatureController.h"
 #include "logging/Log.h"
@@ -167,6 +168,6 @@ void CameraHandler::findStream() {
         logError(displayName() + ": Cannot get streams.", result);
         return;
     }
-    m_stream = streams.front();
+    m_stream = std::make_unique<GigEStream>(streams.front(), displayName(), m_packetSizeLimit);
     checkDriver();
 }
