@@ -68,7 +68,7 @@ protected:
     LogMessageWidget m_receiver;
 };
 
-TEST_P(LongLogTest, MeasuresNoMoreForARowThanAShortLog) {
+TEST_P(LongLogTest, measuresNoMoreForARowThanAShortLog) {
     m_table.setVisible(GetParam());
     log(200);
     const int few = measuredFor(1);
@@ -80,7 +80,7 @@ TEST_P(LongLogTest, MeasuresNoMoreForARowThanAShortLog) {
 
 INSTANTIATE_TEST_SUITE_P(HiddenAndShown, LongLogTest, testing::Bool());
 
-TEST_F(LongLogTest, MeasuresOldRowsWhenTheyComeIntoSight) {
+TEST_F(LongLogTest, measuresOldRowsWhenTheyComeIntoSight) {
     const QString longText = QStringLiteral("many words ").repeated(60);
     log(20, longText);
     log(500);
@@ -97,7 +97,7 @@ TEST_F(LongLogTest, MeasuresOldRowsWhenTheyComeIntoSight) {
     EXPECT_GT(m_table.rowHeight(502), wrapped);
 }
 
-TEST_F(LongLogTest, KeepsTheHeightsOfAHeaderOfAnotherMode) {
+TEST_F(LongLogTest, keepsTheHeightsOfAHeaderOfAnotherMode) {
     m_table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     log(1);
     settle();
