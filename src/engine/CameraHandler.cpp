@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
 
-/// Adds the remainder itself, not what is missing to the next multiple: this is the rule.
+/// Adds the remainder itself, not the distance to the next multiple. This is intended.
 std::int64_t correctedByIncrement(std::int64_t value, std::int64_t increment) {
     if (increment <= 0)
         return value;
@@ -111,7 +111,7 @@ void CameraHandler::writeBandwidth(std::uint64_t value, std::uint64_t requested)
 
     const bool isClamped = maximum > 0 && corrected >= maximum;
     const std::int64_t written = isClamped ? maximum : std::max(corrected, minimum);
-    // A step above a short share would take bandwidth that the interface does not have.
+    // With less than requested, a step above the share would exceed what the interface has left.
     const std::int64_t atMost = value < requested ? std::min(wanted, written) : written;
     const auto taken = m_bandwidthLimit->write(written, atMost);
     if (!taken)

@@ -15,7 +15,7 @@ constexpr std::uint64_t bitsPerMegabit = 1'000'000;
 /// Bits per second of USB 2.
 constexpr std::uint64_t usb2Speed = 480'000'000;
 
-/// Bits of a number of bytes, held to what 64 bits can carry; 0 for less than nothing.
+/// Bits of a number of bytes, limited to 64 bits; 0 for a negative number.
 std::uint64_t bitsOf(std::int64_t bytes) {
     constexpr std::uint64_t largest = std::numeric_limits<std::uint64_t>::max() / 8;
     return bytes > 0 ? std::min(static_cast<std::uint64_t>(bytes), largest) * 8 : 0;
@@ -24,7 +24,7 @@ std::uint64_t bitsOf(std::int64_t bytes) {
 } // namespace
 
 void CameraHandler::checkUsbSpeedLimit() const {
-    // A camera that is not open shows no features; its warning text says so already.
+    // A camera that is not open has no features.
     if (m_info.transportLayerType != OrvTransportLayerTypeU3V || !m_openedHere)
         return;
     if (!findBandwidthLimit())

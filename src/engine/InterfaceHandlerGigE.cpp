@@ -22,8 +22,8 @@ std::string narrowedUnits(const std::u16string& text) {
     return narrow;
 }
 
-/// The units' bytes, low byte first, as a text that ends at the first zero byte: of an ASCII text
-/// that is its first character.
+/// The units' bytes, low byte first, up to the first zero byte. For an ASCII text this is its first
+/// character.
 std::string bytesUpToZero(const std::u16string& text) {
     std::string bytes;
     for (const char16_t unit : text) {
@@ -47,7 +47,7 @@ std::vector<NetworkAdapter> snapshot(const host::HostNetwork& network) {
     for (const host::AddressRow& row : rows) {
         const host::InterfaceEntry entry = network.interfaceEntry(row.interfaceIndex);
         adapters.push_back(makeNetworkAdapter(row, entry));
-        // The entry goes now, and with it the bytes.
+        // Points into `entry`, which ends here.
         adapters.back().physicalAddress = nullptr;
     }
     return adapters;

@@ -12,7 +12,7 @@ struct AddressRow;
 struct InterfaceEntry;
 } // namespace host
 
-/// One IPv4 address of the host, with what the host tells of the adapter that has it. Addresses
+/// One IPv4 address of the host, with the properties of its adapter. Addresses
 /// are in host byte order: 192.168.1.10 is 0xC0A8010A.
 struct NetworkAdapter {
     std::uint32_t interfaceIndex = 0;
@@ -23,8 +23,7 @@ struct NetworkAdapter {
     std::uint32_t addressType = 0;
     /// Bits per second.
     std::uint64_t linkSpeed = 0;
-    /// Bytes of the entry that the record is made from, and no longer valid than that entry; null
-    /// in a record that outlives it.
+    /// Points into the entry that the record is made from; null in a record that outlives it.
     const std::uint8_t* physicalAddress = nullptr;
     std::string alias;
     std::string description;
@@ -34,8 +33,8 @@ struct NetworkAdapter {
 NetworkAdapter makeNetworkAdapter(const host::AddressRow& row, const host::InterfaceEntry& entry);
 
 /// The host's IPv4 network adapters and their link speeds, as they were when this was made.
-/// Bound to the GUI thread. Owned through shared pointers, which know what they made: so that the
-/// destructor need not be virtual.
+/// Bound to the GUI thread. Owned through a shared pointer made with the class itself, so its
+/// destructor is not virtual.
 class InterfaceHandlerGigE {
 public:
     /// An empty \p network is replaced by the operating system's.

@@ -66,8 +66,8 @@ void InterfaceHandlerUSB::addCamera(const host::DeviceInterface& camera, const H
     known = std::max(known, *speed);
 }
 
-/// Key of the host controller above a hub; nothing when there is none or it does not tell its
-/// place.
+/// Key of the host controller above a hub; nothing when there is none or its PCI location cannot be
+/// read.
 std::optional<std::string> InterfaceHandlerUSB::controllerOf(std::uint32_t instance) const {
     std::optional<host::DeviceInstance> ancestor = instance;
     while (ancestor && !host::isOnPciBus(m_tree->instanceId(*ancestor)))
@@ -88,7 +88,7 @@ std::optional<std::string> InterfaceHandlerUSB::controllerOf(std::uint32_t insta
     return host::controllerKey(bus.value, address.value);
 }
 
-/// Bits per second at which a camera's port runs; an empty \p hubPath is of no hub.
+/// Bits per second at which a camera's port runs; nothing when \p hubPath is empty.
 std::optional<std::uint64_t> InterfaceHandlerUSB::portSpeed(const host::DeviceInterface& camera,
                                                             const std::string& hubPath,
                                                             std::uint32_t port) const {

@@ -12,17 +12,17 @@ class HostUsbTree;
 struct DeviceInterface;
 } // namespace host
 
-/// The host's USB controllers to which cameras are attached (the maker's; of any maker where the
-/// host tells USB3 Vision cameras from other devices), and the speeds at which they run. Bound to
-/// the GUI thread. Owned through shared pointers, which know what they made: so that the destructor
-/// need not be virtual.
+/// The host's USB controllers to which cameras are attached, and the speeds at which they run.
+/// Cameras are those of the maker, and of any maker where the host identifies USB3 Vision devices.
+/// Bound to the GUI thread. Owned through a shared pointer made with the class itself, so its
+/// destructor is not virtual.
 class InterfaceHandlerUSB {
 public:
     /// An empty \p tree is replaced by the operating system's.
     explicit InterfaceHandlerUSB(std::shared_ptr<host::HostUsbTree> tree = {});
 
-    /// Looks at the host's USB tree anew. What cannot be found out of a camera is logged and leaves
-    /// that camera out.
+    /// Reads the host's USB tree again. A camera of which something cannot be read is logged and
+    /// left out.
     void rebuild();
     /// Bits per second of the controller whose PCI location ("bus-device-function", decimal)
     /// occurs in the interface ID; nothing when there is none.

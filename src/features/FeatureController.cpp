@@ -186,13 +186,13 @@ bool FeatureController::waitUntilDone(const OrvFeatureWrapper& command, const st
     const auto start = steady_clock::now();
     while (true) {
         bool done = false;
-        // A command that cannot be asked was started all the same.
+        // A failed query is not a failed command.
         if (command.IsCommandDone(done) != OrvErrorSuccess)
             return true;
         const auto elapsed =
             std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - start)
                 .count();
-        // Time first: what is done only after the limit has timed out.
+        // Time first: a command that is done only after the limit has timed out.
         if (static_cast<double>(elapsed) > timeoutMs) {
             logInfo("Timeout while executing '" + name +
                     "', duration(ms) = " + std::to_string(elapsed));
@@ -220,7 +220,7 @@ FeatureController::getModuleOrWarn(const std::string& name) const {
     return module;
 }
 
-/// A feature whose camera has gone stays known; its own operations then answer the error.
+/// A known feature of a vanished camera is still found; its operations then return the error.
 OrvErrorType FeatureController::findFeature(const std::string& module,
                                             const OrvFeatureContainerWrapper& container,
                                             const std::string& name,
@@ -249,7 +249,7 @@ std::shared_ptr<KnownFeature> FeatureController::findFeatureOrWarn(const std::st
     return found;
 }
 
-/// A feature that is known already stays what it is.
+/// Keeps the object of a feature that is known already.
 std::shared_ptr<KnownFeature>
 FeatureController::remember(const std::string& module, const std::string& name,
                             std::shared_ptr<OrvFeatureWrapper> feature) const {

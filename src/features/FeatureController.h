@@ -24,7 +24,7 @@ inline constexpr char firstStreamModule[] = "Stream0";
 /// logged and answered by an empty or false result; nothing throws. Bound to the GUI thread.
 ///
 /// What never changes while a camera is open (a feature's texts, visibility, data type and the
-/// names of its entries) is read from the camera once; what failed to be read is asked for again.
+/// names of its entries) is read from the camera once; a failed read is repeated next time.
 ///
 /// Owned through a shared pointer made with the class itself, so its destructor is not virtual.
 class FeatureController {
@@ -32,7 +32,7 @@ public:
     /// Category to the names of its features.
     using Categories = std::map<std::string, std::vector<std::string>>;
 
-    /// \p messagePrefix identifies the camera in front of every message.
+    /// \p messagePrefix identifies the camera and begins every message.
     FeatureController(std::shared_ptr<OrvCameraWrapper> camera, std::string messagePrefix);
 
     FeatureController(const FeatureController&) = delete;
@@ -64,7 +64,7 @@ public:
 
     /// The module of that name; empty when the camera has none.
     std::shared_ptr<OrvFeatureContainerWrapper> getModule(const std::string& name) const;
-    /// What identifies the camera in front of every message.
+    /// Begins every message.
     const std::string& messagePrefix() const { return m_messagePrefix; }
     void setMessagePrefix(std::string prefix) { m_messagePrefix = std::move(prefix); }
 
