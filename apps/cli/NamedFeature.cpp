@@ -74,21 +74,13 @@ struct ToJson {
     QJsonValue operator()(const std::string& value) const { return toQString(value); }
 };
 
-bool represents(const FeatureInfo& info, const char* representation) {
-    return info.representation.find(representation) != std::string::npos;
-}
-
 struct ToText {
     const FeatureInfo& info;
 
     QString operator()(std::int64_t value) const {
-        if (represents(info, "HexNumber"))
-            return QStringLiteral("0x") + toHexText(value);
-        if (represents(info, "IPV4Address"))
-            return toIpText(value);
-        if (represents(info, "MACAddress"))
-            return toMacText(value);
-        return QString::number(static_cast<qint64>(value));
+        const IntegerNotation notation = notationOf(info.representation);
+        const QString text = toIntegerText(value, notation);
+        return notation == IntegerNotation::Hexadecimal ? QStringLiteral("0x") + text : text;
     }
     QString operator()(double value) const { return toDoubleText(value); }
     QString operator()(bool value) const {
@@ -104,13 +96,11 @@ QString textOf(const FeatureInfo& info, const FeatureValue& value) {
 std::optional<std::int64_t> parseInteger(const FeatureInfo& info, const QString& text) {
     if (text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive))
         return fromHexText(text.mid(2));
-    if (represents(info, "IPV4Address") && text.contains(QLatin1Char('.')))
-        return fromIpText(text);
-    if (represents(info, "MACAddress") && text.size() > 12)
-        return fromMacText(text);
-    bool isInteger = false;
-    const qint64 value = text.toLongLong(&isInteger);
-    return isInteger ? std::optional<std::int64_t>(value) : std::nullopt;
+    const IntegerNotation notation = notationOf(info.representation);
+    const bool isAddress =
+        (notation == IntegerNotation::IpAddress && text.contains(QLatin1Char('.'))) ||
+        (notation == IntegerNotation::MacAddress && text.size() > 12);
+    return fromIntegerText(text, isAddress ? notation : IntegerNotation::Decimal);
 }
 
 std::optional<bool> parseBoolean(const QString& text) {

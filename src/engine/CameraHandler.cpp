@@ -2,10 +2,12 @@
 #include "engine/CameraHandler.h"
 
 #include "engine/FrameObserver.h"
+#include "engine/GigEStream.h"
 #include "features/BandwidthLimit.h"
 #include "features/FeatureController.h"
 #include "logging/Log.h"
 #include "sdk/OrvCameraWrapper.h"
+#include "sdk/OrvSystemWrapper.h"
 
 #include <algorithm>
 #include <limits>
@@ -14,7 +16,7 @@ namespace {
 
 constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
 
-/// Adds the remainder itself, not what is missing to the next multiple: this is the rule.
+/// Adds the remainder itself, not the distance to the next multiple. This is intended.
 std::int64_t correctedByIncrement(std::int64_t value, std::int64_t increment) {
     if (increment <= 0)
         return value;
@@ -22,7 +24,21 @@ std::int64_t correctedByIncrement(std::int64_t value, std::int64_t increment) {
     return value > largest - remainder ? largest : value + remainder;
 }
 
+/// Status of a bandwidth that the camera took, below its maximum. Auto Set finds what a camera
+/// needs to half a percent; steps may take off as much of a request, but not of a \p share short of
+/// it.
+AutosetStatus statusOf(std::int64_t taken, std::uint64_t share, std::uint64_t requested) {
+    const std::uint64_t tolerated = share < requested ? 0 : requested / 200;
+    const bool isEnough = taken >= 0 && static_cast<std::uint64_t>(taken) >= requested - tolerated;
+    return isEnough ? AutosetStatus::RequestedReached : AutosetStatus::BelowRequested;
+}
+
 } // namespace
+
+std::shared_ptr<CameraHandler>
+OrvSystemWrapper::CreateCameraHandler(const std::shared_ptr<OrvCameraWrapper>& camera) {
+    return std::make_shared<CameraHandler>(camera);
+}
 
 CameraHandler::~CameraHandler() {
     if (m_acquiring)
@@ -79,6 +95,13 @@ std::int64_t CameraHandler::setBandwidth(std::uint64_t value, std::uint64_t requ
     m_autosetStatus = AutosetStatus::NotSet;
     if (requested == 0 || !findBandwidthLimit())
         return 0;
+    writeBandwidth(value, requested);
+    const std::int64_t reached = m_bandwidthLimit->value();
+    readFrameRate("after optimization");
+    return reached;
+}
+
+void CameraHandler::writeBandwidth(std::uint64_t value, std::uint64_t requested) {
     const FeatureInfo info = m_bandwidthLimit->read();
     const std::int64_t minimum = integerOf(info.minimum).value_or(0);
     const std::int64_t maximum = integerOf(info.maximum).value_or(0);
@@ -88,26 +111,15 @@ std::int64_t CameraHandler::setBandwidth(std::uint64_t value, std::uint64_t requ
 
     const bool isClamped = maximum > 0 && corrected >= maximum;
     const std::int64_t written = isClamped ? maximum : std::max(corrected, minimum);
-    // A step above a short share would take bandwidth that the interface does not have.
-    const bool isShareShort = value < requested;
-    const std::int64_t atMost = isShareShort ? std::min(wanted, written) : written;
-    if (const auto taken = m_bandwidthLimit->write(written, atMost)) {
-        logInfo(displayName() + ": " + m_bandwidthLimit->name() + " set to " +
-                std::to_string(*taken));
-        const bool isHighest = *taken == written || *taken >= m_bandwidthLimit->steps().last();
-        // Auto Set knows what a camera needs to half a percent; steps may take off as much.
-        const std::uint64_t tolerated = isShareShort ? 0 : requested / 200;
-        if (isClamped && isHighest)
-            m_autosetStatus = AutosetStatus::ClampedToMaximum;
-        else if (*taken < 0 || static_cast<std::uint64_t>(*taken) < requested - tolerated)
-            m_autosetStatus = AutosetStatus::BelowRequested;
-        else
-            m_autosetStatus = AutosetStatus::RequestedReached;
-    }
-
-    const std::int64_t reached = m_bandwidthLimit->value();
-    readFrameRate("after optimization");
-    return reached;
+    // With less than requested, a step above the share would exceed what the interface has left.
+    const std::int64_t atMost = value < requested ? std::min(wanted, written) : written;
+    const auto taken = m_bandwidthLimit->write(written, atMost);
+    if (!taken)
+        return;
+    logInfo(displayName() + ": " + m_bandwidthLimit->name() + " set to " + std::to_string(*taken));
+    const bool isHighest = *taken == written || *taken >= m_bandwidthLimit->steps().last();
+    m_autosetStatus = isClamped && isHighest ? AutosetStatus::ClampedToMaximum
+                                             : statusOf(*taken, value, requested);
 }
 
 void CameraHandler::switchBandwidthLimitOn() {

@@ -15,6 +15,7 @@
 class BandwidthLimit;
 class FeatureController;
 class FrameObserver;
+class GigEStream;
 
 /// Outcome of the last attempt to set a camera's bandwidth.
 enum class AutosetStatus : std::int32_t {
@@ -25,18 +26,22 @@ enum class AutosetStatus : std::int32_t {
     ClampedToMaximum = 4
 };
 
-/// One camera: opens it, knows its bandwidth feature, runs its benchmark, its Auto Set and the
-/// checks of its settings. A camera that cannot be opened stays usable as an object: it has a
-/// warning text, and its operations answer neutral values. Nothing throws; failures are logged
-/// under the camera's display text. Bandwidth is in bytes per second. Bound to the GUI thread.
+/// One camera: opens it, reads and writes its bandwidth limit, runs its benchmark, its Auto Set and
+/// the checks of its settings. A camera that cannot be opened has a warning text, and its
+/// operations return neutral values. Nothing throws; failures are logged under the camera's display
+/// text. Bandwidth is in bytes per second. Bound to the GUI thread.
 class CameraHandler {
 public:
+    /// Negotiation takes milliseconds, and blocks the GUI thread: a camera that takes longer than
+    /// this counts as stuck.
+    static constexpr std::chrono::milliseconds usualPacketSizeLimit{5000};
+
     /// Opens the camera in full access. An empty \p features is replaced by a new controller, made
     /// right after opening, since only an opened camera shows its local device and streams.
     /// \p packetSizeLimit is how long the camera may take to negotiate its packet size.
-    explicit CameraHandler(
-        std::shared_ptr<OrvCameraWrapper> camera, std::shared_ptr<FeatureController> features = {},
-        std::chrono::milliseconds packetSizeLimit = std::chrono::milliseconds(5000));
+    explicit CameraHandler(std::shared_ptr<OrvCameraWrapper> camera,
+                           std::shared_ptr<FeatureController> features = {},
+                           std::chrono::milliseconds packetSizeLimit = usualPacketSizeLimit);
 
     CameraHandler(const CameraHandler&) = delete;
     CameraHandler& operator=(const CameraHandler&) = delete;
@@ -44,9 +49,8 @@ public:
     virtual CameraInfo getCameraInfo() const;
     virtual FrameStatistics getFrameStatistics() const;
     virtual void startAcquisition();
-    /// Lets a GigE camera negotiate its largest packet size, once; true when it was done now.
-    /// Blocks for as long as the limit of the construction at most; a camera that took as long is
-    /// not asked again.
+    /// Lets a GigE camera negotiate its largest packet size, once; true when this call did it.
+    /// Blocks for the limit of the construction at most. After a timeout, later calls return false.
     virtual bool adjustPacketSize(bool enabled);
     virtual void stopAcquisition();
     virtual bool isOpened() const;
@@ -59,24 +63,24 @@ public:
     /// Bytes per second that the camera needs for its highest frame rate; 0 when unknown. Leaves
     /// the bandwidth at the last value tried.
     virtual std::int64_t autoSet(double cameraSafetyMargin);
-    /// Writes the bandwidth and answers what the camera reports afterwards; \p requested only
-    /// classifies the outcome, and 0 changes nothing.
+    /// Writes the bandwidth and returns what the camera reports afterwards. \p requested only
+    /// classifies the outcome; with 0, nothing is written.
     virtual std::int64_t setBandwidth(std::uint64_t value, std::uint64_t requested);
     virtual AutosetStatus getAutosetStatus() const;
-    /// Never empty; of a camera that could not be opened it reaches no features.
+    /// Never empty. For a camera that could not be opened it has no modules.
     virtual std::shared_ptr<FeatureController> getFeatureController() const;
     virtual std::string getWarningText() const;
     virtual bool isTriggered() const;
     /// Bytes per image; 0 when unknown.
     virtual std::int64_t getPayloadSize() const;
-    /// Warns of a USB camera that is held to USB 2 speed or less.
+    /// Logs a warning when a USB camera's highest bandwidth is below USB 2 speed (480 Mbit/s).
     virtual void checkUsbSpeedLimit() const;
-    /// Warns when the host's link (bits per second) is slower than the camera's.
+    /// Logs a warning when the host's link (bits per second) is slower than the camera's.
     virtual void checkLinkSpeed(std::uint64_t hostLinkSpeed) const;
     /// Stops a running acquisition and closes the camera, if this handler started and opened it.
     virtual ~CameraHandler();
 
-    /// Whether an acquisition that this handler started is still to be stopped.
+    /// Whether an acquisition that this handler started has not been stopped yet.
     bool isAcquiring() const;
     /// Switches the camera's bandwidth limit on: while it is off, the limit's value has no effect.
     void switchBandwidthLimitOn();
@@ -96,26 +100,23 @@ private:
     FeatureValue featureValue(const std::string& feature) const;
     /// Looks for the camera's bandwidth limit; logs an error when it has none.
     bool findBandwidthLimit() const;
+    /// Writes the limit and classifies the outcome; requires a limit that was found.
+    void writeBandwidth(std::uint64_t value, std::uint64_t requested);
     void logMissingFeature(const char* description) const;
     std::optional<std::string> frameRateFeature() const;
     double readFrameRate(const std::string& label) const;
     std::optional<std::int64_t> payloadFromPixelSize() const;
 
-    bool usesSocketDriver() const;
-    /// Sets the warning text while the camera streams through the socket driver; takes back no
-    /// other warning.
+    /// Sets the warning text while the camera streams through the socket driver, and clears that
+    /// text only.
     void checkDriver();
-    bool negotiatePacketSize();
-    bool runPacketSizeCommand();
-    std::optional<std::int64_t> readPacketSize() const;
 
     const std::shared_ptr<OrvCameraWrapper> m_camera;
-    /// Negotiation takes milliseconds; a camera that has not finished in seconds never will, and
-    /// the window must not stand still for it.
     const std::chrono::milliseconds m_packetSizeLimit;
     std::shared_ptr<FeatureController> m_features;
     std::unique_ptr<BandwidthLimit> m_bandwidthLimit;
-    std::shared_ptr<OrvStreamWrapper> m_stream;
+    /// Of an opened GigE camera; else empty.
+    std::unique_ptr<GigEStream> m_stream;
     std::shared_ptr<FrameObserver> m_observer;
     CameraInfo m_info;
     std::string m_warningText;
@@ -126,7 +127,6 @@ private:
     bool m_locked = false;
     bool m_acquiring = false;
     bool m_packetSizeAdjusted = false;
-    bool m_packetSizeStuck = false;
 };
 
 /// Gives one camera the bandwidth that it needs for its highest frame rate, and \p safetyMargin (a

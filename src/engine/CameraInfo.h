@@ -5,7 +5,7 @@
 
 #include <string>
 
-/// What is shown of a camera and of what it hangs on. Texts that could not be read are empty.
+/// Texts shown for a camera, its interface and its transport layer. Empty where not readable.
 struct CameraInfo {
     std::string cameraName;
     std::string modelName;

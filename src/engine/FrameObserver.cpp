@@ -38,7 +38,7 @@ void FrameObserver::FrameReceived(const std::shared_ptr<OrvCPP::Frame>& frame) {
         add(m_counters.payloadBytes, bufferSize);
     countFrameId();
     measureRate();
-    // The SDK owns the frame again from here on; nothing of it is kept alive after a stop.
+    // The SDK owns the frame from here on; no reference must outlive a stop.
     m_frame->GetHandle().reset();
     m_camera->QueueFrame(frame);
 }
@@ -70,7 +70,7 @@ void FrameObserver::countFrameId() {
     const std::uint64_t received = m_counters.received.load(relaxed);
     std::uint64_t id = 0;
     const bool known = m_frame->GetFrameID(id) == OrvErrorSuccess;
-    // An unreadable ID is taken for the next one, which leaves the lost frames as they are.
+    // An unreadable ID counts as the next one: the number of lost frames stays the same.
     const std::uint64_t relativeId =
         known ? id - static_cast<std::uint64_t>(static_cast<std::int64_t>(m_frameIdBase))
               : static_cast<std::uint64_t>(m_counters.lost.load(relaxed)) + received;

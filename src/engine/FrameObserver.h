@@ -13,11 +13,11 @@
 /// Counts the frames of one camera during a benchmark.
 ///
 /// Thread-safe: FrameReceived runs on the SDK's threads, one call at a time; statistics() reads
-/// from any thread without a lock; reset() is called while no acquisition runs (while one runs, a
-/// frame that arrives at that moment may bring its counts back).
+/// from any thread without a lock. Call reset() while no acquisition runs: a frame that arrives
+/// during the call may restore its counts.
 class FrameObserver : public OrvCPP::IFrameObserver {
 public:
-    /// Nanoseconds since a fixed time that is long past.
+    /// Nanoseconds since a fixed time, at least 1 us before the first frame.
     using Clock = std::function<std::int64_t()>;
 
     /// \p firstFrameId is the ID that the camera gives its first frame: 1 on GigE Vision, else 0.

@@ -49,7 +49,7 @@ void InterfaceAutoSet::run(const CameraList& cameras, bool adjustPacketSize) {
 }
 
 void InterfaceAutoSet::take(std::int64_t bytesPerSecond) {
-    // Whatever a camera reports, the difference stays within the range of the type.
+    // Avoids an overflow, whatever a camera reports.
     constexpr auto lowest = std::numeric_limits<std::int64_t>::min();
     const std::int64_t taken = std::max<std::int64_t>(bytesPerSecond, 0);
     m_available = std::max(m_available, lowest + taken) - taken;
@@ -94,7 +94,7 @@ void InterfaceAutoSet::serveQueue(std::deque<Waiting>& queue, std::size_t waitin
     for (; !queue.empty(); queue.pop_front()) {
         const auto& [camera, requirement] = queue.front();
         const auto requested = static_cast<std::uint64_t>(requirement);
-        // Unsigned on purpose: what is less than nothing is never handed out below.
+        // A negative m_available gives a meaningless share here, which is not used below.
         const std::uint64_t share =
             static_cast<std::uint64_t>(m_available) / (queue.size() + waitingBehind);
         logInfo(m_interfaceId + ": new default bandwidth for single camera: " + megabytes(share));

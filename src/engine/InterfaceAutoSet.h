@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "engine/SystemController.h"
+#include "engine/CameraList.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <string>
 
 /// Divides the bandwidth of one interface among its cameras: locked cameras keep theirs, cameras
@@ -13,7 +15,7 @@
 /// thread.
 class InterfaceAutoSet {
 public:
-    /// \p interfaceId stands in front of messages. \p available is the usable bandwidth of the
+    /// \p interfaceId begins messages. \p available is the usable bandwidth of the
     /// interface. \p cameraSafetyMargin is a fraction of what a camera needs, on top of it.
     InterfaceAutoSet(std::string interfaceId, std::int64_t available, double cameraSafetyMargin);
 
@@ -26,11 +28,11 @@ private:
     };
 
     void take(std::int64_t bytesPerSecond);
-    /// Takes what the locked cameras use away, and answers the others that take part.
+    /// Subtracts what the locked cameras use; returns the other opened cameras.
     CameraList freeCameras(const CameraList& cameras);
-    /// Gives a camera what it needs, or lets it wait for what is left over.
+    /// Sets a camera to what it needs if that is below \p share; else queues it.
     void serve(const std::shared_ptr<CameraHandler>& camera, std::uint64_t share);
-    /// Shares what is left among the cameras of a queue and \p waitingBehind others.
+    /// Divides what is left among the cameras of a queue and \p waitingBehind others.
     void serveQueue(std::deque<Waiting>& queue, std::size_t waitingBehind);
 
     const std::string m_interfaceId;

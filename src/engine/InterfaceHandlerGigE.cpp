@@ -21,8 +21,8 @@ std::string narrowedUnits(const std::u16string& text) {
     return narrow;
 }
 
-/// The units' bytes, low byte first, up to the first zero byte: the first character of an ASCII
-/// text.
+/// The units' bytes, low byte first, up to the first zero byte. For an ASCII text this is its first
+/// character.
 std::string bytesUpToZero(const std::u16string& text) {
     std::string bytes;
     for (const char16_t unit : text) {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-/// One IPv4 address of a host and the adapter that has it. Addresses are in host byte order:
-/// 192.168.1.10 is 0xC0A8010A.
+/// One IPv4 address of the host, with the properties of its adapter. Addresses are in
+/// host byte order: 192.168.1.10 is 0xC0A8010A.
 struct NetworkAdapter {
     std::uint32_t interfaceIndex = 0;
     std::uint64_t address = 0;
@@ -27,8 +27,9 @@ struct NetworkAdapter {
 /// The record of an address and its adapter. Its physical address points into \p entry.
 NetworkAdapter makeNetworkAdapter(const host::AddressRow& row, const host::InterfaceEntry& entry);
 
-/// IPv4 network adapters and their link speeds, read once at construction. Bound to the GUI thread.
-/// The destructor is not virtual: shared pointers own the objects and delete the type they made.
+/// IPv4 network adapters and their link speeds, read once at construction.
+/// Bound to the GUI thread. Owned through a shared pointer made with the class itself, so its
+/// destructor is not virtual.
 class InterfaceHandlerGigE {
 public:
     /// Reads \p networks in their order. The default is the operating system's network.

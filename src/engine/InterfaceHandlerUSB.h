@@ -8,16 +8,17 @@
 #include <optional>
 #include <string>
 
-/// USB controllers with cameras, and the speeds at which these run: the maker's cameras, and those
-/// of any maker where the host tells USB3 Vision cameras from other devices. Bound to the GUI
-/// thread. The destructor is not virtual: shared pointers own the objects and delete the type they
-/// made.
+/// The host's USB controllers to which cameras are attached, and the speeds at which they run.
+/// Cameras are those of the maker, and of any maker where the host identifies USB3 Vision devices.
+/// Bound to the GUI thread. Owned through a shared pointer made with the class itself, so its
+/// destructor is not virtual.
 class InterfaceHandlerUSB {
 public:
     /// The default is the operating system's tree.
     explicit InterfaceHandlerUSB(host::HostUsbTrees trees = {host::makeSystemUsbTree()});
 
-    /// Reads the USB trees anew. A camera whose port or speed is not found is logged and left out.
+    /// Reads the host's USB tree again. A camera of which something cannot be read is logged and
+    /// left out.
     void rebuild();
     /// Bits per second of the controller whose PCI location ("bus-device-function", decimal)
     /// occurs in the interface ID; nothing when there is none.

@@ -8,6 +8,6 @@ class OrvSystem;
 }
 class SystemController;
 
-/// A controller of a system's cameras on the host they hang on, simulated cameras on the host of
-/// their scenario. \p system must outlive it.
+/// Makes a controller of a system's cameras, with the speeds of this host or, for simulated
+/// cameras, of their scenario's host. \p system must outlive it. Bound to the GUI thread.
 std::shared_ptr<SystemController> makeSystemController(OrvCPP::OrvSystem& system);

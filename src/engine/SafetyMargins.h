@@ -3,7 +3,8 @@
 
 #include "OrvCPP/OrvTypes.h"
 
-/// What Auto Set keeps free of an interface, and adds to what a camera needs, in percent.
+/// Percentage of an interface that Auto Set leaves free, and percentage added to what a camera
+/// needs.
 struct SafetyMargins {
     int interfacePercent;
     int cameraPercent;

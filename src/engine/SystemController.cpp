@@ -104,8 +104,8 @@ SystemController::SystemController(std::shared_ptr<OrvSystemWrapper> system,
 SystemController::~SystemController() = default;
 
 std::vector<CameraList> SystemController::enumerate() {
-    // Types and addresses are kept: the adapters' speeds are known by the addresses that they had
-    // when the GigE handler was made.
+    // Types and addresses are kept: the GigE handler finds speeds by the addresses that the
+    // adapters had when it was made.
     m_interfaces.clear();
     m_usbHandler->rebuild();
 
@@ -209,7 +209,7 @@ void SystemController::startBenchmark(int interfaceIndex, bool adjustPacketSize)
     chosen.erase(std::remove_if(chosen.begin(), chosen.end(),
                                 [](const auto& camera) { return !camera->isOpened(); }),
                  chosen.end());
-    // All of them before the first one streams: packets that try out a size need a link with room.
+    // Before the first camera streams: test packets of a negotiation need free bandwidth.
     for (const auto& camera : chosen)
         camera->adjustPacketSize(adjustPacketSize);
     for (const auto& camera : chosen)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "OrvCPP/OrvTypes.h"
+#include "engine/CameraList.h"
 #include "sdk/Forward.h"
 
 #include <cstdint>
@@ -10,12 +11,8 @@
 #include <string>
 #include <vector>
 
-class CameraHandler;
 class InterfaceHandlerGigE;
 class InterfaceHandlerUSB;
-
-/// Cameras of one host interface, in the SDK's order.
-using CameraList = std::vector<std::shared_ptr<CameraHandler>>;
 
 /// Transport-layer type to the name that is shown for it.
 const std::map<OrvTransportLayerType, std::string>& transportLayerTypeNames();
@@ -35,13 +32,14 @@ public:
     SystemController(const SystemController&) = delete;
     SystemController& operator=(const SystemController&) = delete;
 
-    /// Finds and opens all cameras anew and answers the new interface list. Handlers of the old
-    /// list close their cameras when their last holder lets go of them.
+    /// Finds and opens all cameras again and returns the new interface list. A handler of the old
+    /// list closes its camera when its last owner releases it.
     std::vector<CameraList> enumerate();
-    /// Bits per second: the user's maximum where one is set, else what the host knows; 0 unknown.
+    /// Bits per second: the user's maximum where one is set, else the host's figure; 0 when
+    /// unknown.
     std::uint64_t getInterfaceSpeed(const std::string& interfaceId) const;
     OrvTransportLayerType getInterfaceType(const std::string& interfaceId) const;
-    /// Overrides an interface's speed, in bits per second; 0 takes the override back.
+    /// Overrides an interface's speed, in bits per second; 0 removes the override.
     void setMaxBandwidth(const std::string& interfaceId, std::uint64_t bitsPerSecond);
     void clearMaxBandwidths();
 
@@ -53,12 +51,12 @@ public:
 
     /// Divides the bandwidth of an interface among its chosen cameras. The margins are fractions
     /// (0.1 is 10 %): of the interface's bandwidth, which is left free, and of what a camera
-    /// needs, which is added. \p interfaceId stands in front of messages. An index out of range
+    /// needs, which is added. \p interfaceId begins messages. An index out of range
     /// does nothing. Must not run while the cameras stream.
     void autoSetInterface(const std::string& interfaceId, int interfaceIndex, bool adjustPacketSize,
                           double interfaceSafetyMargin, double cameraSafetyMargin);
 
-    /// "major.minor.patch" of the camera SDK; empty when it does not tell.
+    /// "major.minor.patch" of the camera SDK; empty when it cannot be read.
     std::string getSdkVersion() const;
 
 private:

@@ -3,5 +3,5 @@
 
 #include <cstdint>
 
-/// \p value without its fraction, held to what 64 bits can carry; 0 for what is not a number.
+/// \p value without its fraction, limited to the range of 64 bits; 0 for NaN. Thread-safe.
 std::int64_t truncated(double value);

@@ -13,7 +13,7 @@
 class FeatureController;
 
 /// The feature that limits the bandwidth of one camera, in bytes per second: finds it, switches the
-/// limit on, and writes values that the camera takes. Nothing throws. Bound to the GUI thread.
+/// limit on, and writes values that the camera accepts. Nothing throws. Bound to the GUI thread.
 class BandwidthLimit {
 public:
     /// Features that can limit a bandwidth; the first one that the camera has counts.
@@ -24,7 +24,7 @@ public:
 
     /// Looks for the feature. False, without a log line, when the camera has none.
     bool find();
-    /// Name of the feature; empty while none is found, when nothing below may be called.
+    /// Name of the feature; empty while none is found. The operations below require one.
     const std::string& name() const { return m_name; }
 
     /// Switches the limit on, where the camera has a feature for that, and logs the result.
@@ -39,9 +39,9 @@ public:
     /// The limit in effect; 0 when it cannot be read.
     std::int64_t value() const;
 
-    /// Writes \p value. A camera may take limits in steps only, counted from its minimum: if it
-    /// refuses \p value, it gets the highest step at or below \p atMost. Answers what was written;
-    /// nothing when the camera refused both.
+    /// Writes \p value. If the camera refuses it, because it accepts steps from its minimum only,
+    /// writes the highest step at or below \p atMost. Returns what was written; nothing when the
+    /// camera refused both.
     std::optional<std::int64_t> write(std::int64_t value, std::int64_t atMost);
     std::optional<std::int64_t> write(std::int64_t value) { return write(value, value); }
 

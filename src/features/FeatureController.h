@@ -24,21 +24,23 @@ inline constexpr char firstStreamModule[] = "Stream0";
 /// logged and answered by an empty or false result; nothing throws. Bound to the GUI thread.
 ///
 /// What never changes while a camera is open (a feature's texts, visibility, data type and the
-/// names of its entries) is read from the camera once; what failed to be read is asked for again.
+/// names of its entries) is read from the camera once; a failed read is repeated next time.
 ///
 /// Owned through a shared pointer made with the class itself, so its destructor is not virtual.
 class FeatureController {
 public:
-    /// \p messagePrefix identifies the camera in front of every message.
+    /// Category to the names of its features.
+    using Categories = std::map<std::string, std::vector<std::string>>;
+
+    /// \p messagePrefix identifies the camera and begins every message.
     FeatureController(std::shared_ptr<OrvCameraWrapper> camera, std::string messagePrefix);
 
     FeatureController(const FeatureController&) = delete;
     FeatureController& operator=(const FeatureController&) = delete;
 
     virtual std::vector<std::string> getModuleNames() const;
-    /// Category to the names of its features, in the module's order, without the invisible ones.
-    virtual std::map<std::string, std::vector<std::string>>
-    getFeaturesByCategory(const std::string& module) const;
+    /// In the module's order, without the invisible ones.
+    virtual Categories getFeaturesByCategory(const std::string& module) const;
     /// Enumerations are set by the name of an entry.
     virtual bool setFeatureValue(const std::string& module, const std::string& feature,
                                  const FeatureValue& value);
@@ -62,17 +64,22 @@ public:
 
     /// The module of that name; empty when the camera has none.
     std::shared_ptr<OrvFeatureContainerWrapper> getModule(const std::string& name) const;
-    /// What identifies the camera in front of every message.
+    /// Begins every message.
     const std::string& messagePrefix() const { return m_messagePrefix; }
     void setMessagePrefix(std::string prefix) { m_messagePrefix = std::move(prefix); }
 
 private:
+    /// Leaves out a feature that is invisible or whose name cannot be read.
+    void addToCategory(const std::string& module, const std::shared_ptr<OrvFeatureWrapper>& feature,
+                       Categories& categories) const;
     void addStreams(const OrvCameraWrapper& camera);
     std::shared_ptr<OrvFeatureContainerWrapper> getModuleOrWarn(const std::string& name) const;
     OrvErrorType findFeature(const std::string& module, const OrvFeatureContainerWrapper& container,
                              const std::string& name, std::shared_ptr<KnownFeature>& found) const;
+    /// Logs \p warning with the name and the code when the module has no such feature.
     std::shared_ptr<KnownFeature> findFeatureOrWarn(const std::string& module,
-                                                    const std::string& name) const;
+                                                    const std::string& name,
+                                                    const char* warning) const;
     std::shared_ptr<KnownFeature> remember(const std::string& module, const std::string& name,
                                            std::shared_ptr<OrvFeatureWrapper> feature) const;
     bool waitUntilDone(const OrvFeatureWrapper& command, const std::string& name,

@@ -33,7 +33,7 @@ FeatureFilter::FeatureFilter(const QString& fileName) {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
     if (error.error != QJsonParseError::NoError) {
-        // The pattern has no place for the description, which Qt then reports by itself.
+        // The pattern has no "%1", so Qt reports the description itself, as a missing place.
         qWarning("%s",
                  qUtf8Printable(QStringLiteral("JSON parse error: '%s'").arg(error.errorString())));
         return;

@@ -9,9 +9,9 @@
 
 #include <cstddef>
 
-/// Lets a FeatureInfo travel in variants; the first one makes it known to Qt by its name.
+/// Lets variants hold a FeatureInfo; the first one registers the type's name with Qt.
 Q_DECLARE_METATYPE(FeatureInfo)
 
-/// The variant as the alternative of FeatureValue with the index \p alternative; an index that
-/// FeatureValue does not have gives its default and a debug message. Thread-safe.
+/// Converts a variant to the alternative of FeatureValue with the index \p alternative; an unknown
+/// index gives the default value and a debug message. Thread-safe.
 FeatureValue toFeatureValue(const QVariant& variant, std::size_t alternative);

@@ -5,10 +5,11 @@
 #include <QStringList>
 
 #include <cmath>
+#include <utility>
 
 namespace {
 
-/// The bytes of an address, the most significant one first, each written in \p base.
+/// Reads an address from the texts of its bytes in \p base, the most significant one first.
 std::optional<std::int64_t> fromBytes(const QStringList& bytes, int count, int base) {
     if (bytes.size() != count)
         return std::nullopt;
@@ -24,6 +25,47 @@ std::optional<std::int64_t> fromBytes(const QStringList& bytes, int count, int b
 }
 
 } // namespace
+
+IntegerNotation notationOf(const std::string& representation) {
+    constexpr std::pair<const char*, IntegerNotation> notations[] = {
+        {"HexNumber", IntegerNotation::Hexadecimal},
+        {"IPV4Address", IntegerNotation::IpAddress},
+        {"MACAddress", IntegerNotation::MacAddress}};
+    for (const auto& [name, notation] : notations) {
+        if (representation.find(name) != std::string::npos)
+            return notation;
+    }
+    return IntegerNotation::Decimal;
+}
+
+QString toIntegerText(std::int64_t value, IntegerNotation notation) {
+    switch (notation) {
+    case IntegerNotation::Hexadecimal:
+        return toHexText(value);
+    case IntegerNotation::IpAddress:
+        return toIpText(value);
+    case IntegerNotation::MacAddress:
+        return toMacText(value);
+    default:
+        return QString::number(static_cast<qint64>(value));
+    }
+}
+
+std::optional<std::int64_t> fromIntegerText(const QString& text, IntegerNotation notation) {
+    switch (notation) {
+    case IntegerNotation::Hexadecimal:
+        return fromHexText(text);
+    case IntegerNotation::IpAddress:
+        return fromIpText(text);
+    case IntegerNotation::MacAddress:
+        return fromMacText(text);
+    default:
+        break;
+    }
+    bool isInteger = false;
+    const qint64 value = text.toLongLong(&isInteger);
+    return isInteger ? std::optional<std::int64_t>(value) : std::nullopt;
+}
 
 QString toHexText(std::int64_t value) {
     return QString::number(static_cast<quint64>(value), 16);

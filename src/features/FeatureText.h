@@ -5,9 +5,18 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
-// How values of features are written where the plain number would not do, and read back. The same
-// in every locale. All functions are thread-safe; what is no such text is read as nothing.
+// Texts of feature values, for the feature tree, its editors and the command line. The same in
+// every locale. All functions are thread-safe; a text of another form is read as nothing.
+
+enum class IntegerNotation { Decimal, Hexadecimal, IpAddress, MacAddress };
+
+/// The notation of an integer feature with this GenICam representation.
+IntegerNotation notationOf(const std::string& representation);
+/// Hexadecimal without a prefix.
+QString toIntegerText(std::int64_t value, IntegerNotation notation);
+std::optional<std::int64_t> fromIntegerText(const QString& text, IntegerNotation notation);
 
 /// Lower-case hexadecimal digits without a prefix; a negative value in two's complement.
 QString toHexText(std::int64_t value);

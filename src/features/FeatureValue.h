@@ -14,9 +14,9 @@ using FeatureValue = std::variant<std::int64_t, double, bool, std::string>;
 /// the text itself.
 std::string toText(const FeatureValue& value);
 
-/// The value where it has the type that is asked for, else nothing: a camera may describe any
-/// feature in any way, and a failed read answers the integer 0.
+/// The value if it has that type, else nothing: a camera may give any feature any type, and a
+/// failed read returns the integer 0.
 std::optional<std::int64_t> integerOf(const FeatureValue& value);
-/// Nothing, too, when it is infinite or not a number.
+/// Also nothing when it is infinite or NaN.
 std::optional<double> numberOf(const FeatureValue& value);
 std::optional<std::string> textOf(const FeatureValue& value);

@@ -101,7 +101,7 @@ int StepGrid::positionOf(std::int64_t value) const {
 std::int64_t StepGrid::valueAt(int position) const {
     if (fitsSlider())
         return nearest(position);
-    // The end by itself: as a double it would be rounded beyond 64 bits.
+    // Not computed: as a double, the end may be rounded to more than 64 bits.
     if (position >= sliderMaximum())
         return last();
     const double share = static_cast<double>(position) / sliderMaximum();

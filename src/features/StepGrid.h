@@ -7,11 +7,11 @@
 /// they are on a slider, which has 32 bits only. Reentrant.
 class StepGrid {
 public:
-    /// An increment below 1 counts as 1. Where the range could not be read (all three are 0) or
-    /// makes no sense, the grid is all of 64 bits, and the camera decides.
+    /// An increment below 1 counts as 1. If the range was not read (all three are 0) or is empty,
+    /// the grid covers all of 64 bits and is not known: the camera decides what it accepts.
     StepGrid(std::int64_t minimum, std::int64_t maximum, std::int64_t increment);
 
-    /// False where the camera decides: such a feature can be typed and stepped only.
+    /// False where the camera decides: no slider, only typing and stepping.
     bool isKnown() const { return m_known; }
     std::int64_t minimum() const { return m_minimum; }
     std::int64_t maximum() const { return m_maximum; }
@@ -26,7 +26,7 @@ public:
     std::int64_t atOrBelow(std::int64_t value) const;
     /// The lowest value on the grid that is not below \p value; the last where there is none.
     std::int64_t atOrAbove(std::int64_t value) const;
-    /// So many steps further on the grid, at most to its ends.
+    /// \p steps further on the grid, limited to its ends.
     std::int64_t stepped(std::int64_t value, int steps) const;
 
     /// The slider's positions are the values themselves where they fit, else shares of the range.

@@ -44,8 +44,8 @@ private:
 };
 
 ForwardingBuffer& ForwardingBuffer::make(std::streambuf& sink, std::streambuf* previous) {
-    // Not destroyed at exit either: other threads and the final flush of the standard streams may
-    // still use the buffers.
+    // Never destroyed: other threads and the final flush of the standard streams may use the
+    // buffers until the process ends.
     static auto& buffers = *std::make_unique<std::deque<ForwardingBuffer>>().release();
     const std::lock_guard lock(exchangeMutex());
     return buffers.emplace_back(sink, previous);

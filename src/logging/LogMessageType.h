@@ -3,7 +3,7 @@
 
 #include <QMetaType>
 
-/// Where a log line was written. Every value from 0 to 2 is treated like StdOut.
+/// The stream of a log line. Values from 0 to 2 are treated like StdOut.
 enum class LogMessageType : int { StdOut = 1, StdErr = 3 };
 
 Q_DECLARE_METATYPE(LogMessageType)

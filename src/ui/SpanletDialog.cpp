@@ -4,12 +4,12 @@
 #include "engine/CameraHandler.h"
 #include "engine/MakeSystemController.h"
 #include "logging/Log.h"
-#include "logging/LogMessageWidget.h"
 #include "logging/QtMessageHandler.h"
-#include "logging/RowHeights.h"
 #include "logging/ThreadLogStream.h"
 #include "ui/BandwidthColumn.h"
 #include "ui/CameraTreeDelegate.h"
+#include "ui/LogMessageWidget.h"
+#include "ui/RowHeights.h"
 #include "ui/SettingsDialog.h"
 #include "ui/SettingsKeys.h"
 #include "ui/SupportDialog.h"
@@ -148,7 +148,7 @@ void SpanletDialog::setUpLogging() {
     for (QHeaderView* header :
          {m_form->tableLog->horizontalHeader(), m_form->tableLog->verticalHeader()}) {
         // Measures about as many rows as are visible: a new line costs the same in a long log.
-        header->setResizeContentsPrecision(Logging::RowHeights::newestRows);
+        header->setResizeContentsPrecision(RowHeights::newestRows);
         header->setSectionResizeMode(QHeaderView::ResizeToContents);
     }
 }

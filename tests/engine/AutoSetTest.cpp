@@ -128,7 +128,7 @@ QString stored(QTemporaryFile& file, const QByteArray& json) {
 class AutoSet : public testing::TestWithParam<std::uint32_t> {};
 
 /// On cameras that together ask for more than their interfaces carry, some of them locked.
-TEST_P(AutoSet, EndsTheLossOfFramesAndUsesTheInterface) {
+TEST_P(AutoSet, endsTheLossOfFramesAndUsesTheInterface) {
     const CapturedLog log;
     QTemporaryFile file;
     Host host(GetParam() > 0 ? stored(file, generateScenario(GetParam()))
@@ -184,7 +184,7 @@ void PrintTo(const Rule& rule, std::ostream* stream) {
 class AutoSetRule : public testing::TestWithParam<Rule> {};
 
 /// What the rules do not put right, or give away.
-TEST_P(AutoSetRule, LeavesLossOrWaste) {
+TEST_P(AutoSetRule, leavesLossOrWaste) {
     const CapturedLog log;
     QStringList cameras;
     for (const Camera& camera : GetParam().cameras)

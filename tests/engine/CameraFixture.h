@@ -31,6 +31,7 @@ public:
     void put(const std::string& feature, FeatureValue value, const std::string& module = "Camera") {
         m_features[{module, feature}].value = std::move(value);
     }
+    void remove(const std::string& feature) { m_features.erase({"Camera", feature}); }
     void putRange(const std::string& feature, FeatureValue value, FeatureValue minimum,
                   FeatureValue maximum, FeatureValue increment = std::int64_t{0}) {
         FeatureInfo& info = m_features[{"Camera", feature}];

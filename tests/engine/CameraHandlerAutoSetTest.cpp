@@ -12,7 +12,7 @@ using testing::ElementsAre;
 constexpr double margin = 0.05;
 const std::string error = "Error:" + cameraText;
 
-TEST(CameraHandlerPayload, ComesFromPixelSizeElseImageSize) {
+TEST(CameraHandlerPayload, comesFromPixelSizeElseImageSize) {
     using Entry = std::pair<const char*, FeatureValue>;
     struct Case {
         std::vector<Entry> features;
@@ -47,7 +47,7 @@ TEST(CameraHandlerPayload, ComesFromPixelSizeElseImageSize) {
     }
 }
 
-TEST(CameraHandlerPayload, IsNothingWithoutFeatures) {
+TEST(CameraHandlerPayload, isNothingWithoutFeatures) {
     const std::string missing = error + ": No pixel or image size related features found.";
     HandlerWithFakes fakes;
     EXPECT_EQ(fakes.handler.getPayloadSize(), 0);
@@ -93,7 +93,7 @@ struct SearchCase {
 
 class AutoSetSearch : public testing::TestWithParam<SearchCase> {};
 
-TEST_P(AutoSetSearch, FindsTheKnownAnswer) {
+TEST_P(AutoSetSearch, findsTheKnownAnswer) {
     const SearchCase& p = GetParam();
     ModelCamera camera(p.payload, p.minimum, 1'000'000, 100.0, p.overhead);
     camera.features->written.clear();
@@ -126,7 +126,7 @@ INSTANTIATE_TEST_SUITE_P(
                                Steps{500'000, 250'000, 125'000, 62'500, 93'750, 109'375}}),
     [](const auto& suite) { return suite.param.name; });
 
-TEST(CameraAutoSet, JudgesRatesByTheTolerance) {
+TEST(CameraAutoSet, judgesRatesByTheTolerance) {
     const struct {
         /// What the camera reports after each write; the last one again and again.
         std::vector<double> rates;
@@ -156,7 +156,7 @@ TEST(CameraAutoSet, JudgesRatesByTheTolerance) {
     }
 }
 
-TEST(CameraAutoSet, StaysBelowTheMaximumWhenTheTargetIsNeverReachedAgain) {
+TEST(CameraAutoSet, staysBelowTheMaximumWhenTheTargetIsNeverReachedAgain) {
     constexpr std::int64_t odd = 1'000'001;
     ModelCamera camera(1000, 10, odd, 100.0, 1.0);
     camera.features->onWrite = [&](std::int64_t bandwidth) {
@@ -167,7 +167,7 @@ TEST(CameraAutoSet, StaysBelowTheMaximumWhenTheTargetIsNeverReachedAgain) {
     EXPECT_EQ(camera.features->written.size(), 12U);
 }
 
-TEST(CameraAutoSet, TellsEveryStep) {
+TEST(CameraAutoSet, tellsEveryStep) {
     ModelCamera camera(1000, 10, 1'000'000, 100.0, 1.3);
     camera.features->put("AcquisitionFrameRateEnable", true);
     camera.autoSet();
@@ -198,7 +198,7 @@ TEST(CameraAutoSet, TellsEveryStep) {
             "Debug:Autoset completed in 6 steps."));
 }
 
-TEST(CameraAutoSet, TellsWhenItSkipsTheSearch) {
+TEST(CameraAutoSet, tellsWhenItSkipsTheSearch) {
     ModelCamera camera(1000, 10, 105'000, 100.0, 1.0);
     camera.features->put("AcquisitionFrameRateEnable", false);
     camera.features->put("AcquisitionFrameRateLimit", 0.0);
@@ -212,7 +212,7 @@ TEST(CameraAutoSet, TellsWhenItSkipsTheSearch) {
                     "bandwidth, skip iteration."));
 }
 
-TEST(CameraAutoSet, FailsWithoutFrameRate) {
+TEST(CameraAutoSet, failsWithoutFrameRate) {
     const std::string internal = error + ": current AcquisitionFrameRate < 0, internal error "
                                          "occured.";
     for (const FeatureValue& rate :
@@ -230,7 +230,7 @@ TEST(CameraAutoSet, FailsWithoutFrameRate) {
         ElementsAre(error + ": No acquisition frame rate related feature found.", internal));
 }
 
-TEST(CameraAutoSet, FailsWithoutBandwidthFeature) {
+TEST(CameraAutoSet, failsWithoutBandwidthFeature) {
     HandlerWithFakes fakes;
     fakes.features->put("AcquisitionFrameRateLimit", 10.0);
     EXPECT_EQ(fakes.handler.autoSet(margin), 0);
@@ -238,7 +238,7 @@ TEST(CameraAutoSet, FailsWithoutBandwidthFeature) {
     EXPECT_EQ(fakes.log.lines().back(), error + ": No bandwidth speed related feature found.");
 }
 
-TEST(CameraAutoSet, ClimbsToAboutTheMaximumWithoutATarget) {
+TEST(CameraAutoSet, climbsToAboutTheMaximumWithoutATarget) {
     for (const FeatureValue& target :
          {FeatureValue(0.0), FeatureValue(-1e300), FeatureValue(std::nan("")),
           FeatureValue(std::int64_t{30})}) {
@@ -251,7 +251,7 @@ TEST(CameraAutoSet, ClimbsToAboutTheMaximumWithoutATarget) {
     }
 }
 
-TEST(CameraAutoSet, WritesNoUnknownMaximum) {
+TEST(CameraAutoSet, writesNoUnknownMaximum) {
     HandlerWithFakes fakes;
     fakes.features->putRange("StreamBytesPerSecond", std::int64_t{5}, std::int64_t{0}, 1e6);
     fakes.features->put("AcquisitionFrameRate", 10.0);
@@ -260,7 +260,7 @@ TEST(CameraAutoSet, WritesNoUnknownMaximum) {
     EXPECT_TRUE(fakes.features->written.empty());
 }
 
-TEST(CameraAutoSet, SurvivesExtremeNumbers) {
+TEST(CameraAutoSet, survivesExtremeNumbers) {
     using Limits = std::numeric_limits<std::int64_t>;
     constexpr auto largest = Limits::max();
     for (const double overhead : {1.0, 1e15}) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "features/BandwidthLimit.h"
 #include "tests/engine/CameraFixture.h"
 
 #include <limits>
@@ -21,7 +22,7 @@ struct BandwidthCase {
 
 class SetBandwidth : public testing::TestWithParam<BandwidthCase> {};
 
-TEST_P(SetBandwidth, WritesAndClassifies) {
+TEST_P(SetBandwidth, writesAndClassifies) {
     const BandwidthCase& p = GetParam();
     HandlerWithFakes fakes;
     fakes.features->putRange("DeviceLinkThroughputLimit", std::int64_t{5}, p.minimum, p.maximum,
@@ -62,7 +63,7 @@ INSTANTIATE_TEST_SUITE_P(
         BandwidthCase{1234, 1234, 0, -1, 1, 1234, reached},
         BandwidthCase{std::numeric_limits<std::uint64_t>::max(), 5, 0, 0, 1000, largest, reached}));
 
-TEST(CameraHandlerBandwidth, RequestOfNothingChangesNothing) {
+TEST(CameraHandlerBandwidth, requestOfNothingChangesNothing) {
     HandlerWithFakes fakes;
     fakes.features->putRange("DeviceLinkThroughputLimit", std::int64_t{5}, std::int64_t{0},
                              std::int64_t{100});
@@ -71,7 +72,7 @@ TEST(CameraHandlerBandwidth, RequestOfNothingChangesNothing) {
     EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::NotSet);
 }
 
-TEST(CameraHandlerBandwidth, FailedWriteIsNeitherLoggedNorReached) {
+TEST(CameraHandlerBandwidth, failedWriteIsNeitherLoggedNorReached) {
     HandlerWithFakes fakes;
     fakes.features->putRange("DeviceLinkThroughputLimit", std::int64_t{5}, std::int64_t{0},
                              std::int64_t{100});
@@ -84,7 +85,7 @@ TEST(CameraHandlerBandwidth, FailedWriteIsNeitherLoggedNorReached) {
         ElementsAre("Info:" + cameraText + ": AcquisitionFrameRate after optimization -1.000000"));
 }
 
-TEST(CameraHandlerBandwidth, RefusedOffItsStepsItGetsTheStepBelow) {
+TEST(CameraHandlerBandwidth, refusedOffItsStepsItGetsTheStepBelow) {
     HandlerWithFakes fakes;
     fakes.features->putRange("DeviceLinkThroughputLimit", std::int64_t{1500}, std::int64_t{500},
                              std::int64_t{9000}, std::int64_t{1000});
@@ -118,14 +119,48 @@ TEST(CameraHandlerBandwidth, RefusedOffItsStepsItGetsTheStepBelow) {
     EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::BelowRequested);
 }
 
-TEST(CameraHandlerBandwidth, LimitsOfAnotherTypeCountAsAbsent) {
+TEST(BandwidthLimit, writesNoStepInPlaceOfAValueOutOfRange) {
+    const auto features = std::make_shared<FakeFeatures>();
+    features->putRange("DeviceLinkThroughputLimit", std::int64_t{1500}, std::int64_t{500},
+                       std::int64_t{9000}, std::int64_t{1000});
+    features->accepts = [](std::int64_t value) {
+        return value % 1000 == 500;
+    };
+    BandwidthLimit limit(features);
+    ASSERT_TRUE(limit.find());
+    limit.read();
+    for (const std::int64_t value : {499, 9001})
+        EXPECT_EQ(limit.write(value), std::nullopt) << value;
+    EXPECT_THAT(features->written, testing::IsEmpty());
+    features->remove("DeviceLinkThroughputLimit");
+    EXPECT_FALSE(limit.find());
+}
+
+TEST(BandwidthLimit, warnsOfEveryModeButOn) {
+    const std::pair<FeatureValue, bool> cases[] = {{std::string("Off"), true},
+                                                   {std::string("Auto"), true},
+                                                   {std::string("On"), false},
+                                                   {std::int64_t{0}, false}};
+    for (const auto& [mode, isWarned] : cases) {
+        const auto features = std::make_shared<FakeFeatures>();
+        const CapturedLog log;
+        features->put("DeviceLinkThroughputLimit", std::int64_t{1500});
+        features->put("DeviceLinkThroughputLimitMode", mode);
+        BandwidthLimit limit(features);
+        ASSERT_TRUE(limit.find());
+        limit.warnWhenOff(true);
+        EXPECT_EQ(log.lines().size(), isWarned ? 1U : 0U) << toText(mode);
+    }
+}
+
+TEST(CameraHandlerBandwidth, limitsOfAnotherTypeCountAsAbsent) {
     HandlerWithFakes fakes;
     fakes.features->putRange("DeviceLinkThroughputLimit", 5.5, 10.0, std::string("many"), true);
     EXPECT_EQ(fakes.handler.getBandwidth(), 0);
     EXPECT_EQ(fakes.handler.setBandwidth(50, 50), 50);
 }
 
-TEST(CameraHandlerBandwidth, PrefersTheLinkLimit) {
+TEST(CameraHandlerBandwidth, prefersTheLinkLimit) {
     HandlerWithFakes fakes;
     EXPECT_EQ(fakes.handler.getBandwidth(), 0);
     EXPECT_EQ(fakes.handler.setBandwidth(50, 50), 0);
@@ -140,7 +175,7 @@ TEST(CameraHandlerBandwidth, PrefersTheLinkLimit) {
     EXPECT_EQ(fakes.log.lines().size(), 2U);
 }
 
-TEST(CameraHandlerBandwidth, WarnsOfUsb2Speed) {
+TEST(CameraHandlerBandwidth, warnsOfUsb2Speed) {
     const auto warned = [](OrvTransportLayerType type, FeatureValue maximum) {
         HandlerWithFakes fakes(type);
         fakes.features->putRange("DeviceLinkThroughputLimit", std::int64_t{5}, std::int64_t{0},

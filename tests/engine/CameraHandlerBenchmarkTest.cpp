@@ -12,7 +12,7 @@ std::string line(const std::string& level, const std::string& text) {
     return level + ":" + cameraText + text;
 }
 
-TEST(CameraHandlerBenchmark, TellsHowStartingEnded) {
+TEST(CameraHandlerBenchmark, tellsHowStartingEnded) {
     const std::pair<OrvErrorType, std::string> cases[] = {
         {OrvErrorSuccess, line("Info", ": Acquisition started successfully.")},
         {OrvErrorAlreadyDone, line("Info", ": Acquisition already started.")},
@@ -27,7 +27,7 @@ TEST(CameraHandlerBenchmark, TellsHowStartingEnded) {
     }
 }
 
-TEST(CameraHandlerBenchmark, TellsHowStoppingEnded) {
+TEST(CameraHandlerBenchmark, tellsHowStoppingEnded) {
     using Lines = std::vector<std::string>;
     const std::pair<OrvErrorType, Lines> cases[] = {
         {OrvErrorSuccess,
@@ -53,7 +53,7 @@ TEST(CameraHandlerBenchmark, TellsHowStoppingEnded) {
     }
 }
 
-TEST(CameraHandlerBenchmark, StartsInSpiteOfSocketDriverAndTrigger) {
+TEST(CameraHandlerBenchmark, startsInSpiteOfSocketDriverAndTrigger) {
     HandlerWithFakes fakes;
     fakes.parts.stream->addFeature("GVSPDriver", makeStringFeature("Socket"));
     fakes.features->put("TriggerMode", std::string("On"));
@@ -86,7 +86,7 @@ struct Delivery {
     std::shared_ptr<OrvCPP::IFrameObserver> observer;
 };
 
-TEST(CameraHandlerBenchmark, CountsFromOneOnGigEAndFromZeroElsewhere) {
+TEST(CameraHandlerBenchmark, countsFromOneOnGigEAndFromZeroElsewhere) {
     for (const auto type : {OrvTransportLayerTypeGEV, OrvTransportLayerTypeU3V}) {
         HandlerWithFakes fakes(type);
         Delivery delivery(*fakes.parts.camera);
@@ -97,7 +97,7 @@ TEST(CameraHandlerBenchmark, CountsFromOneOnGigEAndFromZeroElsewhere) {
     }
 }
 
-TEST(CameraHandlerBenchmark, KeepsTheStatisticsUntilTheNextStart) {
+TEST(CameraHandlerBenchmark, keepsTheStatisticsUntilTheNextStart) {
     HandlerWithFakes fakes;
     Delivery delivery(*fakes.parts.camera);
     fakes.handler.startAcquisition();

@@ -11,7 +11,7 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::Return;
 
-TEST(CameraHandlerLinkSpeed, WarnsOfASlowerHost) {
+TEST(CameraHandlerLinkSpeed, warnsOfASlowerHost) {
     struct Case {
         std::uint64_t host;
         FeatureValue camera;
@@ -37,7 +37,7 @@ TEST(CameraHandlerLinkSpeed, WarnsOfASlowerHost) {
     }
 }
 
-TEST(CameraHandlerLinkSpeed, IsNotCheckedOfACameraThatIsNotOpen) {
+TEST(CameraHandlerLinkSpeed, isNotCheckedOfACameraThatIsNotOpen) {
     CapturedLog log;
     const CameraParts parts(OrvTransportLayerTypeU3V);
     ON_CALL(*parts.camera, Open).WillByDefault(ioError());
@@ -55,7 +55,7 @@ TEST(CameraHandlerLinkSpeed, IsNotCheckedOfACameraThatIsNotOpen) {
     EXPECT_EQ(handler.getWarningText(), "Camera cannot be opened");
 }
 
-TEST(CameraHandlerTrigger, FollowsModeSourceAndExposure) {
+TEST(CameraHandlerTrigger, followsModeSourceAndExposure) {
     using Text = std::optional<std::string>;
     struct Case {
         Text mode;
@@ -92,7 +92,7 @@ TEST(CameraHandlerTrigger, FollowsModeSourceAndExposure) {
     }
 }
 
-TEST(CameraHandlerTrigger, ValuesOfAnotherTypeAreNoTrigger) {
+TEST(CameraHandlerTrigger, valuesOfAnotherTypeAreNoTrigger) {
     HandlerWithFakes fakes;
     fakes.features->put("TriggerMode", true);
     fakes.features->put("ExposureMode", std::int64_t{1});
@@ -120,7 +120,7 @@ std::string newSize(int size) {
            " bytes.";
 }
 
-TEST(CameraHandlerPacketSize, WarnsBelowJumboFrames) {
+TEST(CameraHandlerPacketSize, warnsBelowJumboFrames) {
     for (const int size : {1500, 5999, 6000, 8228}) {
         PacketSizeFakes fakes(size);
         EXPECT_TRUE(fakes.handler.adjustPacketSize(true));
@@ -131,7 +131,7 @@ TEST(CameraHandlerPacketSize, WarnsBelowJumboFrames) {
     }
 }
 
-TEST(CameraHandlerPacketSize, IsNegotiatedOnce) {
+TEST(CameraHandlerPacketSize, isNegotiatedOnce) {
     PacketSizeFakes fakes(8000);
     EXPECT_CALL(*fakes.command, RunCommand).Times(2).WillOnce(ioError());
     EXPECT_FALSE(fakes.handler.adjustPacketSize(false));
@@ -140,7 +140,7 @@ TEST(CameraHandlerPacketSize, IsNegotiatedOnce) {
     EXPECT_FALSE(fakes.handler.adjustPacketSize(true));
 }
 
-TEST(CameraHandlerPacketSize, IsLeftAloneWithoutGvspOverUdp) {
+TEST(CameraHandlerPacketSize, isLeftAloneWithoutGvspOverUdp) {
     PacketSizeFakes usb(8000, OrvTransportLayerTypeU3V);
     EXPECT_CALL(*usb.command, RunCommand).Times(0);
     EXPECT_FALSE(usb.handler.adjustPacketSize(true));
@@ -156,7 +156,7 @@ TEST(CameraHandlerPacketSize, IsLeftAloneWithoutGvspOverUdp) {
     EXPECT_TRUE(udp.handler.adjustPacketSize(true));
 }
 
-TEST(CameraHandlerPacketSize, PollsUntilTheCommandIsDone) {
+TEST(CameraHandlerPacketSize, pollsUntilTheCommandIsDone) {
     PacketSizeFakes fakes(8000);
     EXPECT_CALL(*fakes.command, IsCommandDone)
         .Times(3)
@@ -171,7 +171,7 @@ TEST(CameraHandlerPacketSize, PollsUntilTheCommandIsDone) {
     EXPECT_THAT(failing.log.lines(), ElementsAre(newSize(8000)));
 }
 
-TEST(CameraHandlerPacketSize, LogsWhatFailed) {
+TEST(CameraHandlerPacketSize, logsWhatFailed) {
     struct Case {
         void (*arrange)(PacketSizeFakes&);
         std::string line;
@@ -199,7 +199,7 @@ TEST(CameraHandlerPacketSize, LogsWhatFailed) {
     }
 }
 
-TEST(CameraHandlerPacketSize, NeedsAStream) {
+TEST(CameraHandlerPacketSize, needsAStream) {
     CapturedLog log;
     const CameraParts parts(OrvTransportLayerTypeGEV);
     ON_CALL(*parts.camera, GetStreams).WillByDefault(ioError());
@@ -210,7 +210,11 @@ TEST(CameraHandlerPacketSize, NeedsAStream) {
                                          ": GigEAdjustPacketSize: invalid stream pointer."));
 }
 
-TEST(CameraHandlerPacketSize, WaitsOnlyOnceForACommandThatNeverCompletes) {
+TEST(CameraHandlerPacketSize, blocksTheWindowForFiveSecondsAtMost) {
+    EXPECT_EQ(CameraHandler::usualPacketSizeLimit, std::chrono::seconds(5));
+}
+
+TEST(CameraHandlerPacketSize, waitsOnlyOnceForACommandThatNeverCompletes) {
     PacketSizeFakes fakes(8000);
     constexpr std::chrono::milliseconds limit(50);
     CameraHandler handler(fakes.parts.camera, fakes.features, limit);

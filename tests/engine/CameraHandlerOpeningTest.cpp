@@ -47,7 +47,7 @@ std::ostream& operator<<(std::ostream& stream, const OpeningCase& testCase) {
 
 class Opening : public testing::TestWithParam<OpeningCase> {};
 
-TEST_P(Opening, LogsWhatFailed) {
+TEST_P(Opening, logsWhatFailed) {
     CapturedLog log;
     CameraParts parts(GetParam().type);
     parts.localDevice->addFeature("DeviceLocation", makeStringFeature("0x2/3/1"));
@@ -145,7 +145,7 @@ const OpeningCase openings[] = {
 INSTANTIATE_TEST_SUITE_P(, Opening, testing::ValuesIn(openings),
                          [](const auto& suite) { return suite.param.name; });
 
-TEST(CameraHandlerOpening, RecordsWhatIsShown) {
+TEST(CameraHandlerOpening, recordsWhatIsShown) {
     CapturedLog log;
     const CameraParts parts(gige);
     const CameraInfo info = CameraHandler(parts.camera).getCameraInfo();
@@ -163,7 +163,7 @@ TEST(CameraHandlerOpening, RecordsWhatIsShown) {
     EXPECT_EQ(info.transportLayerType, gige);
 }
 
-TEST(CameraHandlerOpening, ReadsPortAndBusOfUsbCameras) {
+TEST(CameraHandlerOpening, readsPortAndBusOfUsbCameras) {
     struct Case {
         const char* location;
         const char* port;
@@ -191,7 +191,7 @@ TEST(CameraHandlerOpening, ReadsPortAndBusOfUsbCameras) {
     }
 }
 
-TEST(CameraHandlerOpening, LocationOfAnotherTypeCountsAsAbsent) {
+TEST(CameraHandlerOpening, locationOfAnotherTypeCountsAsAbsent) {
     CapturedLog log;
     CameraParts parts(usb, "PCI 0-20-0");
     parts.localDevice->addFeature("DeviceLocation", makeIntFeature(23));
@@ -202,7 +202,7 @@ TEST(CameraHandlerOpening, LocationOfAnotherTypeCountsAsAbsent) {
     EXPECT_EQ(CameraHandler(parts.camera).getCameraInfo().interfaceName, "PCI 0-20-0");
 }
 
-TEST(CameraHandlerOpening, IdentifiesTheCameraBeforeOpeningIt) {
+TEST(CameraHandlerOpening, identifiesTheCameraBeforeOpeningIt) {
     CapturedLog log;
     const CameraParts parts(gige);
     {
@@ -218,7 +218,7 @@ TEST(CameraHandlerOpening, IdentifiesTheCameraBeforeOpeningIt) {
     EXPECT_NE(handler.getFeatureController(), nullptr);
 }
 
-TEST(CameraHandlerOpening, KeepsTheControllerItIsHanded) {
+TEST(CameraHandlerOpening, keepsTheControllerItIsHanded) {
     CapturedLog log;
     const CameraParts parts(gige);
     const auto features = std::make_shared<FakeFeatures>();
@@ -226,7 +226,7 @@ TEST(CameraHandlerOpening, KeepsTheControllerItIsHanded) {
     EXPECT_EQ(CameraHandler(parts.camera, features).getFeatureController(), features);
 }
 
-TEST(CameraHandlerClosing, StopsThenClosesWhatItStartedAndOpened) {
+TEST(CameraHandlerClosing, stopsThenClosesWhatItStartedAndOpened) {
     CapturedLog log;
     const CameraParts parts(gige);
     auto handler = std::make_unique<CameraHandler>(parts.camera);
@@ -239,7 +239,7 @@ TEST(CameraHandlerClosing, StopsThenClosesWhatItStartedAndOpened) {
     Mock::VerifyAndClearExpectations(parts.camera.get());
 }
 
-TEST(CameraHandlerClosing, LeavesAloneWhatItDidNotOpen) {
+TEST(CameraHandlerClosing, leavesAloneWhatItDidNotOpen) {
     CapturedLog log;
     CameraParts parts(gige);
     denyAccess(parts);

@@ -30,7 +30,7 @@ protected:
         std::make_shared<testing::NiceMock<MockCamera>>();
 };
 
-TEST_F(FrameObserverTest, FindsGapsInTheFrameIds) {
+TEST_F(FrameObserverTest, findsGapsInTheFrameIds) {
     using Ids = std::vector<std::optional<std::uint64_t>>;
     struct Case {
         std::int32_t firstId;
@@ -59,7 +59,7 @@ TEST_F(FrameObserverTest, FindsGapsInTheFrameIds) {
     }
 }
 
-TEST_F(FrameObserverTest, CountsByReceiveStatus) {
+TEST_F(FrameObserverTest, countsByReceiveStatus) {
     FrameObserver observer(m_camera, 1);
     FakeFrame frame;
     for (const int status : {0, 0, 0, 0, -1, -1, -1, -2, -2, -3, -4, 1}) {
@@ -79,7 +79,7 @@ TEST_F(FrameObserverTest, CountsByReceiveStatus) {
     EXPECT_EQ(statistics.reserved, 0U);
 }
 
-TEST_F(FrameObserverTest, MeasuresTheLastInterval) {
+TEST_F(FrameObserverTest, measuresTheLastInterval) {
     std::int64_t now = 0;
     FrameObserver observer(m_camera, 1, [&now] { return now; });
     // The first interval starts at the clock's zero; one below a microsecond repeats the last rate.
@@ -92,7 +92,7 @@ TEST_F(FrameObserverTest, MeasuresTheLastInterval) {
     }
 }
 
-TEST_F(FrameObserverTest, HandsTheFrameBackAndLetsGoOfIt) {
+TEST_F(FrameObserverTest, handsTheFrameBackAndLetsGoOfIt) {
     FrameObserver observer(m_camera, 1);
     auto frame = std::make_shared<FakeFrame>();
     const std::weak_ptr<FakeFrame> alive = frame;
@@ -107,7 +107,7 @@ TEST_F(FrameObserverTest, HandsTheFrameBackAndLetsGoOfIt) {
     EXPECT_TRUE(alive.expired());
 }
 
-TEST_F(FrameObserverTest, ResetClearsEverything) {
+TEST_F(FrameObserverTest, resetClearsEverything) {
     std::int64_t now = 3'000'000'000;
     FrameObserver observer(m_camera, 1, [&now] { return now; });
     FakeFrame frame;

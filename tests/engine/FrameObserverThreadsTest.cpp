@@ -18,7 +18,7 @@ public:
     }
 };
 
-TEST(FrameObserverThreads, StatisticsAreReadWhileFramesArrive) {
+TEST(FrameObserverThreads, statisticsAreReadWhileFramesArrive) {
     constexpr std::uint64_t frames = 200'000;
     FrameObserver observer(std::make_shared<QueueingCamera>(), 1);
     std::atomic<bool> done{false};

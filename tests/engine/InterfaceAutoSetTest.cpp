@@ -95,7 +95,7 @@ protected:
     CapturedLog m_log;
 };
 
-TEST_F(InterfaceAutoSetTest, GivesWhatIsNeededAndTheRestToTheOthers) {
+TEST_F(InterfaceAutoSetTest, givesWhatIsNeededAndTheRestToTheOthers) {
     EXPECT_THAT(distribute(112'500'000, {{"B", 90'000'000}, {"A", 30'000'000}}),
                 ElementsAre("A=30000000/30000000", "B=82500000/90000000"));
     EXPECT_THAT(
@@ -111,7 +111,7 @@ TEST_F(InterfaceAutoSetTest, GivesWhatIsNeededAndTheRestToTheOthers) {
             "Info:eth0: new default bandwidth for single camera: 82.500000 MB"));
 }
 
-TEST_F(InterfaceAutoSetTest, SharesByTheRules) {
+TEST_F(InterfaceAutoSetTest, sharesByTheRules) {
     struct Case {
         const char* what;
         std::vector<Plan> plans;
@@ -168,7 +168,7 @@ TEST_F(InterfaceAutoSetTest, SharesByTheRules) {
     }
 }
 
-TEST_F(InterfaceAutoSetTest, TellsWhenNothingIsLeft) {
+TEST_F(InterfaceAutoSetTest, tellsWhenNothingIsLeft) {
     const std::vector<Plan> plans{{"L", 0, "locked", 12'000'000},
                                   {"T", 5'000'000, "triggered"},
                                   {"U", 5'000'000, "triggered"}};
@@ -189,7 +189,7 @@ TEST_F(InterfaceAutoSetTest, TellsWhenNothingIsLeft) {
     EXPECT_TRUE(m_log.has(minimum + "T- ()"));
 }
 
-TEST_F(InterfaceAutoSetTest, TellsWhatIsEnough) {
+TEST_F(InterfaceAutoSetTest, tellsWhatIsEnough) {
     const std::string enough = "Info:A- (): Enough bandwidth (1.000000 MB) allocated.";
     distribute(100'000'000, {{"A", 500'000}});
     EXPECT_TRUE(m_log.has(enough));
@@ -197,8 +197,23 @@ TEST_F(InterfaceAutoSetTest, TellsWhatIsEnough) {
     EXPECT_FALSE(m_log.has(enough)) << "clamped";
 }
 
+TEST_F(InterfaceAutoSetTest, oneCameraGetsItsNeedWithTheMarginWithinTheRange) {
+    using Limits = std::numeric_limits<std::int64_t>;
+    const std::pair<std::int64_t, const char*> cases[] = {
+        {10'000'011, "A=10500011/10000011"},
+        {-7, "A=0/0"},
+        {Limits::max(), "A=9223372036854775807/9223372036854775807"}};
+    for (const auto& [need, expected] : cases) {
+        std::vector<std::string> record;
+        ScriptedCamera camera({"A", need}, record);
+        camera.adjustPacketSize(true);
+        autoSetCamera(camera, 0.05);
+        EXPECT_THAT(record, ElementsAre(expected));
+    }
+}
+
 /// How much of an interface's bit/s a controller divides, as its first message says.
-TEST(InterfaceAutoSetOfController, DividesWhatTheMarginLeaves) {
+TEST(InterfaceAutoSetOfController, dividesWhatTheMarginLeaves) {
     const auto camera = makeFake("eth0", OrvTransportLayerTypeGEV, "A");
     const auto usbCamera = makeFake("usb0", OrvTransportLayerTypeU3V, "B");
     const auto controller =

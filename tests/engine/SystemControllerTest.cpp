@@ -101,7 +101,7 @@ const std::string subnetLine = "Debug:Interface Name: 'Eth 1', IP Address: '192.
 const std::string noSpeed = "Warning:Interface speed not found for interface 'Eth 1'";
 const std::string noType = "Debug:Interface type not found for interface: Eth 1";
 
-TEST_F(SystemControllerTest, GroupsByInterfaceInTheOrderOfTheirIds) {
+TEST_F(SystemControllerTest, groupsByInterfaceInTheOrderOfTheirIds) {
     add(gige, "eth b", "1");
     add(gige, "Eth a", "2");
     add(gige, "eth b", "0");
@@ -112,7 +112,7 @@ TEST_F(SystemControllerTest, GroupsByInterfaceInTheOrderOfTheirIds) {
     EXPECT_EQ(m_controller.getInterfaceSpeed("USB"), 5'000'000'000U);
 }
 
-TEST_F(SystemControllerTest, EnumeratesAnewButKeepsTypesAndAddresses) {
+TEST_F(SystemControllerTest, enumeratesAnewButKeepsTypesAndAddresses) {
     const CameraParts& parts = add(gige, "Eth 1");
     EXPECT_THAT(enumerate(), ElementsAre("Eth 1: DEV_1"));
     // The speed of an adapter is known by the address that it had when the controller was made.
@@ -125,7 +125,7 @@ TEST_F(SystemControllerTest, EnumeratesAnewButKeepsTypesAndAddresses) {
     EXPECT_EQ(m_controller.getInterfaceType("Eth 1"), gige);
 }
 
-TEST_F(SystemControllerTest, FailingCameraListIsEmpty) {
+TEST_F(SystemControllerTest, failingCameraListIsEmpty) {
     const CameraParts& parts = add(gige, "Eth 1");
     enumerate();
     EXPECT_EQ(m_tree->looks, 1);
@@ -137,7 +137,7 @@ TEST_F(SystemControllerTest, FailingCameraListIsEmpty) {
     m_controller.startBenchmark(0, false);
 }
 
-TEST_F(SystemControllerTest, AsksTheOperatingSystemWhenItIsGivenNoHandlers) {
+TEST_F(SystemControllerTest, asksTheOperatingSystemWhenItIsGivenNoHandlers) {
     add(gige, "Eth 1");
     add(usb, "USB");
     SystemController controller(m_system);
@@ -153,7 +153,7 @@ struct Case {
     std::vector<std::string> lines;
 };
 
-TEST_F(SystemControllerTest, FailingCamerasAreLoggedAndTheOthersStay) {
+TEST_F(SystemControllerTest, failingCamerasAreLoggedAndTheOthersStay) {
     const auto loseLayer = [](CameraParts& p) {
         ON_CALL(*p.camera, GetTransportLayer(_)).WillByDefault(ioError());
     };
@@ -180,7 +180,7 @@ TEST_F(SystemControllerTest, FailingCamerasAreLoggedAndTheOthersStay) {
     }
 }
 
-TEST_F(SystemControllerTest, OtherTransportLayersAreLeftOut) {
+TEST_F(SystemControllerTest, otherTransportLayersAreLeftOut) {
     struct Layer {
         std::optional<std::string> vendor;
         std::optional<std::string> name;
@@ -215,12 +215,12 @@ TEST_F(SystemControllerTest, OtherTransportLayersAreLeftOut) {
     }
 }
 
-TEST_F(SystemControllerTest, FirstCameraOfAnInterfaceDecides) {
+TEST_F(SystemControllerTest, firstCameraOfAnInterfaceDecides) {
     add(gige, "Eth 1");
     CameraParts& second = add(gige, "Eth 1");
-    ON_CALL(*second.interface, GetType).WillByDefault(answer(usb));
+    second.interface->addFeature(subnetFeature, makeIntFeature(0x0A000001));
     CameraParts& third = add(gige, "Eth 1");
-    third.interface->addFeature(subnetFeature, makeIntFeature(0x0A000001));
+    ON_CALL(*third.interface, GetType).WillByDefault(answer(usb));
     enumerate();
     EXPECT_EQ(m_controller.getInterfaceType("Eth 1"), gige);
     EXPECT_TRUE(m_log.has("Debug:Interface Name: 'Eth 1', IP Address: '10.0.0.1'"));
@@ -228,7 +228,7 @@ TEST_F(SystemControllerTest, FirstCameraOfAnInterfaceDecides) {
     EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 42U);
 }
 
-TEST_F(SystemControllerTest, ChecksTheLinksOfItsCameras) {
+TEST_F(SystemControllerTest, checksTheLinksOfItsCameras) {
     add(gige, "Eth 1");
     add(usb, "USB");
     m_features->put("DeviceLinkSpeed", std::int64_t{250'000'000});
@@ -244,7 +244,7 @@ TEST_F(SystemControllerTest, ChecksTheLinksOfItsCameras) {
                                 ": Camera Speed Limit: 320 Mbps ( USB 2.0 or lower )"));
 }
 
-TEST_F(SystemControllerTest, UnknownSpeedIsLoggedAndZero) {
+TEST_F(SystemControllerTest, unknownSpeedIsLoggedAndZero) {
     // For an interface of GigE Vision the enumeration asks for the speed, too.
     const Case cases[] = {
         {[](auto& p) {
@@ -282,7 +282,7 @@ TEST_F(SystemControllerTest, UnknownSpeedIsLoggedAndZero) {
     EXPECT_THAT(m_log.lines(), ElementsAre(noType));
 }
 
-TEST_F(SystemControllerTest, SpeedOfUsbIsAskedByInterface) {
+TEST_F(SystemControllerTest, speedOfUsbIsAskedByInterface) {
     add(usb, "USB 0-20-0");
     m_features->put("StreamBytesPerSecond", std::int64_t{1});
     m_features->put("DeviceLocation", std::string("0x1/2"), "Local Device");
@@ -297,7 +297,7 @@ TEST_F(SystemControllerTest, SpeedOfUsbIsAskedByInterface) {
     EXPECT_EQ(m_controller.getInterfaceSpeed("USB 0-20-0"), 10'000'000'000U);
 }
 
-TEST_F(SystemControllerTest, UsersMaximumComesFirst) {
+TEST_F(SystemControllerTest, usersMaximumComesFirst) {
     add(gige, "Eth 1");
     m_controller.setMaxBandwidth("Eth 1", 123);
     enumerate();
@@ -309,7 +309,7 @@ TEST_F(SystemControllerTest, UsersMaximumComesFirst) {
     EXPECT_EQ(m_controller.getInterfaceSpeed("Eth 1"), 1'000'000'000U);
 }
 
-TEST_F(SystemControllerTest, BenchmarkRunsOnTheChosenCamerasOfOneInterface) {
+TEST_F(SystemControllerTest, benchmarkRunsOnTheChosenCamerasOfOneInterface) {
     const CameraParts& chosen = add(gige, "Eth 1", "A");
     const CameraParts& left = add(gige, "Eth 1", "B");
     const CameraParts& other = add(usb, "USB", "C");
@@ -337,7 +337,7 @@ TEST_F(SystemControllerTest, BenchmarkRunsOnTheChosenCamerasOfOneInterface) {
     }
 }
 
-TEST_F(SystemControllerTest, PacketSizesAreAdjustedBeforeAnyCameraStreams) {
+TEST_F(SystemControllerTest, packetSizesAreAdjustedBeforeAnyCameraStreams) {
     const CameraParts& first = add(gige, "Eth 1", "A");
     const CameraParts& second = add(gige, "Eth 1", "B");
     m_controller.enumerate();
@@ -351,7 +351,7 @@ TEST_F(SystemControllerTest, PacketSizesAreAdjustedBeforeAnyCameraStreams) {
     m_controller.startBenchmark(0, true);
 }
 
-TEST_F(SystemControllerTest, WhatABenchmarkStartedIsStopped) {
+TEST_F(SystemControllerTest, whatABenchmarkStartedIsStopped) {
     add(gige, "Eth 1");
     const auto camera = m_controller.enumerate()[0][0];
     m_controller.startBenchmark(0, false);
@@ -361,7 +361,7 @@ TEST_F(SystemControllerTest, WhatABenchmarkStartedIsStopped) {
     EXPECT_EQ(m_log.count("Info:" + cameraText + ": Acquisition stopped successfully."), 1);
 }
 
-TEST_F(SystemControllerTest, TellsTheVersionOfTheSdk) {
+TEST_F(SystemControllerTest, tellsTheVersionOfTheSdk) {
     EXPECT_CALL(*m_system, QueryVersion)
         .WillOnce(answer(OrvVersionInfo{1, 2, 30}))
         .WillOnce(answer(OrvVersionInfo{1, 2, 30}, OrvErrorIO));

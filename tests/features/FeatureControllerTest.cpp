@@ -95,7 +95,7 @@ protected:
     std::shared_ptr<MockStream> m_stream1 = std::make_shared<testing::NiceMock<MockStream>>();
 };
 
-TEST_F(FeatureModulesTest, AreListedFromTheHostToTheStreams) {
+TEST_F(FeatureModulesTest, areListedFromTheHostToTheStreams) {
     const FeatureController features = controller();
     EXPECT_THAT(features.getModuleNames(),
                 ElementsAre("Transport Layer", "Interface", "Local Device", "Camera", "Stream0",
@@ -105,7 +105,7 @@ TEST_F(FeatureModulesTest, AreListedFromTheHostToTheStreams) {
     EXPECT_EQ(m_log.text(), "");
 }
 
-TEST_F(FeatureModulesTest, MayAllFailButTheCamera) {
+TEST_F(FeatureModulesTest, mayAllFailButTheCamera) {
     ON_CALL(*m_camera, GetTransportLayer())
         .WillByDefault(withoutModule<OrvTransportLayerWrapper>());
     ON_CALL(*m_camera, GetInterface()).WillByDefault(withoutModule<OrvInterfaceWrapper>());
@@ -125,7 +125,7 @@ TEST_F(FeatureModulesTest, MayAllFailButTheCamera) {
     EXPECT_THAT(FeatureController({}, "Cam").getModuleNames(), IsEmpty());
 }
 
-TEST_F(FeatureControllerTest, ListsVisibleFeaturesByCategory) {
+TEST_F(FeatureControllerTest, listsVisibleFeaturesByCategory) {
     const auto addIn = [this](const char* category, const char* name,
                               OrvFeatureVisibilityType visibility) {
         const auto feature = add(name, makeIntFeature(0));
@@ -184,7 +184,7 @@ const TypeCase types[] = {
     {"Unknown", [] { return makeFeature(OrvFeatureDataUnknown); }, "0|0:0|0:0|0:0|0:0||", {}},
 };
 
-TEST_F(FeatureControllerTest, DescribesAndReadsAFeatureByItsType) {
+TEST_F(FeatureControllerTest, describesAndReadsAFeatureByItsType) {
     for (const TypeCase& tested : types) {
         SCOPED_TRACE(tested.name);
         m_camera = makeCamera();
@@ -199,7 +199,7 @@ TEST_F(FeatureControllerTest, DescribesAndReadsAFeatureByItsType) {
     }
 }
 
-TEST_F(FeatureControllerTest, OutlinesAFeatureWithoutReadingItsValue) {
+TEST_F(FeatureControllerTest, outlinesAFeatureWithoutReadingItsValue) {
     const auto feature = add("F", described(makeIntFeature(5)));
     EXPECT_CALL(*feature, GetValue(An<std::int64_t&>())).Times(0);
     EXPECT_CALL(*feature, GetDisplayName).Times(1);
@@ -276,7 +276,7 @@ const FailureCase failures[] = {
 #undef FAILS
 #undef FORGETS
 
-TEST_F(FeatureControllerTest, KeepsTheOtherFieldsWhenOneCannotBeRead) {
+TEST_F(FeatureControllerTest, keepsTheOtherFieldsWhenOneCannotBeRead) {
     for (const FailureCase& tested : failures) {
         SCOPED_TRACE(tested.message);
         m_camera = makeCamera();
@@ -297,7 +297,7 @@ TEST_F(FeatureControllerTest, KeepsTheOtherFieldsWhenOneCannotBeRead) {
     }
 }
 
-TEST_F(FeatureControllerTest, AnswersNeutrallyForWhatIsMissing) {
+TEST_F(FeatureControllerTest, answersNeutrallyForWhatIsMissing) {
     FeatureController features = controller();
     m_log.clear();
     for (const char* module : {"Camera", "Nowhere"}) {
@@ -316,7 +316,7 @@ TEST_F(FeatureControllerTest, AnswersNeutrallyForWhatIsMissing) {
                             noModule, noModule, noModule));
 }
 
-TEST_F(FeatureControllerTest, WarnsOfAValueThatCannotBeRead) {
+TEST_F(FeatureControllerTest, warnsOfAValueThatCannotBeRead) {
     const auto number = add("Number", makeIntFeature(7));
     ON_CALL(*number, GetValue(An<std::int64_t&>())).WillByDefault(failed);
     const auto untyped = add("Untyped", makeIntFeature(7));
@@ -330,7 +330,7 @@ TEST_F(FeatureControllerTest, WarnsOfAValueThatCannotBeRead) {
                             warning(": Cannot get feature value: 'Untyped'", OrvErrorIO)));
 }
 
-TEST_F(FeatureControllerTest, SetsWithTheOperationOfTheValuesAlternative) {
+TEST_F(FeatureControllerTest, setsWithTheOperationOfTheValuesAlternative) {
     const auto ok = Return(OrvErrorType{OrvErrorSuccess});
     const auto feature = add("F", makeFeature(OrvFeatureDataInt));
     testing::InSequence inOrder;
@@ -343,7 +343,7 @@ TEST_F(FeatureControllerTest, SetsWithTheOperationOfTheValuesAlternative) {
         EXPECT_TRUE(features.setFeatureValue("Camera", "F", value));
 }
 
-TEST_F(FeatureControllerTest, WarnsOfAValueThatCannotBeSet) {
+TEST_F(FeatureControllerTest, warnsOfAValueThatCannotBeSet) {
     add("Width", makeIntFeature(1));
     FeatureController features = controller();
     m_log.clear();
@@ -367,7 +367,7 @@ protected:
     NiceFeature m_command = add("Go", makeCommandFeature());
 };
 
-TEST_F(FeatureCommandTest, IsPolledUntilDone) {
+TEST_F(FeatureCommandTest, isPolledUntilDone) {
     EXPECT_CALL(*m_command, RunCommand);
     EXPECT_CALL(*m_command, IsCommandDone)
         .WillOnce(answer(false))
@@ -377,20 +377,20 @@ TEST_F(FeatureCommandTest, IsPolledUntilDone) {
     EXPECT_EQ(m_log.text(), "");
 }
 
-TEST_F(FeatureCommandTest, ThatCannotBeStartedIsNotPolled) {
+TEST_F(FeatureCommandTest, thatCannotBeStartedIsNotPolled) {
     ON_CALL(*m_command, RunCommand).WillByDefault(failed);
     EXPECT_CALL(*m_command, IsCommandDone).Times(0);
     EXPECT_FALSE(run(1000.0));
     EXPECT_THAT(m_log.lines(), ElementsAre(warning(": Error while executing 'Go'", OrvErrorIO)));
 }
 
-TEST_F(FeatureCommandTest, ThatCannotBeAskedCountsAsDone) {
+TEST_F(FeatureCommandTest, thatCannotBeAskedCountsAsDone) {
     EXPECT_CALL(*m_command, IsCommandDone).WillOnce(failed);
     EXPECT_TRUE(run(0.0));
     EXPECT_EQ(m_log.text(), "");
 }
 
-TEST_F(FeatureCommandTest, ThatNeverCompletesTimesOutJustOverTheLimit) {
+TEST_F(FeatureCommandTest, thatNeverCompletesTimesOutJustOverTheLimit) {
     ON_CALL(*m_command, IsCommandDone).WillByDefault(answer(false));
     for (const double limit : {0.0, 20.0}) {
         EXPECT_FALSE(run(limit));
@@ -402,7 +402,7 @@ TEST_F(FeatureCommandTest, ThatNeverCompletesTimesOutJustOverTheLimit) {
     }
 }
 
-TEST_F(FeatureCommandTest, ThatIsDoneTooLateHasTimedOut) {
+TEST_F(FeatureCommandTest, thatIsDoneTooLateHasTimedOut) {
     ON_CALL(*m_command, IsCommandDone).WillByDefault([](bool& done) {
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
         done = true;
@@ -413,7 +413,7 @@ TEST_F(FeatureCommandTest, ThatIsDoneTooLateHasTimedOut) {
 }
 
 // A call into the SDK may cost a millisecond on a real camera: what cannot change is read once.
-TEST_F(FeatureControllerTest, AsksOnceForWhatNeverChanges) {
+TEST_F(FeatureControllerTest, asksOnceForWhatNeverChanges) {
     const auto feature = add("F", described(makeIntFeature(1)));
     EXPECT_CALL(*m_camera, GetFeatureByName(StrEq("F"), _));
     EXPECT_CALL(*m_camera, GetFeatureByName(StrEq("X"), _)).Times(2);
@@ -446,7 +446,7 @@ TEST_F(FeatureControllerTest, AsksOnceForWhatNeverChanges) {
     }
 }
 
-TEST_F(FeatureControllerTest, AsksAgainForWhatFailed) {
+TEST_F(FeatureControllerTest, asksAgainForWhatFailed) {
     const auto feature = add("F", described(makeIntFeature(1)));
     EXPECT_CALL(*feature, GetUnit).WillOnce(failed).WillOnce(answer(std::string("us")));
     EXPECT_CALL(*feature, GetDataType).WillOnce(failed).WillOnce(answer(OrvFeatureDataInt));
@@ -458,7 +458,7 @@ TEST_F(FeatureControllerTest, AsksAgainForWhatFailed) {
     }
 }
 
-TEST_F(FeatureModulesTest, KeepFeaturesOfOneNameApart) {
+TEST_F(FeatureModulesTest, keepFeaturesOfOneNameApart) {
     add("Id", makeIntFeature(1));
     m_parts.stream->addFeature("Id", makeIntFeature(2));
     const FeatureController features = controller();

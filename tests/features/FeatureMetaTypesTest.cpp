@@ -10,7 +10,7 @@
 
 namespace {
 
-TEST(FeatureValue, TextsAreTheSameInEveryLocale) {
+TEST(FeatureValue, textsAreTheSameInEveryLocale) {
     EXPECT_EQ(toText(std::int64_t{-12}), "-12");
     EXPECT_EQ(toText(16.98), "16.980000");
     EXPECT_EQ(toText(true), "true");
@@ -18,7 +18,7 @@ TEST(FeatureValue, TextsAreTheSameInEveryLocale) {
     EXPECT_EQ(toText(std::numeric_limits<double>::lowest()).substr(0, 6), "-17976");
 }
 
-TEST(FeatureMetaTypes, VariantsConvertToTheWantedAlternative) {
+TEST(FeatureMetaTypes, variantsConvertToTheWantedAlternative) {
     const QVariant text = QStringLiteral("4");
     EXPECT_EQ(toFeatureValue(text, 0), FeatureValue{std::int64_t{4}});
     EXPECT_EQ(toFeatureValue(text, 1), FeatureValue{4.0});
@@ -28,7 +28,7 @@ TEST(FeatureMetaTypes, VariantsConvertToTheWantedAlternative) {
     EXPECT_EQ(toFeatureValue(QVariant(qint64{1} << 62), 0), FeatureValue{std::int64_t{1} << 62});
 }
 
-TEST(FeatureMetaTypes, AnUnknownAlternativeGivesTheDefaultAndAMessage) {
+TEST(FeatureMetaTypes, anUnknownAlternativeGivesTheDefaultAndAMessage) {
     const CapturedLog log;
     qInstallMessageHandler(qtMessageHandler);
     EXPECT_EQ(toFeatureValue(QStringLiteral("x"), 4), FeatureValue{});

@@ -10,7 +10,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(LogTest, WritesPrefixTextAndErrorToTheStandardOutput) {
+TEST(LogTest, writesPrefixTextAndErrorToTheStandardOutput) {
     const CapturedLog log;
     const CapturedLog errorLog(std::cerr);
     logDebug("a");
@@ -28,7 +28,7 @@ TEST(LogTest, WritesPrefixTextAndErrorToTheStandardOutput) {
     EXPECT_EQ(errorLog.text(), "");
 }
 
-TEST(QtMessageHandlerTest, MapsTheTypes) {
+TEST(QtMessageHandlerTest, mapsTheTypes) {
     const CapturedLog log;
     const QMessageLogContext none;
     const QString text = QStringLiteral("t");
@@ -39,7 +39,7 @@ TEST(QtMessageHandlerTest, MapsTheTypes) {
                 ElementsAre("Debug:t", "Info:t", "Warning:t", "Warning:t", "Warning:t"));
 }
 
-TEST(QtMessageHandlerTest, TellsTheContextWhenThereIsAFunction) {
+TEST(QtMessageHandlerTest, tellsTheContextWhenThereIsAFunction) {
     const CapturedLog log;
     const QString text = QStringLiteral("%1 of 100%");
     qtMessageHandler(QtInfoMsg, QMessageLogContext("a.cpp", 12, "f()", "category"), text);
@@ -49,7 +49,7 @@ TEST(QtMessageHandlerTest, TellsTheContextWhenThereIsAFunction) {
                                          "Info:%1 of 100% (f() in :0)"));
 }
 
-TEST(QtMessageHandlerTest, WritesUtf8OfWhatTheLocalEncodingHas) {
+TEST(QtMessageHandlerTest, writesUtf8OfWhatTheLocalEncodingHas) {
     QTextCodec* const previous = QTextCodec::codecForLocale();
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
     const CapturedLog log;

@@ -30,7 +30,7 @@ protected:
         std::make_unique<ThreadLogStream>(m_stream, LogMessageType::StdErr);
 };
 
-TEST_F(ThreadLogStreamTest, EmitsWhatIsCompleteAndKeepsTheRest) {
+TEST_F(ThreadLogStreamTest, emitsWhatIsCompleteAndKeepsTheRest) {
     m_stream << "A\nB";
     EXPECT_THAT(m_lines, ElementsAre("A"));
     m_stream << "b" << std::endl;
@@ -41,13 +41,13 @@ TEST_F(ThreadLogStreamTest, EmitsWhatIsCompleteAndKeepsTheRest) {
     EXPECT_EQ(m_stream.str(), "");
 }
 
-TEST_F(ThreadLogStreamTest, TakesSingleCharacters) {
+TEST_F(ThreadLogStreamTest, takesSingleCharacters) {
     m_stream.put('x').put('\xE2').put('\x82').put('\xAC').put('\n').put('y');
     EXPECT_THAT(m_lines, ElementsAre("x\xE2\x82\xAC"));
     EXPECT_TRUE(m_stream.good());
 }
 
-TEST_F(ThreadLogStreamTest, EmitsTheRestAndGivesTheStreamBackWhenItEnds) {
+TEST_F(ThreadLogStreamTest, emitsTheRestAndGivesTheStreamBackWhenItEnds) {
     m_stream << "rest";
     EXPECT_THAT(m_lines, IsEmpty());
     m_logStream.reset();
@@ -57,7 +57,7 @@ TEST_F(ThreadLogStreamTest, EmitsTheRestAndGivesTheStreamBackWhenItEnds) {
     EXPECT_THAT(m_lines, ElementsAre("rest"));
 }
 
-TEST_F(ThreadLogStreamTest, LetsASlotWriteLinesAndThrow) {
+TEST_F(ThreadLogStreamTest, letsASlotWriteLinesAndThrow) {
     QObject::connect(m_logStream.get(), &ThreadLogStream::sendLogString,
                      [this](LogMessageType, const QString& line) {
                          if (line == QLatin1String("first") || line == QLatin1String("end"))

@@ -60,7 +60,7 @@ std::vector<std::string> linesOfOneRound() {
     return lines;
 }
 
-TEST(ThreadLogStreamThreads, LosesNoLineOfAThreadWhenItEndsAndKeepsThemWholeAndInOrder) {
+TEST(ThreadLogStreamThreads, losesNoLineOfAThreadWhenItEndsAndKeepsThemWholeAndInOrder) {
     for (int round = 0; round < rounds; ++round) {
         const std::vector<std::string> lines = linesOfOneRound();
         ASSERT_EQ(lines.size(), static_cast<std::size_t>(threadCount * linesPerThread));

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "OrvCPP/OrvSystem.h"
-#include "OrvSimulation/Simulation.h"
-#include "engine/CameraHandler.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/FaultyCameras.h"
 #include "tests/support/OwnSettings.h"
 #include "tests/support/Resources.h"
 #include "ui/BandwidthSliderWidget.h"
@@ -17,11 +15,8 @@
 #include <QSpinBox>
 #include <QTest>
 #include <QTreeView>
-#include <gtest/gtest.h>
 
 namespace {
-
-constexpr int cameraCount = 3;
 
 /// The main dialog on simulated cameras, each call of which can be made to fail.
 class SpanletDialogFaults : public testing::Test {
@@ -30,13 +25,7 @@ protected:
         initResources();
         QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
             .setValue(QStringLiteral("Support Dialog/active"), false);
-        ASSERT_NE(m_simulation, nullptr);
-        ASSERT_EQ(m_system.Startup(L"" FAULT_SCENARIO), OrvErrorSuccess);
-        m_dialog = std::make_unique<SpanletDialog>(m_system, false);
-    }
-    void TearDown() override {
-        m_dialog.reset();
-        m_system.Shutdown();
+        m_dialog = std::make_unique<SpanletDialog>(m_cameras.system, false);
     }
 
     template <class Widget> Widget& widget(const char* name) const {
@@ -50,18 +39,20 @@ protected:
     void closeCameras() {
         for (const bool plugged : {false, true}) {
             for (const char* id : {"DEV_G001", "DEV_G002", "DEV_U"})
-                m_simulation->SetCameraPlugged(id, plugged);
+                m_cameras.simulation.SetCameraPlugged(id, plugged);
             if (!plugged)
                 widget<QPushButton>("buttonRefresh").click();
         }
     }
 
-    /// What a user does in a minute, while one call fails: finds the cameras, sets each by hand,
-    /// locks and unlocks it, and lets each interface be set. Answers how many calls were made.
+    /// Finds the cameras, sets each by hand, locks and unlocks it, and runs Auto Set on each
+    /// interface. Returns the number of calls made.
     std::uint64_t run(std::uint64_t failingCall) {
         closeCameras();
-        m_simulation->ResetCalls();
-        m_simulation->FailCall(failingCall, OrvErrorInternalFault);
+        return m_cameras.callsOf([this] { useDialog(); }, failingCall);
+    }
+
+    void useDialog() {
         widget<QPushButton>("buttonRefresh").click();
         for (QSpinBox* spinBox : spinBoxes()) {
             QTest::keyClick(spinBox, Qt::Key_Down);
@@ -73,9 +64,6 @@ protected:
             combo.setCurrentIndex(i);
             widget<QPushButton>("buttonAutoSet").menu()->actions().front()->trigger();
         }
-        const std::uint64_t calls = m_simulation->GetCallCount();
-        m_simulation->FailCall(0, OrvErrorSuccess);
-        return calls;
     }
 
     /// Cameras whose slider still sets them, and shows what they then have.
@@ -93,26 +81,24 @@ protected:
 
     const OwnSettings m_store;
     CapturedLog m_log;
-    OrvCPP::OrvSystem& m_system = OrvCPP::OrvSystem::GetInstance();
-    OrvCPP::ISimulation* m_simulation = dynamic_cast<OrvCPP::ISimulation*>(&m_system);
+    FaultyCameras m_cameras;
     std::unique_ptr<SpanletDialog> m_dialog;
 };
 
-TEST_F(SpanletDialogFaults, AnyFailingCallLeavesTheOtherRowsUsable) {
-    constexpr std::uint64_t callsThatList = 2;
+TEST_F(SpanletDialogFaults, anyFailingCallLeavesTheOtherRowsUsable) {
     run(0);
-    ASSERT_EQ(camerasThatObey(), cameraCount);
-    std::uint64_t failingCall = 0;
-    std::uint64_t calls = 0;
-    do {
-        calls = run(++failingCall);
-        if (failingCall > callsThatList) {
-            EXPECT_GE(camerasThatObey(), cameraCount - 1) << "failing call " << failingCall;
+    ASSERT_EQ(camerasThatObey(), FaultyCameras::count);
+    const std::uint64_t last = FaultyCameras::failEachCall([this](std::uint64_t failingCall) {
+        const std::uint64_t calls = run(failingCall);
+        if (failingCall > FaultyCameras::callsThatList) {
+            EXPECT_GE(camerasThatObey(), FaultyCameras::count - 1)
+                << "failing call " << failingCall;
         }
-    } while (calls >= failingCall && !HasFailure());
-    EXPECT_GT(failingCall, 200U);
+        return calls;
+    });
+    EXPECT_GT(last, 200U);
     run(0);
-    EXPECT_EQ(camerasThatObey(), cameraCount) << "nothing of it lasts";
+    EXPECT_EQ(camerasThatObey(), FaultyCameras::count) << "no fault lasts";
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 #include "ui/SpanletDialog.h"
 #include "logging/Log.h"
 #include "logging/QtMessageHandler.h"
-#include "logging/RowHeights.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/OwnSettings.h"
 #include "tests/support/TextTree.h"
@@ -10,6 +9,7 @@
 #include "tests/ui/Images.h"
 #include "ui/BandwidthSliderWidget.h"
 #include "ui/InterfaceSpeedWidget.h"
+#include "ui/RowHeights.h"
 #include "ui/SettingsDialog.h"
 #include "ui/features/FeatureTreeDialog.h"
 
@@ -663,7 +663,7 @@ TEST_F(SpanletDialogTest, showsLogLinesOfTheWholeProcess) {
     EXPECT_EQ(row(0), "DEBUG shown");
     for (const QHeaderView* header : {log().horizontalHeader(), log().verticalHeader()}) {
         EXPECT_EQ(header->sectionResizeMode(0), QHeaderView::ResizeToContents);
-        EXPECT_EQ(header->resizeContentsPrecision(), Logging::RowHeights::newestRows);
+        EXPECT_EQ(header->resizeContentsPrecision(), RowHeights::newestRows);
     }
 }
 

@@ -70,14 +70,9 @@ QVariant valueOnView(const FeatureInfo& info) {
         return FeatureTreeModel::tr("[ COMMAND ]");
     if (!info.readable)
         return {};
-    using Writer = QString (*)(std::int64_t);
-    constexpr std::pair<const char*, Writer> writers[] = {
-        {"HexNumber", toHexText}, {"IPV4Address", toIpText}, {"MACAddress", toMacText}};
-    for (const auto& [representation, toText] : writers) {
-        if (info.representation.find(representation) == std::string::npos)
-            continue;
-        const auto* integer = std::get_if<std::int64_t>(&info.value);
-        return integer != nullptr ? toText(*integer) : QVariant();
-    }
-    return toVariant(info.value);
+    const IntegerNotation notation = notationOf(info.representation);
+    if (notation == IntegerNotation::Decimal)
+        return toVariant(info.value);
+    const auto integer = integerOf(info.value);
+    return integer ? toIntegerText(*integer, notation) : QVariant();
 }

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "OrvCPP/OrvSystem.h"
-#include "OrvSimulation/Simulation.h"
 #include "features/FeatureController.h"
 #include "sdk/OrvCameraWrapper.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/FaultyCameras.h"
 #include "tests/ui/features/FeatureTreeWindow.h"
 #include "ui/features/FeatureTreeModel.h"
 #include "ui/features/editors/LongSpinBox.h"
@@ -33,19 +32,17 @@ void step(QPushButton& /*button*/) {}
 class FeatureTreeFaults : public testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_EQ(m_system.Startup(L"" FAULT_SCENARIO), OrvErrorSuccess);
         std::shared_ptr<OrvCPP::Camera> found;
-        ASSERT_EQ(m_system.GetCameraByID(cameraId, found), OrvErrorSuccess);
+        ASSERT_EQ(m_cameras.system.GetCameraByID(cameraId, found), OrvErrorSuccess);
         m_camera = std::make_shared<OrvCameraWrapper>(found);
         ASSERT_EQ(m_camera->Open(OrvAccessModeFull), OrvErrorSuccess);
     }
     void TearDown() override {
         m_camera->Close();
         m_camera.reset();
-        m_system.Shutdown();
     }
 
-    /// Of a controller that knows nothing yet: everything is asked for, and can fail.
+    /// A new controller has nothing in memory, so that every read is a call that can fail.
     std::shared_ptr<FeatureController> makeFeatures() const {
         return std::make_shared<FeatureController>(m_camera, "Cam");
     }
@@ -85,13 +82,14 @@ protected:
         return count;
     }
 
-    /// What a user does in a minute, while one call fails: opens the tree, sees all of it, edits a
-    /// number, an enumeration that others depend on, runs a command, and closes the tree over an
-    /// edit. Answers how many calls were made.
     std::uint64_t run(std::uint64_t failingCall, bool filtered) {
+        return m_cameras.callsOf([&] { useTree(failingCall, filtered); }, failingCall);
+    }
+
+    /// Opens the tree, scrolls through all of it, edits a number and an enumeration that others
+    /// depend on, runs a command, and closes the tree during an edit.
+    void useTree(std::uint64_t failingCall, bool filtered) {
         m_log.clear();
-        m_simulation->ResetCalls();
-        m_simulation->FailCall(failingCall, OrvErrorInternalFault);
         const FeatureTreeWindow window(makeFeatures());
         window.filter.setChecked(filtered);
         window.tree.expandAll();
@@ -100,47 +98,41 @@ protected:
         edit<QComboBox>(window, "Pixel Format");
         EXPECT_TRUE(edit<QPushButton>(window, "Trigger Software") || failingCall > 0);
         window.tree.viewport()->grab();
-        if (failingCall > 0 && m_simulation->GetCallCount() >= failingCall)
+        if (failingCall > 0 && m_cameras.simulation.GetCallCount() >= failingCall)
             expectThatItStillWorks(*window.tree.model(), failingCall);
         begin<LongSpinBox>(window, "Height");
         window.dialog->close();
         EXPECT_EQ(window.closed, 1);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         EXPECT_TRUE(window.dialog.isNull());
-        const std::uint64_t calls = m_simulation->GetCallCount();
-        m_simulation->FailCall(0, OrvErrorSuccess);
-        return calls;
     }
 
-    /// One call is about one feature, but for those that list them all.
+    /// Each call is about one feature, except the two that list all.
     void expectThatItStillWorks(QAbstractItemModel& tree, std::uint64_t failingCall) {
-        m_simulation->FailCall(0, OrvErrorSuccess);
+        m_cameras.simulation.FailCall(0, OrvErrorSuccess);
         const bool listed =
             m_log.text().find("Cannot get features of module: 'Camera'") == std::string::npos;
         m_unlisted += listed ? 0 : 1;
         EXPECT_GE(featuresThatObey(tree), listed ? 1 : 0) << "failing call " << failingCall;
     }
 
-    /// Builds a tree while one call fails. Answers how many calls were made.
+    /// Builds a tree. Returns the number of calls made.
     std::uint64_t list(std::uint64_t failingCall) {
         m_log.clear();
-        m_simulation->ResetCalls();
-        m_simulation->FailCall(failingCall, OrvErrorInternalFault);
         FeatureTreeModel tree(makeFeatures());
-        tree.setupModelData();
-        const std::uint64_t calls = m_simulation->GetCallCount();
+        const std::uint64_t calls =
+            m_cameras.callsOf([&tree] { tree.setupModelData(); }, failingCall);
         expectThatItStillWorks(tree, failingCall);
         return calls;
     }
 
     CapturedLog m_log;
-    OrvCPP::OrvSystem& m_system = OrvCPP::OrvSystem::GetInstance();
-    OrvCPP::ISimulation* m_simulation = dynamic_cast<OrvCPP::ISimulation*>(&m_system);
+    FaultyCameras m_cameras;
     std::shared_ptr<OrvCameraWrapper> m_camera;
     int m_unlisted = 0;
 };
 
-TEST_F(FeatureTreeFaults, NothingFailsWithoutAFault) {
+TEST_F(FeatureTreeFaults, nothingFailsWithoutAFault) {
     const auto features = makeFeatures();
     const auto values = [&features] {
         std::vector<FeatureValue> found;
@@ -158,7 +150,7 @@ TEST_F(FeatureTreeFaults, NothingFailsWithoutAFault) {
     }
 }
 
-TEST_F(FeatureTreeFaults, AnyFailingCallLeavesAListThatCanBeUsed) {
+TEST_F(FeatureTreeFaults, anyFailingCallLeavesAListThatCanBeUsed) {
     const std::uint64_t calls = list(0);
     EXPECT_GT(calls, 1000U);
     for (std::uint64_t failingCall = 1; failingCall <= calls && !HasFailure(); ++failingCall)
@@ -166,18 +158,18 @@ TEST_F(FeatureTreeFaults, AnyFailingCallLeavesAListThatCanBeUsed) {
     EXPECT_EQ(m_unlisted, 2) << "the number of the camera's features, and the features";
 }
 
-TEST_F(FeatureTreeFaults, AnyFailingCallLeavesTheListedTreeUsable) {
+TEST_F(FeatureTreeFaults, anyFailingCallLeavesTheListedTreeUsable) {
     const std::uint64_t listing = list(0);
     for (const auto& [filtered, first, interval, least] :
          {std::tuple(true, listing + 1, 1U, listing + 600), {false, 1, 67, 4000}}) {
-        std::uint64_t failingCall = first;
-        while (run(failingCall, filtered) >= failingCall && !HasFailure())
-            failingCall += interval;
-        EXPECT_GT(failingCall, least);
+        const bool isFiltered = filtered;
+        EXPECT_GT(FaultyCameras::failEachCall([&](auto call) { return run(call, isFiltered); },
+                                              first, interval),
+                  least);
     }
 }
 
-TEST_F(FeatureTreeFaults, AVanishedCameraLeavesNothingToWriteTo) {
+TEST_F(FeatureTreeFaults, aVanishedCameraLeavesNothingToWriteTo) {
     using End = void (*)(const FeatureTreeWindow&, QWidget&);
     const End ends[] = {
         [](const FeatureTreeWindow& window, QWidget& editor) {
@@ -194,14 +186,14 @@ TEST_F(FeatureTreeFaults, AVanishedCameraLeavesNothingToWriteTo) {
         const FeatureTreeWindow window(makeFeatures());
         auto* editor = begin<LongSpinBox>(window, "Width");
         ASSERT_NE(editor, nullptr);
-        m_simulation->SetCameraPlugged(cameraId, false);
+        m_cameras.simulation.SetCameraPlugged(cameraId, false);
         // The main dialog lets go of it.
         m_camera->Close();
         m_log.clear();
         end(window, *editor);
         EXPECT_THAT(m_log.text(),
                     testing::HasSubstr("Warning:Cam: Cannot set feature 'Width' to value: 56"));
-        m_simulation->SetCameraPlugged(cameraId, true);
+        m_cameras.simulation.SetCameraPlugged(cameraId, true);
         ASSERT_EQ(m_camera->Open(OrvAccessModeFull), OrvErrorSuccess);
     }
     EXPECT_GT(featuresThatObey(*FeatureTreeWindow(makeFeatures()).tree.model()), 0);

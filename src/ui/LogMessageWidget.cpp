@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "logging/LogMessageWidget.h"
+#include "ui/LogMessageWidget.h"
 
 #include <QDateTime>
 #include <QScopedValueRollback>

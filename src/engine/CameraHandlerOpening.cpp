@@ -2,6 +2,7 @@
 #include "engine/CameraHandler.h"
 
 #include "engine/FrameObserver.h"
+#include "engine/GigEStream.h"
 #include "features/BandwidthLimit.h"
 #include "features/FeatureController.h"
 #include "logging/Log.h"
@@ -40,13 +41,13 @@ CameraHandler::CameraHandler(std::shared_ptr<OrvCameraWrapper> camera,
       m_packetSizeLimit(packetSizeLimit), m_features(std::move(features)) {
     readIdentity();
     openCamera();
-    // Without an open camera there is nothing to see; asking would only add to its one warning.
+    // A controller of a camera that is not open would log a warning for each module.
     const bool ownsFeatures = !m_features;
     if (ownsFeatures)
         m_features =
             std::make_shared<FeatureController>(m_opened ? m_camera : nullptr, displayName());
 
-    // What the camera hangs on decides how its interface is read, so the type is asked for first.
+    // How the interface is read depends on the type of the transport layer.
     auto layer = std::make_shared<OrvTransportLayerWrapper>();
     const OrvErrorType layerFound = m_camera->GetTransportLayer(layer);
     OrvErrorType typeRead = layerFound;
@@ -54,7 +55,7 @@ CameraHandler::CameraHandler(std::shared_ptr<OrvCameraWrapper> camera,
         typeRead = layer->GetType(m_info.transportLayerType);
 
     readInterface();
-    // Only a feature tells the port, which the display name of a USB camera begins with.
+    // The display name of a USB camera begins with its port, which is read from a feature.
     if (ownsFeatures)
         m_features->setMessagePrefix(displayName());
     readTransportLayer(layerFound, *layer, typeRead);
@@ -167,6 +168,6 @@ void CameraHandler::findStream() {
         logError(displayName() + ": Cannot get streams.", result);
         return;
     }
-    m_stream = streams.front();
+    m_stream = std::make_unique<GigEStream>(streams.front(), displayName(), m_packetSizeLimit);
     checkDriver();
 }

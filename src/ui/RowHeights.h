@@ -6,8 +6,6 @@
 
 class QTableWidget;
 
-namespace Logging {
-
 /// Keeps it cheap to prepend rows to a table whose vertical header sizes to contents. Such a header
 /// measures all of its rows whenever one is added: half a second with 10,000 rows. So only the
 /// newest rows stay in that mode. An older row becomes fixed, and is measured when it comes into
@@ -40,5 +38,3 @@ private:
     QTimer m_measureLater;
     bool m_knowsUsualHeight = false;
 };
-
-} // namespace Logging

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "logging/RowHeights.h"
+#include "ui/RowHeights.h"
 
 #include <QEvent>
 #include <QHeaderView>
@@ -7,8 +7,6 @@
 #include <QTableWidget>
 
 #include <algorithm>
-
-namespace Logging {
 
 RowHeights::RowHeights(QTableWidget* table, QObject* parent) : QObject(parent), m_table(table) {
     // Without a minimum of its own the header works it out anew, from the font, for every row.
@@ -78,5 +76,3 @@ void RowHeights::measureRowsInSight() {
             m_table->resizeRowToContents(row);
     }
 }
-
-} // namespace Logging

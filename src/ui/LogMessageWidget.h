@@ -2,7 +2,7 @@
 #pragma once
 
 #include "logging/LogMessageType.h"
-#include "logging/RowHeights.h"
+#include "ui/RowHeights.h"
 
 #include <QIcon>
 #include <QObject>

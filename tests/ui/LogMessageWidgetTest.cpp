@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "logging/LogMessageWidget.h"
+#include "ui/LogMessageWidget.h"
 #include "logging/Log.h"
 #include "logging/QtMessageHandler.h"
 #include "logging/ThreadLogStream.h"
@@ -64,7 +64,7 @@ const Case cases[] = {
     {-1, "Error:T", false, "INFO", "Error:T"},
 };
 
-TEST(LogMessageWidgetTest, ClassifiesALineByItsStreamAndPrefix) {
+TEST(LogMessageWidgetTest, classifiesALineByItsStreamAndPrefix) {
     initResources();
     for (const Case& tested : cases) {
         SCOPED_TRACE(tested.line);
@@ -81,7 +81,7 @@ TEST(LogMessageWidgetTest, ClassifiesALineByItsStreamAndPrefix) {
     }
 }
 
-TEST(LogMessageWidgetTest, PutsTheNewestRowOnTopWithItsTime) {
+TEST(LogMessageWidgetTest, putsTheNewestRowOnTopWithItsTime) {
     qputenv("TZ", "XYZ-5:30"); // so that the local time is not UTC
     QTableWidget table;
     LogMessageWidget receiver(&table, false);
@@ -122,7 +122,7 @@ protected:
     LogMessageWidget m_receiver{&m_table, false};
 };
 
-TEST_F(WiredLogTest, SwitchesDebugMessages) {
+TEST_F(WiredLogTest, switchesDebugMessages) {
     m_receiver.setShowDebugMessages(true);
     ASSERT_EQ(m_table.rowCount(), 1);
     EXPECT_EQ(row(0).rfind("DEBUG|Debug-messages  activated.", 0), 0U) << row(0);
@@ -133,7 +133,7 @@ TEST_F(WiredLogTest, SwitchesDebugMessages) {
     EXPECT_EQ(m_table.rowCount(), 2);
 }
 
-TEST_F(WiredLogTest, TakesLinesOfOtherThreadsInTheEventLoop) {
+TEST_F(WiredLogTest, takesLinesOfOtherThreadsInTheEventLoop) {
     std::thread([] { logWarning("from afar"); }).join();
     EXPECT_EQ(m_table.rowCount(), 0);
     QCoreApplication::processEvents();
@@ -141,7 +141,7 @@ TEST_F(WiredLogTest, TakesLinesOfOtherThreadsInTheEventLoop) {
     EXPECT_EQ(row(0), "WARNING|from afar");
 }
 
-TEST_F(WiredLogTest, FillsEveryRowWhenASlotOfTheTableLogs) {
+TEST_F(WiredLogTest, fillsEveryRowWhenASlotOfTheTableLogs) {
     const auto logOnce = [this] {
         if (m_table.rowCount() < 3)
             logInfo("inner");

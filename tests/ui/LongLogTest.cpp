@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "logging/LogMessageWidget.h"
+#include "ui/LogMessageWidget.h"
 
 #include <QCoreApplication>
 #include <QHeaderView>
@@ -11,7 +11,6 @@
 namespace {
 
 using Logging::LogMessageWidget;
-using Logging::RowHeights;
 
 /// Counts how often an item is measured.
 class CountingDelegate : public QStyledItemDelegate {
@@ -69,7 +68,7 @@ protected:
     LogMessageWidget m_receiver;
 };
 
-TEST_P(LongLogTest, MeasuresNoMoreForARowThanAShortLog) {
+TEST_P(LongLogTest, measuresNoMoreForARowThanAShortLog) {
     m_table.setVisible(GetParam());
     log(200);
     const int few = measuredFor(1);
@@ -81,7 +80,7 @@ TEST_P(LongLogTest, MeasuresNoMoreForARowThanAShortLog) {
 
 INSTANTIATE_TEST_SUITE_P(HiddenAndShown, LongLogTest, testing::Bool());
 
-TEST_F(LongLogTest, MeasuresOldRowsWhenTheyComeIntoSight) {
+TEST_F(LongLogTest, measuresOldRowsWhenTheyComeIntoSight) {
     const QString longText = QStringLiteral("many words ").repeated(60);
     log(20, longText);
     log(500);
@@ -98,7 +97,7 @@ TEST_F(LongLogTest, MeasuresOldRowsWhenTheyComeIntoSight) {
     EXPECT_GT(m_table.rowHeight(502), wrapped);
 }
 
-TEST_F(LongLogTest, KeepsTheHeightsOfAHeaderOfAnotherMode) {
+TEST_F(LongLogTest, keepsTheHeightsOfAHeaderOfAnotherMode) {
     m_table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     log(1);
     settle();
