@@ -14,7 +14,7 @@ std::vector<std::shared_ptr<Feature>> features(const FeatureContainer& module) {
     return list<Feature>([&](auto array, auto& count) { return module.GetFeatures(array, count); });
 }
 
-/// What every feature of every module must be able to tell.
+/// Checks the description, value and limits that every feature must have.
 void checkDescription(const Feature& feature) {
     const std::string name = text(feature, &Feature::GetName);
     SCOPED_TRACE(name);

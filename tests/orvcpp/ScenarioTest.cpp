@@ -12,7 +12,7 @@ namespace {
 struct Malformed {
     const char* name;
     std::string contents;
-    /// Parts of the message: the place and what was expected there, and what was found.
+    /// Parts of the message: place and expectation; what was found.
     const char* message;
     const char* found = "";
 };

@@ -18,7 +18,7 @@
 #include <thread>
 #include <vector>
 
-/// The camera SDK as the tests of the simulated cameras use it.
+/// Helpers for tests that call the camera SDK.
 namespace sdk {
 
 using OrvCPP::Camera;
@@ -35,7 +35,7 @@ inline OrvCPP::ISimulation& simulation() {
     return dynamic_cast<OrvCPP::ISimulation&>(OrvSystem::GetInstance());
 }
 
-/// Text that \p get hands out through a buffer and a length; its code when it fails.
+/// The text that \p get copies to a buffer; "error" and its code when it fails.
 template <typename Get> std::string text(const Get& get) {
     std::uint32_t length = 0;
     if (const OrvErrorType error = get(nullptr, length))
@@ -105,7 +105,7 @@ template <typename T> OrvErrorType set(const FeatureContainer& module, const cha
     return feature(module, name)->SetValue(value);
 }
 
-/// Waits until \p condition holds, for much longer than it should take.
+/// Waits until \p condition holds, at most 20 s.
 template <typename Condition> bool eventually(const Condition& condition) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!condition()) {
@@ -126,7 +126,7 @@ inline testing::AssertionResult isGapless(const std::vector<std::uint64_t>& ids,
     return testing::AssertionSuccess();
 }
 
-/// A file below the tests' own temporary folder, gone with the object.
+/// A file in a temporary folder, removed with the object.
 class TemporaryFile {
 public:
     TemporaryFile(const std::string& name, const std::string& contents) {
@@ -154,7 +154,7 @@ inline OrvErrorType startWith(const std::string& scenario) {
     return system().Startup(file.path().wstring().c_str());
 }
 
-/// The SDK started with a scenario, for the time of a test.
+/// Starts the SDK with a scenario; shuts it down at the end.
 class Running {
 public:
     explicit Running(const std::string& scenario) {
@@ -197,7 +197,7 @@ inline std::string sensor(double frameRate) {
            std::to_string(frameRate) + "}";
 }
 
-/// Notes what arrives, and gives frames back unless told to keep them.
+/// Records received frames and queues them again, unless it \p keeps them.
 class Receiver : public OrvCPP::IFrameObserver {
 public:
     explicit Receiver(std::weak_ptr<Camera> camera, bool keeps = false)

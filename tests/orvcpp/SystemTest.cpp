@@ -45,7 +45,7 @@ TEST(Faults, unplugACameraAfterItsTime) {
     EXPECT_TRUE(eventually([&] { return cameras().size() == 1; }));
 }
 
-/// Puts a second pointer with an owner of its own in front of each camera.
+/// Makes a second pointer with its own owner for each camera.
 class Factory : public OrvCPP::ICameraFactory {
 public:
     std::shared_ptr<Camera> CreateCamera(const std::shared_ptr<Camera>& camera) override {

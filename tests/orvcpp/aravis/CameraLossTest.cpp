@@ -10,12 +10,12 @@ using sdk::get;
 using sdk::Receiver;
 using std::chrono::milliseconds;
 
-/// A window may stand still for so long when a camera dies, all calls together.
+/// Longest time that all calls of a refresh may take when a camera dies.
 constexpr milliseconds patience{3000};
 
 class LostCamera : public cameras::OneCamera {
 protected:
-    /// What a refresh does with a camera that is gone: looks at it, stops it, closes it.
+    /// Makes the calls of a refresh to an absent camera: reads it, stops it, closes it.
     milliseconds tryEverything() {
         const auto begun = Clock::now();
         std::int64_t value = 0;
@@ -27,7 +27,7 @@ protected:
         sdk::system().GetCameras(nullptr, count);
         return std::chrono::duration_cast<milliseconds>(Clock::now() - begun);
     }
-    /// Until it can be opened and streams.
+    /// Waits until it can be opened and streams.
     void expectReturn() {
         EXPECT_TRUE(eventually([] { return find("FC0001") != nullptr; }));
         const auto back = find("FC0001");

@@ -19,7 +19,7 @@ constexpr const char* address = "127.0.0.2";
 inline const std::vector<std::string> smallFrames{"--width", "320",          "--height",
                                                   "200",     "--frame-rate", "100"};
 
-/// The SDK started with real cameras, for the time of a test. The cameras are to be there before.
+/// Starts the SDK with real cameras; shuts it down at the end. Start the fake cameras before.
 class Started {
 public:
     explicit Started(const std::wstring& configuration = L":genicam") {
@@ -31,7 +31,7 @@ public:
     Started& operator=(const Started&) = delete;
 };
 
-/// The camera of a serial number; empty when it is not there.
+/// The camera with a serial number; null when it is absent.
 inline std::shared_ptr<Camera> find(const std::string& serial) {
     for (const auto& camera : sdk::cameras()) {
         if (sdk::text([&](char* b, std::uint32_t& n) { return camera->GetSerialNumber(b, n); }) ==
@@ -41,7 +41,7 @@ inline std::shared_ptr<Camera> find(const std::string& serial) {
     return nullptr;
 }
 
-/// One fake camera, the SDK on it, and the camera opened.
+/// One fake camera, found by the SDK and opened.
 class OneCamera : public testing::Test {
 protected:
     explicit OneCamera(const std::vector<std::string>& options = {}) : fake(address, options) {}

@@ -18,9 +18,9 @@ struct NumberCase {
     const char* what;
     std::uint64_t first;
     std::optional<std::uint64_t> previous;
-    /// What the camera says; negative for an incomplete frame.
+    /// The camera's numbers; negative for an incomplete frame.
     std::vector<std::int64_t> raw;
-    /// 0xBAD where the number is not to be trusted.
+    /// 0xBAD for an unreliable number.
     std::vector<std::uint64_t> expected;
 };
 

@@ -200,8 +200,8 @@ TEST_F(GenicamFeature, commandIsDoneWhenTheCameraSaysSo) {
     EXPECT_GE(cameras::Clock::now() - begun, std::chrono::milliseconds(190));
 }
 
-/// A category in itself, a text that cannot be read, a register larger than all memory, and a
-/// number that is its own value.
+/// A category that contains itself, a text that cannot be read, a register larger than all memory,
+/// and a number that refers to itself.
 constexpr const char* brokenDescription = R"(<?xml version="1.0"?>
 <RegisterDescription ModelName="M" VendorName="V" StandardNameSpace="None" ProductGuid="1"
   SchemaMajorVersion="1" SchemaMinorVersion="1" SchemaSubMinorVersion="0" MajorVersion="1"

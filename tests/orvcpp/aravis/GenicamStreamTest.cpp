@@ -48,8 +48,7 @@ TEST_F(GenicamStream, adjustsThePacketSizeToTheLargest) {
     EXPECT_EQ(set(*stream, "GVSPPacketSize", std::int64_t{1000}), OrvErrorInvalidAccess);
 }
 
-/// A camera whose numbers are near the end of 16 bits when it starts, and that counts with as many
-/// bits, or with 64.
+/// A camera whose frame numbers start near the end of 16 bits, and that counts with 16 or 64 bits.
 class Wrapping : public GenicamStream, public testing::WithParamInterface<const char*> {
 protected:
     Wrapping()
@@ -70,7 +69,7 @@ INSTANTIATE_TEST_SUITE_P(Ids, Wrapping, testing::Values("0", "1"), [](const auto
     return row.param == std::string("1") ? "Extended" : "SixteenBits";
 });
 
-/// A camera that leaves out a packet now and then, and does not send it again.
+/// A camera that drops every 500th packet and does not resend it.
 class Losing : public GenicamStream {
 protected:
     Losing() : GenicamStream(with(smallFrames, {"--drop-every", "500", "--resend", "0"})) {}

@@ -19,8 +19,8 @@ namespace {
 
 using namespace orv::aravis;
 
-/// A camera that says to its first question that it needs \p milliseconds more, and answers 7 some
-/// time later if it \p answers at all. How many more questions it got meanwhile.
+/// A camera that answers the first request with a pending acknowledge of \p milliseconds and, if it
+/// \p answers, with 7 after 300 ms. Returns 1 when another request came meanwhile, else 0.
 int answerSlowly(std::uint32_t address, std::uint16_t milliseconds, bool answers,
                  std::promise<void>& isReady) {
     const platform::UdpSocket socket;
@@ -49,7 +49,7 @@ int answerSlowly(std::uint32_t address, std::uint16_t milliseconds, bool answers
 
 TEST(Gvcp, waitsLongerForABusyCameraButNotForEver) {
     using namespace std::chrono_literals;
-    // No other process of this test has this address.
+    // Unique to this process.
     const std::uint32_t address = 0x7F400000U + static_cast<std::uint32_t>(::getpid() & 0x3FFFFF);
     for (const bool answers : {true, false}) {
         std::promise<void> isReady;
