@@ -20,6 +20,8 @@ public:
 struct ProviderCase {
     const char* name;
     std::uint64_t firstFrameId;
+    /// StatFrameUnderrun after a few lost frames; Aravis counts their packets.
+    std::int64_t underruns;
     std::function<std::unique_ptr<ProvidedCamera>()> start;
 };
 

@@ -18,11 +18,11 @@ private:
 
 std::vector<ProviderCase> providerCases() {
     return {
-        {"SimulatedGigE", 1,
+        {"SimulatedGigE", 1, 10,
          [] {
              return std::make_unique<SimulatedCase>(sdk::gige("A", sdk::sensor(200)));
          }},
-        {"SimulatedUsb", 0,
+        {"SimulatedUsb", 0, 10,
          [] {
              return std::make_unique<SimulatedCase>(sdk::usb("A", 1, sdk::sensor(200)));
          }},

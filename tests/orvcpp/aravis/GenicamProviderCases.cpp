@@ -17,7 +17,7 @@ private:
 } // namespace
 
 std::vector<ProviderCase> providerCases() {
-    return {{"GenicamGigE", 1, [] {
+    return {{"GenicamGigE", 1, 200, [] {
                  return std::make_unique<FakeCase>();
              }}};
 }
