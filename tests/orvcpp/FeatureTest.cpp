@@ -131,6 +131,9 @@ TEST(Features, answerTheSdksCodes) {
     EXPECT_EQ(getText(*camera, "DeviceUnlockCode"), "error -6") << "write-only";
     EXPECT_EQ(set(*camera, "DeviceUnlockCode", "1234"), OrvErrorSuccess);
     EXPECT_EQ(set(*camera, "DeviceUserID", std::string(65, 'x').c_str()), OrvErrorInvalidValue);
+    bool hasIncrement = true;
+    EXPECT_EQ(feature(*camera, "ExposureTime")->HasIncrement(hasIncrement), OrvErrorSuccess);
+    EXPECT_FALSE(hasIncrement);
     std::vector<std::int64_t> values(3);
     std::uint32_t count = 3;
     EXPECT_EQ(feature(*camera, "BinningVertical")->GetValidValueSet(values.data(), count),

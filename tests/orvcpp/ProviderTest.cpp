@@ -308,6 +308,10 @@ public:
         const std::lock_guard lock(m_mutex);
         return m_cameras[reason];
     }
+    void clear() {
+        const std::lock_guard lock(m_mutex);
+        m_cameras.clear();
+    }
     std::atomic<int> shutdownAnswer{0};
 
 private:
@@ -325,7 +329,10 @@ TEST_P(ProviderTest, tellsThatAStreamingCameraGoesAndReopensItWhenItIsBack) {
     EXPECT_EQ(system().RegisterCameraListObserver(observer), OrvErrorAlreadyDone);
     open();
     EXPECT_TRUE(isTold(OrvUpdateTriggerOpenStateChanged));
+    // The first search may have told of the camera after the observer was registered.
+    observer->clear();
     const auto width = feature(*camera, "Width");
+    EXPECT_EQ(set(*camera, "Width", std::int64_t{160}), OrvErrorSuccess);
     const auto receiver = std::make_shared<Receiver>(camera);
     ASSERT_EQ(start(*camera, receiver), OrvErrorSuccess);
     EXPECT_TRUE(eventually([&] { return receiver->count() > 3; }));
@@ -346,6 +353,7 @@ TEST_P(ProviderTest, tellsThatAStreamingCameraGoesAndReopensItWhenItIsBack) {
     EXPECT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
     EXPECT_EQ(camera->Close(), OrvErrorSuccess);
     open();
+    EXPECT_EQ(get<std::int64_t>(*camera, "Width"), 320) << "the setting of power-up";
     const auto again = std::make_shared<Receiver>(camera);
     ASSERT_EQ(start(*camera, again), OrvErrorSuccess);
     EXPECT_TRUE(eventually([&] { return again->count() > 3; }));
