@@ -220,7 +220,12 @@ TEST_P(ProviderTest, losesFramesWhileTheReceiverHoldsAllBuffers) {
     for (std::size_t i = 0; i < 2; ++i)
         EXPECT_EQ(camera->QueueFrame(kept.at(i)), OrvErrorSuccess);
     EXPECT_TRUE(eventually([&] { return receiver->count() > 5; }));
-    EXPECT_GT(receiver->ids()[3], GetParam().firstFrameId + 3) << "the gap shows the loss";
+    // A real camera's incomplete frame may have no number.
+    const auto ids = receiver->ids();
+    const auto next = std::find_if(ids.begin() + 3, ids.end(), [](auto id) { return id != 0; });
+    ASSERT_NE(next, ids.end());
+    EXPECT_GT(*next, GetParam().firstFrameId + static_cast<std::uint64_t>(next - ids.begin()))
+        << "the gap shows the loss";
     const std::uint8_t* image = nullptr;
     EXPECT_EQ(kept[2]->GetImage(image), OrvErrorSuccess);
     EXPECT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
