@@ -43,7 +43,7 @@ QString plainLines(const QJsonArray& rows, double elapsed, bool hasHeadings) {
     return text;
 }
 
-/// Returns false, which ends the watch, once the output cannot be written any more.
+/// The progress returns false, which ends the watch, when the output cannot be written.
 BenchmarkProgress makeProgress(Terminal& terminal, const HostInterface& interface, double seconds) {
     if (terminal.isInteractive())
         return [&terminal, &interface, seconds](double elapsed, const QJsonArray& rows) {

@@ -236,7 +236,7 @@ const Action actions[] = {
      }},
 };
 
-/// No camera answers any more, as when their switch loses its power.
+/// All cameras stop answering, as when their switch loses its power.
 class SilentCameras : public RealCameras, public testing::WithParamInterface<Action> {};
 
 TEST_P(SilentCameras, holdUpTheWindowForSecondsOnly) {

@@ -32,7 +32,7 @@ public:
     Acquisition(const Acquisition&) = delete;
     Acquisition& operator=(const Acquisition&) = delete;
 
-    /// Opens the stream before the start. start() reopens it if it cannot be used any more.
+    /// Opens the stream ahead of start(), which reopens an unusable one.
     void prepare();
     /// To be called once. \p previousId is the camera's number of the last frame of the acquisition
     /// before.
