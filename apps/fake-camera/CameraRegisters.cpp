@@ -11,7 +11,6 @@ namespace fakecamera {
 
 namespace {
 
-constexpr std::uint32_t sensorSize = 2048;
 constexpr std::uint32_t nanosecondTicks = 1'000'000'000;
 constexpr std::size_t urlLength = 512;
 

@@ -69,6 +69,8 @@ enum Register : std::uint32_t {
     TestLast = 0x12fc,
 };
 
+/// Width and height of the sensor in pixels.
+constexpr std::uint32_t sensorSize = 2048;
 constexpr std::uint32_t pixelFormatMono8 = 0x01080001;
 /// Values of AcquisitionMode.
 constexpr std::uint32_t continuousAcquisition = 1;

@@ -17,7 +17,6 @@ struct Rule {
     bool lockedWhileAcquiring = false;
 };
 
-constexpr std::uint32_t sensorSize = 2048;
 constexpr std::uint32_t allBits = 0xffffffff;
 constexpr std::uint32_t pixelFormatMono16 = 0x01100007;
 

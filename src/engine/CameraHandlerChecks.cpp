@@ -17,8 +17,8 @@ constexpr std::uint64_t usb2Speed = 480'000'000;
 
 /// Bits of a number of bytes, limited to 64 bits; 0 for a negative number.
 std::uint64_t bitsOf(std::int64_t bytes) {
-    constexpr std::uint64_t largest = std::numeric_limits<std::uint64_t>::max() / 8;
-    return bytes > 0 ? std::min(static_cast<std::uint64_t>(bytes), largest) * 8 : 0;
+    constexpr std::uint64_t mostBytes = std::numeric_limits<std::uint64_t>::max() / 8;
+    return bytes > 0 ? std::min(static_cast<std::uint64_t>(bytes), mostBytes) * 8 : 0;
 }
 
 } // namespace

@@ -18,15 +18,15 @@ namespace {
 std::array<int, 2> wakeUp{-1, -1};
 
 /// SIGPIPE is ignored: the failed write reports that the reader is gone.
-constexpr std::array<int, 4> signals{SIGINT, SIGTERM, SIGHUP, SIGPIPE};
+constexpr std::array<int, 4> handledSignals{SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 /// The actions before.
-std::array<struct sigaction, signals.size()> formerActions{};
+std::array<struct sigaction, handledSignals.size()> formerActions{};
 
 void onSignal(int) {
     const int error = errno;
     constexpr char byte = 0;
     // A full pipe contains an earlier signal.
-    [[maybe_unused]] const ssize_t written = write(wakeUp[1], &byte, 1);
+    [[maybe_unused]] const ssize_t written = ::write(wakeUp[1], &byte, 1);
     errno = error;
 }
 
@@ -35,27 +35,27 @@ void onSignal(int) {
 Interruption::Interruption() {
     if (pipe2(wakeUp.data(), O_CLOEXEC | O_NONBLOCK) != 0)
         return;
-    for (std::size_t i = 0; i < signals.size(); ++i) {
-        sigaction(signals[i], nullptr, &formerActions[i]);
+    for (std::size_t i = 0; i < handledSignals.size(); ++i) {
+        sigaction(handledSignals[i], nullptr, &formerActions[i]);
         // Keeps the SIG_IGN of nohup. A background program of a script inherits SIG_IGN for SIGINT,
         // too; there it is replaced, since a SIGINT is sent to it on purpose.
-        if (signals[i] == SIGHUP && formerActions[i].sa_handler == SIG_IGN)
+        if (handledSignals[i] == SIGHUP && formerActions[i].sa_handler == SIG_IGN)
             continue;
         struct sigaction action {};
-        action.sa_handler = signals[i] == SIGPIPE ? SIG_IGN : onSignal;
+        action.sa_handler = handledSignals[i] == SIGPIPE ? SIG_IGN : onSignal;
         sigemptyset(&action.sa_mask);
         // A second SIGINT ends the program. The other signals may come twice by themselves: both
         // the shell and the kernel send SIGHUP when a terminal closes.
-        action.sa_flags = signals[i] == SIGINT ? SA_RESTART | SA_RESETHAND : SA_RESTART;
-        sigaction(signals[i], &action, nullptr);
+        action.sa_flags = handledSignals[i] == SIGINT ? SA_RESTART | SA_RESETHAND : SA_RESTART;
+        sigaction(handledSignals[i], &action, nullptr);
     }
 }
 
 Interruption::~Interruption() {
     if (wakeUp[0] < 0)
         return;
-    for (std::size_t i = 0; i < signals.size(); ++i)
-        sigaction(signals[i], &formerActions[i], nullptr);
+    for (std::size_t i = 0; i < handledSignals.size(); ++i)
+        sigaction(handledSignals[i], &formerActions[i], nullptr);
     for (int& end : wakeUp) {
         close(end);
         end = -1;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/discovery/DiscoveryBroadcast.h"
 
+#include "orvcpp/aravis/discovery/Gvcp.h"
 #include "platform/Ipv4Address.h"
 #include "platform/NetworkAdapters.h"
 
@@ -17,7 +18,6 @@ namespace orv::aravis {
 
 namespace {
 
-constexpr std::uint16_t controlPort = 3956;
 /// GVCP discovery command: acknowledge required, no data, request ID 1.
 constexpr std::array<std::uint8_t, 8> question{0x42, 1, 0, 2, 0, 0, 0, 1};
 /// Header of an acknowledge: success, discovery, 248 bytes of data, request ID 1.

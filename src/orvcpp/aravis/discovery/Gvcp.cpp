@@ -13,7 +13,6 @@ namespace orv::aravis {
 
 namespace {
 
-constexpr std::uint16_t controlPort = 3956;
 constexpr std::uint8_t key = 0x42;
 constexpr std::uint8_t acknowledgeRequired = 1;
 constexpr std::uint16_t readRegisterCommand = 0x80;

@@ -11,6 +11,8 @@
 
 namespace orv::aravis {
 
+/// UDP port on which a GigE Vision camera is controlled.
+constexpr std::uint16_t controlPort = 3956;
 /// Bootstrap registers of every GigE Vision camera.
 constexpr std::uint32_t userNameRegister = 0xE8;
 constexpr std::uint32_t userNameSize = 16;

@@ -5,10 +5,6 @@
 
 #include <QLocale>
 
-namespace {
-constexpr int mostDecimals = 10;
-} // namespace
-
 DoubleValidator::DoubleValidator(double minimum, double maximum, QObject* parent)
     : QDoubleValidator(minimum, maximum, mostDecimals, parent) {
     QLocale locale = QLocale::c();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/features/editors/FloatScale.h"
 
+#include "ui/features/editors/DoubleValidator.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -11,7 +13,6 @@ constexpr unsigned int mostSteps = 1000;
 constexpr double lowestShare = 1e-6;
 /// Beyond, Qwt cannot draw a logarithmic scale.
 constexpr double mostLogarithmic = 1e100;
-constexpr double mostDecimals = 10;
 
 } // namespace
 
@@ -45,6 +46,7 @@ double FloatScale::rounded(double value) const {
     const double width =
         m_logarithmic ? value * std::log(m_maximum / m_lower) : m_maximum - m_minimum;
     const double decimals = std::ceil(-std::log10(width / mostSteps));
-    const double factor = std::pow(10.0, std::clamp(decimals, 0.0, mostDecimals));
+    const double factor =
+        std::pow(10.0, std::clamp(decimals, 0.0, 1.0 * DoubleValidator::mostDecimals));
     return std::round(value * factor) / factor;
 }
