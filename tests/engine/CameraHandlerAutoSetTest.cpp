@@ -67,12 +67,13 @@ struct ModelCamera : HandlerWithFakes {
         features->putRange("DeviceLinkThroughputLimit", maximum / 3, minimum, maximum);
         if (payload > 0)
             features->put("ImageSize", payload);
-        features->onWrite = [=, target = features.get()](std::int64_t bandwidth) {
+        features->onWrite = [=, target = features.get()] {
             const double bytes = static_cast<double>(std::max<std::int64_t>(payload, 1)) * overhead;
-            const double rate = static_cast<double>(bandwidth) / bytes;
+            const double rate = static_cast<double>(target->writtenIntegers().back()) / bytes;
             target->put("AcquisitionFrameRateLimit", std::min(sensorRate, rate));
         };
-        features->onWrite(maximum / 3);
+        features->setFeatureValue(cameraModule, "DeviceLinkThroughputLimit", maximum / 3);
+        features->written.clear();
     }
 
     std::int64_t autoSet() { return handler.autoSet(margin); }
@@ -96,12 +97,11 @@ class AutoSetSearch : public testing::TestWithParam<SearchCase> {};
 TEST_P(AutoSetSearch, findsTheKnownAnswer) {
     const SearchCase& p = GetParam();
     ModelCamera camera(p.payload, p.minimum, 1'000'000, 100.0, p.overhead);
-    camera.features->written.clear();
     EXPECT_EQ(camera.autoSet(), p.result);
     Steps written{1'000'000, p.payload * 100};
     written.insert(written.end(), p.tried.begin(), p.tried.end());
-    EXPECT_EQ(camera.features->written, written);
-    EXPECT_EQ(camera.features->descriptionsRead, 1);
+    EXPECT_EQ(camera.features->writtenIntegers(), written);
+    EXPECT_EQ(camera.features->reads["DeviceLinkThroughputLimit"], 1);
 }
 
 const Steps tenSteps{550'000, 325'000, 212'500, 156'250, 128'125,
@@ -144,25 +144,24 @@ TEST(CameraAutoSet, judgesRatesByTheTolerance) {
     };
     for (const auto& expected : cases) {
         ModelCamera camera(500, 10, 1'000'000, 200.0, 1.0);
-        camera.features->written.clear();
-        camera.features->onWrite = [&](std::int64_t) {
+        camera.features->onWrite = [&] {
             const std::size_t last = expected.rates.size() - 1;
             camera.features->put(
                 "AcquisitionFrameRateLimit",
                 expected.rates[std::min(camera.features->written.size() - 1, last)]);
         };
         EXPECT_EQ(camera.autoSet(), expected.result);
-        EXPECT_EQ(camera.features->written, expected.written);
+        EXPECT_EQ(camera.features->writtenIntegers(), expected.written);
     }
 }
 
 TEST(CameraAutoSet, staysBelowTheMaximumWhenTheTargetIsNeverReachedAgain) {
     constexpr std::int64_t odd = 1'000'001;
     ModelCamera camera(1000, 10, odd, 100.0, 1.0);
-    camera.features->onWrite = [&](std::int64_t bandwidth) {
-        camera.features->put("AcquisitionFrameRateLimit", bandwidth == odd ? 100.0 : 50.0);
+    camera.features->onWrite = [&] {
+        camera.features->put("AcquisitionFrameRateLimit",
+                             camera.features->writtenIntegers().back() == odd ? 100.0 : 50.0);
     };
-    camera.features->written.clear();
     EXPECT_EQ(camera.autoSet(), 999'118 - 2 * 439);
     EXPECT_EQ(camera.features->written.size(), 12U);
 }
@@ -203,7 +202,7 @@ TEST(CameraAutoSet, tellsWhenItSkipsTheSearch) {
     camera.features->put("AcquisitionFrameRateEnable", false);
     camera.features->put("AcquisitionFrameRateLimit", 0.0);
     EXPECT_EQ(camera.autoSet(), 100'000);
-    EXPECT_EQ(camera.features->written.back(), 105'000);
+    EXPECT_EQ(camera.features->writtenIntegers().back(), 105'000);
     EXPECT_THAT(
         camera.log.lines(),
         ElementsAre("Info:" + cameraText + ": AcquisitionFrameRate before optimization 0.000000",
@@ -243,7 +242,7 @@ TEST(CameraAutoSet, climbsToAboutTheMaximumWithoutATarget) {
          {FeatureValue(0.0), FeatureValue(-1e300), FeatureValue(std::nan("")),
           FeatureValue(std::int64_t{30})}) {
         ModelCamera camera(1000, 10, 900'000, 100.0, 1.0);
-        camera.features->onWrite = [&](std::int64_t) {
+        camera.features->onWrite = [&] {
             camera.features->put("AcquisitionFrameRateLimit", target);
         };
         EXPECT_EQ(camera.autoSet(), 899'118 - 2 * 439);

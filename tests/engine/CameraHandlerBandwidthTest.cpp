@@ -29,9 +29,9 @@ TEST_P(SetBandwidth, writesAndClassifies) {
                              p.increment);
     fakes.features->put("AcquisitionFrameRateLimit", 12.5);
     EXPECT_EQ(fakes.handler.setBandwidth(p.value, p.requested), p.written);
-    EXPECT_THAT(fakes.features->written, ElementsAre(p.written));
+    EXPECT_THAT(fakes.features->writtenIntegers(), ElementsAre(p.written));
     EXPECT_EQ(fakes.handler.getAutosetStatus(), p.status);
-    EXPECT_EQ(fakes.features->descriptionsRead, 1);
+    EXPECT_EQ(fakes.features->reads["DeviceLinkThroughputLimit"], 1);
     EXPECT_THAT(
         fakes.log.lines(),
         ElementsAre("Info:" + cameraText + ": DeviceLinkThroughputLimit set to " +
@@ -77,7 +77,7 @@ TEST(CameraHandlerBandwidth, failedWriteIsNeitherLoggedNorReached) {
     fakes.features->putRange("DeviceLinkThroughputLimit", std::int64_t{5}, std::int64_t{0},
                              std::int64_t{100});
     fakes.features->put("AcquisitionFrameRate", -3.0);
-    fakes.features->writable = false;
+    fakes.features->refuses = true;
     EXPECT_EQ(fakes.handler.setBandwidth(50, 50), 5);
     EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::NotSet);
     EXPECT_THAT(
@@ -101,7 +101,7 @@ TEST(CameraHandlerBandwidth, refusedOffItsStepsItGetsTheStepBelow) {
     EXPECT_EQ(fakes.handler.setBandwidth(5250, 5250), 5500);
     // Only the first time is more than one value tried.
     EXPECT_EQ(fakes.features->refused, 1);
-    EXPECT_THAT(fakes.features->written, ElementsAre(3500, 7500, 8500, 5500));
+    EXPECT_THAT(fakes.features->writtenIntegers(), ElementsAre(3500, 7500, 8500, 5500));
     EXPECT_THAT(fakes.log.lines(), testing::Contains("Info:" + cameraText +
                                                      ": DeviceLinkThroughputLimit set to 8500"));
     EXPECT_EQ(fakes.handler.setBandwidth(8990, 9100), 8500);
@@ -120,7 +120,7 @@ TEST(CameraHandlerBandwidth, refusedOffItsStepsItGetsTheStepBelow) {
 }
 
 TEST(BandwidthLimit, writesNoStepInPlaceOfAValueOutOfRange) {
-    const auto features = std::make_shared<FakeFeatures>();
+    const auto features = std::make_shared<FakeFeatureController>();
     features->putRange("DeviceLinkThroughputLimit", std::int64_t{1500}, std::int64_t{500},
                        std::int64_t{9000}, std::int64_t{1000});
     features->accepts = [](std::int64_t value) {
@@ -132,7 +132,7 @@ TEST(BandwidthLimit, writesNoStepInPlaceOfAValueOutOfRange) {
     for (const std::int64_t value : {499, 9001})
         EXPECT_EQ(limit.write(value), std::nullopt) << value;
     EXPECT_THAT(features->written, testing::IsEmpty());
-    features->remove("DeviceLinkThroughputLimit");
+    features->features.clear();
     EXPECT_FALSE(limit.find());
 }
 
@@ -142,7 +142,7 @@ TEST(BandwidthLimit, warnsOfEveryModeButOn) {
                                                    {std::string("On"), false},
                                                    {std::int64_t{0}, false}};
     for (const auto& [mode, isWarned] : cases) {
-        const auto features = std::make_shared<FakeFeatures>();
+        const auto features = std::make_shared<FakeFeatureController>();
         const CapturedLog log;
         features->put("DeviceLinkThroughputLimit", std::int64_t{1500});
         features->put("DeviceLinkThroughputLimitMode", mode);
@@ -181,7 +181,7 @@ TEST(CameraHandlerBandwidth, warnsOfUsb2Speed) {
         fakes.features->putRange("DeviceLinkThroughputLimit", std::int64_t{5}, std::int64_t{0},
                                  std::move(maximum));
         fakes.handler.checkUsbSpeedLimit();
-        EXPECT_LE(fakes.features->descriptionsRead, 1);
+        EXPECT_LE(fakes.features->reads["DeviceLinkThroughputLimit"], 1);
         return fakes.log.text();
     };
     const auto warning = [](const std::string& speed) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/engine/CameraFixture.h"
-#include "tests/engine/FakeFrame.h"
+#include "tests/support/FakeFrame.h"
 
 namespace {
 
@@ -78,8 +78,7 @@ struct Delivery {
             });
     }
     void deliver(std::uint64_t id, OrvFrameStatusType status = OrvFrameStatusComplete) {
-        auto frame = std::make_shared<FakeFrame>();
-        frame->id = id;
+        auto frame = std::make_shared<FakeFrame>(id);
         frame->status = status;
         observer->FrameReceived(frame);
     }

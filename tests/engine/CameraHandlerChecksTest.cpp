@@ -41,7 +41,7 @@ TEST(CameraHandlerLinkSpeed, isNotCheckedOfACameraThatIsNotOpen) {
     CapturedLog log;
     const CameraParts parts(OrvTransportLayerTypeU3V);
     ON_CALL(*parts.camera, Open).WillByDefault(ioError());
-    const auto features = std::make_shared<FakeFeatures>();
+    const auto features = std::make_shared<FakeFeatureController>();
     features->put("DeviceLinkSpeed", std::int64_t{125'000'000});
     features->putRange("DeviceLinkThroughputLimit", std::int64_t{1}, std::int64_t{1},
                        std::int64_t{1});
@@ -203,7 +203,7 @@ TEST(CameraHandlerPacketSize, needsAStream) {
     CapturedLog log;
     const CameraParts parts(OrvTransportLayerTypeGEV);
     ON_CALL(*parts.camera, GetStreams).WillByDefault(ioError());
-    CameraHandler handler(parts.camera, std::make_shared<FakeFeatures>());
+    CameraHandler handler(parts.camera, std::make_shared<FakeFeatureController>());
     log.clear();
     EXPECT_FALSE(handler.adjustPacketSize(true));
     EXPECT_THAT(log.lines(), ElementsAre("Error:" + cameraText +

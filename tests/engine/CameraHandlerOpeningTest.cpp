@@ -221,7 +221,7 @@ TEST(CameraHandlerOpening, identifiesTheCameraBeforeOpeningIt) {
 TEST(CameraHandlerOpening, keepsTheControllerItIsHanded) {
     CapturedLog log;
     const CameraParts parts(gige);
-    const auto features = std::make_shared<FakeFeatures>();
+    const auto features = std::make_shared<FakeFeatureController>();
     EXPECT_CALL(*parts.camera, GetLocalDevice()).Times(0);
     EXPECT_EQ(CameraHandler(parts.camera, features).getFeatureController(), features);
 }

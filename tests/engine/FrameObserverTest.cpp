@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/FrameObserver.h"
 
-#include "tests/engine/FakeFrame.h"
+#include "tests/support/FakeFrame.h"
 #include "tests/support/MockSdk.h"
 
 #include <cstring>

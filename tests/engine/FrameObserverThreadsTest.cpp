@@ -2,7 +2,7 @@
 #include "engine/FrameObserver.h"
 
 #include "sdk/OrvCameraWrapper.h"
-#include "tests/engine/FakeFrame.h"
+#include "tests/support/FakeFrame.h"
 
 #include <gtest/gtest.h>
 

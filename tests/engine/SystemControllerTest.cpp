@@ -89,7 +89,7 @@ protected:
 
     CapturedLog m_log;
     std::vector<std::unique_ptr<CameraParts>> m_cameras;
-    std::shared_ptr<FakeFeatures> m_features = std::make_shared<FakeFeatures>();
+    std::shared_ptr<FakeFeatureController> m_features = std::make_shared<FakeFeatureController>();
     std::shared_ptr<CountingUsbTree> m_tree = std::make_shared<CountingUsbTree>();
     std::shared_ptr<NiceMock<MockSystem>> m_system = std::make_shared<NiceMock<MockSystem>>();
     std::shared_ptr<NiceMock<MockGigE>> m_gige = std::make_shared<NiceMock<MockGigE>>();

@@ -5,8 +5,8 @@
 #include "engine/InterfaceHandlerGigE.h"
 #include "engine/InterfaceHandlerUSB.h"
 #include "engine/SystemController.h"
-#include "features/FeatureController.h"
 #include "tests/support/CameraParts.h"
+#include "tests/support/FakeFeatureController.h"
 #include "tests/support/FakeHostNetwork.h"
 #include "tests/support/FakeHostUsbTree.h"
 
@@ -41,26 +41,14 @@ struct FakeCamera {
 };
 
 /// The one feature of a fake camera: its bandwidth.
-class FakeBandwidth : public FeatureController {
+class FakeBandwidth : public FakeFeatureController {
 public:
-    explicit FakeBandwidth(std::shared_ptr<FakeCamera> camera)
-        : FeatureController(nullptr, camera->model), m_isReachable(camera->opened),
-          m_camera(std::move(camera)) {}
+    explicit FakeBandwidth(const std::shared_ptr<FakeCamera>& camera) : m_camera(camera) {
+        if (camera->opened)
+            putRange("DeviceLinkThroughputLimit", camera->bandwidth, std::int64_t{1'000'000},
+                     std::int64_t{500'000'000}, std::int64_t{1});
+    }
 
-    bool hasFeature(const std::string&, const std::string& feature) const override {
-        return m_isReachable && feature == "DeviceLinkThroughputLimit";
-    }
-    FeatureInfo getFeatureInfo(const std::string& module,
-                               const std::string& feature) const override {
-        FeatureInfo info;
-        info.name = feature;
-        info.writable = true;
-        info.value = getFeatureValue(module, feature);
-        info.minimum = std::int64_t{1'000'000};
-        info.maximum = std::int64_t{500'000'000};
-        info.increment = std::int64_t{1};
-        return info;
-    }
     FeatureValue getFeatureValue(const std::string&, const std::string&) const override {
         ++m_camera->bandwidthReads;
         return m_camera->bandwidth;
@@ -73,7 +61,6 @@ public:
     }
 
 private:
-    const bool m_isReachable;
     const std::shared_ptr<FakeCamera> m_camera;
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "viewer/FrameMailbox.h"
 
+#include "tests/support/FakeFrame.h"
+
 #include <gmock/gmock.h>
 
 #include <atomic>
@@ -11,29 +13,6 @@ using testing::ElementsAre;
 using viewer::FrameMailbox;
 
 namespace {
-
-/// The mailbox only passes frames on, so a frame needs no content but its number.
-class NumberedFrame : public OrvCPP::Frame {
-public:
-    explicit NumberedFrame(std::uint64_t number) : m_number(number) {}
-
-    OrvErrorType GetFrameID(std::uint64_t& id) const override {
-        id = m_number;
-        return OrvErrorSuccess;
-    }
-    OrvErrorType GetReceiveStatus(OrvFrameStatusType&) const override { return fail(); }
-    OrvErrorType GetBufferSize(std::uint32_t&) const override { return fail(); }
-    OrvErrorType GetTimestamp(std::uint64_t&) const override { return fail(); }
-    OrvErrorType GetImage(const std::uint8_t*&) const override { return fail(); }
-    OrvErrorType GetPixelFormat(OrvPixelFormatType&) const override { return fail(); }
-    OrvErrorType GetWidth(std::uint32_t&) const override { return fail(); }
-    OrvErrorType GetHeight(std::uint32_t&) const override { return fail(); }
-
-private:
-    static OrvErrorType fail() { return OrvErrorNotSupported; }
-
-    std::uint64_t m_number;
-};
 
 std::uint64_t numberOf(const std::shared_ptr<OrvCPP::Frame>& frame) {
     std::uint64_t number = 0;
@@ -47,14 +26,14 @@ TEST(FrameMailbox, keepsTheLatestFrameAndGivesTheOthersBack) {
     FrameMailbox mailbox([&](const auto& frame) { givenBack.push_back(numberOf(frame)); },
                          [&] { ++announcements; });
     for (std::uint64_t number = 1; number <= 3; ++number)
-        mailbox.FrameReceived(std::make_shared<NumberedFrame>(number));
+        mailbox.FrameReceived(std::make_shared<FakeFrame>(number));
     EXPECT_EQ(announcements, 1);
     EXPECT_THAT(givenBack, ElementsAre(1, 2));
     EXPECT_EQ(numberOf(mailbox.take()), 3U);
     EXPECT_EQ(mailbox.take(), nullptr);
     EXPECT_EQ(mailbox.receivedFrames(), 3U);
 
-    mailbox.FrameReceived(std::make_shared<NumberedFrame>(4));
+    mailbox.FrameReceived(std::make_shared<FakeFrame>(4));
     EXPECT_EQ(announcements, 2);
     EXPECT_EQ(numberOf(mailbox.take()), 4U);
     EXPECT_THAT(givenBack, ElementsAre(1, 2));
@@ -69,7 +48,7 @@ TEST(FrameMailbox, losesNoFrameBetweenTwoThreads) {
                          [&] { EXPECT_FALSE(isAnnounced.exchange(true)); });
     std::thread camera([&] {
         for (std::uint64_t number = 1; number <= frames; ++number)
-            mailbox.FrameReceived(std::make_shared<NumberedFrame>(number));
+            mailbox.FrameReceived(std::make_shared<FakeFrame>(number));
         isOver = true;
     });
     std::uint64_t taken = 0;

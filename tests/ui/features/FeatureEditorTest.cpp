@@ -4,7 +4,7 @@
 #include "features/FeatureMetaTypes.h"
 #include "logging/QtMessageHandler.h"
 #include "tests/support/CapturedLog.h"
-#include "tests/ui/features/FakeFeatureTree.h"
+#include "tests/support/FakeFeatureController.h"
 #include "ui/features/FeatureItemDelegate.h"
 #include "ui/features/FeatureTreeModel.h"
 
@@ -91,7 +91,7 @@ protected:
 
     /// Opens the editor of the first feature.
     void edit(const std::vector<FeatureInfo>& features) {
-        camera = std::make_shared<FakeFeatureTree>(std::vector<std::string>{"Camera"});
+        camera = std::make_shared<FakeFeatureController>(std::vector<std::string>{"Camera"});
         for (const FeatureInfo& info : features)
             camera->add("Camera", "", info.name) = info;
         model = std::make_unique<FeatureTreeModel>(camera);
@@ -135,7 +135,7 @@ protected:
     }
     void click(const QWidget* widget) { click(widget, widget->rect().center()); }
 
-    std::shared_ptr<FakeFeatureTree> camera;
+    std::shared_ptr<FakeFeatureController> camera;
     std::unique_ptr<FeatureTreeModel> model;
     struct : FeatureItemDelegate {
         using FeatureItemDelegate::initStyleOption;

@@ -7,8 +7,8 @@
 #include "engine/MakeSystemController.h"
 #include "engine/SystemController.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/FakeFeatureController.h"
 #include "tests/support/TextTree.h"
-#include "tests/ui/features/FakeFeatureTree.h"
 #include "tests/ui/features/FeatureTreeWindow.h"
 #include "ui/features/FeatureTreeModel.h"
 
@@ -26,8 +26,8 @@ namespace {
 using testing::ElementsAre;
 using testing::Pair;
 
-std::shared_ptr<FakeFeatureTree> makeFeatures() {
-    auto features = std::make_shared<FakeFeatureTree>(std::vector<std::string>{"Camera"});
+std::shared_ptr<FakeFeatureController> makeFeatures() {
+    auto features = std::make_shared<FakeFeatureController>(std::vector<std::string>{"Camera"});
     features->add("Camera", "/Image", "PixelFormat", OrvFeatureDataString, std::string("Mono8"));
     features->add("Camera", "/Image", "PayloadSize", OrvFeatureDataInt, std::int64_t{100});
     features->add("Camera", "/Other", "Gamma", OrvFeatureDataFloat, 1.0);

@@ -2,8 +2,8 @@
 #include "ui/features/FeatureTreeModel.h"
 
 #include "features/FeatureMetaTypes.h"
+#include "tests/support/FakeFeatureController.h"
 #include "tests/support/TextTree.h"
-#include "tests/ui/features/FakeFeatureTree.h"
 #include "tests/ui/features/FeatureTreeWindow.h"
 #include "ui/features/FeatureTreeProxyModel.h"
 
@@ -59,7 +59,7 @@ protected:
         return textTree(proxy);
     }
 
-    std::shared_ptr<FakeFeatureTree> m_features = std::make_shared<FakeFeatureTree>(
+    std::shared_ptr<FakeFeatureController> m_features = std::make_shared<FakeFeatureController>(
         std::vector<std::string>{"Transport Layer", "Interface", "Camera", "Stream0", "Stream1"});
     FeatureTreeModel m_model{m_features};
     QAbstractItemModelTester m_tester{&m_model};

@@ -10,14 +10,15 @@
 #include <vector>
 
 /// A camera's features in memory, which counts what it is asked for.
-class FakeFeatureTree : public FeatureController {
+class FakeFeatureController : public FeatureController {
 public:
     using Key = std::pair<std::string, std::string>;
 
-    explicit FakeFeatureTree(std::vector<std::string> modules)
+    /// \p modules are those with features to list; others can have features to read and write.
+    explicit FakeFeatureController(std::vector<std::string> modules = {})
         : FeatureController(nullptr, "Cam"), m_modules(std::move(modules)) {}
 
-    /// A feature that can be read and written.
+    /// A feature that is listed, and that can be read and written.
     FeatureInfo& add(const std::string& module, const std::string& category,
                      const std::string& name, OrvFeatureDataType type = OrvFeatureDataInt,
                      FeatureValue value = {}) {
@@ -32,16 +33,39 @@ public:
         info.value = std::move(value);
         return info;
     }
+    /// A feature that is found by its name only.
+    FeatureInfo& put(const std::string& name, FeatureValue value,
+                     const std::string& module = cameraModule) {
+        FeatureInfo& info = features[{module, name}];
+        info.value = std::move(value);
+        return info;
+    }
+    void putRange(const std::string& name, FeatureValue value, FeatureValue minimum,
+                  FeatureValue maximum, FeatureValue increment = std::int64_t{0}) {
+        FeatureInfo& info = put(name, std::move(value));
+        info.minimum = std::move(minimum);
+        info.maximum = std::move(maximum);
+        info.increment = std::move(increment);
+    }
 
     std::vector<std::string> getModuleNames() const override { return m_modules; }
-    std::map<std::string, std::vector<std::string>>
-    getFeaturesByCategory(const std::string& module) const override {
+    Categories getFeaturesByCategory(const std::string& module) const override {
         const auto found = m_categories.find(module);
-        return found == m_categories.end() ? decltype(found->second)() : found->second;
+        return found == m_categories.end() ? Categories() : found->second;
+    }
+    bool hasFeature(const std::string& module, const std::string& name) const override {
+        return features.count({module, name}) > 0;
+    }
+    FeatureValue getFeatureValue(const std::string& module,
+                                 const std::string& name) const override {
+        const auto found = features.find({module, name});
+        return found == features.end() ? FeatureValue() : found->second.value;
     }
     FeatureInfo getFeatureInfo(const std::string& module, const std::string& name) const override {
         ++reads[name];
-        return features.at({module, name});
+        FeatureInfo info = features.at({module, name});
+        info.value = getFeatureValue(module, name);
+        return info;
     }
     FeatureInfo getFeatureOutline(const std::string& module,
                                   const std::string& name) const override {
@@ -53,8 +77,10 @@ public:
     }
     bool setFeatureValue(const std::string& module, const std::string& name,
                          const FeatureValue& value) override {
-        if (refuses)
+        if (refuses || (accepts && !accepts(std::get<std::int64_t>(value)))) {
+            ++refused;
             return false;
+        }
         written.emplace_back(name, value);
         features.at({module, name}).value = value;
         if (onWrite)
@@ -66,10 +92,21 @@ public:
         return !refuses;
     }
 
+    std::vector<std::int64_t> writtenIntegers() const {
+        std::vector<std::int64_t> values;
+        for (const auto& [name, value] : written)
+            values.push_back(std::get<std::int64_t>(value));
+        return values;
+    }
+
     std::map<Key, FeatureInfo> features;
+    /// Values and commands.
     bool refuses = false;
+    /// Which integers the camera takes; empty for all.
+    std::function<bool(std::int64_t)> accepts;
     std::function<void()> onWrite;
     std::vector<std::pair<std::string, FeatureValue>> written;
+    int refused = 0;
     std::vector<std::pair<std::string, double>> commands;
     /// How often each description, and each outline, was read.
     mutable std::map<std::string, int> reads;
@@ -77,5 +114,5 @@ public:
 
 private:
     std::vector<std::string> m_modules;
-    std::map<std::string, std::map<std::string, std::vector<std::string>>> m_categories;
+    std::map<std::string, Categories> m_categories;
 };

@@ -8,6 +8,8 @@
 /// A frame that answers at once; each answer can be made to fail.
 class FakeFrame : public OrvCPP::Frame {
 public:
+    explicit FakeFrame(std::uint64_t number = 0) : id(number) {}
+
     OrvErrorType GetReceiveStatus(OrvFrameStatusType& out) const override {
         out = status;
         return statusResult;
@@ -26,7 +28,7 @@ public:
     OrvErrorType GetWidth(std::uint32_t&) const override { return OrvErrorNotAvailable; }
     OrvErrorType GetHeight(std::uint32_t&) const override { return OrvErrorNotAvailable; }
 
-    std::uint64_t id = 0;
+    std::uint64_t id;
     std::uint32_t size = 1000;
     OrvFrameStatusType status = OrvFrameStatusComplete;
     OrvErrorType statusResult = OrvErrorSuccess;
