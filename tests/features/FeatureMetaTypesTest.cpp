@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "features/FeatureMetaTypes.h"
 
+#include "features/FeatureText.h"
 #include "logging/QtMessageHandler.h"
 #include "tests/support/CapturedLog.h"
 
@@ -16,6 +17,13 @@ TEST(FeatureValue, textsAreTheSameInEveryLocale) {
     EXPECT_EQ(toText(true), "true");
     EXPECT_EQ(toText(std::string("On")), "On");
     EXPECT_EQ(toText(std::numeric_limits<double>::lowest()).substr(0, 6), "-17976");
+}
+
+TEST(FeatureText, numbersAreReadAsTheyAreWritten) {
+    EXPECT_EQ(fromHexText(toHexText(-1)), std::int64_t{-1});
+    EXPECT_EQ(toDoubleText(-0.0), QStringLiteral("0"));
+    EXPECT_EQ(toDoubleText(1e6), QStringLiteral("1000000"));
+    EXPECT_EQ(toDoubleText(-2.5e-9), QStringLiteral("-2.5e-09"));
 }
 
 TEST(FeatureMetaTypes, variantsConvertToTheWantedAlternative) {
