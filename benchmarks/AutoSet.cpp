@@ -21,7 +21,7 @@
 namespace {
 
 constexpr double cameraMargin = 0.05;
-/// Nothing suffices for it, so the search is skipped.
+/// Calls for more than any camera can send, so the search is skipped.
 constexpr double enormousMargin = 1e6;
 constexpr double interfaceMargin = 0.1;
 constexpr double growthLimit = 4.5;
@@ -61,7 +61,7 @@ private:
     CameraList m_handlers;
 };
 
-/// Steps of the search, as the log tells them; 0 when it was skipped.
+/// Steps of the search, read from the log; 0 when it was skipped.
 int searchSteps(CameraHandler& camera) {
     const std::string start = "Debug:Autoset completed in ";
     const CapturedLog log;
@@ -85,7 +85,7 @@ void cameraAutoSet(benchmark::State& state) {
     const int steps = searchSteps(cameras.first());
     for (auto _ : state)
         cameras.first().autoSet(cameraMargin);
-    // The search begins with the calculated bandwidth, at the price of a step.
+    // Trying the calculated bandwidth costs as much as a step.
     const double callsPerStep = (calls - withoutSearch) / (1 + steps);
     state.counters["calls"] = calls;
     state.counters["search_steps"] = steps;

@@ -35,7 +35,7 @@ namespace {
 constexpr int cameraCount = 64;
 constexpr double stepLimitMilliseconds = 2.0;
 constexpr double refreshLimitMilliseconds = 1000.0;
-/// A write, and a look at what the camera made of it.
+/// A write, and the value read back.
 constexpr std::uint64_t callsPerDrag = 2;
 constexpr double rowGrowthLimit = 1.5;
 constexpr int linesPerBurst = 50;
@@ -201,7 +201,7 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     Q_INIT_RESOURCE(resources);
     const QApplication application(argc, argv);
-    // Neither the user's margins nor the help that opens at start take part.
+    // Default margins, and no help window at start.
     const QTemporaryDir store;
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, store.path());
     QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))

@@ -33,7 +33,7 @@ namespace {
 constexpr double openLimitMilliseconds = 300.0;
 constexpr double bytesLimit = 2048.0;
 constexpr int allPages = std::numeric_limits<int>::max();
-/// The number of features that stands for a camera as it is.
+/// Stands for the number of features that a simulated camera has anyway.
 constexpr int usual = 0;
 
 /// Time on the clock, waiting for the camera included, and calls into the camera SDK.
@@ -50,8 +50,7 @@ template <class Action> Cost costOf(OrvCPP::ISimulation& simulation, Action acti
     return {static_cast<double>(timer.nsecsElapsed()) / 1e6, simulation.GetCallCount() - before};
 }
 
-/// Notes what the camera is asked for: the cost of listing the features, and how often each is
-/// read.
+/// Records the cost of listing the features, and how often each is read.
 class WatchedFeatures : public FeatureController {
 public:
     WatchedFeatures(OrvCPP::ISimulation& simulation, std::shared_ptr<OrvCameraWrapper> camera)
@@ -122,7 +121,7 @@ public:
     OpenedCamera& operator=(const OpenedCamera&) = delete;
 
     OrvCPP::ISimulation& simulation() const { return m_cameras.simulation(); }
-    /// Newly made: nothing is known of the features.
+    /// A new controller, with no feature in memory.
     std::shared_ptr<WatchedFeatures> features() const {
         return std::make_shared<WatchedFeatures>(simulation(), m_camera);
     }
@@ -159,7 +158,7 @@ public:
         view().collapseAll();
         paint();
     }
-    /// Page by page, to the last one at most.
+    /// Scrolls up to \p pages pages.
     void scroll(int pages) {
         QScrollBar& bar = *view().verticalScrollBar();
         for (int page = 0; page < pages && bar.value() < bar.maximum(); ++page) {
@@ -175,7 +174,7 @@ public:
     bool isFilled() const { return view().isVisible() && view().model()->rowCount() > 0; }
 
 private:
-    /// What is laid out later is painted then.
+    /// Twice: the first pass may schedule a layout.
     static void paint() {
         QCoreApplication::processEvents();
         QCoreApplication::processEvents();
@@ -285,7 +284,7 @@ Memory memoryOf(int count) {
     return memory;
 }
 
-/// Of 5,000 features beside 1,000: what the dialog needs by itself does not count.
+/// The difference between 5,000 and 1,000 features, so that the dialog itself does not count.
 void memoryPerFeature(benchmark::State& state) {
     constexpr int fewFeatures = 1'000;
     constexpr int manyFeatures = 5'000;

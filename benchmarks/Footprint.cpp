@@ -68,7 +68,7 @@ void viewerWith64Cameras(benchmark::State& state) {
     int exitCode = -1;
     for (auto _ : state)
         exitCode = runViewer();
-    // The largest child so far, and there is but one; in units of 1024 bytes.
+    // Peak of the only child process, in units of 1024 bytes.
     const double megabytes = static_cast<double>(usageOf(RUSAGE_CHILDREN).ru_maxrss) * 1024.0 / 1e6;
     state.counters["peak_resident_MB"] = megabytes;
     judge(state, "200 MB at the peak of a benchmark", megabytes <= memoryLimitMegabytes);

@@ -8,7 +8,7 @@
 
 namespace {
 
-// Replacement operators are free functions: their count has nowhere else to live.
+// Global, since replacement operators are free functions.
 std::atomic<std::uint64_t> allocations{0};
 
 } // namespace

@@ -24,6 +24,6 @@ public:
     SimulatedCameras& operator=(const SimulatedCameras&) = delete;
 
     OrvCPP::OrvSystem& system() const;
-    /// The grip on the SDK's calls.
+    /// Counts the calls into the SDK, and can make them fail.
     OrvCPP::ISimulation& simulation() const;
 };

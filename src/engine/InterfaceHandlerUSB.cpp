@@ -18,8 +18,7 @@ void logMissingProperty(const char* name, std::uint32_t result, host::DeviceInst
              std::to_string(result) + " devInst: " + std::to_string(instance));
 }
 
-/// Key of the host controller above a hub; nothing when there is none or it does not tell its
-/// place.
+/// Key of the host controller above a hub; empty without a controller or its PCI place.
 std::optional<std::string> controllerOf(host::HostUsbTree& tree, host::DeviceInstance instance) {
     std::optional<host::DeviceInstance> ancestor = instance;
     while (ancestor && !host::isOnPciBus(tree.instanceId(*ancestor)))

@@ -14,9 +14,9 @@
 /// Result of a wrapper without an SDK object.
 inline constexpr OrvErrorType noObject = OrvErrorBadHandle;
 
-/// Texts and lists of the camera SDK, which takes two calls for them: the first, without a buffer,
-/// answers the size, the second fills a buffer. These helpers make both calls to an operation of
-/// \p object, a member pointer or a callable of the same arguments. They answer OrvErrorBadHandle
+/// Reads texts and lists of the camera SDK, which take two calls: the first, without a buffer,
+/// returns the size, the second fills a buffer. These helpers make both calls to an operation of
+/// \p object, a member pointer or a callable of the same arguments. They return OrvErrorBadHandle
 /// for a null object and OrvErrorResources when memory is short. Nothing throws. Reentrant.
 namespace SdkQuery {
 

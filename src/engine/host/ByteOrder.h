@@ -7,7 +7,7 @@
 
 namespace host {
 
-/// A number whose bytes are in network order, as this machine has it.
+/// Converts from network to host byte order.
 inline std::uint32_t networkToHost(std::uint32_t number) {
     std::array<std::uint8_t, sizeof number> bytes{};
     std::memcpy(bytes.data(), &number, sizeof number);
@@ -16,7 +16,7 @@ inline std::uint32_t networkToHost(std::uint32_t number) {
            static_cast<std::uint32_t>(bytes[2]) << 8U | bytes[3];
 }
 
-/// The way back: either bytes are swapped on this machine or they are not.
+/// Converts from host to network byte order, which is the same operation.
 inline std::uint32_t hostToNetwork(std::uint32_t number) {
     return networkToHost(number);
 }

@@ -19,7 +19,7 @@ struct DeviceInterface {
     /// Device instance ID, for example "USB\\ROOT_HUB30\\4&2a6b1f&0&0".
     std::string instanceId;
     /// Class, subclass and protocol of each of its USB interfaces, in one number of three bytes:
-    /// 0xEF0500. Empty where the system does not tell.
+    /// 0xEF0500. Empty where the system does not report them.
     std::vector<std::uint32_t> interfaceClasses = {};
     /// Keeps the instance valid where the system has it as part of a list.
     std::shared_ptr<const void> list = {};
@@ -43,8 +43,7 @@ struct PortConnection {
     std::uint32_t status = 0;
     /// 0 low, 1 full, 2 high, 3 super speed.
     std::uint8_t speed = 0;
-    /// Bits per second, from a system that tells them in place of the code; 0 from one that tells
-    /// the code.
+    /// Bits per second; 0 from a system that reports the code instead.
     std::uint64_t bitsPerSecond = 0;
 };
 

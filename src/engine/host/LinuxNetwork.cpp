@@ -9,8 +9,8 @@ namespace host {
 
 namespace {
 
-/// Reassembly size and address type are 0: the kernel does not tell them by address. The physical
-/// address is 0, too: nothing reads it.
+/// Reassembly size and address type stay 0: the kernel has none per address. The physical address
+/// stays 0, since nothing reads it.
 class LinuxNetwork : public HostNetwork {
 public:
     bool addressTable(std::vector<AddressRow>& rows) const override {

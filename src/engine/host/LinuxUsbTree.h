@@ -10,15 +10,14 @@
 
 namespace host {
 
-/// The USB tree as Linux shows it in sysfs, where a device is a folder, and what a device hangs on
-/// is the folder around it. Reentrant.
+/// The USB tree in sysfs, where a device is a folder inside the folder of its hub or controller.
+/// Reentrant.
 ///
 /// Paths of hubs are their folders. Paths of devices name vendor and product in the form that
 /// parseDevicePath reads, and end with the folder.
 class LinuxUsbTree : public HostUsbTree {
 public:
-    /// Tells the folders of all USB devices that are there, hubs among them, without symbolic
-    /// links.
+    /// Lists the folders of all USB devices, including hubs, without symbolic links.
     using DeviceList = std::function<std::vector<std::filesystem::path>()>;
 
     explicit LinuxUsbTree(DeviceList usbDevices);
@@ -38,7 +37,7 @@ private:
     const std::filesystem::path* folderOf(DeviceInstance instance) const;
 
     const DeviceList m_usbDevices;
-    /// A folder's instance is its place in the list, counted from 1, and it keeps it.
+    /// A folder's instance is its fixed position in the list, counted from 1.
     std::vector<std::filesystem::path> m_folders;
     std::map<std::filesystem::path, DeviceInstance> m_instances;
 };

@@ -6,7 +6,7 @@
 
 namespace host {
 
-/// The USB tree of a simulated host: what a port carries is told as a hub driver tells it.
+/// The USB tree of a simulated host. Ports report what a hub driver reports.
 /// Immutable, thus safe to use from any thread; its hubs must not outlive it.
 class SimulatedHostUsbTree : public HostUsbTree {
 public:

@@ -8,7 +8,7 @@ std::optional<std::vector<std::byte>> readTable(const TableQuery& query) {
     std::vector<std::byte> buffer;
     if (query(nullptr, size) == insufficientBuffer)
         buffer.resize(size);
-    // Without a buffer there is no table to read, whatever the second answer.
+    // The second call may succeed without a buffer: there is no table then.
     if (query(buffer.empty() ? nullptr : buffer.data(), size) != 0 || buffer.empty())
         return std::nullopt;
     return buffer;

@@ -32,7 +32,7 @@ std::optional<std::uint32_t> number(const std::optional<std::string>& digits, in
     return value;
 }
 
-/// Units beyond ASCII become question marks, which no pattern matches.
+/// Replaces units beyond ASCII by question marks, which no pattern matches.
 std::string asciiText(const std::u16string& text) {
     std::string ascii(text.size(), '?');
     std::transform(text.begin(), text.end(), ascii.begin(),

@@ -26,8 +26,8 @@ struct UsbIdentity {
 /// the path of one device in either.
 UsbIdentity parseDevicePath(const std::string& path);
 
-/// Whether this is one of the maker's USB3 Vision cameras or, where the host tells the classes of a
-/// device's interfaces, a USB3 Vision camera of any maker.
+/// Whether this is one of the maker's USB3 Vision cameras or, where the host reports the classes of
+/// a device's interfaces, a USB3 Vision camera of any maker.
 bool isCamera(const UsbIdentity& identity, const std::vector<std::uint32_t>& interfaceClasses = {});
 
 /// Port of a location text such as "Port_#0003.Hub_#0001"; empty when it names none.
@@ -43,7 +43,7 @@ std::string controllerKey(std::uint32_t bus, std::uint32_t address);
 
 /// Bits per second of a port to which a device is connected; empty when none is, or its speed is
 /// not known. USB 3 ports report high speed in the first structure: only \p flags, where the hub
-/// driver gave them, tell super speed. Faster speeds are known only where the connection has its
+/// driver gave them, show super speed. Faster speeds are known only where the connection has its
 /// rate.
 std::optional<std::uint64_t> bitsPerSecond(const PortConnection& connection,
                                            std::optional<std::uint32_t> flags);

@@ -26,7 +26,7 @@ std::uint32_t queryAddressTable(void* buffer, std::uint32_t& size) {
     return result;
 }
 
-/// Windows writes all ones for an adapter whose speed it does not know, as virtual ones have.
+/// Windows reports all ones for an unknown speed, as of virtual adapters.
 std::uint64_t knownSpeed(ULONG64 speed) {
     return speed == std::numeric_limits<ULONG64>::max() ? 0 : speed;
 }
