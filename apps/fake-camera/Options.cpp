@@ -85,7 +85,7 @@ const std::vector<Option>& allOptions() {
                "number of the first frame of an acquisition"),
         number(nullptr, "--extended-ids", "0", 0, 1, "", "1: frame numbers of 64 bits, not 16"),
         number(nullptr, "--drop-every", "0", 0, any64, " packets",
-               "withhold each N-th data packet until asked; 0: none"),
+               "drop each N-th data packet, resend it on request; 0: none"),
         number(nullptr, "--resend", "1", 0, 1, "", "0: refuse to resend packets"),
 
         registerValue("Control", "--heartbeat", "3000", HeartbeatMilliseconds, " ms",
@@ -209,8 +209,9 @@ std::string Options::help() {
         "\n"
         "A GigE Vision camera without hardware. It answers discovery, control and GenICam\n"
         "on one of this computer's IPv4 addresses, and streams real packets, paced by its\n"
-        "throughput limit. It resends packets, watches its host's heartbeat, and makes\n"
-        "faults on request. Several cameras run on several addresses (127.0.0.2, ...).\n"
+        "throughput limit. It resends packets, ends the control of a silent host, and\n"
+        "drops packets on request. Several cameras run on several addresses (127.0.0.2,\n"
+        "...).\n"
         "It prints a line that begins with \"ready\", and runs until SIGINT (Ctrl+C) or\n"
         "SIGTERM.\n";
     for (const Option& option : allOptions())

@@ -91,8 +91,8 @@ void StreamChannel::sendTestPacket(bool mayFragment) {
 }
 
 void StreamChannel::run() {
-    // A real camera does not wait for its host's other programs. Without the permission the thread
-    // keeps the normal priority.
+    // Real-time priority, so that other programs of this computer do not delay frames. Without the
+    // permission the thread keeps the normal priority.
     const sched_param priority{sched_get_priority_min(SCHED_RR)};
     pthread_setschedparam(pthread_self(), SCHED_RR, &priority);
     while (waitForAcquisition())
@@ -161,7 +161,7 @@ void StreamChannel::sendGroup(std::uint32_t end) {
     std::uint64_t sent = 0;
     while (m_packets->next() < end) {
         if (isWithheld()) {
-            m_packets->withholdNext();
+            m_packets->dropNext();
         } else {
             m_packets->addNext();
             ++sent;

@@ -59,7 +59,7 @@ private:
     bool waitForTurn(Clock::time_point& due);
     /// Sends a frame's packets at the camera's pace; false when the acquisition ends before.
     bool sendFrame();
-    /// Sends or withholds the packets before \p end.
+    /// Sends or drops the packets before \p end.
     void sendGroup(std::uint32_t end);
     /// Waits for a moment and meanwhile resends what hosts ask for; false when the acquisition ends
     /// before.

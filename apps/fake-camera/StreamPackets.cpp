@@ -61,7 +61,7 @@ void StreamPackets::addNext() {
     add(frame, frame.next++, Success);
 }
 
-void StreamPackets::withholdNext() {
+void StreamPackets::dropNext() {
     ++m_frames.back().next;
 }
 

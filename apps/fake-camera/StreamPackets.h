@@ -40,9 +40,9 @@ public:
     /// Adds the next packet to those that the next call of flush() sends.
     void addNext();
     /// Skips the next packet, as if it had been lost.
-    void withholdNext();
+    void dropNext();
 
-    /// Adds packets of a recent frame that were sent or withheld before, and answers how many. When
+    /// Adds packets of a recent frame that were sent or dropped before; returns how many. When
     /// the first one is too old or not sent yet, adds one packet with the status "unavailable".
     std::uint32_t addAgain(std::uint64_t frameId, std::uint32_t first, std::uint32_t last);
 
