@@ -11,22 +11,10 @@ namespace {
 
 class LogTableTest : public testing::Test {
 protected:
-    LogTableTest() {
-        m_table.setColumnCount(3);
-        m_table.setRowCount(6);
-        for (int row = 0; row < 6; ++row) {
-            for (int column = 0; column < 3; ++column) {
-                const QString text = QStringLiteral("%1%2").arg(row).arg(column);
-                m_table.setItem(row, column, new QTableWidgetItem(text));
-            }
-        }
-        m_table.setSelectionBehavior(QAbstractItemView::SelectRows);
-        m_table.setEditTriggers(QAbstractItemView::NoEditTriggers);
-        clipboard().setText(QStringLiteral("before"));
+    void setText(int row, int column, const QString& text) {
+        m_table.setItem(row, column, new QTableWidgetItem(text));
     }
-
     static QClipboard& clipboard() { return *QGuiApplication::clipboard(); }
-    void select(int top, int bottom) { m_table.setRangeSelected({top, 0, bottom, 2}, true); }
     std::string copied() {
         QTest::keySequence(&m_table, QKeySequence::Copy);
         return clipboard().text().toStdString();
@@ -36,26 +24,26 @@ protected:
 };
 
 TEST_F(LogTableTest, copiesTheFirstRangeOnly) {
+    m_table.setColumnCount(3);
+    m_table.setRowCount(6);
+    for (int row = 0; row < 6; ++row) {
+        for (int column = 0; column < 3; ++column)
+            setText(row, column, QStringLiteral("%1%2").arg(row).arg(column));
+    }
+    m_table.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    clipboard().setText(QStringLiteral("before"));
     EXPECT_EQ(copied(), "before") << "nothing is selected";
     delete m_table.takeItem(3, 1);
-    select(2, 4);
-    select(0, 0);
+    m_table.setRangeSelected({2, 0, 4, 2}, true);
+    m_table.setRangeSelected({0, 0, 0, 2}, true);
     EXPECT_EQ(copied(), "20\t21\t22\n30\t\t32\n40\t41\t42\n");
 }
 
-TEST_F(LogTableTest, keepsAColumnWideEnoughForOlderRows) {
-    m_table.item(0, 0)->setText(QStringLiteral("a wider text than all others"));
-    m_table.resizeColumnsToContents();
-    const int width = m_table.columnWidth(0);
-    m_table.item(0, 0)->setText(QStringLiteral("short"));
-    m_table.resizeColumnsToContents();
-    EXPECT_EQ(m_table.columnWidth(0), width);
-}
-
-TEST_F(LogTableTest, fitsItsColumnsToTheRowsThatComeIntoSight) {
-    m_table.horizontalHeader()->setResizeContentsPrecision(1);
+TEST_F(LogTableTest, widensItsColumnsForRowsThatComeIntoSightAndKeepsThemWide) {
+    m_table.setColumnCount(1);
     m_table.setRowCount(200);
-    m_table.setItem(199, 0, new QTableWidgetItem(QStringLiteral("a wider text than all others")));
+    setText(199, 0, QStringLiteral("a wider text than all others"));
+    m_table.horizontalHeader()->setResizeContentsPrecision(1);
     m_table.show();
     m_table.resizeColumnsToContents();
     const int width = m_table.columnWidth(0);
@@ -63,7 +51,11 @@ TEST_F(LogTableTest, fitsItsColumnsToTheRowsThatComeIntoSight) {
     m_table.horizontalHeader()->setResizeContentsPrecision(100);
     m_table.scrollToTop();
     m_table.scrollToBottom();
-    EXPECT_GT(m_table.columnWidth(0), width);
+    const int wide = m_table.columnWidth(0);
+    EXPECT_GT(wide, width);
+    setText(199, 0, QStringLiteral("short"));
+    m_table.resizeColumnsToContents();
+    EXPECT_EQ(m_table.columnWidth(0), wide);
 }
 
 } // namespace

@@ -6,11 +6,9 @@
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QTableWidget>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 namespace {
-
-using Logging::LogMessageWidget;
 
 /// Counts how often an item is measured.
 class CountingDelegate : public QStyledItemDelegate {
@@ -26,10 +24,9 @@ public:
 /// A log table with its headers as in the main dialog.
 class LongLogTest : public testing::TestWithParam<bool> {
 protected:
-    LongLogTest() : m_receiver(&m_table, false) {
+    LongLogTest() {
         m_table.setItemDelegate(&m_delegate);
         m_table.horizontalHeader()->setStretchLastSection(true);
-        m_table.verticalHeader()->hide();
         for (QHeaderView* header : {m_table.horizontalHeader(), m_table.verticalHeader()}) {
             header->setResizeContentsPrecision(RowHeights::newestRows);
             header->setSectionResizeMode(QHeaderView::ResizeToContents);
@@ -39,56 +36,45 @@ protected:
     }
     ~LongLogTest() override { m_table.setItemDelegate(nullptr); }
 
-    void log(int lines, const QString& text = QStringLiteral("a line of the usual length")) {
-        for (int i = 0; i < lines; ++i)
-            m_receiver.catchMessage(LogMessageType::StdOut, text);
-    }
-
-    /// How many items are measured for more rows.
-    int measuredFor(int lines) {
-        settle();
+    /// Adds lines and returns how many items are measured for them.
+    int log(int lines) {
         m_delegate.measured = 0;
-        log(lines);
+        for (int i = 0; i < lines; ++i)
+            m_receiver.catchMessage(LogMessageType::StdOut, QStringLiteral("a usual line"));
         settle();
         return m_delegate.measured;
     }
-
     static void settle() {
         for (int i = 0; i < 5; ++i)
             QCoreApplication::processEvents();
     }
 
-    void scrollTo(int row) {
-        m_table.verticalScrollBar()->setValue(row);
-        settle();
-    }
-
     CountingDelegate m_delegate;
     QTableWidget m_table;
-    LogMessageWidget m_receiver;
+    Logging::LogMessageWidget m_receiver{&m_table, false};
 };
 
 TEST_P(LongLogTest, measuresNoMoreForARowThanAShortLog) {
     m_table.setVisible(GetParam());
     log(200);
-    const int few = measuredFor(1);
+    const int few = log(1);
     log(4800);
     EXPECT_GT(few, 0);
-    EXPECT_LE(measuredFor(1), few);
-    EXPECT_LE(measuredFor(1000), 3 * few) << "a burst is measured when it is over";
+    EXPECT_LE(log(1), few);
+    EXPECT_LE(log(1000), 3 * few) << "a burst is measured when it is over";
 }
 
 INSTANTIATE_TEST_SUITE_P(HiddenAndShown, LongLogTest, testing::Bool());
 
 TEST_F(LongLogTest, measuresOldRowsWhenTheyComeIntoSight) {
-    const QString longText = QStringLiteral("many words ").repeated(60);
-    log(20, longText);
+    for (int i = 0; i < 20; ++i)
+        m_receiver.catchMessage(LogMessageType::StdOut, QStringLiteral("many words ").repeated(60));
     log(500);
-    settle();
     const int usual = m_table.rowHeight(0);
     EXPECT_EQ(m_table.rowHeight(300), usual);
 
-    scrollTo(502);
+    m_table.verticalScrollBar()->setValue(502);
+    settle();
     const int wrapped = m_table.rowHeight(502);
     EXPECT_GT(wrapped, 2 * usual);
 
@@ -100,10 +86,10 @@ TEST_F(LongLogTest, measuresOldRowsWhenTheyComeIntoSight) {
 TEST_F(LongLogTest, keepsTheHeightsOfAHeaderOfAnotherMode) {
     m_table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     log(1);
-    settle();
     m_table.setRowHeight(0, 77);
     log(100);
-    scrollTo(99);
+    m_table.verticalScrollBar()->setValue(99);
+    settle();
     EXPECT_EQ(m_table.rowHeight(100), 77);
 }
 
