@@ -25,7 +25,9 @@ class CameraListModelTest : public testing::Test {
 protected:
     using FakeList = FakeSystem::FakeList;
 
-    CameraListModelTest() { m_model.setHeaderLabels(QStringLiteral("01234567").split(QString())); }
+    CameraListModelTest() {
+        m_model.setHeaderLabels(QStringLiteral("01234567").split(QString(), Qt::SkipEmptyParts));
+    }
 
     void build(FakeList cameras) {
         m_system->setCameras(std::move(cameras));
