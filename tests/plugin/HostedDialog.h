@@ -2,20 +2,14 @@
 #pragma once
 
 #include "plugin/SpanletInterface.h"
+#include "tests/support/WidgetParts.h"
 
 #include <QApplication>
 #include <QDialog>
 #include <QPluginLoader>
-#include <QSettings>
 #include <QTimer>
 
 #include <functional>
-
-/// Keeps the Get Started page from opening over the dialog, in the store of the test.
-inline void switchOffHelpAtStart() {
-    QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
-        .setValue(QStringLiteral("Support Dialog/active"), false);
-}
 
 /// Loads the plug-in and runs its dialog as a host does.
 class HostedDialog {

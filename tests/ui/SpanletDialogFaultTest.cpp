@@ -3,6 +3,7 @@
 #include "tests/support/FaultyCameras.h"
 #include "tests/support/OwnSettings.h"
 #include "tests/support/Resources.h"
+#include "tests/support/WidgetParts.h"
 #include "ui/BandwidthSliderWidget.h"
 #include "ui/CameraListModel.h"
 #include "ui/SpanletDialog.h"
@@ -11,10 +12,10 @@
 #include <QComboBox>
 #include <QMenu>
 #include <QPushButton>
-#include <QSettings>
 #include <QSpinBox>
 #include <QTest>
-#include <QTreeView>
+
+#include <algorithm>
 
 namespace {
 
@@ -23,16 +24,13 @@ class SpanletDialogFaults : public testing::Test {
 protected:
     void SetUp() override {
         initResources();
-        QSettings(QStringLiteral("Meridane"), QStringLiteral("Spanlet"))
-            .setValue(QStringLiteral("Support Dialog/active"), false);
+        switchOffHelpAtStart();
         m_dialog = std::make_unique<SpanletDialog>(m_cameras.system, false);
     }
 
-    template <class Widget> Widget& widget(const char* name) const {
-        return *m_dialog->findChild<Widget*>(QString::fromLatin1(name));
-    }
-    QList<QSpinBox*> spinBoxes() const {
-        return m_dialog->findChildren<QSpinBox*>(QStringLiteral("spinBandwidth"));
+    QPushButton& button(const char* name) const { return partOf<QPushButton>(*m_dialog, name); }
+    QList<BandwidthSliderWidget*> sliders() const {
+        return m_dialog->findChildren<BandwidthSliderWidget*>();
     }
 
     /// Closes all cameras: a close that failed would leave one open for good.
@@ -41,7 +39,7 @@ protected:
             for (const char* id : {"DEV_G001", "DEV_G002", "DEV_U"})
                 m_cameras.simulation.SetCameraPlugged(id, plugged);
             if (!plugged)
-                widget<QPushButton>("buttonRefresh").click();
+                button("buttonRefresh").click();
         }
     }
 
@@ -53,30 +51,28 @@ protected:
     }
 
     void useDialog() {
-        widget<QPushButton>("buttonRefresh").click();
-        for (QSpinBox* spinBox : spinBoxes()) {
-            QTest::keyClick(spinBox, Qt::Key_Down);
-            spinBox->parent()->findChild<QPushButton*>(QStringLiteral("buttonLock"))->toggle();
-            spinBox->parent()->findChild<QPushButton*>(QStringLiteral("buttonLock"))->toggle();
+        button("buttonRefresh").click();
+        for (auto* slider : sliders()) {
+            QTest::keyClick(slider->findChild<QSpinBox*>(), Qt::Key_Down);
+            for (int i = 0; i < 2; ++i)
+                slider->findChild<QPushButton*>()->toggle();
         }
-        auto& combo = widget<QComboBox>("comboInterface");
+        auto& combo = partOf<QComboBox>(*m_dialog, "comboInterface");
         for (int i = 0; i < combo.count(); ++i) {
             combo.setCurrentIndex(i);
-            widget<QPushButton>("buttonAutoSet").menu()->actions().front()->trigger();
+            button("buttonAutoSet").menu()->actions().front()->trigger();
         }
     }
 
     /// Cameras whose slider still sets them, and shows what they then have.
-    int camerasThatObey() const {
-        int count = 0;
-        for (QSpinBox* spinBox : spinBoxes()) {
-            auto* slider = qobject_cast<BandwidthSliderWidget*>(spinBox->parent());
-            if (!spinBox->isEnabled())
-                continue;
+    std::ptrdiff_t camerasThatObey() const {
+        const auto all = sliders();
+        return std::count_if(all.begin(), all.end(), [](BandwidthSliderWidget* slider) {
+            if (!slider->findChild<QSpinBox*>()->isEnabled())
+                return false;
             slider->setValue(20);
-            count += slider->getValue() == 20 ? 1 : 0;
-        }
-        return count;
+            return slider->getValue() == 20;
+        });
     }
 
     const OwnSettings m_store;

@@ -79,22 +79,16 @@ TEST_F(SupportDialogTest, showsTheEnglishPageForAMissingOne) {
         partOf<QLabel>(page, "labelPage").text().contains(QStringLiteral("<h1>Get Started</h1>")));
 }
 
-/// Every language has the same headings, lists and links.
-TEST_F(SupportDialogTest, pagesHaveTheSameStructureAndNeedNoOtherColours) {
-    QStringList outlines;
-    for (const char* name : {"GetStarted", "GetStarted_de"}) {
+TEST_F(SupportDialogTest, pagesHaveTheSameStructure) {
+    const auto tags = [](const char* name) {
         QFile file(QStringLiteral(":/pages/pages/%1.html").arg(QLatin1String(name)));
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
         const QString html = QString::fromUtf8(file.readAll());
         EXPECT_TRUE(html.contains(QStringLiteral("background-color: #f5f5f5; color: #")));
-        const QRegularExpression tag(QStringLiteral("</?(h\\d|ol|ul|li|a)\\b[^>]*>"));
-        outlines << QString();
-        for (auto found = tag.globalMatch(html.section(QStringLiteral("<body>"), 1));
-             found.hasNext();)
-            outlines.last() += found.next().captured().simplified();
-    }
-    EXPECT_EQ(outlines[0].toStdString(), outlines[1].toStdString());
-    EXPECT_EQ(outlines[0].count(QStringLiteral("<a ")), 3);
+        return html.section(QStringLiteral("<body>"), 1)
+            .remove(QRegularExpression(QStringLiteral("[^<>]+(?=<)")));
+    };
+    EXPECT_EQ(tags("GetStarted").toStdString(), tags("GetStarted_de").toStdString());
 }
 
 TEST_F(SupportDialogTest, opensAfterTheMainDialogUntilItIsSwitchedOff) {

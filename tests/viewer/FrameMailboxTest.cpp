@@ -15,9 +15,7 @@ using viewer::FrameMailbox;
 namespace {
 
 std::uint64_t numberOf(const std::shared_ptr<OrvCPP::Frame>& frame) {
-    std::uint64_t number = 0;
-    frame->GetFrameID(number);
-    return number;
+    return static_cast<const FakeFrame&>(*frame).id;
 }
 
 TEST(FrameMailbox, keepsTheLatestFrameAndGivesTheOthersBack) {

@@ -3,10 +3,11 @@
 
 #include "OrvCPP/OrvSystem.h"
 #include "OrvSimulation/Simulation.h"
-#include "sdk/SdkQuery.h"
 #include "session/SdkSession.h"
 #include "session/StreamingLimits.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/TextTree.h"
+#include "tests/support/WidgetParts.h"
 #include "viewer/CameraModel.h"
 #include "viewer/ImageView.h"
 
@@ -20,7 +21,6 @@
 #include <QTest>
 #include <gmock/gmock.h>
 
-#include <utility>
 #include <vector>
 
 using viewer::CameraAccess;
@@ -30,27 +30,19 @@ namespace {
 
 const QString noPlugins = QStringLiteral("/nowhere/plugins");
 
-QString scenario(const char* name) {
-    return QStringLiteral(SCENARIO_FOLDER "/") + QString::fromLatin1(name);
+/// Puts the default scenario with other texts into \p file.
+session::CameraSource
+changedScenario(QTemporaryFile& file,
+                const std::vector<std::pair<const char*, const char*>>& changes) {
+    QFile original(QStringLiteral(SCENARIO_FOLDER "/default.json"));
+    EXPECT_TRUE(original.open(QIODevice::ReadOnly) && file.open());
+    QByteArray text = original.readAll();
+    for (const auto& [before, after] : changes)
+        text.replace(before, after);
+    file.write(text);
+    file.flush();
+    return {file.fileName()};
 }
-
-/// The default scenario with other texts in it.
-class ChangedScenario {
-public:
-    explicit ChangedScenario(const std::vector<std::pair<const char*, const char*>>& changes) {
-        QFile original(scenario("default.json"));
-        EXPECT_TRUE(original.open(QIODevice::ReadOnly) && m_file.open());
-        QByteArray text = original.readAll();
-        for (const auto& [before, after] : changes)
-            text.replace(before, after);
-        m_file.write(text);
-        m_file.flush();
-    }
-    session::CameraSource source() const { return {m_file.fileName()}; }
-
-private:
-    QTemporaryFile m_file;
-};
 
 /// A window on the simulated cameras of a scenario.
 class Viewer {
@@ -62,11 +54,9 @@ public:
     }
 
     ViewerWindow& window() { return m_window; }
-    QListView& list() { return *m_window.findChild<QListView*>(QStringLiteral("listCameras")); }
+    QListView& list() { return partOf<QListView>(m_window, "listCameras"); }
     viewer::ImageView& view() { return *m_window.findChild<viewer::ImageView*>(); }
-    QCheckBox& packetSize() {
-        return *m_window.findChild<QCheckBox*>(QStringLiteral("checkAutomaticPacketSize"));
-    }
+    QCheckBox& packetSize() { return partOf<QCheckBox>(m_window, "checkAutomaticPacketSize"); }
     CameraAccess access(int row) {
         return static_cast<CameraAccess>(
             list().model()->index(row, 0).data(viewer::CameraModel::AccessRole).toInt());
@@ -80,17 +70,6 @@ public:
         }
         return -1;
     }
-    /// ID of the selected camera, as the simulation knows it.
-    std::string currentId() {
-        const auto& model = *static_cast<viewer::CameraModel*>(list().model());
-        const auto row = static_cast<std::size_t>(list().currentIndex().row());
-        std::string id;
-        SdkQuery::text(model.cameras()[row].camera.get(), id,
-                       [](const auto& camera, char* buffer, std::uint32_t& length) {
-                           return camera.GetID(buffer, length, false);
-                       });
-        return id;
-    }
     bool waitForImage() {
         return QTest::qWaitFor([this] { return view().hasImage(); }, 10000);
     }
@@ -99,10 +78,6 @@ private:
     session::SdkSession m_session;
     ViewerWindow m_window;
 };
-
-OrvCPP::ISimulation& simulation() {
-    return dynamic_cast<OrvCPP::ISimulation&>(OrvCPP::OrvSystem::GetInstance());
-}
 
 TEST(ViewerWindow, showsTheFirstFreeCameraAndFollowsTheSelection) {
     Viewer viewer;
@@ -129,52 +104,48 @@ TEST(ViewerWindow, showsTheFirstFreeCameraAndFollowsTheSelection) {
 }
 
 TEST(ViewerWindow, tellsCamerasOfOneNameApart) {
-    const ChangedScenario changed({{"\"Label\"", "\"Feeder\""},
-                                   {"\"Surface\"", "\"Overview\""},
-                                   {"\"serialNumber\": \"30412\"", "\"serialNumber\": \"30411\""}});
-    Viewer viewer(changed.source());
-    const auto& model = *viewer.list().model();
-    QStringList names;
-    for (int row = 0; row < model.rowCount(); ++row)
-        names << model.index(row, 0).data().toString();
-    EXPECT_TRUE(names.contains(QStringLiteral("Feeder (21017)")));
-    EXPECT_TRUE(names.contains(QStringLiteral("Feeder (21018)")));
-    EXPECT_TRUE(names.contains(QStringLiteral("Tray")));
-    EXPECT_EQ(names.removeDuplicates(), 0) << names.join(QLatin1Char('\n')).toStdString();
+    QTemporaryFile file;
+    Viewer viewer(changedScenario(file, {{"\"Label\"", "\"Feeder\""},
+                                         {"\"Surface\"", "\"Overview\""},
+                                         {"\"30412\"", "\"30411\""}}));
+    const std::string names = textTree(*viewer.list().model());
+    EXPECT_THAT(names, testing::HasSubstr("Feeder (21017)\nFeeder (21018)\n"));
+    EXPECT_THAT(names, testing::HasSubstr("\nTray\n"));
+    EXPECT_EQ(QString::fromStdString(names).split(QLatin1Char('\n')).removeDuplicates(), 0)
+        << names;
 }
 
 TEST(ViewerWindow, survivesTheLiveCameraVanishing) {
     Viewer viewer;
     ASSERT_TRUE(viewer.waitForImage());
     const int before = viewer.list().model()->rowCount();
-    const std::string id = viewer.currentId();
-    ASSERT_TRUE(simulation().SetCameraPlugged(id, false)) << id;
-    EXPECT_TRUE(
-        QTest::qWaitFor([&] { return viewer.list().model()->rowCount() == before - 1; }, 10000));
-    EXPECT_FALSE(viewer.view().hasImage());
-    EXPECT_EQ(viewer.rowWith(CameraAccess::Live), -1);
-
-    ASSERT_TRUE(simulation().SetCameraPlugged(id, true));
-    EXPECT_TRUE(
-        QTest::qWaitFor([&] { return viewer.list().model()->rowCount() == before; }, 10000));
+    for (const bool isPlugged : {false, true}) {
+        ASSERT_TRUE(dynamic_cast<OrvCPP::ISimulation&>(OrvCPP::OrvSystem::GetInstance())
+                        .SetCameraPlugged("GEV-21017", isPlugged));
+        const int expected = isPlugged ? before : before - 1;
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return viewer.list().model()->rowCount() == expected; }, 10000));
+        EXPECT_FALSE(viewer.view().hasImage());
+        EXPECT_EQ(viewer.rowWith(CameraAccess::Live), -1);
+    }
 }
 
 TEST(ViewerWindow, warnsOfWhatItsRealCamerasLack) {
     // Simulated cameras that count as real ones by the names of their transport layers.
-    const ChangedScenario changed({{"MRD_GEV", "GenICamGEV"}, {"MRD_U3V", "GenICamU3V"}});
+    QTemporaryFile file;
     CapturedLog log;
-    Viewer viewer(changed.source());
+    Viewer viewer(changedScenario(file, {{"MRD_GEV", "GenICamGEV"}, {"MRD_U3V", "GenICamU3V"}}));
     const auto cameras = realCameras(OrvCPP::OrvSystem::GetInstance());
     EXPECT_GT(cameras.gige, 0U);
     EXPECT_GT(cameras.usb, 0U);
-    const auto* shown = viewer.window().findChild<QLabel*>(QStringLiteral("labelStreamingWarning"));
+    const auto& shown = partOf<QLabel>(viewer.window(), "labelStreamingWarning");
     for (const auto& warning :
          {session::usbMemoryWarning(cameras, session::streamingMemory()),
           session::receiveBufferWarning(cameras, session::streamingMemory())}) {
         EXPECT_EQ(log.count("Warning:" + warning.value_or("")), warning ? 1 : 0);
-        EXPECT_THAT(shown->text().toStdString(), testing::HasSubstr(warning.value_or("")));
+        EXPECT_THAT(shown.text().toStdString(), testing::HasSubstr(warning.value_or("")));
     }
-    EXPECT_EQ(shown->isHidden(), shown->text().isEmpty());
+    EXPECT_EQ(shown.isHidden(), shown.text().isEmpty());
 }
 
 TEST(ViewerWindow, handsItsCameraOverAndTakesTheFlagBack) {
