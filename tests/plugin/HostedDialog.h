@@ -4,10 +4,7 @@
 #include "plugin/SpanletInterface.h"
 #include "tests/support/WidgetParts.h"
 
-#include <QApplication>
-#include <QDialog>
-#include <QPluginLoader>
-#include <QTimer>
+#include <QtWidgets>
 
 #include <functional>
 

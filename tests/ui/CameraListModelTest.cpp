@@ -195,15 +195,4 @@ TEST_F(CameraListModelTest, checksCamerasAndSetsTheBandwidthOfInterfaces) {
     EXPECT_TRUE(camera->opened);
 }
 
-TEST_F(CameraListModelTest, disablesTheRowsOfTheSelectedInterfaceInABenchmark) {
-    build({makeFake("eth0", gigE, "A"), makeFake("eth0", gigE, "B"), makeFake("eth1", gigE, "C")});
-    QSignalSpy changed(&m_model, &QAbstractItemModel::dataChanged);
-    m_model.onStartStopBenchmark(true);
-    ASSERT_EQ(changed.size(), 1);
-    EXPECT_EQ(changed[0][0].toModelIndex(), cell(0, 0, 0));
-    EXPECT_EQ(changed[0][1].toModelIndex(), cell(0, 1, 1));
-    EXPECT_TRUE(changed[0][2].value<QVector<int>>().contains(Qt::UserRole));
-    EXPECT_TRUE(m_model.flags(cell(1, 0)).testFlag(Qt::ItemIsEnabled));
-}
-
 } // namespace

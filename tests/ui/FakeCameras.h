@@ -101,7 +101,6 @@ public:
         m_camera->requested = requested;
         return m_camera->bandwidth;
     }
-    bool isTriggered() const override { return false; }
     std::string getWarningText() const override { return m_camera->warning; }
     void checkUsbSpeedLimit() const override {}
     void checkLinkSpeed(std::uint64_t) const override {}

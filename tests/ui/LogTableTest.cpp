@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/LogTable.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
-#include <QHeaderView>
 #include <QTest>
+#include <QtWidgets>
 #include <gtest/gtest.h>
 
 namespace {

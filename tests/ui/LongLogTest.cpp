@@ -1,11 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/LogMessageWidget.h"
 
-#include <QCoreApplication>
-#include <QHeaderView>
-#include <QScrollBar>
-#include <QStyledItemDelegate>
-#include <QTableWidget>
+#include <QtWidgets>
 #include <gtest/gtest.h>
 
 namespace {

@@ -2,7 +2,6 @@
 // The main dialog on cameras that it reaches over the network.
 #include "OrvCPP/OrvSystem.h"
 #include "engine/CameraHandler.h"
-#include "features/FeatureController.h"
 #include "session/SdkSession.h"
 #include "tests/support/FakeCameraProcess.h"
 #include "tests/support/OwnSettings.h"
@@ -13,16 +12,9 @@
 #include "ui/InterfaceSpeedWidget.h"
 #include "ui/SpanletDialog.h"
 
-#include <QAction>
-#include <QElapsedTimer>
-#include <QMenu>
-#include <QPushButton>
-#include <QSpinBox>
-#include <QTableWidget>
 #include <QTest>
-#include <QTimer>
-#include <QTreeView>
-#include <gmock/gmock.h>
+#include <QtWidgets>
+#include <gtest/gtest.h>
 
 #include <functional>
 #include <map>
@@ -67,7 +59,7 @@ private:
 /// The main dialog on three cameras, each of which has 3.2 MB/s to send.
 class RealCameras : public testing::Test {
 protected:
-    enum Column { FramesPerSecond = 2, Received = 4, Sent, Lost, Incomplete };
+    enum Column { Received = 4, Lost = 6 };
 
     RealCameras() {
         initResources();
@@ -104,10 +96,6 @@ protected:
     std::shared_ptr<CameraHandler> handler(int camera) const {
         return model().cameraHandler(row(camera));
     }
-    std::int64_t framesSent(int camera) const {
-        return std::get<std::int64_t>(
-            handler(camera)->getFeatureController()->getFeatureValue("Camera", "TestFramesSent"));
-    }
     static bool eventually(const std::function<bool()>& isSo) {
         return QTest::qWaitFor(isSo, 15000);
     }
@@ -135,26 +123,13 @@ protected:
     std::unique_ptr<SpanletDialog> dialog;
 };
 
-TEST_F(RealCameras, autoSetDividesTheInterfaceAndTheBenchmarkCountsWhatWasSent) {
+TEST_F(RealCameras, shareTheInterfaceByAutoSet) {
     ASSERT_EQ(rowCount(), cameraCount);
     overwriteMaximum(9);
     autoSet();
-    std::int64_t before[cameraCount];
     for (int i = 0; i < cameraCount; ++i) {
         EXPECT_EQ(handler(i)->getBandwidth(), 2'700'000) << "a third of what the margin leaves";
         EXPECT_EQ(handler(i)->getAutosetStatus(), AutosetStatus::BelowRequested);
-        before[i] = framesSent(i);
-    }
-    widget<QSpinBox>("spinBenchmark").setValue(2);
-    benchmarkButton().click();
-    EXPECT_TRUE(eventually([this] { return !benchmarkButton().isChecked(); }));
-    for (int i = 0; i < cameraCount; ++i) {
-        const std::int64_t sent = framesSent(i) - before[i];
-        EXPECT_NEAR(figure(i, Received), 75, 24) << "2.7 MB/s are 42 frames per second";
-        EXPECT_THAT(sent - figure(i, Received), testing::AnyOf(0, 1)) << "cut by the stop";
-        EXPECT_EQ(figure(i, Sent), figure(i, Received));
-        EXPECT_EQ(figure(i, Lost), 0);
-        EXPECT_EQ(figure(i, Incomplete), 0);
     }
 }
 
@@ -188,7 +163,6 @@ TEST_P(SilentCameras, holdUpTheWindowForSecondsOnly) {
          }},
         {"Benchmark",
          [this] {
-             benchmarkButton().click();
              benchmarkButton().click();
          }},
         {"AutoSet",

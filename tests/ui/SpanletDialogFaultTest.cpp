@@ -8,12 +8,8 @@
 #include "ui/CameraListModel.h"
 #include "ui/SpanletDialog.h"
 
-#include <QAction>
-#include <QComboBox>
-#include <QMenu>
-#include <QPushButton>
-#include <QSpinBox>
 #include <QTest>
+#include <QtWidgets>
 
 #include <algorithm>
 
@@ -47,21 +43,21 @@ protected:
     /// interface. Returns the number of calls made.
     std::uint64_t run(std::uint64_t failingCall) {
         closeCameras();
-        return m_cameras.callsOf([this] { useDialog(); }, failingCall);
-    }
-
-    void useDialog() {
-        button("buttonRefresh").click();
-        for (auto* slider : sliders()) {
-            QTest::keyClick(slider->findChild<QSpinBox*>(), Qt::Key_Down);
-            for (int i = 0; i < 2; ++i)
-                slider->findChild<QPushButton*>()->toggle();
-        }
-        auto& combo = partOf<QComboBox>(*m_dialog, "comboInterface");
-        for (int i = 0; i < combo.count(); ++i) {
-            combo.setCurrentIndex(i);
-            button("buttonAutoSet").menu()->actions().front()->trigger();
-        }
+        return m_cameras.callsOf(
+            [this] {
+                button("buttonRefresh").click();
+                for (auto* slider : sliders()) {
+                    QTest::keyClick(slider->findChild<QSpinBox*>(), Qt::Key_Down);
+                    for (int i = 0; i < 2; ++i)
+                        slider->findChild<QPushButton*>()->toggle();
+                }
+                auto& combo = partOf<QComboBox>(*m_dialog, "comboInterface");
+                for (int i = 0; i < combo.count(); ++i) {
+                    combo.setCurrentIndex(i);
+                    button("buttonAutoSet").menu()->actions().front()->trigger();
+                }
+            },
+            failingCall);
     }
 
     /// Cameras whose slider still sets them, and shows what they then have.

@@ -8,19 +8,8 @@
 #include "tests/ui/FakeCameras.h"
 #include "ui/SpanletDialog.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QCheckBox>
-#include <QFile>
-#include <QLabel>
-#include <QMenu>
-#include <QMessageBox>
-#include <QPushButton>
-#include <QRegularExpression>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QTest>
-#include <QTranslator>
+#include <QtWidgets>
 #include <gmock/gmock.h>
 
 namespace {
@@ -53,7 +42,6 @@ TEST_F(SupportDialogTest, showsThePageFromItsTop) {
     page.setAttribute(Qt::WA_DeleteOnClose, false);
     page.show();
     EXPECT_FALSE(page.windowFlags().testFlag(Qt::WindowContextHelpButtonHint));
-    EXPECT_EQ(page.minimumHeight(), 600);
     auto& label = partOf<QLabel>(page, "labelPage");
     EXPECT_TRUE(label.openExternalLinks());
     page.resize(400, 600);
@@ -113,21 +101,16 @@ TEST_F(SupportDialogTest, opensAfterTheMainDialogUntilItIsSwitchedOff) {
 TEST_F(SupportDialogTest, aboutTellsTheVersions) {
     switchOffHelpAtStart();
     start();
-    std::vector<std::string> boxes;
-    for (QAction* action : partOf<QPushButton>(*m_main, "buttonAbout").menu()->actions()) {
-        QTimer::singleShot(0, m_main.get(), [&] {
-            auto& box = dynamic_cast<QMessageBox&>(*QApplication::activeModalWidget());
-            boxes.push_back((box.windowTitle() + QLatin1Char(':') + box.text()).toStdString());
-            box.close();
-        });
-        action->trigger();
-    }
-    EXPECT_THAT(boxes,
-                testing::ElementsAre(
-                    testing::MatchesRegex(
-                        "About Orvia Spanlet:Spanlet is a Qt application using the OrvCPP API.\n\n"
-                        "Version: 1.0.0\nOrv API Version: 4.5.6\n\nCopyright.+"),
-                    testing::StartsWith("About Qt:")));
+    std::string text;
+    QTimer::singleShot(0, m_main.get(), [&text] {
+        auto& box = dynamic_cast<QMessageBox&>(*QApplication::activeModalWidget());
+        text = (box.windowTitle() + QLatin1Char(':') + box.text()).toStdString();
+        box.close();
+    });
+    partOf<QPushButton>(*m_main, "buttonAbout").menu()->actions().front()->trigger();
+    EXPECT_THAT(text, testing::StartsWith("About Orvia Spanlet:Spanlet is a Qt application using "
+                                          "the OrvCPP API.\n\nVersion: 1.0.0\n"
+                                          "Orv API Version: 4.5.6\n\nCopyright"));
 }
 
 } // namespace

@@ -1,17 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "viewer/SpanletLoader.h"
 
-#include <QDir>
-#include <QFile>
-#include <QLibraryInfo>
-#include <QTemporaryDir>
+#include <QtCore>
 #include <gmock/gmock.h>
 
 using viewer::SpanletLoader;
 
 namespace {
-
-const auto fakeSpanlet = QStringLiteral(FAKE_SPANLET_FILE);
 
 /// File name of a library on this system.
 QString library(const char* name) {
@@ -23,15 +18,6 @@ QString offscreenPlugin() {
     const QDir folder(QLibraryInfo::location(QLibraryInfo::PluginsPath) +
                       QStringLiteral("/platforms"));
     return folder.filePath(folder.entryList({QStringLiteral("*qoffscreen.*")}).value(0));
-}
-
-/// Offset of the processor type in a library; -1 when it cannot be read.
-qint64 machineOffset(QFile& file) {
-    if (file.read(2) != "MZ")
-        return 18;
-    // On Windows an older header comes first and has the offset of the other.
-    char offset = 0;
-    return file.seek(0x3c) && file.getChar(&offset) ? static_cast<unsigned char>(offset) + 4 : -1;
 }
 
 class SpanletLoaderTest : public testing::Test {
@@ -49,7 +35,7 @@ protected:
         return file.fileName();
     }
     /// A load must fail, and name the library with the reason.
-    void expectFault(const QString& path, const char* reason = "") {
+    void expectFault(const QString& path, const char* reason) {
         SpanletLoader loader(m_folder.path());
         EXPECT_EQ(loader.load(), nullptr);
         EXPECT_THAT(
@@ -76,22 +62,11 @@ TEST_F(SpanletLoaderTest, saysWhatIsWrongWithALibrary) {
                 "this plug-in has another version of the interface \"SpanletInterface\"");
 }
 
-TEST_F(SpanletLoaderTest, namesAPlugInThatDoesNotLoad) {
-    const QString path = add(fakeSpanlet, library("Spanlet"));
-    // The metadata stays readable; the dynamic linker finds nothing to load.
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    ASSERT_TRUE(file.seek(machineOffset(file)));
-    file.write("\xff\xfe", 2);
-    file.close();
-    expectFault(path);
-}
-
 TEST_F(SpanletLoaderTest, findsSpanletAmongOtherLibrariesAfterAFailure) {
     addText(library("a"));
     SpanletLoader loader(m_folder.path());
     EXPECT_EQ(loader.load(), nullptr);
-    add(fakeSpanlet, library("b"));
+    add(QStringLiteral(FAKE_SPANLET_FILE), library("b"));
     SpanletInterface* spanlet = loader.load();
     EXPECT_NE(spanlet, nullptr);
     EXPECT_EQ(loader.error(), QString());
