@@ -17,7 +17,6 @@ TEST(Acquisition, followsTheBandwidthWhileItRuns) {
     const auto receiver = std::make_shared<Receiver>(camera);
     const auto begin = std::chrono::steady_clock::now();
     ASSERT_EQ(start(*camera, receiver), OrvErrorSuccess);
-    EXPECT_EQ(set(*camera, "Width", std::int64_t{160}), OrvErrorInvalidAccess) << "while streaming";
     EXPECT_TRUE(eventually([&] { return receiver->count() >= 20; }));
     EXPECT_GE(secondsSince(begin), 0.18) << "frames do not come faster than the rate";
 
@@ -72,7 +71,7 @@ TEST(Link, carriesNoMoreThanItsSpeedAndLosesInProportion) {
         EXPECT_LE(static_cast<std::int64_t>(receivers[i]->ids().back()), sent);
         EXPECT_NEAR(static_cast<double>(delivered), static_cast<double>(sent) * (i < 2 ? share : 1),
                     2.5);
-        EXPECT_EQ(statistic(i, "StatFrameIncomplete"), receivers[i]->incomplete());
+        EXPECT_EQ(statistic(i, "StatFrameIncomplete"), receivers[i]->incomplete);
     }
     EXPECT_GT(statistic(0, "StatFrameIncomplete"), 0);
     EXPECT_EQ(statistic(2, "StatFrameDropped") + statistic(2, "StatFrameIncomplete"), 0);
@@ -89,7 +88,7 @@ TEST(Faults, loseTheSameFramesInEveryRun) {
         EXPECT_TRUE(eventually([&] { return receiver->count() >= 160; }));
         camera->StopContinuousImageAcquisition();
         auto ids = receiver->ids();
-        EXPECT_NEAR(receiver->incomplete(), static_cast<double>(ids.size()) * 0.3, 25);
+        EXPECT_NEAR(receiver->incomplete, static_cast<double>(ids.size()) * 0.3, 25);
         ids.resize(160);
         EXPECT_NEAR(static_cast<double>(ids.back()), 200, 30);
         runs.push_back(ids);
@@ -98,24 +97,22 @@ TEST(Faults, loseTheSameFramesInEveryRun) {
 }
 
 TEST(Trigger, startsFrames) {
-    const Running run(scenario(
-        gige("Soft", sensor(200) + R"(, "trigger": {"mode": "On", "source": "Software"})") + "," +
-        gige("Free", sensor(200) + R"(, "trigger": {"mode": "On", "source": "Freerun"})") + "," +
-        gige("Line",
-             sensor(200) + R"(, "trigger": {"mode": "On", "source": "Line1", "rate": 50})")));
-    const auto soft = openCamera("Soft");
+    const auto triggered = [](const char* source, const char* rate = "") {
+        return gige(source, sensor(200) + R"(, "trigger": {"mode": "On", "source": ")" + source +
+                                '"' + rate + "}");
+    };
+    const Running run(scenario(triggered("Software") + "," + triggered("Freerun") + "," +
+                               triggered("Line1", R"(, "rate": 50)")));
+    const auto soft = openCamera("Software");
     const auto receiver = std::make_shared<Receiver>(soft);
     ASSERT_EQ(start(*soft, receiver), OrvErrorSuccess);
-    for (const char* id : {"Free", "Line"}) {
+    for (const char* id : {"Freerun", "Line1"}) {
         const auto camera = openCamera(id);
         const auto other = std::make_shared<Receiver>(camera);
         const auto begin = std::chrono::steady_clock::now();
         ASSERT_EQ(start(*camera, other), OrvErrorSuccess);
         EXPECT_TRUE(eventually([&] { return other->count() >= 10; })) << id;
-        if (id == std::string("Line")) {
-            EXPECT_GE(secondsSince(begin), 0.18) << "50 triggers per second";
-        }
-        camera->StopContinuousImageAcquisition();
+        EXPECT_GE(secondsSince(begin), *id == 'L' ? 0.18 : 0) << "50 triggers per second";
     }
     EXPECT_EQ(receiver->count(), 0U);
     for (std::size_t i = 1; i <= 3; ++i) {
@@ -132,16 +129,14 @@ TEST(Image, movesFromFrameToFrame) {
     const auto receiver = std::make_shared<Receiver>(camera, true);
     ASSERT_EQ(start(*camera, receiver, 2), OrvErrorSuccess);
     EXPECT_TRUE(eventually([&] { return receiver->count() == 2; }));
-    const auto kept = receiver->takeKept();
-    const std::uint8_t* first = nullptr;
-    const std::uint8_t* second = nullptr;
-    ASSERT_EQ(kept[0]->GetImage(first), OrvErrorSuccess);
-    ASSERT_EQ(kept[1]->GetImage(second), OrvErrorSuccess);
-    std::uint32_t size = 0;
-    ASSERT_EQ(kept[0]->GetBufferSize(size), OrvErrorSuccess);
-    ASSERT_EQ(size, 320U * 200U);
-    EXPECT_FALSE(std::equal(first, first + size, second));
-    EXPECT_TRUE(std::equal(first + std::ptrdiff_t{4} * 320, first + size, second))
+    std::vector<std::string> images;
+    for (const auto& frame : receiver->takeKept()) {
+        const auto* const begin = ask(*frame, &Frame::GetImage);
+        images.emplace_back(begin, begin + ask(*frame, &Frame::GetBufferSize));
+    }
+    ASSERT_THAT(images, ElementsAre(SizeIs(320 * 200), SizeIs(320 * 200)));
+    EXPECT_NE(images[0], images[1]);
+    EXPECT_EQ(images[0].substr(4 * 320), images[1].substr(0, 196 * 320))
         << "the picture moves upwards by four rows";
 }
 

@@ -11,39 +11,33 @@ namespace {
 constexpr std::int64_t mono8Payload = 320 * 200;
 
 std::vector<std::shared_ptr<Feature>> features(const FeatureContainer& module) {
-    return list<Feature>([&](auto array, auto& count) { return module.GetFeatures(array, count); });
+    return list<Feature>(module, &FeatureContainer::GetFeatures);
+}
+
+/// Checks that the value is within its limits.
+template <typename T> T checkRange(const Feature& feature) {
+    T value{};
+    EXPECT_EQ(feature.GetValue(value), OrvErrorSuccess);
+    const auto [minimum, maximum] = range<T>(feature);
+    EXPECT_THAT(value, AllOf(Ge(minimum), Le(maximum)));
+    return value - minimum;
 }
 
 /// Checks the description, value and limits that every feature must have.
 void checkDescription(const Feature& feature) {
-    const std::string name = text(feature, &Feature::GetName);
-    SCOPED_TRACE(name);
+    SCOPED_TRACE(text(feature, &Feature::GetName));
     EXPECT_EQ(text(feature, &Feature::GetCategory).substr(0, 1), "/");
-    for (const auto& described :
-         {text(feature, &Feature::GetDisplayName), text(feature, &Feature::GetDescription),
-          text(feature, &Feature::GetToolTip)})
-        EXPECT_THAT(described, Not(AnyOf(IsEmpty(), StartsWith("error"))));
-    bool readable = false;
-    EXPECT_EQ(feature.IsReadable(readable), OrvErrorSuccess);
-    OrvFeatureDataType type = OrvFeatureDataUnknown;
-    EXPECT_EQ(feature.GetDataType(type), OrvErrorSuccess);
-    if (type == OrvFeatureDataInt && readable) {
-        std::int64_t value = 0;
-        std::int64_t minimum = 0;
-        std::int64_t maximum = 0;
+    for (const auto get :
+         {&Feature::GetDisplayName, &Feature::GetDescription, &Feature::GetToolTip})
+        EXPECT_THAT(text(feature, get), Not(AnyOf(IsEmpty(), StartsWith("error"))));
+    const bool isReadable = ask(feature, &Feature::IsReadable);
+    const OrvFeatureDataType type = ask(feature, &Feature::GetDataType);
+    if (type == OrvFeatureDataInt && isReadable) {
         std::int64_t increment = 0;
-        EXPECT_EQ(feature.GetValue(value), OrvErrorSuccess);
-        EXPECT_EQ(feature.GetRange(minimum, maximum), OrvErrorSuccess);
         EXPECT_EQ(feature.GetIncrement(increment), OrvErrorSuccess);
-        EXPECT_THAT(value, AllOf(Ge(minimum), Le(maximum)));
-        EXPECT_EQ((value - minimum) % increment, 0);
-    } else if (type == OrvFeatureDataFloat && readable) {
-        double value = 0;
-        double minimum = 0;
-        double maximum = 0;
-        EXPECT_EQ(feature.GetValue(value), OrvErrorSuccess);
-        EXPECT_EQ(feature.GetRange(minimum, maximum), OrvErrorSuccess);
-        EXPECT_THAT(value, AllOf(Ge(minimum), Le(maximum)));
+        EXPECT_EQ(checkRange<std::int64_t>(feature) % increment, 0);
+    } else if (type == OrvFeatureDataFloat && isReadable) {
+        checkRange<double>(feature);
     } else if (type == OrvFeatureDataEnum) {
         const std::string entry = text(feature, &Feature::GetValue);
         bool available = false;
@@ -58,35 +52,22 @@ TEST(Features, describeThemselvesInEveryModule) {
                  usb("U", 1, R"(, "bandwidth": {"feature": "StreamBytesPerSecond"})")));
     for (const char* id : {"G", "U"}) {
         const auto camera = openCamera(id);
-        std::shared_ptr<OrvCPP::TransportLayer> layer;
-        std::shared_ptr<OrvCPP::Interface> interface;
-        std::shared_ptr<OrvCPP::LocalDevice> device;
-        EXPECT_EQ(camera->GetTransportLayer(layer), OrvErrorSuccess);
-        EXPECT_EQ(camera->GetInterface(interface), OrvErrorSuccess);
-        EXPECT_EQ(camera->GetLocalDevice(device), OrvErrorSuccess);
-        const auto stream = sdk::stream(*camera);
+        const std::shared_ptr<FeatureContainer> modules[] = {
+            camera, ask(*camera, &Camera::GetTransportLayer), ask(*camera, &Camera::GetInterface),
+            ask(*camera, &Camera::GetLocalDevice), stream(*camera)};
         std::set<int> types;
         std::set<int> visibilities;
         std::set<std::string> representations;
-        for (const FeatureContainer* module :
-             {static_cast<const FeatureContainer*>(camera.get()),
-              static_cast<const FeatureContainer*>(layer.get()),
-              static_cast<const FeatureContainer*>(interface.get()),
-              static_cast<const FeatureContainer*>(device.get()),
-              static_cast<const FeatureContainer*>(stream.get())}) {
+        for (const auto& module : modules) {
             const auto all = features(*module);
-            const bool isCamera = module == camera.get();
+            const bool isCamera = module == camera;
             EXPECT_THAT(all, SizeIs(AllOf(Ge(isCamera ? 100U : 10U), Le(isCamera ? 200U : 30U))));
             std::set<std::string> names;
             for (const auto& feature : all) {
                 checkDescription(*feature);
                 names.insert(text(*feature, &Feature::GetName));
-                OrvFeatureDataType type = OrvFeatureDataUnknown;
-                OrvFeatureVisibilityType visibility = OrvFeatureVisibilityUnknown;
-                feature->GetDataType(type);
-                feature->GetVisibility(visibility);
-                types.insert(static_cast<int>(type));
-                visibilities.insert(visibility);
+                types.insert(static_cast<int>(ask(*feature, &Feature::GetDataType)));
+                visibilities.insert(static_cast<int>(ask(*feature, &Feature::GetVisibility)));
                 representations.insert(text(*feature, &Feature::GetRepresentation));
             }
             EXPECT_EQ(names.size(), all.size()) << "names are unique in a module";
@@ -102,21 +83,17 @@ TEST(Features, describeThemselvesInEveryModule) {
 }
 
 TEST(Features, areAsManyMoreAsTheScenarioAsksFor) {
-    constexpr std::uint32_t extra = 20'000;
     const Running run(scenario(gige("Usual") + "," + gige("Large", R"(, "extraFeatures": 20000)")));
     const auto camera = openCamera("Large");
     const auto all = features(*camera);
-    EXPECT_EQ(all.size(), features(*openCamera("Usual")).size() + extra);
+    EXPECT_EQ(all.size(), features(*openCamera("Usual")).size() + 20'000);
     for (std::size_t i = all.size() - 40; i < all.size(); ++i)
         checkDescription(*all[i]);
-
     EXPECT_EQ(get<double>(*camera, "Extra00005"), 2.5);
     EXPECT_EQ(get<std::int64_t>(*camera, "Extra00001"), 1);
-    EXPECT_EQ(getText(*camera, "Extra00002"), "Off");
     EXPECT_TRUE(get<bool>(*camera, "Extra19998"));
     EXPECT_EQ(getText(*camera, "Extra19999"), "Text 19999");
     EXPECT_EQ(set(*camera, "Extra00002", "On"), OrvErrorSuccess);
-    EXPECT_EQ(getText(*camera, "Extra00002"), "On");
     EXPECT_EQ(set(*camera, "Extra00007", "On"), OrvErrorInvalidAccess) << "read-only";
 }
 
@@ -126,35 +103,21 @@ TEST(Features, answerTheSdksCodes) {
     EXPECT_EQ(set(*camera, "Gain", 0.25), OrvErrorInvalidValue) << "between two increments";
     EXPECT_EQ(set(*camera, "Gain", 0.3), OrvErrorSuccess) << "2.9999999999999996 increments";
     EXPECT_EQ(set(*camera, "PixelFormat", "RGB8"), OrvErrorInvalidValue) << "not available";
-    EXPECT_EQ(set(*camera, "BinningVertical", std::int64_t{3}), OrvErrorInvalidValue)
-        << "value set";
     EXPECT_EQ(getText(*camera, "DeviceUnlockCode"), "error -6") << "write-only";
     EXPECT_EQ(set(*camera, "DeviceUnlockCode", "1234"), OrvErrorSuccess);
     EXPECT_EQ(set(*camera, "DeviceUserID", std::string(65, 'x').c_str()), OrvErrorInvalidValue);
-    bool hasIncrement = true;
-    EXPECT_EQ(feature(*camera, "ExposureTime")->HasIncrement(hasIncrement), OrvErrorSuccess);
-    EXPECT_FALSE(hasIncrement);
+    EXPECT_FALSE(ask(*feature(*camera, "ExposureTime"), &Feature::HasIncrement));
+    EXPECT_EQ(set(*camera, "BinningVertical", std::int64_t{3}), OrvErrorInvalidValue);
     std::vector<std::int64_t> values(3);
     std::uint32_t count = 3;
     EXPECT_EQ(feature(*camera, "BinningVertical")->GetValidValueSet(values.data(), count),
               OrvErrorSuccess);
     EXPECT_THAT(values, ElementsAre(1, 2, 4));
-}
-
-TEST(Features, answerListsAndRegistersInTwoCalls) {
-    const Running run(scenario(gige("A")));
-    const auto camera = openCamera("A");
-    const auto mode = feature(*camera, "TriggerMode");
-    const char* entries[1];
-    std::uint32_t count = 1;
-    EXPECT_EQ(mode->GetValues(entries, count), OrvErrorMoreData);
-    EXPECT_EQ(count, 2U);
 
     const auto table = feature(*camera, "LUTValueAll");
     std::uint32_t size = 0;
     std::uint32_t filled = 7;
-    std::uint8_t* nothing = nullptr;
-    EXPECT_EQ(table->GetValue(nothing, size, filled), OrvErrorSuccess);
+    EXPECT_EQ(table->GetValue(nullptr, size, filled), OrvErrorSuccess);
     EXPECT_EQ(size, 256U);
     std::vector<std::uint8_t> bytes(size, 9);
     EXPECT_EQ(table->SetValue(bytes.data(), size), OrvErrorSuccess);
@@ -174,10 +137,8 @@ TEST(Features, keepAValueForEachEntryOfTheirSelector) {
     EXPECT_EQ(getText(*camera, "LineMode"), "Input");
     EXPECT_EQ(set(*camera, "LineSelector", std::int64_t{1}), OrvErrorSuccess);
     EXPECT_EQ(getText(*camera, "LineMode"), "Output");
-    const auto selected = list<Feature>([&](auto array, auto& count) {
-        return feature(*camera, "LineSelector")->GetSelectedFeatures(array, count);
-    });
-    EXPECT_THAT(selected, SizeIs(5));
+    const auto selector = feature(*camera, "LineSelector");
+    EXPECT_THAT(list<Feature>(*selector, &Feature::GetSelectedFeatures), SizeIs(5));
 }
 
 TEST(FrameRate, isTheLeastOfItsFourLimits) {
@@ -209,19 +170,14 @@ TEST(FrameRate, followsTheImageFormat) {
         "A", sensor(1000) + R"(, "bandwidth": {"feature": "StreamBytesPerSecond", "minimum": 64000,
                                               "increment": 1000, "value": 1280000})")));
     const auto camera = openCamera("A");
-    const auto payload = [&] {
-        return get<std::int64_t>(*camera, "PayloadSize");
-    };
     const auto rate = [&] {
         return get<double>(*camera, "AcquisitionFrameRate");
     };
-    EXPECT_EQ(payload(), mono8Payload);
     EXPECT_DOUBLE_EQ(rate(), 20);
     EXPECT_EQ(set(*camera, "PixelFormat", "Mono12p"), OrvErrorSuccess);
     EXPECT_EQ(getText(*camera, "PixelSize"), "Bpp12");
-    EXPECT_EQ(payload(), mono8Payload * 3 / 2);
     EXPECT_EQ(set(*camera, "Width", std::int64_t{160}), OrvErrorSuccess);
-    EXPECT_EQ(payload(), mono8Payload * 3 / 4);
+    EXPECT_EQ(get<std::int64_t>(*camera, "PayloadSize"), mono8Payload * 3 / 4);
     EXPECT_NEAR(rate(), 20 * 4 / 3.0, 1e-9);
     EXPECT_EQ(set(*camera, "BinningVertical", std::int64_t{2}), OrvErrorSuccess);
     EXPECT_EQ(get<std::int64_t>(*camera, "Height"), 100) << "binning shrinks the region";
@@ -246,26 +202,33 @@ TEST(FrameRate, hasTheFeaturesOfTheScenario) {
 
 TEST(Commands, takeTheirTimeThenTakeEffect) {
     const Running run(
-        scenario(gige("A", R"(, "stream": {"maximumPacketSize": 8000, "adjustMilliseconds": 50},
-                       "faults": {"stuckCommands": ["DeviceReset"]})")));
+        scenario(gige("A", R"(, "stream": {"maximumPacketSize": 8000, "adjustMilliseconds": 50})") +
+                 "," + gige("Stuck", R"(, "faults": {"stuckCommands": ["DeviceReset"]})")));
+    const auto stuck = feature(*openCamera("Stuck"), "DeviceReset");
+    EXPECT_EQ(stuck->RunCommand(), OrvErrorSuccess);
     const auto camera = openCamera("A");
     const auto stream = sdk::stream(*camera);
     EXPECT_EQ(getText(*stream, "GVSPDriver"), "Filter");
     EXPECT_EQ(get<std::int64_t>(*stream, "GVSPPacketSize"), 1500);
-    const auto isDone = [](const FeatureContainer& module, const char* name) {
-        bool done = false;
-        EXPECT_EQ(feature(module, name)->IsCommandDone(done), OrvErrorSuccess);
-        return done;
-    };
+    const auto adjust = feature(*stream, "GVSPAdjustPacketSize");
     const auto begin = std::chrono::steady_clock::now();
-    EXPECT_EQ(feature(*stream, "GVSPAdjustPacketSize")->RunCommand(), OrvErrorSuccess);
-    EXPECT_TRUE(eventually([&] { return isDone(*stream, "GVSPAdjustPacketSize"); }));
+    EXPECT_EQ(adjust->RunCommand(), OrvErrorSuccess);
+    EXPECT_TRUE(eventually([&] { return ask(*adjust, &Feature::IsCommandDone); }));
     EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(50));
     EXPECT_EQ(get<std::int64_t>(*stream, "GVSPPacketSize"), 8000);
 
-    EXPECT_EQ(feature(*camera, "DeviceReset")->RunCommand(), OrvErrorSuccess);
-    std::this_thread::sleep_for(std::chrono::milliseconds(150));
-    EXPECT_FALSE(isDone(*camera, "DeviceReset"));
+    EXPECT_EQ(set(*camera, "Width", std::int64_t{640}), OrvErrorSuccess);
+    std::int64_t width = 0;
+    const auto observer = std::make_shared<MockFeatureObserver>();
+    EXPECT_CALL(*observer, FeatureChanged).WillRepeatedly([&](const auto& changed) {
+        EXPECT_EQ(changed->GetValue(width), OrvErrorSuccess);
+    });
+    EXPECT_EQ(feature(*camera, "Width")->RegisterObserver(observer), OrvErrorSuccess);
+    const auto reset = feature(*camera, "DeviceReset");
+    EXPECT_EQ(reset->RunCommand(), OrvErrorSuccess);
+    EXPECT_TRUE(eventually([&] { return ask(*reset, &Feature::IsCommandDone); }));
+    EXPECT_EQ(width, 1920) << "observers are told when the command is done";
+    EXPECT_FALSE(ask(*stuck, &Feature::IsCommandDone));
 }
 
 TEST(Commands, keepTheSizeOfFramesDuringAnAcquisition) {
@@ -275,8 +238,7 @@ TEST(Commands, keepTheSizeOfFramesDuringAnAcquisition) {
     const auto reset = feature(*camera, "DeviceReset");
     EXPECT_EQ(reset->RunCommand(), OrvErrorSuccess);
     ASSERT_EQ(start(*camera, std::make_shared<Receiver>(camera)), OrvErrorSuccess);
-    bool done = false;
-    EXPECT_TRUE(eventually([&] { return !reset->IsCommandDone(done) && done; }));
+    EXPECT_TRUE(eventually([&] { return ask(*reset, &Feature::IsCommandDone); }));
     EXPECT_EQ(get<std::int64_t>(*camera, "Width"), 640);
 }
 
@@ -292,28 +254,6 @@ TEST(Faults, makeAFeatureAnswerItsCode) {
     EXPECT_EQ(feature(*camera, "Width")->GetValue(width), -12);
     EXPECT_EQ(set(*camera, "Width", std::int64_t{640}), OrvErrorSuccess);
     EXPECT_EQ(getText(*stream(*camera), "GVSPDriver"), "error -3");
-}
-
-class WidthObserver : public OrvCPP::IFeatureObserver {
-public:
-    void FeatureChanged(const std::shared_ptr<Feature>& feature) override {
-        EXPECT_EQ(feature->GetValue(width), OrvErrorSuccess);
-    }
-    std::int64_t width = 0;
-};
-
-TEST(FeatureObservers, areToldWhenACommandIsDone) {
-    const Running run(scenario(gige("A")));
-    const auto camera = openCamera("A");
-    const auto width = feature(*camera, "Width");
-    EXPECT_EQ(set(*camera, "Width", std::int64_t{640}), OrvErrorSuccess);
-    const auto observer = std::make_shared<WidthObserver>();
-    EXPECT_EQ(width->RegisterObserver(observer), OrvErrorSuccess);
-    const auto reset = feature(*camera, "DeviceReset");
-    EXPECT_EQ(reset->RunCommand(), OrvErrorSuccess);
-    bool done = false;
-    EXPECT_TRUE(eventually([&] { return !reset->IsCommandDone(done) && done; }));
-    EXPECT_EQ(observer->width, 1920);
 }
 
 TEST(Memory, holdsTheIdentity) {

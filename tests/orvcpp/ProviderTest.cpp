@@ -3,7 +3,7 @@
 #include "tests/orvcpp/SdkFixture.h"
 
 #include <future>
-#include <map>
+#include <set>
 
 /// What every provider of cameras owes its users.
 namespace {
@@ -19,13 +19,8 @@ protected:
     }
 
     void open() const { ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess); }
-    unsigned permitted() const {
-        OrvAccessModeType modes = OrvAccessModeUnknown;
-        EXPECT_EQ(camera->GetPermittedAccess(modes), OrvErrorSuccess);
-        return modes;
-    }
-    std::string id(bool extended) const {
-        return text([&](char* b, auto& n) { return camera->GetID(b, n, extended); });
+    bool isFree() const {
+        return (ask(*camera, &Camera::GetPermittedAccess) & OrvAccessModeFull) != 0;
     }
 
     std::unique_ptr<ProvidedCamera> provided = GetParam().start();
@@ -33,45 +28,34 @@ protected:
 };
 
 TEST_P(ProviderTest, findsTheCameraByIdAndListsItOnItsInterfaceAndLayer) {
-    const auto lists = [this](const auto& object) {
-        return list<Camera>([&](auto a, auto& n) { return object->GetCameras(a, n); }) ==
-               std::vector{camera};
-    };
-    EXPECT_EQ(sdk::camera(id(false)), camera);
-    EXPECT_EQ(sdk::camera(id(true)), camera);
-    EXPECT_NE(id(true), id(false));
-    std::shared_ptr<OrvCPP::Interface> interface;
-    ASSERT_EQ(camera->GetInterface(interface), OrvErrorSuccess);
-    EXPECT_TRUE(lists(interface));
-    std::shared_ptr<OrvCPP::Interface> sameInterface;
-    const std::string interfaceId = text(*interface, &OrvCPP::Interface::GetID);
+    using OrvCPP::Interface;
+    using OrvCPP::TransportLayer;
+    EXPECT_EQ(sdk::camera(id(*camera)), camera);
+    EXPECT_EQ(sdk::camera(id(*camera, true)), camera);
+    EXPECT_NE(id(*camera, true), id(*camera));
+    const auto interface = ask(*camera, &Camera::GetInterface);
+    const auto layer = ask(*camera, &Camera::GetTransportLayer);
+    EXPECT_EQ(ask(*interface, &Interface::GetTransportLayer), layer);
+    EXPECT_THAT(list<Camera>(*interface, &Interface::GetCameras), ElementsAre(camera));
+    EXPECT_THAT(list<Camera>(*layer, &TransportLayer::GetCameras), ElementsAre(camera));
+    EXPECT_THAT(list<Interface>(*layer, &TransportLayer::GetInterfaces), Contains(interface));
+    EXPECT_EQ(text(*layer, &TransportLayer::GetVendor), "Meridane Technologies");
+    EXPECT_THAT(text(*layer, &TransportLayer::GetName), HasSubstr("MRD"));
+    const auto type =
+        GetParam().firstFrameId == 1 ? OrvTransportLayerTypeGEV : OrvTransportLayerTypeU3V;
+    EXPECT_EQ(ask(*layer, &TransportLayer::GetType), type);
+    EXPECT_EQ(ask(*interface, &Interface::GetType), type);
+    EXPECT_EQ(ask(*camera, &Camera::GetInterfaceType), type);
+
+    std::shared_ptr<Interface> sameInterface;
+    const std::string interfaceId = text(*interface, &Interface::GetID);
     EXPECT_EQ(system().GetInterfaceByID(interfaceId.c_str(), sameInterface), OrvErrorSuccess);
     EXPECT_EQ(sameInterface, interface);
-
-    std::shared_ptr<OrvCPP::TransportLayer> layer;
-    std::shared_ptr<OrvCPP::TransportLayer> interfaceLayer;
-    ASSERT_EQ(camera->GetTransportLayer(layer), OrvErrorSuccess);
-    EXPECT_EQ(interface->GetTransportLayer(interfaceLayer), OrvErrorSuccess);
-    EXPECT_EQ(interfaceLayer, layer);
-    EXPECT_TRUE(lists(layer));
-    EXPECT_THAT(
-        list<OrvCPP::Interface>([&](auto a, auto& n) { return layer->GetInterfaces(a, n); }),
-        Contains(interface));
-    EXPECT_EQ(text(*layer, &OrvCPP::TransportLayer::GetVendor), "Meridane Technologies");
-    EXPECT_THAT(text(*layer, &OrvCPP::TransportLayer::GetName), HasSubstr("MRD"));
-    OrvTransportLayerType type = OrvTransportLayerTypeUnknown;
-    OrvTransportLayerType expected =
-        GetParam().firstFrameId == 1 ? OrvTransportLayerTypeGEV : OrvTransportLayerTypeU3V;
-    EXPECT_EQ(layer->GetType(type), OrvErrorSuccess);
-    EXPECT_EQ(type, expected);
-    EXPECT_EQ(interface->GetType(type), OrvErrorSuccess);
-    EXPECT_EQ(type, expected);
-    EXPECT_EQ(camera->GetInterfaceType(type), OrvErrorSuccess);
-    EXPECT_EQ(type, expected);
-
-    const std::string layerId = text(*layer, &OrvCPP::TransportLayer::GetID);
-    EXPECT_EQ(system().GetTransportLayerByID(layerId.c_str(), interfaceLayer), OrvErrorSuccess);
-    EXPECT_EQ(system().GetTransportLayerByID("X", layer), OrvErrorNotFound);
+    std::shared_ptr<TransportLayer> sameLayer;
+    const std::string layerId = text(*layer, &TransportLayer::GetID);
+    EXPECT_EQ(system().GetTransportLayerByID(layerId.c_str(), sameLayer), OrvErrorSuccess);
+    EXPECT_EQ(sameLayer, layer);
+    EXPECT_EQ(system().GetTransportLayerByID("X", sameLayer), OrvErrorNotFound);
     EXPECT_EQ(system().GetCameraByID("X", camera), OrvErrorNotFound);
     std::shared_ptr<Camera> array[1];
     std::uint32_t count = 0;
@@ -80,22 +64,20 @@ TEST_P(ProviderTest, findsTheCameraByIdAndListsItOnItsInterfaceAndLayer) {
 }
 
 TEST_P(ProviderTest, opensTheCameraOnceAtATime) {
-    EXPECT_NE(permitted() & OrvAccessModeFull, 0U);
+    EXPECT_TRUE(isFree());
     EXPECT_EQ(camera->Open(OrvAccessModeNone), OrvErrorBadParameter);
     EXPECT_EQ(camera->Close(), OrvErrorDeviceNotOpen);
     open();
-    EXPECT_EQ(permitted() & OrvAccessModeFull, 0U);
+    EXPECT_FALSE(isFree());
     EXPECT_EQ(camera->Open(OrvAccessModeFull), OrvErrorInvalidAccess);
     EXPECT_EQ(camera->Open(OrvAccessModeRead), OrvErrorInvalidAccess);
     EXPECT_EQ(camera->Close(), OrvErrorSuccess);
-    EXPECT_NE(permitted() & OrvAccessModeFull, 0U);
+    EXPECT_TRUE(isFree());
 
     ASSERT_EQ(camera->Open(OrvAccessModeRead), OrvErrorSuccess);
     const auto width = feature(*camera, "Width");
-    bool writable = true;
     EXPECT_EQ(get<std::int64_t>(*camera, "Width"), 320);
-    EXPECT_EQ(width->IsWritable(writable), OrvErrorSuccess);
-    EXPECT_FALSE(writable);
+    EXPECT_FALSE(ask(*width, &Feature::IsWritable));
     EXPECT_EQ(width->SetValue(std::int64_t{160}), OrvErrorInvalidAccess);
     EXPECT_EQ(start(*camera, std::make_shared<Receiver>(camera)), OrvErrorInvalidAccess);
 }
@@ -119,9 +101,7 @@ TEST_P(ProviderTest, answersNotOpenForAClosedCamera) {
     const auto stream = sdk::stream(*camera);
     EXPECT_EQ(stream->Open(), OrvErrorAlreadyDone);
     EXPECT_EQ(stream->StartCapture(), OrvErrorNotSupported);
-    std::uint32_t alignment = 0;
-    EXPECT_EQ(stream->GetStreamBufferAlignment(alignment), OrvErrorSuccess);
-    EXPECT_GT(alignment, 0U);
+    EXPECT_GT(ask(*stream, &OrvCPP::Stream::GetStreamBufferAlignment), 0U);
     EXPECT_EQ(camera->Close(), OrvErrorSuccess);
     expectClosed();
     std::int64_t value = 0;
@@ -141,9 +121,7 @@ TEST_P(ProviderTest, refusesWrongFeatureAccessWithTheRightCode) {
     EXPECT_EQ(set(*camera, "Width", std::int64_t{160}), OrvErrorSuccess);
     EXPECT_EQ(get<std::int64_t>(*camera, "Width"), 160);
     EXPECT_EQ(get<std::int64_t>(*camera, "PayloadSize"), 160 * 200);
-    std::int64_t minimum = 0;
-    std::int64_t maximum = 0;
-    EXPECT_EQ(width->GetRange(minimum, maximum), OrvErrorSuccess);
+    const auto [minimum, maximum] = range<std::int64_t>(*width);
     EXPECT_EQ(maximum, get<std::int64_t>(*camera, "SensorWidth"));
     EXPECT_EQ(width->SetValue(maximum + 16), OrvErrorInvalidValue);
     EXPECT_EQ(width->SetValue(minimum - 16), OrvErrorInvalidValue);
@@ -158,27 +136,21 @@ TEST_P(ProviderTest, refusesWrongFeatureAccessWithTheRightCode) {
     EXPECT_EQ(count, 5U) << "Mono8";
 }
 
-class FeatureObserver : public OrvCPP::IFeatureObserver {
-public:
-    void FeatureChanged(const std::shared_ptr<Feature>& feature) override {
-        changed.push_back(text(*feature, &Feature::GetName));
-    }
-    std::vector<std::string> changed;
-};
-
 TEST_P(ProviderTest, tellsFeatureObserversUntilTheCameraIsClosed) {
     open();
-    const auto observer = std::make_shared<FeatureObserver>();
     const auto payload = feature(*camera, "PayloadSize");
+    const auto observer = std::make_shared<MockFeatureObserver>();
+    const auto name = [](const auto& changed) {
+        return text(*changed, &Feature::GetName);
+    };
+    EXPECT_CALL(*observer, FeatureChanged(ResultOf(name, "PayloadSize"))).Times(1);
     EXPECT_EQ(payload->RegisterObserver(nullptr), OrvErrorBadParameter);
     EXPECT_EQ(payload->RegisterObserver(observer), OrvErrorSuccess);
     EXPECT_EQ(payload->RegisterObserver(observer), OrvErrorAlreadyDone);
     EXPECT_EQ(set(*camera, "Width", std::int64_t{160}), OrvErrorSuccess);
-    EXPECT_THAT(observer->changed, ElementsAre("PayloadSize"));
     EXPECT_EQ(payload->UnregisterObserver(observer), OrvErrorSuccess);
     EXPECT_EQ(payload->UnregisterObserver(observer), OrvErrorNotFound);
     EXPECT_EQ(set(*camera, "Width", std::int64_t{320}), OrvErrorSuccess);
-    EXPECT_THAT(observer->changed, SizeIs(1));
     const auto grabbing = feature(*sdk::stream(*camera), "StreamIsGrabbing");
     EXPECT_EQ(grabbing->RegisterObserver(observer), OrvErrorSuccess);
     EXPECT_EQ(payload->RegisterObserver(observer), OrvErrorSuccess);
@@ -199,7 +171,7 @@ TEST_P(ProviderTest, numbersFramesWithoutAGapFromTheFirstIdInEveryAcquisition) {
         EXPECT_TRUE(eventually([&] { return receiver->count() >= 15; }));
         ASSERT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
         EXPECT_TRUE(isGapless(receiver->ids(), GetParam().firstFrameId)) << "round " << round;
-        EXPECT_EQ(receiver->incomplete(), 0);
+        EXPECT_EQ(receiver->incomplete, 0);
         EXPECT_EQ(get<std::int64_t>(*sdk::stream(*camera), "StatFrameDelivered"),
                   static_cast<std::int64_t>(receiver->count()));
     }
@@ -236,98 +208,66 @@ TEST_P(ProviderTest, losesFramesWhileTheReceiverHoldsAllBuffers) {
     EXPECT_EQ(kept[2]->GetImage(image), OrvErrorSuccess) << "the image outlives the acquisition";
 }
 
-/// Records what a frame and the SDK answer inside the callback, which returns when released.
-class Inspector : public OrvCPP::IFrameObserver {
-public:
-    explicit Inspector(std::shared_ptr<Camera> camera) : m_camera(std::move(camera)) {}
-
-    void FrameReceived(const std::shared_ptr<Frame>& frame) override {
-        if (std::exchange(m_hasInspected, true))
-            return;
-        frame->GetReceiveStatus(status);
-        frame->GetBufferSize(size);
-        frame->GetWidth(width);
-        frame->GetHeight(height);
-        frame->GetPixelFormat(format);
-        refused = {m_camera->StopContinuousImageAcquisition(), m_camera->Close(),
-                   m_camera->Open(OrvAccessModeFull), start(*m_camera, nullptr),
-                   system().Shutdown()};
-        featureWidth = get<std::int64_t>(*m_camera, "Width");
-        queued = m_camera->QueueFrame(frame);
-        queuedTwice = m_camera->QueueFrame(frame);
-        entered.set_value();
-        release.get_future().wait();
-        left = true;
-    }
-
-    OrvFrameStatusType status = OrvFrameStatusInvalid;
-    std::uint32_t size = 0;
-    std::uint32_t width = 0;
-    std::uint32_t height = 0;
-    OrvPixelFormatType format{};
-    std::vector<OrvErrorType> refused;
-    std::int64_t featureWidth = 0;
-    OrvErrorType queued = OrvErrorUnknown;
-    OrvErrorType queuedTwice = OrvErrorUnknown;
+TEST_P(ProviderTest, describesFramesAndWaitsForTheCallbackWhenItStops) {
+    open();
     std::promise<void> entered;
     std::promise<void> release;
     std::atomic<bool> left{false};
-
-private:
-    const std::shared_ptr<Camera> m_camera;
-    bool m_hasInspected = false;
-};
-
-TEST_P(ProviderTest, describesFramesAndWaitsForTheCallbackWhenItStops) {
-    open();
-    const auto inspector = std::make_shared<Inspector>(camera);
-    ASSERT_EQ(start(*camera, inspector), OrvErrorSuccess);
-    inspector->entered.get_future().wait();
-    EXPECT_EQ(inspector->status, OrvFrameStatusComplete);
-    EXPECT_EQ(inspector->size, 320U * 200);
-    EXPECT_EQ(inspector->width, 320U);
-    EXPECT_EQ(inspector->height, 200U);
-    EXPECT_EQ(inspector->format, OrvPixelFormatMono8);
-    EXPECT_THAT(inspector->refused, Each(OrvErrorInvalidCall));
-    EXPECT_EQ(inspector->featureWidth, 320);
-    EXPECT_EQ(inspector->queued, OrvErrorSuccess);
-    EXPECT_EQ(inspector->queuedTwice, OrvErrorInUse);
+    const auto observer = std::make_shared<NiceMock<MockFrameObserver>>();
+    EXPECT_CALL(*observer, FrameReceived)
+        .WillOnce([&](const auto& frame) {
+            EXPECT_EQ(ask(*frame, &Frame::GetReceiveStatus), OrvFrameStatusComplete);
+            EXPECT_EQ(ask(*frame, &Frame::GetBufferSize), 320U * 200);
+            EXPECT_EQ(ask(*frame, &Frame::GetWidth), 320U);
+            EXPECT_EQ(ask(*frame, &Frame::GetHeight), 200U);
+            EXPECT_EQ(ask(*frame, &Frame::GetPixelFormat), OrvPixelFormatMono8);
+            EXPECT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorInvalidCall);
+            EXPECT_EQ(camera->Close(), OrvErrorInvalidCall);
+            EXPECT_EQ(camera->Open(OrvAccessModeFull), OrvErrorInvalidCall);
+            EXPECT_EQ(start(*camera, nullptr), OrvErrorInvalidCall);
+            EXPECT_EQ(system().Shutdown(), OrvErrorInvalidCall);
+            EXPECT_EQ(get<std::int64_t>(*camera, "Width"), 320);
+            EXPECT_EQ(camera->QueueFrame(frame), OrvErrorSuccess);
+            EXPECT_EQ(camera->QueueFrame(frame), OrvErrorInUse);
+            entered.set_value();
+            release.get_future().wait();
+            left = true;
+        })
+        .WillRepeatedly(Return());
+    ASSERT_EQ(start(*camera, observer), OrvErrorSuccess);
+    entered.get_future().wait();
     auto stopping = std::async(std::launch::async, [&] {
         const OrvErrorType error = camera->StopContinuousImageAcquisition();
-        return std::pair(error, inspector->left.load());
+        return std::pair(error, left.load());
     });
     EXPECT_EQ(stopping.wait_for(std::chrono::milliseconds(30)), std::future_status::timeout);
-    inspector->release.set_value();
+    release.set_value();
     EXPECT_EQ(stopping.get(), std::pair(OrvErrorType{OrvErrorSuccess}, true));
 }
 
+/// Counts what it is told of a camera.
 class ListObserver : public OrvCPP::ICameraListObserver {
 public:
     void CameraListChanged(const std::shared_ptr<Camera>& camera,
                            OrvUpdateTriggerType reason) override {
-        shutdownAnswer = system().Shutdown();
+        EXPECT_EQ(system().Shutdown(), OrvErrorInvalidCall);
         const std::lock_guard lock(m_mutex);
-        m_cameras[reason].push_back(camera);
+        m_told.emplace(camera, reason);
     }
-    std::vector<std::shared_ptr<Camera>> cameras(OrvUpdateTriggerType reason) {
+    std::size_t count(const std::shared_ptr<Camera>& camera, OrvUpdateTriggerType reason) {
         const std::lock_guard lock(m_mutex);
-        return m_cameras[reason];
+        return m_told.count({camera, reason});
     }
-    void clear() {
-        const std::lock_guard lock(m_mutex);
-        m_cameras.clear();
-    }
-    std::atomic<int> shutdownAnswer{0};
 
 private:
     std::mutex m_mutex;
-    std::map<OrvUpdateTriggerType, std::vector<std::shared_ptr<Camera>>> m_cameras;
+    std::multiset<std::pair<std::shared_ptr<Camera>, OrvUpdateTriggerType>> m_told;
 };
 
 TEST_P(ProviderTest, tellsThatAStreamingCameraGoesAndReopensItWhenItIsBack) {
     const auto observer = std::make_shared<ListObserver>();
-    const auto isTold = [&](OrvUpdateTriggerType reason) {
-        return eventually([&] { return observer->cameras(reason) == std::vector{camera}; });
+    const auto isTold = [&](OrvUpdateTriggerType reason, std::size_t times = 1) {
+        return eventually([&] { return observer->count(camera, reason) == times; });
     };
     EXPECT_EQ(system().RegisterCameraListObserver(nullptr), OrvErrorBadParameter);
     EXPECT_EQ(system().RegisterCameraListObserver(observer), OrvErrorSuccess);
@@ -335,7 +275,7 @@ TEST_P(ProviderTest, tellsThatAStreamingCameraGoesAndReopensItWhenItIsBack) {
     open();
     EXPECT_TRUE(isTold(OrvUpdateTriggerOpenStateChanged));
     // The first search may have told of the camera after the observer was registered.
-    observer->clear();
+    const std::size_t before = observer->count(camera, OrvUpdateTriggerPluggedIn);
     const auto width = feature(*camera, "Width");
     EXPECT_EQ(set(*camera, "Width", std::int64_t{160}), OrvErrorSuccess);
     const auto receiver = std::make_shared<Receiver>(camera);
@@ -346,13 +286,12 @@ TEST_P(ProviderTest, tellsThatAStreamingCameraGoesAndReopensItWhenItIsBack) {
     provided->unplug();
     EXPECT_TRUE(isTold(OrvUpdateTriggerPluggedOut));
     EXPECT_LT(std::chrono::steady_clock::now() - unplugged, std::chrono::seconds(3));
-    EXPECT_EQ(observer->shutdownAnswer, OrvErrorInvalidCall);
     EXPECT_THAT(cameras(), IsEmpty());
     std::int64_t value = 0;
     EXPECT_EQ(width->GetValue(value), OrvErrorNotFound);
 
     provided->plug();
-    EXPECT_TRUE(isTold(OrvUpdateTriggerPluggedIn));
+    EXPECT_TRUE(isTold(OrvUpdateTriggerPluggedIn, before + 1));
     EXPECT_THAT(cameras(), ElementsAre(camera));
     EXPECT_EQ(width->GetValue(value), OrvErrorNotFound) << "of the lost connection";
     EXPECT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);

@@ -1,102 +1,89 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/orvcpp/SdkFixture.h"
 
-#include <algorithm>
-#include <cstring>
+#include <utility>
 
 using namespace testing;
 using namespace sdk;
 
 namespace {
 
-struct Malformed {
-    const char* name;
-    std::string contents;
-    /// Parts of the message: place and expectation; what was found.
-    const char* message;
-    const char* found = "";
-};
-
-void PrintTo(const Malformed& row, std::ostream* out) {
-    *out << row.name;
-}
-
-class MalformedScenario : public TestWithParam<Malformed> {};
-
-TEST_P(MalformedScenario, namesFilePlaceAndExpectationAndStartsNothing) {
-    EXPECT_EQ(startWith(GetParam().contents), OrvErrorBadParameter);
-    const std::string message = startupError();
-    EXPECT_THAT(message, HasSubstr("scenario.json: "));
-    EXPECT_THAT(message, AllOf(HasSubstr(GetParam().message), HasSubstr(GetParam().found)));
-    std::uint32_t count = 0;
-    EXPECT_EQ(system().GetCameras(nullptr, count), OrvErrorApiNotStarted);
-    EXPECT_THAT(simulation().GetHost().adapters, IsEmpty());
-}
-
-const std::vector<Malformed> malformed{
-    {"Syntax", "{\n  \"seed\": 1,\n  \"cameras\" []\n}", "line 3", "expected valid JSON"},
-    {"NoObject", "[1]", "line 1: expected an object"},
-    {"UnknownKey", R"({"camera": []})", "camera: unknown key", "\"cameras\""},
-    {"UnknownNestedKey", scenario(gige("A") + "," + gige("B", R"(, "sensor": {"widht": 640})")),
-     "cameras[1].sensor.widht: unknown key", "\"width\""},
-    {"WrongType", scenario(gige("A", R"(, "sensor": {"width": "wide"})")),
-     "cameras[0].sensor.width: expected an integer from 64", "found \"wide\""},
-    {"Fraction", scenario(gige("A", R"(, "sensor": {"width": 640.5})")),
-     "cameras[0].sensor.width: expected an integer", "found 640.5"},
-    {"OutOfRange", scenario(gige("A", R"(, "faults": {"lossRate": 1.5})")),
-     "cameras[0].faults.lossRate: expected a number from 0 to 1", "found 1.5"},
-    {"TooManyFeatures", scenario(gige("A", R"(, "extraFeatures": 20001)")),
-     "cameras[0].extraFeatures: expected an integer from 0 to 20000", "found 20001"},
-    {"NotOnStep", scenario(gige("A", R"(, "sensor": {"width": 650})")),
-     "cameras[0].sensor.width: expected a multiple of 8"},
-    {"BandwidthNotOnIncrement",
-     scenario(gige("A", R"(, "bandwidth": {"minimum": 1000, "increment": 300, "value": 1500})")),
-     "cameras[0].bandwidth.value: expected the minimum plus a multiple of the increment"},
-    {"MissingKey", scenario(R"({"id": "A", "interface": "gev"})"),
-     "cameras[0].model: expected a text that is not empty, found nothing"},
-    {"UnknownInterface", scenario(R"({"id": "A", "model": "M", "interface": "wifi"})"),
-     "cameras[0].interface: expected one of \"gev\", \"usb\", found \"wifi\""},
-    {"UnknownAdapter",
-     R"({"transportLayers": [{"id": "G", "type": "GigEVision"}],
+TEST(MalformedScenario, namesFilePlaceAndExpectationAndStartsNothing) {
+    const struct {
+        const char* name;
+        std::string contents;
+        /// Parts of the message: place and expectation; what was found.
+        const char* message;
+        const char* found = "";
+    } cases[] = {
+        {"Syntax", "{\n  \"seed\": 1,\n  \"cameras\" []\n}", "line 3", "expected valid JSON"},
+        {"NoObject", "[1]", "line 1: expected an object"},
+        {"UnknownNestedKey", scenario(gige("A") + "," + gige("B", R"(, "sensor": {"widht": 640})")),
+         "cameras[1].sensor.widht: unknown key", "\"width\""},
+        {"WrongType", scenario(gige("A", R"(, "sensor": {"width": "wide"})")),
+         "cameras[0].sensor.width: expected an integer from 64", "found \"wide\""},
+        {"Fraction", scenario(gige("A", R"(, "sensor": {"width": 640.5})")),
+         "cameras[0].sensor.width: expected an integer", "found 640.5"},
+        {"OutOfRange", scenario(gige("A", R"(, "faults": {"lossRate": 1.5})")),
+         "cameras[0].faults.lossRate: expected a number from 0 to 1", "found 1.5"},
+        {"NotOnStep", scenario(gige("A", R"(, "sensor": {"width": 650})")),
+         "cameras[0].sensor.width: expected a multiple of 8"},
+        {"BandwidthNotOnIncrement",
+         scenario(
+             gige("A", R"(, "bandwidth": {"minimum": 1000, "increment": 300, "value": 1500})")),
+         "cameras[0].bandwidth.value: expected the minimum plus a multiple of the increment"},
+        {"MissingKey", scenario(R"({"id": "A", "interface": "gev"})"),
+         "cameras[0].model: expected a text that is not empty, found nothing"},
+        {"UnknownInterface", scenario(R"({"id": "A", "model": "M", "interface": "wifi"})"),
+         "cameras[0].interface: expected one of \"gev\", \"usb\", found \"wifi\""},
+        {"UnknownAdapter",
+         R"({"transportLayers": [{"id": "G", "type": "GigEVision"}],
          "interfaces": [{"id": "g", "transportLayer": "G", "adapter": "eth7"}]})",
-     "interfaces[0].adapter: expected one of"},
-    {"UsbInterfaceOnAnAdapter",
-     R"({"host": {"adapters": [{"name": "e", "address": "10.0.0.1"}]},
+         "interfaces[0].adapter: expected one of"},
+        {"UsbInterfaceOnAnAdapter",
+         R"({"host": {"adapters": [{"name": "e", "address": "10.0.0.1"}]},
          "transportLayers": [{"id": "U", "type": "USB3Vision"}],
          "interfaces": [{"id": "u", "transportLayer": "U", "adapter": "e"}]})",
-     "interfaces[0].usbController: expected one of"},
-    {"UnknownHub", scenario(usb("A", 1, R"(, "hub": "desk")")),
-     "cameras[0].hub: expected one of \"hub\""},
-    {"DuplicateCamera", scenario(gige("A") + "," + gige("A")), "cameras[1].id", "\"A\" is taken"},
-    {"DuplicateByCount", scenario(gige("A002") + "," + gige("A", R"(, "count": 2)")),
-     "cameras[1].id", "\"A002\" is taken"},
-    {"DuplicatePort", scenario(usb("A", 1) + "," + usb("B", 1)),
-     "cameras[1].port: expected a port that no other camera"},
-    {"MoreCamerasThanPorts", scenario(usb("A", 30, R"(, "count": 3)")),
-     "cameras[0].count: expected as many cameras as there are ports up to 31"},
-    {"PortOfHub", scenario(usb("A", 4)),
-     "cameras[0].port: expected ports on which there is no hub"},
-    {"PortOfHubByCount", scenario(usb("A", 3, R"(, "count": 2)")),
-     "cameras[0].port: expected ports on which there is no hub"},
-    {"UsbSerialNumber", scenario(usb("A", 1, R"(, "serialNumber": "ab-1")")),
-     "cameras[0].serialNumber: expected digits and upper-case letters"},
-    {"Address", R"({"host": {"adapters": [{"name": "e", "address": "192.168.1.256"}]}})",
-     "host.adapters[0].address: expected an IPv4 address"},
-    {"PixelFormat", scenario(gige("A", R"(, "sensor": {"pixelFormats": ["Mono8", "Mono7"]})")),
-     "cameras[0].sensor.pixelFormats"},
-    {"UnknownFeature", scenario(gige("A", R"(, "faults": {"features": [{"name": "Widht"}]})")),
-     "cameras[0].faults.features[0].name: expected a feature of the module \"Camera\"", "Widht"},
-    {"UnknownCommand", scenario(gige("A", R"(, "faults": {"stuckCommands": ["Width"]})")),
-     "cameras[0].faults.stuckCommands: expected names of commands"},
-    {"UnknownProvider", R"({"providers": [{"type": "imaginary"}]})",
-     "providers[0].type: expected one of \"virtual\""},
-    {"NoProvider", R"({"providers": []})", "providers: expected an array of at least one"},
-    {"ProviderTwice", R"({"providers": [{"type": "virtual"}, {"type": "virtual"}]})",
-     "providers[1].type: expected each type of provider at most once"},
-};
-
-INSTANTIATE_TEST_SUITE_P(Table, MalformedScenario, ValuesIn(malformed),
-                         [](const auto& row) { return row.param.name; });
+         "interfaces[0].usbController: expected one of"},
+        {"UnknownHub", scenario(usb("A", 1, R"(, "hub": "desk")")),
+         "cameras[0].hub: expected one of \"hub\""},
+        {"DuplicateCamera", scenario(gige("A") + "," + gige("A")), "cameras[1].id",
+         "\"A\" is taken"},
+        {"DuplicateByCount", scenario(gige("A002") + "," + gige("A", R"(, "count": 2)")),
+         "cameras[1].id", "\"A002\" is taken"},
+        {"DuplicatePort", scenario(usb("A", 1) + "," + usb("B", 1)),
+         "cameras[1].port: expected a port that no other camera"},
+        {"MoreCamerasThanPorts", scenario(usb("A", 30, R"(, "count": 3)")),
+         "cameras[0].count: expected as many cameras as there are ports up to 31"},
+        {"PortOfHubByCount", scenario(usb("A", 3, R"(, "count": 2)")),
+         "cameras[0].port: expected ports on which there is no hub"},
+        {"UsbSerialNumber", scenario(usb("A", 1, R"(, "serialNumber": "ab-1")")),
+         "cameras[0].serialNumber: expected digits and upper-case letters"},
+        {"Address", R"({"host": {"adapters": [{"name": "e", "address": "192.168.1.256"}]}})",
+         "host.adapters[0].address: expected an IPv4 address"},
+        {"PixelFormat", scenario(gige("A", R"(, "sensor": {"pixelFormats": ["Mono8", "Mono7"]})")),
+         "cameras[0].sensor.pixelFormats"},
+        {"UnknownFeature", scenario(gige("A", R"(, "faults": {"features": [{"name": "Widht"}]})")),
+         "cameras[0].faults.features[0].name: expected a feature of the module \"Camera\"",
+         "Widht"},
+        {"UnknownCommand", scenario(gige("A", R"(, "faults": {"stuckCommands": ["Width"]})")),
+         "cameras[0].faults.stuckCommands: expected names of commands"},
+        {"UnknownProvider", R"({"providers": [{"type": "imaginary"}]})",
+         "providers[0].type: expected one of \"virtual\""},
+        {"NoProvider", R"({"providers": []})", "providers: expected an array of at least one"},
+        {"ProviderTwice", R"({"providers": [{"type": "virtual"}, {"type": "virtual"}]})",
+         "providers[1].type: expected each type of provider at most once"},
+    };
+    for (const auto& [name, contents, message, found] : cases) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(startWith(contents), OrvErrorBadParameter);
+        EXPECT_THAT(startupError(),
+                    AllOf(HasSubstr("scenario.json: "), HasSubstr(message), HasSubstr(found)));
+        std::uint32_t count = 0;
+        EXPECT_EQ(system().GetCameras(nullptr, count), OrvErrorApiNotStarted);
+        EXPECT_THAT(simulation().GetHost().adapters, IsEmpty());
+    }
+}
 
 TEST(TruncatedScenario, tellsWhereItBreaksOff) {
     const std::string whole = scenario(gige("A"));
@@ -109,11 +96,11 @@ TEST(TruncatedScenario, tellsWhereItBreaksOff) {
 TEST(Configuration, findsAScenarioBesideIt) {
     const TemporaryFile configuration(
         "sdk.json", R"({"providers": [{"type": "virtual", "scenario": "own.json"}]})");
-    const auto wide = configuration.path().wstring();
+    const auto wide = configuration.path.wstring();
     EXPECT_EQ(system().Startup(wide.c_str()), OrvErrorBadParameter);
     EXPECT_THAT(startupError(), HasSubstr("own.json: expected a readable file"));
 
-    std::ofstream(configuration.path().parent_path() / "own.json") << scenario(gige("Own"));
+    std::ofstream(configuration.path.parent_path() / "own.json") << scenario(gige("Own"));
     ASSERT_EQ(system().Startup(wide.c_str()), OrvErrorSuccess);
     EXPECT_EQ(startupError(), "");
     EXPECT_EQ(system().Startup(wide.c_str()), OrvErrorAlreadyDone);
@@ -126,54 +113,33 @@ TEST(Scenario, putsMoreCamerasOnAnAdapterThanAHubHasPorts) {
     EXPECT_THAT(cameras(), SizeIs(40));
 }
 
-struct Embedded {
-    const char* name;
-    std::size_t cameras;
-};
-
-void PrintTo(const Embedded& row, std::ostream* out) {
-    *out << row.name;
+TEST(EmbeddedScenario, starts) {
+    const std::pair<const wchar_t*, std::size_t> scenarios[] = {{L":default", 8},
+                                                                {L":oversubscribed", 8},
+                                                                {L":sixty-four", 64},
+                                                                {L":empty", 0},
+                                                                {L":faulty", 9}};
+    for (const auto& [name, count] : scenarios) {
+        ASSERT_EQ(system().Startup(name), OrvErrorSuccess) << startupError();
+        EXPECT_THAT(cameras(), SizeIs(count)) << name;
+        EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
+    }
 }
-
-class EmbeddedScenario : public TestWithParam<Embedded> {};
-
-TEST_P(EmbeddedScenario, starts) {
-    const auto& [name, count] = GetParam();
-    const std::wstring wide = L':' + std::wstring(name, name + std::strlen(name));
-    ASSERT_EQ(system().Startup(wide.c_str()), OrvErrorSuccess) << startupError();
-    EXPECT_THAT(cameras(), SizeIs(count));
-    EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
-}
-
-INSTANTIATE_TEST_SUITE_P(All, EmbeddedScenario,
-                         Values(Embedded{"default", 8}, Embedded{"oversubscribed", 8},
-                                Embedded{"sixty-four", 64}, Embedded{"empty", 0},
-                                Embedded{"faulty", 9}),
-                         [](const auto& row) {
-                             std::string name = row.param.name;
-                             std::replace(name.begin(), name.end(), '-', '_');
-                             return name;
-                         });
 
 TEST(SimulatedHost, hasTheAddressesAndLocationsOfTheInterfaces) {
     ASSERT_EQ(system().Startup(), OrvErrorSuccess);
     const OrvCPP::SimulatedHost host = simulation().GetHost();
     std::vector<std::int64_t> addresses;
-    std::string usbName;
-    for (const auto& interface : list<OrvCPP::Interface>(
-             [](auto*array, auto&count) { return system().GetInterfaces(array, count); })) {
-        OrvTransportLayerType type = OrvTransportLayerTypeUnknown;
-        EXPECT_EQ(interface->GetType(type), OrvErrorSuccess);
-        if (type == OrvTransportLayerTypeGEV)
+    for (const auto& interface : list<OrvCPP::Interface>(system(), &OrvSystem::GetInterfaces)) {
+        if (ask(*interface, &OrvCPP::Interface::GetType) == OrvTransportLayerTypeGEV)
             addresses.push_back(get<std::int64_t>(*interface, "GevInterfaceSubnetIPAddress"));
         else
-            usbName = text(*interface, &OrvCPP::Interface::GetName);
+            EXPECT_EQ(text(*interface, &OrvCPP::Interface::GetName), "MRD USB Interface 0-20-0");
     }
     ASSERT_THAT(host.adapters, SizeIs(2));
-    EXPECT_THAT(addresses, ElementsAre(host.adapters[0].address, host.adapters[1].address));
+    EXPECT_THAT(addresses, ElementsAre(0xC0A80A01, host.adapters[1].address));
     EXPECT_EQ(host.adapters[0].address, 0xC0A80A01U);
     EXPECT_EQ(host.adapters[0].bitsPerSecond, 1'000'000'000U);
-    EXPECT_EQ(usbName, "MRD USB Interface 0-20-0");
     EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
 }
 
@@ -194,9 +160,7 @@ TEST(SimulatedHost, hasUsbCamerasBelowTheirHubs) {
     EXPECT_EQ(nodes[4].bitsPerSecond, 480'000'000U);
     EXPECT_THAT(nodes[4].path, StartsWith(R"(\\?\USB#VID_4D52&PID_0001#7B#{)"));
 
-    const auto camera = openCamera("B");
-    std::shared_ptr<OrvCPP::LocalDevice> device;
-    ASSERT_EQ(camera->GetLocalDevice(device), OrvErrorSuccess);
+    const auto device = ask(*openCamera("B"), &Camera::GetLocalDevice);
     EXPECT_EQ(getText(*device, "DeviceLocation"), "::1/4/1");
 }
 

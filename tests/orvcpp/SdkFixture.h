@@ -16,6 +16,7 @@
 #include <random>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 /// Helpers for tests that call the camera SDK.
@@ -55,16 +56,30 @@ inline std::string startupError() {
     return text(system(), &OrvSystem::GetStartupError);
 }
 
-template <typename T, typename Get> std::vector<std::shared_ptr<T>> list(const Get& get) {
+inline std::string id(const Camera& camera, bool extended = false) {
+    return text([&](char* buffer, auto& length) { return camera.GetID(buffer, length, extended); });
+}
+
+/// The one result of a function of \p object, which must succeed.
+template <typename Object, typename Base, typename T>
+T ask(const Object& object, OrvErrorType (Base::*get)(T&) const) {
+    T result{};
+    EXPECT_EQ((object.*get)(result), OrvErrorSuccess);
+    return result;
+}
+
+/// The list that a function of \p object copies to an array.
+template <typename T, typename Object, typename Get>
+std::vector<std::shared_ptr<T>> list(Object& object, Get get) {
     std::uint32_t count = 0;
-    EXPECT_EQ(get(static_cast<std::shared_ptr<T>*>(nullptr), count), OrvErrorSuccess);
+    EXPECT_EQ((object.*get)(nullptr, count), OrvErrorSuccess);
     std::vector<std::shared_ptr<T>> result(count);
-    EXPECT_EQ(get(result.data(), count), OrvErrorSuccess);
+    EXPECT_EQ((object.*get)(result.data(), count), OrvErrorSuccess);
     return result;
 }
 
 inline std::vector<std::shared_ptr<Camera>> cameras() {
-    return list<Camera>([](auto array, auto& count) { return system().GetCameras(array, count); });
+    return list<Camera>(system(), &OrvSystem::GetCameras);
 }
 
 inline std::shared_ptr<Camera> camera(const std::string& id) {
@@ -80,9 +95,7 @@ inline std::shared_ptr<Camera> openCamera(const std::string& id) {
 }
 
 inline std::shared_ptr<OrvCPP::Stream> stream(const Camera& camera) {
-    return list<OrvCPP::Stream>(
-               [&](auto array, auto& count) { return camera.GetStreams(array, count); })
-        .at(0);
+    return list<OrvCPP::Stream>(camera, &Camera::GetStreams).at(0);
 }
 
 inline std::shared_ptr<Feature> feature(const FeatureContainer& module, const char* name) {
@@ -99,6 +112,12 @@ template <typename T> T get(const FeatureContainer& module, const char* name) {
 
 inline std::string getText(const FeatureContainer& module, const char* name) {
     return text(*feature(module, name), &Feature::GetValue);
+}
+
+template <typename T> std::pair<T, T> range(const Feature& feature) {
+    std::pair<T, T> limits;
+    EXPECT_EQ(feature.GetRange(limits.first, limits.second), OrvErrorSuccess);
+    return limits;
 }
 
 template <typename T> OrvErrorType set(const FeatureContainer& module, const char* name, T value) {
@@ -129,29 +148,22 @@ inline testing::AssertionResult isGapless(const std::vector<std::uint64_t>& ids,
 /// A file in a temporary folder, removed with the object.
 class TemporaryFile {
 public:
-    TemporaryFile(const std::string& name, const std::string& contents) {
-        static std::atomic<int> number{0};
-        m_folder =
-            std::filesystem::temp_directory_path() /
-            ("orvcpp-" + std::to_string(std::random_device()()) + '-' + std::to_string(++number));
-        std::filesystem::create_directories(m_folder);
-        std::ofstream(m_folder / name) << contents;
-        m_path = m_folder / name;
+    TemporaryFile(const std::string& name, const std::string& contents)
+        : path(std::filesystem::temp_directory_path() /
+               ("orvcpp-" + std::to_string(std::random_device()())) / name) {
+        std::filesystem::create_directories(path.parent_path());
+        std::ofstream(path) << contents;
     }
-    ~TemporaryFile() { std::filesystem::remove_all(m_folder); }
+    ~TemporaryFile() { std::filesystem::remove_all(path.parent_path()); }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    const std::filesystem::path& path() const { return m_path; }
-
-private:
-    std::filesystem::path m_folder;
-    std::filesystem::path m_path;
+    const std::filesystem::path path;
 };
 
 inline OrvErrorType startWith(const std::string& scenario) {
     const TemporaryFile file("scenario.json", scenario);
-    return system().Startup(file.path().wstring().c_str());
+    return system().Startup(file.path.wstring().c_str());
 }
 
 /// Starts the SDK with a scenario; shuts it down at the end.
@@ -197,6 +209,16 @@ inline std::string sensor(double frameRate) {
            std::to_string(frameRate) + "}";
 }
 
+class MockFrameObserver : public OrvCPP::IFrameObserver {
+public:
+    MOCK_METHOD(void, FrameReceived, (const std::shared_ptr<Frame>&), (override));
+};
+
+class MockFeatureObserver : public OrvCPP::IFeatureObserver {
+public:
+    MOCK_METHOD(void, FeatureChanged, (const std::shared_ptr<Feature>&), (override));
+};
+
 /// Records received frames and queues them again, unless it \p keeps them.
 class Receiver : public OrvCPP::IFrameObserver {
 public:
@@ -208,9 +230,9 @@ public:
         OrvFrameStatusType status = OrvFrameStatusInvalid;
         frame->GetFrameID(id);
         frame->GetReceiveStatus(status);
+        incomplete += status == OrvFrameStatusIncomplete ? 1 : 0;
         const std::lock_guard lock(m_mutex);
         m_ids.push_back(id);
-        m_incomplete += status == OrvFrameStatusIncomplete ? 1 : 0;
         if (m_keeps)
             m_kept.push_back(frame);
         else if (const auto camera = m_camera.lock())
@@ -222,21 +244,18 @@ public:
         return m_ids;
     }
     std::size_t count() const { return ids().size(); }
-    int incomplete() const {
-        const std::lock_guard lock(m_mutex);
-        return m_incomplete;
-    }
     std::vector<std::shared_ptr<Frame>> takeKept() {
         const std::lock_guard lock(m_mutex);
         m_keeps = false;
         return std::move(m_kept);
     }
 
+    std::atomic<int> incomplete{0};
+
 private:
     const std::weak_ptr<Camera> m_camera;
     mutable std::mutex m_mutex;
     std::vector<std::uint64_t> m_ids;
-    int m_incomplete = 0;
     bool m_keeps;
     std::vector<std::shared_ptr<Frame>> m_kept;
 };

@@ -22,9 +22,8 @@ inline const std::vector<std::string> smallFrames{"--width", "320",          "--
 /// Starts the SDK with real cameras; shuts it down at the end. Start the fake cameras before.
 class Started {
 public:
-    explicit Started(const std::wstring& configuration = L":genicam") {
-        EXPECT_EQ(sdk::system().Startup(configuration.c_str()), OrvErrorSuccess)
-            << sdk::startupError();
+    Started() {
+        EXPECT_EQ(sdk::system().Startup(L":genicam"), OrvErrorSuccess) << sdk::startupError();
     }
     ~Started() { EXPECT_EQ(sdk::system().Shutdown(), OrvErrorSuccess); }
     Started(const Started&) = delete;
@@ -34,8 +33,7 @@ public:
 /// The camera with a serial number; null when it is absent.
 inline std::shared_ptr<Camera> find(const std::string& serial) {
     for (const auto& camera : sdk::cameras()) {
-        if (sdk::text([&](char* b, std::uint32_t& n) { return camera->GetSerialNumber(b, n); }) ==
-            serial)
+        if (sdk::text(*camera, &Camera::GetSerialNumber) == serial)
             return camera;
     }
     return nullptr;
