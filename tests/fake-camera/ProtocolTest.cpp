@@ -10,16 +10,15 @@
 #include <poll.h>
 #include <sys/socket.h>
 
-#include <cstring>
+#include <algorithm>
+#include <chrono>
 #include <vector>
 
 namespace {
 
 using namespace fakecamera;
 using namespace protocol;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
+using namespace testing;
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -39,6 +38,14 @@ Bytes request(std::uint16_t command, const Bytes& data, std::uint8_t flags = fla
     put16(&packet[4], static_cast<std::uint16_t>(data.size()));
     packet.insert(packet.end(), data.begin(), data.end());
     return packet;
+}
+
+/// The bytes from \p begin up to \p end.
+Bytes cut(const Bytes& bytes, std::size_t begin, std::size_t end = 9000) {
+    const auto at = [&](std::size_t i) {
+        return bytes.data() + std::min(i, bytes.size());
+    };
+    return {at(begin), at(end)};
 }
 
 /// A host that sends and receives raw packets.
@@ -77,16 +84,20 @@ public:
         return answer;
     }
 
+    /// The status that answers the reading of a register.
+    std::uint16_t read(std::uint32_t from) {
+        return get16(ask(request(ReadRegister, words({from}))).data());
+    }
     std::uint16_t write(std::vector<std::uint32_t> addressesAndValues) {
         return get16(ask(request(WriteRegister, words(addressesAndValues))).data());
     }
 
-    /// Makes the camera send frames of 64 x 16 bytes in packets of 576 to this socket.
-    void takeFrames() {
-        EXPECT_EQ(
-            write({ControlPrivilege, controlAccess, Width, 64, Height, 16, StreamPacketSize, 576,
-                   StreamAddress, m_socket.localAddress(), StreamPort, m_socket.localPort()}),
-            Success);
+    /// Makes the camera send frames of 64 x 16 bytes in packets of 576 to a host.
+    void takeFrames(const RawHost& receiver) {
+        const auto& to = receiver.m_socket;
+        EXPECT_EQ(write({ControlPrivilege, controlAccess, Width, 64, Height, 16, StreamPacketSize,
+                         576, StreamAddress, to.localAddress(), StreamPort, to.localPort()}),
+                  Success);
     }
 
     void start() { send(request(WriteRegister, words({Acquisition, 1}), 0)); }
@@ -170,7 +181,7 @@ TEST(ControlProtocol, survivesEveryCutAndEveryWrongLength) {
     };
     for (const Bytes& packet : whole) {
         for (std::size_t size = 0; size <= packet.size(); ++size)
-            host.send(Bytes(packet.begin(), packet.begin() + static_cast<std::ptrdiff_t>(size)));
+            host.send(cut(packet, 0, size));
         for (const int length : {0, 1, 3, 4, 540, 541, 0x7fff, 0xffff}) {
             Bytes wrong = packet;
             put16(&wrong[4], static_cast<std::uint16_t>(length));
@@ -188,120 +199,99 @@ TEST(ControlProtocol, survivesEveryCutAndEveryWrongLength) {
     host.send(request(PacketResend, words({1, 1, 1})));
     const Bytes answer = host.ask(request(Discovery, {}));
     ASSERT_THAT(answer, SizeIs(256u));
-    EXPECT_THAT(Bytes(&answer[0], &answer[12]), ElementsAre(0, 0, 0, 3, 0, 248, 0, 7, 0, 1, 0, 2));
+    EXPECT_THAT(cut(answer, 0, 12), ElementsAre(0, 0, 0, 3, 0, 248, 0, 7, 0, 1, 0, 2));
 }
 
-TEST(ControlProtocol, refusesOtherHostsUnderExclusiveAccess) {
-    const FakeCameraProcess camera(address);
+TEST(ControlProtocol, belongsToOneHostUntilItLeavesOrFallsSilent) {
+    const FakeCameraProcess camera(address, {"--heartbeat", "500"});
     RawHost owner;
     RawHost other;
+    RawHost third;
+    RawHost stream;
     EXPECT_EQ(owner.write({ControlPrivilege, exclusiveAccess}), Success);
-    EXPECT_EQ(get16(other.ask(request(ReadRegister, words({Width}))).data()), AccessDenied);
-    EXPECT_EQ(get16(other.ask(request(ReadRegister, words({ControlPrivilege}))).data()), Success);
+    EXPECT_EQ(other.read(Width), AccessDenied);
+    EXPECT_EQ(other.read(ControlPrivilege), Success);
     EXPECT_EQ(other.write({ControlPrivilege, controlAccess}), AccessDenied);
     EXPECT_EQ(owner.write({ControlPrivilege, 0}), Success);
-    EXPECT_EQ(other.write({ControlPrivilege, controlAccess}), Success);
-    EXPECT_EQ(owner.write({Width, 64}), AccessDenied);
+    owner.takeFrames(stream);
+    EXPECT_EQ(other.read(Width), Success);
+    EXPECT_EQ(other.write({Width, 128}), AccessDenied);
+    owner.start();
+    EXPECT_THAT(stream.receive(), Not(IsEmpty()));
+    EXPECT_EQ(owner.write({Width, 128}), AccessDenied) << "while it sends frames";
+    EXPECT_EQ(owner.write({ControlPrivilege, 0}), Success);
+    EXPECT_EQ(other.write({ControlPrivilege, controlAccess, Width, 128}), Success)
+        << "the acquisition has ended, too";
+    EXPECT_EQ(third.write({ControlPrivilege, controlAccess}), AccessDenied);
+    const auto start = std::chrono::steady_clock::now();
+    while (third.write({ControlPrivilege, controlAccess}) != Success)
+        ASSERT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
 }
 
-/// Headers of stream packets with and without extended frame numbers.
-struct Ids {
-    const char* extended;
-    std::size_t headerSize;
-    /// Of a packet of frame 1.
-    Bytes (*header)(Status status, StreamPacket type, std::uint8_t packet);
-    Bytes (*resend)(std::uint8_t frame, std::uint32_t first, std::uint32_t last);
-    Status resent;
-};
-
-Bytes plainHeader(Status status, StreamPacket type, std::uint8_t packet) {
-    return {static_cast<std::uint8_t>(status >> 8),
-            static_cast<std::uint8_t>(status),
-            0,
-            1,
-            static_cast<std::uint8_t>(type),
-            0,
-            0,
-            packet};
-}
-
-Bytes extendedHeader(Status status, StreamPacket type, std::uint8_t packet) {
-    Bytes bytes = plainHeader(status, type, 0);
-    bytes[3] = 0;
-    bytes[4] |= 0x80;
-    bytes.insert(bytes.end(), {0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, packet});
+/// The header of a packet of frame 1, and \p begin behind it.
+Bytes streamPacket(bool extended, Status status, StreamPacket type, std::uint8_t number,
+                   const Bytes& begin = {}) {
+    Bytes bytes(extended ? extendedStreamHeaderSize : streamHeaderSize);
+    put16(&bytes[0], status);
+    bytes[4] = static_cast<std::uint8_t>(static_cast<unsigned>(type) | (extended ? 0x80 : 0));
+    bytes[extended ? 15 : 3] = 1;
+    bytes.back() = number;
+    bytes.insert(bytes.end(), begin.begin(), begin.end());
     return bytes;
 }
 
-Bytes plainResend(std::uint8_t frame, std::uint32_t first, std::uint32_t last) {
-    return request(PacketResend, words({frame, first, last}), 0);
-}
-
-Bytes extendedResend(std::uint8_t frame, std::uint32_t first, std::uint32_t last) {
-    return request(PacketResend, words({0, first, last, 0, frame}), flagExtendedIds);
-}
-
-class FramePackets : public testing::TestWithParam<Ids> {
+class FramePackets : public TestWithParam<bool> {
 protected:
-    /// A packet's header and the first bytes behind it.
-    static Bytes packet(StreamPacket type, std::uint8_t number, const Bytes& begin) {
-        Bytes bytes = GetParam().header(Success, type, number);
-        bytes.insert(bytes.end(), begin.begin(), begin.end());
-        return bytes;
-    }
-
-    static void expectBegin(const Bytes& bytes, const Bytes& expected) {
-        ASSERT_GE(bytes.size(), expected.size());
-        EXPECT_EQ(
-            Bytes(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(expected.size())),
-            expected);
+    static Bytes resend(std::uint8_t frame, std::uint32_t first, std::uint32_t last) {
+        return GetParam()
+                   ? request(PacketResend, words({0, first, last, 0, frame}), flagExtendedIds)
+                   : request(PacketResend, words({frame, first, last}), 0);
     }
 };
 
 TEST_P(FramePackets, followTheProtocolAndAreResent) {
-    const std::size_t header = GetParam().headerSize;
-    const FakeCameraProcess camera(address, {"--extended-ids", GetParam().extended});
+    const bool extended = GetParam();
+    const std::size_t header = extended ? extendedStreamHeaderSize : streamHeaderSize;
+    const FakeCameraProcess camera(address, {"--extended-ids", extended ? "1" : "0"});
     RawHost host;
-    host.takeFrames();
+    host.takeFrames(host);
     EXPECT_EQ(host.write({AcquisitionMode, 2}), Success);
     host.start();
     const std::vector<Bytes> packets = host.receivePackets(4);
-    expectBegin(packets[0], packet(StreamPacket::Leader, 0, {0, 0, 0, 1}));
-    EXPECT_EQ(
-        Bytes(packets[0].begin() + static_cast<std::ptrdiff_t>(header + 12), packets[0].end()),
-        words({pixelFormatMono8, 64, 16, 0, 0, 0}));
-    expectBegin(packets[1], packet(StreamPacket::Data, 1, {1, 2, 3}));
+    EXPECT_EQ(cut(packets[0], 0, header + 4),
+              streamPacket(extended, Success, StreamPacket::Leader, 0, {0, 0, 0, 1}));
+    EXPECT_EQ(cut(packets[0], header + 12), words({pixelFormatMono8, 64, 16, 0, 0, 0}));
+    EXPECT_EQ(cut(packets[1], 0, header + 3),
+              streamPacket(extended, Success, StreamPacket::Data, 1, {1, 2, 3}));
     EXPECT_THAT(packets[1], SizeIs(576 - ipAndUdpSize));
-    expectBegin(packets[2], packet(StreamPacket::Data, 2, {}));
+    EXPECT_EQ(cut(packets[2], 0, header), streamPacket(extended, Success, StreamPacket::Data, 2));
     EXPECT_EQ(packets[1].size() + packets[2].size(), 2 * header + 64 * 16);
-    EXPECT_EQ(packets[3], packet(StreamPacket::Trailer, 3, {0, 0, 0, 1, 0, 0, 0, 16}));
+    EXPECT_EQ(packets[3],
+              streamPacket(extended, Success, StreamPacket::Trailer, 3, {0, 0, 0, 1, 0, 0, 0, 16}));
     EXPECT_THAT(host.receive(100), IsEmpty()) << "a single frame was asked for";
 
     // From a packet on until the frame's end.
-    host.send(GetParam().resend(1, 1, 0xffffff));
+    host.send(resend(1, 1, 0xffffff));
     for (std::size_t i = 1; i < 4; ++i) {
         Bytes expected = packets[i];
-        put16(expected.data(), GetParam().resent);
+        put16(expected.data(), extended ? Resent : Success);
         EXPECT_EQ(host.receive(), expected);
     }
-    host.send(GetParam().resend(1, 9, 10));
-    EXPECT_EQ(host.receive(), GetParam().header(PacketUnavailable, StreamPacket::Data, 9));
-    host.send(GetParam().resend(2, 0, 0xffffff));
+    host.send(resend(1, 9, 10));
+    EXPECT_EQ(host.receive(), streamPacket(extended, PacketUnavailable, StreamPacket::Data, 9));
+    host.send(resend(2, 0, 0xffffff));
     const Bytes gone = host.receive();
     EXPECT_THAT(gone, SizeIs(header));
-    expectBegin(gone, {0x80, 0x0c});
+    EXPECT_THAT(cut(gone, 0, 2), ElementsAre(0x80, 0x0c));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , FramePackets,
-    testing::Values(Ids{"0", streamHeaderSize, plainHeader, plainResend, Success},
-                    Ids{"1", extendedStreamHeaderSize, extendedHeader, extendedResend, Resent}),
-    [](const auto& test) { return *test.param.extended == '1' ? "Extended" : "Plain"; });
+INSTANTIATE_TEST_SUITE_P(, FramePackets, Bool(),
+                         [](const auto& test) { return test.param ? "Extended" : "Plain"; });
 
 TEST(StreamProtocol, resendsAFrameFromBeforeTheEndOfSixteenBits) {
     const FakeCameraProcess camera(address, {"--first-frame-id", "65535", "--frame-rate", "5"});
     RawHost host;
-    host.takeFrames();
+    host.takeFrames(host);
     host.start();
     const std::vector<Bytes> packets = host.receivePackets(8);
     EXPECT_EQ(get16(&packets[7][2]), 1);
@@ -312,9 +302,9 @@ TEST(StreamProtocol, resendsAFrameFromBeforeTheEndOfSixteenBits) {
 TEST(StreamProtocol, startsANewAcquisitionAfterAStop) {
     const FakeCameraProcess camera(address, {"--frame-rate", "100"});
     RawHost host;
-    host.takeFrames();
+    host.takeFrames(host);
     host.start();
-    EXPECT_THAT(host.receivePackets(12), SizeIs(12));
+    EXPECT_THAT(host.receivePackets(12), Each(Not(IsEmpty())));
     host.send(request(WriteRegister, words({Acquisition, 0, Width, 128, Acquisition, 1}), 0));
     // The new acquisition numbers its frames from 1.
     Bytes leader = host.receive();
