@@ -7,23 +7,18 @@
 #include <regex>
 #include <set>
 #include <string>
+#include <utility>
 
 #include <sys/wait.h>
 
 namespace {
 
-using testing::HasSubstr;
-using testing::StartsWith;
+using namespace testing;
 
 const std::string program = FAKE_CAMERA_PROGRAM;
 
-struct Result {
-    int exitCode;
-    std::string output;
-};
-
-/// Output and error output of a shell command.
-Result run(const std::string& command) {
+/// Exit code, output and error output of a shell command.
+std::pair<int, std::string> run(const std::string& command) {
     FILE* const pipe = popen(("exec 2>&1; " + command).c_str(), "r");
     std::string output;
     for (int letter = fgetc(pipe); letter != EOF; letter = fgetc(pipe))
@@ -37,17 +32,17 @@ std::set<std::string> optionsIn(const std::string& text) {
 }
 
 TEST(FakeCameraOptions, areTheSameInHelpAndManPage) {
-    const Result help = run(program + " --help");
-    EXPECT_EQ(help.exitCode, 0);
+    const auto [code, help] = run(program + " --help");
+    EXPECT_EQ(code, 0);
     std::ifstream file(MAN_PAGE_FILE);
     const std::string page(std::istreambuf_iterator<char>(file), {});
-    const auto options = optionsIn(help.output);
+    const auto options = optionsIn(help);
     EXPECT_GE(options.size(), 20U);
     EXPECT_EQ(options, optionsIn(std::regex_replace(page, std::regex(R"(\\-)"), "-")));
     for (const char* fact : {"16 to 2048 pixels; default 1024", "500 to 60000 ms; default 3000"})
-        EXPECT_THAT(help.output, HasSubstr(fact));
-    EXPECT_FALSE(std::regex_search(help.output, std::regex("[^\n]{81}"))) << "fits a terminal";
-    EXPECT_THAT(run(program + " --version").output, StartsWith("fake-camera "));
+        EXPECT_THAT(help, HasSubstr(fact));
+    EXPECT_FALSE(std::regex_search(help, std::regex("[^\n]{81}"))) << "fits a terminal";
+    EXPECT_THAT(run(program + " --version").second, StartsWith("fake-camera "));
 }
 
 TEST(FakeCameraOptions, areCheckedAndNamedInErrors) {
@@ -56,13 +51,10 @@ TEST(FakeCameraOptions, areCheckedAndNamedInErrors) {
         int exitCode;
         const char* message;
     } cases[] = {
-        {"--width abc", 2, "--width: \"abc\" is not a whole number from 16 to 2048 pixels\n"},
         {"--width=15", 2, "--width: \"15\" is not a whole number from 16 to 2048 pixels\n"},
         {"--height 2049", 2, "--height: \"2049\" is not a whole number from 16 to 2048 pixels\n"},
-        {"--frame-rate -1", 2, "--frame-rate: \"-1\" is not a whole number from 1 to"},
         {"--mac 4294967296", 2, "--mac: \"4294967296\" is not a whole number from 0 to 4294967295"},
         {"--heartbeat 1e3", 2, "--heartbeat: \"1e3\" is not a whole number from 500 to 60000 ms\n"},
-        {"--resend yes", 2, "--resend: \"yes\" is not a whole number from 0 to 1\n"},
         {"--user-id ABCDEFGHIJKLMNOPQ", 2, "is not a text of at most 16 bytes\n"},
         {"--exposure", 2, "--exposure needs a value: a whole number from 10 to 10000000 us\n"},
         {"--widht 64", 2, "unknown option \"--widht\" (--help lists all)\n"},
@@ -76,25 +68,25 @@ TEST(FakeCameraOptions, areCheckedAndNamedInErrors) {
         {"--genicam /dev/null", 1, "cannot read \"/dev/null\": it is empty\n"},
     };
     for (const auto& [arguments, exitCode, message] : cases) {
-        const Result result = run("timeout 10 " + program + ' ' + arguments);
-        EXPECT_EQ(result.exitCode, exitCode) << arguments;
-        EXPECT_THAT(result.output, testing::AllOf(StartsWith("fake-camera: "), HasSubstr(message)));
+        EXPECT_THAT(run("timeout 10 " + program + ' ' + arguments),
+                    Pair(exitCode, AllOf(StartsWith("fake-camera: "), HasSubstr(message))));
     }
 }
 
 TEST(FakeCameraOptions, cameraTellsWhatItIsAndEndsWithASignal) {
     for (const std::string signal : {"INT", "TERM"}) {
-        const Result result =
+        const auto result =
             run("bash -c 'exec 3< <(exec " + program +
                 " --address=127.0.0.2 --serial S7); camera=$!; read -ru3 line; echo \"$line\";" +
                 program + " --address 127.0.0.2; echo \"second $?\";" + "kill -" + signal +
                 " $camera; wait $camera; echo \"first $?\"'");
-        EXPECT_EQ(result.output,
-                  "ready: GigE Vision camera \"Fakeworks Fake GigE\", serial number \"S7\", on "
-                  "127.0.0.2\n"
-                  "fake-camera: --address: port 3956 of 127.0.0.2 is in use, by another fake "
-                  "camera?\nsecond 1\nfirst 0\n")
-            << signal;
+        EXPECT_EQ(
+            result.second,
+            R"(ready: GigE Vision camera "Fakeworks Fake GigE", serial number "S7", on 127.0.0.2
+fake-camera: --address: port 3956 of 127.0.0.2 is in use, by another fake camera?
+second 1
+first 0
+)") << signal;
     }
 }
 
