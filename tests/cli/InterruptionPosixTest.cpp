@@ -10,50 +10,42 @@ using testing::Not;
 
 namespace {
 
-void sendSignal(const SpanletProcess& process, int signal) {
-    ::kill(static_cast<pid_t>(process.id()), signal);
+/// Runs a command, sends a signal when it has printed \p text; the exit code.
+int interrupt(SpanletProcess& spanlet, const std::string& line, const std::string& text,
+              int signal = SIGINT) {
+    spanlet.start(words(line + " --interface GEV-enp3s0"));
+    spanlet.await(text);
+    ::kill(static_cast<pid_t>(spanlet.id()), signal);
+    return spanlet.finish();
 }
 
-class InterruptionBy : public testing::TestWithParam<int> {};
-
-TEST_P(InterruptionBy, endsABenchmarkAndTellsWhatWasCounted) {
-    SpanletProcess spanlet;
-    spanlet.start({QStringLiteral("benchmark"), QStringLiteral("--interface"),
-                   QStringLiteral("GEV-enp3s0"), QStringLiteral("--seconds"), QStringLiteral("60"),
-                   QStringLiteral("--json"), QStringLiteral("-v")});
-    spanlet.await("GEV-20844): Acquisition started successfully.");
-    sendSignal(spanlet, GetParam());
-    EXPECT_EQ(spanlet.finish(), 0);
-    EXPECT_THAT(spanlet.err().toStdString(),
-                HasSubstr("GEV-20844): Acquisition stopped successfully."));
-    EXPECT_TRUE(spanlet.json()[QStringLiteral("interrupted")].toBool());
-    EXPECT_LT(spanlet.json()[QStringLiteral("seconds")].toDouble(), 30);
-    EXPECT_EQ(camerasOf(spanlet.json()).size(), 3);
+TEST(Interruption, endsABenchmarkAndTellsWhatWasCounted) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        SCOPED_TRACE(signal);
+        SpanletProcess spanlet;
+        EXPECT_EQ(interrupt(spanlet, "benchmark --seconds 60 --json -v",
+                            "GEV-20844): Acquisition started successfully.", signal),
+                  0);
+        EXPECT_THAT(spanlet.err(), HasSubstr("GEV-20844): Acquisition stopped successfully."));
+        EXPECT_EQ(number(spanlet.json(), "interrupted"), 1);
+        EXPECT_LT(number(spanlet.json(), "seconds"), 30);
+        EXPECT_EQ(camerasOf(spanlet.json()).size(), 3);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Signals, InterruptionBy, testing::Values(SIGINT, SIGTERM, SIGHUP));
 
 TEST(Interruption, endsAWatch) {
     SpanletProcess spanlet;
-    spanlet.start({QStringLiteral("watch"), QStringLiteral("--interface"),
-                   QStringLiteral("GEV-enp3s0"), QStringLiteral("--interval"),
-                   QStringLiteral("0.1")});
-    spanlet.await("GEV-20844");
-    sendSignal(spanlet, SIGINT);
-    EXPECT_EQ(spanlet.finish(), 0);
-    EXPECT_THAT(spanlet.out().toStdString(), HasSubstr("s (interrupted)\nCamera "));
+    EXPECT_EQ(interrupt(spanlet, "watch --interval 0.1", "GEV-20844"), 0);
+    EXPECT_THAT(spanlet.out(), HasSubstr("s (interrupted)\nCamera "));
 }
 
 TEST(Interruption, keepsAutoSetFromBeginning) {
     SpanletProcess spanlet;
-    spanlet.start(QStringLiteral("autoset --benchmark 60 -v --interface GEV-enp3s0 "
-                                 "--config :oversubscribed")
-                      .split(QLatin1Char(' '), Qt::SkipEmptyParts));
-    spanlet.await("GEV-211003): Acquisition started successfully.");
-    sendSignal(spanlet, SIGINT);
-    EXPECT_EQ(spanlet.finish(), 1);
-    EXPECT_THAT(spanlet.err().toStdString(), HasSubstr("no camera was changed"));
-    EXPECT_THAT(spanlet.err().toStdString(), Not(HasSubstr("DeviceLinkThroughputLimit set to")));
+    EXPECT_EQ(interrupt(spanlet, "autoset --benchmark 60 -v --config :oversubscribed",
+                        "GEV-211003): Acquisition started successfully."),
+              1);
+    EXPECT_THAT(spanlet.err(), HasSubstr("no camera was changed"));
+    EXPECT_THAT(spanlet.err(), Not(HasSubstr("DeviceLinkThroughputLimit set to")));
 }
 
 } // namespace

@@ -8,26 +8,19 @@ using testing::HasSubstr;
 
 namespace {
 
-struct Target {
-    const char* redirection;
-    const char* message;
-};
-
-class OutputThatFails : public testing::TestWithParam<Target> {};
-
-TEST_P(OutputThatFails, failsTheCommand) {
-    QProcess shell;
-    shell.start(QStringLiteral("sh"),
-                {QStringLiteral("-c"),
-                 QStringLiteral(SPANLET_FILE " list ") + QLatin1String(GetParam().redirection)});
-    ASSERT_TRUE(shell.waitForFinished(30000));
-    EXPECT_EQ(shell.exitCode(), 1);
-    EXPECT_THAT(shell.readAllStandardError().toStdString(), HasSubstr(GetParam().message));
+TEST(Output, failsTheCommandWhenItCannotBeWritten) {
+    for (const auto& [redirection, message] :
+         {std::pair(">/dev/full", "No space left"), std::pair(">&-", "Bad file")}) {
+        QProcess shell;
+        shell.start(QStringLiteral("sh"),
+                    {QStringLiteral("-c"),
+                     QStringLiteral(SPANLET_FILE " list ") + QLatin1String(redirection)});
+        ASSERT_TRUE(shell.waitForFinished(30000));
+        EXPECT_EQ(shell.exitCode(), 1);
+        EXPECT_THAT(shell.readAllStandardError().toStdString(),
+                    HasSubstr(std::string("cannot be written: ") + message));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(ByTarget, OutputThatFails,
-                         testing::Values(Target{">/dev/full", "cannot be written: No space left"},
-                                         Target{">&-", "cannot be written: Bad file"}));
 
 TEST(Watch, redrawsItsTableOnATerminal) {
     const QString script = QStandardPaths::findExecutable(QStringLiteral("script"));

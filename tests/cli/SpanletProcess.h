@@ -7,9 +7,15 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QStringList>
+#include <QVariant>
 #include <gtest/gtest.h>
 
 #include <string>
+
+/// Arguments separated by blanks.
+inline QStringList words(const std::string& line) {
+    return QString::fromStdString(line).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
 
 /// The program spanlet as a process without a display.
 class SpanletProcess {
@@ -27,10 +33,10 @@ public:
     }
 
     /// Waits until the program has printed \p text.
-    void await(const char* text) {
+    void await(const std::string& text) {
         QElapsedTimer timer;
         timer.start();
-        while (!(out() + err()).contains(text)) {
+        while ((out() + err()).find(text) == std::string::npos) {
             ASSERT_LT(timer.elapsed(), 20000) << "never said \"" << text << "\"";
             m_process.waitForReadyRead(100);
         }
@@ -48,23 +54,23 @@ public:
         start(arguments);
         return finish();
     }
-    /// \p line has arguments separated by blanks.
-    int run(const QString& line) { return run(line.split(QLatin1Char(' '), Qt::SkipEmptyParts)); }
+    int run(const std::string& line) { return run(words(line)); }
 
-    QByteArray out() {
+    std::string out() {
         // Windows ends lines by "\r\n".
         m_out += m_process.readAllStandardOutput().replace("\r\n", "\n");
-        return m_out;
+        return m_out.toStdString();
     }
-    QByteArray err() {
+    std::string err() {
         m_err += m_process.readAllStandardError().replace("\r\n", "\n");
-        return m_err;
+        return m_err.toStdString();
     }
     /// The output, which must be one JSON document.
     QJsonObject json() {
         QJsonParseError error;
-        const QJsonDocument document = QJsonDocument::fromJson(out(), &error);
-        EXPECT_EQ(error.error, QJsonParseError::NoError) << out().toStdString();
+        const std::string text = out();
+        const QJsonDocument document = QJsonDocument::fromJson(m_out, &error);
+        EXPECT_EQ(error.error, QJsonParseError::NoError) << text;
         return document.object();
     }
 
@@ -73,6 +79,39 @@ private:
     QByteArray m_out;
     QByteArray m_err;
 };
+
+/// The output of a successful command.
+inline std::string textOf(const std::string& line) {
+    SpanletProcess spanlet;
+    EXPECT_EQ(spanlet.run(line), 0) << line << ": " << spanlet.err();
+    return spanlet.out();
+}
+inline QJsonObject jsonOf(const std::string& line) {
+    SpanletProcess spanlet;
+    EXPECT_EQ(spanlet.run(line + " --json"), 0) << line << ": " << spanlet.err();
+    return spanlet.json();
+}
+
+/// The value at a path like "interfaces 2 type".
+inline QVariant at(const QJsonObject& document, const std::string& path) {
+    QJsonValue value = document;
+    for (const QString& key : words(path))
+        value = value.isArray() ? value.toArray().at(key.toInt()) : value[key];
+    return value.toVariant();
+}
+inline double number(const QJsonObject& document, const std::string& path) {
+    const QVariant found = at(document, path);
+    EXPECT_TRUE(found.isValid()) << path;
+    return found.toDouble();
+}
+/// Members of a camera, separated by blanks.
+inline std::string camera(const QJsonObject& document, int index, const std::string& members) {
+    QStringList values;
+    for (const QString& member : words(members))
+        values += at(document, "cameras " + std::to_string(index) + ' ' + member.toStdString())
+                      .toString();
+    return values.join(QLatin1Char(' ')).toStdString();
+}
 
 inline const QJsonArray camerasOf(const QJsonObject& document) {
     return document[QStringLiteral("cameras")].toArray();

@@ -229,13 +229,9 @@ TEST(Commands, takeTheirTimeThenTakeEffect) {
     EXPECT_TRUE(eventually([&] { return ask(*reset, &Feature::IsCommandDone); }));
     EXPECT_EQ(width, 1920) << "observers are told when the command is done";
     EXPECT_FALSE(ask(*stuck, &Feature::IsCommandDone));
-}
 
-TEST(Commands, keepTheSizeOfFramesDuringAnAcquisition) {
-    const Running run(scenario(gige("A")));
-    const auto camera = openCamera("A");
+    // An acquisition that starts meanwhile keeps the size of its frames.
     EXPECT_EQ(set(*camera, "Width", std::int64_t{640}), OrvErrorSuccess);
-    const auto reset = feature(*camera, "DeviceReset");
     EXPECT_EQ(reset->RunCommand(), OrvErrorSuccess);
     ASSERT_EQ(start(*camera, std::make_shared<Receiver>(camera)), OrvErrorSuccess);
     EXPECT_TRUE(eventually([&] { return ask(*reset, &Feature::IsCommandDone); }));

@@ -23,7 +23,7 @@ protected:
         return (ask(*camera, &Camera::GetPermittedAccess) & OrvAccessModeFull) != 0;
     }
 
-    std::unique_ptr<ProvidedCamera> provided = GetParam().start();
+    ProvidedCamera provided = GetParam().start();
     std::shared_ptr<Camera> camera;
 };
 
@@ -283,14 +283,14 @@ TEST_P(ProviderTest, tellsThatAStreamingCameraGoesAndReopensItWhenItIsBack) {
     EXPECT_TRUE(eventually([&] { return receiver->count() > 3; }));
 
     const auto unplugged = std::chrono::steady_clock::now();
-    provided->unplug();
+    provided.plug(false);
     EXPECT_TRUE(isTold(OrvUpdateTriggerPluggedOut));
     EXPECT_LT(std::chrono::steady_clock::now() - unplugged, std::chrono::seconds(3));
     EXPECT_THAT(cameras(), IsEmpty());
     std::int64_t value = 0;
     EXPECT_EQ(width->GetValue(value), OrvErrorNotFound);
 
-    provided->plug();
+    provided.plug(true);
     EXPECT_TRUE(isTold(OrvUpdateTriggerPluggedIn, before + 1));
     EXPECT_THAT(cameras(), ElementsAre(camera));
     EXPECT_EQ(width->GetValue(value), OrvErrorNotFound) << "of the lost connection";
@@ -311,7 +311,7 @@ TEST_P(ProviderTest, answersNotStartedAfterTheShutdown) {
     const auto receiver = std::make_shared<Receiver>(camera, true);
     ASSERT_EQ(start(*camera, receiver), OrvErrorSuccess);
     EXPECT_TRUE(eventually([&] { return receiver->count() > 0; }));
-    provided.reset();
+    provided.running.reset();
     std::int64_t value = 0;
     EXPECT_EQ(width->GetValue(value), OrvErrorApiNotStarted);
     EXPECT_EQ(camera->Close(), OrvErrorApiNotStarted);

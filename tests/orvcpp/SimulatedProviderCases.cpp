@@ -2,29 +2,20 @@
 #include "tests/orvcpp/ProviderCase.h"
 #include "tests/orvcpp/SdkFixture.h"
 
-namespace {
-
-class SimulatedCase final : public ProvidedCamera {
-public:
-    explicit SimulatedCase(const std::string& camera) : m_run(sdk::scenario(camera)) {}
-    void unplug() override { EXPECT_TRUE(sdk::simulation().SetCameraPlugged("A", false)); }
-    void plug() override { EXPECT_TRUE(sdk::simulation().SetCameraPlugged("A", true)); }
-
-private:
-    const sdk::Running m_run;
-};
-
-} // namespace
+static ProvidedCamera start(const std::string& camera) {
+    const auto plug = [](bool plugged) {
+        EXPECT_TRUE(sdk::simulation().SetCameraPlugged("A", plugged));
+    };
+    return {plug, std::make_shared<sdk::Running>(sdk::scenario(camera))};
+}
 
 std::vector<ProviderCase> providerCases() {
-    return {
-        {"SimulatedGigE", 1, 10,
-         [] {
-             return std::make_unique<SimulatedCase>(sdk::gige("A", sdk::sensor(200)));
-         }},
-        {"SimulatedUsb", 0, 10,
-         [] {
-             return std::make_unique<SimulatedCase>(sdk::usb("A", 1, sdk::sensor(200)));
-         }},
-    };
+    const std::string sensor = sdk::sensor(200);
+    return {{"SimulatedGigE", 1, 10,
+             [=] {
+                 return start(sdk::gige("A", sensor));
+             }},
+            {"SimulatedUsb", 0, 10, [=] {
+                 return start(sdk::usb("A", 1, sensor));
+             }}};
 }

@@ -2,22 +2,13 @@
 #include "tests/orvcpp/ProviderCase.h"
 #include "tests/orvcpp/aravis/FakeCameraFixture.h"
 
-namespace {
-
-class FakeCase final : public ProvidedCamera {
-public:
-    void unplug() override { m_fake.kill(); }
-    void plug() override { m_fake.restart(); }
-
-private:
-    fakecamera::FakeCameraProcess m_fake{cameras::address, cameras::smallFrames};
-    const cameras::Started m_started;
-};
-
-} // namespace
+static ProvidedCamera start() {
+    using fakecamera::FakeCameraProcess;
+    const auto fake = std::make_shared<FakeCameraProcess>(cameras::address, cameras::smallFrames);
+    return {[fake](bool plugged) { plugged ? fake->restart() : fake->kill(); },
+            std::make_shared<cameras::Started>()};
+}
 
 std::vector<ProviderCase> providerCases() {
-    return {{"GenicamGigE", 1, 200, [] {
-                 return std::make_unique<FakeCase>();
-             }}};
+    return {{"GenicamGigE", 1, 200, start}};
 }
