@@ -127,8 +127,7 @@ TEST(Program, listsInterfacesAndCameras) {
     EXPECT_THAT(person.err(), HasSubstr("Warning: "));
     EXPECT_THAT(person.err(), Not(HasSubstr("Debug:")));
     EXPECT_THAT(person.err(), Not(HasSubstr("add up")));
-    const auto none = jsonOf("list --config :empty");
-    EXPECT_TRUE(at(none, "interfaces").toList().isEmpty());
+    EXPECT_TRUE(at(jsonOf("list --config :empty"), "interfaces").toList().isEmpty());
 }
 
 TEST(Program, showsTheFeaturesThatMatter) {

@@ -104,17 +104,16 @@ inline double number(const QJsonObject& document, const std::string& path) {
     EXPECT_TRUE(found.isValid()) << path;
     return found.toDouble();
 }
+inline const QJsonArray camerasOf(const QJsonObject& document) {
+    return document[QStringLiteral("cameras")].toArray();
+}
+
 /// Members of a camera, separated by blanks.
 inline std::string camera(const QJsonObject& document, int index, const std::string& members) {
     QStringList values;
     for (const QString& member : words(members))
-        values += at(document, "cameras " + std::to_string(index) + ' ' + member.toStdString())
-                      .toString();
+        values += camerasOf(document).at(index)[member].toVariant().toString();
     return values.join(QLatin1Char(' ')).toStdString();
-}
-
-inline const QJsonArray camerasOf(const QJsonObject& document) {
-    return document[QStringLiteral("cameras")].toArray();
 }
 
 /// Sum of a member of all cameras.

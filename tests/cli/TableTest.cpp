@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(Table, alignsNumbersAndKeepsATextFromMovingTheCursor) {
+TEST(Table, alignsNumbersKeepsTextsFromMovingTheCursorAndTellsUnknownSpeeds) {
     const QString text = QStringLiteral("text");
     const QString number = QStringLiteral("number");
     const QJsonArray rows{
@@ -21,9 +21,6 @@ TEST(Table, alignsNumbersAndKeepsATextFromMovingTheCursor) {
                              "A?[2J?B   2.0\n"
                              "\u00fc        12.3\n"
                              "yes\n"));
-}
-
-TEST(Table, tellsThatASpeedIsNotKnown) {
     EXPECT_EQ(cli::usageText(110e6, 1e9), QStringLiteral("110.0 of 125.0 MB/s"));
     EXPECT_EQ(cli::usageText(110e6, 0), QStringLiteral("110.0 of unknown MB/s"));
 }

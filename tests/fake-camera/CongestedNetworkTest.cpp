@@ -16,7 +16,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -29,7 +28,6 @@ using namespace std::chrono_literals;
 
 constexpr std::uint64_t linkBitsPerSecond = 300'000'000;
 constexpr double margin = 0.1;
-constexpr auto benchmarkTime = 3s;
 
 /// Frames of all cameras of an interface in a benchmark.
 struct Totals {
@@ -44,8 +42,6 @@ struct Totals {
 class CongestedNetwork : public testing::TestWithParam<bool> {
 protected:
     void SetUp() override {
-        if (!std::filesystem::exists("/run/netns/camera1"))
-            GTEST_SKIP() << "no congested network: run this by tools/congested-network";
         for (int i = 1; i <= 4; ++i) {
             const std::string number = std::to_string(i);
             m_fakes.push_back(std::make_unique<FakeCameraProcess>(
@@ -59,13 +55,11 @@ protected:
         ASSERT_TRUE(m_session->isStarted()) << m_session->error().toStdString();
         m_controller = makeSystemController(m_session->system());
         const std::vector<CameraList> interfaces = m_controller->enumerate();
-        const auto most = std::max_element(
-            interfaces.begin(), interfaces.end(),
-            [](const auto& one, const auto& other) { return one.size() < other.size(); });
-        ASSERT_NE(most, interfaces.end());
-        ASSERT_EQ(most->size(), 4u);
-        m_cameras = *most;
-        m_index = static_cast<int>(most - interfaces.begin());
+        const auto all = std::find_if(interfaces.begin(), interfaces.end(),
+                                      [](const auto& cameras) { return cameras.size() == 4; });
+        ASSERT_NE(all, interfaces.end());
+        m_cameras = *all;
+        m_index = static_cast<int>(all - interfaces.begin());
     }
 
     static std::uint64_t framesSent(const CameraHandler& camera) {
@@ -75,10 +69,11 @@ protected:
 
     Totals benchmark() const {
         Totals totals;
+        // Wraps around until the later numbers are added.
         for (const auto& camera : m_cameras)
             totals.sent -= framesSent(*camera);
         m_controller->startBenchmark(m_index, GetParam());
-        std::this_thread::sleep_for(benchmarkTime);
+        std::this_thread::sleep_for(3s);
         m_controller->stopBenchmark(m_index);
         for (const auto& camera : m_cameras) {
             const FrameStatistics one = camera->getFrameStatistics();

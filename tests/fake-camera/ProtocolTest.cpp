@@ -236,14 +236,12 @@ Bytes streamPacket(bool extended, Status status, StreamPacket type, std::uint8_t
     return bytes;
 }
 
-class FramePackets : public TestWithParam<bool> {
-protected:
-    static Bytes resend(std::uint8_t frame, std::uint32_t first, std::uint32_t last) {
-        return GetParam()
-                   ? request(PacketResend, words({0, first, last, 0, frame}), flagExtendedIds)
-                   : request(PacketResend, words({frame, first, last}), 0);
-    }
-};
+Bytes resend(bool extended, std::uint32_t frame, std::uint32_t first, std::uint32_t last) {
+    return extended ? request(PacketResend, words({0, first, last, 0, frame}), flagExtendedIds)
+                    : request(PacketResend, words({frame, first, last}), 0);
+}
+
+class FramePackets : public TestWithParam<bool> {};
 
 TEST_P(FramePackets, followTheProtocolAndAreResent) {
     const bool extended = GetParam();
@@ -267,18 +265,20 @@ TEST_P(FramePackets, followTheProtocolAndAreResent) {
     EXPECT_THAT(host.receive(100), IsEmpty()) << "a single frame was asked for";
 
     // From a packet on until the frame's end.
-    host.send(resend(1, 1, 0xffffff));
+    host.send(resend(extended, 1, 1, 0xffffff));
     for (std::size_t i = 1; i < 4; ++i) {
         Bytes expected = packets[i];
         put16(expected.data(), extended ? Resent : Success);
         EXPECT_EQ(host.receive(), expected);
     }
-    host.send(resend(1, 9, 10));
+    host.send(resend(extended, 1, 9, 10));
     EXPECT_EQ(host.receive(), streamPacket(extended, PacketUnavailable, StreamPacket::Data, 9));
-    host.send(resend(2, 0, 0xffffff));
+    host.send(resend(extended, 2, 0, 0xffffff));
     const Bytes gone = host.receive();
     EXPECT_THAT(gone, SizeIs(header));
     EXPECT_THAT(cut(gone, 0, 2), ElementsAre(0x80, 0x0c));
+    const Bytes count = host.ask(request(ReadRegister, words({PacketsResent + 4})));
+    EXPECT_EQ(cut(count, controlHeaderSize), words({3}));
 }
 
 INSTANTIATE_TEST_SUITE_P(, FramePackets, Bool(),
@@ -291,7 +291,7 @@ TEST(StreamProtocol, resendsAFrameFromBeforeTheEndOfSixteenBits) {
     host.start();
     const std::vector<Bytes> packets = host.receivePackets(8);
     EXPECT_EQ(get16(&packets[7][2]), 1);
-    host.send(request(PacketResend, words({65535, 0, 0}), 0));
+    host.send(resend(false, 65535, 0, 0));
     EXPECT_EQ(host.receive(), packets[0]) << "the leader, with its own time";
 }
 

@@ -30,18 +30,11 @@ TEST(Acquisition, followsTheBandwidthWhileItRuns) {
 }
 
 TEST(Link, carriesNoMoreThanItsSpeedAndLosesInProportion) {
-    // Two links of 20 Mbit/s = 2.5 MB/s: one is asked for 5.12 MB/s, the other for half of what it
-    // carries.
-    const std::string text = R"({"host": {"adapters": [
-        {"name": "a", "address": "10.0.0.1", "speedMbps": 20},
-        {"name": "b", "address": "10.0.1.1", "speedMbps": 20}]},
-      "transportLayers": [{"id": "G", "type": "GigEVision"}],
-      "interfaces": [{"id": "gev", "transportLayer": "G", "adapter": "a"},
-                     {"id": "calm", "transportLayer": "G", "adapter": "b"}],
-      "cameras": [)" + gige("A", sensor(50) + R"(, "linkSpeedMbps": 1000)") +
-                             "," + gige("B", sensor(30) + R"(, "linkSpeedMbps": 1000)") +
-                             R"(, {"id": "C", "model": "M", "interface": "calm")" + sensor(20) +
-                             "}]}";
+    // A link of 20 Mbit/s = 2.5 MB/s is asked for 5.12 MB/s, another for less than it carries.
+    std::string text = scenario(gige("A", sensor(50) + R"(, "linkSpeedMbps": 1000)") + "," +
+                                gige("B", sensor(30) + R"(, "linkSpeedMbps": 1000)") + "," +
+                                usb("C", 1, sensor(20)));
+    text.insert(text.find(R"("address")"), R"("speedMbps": 20, )");
     const Running run(text);
     std::vector<std::shared_ptr<Camera>> all;
     std::vector<std::shared_ptr<Receiver>> receivers;

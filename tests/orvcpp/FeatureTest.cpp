@@ -89,9 +89,6 @@ TEST(Features, areAsManyMoreAsTheScenarioAsksFor) {
     EXPECT_EQ(all.size(), features(*openCamera("Usual")).size() + 20'000);
     for (std::size_t i = all.size() - 40; i < all.size(); ++i)
         checkDescription(*all[i]);
-    EXPECT_EQ(get<double>(*camera, "Extra00005"), 2.5);
-    EXPECT_EQ(get<std::int64_t>(*camera, "Extra00001"), 1);
-    EXPECT_TRUE(get<bool>(*camera, "Extra19998"));
     EXPECT_EQ(getText(*camera, "Extra19999"), "Text 19999");
     EXPECT_EQ(set(*camera, "Extra00002", "On"), OrvErrorSuccess);
     EXPECT_EQ(set(*camera, "Extra00007", "On"), OrvErrorInvalidAccess) << "read-only";
@@ -186,18 +183,6 @@ TEST(FrameRate, followsTheImageFormat) {
     EXPECT_GT(rate(), 1000 / 3.0) << "only the link limits the stream";
     EXPECT_EQ(set(*camera, "BinningVertical", std::int64_t{4}), OrvErrorSuccess);
     checkDescription(*feature(*camera, "Height"));
-}
-
-TEST(FrameRate, hasTheFeaturesOfTheScenario) {
-    const Running run(scenario(
-        gige("A", R"(, "bandwidth": {"feature": "none"}, "frameRate": {"feature": "none"})")));
-    const auto camera = openCamera("A");
-    for (const char* name : {"DeviceLinkThroughputLimit", "StreamBytesPerSecond",
-                             "AcquisitionFrameRate", "AcquisitionFrameRateLimit"}) {
-        std::shared_ptr<Feature> found;
-        EXPECT_EQ(camera->GetFeatureByName(name, found), OrvErrorNotFound) << name;
-    }
-    EXPECT_EQ(get<std::int64_t>(*camera, "DeviceLinkSpeed"), 125'000'000);
 }
 
 TEST(Commands, takeTheirTimeThenTakeEffect) {

@@ -13,6 +13,7 @@
 #include <fstream>
 #include <memory>
 #include <mutex>
+#include <numeric>
 #include <random>
 #include <string>
 #include <thread>
@@ -135,14 +136,11 @@ template <typename Condition> bool eventually(const Condition& condition) {
     return true;
 }
 
-/// Whether the numbers go up by one from \p first.
-inline testing::AssertionResult isGapless(const std::vector<std::uint64_t>& ids,
-                                          std::uint64_t first) {
-    for (std::size_t i = 0; i < ids.size(); ++i) {
-        if (ids[i] != first + i)
-            return testing::AssertionFailure() << "frame " << i << " is number " << ids[i];
-    }
-    return testing::AssertionSuccess();
+/// \p count numbers, which go up by one from \p first.
+inline std::vector<std::uint64_t> gapless(std::uint64_t first, std::size_t count) {
+    std::vector<std::uint64_t> ids(count);
+    std::iota(ids.begin(), ids.end(), first);
+    return ids;
 }
 
 /// A file in a temporary folder, removed with the object.
@@ -166,12 +164,15 @@ inline OrvErrorType startWith(const std::string& scenario) {
     return system().Startup(file.path.wstring().c_str());
 }
 
-/// Starts the SDK with a scenario; shuts it down at the end.
+/// Starts the SDK with a scenario or a configuration; shuts it down at the end.
 class Running {
 public:
     explicit Running(const std::string& scenario) {
         EXPECT_EQ(startWith(scenario), OrvErrorSuccess) << startupError();
         simulation().ResetCalls();
+    }
+    explicit Running(const wchar_t* configuration) {
+        EXPECT_EQ(system().Startup(configuration), OrvErrorSuccess) << startupError();
     }
     ~Running() {
         simulation().FailCall(0, OrvErrorSuccess);
@@ -209,13 +210,11 @@ inline std::string sensor(double frameRate) {
            std::to_string(frameRate) + "}";
 }
 
-class MockFrameObserver : public OrvCPP::IFrameObserver {
-public:
+struct MockFrameObserver : OrvCPP::IFrameObserver {
     MOCK_METHOD(void, FrameReceived, (const std::shared_ptr<Frame>&), (override));
 };
 
-class MockFeatureObserver : public OrvCPP::IFeatureObserver {
-public:
+struct MockFeatureObserver : OrvCPP::IFeatureObserver {
     MOCK_METHOD(void, FeatureChanged, (const std::shared_ptr<Feature>&), (override));
 };
 
@@ -226,13 +225,9 @@ public:
         : m_camera(std::move(camera)), m_keeps(keeps) {}
 
     void FrameReceived(const std::shared_ptr<Frame>& frame) override {
-        std::uint64_t id = 0;
-        OrvFrameStatusType status = OrvFrameStatusInvalid;
-        frame->GetFrameID(id);
-        frame->GetReceiveStatus(status);
-        incomplete += status == OrvFrameStatusIncomplete ? 1 : 0;
+        incomplete += ask(*frame, &Frame::GetReceiveStatus) == OrvFrameStatusIncomplete ? 1 : 0;
         const std::lock_guard lock(m_mutex);
-        m_ids.push_back(id);
+        m_ids.push_back(ask(*frame, &Frame::GetFrameID));
         if (m_keeps)
             m_kept.push_back(frame);
         else if (const auto camera = m_camera.lock())

@@ -19,15 +19,9 @@ constexpr const char* address = "127.0.0.2";
 inline const std::vector<std::string> smallFrames{"--width", "320",          "--height",
                                                   "200",     "--frame-rate", "100"};
 
-/// Starts the SDK with real cameras; shuts it down at the end. Start the fake cameras before.
-class Started {
-public:
-    Started() {
-        EXPECT_EQ(sdk::system().Startup(L":genicam"), OrvErrorSuccess) << sdk::startupError();
-    }
-    ~Started() { EXPECT_EQ(sdk::system().Shutdown(), OrvErrorSuccess); }
-    Started(const Started&) = delete;
-    Started& operator=(const Started&) = delete;
+/// The SDK with real cameras. Start the fake cameras before.
+struct Started : sdk::Running {
+    Started() : Running(L":genicam") {}
 };
 
 /// The camera with a serial number; null when it is absent.
@@ -42,15 +36,13 @@ inline std::shared_ptr<Camera> find(const std::string& serial) {
 /// One fake camera, found by the SDK and opened.
 class OneCamera : public testing::Test {
 protected:
-    explicit OneCamera(const std::vector<std::string>& options = {}) : fake(address, options) {}
-
     void SetUp() override {
         camera = find("FC0001");
         ASSERT_TRUE(camera);
         ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
     }
 
-    fakecamera::FakeCameraProcess fake;
+    fakecamera::FakeCameraProcess fake{address};
     Started started;
     std::shared_ptr<Camera> camera;
 };

@@ -52,8 +52,6 @@ TEST_F(GenicamFeature, tellsItsDescriptionBoundsEntriesAndAccess) {
                             ",TestSwitched,1,,1,,PureNumber", ",TestReadOnly,1,r,1,,PureNumber",
                             ",TestWriteOnly,1,w,1,,PureNumber", ",TestBeginner,1,rw,1,,PureNumber",
                             ",TestExpert,1,rw,2,,PureNumber", ",TestGuru,1,rw,3,,PureNumber"));
-    std::shared_ptr<OrvCPP::Feature> none;
-    EXPECT_EQ(camera->GetFeatureByName("TestNotImplemented", none), OrvErrorNotFound);
 
     const auto number = feature(*camera, "TestFloat");
     EXPECT_EQ(text(*number, &Feature::GetDisplayName), "Float");
@@ -98,14 +96,13 @@ TEST_F(GenicamFeature, tellsItsDescriptionBoundsEntriesAndAccess) {
 }
 
 TEST_F(GenicamFeature, writesWhatFitsRefusesTheRestAndRunsACommand) {
-    const std::int64_t big = 5'000'000'000;
     const struct {
         const char* feature;
         std::variant<std::int64_t, double, bool, const char*> value;
         OrvErrorType result = OrvErrorSuccess;
     } writes[] = {
         {"TestHexNumber", std::int64_t{0xFFFFFFFF}},
-        {"TestHexNumber", big, OrvErrorInvalidValue},
+        {"TestHexNumber", std::int64_t{5'000'000'000}, OrvErrorInvalidValue},
         {"TestMACAddress", std::int64_t{0x02FC00000001}},
         {"TestSigned", std::int64_t{-95}},
         {"TestSigned", std::int64_t{-94}, OrvErrorInvalidValue},
@@ -140,10 +137,6 @@ TEST_F(GenicamFeature, writesWhatFitsRefusesTheRestAndRunsACommand) {
     }
     EXPECT_EQ(get<std::int64_t>(*camera, "TestHexNumber"), 0xFFFFFFFF);
     EXPECT_EQ(get<std::int64_t>(*camera, "TestSigned"), -95);
-    EXPECT_EQ(get<double>(*camera, "TestFloat"), 2.5);
-    EXPECT_TRUE(get<bool>(*camera, "TestBoolean"));
-    EXPECT_EQ(getText(*camera, "TestString"), "hello");
-    EXPECT_EQ(getText(*camera, "TestEnumeration"), "Second");
     EXPECT_EQ(get<std::int64_t>(*camera, "TestEnumeration"), 5);
     EXPECT_EQ(get<std::int64_t>(*camera, "DeviceLinkThroughputLimit"), 50'000'000);
     EXPECT_EQ(getText(*camera, "DeviceLinkThroughputLimitMode"), "Off");

@@ -30,13 +30,11 @@ int answerSlowly(std::uint32_t address, std::uint16_t milliseconds, bool answers
     std::uint8_t question[64];
     sockaddr_in peer{};
     socklen_t size = sizeof peer;
-    EXPECT_EQ(recvfrom(socket.handle(), question, sizeof question, 0,
-                       reinterpret_cast<sockaddr*>(&peer), &size),
-              12);
+    auto* const sender = reinterpret_cast<sockaddr*>(&peer);
+    EXPECT_EQ(recvfrom(socket.handle(), question, sizeof question, 0, sender, &size), 12);
     const auto send = [&](std::vector<std::uint8_t> packet) {
         packet[7] = question[7];
-        sendto(socket.handle(), packet.data(), packet.size(), 0,
-               reinterpret_cast<const sockaddr*>(&peer), size);
+        sendto(socket.handle(), packet.data(), packet.size(), 0, sender, size);
     };
     send({0, 0, 0, 0x89, 0, 4, 0, 0, 0, 0, static_cast<std::uint8_t>(milliseconds >> 8U),
           static_cast<std::uint8_t>(milliseconds)});
