@@ -192,6 +192,7 @@ TEST_P(ProviderTest, losesFramesWhileTheReceiverHoldsAllBuffers) {
     ASSERT_NE(next, ids.end());
     EXPECT_GT(*next, GetParam().firstFrameId + static_cast<std::uint64_t>(next - ids.begin()))
         << "the gap shows the loss";
+    EXPECT_TRUE(ask(*kept[2], &Frame::GetImage));
     EXPECT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
     EXPECT_EQ(camera->QueueFrame(kept[2]), OrvErrorInvalidCall) << "its acquisition has ended";
     EXPECT_EQ(camera->QueueFrame(nullptr), OrvErrorBadParameter);
