@@ -21,8 +21,6 @@ using namespace fakecamera;
 using namespace std::chrono_literals;
 using namespace testing;
 
-const std::string address = "127.0.0.2";
-
 /// A packet of a stream, with the kernel's time of its arrival.
 struct Packet {
     std::chrono::nanoseconds moment;
@@ -36,7 +34,7 @@ class Host {
 public:
     Host() {
         const auto own = inetAddress("127.0.0.1");
-        const auto cameras = inetAddress(address);
+        const auto cameras = inetAddress(onlyAddress);
         GError* error = nullptr;
         m_device.reset(arv_gv_device_new(own.get(), cameras.get(), &error));
         EXPECT_EQ(error, nullptr) << error->message;
@@ -125,7 +123,7 @@ TEST(FakeCameraRate, isOnTheWireWhatTheFeatureSays) {
                  {{{limit, "5120000"}, {"DeviceLinkThroughputLimitMode", "Off"}}, 100},
                  {{{"AcquisitionFrameRateEnable", "true"}, {"AcquisitionFrameRate", "30"}}, 30}};
     for (const auto& [settings, expected] : cases) {
-        const FakeCameraProcess camera(address, {"--width", "512", "--height", "500"});
+        const FakeCameraProcess camera(onlyAddress, {"--width", "512", "--height", "500"});
         Host host;
         for (const auto& [name, value] : settings)
             host.set(name, value);
@@ -148,7 +146,7 @@ TEST(FakeCameraRate, isOnTheWireWhatTheFeatureSays) {
 }
 
 TEST(FakeCamera, spreadsItsPacketsOverTheTimeOfItsLimit) {
-    const FakeCameraProcess camera(address, {"--frame-rate", "9", "--limit", "10485760"});
+    const FakeCameraProcess camera(onlyAddress, {"--frame-rate", "9", "--limit", "10485760"});
     Host host;
     host.start();
     auto half = 1000000000ns;
@@ -167,7 +165,7 @@ TEST(FakeCamera, spreadsItsPacketsOverTheTimeOfItsLimit) {
 }
 
 TEST(FakeCamera, withholdsPackets) {
-    const FakeCameraProcess camera(address, {"--drop-every", "200"});
+    const FakeCameraProcess camera(onlyAddress, {"--drop-every", "200"});
     Host host;
     host.start();
     // 1,048,576 bytes in packets of 1364 bytes: 769 data packets, of which every 200th is missing.
@@ -176,7 +174,7 @@ TEST(FakeCamera, withholdsPackets) {
 
 TEST(FakeCamera, waitsForTriggersAndSendsTestPackets) {
     const FakeCameraProcess camera(
-        address, {"--packet-size", "8000", "--first-frame-id", "65535", "--extended-ids", "1"});
+        onlyAddress, {"--packet-size", "8000", "--first-frame-id", "65535", "--extended-ids", "1"});
     Host host;
     host.set("TriggerMode", "On");
     host.set("TriggerSource", "Software");

@@ -22,8 +22,6 @@ using namespace testing;
 
 using Bytes = std::vector<std::uint8_t>;
 
-const std::string address = "127.0.0.2";
-
 /// Numbers of four bytes, as they go over the wire.
 Bytes words(const std::vector<std::uint32_t>& values) {
     Bytes bytes(4 * values.size());
@@ -142,7 +140,7 @@ TEST(ControlProtocol, refusesWrongRequests) {
         {"writing over the end", WriteMemory, words({UserId + 12, 0, 0}), WriteProtected},
         {"more than a packet may hold", ReadRegister, Bytes(544), InvalidHeader},
     };
-    const FakeCameraProcess camera(address);
+    const FakeCameraProcess camera(onlyAddress);
     RawHost host;
     ASSERT_EQ(host.write({ControlPrivilege, controlAccess}), Success);
     for (const auto& each : cases) {
@@ -163,7 +161,7 @@ TEST(ControlProtocol, refusesWrongRequests) {
 }
 
 TEST(ControlProtocol, survivesEveryCutAndEveryWrongLength) {
-    const FakeCameraProcess camera(address);
+    const FakeCameraProcess camera(onlyAddress);
     RawHost host;
     ASSERT_EQ(host.write({ControlPrivilege, controlAccess}), Success);
     const Bytes whole[] = {
@@ -199,7 +197,7 @@ TEST(ControlProtocol, survivesEveryCutAndEveryWrongLength) {
 }
 
 TEST(ControlProtocol, belongsToOneHostUntilItLeavesOrFallsSilent) {
-    const FakeCameraProcess camera(address, {"--heartbeat", "500"});
+    const FakeCameraProcess camera(onlyAddress, {"--heartbeat", "500"});
     RawHost owner;
     RawHost other;
     RawHost third;
@@ -246,7 +244,7 @@ class FramePackets : public TestWithParam<bool> {};
 TEST_P(FramePackets, followTheProtocolAndAreResent) {
     const bool extended = GetParam();
     const std::size_t header = extended ? extendedStreamHeaderSize : streamHeaderSize;
-    const FakeCameraProcess camera(address, {"--extended-ids", extended ? "1" : "0"});
+    const FakeCameraProcess camera(onlyAddress, {"--extended-ids", extended ? "1" : "0"});
     RawHost host;
     host.takeFrames(host);
     EXPECT_EQ(host.write({AcquisitionMode, 2}), Success);
@@ -285,7 +283,7 @@ INSTANTIATE_TEST_SUITE_P(, FramePackets, Bool(),
                          [](const auto& test) { return test.param ? "Extended" : "Plain"; });
 
 TEST(StreamProtocol, resendsAFrameFromBeforeTheEndOfSixteenBits) {
-    const FakeCameraProcess camera(address, {"--first-frame-id", "65535", "--frame-rate", "5"});
+    const FakeCameraProcess camera(onlyAddress, {"--first-frame-id", "65535", "--frame-rate", "5"});
     RawHost host;
     host.takeFrames(host);
     host.start();
@@ -296,7 +294,7 @@ TEST(StreamProtocol, resendsAFrameFromBeforeTheEndOfSixteenBits) {
 }
 
 TEST(StreamProtocol, startsANewAcquisitionAfterAStop) {
-    const FakeCameraProcess camera(address, {"--frame-rate", "100"});
+    const FakeCameraProcess camera(onlyAddress, {"--frame-rate", "100"});
     RawHost host;
     host.takeFrames(host);
     host.start();

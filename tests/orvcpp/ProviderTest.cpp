@@ -14,8 +14,8 @@ using namespace sdk;
 class ProviderTest : public TestWithParam<ProviderCase> {
 protected:
     void SetUp() override {
-        ASSERT_EQ(cameras().size(), 1U);
-        camera = cameras().front();
+        ASSERT_EQ(sdk::cameras().size(), 1U);
+        camera = sdk::cameras().front();
     }
 
     void open() const { ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess); }
@@ -278,13 +278,13 @@ TEST_P(ProviderTest, tellsThatAStreamingCameraGoesAndReopensItWhenItIsBack) {
     provided.plug(false);
     EXPECT_TRUE(isTold(OrvUpdateTriggerPluggedOut));
     EXPECT_LT(std::chrono::steady_clock::now() - unplugged, std::chrono::seconds(3));
-    EXPECT_THAT(cameras(), IsEmpty());
+    EXPECT_THAT(sdk::cameras(), IsEmpty());
     std::int64_t value = 0;
     EXPECT_EQ(width->GetValue(value), OrvErrorNotFound);
 
     provided.plug(true);
     EXPECT_TRUE(isTold(OrvUpdateTriggerPluggedIn, before + 1));
-    EXPECT_THAT(cameras(), ElementsAre(camera));
+    EXPECT_THAT(sdk::cameras(), ElementsAre(camera));
     EXPECT_EQ(width->GetValue(value), OrvErrorNotFound) << "of the lost connection";
     EXPECT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
     EXPECT_EQ(camera->Close(), OrvErrorSuccess);

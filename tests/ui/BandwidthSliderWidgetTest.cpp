@@ -22,11 +22,11 @@ constexpr std::int64_t megabyte = 1000 * kilobyte;
 const QString dash = QStringLiteral("\u2013");
 
 /// A camera whose limit may stay off.
-struct LimitFeatures : FakeFeatures {
+struct LimitFeatures : FakeFeatureController {
     bool setFeatureValue(const std::string& module, const std::string& feature,
                          const FeatureValue& value) override {
         if (std::holds_alternative<std::int64_t>(value))
-            return FakeFeatures::setFeatureValue(module, feature, value);
+            return FakeFeatureController::setFeatureValue(module, feature, value);
         if (canBeSwitched)
             put(feature, value, module);
         return canBeSwitched;
@@ -100,7 +100,7 @@ TEST_F(BandwidthSliderTest, draggingWritesOnceOnRelease) {
     }
     EXPECT_THAT(m_features->written, IsEmpty()) << "while dragging";
     m_slider->setSliderDown(false);
-    EXPECT_THAT(m_features->written, ElementsAre(250 * megabyte));
+    EXPECT_THAT(m_features->writtenIntegers(), ElementsAre(250 * megabyte));
     m_slider->setSliderDown(true);
     m_slider->setSliderPosition(300);
     m_slider->setSliderPosition(250);
@@ -203,25 +203,25 @@ TEST_F(BandwidthSliderTest, rangeIsTheWholeMegabytesThatTheCameraTakes) {
     };
     for (const auto& [lowest, highest, bandwidth, shown] : cases) {
         m_features->putRange(limit, bandwidth, lowest, highest);
-        m_features->descriptionsRead = 0;
+        m_features->reads.clear();
         m_row->initialize();
         EXPECT_EQ((Figures{m_slider->minimum(), m_slider->maximum(), m_slider->value()}), shown);
         EXPECT_EQ((Figures{m_spin->minimum(), m_spin->maximum(), m_spin->value()}), shown);
-        EXPECT_EQ(m_features->descriptionsRead, 1);
+        EXPECT_EQ(m_features->reads[limit], 1);
     }
 }
 
 TEST_F(BandwidthSliderTest, showsWhatIsInEffectWhenTheCameraRefuses) {
     open();
     const auto cameraTakes = [this](std::int64_t bandwidth) {
-        m_features->onWrite = [=](std::int64_t) {
+        m_features->onWrite = [=] {
             m_features->put(limit, bandwidth);
         };
     };
-    m_features->writable = false;
+    m_features->refuses = true;
     m_row->setValue(300);
     EXPECT_EQ(m_slider->value(), 100);
-    m_features->writable = true;
+    m_features->refuses = false;
     cameraTakes(150 * megabyte);
     m_row->setValue(300);
     // The limit cannot be read back: the written value is shown.
@@ -232,7 +232,7 @@ TEST_F(BandwidthSliderTest, showsWhatIsInEffectWhenTheCameraRefuses) {
     EXPECT_EQ(m_spin->text(), dash) << "the limit cannot be read";
     EXPECT_THAT(m_told, ElementsAre(100, 150, 200));
     const std::string line =
-        "Warning:Fake: SetValue for '" + limit + "' was not successfull, new value: ";
+        "Warning:Cam: SetValue for '" + limit + "' was not successfull, new value: ";
     EXPECT_THAT(m_log.lines(), ElementsAre(line + "100000000", line + "150000000"));
 }
 
@@ -258,7 +258,7 @@ TEST_F(BandwidthSliderTest, movesByTheStepsOfTheCamera) {
 TEST_F(BandwidthSliderTest, cameraWithoutTheFeatureIsLockedOut) {
     m_row->initialize();
     EXPECT_THAT(m_log.lines(),
-                ElementsAre("Qt:Fake: Cannot find the feature for bandwidth control: "
+                ElementsAre("Qt:Cam: Cannot find the feature for bandwidth control: "
                             "DeviceLinkThroughputLimit, StreamBytesPerSecond are not available"));
     EXPECT_THAT(m_locks, ElementsAre(true));
     EXPECT_FALSE(m_slider->isEnabled() || m_spin->isEnabled() || m_lock->isEnabled());
@@ -275,11 +275,11 @@ TEST_F(BandwidthSliderTest, switchesTheLimitOnAndSaysWhenItStaysOff) {
         bool canBeSwitched;
         std::string log;
     } cases[] = {
-        {limit, mode, true, "Info:Fake: feature '" + mode + "' set to 'On'.\n"},
+        {limit, mode, true, "Info:Cam: feature '" + mode + "' set to 'On'.\n"},
         {"StreamBytesPerSecond", "StreamFrameRateConstrain", true,
-         "Info:Fake: feature 'StreamFrameRateConstrain' set to 'true'.\n"},
+         "Info:Cam: feature 'StreamFrameRateConstrain' set to 'true'.\n"},
         {limit, mode, false,
-         "Qt:Cannot set feature '" + mode + "' to 'On'.\nWarning:Fake: Feature '" + mode +
+         "Qt:Cannot set feature '" + mode + "' to 'On'.\nWarning:Cam: Feature '" + mode +
              "' set to Off, which deactivates the feature '" + limit + "'.\n"},
     };
     for (const auto& row : cases) {

@@ -12,9 +12,6 @@
 
 namespace {
 
-constexpr auto gigE = OrvTransportLayerTypeGEV;
-constexpr auto usb = OrvTransportLayerTypeU3V;
-
 QString lastOf(const QSignalSpy& selected) {
     return selected.last().first().toModelIndex().data().toString();
 }

@@ -26,9 +26,6 @@
 
 namespace {
 
-constexpr auto gigE = OrvTransportLayerTypeGEV;
-constexpr auto usb = OrvTransportLayerTypeU3V;
-
 /// Two GigE interfaces and a USB one; the controller's list has the USB one first.
 class SpanletDialogTest : public testing::Test {
 protected:
