@@ -17,23 +17,10 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 const std::string limit = "DeviceLinkThroughputLimit";
+const std::string stream = "StreamBytesPerSecond";
 constexpr std::int64_t kilobyte = 1000;
 constexpr std::int64_t megabyte = 1000 * kilobyte;
 const QString dash = QStringLiteral("\u2013");
-
-/// A camera whose limit may stay off.
-struct LimitFeatures : FakeFeatureController {
-    bool setFeatureValue(const std::string& module, const std::string& feature,
-                         const FeatureValue& value) override {
-        if (std::holds_alternative<std::int64_t>(value))
-            return FakeFeatureController::setFeatureValue(module, feature, value);
-        if (canBeSwitched)
-            put(feature, value, module);
-        return canBeSwitched;
-    }
-
-    bool canBeSwitched = true;
-};
 
 void logQtMessage(QtMsgType, const QMessageLogContext&, const QString& text) {
     std::cout << "Qt:" << text.toStdString() << std::endl;
@@ -77,7 +64,7 @@ protected:
     }
 
     CapturedLog m_log;
-    std::shared_ptr<LimitFeatures> m_features = std::make_shared<LimitFeatures>();
+    std::shared_ptr<FakeFeatureController> m_features = std::make_shared<FakeFeatureController>();
     QScrollArea m_view;
     std::unique_ptr<BandwidthSliderWidget> m_row =
         std::make_unique<BandwidthSliderWidget>(m_features);
@@ -270,24 +257,28 @@ TEST_F(BandwidthSliderTest, cameraWithoutTheFeatureIsLockedOut) {
 
 TEST_F(BandwidthSliderTest, switchesTheLimitOnAndSaysWhenItStaysOff) {
     const std::string mode = limit + "Mode";
+    const std::string constrain = "StreamFrameRateConstrain";
     const struct {
         std::string feature, enabling;
         bool canBeSwitched;
         std::string log;
     } cases[] = {
         {limit, mode, true, "Info:Cam: feature '" + mode + "' set to 'On'.\n"},
-        {"StreamBytesPerSecond", "StreamFrameRateConstrain", true,
-         "Info:Cam: feature 'StreamFrameRateConstrain' set to 'true'.\n"},
+        {stream, constrain, true, "Info:Cam: feature '" + constrain + "' set to 'true'.\n"},
         {limit, mode, false,
          "Qt:Cannot set feature '" + mode + "' to 'On'.\nWarning:Cam: Feature '" + mode +
              "' set to Off, which deactivates the feature '" + limit + "'.\n"},
+        {stream, constrain, false,
+         "Qt:Cannot set feature '" + constrain +
+             "' to 'On'.\nWarning:Please enable the Camera-feature '" + constrain +
+             "' to be able to change the bandwidth settings.\n"},
     };
     for (const auto& row : cases) {
-        const auto features = std::make_shared<LimitFeatures>();
+        const auto features = std::make_shared<FakeFeatureController>();
         m_log.clear();
-        features->put(row.feature, std::int64_t{});
+        features->put(row.feature, std::int64_t{}).writable = row.feature == stream;
         features->put(row.enabling, std::string("Off"));
-        features->canBeSwitched = row.canBeSwitched;
+        features->refuses = !row.canBeSwitched;
         BandwidthSliderWidget(features).initialize();
         EXPECT_EQ(m_log.text(), row.log);
     }

@@ -17,7 +17,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -157,34 +156,21 @@ TEST_F(RealCameras, cameraThatDiesInABenchmarkDisturbsNobodyAndComesBack) {
 class SilentCameras : public RealCameras, public testing::WithParamInterface<std::string> {};
 
 TEST_P(SilentCameras, holdUpTheWindowForSecondsOnly) {
-    const std::map<std::string, std::function<void()>> actions{
-        {"Refresh",
-         [] {
-         }},
-        {"Benchmark",
-         [this] {
-             benchmarkButton().click();
-         }},
-        {"AutoSet",
-         [this] {
-             autoSet();
-         }},
-        {"Sliders",
-         [this] {
-             for (auto* slider : dialog->findChildren<BandwidthSliderWidget*>())
-                 slider->setValue(1);
-         }},
-        {"FeatureTree",
-         [this] {
-             widget<QTreeView>("treeViewCameras").setCurrentIndex(row(0));
-             widget<QPushButton>("buttonFeatureTree").click();
-         }},
-    };
     overwriteMaximum(9);
     StallMeter meter;
     for (const auto& fake : fakes)
         fake->pause();
-    actions.at(GetParam())();
+    if (GetParam() == "Benchmark") {
+        benchmarkButton().click();
+    } else if (GetParam() == "AutoSet") {
+        autoSet();
+    } else if (GetParam() == "Sliders") {
+        for (auto* slider : dialog->findChildren<BandwidthSliderWidget*>())
+            slider->setValue(1);
+    } else if (GetParam() == "FeatureTree") {
+        widget<QTreeView>("treeViewCameras").setCurrentIndex(row(0));
+        widget<QPushButton>("buttonFeatureTree").click();
+    }
     refresh();
     EXPECT_LT(meter.stalled(), patience);
     for (const auto& fake : fakes)
@@ -193,7 +179,7 @@ TEST_P(SilentCameras, holdUpTheWindowForSecondsOnly) {
 }
 
 INSTANTIATE_TEST_SUITE_P(While, SilentCameras,
-                         testing::Values("Refresh", "Benchmark", "AutoSet", "Sliders",
+                         testing::Values("RefreshOnly", "Benchmark", "AutoSet", "Sliders",
                                          "FeatureTree"),
                          [](const auto& tested) { return tested.param; });
 
