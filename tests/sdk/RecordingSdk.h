@@ -4,54 +4,69 @@
 #include "OrvCPP/OrvSystem.h"
 
 #include <cstddef>
-#include <cstring>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <type_traits>
-#include <utility>
 #include <vector>
 
 // Camera SDK objects that record each call with its inputs and outputs, and answer one result code.
-// A text output is the name of its operation, a list has two elements, every other output has a
-// different value.
+// A text or a list has two elements; every output has a different value.
 
 template <class T, class = void> constexpr bool isWrapper = false;
 template <class T>
 constexpr bool isWrapper<T, std::void_t<decltype(std::declval<T&>().GetHandle())>> = true;
 
-inline std::string toText(const std::string& value) {
-    return value;
-}
-inline std::string toText(const OrvCPP::EnumEntry& entry) {
-    return std::to_string(entry.value);
-}
-inline std::string toText(const char* value) {
-    return value;
-}
-inline std::string toText(const void* object) {
-    return std::to_string(reinterpret_cast<std::uintptr_t>(object));
-}
-template <class T> std::string toText(const std::shared_ptr<T>& object) {
-    if constexpr (isWrapper<T>)
-        return toText(object->GetHandle());
+/// Appends an argument of a call; a wrapper as its SDK object.
+template <class T> void write(std::ostream& text, const T& value) {
+    if constexpr (std::is_enum_v<T>)
+        text << ' ' << static_cast<std::int64_t>(value);
     else
-        return toText(static_cast<const void*>(object.get()));
+        text << ' ' << value;
 }
-template <class T>
-std::enable_if_t<std::is_arithmetic_v<T> || std::is_enum_v<T>, std::string> toText(T value) {
-    return std::to_string(static_cast<double>(value));
+inline void write(std::ostream& text, const OrvCPP::EnumEntry& entry) {
+    write(text, entry.value);
 }
-template <class T> std::string toText(const std::vector<T>& values) {
-    std::string text;
+template <class T> void write(std::ostream& text, const std::shared_ptr<T>& object) {
+    if constexpr (isWrapper<T>)
+        write(text, object->GetHandle());
+    else
+        text << ' ' << object.get();
+}
+template <class T> void write(std::ostream& text, const std::vector<T>& values) {
     for (const T& value : values)
-        text += (&value == values.data() ? "" : " ") + toText(value);
-    return text;
+        write(text, value);
 }
 
-/// A pointer to compare, not to use.
-template <class T> std::shared_ptr<T> someObject() {
+/// Gives an argument a value; a number is the next one after \p last. A text or a list is filled by
+/// the SDK, or where it must not be empty.
+template <class T> void fill(T& value, int& last) {
+    if constexpr (std::is_same_v<T, bool>)
+        value = ++last % 2 != 0;
+    else if constexpr (std::is_same_v<T, const char*>)
+        value = "On";
+    else if constexpr (std::is_same_v<T, const std::uint8_t*>)
+        value = reinterpret_cast<T>("raw");
+    else if constexpr (std::is_same_v<T, double>)
+        value = ++last + 0.5;
+    else
+        value = static_cast<T>(++last);
+}
+inline void fill(OrvCPP::EnumEntry& entry, int& last) {
+    fill(entry.value, last);
+}
+/// An SDK object is a pointer to compare, not to use.
+template <class T> void fill(std::shared_ptr<T>& object, int&) {
     const auto owner = std::make_shared<std::max_align_t>();
-    return {owner, reinterpret_cast<T*>(owner.get())};
+    if constexpr (isWrapper<T>)
+        object = std::make_shared<T>();
+    else
+        object = {owner, reinterpret_cast<T*>(owner.get())};
+}
+
+inline void fill(std::string&, int&) {}
+template <class T> void fill(std::vector<T>& values, int&) {
+    values.resize(4);
 }
 
 class Recorder {
@@ -63,39 +78,26 @@ public:
 
 protected:
     template <class... Arguments>
-    OrvErrorType note(std::string call, const Arguments&... arguments) const {
-        ((call += " " + toText(arguments)), ...);
-        calls.push_back(call);
+    OrvErrorType note(const char* call, const Arguments&... arguments) const {
+        std::ostringstream text;
+        text << call;
+        (write(text, arguments), ...);
+        calls.push_back(text.str());
         return result;
     }
 
-    template <class Output> const Output& fill(Output& output) const {
-        if constexpr (std::is_same_v<Output, bool>)
-            output = ++filled % 2 != 0;
-        else
-            output = static_cast<Output>(++filled);
+    template <class Output> const Output& give(Output& output) const {
+        fill(output, filled);
         return output;
-    }
-    const OrvCPP::EnumEntry& fill(OrvCPP::EnumEntry& output) const {
-        fill(output.value);
-        return output;
-    }
-    template <class T> const std::shared_ptr<T>& fill(std::shared_ptr<T>& output) const {
-        return output = someObject<T>();
-    }
-
-    OrvErrorType noteText(const std::string& call, char* buffer, std::uint32_t& length) const {
-        length = static_cast<std::uint32_t>(call.size());
-        if (buffer == nullptr)
-            return note(call);
-        std::memcpy(buffer, call.data(), call.size());
-        return note(call, call);
     }
 
     template <class Element>
-    OrvErrorType noteList(const std::string& call, Element* elements, std::uint32_t& count) const {
+    OrvErrorType noteList(const char* call, Element* elements, std::uint32_t& count) const {
+        using List =
+            std::conditional_t<std::is_same_v<Element, char>, std::string, std::vector<Element>>;
         count = 2;
-        return elements == nullptr ? note(call) : note(call, fill(elements[0]), fill(elements[1]));
+        return elements == nullptr ? note(call)
+                                   : note(call, List{give(elements[0]), give(elements[1])});
     }
 };
 
@@ -106,9 +108,8 @@ using Length = std::uint32_t;
 #define DOES(Operation)                                                                            \
     OrvErrorType Operation() override { return note(#Operation); }
 #define GIVES(Operation, Type)                                                                     \
-    OrvErrorType Operation(Type& out) const override { return note(#Operation, fill(out)); }
-#define TELLS(Operation)                                                                           \
-    OrvErrorType Operation(char* b, Length& n) const override { return noteText(#Operation, b, n); }
+    OrvErrorType Operation(Type& out) const override { return note(#Operation, give(out)); }
+#define TELLS(Operation) LISTS(Operation, char)
 #define LISTS(Operation, Type)                                                                     \
     OrvErrorType Operation(Type* e, Length& n) const override { return noteList(#Operation, e, n); }
 #define TAKES(Operation, Type)                                                                     \
@@ -120,7 +121,7 @@ template <class Base> class RecordingContainer : public Base, public Recorder {
 public:
     OrvErrorType GetFeatureByName(const char* name,
                                   std::shared_ptr<OrvCPP::Feature>& out) const override {
-        return note("GetFeatureByName", name, fill(out));
+        return note("GetFeatureByName", name, give(out));
     }
     LISTS(GetFeatures, std::shared_ptr<OrvCPP::Feature>)
 };
@@ -171,7 +172,7 @@ public:
     TAKES(Open, OrvAccessModeType)
     DOES(Close)
     OrvErrorType GetID(char* b, Length& n, bool extended) const override {
-        return noteText(extended ? "GetExtendedID" : "GetID", b, n);
+        return noteList(extended ? "GetExtendedID" : "GetID", b, n);
     }
     TELLS(GetName)
     TELLS(GetModel)
@@ -189,7 +190,7 @@ public:
                             Length& completeReads) const override {
         completeReads = size;
         for (Length i = 0; i < size; ++i)
-            fill(bytes[i]);
+            give(bytes[i]);
         return note("ReadMemory", address, std::vector<std::uint8_t>(bytes, bytes + size));
     }
     OrvErrorType
@@ -223,7 +224,7 @@ public:
         if (b == nullptr)
             return note("GetValue");
         sizeFilled = 3;
-        return note("GetValue", fill(b[0]), fill(b[1]), fill(b[2]));
+        return note("GetValue", give(b[0]), give(b[1]), give(b[2]));
     }
     GIVES(GetValue, bool)
     TELLS(GetValue)
@@ -239,30 +240,30 @@ public:
     }
     LISTS(GetValues, Int)
     OrvErrorType GetEntry(OrvCPP::EnumEntry& out, const char* name) const override {
-        return note("GetEntry", fill(out), name);
+        return note("GetEntry", give(out), name);
     }
     LISTS(GetEntries, OrvCPP::EnumEntry)
     OrvErrorType GetRange(Int& low, Int& high) const override {
-        return note("GetRange", fill(low), fill(high));
+        return note("GetRange", give(low), give(high));
     }
     OrvErrorType GetRange(double& low, double& high) const override {
-        return note("GetRange", fill(low), fill(high));
+        return note("GetRange", give(low), give(high));
     }
     OrvErrorType SetValue(const std::uint8_t* data, Length size) override {
-        return note("SetValue raw", data, size);
+        return note("SetValue", data, size);
     }
-    OrvErrorType SetValue(const char* value) override { return note("SetValue text", value); }
-    OrvErrorType SetValue(bool value) override { return note("SetValue bool", value); }
-    OrvErrorType SetValue(double value) override { return note("SetValue double", value); }
-    OrvErrorType SetValue(Int value) override { return note("SetValue int", value); }
+    TAKES(SetValue, const char*)
+    TAKES(SetValue, bool)
+    TAKES(SetValue, double)
+    TAKES(SetValue, Int)
     GIVES(HasIncrement, bool)
     GIVES(GetIncrement, double)
     GIVES(GetIncrement, Int)
     OrvErrorType IsValueAvailable(Int value, bool& out) const override {
-        return note("IsValueAvailable", value, fill(out));
+        return note("IsValueAvailable", value, give(out));
     }
     OrvErrorType IsValueAvailable(const char* value, bool& out) const override {
-        return note("IsValueAvailable", value, fill(out));
+        return note("IsValueAvailable", value, give(out));
     }
     DOES(RunCommand)
     GIVES(IsCommandDone, bool)

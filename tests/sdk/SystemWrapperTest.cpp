@@ -6,6 +6,7 @@
 #include "tests/sdk/VirtualPosition.h"
 #include "tests/support/MockOrvSystem.h"
 
+#include <QtGlobal>
 #include <gmock/gmock.h>
 
 namespace {
@@ -25,11 +26,10 @@ template <class... Methods> std::vector<int> positions(Methods... methods) {
 }
 
 TEST(SystemWrapper, declaresItsOperationsInOrder) {
-    using Code = OrvErrorType;
     EXPECT_THAT(
-        positions(&W::GetInstance, &W::QueryVersion, static_cast<Code (W::*)()>(&W::Startup),
-                  static_cast<Code (W::*)(const wchar_t*)>(&W::Startup), &W::Shutdown,
-                  &W::GetInterfaces, &W::GetInterfaceByID, &W::GetCameras, &W::GetCameraByID,
+        positions(&W::GetInstance, &W::QueryVersion, qOverload<>(&W::Startup),
+                  qOverload<const wchar_t*>(&W::Startup), &W::Shutdown, &W::GetInterfaces,
+                  &W::GetInterfaceByID, &W::GetCameras, &W::GetCameraByID,
                   &W::RegisterCameraListObserver, &W::UnregisterCameraListObserver,
                   &W::RegisterInterfaceListObserver, &W::UnregisterInterfaceListObserver,
                   &W::RegisterCameraFactory, &W::UnregisterCameraFactory, &W::GetTransportLayers,
@@ -75,20 +75,18 @@ TEST(SystemWrapper, handsArgumentsToTheSdkUnchanged) {
 TEST(SystemWrapper, wrapsTheListsInTheirOrder) {
     NiceMock<MockOrvSystem> system;
     W wrapper(system);
-    const std::shared_ptr<OrvCPP::Camera> found[] = {std::make_shared<RecordingCamera>(),
-                                                     std::make_shared<RecordingCamera>()};
-    const auto give = [&found](std::shared_ptr<OrvCPP::Camera>* list, std::uint32_t& count) {
+    using Found = std::vector<std::shared_ptr<OrvCPP::Camera>>;
+    const Found found{std::make_shared<RecordingCamera>(), std::make_shared<RecordingCamera>()};
+    ON_CALL(system, GetCameras).WillByDefault([&](auto* list, std::uint32_t& count) {
         count = 2;
         if (list != nullptr)
-            std::copy_n(found, 2, list);
+            std::copy(found.begin(), found.end(), list);
         return OrvErrorType{OrvErrorSuccess};
-    };
-    EXPECT_CALL(system, GetCameras(_, _)).Times(2).WillRepeatedly(give);
+    });
     std::vector<std::shared_ptr<OrvCameraWrapper>> cameras;
     ASSERT_EQ(wrapper.GetCameras(cameras), OrvErrorSuccess);
     ASSERT_EQ(cameras.size(), 2U);
-    EXPECT_EQ(cameras[0]->GetHandle(), found[0]);
-    EXPECT_EQ(cameras[1]->GetHandle(), found[1]);
+    EXPECT_EQ((Found{cameras[0]->GetHandle(), cameras[1]->GetHandle()}), found);
 
     std::vector<std::shared_ptr<OrvInterfaceWrapper>> interfaces = {nullptr};
     EXPECT_CALL(system, GetInterfaces(nullptr, _)).WillOnce(Return(-9));

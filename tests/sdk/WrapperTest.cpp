@@ -9,11 +9,11 @@
 #include "tests/sdk/RecordingSdk.h"
 #include "tests/sdk/VirtualPosition.h"
 
+#include <QtGlobal>
 #include <gmock/gmock.h>
 
 #include <functional>
 #include <tuple>
-#include <type_traits>
 
 namespace {
 
@@ -27,69 +27,33 @@ using testing::StartsWith;
 template <class Wrapper> struct Operation {
     int declaredAt;
     std::string sdkCall = {};
-    std::function<OrvErrorType(Wrapper&, std::string&)> call = {};
+    std::function<OrvErrorType(Wrapper&, std::ostream&)> call = {};
 };
 
-/// A value for an argument of type T.
-template <class T> T sample(const T*) {
-    if constexpr (std::is_same_v<T, const char*>)
-        return "On";
-    else if constexpr (std::is_same_v<T, std::vector<std::uint8_t>>)
-        return T(4);
-    else if constexpr (std::is_arithmetic_v<T>)
-        return static_cast<T>(3);
-    else
-        return T{};
-}
-template <class T> std::shared_ptr<T> sample(const std::shared_ptr<T>*) {
-    if constexpr (isWrapper<T>)
-        return std::make_shared<T>();
-    else
-        return someObject<T>();
-}
+/// The parameters of an operation, to be filled. What only the SDK object fills stays empty.
+template <class Class, class... Parameters>
+std::tuple<std::decay_t<Parameters>...> parametersOf(OrvErrorType (Class::*)(Parameters...));
+template <class Class, class... Parameters>
+std::tuple<std::decay_t<Parameters>...> parametersOf(OrvErrorType (Class::*)(Parameters...) const);
 
-template <class Wrapper, class Method, class... Parameters>
-Operation<Wrapper> makeOperation(const char* sdkCall, Method method) {
-    return {virtualPosition(method), sdkCall, [method](Wrapper& wrapper, std::string& text) {
-                std::tuple<std::decay_t<Parameters>...> values{
-                    sample(static_cast<const std::decay_t<Parameters>*>(nullptr))...};
-                return std::apply(
-                    [&](auto&... value) {
-                        const OrvErrorType error =
-                            (wrapper.*method)(static_cast<Parameters>(value)...);
-                        ((text += " " + toText(value)), ...);
-                        return error;
-                    },
-                    values);
+template <class W, class Method> Operation<W> makeOperation(const char* sdkCall, Method method) {
+    return {virtualPosition(method), sdkCall, [method](W& wrapper, std::ostream& text) {
+                decltype(parametersOf(method)) parameters;
+                const auto call = [&](auto&... values) {
+                    [[maybe_unused]] int last = 2;
+                    (fill(values, last), ...);
+                    const OrvErrorType error = (wrapper.*method)(values...);
+                    (write(text, values), ...);
+                    return error;
+                };
+                return std::apply(call, parameters);
             }};
-}
-
-/// Operations of the parameter types \p Parameters, which choose among overloads.
-template <class... Parameters> struct With {
-    template <class Wrapper, class Class>
-    static Operation<Wrapper> op(const char* sdkCall,
-                                 OrvErrorType (Class::*method)(Parameters...) const) {
-        return makeOperation<Wrapper, decltype(method), Parameters...>(sdkCall, method);
-    }
-    template <class Wrapper, class Class>
-    static Operation<Wrapper> op(const char* sdkCall,
-                                 OrvErrorType (Class::*method)(Parameters...)) {
-        return makeOperation<Wrapper, decltype(method), Parameters...>(sdkCall, method);
-    }
-};
-template <class Wrapper, class Class, class... Parameters>
-Operation<Wrapper> op(const char* sdkCall, OrvErrorType (Class::*method)(Parameters...) const) {
-    return With<Parameters...>::template op<Wrapper>(sdkCall, method);
-}
-template <class Wrapper, class Class, class... Parameters>
-Operation<Wrapper> op(const char* sdkCall, OrvErrorType (Class::*method)(Parameters...)) {
-    return With<Parameters...>::template op<Wrapper>(sdkCall, method);
 }
 
 // Operations of the class W: one of its name, one of several of that name, and one of which only
 // the position is checked.
-#define FORWARDS(Name) op<W>(#Name, &W::Name)
-#define OVERLOAD(Name, ...) With<__VA_ARGS__>::op<W>(#Name, &W::Name)
+#define FORWARDS(Name) makeOperation<W>(#Name, &W::Name)
+#define OVERLOAD(Name, ...) makeOperation<W>(#Name, qOverload<__VA_ARGS__>(&W::Name))
 #define OTHER(Method)                                                                              \
     Operation<W> {                                                                                 \
         virtualPosition(Method)                                                                    \
@@ -110,87 +74,80 @@ template <class W, class SdkObject> void check(std::vector<Operation<W>> operati
         if (!operation.call)
             continue;
         W empty;
-        std::string text;
-        EXPECT_EQ(operation.call(empty, text), OrvErrorBadHandle);
+        std::ostringstream unused;
+        EXPECT_EQ(operation.call(empty, unused), OrvErrorBadHandle);
 
         const auto object = std::make_shared<SdkObject>();
         object->result = -23;
         W wrapper(object);
-        EXPECT_EQ(operation.call(wrapper, text), -23);
+        EXPECT_EQ(operation.call(wrapper, unused), -23);
         EXPECT_THAT(object->calls, ElementsAre(StartsWith(operation.sdkCall)));
 
         object->result = OrvErrorSuccess;
         object->filled = 10 * position;
         // Twice, since an output of two values may have had the right one before.
         for (const int time : {1, 2}) {
-            text.clear();
+            std::ostringstream text;
+            text << operation.sdkCall;
             EXPECT_EQ(operation.call(wrapper, text), OrvErrorSuccess) << time;
-            EXPECT_THAT(operation.sdkCall + text, StartsWith(object->calls.back())) << time;
+            EXPECT_THAT(text.str(), StartsWith(object->calls.back())) << time;
         }
     }
 }
 
+template <class W, class SdkObject, class... Operations>
+void check(const Operations&... operations) {
+    check<W, SdkObject>(std::vector<Operation<W>>{operations...});
+}
+
 TEST(Wrapper, forwardsTheOperationsOfALocalDevice) {
-    check<OrvLocalDeviceWrapper, RecordingLocalDevice>({});
+    check<OrvLocalDeviceWrapper, RecordingLocalDevice>();
 }
 
 TEST(Wrapper, forwardsTheOperationsOfAnInterface) {
     using W = OrvInterfaceWrapper;
-    check<W, RecordingInterface>({FORWARDS(GetID), FORWARDS(GetType), FORWARDS(GetName),
-                                  FORWARDS(GetTransportLayer), FORWARDS(GetCameras)});
+    check<W, RecordingInterface>(FORWARDS(GetID), FORWARDS(GetType), FORWARDS(GetName),
+                                 FORWARDS(GetTransportLayer), FORWARDS(GetCameras));
 }
 
 TEST(Wrapper, forwardsTheOperationsOfATransportLayer) {
     using W = OrvTransportLayerWrapper;
-    check<W, RecordingLayer>({FORWARDS(GetInterfaces), FORWARDS(GetCameras), FORWARDS(GetID),
-                              FORWARDS(GetName), FORWARDS(GetModelName), FORWARDS(GetVendor),
-                              FORWARDS(GetVersion), FORWARDS(GetPath), FORWARDS(GetType)});
+    check<W, RecordingLayer>(FORWARDS(GetInterfaces), FORWARDS(GetCameras), FORWARDS(GetID),
+                             FORWARDS(GetName), FORWARDS(GetModelName), FORWARDS(GetVendor),
+                             FORWARDS(GetVersion), FORWARDS(GetPath), FORWARDS(GetType));
 }
 
 TEST(Wrapper, forwardsTheOperationsOfAStream) {
     using W = OrvStreamWrapper;
-    check<W, RecordingStream>({FORWARDS(Open), FORWARDS(Close), FORWARDS(AnnounceFrame),
-                               FORWARDS(RevokeFrame), FORWARDS(RevokeAllFrames),
-                               FORWARDS(QueueFrame), FORWARDS(FlushQueue), FORWARDS(StartCapture),
-                               FORWARDS(EndCapture), FORWARDS(GetStreamBufferAlignment)});
+    check<W, RecordingStream>(FORWARDS(Open), FORWARDS(Close), FORWARDS(AnnounceFrame),
+                              FORWARDS(RevokeFrame), FORWARDS(RevokeAllFrames),
+                              FORWARDS(QueueFrame), FORWARDS(FlushQueue), FORWARDS(StartCapture),
+                              FORWARDS(EndCapture), FORWARDS(GetStreamBufferAlignment));
 }
 
 TEST(Wrapper, forwardsTheOperationsOfAFrame) {
     using W = OrvFrameWrapper;
-    check<W, RecordingFrame>({OTHER(&W::GetHandle), FORWARDS(GetBufferSize), FORWARDS(GetFrameID),
-                              FORWARDS(GetReceiveStatus), FORWARDS(GetTimestamp)});
+    check<W, RecordingFrame>(OTHER(&W::GetHandle), FORWARDS(GetBufferSize), FORWARDS(GetFrameID),
+                             FORWARDS(GetReceiveStatus), FORWARDS(GetTimestamp));
 }
 
 TEST(Wrapper, forwardsTheOperationsOfACamera) {
     using W = OrvCameraWrapper;
-    using Interface = std::shared_ptr<OrvInterfaceWrapper>;
-    using LocalDevice = std::shared_ptr<OrvLocalDeviceWrapper>;
-    using Layer = std::shared_ptr<OrvTransportLayerWrapper>;
     using Bytes = std::vector<std::uint8_t>;
-    using Result = OrvErrorType;
     check<W, RecordingCamera>(
-        {FORWARDS(Open),
-         FORWARDS(Close),
-         FORWARDS(GetID),
-         FORWARDS(GetExtendedID),
-         FORWARDS(GetName),
-         FORWARDS(GetModel),
-         FORWARDS(GetSerialNumber),
-         OTHER(&W::GetInterfaceID),
-         FORWARDS(GetInterfaceType),
-         OTHER((static_cast<std::pair<Interface, Result> (W::*)() const>(&W::GetInterface))),
-         OVERLOAD(GetInterface, Interface&),
-         OTHER((static_cast<std::pair<LocalDevice, Result> (W::*)() const>(&W::GetLocalDevice))),
-         OVERLOAD(GetLocalDevice, LocalDevice&),
-         OTHER((static_cast<std::pair<Layer, Result> (W::*)() const>(&W::GetTransportLayer))),
-         OVERLOAD(GetTransportLayer, Layer&),
-         FORWARDS(GetStreams),
-         FORWARDS(GetPermittedAccess),
-         OVERLOAD(ReadMemory, std::uint64_t, Bytes&),
-         OVERLOAD(ReadMemory, std::uint64_t, Bytes&, std::uint32_t&),
-         FORWARDS(StartContinuousImageAcquisition),
-         FORWARDS(StopContinuousImageAcquisition),
-         FORWARDS(QueueFrame)});
+        FORWARDS(Open), FORWARDS(Close), FORWARDS(GetID), FORWARDS(GetExtendedID),
+        FORWARDS(GetName), FORWARDS(GetModel), FORWARDS(GetSerialNumber), OTHER(&W::GetInterfaceID),
+        FORWARDS(GetInterfaceType), OTHER(qOverload<>(&W::GetInterface)),
+        OVERLOAD(GetInterface, std::shared_ptr<OrvInterfaceWrapper>&),
+        OTHER(qOverload<>(&W::GetLocalDevice)),
+        OVERLOAD(GetLocalDevice, std::shared_ptr<OrvLocalDeviceWrapper>&),
+        OTHER(qOverload<>(&W::GetTransportLayer)),
+        OVERLOAD(GetTransportLayer, std::shared_ptr<OrvTransportLayerWrapper>&),
+        FORWARDS(GetStreams), FORWARDS(GetPermittedAccess),
+        OVERLOAD(ReadMemory, std::uint64_t, Bytes&),
+        OVERLOAD(ReadMemory, std::uint64_t, Bytes&, std::uint32_t&),
+        FORWARDS(StartContinuousImageAcquisition), FORWARDS(StopContinuousImageAcquisition),
+        FORWARDS(QueueFrame));
 }
 
 TEST(Wrapper, forwardsTheOperationsOfAFeature) {
@@ -198,49 +155,22 @@ TEST(Wrapper, forwardsTheOperationsOfAFeature) {
     using Int = std::int64_t;
     using Bytes = std::vector<std::uint8_t>;
     check<W, RecordingFeature>(
-        {OTHER(&W::GetHandle),
-         OVERLOAD(GetValue, Bytes&),
-         OVERLOAD(GetValue, Bytes&, std::uint32_t&),
-         OVERLOAD(GetValue, bool&),
-         OVERLOAD(GetValue, std::string&),
-         OVERLOAD(GetValue, double&),
-         OVERLOAD(GetValue, Int&),
-         OVERLOAD(GetValues, std::vector<std::string>&),
-         OVERLOAD(GetValues, std::vector<Int>&),
-         FORWARDS(GetEntry),
-         FORWARDS(GetEntries),
-         OVERLOAD(GetRange, Int&, Int&),
-         OVERLOAD(GetRange, double&, double&),
-         With<const std::uint8_t*, std::uint32_t>::op<W>("SetValue raw", &W::SetValue),
-         OTHER(&W::Reserved15),
-         With<const char*>::op<W>("SetValue text", &W::SetValue),
-         With<bool>::op<W>("SetValue bool", &W::SetValue),
-         With<double>::op<W>("SetValue double", &W::SetValue),
-         With<Int>::op<W>("SetValue int", &W::SetValue),
-         FORWARDS(HasIncrement),
-         OVERLOAD(GetIncrement, double&),
-         OVERLOAD(GetIncrement, Int&),
-         OVERLOAD(IsValueAvailable, Int, bool&),
-         OTHER(&W::Reserved24),
-         OVERLOAD(IsValueAvailable, const char*, bool&),
-         FORWARDS(RunCommand),
-         FORWARDS(IsCommandDone),
-         FORWARDS(GetName),
-         FORWARDS(GetDisplayName),
-         FORWARDS(GetDataType),
-         FORWARDS(GetFlags),
-         FORWARDS(GetCategory),
-         FORWARDS(GetUnit),
-         FORWARDS(GetRepresentation),
-         FORWARDS(GetVisibility),
-         FORWARDS(GetToolTip),
-         FORWARDS(GetDescription),
-         FORWARDS(GetSelectedFeatures),
-         FORWARDS(GetValidValueSet),
-         FORWARDS(IsReadable),
-         FORWARDS(IsWritable),
-         FORWARDS(RegisterObserver),
-         FORWARDS(UnregisterObserver)});
+        OTHER(&W::GetHandle), OVERLOAD(GetValue, Bytes&),
+        OVERLOAD(GetValue, Bytes&, std::uint32_t&), OVERLOAD(GetValue, bool&),
+        OVERLOAD(GetValue, std::string&), OVERLOAD(GetValue, double&), OVERLOAD(GetValue, Int&),
+        OVERLOAD(GetValues, std::vector<std::string>&), OVERLOAD(GetValues, std::vector<Int>&),
+        FORWARDS(GetEntry), FORWARDS(GetEntries), OVERLOAD(GetRange, Int&, Int&),
+        OVERLOAD(GetRange, double&, double&),
+        OVERLOAD(SetValue, const std::uint8_t*, std::uint32_t), OTHER(&W::Reserved15),
+        OVERLOAD(SetValue, const char*), OVERLOAD(SetValue, bool), OVERLOAD(SetValue, double),
+        OVERLOAD(SetValue, Int), FORWARDS(HasIncrement), OVERLOAD(GetIncrement, double&),
+        OVERLOAD(GetIncrement, Int&), OVERLOAD(IsValueAvailable, Int, bool&), OTHER(&W::Reserved24),
+        OVERLOAD(IsValueAvailable, const char*, bool&), FORWARDS(RunCommand),
+        FORWARDS(IsCommandDone), FORWARDS(GetName), FORWARDS(GetDisplayName), FORWARDS(GetDataType),
+        FORWARDS(GetFlags), FORWARDS(GetCategory), FORWARDS(GetUnit), FORWARDS(GetRepresentation),
+        FORWARDS(GetVisibility), FORWARDS(GetToolTip), FORWARDS(GetDescription),
+        FORWARDS(GetSelectedFeatures), FORWARDS(GetValidValueSet), FORWARDS(IsReadable),
+        FORWARDS(IsWritable), FORWARDS(RegisterObserver), FORWARDS(UnregisterObserver));
 }
 
 TEST(FeatureWrapper, trimsARawValueToItsFilledSize) {
@@ -264,36 +194,24 @@ TEST(ContainerWrapper, refusesAFeatureByNameWithoutAWrapperToFill) {
 TEST(CameraWrapper, makesWrappersThatStayEmptyOnAnError) {
     const auto object = std::make_shared<RecordingCamera>();
     const OrvCameraWrapper wrapper(object);
-    EXPECT_EQ(wrapper.GetInterface().second, OrvErrorSuccess);
+    std::string id = "old";
     EXPECT_EQ(wrapper.GetInterface().first->GetHandle(), object->interface);
+    EXPECT_EQ(wrapper.GetInterfaceID(id), OrvErrorSuccess);
+    EXPECT_EQ("GetID " + id, object->interface->calls.back());
     EXPECT_NE(wrapper.GetLocalDevice().first->GetHandle(), nullptr);
     EXPECT_NE(wrapper.GetTransportLayer().first->GetHandle(), nullptr);
+    object->interface->result = OrvErrorIO;
+    EXPECT_EQ(wrapper.GetInterfaceID(id), OrvErrorIO);
 
     object->result = OrvErrorDeviceNotOpen;
+    EXPECT_EQ(wrapper.GetInterfaceID(id), OrvErrorDeviceNotOpen);
     EXPECT_EQ(wrapper.GetInterface().second, OrvErrorDeviceNotOpen);
     EXPECT_EQ(wrapper.GetInterface().first->GetHandle(), nullptr);
     EXPECT_EQ(wrapper.GetLocalDevice().first->GetHandle(), nullptr);
     EXPECT_EQ(wrapper.GetTransportLayer().first->GetHandle(), nullptr);
-    EXPECT_EQ(OrvCameraWrapper().GetInterface().second, OrvErrorBadHandle);
+    EXPECT_EQ(OrvCameraWrapper().GetInterfaceID(id), OrvErrorBadHandle);
     std::shared_ptr<OrvInterfaceWrapper> none;
     EXPECT_EQ(wrapper.GetInterface(none), OrvErrorBadParameter) << "no wrapper to fill";
-}
-
-TEST(CameraWrapper, hasTheIdOfItsInterface) {
-    const auto object = std::make_shared<RecordingCamera>();
-    const OrvCameraWrapper wrapper(object);
-    std::string text = "old";
-    object->interface->result = OrvErrorIO;
-    EXPECT_EQ(wrapper.GetInterfaceID(text), OrvErrorIO);
-    EXPECT_EQ(text, "old");
-    object->interface->result = OrvErrorSuccess;
-    EXPECT_EQ(wrapper.GetInterfaceID(text), OrvErrorSuccess);
-    EXPECT_EQ(text, "GetID");
-    object->interface = nullptr;
-    EXPECT_EQ(wrapper.GetInterfaceID(text), OrvErrorBadHandle);
-    EXPECT_EQ(OrvCameraWrapper().GetInterfaceID(text), OrvErrorBadHandle);
-    object->result = OrvErrorDeviceNotOpen;
-    EXPECT_EQ(wrapper.GetInterfaceID(text), OrvErrorDeviceNotOpen);
 }
 
 TEST(CameraWrapper, readsNoMemoryIntoAnEmptyBuffer) {
