@@ -16,6 +16,12 @@ inline auto ioError() {
 
 inline const std::string ioErrorText = " (Low level IO error in transport layer)";
 
+/// A change of CameraParts: what one of their operations does.
+#define DOES(part, Operation, action)                                                              \
+    [](CameraParts& parts) {                                                                       \
+        ON_CALL(*parts.part, Operation).WillByDefault(action);                                     \
+    }
+
 /// How messages about the camera of CameraParts begin, after the prefix.
 inline const std::string cameraText = "Model-0001 (DEV_1)";
 

@@ -4,6 +4,7 @@
 namespace {
 
 using testing::_;
+using testing::FieldsAre;
 using testing::InSequence;
 using testing::Mock;
 using testing::Return;
@@ -41,33 +42,12 @@ struct OpeningCase {
     bool opened = true;
 };
 
-std::ostream& operator<<(std::ostream& stream, const OpeningCase& testCase) {
-    return stream << testCase.name;
-}
-
-class Opening : public testing::TestWithParam<OpeningCase> {};
-
-TEST_P(Opening, logsWhatFailed) {
-    CapturedLog log;
-    CameraParts parts(GetParam().type);
-    parts.localDevice->addFeature("DeviceLocation", makeStringFeature("0x2/3/1"));
-    GetParam().arrange(parts);
-    const CameraHandler handler(parts.camera);
-    EXPECT_EQ(log.text(), GetParam().log);
-    EXPECT_EQ(handler.getWarningText(), GetParam().warningText);
-    EXPECT_EQ(handler.isOpened(), GetParam().opened);
-}
-
 const std::string io = ioErrorText + '\n';
 const std::string warning = "Warning:" + cameraText;
 const std::string debug = "Debug:" + cameraText;
 const std::string error = "Error:" + cameraText;
 
-/// The cases differ in the operation, not in its signature: a macro names each only once.
-#define FAILS(part, Operation)                                                                     \
-    [](CameraParts& parts) {                                                                       \
-        ON_CALL(*parts.part, Operation).WillByDefault(ioError());                                  \
-    }
+#define FAILS(part, Operation) DOES(part, Operation, ioError())
 
 const OpeningCase openings[] = {
     {"Nothing", gige, [](CameraParts&) {}, ""},
@@ -80,10 +60,7 @@ const OpeningCase openings[] = {
     {"SerialNumberIsNotExamined", gige, FAILS(camera, GetSerialNumber), ""},
     {"Streams", gige, FAILS(camera, GetStreams),
      warning + ": Unable to get Streams" + io + error + ": Cannot get streams." + io},
-    {"NoStream", gige,
-     [](CameraParts& p) {
-         ON_CALL(*p.camera, GetStreams).WillByDefault(answer(MockCamera::Streams()));
-     },
+    {"NoStream", gige, DOES(camera, GetStreams, answer(MockCamera::Streams())),
      error + ": Cannot get streams. (No error)\n"},
     {"SocketDriver", gige, useSocketDriver, warning + " is using Socket driver.\n", socketWarning},
     {"SocketDriverOfUsbIsNotAsked", usb, useSocketDriver, ""},
@@ -140,47 +117,51 @@ const OpeningCase openings[] = {
      cannotBeOpened, false},
 };
 
-#undef FAILS
-
-INSTANTIATE_TEST_SUITE_P(, Opening, testing::ValuesIn(openings),
-                         [](const auto& suite) { return suite.param.name; });
+TEST(CameraHandlerOpening, logsWhatFailed) {
+    for (const OpeningCase& opening : openings) {
+        SCOPED_TRACE(opening.name);
+        CapturedLog log;
+        CameraParts parts(opening.type);
+        parts.localDevice->addFeature("DeviceLocation", makeStringFeature("0x2/3/1"));
+        opening.arrange(parts);
+        const CameraHandler handler(parts.camera);
+        EXPECT_EQ(log.text(), opening.log);
+        EXPECT_EQ(handler.getWarningText(), opening.warningText);
+        EXPECT_EQ(handler.isOpened(), opening.opened);
+    }
+}
 
 TEST(CameraHandlerOpening, recordsWhatIsShown) {
-    CapturedLog log;
-    const CameraParts parts(gige);
-    const CameraInfo info = CameraHandler(parts.camera).getCameraInfo();
-    EXPECT_EQ(info.cameraName, "Camera");
-    EXPECT_EQ(info.modelName, "Model");
-    EXPECT_EQ(info.cameraId, "DEV_1");
-    EXPECT_EQ(info.serialNumber, "0001");
-    EXPECT_EQ(info.interfaceName, "Eth 1");
-    EXPECT_EQ(info.interfaceId, "IF_1");
-    EXPECT_EQ(info.transportLayerName, "MRD Layer");
-    EXPECT_EQ(info.transportLayerId, "TL_1");
-    EXPECT_EQ(info.transportLayerPath, "/layer.cti");
-    EXPECT_EQ(info.transportLayerVendor, "Meridane Technologies");
-    EXPECT_EQ(info.portPath, "");
-    EXPECT_EQ(info.transportLayerType, gige);
+    const CapturedLog log;
+    EXPECT_THAT(CameraHandler(CameraParts(gige).camera).getCameraInfo(),
+                FieldsAre("Camera", "Model", "DEV_1", "0001", "Eth 1", "IF_1", "MRD Layer", "TL_1",
+                          "/layer.cti", "Meridane Technologies", "", gige));
 }
 
 TEST(CameraHandlerOpening, readsPortAndBusOfUsbCameras) {
     struct Case {
-        const char* location;
+        NiceFeature location;
         const char* port;
         const char* bus;
+        /// Empty when it cannot be read; it replaces the bus.
+        const char* interfaceName = "";
     };
-    for (const Case& testCase : {Case{"0x2/3/1", "Port 3", "USB bus 2"},
-                                 {"::12/4", "Port 4", "USB bus 12"},
-                                 {"0x2", "", "USB bus 2"},
-                                 {"0x2/", "", "USB bus 2"},
-                                 {"0x/3", "Port 3", ""},
-                                 {"0x", "", ""},
-                                 {"", "", ""}}) {
-        SCOPED_TRACE(testCase.location);
+    const auto at = makeStringFeature;
+    for (const Case& testCase : {Case{at("0x2/3/1"), "Port 3", "USB bus 2"},
+                                 {at("::12/4"), "Port 4", "USB bus 12"},
+                                 {at("0x2"), "", "USB bus 2"},
+                                 {at("0x2/"), "", "USB bus 2"},
+                                 {at("0x/3"), "Port 3", ""},
+                                 {at("0x"), "", ""},
+                                 {at(""), "", ""},
+                                 {makeIntFeature(23), "", ""},
+                                 {at("0x2/3"), "Port 3", "PCI 0-20-0", "PCI 0-20-0"}}) {
+        SCOPED_TRACE(testCase.port);
         CapturedLog log;
-        CameraParts parts(usb, "");
-        parts.localDevice->addFeature("DeviceLocation", makeStringFeature(testCase.location));
-        ON_CALL(*parts.interface, GetName).WillByDefault(ioError());
+        CameraParts parts(usb, testCase.interfaceName);
+        parts.localDevice->addFeature("DeviceLocation", testCase.location);
+        if (*testCase.interfaceName == '\0')
+            ON_CALL(*parts.interface, GetName).WillByDefault(ioError());
         const CameraHandler handler(parts.camera);
         const CameraInfo info = handler.getCameraInfo();
         EXPECT_EQ(info.portPath, testCase.port);
@@ -191,31 +172,13 @@ TEST(CameraHandlerOpening, readsPortAndBusOfUsbCameras) {
     }
 }
 
-TEST(CameraHandlerOpening, locationOfAnotherTypeCountsAsAbsent) {
-    CapturedLog log;
-    CameraParts parts(usb, "PCI 0-20-0");
-    parts.localDevice->addFeature("DeviceLocation", makeIntFeature(23));
-    EXPECT_EQ(CameraHandler(parts.camera).getCameraInfo().portPath, "");
-    EXPECT_TRUE(log.has(warning + ": Cannot find USB port path."));
-    // The name of the interface replaces the bus.
-    parts.localDevice->addFeature("DeviceLocation", makeStringFeature("0x2/3"));
-    EXPECT_EQ(CameraHandler(parts.camera).getCameraInfo().interfaceName, "PCI 0-20-0");
-}
-
-TEST(CameraHandlerOpening, identifiesTheCameraBeforeOpeningIt) {
-    CapturedLog log;
+TEST(CameraHandlerOpening, opensTheCameraBeforeItsLocalDeviceIsShown) {
+    const CapturedLog log;
     const CameraParts parts(gige);
-    {
-        const InSequence sequence;
-        EXPECT_CALL(*parts.camera, GetName);
-        EXPECT_CALL(*parts.camera, GetModel);
-        EXPECT_CALL(*parts.camera, GetID);
-        EXPECT_CALL(*parts.camera, GetSerialNumber);
-        EXPECT_CALL(*parts.camera, Open(OrvAccessModeFull));
-        EXPECT_CALL(*parts.camera, GetLocalDevice());
-    }
-    const CameraHandler handler(parts.camera);
-    EXPECT_NE(handler.getFeatureController(), nullptr);
+    const InSequence sequence;
+    EXPECT_CALL(*parts.camera, Open(OrvAccessModeFull));
+    EXPECT_CALL(*parts.camera, GetLocalDevice());
+    EXPECT_NE(CameraHandler(parts.camera).getFeatureController(), nullptr);
 }
 
 TEST(CameraHandlerOpening, keepsTheControllerItIsHanded) {

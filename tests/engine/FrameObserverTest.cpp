@@ -4,7 +4,6 @@
 #include "tests/support/FakeFrame.h"
 #include "tests/support/MockSdk.h"
 
-#include <cstring>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -12,6 +11,7 @@
 namespace {
 
 using testing::_;
+using testing::FieldsAre;
 
 class FrameObserverTest : public testing::Test {
 protected:
@@ -20,14 +20,12 @@ protected:
         return observer.statistics();
     }
     FrameStatistics receive(FrameObserver& observer, std::optional<std::uint64_t> id) {
-        FakeFrame frame;
-        frame.id = id.value_or(0);
+        FakeFrame frame(id.value_or(0));
         frame.idResult = id ? OrvErrorSuccess : OrvErrorIO;
         return receive(observer, frame);
     }
 
-    std::shared_ptr<testing::NiceMock<MockCamera>> m_camera =
-        std::make_shared<testing::NiceMock<MockCamera>>();
+    std::shared_ptr<testing::NiceMock<MockCamera>> m_camera = makeCamera();
 };
 
 TEST_F(FrameObserverTest, findsGapsInTheFrameIds) {
@@ -70,13 +68,8 @@ TEST_F(FrameObserverTest, countsByReceiveStatus) {
     frame.statusResult = OrvErrorIO;
     frame.size = std::numeric_limits<std::uint32_t>::max();
     const FrameStatistics statistics = receive(observer, frame);
-    EXPECT_EQ(statistics.receivedFrames, 13U);
-    EXPECT_EQ(statistics.completeFrames, 4U);
-    EXPECT_EQ(statistics.incompleteFrames, 3U);
-    EXPECT_EQ(statistics.tooSmallFrames, 2U);
-    EXPECT_EQ(statistics.invalidFrames, 1U);
-    EXPECT_EQ(statistics.payloadBytes, 12'000U + std::uint64_t{4'294'967'295});
-    EXPECT_EQ(statistics.reserved, 0U);
+    EXPECT_THAT(statistics, FieldsAre(13U, 4U, 3U, 1U, 2U, _, _,
+                                      12'000U + std::uint64_t{4'294'967'295}, _, 0U));
 }
 
 TEST_F(FrameObserverTest, measuresTheLastInterval) {
@@ -116,9 +109,7 @@ TEST_F(FrameObserverTest, resetClearsEverything) {
         receive(observer, frame);
     }
     observer.reset();
-    const FrameStatistics none;
-    const FrameStatistics cleared = observer.statistics();
-    EXPECT_EQ(std::memcmp(&cleared, &none, sizeof none), 0);
+    EXPECT_THAT(observer.statistics(), FieldsAre(0U, 0U, 0U, 0U, 0U, 0, 0, 0U, 0.0, 0U));
     now += 1'000'000'000;
     EXPECT_DOUBLE_EQ(receive(observer, 1).framesPerSecond, 0.25) << "from the clock's zero again";
     observer.reset();

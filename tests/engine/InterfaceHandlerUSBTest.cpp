@@ -114,87 +114,62 @@ const Case cases[] = {
     {"LowerCase", path("usb#vid_4d52&pid_0001#a1#"), superSpeed},
 };
 
-class OneCamera : public testing::TestWithParam<Case> {};
+TEST(InterfaceHandlerUSB, hasTheSpeedOfThePortOfACamera) {
+    for (const Case& tested : cases) {
+        SCOPED_TRACE(tested.name);
+        auto tree = std::make_shared<Tree>();
+        tree->addController(0, 0x00140002);
+        tree->addHub(controller, "root");
+        tree->addCamera(hub, port, usb3Port);
+        tested.change(*tree);
 
-TEST_P(OneCamera, hasTheSpeedOfItsPort) {
-    auto tree = std::make_shared<Tree>();
-    tree->addController(0, 0x00140002);
-    tree->addHub(controller, "root");
-    tree->addCamera(hub, port, usb3Port);
-    GetParam().change(*tree);
+        InterfaceHandlerUSB handler({tree});
+        const CapturedLog log;
+        handler.rebuild();
+        EXPECT_EQ(handler.GetSpeed("MRD USB 0-20-2"), tested.speed);
+        EXPECT_EQ(log.text(), tested.log);
+    }
+}
 
+TEST(InterfaceHandlerUSB, hasTheHighestSpeedOfTheCamerasThatAreThere) {
+    const auto tree = std::make_shared<Tree>();
     InterfaceHandlerUSB handler({tree});
-    const CapturedLog log;
+    const auto root = tree->addHub(tree->addController(4, 0), "root");
+    // What the root hub tells of its own port 3 does not count for the camera behind the next hub.
+    tree->at(root).ports[3] = {host::PortConnection{1, 0}, 0};
+    const auto slow = tree->addCamera(tree->addHub(root, "external"), 3, usb2Port);
+    const auto fast = tree->addCamera(root, 1, usb3Port);
+    tree->addCamera(root, 2, usb2Port);
+    EXPECT_EQ(handler.GetSpeed("4-0-0"), std::nullopt) << "nothing is known before a rebuild";
     handler.rebuild();
-    EXPECT_EQ(handler.GetSpeed("MRD USB 0-20-2"), GetParam().speed);
-    EXPECT_EQ(log.text(), GetParam().log);
-}
-
-INSTANTIATE_TEST_SUITE_P(InterfaceHandlerUSB, OneCamera, testing::ValuesIn(cases),
-                         [](const auto& tested) { return tested.param.name; });
-
-class InterfaceHandlerUSBTest : public testing::Test {
-protected:
-    std::shared_ptr<Tree> m_tree = std::make_shared<Tree>();
-    InterfaceHandlerUSB m_handler{{m_tree}};
-};
-
-TEST_F(InterfaceHandlerUSBTest, walksThroughAnExternalHub) {
-    const auto outer = m_tree->addHub(m_tree->addController(4, 0), "root");
-    m_tree->addCamera(m_tree->addHub(outer, "external"), 3, usb3Port);
-    // What the root hub tells of its own port 3 must not count.
-    m_tree->at(outer).ports[3] = usb2Port;
-    m_handler.rebuild();
-
-    EXPECT_EQ(m_handler.GetSpeed("4-0-0"), superSpeed);
-}
-
-TEST_F(InterfaceHandlerUSBTest, keepsTheHighestSpeedBehindAController) {
-    const auto rising = m_tree->addHub(m_tree->addController(1, 0), "rising");
-    m_tree->addCamera(rising, 1, usb2Port);
-    m_tree->addCamera(rising, 2, usb3Port);
-    const auto falling = m_tree->addHub(m_tree->addController(2, 0), "falling");
-    m_tree->addCamera(falling, 1, usb3Port);
-    m_tree->addCamera(falling, 2, usb2Port);
-    m_handler.rebuild();
-
-    EXPECT_EQ(m_handler.GetSpeed("1-0-0"), superSpeed);
-    EXPECT_EQ(m_handler.GetSpeed("2-0-0"), superSpeed);
-}
-
-TEST_F(InterfaceHandlerUSBTest, leavesOutOnlyTheCameraThatFails) {
-    const auto root = m_tree->addHub(m_tree->addController(0, 0x00140000), "root");
-    m_tree->at(m_tree->addCamera(root, 1, usb3Port)).location = {37, {}};
-    m_tree->addCamera(root, 2, usb2Port);
+    EXPECT_EQ(handler.GetSpeed("4-0-0"), superSpeed);
     const CapturedLog log;
-    m_handler.rebuild();
-
-    EXPECT_EQ(m_handler.GetSpeed("0-20-0"), highSpeed);
+    tree->at(fast).location = {37, {}};
+    handler.rebuild();
+    EXPECT_EQ(handler.GetSpeed("4-0-0"), highSpeed) << "only the camera that fails is left out";
     EXPECT_EQ(log.text(), noPort);
+    tree->at(root).kind = Kind::Other;
+    tree->at(fast).kind = Kind::Other;
+    handler.rebuild();
+    EXPECT_EQ(handler.GetSpeed("4-0-0"), highSpeed) << "of the camera behind the external hub";
+    tree->at(slow).kind = Kind::Other;
+    handler.rebuild();
+    EXPECT_EQ(handler.GetSpeed("4-0-0"), std::nullopt);
 }
 
-TEST_F(InterfaceHandlerUSBTest, forgetsWhatIsGoneWhenRebuilt) {
-    const auto root = m_tree->addHub(m_tree->addController(0, 0), "root");
-    const auto unplugged = m_tree->addCamera(root, 1, usb3Port);
-    EXPECT_EQ(m_handler.GetSpeed("0-0-0"), std::nullopt) << "nothing is known before a rebuild";
-    m_handler.rebuild();
-    EXPECT_EQ(m_handler.GetSpeed("0-0-0"), superSpeed);
-    m_tree->at(unplugged).kind = Kind::Other;
-    m_handler.rebuild();
-    EXPECT_EQ(m_handler.GetSpeed("0-0-0"), std::nullopt);
-}
+TEST(InterfaceHandlerUSB, takesTheFirstKeyThatOccursAnywhereInTheId) {
+    const auto tree = std::make_shared<Tree>();
+    tree->addCamera(tree->addHub(tree->addController(10, 0x00140000), "a"), 1, usb2Port);
+    tree->addCamera(tree->addHub(tree->addController(0, 0x00140000), "b"), 1, usb3Port);
+    tree->addCamera(tree->addHub(tree->addController(2, 0x00140000), "c"), 1, usb2Port);
+    InterfaceHandlerUSB handler({tree});
+    handler.rebuild();
 
-TEST_F(InterfaceHandlerUSBTest, takesTheFirstKeyThatOccursAnywhereInTheId) {
-    m_tree->addCamera(m_tree->addHub(m_tree->addController(10, 0x00140000), "a"), 1, usb2Port);
-    m_tree->addCamera(m_tree->addHub(m_tree->addController(0, 0x00140000), "b"), 1, usb3Port);
-    m_tree->addCamera(m_tree->addHub(m_tree->addController(2, 0x00140000), "c"), 1, usb2Port);
-    m_handler.rebuild();
-
-    EXPECT_EQ(m_handler.GetSpeed("USB(0-20-0)"), superSpeed);
-    EXPECT_EQ(m_handler.GetSpeed("USB(10-20-0)"), superSpeed) << "0-20-0 is the first within it";
-    EXPECT_EQ(m_handler.GetSpeed("USB(2-20-0)"), highSpeed);
-    EXPECT_EQ(m_handler.GetSpeed("USB(3-20-1)"), std::nullopt);
-    EXPECT_EQ(m_handler.GetSpeed(""), std::nullopt);
+    EXPECT_EQ(handler.GetSpeed("USB(0-20-0)"), superSpeed);
+    EXPECT_EQ(handler.GetSpeed("USB(10-20-0)"), superSpeed) << "0-20-0 is the first within it";
+    EXPECT_EQ(handler.GetSpeed("USB(2-20-0)"), highSpeed);
+    EXPECT_EQ(handler.GetSpeed("USB(3-20-1)"), std::nullopt);
+    EXPECT_EQ(handler.GetSpeed(""), std::nullopt);
 }
 
 } // namespace

@@ -28,25 +28,18 @@ TEST(LogTest, writesPrefixTextAndErrorToTheStandardOutput) {
     EXPECT_EQ(errorLog.text(), "");
 }
 
-TEST(QtMessageHandlerTest, mapsTheTypes) {
+TEST(QtMessageHandlerTest, mapsTheTypesAndTellsTheContextWhenThereIsAFunction) {
     const CapturedLog log;
-    const QMessageLogContext none;
-    const QString text = QStringLiteral("t");
-    for (const auto type : {QtDebugMsg, QtInfoMsg, QtWarningMsg, QtCriticalMsg, QtFatalMsg})
-        qtMessageHandler(type, none, text);
-    qtMessageHandler(static_cast<QtMsgType>(7), none, text);
-    EXPECT_THAT(log.lines(),
-                ElementsAre("Debug:t", "Info:t", "Warning:t", "Warning:t", "Warning:t"));
-}
-
-TEST(QtMessageHandlerTest, tellsTheContextWhenThereIsAFunction) {
-    const CapturedLog log;
+    for (const int type : {int{QtDebugMsg}, int{QtInfoMsg}, int{QtWarningMsg}, int{QtCriticalMsg},
+                           int{QtFatalMsg}, 7})
+        qtMessageHandler(static_cast<QtMsgType>(type), {}, QStringLiteral("t"));
     const QString text = QStringLiteral("%1 of 100%");
-    qtMessageHandler(QtInfoMsg, QMessageLogContext("a.cpp", 12, "f()", "category"), text);
-    qtMessageHandler(QtInfoMsg, QMessageLogContext("a.cpp", 12, nullptr, "category"), text);
-    qtMessageHandler(QtInfoMsg, QMessageLogContext(nullptr, 0, "f()", "category"), text);
-    EXPECT_THAT(log.lines(), ElementsAre("Info:%1 of 100% (f() in a.cpp:12)", "Info:%1 of 100%",
-                                         "Info:%1 of 100% (f() in :0)"));
+    qtMessageHandler(QtInfoMsg, {"a.cpp", 12, "f()", "category"}, text);
+    qtMessageHandler(QtInfoMsg, {"a.cpp", 12, nullptr, "category"}, text);
+    qtMessageHandler(QtInfoMsg, {nullptr, 0, "f()", "category"}, text);
+    EXPECT_EQ(log.text(), "Debug:t\nInfo:t\nWarning:t\nWarning:t\nWarning:t\n"
+                          "Info:%1 of 100% (f() in a.cpp:12)\nInfo:%1 of 100%\n"
+                          "Info:%1 of 100% (f() in :0)\n");
 }
 
 TEST(QtMessageHandlerTest, writesUtf8OfWhatTheLocalEncodingHas) {

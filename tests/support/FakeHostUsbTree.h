@@ -39,7 +39,10 @@ public:
     FakeUsbNode& at(host::DeviceInstance instance) { return m_nodes.at(instance - 1); }
 
     std::vector<host::DeviceInterface> hubs() override { return nodesOf(Kind::Hub); }
-    std::vector<host::DeviceInterface> devices() override { return nodesOf(Kind::Device); }
+    std::vector<host::DeviceInterface> devices() override {
+        ++looks;
+        return nodesOf(Kind::Device);
+    }
     std::optional<host::DeviceInstance> parent(host::DeviceInstance instance) override {
         const host::DeviceInstance above = at(instance).parent;
         return above == 0 ? std::nullopt : std::optional(above);
@@ -63,6 +66,8 @@ public:
         }
         return nullptr;
     }
+
+    int looks = 0;
 
 private:
     class Hub : public host::UsbHub {

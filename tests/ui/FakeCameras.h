@@ -48,8 +48,7 @@ class FakeBandwidth : public FakeFeatureController {
 public:
     explicit FakeBandwidth(const std::shared_ptr<FakeCamera>& camera) : m_camera(camera) {
         if (camera->opened)
-            putRange("DeviceLinkThroughputLimit", camera->bandwidth, std::int64_t{1'000'000},
-                     std::int64_t{500'000'000}, std::int64_t{1});
+            putLimit(camera->bandwidth, 1'000'000, 500'000'000, 1);
     }
 
     FeatureValue getFeatureValue(const std::string&, const std::string&) const override {

@@ -23,51 +23,57 @@ protected:
             << "libumockdev-preload.so.0 is missing: scripts/install-dependencies installs it";
     }
 
+    /// \p attributes are pairs of a name and a value.
     std::string add(const char* subsystem, const std::string& name, const std::string& parent,
-                    std::vector<std::string> attributes, const std::string& type) {
-        std::vector<std::string> properties{"DEVTYPE", type};
-        gchar* added = umockdev_testbed_add_devicev(
-            m_testbed.get(), subsystem, name.c_str(), parent.empty() ? nullptr : parent.c_str(),
-            terminated(attributes).data(), terminated(properties).data());
+                    const char* type, const std::vector<std::string>& attributes) {
+        gchar* added = umockdev_testbed_add_device(m_testbed.get(), subsystem, name.c_str(),
+                                                   parent.empty() ? nullptr : parent.c_str(),
+                                                   nullptr, "DEVTYPE", type, nullptr);
         const std::string folder = added;
         g_free(added);
+        for (std::size_t i = 0; i < attributes.size(); i += 2)
+            set(folder, attributes[i].c_str(), attributes[i + 1].c_str());
         return folder;
     }
 
-    std::string addPci(const std::string& name, const std::string& parent = {}) {
-        return add("pci", name, parent, {"class", "0x0c0330"}, "pci_device");
+    void set(const std::string& folder, const char* attribute, const char* value) {
+        umockdev_testbed_set_attribute(m_testbed.get(), folder.c_str(), attribute, value);
     }
 
-    /// A hub is on the ports that its name tells: "2-4", "2-4.1"; a root hub is "usb2".
+    std::string addPci(const std::string& name, const std::string& parent = {}) {
+        return add("pci", name, parent, "pci_device", {"class", "0x0c0330"});
+    }
+
+    /// A device is on the ports that its name tells: "2-4", "2-4.1"; a root hub is "usb2".
+    std::string addUsb(const std::string& parent, const std::string& name, const std::string& speed,
+                       const char* deviceClass, const char* vendor, const char* product) {
+        const std::size_t dash = name.find('-');
+        return add("usb", name, parent, "usb_device",
+                   {"bDeviceClass", deviceClass, "idVendor", vendor, "idProduct", product, "serial",
+                    "a1", "speed", speed, "busnum", "2", "devpath",
+                    dash == std::string::npos ? "0" : name.substr(dash + 1)});
+    }
     std::string addHub(const std::string& parent, const std::string& name,
                        const std::string& speed) {
-        return add("usb", name, parent,
-                   {"bDeviceClass", "09", "idVendor", "1d6b", "idProduct", "0003", "speed", speed,
-                    "devpath", ports(name), "busnum", "2"},
-                   "usb_device");
+        return addUsb(parent, name, speed, "09", "1d6b", "0003");
+    }
+    std::string addDevice(const std::string& parent, const std::string& name,
+                          const std::string& speed, const char* product) {
+        return addUsb(parent, name, speed, "ef", "4d52", product);
     }
 
     /// A camera of some maker, as its product and interface class tell.
     std::string addCamera(const std::string& parent, const std::string& name,
                           const std::string& speed) {
-        const std::string camera = addDevice(parent, name, speed, {"idProduct", "c0de"});
+        const std::string camera = addDevice(parent, name, speed, "c0de");
         addInterface(camera, name + ":1.0", "00");
         addInterface(camera, name + ":1.1", "02");
         return camera;
     }
 
-    std::string addDevice(const std::string& parent, const std::string& name,
-                          const std::string& speed, std::vector<std::string> attributes) {
-        attributes.insert(attributes.end(),
-                          {"bDeviceClass", "ef", "idVendor", "4d52", "serial", "a1", "speed", speed,
-                           "devpath", ports(name), "busnum", "2"});
-        return add("usb", name, parent, attributes, "usb_device");
-    }
-
     void addInterface(const std::string& device, const std::string& name, const char* protocol) {
-        add("usb", name, device,
-            {"bInterfaceClass", "ef", "bInterfaceSubClass", "05", "bInterfaceProtocol", protocol},
-            "usb_interface");
+        add("usb", name, device, "usb_interface",
+            {"bInterfaceClass", "ef", "bInterfaceSubClass", "05", "bInterfaceProtocol", protocol});
     }
 
     void remove(const std::string& folder) {
@@ -85,20 +91,6 @@ protected:
     const std::unique_ptr<UMockdevTestbed, Unref> m_testbed{umockdev_testbed_new()};
     InterfaceHandlerUSB m_handler;
     const CapturedLog m_log;
-
-private:
-    static std::string ports(const std::string& name) {
-        const std::size_t dash = name.find('-');
-        return dash == std::string::npos ? "0" : name.substr(dash + 1);
-    }
-
-    static std::vector<gchar*> terminated(std::vector<std::string>& texts) {
-        std::vector<gchar*> pointers;
-        for (std::string& text : texts)
-            pointers.push_back(text.data());
-        pointers.push_back(nullptr);
-        return pointers;
-    }
 };
 
 TEST_F(LinuxUsbTree, readsTheSpeedOfAPort) {
@@ -110,7 +102,7 @@ TEST_F(LinuxUsbTree, readsTheSpeedOfAPort) {
         {"unknown", std::nullopt}, {"", std::nullopt},
     };
     for (const auto& [text, expected] : cases) {
-        umockdev_testbed_set_attribute(m_testbed.get(), camera.c_str(), "speed", text);
+        set(camera, "speed", text);
         EXPECT_EQ(speedNow("0-20-0"), expected) << text;
     }
     EXPECT_EQ(m_log.text(), "");
@@ -143,23 +135,23 @@ TEST_F(LinuxUsbTree, findsTheControllerAboveHubsAndBelowBridges) {
     const std::string inner = addHub(outer, "4-1.2", "5000");
     addCamera(inner, "4-1.2.3", "5000");
     // Not this camera's ports.
-    addDevice(root, "4-3", "480", {});
-    addDevice(outer, "4-1.3", "480", {});
+    addDevice(root, "4-3", "480", "");
+    addDevice(outer, "4-1.3", "480", "");
     EXPECT_EQ(speedNow("267-10-1"), 5'000'000'000U) << "bus 11 of domain 1";
     for (const platform::UsbDevice& device : platform::usbDevices())
         EXPECT_EQ(speedNow(device.controller), 5'000'000'000U) << "as real cameras name it";
     EXPECT_EQ(speedNow("0-28-4"), std::nullopt) << "the bridge";
 
-    addCamera(addHub(add("platform", "xhci-hcd.0", "", {}, "host"), "usb6", "5000"), "6-1", "5000");
+    addCamera(addHub(add("platform", "xhci-hcd.0", "", "host", {}), "usb6", "5000"), "6-1", "5000");
     EXPECT_EQ(speedNow("xhci-hcd.0"), std::nullopt) << "a controller that is not on the PCI bus";
 }
 
 TEST_F(LinuxUsbTree, tellsCamerasFromOtherDevices) {
     const std::string root = addHub(addPci("0000:00:14.0"), "usb2", "5000");
-    addInterface(addDevice(root, "2-1", "5000", {"idProduct", "0002"}), "2-1:1.0", "02");
-    addDevice(root, "2-2", "5000", {});
+    addInterface(addDevice(root, "2-1", "5000", "0002"), "2-1:1.0", "02");
+    addDevice(root, "2-2", "5000", "");
     EXPECT_EQ(speedNow("0-20-0"), std::nullopt);
-    addDevice(root, "2-3", "480", {"idProduct", "0001"});
+    addDevice(root, "2-3", "480", "0001");
     EXPECT_EQ(speedNow("0-20-0"), 480'000'000U) << "the maker's, before it shows its interfaces";
 }
 

@@ -15,30 +15,12 @@ using Kind = SimulatedUsbNode::Kind;
 
 const std::string cameraPath = "USB#VID_4D52&PID_0001#A1#";
 
-SimulatedUsbNode controllerNode() {
+SimulatedUsbNode makeNode(Kind kind, const std::string& name, int parent, std::uint32_t port,
+                          std::uint64_t bitsPerSecond) {
     SimulatedUsbNode node;
-    node.kind = Kind::Controller;
-    node.instanceId = R"(PCI\VEN_8086&DEV_A36D\3)";
-    node.busNumber = 3;
-    node.pciAddress = 0x00140001;
-    return node;
-}
-
-SimulatedUsbNode hubNode(const std::string& name, int parent, std::uint32_t port) {
-    SimulatedUsbNode node;
-    node.kind = Kind::Hub;
-    node.instanceId = R"(USB\HUB\)" + name;
-    node.path = "HUB#" + name;
-    node.parent = parent;
-    node.port = port;
-    node.bitsPerSecond = 480'000'000;
-    return node;
-}
-
-SimulatedUsbNode cameraNode(int parent, std::uint32_t port, std::uint64_t bitsPerSecond) {
-    SimulatedUsbNode node;
-    node.path = cameraPath;
-    node.instanceId = R"(USB\CAMERA)";
+    node.kind = kind;
+    node.instanceId = (kind == Kind::Controller ? R"(PCI\)" : R"(USB\)") + name;
+    node.path = name;
     node.parent = parent;
     node.port = port;
     node.bitsPerSecond = bitsPerSecond;
@@ -48,8 +30,12 @@ SimulatedUsbNode cameraNode(int parent, std::uint32_t port, std::uint64_t bitsPe
 /// A controller, its root hub, a hub on port 12 of that, and a camera on port 12 of the latter.
 SimulatedHost hostWithCamera(std::uint64_t bitsPerSecond) {
     SimulatedHost simulated;
-    simulated.usbNodes = {controllerNode(), hubNode("root", 0, 0), hubNode("external", 1, 12),
-                          cameraNode(2, 12, bitsPerSecond)};
+    simulated.usbNodes = {makeNode(Kind::Controller, "controller", -1, 0, 0),
+                          makeNode(Kind::Hub, "HUB#root", 0, 0, 480'000'000),
+                          makeNode(Kind::Hub, "HUB#external", 1, 12, 480'000'000),
+                          makeNode(Kind::Device, cameraPath, 2, 12, bitsPerSecond)};
+    simulated.usbNodes[0].busNumber = 3;
+    simulated.usbNodes[0].pciAddress = 0x00140001;
     return simulated;
 }
 

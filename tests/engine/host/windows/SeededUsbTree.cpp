@@ -7,6 +7,7 @@
 
 #include <devguid.h>
 #include <devpkey.h>
+#include <usbioctl.h>
 #include <usbiodef.h>
 
 #include "tests/engine/host/windows/SeededUsbTree.h"
@@ -76,28 +77,89 @@ std::wstring interfaceKeyOf(const std::wstring& path) {
            LR"(\#\Control)";
 }
 
-DWORD askDriver(DWORD code, void* input, std::size_t inputSize, void* output,
-                std::size_t outputSize) {
-    const HANDLE control = CreateFileW(fakehub::controlPath, GENERIC_READ | GENERIC_WRITE, 0,
-                                       nullptr, OPEN_EXISTING, 0, nullptr);
-    if (control == INVALID_HANDLE_VALUE)
-        return GetLastError();
-    DWORD returned = 0;
-    const BOOL done = DeviceIoControl(control, code, input, static_cast<DWORD>(inputSize), output,
-                                      static_cast<DWORD>(outputSize), &returned, nullptr);
-    const DWORD result = done ? ERROR_SUCCESS : GetLastError();
-    CloseHandle(control);
-    return result;
+/// Paths of the hubs that can be opened. Never destroyed: handles are closed until the program
+/// ends.
+std::map<std::string, Ports>& hubs() {
+    static auto& instance = *new std::map<std::string, Ports>;
+    return instance;
+}
+
+unsigned openHubs = 0;
+
+/// The handle of a hub is the address of its ports.
+const Ports* hubOf(HANDLE handle) {
+    for (const auto& [path, ports] : hubs())
+        if (&ports == handle)
+            return &ports;
+    return nullptr;
 }
 
 } // namespace
 
-// Wine has no CM_Get_Parent: the linker leads the calls here (--wrap).
+// Wine has no CM_Get_Parent and no USB hubs: the linker leads the calls to the functions below
+// (--wrap).
+extern "C" {
+extern decltype(&CreateFileA) __real___imp_CreateFileA;
+extern decltype(&DeviceIoControl) __real___imp_DeviceIoControl;
+extern decltype(&CloseHandle) __real___imp_CloseHandle;
+}
+
+namespace {
+
+HANDLE WINAPI openHub(LPCSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security,
+                      DWORD disposition, DWORD flags, HANDLE like) {
+    const auto hub = hubs().find(path);
+    if (hub == hubs().end())
+        return __real___imp_CreateFileA(path, access, share, security, disposition, flags, like);
+    if (access != GENERIC_WRITE || share != FILE_SHARE_WRITE || disposition != OPEN_EXISTING)
+        return INVALID_HANDLE_VALUE;
+    ++openHubs;
+    return &hub->second;
+}
+
+BOOL WINAPI askHub(HANDLE handle, DWORD code, void* input, DWORD inputSize, void* output,
+                   DWORD outputSize, DWORD* returned, OVERLAPPED* overlapped) {
+    const Ports* hub = hubOf(handle);
+    if (hub == nullptr)
+        return __real___imp_DeviceIoControl(handle, code, input, inputSize, output, outputSize,
+                                            returned, overlapped);
+    const auto port = hub->find(*static_cast<ULONG*>(input));
+    const auto asksFor = [&](DWORD wanted, std::size_t size) {
+        return port != hub->end() && code == wanted && inputSize == size && outputSize == size;
+    };
+    auto& first = *static_cast<USB_NODE_CONNECTION_INFORMATION_EX*>(output);
+    if (asksFor(0x220448, sizeof first) && port->second.answersFirst) {
+        first.ConnectionStatus = static_cast<USB_CONNECTION_STATUS>(port->second.status);
+        first.Speed = port->second.speed;
+        return TRUE;
+    }
+    auto& second = *static_cast<USB_NODE_CONNECTION_INFORMATION_EX_V2*>(output);
+    constexpr ULONG usb3 = 4;
+    if (!asksFor(0x22045C, sizeof second) || !port->second.answersSecond ||
+        second.Length != sizeof second || second.SupportedUsbProtocols.ul != usb3)
+        return FALSE;
+    second.Flags.ul = port->second.flags;
+    return TRUE;
+}
+
+BOOL WINAPI closeHub(HANDLE handle) {
+    if (hubOf(handle) == nullptr)
+        return __real___imp_CloseHandle(handle);
+    --openHubs;
+    return TRUE;
+}
+
+} // namespace
+
 extern "C" {
 decltype(&CM_Get_Parent) __wrap___imp_CM_Get_Parent = parentOf;
+decltype(&CreateFileA) __wrap___imp_CreateFileA = openHub;
+decltype(&DeviceIoControl) __wrap___imp_DeviceIoControl = askHub;
+decltype(&CloseHandle) __wrap___imp_CloseHandle = closeHub;
 }
 
 SeededUsbTree::SeededUsbTree() : m_set(SetupDiCreateDeviceInfoList(nullptr, nullptr)) {
+    require(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr, "Wine");
     require(m_set != INVALID_HANDLE_VALUE, "SetupDiCreateDeviceInfoList");
 }
 
@@ -106,7 +168,7 @@ SeededUsbTree::~SeededUsbTree() {
         SetupDiRemoveDevice(m_set, &device.data);
     SetupDiDestroyDeviceInfoList(m_set);
     parents().clear();
-    askDriver(fakehub::unplugAll, nullptr, 0, nullptr, 0);
+    hubs().clear();
 }
 
 DEVINST SeededUsbTree::addController(const std::wstring& name, std::optional<UINT32> bus,
@@ -118,21 +180,11 @@ DEVINST SeededUsbTree::addController(const std::wstring& name, std::optional<UIN
 }
 
 DEVINST SeededUsbTree::addHub(std::optional<DEVINST> parent, const std::wstring& name,
-                              const Ports& ports) {
+                              const Ports& ports, bool opens) {
     Device& device = add(LR"(USB\ROOT_HUB30\)" + name, parent);
     const std::wstring path = offer(device, GUID_DEVINTERFACE_USB_HUB);
-    fakehub::Hub hub{};
-    path.copy(hub.path, std::size(hub.path) - 1);
-    for (const auto& [number, port] : ports)
-        hub.ports[number] = port;
-    SetLastError(askDriver(fakehub::plugIn, &hub, sizeof hub, nullptr, 0));
-    require(GetLastError() == ERROR_SUCCESS, "the fake hub driver");
-    return device.data.DevInst;
-}
-
-DEVINST SeededUsbTree::addUnopenableHub(std::optional<DEVINST> parent, const std::wstring& name) {
-    Device& device = add(LR"(USB\ROOT_HUB30\)" + name, parent);
-    offer(device, GUID_DEVINTERFACE_USB_HUB);
+    if (opens)
+        hubs()[std::string(path.begin(), path.end())] = ports;
     return device.data.DevInst;
 }
 
@@ -153,9 +205,7 @@ void SeededUsbTree::unplug(DEVINST device) {
 }
 
 unsigned SeededUsbTree::openHandles() {
-    unsigned count = ~0U;
-    askDriver(fakehub::countHandles, nullptr, 0, &count, sizeof count);
-    return count;
+    return openHubs;
 }
 
 SeededUsbTree::Device& SeededUsbTree::add(const std::wstring& id, std::optional<DEVINST> parent) {

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "tests/engine/host/windows/FakeHub.h"
-
 #include <windows.h>
 
 #include <cfgmgr32.h>
@@ -14,10 +12,20 @@
 #include <string>
 #include <vector>
 
-using Ports = std::map<unsigned, fakehub::Port>;
+/// Answers of a hub for one port.
+struct HubPort {
+    bool answersFirst;
+    bool answersSecond;
+    UCHAR status;
+    UCHAR speed;
+    ULONG flags;
+};
+
+using Ports = std::map<ULONG, HubPort>;
 
 /// Devices that Wine's device setup and configuration manager find in the registry, their places in
-/// the tree, and the answers of the fake hub driver, which must run. Removed with the object.
+/// the tree, and the answers of hubs. Removed with the object. Throws std::runtime_error on real
+/// Windows, the registry of which it would change.
 class SeededUsbTree {
 public:
     SeededUsbTree();
@@ -29,10 +37,9 @@ public:
     /// empty.
     DEVINST addController(const std::wstring& name, std::optional<UINT32> bus,
                           std::optional<UINT32> address);
-    /// A hub that answers for \p ports.
-    DEVINST addHub(std::optional<DEVINST> parent, const std::wstring& name, const Ports& ports);
-    /// A hub that is listed and cannot be opened.
-    DEVINST addUnopenableHub(std::optional<DEVINST> parent, const std::wstring& name);
+    /// A hub that answers for \p ports, or that is listed and cannot be opened.
+    DEVINST addHub(std::optional<DEVINST> parent, const std::wstring& name, const Ports& ports,
+                   bool opens = true);
     /// \p id is the device instance ID without "USB\", for example L"VID_4D52&PID_0001\\A1".
     DEVINST addDevice(std::optional<DEVINST> parent, const std::wstring& id,
                       const std::optional<std::wstring>& location);

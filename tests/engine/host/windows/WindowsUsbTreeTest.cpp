@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/InterfaceHandlerUSB.h"
 #include "engine/host/HostUsbTree.h"
-#include "tests/engine/host/windows/FakeHubService.h"
 #include "tests/engine/host/windows/SeededUsbTree.h"
 #include "tests/support/CapturedLog.h"
 
-#include <functional>
 #include <gmock/gmock.h>
 
 namespace {
@@ -14,8 +12,8 @@ constexpr std::uint64_t fullSpeed = 12'000'000;
 constexpr std::uint64_t highSpeed = 480'000'000;
 constexpr std::uint64_t superSpeed = 5'000'000'000;
 
-constexpr fakehub::Port usb3Port{true, true, 1, 2, 0b0001};
-constexpr fakehub::Port usb2Port{true, true, 1, 2, 0};
+constexpr HubPort usb3Port{true, true, 1, 2, 0b0001};
+constexpr HubPort usb2Port{true, true, 1, 2, 0};
 constexpr std::uint32_t port = 3;
 const std::wstring onPort3 = L"Port_#0003.Hub_#0001";
 const std::wstring cameraId = LR"(VID_4D52&PID_0001\A1B2)";
@@ -25,9 +23,9 @@ const std::string noPort = "Debug:Cannot get port location for device " + camera
 
 /// A camera on port 3 of the root hub of a controller.
 struct Scene {
-    std::wstring id = cameraId;
+    HubPort answers = usb3Port;
     std::optional<std::wstring> location = onPort3;
-    fakehub::Port answers = usb3Port;
+    std::wstring id = cameraId;
     std::optional<UINT32> bus = 0;
     std::optional<UINT32> address = 0x00140002;
     bool hubOpens = true;
@@ -35,7 +33,7 @@ struct Scene {
 
 struct Case {
     const char* name;
-    std::function<void(Scene&)> change;
+    Scene scene;
     std::optional<std::uint64_t> speed;
     std::string log = {};
 };
@@ -44,38 +42,32 @@ void PrintTo(const Case& tested, std::ostream* output) {
     *output << tested.name;
 }
 
-std::function<void(Scene&)> answers(const fakehub::Port& given) {
-    return [given](Scene& scene) {
-        scene.answers = given;
-    };
-}
-
-std::function<void(Scene&)> location(const std::optional<std::wstring>& text) {
-    return [text](Scene& scene) {
-        scene.location = text;
-    };
-}
-
 /// Cases of what is read from Windows; InterfaceHandlerUSBTest has those of what is decided.
 const Case cases[] = {
-    {"Usb3Port", [](Scene&) {}, superSpeed},
-    {"Usb2Port", answers(usb2Port), highSpeed},
-    {"NoSecondStructure", answers({true, false, 1, 2, 0}), highSpeed},
-    {"Full", answers({true, true, 1, 1, 0b0001}), fullSpeed},
-    {"NotConnected", answers({true, true, 0, 2, 0b0001}), std::nullopt},
-    {"NoFirstStructure", answers({false, true, 1, 2, 0b0001}), std::nullopt},
-    {"PortTheHubHasNot", location(L"Port_#0099.Hub_#0001"), std::nullopt},
-    {"UnopenableHub", [](Scene& scene) { scene.hubOpens = false; }, std::nullopt,
+    {"Usb3Port", {usb3Port}, superSpeed},
+    {"Usb2Port", {usb2Port}, highSpeed},
+    {"NoSecondStructure", {{true, false, 1, 2, 0}}, highSpeed},
+    {"Full", {{true, true, 1, 1, 0b0001}}, fullSpeed},
+    {"NotConnected", {{true, true, 0, 2, 0b0001}}, std::nullopt},
+    {"NoFirstStructure", {{false, true, 1, 2, 0b0001}}, std::nullopt},
+    {"PortTheHubHasNot", {usb3Port, L"Port_#0099.Hub_#0001"}, std::nullopt},
+    {"UnopenableHub",
+     {usb3Port, onPort3, cameraId, 0, 0x00140002, false},
+     std::nullopt,
      "Debug:Could not get USB speed for device " + cameraPath + '\n'},
     {"LongSerial",
-     [](Scene& scene) { scene.id = LR"(VID_4D52&PID_0001\)" + std::wstring(170, L'7'); },
+     {usb3Port, onPort3, LR"(VID_4D52&PID_0001\)" + std::wstring(170, L'7')},
      superSpeed},
-    {"LocationWithUmlauts", location(L"R\u00fcckseite \u2013 Port_#0003.Hub_#0001"), superSpeed},
-    {"EmptyLocation", location(L""), std::nullopt, noPort},
-    {"NoLocation", location(std::nullopt), std::nullopt, noPort},
-    {"NoBusNumber", [](Scene& scene) { scene.bus = std::nullopt; }, std::nullopt,
+    {"LocationWithUmlauts", {usb3Port, L"R\u00fcckseite \u2013 Port_#0003.Hub_#0001"}, superSpeed},
+    {"EmptyLocation", {usb3Port, L""}, std::nullopt, noPort},
+    {"NoLocation", {usb3Port, std::nullopt}, std::nullopt, noPort},
+    {"NoBusNumber",
+     {usb3Port, onPort3, cameraId, std::nullopt},
+     std::nullopt,
      "Debug:Cannot get DEVPKEY_Device_BusNumber. CM_Get_DevNode_PropertyW ret: 37 devInst: "},
-    {"NoAddress", [](Scene& scene) { scene.address = std::nullopt; }, std::nullopt,
+    {"NoAddress",
+     {usb3Port, onPort3, cameraId, 0, std::nullopt},
+     std::nullopt,
      "Debug:Cannot get DEVPKEY_Device_Address. CM_Get_DevNode_PropertyW ret: 37 devInst: "},
 };
 
@@ -83,10 +75,6 @@ class WindowsUsbTree : public testing::TestWithParam<Case> {
 protected:
     ~WindowsUsbTree() override {
         EXPECT_EQ(SeededUsbTree::openHandles(), 0U) << "every hub that was opened is closed";
-    }
-
-    DEVINST addController(const std::wstring& name, UINT32 address) {
-        return m_tree.addController(name, 0, address);
     }
 
     std::optional<std::uint64_t> speedNow(const std::string& controller) {
@@ -100,12 +88,11 @@ protected:
 };
 
 TEST_P(WindowsUsbTree, givesTheSpeedOfAPort) {
-    Scene scene;
-    GetParam().change(scene);
+    const Scene& scene = GetParam().scene;
     const DEVINST controller = m_tree.addController(L"3&1&0&A2", scene.bus, scene.address);
-    const DEVINST hub = scene.hubOpens ? m_tree.addHub(controller, L"4&1", {{port, scene.answers}})
-                                       : m_tree.addUnopenableHub(controller, L"4&1");
-    m_tree.addDevice(hub, scene.id, scene.location);
+    const Ports ports{{port, scene.answers}};
+    m_tree.addDevice(m_tree.addHub(controller, L"4&1", ports, scene.hubOpens), scene.id,
+                     scene.location);
 
     EXPECT_EQ(speedNow("0-20-2"), GetParam().speed);
     const bool namesDevice = GetParam().log.find("devInst: ") != std::string::npos;
@@ -116,26 +103,19 @@ TEST_P(WindowsUsbTree, givesTheSpeedOfAPort) {
 INSTANTIATE_TEST_SUITE_P(OneCamera, WindowsUsbTree, testing::ValuesIn(cases),
                          [](const auto& tested) { return tested.param.name; });
 
-TEST_F(WindowsUsbTree, walksThroughAnExternalHub) {
-    const DEVINST root =
-        m_tree.addHub(addController(L"a", 0x00140000), L"root", {{port, usb2Port}, {5, usb3Port}});
-    m_tree.addDevice(m_tree.addHub(root, L"external", {{port, usb3Port}}), cameraId, onPort3);
-    EXPECT_EQ(speedNow("0-20-0"), superSpeed);
-    EXPECT_EQ(m_log.text(), "");
-}
-
 TEST_F(WindowsUsbTree, separatesCamerasAndControllers) {
     // Names of about the maximum length that differ in the last character only.
     const std::wstring name(180, L'h');
-    const DEVINST first = m_tree.addHub(addController(L"a", 0x00140000), name + L'1',
+    const DEVINST first = m_tree.addHub(m_tree.addController(L"a", 0, 0x00140000), name + L'1',
                                         {{1, usb3Port}, {2, usb2Port}, {port, usb3Port}});
-    const DEVINST second =
-        m_tree.addHub(addController(L"b", 0x001D0001), name + L'2', {{port, usb2Port}});
+    const DEVINST root = m_tree.addHub(m_tree.addController(L"b", 0, 0x001D0001), name + L'2',
+                                       {{port, usb3Port}, {5, usb3Port}});
+    const DEVINST external = m_tree.addHub(root, L"external", {{port, usb2Port}});
     m_tree.addDevice(first, LR"(VID_4D52&PID_0001\B)", L"Port_#0002.Hub_#0001");
     const DEVINST fastest =
         m_tree.addDevice(first, LR"(VID_4D52&PID_0001\A)", L"Port_#0001.Hub_#0001");
     m_tree.addDevice(first, LR"(VID_046D&PID_C52B\MOUSE)", onPort3);
-    m_tree.addDevice(second, LR"(VID_4D52&PID_0001\C)", onPort3);
+    m_tree.addDevice(external, LR"(VID_4D52&PID_0001\C)", onPort3);
     EXPECT_EQ(speedNow("0-20-0"), superSpeed);
     EXPECT_EQ(speedNow("0-29-1"), highSpeed);
 
@@ -155,21 +135,11 @@ TEST_F(WindowsUsbTree, freesItsLists) {
     EXPECT_EQ(tree->instanceId(held.at(0).instance), R"(USB\VID_4D52&PID_0001\A1B2)");
 }
 
-TEST_F(WindowsUsbTree, isEmptyWithoutDevicesAndLogsNothing) {
-    EXPECT_EQ(speedNow("0-20-0"), std::nullopt);
-    EXPECT_EQ(m_log.text(), "");
-}
-
 TEST_F(WindowsUsbTree, leavesOutACameraWithoutAController) {
+    EXPECT_EQ(speedNow("0-20-0"), std::nullopt);
     m_tree.addDevice(std::nullopt, LR"(VID_4D52&PID_0001\A)", onPort3);
     m_tree.addDevice(m_tree.addHub(std::nullopt, L"hub", {{port, usb3Port}}), cameraId, onPort3);
     EXPECT_EQ(speedNow("0-20-0"), std::nullopt);
 }
 
 } // namespace
-
-int main(int argc, char** argv) {
-    testing::InitGoogleMock(&argc, argv);
-    const FakeHubService service(FAKE_HUB_DRIVER);
-    return RUN_ALL_TESTS();
-}
