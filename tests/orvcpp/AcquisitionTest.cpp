@@ -116,23 +116,6 @@ TEST(Trigger, startsFrames) {
     EXPECT_TRUE(eventually([&] { return receiver->count() >= 10; }));
 }
 
-TEST(Image, movesFromFrameToFrame) {
-    const Running run(scenario(gige("A", sensor(200))));
-    const auto camera = openCamera("A");
-    const auto receiver = std::make_shared<Receiver>(camera, true);
-    ASSERT_EQ(start(*camera, receiver, 2), OrvErrorSuccess);
-    EXPECT_TRUE(eventually([&] { return receiver->count() == 2; }));
-    std::vector<std::string> images;
-    for (const auto& frame : receiver->takeKept()) {
-        const auto* const begin = ask(*frame, &Frame::GetImage);
-        images.emplace_back(begin, begin + ask(*frame, &Frame::GetBufferSize));
-    }
-    ASSERT_THAT(images, ElementsAre(SizeIs(320 * 200), SizeIs(320 * 200)));
-    EXPECT_NE(images[0], images[1]);
-    EXPECT_EQ(images[0].substr(4 * 320), images[1].substr(0, 196 * 320))
-        << "the picture moves upwards by four rows";
-}
-
 TEST(Stop, worksInAnyOrderFromSeveralThreads) {
     for (int round = 0; round < 5; ++round) {
         ASSERT_EQ(startWith(scenario(gige("A", sensor(1000) + R"(, "count": 4)") + "," +

@@ -10,64 +10,61 @@ namespace {
 
 TEST(MalformedScenario, namesFilePlaceAndExpectationAndStartsNothing) {
     const struct {
-        const char* name;
         std::string contents;
         /// Parts of the message: place and expectation; what was found.
         const char* message;
         const char* found = "";
     } cases[] = {
-        {"Syntax", "{\n  \"seed\": 1,\n  \"cameras\" []\n}", "line 3", "expected valid JSON"},
-        {"NoObject", "[1]", "line 1: expected an object"},
-        {"UnknownNestedKey", scenario(gige("A") + "," + gige("B", R"(, "sensor": {"widht": 640})")),
+        {"{\n  \"seed\": 1,\n  \"cameras\" []\n}", "line 3", "expected valid JSON"},
+        {"[1]", "line 1: expected an object"},
+        {scenario(gige("A") + "," + gige("B", R"(, "sensor": {"widht": 640})")),
          "cameras[1].sensor.widht: unknown key", "\"width\""},
-        {"WrongType", scenario(gige("A", R"(, "sensor": {"width": "wide"})")),
+        {scenario(gige("A", R"(, "sensor": {"width": "wide"})")),
          "cameras[0].sensor.width: expected an integer from 64", "found \"wide\""},
-        {"Fraction", scenario(gige("A", R"(, "sensor": {"width": 640.5})")),
+        {scenario(gige("A", R"(, "sensor": {"width": 640.5})")),
          "cameras[0].sensor.width: expected an integer", "found 640.5"},
-        {"OutOfRange", scenario(gige("A", R"(, "faults": {"lossRate": 1.5})")),
+        {scenario(gige("A", R"(, "faults": {"lossRate": 1.5})")),
          "cameras[0].faults.lossRate: expected a number from 0 to 1", "found 1.5"},
-        {"NotOnStep", scenario(gige("A", R"(, "sensor": {"width": 650})")),
+        {scenario(gige("A", R"(, "sensor": {"width": 650})")),
          "cameras[0].sensor.width: expected a multiple of 8"},
-        {"BandwidthNotOnIncrement",
-         scenario(
+        {scenario(
              gige("A", R"(, "bandwidth": {"minimum": 1000, "increment": 300, "value": 1500})")),
          "cameras[0].bandwidth.value: expected the minimum plus a multiple of the increment"},
-        {"MissingKey", scenario(R"({"id": "A", "interface": "gev"})"),
+        {scenario(R"({"id": "A", "interface": "gev"})"),
          "cameras[0].model: expected a text that is not empty, found nothing"},
-        {"UnknownInterface", scenario(R"({"id": "A", "model": "M", "interface": "wifi"})"),
+        {scenario(R"({"id": "A", "model": "M", "interface": "wifi"})"),
          "cameras[0].interface: expected one of \"gev\", \"usb\", found \"wifi\""},
-        {"UsbInterfaceOnAnAdapter",
-         R"({"host": {"adapters": [{"name": "e", "address": "10.0.0.1"}]},
+        {R"({"host": {"adapters": [{"name": "e", "address": "10.0.0.1"}]},
          "transportLayers": [{"id": "U", "type": "USB3Vision"}],
          "interfaces": [{"id": "u", "transportLayer": "U", "adapter": "e"}]})",
          "interfaces[0].usbController: expected one of"},
-        {"DuplicateByCount", scenario(gige("A002") + "," + gige("A", R"(, "count": 2)")),
-         "cameras[1].id", "\"A002\" is taken"},
-        {"DuplicatePort", scenario(usb("A", 1) + "," + usb("B", 1)),
+        {scenario(gige("A002") + "," + gige("A", R"(, "count": 2)")), "cameras[1].id",
+         "\"A002\" is taken"},
+        {scenario(usb("A", 1) + "," + usb("B", 1)),
          "cameras[1].port: expected a port that no other camera"},
-        {"MoreCamerasThanPorts", scenario(usb("A", 30, R"(, "count": 3)")),
+        {scenario(usb("A", 30, R"(, "count": 3)")),
          "cameras[0].count: expected as many cameras as there are ports up to 31"},
-        {"PortOfHubByCount", scenario(usb("A", 3, R"(, "count": 2)")),
+        {scenario(usb("A", 3, R"(, "count": 2)")),
          "cameras[0].port: expected ports on which there is no hub"},
-        {"UsbSerialNumber", scenario(usb("A", 1, R"(, "serialNumber": "ab-1")")),
+        {scenario(usb("A", 1, R"(, "serialNumber": "ab-1")")),
          "cameras[0].serialNumber: expected digits and upper-case letters"},
-        {"Address", R"({"host": {"adapters": [{"name": "e", "address": "192.168.1.256"}]}})",
+        {R"({"host": {"adapters": [{"name": "e", "address": "192.168.1.256"}]}})",
          "host.adapters[0].address: expected an IPv4 address"},
-        {"PixelFormat", scenario(gige("A", R"(, "sensor": {"pixelFormats": ["Mono8", "Mono7"]})")),
+        {scenario(gige("A", R"(, "sensor": {"pixelFormats": ["Mono8", "Mono7"]})")),
          "cameras[0].sensor.pixelFormats"},
-        {"UnknownFeature", scenario(gige("A", R"(, "faults": {"features": [{"name": "Widht"}]})")),
+        {scenario(gige("A", R"(, "faults": {"features": [{"name": "Widht"}]})")),
          "cameras[0].faults.features[0].name: expected a feature of the module \"Camera\"",
          "Widht"},
-        {"UnknownCommand", scenario(gige("A", R"(, "faults": {"stuckCommands": ["Width"]})")),
+        {scenario(gige("A", R"(, "faults": {"stuckCommands": ["Width"]})")),
          "cameras[0].faults.stuckCommands: expected names of commands"},
-        {"UnknownProvider", R"({"providers": [{"type": "imaginary"}]})",
+        {R"({"providers": [{"type": "imaginary"}]})",
          "providers[0].type: expected one of \"virtual\""},
-        {"NoProvider", R"({"providers": []})", "providers: expected an array of at least one"},
-        {"ProviderTwice", R"({"providers": [{"type": "virtual"}, {"type": "virtual"}]})",
+        {R"({"providers": []})", "providers: expected an array of at least one"},
+        {R"({"providers": [{"type": "virtual"}, {"type": "virtual"}]})",
          "providers[1].type: expected each type of provider at most once"},
     };
-    for (const auto& [name, contents, message, found] : cases) {
-        SCOPED_TRACE(name);
+    for (const auto& [contents, message, found] : cases) {
+        SCOPED_TRACE(message);
         EXPECT_EQ(startWith(contents), OrvErrorBadParameter);
         EXPECT_THAT(startupError(),
                     AllOf(HasSubstr("scenario.json: "), HasSubstr(message), HasSubstr(found)));
@@ -98,11 +95,6 @@ TEST(Configuration, findsAScenarioBesideIt) {
     EXPECT_EQ(system().Startup(wide.c_str()), OrvErrorAlreadyDone);
     EXPECT_THAT(cameras(), SizeIs(1));
     EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
-}
-
-TEST(Scenario, putsMoreCamerasOnAnAdapterThanAHubHasPorts) {
-    const Running run(scenario(gige("A", R"(, "count": 40)")));
-    EXPECT_THAT(cameras(), SizeIs(40));
 }
 
 TEST(EmbeddedScenario, starts) {

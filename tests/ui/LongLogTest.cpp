@@ -79,14 +79,4 @@ TEST_F(LongLogTest, measuresOldRowsWhenTheyComeIntoSight) {
     EXPECT_GT(m_table.rowHeight(502), wrapped);
 }
 
-TEST_F(LongLogTest, keepsTheHeightsOfAHeaderOfAnotherMode) {
-    m_table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    log(1);
-    m_table.setRowHeight(0, 77);
-    log(100);
-    m_table.verticalScrollBar()->setValue(99);
-    settle();
-    EXPECT_EQ(m_table.rowHeight(100), 77);
-}
-
 } // namespace
