@@ -110,23 +110,6 @@ TEST(EmbeddedScenario, starts) {
     }
 }
 
-TEST(SimulatedHost, hasTheAddressesAndLocationsOfTheInterfaces) {
-    ASSERT_EQ(system().Startup(), OrvErrorSuccess);
-    const OrvCPP::SimulatedHost host = simulation().GetHost();
-    std::vector<std::int64_t> addresses;
-    for (const auto& interface : list<OrvCPP::Interface>(system(), &OrvSystem::GetInterfaces)) {
-        if (ask(*interface, &OrvCPP::Interface::GetType) == OrvTransportLayerTypeGEV)
-            addresses.push_back(get<std::int64_t>(*interface, "GevInterfaceSubnetIPAddress"));
-        else
-            EXPECT_EQ(text(*interface, &OrvCPP::Interface::GetName), "MRD USB Interface 0-20-0");
-    }
-    ASSERT_THAT(host.adapters, SizeIs(2));
-    EXPECT_THAT(addresses, ElementsAre(0xC0A80A01, host.adapters[1].address));
-    EXPECT_EQ(host.adapters[0].address, 0xC0A80A01U);
-    EXPECT_EQ(host.adapters[0].bitsPerSecond, 1'000'000'000U);
-    EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
-}
-
 TEST(SimulatedHost, hasUsbCamerasBelowTheirHubs) {
     const Running run(
         scenario(usb("A", 2, R"(, "serialNumber": "7A")") + "," +

@@ -4,7 +4,11 @@
 template <class Wrapper> MockWithFeatures<Wrapper>::MockWithFeatures() {
     ON_CALL(*this, GetFeatureByName)
         .WillByDefault([this](const char* name, std::shared_ptr<OrvFeatureWrapper>& feature) {
-            return find(name, feature);
+            const auto known = position(name);
+            if (known == m_features.end())
+                return OrvErrorType{OrvErrorNotFound};
+            feature = known->second;
+            return OrvErrorType{OrvErrorSuccess};
         });
     ON_CALL(*this, GetFeatures).WillByDefault([this](Features& features) {
         features.clear();
@@ -24,23 +28,14 @@ NiceFeature MockWithFeatures<Wrapper>::addFeature(const std::string& name, NiceF
 }
 
 template <class Wrapper> void MockWithFeatures<Wrapper>::removeFeature(const std::string& name) {
-    const auto isName = [&name](const auto& feature) {
-        return feature.first == name;
-    };
-    m_features.erase(std::remove_if(m_features.begin(), m_features.end(), isName),
-                     m_features.end());
+    const auto known = position(name);
+    if (known != m_features.end())
+        m_features.erase(known);
 }
 
-template <class Wrapper>
-OrvErrorType MockWithFeatures<Wrapper>::find(const std::string& name,
-                                             std::shared_ptr<OrvFeatureWrapper>& found) const {
-    for (const auto& feature : m_features) {
-        if (feature.first == name) {
-            found = feature.second;
-            return OrvErrorSuccess;
-        }
-    }
-    return OrvErrorNotFound;
+template <class Wrapper> auto MockWithFeatures<Wrapper>::position(const std::string& name) {
+    return std::find_if(m_features.begin(), m_features.end(),
+                        [&name](const auto& feature) { return feature.first == name; });
 }
 
 namespace {
@@ -93,25 +88,26 @@ NiceFeature makeFeature(OrvFeatureDataType type) {
 
 namespace {
 
-/// Lets a feature hold a value: what is set is what is got.
-template <class Value> void holdValue(MockFeature& feature, Value value) {
+/// A feature that holds a value: what is set is what is got.
+template <class Value> NiceFeature makeHolding(OrvFeatureDataType type, Value value) {
+    auto feature = makeFeature(type);
     auto held = std::make_shared<Value>(value);
-    ON_CALL(feature, GetValue(testing::An<Value&>())).WillByDefault([held](Value& out) {
+    ON_CALL(*feature, GetValue(testing::An<Value&>())).WillByDefault([held](Value& out) {
         out = *held;
         return OrvErrorType{OrvErrorSuccess};
     });
     using Argument = std::conditional_t<std::is_same_v<Value, std::string>, const char*, Value>;
-    ON_CALL(feature, SetValue(testing::An<Argument>())).WillByDefault([held](Argument in) {
+    ON_CALL(*feature, SetValue(testing::An<Argument>())).WillByDefault([held](Argument in) {
         *held = in;
         return OrvErrorType{OrvErrorSuccess};
     });
+    return feature;
 }
 
 template <class Value>
 NiceFeature makeNumber(OrvFeatureDataType type, Value value, Value minimum, Value maximum,
                        Value increment) {
-    auto feature = makeFeature(type);
-    holdValue(*feature, value);
+    auto feature = makeHolding(type, value);
     ON_CALL(*feature, GetRange(testing::An<Value&>(), testing::An<Value&>()))
         .WillByDefault([minimum, maximum](Value& low, Value& high) {
             low = minimum;
@@ -134,15 +130,11 @@ NiceFeature makeFloatFeature(double value, double minimum, double maximum, doubl
 }
 
 NiceFeature makeBoolFeature(bool value) {
-    auto feature = makeFeature(OrvFeatureDataBool);
-    holdValue(*feature, value);
-    return feature;
+    return makeHolding(OrvFeatureDataBool, value);
 }
 
 NiceFeature makeStringFeature(const std::string& value) {
-    auto feature = makeFeature(OrvFeatureDataString);
-    holdValue(*feature, value);
-    return feature;
+    return makeHolding(OrvFeatureDataString, value);
 }
 
 NiceFeature makeCommandFeature() {
@@ -153,8 +145,7 @@ NiceFeature makeCommandFeature() {
 }
 
 NiceFeature makeEnumFeature(const std::string& value, const std::vector<std::string>& entries) {
-    auto feature = makeFeature(OrvFeatureDataEnum);
-    holdValue(*feature, value);
+    auto feature = makeHolding(OrvFeatureDataEnum, value);
     ON_CALL(*feature, GetValues).WillByDefault(answer(entries));
     ON_CALL(*feature, IsValueAvailable).WillByDefault([](const char*, bool& available) {
         available = true;

@@ -83,7 +83,7 @@ public:
     void removeFeature(const std::string& name);
 
 private:
-    OrvErrorType find(const std::string& name, std::shared_ptr<OrvFeatureWrapper>& found) const;
+    auto position(const std::string& name);
 
     std::vector<std::pair<std::string, NiceFeature>> m_features;
 };
