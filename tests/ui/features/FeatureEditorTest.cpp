@@ -314,6 +314,11 @@ TEST_F(FeatureEditor, aSliderWritesWhenItIsReleasedAndStaysOpen) {
         click(slider, handle);
         EXPECT_EQ(shown(), info.maximum);
     }
+    for (const FeatureInfo& rangeless :
+         {feature(OrvFeatureDataInt, Int{5}), feature(OrvFeatureDataFloat, 5.0)}) {
+        edit(rangeless);
+        EXPECT_FALSE(firstPart()->isEnabled());
+    }
 }
 
 TEST_F(FeatureEditor, anExposureTimeSpansItsRangeLogarithmically) {
