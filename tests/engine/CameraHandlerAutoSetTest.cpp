@@ -54,11 +54,11 @@ struct ModelCamera : HandlerWithFakes {
         if (payload > 0)
             features->put("ImageSize", payload);
         const double bytes = static_cast<double>(std::max<std::int64_t>(payload, 1)) * overhead;
-        report([=](std::int64_t bandwidth) {
+        const auto rateOf = [=](std::int64_t bandwidth) {
             return std::min(sensorRate, static_cast<double>(bandwidth) / bytes);
-        });
-        features->put("AcquisitionFrameRateLimit",
-                      std::min(sensorRate, static_cast<double>(maximum / 3) / bytes));
+        };
+        report(rateOf);
+        features->put("AcquisitionFrameRateLimit", rateOf(maximum / 3));
     }
 
     /// Frame rate after each write.

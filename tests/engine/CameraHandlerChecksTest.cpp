@@ -2,96 +2,72 @@
 #include "tests/engine/CameraFixture.h"
 
 #include <chrono>
-#include <optional>
 #include <tuple>
 
 namespace {
 
 TEST(CameraHandlerLinkSpeed, warnsOfASlowerHost) {
-    struct Case {
-        std::uint64_t host;
-        FeatureValue camera;
-        const char* warning;
+    const auto warning = [](const std::string& host, const std::string& camera) {
+        return "Warning:Host Interface Link Speed (" + host +
+               "Mbps) is less than Camera Link Speed (" + camera +
+               "Mbps). Please check your network topology.\n";
     };
-    const Case cases[] = {
+    const std::tuple<std::uint64_t, FeatureValue, std::string> cases[] = {
         {1'000'000'000, std::int64_t{125'000'000}, ""},
-        {1'000'000'000, std::int64_t{250'000'000},
-         "Warning:Host Interface Link Speed (1000Mbps) is less than Camera Link Speed (2000Mbps). "
-         "Please check your network topology.\n"},
-        {999'999'999, std::int64_t{125'000'000},
-         "Warning:Host Interface Link Speed (999Mbps) is less than Camera Link Speed (1000Mbps). "
-         "Please check your network topology.\n"},
+        {1'000'000'000, std::int64_t{250'000'000}, warning("1000", "2000")},
+        {999'999'999, std::int64_t{125'000'000}, warning("999", "1000")},
         {0, std::int64_t{-1}, ""},
         {0, std::string("fast"), ""},
         {0, 125e6, ""},
     };
-    for (const Case& testCase : cases) {
+    for (const auto& [host, camera, text] : cases) {
         HandlerWithFakes fakes;
-        fakes.features->put("DeviceLinkSpeed", testCase.camera);
-        fakes.handler.checkLinkSpeed(testCase.host);
-        EXPECT_EQ(fakes.log.text(), testCase.warning) << toText(testCase.camera);
+        fakes.features->put("DeviceLinkSpeed", camera);
+        fakes.handler.checkLinkSpeed(host);
+        EXPECT_EQ(fakes.log.text(), text) << toText(camera);
     }
 }
 
 TEST(CameraHandlerLinkSpeed, isNotCheckedOfACameraThatIsNotOpen) {
-    CapturedLog log;
-    const CameraParts parts(OrvTransportLayerTypeU3V);
-    ON_CALL(*parts.camera, Open).WillByDefault(ioError());
-    const auto features = std::make_shared<FakeFeatureController>();
-    features->put("DeviceLinkSpeed", std::int64_t{125'000'000});
-    features->putLimit(1, 1, 1);
-    CameraHandler handler(parts.camera, features);
+    HandlerWithFakes fakes(OrvTransportLayerTypeU3V);
+    fakes.features->put("DeviceLinkSpeed", std::int64_t{125'000'000});
+    fakes.features->putLimit(1, 1, 1);
+    ON_CALL(*fakes.parts.camera, Open).WillByDefault(ioError());
+    CameraHandler handler(fakes.parts.camera, fakes.features);
     handler.setOpened(true);
-    log.clear();
+    fakes.log.clear();
     handler.checkLinkSpeed(0);
     handler.checkUsbSpeedLimit();
-    EXPECT_EQ(log.text(), "");
+    EXPECT_EQ(fakes.log.text(), "");
     handler.startAcquisition();
     EXPECT_EQ(handler.getWarningText(), "Camera cannot be opened");
 }
 
 TEST(CameraHandlerTrigger, followsModeSourceAndExposure) {
-    using Text = std::optional<std::string>;
-    struct Case {
-        Text mode;
-        Text source;
-        Text exposure;
-        bool triggered;
+    const char* const none = "";
+    const std::tuple<const char*, const char*, const char*, bool> cases[] = {
+        {none, none, none, false},          {none, none, "Timed", false},
+        {none, none, "TriggerWidth", true}, {"Off", "Line1", none, false},
+        {"Off", "Line1", "Timed", false},   {"Off", "Line1", "TriggerWidth", true},
+        {"On", none, none, true},           {"On", none, "Timed", true},
+        {"On", "Line1", "Timed", true},     {"On", "Freerun", none, false},
+        {"On", "Freerun", "Timed", false},  {"On", "Freerun", "TriggerWidth", true},
     };
-    const Case cases[] = {
-        {{}, {}, {}, false},
-        {{}, {}, "Timed", false},
-        {{}, {}, "TriggerWidth", true},
-        {"Off", "Line1", {}, false},
-        {"Off", "Line1", "Timed", false},
-        {"Off", "Line1", "TriggerWidth", true},
-        {"On", {}, {}, true},
-        {"On", {}, "Timed", true},
-        {"On", "Line1", "Timed", true},
-        {"On", "Freerun", {}, false},
-        {"On", "Freerun", "Timed", false},
-        {"On", "Freerun", "TriggerWidth", true},
-    };
-    for (const Case& testCase : cases) {
+    for (const auto& [mode, source, exposure, isTriggered] : cases) {
         HandlerWithFakes fakes;
-        const auto put = [&fakes](const char* feature, const Text& value) {
-            if (value)
-                fakes.features->put(feature, *value);
-        };
-        put("TriggerMode", testCase.mode);
-        put("TriggerSource", testCase.source);
-        put("ExposureMode", testCase.exposure);
-        EXPECT_EQ(fakes.handler.isTriggered(), testCase.triggered)
-            << testCase.mode.value_or("-") << ' ' << testCase.source.value_or("-") << ' '
-            << testCase.exposure.value_or("-");
+        for (const auto& [feature, value] :
+             {std::pair("TriggerMode", mode), std::pair("TriggerSource", source),
+              std::pair("ExposureMode", exposure)}) {
+            if (value != none)
+                fakes.features->put(feature, std::string(value));
+        }
+        EXPECT_EQ(fakes.handler.isTriggered(), isTriggered)
+            << mode << ' ' << source << ' ' << exposure;
     }
-}
-
-TEST(CameraHandlerTrigger, valuesOfAnotherTypeAreNoTrigger) {
-    HandlerWithFakes fakes;
-    fakes.features->put("TriggerMode", true);
-    fakes.features->put("ExposureMode", std::int64_t{1});
-    EXPECT_FALSE(fakes.handler.isTriggered());
+    HandlerWithFakes otherTypes;
+    otherTypes.features->put("TriggerMode", true);
+    otherTypes.features->put("ExposureMode", std::int64_t{1});
+    EXPECT_FALSE(otherTypes.handler.isTriggered());
 }
 
 /// A handler of a GigE camera whose stream can negotiate its packet size.

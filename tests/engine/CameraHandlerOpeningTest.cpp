@@ -6,7 +6,6 @@ namespace {
 using testing::_;
 using testing::FieldsAre;
 using testing::InSequence;
-using testing::Mock;
 using testing::Return;
 
 constexpr auto gige = OrvTransportLayerTypeGEV;
@@ -71,12 +70,9 @@ const OpeningCase openings[] = {
      [](CameraParts& p) { p.stream->addFeature("GVSPDriver", makeFeature(OrvFeatureDataString)); },
      warning + ": Cannot get value of 'GVSPDriver' (The feature type for this access function was "
                "wrong)\n"},
-    {"InterfaceTexts", gige,
-     [](CameraParts& p) {
-         ON_CALL(*p.interface, GetName).WillByDefault(ioError());
-         ON_CALL(*p.interface, GetID).WillByDefault(ioError());
-     },
-     warning + ": Cannot get interface name." + io + warning + ": Cannot get interface ID." + io},
+    {"InterfaceName", gige, FAILS(interface, GetName),
+     warning + ": Cannot get interface name." + io},
+    {"InterfaceId", gige, FAILS(interface, GetID), warning + ": Cannot get interface ID." + io},
     {"TransportLayerTexts", gige,
      [](CameraParts& p) {
          ON_CALL(*p.layer, GetName).WillByDefault(ioError());
@@ -172,34 +168,29 @@ TEST(CameraHandlerOpening, readsPortAndBusOfUsbCameras) {
     }
 }
 
-TEST(CameraHandlerOpening, opensTheCameraBeforeItsLocalDeviceIsShown) {
+TEST(CameraHandlerOpening, makesAControllerAfterItUnlessItIsHandedOne) {
     const CapturedLog log;
     const CameraParts parts(gige);
-    const InSequence sequence;
-    EXPECT_CALL(*parts.camera, Open(OrvAccessModeFull));
-    EXPECT_CALL(*parts.camera, GetLocalDevice());
+    {
+        const InSequence sequence;
+        EXPECT_CALL(*parts.camera, Open(OrvAccessModeFull));
+        EXPECT_CALL(*parts.camera, GetLocalDevice());
+        EXPECT_CALL(*parts.camera, Open(OrvAccessModeFull));
+    }
     EXPECT_NE(CameraHandler(parts.camera).getFeatureController(), nullptr);
-}
-
-TEST(CameraHandlerOpening, keepsTheControllerItIsHanded) {
-    CapturedLog log;
-    const CameraParts parts(gige);
     const auto features = std::make_shared<FakeFeatureController>();
-    EXPECT_CALL(*parts.camera, GetLocalDevice()).Times(0);
     EXPECT_EQ(CameraHandler(parts.camera, features).getFeatureController(), features);
 }
 
 TEST(CameraHandlerClosing, stopsThenClosesWhatItStartedAndOpened) {
-    CapturedLog log;
+    const CapturedLog log;
     const CameraParts parts(gige);
-    auto handler = std::make_unique<CameraHandler>(parts.camera);
-    handler->startAcquisition();
-    handler->setOpened(false);
+    CameraHandler handler(parts.camera);
+    handler.startAcquisition();
+    handler.setOpened(false);
     const InSequence sequence;
     EXPECT_CALL(*parts.camera, StopContinuousImageAcquisition());
     EXPECT_CALL(*parts.camera, Close());
-    handler.reset();
-    Mock::VerifyAndClearExpectations(parts.camera.get());
 }
 
 TEST(CameraHandlerClosing, leavesAloneWhatItDidNotOpen) {

@@ -6,6 +6,7 @@
 
 #include <limits>
 #include <optional>
+#include <tuple>
 #include <utility>
 
 namespace {
@@ -30,30 +31,24 @@ protected:
 
 TEST_F(FrameObserverTest, findsGapsInTheFrameIds) {
     using Ids = std::vector<std::optional<std::uint64_t>>;
-    struct Case {
-        std::int32_t firstId;
-        Ids ids;
-        std::int64_t lastId;
-        std::int64_t lost;
-    };
     const auto unreadable = std::nullopt;
-    const Case cases[] = {{1, {1, 2, 4}, 4, 1},
-                          {0, {0, 1, 2}, 3, 0},
-                          {0, {2, 3}, 4, 2},
-                          {1, {unreadable}, 1, 0},
-                          {0, {0, 3, unreadable, 5}, 6, 2},
-                          {1, {5, unreadable, unreadable}, 7, 4},
-                          // A camera that counts anew gives back more than was lost.
-                          {1, {1, 2, 1}, 1, -2},
-                          {0, {std::numeric_limits<std::uint64_t>::max()}, 0, -1}};
-    for (const Case& testCase : cases) {
-        FrameObserver observer(m_camera, testCase.firstId);
-        FrameStatistics statistics;
-        for (const auto& id : testCase.ids)
-            statistics = receive(observer, id);
-        EXPECT_EQ(statistics.receivedFrames, testCase.ids.size());
-        EXPECT_EQ(statistics.lastFrameId, testCase.lastId);
-        EXPECT_EQ(statistics.lostFrames, testCase.lost);
+    // The first ID, those that arrive, the last one and the frames lost.
+    const std::tuple<std::int32_t, Ids, std::int64_t, std::int64_t> cases[] = {
+        {1, {1, 2, 4}, 4, 1},
+        {0, {0, 1, 2}, 3, 0},
+        {0, {2, 3}, 4, 2},
+        {1, {unreadable}, 1, 0},
+        {0, {0, 3, unreadable, 5}, 6, 2},
+        {1, {5, unreadable, unreadable}, 7, 4},
+        // A camera that counts anew gives back more than was lost.
+        {1, {1, 2, 1}, 1, -2},
+        {0, {std::numeric_limits<std::uint64_t>::max()}, 0, -1}};
+    for (const auto& [firstId, ids, lastId, lost] : cases) {
+        FrameObserver observer(m_camera, firstId);
+        for (const auto& id : ids)
+            receive(observer, id);
+        EXPECT_THAT(observer.statistics(),
+                    FieldsAre(ids.size(), _, _, _, _, lastId, lost, _, _, _));
     }
 }
 
@@ -67,9 +62,8 @@ TEST_F(FrameObserverTest, countsByReceiveStatus) {
     frame.status = OrvFrameStatusComplete;
     frame.statusResult = OrvErrorIO;
     frame.size = std::numeric_limits<std::uint32_t>::max();
-    const FrameStatistics statistics = receive(observer, frame);
-    EXPECT_THAT(statistics, FieldsAre(13U, 4U, 3U, 1U, 2U, _, _,
-                                      12'000U + std::uint64_t{4'294'967'295}, _, 0U));
+    EXPECT_THAT(receive(observer, frame), FieldsAre(13U, 4U, 3U, 1U, 2U, _, _,
+                                                    12'000U + std::uint64_t{4'294'967'295}, _, 0U));
 }
 
 TEST_F(FrameObserverTest, measuresTheLastInterval) {

@@ -11,6 +11,7 @@
 
 namespace {
 
+using Limits = std::numeric_limits<std::int64_t>;
 using testing::ElementsAre;
 
 /// A camera as the distribution sees it, with what is to be expected of it.
@@ -95,17 +96,15 @@ protected:
 TEST_F(InterfaceAutoSetTest, givesWhatIsNeededAndTheRestToTheOthers) {
     EXPECT_THAT(distribute(112'500'000, {{"B", 90'000'000}, {"A", 30'000'000}}),
                 ElementsAre("A=30000000/30000000", "B=82500000/90000000"));
-    EXPECT_THAT(
-        m_log.lines(),
-        ElementsAre(
-            "Info:eth0: Interface bandwidth left after applying safety margin: 112.500000 MB",
-            "Info:eth0: Default bandwidth for single camera: 56.250000 MB",
-            "Info:B- (): Bandwidth (with safety margin) needed: 90.000000 MB",
-            "Info:B- (): Bandwidth needed (90.000000 MB) is more than default bandwidth: "
-            "56.250000 MB.",
-            "Info:A- (): Bandwidth (with safety margin) needed: 30.000000 MB",
-            "Info:A- (): Enough bandwidth (30.000000 MB) allocated.",
-            "Info:eth0: new default bandwidth for single camera: 82.500000 MB"));
+    EXPECT_EQ(m_log.text(),
+              "Info:eth0: Interface bandwidth left after applying safety margin: 112.500000 MB\n"
+              "Info:eth0: Default bandwidth for single camera: 56.250000 MB\n"
+              "Info:B- (): Bandwidth (with safety margin) needed: 90.000000 MB\n"
+              "Info:B- (): Bandwidth needed (90.000000 MB) is more than default bandwidth: "
+              "56.250000 MB.\n"
+              "Info:A- (): Bandwidth (with safety margin) needed: 30.000000 MB\n"
+              "Info:A- (): Enough bandwidth (30.000000 MB) allocated.\n"
+              "Info:eth0: new default bandwidth for single camera: 82.500000 MB\n");
 }
 
 TEST_F(InterfaceAutoSetTest, sharesByTheRules) {
@@ -117,7 +116,6 @@ TEST_F(InterfaceAutoSetTest, sharesByTheRules) {
         double margin = 0.0;
     };
     constexpr std::int64_t many = 50'000'000;
-    using Limits = std::numeric_limits<std::int64_t>;
     const std::vector<Case> cases = {
         {"a need equal to the share waits",
          {{"A", 50'000'000}, {"B", 20'000'000}},
@@ -191,7 +189,6 @@ TEST_F(InterfaceAutoSetTest, tellsWhenNothingIsLeftAndWhatIsEnough) {
 }
 
 TEST_F(InterfaceAutoSetTest, oneCameraGetsItsNeedWithTheMarginWithinTheRange) {
-    using Limits = std::numeric_limits<std::int64_t>;
     const std::pair<std::int64_t, const char*> cases[] = {
         {10'000'011, "A=10500011/10000011"},
         {-7, "A=0/0"},

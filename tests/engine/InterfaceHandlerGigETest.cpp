@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/InterfaceHandlerGigE.h"
 
-#include "engine/host/HostNetwork.h"
+#include "engine/host/Host.h"
+#include "engine/host/SimulatedHostNetwork.h"
 #include "tests/support/CapturedLog.h"
-#include "tests/support/FakeHostNetwork.h"
 
 #include <gmock/gmock.h>
 
@@ -11,32 +11,35 @@ namespace {
 
 constexpr std::uint64_t gigabit = 1'000'000'000;
 
+class Network : public host::SimulatedHostNetwork {
+public:
+    using SimulatedHostNetwork::SimulatedHostNetwork;
+    bool addressTable(std::vector<host::AddressRow>& rows) const override {
+        return givesTable && SimulatedHostNetwork::addressTable(rows);
+    }
+    bool givesTable = true;
+};
+
 TEST(InterfaceHandlerGigE, answersTheSpeedOfTheFirstAdapterWithAnAddress) {
-    auto network = std::make_shared<FakeHostNetwork>();
-    network->add(7, {192, 168, 1, 10}, gigabit);
-    network->add(8, {192, 168, 1, 10}, 10 * gigabit);
-    network->add(9, {10, 0, 0, 1}, 5 * gigabit);
+    const auto network = std::make_shared<Network>(
+        std::vector<SimulatedAdapter>{{7, 0xC0A8010A, 0xFFFFFF00, gigabit, "first"},
+                                      {8, 0xC0A8010A, 0xFFFFFF00, 10 * gigabit, "second"},
+                                      {9, 0x0A000001, 0xFFFF0000, 5 * gigabit, "other"}});
     const InterfaceHandlerGigE handler({network});
-    network->entries.clear();
+    network->givesTable = false;
     EXPECT_EQ(handler.GetLinkSpeed(0xC0A8010A), gigabit) << "as when it was made";
     EXPECT_EQ(handler.GetLinkSpeed(0x0A000001), 5 * gigabit);
     EXPECT_EQ(handler.GetLinkSpeed(0x0A000002), 0U);
     EXPECT_EQ(handler.GetLinkSpeed(0x1'0A000001), 0U) << "all 64 bits count";
 
-    network->givesTable = false;
     const CapturedLog errors(std::cerr);
     EXPECT_EQ(InterfaceHandlerGigE({network}).GetLinkSpeed(0xC0A8010A), 0U);
     EXPECT_EQ(errors.text(), "Unable to get ip address table\n");
 }
 
 TEST(NetworkAdapter, takesItsFieldsFromRowAndEntry) {
-    const auto bytes = FakeHostNetwork::inNetworkOrder;
-    const host::AddressRow row{3,
-                               bytes({192, 168, 1, 10}),
-                               bytes({255, 255, 255, 0}),
-                               bytes({192, 168, 1, 255}),
-                               65535,
-                               0x8001};
+    // Addresses in network byte order, as a little-endian machine has them.
+    const host::AddressRow row{3, 0x0A01A8C0, 0x00FFFFFF, 0xFF01A8C0, 65535, 0x8001};
     host::InterfaceEntry entry;
     entry.transmitLinkSpeed = gigabit;
     entry.alias = u"Camera \u0142an"; // the low byte of U+0142 is B
@@ -44,6 +47,18 @@ TEST(NetworkAdapter, takesItsFieldsFromRowAndEntry) {
     EXPECT_THAT(makeNetworkAdapter(row, entry),
                 testing::FieldsAre(3U, 0xC0A8010A, 0xFFFFFF00, 0xC0A801FF, 65535U, 0x8001U, gigabit,
                                    entry.physicalAddress.data(), "Camera Ban", "G"));
+}
+
+TEST(SimulatedHost, hasItsAdaptersBeforeThoseOfTheMachine) {
+    SimulatedHost simulated;
+    simulated.adapters = {{2, 0xC0A80201, 0xFFFF0000, 10 * gigabit, "fast net"}};
+    const host::HostNetworks networks = host::makeNetworks(simulated);
+    std::vector<host::AddressRow> rows;
+    ASSERT_TRUE(networks[0]->addressTable(rows));
+    const auto adapter = makeNetworkAdapter(rows.at(0), networks[0]->interfaceEntry(2));
+    EXPECT_EQ(adapter.linkSpeed, 10 * gigabit);
+    EXPECT_EQ(adapter.broadcast, 0xC0A8FFFFU);
+    EXPECT_EQ(adapter.alias, "fast net");
 }
 
 } // namespace

@@ -1,175 +1,235 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/InterfaceHandlerUSB.h"
 
+#include "engine/host/SimulatedHostUsbTree.h"
 #include "tests/support/CapturedLog.h"
-#include "tests/support/FakeHostUsbTree.h"
 
 #include <functional>
 #include <gmock/gmock.h>
 
 namespace {
 
-using Kind = FakeUsbNode::Kind;
+using host::PortConnection;
+using Text = host::Property<std::u16string>;
+using Kind = SimulatedUsbNode::Kind;
 
 constexpr std::uint64_t highSpeed = 480'000'000;
 constexpr std::uint64_t superSpeed = 5'000'000'000;
-
-const FakeUsbPort usb3Port{host::PortConnection{1, 2}, 1};
-const FakeUsbPort usb2Port{host::PortConnection{1, 2}, 0};
 const std::string cameraPath = R"(\\?\USB#VID_4D52&PID_0001#A1#{a5dcbf10})";
 
-/// Builds the usual trees: controllers, hubs below them, cameras on their ports.
-class Tree : public FakeHostUsbTree {
-public:
-    host::DeviceInstance addController(std::uint32_t bus, std::uint32_t address) {
-        FakeUsbNode node;
-        node.instanceId = R"(PCI\VEN_8086\)" + std::to_string(bus) + std::to_string(address);
-        node.busNumber.value = bus;
-        node.address.value = address;
-        return add(node);
-    }
+SimulatedUsbNode controllerNode(std::uint32_t bus, std::uint32_t address) {
+    SimulatedUsbNode node;
+    node.kind = Kind::Controller;
+    node.instanceId = R"(PCI\VEN_8086&DEV_A36D)";
+    node.busNumber = bus;
+    node.pciAddress = address;
+    return node;
+}
 
-    host::DeviceInstance addHub(host::DeviceInstance parent, const std::string& name) {
-        FakeUsbNode node;
-        node.kind = Kind::Hub;
-        node.instanceId = R"(USB\HUB\)" + name;
-        node.path = R"(\\?\HUB#)" + name;
-        node.parent = parent;
-        return add(node);
-    }
+SimulatedUsbNode nodeOnPort(Kind kind, const std::string& path, int parent, std::uint32_t port,
+                            std::uint64_t bitsPerSecond) {
+    SimulatedUsbNode node;
+    node.kind = kind;
+    node.instanceId = R"(USB\)" + path;
+    node.path = path;
+    node.parent = parent;
+    node.port = port;
+    node.bitsPerSecond = bitsPerSecond;
+    return node;
+}
 
-    host::DeviceInstance addCamera(host::DeviceInstance hub, std::uint32_t port,
-                                   const FakeUsbPort& answers) {
-        FakeUsbNode node;
-        node.kind = Kind::Device;
-        node.path = cameraPath;
-        node.parent = hub;
-        const std::string location = "Port_#000" + std::to_string(port) + ".Hub_#0001";
-        node.location.value.assign(location.begin(), location.end());
-        at(hub).ports[port] = answers;
-        return add(node);
-    }
+/// Answers of a hub for each port; nothing where the request fails.
+struct Answers {
+    std::optional<PortConnection> connection;
+    std::optional<std::uint32_t> flags;
 };
 
-struct Case {
-    const char* name;
-    /// What is different from one camera on a USB 3 port of the root hub of one controller.
-    std::function<void(Tree&)> change;
-    std::optional<std::uint64_t> speed;
-    std::string log = {};
+/// What is different from one camera on port 3 of the root hub of a controller, at super speed.
+struct Faults {
+    std::string controllerId = controllerNode(0, 0).instanceId;
+    std::string path = cameraPath;
+    std::uint64_t bitsPerSecond = superSpeed;
+    std::optional<Answers> answers;
+    std::optional<Text> location;
+    /// Positions; -1: none.
+    int parentOfHub = 0;
+    int parentOfCamera = 1;
+    std::uint32_t busResult = 0;
+    std::uint32_t addressResult = 0;
+    bool opensHub = true;
+    bool listsHub = true;
+    bool listsDevices = true;
 };
 
-constexpr host::DeviceInstance controller = 1;
 constexpr host::DeviceInstance hub = 2;
 constexpr host::DeviceInstance camera = 3;
-constexpr std::uint32_t port = 3;
 
-std::function<void(Tree&)> answers(const FakeUsbPort& given) {
-    return [given](Tree& tree) {
-        tree.at(hub).ports[port] = given;
+class FaultyTree : public host::SimulatedHostUsbTree {
+public:
+    explicit FaultyTree(std::vector<SimulatedUsbNode> nodes, Faults given = {})
+        : SimulatedHostUsbTree(std::move(nodes)), faults(std::move(given)) {}
+
+    std::vector<host::DeviceInterface> hubs() override {
+        return faults.listsHub ? SimulatedHostUsbTree::hubs() : decltype(hubs())();
+    }
+    std::vector<host::DeviceInterface> devices() override {
+        return faults.listsDevices ? SimulatedHostUsbTree::devices() : decltype(devices())();
+    }
+    Text locationInfo(host::DeviceInstance instance) override {
+        return instance == camera && faults.location ? *faults.location
+                                                     : SimulatedHostUsbTree::locationInfo(instance);
+    }
+    host::Property<std::uint32_t> busNumber(host::DeviceInstance instance) override {
+        return {faults.busResult, SimulatedHostUsbTree::busNumber(instance).value};
+    }
+    host::Property<std::uint32_t> address(host::DeviceInstance instance) override {
+        return {faults.addressResult, SimulatedHostUsbTree::address(instance).value};
+    }
+    std::unique_ptr<host::UsbHub> openHub(const std::string& path) override {
+        if (!faults.opensHub)
+            return nullptr;
+        if (!faults.answers)
+            return SimulatedHostUsbTree::openHub(path);
+        return std::make_unique<Hub>(*faults.answers);
+    }
+
+    Faults faults;
+
+private:
+    struct Hub : host::UsbHub {
+        explicit Hub(const Answers& given) : answers(given) {}
+        std::optional<PortConnection> connection(std::uint32_t) override {
+            return answers.connection;
+        }
+        std::optional<std::uint32_t> connectionFlagsV2(std::uint32_t) override {
+            return answers.flags;
+        }
+        const Answers answers;
     };
-}
-
-std::function<void(Tree&)> path(const std::string& given) {
-    return [given](Tree& tree) {
-        tree.at(camera).path = given;
-    };
-}
-
-const std::string noPort = "Debug:Cannot get port location for device \"" + cameraPath + "\"\n";
-const std::string noSpeed = "Debug:Could not get USB speed for device \"" + cameraPath + "\"\n";
-
-const Case cases[] = {
-    {"Usb3Port", [](Tree&) {}, superSpeed},
-    {"Usb2Port", answers(usb2Port), highSpeed},
-    {"SuperSpeedPlus", answers({host::PortConnection{1, 2}, 0b0100}), superSpeed},
-    {"OnlyCapable", answers({host::PortConnection{1, 2}, 0b1010}), highSpeed},
-    {"NoFlags", answers({host::PortConnection{1, 2}, std::nullopt}), highSpeed},
-    {"OnlyHighIsCorrected", answers({host::PortConnection{1, 1}, 1}), 12'000'000},
-    {"Low", answers({host::PortConnection{1, 0}, 0}), 1'500'000},
-    {"Super", answers({host::PortConnection{1, 3}, 0}), superSpeed},
-    {"UnknownSpeed", answers({host::PortConnection{1, 4}, 1}), std::nullopt},
-    {"NotConnected", answers({host::PortConnection{0, 2}, 1}), std::nullopt},
-    {"FailedEnumeration", answers({host::PortConnection{2, 2}, 1}), std::nullopt},
-    {"NoConnection", answers({std::nullopt, 1}), std::nullopt},
-    {"HubNotOpenable", [](Tree& tree) { tree.at(hub).opens = false; }, std::nullopt, noSpeed},
-    {"HubNotListed", [](Tree& tree) { tree.at(hub).kind = Kind::Other; }, std::nullopt, noSpeed},
-    {"LocationWithoutPort", [](Tree& tree) { tree.at(camera).location.value = u"0000.001a.0000"; },
-     std::nullopt, noPort},
-    {"NoLocation",
-     [](Tree& tree) {
-         tree.at(camera).location = {37, {}};
-     },
-     std::nullopt, noPort},
-    {"NoBusNumber", [](Tree& tree) { tree.at(controller).busNumber.result = 37; }, std::nullopt,
-     "Debug:Cannot get DEVPKEY_Device_BusNumber. CM_Get_DevNode_PropertyW ret: 37 devInst: 1\n"},
-    {"NoAddress", [](Tree& tree) { tree.at(controller).address.result = 13; }, std::nullopt,
-     "Debug:Cannot get DEVPKEY_Device_Address. CM_Get_DevNode_PropertyW ret: 13 devInst: 1\n"},
-    {"NoParent", [](Tree& tree) { tree.at(camera).parent = 0; }, std::nullopt},
-    {"NoController", [](Tree& tree) { tree.at(hub).parent = 0; }, std::nullopt},
-    {"PciNotAtTheStart", [](Tree& tree) { tree.at(controller).instanceId = R"(ACPI\PCI)"; },
-     std::nullopt},
-    {"OtherVendor", path("USB#VID_4D53&PID_0001#A1#"), std::nullopt},
-    {"OtherProduct", path("USB#VID_4D52&PID_0002#A1#"), std::nullopt},
-    {"LowerCase", path("usb#vid_4d52&pid_0001#a1#"), superSpeed},
 };
 
-TEST(InterfaceHandlerUSB, hasTheSpeedOfThePortOfACamera) {
-    for (const Case& tested : cases) {
-        SCOPED_TRACE(tested.name);
-        auto tree = std::make_shared<Tree>();
-        tree->addController(0, 0x00140002);
-        tree->addHub(controller, "root");
-        tree->addCamera(hub, port, usb3Port);
-        tested.change(*tree);
+template <class Field, class Value> std::function<void(Faults&)> with(Field field, Value value) {
+    return [field, value](Faults& faults) {
+        faults.*field = value;
+    };
+}
 
-        InterfaceHandlerUSB handler({tree});
+std::function<void(Faults&)> answers(std::optional<PortConnection> connection,
+                                     std::optional<std::uint32_t> flags) {
+    return with(&Faults::answers, Answers{connection, flags});
+}
+
+TEST(InterfaceHandlerUSB, hasTheSpeedOfThePortOfACamera) {
+    const std::string noPort = "Debug:Cannot get port location for device \"" + cameraPath + "\"\n";
+    const std::string noSpeed = "Debug:Could not get USB speed for device \"" + cameraPath + "\"\n";
+    const struct {
+        const char* name;
+        std::function<void(Faults&)> change;
+        std::optional<std::uint64_t> speed;
+        std::string log = {};
+    } cases[] = {
+        {"super", [](Faults&) {}, superSpeed},
+        {"super plus", with(&Faults::bitsPerSecond, 2 * superSpeed), superSpeed},
+        {"high", with(&Faults::bitsPerSecond, highSpeed), highSpeed},
+        {"full", with(&Faults::bitsPerSecond, 12'000'000), 12'000'000},
+        {"low", with(&Faults::bitsPerSecond, 1'500'000), 1'500'000},
+        {"nothing", with(&Faults::bitsPerSecond, 0), std::nullopt},
+        {"at super plus", answers(PortConnection{1, 2}, 0b0100), superSpeed},
+        {"only capable", answers(PortConnection{1, 2}, 0b1010), highSpeed},
+        {"no flags", answers(PortConnection{1, 2}, std::nullopt), highSpeed},
+        {"only high is corrected", answers(PortConnection{1, 1}, 1), 12'000'000},
+        {"super in the first structure", answers(PortConnection{1, 3}, 0), superSpeed},
+        {"unknown speed", answers(PortConnection{1, 4}, 1), std::nullopt},
+        {"not connected", answers(PortConnection{0, 2}, 1), std::nullopt},
+        {"failed enumeration", answers(PortConnection{2, 2}, 1), std::nullopt},
+        {"no connection", answers(std::nullopt, 1), std::nullopt},
+        {"hub not openable", with(&Faults::opensHub, false), std::nullopt, noSpeed},
+        {"hub not listed", with(&Faults::listsHub, false), std::nullopt, noSpeed},
+        {"location without port", with(&Faults::location, Text{0, u"0000.001a.0000"}), std::nullopt,
+         noPort},
+        {"no location", with(&Faults::location, Text{37, {}}), std::nullopt, noPort},
+        {"no bus number", with(&Faults::busResult, 37), std::nullopt,
+         "Debug:Cannot get DEVPKEY_Device_BusNumber. CM_Get_DevNode_PropertyW ret: 37 devInst: "
+         "1\n"},
+        {"no address", with(&Faults::addressResult, 13), std::nullopt,
+         "Debug:Cannot get DEVPKEY_Device_Address. CM_Get_DevNode_PropertyW ret: 13 devInst: 1\n"},
+        {"no parent", with(&Faults::parentOfCamera, -1), std::nullopt},
+        {"no controller", with(&Faults::parentOfHub, -1), std::nullopt},
+        {"PCI not at the start", with(&Faults::controllerId, R"(ACPI\PCI)"), std::nullopt},
+        {"other vendor", with(&Faults::path, "USB#VID_4D53&PID_0001#A1#"), std::nullopt},
+        {"other product", with(&Faults::path, "USB#VID_4D52&PID_0002#A1#"), std::nullopt},
+        {"lower case", with(&Faults::path, "usb#vid_4d52&pid_0001#a1#"), superSpeed},
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.name);
+        Faults faults;
+        each.change(faults);
+        std::vector<SimulatedUsbNode> nodes{
+            controllerNode(0, 0x00140002),
+            nodeOnPort(Kind::Hub, "root", faults.parentOfHub, 0, highSpeed),
+            nodeOnPort(Kind::Device, faults.path, faults.parentOfCamera, 3, faults.bitsPerSecond)};
+        nodes[0].instanceId = faults.controllerId;
+        InterfaceHandlerUSB handler({std::make_shared<FaultyTree>(nodes, faults)});
         const CapturedLog log;
         handler.rebuild();
-        EXPECT_EQ(handler.GetSpeed("MRD USB 0-20-2"), tested.speed);
-        EXPECT_EQ(log.text(), tested.log);
+        EXPECT_EQ(handler.GetSpeed("MRD USB 0-20-2"), each.speed);
+        EXPECT_EQ(log.text(), each.log);
     }
 }
 
 TEST(InterfaceHandlerUSB, hasTheHighestSpeedOfTheCamerasThatAreThere) {
-    const auto tree = std::make_shared<Tree>();
-    InterfaceHandlerUSB handler({tree});
-    const auto root = tree->addHub(tree->addController(4, 0), "root");
     // What the root hub tells of its own port 3 does not count for the camera behind the next hub.
-    tree->at(root).ports[3] = {host::PortConnection{1, 0}, 0};
-    const auto slow = tree->addCamera(tree->addHub(root, "external"), 3, usb2Port);
-    const auto fast = tree->addCamera(root, 1, usb3Port);
-    tree->addCamera(root, 2, usb2Port);
+    const auto tree = std::make_shared<FaultyTree>(
+        std::vector{controllerNode(4, 0), nodeOnPort(Kind::Hub, "root", 0, 0, highSpeed),
+                    nodeOnPort(Kind::Device, cameraPath, 1, 1, superSpeed),
+                    nodeOnPort(Kind::Hub, "external", 1, 3, 12'000'000),
+                    nodeOnPort(Kind::Device, cameraPath, 3, 3, highSpeed),
+                    nodeOnPort(Kind::Device, cameraPath, 1, 2, 12'000'000)});
+    InterfaceHandlerUSB handler({tree});
     EXPECT_EQ(handler.GetSpeed("4-0-0"), std::nullopt) << "nothing is known before a rebuild";
     handler.rebuild();
     EXPECT_EQ(handler.GetSpeed("4-0-0"), superSpeed);
     const CapturedLog log;
-    tree->at(fast).location = {37, {}};
+    tree->faults.location = Text{37, {}};
     handler.rebuild();
     EXPECT_EQ(handler.GetSpeed("4-0-0"), highSpeed) << "only the camera that fails is left out";
-    EXPECT_EQ(log.text(), noPort);
-    tree->at(root).kind = Kind::Other;
-    tree->at(fast).kind = Kind::Other;
-    handler.rebuild();
-    EXPECT_EQ(handler.GetSpeed("4-0-0"), highSpeed) << "of the camera behind the external hub";
-    tree->at(slow).kind = Kind::Other;
+    tree->faults.listsDevices = false;
     handler.rebuild();
     EXPECT_EQ(handler.GetSpeed("4-0-0"), std::nullopt);
 }
 
 TEST(InterfaceHandlerUSB, takesTheFirstKeyThatOccursAnywhereInTheId) {
-    const auto tree = std::make_shared<Tree>();
-    tree->addCamera(tree->addHub(tree->addController(10, 0x00140000), "a"), 1, usb2Port);
-    tree->addCamera(tree->addHub(tree->addController(0, 0x00140000), "b"), 1, usb3Port);
-    tree->addCamera(tree->addHub(tree->addController(2, 0x00140000), "c"), 1, usb2Port);
-    InterfaceHandlerUSB handler({tree});
+    std::vector<SimulatedUsbNode> nodes;
+    for (const auto& [bus, speed] :
+         {std::pair(10U, highSpeed), {0U, superSpeed}, {2U, highSpeed}}) {
+        const int first = static_cast<int>(nodes.size());
+        nodes.push_back(controllerNode(bus, 0x00140000));
+        nodes.push_back(nodeOnPort(Kind::Hub, std::to_string(bus), first, 0, highSpeed));
+        nodes.push_back(nodeOnPort(Kind::Device, cameraPath, first + 1, 1, speed));
+    }
+    InterfaceHandlerUSB handler({std::make_shared<FaultyTree>(nodes)});
     handler.rebuild();
-
     EXPECT_EQ(handler.GetSpeed("USB(0-20-0)"), superSpeed);
     EXPECT_EQ(handler.GetSpeed("USB(10-20-0)"), superSpeed) << "0-20-0 is the first within it";
     EXPECT_EQ(handler.GetSpeed("USB(2-20-0)"), highSpeed);
     EXPECT_EQ(handler.GetSpeed("USB(3-20-1)"), std::nullopt);
     EXPECT_EQ(handler.GetSpeed(""), std::nullopt);
+}
+
+TEST(SimulatedHostUsbTree, tellsAPortAsAHubDriverDoes) {
+    host::SimulatedHostUsbTree tree({controllerNode(3, 0x00140001),
+                                     nodeOnPort(Kind::Hub, "root", 0, 0, highSpeed),
+                                     nodeOnPort(Kind::Device, cameraPath, 1, 12, 2 * superSpeed)});
+    EXPECT_EQ(tree.locationInfo(camera).value, u"Port_#0012.Hub_#0001");
+    EXPECT_NE(tree.locationInfo(1).result, 0U) << "a controller is on no port";
+    EXPECT_NE(tree.busNumber(hub).result, 0U) << "a hub is not on the PCI bus";
+    EXPECT_EQ(tree.openHub("unknown"), nullptr);
+    EXPECT_EQ(tree.openHub(cameraPath), nullptr);
+
+    const auto root = tree.openHub("root");
+    EXPECT_EQ(root->connection(12)->speed, 2);
+    EXPECT_EQ(root->connectionFlagsV2(12), 0b1111U);
+    EXPECT_EQ(root->connection(1)->status, 0U) << "nothing is connected there";
 }
 
 } // namespace

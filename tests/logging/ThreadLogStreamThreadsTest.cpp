@@ -42,7 +42,7 @@ std::vector<std::string> linesOfOneRound() {
     std::atomic<int> count = 0;
     const auto collect = [&](LogMessageType, const QString& line) {
         const std::lock_guard lock(mutex);
-        lines.push_back(line.toUtf8().toStdString());
+        lines.push_back(line.toStdString());
         ++count;
     };
     ThreadLogStream lasting(std::cout, LogMessageType::StdOut);

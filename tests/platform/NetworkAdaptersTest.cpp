@@ -11,11 +11,8 @@ using namespace platform;
 
 TEST(NetworkAdapters, readLinkSpeedMtuAndMacAddress) {
     const std::pair<std::string, std::int64_t> speeds[] = {
-        {"1000\n", 1'000'000'000},     {"10000", 10'000'000'000},
-        {"400000\n", 400'000'000'000}, {"-1\n", 0},
-        {"4294967295\n", 0},           {"1000 Mb\n", 0},
-        {"99999999999\n", 0},          {"", 0},
-    };
+        {"1000\n", 1'000'000'000}, {"400000", 400'000'000'000}, {"-1\n", 0},     {"", 0},
+        {"4294967295\n", 0},       {"99999999999\n", 0},        {"1000 Mb\n", 0}};
     const FileTree files;
     for (const auto& [text, expected] : speeds) {
         files.write("class/net/eth7/speed", text);

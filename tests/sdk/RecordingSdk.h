@@ -24,6 +24,10 @@ template <class T> void write(std::ostream& text, const T& value) {
     else
         text << ' ' << value;
 }
+/// A list of the SDK can contain null texts.
+inline void write(std::ostream& text, const char* value) {
+    write(text, std::string(value == nullptr ? "" : value));
+}
 inline void write(std::ostream& text, const OrvCPP::EnumEntry& entry) {
     write(text, entry.value);
 }
@@ -44,7 +48,7 @@ template <class T> void fill(T& value, int& last) {
     if constexpr (std::is_same_v<T, bool>)
         value = ++last % 2 != 0;
     else if constexpr (std::is_same_v<T, const char*>)
-        value = "On";
+        value = ++last % 2 != 0 ? "On" : nullptr;
     else if constexpr (std::is_same_v<T, const std::uint8_t*>)
         value = reinterpret_cast<T>("raw");
     else if constexpr (std::is_same_v<T, double>)
@@ -230,14 +234,7 @@ public:
     TELLS(GetValue)
     GIVES(GetValue, double)
     GIVES(GetValue, Int)
-    OrvErrorType GetValues(const char** values, Length& n) const override {
-        n = 2;
-        if (values == nullptr)
-            return note("GetValues");
-        values[0] = "On";
-        values[1] = nullptr;
-        return note("GetValues", "On", "");
-    }
+    LISTS(GetValues, const char*)
     LISTS(GetValues, Int)
     OrvErrorType GetEntry(OrvCPP::EnumEntry& out, const char* name) const override {
         return note("GetEntry", give(out), name);

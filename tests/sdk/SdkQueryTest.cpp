@@ -22,14 +22,12 @@ struct Source {
     OrvErrorType text(char* buffer, std::uint32_t& length) {
         if (++calls == outOfMemory)
             throw std::bad_alloc();
-        const std::string& text = buffer == nullptr ? firstText : secondText;
-        if (buffer == nullptr) {
-            length = static_cast<std::uint32_t>(text.size());
-            return firstResult;
-        }
-        std::copy_n(text.begin(), std::min<std::size_t>(length, text.size()), buffer);
+        const bool isFirst = buffer == nullptr;
+        const std::string& text = isFirst ? firstText : secondText;
+        if (!isFirst)
+            std::copy_n(text.begin(), std::min<std::size_t>(length, text.size()), buffer);
         length = static_cast<std::uint32_t>(text.size());
-        return secondResult;
+        return isFirst ? firstResult : secondResult;
     }
 };
 

@@ -182,15 +182,6 @@ TEST(FeatureWrapper, trimsARawValueToItsFilledSize) {
     EXPECT_EQ(size, 3U);
 }
 
-TEST(ContainerWrapper, refusesAFeatureByNameWithoutAWrapperToFill) {
-    const auto object = std::make_shared<RecordingLocalDevice>();
-    const OrvLocalDeviceWrapper wrapper(object);
-    std::shared_ptr<OrvFeatureWrapper> none;
-    EXPECT_EQ(wrapper.GetFeatureByName("Gain", none), OrvErrorBadParameter);
-    EXPECT_THAT(object->calls, IsEmpty());
-    EXPECT_EQ(wrapper.GetFeatureContainer(), object);
-}
-
 TEST(CameraWrapper, makesWrappersThatStayEmptyOnAnError) {
     const auto object = std::make_shared<RecordingCamera>();
     const OrvCameraWrapper wrapper(object);
@@ -214,9 +205,12 @@ TEST(CameraWrapper, makesWrappersThatStayEmptyOnAnError) {
     EXPECT_EQ(wrapper.GetInterface(none), OrvErrorBadParameter) << "no wrapper to fill";
 }
 
-TEST(CameraWrapper, readsNoMemoryIntoAnEmptyBuffer) {
+TEST(Wrapper, asksTheSdkForNothingThatItCannotStore) {
     const auto object = std::make_shared<RecordingCamera>();
     const OrvCameraWrapper wrapper(object);
+    EXPECT_EQ(wrapper.GetFeatureContainer(), object);
+    std::shared_ptr<OrvFeatureWrapper> none;
+    EXPECT_EQ(wrapper.GetFeatureByName("Gain", none), OrvErrorBadParameter);
     std::vector<std::uint8_t> bytes;
     std::uint32_t size = 0;
     EXPECT_EQ(wrapper.ReadMemory(512, bytes), OrvErrorBadParameter);

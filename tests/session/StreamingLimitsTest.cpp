@@ -5,9 +5,9 @@
 #include "tests/orvcpp/SdkFixture.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/FakeCameraProcess.h"
+#include "tests/support/FileTree.h"
 
 #include <QString>
-#include <QTemporaryDir>
 
 namespace {
 
@@ -15,7 +15,6 @@ using session::StreamingMemory;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 constexpr std::uint64_t wholeBuffer = 33'554'432;
 
@@ -46,80 +45,67 @@ TEST(StreamingLimits, warnsOfAReceiveBufferBelowWhatAStreamAsksFor) {
     EXPECT_FALSE(session::receiveBufferWarning({1, 0}, {16, std::nullopt}));
 }
 
-/// Three cameras; their transport layers have the given names.
-std::string scenario(const QString& gige, const QString& usb) {
-    return QString::fromStdString(
-               sdk::scenario(sdk::gige("A") + "," + sdk::usb("B", 1) + "," + sdk::usb("C", 2)))
-        .replace(QStringLiteral("\"G\""), gige)
-        .replace(QStringLiteral("\"U\""), usb)
-        .toStdString();
-}
-
-void write(const std::filesystem::path& folder, const char* name, const char* text) {
-    std::filesystem::create_directories(folder);
-    std::ofstream(folder / name) << text;
-}
-
 /// A USB device with two interfaces, the second one of a class such as "ef0500", and without a
 /// device file.
-void addUsbDevice(const std::filesystem::path& root, const std::string& port, const char* number,
+void addUsbDevice(const FileTree& files, const std::string& port, const char* number,
                   const std::string& interfaceClass) {
-    const auto devices = root / "sys/bus/usb/devices";
-    write(devices / port, "busnum", "2\n");
-    write(devices / port, "devnum", number);
-    write(devices / port, "product", "Camera\n");
-    write(devices / port, "serial", number);
-    write(devices / port / (port + ":1.0"), "bInterfaceClass", "ff\n");
-    const auto interface = devices / port / (port + ":1.1");
-    write(interface, "bInterfaceClass", (interfaceClass.substr(0, 2) + '\n').c_str());
-    write(interface, "bInterfaceSubClass", (interfaceClass.substr(2, 2) + '\n').c_str());
-    write(interface, "bInterfaceProtocol", (interfaceClass.substr(4) + '\n').c_str());
+    const auto device = std::filesystem::path("sys/bus/usb/devices") / port;
+    const auto interface = device / (port + ":1.1");
+    files.write(device / "busnum", "2\n");
+    files.write(device / "devnum", number);
+    files.write(device / "product", "Camera\n");
+    files.write(device / "serial", number);
+    files.write(device / (port + ":1.0/bInterfaceClass"), "ff\n");
+    files.write(interface / "bInterfaceClass", interfaceClass.substr(0, 2) + '\n');
+    files.write(interface / "bInterfaceSubClass", interfaceClass.substr(2, 2) + '\n');
+    files.write(interface / "bInterfaceProtocol", interfaceClass.substr(4) + '\n');
 }
 
 TEST(UsbAccess, namesTheCamerasThatCannotBeOpened) {
-    const QTemporaryDir folder;
-    const std::filesystem::path root = folder.path().toStdString();
-    EXPECT_FALSE(session::usbAccessWarning(session::closedUsbCameras(root))) << "no USB at all";
-    addUsbDevice(root, "2-1", "7", "ef0500");
-    addUsbDevice(root, "2-2.4", "12", "ef0500");
-    addUsbDevice(root, "2-3", "13", "0e0100");
-    write(root / "dev/bus/usb/002", "012", "descriptors");
+    const FileTree files;
+    EXPECT_FALSE(session::usbAccessWarning(session::closedUsbCameras(files.root()))) << "no USB";
+    addUsbDevice(files, "2-1", "7", "ef0500");
+    addUsbDevice(files, "2-2.4", "12", "ef0500");
+    addUsbDevice(files, "2-3", "13", "0e0100");
+    files.write("dev/bus/usb/002/012", "descriptors");
 
-    const auto closed = session::closedUsbCameras(root);
+    const auto closed = session::closedUsbCameras(files.root());
     ASSERT_EQ(closed.size(), 1U) << "the second may be opened, the third is a webcam";
     EXPECT_EQ(closed[0].name, "Camera 7");
     EXPECT_EQ(closed[0].file, "/dev/bus/usb/002/007");
     EXPECT_THAT(*session::usbAccessWarning(closed),
                 AllOf(HasSubstr("Camera 7 (/dev/bus/usb/002/007)"),
                       HasSubstr("ENV{ID_USB_INTERFACES}==\"*:ef0500:*\"")));
-    EXPECT_EQ(std::ifstream(root / "dev/bus/usb/002/012").peek(), 'd') << "left as it was";
+    EXPECT_EQ(std::ifstream(files.root() / "dev/bus/usb/002/012").peek(), 'd') << "left as it was";
 }
 
 TEST(StreamingLimits, warnsOnceForRealCameras) {
-    const QTemporaryDir folder;
-    const std::filesystem::path root = folder.path().toStdString();
-    write(root / "sys/module/usbcore/parameters", "usbfs_memory_mb", "16\n");
-    write(root / "proc/sys/net/core", "rmem_max", "212992\n");
-    addUsbDevice(root, "2-1", "7", "ef0500");
-    const StreamingMemory memory{16, 212'992};
-    const RealCameras cameras{1, 2};
-
-    session::StreamingLimits limits(root);
+    const FileTree files;
+    files.write("sys/module/usbcore/parameters/usbfs_memory_mb", "16\n");
+    files.write("proc/sys/net/core/rmem_max", "212992\n");
+    addUsbDevice(files, "2-1", "7", "ef0500");
+    session::StreamingLimits limits(files.root());
     const CapturedLog log;
+    const std::string scenario =
+        sdk::scenario(sdk::gige("A") + "," + sdk::usb("B", 1) + "," + sdk::usb("C", 2));
     {
-        const sdk::Running simulated(scenario(QStringLiteral("\"G\""), QStringLiteral("\"U\"")));
+        const sdk::Running simulated(scenario);
         limits.check(sdk::system());
-        EXPECT_THAT(log.lines(), IsEmpty());
+        EXPECT_EQ(log.text(), "");
     }
-    const sdk::Running real(
-        scenario(QStringLiteral("\"GenICamGEV\""), QStringLiteral("\"GenICamU3V\"")));
+    // As real cameras name their transport layers.
+    const sdk::Running real(QString::fromStdString(scenario)
+                                .replace(QStringLiteral("\"G\""), QStringLiteral("\"GenICamGEV\""))
+                                .replace(QStringLiteral("\"U\""), QStringLiteral("\"GenICamU3V\""))
+                                .toStdString());
     limits.check(sdk::system());
     EXPECT_EQ(limits.check(sdk::system()).size(), 3U) << "all that hold, logged before or not";
-    EXPECT_THAT(
-        log.lines(),
-        ElementsAre("Warning:" + *session::usbAccessWarning(session::closedUsbCameras(root)),
-                    "Warning:" + *session::usbMemoryWarning(cameras, memory),
-                    "Warning:" + *session::receiveBufferWarning(cameras, memory)));
+    const StreamingMemory memory{16, 212'992};
+    EXPECT_THAT(log.lines(),
+                ElementsAre("Warning:" +
+                                *session::usbAccessWarning(session::closedUsbCameras(files.root())),
+                            "Warning:" + *session::usbMemoryWarning({1, 2}, memory),
+                            "Warning:" + *session::receiveBufferWarning({1, 2}, memory)));
 }
 
 TEST(StreamingLimits, countsCamerasOfTheNetwork) {

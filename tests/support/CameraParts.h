@@ -11,13 +11,11 @@ struct CameraParts {
     explicit CameraParts(OrvTransportLayerType type, const std::string& interfaceName = "Eth 1",
                          const MockIdentity& identity = {});
 
-    std::shared_ptr<testing::NiceMock<MockCamera>> camera;
-    std::shared_ptr<testing::NiceMock<MockTransportLayer>> layer =
-        std::make_shared<testing::NiceMock<MockTransportLayer>>();
-    std::shared_ptr<testing::NiceMock<MockInterface>> interface =
-        std::make_shared<testing::NiceMock<MockInterface>>();
-    std::shared_ptr<testing::NiceMock<MockLocalDevice>> localDevice =
-        std::make_shared<testing::NiceMock<MockLocalDevice>>();
-    std::shared_ptr<testing::NiceMock<MockStream>> stream =
-        std::make_shared<testing::NiceMock<MockStream>>();
+    template <class Mock> using Nice = testing::NiceMock<Mock>;
+
+    std::shared_ptr<Nice<MockCamera>> camera;
+    std::shared_ptr<Nice<MockTransportLayer>> layer = std::make_shared<Nice<MockTransportLayer>>();
+    std::shared_ptr<Nice<MockInterface>> interface = std::make_shared<Nice<MockInterface>>();
+    std::shared_ptr<Nice<MockLocalDevice>> localDevice = std::make_shared<Nice<MockLocalDevice>>();
+    std::shared_ptr<Nice<MockStream>> stream = std::make_shared<Nice<MockStream>>();
 };

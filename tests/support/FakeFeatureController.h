@@ -77,10 +77,8 @@ public:
     }
     bool setFeatureValue(const std::string& module, const std::string& name,
                          const FeatureValue& value) override {
-        if (refuses || (accepts && !accepts(std::get<std::int64_t>(value)))) {
-            ++refused;
+        if (refuses || (accepts && !accepts(std::get<std::int64_t>(value))))
             return false;
-        }
         written.emplace_back(name, value);
         features.at({module, name}).value = value;
         if (onWrite)
@@ -106,7 +104,6 @@ public:
     std::function<bool(std::int64_t)> accepts;
     std::function<void()> onWrite;
     std::vector<std::pair<std::string, FeatureValue>> written;
-    int refused = 0;
     std::vector<std::pair<std::string, double>> commands;
     /// How often each description, and each outline, was read.
     mutable std::map<std::string, int> reads;

@@ -7,8 +7,6 @@
 #include "engine/SystemController.h"
 #include "tests/support/CameraParts.h"
 #include "tests/support/FakeFeatureController.h"
-#include "tests/support/FakeHostNetwork.h"
-#include "tests/support/FakeHostUsbTree.h"
 
 #include <map>
 #include <memory>
@@ -114,14 +112,14 @@ private:
 /// The network adapter that every fake GigE interface hangs on: 1 Gbit/s.
 class FakeGigESpeed : public InterfaceHandlerGigE {
 public:
-    FakeGigESpeed() : InterfaceHandlerGigE({std::make_shared<FakeHostNetwork>()}) {}
+    FakeGigESpeed() : InterfaceHandlerGigE(host::HostNetworks()) {}
     std::uint64_t GetLinkSpeed(std::uint64_t) const override { return 1'000'000'000; }
 };
 
 /// The controller that every fake USB interface is: 5 Gbit/s.
 class FakeUsbSpeed : public InterfaceHandlerUSB {
 public:
-    FakeUsbSpeed() : InterfaceHandlerUSB({std::make_shared<FakeHostUsbTree>()}) {}
+    FakeUsbSpeed() : InterfaceHandlerUSB(host::HostUsbTrees()) {}
     std::optional<std::uint64_t> GetSpeed(const std::string&) const override {
         return 5'000'000'000;
     }

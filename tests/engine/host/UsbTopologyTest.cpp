@@ -2,16 +2,13 @@
 #include "engine/host/UsbTopology.h"
 
 #include <gmock/gmock.h>
+#include <tuple>
 
 namespace {
 
 TEST(UsbTopology, readsVendorProductAndSerialOfAPath) {
-    struct {
-        const char* path;
-        std::optional<std::uint32_t> vendor;
-        std::optional<std::uint32_t> product;
-        std::optional<std::string> serial;
-    } const cases[] = {
+    using Number = std::optional<std::uint32_t>;
+    const std::tuple<const char*, Number, Number, std::optional<std::string>> cases[] = {
         {R"(\\?\USB#VID_4D52&PID_0001#50A1Z#{a5dcbf10-6530})", 0x4D52, 1, "50A1Z"},
         {"USB#VID_FFFF&PID_ABCD#5&2A&0#", 0xFFFF, 0xABCD, std::nullopt},
         {"USB#VID_4D52&PID_00012#A#", 0x4D52, 1, std::nullopt},
@@ -19,12 +16,9 @@ TEST(UsbTopology, readsVendorProductAndSerialOfAPath) {
         {"VID_1111&VID_2222", 0x1111, std::nullopt, std::nullopt},
         {R"(\\?\usb#vid_4d52&pid_abcd#50a1z#{a5dc})", 0x4D52, 0xABCD, "50a1z"},
     };
-    for (const auto& each : cases) {
-        const host::UsbIdentity identity = host::parseDevicePath(each.path);
-        EXPECT_EQ(identity.vendorId, each.vendor) << each.path;
-        EXPECT_EQ(identity.productId, each.product) << each.path;
-        EXPECT_EQ(identity.serial, each.serial) << each.path;
-    }
+    for (const auto& [path, vendor, product, serial] : cases)
+        EXPECT_THAT(host::parseDevicePath(path), testing::FieldsAre(vendor, product, serial))
+            << path;
 }
 
 TEST(UsbTopology, readsThePortOfALocation) {

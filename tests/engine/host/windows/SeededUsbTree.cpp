@@ -62,10 +62,9 @@ void setProperty(HDEVINFO set, SP_DEVINFO_DATA& device, const DEVPROPKEY& key,
 
 /// Whether a device is present is told by a value beside its interface, which its driver sets.
 void setPresent(const std::wstring& interfaceKey, DWORD present) {
-    const LSTATUS result = RegSetKeyValueW(HKEY_LOCAL_MACHINE, interfaceKey.c_str(), L"Linked",
-                                           REG_DWORD, &present, sizeof present);
-    SetLastError(static_cast<DWORD>(result));
-    require(result == ERROR_SUCCESS, "RegSetKeyValueW");
+    require(RegSetKeyValueW(HKEY_LOCAL_MACHINE, interfaceKey.c_str(), L"Linked", REG_DWORD,
+                            &present, sizeof present) == ERROR_SUCCESS,
+            "RegSetKeyValueW");
 }
 
 /// Below the interfaces' classes, a device's key is its path without backslashes.

@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr std::uint64_t fullSpeed = 12'000'000;
 constexpr std::uint64_t highSpeed = 480'000'000;
 constexpr std::uint64_t superSpeed = 5'000'000'000;
 
@@ -38,17 +37,12 @@ struct Case {
     std::string log = {};
 };
 
-void PrintTo(const Case& tested, std::ostream* output) {
-    *output << tested.name;
-}
-
 /// Cases of what is read from Windows; InterfaceHandlerUSBTest has those of what is decided.
 const Case cases[] = {
     {"Usb3Port", {usb3Port}, superSpeed},
     {"Usb2Port", {usb2Port}, highSpeed},
     {"NoSecondStructure", {{true, false, 1, 2, 0}}, highSpeed},
-    {"Full", {{true, true, 1, 1, 0b0001}}, fullSpeed},
-    {"NotConnected", {{true, true, 0, 2, 0b0001}}, std::nullopt},
+    {"Full", {{true, true, 1, 1, 0b0001}}, 12'000'000},
     {"NoFirstStructure", {{false, true, 1, 2, 0b0001}}, std::nullopt},
     {"PortTheHubHasNot", {usb3Port, L"Port_#0099.Hub_#0001"}, std::nullopt},
     {"UnopenableHub",
