@@ -9,16 +9,18 @@ using testing::HasSubstr;
 namespace {
 
 TEST(Output, failsTheCommandWhenItCannotBeWritten) {
-    for (const auto& [redirection, message] :
-         {std::pair(">/dev/full", "No space left"), std::pair(">&-", "Bad file")}) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"list >/dev/full", "cannot be written: No space left"},
+        {"list >&-", "cannot be written: Bad file"},
+        {"watch --interface GEV-enp3s0 --interval 0.1 | head -2", ""}};
+    for (const auto& [line, message] : cases) {
         QProcess shell;
-        shell.start(QStringLiteral("sh"),
+        shell.start(QStringLiteral("bash"),
                     {QStringLiteral("-c"),
-                     QStringLiteral(SPANLET_FILE " list ") + QLatin1String(redirection)});
+                     QStringLiteral("set -o pipefail; " SPANLET_FILE " ") + QLatin1String(line)});
         ASSERT_TRUE(shell.waitForFinished(30000));
-        EXPECT_EQ(shell.exitCode(), 1);
-        EXPECT_THAT(shell.readAllStandardError().toStdString(),
-                    HasSubstr(std::string("cannot be written: ") + message));
+        EXPECT_EQ(shell.exitCode(), 1) << line;
+        EXPECT_THAT(shell.readAllStandardError().toStdString(), HasSubstr(message));
     }
 }
 

@@ -73,7 +73,7 @@ TEST(Program, endsWithAMessageAndAnExitCode) {
 TEST(Program, writesFeaturesOfEachTypeAndPrintsWhatTheyThenHave) {
     // The offset fits after the width has been written.
     const QStringList line =
-        words("set Feeder Width 640 OffsetX 1824 Height 0x280 ExposureTime 1234.5 ReverseX on "
+        words("set feeder Width 640 OffsetX 1824 Height 0x280 ExposureTime 1234.5 ReverseX on "
               "PixelFormat Mono12 localdevice:GVCPCmdTimeout 300 "
               "Interface:GevDeviceForceIPAddress 10.0.0.7 DeviceUserID") +
         QStringList(QStringLiteral("-5 to left"));

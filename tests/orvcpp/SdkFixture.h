@@ -226,8 +226,11 @@ public:
 
     void FrameReceived(const std::shared_ptr<Frame>& frame) override {
         incomplete += ask(*frame, &Frame::GetReceiveStatus) == OrvFrameStatusIncomplete ? 1 : 0;
+        // An incomplete frame of a real camera may have no number.
+        std::uint64_t id = 0;
+        frame->GetFrameID(id);
         const std::lock_guard lock(m_mutex);
-        m_ids.push_back(ask(*frame, &Frame::GetFrameID));
+        m_ids.push_back(id);
         if (m_keeps)
             m_kept.push_back(frame);
         else if (const auto camera = m_camera.lock())
