@@ -24,6 +24,10 @@ inline const std::string ioErrorText = " (Low level IO error in transport layer)
 
 /// How messages about the camera of CameraParts begin, after the prefix.
 inline const std::string cameraText = "Model-0001 (DEV_1)";
+inline const std::string debugLine = "Debug:" + cameraText;
+inline const std::string infoLine = "Info:" + cameraText;
+inline const std::string warningLine = "Warning:" + cameraText;
+inline const std::string errorLine = "Error:" + cameraText;
 
 /// A handler over mocked parts and features in memory.
 struct HandlerWithFakes {

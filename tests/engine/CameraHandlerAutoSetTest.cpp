@@ -9,12 +9,10 @@ namespace {
 
 using testing::ElementsAre;
 
-constexpr double margin = 0.05;
-const std::string error = "Error:" + cameraText;
-const std::string info = "Info:" + cameraText;
+constexpr double cameraMargin = 0.05;
 
 TEST(CameraHandlerPayload, comesFromPixelSizeElseImageSize) {
-    const std::string missing = error + ": No pixel or image size related features found.";
+    const std::string missing = errorLine + ": No pixel or image size related features found.";
     HandlerWithFakes fakes;
     const auto payload = [&](FeatureValue pixelSize) {
         fakes.features->put("PixelSize", std::move(pixelSize));
@@ -109,7 +107,7 @@ TEST(CameraAutoSet, findsTheKnownAnswer) {
     };
     for (const auto& each : cases) {
         ModelCamera camera(each.payload, each.minimum, 1'000'000, 100.0, each.overhead);
-        EXPECT_EQ(camera.handler.autoSet(margin), each.result) << each.name;
+        EXPECT_EQ(camera.handler.autoSet(cameraMargin), each.result) << each.name;
         Steps written{1'000'000, each.payload * 100};
         written.insert(written.end(), each.tried.begin(), each.tried.end());
         EXPECT_EQ(camera.features->writtenIntegers(), written) << each.name;
@@ -139,7 +137,7 @@ TEST(CameraAutoSet, judgesRatesByTheTolerance) {
         camera.report([&](std::int64_t) {
             return expected.rates[std::min(write++, expected.rates.size() - 1)];
         });
-        EXPECT_EQ(camera.handler.autoSet(margin), expected.result);
+        EXPECT_EQ(camera.handler.autoSet(cameraMargin), expected.result);
         EXPECT_EQ(camera.features->writtenIntegers(), expected.written);
     }
 }
@@ -154,7 +152,8 @@ TEST(CameraAutoSet, climbsToAboutTheMaximumWithoutATargetThatIsReachedAgain) {
         camera.report([&](std::int64_t bandwidth) {
             return isReachedOnce && bandwidth != odd ? FeatureValue(50.0) : target;
         });
-        EXPECT_EQ(camera.handler.autoSet(margin), (isReachedOnce ? 999'118 : 899'118) - 2 * 439);
+        EXPECT_EQ(camera.handler.autoSet(cameraMargin),
+                  (isReachedOnce ? 999'118 : 899'118) - 2 * 439);
         EXPECT_EQ(camera.features->written.size(), 12U);
     }
 }
@@ -162,13 +161,13 @@ TEST(CameraAutoSet, climbsToAboutTheMaximumWithoutATargetThatIsReachedAgain) {
 TEST(CameraAutoSet, tellsEveryStep) {
     ModelCamera camera(1000, 10, 1'000'000, 100.0, 1.3);
     camera.features->put("AcquisitionFrameRateEnable", true);
-    camera.handler.autoSet(margin);
+    camera.handler.autoSet(cameraMargin);
     EXPECT_EQ(
         camera.log.text(),
-        info + ": AcquisitionFrameRate before optimization 100.000000\n" + info +
+        infoLine + ": AcquisitionFrameRate before optimization 100.000000\n" + infoLine +
             ": 'AcquisitionFrameRateEnable' is 'true', the user-set AcquisitionFrameRate will be "
             "used for optimization.\n" +
-            info +
+            infoLine +
             ": AcquisitionFrameRate max. possible 100.000000\n"
             "Debug:Calculated bandwidth:100000 current frame rate: 76.923077\n"
             "Debug:Max frameRate: 100.000000 max. bandwidth: 1000000\n"
@@ -193,33 +192,33 @@ TEST(CameraAutoSet, tellsWhenItSkipsTheSearch) {
     ModelCamera camera(1000, 10, 105'000, 100.0, 1.0);
     camera.features->put("AcquisitionFrameRateEnable", false);
     camera.features->put("AcquisitionFrameRateLimit", 0.0);
-    EXPECT_EQ(camera.handler.autoSet(margin), 100'000);
+    EXPECT_EQ(camera.handler.autoSet(cameraMargin), 100'000);
     EXPECT_THAT(camera.features->writtenIntegers(), ElementsAre(105'000));
     EXPECT_THAT(camera.log.lines(),
-                ElementsAre(info + ": AcquisitionFrameRate before optimization 0.000000",
-                            info + ": AcquisitionFrameRate max. possible 100.000000",
+                ElementsAre(infoLine + ": AcquisitionFrameRate before optimization 0.000000",
+                            infoLine + ": AcquisitionFrameRate max. possible 100.000000",
                             "Debug:Calculated bandwidth 100000 + camera safety margin > maximum "
                             "bandwidth, skip iteration."));
 }
 
 TEST(CameraAutoSet, failsWithoutFrameRateOrBandwidthFeature) {
     const std::string internal =
-        error + ": current AcquisitionFrameRate < 0, internal error occured.";
-    const std::string noLimit = error + ": No bandwidth speed related feature found.";
+        errorLine + ": current AcquisitionFrameRate < 0, internal error occured.";
+    const std::string noLimit = errorLine + ": No bandwidth speed related feature found.";
     const std::pair<FeatureValue, std::string> cases[] = {
         {-2.0, internal}, {std::int64_t{30}, internal}, {std::nan(""), internal}, {10.0, noLimit}};
     for (const auto& [rate, line] : cases) {
         HandlerWithFakes fakes;
         fakes.features->put("AcquisitionFrameRate", rate);
-        EXPECT_EQ(fakes.handler.autoSet(margin), 0);
+        EXPECT_EQ(fakes.handler.autoSet(cameraMargin), 0);
         EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::NotSet);
         EXPECT_EQ(fakes.log.lines().back(), line);
     }
     HandlerWithFakes fakes;
-    EXPECT_EQ(fakes.handler.autoSet(margin), 0);
+    EXPECT_EQ(fakes.handler.autoSet(cameraMargin), 0);
     EXPECT_THAT(
         fakes.log.lines(),
-        ElementsAre(error + ": No acquisition frame rate related feature found.", internal));
+        ElementsAre(errorLine + ": No acquisition frame rate related feature found.", internal));
 }
 
 TEST(CameraAutoSet, writesNoUnknownMaximum) {
@@ -227,7 +226,7 @@ TEST(CameraAutoSet, writesNoUnknownMaximum) {
     fakes.features->put("StreamBytesPerSecond", std::int64_t{5}).maximum = 1e6;
     fakes.features->put("AcquisitionFrameRate", 10.0);
     fakes.features->put("ImageSize", std::int64_t{1000});
-    EXPECT_EQ(fakes.handler.autoSet(margin), 10'000);
+    EXPECT_EQ(fakes.handler.autoSet(cameraMargin), 10'000);
     EXPECT_TRUE(fakes.features->written.empty());
 }
 
@@ -235,10 +234,10 @@ TEST(CameraAutoSet, survivesExtremeNumbers) {
     using Limits = std::numeric_limits<std::int64_t>;
     for (const double overhead : {1.0, 1e15}) {
         ModelCamera camera(1000, 10, Limits::max(), 100.0, overhead);
-        EXPECT_GE(camera.handler.autoSet(margin), 10);
+        EXPECT_GE(camera.handler.autoSet(cameraMargin), 10);
         EXPECT_LE(camera.features->written.size(), 13U);
     }
-    for (const double anyMargin : {margin, -2.0, std::nan("")}) {
+    for (const double anyMargin : {cameraMargin, -2.0, std::nan("")}) {
         for (const std::int64_t maximum : {Limits::max(), std::int64_t{1}, Limits::min()}) {
             ModelCamera camera(Limits::max(), 10, maximum, 100.0, 1e-10);
             camera.features->put("AcquisitionFrameRateLimit", 100.0);

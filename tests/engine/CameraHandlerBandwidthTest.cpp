@@ -9,7 +9,6 @@ namespace {
 
 using testing::ElementsAre;
 
-const std::string info = "Info:" + cameraText;
 constexpr auto largest = std::numeric_limits<std::int64_t>::max();
 
 constexpr auto unlimited = std::numeric_limits<std::uint64_t>::max();
@@ -54,8 +53,8 @@ TEST(CameraHandlerBandwidth, isWrittenAndClassified) {
         EXPECT_THAT(fakes.features->writtenIntegers(), ElementsAre(each.written));
         EXPECT_EQ(fakes.handler.getAutosetStatus(), each.status);
         EXPECT_EQ(fakes.features->reads["DeviceLinkThroughputLimit"], 1);
-        EXPECT_EQ(fakes.log.text(), info + ": DeviceLinkThroughputLimit set to " +
-                                        std::to_string(each.written) + '\n' + info +
+        EXPECT_EQ(fakes.log.text(), infoLine + ": DeviceLinkThroughputLimit set to " +
+                                        std::to_string(each.written) + '\n' + infoLine +
                                         ": AcquisitionFrameRate after optimization 12.500000\n");
     }
 }
@@ -70,7 +69,7 @@ TEST(CameraHandlerBandwidth, keepsItsValueWithoutARequestAndWhenTheWriteFails) {
     fakes.features->refuses = true;
     EXPECT_EQ(fakes.handler.setBandwidth(50, 50), 5);
     EXPECT_EQ(fakes.handler.getAutosetStatus(), AutosetStatus::NotSet);
-    EXPECT_EQ(fakes.log.text(), info + ": AcquisitionFrameRate after optimization -1.000000\n");
+    EXPECT_EQ(fakes.log.text(), infoLine + ": AcquisitionFrameRate after optimization -1.000000\n");
     EXPECT_TRUE(fakes.features->written.empty());
 }
 
@@ -103,7 +102,7 @@ TEST(CameraHandlerBandwidth, refusedOffItsStepsItGetsTheStepBelow) {
         fakes.features->putLimit(1500, 500, each.maximum, 1000);
         EXPECT_EQ(fakes.handler.setBandwidth(each.value, each.requested), each.step);
         EXPECT_EQ(fakes.handler.getAutosetStatus(), each.status) << each.value;
-        EXPECT_TRUE(fakes.log.has(info + ": DeviceLinkThroughputLimit set to " +
+        EXPECT_TRUE(fakes.log.has(infoLine + ": DeviceLinkThroughputLimit set to " +
                                   std::to_string(each.step)));
     }
     EXPECT_EQ(tried, 1 + static_cast<int>(std::size(cases)))

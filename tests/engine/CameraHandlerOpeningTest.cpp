@@ -8,8 +8,6 @@ using testing::FieldsAre;
 using testing::InSequence;
 using testing::Return;
 
-constexpr auto gige = OrvTransportLayerTypeGEV;
-constexpr auto usb = OrvTransportLayerTypeU3V;
 const std::string socketWarning = "Socket driver in use, please use Filter Driver.";
 const std::string accessWarning =
     "Camera cannot be opened in FULL ACCESS mode, maybe it has already been opened by another "
@@ -42,9 +40,6 @@ struct OpeningCase {
 };
 
 const std::string io = ioErrorText + '\n';
-const std::string warning = "Warning:" + cameraText;
-const std::string debug = "Debug:" + cameraText;
-const std::string error = "Error:" + cameraText;
 
 #define FAILS(part, Operation) DOES(part, Operation, ioError())
 
@@ -58,21 +53,24 @@ const OpeningCase openings[] = {
          "Warning:Model-0001 (): Cannot get serial number." + io},
     {"SerialNumberIsNotExamined", gige, FAILS(camera, GetSerialNumber), ""},
     {"Streams", gige, FAILS(camera, GetStreams),
-     warning + ": Unable to get Streams" + io + error + ": Cannot get streams." + io},
+     warningLine + ": Unable to get Streams" + io + errorLine + ": Cannot get streams." + io},
     {"NoStream", gige, DOES(camera, GetStreams, answer(MockCamera::Streams())),
-     error + ": Cannot get streams. (No error)\n"},
-    {"SocketDriver", gige, useSocketDriver, warning + " is using Socket driver.\n", socketWarning},
+     errorLine + ": Cannot get streams. (No errorLine)\n"},
+    {"SocketDriver", gige, useSocketDriver, warningLine + " is using Socket driver.\n",
+     socketWarning},
     {"SocketDriverOfUsbIsNotAsked", usb, useSocketDriver, ""},
     {"NoDriverFeature", gige, [](CameraParts& p) { p.stream->removeFeature("GVSPDriver"); },
-     warning + ": Cannot get feature 'GVSPDriver' (The designated instance (camera, feature etc.) "
-               "cannot be found)\n"},
+     warningLine +
+         ": Cannot get feature 'GVSPDriver' (The designated instance (camera, feature etc.) "
+         "cannot be found)\n"},
     {"DriverUnreadable", gige,
      [](CameraParts& p) { p.stream->addFeature("GVSPDriver", makeFeature(OrvFeatureDataString)); },
-     warning + ": Cannot get value of 'GVSPDriver' (The feature type for this access function was "
-               "wrong)\n"},
+     warningLine +
+         ": Cannot get value of 'GVSPDriver' (The feature type for this access function was "
+         "wrong)\n"},
     {"InterfaceName", gige, FAILS(interface, GetName),
-     warning + ": Cannot get interface name." + io},
-    {"InterfaceId", gige, FAILS(interface, GetID), warning + ": Cannot get interface ID." + io},
+     warningLine + ": Cannot get interface name." + io},
+    {"InterfaceId", gige, FAILS(interface, GetID), warningLine + ": Cannot get interface ID." + io},
     {"TransportLayerTexts", gige,
      [](CameraParts& p) {
          ON_CALL(*p.layer, GetName).WillByDefault(ioError());
@@ -81,35 +79,37 @@ const OpeningCase openings[] = {
          ON_CALL(*p.layer, GetVendor).WillByDefault(ioError());
          ON_CALL(*p.layer, GetType).WillByDefault(ioError());
      },
-     debug + ": Cannot get transport layer name." + io + debug +
-         ": Cannot get transport layer ID." + io + debug + ": Cannot get transport layer path." +
-         io + warning + ": Cannot get transport layer vendor." + io + warning +
+     debugLine + ": Cannot get transport layer name." + io + debugLine +
+         ": Cannot get transport layer ID." + io + debugLine +
+         ": Cannot get transport layer path." + io + warningLine +
+         ": Cannot get transport layer vendor." + io + warningLine +
          ": Cannot get transport layer type." + io},
     {"Interface", gige, FAILS(camera, GetInterface(_)),
-     warning + ": Cannot get interface ptr." + io},
+     warningLine + ": Cannot get interface ptr." + io},
     {"InterfaceBeforeTransportLayer", gige,
      [](CameraParts& p) {
          ON_CALL(*p.camera, GetTransportLayer(_)).WillByDefault(ioError());
          ON_CALL(*p.interface, GetName).WillByDefault(ioError());
      },
-     warning + ": Cannot get interface name." + io + warning +
+     warningLine + ": Cannot get interface name." + io + warningLine +
          ": Cannot get transport layer ptr. for camera." + io},
     {"UsbInterfaceAfterItsPort", usb, FAILS(interface, GetName),
      "Warning:Port 3: " + cameraText + ": Cannot get interface name." + io},
     {"InUseElsewhere", usb, denyAccess,
-     warning + ": Cannot open the camera, full access denied.\n" + warning +
+     warningLine + ": Cannot open the camera, full access denied.\n" + warningLine +
          ": Cannot find USB port path.\n",
      accessWarning, false},
     {"NoStreamsOfUnopenedCamera", gige, denyAccess,
-     warning + ": Cannot open the camera, full access denied.\n", accessWarning, false},
-    {"OpenThoughPermitted", gige, FAILS(camera, Open), warning + ": Cannot open the camera." + io,
-     cannotBeOpened, false},
+     warningLine + ": Cannot open the camera, full access denied.\n", accessWarning, false},
+    {"OpenThoughPermitted", gige, FAILS(camera, Open),
+     warningLine + ": Cannot open the camera." + io, cannotBeOpened, false},
     {"OpenWithUnknownAccess", gige,
      [](CameraParts& p) {
          denyAccess(p);
          ON_CALL(*p.camera, GetPermittedAccess).WillByDefault(ioError());
      },
-     warning + ": Cannot open the camera. (Operation is invalid with the current access mode)\n",
+     warningLine +
+         ": Cannot open the camera. (Operation is invalid with the current access mode)\n",
      cannotBeOpened, false},
 };
 
@@ -163,7 +163,7 @@ TEST(CameraHandlerOpening, readsPortAndBusOfUsbCameras) {
         EXPECT_EQ(info.portPath, testCase.port);
         EXPECT_EQ(handler.getFeatureController()->messagePrefix(), cameraDisplayText(info));
         EXPECT_EQ(info.interfaceName, testCase.bus);
-        EXPECT_EQ(log.count(warning + ": Cannot find USB port path."),
+        EXPECT_EQ(log.count(warningLine + ": Cannot find USB port path."),
                   info.portPath.empty() ? 1 : 0);
     }
 }

@@ -19,8 +19,6 @@ using testing::IsEmpty;
 using testing::NiceMock;
 using testing::Return;
 
-constexpr auto gige = OrvTransportLayerTypeGEV;
-constexpr auto usb = OrvTransportLayerTypeU3V;
 constexpr std::uint32_t address = 0xC0A8010A;
 constexpr auto subnetFeature = "GevInterfaceSubnetIPAddress";
 

@@ -7,17 +7,7 @@
 
 #include <gmock/gmock.h>
 
-#include <limits>
-
 namespace {
-
-TEST(FeatureValue, textsAreTheSameInEveryLocale) {
-    EXPECT_EQ(toText(std::int64_t{-12}), "-12");
-    EXPECT_EQ(toText(16.98), "16.980000");
-    EXPECT_EQ(toText(true), "true");
-    EXPECT_EQ(toText(std::string("On")), "On");
-    EXPECT_EQ(toText(std::numeric_limits<double>::lowest()).substr(0, 6), "-17976");
-}
 
 TEST(FeatureText, numbersAreReadAsTheyAreWritten) {
     EXPECT_EQ(fromHexText(toHexText(-1)), std::int64_t{-1});

@@ -20,7 +20,7 @@ using testing::Return;
 using testing::StrEq;
 using testing::StrictMock;
 
-using W = OrvSystemWrapper;
+using System = OrvSystemWrapper;
 
 template <class... Methods> std::vector<int> positions(Methods... methods) {
     return {virtualPosition(methods)...};
@@ -28,19 +28,20 @@ template <class... Methods> std::vector<int> positions(Methods... methods) {
 
 TEST(SystemWrapper, declaresItsOperationsInOrder) {
     EXPECT_THAT(
-        positions(&W::GetInstance, &W::QueryVersion, qOverload<>(&W::Startup),
-                  qOverload<const wchar_t*>(&W::Startup), &W::Shutdown, &W::GetInterfaces,
-                  &W::GetInterfaceByID, &W::GetCameras, &W::GetCameraByID,
-                  &W::RegisterCameraListObserver, &W::UnregisterCameraListObserver,
-                  &W::RegisterInterfaceListObserver, &W::UnregisterInterfaceListObserver,
-                  &W::RegisterCameraFactory, &W::UnregisterCameraFactory, &W::GetTransportLayers,
-                  &W::GetTransportLayerByID, &W::CreateCameraHandler),
+        positions(&System::GetInstance, &System::QueryVersion, qOverload<>(&System::Startup),
+                  qOverload<const wchar_t*>(&System::Startup), &System::Shutdown,
+                  &System::GetInterfaces, &System::GetInterfaceByID, &System::GetCameras,
+                  &System::GetCameraByID, &System::RegisterCameraListObserver,
+                  &System::UnregisterCameraListObserver, &System::RegisterInterfaceListObserver,
+                  &System::UnregisterInterfaceListObserver, &System::RegisterCameraFactory,
+                  &System::UnregisterCameraFactory, &System::GetTransportLayers,
+                  &System::GetTransportLayerByID, &System::CreateCameraHandler),
         testing::ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18));
 }
 
 TEST(SystemWrapper, handsArgumentsToTheSdkUnchanged) {
     StrictMock<MockOrvSystem> system;
-    W wrapper(system);
+    System wrapper(system);
     OrvVersionInfo version;
     const wchar_t* path = L"x.json";
     std::shared_ptr<OrvCPP::Camera> camera;
@@ -80,7 +81,7 @@ TEST(SystemWrapper, handsArgumentsToTheSdkUnchanged) {
 }
 
 TEST(SystemWrapper, isAroundTheSystemOfTheProcessByDefault) {
-    EXPECT_EQ(&W().GetInstance(), &OrvCPP::OrvSystem::GetInstance());
+    EXPECT_EQ(&System().GetInstance(), &OrvCPP::OrvSystem::GetInstance());
 }
 
 TEST(SimulatedHost, isEmptyForASystemOfRealCameras) {

@@ -6,6 +6,9 @@
 #include <memory>
 #include <string>
 
+inline constexpr auto gige = OrvTransportLayerTypeGEV;
+inline constexpr auto usb = OrvTransportLayerTypeU3V;
+
 /// A mocked camera with all that it hangs on.
 struct CameraParts {
     explicit CameraParts(OrvTransportLayerType type, const std::string& interfaceName = "Eth 1",

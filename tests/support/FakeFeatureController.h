@@ -40,12 +40,12 @@ public:
         info.value = std::move(value);
         return info;
     }
-    void putLimit(std::int64_t value, std::int64_t minimum, std::int64_t maximum,
-                  std::int64_t increment = 0) {
-        FeatureInfo& info = put("DeviceLinkThroughputLimit", value);
-        info.minimum = minimum;
-        info.maximum = maximum;
-        info.increment = increment;
+    void putLimit(FeatureValue value, FeatureValue minimum, FeatureValue maximum,
+                  FeatureValue increment = std::int64_t{0}) {
+        FeatureInfo& info = put("DeviceLinkThroughputLimit", std::move(value));
+        info.minimum = std::move(minimum);
+        info.maximum = std::move(maximum);
+        info.increment = std::move(increment);
     }
 
     std::vector<std::string> getModuleNames() const override { return m_modules; }

@@ -39,7 +39,7 @@ protected:
 
     /// A row with a range from 2 to 450 MB/s and 100 MB/s, in a view that can be scrolled.
     void open() {
-        m_features->putRange(limit, 100 * megabyte, megabyte * 3 / 2, 450 * megabyte);
+        m_features->putLimit(100 * megabyte, megabyte * 3 / 2, 450 * megabyte);
         m_row->initialize();
         m_view.setWidget(new QWidget);
         m_view.widget()->setFixedSize(400, 2000);
@@ -189,7 +189,7 @@ TEST_F(BandwidthSliderTest, rangeIsTheWholeMegabytesThatTheCameraTakes) {
         {1.5, std::string("x"), 7e6, {0, 0, 0}},
     };
     for (const auto& [lowest, highest, bandwidth, shown] : cases) {
-        m_features->putRange(limit, bandwidth, lowest, highest);
+        m_features->putLimit(bandwidth, lowest, highest);
         m_features->reads.clear();
         m_row->initialize();
         EXPECT_EQ((Figures{m_slider->minimum(), m_slider->maximum(), m_slider->value()}), shown);
@@ -224,7 +224,7 @@ TEST_F(BandwidthSliderTest, showsWhatIsInEffectWhenTheCameraRefuses) {
 }
 
 TEST_F(BandwidthSliderTest, movesByTheStepsOfTheCamera) {
-    m_features->putRange(limit, 100 * megabyte, 4 * megabyte, 450 * megabyte, 4 * megabyte);
+    m_features->putLimit(100 * megabyte, 4 * megabyte, 450 * megabyte, 4 * megabyte);
     m_features->accepts = [](std::int64_t value) {
         return value % (4 * megabyte) == 0;
     };
@@ -235,7 +235,7 @@ TEST_F(BandwidthSliderTest, movesByTheStepsOfTheCamera) {
     m_row->setValue(450);
     EXPECT_EQ(m_slider->value(), 448);
     // Steps that are counted from 0, not from the minimum.
-    m_features->putRange(limit, 100 * megabyte, 3 * megabyte, 450 * megabyte, 4 * megabyte);
+    m_features->putLimit(100 * megabyte, 3 * megabyte, 450 * megabyte, 4 * megabyte);
     m_row->initialize();
     m_row->setValue(120);
     EXPECT_THAT(m_told, ElementsAre(104, 108, 104, 448, 120));

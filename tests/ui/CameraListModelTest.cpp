@@ -47,8 +47,8 @@ TEST_F(CameraListModelTest, groupsCamerasByTypeAndInterface) {
     QSignalSpy selected(&m_model, &CameraListModel::interfaceSelected);
     QObject::connect(&m_model, &CameraListModel::interfaceSelected,
                      [&] { EXPECT_EQ(listed.size(), 1) << "selected before it is listed"; });
-    build({makeFake("bus 7", usb, "U"), makeFake("eth1", gigE, "b"), makeFake("eth1", gigE, "B"),
-           makeFake("eth0", gigE, "Z"), makeFake("eth1", gigE, "a"),
+    build({makeFake("bus 7", usb, "U"), makeFake("eth1", gige, "b"), makeFake("eth1", gige, "B"),
+           makeFake("eth0", gige, "Z"), makeFake("eth1", gige, "a"),
            makeFake("zz link", OrvTransportLayerTypeCoaXPress, "X"),
            makeFake("mix", OrvTransportLayerTypeMixed, "M")});
 
@@ -78,8 +78,8 @@ TEST_F(CameraListModelTest, groupsCamerasByTypeAndInterface) {
 }
 
 TEST_F(CameraListModelTest, selectsInterfacesInTheOrderOfTheTree) {
-    build({makeFake("a usb", usb, "U"), makeFake("eth0", gigE, "A"), makeFake("eth1", gigE, "B"),
-           makeFake("eth1", gigE, "C")});
+    build({makeFake("a usb", usb, "U"), makeFake("eth0", gige, "A"), makeFake("eth1", gige, "B"),
+           makeFake("eth1", gige, "C")});
     QSignalSpy selected(&m_model, &CameraListModel::interfaceSelected);
     QSignalSpy changed(&m_model, &QAbstractItemModel::dataChanged);
     const auto weight = [](const QModelIndex& row) {
@@ -100,7 +100,7 @@ TEST_F(CameraListModelTest, selectsInterfacesInTheOrderOfTheTree) {
 }
 
 TEST_F(CameraListModelTest, showsStatisticsOfTheSelectedInterfaceOnly) {
-    const FakeList cameras{makeFake("eth0", gigE, "A"), makeFake("eth1", gigE, "B")};
+    const FakeList cameras{makeFake("eth0", gige, "A"), makeFake("eth1", gige, "B")};
     build(cameras);
     FrameStatistics statistics;
     statistics.receivedFrames = 10;
@@ -126,10 +126,10 @@ TEST_F(CameraListModelTest, showsStatisticsOfTheSelectedInterfaceOnly) {
 }
 
 TEST_F(CameraListModelTest, showsWhichCamerasAreOpenAndTheirWarnings) {
-    const auto closed = makeFake("eth0", gigE, "B");
+    const auto closed = makeFake("eth0", gige, "B");
     closed->opened = false;
     closed->warning = "Camera cannot be opened";
-    const auto open = makeFake("eth0", gigE, "A");
+    const auto open = makeFake("eth0", gige, "A");
     build({open, closed});
     const auto expectWarning = [this](int warned) {
         for (const int row : {0, 1}) {
@@ -151,7 +151,7 @@ TEST_F(CameraListModelTest, showsWhichCamerasAreOpenAndTheirWarnings) {
 }
 
 TEST_F(CameraListModelTest, enablesCellsByCheckBoxAndWidgets) {
-    build({makeFake("eth0", gigE, "A")});
+    build({makeFake("eth0", gige, "A")});
     for (const bool checked : {false, true}) {
         for (const bool enabled : {false, true}) {
             m_model.setData(cell(0, 0), checked ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
@@ -171,7 +171,7 @@ TEST_F(CameraListModelTest, enablesCellsByCheckBoxAndWidgets) {
 }
 
 TEST_F(CameraListModelTest, checksCamerasAndSetsTheBandwidthOfInterfaces) {
-    const auto camera = makeFake("eth0", gigE, "A");
+    const auto camera = makeFake("eth0", gige, "A");
     build({camera});
     QSignalSpy changed(&m_model, &QAbstractItemModel::dataChanged);
     for (const bool isChecked : {false, true}) {

@@ -14,9 +14,6 @@
 #include <variant>
 #include <vector>
 
-inline constexpr auto gigE = OrvTransportLayerTypeGEV;
-inline constexpr auto usb = OrvTransportLayerTypeU3V;
-
 /// What a fake camera says of itself, and what was asked of it.
 struct FakeCamera {
     std::string interfaceName;

@@ -80,15 +80,16 @@ protected:
 TEST_F(SpanletDialogFaults, anyFailingCallLeavesTheOtherRowsUsable) {
     run(0);
     ASSERT_EQ(camerasThatObey(), FaultyCameras::count);
-    const std::uint64_t last = FaultyCameras::failEachCall([this](std::uint64_t failingCall) {
+    const auto runWithFault = [this](std::uint64_t failingCall) {
         const std::uint64_t calls = run(failingCall);
         if (failingCall > FaultyCameras::callsThatList) {
             EXPECT_GE(camerasThatObey(), FaultyCameras::count - 1)
                 << "failing call " << failingCall;
         }
         return calls;
-    });
-    EXPECT_GT(last, 200U);
+    };
+    // The engine's test lets every call fail; here, every third shows what the dialog makes of it.
+    EXPECT_GT(FaultyCameras::failEachCall(runWithFault, 1, 3), 200U);
     run(0);
     EXPECT_EQ(camerasThatObey(), FaultyCameras::count) << "no fault lasts";
 }

@@ -110,9 +110,9 @@ protected:
 
     const OwnSettings m_store;
     CapturedLog m_log;
-    std::shared_ptr<FakeCamera> m_first = makeFake("eth0", gigE, "A");
-    std::shared_ptr<FakeCamera> m_closed = makeFake("eth0", gigE, "B");
-    std::shared_ptr<FakeCamera> m_second = makeFake("eth1", gigE, "C");
+    std::shared_ptr<FakeCamera> m_first = makeFake("eth0", gige, "A");
+    std::shared_ptr<FakeCamera> m_closed = makeFake("eth0", gige, "B");
+    std::shared_ptr<FakeCamera> m_second = makeFake("eth1", gige, "C");
     std::shared_ptr<FakeCamera> m_third = makeFake("USB bus 1", usb, "D");
     std::shared_ptr<FakeSystem> m_system =
         std::make_shared<FakeSystem>(FakeSystem::FakeList{m_first, m_closed, m_second, m_third});
@@ -227,7 +227,7 @@ TEST_F(SpanletDialogTest, takesFlagAndMarginsFromTheSettings) {
 }
 
 TEST_F(SpanletDialogTest, showsTheTrueBandwidthOfEachCameraAndInterface) {
-    const auto fourth = makeFake("eth0", gigE, "C");
+    const auto fourth = makeFake("eth0", gige, "C");
     fourth->bandwidth = 5'000'000;
     refresh({m_first, m_closed, m_second, m_third, fourth});
     EXPECT_EQ(bandwidth(camera(0, 0, 0)).value(), 112);
@@ -261,8 +261,8 @@ TEST_F(SpanletDialogTest, showsTheTrueBandwidthOfEachCameraAndInterface) {
 }
 
 TEST_F(SpanletDialogTest, leavesLockedAndUncheckedCamerasOut) {
-    const auto locked = makeFake("eth0", gigE, "A2");
-    const auto left = makeFake("eth0", gigE, "A3");
+    const auto locked = makeFake("eth0", gige, "A2");
+    const auto left = makeFake("eth0", gige, "A3");
     refresh({m_first, locked, left, m_second});
     for (const auto& fake : {m_first, locked, left, m_second})
         fake->status = AutosetStatus::BelowRequested;
