@@ -55,7 +55,7 @@ const OpeningCase openings[] = {
     {"Streams", gige, FAILS(camera, GetStreams),
      warningLine + ": Unable to get Streams" + io + errorLine + ": Cannot get streams." + io},
     {"NoStream", gige, DOES(camera, GetStreams, answer(MockCamera::Streams())),
-     errorLine + ": Cannot get streams. (No errorLine)\n"},
+     errorLine + ": Cannot get streams. (No error)\n"},
     {"SocketDriver", gige, useSocketDriver, warningLine + " is using Socket driver.\n",
      socketWarning},
     {"SocketDriverOfUsbIsNotAsked", usb, useSocketDriver, ""},

@@ -19,8 +19,6 @@ TEST(MalformedScenario, namesFilePlaceAndExpectationAndStartsNothing) {
         {"[1]", "line 1: expected an object"},
         {scenario(gige("A") + "," + gige("B", R"(, "sensor": {"widht": 640})")),
          "cameras[1].sensor.widht: unknown key", "\"width\""},
-        {scenario(gige("A", R"(, "sensor": {"width": "wide"})")),
-         "cameras[0].sensor.width: expected an integer from 64", "found \"wide\""},
         {scenario(gige("A", R"(, "sensor": {"width": 640.5})")),
          "cameras[0].sensor.width: expected an integer", "found 640.5"},
         {scenario(gige("A", R"(, "faults": {"lossRate": 1.5})")),
@@ -32,8 +30,6 @@ TEST(MalformedScenario, namesFilePlaceAndExpectationAndStartsNothing) {
          "cameras[0].bandwidth.value: expected the minimum plus a multiple of the increment"},
         {scenario(R"({"id": "A", "interface": "gev"})"),
          "cameras[0].model: expected a text that is not empty, found nothing"},
-        {scenario(R"({"id": "A", "model": "M", "interface": "wifi"})"),
-         "cameras[0].interface: expected one of \"gev\", \"usb\", found \"wifi\""},
         {R"({"host": {"adapters": [{"name": "e", "address": "10.0.0.1"}]},
          "transportLayers": [{"id": "U", "type": "USB3Vision"}],
          "interfaces": [{"id": "u", "transportLayer": "U", "adapter": "e"}]})",
@@ -59,7 +55,6 @@ TEST(MalformedScenario, namesFilePlaceAndExpectationAndStartsNothing) {
          "cameras[0].faults.stuckCommands: expected names of commands"},
         {R"({"providers": [{"type": "imaginary"}]})",
          "providers[0].type: expected one of \"virtual\""},
-        {R"({"providers": []})", "providers: expected an array of at least one"},
         {R"({"providers": [{"type": "virtual"}, {"type": "virtual"}]})",
          "providers[1].type: expected each type of provider at most once"},
     };
@@ -83,13 +78,14 @@ TEST(TruncatedScenario, tellsWhereItBreaksOff) {
 }
 
 TEST(Configuration, findsAScenarioBesideIt) {
-    const TemporaryFile configuration(
-        "sdk.json", R"({"providers": [{"type": "virtual", "scenario": "own.json"}]})");
-    const auto wide = configuration.path.wstring();
+    const FileTree files;
+    const auto wide =
+        files.write("sdk.json", R"({"providers": [{"type": "virtual", "scenario": "own.json"}]})")
+            .wstring();
     EXPECT_EQ(system().Startup(wide.c_str()), OrvErrorBadParameter);
     EXPECT_THAT(startupError(), HasSubstr("own.json: expected a readable file"));
 
-    std::ofstream(configuration.path.parent_path() / "own.json") << scenario(gige("Own"));
+    files.write("own.json", scenario(gige("Own")));
     ASSERT_EQ(system().Startup(wide.c_str()), OrvErrorSuccess);
     EXPECT_EQ(startupError(), "");
     EXPECT_EQ(system().Startup(wide.c_str()), OrvErrorAlreadyDone);

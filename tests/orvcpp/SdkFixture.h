@@ -3,18 +3,16 @@
 
 #include "OrvCPP/OrvSystem.h"
 #include "OrvSimulation/Simulation.h"
+#include "tests/support/FileTree.h"
 
 #include <gmock/gmock.h>
 
 #include <atomic>
 #include <chrono>
 #include <cstdint>
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <mutex>
 #include <numeric>
-#include <random>
 #include <string>
 #include <thread>
 #include <utility>
@@ -143,25 +141,9 @@ inline std::vector<std::uint64_t> gapless(std::uint64_t first, std::size_t count
     return ids;
 }
 
-/// A file in a temporary folder, removed with the object.
-class TemporaryFile {
-public:
-    TemporaryFile(const std::string& name, const std::string& contents)
-        : path(std::filesystem::temp_directory_path() /
-               ("orvcpp-" + std::to_string(std::random_device()())) / name) {
-        std::filesystem::create_directories(path.parent_path());
-        std::ofstream(path) << contents;
-    }
-    ~TemporaryFile() { std::filesystem::remove_all(path.parent_path()); }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-    const std::filesystem::path path;
-};
-
 inline OrvErrorType startWith(const std::string& scenario) {
-    const TemporaryFile file("scenario.json", scenario);
-    return system().Startup(file.path.wstring().c_str());
+    const FileTree files;
+    return system().Startup(files.write("scenario.json", scenario).wstring().c_str());
 }
 
 /// Starts the SDK with a scenario or a configuration; shuts it down at the end.

@@ -8,9 +8,7 @@ namespace {
 
 TEST(System, answersNotStartedUntilStartup) {
     std::uint32_t count = 0;
-    std::shared_ptr<Camera> camera;
     EXPECT_EQ(system().GetCameras(nullptr, count), OrvErrorApiNotStarted);
-    EXPECT_EQ(system().GetCameraByID("A", camera), OrvErrorApiNotStarted);
     EXPECT_EQ(system().RegisterCameraListObserver(nullptr), OrvErrorApiNotStarted);
     EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
     EXPECT_EQ(ask(system(), &OrvSystem::QueryVersion).major, 1U);

@@ -4,7 +4,6 @@
 
 #include "tests/orvcpp/SdkFixture.h"
 #include "tests/support/CapturedLog.h"
-#include "tests/support/FakeCameraProcess.h"
 #include "tests/support/FileTree.h"
 
 #include <QString>
@@ -106,15 +105,6 @@ TEST(StreamingLimits, warnsOnceForRealCameras) {
                                 *session::usbAccessWarning(session::closedUsbCameras(files.root())),
                             "Warning:" + *session::usbMemoryWarning({1, 2}, memory),
                             "Warning:" + *session::receiveBufferWarning({1, 2}, memory)));
-}
-
-TEST(StreamingLimits, countsCamerasOfTheNetwork) {
-    const fakecamera::FakeCameraProcess camera("127.0.0.2");
-    ASSERT_EQ(sdk::system().Startup(L":genicam"), OrvErrorSuccess) << sdk::startupError();
-    const RealCameras found = realCameras(sdk::system());
-    EXPECT_EQ(found.gige, 1U);
-    EXPECT_EQ(found.usb, 0U);
-    sdk::system().Shutdown();
 }
 
 } // namespace

@@ -9,7 +9,7 @@
 namespace fakecamera {
 
 /// Address of a test's only camera.
-inline const std::string onlyAddress = "127.0.0.2";
+constexpr const char* onlyAddress = "127.0.0.2";
 
 /// Runs the program fake-camera from construction to destruction. The camera answers when the
 /// constructor returns. It ends with the thread that made it, even when that is killed.

@@ -3,18 +3,17 @@
 
 #include <filesystem>
 #include <fstream>
-#include <stdexcept>
-#include <stdlib.h>
+#include <random>
 #include <string>
 
-/// A temporary folder with files as Linux has them below /sys, removed with the object.
+/// A temporary folder with files, for example as Linux has them below /sys. Removed with the
+/// object.
 class FileTree {
 public:
     FileTree() {
-        std::string name = (std::filesystem::temp_directory_path() / "files-XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr)
-            throw std::runtime_error("no temporary folder");
-        m_root = std::filesystem::canonical(name);
+        m_root = std::filesystem::temp_directory_path() / std::to_string(std::random_device()());
+        std::filesystem::create_directories(m_root);
+        m_root = std::filesystem::canonical(m_root);
     }
     ~FileTree() { std::filesystem::remove_all(m_root); }
     FileTree(const FileTree&) = delete;
@@ -22,10 +21,12 @@ public:
 
     const std::filesystem::path& root() const { return m_root; }
 
-    /// Writes a file and makes the folders around it. \p file is relative to the root.
-    void write(const std::filesystem::path& file, const std::string& text) const {
+    /// Writes a file and makes the folders around it. \p file is relative to the root. Returns its
+    /// absolute path.
+    std::filesystem::path write(const std::filesystem::path& file, const std::string& text) const {
         std::filesystem::create_directories((m_root / file).parent_path());
         std::ofstream(m_root / file) << text;
+        return m_root / file;
     }
 
     /// Makes a symbolic link to a folder. Both are relative to the root.

@@ -47,19 +47,12 @@ TEST_F(CollapsingButtonTest, foldsOpenAndShut) {
     EXPECT_NEAR(m_content.height() * 3, m_above.height() * 2, 10) << "not its share";
     clickAndSettle();
     EXPECT_EQ(m_button.arrowType(), Qt::RightArrow);
-    EXPECT_EQ(m_content.maximumHeight(), 0);
-    EXPECT_FALSE(m_content.isVisible());
-}
-
-TEST_F(CollapsingButtonTest, turnsRoundHalfway) {
     click();
     animations().setCurrentTime(150);
     EXPECT_GT(m_content.maximumHeight(), 0);
     clickAndSettle();
-    EXPECT_EQ(m_content.maximumHeight(), 0);
+    EXPECT_EQ(m_content.maximumHeight(), 0) << "turned round halfway";
     EXPECT_FALSE(m_content.isVisible());
-    clickAndSettle();
-    EXPECT_TRUE(m_content.isVisible());
 }
 
 } // namespace

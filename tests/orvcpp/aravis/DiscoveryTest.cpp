@@ -14,7 +14,7 @@ using orv::aravis::GObjectPtr;
 /// Takes control of the fake camera as another application does.
 GObjectPtr<ArvDevice> controlByOther() {
     const GObjectPtr<GInetAddress> own(g_inet_address_new_from_string("127.0.0.1"));
-    const GObjectPtr<GInetAddress> camera(g_inet_address_new_from_string(cameras::address));
+    const GObjectPtr<GInetAddress> camera(g_inet_address_new_from_string(fakecamera::onlyAddress));
     GObjectPtr<ArvDevice> device(arv_gv_device_new(own.get(), camera.get(), nullptr));
     EXPECT_TRUE(arv_gv_device_is_controller(ARV_GV_DEVICE(device.get())));
     return device;
@@ -65,7 +65,7 @@ TEST(Discovery, keepsACameraThatGetsAnotherAddress) {
 }
 
 TEST(Access, isExclusiveAcrossProgramsAndLostToOneThatTakesOver) {
-    FakeCameraProcess fake(cameras::address);
+    FakeCameraProcess fake(fakecamera::onlyAddress);
     const Started started;
     const auto camera = find("FC0001");
     ASSERT_TRUE(camera);

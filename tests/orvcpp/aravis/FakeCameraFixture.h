@@ -15,7 +15,6 @@ namespace cameras {
 using sdk::Camera;
 using Clock = std::chrono::steady_clock;
 
-constexpr const char* address = "127.0.0.2";
 inline const std::vector<std::string> smallFrames{"--width", "320",          "--height",
                                                   "200",     "--frame-rate", "100"};
 
@@ -42,7 +41,7 @@ protected:
         ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
     }
 
-    fakecamera::FakeCameraProcess fake{address};
+    fakecamera::FakeCameraProcess fake{fakecamera::onlyAddress};
     Started started;
     std::shared_ptr<Camera> camera;
 };

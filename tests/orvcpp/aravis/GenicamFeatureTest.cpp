@@ -169,8 +169,9 @@ constexpr const char* brokenDescription = R"(<?xml version="1.0"?>
 </RegisterDescription>)";
 
 TEST(BrokenDescription, failsFeatureByFeature) {
-    const sdk::TemporaryFile file("broken.xml", brokenDescription);
-    const fakecamera::FakeCameraProcess fake(cameras::address, {"--genicam", file.path});
+    const FileTree files;
+    const fakecamera::FakeCameraProcess fake(
+        fakecamera::onlyAddress, {"--genicam", files.write("broken.xml", brokenDescription)});
     const cameras::Started started;
     const auto camera = cameras::find("FC0001");
     ASSERT_TRUE(camera);

@@ -4,7 +4,8 @@
 
 static ProvidedCamera start() {
     using fakecamera::FakeCameraProcess;
-    const auto fake = std::make_shared<FakeCameraProcess>(cameras::address, cameras::smallFrames);
+    const auto fake =
+        std::make_shared<FakeCameraProcess>(fakecamera::onlyAddress, cameras::smallFrames);
     return {[fake](bool plugged) { plugged ? fake->restart() : fake->kill(); },
             std::make_shared<cameras::Started>()};
 }

@@ -8,20 +8,8 @@
 #include "ui/features/FeatureItemDelegate.h"
 #include "ui/features/FeatureTreeModel.h"
 
-#include <QApplication>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QScrollBar>
-#include <QSignalBlocker>
-#include <QSlider>
-#include <QSpinBox>
 #include <QTest>
-#include <QToolTip>
-#include <QTreeView>
-#include <QWheelEvent>
-#include <QWindow>
+#include <QtWidgets>
 #include <qwt_scale_map.h>
 #include <qwt_slider.h>
 
@@ -374,14 +362,6 @@ TEST_F(FeatureEditor, closingCommitsATextThatIsComplete) {
     type("new");
     emit delegate.onClose();
     EXPECT_THAT(writes(), ElementsAre(FeatureValue(std::string("new"))));
-}
-
-TEST_F(FeatureEditor, isLostWithTheTree) {
-    edit(feature(OrvFeatureDataString, std::string("old")));
-    type("new");
-    model->setupModelData();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_THAT(writes(), IsEmpty());
 }
 
 TEST_F(FeatureEditor, leavesTheWheelToTheTreeWhereItHasNoUseForIt) {

@@ -12,12 +12,8 @@
 #include "tests/ui/features/FeatureTreeWindow.h"
 #include "ui/features/FeatureTreeModel.h"
 
-#include <QHeaderView>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QScrollBar>
 #include <QTest>
-#include <QTreeView>
+#include <QtWidgets>
 
 #include <gmock/gmock.h>
 
@@ -125,13 +121,6 @@ TEST(FeatureTreeDialog, showsAndEditsWhatWasWrittenByOtherMeans) {
     EXPECT_EQ(features->written.size(), 2U) << "the former value is no exception";
 }
 
-TEST(FeatureTreeDialog, withoutACameraIsEmpty) {
-    const FeatureTreeWindow window({});
-    window.filter.click();
-    QTest::keyClick(&window.tree, Qt::Key_A);
-    EXPECT_EQ(window.tree.model(), nullptr);
-}
-
 TEST(FeatureTreeDialog, writesAnOpenEditBeforeItIsClosedInWhateverWay) {
     for (const bool byKey : {true, false}) {
         const auto features = makeFeatures();
@@ -229,17 +218,6 @@ TEST_F(FeatureTreeOfCamera, followsWhatAWriteChangesElsewhere) {
     EXPECT_FALSE(window.tree.model()->setData(format, QStringLiteral("NoFormat")));
     EXPECT_EQ(window.value("Pixel Format"), QStringLiteral("Mono12"));
     EXPECT_THAT(m_log.text(), testing::HasSubstr("Cannot set feature 'PixelFormat' to value"));
-}
-
-TEST_F(FeatureTreeOfCamera, outlivesTheCameraAndAnotherTreeOfIt) {
-    const FeatureTreeWindow window(m_camera->getFeatureController());
-    { const FeatureTreeWindow another(m_camera->getFeatureController()); }
-    m_camera.reset();
-    m_controller.reset();
-    m_log.clear();
-    const QModelIndex format = window.row("Pixel Format").siblingAtColumn(1);
-    EXPECT_FALSE(window.tree.model()->setData(format, QStringLiteral("Mono12")));
-    EXPECT_THAT(m_log.text(), testing::HasSubstr("Warning:"));
 }
 
 } // namespace

@@ -7,9 +7,7 @@
 #include "ui/features/FeatureTreeModel.h"
 #include "ui/features/editors/LongSpinBox.h"
 
-#include <QComboBox>
-#include <QPushButton>
-#include <QScrollBar>
+#include <QtWidgets>
 
 #include <gmock/gmock.h>
 

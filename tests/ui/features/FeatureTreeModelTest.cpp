@@ -8,11 +8,8 @@
 #include "ui/features/FeatureTreeProxyModel.h"
 
 #include <QAbstractItemModelTester>
-#include <QColor>
-#include <QDir>
-#include <QFont>
 #include <QSignalSpy>
-#include <QTemporaryDir>
+#include <QtWidgets>
 
 #include <gmock/gmock.h>
 

@@ -3,10 +3,8 @@
 #include "ui/tree/BasicTreeModel.h"
 
 #include <QAbstractItemModelTester>
-#include <QFont>
-#include <QFontMetrics>
 #include <QSignalSpy>
-#include <QSize>
+#include <QtWidgets>
 #include <gtest/gtest.h>
 
 namespace {
