@@ -48,7 +48,7 @@ template <class T> void fill(T& value, int& last) {
     if constexpr (std::is_same_v<T, bool>)
         value = ++last % 2 != 0;
     else if constexpr (std::is_same_v<T, const char*>)
-        value = ++last % 2 != 0 ? "On" : nullptr;
+        value = ++last % 4 != 3 ? "On" : nullptr;
     else if constexpr (std::is_same_v<T, const std::uint8_t*>)
         value = reinterpret_cast<T>("raw");
     else if constexpr (std::is_same_v<T, double>)

@@ -40,7 +40,7 @@ template <class W, class Method> Operation<W> makeOperation(const char* sdkCall,
     return {virtualPosition(method), sdkCall, [method](W& wrapper, std::ostream& text) {
                 decltype(parametersOf(method)) parameters;
                 const auto call = [&](auto&... values) {
-                    [[maybe_unused]] int last = 2;
+                    [[maybe_unused]] int last = 3;
                     (fill(values, last), ...);
                     const OrvErrorType error = (wrapper.*method)(values...);
                     (write(text, values), ...);
