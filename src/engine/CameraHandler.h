@@ -4,7 +4,7 @@
 #include "engine/CameraInfo.h"
 #include "engine/FrameStatistics.h"
 #include "features/FeatureValue.h"
-#include "sdk/Forward.h"
+#include "sdk/WrapperDeclarations.h"
 
 #include <chrono>
 #include <cstdint>

@@ -3,7 +3,7 @@
 
 #include "OrvCPP/Frame.h"
 #include "engine/FrameStatistics.h"
-#include "sdk/Forward.h"
+#include "sdk/WrapperDeclarations.h"
 
 #include <atomic>
 #include <cstdint>

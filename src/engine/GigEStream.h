@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "sdk/Forward.h"
+#include "sdk/WrapperDeclarations.h"
 
 #include <chrono>
 #include <cstdint>

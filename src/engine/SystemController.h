@@ -3,7 +3,7 @@
 
 #include "OrvCPP/OrvTypes.h"
 #include "engine/CameraList.h"
-#include "sdk/Forward.h"
+#include "sdk/WrapperDeclarations.h"
 
 #include <cstdint>
 #include <map>

@@ -3,7 +3,7 @@
 
 #include "features/FeatureInfo.h"
 #include "features/FeatureValue.h"
-#include "sdk/Forward.h"
+#include "sdk/WrapperDeclarations.h"
 
 #include <map>
 #include <memory>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "OrvCPP/FeatureContainer.h"
-#include "sdk/Forward.h"
+#include "sdk/WrapperDeclarations.h"
 
 #include <memory>
 #include <vector>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "OrvCPP/Feature.h"
-#include "sdk/Forward.h"
+#include "sdk/WrapperDeclarations.h"
 
 #include <cstdint>
 #include <memory>

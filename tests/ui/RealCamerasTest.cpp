@@ -179,8 +179,7 @@ TEST_P(SilentCameras, holdUpTheWindowForSecondsOnly) {
 }
 
 INSTANTIATE_TEST_SUITE_P(While, SilentCameras,
-                         testing::Values("RefreshOnly", "Benchmark", "AutoSet", "Sliders",
-                                         "FeatureTree"),
+                         testing::Values("Benchmark", "AutoSet", "Sliders", "FeatureTree"),
                          [](const auto& tested) { return tested.param; });
 
 } // namespace
