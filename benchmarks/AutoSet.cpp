@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What Auto Set costs: calls into the camera SDK, and time, both on simulated cameras that answer
-// at once and on some that take a millisecond for each call, as real ones do.
+// Measures Auto Set: calls into the camera SDK, and time. The simulated cameras answer at once, or
+// take a millisecond for each call, as real ones do.
 #include "benchmarks/support/BenchmarkMain.h"
 #include "benchmarks/support/SilencedLog.h"
 #include "benchmarks/support/SimulatedCameras.h"
@@ -21,7 +21,7 @@
 namespace {
 
 constexpr double cameraMargin = 0.05;
-/// Calls for more than any camera can send, so the search is skipped.
+/// More than any camera can send, so the search is skipped.
 constexpr double enormousMargin = 1e6;
 constexpr double interfaceMargin = 0.1;
 constexpr double growthLimit = 4.5;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What the main dialog costs the GUI thread: a refresh, the bandwidth of a camera set by its
-// slider, and, while a benchmark runs, the statistics step that its timer makes every 500 ms and a
-// line of the log.
+// Measures the GUI thread's time in the main dialog: a refresh, a camera's bandwidth set by its
+// slider, and, during a benchmark, the statistics step (every 500 ms) and a line of the log.
 #include "benchmarks/support/BenchmarkMain.h"
 #include "benchmarks/support/SilencedLog.h"
 #include "benchmarks/support/SimulatedCameras.h"
@@ -103,7 +102,7 @@ void refresh(benchmark::State& state) {
         state.SkipWithError("the tree does not show every camera");
 }
 
-/// A drag over the whole range and back to some other value than before.
+/// Drags over the whole range, and ends at another value in each iteration.
 void sliderDrag(benchmark::State& state) {
     const SilencedLog silence;
     ShownDialog dialog(1);
@@ -142,7 +141,7 @@ void statisticsStep(benchmark::State& state) {
         state.SkipWithError("the tree does not show every camera");
 }
 
-/// The step with what follows from it in the event loop, above all painting the rows in view.
+/// The step and the events that follow from it, mainly painting the visible rows.
 void statisticsStepAndPainting(benchmark::State& state) {
     const SilencedLog silence;
     const ShownDialog dialog(cameraCount);
@@ -196,7 +195,7 @@ BENCHMARK(logRowAt10000Beside1000)->Iterations(1)->Unit(benchmark::kMillisecond)
 } // namespace
 
 int main(int argc, char** argv) {
-    // Measured offscreen unless the caller says otherwise: the same everywhere.
+    // Offscreen by default, so that results do not depend on the display.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     Q_INIT_RESOURCE(resources);

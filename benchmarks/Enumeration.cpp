@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What a refresh costs as the number of cameras grows: time, and calls into the camera SDK, of
-// which each takes about a millisecond on a real camera.
+// Measures a refresh with a growing number of cameras: time, and calls into the camera SDK. A call
+// takes about a millisecond on a real camera.
 #include "benchmarks/support/BenchmarkMain.h"
 #include "benchmarks/support/SilencedLog.h"
 #include "benchmarks/support/SimulatedCameras.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What the feature tree of a camera costs the user: opening it, switching its filter, expanding and
-// scrolling it, by the camera's number of features and by what a call takes it.
+// Measures a camera's feature tree: opening it, switching its filter, expanding and scrolling it,
+// by the number of features and by the time that the camera takes for a call.
 #include "benchmarks/support/BenchmarkMain.h"
 #include "benchmarks/support/SilencedLog.h"
 #include "benchmarks/support/SimulatedCameras.h"
@@ -33,7 +33,7 @@ namespace {
 constexpr double openLimitMilliseconds = 300.0;
 constexpr double bytesLimit = 2048.0;
 constexpr int allPages = std::numeric_limits<int>::max();
-/// Stands for the number of features that a simulated camera has anyway.
+/// Instead of a number of features: those of every simulated camera.
 constexpr int usual = 0;
 
 /// Time on the clock, waiting for the camera included, and calls into the camera SDK.
@@ -81,7 +81,7 @@ public:
     int listed() const { return m_listed; }
     /// Of all listings so far.
     const Cost& listing() const { return m_listing; }
-    /// How often the description or the outline of one feature was read at most.
+    /// The most reads of one feature's description or outline.
     int mostReads() const { return m_mostReads; }
     int describedFeatures() const { return static_cast<int>(m_descriptions.size()); }
 
@@ -106,7 +106,7 @@ int countOf(const FeatureController& features) {
 /// One camera, opened.
 class OpenedCamera {
 public:
-    /// \param features of the camera altogether, or usual.
+    /// \p features is the camera's number of features, or usual.
     explicit OpenedCamera(int features, int callDelayMicroseconds = 0)
         : m_cameras(1, callDelayMicroseconds, extraFeatures(features)) {
         std::shared_ptr<OrvCPP::Camera> found;
@@ -224,7 +224,7 @@ void filterOffAndOn(benchmark::State& state) {
     judge(state, "0 calls", off.calls + on.calls == 0);
 }
 
-/// With a slow camera not all pages are scrolled through, which takes minutes.
+/// With a slow camera, scrolls through ten pages only: all of them take minutes.
 void expandAllAndScroll(benchmark::State& state) {
     const SilencedLog silence;
     const OpenedCamera camera(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
@@ -258,7 +258,7 @@ double allocatedBytes() {
     return static_cast<double>(info.uordblks + info.hblkhd);
 }
 
-/// Bytes that the feature tree allocates, beyond what the features' controller knows.
+/// Bytes that the feature tree allocates, without those of the feature controller.
 struct Memory {
     double model = 0.0;
     double opened = 0.0;
@@ -324,7 +324,7 @@ BENCHMARK(memoryPerFeature)->Iterations(1)->Unit(benchmark::kMillisecond);
 } // namespace
 
 int main(int argc, char** argv) {
-    // Measured offscreen unless the caller says otherwise: the same everywhere.
+    // Offscreen by default, so that results do not depend on the display.
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);

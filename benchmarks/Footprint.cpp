@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What a whole system of 64 cameras takes: memory of the viewer with the plug-in, and processor
-// time of the simulated cameras alone.
+// Measures a system of 64 cameras: memory of the viewer with the plug-in, and processor time of
+// the simulated cameras alone.
 #include "benchmarks/support/BenchmarkMain.h"
 #include "benchmarks/support/SimulatedCameras.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What a frame costs in the callback, beside what cannot be saved: reading the clock, and asking
-// the SDK for the frame's status, size and ID and handing the frame back.
+// Compares the frame callback with its unavoidable part: reading the clock, reading the frame's
+// status, size and ID from the SDK, and queueing the frame again.
 #include "benchmarks/support/AllocationCounter.h"
 #include "benchmarks/support/BenchmarkMain.h"
 #include "benchmarks/support/Comparison.h"

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# The interface handlers and what they and the command line ask of Windows, with their tests. Needs a
-# cross compiler and Wine, and no Qt (scripts/check-windows-host).
+# The interface handlers, their calls of Windows and those of the command line, with tests. Needs a
+# cross compiler and Wine, but no Qt (scripts/check-windows-host).
 include_directories(${PROJECT_SOURCE_DIR})
 enable_testing()
 

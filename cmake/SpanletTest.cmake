@@ -7,8 +7,8 @@ endif()
 # spanlet_test(NAME SOURCES ... LIBRARIES ... [MAIN file] [LOCALE name] [THREADS] [ALONE])
 # A test program, run without a display, each case as a test of ctest. THREADS marks it for the thread
 # sanitizer. ALONE runs its tests without others beside them, for tests that depend on their share of
-# the processor. LOCALE is the system locale of its tests. Without pretty values, the names are the same
-# at every discovery: the default names of parametrised tests contain addresses.
+# the processor. LOCALE is the system locale of its tests. NO_PRETTY_VALUES keeps addresses out of
+# the names of parametrised tests, which would differ at every discovery.
 function(spanlet_test NAME)
     cmake_parse_arguments(PARSE_ARGV 1 TEST "THREADS;ALONE" "MAIN;LOCALE" "SOURCES;LIBRARIES")
     add_executable(${NAME} ${TEST_SOURCES} ${TEST_MAIN})

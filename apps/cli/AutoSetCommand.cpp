@@ -197,8 +197,8 @@ Command autoSetCommand() {
         {QStringLiteral("adjust-packet-size"),
          QStringLiteral("Let GigE cameras negotiate their largest packet size before.")},
         {QStringLiteral("benchmark"),
-         QStringLiteral("Benchmark the interface for so many seconds before and after, to show "
-                        "what has changed."),
+         QStringLiteral("Benchmark the interface before and after, each time for so many "
+                        "seconds."),
          QStringLiteral("seconds")},
     };
     command.examples = QStringList{

@@ -193,8 +193,8 @@ QStringList benchmarkLines(const QJsonArray& cameras, int width) {
                             {QStringLiteral("Lost"), QStringLiteral("lostFrames")},
                             {QStringLiteral("Incomplete"), QStringLiteral("incompleteFrames")}};
     QStringList lines = tableLines(columns, cameras);
-    // Leaves the ID and the losses. The second line is the rule below the headings: as wide as
-    // they.
+    // Keeps the ID and the losses. The second line is the rule below the headings, as wide as the
+    // table.
     for (const char* key : {"name", "payloadBytes", "sentFrames", "receivedFrames"}) {
         if (lines[1].size() <= width)
             break;

@@ -21,7 +21,7 @@ class Arguments;
 
 /// How an interface is to be benchmarked.
 struct BenchmarkPlan {
-    /// Seconds; 0 until it is interrupted.
+    /// Seconds; 0: until an interruption.
     double seconds = 0;
     std::chrono::milliseconds interval{500};
     bool adjustsPacketSize = false;

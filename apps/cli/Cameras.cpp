@@ -13,10 +13,6 @@ namespace cli {
 
 namespace {
 
-QString toQString(const std::string& text) {
-    return QString::fromStdString(text);
-}
-
 /// The names of a camera or interface. The first is unique.
 using Names = QStringList;
 
@@ -55,10 +51,10 @@ std::size_t chooseCamera(const CameraList& cameras, const QString& wanted) {
     QVector<Names> names;
     for (const auto& camera : cameras) {
         const CameraInfo info = camera->getCameraInfo();
-        Names of{toQString(info.cameraId)};
+        Names of{QString::fromStdString(info.cameraId)};
         for (const std::string& name : {info.cameraName, info.serialNumber}) {
             if (!name.empty())
-                of.append(toQString(name));
+                of.append(QString::fromStdString(name));
         }
         names.append(of);
     }
@@ -74,8 +70,8 @@ Cameras::Cameras(const session::CameraSource& source) : m_session(source) {
     int index = 0;
     for (const CameraList& cameras : m_controller->enumerate()) {
         const CameraInfo info = cameras.front()->getCameraInfo();
-        m_interfaces.push_back(
-            {index++, toQString(info.interfaceName), toQString(info.interfaceId), cameras});
+        m_interfaces.push_back({index++, QString::fromStdString(info.interfaceName),
+                                QString::fromStdString(info.interfaceId), cameras});
     }
 }
 
@@ -96,8 +92,8 @@ std::shared_ptr<CameraHandler> Cameras::findCamera(const QString& wanted) const 
 std::shared_ptr<FeatureController> Cameras::findFeatures(const QString& wanted) const {
     const auto camera = findCamera(wanted);
     if (!camera->isOpened())
-        throw Failure(
-            QStringLiteral("%1: %2").arg(cameraId(*camera), toQString(camera->getWarningText())));
+        throw Failure(QStringLiteral("%1: %2").arg(
+            cameraId(*camera), QString::fromStdString(camera->getWarningText())));
     return camera->getFeatureController();
 }
 
@@ -132,16 +128,16 @@ std::shared_ptr<CameraHandler> findCamera(const CameraList& cameras, const QStri
 }
 
 QString cameraId(const CameraHandler& camera) {
-    return toQString(camera.getCameraInfo().cameraId);
+    return QString::fromStdString(camera.getCameraInfo().cameraId);
 }
 
 QJsonObject cameraIdentity(const CameraHandler& camera) {
     const CameraInfo info = camera.getCameraInfo();
     return {
-        {QStringLiteral("id"), toQString(info.cameraId)},
-        {QStringLiteral("name"), toQString(info.cameraName)},
-        {QStringLiteral("model"), toQString(info.modelName)},
-        {QStringLiteral("serialNumber"), toQString(info.serialNumber)},
+        {QStringLiteral("id"), QString::fromStdString(info.cameraId)},
+        {QStringLiteral("name"), QString::fromStdString(info.cameraName)},
+        {QStringLiteral("model"), QString::fromStdString(info.modelName)},
+        {QStringLiteral("serialNumber"), QString::fromStdString(info.serialNumber)},
         {QStringLiteral("opened"), camera.isOpened()},
     };
 }

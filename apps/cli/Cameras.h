@@ -52,7 +52,7 @@ public:
     std::shared_ptr<FeatureController> findFeatures(const QString& wanted) const;
 
 private:
-    /// First, so that it ends last.
+    /// Declared first, so that it is destroyed last.
     session::SdkSession m_session;
     session::StreamingLimits m_limits;
     std::shared_ptr<SystemController> m_controller;

@@ -21,7 +21,7 @@ struct Report {
 /// A subcommand of the program.
 struct Command {
     QString name;
-    /// One or more sentences; the first stands in the overview.
+    /// One or more sentences; the overview shows the first.
     QString summary;
     /// Synopsis of the operands, and how many of them there may be.
     QString operands;

@@ -13,7 +13,7 @@ class Cameras;
 class Interruption;
 class Terminal;
 
-/// What a command works with. Bound to one thread.
+/// Arguments, output and cameras of a command. Bound to one thread.
 class Context {
 public:
     Context(const Arguments& given, Terminal& output, Interruption& ending,
@@ -24,7 +24,7 @@ public:
     /// context ends, which is after the report is printed: closing a camera that was disconnected
     /// may take some seconds.
     Cameras& openCameras();
-    /// Throws a Failure when the program is to end. For use between steps that have no result yet.
+    /// Throws a Failure when the program is to end. Call it where no result would be lost.
     void checkInterruption() const;
 
     const Arguments arguments;

@@ -6,6 +6,7 @@
 
 #include <QJsonArray>
 
+#include <tuple>
 #include <utility>
 
 namespace cli {
@@ -130,7 +131,7 @@ QStringList allNames(const FeatureController& controller) {
     QStringList names;
     for (const std::string& module : controller.getModuleNames()) {
         const QString prefix =
-            module == "Camera" ? QString() : toQString(module) + QLatin1Char(':');
+            module == cameraModule ? QString() : toQString(module) + QLatin1Char(':');
         for (const auto& category : controller.getFeaturesByCategory(module)) {
             for (const std::string& name : category.second)
                 names.append(prefix + toQString(name));

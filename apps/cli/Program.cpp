@@ -47,7 +47,7 @@ int report(Terminal& terminal, const Failure& failure, bool wantsJson) {
     return static_cast<int>(failure.code());
 }
 
-/// Reports why the output could not be written. A closed pipe is no error worth a message.
+/// Whether all output was written. Reports why not, except for a closed pipe.
 bool checkOutput(Terminal& terminal) {
     const int error = terminal.outputError();
     if (error != 0 && error != EPIPE)

@@ -18,7 +18,7 @@ Report runSet(Context& context) {
                       ExitCode::WrongUse);
     const Cameras& cameras = context.openCameras();
     const auto controller = cameras.findFeatures(operands.constFirst());
-    // A slip of the pen in the last is not to leave the camera with only the first ones written.
+    // Checks all names and values before writing any.
     std::vector<NamedFeature> features;
     for (int i = 1; i < operands.size(); i += 2) {
         features.emplace_back(*controller, operands[i]);

@@ -3,6 +3,7 @@
 #include "cli/Commands.h"
 #include "cli/Terminal.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace cli {
@@ -81,8 +82,8 @@ Command watchCommand() {
     command.name = QStringLiteral("watch");
     command.summary = QStringLiteral(
         "Stream from all cameras of an interface and show their figures as they change, until "
-        "Ctrl+C or for a time. Frame rates are averages since the line before, at the end of the "
-        "whole time. On a terminal the lines are redrawn in place.");
+        "Ctrl+C or for a time. Frame rates are averages since the line before; those at the end "
+        "are averages of the whole time. On a terminal the lines are redrawn in place.");
     command.options = benchmarkOptions(QStringLiteral("endless"));
     command.options += QCommandLineOption(
         QStringLiteral("interval"),

@@ -8,8 +8,8 @@
 
 namespace fakecamera {
 
-/// Addresses of the registers. The protocol gives most of those below 0x1000; the others are our
-/// own. FakeCamera.xml makes features of them.
+/// Addresses of the registers. The protocol defines most of those below 0x1000; the others are our
+/// own. FakeCamera.xml describes them as features.
 enum Register : std::uint32_t {
     Version = 0x0000,
     DeviceMode = 0x0004,

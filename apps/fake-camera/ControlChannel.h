@@ -42,7 +42,7 @@ private:
 
     void receive(const platform::UdpSocket& socket);
     void answer(const Request& request, std::uint16_t status, const Bytes& data);
-    /// Executes a request: answers its status and fills the data for the sender.
+    /// Executes a request and returns its status; \p data gets the data of the acknowledgement.
     std::uint16_t handle(const Request& request, Bytes& data);
     std::uint16_t discover(Bytes& data);
     std::uint16_t readRegisters(const Request& request, Bytes& data);
@@ -59,7 +59,7 @@ private:
 
     bool isController(const sockaddr_in& sender) const;
     bool mayWrite(const Request& request, std::uint32_t address) const;
-    /// Effects of a register beyond its value.
+    /// Side effects of a write.
     void afterWrite(const Request& request, std::uint32_t address, std::uint32_t value);
     void releaseControl();
     void endSlowCommand();

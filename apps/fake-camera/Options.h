@@ -22,7 +22,7 @@ public:
     /// UsageError.
     explicit Options(const std::vector<std::string>& arguments);
 
-    /// Value of an option such as "--serial". Throws std::out_of_range for a name that is none.
+    /// Value of an option such as "--serial". Throws std::out_of_range for an unknown name.
     const std::string& text(const std::string& name) const { return m_values.at(name); }
     /// Value of a number option, within the option's range.
     std::uint64_t number(const std::string& name) const;

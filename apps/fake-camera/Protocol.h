@@ -11,7 +11,7 @@ namespace fakecamera::protocol {
 /// Control (GVCP): every packet starts with 8 bytes: key and flags, command, length, request ID.
 constexpr std::uint16_t controlPort = 3956;
 constexpr std::size_t controlHeaderSize = 8;
-/// Bytes that may follow the header, and those of a camera's memory that fit in.
+/// Most bytes after the header, and most bytes of memory in one packet.
 constexpr std::size_t largestControlPayload = 540;
 constexpr std::size_t largestMemoryAccess = 536;
 constexpr std::uint8_t commandKey = 0x42;
@@ -30,7 +30,7 @@ enum Command : std::uint16_t {
 
 enum Status : std::uint16_t {
     Success = 0x0000,
-    /// Of a packet that was asked for again; cameras with 16-bit frame numbers do not tell it.
+    /// Of a resent packet. Cameras with 16-bit frame numbers send Success instead.
     Resent = 0x0100,
     NotImplemented = 0x8001,
     InvalidParameter = 0x8002,
@@ -42,8 +42,8 @@ enum Status : std::uint16_t {
     InvalidHeader = 0x800e,
 };
 
-/// Streaming (GVSP): sizes of a packet's header with 16-bit and with 64-bit frame numbers, and what
-/// IP and UDP add; a packet size as a camera is told it counts all three.
+/// Streaming (GVSP): sizes of a packet's header with 16-bit and with 64-bit frame numbers, and of
+/// the headers of IP and UDP. The packet size that a host sets includes all headers.
 constexpr std::size_t streamHeaderSize = 8;
 constexpr std::size_t extendedStreamHeaderSize = 20;
 constexpr std::size_t ipAndUdpSize = 28;

@@ -160,7 +160,7 @@ bool StreamChannel::sendFrame() {
 void StreamChannel::sendGroup(std::uint32_t end) {
     std::uint64_t sent = 0;
     while (m_packets->next() < end) {
-        if (isWithheld()) {
+        if (isDropped()) {
             m_packets->dropNext();
         } else {
             m_packets->addNext();
@@ -206,7 +206,7 @@ void StreamChannel::sendAgain(const PacketRange& range) {
     m_registers.add(PacketsResent, sent);
 }
 
-bool StreamChannel::isWithheld() {
+bool StreamChannel::isDropped() {
     const bool isData = m_packets->imageBytes(m_packets->next()) != 0;
     return isData && m_options.dropEvery != 0 && ++m_dataPackets % m_options.dropEvery == 0;
 }

@@ -15,13 +15,13 @@
 
 namespace fakecamera {
 
-/// Frame numbers, and packets that are withheld.
+/// Frame numbers, and packets that are dropped.
 struct StreamOptions {
     /// 64-bit frame numbers instead of 16-bit ones.
     bool extendedIds = false;
     /// Number of an acquisition's first frame; 16-bit numbers go on with 1 after 65535.
     std::uint64_t firstFrameId = 1;
-    /// Withholds each n-th data packet until a host asks for it again. 0: none.
+    /// Drops each n-th data packet, which is sent when the host requests it. 0: none.
     std::uint64_t dropEvery = 0;
 };
 
@@ -40,7 +40,7 @@ public:
     void update();
     /// Sends packets of a recent frame again, or a packet with the status "unavailable".
     void resend(std::uint64_t frameId, std::uint32_t firstPacket, std::uint32_t lastPacket);
-    /// Sends a packet of the set size: a host tests with it which sizes arrive.
+    /// Sends a packet of the set size, so that a host can test whether that size arrives.
     void sendTestPacket(bool mayFragment);
 
 private:
@@ -66,16 +66,16 @@ private:
     bool waitUntil(Clock::time_point moment);
     void sendAllAgain(std::unique_lock<std::mutex>& lock);
     void sendAgain(const PacketRange& range);
-    /// Takes tokens out of the bucket, and answers when enough of them exist.
+    /// Takes tokens out of the bucket. Returns the time from which it holds enough of them.
     Clock::time_point takeTokens(std::size_t bytes);
-    bool isWithheld();
+    bool isDropped();
     bool takeTrigger();
 
     CameraRegisters& m_registers;
     const std::uint32_t m_address;
     const StreamOptions m_options;
     platform::UdpSocket m_socket;
-    /// Of the last acquisition; hosts may ask for them after its end.
+    /// Packets of the last acquisition; hosts may request them again after its end.
     std::optional<StreamPackets> m_packets;
     /// When the token bucket was empty: it holds one token per byte that could have been sent
     /// since.
@@ -86,7 +86,7 @@ private:
     std::condition_variable m_changed;
     /// Guarded by m_mutex, like the next three.
     bool m_ending = false;
-    /// Number of the acquisition that is asked for; 0: none. Each start has a new number.
+    /// Number of the requested acquisition; 0: none. Each start has a new number.
     std::uint64_t m_asked = 0;
     std::uint64_t m_started = 0;
     std::deque<PacketRange> m_resends;

@@ -8,7 +8,7 @@ namespace fakecamera {
 
 namespace {
 
-/// Words that a host may write, from the first to the last, and the range of the bits of the mask.
+/// Words that a host may write, and the range of the value that the bits of the mask may have.
 struct Rule {
     std::uint32_t first;
     std::uint32_t last;

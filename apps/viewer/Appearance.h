@@ -6,8 +6,8 @@ namespace viewer {
 /// Whether windows appear on a screen.
 bool hasScreen();
 
-/// Keeps the desktop's own look on a screen; without one, and in dark colours, the Fusion style is
-/// used, which looks the same everywhere. Needs a QApplication.
+/// Keeps the desktop's style on a screen. Without a screen, and for dark colours, sets the Fusion
+/// style, which looks the same everywhere. Requires a QApplication.
 void applyAppearance(bool isDark);
 
 } // namespace viewer

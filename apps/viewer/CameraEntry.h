@@ -29,7 +29,7 @@ enum class CameraAccess {
 struct CameraEntry {
     /// Unique among all cameras.
     QString id;
-    /// Cameras of the same name have their serial numbers behind it.
+    /// Followed by the serial number or ID when several cameras have the same name.
     QString name;
     QString model;
     QString serialNumber;

@@ -9,8 +9,8 @@
 
 namespace viewer {
 
-/// Forwards changes of the SDK's camera list to the GUI thread; several pending ones are one
-/// signal. Thread-safe.
+/// Forwards changes of the SDK's camera list to the GUI thread. Emits one signal for all changes
+/// until acknowledge(). Thread-safe.
 class CameraListWatcher : public QObject, public OrvCPP::ICameraListObserver {
     Q_OBJECT
 
@@ -18,7 +18,7 @@ public:
     void CameraListChanged(const std::shared_ptr<OrvCPP::Camera>& camera,
                            OrvUpdateTriggerType reason) override;
 
-    /// To be called before the list is read: later changes are announced again.
+    /// Call before reading the list, so that later changes are announced again.
     void acknowledge();
 
 signals:

@@ -15,7 +15,7 @@ public:
     enum Role {
         InterfaceRole = Qt::UserRole,
         AccessRole,
-        /// "Available", "In use" or "Live".
+        /// "Available", "In use", "No answer" or "Live".
         AccessTextRole
     };
 

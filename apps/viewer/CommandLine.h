@@ -15,7 +15,7 @@ struct CommandLine {
     bool isDark = false;
     /// Length of the benchmark of each interface, in seconds; 0 for none.
     int benchmarkSeconds = 0;
-    /// Whether the bandwidth of each interface is divided before.
+    /// Whether Auto Set runs on each interface before the benchmark.
     bool autoSets = false;
     /// File for a picture of Spanlet's dialog; empty for none.
     QString pictureFile;

@@ -123,7 +123,7 @@ void DialogDriver::autoSet() {
                 << QStringLiteral("Auto Set is not offered on %1.").arg(interfaces->currentText());
         }
     }
-    // Before a benchmark, after which the dialog ignores the choice of a camera.
+    // Before the benchmark: the dialog ignores the selected camera after one.
     then(&DialogDriver::openFeatures, 0);
 }
 

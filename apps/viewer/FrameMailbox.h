@@ -19,8 +19,8 @@ class FrameMailbox : public OrvCPP::IFrameObserver {
 public:
     using GiveBack = std::function<void(const std::shared_ptr<OrvCPP::Frame>&)>;
 
-    /// \p giveBack hands a frame back to the camera. \p announce is called on the SDK's thread,
-    /// once for each take(): however many frames come meanwhile, one announcement is under way.
+    /// \p giveBack hands a frame back to the camera. \p announce is called on the SDK's thread for
+    /// the first frame after construction and for the first one after each take().
     FrameMailbox(GiveBack giveBack, std::function<void()> announce);
 
     void FrameReceived(const std::shared_ptr<OrvCPP::Frame>& frame) override;

@@ -46,7 +46,7 @@ OrvErrorType LiveCamera::start(const std::shared_ptr<OrvCPP::Camera>& camera) {
 
 void LiveCamera::stop() {
     if (m_camera) {
-        // A camera that has gone answers errors to both; there is nothing else to release.
+        // Both calls fail for a disconnected camera; there is nothing else to release.
         m_camera->StopContinuousImageAcquisition();
         m_camera->Close();
         m_mailbox.reset();

@@ -31,7 +31,7 @@ public:
     /// Opens the camera and lets it stream, after releasing the one before. On an error nothing is
     /// open, and the SDK's code is returned.
     OrvErrorType start(const std::shared_ptr<OrvCPP::Camera>& camera);
-    /// Stops and closes, so that others can have full access. Nothing happens when nothing runs.
+    /// Stops and closes the camera, if one runs, so that others can open it in full access.
     void stop();
     bool isRunning() const;
     /// Frames since the start, those that were not shown included.

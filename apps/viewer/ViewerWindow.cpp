@@ -169,7 +169,7 @@ QString ViewerWindow::openSpanlet() {
 }
 
 void ViewerWindow::refreshCameras() {
-    // Spanlet opens cameras now, which the viewer must not follow.
+    // Spanlet is open and opens cameras, which changes the list: the viewer must not react.
     if (m_isHandedOver)
         return;
     m_watcher->acknowledge();

@@ -60,7 +60,7 @@ int runAutomatically(const CommandLine& line, viewer::ViewerWindow& window) {
         report(line, &window, error);
         return 1;
     }
-    // After the dialog has closed: while it is open, it takes what is printed for its log.
+    // After the dialog has closed: while it is open, its log takes the standard output.
     const QVector<QStringList>& statistics = driver.statistics();
     if (!statistics.isEmpty()) {
         QVector<bool> isNumber(statistics.constFirst().size(), true);

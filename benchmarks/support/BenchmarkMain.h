@@ -10,10 +10,10 @@
 /// has failed or has missed a limit, so that a script sees it.
 int runBenchmarks(int argc, char** argv);
 
-/// Puts the limit of a benchmark beside its figures, and whether it was kept.
+/// Adds the limit of a benchmark to its figures, and MISSED when it was not kept.
 void judge(benchmark::State& state, const std::string& limit, bool kept);
 
-/// Measures what \p few and then \p many cameras cost, and judges that the growth from one to the
-/// other is linear: at most \p limit times, where \p many / \p few would be.
+/// Measures with \p few and with \p many cameras. The limit is missed when the second takes more
+/// than \p limit times as long; linear growth would be \p many / \p few.
 void judgeGrowth(benchmark::State& state, int few, int many, double limit,
                  const std::function<double(int count)>& milliseconds);

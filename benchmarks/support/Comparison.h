@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <limits>
 
-/// What one call costs, in nanoseconds, beside one call of what it is measured against.
+/// Nanoseconds of one call of the subject, and of one call of the baseline.
 struct Comparison {
     double subject = std::numeric_limits<double>::max();
     double baseline = std::numeric_limits<double>::max();
@@ -22,8 +22,8 @@ template <class Function> double nanosecondsPerCall(Function& function, int call
     return nanosecondsOf(repeat) / calls;
 }
 
-/// Measures both in turns and keeps the best turn of each: what else runs on the machine then
-/// disturbs neither more than the other.
+/// Measures both in turns and keeps the best turn of each, so that other programs disturb both
+/// alike.
 template <class Subject, class Baseline>
 Comparison compare(Subject subject, Baseline baseline, int calls, int turns) {
     Comparison best;

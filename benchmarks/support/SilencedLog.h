@@ -4,7 +4,7 @@
 #include <iostream>
 #include <streambuf>
 
-/// Takes what is logged out of the report while it lives, without storing it.
+/// Discards log lines while it lives, so that they do not mix with the report.
 class SilencedLog {
 public:
     SilencedLog() : m_previous(std::cout.rdbuf(&m_sink)) {}

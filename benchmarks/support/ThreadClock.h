@@ -3,8 +3,7 @@
 
 #include <ctime>
 
-/// Processor time of the calling thread, in nanoseconds: what else runs on the machine does not
-/// count, nor does waiting.
+/// Processor time of the calling thread, in nanoseconds. Other programs and waiting do not count.
 inline double threadNanoseconds() {
     timespec time{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);

@@ -7,7 +7,7 @@ set(NOT_UNDER_WINE
     "run bash, whose completion they test"
     "Interruption\\.isRequestedByCtrlC"
     "Wine makes no console without a display (windows_ctrl_c runs it on one)"
-    "ViewerProgram\\.speaksGermanWhereTheSystemDoesWhereverItIsStarted"
+    "ViewerProgram\\.speaksGermanWhereTheSystemDoes"
     "a program under Wine has the language of the one that started it, and TranslationTest shows German")
 
 # disable_under_wine(PROGRAM)

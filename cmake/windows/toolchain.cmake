@@ -8,5 +8,5 @@ get_filename_component(SPANLET_WINDOWS_LIBRARIES
 list(APPEND CMAKE_FIND_ROOT_PATH ${SPANLET_WINDOWS_LIBRARIES})
 
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/wine)
-# Listing its tests takes a program as long as Wine takes to start: once is enough.
+# Listing a program's tests starts Wine: ctest does it, not the build.
 set(CMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE PRE_TEST)

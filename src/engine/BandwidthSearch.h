@@ -4,9 +4,10 @@
 #include <cstdint>
 #include <functional>
 
-/// Search for the smallest bandwidth at which a camera keeps its target frame rate: at most ten
-/// steps, halved each time, upwards until the target is reached, then downwards until it is missed.
-/// Bandwidth is in bytes per second. Logs each step at debug level. Made for one run; reentrant.
+/// Searches for the smallest bandwidth (bytes per second) at which a camera keeps its target frame
+/// rate. Takes at most ten steps, each half as long as the one before: upwards until the camera
+/// reaches the target, then downwards until it misses the target. Logs each step at debug level.
+/// Made for one run; reentrant.
 class BandwidthSearch {
 public:
     /// \p tryOut sets a bandwidth and returns the frame rate that the camera then reports.
@@ -28,9 +29,9 @@ private:
     std::int64_t m_step = 0;
     /// 1 upwards, -1 downwards.
     std::int64_t m_direction = 1;
-    /// The last bandwidth taken.
+    /// The bandwidth from which the next step starts.
     std::int64_t m_base = 0;
-    /// Relative distances from the target: of the last bandwidth tried and of the last one taken.
+    /// Relative distances from the target frame rate: at the last bandwidth tried, and at m_base.
     double m_deviation = 0.0;
     double m_previousDeviation = 0.0;
     int m_iterations = 0;

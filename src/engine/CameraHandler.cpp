@@ -24,9 +24,9 @@ std::int64_t correctedByIncrement(std::int64_t value, std::int64_t increment) {
     return value > largest - remainder ? largest : value + remainder;
 }
 
-/// Status of a bandwidth that the camera took, below its maximum. Auto Set finds what a camera
-/// needs to half a percent; steps may take off as much of a request, but not of a \p share short of
-/// it.
+/// Status of an accepted bandwidth below the camera's maximum. Rounding to a step may take half a
+/// percent off a request, since Auto Set finds needs with that precision. If \p share is below the
+/// request, nothing may be taken off.
 AutosetStatus statusOf(std::int64_t taken, std::uint64_t share, std::uint64_t requested) {
     const std::uint64_t tolerated = share < requested ? 0 : requested / 200;
     const bool isEnough = taken >= 0 && static_cast<std::uint64_t>(taken) >= requested - tolerated;

@@ -32,8 +32,8 @@ enum class AutosetStatus : std::int32_t {
 /// text. Bandwidth is in bytes per second. Bound to the GUI thread.
 class CameraHandler {
 public:
-    /// Negotiation takes milliseconds, and blocks the GUI thread: a camera that takes longer than
-    /// this counts as stuck.
+    /// Longest wait for a camera to negotiate its packet size; the wait blocks the GUI thread.
+    /// Negotiation usually takes milliseconds.
     static constexpr std::chrono::milliseconds usualPacketSizeLimit{5000};
 
     /// Opens the camera in full access. An empty \p features is replaced by a new controller, made
@@ -49,8 +49,9 @@ public:
     virtual CameraInfo getCameraInfo() const;
     virtual FrameStatistics getFrameStatistics() const;
     virtual void startAcquisition();
-    /// Lets a GigE camera negotiate its largest packet size, once; true when this call did it.
-    /// Blocks for the limit of the construction at most. After a timeout, later calls return false.
+    /// Lets a GigE camera negotiate its largest packet size, once. Returns true if this call did.
+    /// Blocks for at most the constructor's packetSizeLimit. After a timeout, later calls return
+    /// false at once.
     virtual bool adjustPacketSize(bool enabled);
     virtual void stopAcquisition();
     virtual bool isOpened() const;
@@ -63,8 +64,10 @@ public:
     /// Bytes per second that the camera needs for its highest frame rate; 0 when unknown. Leaves
     /// the bandwidth at the last value tried.
     virtual std::int64_t autoSet(double cameraSafetyMargin);
-    /// Writes the bandwidth and returns what the camera reports afterwards. \p requested only
-    /// classifies the outcome; with 0, nothing is written.
+    /// Writes the bandwidth and returns what the camera reports afterwards. \p requested is what
+    /// the camera needs: the status compares the result with it. If \p value is below it and the
+    /// camera takes steps only, writes no step above \p value. If \p requested is 0, writes
+    /// nothing and returns 0.
     virtual std::int64_t setBandwidth(std::uint64_t value, std::uint64_t requested);
     virtual AutosetStatus getAutosetStatus() const;
     /// Never empty. For a camera that could not be opened it has no modules.
@@ -129,6 +132,6 @@ private:
     bool m_packetSizeAdjusted = false;
 };
 
-/// Gives one camera the bandwidth that it needs for its highest frame rate, and \p safetyMargin (a
-/// fraction) on top, whatever else streams through its interface.
+/// Sets a camera's bandwidth to what it needs for its highest frame rate, plus \p safetyMargin (a
+/// fraction of that). Ignores the other cameras of the interface.
 void autoSetCamera(CameraHandler& camera, double safetyMargin);

@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::int64_t recommendedPacketSize = 6000;
 
-/// Polls, without a pause, until the command is done or the query fails; both are success.
-/// OrvErrorTimeout when neither happens in time.
+/// Polls without a pause. Returns OrvErrorSuccess when the command is done or a query fails,
+/// OrvErrorTimeout when neither happens within \p limit.
 OrvErrorType waitUntilDone(const OrvFeatureWrapper& command, std::chrono::milliseconds limit) {
     const auto end = std::chrono::steady_clock::now() + limit;
     bool done = false;

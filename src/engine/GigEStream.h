@@ -18,10 +18,10 @@ public:
     GigEStream(std::shared_ptr<OrvStreamWrapper> stream, std::string cameraName,
                std::chrono::milliseconds packetSizeLimit);
 
-    /// False, too, when the driver cannot be read.
+    /// Also false when the driver cannot be read.
     bool usesSocketDriver() const;
-    /// Lets the camera negotiate its largest packet size; true on success. Blocks for the limit of
-    /// the construction at most. After a timeout, later calls return false at once.
+    /// Lets the camera negotiate its largest packet size; true on success. Blocks for at most the
+    /// constructor's packetSizeLimit. After a timeout, later calls return false at once.
     bool negotiatePacketSize();
 
 private:

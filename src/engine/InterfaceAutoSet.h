@@ -32,7 +32,8 @@ private:
     CameraList freeCameras(const CameraList& cameras);
     /// Sets a camera to what it needs if that is below \p share; else queues it.
     void serve(const std::shared_ptr<CameraHandler>& camera, std::uint64_t share);
-    /// Divides what is left among the cameras of a queue and \p waitingBehind others.
+    /// Sets the cameras of a queue, each to an equal share of what is left then. The share counts
+    /// the cameras still in the queue and \p waitingBehind others.
     void serveQueue(std::deque<Waiting>& queue, std::size_t waitingBehind);
 
     const std::string m_interfaceId;

@@ -39,7 +39,7 @@ std::optional<std::string> controllerOf(host::HostUsbTree& tree, host::DeviceIns
     return host::controllerKey(bus.value, address.value);
 }
 
-/// Bits per second at which a camera's port runs; an empty \p hubPath is of no hub.
+/// Bits per second of a camera's port. \p hubPath is empty when the hub is not listed.
 std::optional<std::uint64_t> portSpeed(host::HostUsbTree& tree, const host::DeviceInterface& camera,
                                        const std::string& hubPath, std::uint32_t port) {
     const auto hub = hubPath.empty() ? nullptr : tree.openHub(hubPath);

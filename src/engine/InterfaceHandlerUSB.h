@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
-/// The host's USB controllers to which cameras are attached, and the speeds at which they run.
-/// Cameras are those of the maker, and of any maker where the host identifies USB3 Vision devices.
+/// The host's USB controllers with cameras, and the highest link speed of these cameras. Finds the
+/// maker's cameras; where the host reports USB interface classes, every USB3 Vision camera.
 /// Bound to the GUI thread. Owned through a shared pointer made with the class itself, so its
 /// destructor is not virtual.
 class InterfaceHandlerUSB {

@@ -23,7 +23,7 @@ Switch switchOf(const std::string& limit) {
     return {"StreamFrameRateConstrain", true};
 }
 
-/// A value of another type could not be read, and counts as on.
+/// A value that is neither text nor boolean was not read, and counts as on.
 bool isOff(const FeatureValue& value) {
     if (const auto* text = std::get_if<std::string>(&value))
         return *text != "On";

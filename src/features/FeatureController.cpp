@@ -192,7 +192,7 @@ bool FeatureController::waitUntilDone(const OrvFeatureWrapper& command, const st
         const auto elapsed =
             std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now() - start)
                 .count();
-        // Time first: a command that is done only after the limit has timed out.
+        // Before \c done: a command that takes longer than the limit has timed out, done or not.
         if (static_cast<double>(elapsed) > timeoutMs) {
             logInfo("Timeout while executing '" + name +
                     "', duration(ms) = " + std::to_string(elapsed));

@@ -54,8 +54,8 @@ public:
     /// longer than \p timeoutMs. Blocks for as long.
     virtual bool runCommand(const std::string& module, const std::string& feature,
                             double timeoutMs);
-    /// Only what a list of features shows: the display name, and whether the feature is writable.
-    /// A fraction of the calls of a description.
+    /// Reads only the display name and whether the feature is writable: far fewer SDK calls than
+    /// getFeatureInfo().
     virtual FeatureInfo getFeatureOutline(const std::string& module,
                                           const std::string& feature) const;
     /// Like getFeatureValue, but nothing on a failure.

@@ -33,7 +33,7 @@ FeatureFilter::FeatureFilter(const QString& fileName) {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
     if (error.error != QJsonParseError::NoError) {
-        // The pattern has no "%1", so Qt reports the description itself, as a missing place.
+        // The pattern has no "%1", so arg() logs a warning of its own with the description.
         qWarning("%s",
                  qUtf8Printable(QStringLiteral("JSON parse error: '%s'").arg(error.errorString())));
         return;

@@ -33,7 +33,7 @@ QString toMacText(std::int64_t value);
 /// Six pairs of hexadecimal digits, colons or hyphens between them.
 std::optional<std::int64_t> fromMacText(const QString& text);
 
-/// Up to ten decimals after a point, without zeros at the end. Values that this could not show are
-/// written with an exponent.
+/// Up to ten decimals after a point, without zeros at the end; sizes below 1e-6 and from 1e15 on
+/// with an exponent.
 QString toDoubleText(double value);
 std::optional<double> fromDoubleText(const QString& text);

@@ -10,7 +10,7 @@ namespace {
 using Int = std::numeric_limits<int>;
 using Int64 = std::numeric_limits<std::int64_t>;
 
-/// More than a slider has pixels.
+/// Most positions of a slider that shows shares of the range: more than it has pixels.
 constexpr std::uint64_t mostShares = 1000;
 constexpr std::int64_t stepsOfPage = 5;
 

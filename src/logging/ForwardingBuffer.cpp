@@ -15,7 +15,7 @@ std::mutex& exchangeMutex() {
 
 } // namespace
 
-/// Counts a call as inside the sink while it lives.
+/// While it exists, a call counts as inside the sink.
 class ForwardingBuffer::Visit {
 public:
     explicit Visit(ForwardingBuffer& owner) : m_owner(owner) {

@@ -8,8 +8,8 @@
 
 namespace {
 
-/// Writes the line in one piece, so that lines of several threads do not mix, and past the stream
-/// object, whose state is not thread-safe: another thread may exchange its buffer.
+/// Writes the line in one call, so that lines of several threads do not mix. Writes to the buffer:
+/// the stream's own state is not thread-safe, and another thread may exchange its buffer.
 void writeLine(const char* prefix, const std::string& text) {
     std::streambuf* const buffer = Logging::bufferOf(std::cout);
     if (buffer == nullptr)

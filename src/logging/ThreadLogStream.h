@@ -26,8 +26,8 @@ class ForwardingBuffer;
 /// An exception that a slot throws is dropped, since it would mark the stream as broken.
 ///
 /// Other threads may write while the object is created and destroyed. The destructor waits for
-/// lines that they are emitting; afterwards they write to the previous buffer. So no slot may
-/// destroy the object, and none that runs in another thread may wait for the destroying one.
+/// lines that they are emitting; afterwards they write to the previous buffer. So a slot must not
+/// destroy the object, and a slot in another thread must not wait for the thread that destroys it.
 class ThreadLogStream : public QObject, public std::basic_streambuf<char> {
     Q_OBJECT
 
@@ -55,7 +55,7 @@ private:
     std::string m_line;
     LogMessageType m_type;
     std::mutex m_mutex;
-    /// The buffer that the stream has meanwhile; it forwards to this object.
+    /// The stream's buffer while this object exists; forwards to this object.
     ForwardingBuffer& m_forwarding;
 };
 

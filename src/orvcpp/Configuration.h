@@ -6,10 +6,10 @@
 namespace orv {
 
 /// Makes the providers that a configuration file names:
-/// {"providers": [{"type": "virtual", "scenario": "file"}]}. A scenario file given in its place
-/// is run by itself, ":name" is an embedded scenario, and ":genicam" are the cameras that are
-/// really there, where the build has access to them. An empty \p file is the embedded
-/// configuration. Throws a FormatError; nothing is started.
+/// {"providers": [{"type": "virtual", "scenario": "file"}]}. \p file can also be a scenario file,
+/// an embedded scenario (":name"), or ":genicam" for real cameras, in a build that has access to
+/// them. When it is empty, the embedded configuration is used. Throws a FormatError; nothing is
+/// started.
 Providers makeProviders(const QString& file, ProviderHost& host,
                         const std::shared_ptr<CallCounter>& callCounter);
 

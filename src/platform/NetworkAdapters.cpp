@@ -21,14 +21,13 @@ namespace platform {
 namespace {
 
 constexpr std::int64_t bitsPerMegabit = 1'000'000;
-/// Any port selects the route: nothing is sent.
+/// The route does not depend on the port, and nothing is sent.
 constexpr std::uint16_t anyPort = 3956;
 constexpr int macDigits = 12;
-/// An unknown speed is -1, which the driver, and sysfs of older kernels, give as an unsigned
-/// number.
+/// Unknown speed: -1, which drivers and the sysfs of older kernels report as an unsigned number.
 constexpr std::uint32_t unknownSpeed = 0xFFFFFFFF;
 
-/// Mbit/s as the adapter's driver tells them; nothing where the driver tells no speeds.
+/// Mbit/s that the adapter's driver reports; nothing when it reports no speeds.
 std::optional<std::uint64_t> driverSpeed(const std::string& adapter) {
     // Three masks follow the structure; each has at most SCHAR_MAX words, by the type of its count.
     std::array<std::uint32_t, sizeof(ethtool_link_settings) / sizeof(std::uint32_t) + 3 * SCHAR_MAX>

@@ -35,10 +35,10 @@ std::optional<NetworkAdapter> adapterTowards(std::uint32_t address);
 /// be taken for one of "eth1".
 std::string adapterOf(const std::string& label, const std::vector<std::string>& adapters);
 
-/// Bits per second of an adapter's link; 0 when it is not known. The driver is asked first. The
-/// kernel's files below \p sysfs are read when it tells no speed, since they may show the adapters
-/// of another network namespace. A virtual adapter has the speed that its driver makes up, often
-/// 10 Gbit/s.
+/// Bits per second of an adapter's link; 0 when it is not known. Asks the driver first, since the
+/// kernel's files below \p sysfs may show the adapters of another network namespace; reads those
+/// files when the driver reports no speed. Drivers of virtual adapters report an invented speed,
+/// often 10 Gbit/s.
 std::int64_t linkSpeed(const std::string& adapter, const std::filesystem::path& sysfs = "/sys");
 
 /// Bytes of the largest packet that an adapter sends and receives whole; 0 when it is not known.

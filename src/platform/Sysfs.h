@@ -12,8 +12,8 @@ namespace platform {
 /// First line of \p file, without blanks at its end; empty when it cannot be read.
 std::string sysfsAttribute(const std::filesystem::path& file);
 
-/// The decimal number, not negative, that is all of the first line of \p file; nothing for any
-/// other line.
+/// The first line of \p file as a decimal number; nothing when it is not exactly a number of 0 or
+/// more.
 std::optional<std::uint64_t> sysfsNumber(const std::filesystem::path& file);
 
 } // namespace platform

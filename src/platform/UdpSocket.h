@@ -6,7 +6,7 @@
 namespace platform {
 
 /// An IPv4 socket for datagrams, closed with the object. Addresses are in host byte order. An
-/// operation that fails answers false and leaves the reason in errno. Reentrant.
+/// operation that fails returns false and sets errno. Reentrant.
 class UdpSocket {
 public:
     UdpSocket();

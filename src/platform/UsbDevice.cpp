@@ -38,7 +38,7 @@ std::string controllerKey(const fs::path& folder) {
     return key;
 }
 
-/// A folder of a device has a bus number, one of a device's interface has not.
+/// Folders of devices have a bus number, folders of their interfaces do not.
 bool isDevice(const fs::path& folder) {
     std::error_code error;
     return fs::exists(folder / "busnum", error);

@@ -15,8 +15,8 @@ class SpanletInterface : public QObject {
 public:
     /// Shows the main dialog and returns when the user has closed it. The host keeps the camera
     /// SDK started meanwhile and has closed its own cameras: full access to a camera is exclusive.
-    /// \param autoAdjustPacketSize the host's choice whether GigE packet sizes are adjusted.
-    /// \return that choice as the user left it, 1 or 0. Bound to the GUI thread.
+    /// \p autoAdjustPacketSize is the host's choice whether GigE packet sizes are adjusted. Returns
+    /// that choice as the user left it, 1 or 0. Bound to the GUI thread.
     virtual int runDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSize) = 0;
 };
 

@@ -27,8 +27,8 @@ public:
     virtual OrvErrorType GetSerialNumber(std::string& serialNumber) const;
     virtual OrvErrorType GetInterfaceID(std::string& id) const;
     virtual OrvErrorType GetInterfaceType(OrvTransportLayerType& type) const;
-    /// A new wrapper, empty on an error, and the SDK's result; no wrapper where it cannot be
-    /// allocated.
+    /// A new wrapper and the SDK's result. On an error the wrapper has no SDK object; when memory
+    /// is short, there is no wrapper.
     virtual std::pair<std::shared_ptr<OrvInterfaceWrapper>, OrvErrorType> GetInterface() const;
     virtual OrvErrorType GetInterface(std::shared_ptr<OrvInterfaceWrapper>& found) const;
     virtual std::pair<std::shared_ptr<OrvLocalDeviceWrapper>, OrvErrorType> GetLocalDevice() const;

@@ -30,7 +30,7 @@ template <class Call> OrvErrorType guarded(const Call& call) {
 }
 
 /// Fills \p result, a list or a text, by \p ask(Element* elements, std::uint32_t& count). It stays
-/// unchanged after an error and when the count is zero. The second count is its size.
+/// unchanged after an error and when the count is zero. The second call's count is its new size.
 template <class Object, class Container, class Ask>
 OrvErrorType fill(Object* object, Container& result, const Ask& ask) {
     using Element = typename Container::value_type;

@@ -29,7 +29,7 @@ public:
                     std::shared_ptr<SystemController> controller, const QSettings& settings,
                     QObject* parent);
 
-    /// Gives a widget the colours of the other cells in a selected row, or in another one.
+    /// Gives a row's widget the colours of the row's other cells, which depend on the selection.
     static void showSelected(QWidget& widget, bool isSelected);
 
     /// Removes all widgets. To be called before the model removes rows.
@@ -40,7 +40,7 @@ public:
 
     /// Shows a camera's bandwidth and outcome after its Auto Set.
     void reloadCamera(const QModelIndex& camera);
-    /// Does so for the cameras of an interface that took part in its Auto Set.
+    /// Calls reloadCamera() for the cameras of an interface that took part in its Auto Set.
     void reloadInterface(const QString& interfaceId);
     /// Shows the bandwidth of the camera with this ID as it is now.
     void reloadValue(const std::string& cameraId);

@@ -48,7 +48,7 @@ public slots:
     /// Gives the camera a bandwidth, in MB/s, and shows the one then in effect.
     void setValue(int value);
     void changeLock(bool locked);
-    /// Shows the camera's bandwidth as it is now, and answers it in MB/s.
+    /// Reads the camera's bandwidth, shows it, and returns it in MB/s.
     int getValue();
     void updateColor(AutosetStatus status);
 
@@ -70,7 +70,7 @@ private:
     void resetColor();
     void resetToolTips();
     void setSliderStyle(const QString& style);
-    /// Shows the value again; whether something else was being typed.
+    /// Shows the value again. Returns whether another text was being typed.
     bool discardTyping();
 
     std::unique_ptr<Ui::BandwidthSliderWidget> m_form;

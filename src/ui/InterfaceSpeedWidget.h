@@ -18,7 +18,7 @@ class InterfaceSpeedWidget : public QWidget {
     Q_OBJECT
 
 public:
-    /// \param maxBandwidth of the interface, in MB/s; 0 when it is not known.
+    /// \p maxBandwidth is the interface's, in MB/s; 0 when it is not known.
     explicit InterfaceSpeedWidget(int maxBandwidth, QWidget* parent = nullptr);
     ~InterfaceSpeedWidget() override;
 
@@ -30,11 +30,10 @@ signals:
     void maxBandwidthChanged(int value);
 
 public slots:
-    /// \param safetyMargin percentage of the maximum that should stay free.
+    /// \p safetyMargin is the percentage of the maximum that should stay free.
     void updateColor(int safetyMargin);
-    /// Sets the bandwidth that a camera is assigned.
-    /// \param cameraNo the camera's row under the interface.
-    /// \param value in MB/s.
+    /// Sets the bandwidth that a camera is assigned, in MB/s. \p cameraNo is the camera's row under
+    /// the interface.
     void setValue(int cameraNo, int safetyMargin, int value);
     /// Asks the user for the maximum.
     void manualSetMaxBandwidth();

@@ -11,8 +11,8 @@ class QTableWidget;
 /// newest rows stay in that mode. An older row becomes fixed, and is measured when it comes into
 /// sight. Rows of a header of another mode keep their heights. Bound to the GUI thread.
 ///
-/// The horizontal header wants newestRows as its contents precision. Not 0, which is said to be the
-/// rows in sight: in a hidden table that is every row.
+/// Set the contents precision of the horizontal header to newestRows, not to 0: 0 measures the rows
+/// in sight, but in a hidden table every row.
 class RowHeights : public QObject {
     Q_OBJECT
 
@@ -34,7 +34,7 @@ private:
     void measureRowsInSight();
 
     QTableWidget* m_table;
-    /// Puts off measuring until the events at hand are done, however many rows they add.
+    /// Delays measuring until pending events are done, so that a burst of rows is measured once.
     QTimer m_measureLater;
     bool m_knowsUsualHeight = false;
 };

@@ -20,8 +20,8 @@ class SettingsDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// \param autoAdjustPacketSize whether packet sizes are adjusted now; not kept in the store.
-    /// \param settings the store, not null, not owned. A dialog that outlives it stores nothing.
+    /// \p autoAdjustPacketSize: whether packet sizes are adjusted now; not kept in the store.
+    /// \p settings is the store, not null, not owned. A dialog that outlives it stores nothing.
     SettingsDialog(bool autoAdjustPacketSize, QSettings* settings, QWidget* parent = nullptr);
     /// Emits the signals below; stores the settings if the dialog was accepted.
     ~SettingsDialog() override;
@@ -37,8 +37,8 @@ public slots:
     void onResetValueGigECamera();
     void onResetValueUSBInterface();
     void onResetValueUSBCamera();
-    /// Shows the warnings, of interfaces too, of all values below the defaults and hides the
-    /// others.
+    /// Shows the warnings of all margins below their defaults, of interfaces and of cameras, and
+    /// hides the others.
     void onChangeSafetyCamera();
 
 protected:

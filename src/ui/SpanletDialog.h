@@ -36,9 +36,9 @@ class SpanletDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// \p system must be started and outlive the dialog.
-    /// \param autoAdjustPacketSize whether a benchmark adjusts the packet sizes of GigE cameras.
-    /// \param controller an empty one is replaced by a controller of the system's cameras.
+    /// \p system must be started and outlive the dialog. \p autoAdjustPacketSize: whether
+    /// benchmarks adjust the packet sizes of GigE cameras. An empty \p controller is replaced by
+    /// one of the system's cameras.
     SpanletDialog(OrvCPP::OrvSystem& system, bool autoAdjustPacketSize, QWidget* parent = nullptr,
                   std::shared_ptr<SystemController> controller = {});
     ~SpanletDialog() override;
@@ -112,10 +112,10 @@ private:
     /// What may change what is offered: the selected interface and its cameras, the current row, or
     /// the user's end of a benchmark.
     enum class Change { Interface, CurrentRow, EndOfBenchmark };
-    /// Enables what can be done after \p change; the only place that does. \p row is the
-    /// interface's or the current one. An interface whose row becomes current gets its Auto Set in
-    /// any case; a change of an interface leaves the feature tree as it is, unless there are no
-    /// cameras.
+    /// Enables the actions that are possible after \p change; the only place that does. \p row is
+    /// the changed interface's row or the current one. When an interface's row becomes current, its
+    /// Auto Set is always enabled. A change of an interface does not change the feature tree's
+    /// button, unless there are no cameras.
     void updateOffers(Change change, const QModelIndex& row = {});
     bool isInterface(const QModelIndex& row) const;
     /// Ends all that runs or is open: writes open edits of features, lets the settings report their

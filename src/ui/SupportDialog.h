@@ -19,8 +19,8 @@ class SupportDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// \param settings the store of the choice whether the page opens at start; not null, not
-    /// owned. A dialog that outlives it stores nothing.
+    /// \p settings stores whether the page opens at start; not null, not owned. A dialog that
+    /// outlives it stores nothing.
     explicit SupportDialog(QSettings* settings, QWidget* parent = nullptr);
     ~SupportDialog() override;
 

@@ -7,8 +7,8 @@
 
 using namespace std::chrono_literals;
 
-/// Not by a program of its own: without a window, a program that a test starts shares no console
-/// with it, and so cannot be sent the key.
+/// Tests the class in this process: a program that it started without a window would have no
+/// console in common with it, through which to send Ctrl+C.
 TEST(Interruption, isRequestedByCtrlC) {
     FreeConsole();
     EXPECT_NE(AllocConsole(), 0) << GetLastError();

@@ -12,7 +12,7 @@ TEST(Output, failsTheCommandWhenItCannotBeWritten) {
     const std::pair<const char*, const char*> cases[] = {
         {"list >/dev/full", "cannot be written: No space left"},
         {"list >&-", "cannot be written: Bad file"},
-        {"watch --interface GEV-enp3s0 --seconds 20 --interval 0.1 | head -2", ""}};
+        {"watch --interface GEV-enp3s0 --seconds 60 --interval 0.1 | head -2", ""}};
     for (const auto& [line, message] : cases) {
         QProcess shell;
         shell.start(QStringLiteral("bash"),

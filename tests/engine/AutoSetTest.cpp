@@ -42,16 +42,16 @@ std::int64_t limitOf(const CameraHandler& camera) {
     return camera.getBandwidth();
 }
 
-/// Damaged frames included.
+/// Lost frames, damaged ones included.
 std::int64_t lostFrames(const CameraHandler& camera) {
     const FrameStatistics statistics = camera.getFrameStatistics();
     return statistics.lostFrames + static_cast<std::int64_t>(statistics.incompleteFrames);
 }
 
-/// What a simulated system has, from its start-up to its shutdown.
+/// A simulated system from its start-up to its shutdown.
 class Host {
 public:
-    /// Cameras the names of which contain "locked" are locked.
+    /// Locks the cameras whose names contain "locked".
     explicit Host(const QString& scenario) {
         EXPECT_EQ(m_system.Startup(scenario.toStdWString().c_str()), OrvErrorSuccess);
         m_controller = makeSystemController(m_system);
@@ -203,7 +203,8 @@ TEST_P(AutoSet, endsTheLossOfFramesAndUsesTheInterface) {
     const CapturedLog log;
     QTemporaryFile file;
     std::mt19937 random(GetParam());
-    const QStringList cameras = generateCameras(random, false) + generateCameras(random, true);
+    QStringList cameras = generateCameras(random, false);
+    cameras += generateCameras(random, true);
     Host host(GetParam() > 0 ? stored(file, cameras) : QStringLiteral(":oversubscribed"));
 
     const auto lockedLimits = [&host] {
@@ -244,8 +245,8 @@ constexpr const char* minimum = R"("minimum": 50000000)";
 constexpr const char* steps = R"("minimum": 16384000, "increment": 1024)";
 constexpr const char* noFrameRate = R"("value": 60000000 }, "frameRate": { "feature": "none")";
 
-/// What the rules do not put right.
-TEST(AutoSetRules, leaveLoss) {
+/// Cases that the rules of Auto Set do not solve, with the limits that they give.
+TEST(AutoSetRules, giveTheseLimits) {
     const struct {
         const char* name;
         /// Images of 1 MB on an interface of which 112.5 MB/s can be used.

@@ -9,14 +9,14 @@
 #include <memory>
 #include <string>
 
-/// Action: answers an SDK error that is none of those with a meaning of their own.
+/// Action: returns an SDK error that the engine does not treat specially.
 inline auto ioError() {
     return testing::Return(OrvErrorType{OrvErrorIO});
 }
 
 inline const std::string ioErrorText = " (Low level IO error in transport layer)";
 
-/// A change of CameraParts: what one of their operations does.
+/// A function that changes what one operation of CameraParts does.
 #define DOES(part, Operation, action)                                                              \
     [](CameraParts& parts) {                                                                       \
         ON_CALL(*parts.part, Operation).WillByDefault(action);                                     \

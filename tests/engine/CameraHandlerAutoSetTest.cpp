@@ -44,7 +44,7 @@ TEST(CameraHandlerPayload, comesFromPixelSizeElseImageSize) {
     EXPECT_EQ(fakes.log.text(), "");
 }
 
-/// A camera whose frame rate is held by its sensor and by its bandwidth over its needs.
+/// A camera whose frame rate is limited by its sensor, and by its bandwidth per byte of a frame.
 struct ModelCamera : HandlerWithFakes {
     ModelCamera(std::int64_t payload, std::int64_t minimum, std::int64_t maximum, double sensorRate,
                 double overhead) {
@@ -117,7 +117,7 @@ TEST(CameraAutoSet, findsTheKnownAnswer) {
 
 TEST(CameraAutoSet, judgesRatesByTheTolerance) {
     const struct {
-        /// What the camera reports after each write; the last one again and again.
+        /// What the camera reports after each write; the last one repeats.
         std::vector<double> rates;
         std::int64_t result;
         Steps written;

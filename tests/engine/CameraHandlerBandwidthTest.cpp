@@ -157,7 +157,6 @@ TEST(CameraHandlerBandwidth, prefersTheLinkLimit) {
 }
 
 TEST(CameraHandlerBandwidth, warnsOfUsb2Speed) {
-    constexpr auto usb = OrvTransportLayerTypeU3V;
     const auto warning = [](const std::string& speed) {
         return "Warning:" + cameraText + ": Camera Speed Limit: " + speed +
                " Mbps ( USB 2.0 or lower )\n";

@@ -171,7 +171,10 @@ TEST(CameraHandlerPacketSize, waitsNoLongerThanItsLimitAndOnceForACommandThatNev
     const auto start = std::chrono::steady_clock::now();
     EXPECT_FALSE(handler.adjustPacketSize(true));
     EXPECT_FALSE(handler.adjustPacketSize(true));
-    EXPECT_GE(std::chrono::steady_clock::now() - start, 20ms);
+    const auto waited = std::chrono::steady_clock::now() - start;
+    EXPECT_GE(waited, 20ms);
+    EXPECT_LT(waited, 2s);
+    EXPECT_EQ(CameraHandler::usualPacketSizeLimit, 5s);
     EXPECT_TRUE(fakes.log.has(warningLine + ": Error while executing GVSPAdjustPacketSize "
                                             "(Timeout during wait)"));
 }

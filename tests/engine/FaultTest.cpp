@@ -80,17 +80,17 @@ TEST_F(Faults, callsOfAutoSetAreFew) {
         const auto autoSet = [&](double margin) {
             return m_cameras.callsOf([&] { cameras.front()->autoSet(margin); });
         };
-        // What it needs to know of the features is read now, and no more than once.
+        // The first run reads the descriptions of the features, each once.
         EXPECT_LE(autoSet(0.05), 66U);
         m_log.clear();
         const std::uint64_t searching = autoSet(0.05);
         EXPECT_TRUE(m_log.has("Debug:Autoset completed in 10 steps."));
         EXPECT_LE(searching, 39U);
-        // A margin that nothing suffices for spares the search: the calculated bandwidth and ten
-        // steps, each one write and one frame rate.
+        // With a margin that no camera can meet, the search is skipped: the calculated bandwidth
+        // and ten steps, each a write and a read of the frame rate.
         EXPECT_EQ(searching - autoSet(1e6), 2U * (1 + 10));
     }
-    // Of two cameras, one of which is known now, and of two known ones.
+    // Two cameras: first the features of one of them are not read yet, then those of both are.
     for (const std::uint64_t most : {139, 2 * 52})
         EXPECT_LE(m_cameras.callsOf([&] { controller->autoSetInterface("", 0, false, 0.1, 0.05); }),
                   most);

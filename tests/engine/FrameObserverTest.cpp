@@ -40,7 +40,7 @@ TEST_F(FrameObserverTest, findsGapsInTheFrameIds) {
         {1, {unreadable}, 1, 0},
         {0, {0, 3, unreadable, 5}, 6, 2},
         {1, {5, unreadable, unreadable}, 7, 4},
-        // A camera that counts anew gives back more than was lost.
+        // A restarted count makes the number of lost frames negative.
         {1, {1, 2, 1}, 1, -2},
         {0, {std::numeric_limits<std::uint64_t>::max()}, 0, -1}};
     for (const auto& [firstId, ids, lastId, lost] : cases) {

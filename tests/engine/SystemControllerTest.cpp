@@ -235,7 +235,7 @@ TEST_F(SystemControllerTest, usersMaximumComesFirst) {
     EXPECT_EQ(m_controller.getInterfaceSpeed("USB"), 10'000'000'000U);
 }
 
-/// How much of an interface's bit/s is divided, as the first message says.
+/// The first message shows how much of the interface's bandwidth is divided.
 TEST_F(SystemControllerTest, dividesWhatTheMarginLeaves) {
     const auto adjust =
         add(gige, "Eth 1").stream->addFeature("GVSPAdjustPacketSize", makeCommandFeature());

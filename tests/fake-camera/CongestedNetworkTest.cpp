@@ -69,7 +69,7 @@ protected:
 
     Totals benchmark() const {
         Totals totals;
-        // Wraps around until the later numbers are added.
+        // Unsigned: wraps below zero until the counts after the benchmark are added.
         for (const auto& camera : m_cameras)
             totals.sent -= framesSent(*camera);
         m_controller->startBenchmark(m_index, GetParam());

@@ -163,7 +163,7 @@ TEST(FakeCamera, spreadsItsPacketsOverTheTimeOfItsLimit) {
     EXPECT_LT(whole, 105ms);
 }
 
-TEST(FakeCamera, withholdsPackets) {
+TEST(FakeCamera, dropsEachNthDataPacket) {
     const FakeCameraProcess camera(onlyAddress, {"--drop-every", "200"});
     Host host;
     host.start();

@@ -71,7 +71,7 @@ public:
         return receive();
     }
 
-    /// Skips all answers up to that of a request of its own; empty when that one does not arrive.
+    /// Sends a request and skips all answers before its answer; empty when that does not arrive.
     Bytes skipAnswers() {
         Bytes own = request(Discovery, {});
         put16(&own[6], 8);

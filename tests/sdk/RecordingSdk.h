@@ -42,8 +42,8 @@ template <class T> void write(std::ostream& text, const std::vector<T>& values) 
         write(text, value);
 }
 
-/// Gives an argument a value; a number is the next one after \p last. A text or a list is filled by
-/// the SDK, or where it must not be empty.
+/// Gives an argument a value; a number is the next one after \p last. Leaves a text
+/// empty and gives a list four elements: the operation fills both.
 template <class T> void fill(T& value, int& last) {
     if constexpr (std::is_same_v<T, bool>)
         value = ++last % 2 != 0;

@@ -9,7 +9,7 @@
 inline constexpr auto gige = OrvTransportLayerTypeGEV;
 inline constexpr auto usb = OrvTransportLayerTypeU3V;
 
-/// A mocked camera with all that it hangs on.
+/// A mocked camera with its transport layer, interface, local device and stream.
 struct CameraParts {
     explicit CameraParts(OrvTransportLayerType type, const std::string& interfaceName = "Eth 1",
                          const MockIdentity& identity = {});

@@ -11,8 +11,9 @@
 class FileTree {
 public:
     FileTree() {
-        m_root = std::filesystem::temp_directory_path() / std::to_string(std::random_device()());
-        std::filesystem::create_directories(m_root);
+        m_root = std::filesystem::temp_directory_path() /
+                 ("spanlet-test-" + std::to_string(std::random_device()()));
+        std::filesystem::create_directory(m_root);
         m_root = std::filesystem::canonical(m_root);
     }
     ~FileTree() { std::filesystem::remove_all(m_root); }

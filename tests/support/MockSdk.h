@@ -16,13 +16,12 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
 // Mocks of the camera SDK's wrappers, and features and cameras that answer sensibly by default.
-// Every default is an ON_CALL: a test overrides what it is about. What no test asks for is not
-// mocked and answers as a wrapper around nothing.
+// Every default is an ON_CALL, which a test can override. Operations that no test uses are not
+// mocked and answer OrvErrorBadHandle, as a wrapper without an SDK object does.
 
 class MockFeature : public OrvFeatureWrapper {
 public:

@@ -3,8 +3,8 @@
 
 #include <memory>
 
-/// While it lives, what this process keeps for its user is kept in a store of its own, which is
-/// empty at first and gone with the object. At most one lives at a time.
+/// Redirects the user settings of this process to a store that is empty at first and removed with
+/// the object. At most one object lives at a time.
 class OwnSettings {
 public:
     OwnSettings();

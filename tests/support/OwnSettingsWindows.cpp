@@ -10,7 +10,7 @@ struct OwnSettings::Store {
     HKEY key = nullptr;
 };
 
-/// For this process alone, what is written below the user's key goes below one of the test's.
+/// Redirects what this process writes below the user's registry key to a key of the test.
 OwnSettings::OwnSettings() : m_store(std::make_unique<Store>()) {
     RegCreateKeyExW(HKEY_CURRENT_USER, m_store->path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
                     KEY_ALL_ACCESS, nullptr, &m_store->key, nullptr);

@@ -9,7 +9,6 @@
 
 #include <iostream>
 #include <limits>
-#include <variant>
 
 namespace {
 
@@ -160,7 +159,7 @@ TEST_F(BandwidthSliderTest, statusColoursTheHandleUntilTheValueChanges) {
         expectColor(color);
     }
     m_row->updateColor(AutosetStatus::NotSet);
-    m_row->getValue();
+    EXPECT_EQ(m_row->getValue(), 100);
     expectColor(amber);
     m_features->put(limit, 200 * megabyte);
     EXPECT_EQ(m_row->getValue(), 200);

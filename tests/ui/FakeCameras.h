@@ -14,7 +14,7 @@
 #include <variant>
 #include <vector>
 
-/// What a fake camera says of itself, and what was asked of it.
+/// Properties of a fake camera, and records of the calls to it.
 struct FakeCamera {
     std::string interfaceName;
     OrvTransportLayerType type = OrvTransportLayerTypeGEV;

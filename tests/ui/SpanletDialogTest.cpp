@@ -323,7 +323,7 @@ TEST_F(SpanletDialogTest, makesTheRowCurrentWhoseWidgetIsUsed) {
         {camera(1, 0, 0), "labelWarning"}};
     for (const auto& [row, name] : parts) {
         tree().setCurrentIndex(tree().model()->index(0, 0));
-        // With the button that a part may use itself: the bar opens its menu.
+        // The right button, which some widgets handle themselves: the bar opens its menu.
         QTest::mouseClick(&part<QWidget>(row, name), Qt::RightButton);
         EXPECT_EQ(tree().currentIndex(), row) << name;
     }

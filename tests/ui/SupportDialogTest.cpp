@@ -55,6 +55,17 @@ TEST_F(SupportDialogTest, showsThePageFromItsTop) {
     EXPECT_EQ(label.grab().toImage().pixelColor(2, 2), QColor(0xf5, 0xf5, 0xf5));
 }
 
+TEST_F(SupportDialogTest, showsTheEnglishPageForAMissingOne) {
+    struct : QTranslator {
+        QString translate(const char*, const char* text, const char*, int) const override {
+            return *text == ':' ? QStringLiteral(":/pages/pages/missing.html") : QString();
+        }
+    } translation;
+    QCoreApplication::installTranslator(&translation);
+    const SupportDialog page(&m_store);
+    EXPECT_TRUE(partOf<QLabel>(page, "labelPage").text().contains(QStringLiteral("Get Started")));
+}
+
 TEST_F(SupportDialogTest, pagesHaveTheSameStructure) {
     const auto tags = [](const char* name) {
         QFile file(QStringLiteral(":/pages/pages/%1.html").arg(QLatin1String(name)));

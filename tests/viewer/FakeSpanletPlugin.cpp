@@ -3,8 +3,8 @@
 
 #include <vector>
 
-/// Takes Spanlet's place in tests of the viewer: in place of a dialog it tries to open every camera
-/// in full access, as Spanlet does, and closes them again.
+/// Replaces Spanlet in tests of the viewer. Instead of showing a dialog, it tries to open every
+/// camera in full access, as Spanlet does, and closes it again.
 class FakeSpanletPlugin : public SpanletInterface {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "SpanletInterface")

@@ -9,8 +9,8 @@ struct ConsoleSize {
     int rows = 24;
 };
 
-/// Opens the null device for each standard stream that is closed, so that no file or socket that is
-/// opened later gets its number and, with it, the output. Call before anything is opened.
+/// Opens the null device for each closed standard stream. Otherwise the next file or socket would
+/// get its number, and output would go there. Call before anything is opened.
 void keepStandardStreams();
 
 /// Sets the code page of a Windows console to UTF-8, the encoding of the program's output, and

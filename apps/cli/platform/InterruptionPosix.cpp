@@ -19,7 +19,7 @@ std::array<int, 2> wakeUp{-1, -1};
 
 /// SIGPIPE is ignored: the failed write reports that the reader is gone.
 constexpr std::array<int, 4> handledSignals{SIGINT, SIGTERM, SIGHUP, SIGPIPE};
-/// The actions before.
+/// Actions that the destructor restores.
 std::array<struct sigaction, handledSignals.size()> formerActions{};
 
 void onSignal(int) {
@@ -37,8 +37,8 @@ Interruption::Interruption() {
         return;
     for (std::size_t i = 0; i < handledSignals.size(); ++i) {
         sigaction(handledSignals[i], nullptr, &formerActions[i]);
-        // Keeps the SIG_IGN of nohup. A background program of a script inherits SIG_IGN for SIGINT,
-        // too; there it is replaced, since a SIGINT is sent to it on purpose.
+        // Leaves SIGHUP ignored, as nohup sets it. Handles SIGINT even where it is ignored, as in
+        // background programs of a script: these get one only on purpose.
         if (handledSignals[i] == SIGHUP && formerActions[i].sa_handler == SIG_IGN)
             continue;
         struct sigaction action {};

@@ -21,7 +21,7 @@ struct DeviceInterface {
     /// Class, subclass and protocol of each of its USB interfaces, in one number of three bytes:
     /// 0xEF0500. Empty where the system does not report them.
     std::vector<std::uint32_t> interfaceClasses = {};
-    /// Keeps the instance valid where the system has it as part of a list.
+    /// On Windows the list that the instance belongs to: the instance is valid while it exists.
     std::shared_ptr<const void> list = {};
 };
 
@@ -30,7 +30,7 @@ struct DeviceInterface {
 constexpr std::uint32_t noSuchDevice = 0x0D;
 constexpr std::uint32_t noSuchValue = 0x25;
 
-/// A property's value, or the system's return code (0 is success) where it has none.
+/// A property's value and the system's return code; 0 is success.
 template <typename T> struct Property {
     std::uint32_t result = 0;
     T value{};

@@ -76,7 +76,8 @@ public:
     std::optional<std::uint32_t> connectionFlagsV2(std::uint32_t) override { return std::nullopt; }
 
 private:
-    /// Of the device on port 4: "2-4" on the root hub "usb2", "2-1.4" on the hub "2-1".
+    /// Folder name of the device on a port, for port 4: "2-4" on the root hub "usb2", "2-1.4" on
+    /// the hub "2-1".
     std::string deviceName(std::uint32_t port) const {
         const std::string hub = m_folder.filename().string();
         const std::string rootHub = "usb";

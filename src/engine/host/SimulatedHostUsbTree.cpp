@@ -24,7 +24,7 @@ DeviceInstance instanceAt(std::size_t position) {
 PortConnection connectionAt(std::uint64_t bitsPerSecond) {
     if (bitsPerSecond == 0)
         return {};
-    // Super speed is reported as high speed here, and told apart by the second structure.
+    // Like a hub driver, reports super speed as high speed here; flagsAt() shows the difference.
     const int speed = bitsPerSecond >= highSpeed ? 2 : bitsPerSecond >= fullSpeed ? 1 : 0;
     return {1, static_cast<std::uint8_t>(speed)};
 }

@@ -67,7 +67,7 @@ private:
 };
 
 std::string instanceIdOf(DEVINST instance) {
-    // One character more than the system may write: the text ends in any case.
+    // One character more than the system may write, so that the text always ends with a zero.
     std::array<char, MAX_DEVICE_ID_LEN + 1> id{};
     CM_Get_Device_IDA(instance, id.data(), MAX_DEVICE_ID_LEN, 0);
     return id.data();

@@ -26,7 +26,7 @@ public:
 
     OrvErrorType getFeatureByName(const char* name, std::shared_ptr<OrvCPP::Feature>& feature);
     OrvErrorType getFeatures(std::shared_ptr<OrvCPP::Feature>* features, std::uint32_t& count);
-    /// The features with these names, those that the module does not have left out.
+    /// The features with these names, without those that the module does not have.
     OrvErrorType getFeatures(const std::vector<std::string>& names,
                              std::shared_ptr<OrvCPP::Feature>* features, std::uint32_t& count);
 

@@ -25,7 +25,7 @@ class FeatureTreeDialog : public QDialog {
     Q_OBJECT
 
 public:
-    /// \param controller of the camera; may be empty: then the tree is empty.
+    /// \p controller is the camera's. When it is empty, the tree is empty.
     explicit FeatureTreeDialog(std::shared_ptr<FeatureController> controller,
                                QWidget* parent = nullptr);
     ~FeatureTreeDialog() override;

@@ -12,11 +12,11 @@ class FeatureController;
 /// All features of a camera with their values, by module and category. Bound to the GUI thread.
 ///
 /// Building the tree asks the camera for names and categories only. A feature's description is read
-/// when a view first asks for its value or tool tip, and kept. Its display name and whether it is
-/// writable are read before that when they are all that is asked for: a tree view sorts and lays
-/// out rows that are out of sight. After a write or a command everything that was read is outdated,
-/// since features depend on each other. To be outdated, too, when something else may have written
-/// to the camera. Outdated features on view are read again at once, the others when a view asks.
+/// when a view first asks for its value or tool tip, and kept. For its name and flags alone, only
+/// the display name and whether it is writable are read: a tree view sorts and lays out rows that
+/// are out of sight. A write or a command outdates everything that was read, since features depend
+/// on each other. Call outdateValues() when something else may have written to the camera. Outdated
+/// features on view are read again at once, the others when a view asks.
 class FeatureTreeModel : public BasicTreeModel {
     Q_OBJECT
 
@@ -28,7 +28,7 @@ public:
     /// The FeatureInfo of a feature as it is now: what is outdated is read from the camera.
     static constexpr int PresentInfoRole = Qt::UserRole + 1;
 
-    /// \param controller may be empty: then there are no features.
+    /// When \p controller is empty, there are no features.
     explicit FeatureTreeModel(std::shared_ptr<FeatureController> controller,
                               QObject* parent = nullptr);
     ~FeatureTreeModel() override;

@@ -190,7 +190,7 @@ int main(int argc, char** argv) {
     const char* preloaded = getenv("LD_PRELOAD");
     if (preloaded == nullptr || std::string(preloaded).find(library) == std::string::npos) {
         prepend("LD_PRELOAD", library);
-        // The sanitizer's own library insists on being the first, and does as well as the second.
+        // Lets the address sanitizer's library be the second one; by default it must be the first.
         prepend("ASAN_OPTIONS", "verify_asan_link_order=0");
         execv("/proc/self/exe", argv);
         perror("/proc/self/exe");

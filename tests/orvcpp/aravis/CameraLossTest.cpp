@@ -38,7 +38,8 @@ protected:
     /// Waits until it can be opened and streams.
     void expectReturn() {
         EXPECT_TRUE(eventually([this] { return find("FC0001") == camera; }));
-        EXPECT_TRUE(eventually([this] { return camera->Open(OrvAccessModeFull) == 0; }));
+        EXPECT_TRUE(
+            eventually([this] { return camera->Open(OrvAccessModeFull) == OrvErrorSuccess; }));
         width = sdk::feature(*camera, "Width");
         const auto receiver = std::make_shared<sdk::Receiver>(camera);
         ASSERT_EQ(sdk::start(*camera, receiver), OrvErrorSuccess);
@@ -107,7 +108,7 @@ TEST(SilentCameras, delayTheirOpeningOneAfterAnotherByFewSeconds) {
     for (auto& fake : fakes)
         fake.resume();
     for (const auto& camera : found)
-        EXPECT_TRUE(eventually([&] { return camera->Open(OrvAccessModeFull) == 0; }));
+        EXPECT_TRUE(eventually([&] { return camera->Open(OrvAccessModeFull) == OrvErrorSuccess; }));
 }
 
 } // namespace

@@ -176,9 +176,8 @@ void DeviceConnection::noteLife() {
 DeviceConnection::Sign DeviceConnection::ask() const {
     if (m_record.type == OrvTransportLayerTypeU3V)
         return !m_record.usb || m_record.usb->isPresent() ? Sign::Life : Sign::None;
-    // A camera that was switched off and on answers, but is not controlled by anybody. So does one
-    // that is being opened or closed, so m_isOpen is checked before the request and after the
-    // answer.
+    // A camera that was switched off and on answers, but no program controls it. The same is true
+    // while it is opened or closed, so m_isOpen is checked before the request and after the answer.
     const bool isControlled = m_isOpen && m_mode == OrvAccessModeFull;
     const auto answer = Gvcp(m_record.address, askWait, 1).readRegister(privilegeRegister);
     if (!answer)

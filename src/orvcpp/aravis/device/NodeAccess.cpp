@@ -18,8 +18,8 @@ OrvErrorType ofType(const FeatureDescription& feature, OrvFeatureDataType type) 
     return feature.type == type ? OrvErrorSuccess : OrvErrorWrongType;
 }
 
-/// Success when \p ask answers \p wanted of every node from the feature's to the one with its
-/// value, \p otherwise when one does not.
+/// Asks every node from the feature's to the one that holds its value. Success when \p ask returns
+/// \p wanted for all of them, else \p otherwise or the library's error.
 OrvErrorType everyNode(const FeatureDescription& feature,
                        gboolean (*ask)(ArvGcFeatureNode*, GError**), bool wanted,
                        OrvErrorType otherwise) {

@@ -17,8 +17,8 @@
 
 namespace orv::aravis {
 
-/// The objects of all cameras ever found, of their interfaces and of the transport layers, and
-/// which cameras are present. Thread-safe.
+/// Keeps the objects of all cameras found so far, of their interfaces and of the transport layers,
+/// and which of the cameras are present. Thread-safe.
 class CameraRegistry final : public std::enable_shared_from_this<CameraRegistry> {
 public:
     using Change = std::pair<std::shared_ptr<GenicamCamera>, OrvUpdateTriggerType>;

@@ -57,7 +57,7 @@ std::optional<Gvcp::Answer> receive(int handle, std::uint16_t command, std::uint
         if (left.count() <= 0 || poll(&waiting, 1, static_cast<int>(left.count())) <= 0)
             return noAnswer;
         const auto size = recv(handle, packet.data(), packet.size(), 0);
-        // An unreachable port is reported here: no camera.
+        // Fails when the port is unreachable: there is no camera.
         if (size < 0)
             return std::nullopt;
         if (static_cast<std::size_t>(size) < headerSize || number16(&packet[6]) != id)

@@ -87,8 +87,8 @@ protected:
     /// Shows what can be typed when \p line refuses a character.
     void setHint(const QString& hint, const QLineEdit& line);
 
-    /// Shows \p value in the parts. \return the value that counts as untouched: the same, in the
-    /// type that the feature has.
+    /// Shows \p value in the parts. Returns the value that counts as untouched: \p value in the
+    /// feature's type.
     virtual FeatureValue show(const FeatureValue& value) = 0;
     /// Shows what was typed as the value will be shown.
     virtual void tidy() {}

@@ -7,8 +7,8 @@
 /// where it is smaller than a slider can show. A chosen value has no more decimals than a step.
 class FloatScale {
 public:
-    /// \param increment below or equal to 0 when there is none.
-    /// \param logarithmic is ignored for a range that begins below 0 or ends at or below it.
+    /// \p increment is 0 or less when there is none. \p logarithmic is ignored for a range that
+    /// begins below 0 or ends at or below it.
     FloatScale(double minimum, double maximum, double increment, bool logarithmic);
 
     /// False for a range without a finite width: such a feature can only be typed.

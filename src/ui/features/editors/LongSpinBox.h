@@ -14,8 +14,8 @@ public:
     explicit LongSpinBox(const StepGrid& grid, QWidget* parent = nullptr);
     ~LongSpinBox() override;
 
-    /// The nearest value on the grid to what was typed; the value before while that is out of
-    /// range.
+    /// The value on the grid that is nearest to what was typed. While that is out of range, the
+    /// value before.
     qint64 value() const;
     /// Whether the text is a number of the range, or the value as it was last shown.
     bool isComplete() const;

@@ -95,7 +95,7 @@ const Ports* hubOf(HANDLE handle) {
 
 } // namespace
 
-// Wine has no CM_Get_Parent and no USB hubs: the linker leads the calls to the functions below
+// Wine has no CM_Get_Parent and no USB hubs: the linker redirects the calls to the functions below
 // (--wrap).
 extern "C" {
 extern decltype(&CreateFileA) __real___imp_CreateFileA;

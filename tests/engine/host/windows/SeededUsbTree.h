@@ -6,7 +6,6 @@
 #include <cfgmgr32.h>
 #include <setupapi.h>
 
-#include <array>
 #include <map>
 #include <optional>
 #include <string>

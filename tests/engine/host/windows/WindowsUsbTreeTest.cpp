@@ -43,6 +43,7 @@ const Case cases[] = {
     {"Usb2Port", {usb2Port}, highSpeed},
     {"NoSecondStructure", {{true, false, 1, 2, 0}}, highSpeed},
     {"Full", {{true, true, 1, 1, 0b0001}}, 12'000'000},
+    {"NotConnected", {{true, true, 0, 2, 1}}, std::nullopt},
     {"NoFirstStructure", {{false, true, 1, 2, 0b0001}}, std::nullopt},
     {"PortTheHubHasNot", {usb3Port, L"Port_#0099.Hub_#0001"}, std::nullopt},
     {"UnopenableHub",
@@ -131,6 +132,7 @@ TEST_F(WindowsUsbTree, freesItsLists) {
 
 TEST_F(WindowsUsbTree, leavesOutACameraWithoutAController) {
     EXPECT_EQ(speedNow("0-20-0"), std::nullopt);
+    EXPECT_EQ(m_log.text(), "");
     m_tree.addDevice(std::nullopt, LR"(VID_4D52&PID_0001\A)", onPort3);
     m_tree.addDevice(m_tree.addHub(std::nullopt, L"hub", {{port, usb3Port}}), cameraId, onPort3);
     EXPECT_EQ(speedNow("0-20-0"), std::nullopt);
