@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "orvcpp/aravis/stream/PacketSource.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+namespace orv::aravis {
+
+/// The UDP datagram in an IPv4 packet of which \p captured bytes of \p size are at \p packet.
+/// Nothing for another protocol, for a fragment, and when a length contradicts another one.
+/// Bytes after the packet, which short Ethernet frames have, do not count. Checksums are left to
+/// the adapter. Reentrant.
+std::optional<StreamDatagram> readIpDatagram(const std::uint8_t* packet, std::size_t captured,
+                                             std::size_t size);
+
+} // namespace orv::aravis

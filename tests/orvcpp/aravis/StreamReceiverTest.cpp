@@ -1,0 +1,279 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/stream/StreamReceiver.h"
+#include "orvcpp/aravis/stream/AdapterReceivers.h"
+#include "orvcpp/core/SdkThread.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <future>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using namespace orv::aravis;
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+using testing::ElementsAre;
+
+struct ScriptedPacket {
+    std::uint32_t sender;
+    std::uint16_t port;
+    std::uint8_t value;
+};
+
+/// What the test and its source share; outlives the receiver.
+struct Script {
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::vector<ScriptedPacket> packets;
+    std::vector<std::uint16_t> ports;
+    bool isWoken = false;
+    std::promise<void> isDestroyed;
+
+    /// All packets of one call come in one round.
+    void push(const std::vector<ScriptedPacket>& added) {
+        const std::lock_guard lock(mutex);
+        packets.insert(packets.end(), added.begin(), added.end());
+        changed.notify_all();
+    }
+    std::vector<std::uint16_t> listenedPorts() {
+        const std::lock_guard lock(mutex);
+        return ports;
+    }
+};
+
+class ScriptedSource : public PacketSource {
+public:
+    explicit ScriptedSource(std::shared_ptr<Script> script) : m_script(std::move(script)) {}
+    ~ScriptedSource() override { m_script->isDestroyed.set_value(); }
+
+    void receive(std::chrono::microseconds wait, const Handler& handler) override {
+        std::vector<ScriptedPacket> packets;
+        {
+            std::unique_lock lock(m_script->mutex);
+            m_script->changed.wait_for(
+                lock, wait, [this] { return m_script->isWoken || !m_script->packets.empty(); });
+            m_script->isWoken = false;
+            packets.swap(m_script->packets);
+        }
+        for (const ScriptedPacket& packet : packets)
+            handler({packet.sender, packet.port, &packet.value, 1, 1});
+    }
+    void wake() override {
+        const std::lock_guard lock(m_script->mutex);
+        m_script->isWoken = true;
+        m_script->changed.notify_all();
+    }
+    void listen(const std::vector<StreamEndpoint>& endpoints) override {
+        const std::lock_guard lock(m_script->mutex);
+        m_script->ports.clear();
+        for (const StreamEndpoint& endpoint : endpoints)
+            m_script->ports.push_back(endpoint.port);
+    }
+    SourceCounts counts() override { return {3, 4}; }
+
+private:
+    const std::shared_ptr<Script> m_script;
+};
+
+/// Keeps what comes; a round's end is 255.
+class Recorder : public PacketConsumer {
+public:
+    static constexpr std::uint8_t end = 255;
+
+    void packet(const StreamDatagram& datagram) override {
+        EXPECT_TRUE(orv::isFrameThread());
+        record(*datagram.data);
+        if (reaction)
+            reaction();
+    }
+    void caughtUp() override {
+        if (dueIn)
+            m_due = Clock::now() + *dueIn;
+        record(end);
+    }
+    std::optional<Clock::time_point> due() const override { return m_due; }
+
+    std::vector<std::uint8_t> values() {
+        const std::lock_guard lock(m_mutex);
+        return m_values;
+    }
+    bool waitFor(std::size_t count) {
+        std::unique_lock lock(m_mutex);
+        return m_changed.wait_for(lock, 20s, [&] { return m_values.size() >= count; });
+    }
+
+    /// Set before the consumer is added.
+    std::function<void()> reaction;
+    std::optional<Clock::duration> dueIn;
+
+private:
+    void record(std::uint8_t value) {
+        const std::lock_guard lock(m_mutex);
+        m_values.push_back(value);
+        m_changed.notify_all();
+    }
+
+    std::optional<Clock::time_point> m_due;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::vector<std::uint8_t> m_values;
+};
+
+class StreamReceivers : public testing::Test {
+protected:
+    std::shared_ptr<Recorder> add(std::uint32_t camera, std::uint16_t port) {
+        auto recorder = std::make_shared<Recorder>();
+        m_receiver->add({camera, 9, port, false}, recorder);
+        return recorder;
+    }
+
+    const std::shared_ptr<Script> m_script = std::make_shared<Script>();
+    std::unique_ptr<StreamReceiver> m_receiver =
+        std::make_unique<StreamReceiver>(std::make_unique<ScriptedSource>(m_script));
+};
+
+TEST_F(StreamReceivers, handEachStreamItsPackets) {
+    const auto first = add(7, 20);
+    const auto second = add(7, 10);
+    const auto third = add(0xC0A80001, 20);
+    const auto idle = add(8, 10);
+    EXPECT_THAT(m_script->listenedPorts(), testing::UnorderedElementsAre(20, 10, 20, 10));
+    EXPECT_EQ(m_receiver->counts().dropped, 3U);
+    m_script->push({{7, 20, 1},
+                    {7, 20, 2},
+                    {7, 10, 3},
+                    {8, 20, 4},
+                    {7, 11, 5},
+                    {0xC0A80001, 20, 6},
+                    {7, 20, 7}});
+    ASSERT_TRUE(first->waitFor(4) && second->waitFor(2) && third->waitFor(2));
+    EXPECT_THAT(first->values(), ElementsAre(1, 2, 7, Recorder::end));
+    EXPECT_THAT(second->values(), ElementsAre(3, Recorder::end));
+    EXPECT_THAT(third->values(), ElementsAre(6, Recorder::end));
+    EXPECT_THAT(idle->values(), ElementsAre());
+    m_receiver->remove(*third);
+    EXPECT_THAT(m_script->listenedPorts(), testing::UnorderedElementsAre(20, 10, 10));
+}
+
+/// A ring hands over many packets per round: changes must not wait for its end.
+TEST_F(StreamReceivers, heedChangesWithinARound) {
+    const auto added = std::make_shared<Recorder>();
+    const auto replaced = std::make_shared<Recorder>();
+    replaced->reaction = [&] {
+        m_receiver->remove(*replaced);
+        m_receiver->add({1, 9, 1, false}, added);
+        m_receiver->add({2, 9, 2, false}, added);
+    };
+    m_receiver->add({1, 9, 1, false}, replaced);
+    m_script->push({{1, 1, 1}, {1, 1, 2}, {2, 2, 3}});
+    ASSERT_TRUE(added->waitFor(3));
+    EXPECT_THAT(added->values(), ElementsAre(2, 3, Recorder::end));
+    EXPECT_THAT(replaced->values(), ElementsAre(1));
+}
+
+TEST_F(StreamReceivers, doNotWaitForAnotherStreamsCall) {
+    std::promise<void> entered;
+    std::promise<void> goOn;
+    const auto slow = std::make_shared<Recorder>();
+    slow->reaction = [&] {
+        entered.set_value();
+        EXPECT_EQ(goOn.get_future().wait_for(20s), std::future_status::ready);
+    };
+    m_receiver->add({1, 9, 1, false}, slow);
+    const auto other = add(2, 2);
+    m_script->push({{1, 1, 1}, {2, 2, 2}});
+    entered.get_future().wait();
+    m_receiver->remove(*other);
+    const auto late = add(3, 3);
+    m_receiver->remove(*slow);
+    goOn.set_value();
+    m_script->push({{1, 1, 3}, {2, 2, 4}, {3, 3, 5}});
+    ASSERT_TRUE(late->waitFor(2));
+    EXPECT_THAT(other->values(), ElementsAre());
+    EXPECT_THAT(slow->values(), ElementsAre(1));
+}
+
+TEST_F(StreamReceivers, loseNothingWhileOthersComeAndGo) {
+    constexpr std::size_t count = 20'000;
+    const auto steady = add(1, 1);
+    std::atomic<bool> isDone{false};
+    const auto comeAndGo = [&](std::uint16_t port) {
+        while (!isDone) {
+            auto passing = add(2, port);
+            m_script->push({{2, port, 1}});
+            const bool hasCome = passing->waitFor(1);
+            EXPECT_TRUE(hasCome);
+            m_receiver->remove(*passing);
+            const std::weak_ptr<Recorder> released = std::exchange(passing, nullptr);
+            for (int i = 0; i < 20'000 && !released.expired(); ++i)
+                std::this_thread::sleep_for(1ms);
+            EXPECT_TRUE(released.expired());
+        }
+    };
+    auto first = std::async(std::launch::async, comeAndGo, std::uint16_t{1});
+    auto second = std::async(std::launch::async, comeAndGo, std::uint16_t{2});
+    for (std::size_t i = 0; i < count; ++i)
+        m_script->push({{1, 1, static_cast<std::uint8_t>(i % 250)}});
+    EXPECT_TRUE(steady->waitFor(count));
+    isDone = true;
+    first.get();
+    second.get();
+    m_receiver.reset();
+    std::size_t next = 0;
+    auto values = steady->values();
+    values.erase(std::remove(values.begin(), values.end(), Recorder::end), values.end());
+    for (const std::uint8_t value : values)
+        EXPECT_EQ(value, next++ % 250);
+    EXPECT_EQ(next, count);
+}
+
+TEST_F(StreamReceivers, callStreamsWhenTheyAreDue) {
+    const auto begun = Clock::now();
+    const auto punctual = std::make_shared<Recorder>();
+    punctual->dueIn = 30ms;
+    const auto idle = add(2, 2);
+    m_receiver->add({1, 9, 1, false}, punctual);
+    m_script->push({{1, 1, 1}});
+    ASSERT_TRUE(punctual->waitFor(4));
+    EXPECT_THAT(punctual->values(), ElementsAre(1, Recorder::end, Recorder::end, Recorder::end));
+    EXPECT_GE(Clock::now() - begun, 60ms);
+    EXPECT_THAT(idle->values(), ElementsAre());
+}
+
+TEST_F(StreamReceivers, mayEndOnTheirOwnThread) {
+    const auto last = std::make_shared<Recorder>();
+    const auto other = std::make_shared<Recorder>();
+    last->reaction = [this] {
+        m_receiver.reset();
+    };
+    m_receiver->add({1, 9, 1, false}, last);
+    m_receiver->add({2, 9, 2, false}, other);
+    m_script->push({{1, 1, 1}, {1, 1, 2}, {2, 2, 3}});
+    ASSERT_EQ(m_script->isDestroyed.get_future().wait_for(20s), std::future_status::ready);
+    EXPECT_THAT(last->values(), ElementsAre(1));
+    EXPECT_THAT(other->values(), ElementsAre());
+}
+
+TEST(AdapterReceivers, shareOneReceiverPerAdapter) {
+    AdapterReceivers receivers;
+    EXPECT_EQ(receivers.of("no-such-adapter"), nullptr);
+    auto first = receivers.of("lo");
+    if (!first)
+        GTEST_SKIP() << "this user may not open packet sockets";
+    EXPECT_EQ(receivers.of("lo"), first);
+    const std::weak_ptr<StreamReceiver> ended = std::exchange(first, nullptr);
+    EXPECT_TRUE(ended.expired());
+    EXPECT_NE(receivers.of("lo"), nullptr);
+}
+
+} // namespace
