@@ -15,7 +15,7 @@ class GenicamStream : public cameras::OneCamera {};
 TEST_F(GenicamStream, adjustsThePacketSizeToTheLargest) {
     const auto stream = sdk::stream(*camera);
     const auto adjust = sdk::feature(*stream, "GVSPAdjustPacketSize");
-    EXPECT_EQ(sdk::getText(*stream, "GVSPDriver"), "Socket");
+    EXPECT_EQ(sdk::getText(*stream, "GVSPDriver"), "Filter");
     ASSERT_EQ(set(*stream, "GVSPPacketSize", std::int64_t{1000}), OrvErrorSuccess);
     EXPECT_EQ(get<std::int64_t>(*camera, "GevSCPSPacketSize"), 1000);
     ASSERT_EQ(set(*camera, "TLParamsLocked", std::int64_t{1}), OrvErrorSuccess);

@@ -3,7 +3,7 @@
 
 #include "orvcpp/aravis/stream/Block.h"
 #include "orvcpp/aravis/stream/BlockNumbers.h"
-#include "orvcpp/aravis/stream/StreamCounters.h"
+#include "orvcpp/aravis/stream/StreamCounts.h"
 
 #include <chrono>
 #include <cstdint>

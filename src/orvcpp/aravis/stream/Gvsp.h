@@ -20,6 +20,9 @@ constexpr std::size_t multiPartHeaderSize = 8;
 /// Bytes of IP and UDP, which a camera's packet size (GevSCPSPacketSize) includes.
 constexpr std::size_t ipAndUdpSize = 28;
 
+/// Bytes of the smallest packet that every camera supports.
+constexpr std::size_t smallestPacketSize = 576;
+
 enum class Format : std::uint8_t { Leader = 1, Trailer = 2, Data = 3, MultiPartData = 7 };
 
 /// What the status of a packet means to the receiver.
