@@ -96,17 +96,17 @@ std::shared_ptr<CameraStream> Acquisition::makeStream(std::size_t payload) {
     };
     if (m_device->record().type == OrvTransportLayerTypeU3V)
         return std::make_shared<LibraryStream>(payload, m_settings.previousId, deliver);
-    return std::make_shared<GvspStream>(
-        m_device->record(),
-        GvspStream::Settings{payload, m_settings.headersOnly, m_settings.previousId,
-                             m_settings.transport},
-        m_settings.receivers, deliver);
+    return std::make_shared<GvspStream>(m_device->record(),
+                                        GvspStream::Settings{payload, m_settings.headersOnly,
+                                                             m_settings.previousId,
+                                                             m_settings.transport},
+                                        m_settings.receivers, deliver);
 }
 
 OrvErrorType Acquisition::announceFrames(std::size_t payload, int bufferCount) {
     for (int i = 0; i < bufferCount; ++i) {
-        m_frames.push_back(std::make_shared<GenicamFrame>(weak_from_this(), payload,
-                                                          !m_settings.headersOnly));
+        m_frames.push_back(
+            std::make_shared<GenicamFrame>(weak_from_this(), payload, !m_settings.headersOnly));
         if (const OrvErrorType error = queue(m_frames.back()); error != OrvErrorSuccess)
             return error;
     }

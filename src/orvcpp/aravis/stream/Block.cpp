@@ -15,8 +15,8 @@ std::size_t BlockLayout::dataSize() const {
 
 std::size_t BlockLayout::packets() const {
     // Packets of multi-part blocks hold the least.
-    const std::size_t least = std::max(dataSize(), gvsp::multiPartHeaderSize + 1) -
-                              gvsp::multiPartHeaderSize;
+    const std::size_t least =
+        std::max(dataSize(), gvsp::multiPartHeaderSize + 1) - gvsp::multiPartHeaderSize;
     return (payload + least - 1) / least + 2;
 }
 
@@ -120,8 +120,7 @@ std::uint32_t Block::expected() const {
     const std::size_t data = m_layout.dataSize();
     if (m_trailer || data == 0)
         return m_next;
-    return std::max(m_next,
-                    static_cast<std::uint32_t>((m_layout.payload + data - 1) / data + 2));
+    return std::max(m_next, static_cast<std::uint32_t>((m_layout.payload + data - 1) / data + 2));
 }
 
 std::vector<PacketRange> Block::request(std::uint32_t end, std::size_t most) {

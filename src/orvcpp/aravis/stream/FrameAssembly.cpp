@@ -32,8 +32,9 @@ constexpr std::size_t mostOpen = 64;
 } // namespace
 
 FrameAssembly::FrameAssembly(const Settings& settings, Output& output, StreamCounters& counters)
-    : m_settings(settings), m_output(output), m_counters(counters),
-      m_layout{settings.payload, settings.packetSize, false}, m_numbers(settings.previousId) {}
+    : m_settings(settings), m_output(output),
+      m_counters(counters), m_layout{settings.payload, settings.packetSize, false},
+      m_numbers(settings.previousId) {}
 
 void FrameAssembly::packet(const std::uint8_t* bytes, std::size_t captured, std::size_t size,
                            Time now) {
@@ -62,8 +63,7 @@ void FrameAssembly::take(Open& open, const gvsp::Packet& packet, Time now) {
     if (packet.availability != Availability::Present) {
         // A camera says so, too, of packets that it has not sent yet.
         if (packet.number < open.block.next() || !isNewest(open))
-            open.block.giveUp(packet.number,
-                              packet.availability == Availability::GoneWithPrevious);
+            open.block.giveUp(packet.number, packet.availability == Availability::GoneWithPrevious);
         endBlocks(now);
         return;
     }
@@ -96,8 +96,8 @@ void FrameAssembly::takeUnknown(const gvsp::Packet& packet, Time now) {
     std::optional<std::uint64_t> timestamp;
     if (isKnown)
         timestamp = candidate->timestamp;
-    if (const auto leader = packet.format == gvsp::Format::Leader ? gvsp::readLeader(packet)
-                                                                  : std::nullopt)
+    if (const auto leader =
+            packet.format == gvsp::Format::Leader ? gvsp::readLeader(packet) : std::nullopt)
         timestamp = leader->timestamp;
     const auto place = packet.availability == gvsp::Availability::Present
                            ? m_numbers.place(packet.block, packet.hasExtendedIds, timestamp, now)

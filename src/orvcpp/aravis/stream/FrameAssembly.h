@@ -23,8 +23,8 @@ struct ResendRequest {
 };
 
 /// Makes frames of the packets of a GigE camera's stream. Packets may come in any order, twice, or
-/// not at all, and may hold anything. Each frame is delivered once, in the order of the camera, with
-/// numbers that count on from 1; missing packets are requested again. Not thread-safe.
+/// not at all, and may hold anything. Each frame is delivered once, in the order of the camera,
+/// with numbers that count on from 1; missing packets are requested again. Not thread-safe.
 class FrameAssembly {
 public:
     using Time = std::chrono::steady_clock::time_point;

@@ -6,15 +6,15 @@
 
 namespace orv::aravis {
 
-/// Counts the frames of a USB3 Vision camera from 0 in each acquisition. Most cameras restart at each
-/// acquisition; for others the first frame received gets the first number. Not thread-safe.
+/// Counts the frames of a USB3 Vision camera from 0 in each acquisition. Most cameras restart at
+/// each acquisition; for others the first frame received gets the first number. Not thread-safe.
 class FrameIds {
 public:
     /// \p previous is the camera's number of the last frame before, where it is known.
     explicit FrameIds(std::optional<std::uint64_t> previous) : m_previous(previous) {}
 
-    /// The number of a frame. Empty when \p id is unreliable: an incomplete frame may still have the
-    /// number of the previous frame in its buffer.
+    /// The number of a frame. Empty when \p id is unreliable: an incomplete frame may still have
+    /// the number of the previous frame in its buffer.
     std::optional<std::uint64_t> extend(std::uint64_t id, bool isComplete);
     /// The camera's number of the last frame.
     std::optional<std::uint64_t> lastOfCamera() const { return m_last; }

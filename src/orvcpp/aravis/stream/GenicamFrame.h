@@ -30,8 +30,8 @@ struct FrameContents {
 /// user does not own the frame, so the queries need no lock.
 class GenicamFrame final : public OrvCPP::Frame, public std::enable_shared_from_this<GenicamFrame> {
 public:
-    /// \p size is that of the payload in bytes; \p hasMemory is false for a frame whose data are not
-    /// stored.
+    /// \p size is that of the payload in bytes; \p hasMemory is false for a frame whose data are
+    /// not stored.
     GenicamFrame(std::weak_ptr<Acquisition> acquisition, std::size_t size, bool hasMemory = true);
 
     OrvErrorType GetReceiveStatus(OrvFrameStatusType& status) const override;

@@ -57,15 +57,15 @@ OrvErrorType GvspStream::open(ArvDevice* device) {
         m_receiver = receiver;
         m_dropped = before;
     }
-    receiver->add({m_camera.address, m_socket->localAddress(), m_socket->localPort(),
-                   m_settings.headersOnly},
-                  shared_from_this());
+    receiver->add(
+        {m_camera.address, m_socket->localAddress(), m_socket->localPort(), m_settings.headersOnly},
+        shared_from_this());
     return OrvErrorSuccess;
 }
 
 std::shared_ptr<StreamReceiver> GvspStream::makeReceiver(std::size_t packetSize) {
-    auto shared = m_settings.transport.usesPacketSocket ? m_receivers->of(m_camera.adapter->name)
-                                                        : nullptr;
+    auto shared =
+        m_settings.transport.usesPacketSocket ? m_receivers->of(m_camera.adapter->name) : nullptr;
     if (shared) {
         refusePackets(*m_socket);
         return shared;
@@ -149,9 +149,9 @@ void GvspStream::deliver(std::shared_ptr<GenicamFrame> frame) {
 void GvspStream::request(const ResendRequest& request) {
     // 0 is no ID of a request.
     m_requestId = static_cast<std::uint16_t>(m_requestId == 0xFFFF ? 1 : m_requestId + 1);
-    const std::vector<std::uint8_t> command = resendCommand(
-        request.block, request.hasExtendedIds, request.packets.first, request.packets.last,
-        m_requestId);
+    const std::vector<std::uint8_t> command =
+        resendCommand(request.block, request.hasExtendedIds, request.packets.first,
+                      request.packets.last, m_requestId);
     const sockaddr_in camera = platform::socketAddress(m_camera.address, controlPort);
     sendto(m_socket->handle(), command.data(), command.size(), MSG_DONTWAIT | MSG_NOSIGNAL,
            reinterpret_cast<const sockaddr*>(&camera), sizeof camera);

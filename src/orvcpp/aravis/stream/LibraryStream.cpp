@@ -126,12 +126,12 @@ void LibraryStream::bufferDone() {
     std::shared_ptr<GenicamFrame> frame;
     {
         const std::lock_guard lock(m_mutex);
-        const GObjectPtr<ArvBuffer> buffer(
-            m_stream ? arv_stream_try_pop_buffer(m_stream.get()) : nullptr);
+        const GObjectPtr<ArvBuffer> buffer(m_stream ? arv_stream_try_pop_buffer(m_stream.get())
+                                                    : nullptr);
         if (!buffer)
             return;
-        const auto known =
-            m_buffers.find(static_cast<const GenicamFrame*>(arv_buffer_get_user_data(buffer.get())));
+        const auto known = m_buffers.find(
+            static_cast<const GenicamFrame*>(arv_buffer_get_user_data(buffer.get())));
         if (known == m_buffers.end())
             return;
         frame = known->second.frame;
@@ -147,8 +147,8 @@ FrameContents LibraryStream::contentsOf(ArvBuffer* buffer) {
     contents.status = statusOf(arv_buffer_get_status(buffer));
     if (contents.status == OrvFrameStatusComplete && size != m_payload)
         contents.status = OrvFrameStatusTooSmall;
-    contents.id = m_ids.extend(arv_buffer_get_frame_id(buffer),
-                               contents.status == OrvFrameStatusComplete);
+    contents.id =
+        m_ids.extend(arv_buffer_get_frame_id(buffer), contents.status == OrvFrameStatusComplete);
     contents.timestamp = arv_buffer_get_timestamp(buffer);
     contents.image = imageOf(buffer);
     return contents;

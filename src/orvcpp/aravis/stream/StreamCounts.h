@@ -42,8 +42,7 @@ struct StreamCounts : StreamCountsOf<std::uint64_t> {
 class StreamCounter {
 public:
     void add(std::uint64_t amount) {
-        m_value.store(m_value.load(std::memory_order_relaxed) + amount,
-                      std::memory_order_relaxed);
+        m_value.store(m_value.load(std::memory_order_relaxed) + amount, std::memory_order_relaxed);
     }
     operator std::uint64_t() const { return m_value.load(std::memory_order_relaxed); }
 
@@ -56,9 +55,9 @@ struct StreamCounters : StreamCountsOf<StreamCounter> {
     StreamCounts now() const {
         StreamCounts counts;
         static_cast<StreamCountsOf<std::uint64_t>&>(counts) = {
-            framesComplete,  framesIncomplete, framesLost,       framesWithoutBuffer,
-            bytes,           packets,          packetsMissing,   packetsRequested,
-            packetsResent,   packetsDuplicate, packetsLate,      packetsRefused};
+            framesComplete, framesIncomplete, framesLost,     framesWithoutBuffer,
+            bytes,          packets,          packetsMissing, packetsRequested,
+            packetsResent,  packetsDuplicate, packetsLate,    packetsRefused};
         return counts;
     }
 };
