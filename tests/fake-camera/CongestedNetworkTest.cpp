@@ -125,6 +125,17 @@ protected:
             camera.getFeatureController()->getFeatureValue("Stream0", "GVSPDriver"));
     }
 
+    static std::string streamCounts(const CameraHandler& camera) {
+        std::string text;
+        for (const std::string name : {"StatFrameDropped", "StatFrameUnderrun", "StatPacketMissed",
+                                       "StatPacketLate", "StatPacketRefused", "StatPacketDropped"})
+            text += name + ' ' +
+                    std::to_string(std::get<std::int64_t>(
+                        camera.getFeatureController()->getFeatureValue("Stream0", name))) +
+                    ' ';
+        return text;
+    }
+
     static void waitForFrames(const CameraHandler& camera, std::uint64_t count) {
         EXPECT_TRUE(
             sdk::eventually([&] { return camera.getFrameStatistics().receivedFrames >= count; }));
@@ -195,8 +206,8 @@ TEST_P(CongestedNetwork, aCameraComesAndGoesWhileOthersStream) {
         EXPECT_EQ(driver(*camera), mayUseRing ? "Filter" : "Socket");
         camera->stopAcquisition();
         const FrameStatistics frames = camera->getFrameStatistics();
-        EXPECT_EQ(frames.lostFrames, 0);
-        EXPECT_EQ(frames.incompleteFrames, 0U);
+        EXPECT_EQ(frames.lostFrames, 0) << streamCounts(*camera);
+        EXPECT_EQ(frames.incompleteFrames, 0U) << streamCounts(*camera);
         EXPECT_GT(frames.completeFrames, 20U);
     }
     EXPECT_TRUE(sdk::eventually([] { return packetSockets() <= 0; }));
