@@ -13,7 +13,6 @@
 #include <atomic>
 #include <chrono>
 #include <cstring>
-#include <functional>
 #include <future>
 #include <memory>
 #include <string>
@@ -77,31 +76,20 @@ Bytes ipPacket(const StreamEndpoint& to, const Bytes& data, std::size_t options 
     return packet;
 }
 
-/// Packets that must not come, made from a good one.
+/// Packets that must not come: good ones with another byte, and short ones.
 std::vector<Bytes> malformedPackets(const StreamEndpoint& to) {
-    const std::vector<std::function<void(Bytes&)>> changes{
-        [](Bytes& packet) { packet[0] = 0x65; },
-        [](Bytes& packet) { packet[0] = 0x44; },
-        [](Bytes& packet) { packet[0] = 0x4F; },
-        [](Bytes& packet) { packet[9] = IPPROTO_TCP; },
-        [](Bytes& packet) { packet[6] = 0x20; },
-        [](Bytes& packet) { packet[7] = 1; },
-        [](Bytes& packet) { write16(packet, 2, 27); },
-        [](Bytes& packet) { write16(packet, 2, 39); },
-        [](Bytes& packet) { write16(packet, 2, 41); },
-        [](Bytes& packet) { write16(packet, 24, 7); },
-        [](Bytes& packet) {
-            write16(packet, 24, 21);
-        }};
+    const Bytes good = ipPacket(to, payload(12, 1));
     std::vector<Bytes> packets;
-    for (const auto& change : changes) {
-        packets.push_back(ipPacket(to, payload(12, 1)));
-        change(packets.back());
+    // Version and header length, fragments, protocol, length of the packet, length of UDP.
+    constexpr std::pair<std::size_t, std::uint8_t> changes[] = {
+        {0, 0x65}, {0, 0x44}, {0, 0x4F}, {6, 0x20}, {7, 1},  {9, IPPROTO_TCP},
+        {3, 27},   {3, 39},   {3, 41},   {25, 7},   {25, 21}};
+    for (const auto& [at, value] : changes) {
+        packets.push_back(good);
+        packets.back()[at] = value;
     }
-    for (const std::size_t size : {1U, 19U, 27U}) {
-        packets.push_back(ipPacket(to, payload(12, 1)));
-        packets.back().resize(size);
-    }
+    for (const std::ptrdiff_t size : {1, 19, 27})
+        packets.emplace_back(good.begin(), good.begin() + size);
     return packets;
 }
 
@@ -123,33 +111,20 @@ TEST(IpDatagram, hasTheBoundsOfItsPacketOrIsRefused) {
             << testing::PrintToString(packet);
 }
 
-/// Runs filters in the kernel, which applies them to the datagrams of a pair of sockets.
-class FilterRun {
-public:
-    explicit FilterRun(std::vector<sock_filter> program) {
-        EXPECT_LE(program.size(), 4096U);
-        EXPECT_EQ(socketpair(AF_UNIX, SOCK_DGRAM, 0, m_ends), 0);
-        const sock_fprog filter{static_cast<unsigned short>(program.size()), program.data()};
-        EXPECT_EQ(setsockopt(m_ends[1], SOL_SOCKET, SO_ATTACH_FILTER, &filter, sizeof filter), 0);
-    }
-    ~FilterRun() {
-        close(m_ends[0]);
-        close(m_ends[1]);
-    }
-    FilterRun(const FilterRun&) = delete;
-    FilterRun& operator=(const FilterRun&) = delete;
-
-    /// Bytes that the filter leaves of a packet; 0 when it refuses.
-    std::size_t operator()(const Bytes& packet) const {
-        Bytes buffer(packet.size());
-        send(m_ends[0], packet.data(), packet.size(), 0);
-        const ssize_t size = recv(m_ends[1], buffer.data(), buffer.size(), MSG_DONTWAIT);
-        return static_cast<std::size_t>(std::max<ssize_t>(size, 0));
-    }
-
-private:
-    int m_ends[2] = {-1, -1};
-};
+/// Bytes that a filter leaves of a packet; 0 when it refuses. The kernel runs it on the datagrams
+/// of a pair of sockets.
+std::size_t filtered(std::vector<sock_filter> program, const Bytes& packet) {
+    int ends[2] = {-1, -1};
+    EXPECT_EQ(socketpair(AF_UNIX, SOCK_DGRAM, 0, ends), 0);
+    const platform::Descriptor from(ends[0]);
+    const platform::Descriptor to(ends[1]);
+    const sock_fprog filter{static_cast<unsigned short>(program.size()), program.data()};
+    EXPECT_EQ(setsockopt(ends[1], SOL_SOCKET, SO_ATTACH_FILTER, &filter, sizeof filter), 0);
+    EXPECT_GT(send(ends[0], packet.data(), packet.size(), 0), 0);
+    Bytes buffer(packet.size());
+    return static_cast<std::size_t>(
+        std::max<ssize_t>(recv(ends[1], buffer.data(), buffer.size(), MSG_DONTWAIT), 0));
+}
 
 std::vector<StreamEndpoint> endpointsOf(unsigned count) {
     std::vector<StreamEndpoint> endpoints;
@@ -165,10 +140,10 @@ TEST(StreamFilter, acceptsTheEndpointsOnly) {
     const Bytes data = payload(100, 3);
     for (const unsigned count : {0U, 1U, 5U, 200U}) {
         const auto endpoints = endpointsOf(count);
-        const FilterRun filter(streamFilter(endpoints));
-        EXPECT_EQ(filter(ipPacket({1, 2, 3, false}, data)), 0U);
+        const auto filter = streamFilter(endpoints);
+        EXPECT_EQ(filtered(filter, ipPacket({1, 2, 3, false}, data)), 0U);
         for (const auto& [camera, host, port, headersOnly] : endpoints) {
-            EXPECT_EQ(filter(ipPacket({camera, host, port, false}, data)),
+            EXPECT_EQ(filtered(filter, ipPacket({camera, host, port, false}, data)),
                       headersOnly ? 56U : 128U);
             const auto below = static_cast<std::uint16_t>(port - 1);
             const auto above = static_cast<std::uint16_t>(port + 1);
@@ -177,29 +152,30 @@ TEST(StreamFilter, acceptsTheEndpointsOnly) {
                 {camera, host ^ 4U, port, false},     {camera, host ^ 0x80000000U, port, false},
                 {camera, host, below, false},         {camera, host, above, false}};
             for (const StreamEndpoint& other : others)
-                EXPECT_EQ(filter(ipPacket(other, data)), 0U);
+                EXPECT_EQ(filtered(filter, ipPacket(other, data)), 0U);
         }
     }
 }
 
 TEST(StreamFilter, cutsPayloadAndRefusesOtherProtocols) {
     const StreamEndpoint endpoint{1, 2, 3, true};
-    const FilterRun filter(streamFilter({endpoint}));
+    const auto filter = streamFilter({endpoint});
     for (unsigned format = 0; format < 16; ++format) {
         const auto byte = static_cast<std::uint8_t>(0x80 + format);
         const bool isCut = testing::Value(format, testing::AnyOf(3U, 5U, 6U, 7U, 8U));
         EXPECT_EQ(carriesPayload(byte), isCut) << format;
-        EXPECT_EQ(filter(ipPacket(endpoint, payload(100, byte), 8)), isCut ? 64U : 136U) << format;
-        EXPECT_EQ(filter(ipPacket(endpoint, payload(20, byte))), 48U) << "shorter than the header";
+        EXPECT_EQ(filtered(filter, ipPacket(endpoint, payload(100, byte), 8)), isCut ? 64U : 136U)
+            << format;
+        EXPECT_EQ(filtered(filter, ipPacket(endpoint, payload(20, byte))), 48U)
+            << "shorter than the header";
     }
-    for (const auto& program : {streamFilter({endpoint, {1, 2, 3, false}}), unselectiveFilter()}) {
-        const FilterRun whole(program);
+    for (const auto& whole : {streamFilter({endpoint, {1, 2, 3, false}}), unselectiveFilter()}) {
         Bytes packet = ipPacket(endpoint, payload(40, 3));
         packet[6] = 0x40;
-        EXPECT_EQ(whole(packet), packet.size()) << "whole, and not to be fragmented";
+        EXPECT_EQ(filtered(whole, packet), packet.size()) << "whole, and not to be fragmented";
         for (const std::size_t changed : {0U, 6U, 7U, 9U}) {
             packet[changed] ^= 0x21;
-            EXPECT_EQ(whole(packet), 0U) << changed;
+            EXPECT_EQ(filtered(whole, packet), 0U) << changed;
             packet[changed] ^= 0x21;
         }
     }
