@@ -105,6 +105,7 @@ TEST(IpDatagram, hasTheBoundsOfItsPacketOrIsRefused) {
         EXPECT_EQ(datagram->size, 10U);
         EXPECT_EQ(datagram->captured, std::min(captured - 32, 10U));
         EXPECT_EQ(datagram->data, packet.data() + 32);
+        EXPECT_FALSE(readIpDatagram(packet.data(), 31, size));
     }
     for (const Bytes& packet : malformedPackets({1, 2, 3, false}))
         EXPECT_FALSE(readIpDatagram(packet.data(), packet.size(), packet.size()))
@@ -174,9 +175,9 @@ TEST(StreamFilter, cutsPayloadAndRefusesOtherProtocols) {
         packet[6] = 0x40;
         EXPECT_EQ(filtered(whole, packet), packet.size()) << "whole, and not to be fragmented";
         for (const std::size_t changed : {0U, 6U, 7U, 9U}) {
-            packet[changed] ^= 0x21;
+            packet[changed] ^= 0x20;
             EXPECT_EQ(filtered(whole, packet), 0U) << changed;
-            packet[changed] ^= 0x21;
+            packet[changed] ^= 0x20;
         }
     }
 }
@@ -269,6 +270,10 @@ TEST_P(PacketSources, handOverHeadersAndAllThatIsNoPayload) {
         EXPECT_EQ(cut, payload(left, 0x83));
         EXPECT_EQ(received[2 * i + 1].first, payload(sizes[i] - 4000, 4));
     }
+    send(payload(largestPacket + 1, 4));
+    send(payload(8, 2));
+    const auto uncut = receive(GetParam() == Kind::Ring ? 2 : 1);
+    EXPECT_EQ(uncut.front().second, GetParam() == Kind::Ring ? largestPacket + 1 : 8);
 }
 
 TEST_P(PacketSources, loseNothingWhileEndpointsChange) {
@@ -325,14 +330,15 @@ TEST_P(PacketSources, areWokenBeforeAndWhileTheyWait) {
 }
 
 TEST_P(PacketSources, countWhatTheyHadNoRoomFor) {
-    const std::size_t count = GetParam() == Kind::Ring ? 4500 : 100;
+    const bool isRing = GetParam() == Kind::Ring;
+    const std::size_t count = isRing ? 4500 : 2000;
     for (std::size_t i = 0; i < count; ++i)
-        send(payload(8000, 3));
+        send(payload(isRing ? 8000 : 100, 3));
     const std::uint64_t dropped = m_source->counts().dropped;
     EXPECT_GT(dropped, 0U);
     EXPECT_EQ(m_source->counts().dropped, dropped);
-    EXPECT_EQ(m_source->counts().freezes, GetParam() == Kind::Ring ? 1U : 0U);
-    EXPECT_EQ(receive(count - dropped).size(), count - dropped);
+    EXPECT_EQ(m_source->counts().freezes, isRing ? 1U : 0U);
+    EXPECT_EQ(receive(1).size(), count - dropped) << "all that is at hand";
     send(payload(10, 1));
     EXPECT_EQ(receive(1).size(), 1U) << "there is room again";
     EXPECT_EQ(m_source->counts().dropped, dropped);
@@ -353,6 +359,7 @@ TEST_P(PacketSources, ignoreMalformedPacketsAlsoWithoutAFilterThatFits) {
     auto endpoints = endpointsOf(1500);
     endpoints.insert(endpoints.begin(), endpoint());
     for (const auto& listened : {std::vector{endpoint()}, endpoints}) {
+        m_source->listen({});
         m_source->listen(listened);
         for (const Bytes& packet : malformedPackets(endpoint()))
             if (!sendRaw(packet))

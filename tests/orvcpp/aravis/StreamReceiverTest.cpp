@@ -207,7 +207,7 @@ TEST_F(StreamReceivers, loseNothingWhileOthersComeAndGo) {
             EXPECT_TRUE(passing->waitFor(1));
             m_receiver->remove(*passing);
             const std::weak_ptr<Recorder> released = std::exchange(passing, nullptr);
-            for (int i = 0; i < 20'000 && !released.expired(); ++i)
+            for (int i = 0; i < 5000 && !released.expired(); ++i)
                 std::this_thread::sleep_for(1ms);
             EXPECT_TRUE(released.expired());
         }
@@ -234,12 +234,12 @@ TEST_F(StreamReceivers, callStreamsWhenTheyAreDue) {
     const auto begun = Clock::now();
     const auto punctual = std::make_shared<Recorder>();
     punctual->dueIn = 30ms;
+    punctual->caughtUp();
     const auto idle = add(2, 2);
     m_receiver->add({1, 9, 1, false}, punctual);
-    m_source->push({{1, 1, 1}});
-    ASSERT_TRUE(punctual->waitFor(4));
-    EXPECT_THAT(punctual->values(), ElementsAre(1, Recorder::end, Recorder::end, Recorder::end));
+    ASSERT_TRUE(punctual->waitFor(3));
     EXPECT_GE(Clock::now() - begun, 60ms);
+    EXPECT_LT(Clock::now() - begun, 8s);
     EXPECT_THAT(idle->values(), ElementsAre());
 }
 
