@@ -231,16 +231,20 @@ TEST_F(StreamReceivers, loseNothingWhileOthersComeAndGo) {
 }
 
 TEST_F(StreamReceivers, callStreamsWhenTheyAreDue) {
+    const auto idle = add(2, 2);
+    m_source->push({{2, 2, 1}});
+    ASSERT_TRUE(idle->waitFor(2));
+    // The receiver begins to wait.
+    std::this_thread::sleep_for(20ms);
     const auto begun = Clock::now();
     const auto punctual = std::make_shared<Recorder>();
     punctual->dueIn = 30ms;
     punctual->caughtUp();
-    const auto idle = add(2, 2);
     m_receiver->add({1, 9, 1, false}, punctual);
     ASSERT_TRUE(punctual->waitFor(3));
     EXPECT_GE(Clock::now() - begun, 60ms);
     EXPECT_LT(Clock::now() - begun, 8s);
-    EXPECT_THAT(idle->values(), ElementsAre());
+    EXPECT_THAT(idle->values(), ElementsAre(1, Recorder::end));
 }
 
 TEST_F(StreamReceivers, mayEndOnTheirOwnThread) {
