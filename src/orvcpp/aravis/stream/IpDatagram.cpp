@@ -10,9 +10,6 @@ namespace orv::aravis {
 namespace {
 
 constexpr std::size_t smallestIpHeader = 20;
-constexpr std::size_t udpHeader = 8;
-/// More fragments follow, or the offset is not 0.
-constexpr std::uint16_t fragmentBits = 0x3FFF;
 
 std::uint16_t read16(const std::uint8_t* at) {
     return static_cast<std::uint16_t>(at[0] << 8U | at[1]);
@@ -30,21 +27,21 @@ std::optional<StreamDatagram> readIpDatagram(const std::uint8_t* packet, std::si
         return std::nullopt;
     const std::size_t header = (packet[0] & 0xFU) * std::size_t{4};
     const std::size_t total = read16(packet + 2);
-    if (header < smallestIpHeader || captured < header + udpHeader || total > size ||
-        total < header + udpHeader)
+    if (header < smallestIpHeader || captured < header + udpHeaderSize || total > size ||
+        total < header + udpHeaderSize)
         return std::nullopt;
     if (packet[9] != IPPROTO_UDP || (read16(packet + 6) & fragmentBits) != 0)
         return std::nullopt;
     const std::uint8_t* const udp = packet + header;
     const std::size_t length = read16(udp + 4);
-    if (length < udpHeader || length > total - header)
+    if (length < udpHeaderSize || length > total - header)
         return std::nullopt;
     StreamDatagram datagram;
     datagram.sender = read32(packet + 12);
     datagram.port = read16(udp + 2);
-    datagram.data = udp + udpHeader;
-    datagram.size = length - udpHeader;
-    datagram.captured = std::min(datagram.size, captured - header - udpHeader);
+    datagram.data = udp + udpHeaderSize;
+    datagram.size = length - udpHeaderSize;
+    datagram.captured = std::min(datagram.size, captured - header - udpHeaderSize);
     return datagram;
 }
 

@@ -18,12 +18,15 @@ namespace orv::aravis {
 
 namespace {
 
+/// A block is handed over when it is full or when its time is up; so many hold 128 ms at 1 Gbit/s
+/// and 26 ms at 10 Gbit/s. Measured on a busy machine, 110 MB/s of headers in packets of 8000
+/// bytes: after 1 ms, 471 wake-ups per second and 101 us of processor time per MB; after 4 ms, 246
+/// and 70 us. Blocks of 256 KiB cost as much.
 constexpr unsigned blockSize = 1U << 20U;
 constexpr unsigned blockCount = 32;
 constexpr std::size_t ringSize = std::size_t{blockSize} * blockCount;
-/// TODO
 constexpr unsigned retireMilliseconds = 4;
-/// Does not divide a block of TPACKET_V3; the kernel checks it all the same.
+/// The kernel checks this value; blocks of TPACKET_V3 hold packets of any size.
 constexpr unsigned frameSize = 2048;
 /// Pause after an error of the socket, so that repeated ones do not take the processor.
 constexpr std::chrono::milliseconds errorPause{10};

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/StreamFilter.h"
 
+#include "orvcpp/aravis/stream/IpDatagram.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
@@ -13,7 +15,6 @@ namespace orv::aravis {
 
 namespace {
 
-constexpr std::uint32_t udpHeader = 8;
 constexpr std::uint32_t wholePacket = 0xFFFFFFFF;
 /// Scratch memory of a program. The kernel turns a load from the packet into about 14 instructions
 /// and a load from here into one, and limits their sum (net.core.optmem_max).
@@ -82,7 +83,7 @@ void FilterProgram::requireUdp() {
     add(BPF_JMP | BPF_JEQ | BPF_K, IPPROTO_UDP, 1, 0);
     refuse();
     add(BPF_LD | BPF_H | BPF_ABS, 6);
-    add(BPF_JMP | BPF_JSET | BPF_K, 0x3FFF, 0, 1);
+    add(BPF_JMP | BPF_JSET | BPF_K, fragmentBits, 0, 1);
     refuse();
     add(BPF_LDX | BPF_B | BPF_MSH, 0);
 }
@@ -140,13 +141,13 @@ void FilterProgram::accept() {
     for (const std::size_t jump : m_headerJumps)
         land(jump);
     // As carriesPayload().
-    add(BPF_LD | BPF_B | BPF_IND, udpHeader + 4);
+    add(BPF_LD | BPF_B | BPF_IND, udpHeaderSize + 4);
     add(BPF_ALU | BPF_AND | BPF_K, 0xF);
     add(BPF_JMP | BPF_JEQ | BPF_K, 3, 2, 0);
     add(BPF_JMP | BPF_JGE | BPF_K, 5, 0, 4);
     add(BPF_JMP | BPF_JGT | BPF_K, 8, 3, 0);
     add(BPF_MISC | BPF_TXA, 0);
-    add(BPF_ALU | BPF_ADD | BPF_K, udpHeader + keptOfPayload);
+    add(BPF_ALU | BPF_ADD | BPF_K, udpHeaderSize + keptOfPayload);
     add(BPF_RET | BPF_A, 0);
     for (const std::size_t jump : m_wholeJumps)
         land(jump);

@@ -16,7 +16,7 @@ namespace orv::aravis {
 namespace {
 
 /// Changes wake the thread earlier. A source that cannot be woken ends this late.
-constexpr std::chrono::seconds longestWait{1};
+constexpr std::chrono::seconds longestWait{10};
 
 /// Sender and port of a packet as one number.
 std::uint64_t keyOf(std::uint32_t sender, std::uint16_t port) {

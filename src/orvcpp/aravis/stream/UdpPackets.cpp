@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/UdpPackets.h"
 
+#include "orvcpp/aravis/stream/StreamFilter.h"
 #include "orvcpp/core/Clock.h"
 #include "platform/Ipv4Address.h"
 
@@ -33,6 +34,10 @@ MemoryInfo memoryInfo(int handle) {
     socklen_t size = sizeof info;
     getsockopt(handle, SOL_SOCKET, SO_MEMINFO, info.data(), &size);
     return info;
+}
+
+bool mayBeCut(const StreamDatagram& datagram) {
+    return datagram.captured >= keptOfPayload && carriesPayload(datagram.data[4]);
 }
 
 } // namespace
@@ -109,8 +114,9 @@ void UdpPackets::handOver(const mmsghdr& message, const Handler& handler) const 
     datagram.data = static_cast<const std::uint8_t*>(message.msg_hdr.msg_iov->iov_base);
     datagram.size = message.msg_len;
     datagram.captured = std::min(datagram.size, m_largestPacket);
-    const bool isTruncated = datagram.captured < datagram.size;
-    if (datagram.sender == m_camera && datagram.sender != 0 && !(isTruncated && !m_headersOnly))
+    if (datagram.sender != m_camera || datagram.sender == 0)
+        return;
+    if (datagram.captured == datagram.size || (m_headersOnly && mayBeCut(datagram)))
         handler(datagram);
 }
 

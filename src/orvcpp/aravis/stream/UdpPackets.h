@@ -23,7 +23,8 @@ namespace orv::aravis {
 class UdpPackets : public PacketSource {
 public:
     /// \p socket is bound, and read by nobody else. A datagram of more than \p largestPacket bytes
-    /// of UDP payload is ignored, unless the endpoint asks for headers only.
+    /// of UDP payload is ignored. Only if it carries payload and the endpoint asks for headers
+    /// only, it is handed over cut; all others are handed over whole.
     UdpPackets(std::shared_ptr<const platform::UdpSocket> socket, std::size_t largestPacket);
 
     void receive(std::chrono::microseconds wait, const Handler& handler) override;
