@@ -40,12 +40,9 @@ void addAdapter(FeatureSet& set, const platform::NetworkAdapter& adapter) {
 
 void addCount(FeatureSet& set, const StreamControl& control, const char* name, const char* about,
               std::uint64_t StreamCounts::*count) {
-    set.integer(name)
-        .about(about)
-        .limits(0, anyNumber)
-        .computed([counts = control.counts, count] {
-            return Value(static_cast<std::int64_t>(counts().*count));
-        });
+    set.integer(name).about(about).limits(0, anyNumber).computed([counts = control.counts, count] {
+        return Value(static_cast<std::int64_t>(counts().*count));
+    });
 }
 
 void addStatistics(FeatureSet& set, const StreamControl& control) {
@@ -132,7 +129,8 @@ void addGvsp(FeatureSet& set, const StreamControl& control) {
         });
     addPacketSize(set, control);
     addHeadersOnly(set, control);
-    addQuantity(set, "GVSPHostReceiveBufferSize", control.transport().receiveBuffer / kilobyte, "KB")
+    addQuantity(set, "GVSPHostReceiveBufferSize", control.transport().receiveBuffer / kilobyte,
+                "KB")
         .about("Receive buffer that the operating system grants a UDP socket.")
         .guru();
 }

@@ -125,9 +125,8 @@ std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<ProviderCal
                                                PacketSocket packetSocket, const std::string& id) {
     auto made = std::make_shared<OpenedCamera>();
     const CameraRecord& record = device->record();
-    made->acquisitions =
-        std::make_shared<AcquisitionSlot>(device, chooseStreamTransport(record, packetSocket),
-                                          std::move(receivers));
+    made->acquisitions = std::make_shared<AcquisitionSlot>(
+        device, chooseStreamTransport(record, packetSocket), std::move(receivers));
     made->features = std::make_shared<FeatureAccess>(calls, device);
     const auto addModule = [&](FeatureSet features) {
         made->modules.push_back(std::make_shared<FeatureModule>(

@@ -129,8 +129,7 @@ std::string Gvcp::text(const Answer& answer) {
 }
 
 std::vector<std::uint8_t> resendCommand(std::uint64_t block, bool hasExtendedIds,
-                                        std::uint32_t first, std::uint32_t last,
-                                        std::uint16_t id) {
+                                        std::uint32_t first, std::uint32_t last, std::uint16_t id) {
     constexpr std::uint32_t size = 12;
     constexpr std::uint32_t extendedSize = 20;
     std::vector<std::uint8_t> packet{key, hasExtendedIds ? extendedIds : std::uint8_t{0}};
