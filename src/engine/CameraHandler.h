@@ -113,6 +113,7 @@ private:
     /// Sets the warning text while the camera streams through the socket driver, and clears that
     /// text only.
     void checkDriver();
+    void restoreImages() const;
 
     const std::shared_ptr<OrvCameraWrapper> m_camera;
     const std::chrono::milliseconds m_packetSizeLimit;

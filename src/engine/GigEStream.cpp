@@ -34,6 +34,12 @@ bool GigEStream::usesSocketDriver() const {
     return read<std::string>("GVSPDriver") == "Socket";
 }
 
+void GigEStream::setHeadersOnly(bool headersOnly) const {
+    auto feature = std::make_shared<OrvFeatureWrapper>();
+    if (m_stream->GetFeatureByName("GVSPHeadersOnly", feature) == OrvErrorSuccess)
+        feature->SetValue(headersOnly);
+}
+
 bool GigEStream::negotiatePacketSize() {
     if (m_stuck || !runNegotiation())
         return false;

@@ -20,6 +20,10 @@ public:
 
     /// Also false when the driver cannot be read.
     bool usesSocketDriver() const;
+    /// Lets frames be counted without their images, which saves most of the processor time of
+    /// receiving them. Does nothing, and logs nothing, where the SDK does not offer it or the
+    /// camera streams.
+    void setHeadersOnly(bool headersOnly) const;
     /// Lets the camera negotiate its largest packet size; true on success. Blocks for at most the
     /// constructor's packetSizeLimit. After a timeout, later calls return false at once.
     bool negotiatePacketSize();

@@ -38,23 +38,48 @@ void addAdapter(FeatureSet& set, const platform::NetworkAdapter& adapter) {
         .computed([name = adapter.name] { return Value(platform::mtu(name)); });
 }
 
+void addCount(FeatureSet& set, const StreamControl& control, const char* name, const char* about,
+              std::uint64_t StreamCounts::*count) {
+    set.integer(name).about(about).limits(0, anyNumber).computed([counts = control.counts, count] {
+        return Value(static_cast<std::int64_t>(counts().*count));
+    });
+}
+
 void addStatistics(FeatureSet& set, const StreamControl& control) {
-    const auto add = [&](const char* name, const char* about, const char* counted) {
-        set.integer(name)
-            .about(about)
-            .limits(0, anyNumber)
-            .computed([count = control.count, counted] { return Value(count(counted)); });
+    const auto add = [&](const char* name, const char* about, std::uint64_t StreamCounts::*count) {
+        addCount(set, control, name, about, count);
     };
     set.category("/Statistics");
-    add("StatFrameDelivered", "Frames that arrived whole.", "n_completed_buffers");
-    add("StatFrameIncomplete", "Frames that arrived damaged.", "n_failures");
-    add("StatFrameDropped", "Frames of which nothing arrived.", "n_missing_frames");
-    add("StatFrameUnderrun", "Frames for which no buffer was queued.", "n_underruns");
-    add("StatPacketReceived", "Packets that arrived.", "n_received_packets");
-    add("StatPacketMissed", "Packets that did not arrive at first.", "n_missing_packets");
-    add("StatPacketRequested", "Packets that the camera was asked for again.", "n_resend_requests");
-    add("StatPacketResent", "Packets that the camera has sent again.", "n_resent_packets");
-    add("StatByteDelivered", "Bytes that arrived.", "n_transferred_bytes");
+    add("StatFrameDelivered", "Frames that arrived whole.", &StreamCounts::framesComplete);
+    add("StatFrameIncomplete", "Frames that arrived damaged.", &StreamCounts::framesIncomplete);
+    add("StatFrameDropped", "Frames of which nothing arrived.", &StreamCounts::framesLost);
+    add("StatFrameUnderrun", "Frames for which no buffer was queued.",
+        &StreamCounts::framesWithoutBuffer);
+    add("StatByteDelivered", "Bytes that arrived.", &StreamCounts::bytes);
+}
+
+void addPacketStatistics(FeatureSet& set, const StreamControl& control) {
+    const auto add = [&](const char* name, const char* about, std::uint64_t StreamCounts::*count) {
+        addCount(set, control, name, about, count);
+    };
+    add("StatPacketReceived", "Packets that arrived.", &StreamCounts::packets);
+    add("StatPacketMissed", "Packets that never arrived, of frames of which others did.",
+        &StreamCounts::packetsMissing);
+    add("StatPacketRequested", "Packets that the camera was asked for again.",
+        &StreamCounts::packetsRequested);
+    add("StatPacketResent", "Packets that the camera has sent again.",
+        &StreamCounts::packetsResent);
+    add("StatPacketDuplicate", "Packets that arrived twice.", &StreamCounts::packetsDuplicate);
+    add("StatPacketLate", "Packets that arrived after their frame had been delivered.",
+        &StreamCounts::packetsLate);
+    add("StatPacketRefused", "Packets that were malformed or of no frame of the stream.",
+        &StreamCounts::packetsRefused);
+    add("StatPacketDropped",
+        "Packets for which this host had no room: in the packet ring, of all streams of the "
+        "adapter, or in the UDP socket.",
+        &StreamCounts::packetsDropped);
+    add("StatRingFrozen", "How often the packet ring of the adapter was full.",
+        &StreamCounts::ringFreezes);
 }
 
 void addPacketSize(FeatureSet& set, const StreamControl& control) {
@@ -77,18 +102,35 @@ void addPacketSize(FeatureSet& set, const StreamControl& control) {
         .writableIf(idle);
 }
 
+void addHeadersOnly(FeatureSet& set, const StreamControl& control) {
+    set.boolean("GVSPHeadersOnly")
+        .about("Frames are counted, and have no images: only the headers of packets are received.")
+        .writtenBy([put = control.setHeadersOnly](const Value& value) -> OrvErrorType {
+            put(std::get<bool>(value));
+            return OrvErrorSuccess;
+        })
+        .readBy([get = control.headersOnly](Value& value) -> OrvErrorType {
+            value = get();
+            return OrvErrorSuccess;
+        })
+        .writableIf([isStreaming = control.isStreaming] { return !isStreaming(); })
+        .expert();
+}
+
 void addGvsp(FeatureSet& set, const StreamControl& control) {
     set.category("/GVSP");
     set.enumeration("GVSPDriver")
-        .about("Filter: packets are taken before the operating system's UDP. Socket: from a UDP "
-               "socket.")
+        .about("Filter: packets are taken from a packet ring, before the operating system's UDP. "
+               "Socket: from a UDP socket.")
         .entry("Socket", socketDriver)
         .entry("Filter", filterDriver)
-        .computed([path = control.path] {
-            return Value(path().usesPacketSocket ? filterDriver : socketDriver);
+        .computed([transport = control.transport] {
+            return Value(transport().usesPacketSocket ? filterDriver : socketDriver);
         });
     addPacketSize(set, control);
-    addQuantity(set, "GVSPHostReceiveBufferSize", control.path().receiveBuffer / kilobyte, "KB")
+    addHeadersOnly(set, control);
+    addQuantity(set, "GVSPHostReceiveBufferSize", control.transport().receiveBuffer / kilobyte,
+                "KB")
         .about("Receive buffer that the operating system grants a UDP socket.")
         .guru();
 }
@@ -163,6 +205,8 @@ FeatureSet makeStreamFeatures(const CameraRecord& camera, StreamControl control)
     if (camera.type == OrvTransportLayerTypeGEV)
         addGvsp(set, control);
     addStatistics(set, control);
+    if (camera.type == OrvTransportLayerTypeGEV)
+        addPacketStatistics(set, control);
     return set;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "orvcpp/aravis/discovery/CameraRecord.h"
+#include "orvcpp/aravis/stream/StreamCounts.h"
 #include "orvcpp/aravis/stream/StreamTransport.h"
 #include "orvcpp/core/FeatureSet.h"
 #include "orvcpp/core/MemoryTransportLayer.h"
@@ -23,9 +24,11 @@ FeatureSet makeLocalDeviceFeatures(const CameraRecord& camera, const std::string
 struct StreamControl {
     std::function<bool()> isStreaming;
     /// How the frames come in.
-    std::function<StreamTransport()> path;
-    /// One of the library's counts; 0 when the stream does not have it.
-    std::function<std::int64_t(const std::string& name)> count;
+    std::function<StreamTransport()> transport;
+    std::function<StreamCounts()> counts;
+    /// Whether the next acquisition receives headers only.
+    std::function<bool()> headersOnly;
+    std::function<void(bool)> setHeadersOnly;
     /// Bytes.
     std::function<OrvErrorType(std::int64_t& bytes)> packetSize;
     std::function<OrvErrorType(std::int64_t bytes)> setPacketSize;

@@ -67,7 +67,7 @@ private:
         CameraContext made;
         made.calls = m_calls;
         made.threads = m_threads;
-        made.streams = std::make_shared<AdapterStreams>();
+        made.receivers = std::make_shared<AdapterReceivers>();
         made.packetSocket = settings.packetSocket;
         // A call may outlive the provider, so it does not capture it.
         made.changed = [events = m_events, &host = m_host](const auto& camera, auto reason) {

@@ -15,7 +15,7 @@ class GenicamStream : public cameras::OneCamera {};
 TEST_F(GenicamStream, adjustsThePacketSizeToTheLargest) {
     const auto stream = sdk::stream(*camera);
     const auto adjust = sdk::feature(*stream, "GVSPAdjustPacketSize");
-    EXPECT_EQ(sdk::getText(*stream, "GVSPDriver"), "Socket");
+    EXPECT_EQ(sdk::getText(*stream, "GVSPDriver"), "Filter");
     ASSERT_EQ(set(*stream, "GVSPPacketSize", std::int64_t{1000}), OrvErrorSuccess);
     EXPECT_EQ(get<std::int64_t>(*camera, "GevSCPSPacketSize"), 1000);
     ASSERT_EQ(set(*camera, "TLParamsLocked", std::int64_t{1}), OrvErrorSuccess);
@@ -32,7 +32,32 @@ TEST_F(GenicamStream, adjustsThePacketSizeToTheLargest) {
     EXPECT_EQ(set(*stream, "GVSPPacketSize", std::int64_t{1000}), OrvErrorInvalidAccess);
 }
 
-TEST(GenicamStreams, numberFramesBeyondSixteenBitsAlsoIncompleteOnes) {
+TEST_F(GenicamStream, countsFramesWithoutImagesWhereHeadersAreEnough) {
+    const auto stream = sdk::stream(*camera);
+    for (const bool headersOnly : {true, false, true}) {
+        ASSERT_EQ(set(*stream, "GVSPHeadersOnly", headersOnly), OrvErrorSuccess);
+        const auto receiver = std::make_shared<Receiver>(camera, true);
+        ASSERT_EQ(sdk::start(*camera, receiver), OrvErrorSuccess);
+        EXPECT_EQ(set(*stream, "GVSPHeadersOnly", headersOnly), OrvErrorInvalidAccess);
+        EXPECT_TRUE(eventually([&] { return receiver->count() == 5; }));
+        ASSERT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
+        EXPECT_EQ(receiver->incomplete, 0);
+        EXPECT_EQ(receiver->ids(), sdk::gapless(1, 5));
+        const auto frame = receiver->takeKept().back();
+        std::uint32_t size = 0;
+        std::uint32_t width = 0;
+        const std::uint8_t* image = nullptr;
+        EXPECT_EQ(frame->GetBufferSize(size), OrvErrorSuccess);
+        EXPECT_EQ(size, get<std::int64_t>(*camera, "PayloadSize"));
+        EXPECT_EQ(frame->GetWidth(width), OrvErrorSuccess);
+        EXPECT_EQ(frame->GetImage(image), headersOnly ? OrvErrorNotAvailable : OrvErrorSuccess);
+    }
+}
+
+/// With the packet ring, and with a UDP socket.
+class GenicamStreams : public testing::TestWithParam<bool> {};
+
+TEST_P(GenicamStreams, numberFramesBeyondSixteenBitsAlsoIncompleteOnes) {
     // Two cameras whose frame numbers start near the end of 16 bits, and count with 16 or 64 bits;
     // one that resends the packets that it drops, one that does not.
     const std::vector<std::string> cases[] = {{"--first-frame-id", "65520", "--extended-ids", "0"},
@@ -46,7 +71,9 @@ TEST(GenicamStreams, numberFramesBeyondSixteenBitsAlsoIncompleteOnes) {
         options.insert(options.end(), {"--serial", number});
         fakes.emplace_back("127.0.0.1" + number, options);
     }
-    const cameras::Started started;
+    const sdk::Running started(
+        std::string(R"({"providers": [{"type": "genicam", "packetSocket": )") +
+        (GetParam() ? "true" : "false") + "}]}");
     for (const std::string serial : {"0", "1", "2", "3"}) {
         SCOPED_TRACE(serial);
         const auto camera = cameras::find(serial);
@@ -54,6 +81,8 @@ TEST(GenicamStreams, numberFramesBeyondSixteenBitsAlsoIncompleteOnes) {
         ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
         const auto receiver = std::make_shared<Receiver>(camera);
         ASSERT_EQ(sdk::start(*camera, receiver), OrvErrorSuccess);
+        EXPECT_EQ(sdk::getText(*sdk::stream(*camera), "GVSPDriver"),
+                  GetParam() ? "Filter" : "Socket");
         EXPECT_TRUE(eventually([&] { return receiver->count() >= 60; }));
         ASSERT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
         // Without resending, no frame would be complete. Packets come too late on a busy machine.
@@ -66,5 +95,8 @@ TEST(GenicamStreams, numberFramesBeyondSixteenBitsAlsoIncompleteOnes) {
         }
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(Sources, GenicamStreams, testing::Bool(),
+                         [](const auto& test) { return test.param ? "PacketRing" : "UdpSocket"; });
 
 } // namespace

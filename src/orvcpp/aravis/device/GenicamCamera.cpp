@@ -16,13 +16,12 @@ constexpr int largestBufferCount = 1024;
 /// Most bytes of one ReadMemory.
 constexpr std::uint32_t memoryLimit = 1024 * 1024;
 
-OrvErrorType stopStreaming(AcquisitionSlot& acquisitions, AdapterStreams& streams) {
+OrvErrorType stopStreaming(AcquisitionSlot& acquisitions) {
     const std::shared_ptr<Acquisition> ending = acquisitions.end();
     if (!ending)
         return OrvErrorAlreadyDone;
     ending->stop();
     acquisitions.keep(*ending);
-    streams.stopped(acquisitions);
     return OrvErrorSuccess;
 }
 
@@ -162,8 +161,8 @@ OrvErrorType GenicamCamera::open(OrvAccessModeType mode) {
             noteSilence();
         return error;
     }
-    auto made = makeOpenedCamera(m_context.calls, std::move(device), m_context.packetSocket, m_id);
-    m_context.streams->add(made->acquisitions);
+    auto made = makeOpenedCamera(m_context.calls, std::move(device), m_context.receivers,
+                                 m_context.packetSocket, m_id);
     const std::lock_guard lock(m_mutex);
     m_opened = std::move(made);
     return m_context.calls->isRunning() ? OrvErrorSuccess : OrvErrorApiNotStarted;
@@ -190,8 +189,7 @@ OrvErrorType GenicamCamera::close() {
         }
         if (!closing)
             return OrvErrorDeviceNotOpen;
-        stopStreaming(*closing->acquisitions, *m_context.streams);
-        closing->acquisitions->close();
+        stopStreaming(*closing->acquisitions);
         closing->device->close();
     }
     // Without a lock: observers belong to the user.
@@ -312,17 +310,13 @@ OrvErrorType GenicamCamera::StartContinuousImageAcquisition(
         return error;
     if (open->acquisitions->isRunning())
         return OrvErrorAlreadyDone;
-    m_context.streams->aboutToStart(*open->acquisitions);
     // Counts as running before its first frame arrives.
     const auto acquisition = open->acquisitions->begin();
-    const OrvErrorType error =
-        acquisition->start(bufferCount, observer, open->acquisitions->previousId());
-    if (error != OrvErrorSuccess) {
+    const OrvErrorType error = acquisition->start(bufferCount, observer);
+    if (error != OrvErrorSuccess)
         open->acquisitions->end();
-        m_context.streams->stopped(*open->acquisitions);
-    } else {
+    else
         open->features->tellObservers();
-    }
     return error;
 }
 
@@ -335,7 +329,7 @@ OrvErrorType GenicamCamera::StopContinuousImageAcquisition() {
     const auto open = opened();
     if (!open)
         return OrvErrorDeviceNotOpen;
-    const OrvErrorType error = stopStreaming(*open->acquisitions, *m_context.streams);
+    const OrvErrorType error = stopStreaming(*open->acquisitions);
     if (error == OrvErrorSuccess)
         open->features->tellObservers();
     return error;

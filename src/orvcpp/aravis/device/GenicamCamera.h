@@ -4,7 +4,6 @@
 #include "orvcpp/aravis/device/DetachableThreads.h"
 #include "orvcpp/aravis/device/OpenedCamera.h"
 #include "orvcpp/aravis/discovery/CameraRecord.h"
-#include "orvcpp/aravis/stream/AdapterStreams.h"
 
 #include "OrvCPP/Camera.h"
 
@@ -21,7 +20,7 @@ namespace orv::aravis {
 struct CameraContext {
     std::shared_ptr<ProviderCalls> calls;
     std::shared_ptr<DetachableThreads> threads;
-    std::shared_ptr<AdapterStreams> streams;
+    std::shared_ptr<AdapterReceivers> receivers;
     PacketSocket packetSocket = PacketSocket::Automatic;
     /// Called without a lock when a camera was opened, closed or lost.
     std::function<void(const std::shared_ptr<OrvCPP::Camera>&, OrvUpdateTriggerType)> changed;

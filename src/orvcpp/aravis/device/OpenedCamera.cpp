@@ -14,8 +14,7 @@ namespace orv::aravis {
 
 namespace {
 
-/// Packet sizes in bytes: the least that every GigE camera must support, and the largest possible.
-constexpr std::int64_t smallestPacket = 576;
+/// Bytes of the largest packet possible.
 constexpr std::int64_t largestPacket = 65535;
 
 constexpr const char* packetSizeFeature = "GevSCPSPacketSize";
@@ -74,7 +73,7 @@ IntegerLimits readPacketLimits(const DeviceConnection& device) {
             return node::limits(*feature, *limits);
         });
     if (error != OrvErrorSuccess)
-        return {smallestPacket, largestPacket, 1};
+        return {static_cast<std::int64_t>(gvsp::smallestPacketSize), largestPacket, 1};
     return {std::max(limits->minimum, std::int64_t{0}), std::min(limits->maximum, largestPacket),
             limits->increment};
 }
@@ -85,11 +84,17 @@ StreamControl streamControl(const std::shared_ptr<DeviceConnection>& device,
     control.isStreaming = [acquisitions] {
         return acquisitions->isRunning();
     };
-    control.path = [acquisitions] {
-        return acquisitions->path();
+    control.transport = [acquisitions] {
+        return acquisitions->transport();
     };
-    control.count = [acquisitions](const std::string& name) {
-        return acquisitions->count(name);
+    control.counts = [acquisitions] {
+        return acquisitions->counts();
+    };
+    control.headersOnly = [acquisitions] {
+        return acquisitions->headersOnly();
+    };
+    control.setHeadersOnly = [acquisitions](bool headersOnly) {
+        acquisitions->setHeadersOnly(headersOnly);
     };
     control.packetSize = [device](std::int64_t& size) {
         return readPacketSize(*device, size);
@@ -116,11 +121,12 @@ void OpenedCamera::forgetObservers() const {
 
 std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<ProviderCalls>& calls,
                                                std::shared_ptr<DeviceConnection> device,
+                                               std::shared_ptr<AdapterReceivers> receivers,
                                                PacketSocket packetSocket, const std::string& id) {
     auto made = std::make_shared<OpenedCamera>();
     const CameraRecord& record = device->record();
-    made->acquisitions =
-        std::make_shared<AcquisitionSlot>(device, chooseStreamTransport(record, packetSocket));
+    made->acquisitions = std::make_shared<AcquisitionSlot>(
+        device, chooseStreamTransport(record, packetSocket), std::move(receivers));
     made->features = std::make_shared<FeatureAccess>(calls, device);
     const auto addModule = [&](FeatureSet features) {
         made->modules.push_back(std::make_shared<FeatureModule>(

@@ -31,6 +31,7 @@ struct OpenedCamera {
 /// Makes the objects for an opened device.
 std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<ProviderCalls>& calls,
                                                std::shared_ptr<DeviceConnection> device,
+                                               std::shared_ptr<AdapterReceivers> receivers,
                                                PacketSocket packetSocket, const std::string& id);
 
 } // namespace orv::aravis

@@ -15,6 +15,9 @@ namespace {
 
 constexpr std::uint8_t key = 0x42;
 constexpr std::uint8_t acknowledgeRequired = 1;
+/// Flag of a resend command with a 64-bit block ID.
+constexpr std::uint8_t extendedIds = 0x10;
+constexpr std::uint16_t packetResendCommand = 0x40;
 constexpr std::uint16_t readRegisterCommand = 0x80;
 constexpr std::uint16_t readMemoryCommand = 0x84;
 /// Instead of an answer: the camera needs the given number of milliseconds more.
@@ -123,6 +126,25 @@ std::string Gvcp::text(const Answer& answer) {
     if (answer.status != 0)
         return {};
     return {answer.data.begin(), std::find(answer.data.begin(), answer.data.end(), 0)};
+}
+
+std::vector<std::uint8_t> resendCommand(std::uint64_t block, bool hasExtendedIds,
+                                        std::uint32_t first, std::uint32_t last, std::uint16_t id) {
+    constexpr std::uint32_t size = 12;
+    constexpr std::uint32_t extendedSize = 20;
+    std::vector<std::uint8_t> packet{key, hasExtendedIds ? extendedIds : std::uint8_t{0}};
+    append(packet, packetResendCommand, 2);
+    append(packet, hasExtendedIds ? extendedSize : size, 2);
+    append(packet, id, 2);
+    append(packet, 0, 2); // stream channel
+    append(packet, hasExtendedIds ? 0 : static_cast<std::uint32_t>(block), 2);
+    append(packet, first, 4);
+    append(packet, last, 4);
+    if (hasExtendedIds) {
+        append(packet, static_cast<std::uint32_t>(block >> 32U), 4);
+        append(packet, static_cast<std::uint32_t>(block), 4);
+    }
+    return packet;
 }
 
 OrvAccessModeType grantedBy(const Gvcp::Answer& privilege) {

@@ -56,6 +56,11 @@ private:
     const int m_tries;
 };
 
+/// The command that requests packets of a block again, from \p first to \p last; \p id is not 0
+/// (GigE Vision 2.2, chapter 16: PACKETRESEND_CMD). The camera sends no acknowledge.
+std::vector<std::uint8_t> resendCommand(std::uint64_t block, bool hasExtendedIds,
+                                        std::uint32_t first, std::uint32_t last, std::uint16_t id);
+
 /// The access that a camera grants by this answer about its privilege register.
 OrvAccessModeType grantedBy(const Gvcp::Answer& privilege);
 

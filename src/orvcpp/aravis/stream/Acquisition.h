@@ -2,89 +2,73 @@
 #pragma once
 
 #include "orvcpp/aravis/device/DeviceConnection.h"
-#include "orvcpp/aravis/stream/FrameIds.h"
-#include "orvcpp/aravis/stream/GenicamFrame.h"
-#include "orvcpp/aravis/stream/StreamTransport.h"
+#include "orvcpp/aravis/stream/AdapterReceivers.h"
+#include "orvcpp/aravis/stream/CameraStream.h"
 
 #include <atomic>
 #include <cstdint>
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <string>
 #include <vector>
 
 namespace orv::aravis {
 
-/// One of the library's counts of a stream, by the name that the library gives it.
-struct StreamCount {
-    std::string name;
-    std::int64_t value = 0;
-};
-
-/// One acquisition of an opened camera, from its preparation or start to its stop. Thread-safe.
-/// Frames are delivered on the library's receiving thread, under a lock that only stop() waits for.
+/// One acquisition of an opened camera, from its start to its stop. Thread-safe. Frames are
+/// delivered on the stream's thread, under a lock that only stop() waits for.
 class Acquisition : public std::enable_shared_from_this<Acquisition> {
 public:
-    /// \p path is how the frames are to come in.
-    Acquisition(std::shared_ptr<DeviceConnection> device, StreamTransport path);
+    struct Settings {
+        /// How the frames of a GigE camera are to come in.
+        StreamTransport transport;
+        std::shared_ptr<AdapterReceivers> receivers;
+        /// The frames of a GigE camera have no images: only the headers of packets are received.
+        bool headersOnly = false;
+        /// The camera's number of the last frame of the acquisition before.
+        std::optional<std::uint64_t> previousId;
+    };
+
+    Acquisition(std::shared_ptr<DeviceConnection> device, Settings settings);
     ~Acquisition();
     Acquisition(const Acquisition&) = delete;
     Acquisition& operator=(const Acquisition&) = delete;
 
-    /// Opens the stream ahead of start(), which reopens an unusable one.
-    void prepare();
-    /// To be called once. \p previousId is the camera's number of the last frame of the acquisition
-    /// before.
-    OrvErrorType start(int bufferCount, std::shared_ptr<OrvCPP::IFrameObserver> observer,
-                       std::optional<std::uint64_t> previousId);
+    /// To be called once.
+    OrvErrorType start(int bufferCount, std::shared_ptr<OrvCPP::IFrameObserver> observer);
     /// No frame is delivered any more once this has returned. Not to be called on the thread that
     /// delivers.
     void stop();
     /// Takes a frame back.
-    OrvErrorType queue(GenicamFrame& frame);
+    OrvErrorType queue(const std::shared_ptr<GenicamFrame>& frame);
 
-    std::vector<StreamCount> counts() const;
-    /// How the frames come in, once it has started.
-    StreamTransport path() const;
+    StreamCounts counts() const;
+    /// How the frames come in, or would if it were started.
+    StreamTransport transport() const;
     /// The camera's number of the last frame; known once the acquisition has stopped.
     std::optional<std::uint64_t> lastIdOfCamera() const;
 
 private:
-    static void onStream(void* acquisition, ArvStreamCallbackType type, ArvBuffer* buffer);
-
     /// On the device's thread.
     OrvErrorType startOn(ArvDevice* device, int bufferCount);
-    OrvErrorType announceFrames(int bufferCount);
-    OrvErrorType makeStream(ArvDevice* device);
-    bool reusePrepared(ArvDevice* device) const;
+    OrvErrorType announceFrames(std::size_t payload, int bufferCount);
+    std::shared_ptr<CameraStream> makeStream(std::size_t payload);
+    std::shared_ptr<CameraStream> stream() const;
     void endDelivery();
-    /// On the library's thread.
-    void bufferDone();
-    void deliver(GenicamFrame& frame);
+    void deliver(const std::shared_ptr<GenicamFrame>& frame);
 
     const std::shared_ptr<DeviceConnection> m_device;
+    const Settings m_settings;
     /// Not reset while a frame is delivered.
     std::shared_ptr<OrvCPP::IFrameObserver> m_observer;
-    std::size_t m_payload = 0;
     std::vector<std::shared_ptr<GenicamFrame>> m_frames;
-    /// Of the thread that delivers, while there is one.
-    std::optional<FrameIds> m_ids;
-    std::optional<guint> m_mismatchInfo;
-    std::uint64_t m_sizeMismatches = 0;
-
     std::atomic<bool> m_isStarted{false};
     std::atomic<bool> m_stopping{false};
     /// Held while a frame is delivered, so that stop() can wait for that. Taken before m_mutex.
     std::mutex m_delivery;
     mutable std::mutex m_mutex;
-    /// This and the next two guarded by the mutex.
-    StreamTransport m_path;
-    int m_packetSize = 0;
-    std::vector<StreamCount> m_lastCounts;
-    /// Guarded by the mutex, and not reset while a frame is delivered. Declared last, so destroyed
-    /// first: that ends the thread that uses the other members.
-    GObjectPtr<ArvStream> m_stream;
+    /// This and the next one guarded by the mutex.
+    std::shared_ptr<CameraStream> m_stream;
+    bool m_isOver = false;
 };
 
 /// Queues a frame to the acquisition that it came from. Thread-safe.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/aravis/GObjects.h"
+#include "orvcpp/aravis/stream/Gvsp.h"
 
 #include "OrvCPP/Frame.h"
 
@@ -15,17 +15,31 @@ namespace orv::aravis {
 
 class Acquisition;
 
-/// One of an acquisition's frames. Its fields are written by the thread that delivers while the
-/// receiver does not own the frame, so the queries need no lock.
+/// What a receiver has found out about a frame.
+struct FrameContents {
+    OrvFrameStatusType status = OrvFrameStatusInvalid;
+    /// Empty for an incomplete frame whose number did not come.
+    std::optional<std::uint64_t> id;
+    /// In the camera's unit.
+    std::uint64_t timestamp = 0;
+    /// Empty without a complete image.
+    std::optional<gvsp::Image> image;
+};
+
+/// One of an acquisition's frames. Its contents are written by the thread that delivers while the
+/// user does not own the frame, so the queries need no lock.
 class GenicamFrame final : public OrvCPP::Frame, public std::enable_shared_from_this<GenicamFrame> {
 public:
-    GenicamFrame(std::weak_ptr<Acquisition> acquisition, std::size_t size);
+    /// \p size is that of the payload in bytes; \p hasMemory is false for a frame whose data are
+    /// not stored.
+    GenicamFrame(std::weak_ptr<Acquisition> acquisition, std::size_t size, bool hasMemory = true);
 
     OrvErrorType GetReceiveStatus(OrvFrameStatusType& status) const override;
     OrvErrorType GetBufferSize(std::uint32_t& size) const override;
     /// OrvErrorNotAvailable for an incomplete frame whose number did not come.
     OrvErrorType GetFrameID(std::uint64_t& id) const override;
     OrvErrorType GetTimestamp(std::uint64_t& nanoseconds) const override;
+    /// OrvErrorNotAvailable for a frame without memory.
     OrvErrorType GetImage(const std::uint8_t*& image) const override;
     /// This and the next two: OrvErrorNotAvailable without a complete image.
     OrvErrorType GetPixelFormat(OrvPixelFormatType& format) const override;
@@ -33,27 +47,22 @@ public:
     OrvErrorType GetHeight(std::uint32_t& height) const override;
 
     std::shared_ptr<Acquisition> acquisition() const { return m_acquisition.lock(); }
+    /// Marks the frame as queued or not; answers whether it was.
+    bool exchangeQueued(bool queued) { return m_isQueued.exchange(queued); }
+
+    /// The memory; null without.
+    std::uint8_t* memory() { return m_memory.empty() ? nullptr : m_memory.data(); }
+    std::size_t size() const { return m_size; }
+    /// Copies data into the memory, if there is some. \p offset and \p size are within it.
+    void store(std::size_t offset, const std::uint8_t* data, std::size_t size);
+    void setContents(const FrameContents& contents) { m_contents = contents; }
 
 private:
-    friend class Acquisition;
-
-    struct Image {
-        std::uint32_t width = 0;
-        std::uint32_t height = 0;
-        OrvPixelFormatType format{};
-    };
-
-    void readImage();
-
     const std::weak_ptr<Acquisition> m_acquisition;
+    const std::size_t m_size;
     std::vector<std::uint8_t> m_memory;
-    /// Describes what is in the memory.
-    GObjectPtr<ArvBuffer> m_buffer;
     std::atomic<bool> m_isQueued{false};
-    OrvFrameStatusType m_status = OrvFrameStatusInvalid;
-    std::optional<std::uint64_t> m_id;
-    std::uint64_t m_timestamp = 0;
-    std::optional<Image> m_image;
+    FrameContents m_contents;
 };
 
 } // namespace orv::aravis

@@ -12,10 +12,6 @@ namespace orv::aravis {
 
 namespace {
 
-/// Bytes of the library's packet ring. Without all of it there is no packet socket.
-constexpr int packetRing = 32 * 1024 * 1024;
-
-/// As the library does when a stream opens; it uses a UDP socket on a failure.
 bool permitsPacketSocket() {
     const int handle = socket(PF_PACKET, SOCK_RAW | SOCK_CLOEXEC, htons(ETH_P_ALL));
     if (handle < 0)
@@ -40,19 +36,18 @@ int grantedReceiveBuffer() {
 std::string StreamTransport::description() const {
     constexpr int kilobyte = 1024;
     if (usesPacketSocket)
-        return "packet socket, ring of " + std::to_string(packetRing / kilobyte) + " KB";
+        return "packet ring";
     return "UDP socket, receive buffer " + std::to_string(receiveBuffer / kilobyte) +
            " KB granted of " + std::to_string(wantedReceiveBuffer / kilobyte) + " KB asked for";
 }
 
 StreamTransport chooseStreamTransport(const CameraRecord& record, PacketSocket use) {
-    StreamTransport path;
+    StreamTransport transport;
     if (record.type != OrvTransportLayerTypeGEV)
-        return path;
-    const bool isLoopback = record.adapter && record.adapter->isLoopback;
-    path.usesPacketSocket = use == PacketSocket::Automatic && !isLoopback && permitsPacketSocket();
-    path.receiveBuffer = grantedReceiveBuffer();
-    return path;
+        return transport;
+    transport.usesPacketSocket = use == PacketSocket::Automatic && permitsPacketSocket();
+    transport.receiveBuffer = grantedReceiveBuffer();
+    return transport;
 }
 
 } // namespace orv::aravis

@@ -7,10 +7,9 @@
 
 namespace orv::aravis {
 
-/// Whether frames of GigE cameras are received by a packet socket instead of a UDP socket.
+/// Whether packets of GigE cameras are taken from a packet ring instead of a UDP socket.
 enum class PacketSocket {
-    /// Where the operating system permits it, except on the loopback adapter, where a packet socket
-    /// receives every packet twice.
+    /// Where the operating system permits it.
     Automatic,
     Never
 };

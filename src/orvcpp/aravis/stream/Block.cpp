@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/stream/Block.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace orv::aravis {
+
+std::size_t BlockLayout::dataSize() const {
+    const std::size_t headers =
+        gvsp::ipAndUdpSize + (hasExtendedIds ? gvsp::extendedHeaderSize : gvsp::headerSize);
+    return packetSize > headers ? packetSize - headers : 0;
+}
+
+std::size_t BlockLayout::packets() const {
+    // Packets of multi-part blocks hold the least.
+    const std::size_t least =
+        std::max(dataSize(), gvsp::multiPartHeaderSize + 1) - gvsp::multiPartHeaderSize;
+    return (payload + least - 1) / least + 2;
+}
+
+Block::Block(const BlockLayout& layout, std::uint64_t id, std::uint64_t number,
+             std::shared_ptr<GenicamFrame> frame)
+    : m_layout(layout), m_id(id), m_number(number), m_frame(std::move(frame)) {
+    m_arrived.reset(layout.packets());
+    m_givenUp.reset(layout.packets());
+    m_requested.reset(layout.packets());
+}
+
+Block::Taken Block::take(const gvsp::Packet& packet, Time now) {
+    if (packet.number >= m_layout.packets()) {
+        m_isOverrun = m_isOverrun || packet.format == gvsp::Format::Trailer;
+        return Taken::Refused;
+    }
+    if (m_arrived.contains(packet.number))
+        return Taken::Duplicate;
+    const Taken taken = packet.format == gvsp::Format::Leader    ? takeLeader(packet)
+                        : packet.format == gvsp::Format::Trailer ? takeTrailer(packet)
+                                                                 : takeData(packet);
+    if (taken == Taken::Refused)
+        return taken;
+    m_arrived.add(packet.number);
+    m_next = std::max(m_next, packet.number + 1);
+    m_latest = now;
+    return packet.isMarkedResent || m_requested.contains(packet.number) ? Taken::Requested : taken;
+}
+
+Block::Taken Block::takeLeader(const gvsp::Packet& packet) {
+    if (packet.number != 0)
+        return Taken::Refused;
+    m_leader = gvsp::readLeader(packet);
+    return m_leader ? Taken::New : Taken::Refused;
+}
+
+Block::Taken Block::takeTrailer(const gvsp::Packet& packet) {
+    if (packet.number < std::max(m_next, std::uint32_t{1}) || m_trailer)
+        return Taken::Refused;
+    m_trailer = packet.number;
+    return Taken::New;
+}
+
+Block::Taken Block::takeData(const gvsp::Packet& packet) {
+    if (packet.number == 0 || (m_trailer && packet.number > *m_trailer))
+        return Taken::Refused;
+    const bool isPart = packet.format == gvsp::Format::MultiPartData;
+    const std::size_t header = isPart ? gvsp::multiPartHeaderSize : 0;
+    const std::size_t full = m_layout.dataSize() - std::min(m_layout.dataSize(), header);
+    std::uint64_t offset = std::uint64_t{packet.number - 1} * full;
+    if (isPart) {
+        const auto named = gvsp::multiPartOffset(packet);
+        if (!named)
+            return Taken::Refused;
+        offset = *named;
+    }
+    const std::size_t size = packet.size - header;
+    if (size > full || offset > m_layout.payload)
+        return Taken::Refused;
+    if (size < full && !isPart) {
+        ++m_shortPackets;
+        m_lastShort = std::max(m_lastShort, packet.number);
+    }
+    const std::size_t room = m_layout.payload - static_cast<std::size_t>(offset);
+    m_isClipped = m_isClipped || size > room;
+    m_end = std::max(m_end, static_cast<std::size_t>(offset) + std::min(size, room));
+    if (m_frame && packet.captured == packet.size)
+        m_frame->store(static_cast<std::size_t>(offset), packet.data + header,
+                       std::min(size, room));
+    return Taken::New;
+}
+
+void Block::giveUp(std::uint32_t number, bool withPrevious) {
+    const auto end = static_cast<std::uint32_t>(
+        std::min<std::uint64_t>(std::uint64_t{number} + 1, m_layout.packets()));
+    for (std::uint32_t each = withPrevious ? 0 : number; each < end; ++each)
+        m_givenUp.add(each);
+}
+
+bool Block::isMissing(std::uint32_t number) const {
+    return !m_arrived.contains(number) && !m_givenUp.contains(number);
+}
+
+bool Block::isWhole() const {
+    return m_trailer && m_arrived.count() == m_next;
+}
+
+bool Block::isSettled() const {
+    if (m_isOverrun || isWhole())
+        return true;
+    if (!m_trailer)
+        return false;
+    for (std::uint32_t each = 0; each < m_next; ++each) {
+        if (isMissing(each))
+            return false;
+    }
+    return true;
+}
+
+std::uint32_t Block::expected() const {
+    const std::size_t data = m_layout.dataSize();
+    if (m_trailer || data == 0)
+        return m_next;
+    return std::max(m_next, static_cast<std::uint32_t>((m_layout.payload + data - 1) / data + 2));
+}
+
+std::vector<PacketRange> Block::request(std::uint32_t end, std::size_t most) {
+    std::vector<PacketRange> ranges;
+    for (std::uint32_t each = 0; each < end; ++each) {
+        if (!isMissing(each))
+            continue;
+        if (ranges.empty() || ranges.back().last + 1 != each) {
+            if (ranges.size() == most)
+                break;
+            ranges.push_back({each, each});
+        }
+        ranges.back().last = each;
+        m_requested.add(each);
+        ++m_requests;
+    }
+    return ranges;
+}
+
+FrameContents Block::contents() const {
+    FrameContents contents;
+    const bool isCut = m_shortPackets > 1 || (m_shortPackets == 1 && m_lastShort + 1 != m_trailer);
+    if (m_isOverrun)
+        contents.status = OrvFrameStatusTooSmall;
+    else if (!isWhole() || isCut)
+        contents.status = OrvFrameStatusIncomplete;
+    else if (m_isClipped || m_end != m_layout.payload)
+        contents.status = OrvFrameStatusTooSmall;
+    else
+        contents.status = OrvFrameStatusComplete;
+    contents.id = m_number;
+    if (m_leader) {
+        contents.timestamp = m_leader->timestamp;
+        if (contents.status != OrvFrameStatusIncomplete)
+            contents.image = m_leader->image;
+    }
+    return contents;
+}
+
+} // namespace orv::aravis

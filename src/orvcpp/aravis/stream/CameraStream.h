@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "orvcpp/aravis/stream/GenicamFrame.h"
+#include "orvcpp/aravis/stream/StreamCounts.h"
+#include "orvcpp/aravis/stream/StreamTransport.h"
+
+#include <arv.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace orv::aravis {
+
+/// Receives the frames of one acquisition. Thread-safe.
+class CameraStream {
+public:
+    /// Takes a frame that has been received; called on a thread of the stream.
+    using Delivery = std::function<void(std::shared_ptr<GenicamFrame>)>;
+
+    CameraStream() = default;
+    virtual ~CameraStream() = default;
+    CameraStream(const CameraStream&) = delete;
+    CameraStream& operator=(const CameraStream&) = delete;
+
+    /// Makes the camera send its frames here once it starts. To be called once, on the device's
+    /// thread.
+    virtual OrvErrorType open(ArvDevice* device) = 0;
+    /// Ends the stream; takes the library seconds for a lost camera. A delivery that runs may still
+    /// go on. On the device's thread.
+    virtual void close() = 0;
+    /// Takes a frame to be filled.
+    virtual void queue(std::shared_ptr<GenicamFrame> frame) = 0;
+
+    virtual StreamCounts counts() const = 0;
+    /// How the frames come in, once it is open.
+    virtual StreamTransport transport() const = 0;
+    /// The camera's number of the last frame.
+    virtual std::optional<std::uint64_t> lastIdOfCamera() const = 0;
+};
+
+} // namespace orv::aravis

@@ -1,0 +1,244 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/stream/FrameAssembly.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace orv::aravis {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+/// Packets that overtake each other come within this time; what is missing then is requested.
+constexpr milliseconds reorderTime{1};
+/// An answer to a request takes less, with the time that a packet source gathers packets.
+constexpr milliseconds retryTime{10};
+/// A camera that sends slowly makes no longer pauses within a block.
+constexpr milliseconds longestPause{40};
+/// A block that has been silent for this long is delivered as it is; the limit of Aravis, too.
+constexpr milliseconds retention{100};
+/// Share of a block's packets that are requested: more are missing only where the link is too slow,
+/// which requests would make worse. And what is requested of a block of few packets.
+constexpr std::size_t requestShare = 4;
+constexpr std::size_t leastRequests = 16;
+/// Requests for one block at one time; each is a packet to the camera.
+constexpr std::size_t mostRanges = 128;
+/// Damaged IDs and real blocks whose first packets come mixed.
+constexpr std::size_t mostCandidates = 4;
+/// Open blocks; frames end earlier where fewer are queued.
+constexpr std::size_t mostOpen = 64;
+
+} // namespace
+
+FrameAssembly::FrameAssembly(const Settings& settings, Output& output, StreamCounters& counters)
+    : m_settings(settings), m_output(output),
+      m_counters(counters), m_layout{settings.payload, settings.packetSize, false},
+      m_numbers(settings.previousId) {}
+
+void FrameAssembly::packet(const std::uint8_t* bytes, std::size_t captured, std::size_t size,
+                           Time now) {
+    m_counters.packets.add(1);
+    m_counters.bytes.add(size);
+    const auto packet = gvsp::readPacket(bytes, captured, size);
+    const bool isFirst = !m_numbers.newestId();
+    if (!packet || (!isFirst && packet->hasExtendedIds != m_layout.hasExtendedIds))
+        m_counters.packetsRefused.add(1);
+    else if (Open* const open = find(packet->block))
+        take(*open, *packet, now);
+    else
+        takeUnknown(*packet, now);
+}
+
+FrameAssembly::Open* FrameAssembly::find(std::uint64_t id) {
+    const auto found = std::find_if(m_open.rbegin(), m_open.rend(),
+                                    [id](const Open& open) { return open.block.id() == id; });
+    return found == m_open.rend() ? nullptr : &*found;
+}
+
+void FrameAssembly::take(Open& open, const gvsp::Packet& packet, Time now) {
+    using gvsp::Availability;
+    if (packet.availability == Availability::Later)
+        return;
+    if (packet.availability != Availability::Present) {
+        // A camera says so, too, of packets that it has not sent yet.
+        if (packet.number < open.block.next() || !isNewest(open))
+            open.block.giveUp(packet.number, packet.availability == Availability::GoneWithPrevious);
+        endBlocks(now);
+        return;
+    }
+    switch (open.block.take(packet, now)) {
+    case Block::Taken::Requested:
+        m_counters.packetsResent.add(1);
+        break;
+    case Block::Taken::New:
+        break;
+    case Block::Taken::Duplicate:
+        m_counters.packetsDuplicate.add(1);
+        return;
+    case Block::Taken::Refused:
+        m_counters.packetsRefused.add(1);
+        break;
+    }
+    if (packet.format == gvsp::Format::Leader && isNewest(open) && open.block.leader())
+        m_numbers.noteTimestamp(open.block.leader()->timestamp);
+    if (open.block.isSettled())
+        endBlocks(now);
+}
+
+void FrameAssembly::takeUnknown(const gvsp::Packet& packet, Time now) {
+    const auto candidate =
+        std::find_if(m_candidates.begin(), m_candidates.end(), [&packet](const Candidate& each) {
+            return each.packet.block == packet.block &&
+                   each.packet.hasExtendedIds == packet.hasExtendedIds;
+        });
+    const bool isKnown = candidate != m_candidates.end();
+    std::optional<std::uint64_t> timestamp;
+    if (isKnown)
+        timestamp = candidate->timestamp;
+    if (const auto leader =
+            packet.format == gvsp::Format::Leader ? gvsp::readLeader(packet) : std::nullopt)
+        timestamp = leader->timestamp;
+    const auto place = packet.availability == gvsp::Availability::Present
+                           ? m_numbers.place(packet.block, packet.hasExtendedIds, timestamp, now)
+                           : std::nullopt;
+    if (!place) {
+        m_counters.packetsLate.add(1);
+    } else if (!isKnown) {
+        remember(packet, timestamp);
+    } else if (candidate->packet.number == packet.number) {
+        m_counters.packetsDuplicate.add(1);
+    } else {
+        Candidate first = std::move(*candidate);
+        m_candidates.erase(candidate);
+        first.packet.data = first.data.data();
+        m_layout.hasExtendedIds = packet.hasExtendedIds;
+        openBlock(packet.block, *place, now);
+        for (const gvsp::Packet* const each : {&std::as_const(first).packet, &packet}) {
+            if (Open* const open = find(packet.block))
+                take(*open, *each, now);
+        }
+    }
+}
+
+void FrameAssembly::remember(const gvsp::Packet& packet, std::optional<std::uint64_t> timestamp) {
+    if (m_candidates.size() == mostCandidates) {
+        m_candidates.pop_front();
+        m_counters.packetsRefused.add(1);
+    }
+    m_candidates.push_back({packet, {packet.data, packet.data + packet.captured}, timestamp});
+}
+
+void FrameAssembly::openBlock(std::uint64_t id, const BlockNumbers::Place& place, Time now) {
+    while (!m_open.empty() && (place.isRestart || m_open.size() >= mostOpen))
+        endFirst();
+    // A later block may have been ended just now.
+    if (place.number <= m_numbers.lastEnded())
+        return;
+    auto frame = takeFrame(place.number);
+    const auto behind = std::find_if(m_open.begin(), m_open.end(), [&place](const Open& open) {
+        return open.block.number() > place.number;
+    });
+    m_open.insert(behind, Open{Block(m_layout, id, place.number, std::move(frame)), {}, false});
+    m_numbers.open(id, place, now);
+}
+
+/// For the block \p number. An earlier one that waits for packets gives way when no frame is free.
+std::shared_ptr<GenicamFrame> FrameAssembly::takeFrame(std::uint64_t number) {
+    auto frame = m_output.takeFrame();
+    if (!frame && !m_open.empty() && m_open.front().block.number() < number) {
+        endFirst();
+        frame = m_output.takeFrame();
+    }
+    return frame;
+}
+
+bool FrameAssembly::isNewest(const Open& open) const {
+    return open.block.number() == m_numbers.newest();
+}
+
+bool FrameAssembly::mayRequest(const Open& open) const {
+    return m_settings.canRequest && open.block.frame() && !open.isHopeless;
+}
+
+FrameAssembly::Time FrameAssembly::end(const Open& open) const {
+    const bool isSent = open.block.hasTrailer() || !isNewest(open);
+    return open.block.latest() + (isSent && !mayRequest(open) ? reorderTime : retention);
+}
+
+void FrameAssembly::endBlocks(Time now) {
+    while (!m_open.empty() && (m_open.front().block.isSettled() || now >= end(m_open.front())))
+        endFirst();
+}
+
+void FrameAssembly::endFirst() {
+    std::list<Open> first;
+    first.splice(first.begin(), m_open, m_open.begin());
+    const Block& block = first.front().block;
+    m_counters.framesLost.add(block.number() - m_numbers.lastEnded() - 1);
+    m_numbers.end(block.number());
+    if (!block.frame()) {
+        m_counters.framesWithoutBuffer.add(1);
+        return;
+    }
+    const FrameContents contents = block.contents();
+    const bool isComplete = contents.status == OrvFrameStatusComplete;
+    (isComplete ? m_counters.framesComplete : m_counters.framesIncomplete).add(1);
+    m_counters.packetsMissing.add(block.missing(block.expected()));
+    block.frame()->setContents(contents);
+    m_output.deliver(block.frame());
+}
+
+FrameAssembly::Time FrameAssembly::tailDue(const Open& open) const {
+    return open.block.latest() + (isNewest(open) ? longestPause : milliseconds(0));
+}
+
+void FrameAssembly::requestMissing(Open& open, Time now) {
+    const Block& block = open.block;
+    const std::uint32_t end = now >= tailDue(open) ? block.expected() : block.next();
+    const std::size_t missing = block.missing(end);
+    if (missing == 0) {
+        open.nextRequest.reset();
+        return;
+    }
+    if (!open.nextRequest)
+        open.nextRequest = now + reorderTime;
+    if (now < *open.nextRequest)
+        return;
+    const std::size_t most = m_layout.packets() / requestShare + leastRequests;
+    if (block.requested() + missing > most) {
+        open.isHopeless = true;
+        open.nextRequest.reset();
+        return;
+    }
+    open.nextRequest = now + retryTime;
+    const std::size_t before = block.requested();
+    for (const PacketRange& range : open.block.request(end, mostRanges))
+        m_output.request({block.id(), m_layout.hasExtendedIds, range});
+    m_counters.packetsRequested.add(block.requested() - before);
+}
+
+void FrameAssembly::advance(Time now) {
+    for (Open& open : m_open) {
+        if (mayRequest(open))
+            requestMissing(open, now);
+    }
+    endBlocks(now);
+}
+
+std::optional<FrameAssembly::Time> FrameAssembly::due() const {
+    std::optional<Time> due;
+    const auto note = [&due](Time time) {
+        due = std::min(due.value_or(time), time);
+    };
+    for (const Open& open : m_open) {
+        note(end(open));
+        if (open.nextRequest)
+            note(*open.nextRequest);
+        else if (mayRequest(open) && open.block.missing(open.block.expected()) > 0)
+            note(tailDue(open));
+    }
+    return due;
+}
+
+} // namespace orv::aravis

@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "orvcpp/aravis/stream/Block.h"
+#include "orvcpp/aravis/stream/BlockNumbers.h"
+#include "orvcpp/aravis/stream/StreamCounts.h"
+
+#include <chrono>
+#include <cstdint>
+#include <deque>
+#include <list>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace orv::aravis {
+
+/// Packets to be requested from the camera.
+struct ResendRequest {
+    std::uint64_t block = 0;
+    bool hasExtendedIds = false;
+    PacketRange packets;
+};
+
+/// Makes frames of the packets of a GigE camera's stream. Packets may come in any order, twice, or
+/// not at all, and may hold anything. Each frame is delivered once, in the order of the camera,
+/// with numbers that count on from 1; missing packets are requested again. Not thread-safe.
+class FrameAssembly {
+public:
+    using Time = std::chrono::steady_clock::time_point;
+
+    /// What the assembly needs; called within packet() and advance().
+    class Output {
+    public:
+        virtual ~Output() = default;
+        /// A frame to be filled; null when none is free.
+        virtual std::shared_ptr<GenicamFrame> takeFrame() = 0;
+        virtual void deliver(std::shared_ptr<GenicamFrame> frame) = 0;
+        virtual void request(const ResendRequest& request) = 0;
+    };
+
+    struct Settings {
+        /// Bytes of a frame and of a packet, as the camera tells them.
+        std::size_t payload = 0;
+        std::size_t packetSize = 0;
+        /// The camera sends packets again.
+        bool canRequest = true;
+        /// The camera's last block ID of the acquisition before, where it is known.
+        std::optional<std::uint64_t> previousId;
+    };
+
+    FrameAssembly(const Settings& settings, Output& output, StreamCounters& counters);
+
+    /// A datagram of the stream, as gvsp::readPacket() takes it.
+    void packet(const std::uint8_t* bytes, std::size_t captured, std::size_t size, Time now);
+    /// Delivers what has waited too long, and requests what is missing. To be called after each
+    /// batch of packets, and at due().
+    void advance(Time now);
+    /// When advance() has something to do even if no packet comes.
+    std::optional<Time> due() const;
+
+    /// The camera's ID of the newest block.
+    std::optional<std::uint64_t> newestId() const { return m_numbers.newestId(); }
+
+private:
+    /// An open block, and when its missing packets are to be requested.
+    struct Open {
+        Block block;
+        /// Empty while nothing is missing.
+        std::optional<Time> nextRequest;
+        /// Too many of its packets are missing, or were requested too often.
+        bool isHopeless = false;
+    };
+    /// The first packet of a block: it opens the block when a second one confirms its ID, as a
+    /// single packet may be damaged.
+    struct Candidate {
+        gvsp::Packet packet;
+        /// What the packet points at.
+        std::vector<std::uint8_t> data;
+        /// Of a leader.
+        std::optional<std::uint64_t> timestamp;
+    };
+
+    Open* find(std::uint64_t id);
+    void take(Open& open, const gvsp::Packet& packet, Time now);
+    void takeUnknown(const gvsp::Packet& packet, Time now);
+    void remember(const gvsp::Packet& packet, std::optional<std::uint64_t> timestamp);
+    void openBlock(std::uint64_t id, const BlockNumbers::Place& place, Time now);
+    std::shared_ptr<GenicamFrame> takeFrame(std::uint64_t number);
+
+    bool isNewest(const Open& open) const;
+    bool mayRequest(const Open& open) const;
+    /// When the block ends whatever is missing.
+    Time end(const Open& open) const;
+    void endBlocks(Time now);
+    void endFirst();
+    /// When the packets that the block has not sent yet are taken for lost.
+    Time tailDue(const Open& open) const;
+    void requestMissing(Open& open, Time now);
+
+    const Settings m_settings;
+    Output& m_output;
+    StreamCounters& m_counters;
+    BlockLayout m_layout;
+    BlockNumbers m_numbers;
+    /// In the order of their numbers.
+    std::list<Open> m_open;
+    std::deque<Candidate> m_candidates;
+};
+
+} // namespace orv::aravis

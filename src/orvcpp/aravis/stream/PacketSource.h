@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+namespace orv::aravis {
+
+/// One UDP datagram of a stream as a source hands it over. Valid during the call only. The sender
+/// is not to be trusted: only the sizes here are checked.
+struct StreamDatagram {
+    /// IPv4, host byte order.
+    std::uint32_t sender = 0;
+    /// Destination port.
+    std::uint16_t port = 0;
+    /// UDP payload.
+    const std::uint8_t* data = nullptr;
+    /// Bytes at data.
+    std::size_t captured = 0;
+    /// Bytes on the wire; more than captured only when the endpoint asks for headers only.
+    std::size_t size = 0;
+};
+
+/// A stream that a source listens to. Addresses in host byte order.
+struct StreamEndpoint {
+    std::uint32_t camera = 0;
+    /// Destination address of the packets.
+    std::uint32_t host = 0;
+    /// Destination port of the packets.
+    std::uint16_t port = 0;
+    /// Permits the source to cut the image data off packets that carry payload, see
+    /// StreamFilter.h. It may hand over more.
+    bool headersOnly = false;
+};
+
+/// Packets that were lost before they reached this program.
+struct SourceCounts {
+    /// Packets for which there was no room.
+    std::uint64_t dropped = 0;
+    /// How often a full ring stopped taking packets; 0 for a UDP socket.
+    std::uint64_t freezes = 0;
+};
+
+/// Where the packets of streams come from.
+class PacketSource {
+public:
+    using Handler = std::function<void(const StreamDatagram&)>;
+
+    PacketSource() = default;
+    virtual ~PacketSource() = default;
+    PacketSource(const PacketSource&) = delete;
+    PacketSource& operator=(const PacketSource&) = delete;
+
+    /// Waits up to \p wait for packets and hands each to \p handler. Returns early after wake(),
+    /// and after a limited number of packets. Call on one thread only.
+    virtual void receive(std::chrono::microseconds wait, const Handler& handler) = 0;
+    /// Ends the receive() that waits, or else the next one. Any thread.
+    virtual void wake() = 0;
+    /// Replaces the endpoints that are listened to; at first there are none. A packet to an
+    /// endpoint that stays is not lost. Packets to an endpoint that was removed may still come.
+    /// Any thread.
+    virtual void listen(const std::vector<StreamEndpoint>& endpoints) = 0;
+    /// Counts since the source was made. Any thread.
+    virtual SourceCounts counts() = 0;
+};
+
+} // namespace orv::aravis

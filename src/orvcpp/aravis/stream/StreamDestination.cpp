@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/stream/StreamDestination.h"
+
+#include "orvcpp/aravis/LibraryError.h"
+#include "orvcpp/aravis/stream/Gvsp.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+
+#include <chrono>
+#include <vector>
+
+namespace orv::aravis {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// Bootstrap registers: GigE Vision 2.2, chapter 28. The stream channel's are those of channel 0.
+constexpr std::uint64_t gvcpCapability = 0x0934;
+constexpr std::uint32_t packetResendBit = 0x00000004;
+constexpr std::uint64_t streamPort = 0x0D00;
+constexpr std::uint64_t streamPacketSize = 0x0D04;
+constexpr std::uint64_t streamAddress = 0x0D18;
+constexpr std::uint32_t fireTestPacket = 0x80000000;
+constexpr std::uint32_t doNotFragment = 0x40000000;
+constexpr std::uint32_t packetSizeBits = 0x0000FFFF;
+
+/// A test packet comes within a millisecond; a busy camera or switch takes longer.
+constexpr std::chrono::milliseconds testWait{50};
+constexpr int testTries = 3;
+
+OrvErrorType write(ArvDevice* device, std::uint64_t address, std::uint32_t value) {
+    LibraryError failure;
+    if (arv_device_write_register(device, address, value, failure.out()))
+        return OrvErrorSuccess;
+    return failure.code() != OrvErrorSuccess ? failure.code() : OrvErrorUnspecified;
+}
+
+/// 0 when it cannot be read.
+std::uint32_t read(ArvDevice* device, std::uint64_t address) {
+    LibraryError failure;
+    guint32 value = 0;
+    return arv_device_read_register(device, address, &value, failure.out()) ? value : 0;
+}
+
+OrvErrorType setDestination(ArvDevice* device, const platform::UdpSocket& socket) {
+    const OrvErrorType error = write(device, streamAddress, socket.localAddress());
+    return error != OrvErrorSuccess ? error : write(device, streamPort, socket.localPort());
+}
+
+/// Waits for a datagram of this many bytes; ignores others.
+bool waitForDatagram(const platform::UdpSocket& socket, std::size_t size) {
+    const auto end = Clock::now() + testWait;
+    for (;;) {
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
+        pollfd waiting{socket.handle(), POLLIN, 0};
+        if (left.count() <= 0 || poll(&waiting, 1, static_cast<int>(left.count())) <= 0)
+            return false;
+        std::uint8_t first = 0;
+        const auto received = recv(socket.handle(), &first, sizeof first, MSG_TRUNC);
+        if (received == static_cast<ssize_t>(size))
+            return true;
+    }
+}
+
+/// Makes the camera send a test packet of its packet size, which no router or adapter may split.
+bool doPacketsArrive(ArvDevice* device, const platform::UdpSocket& socket) {
+    const std::uint32_t setting = read(device, streamPacketSize) | doNotFragment;
+    const std::size_t size = setting & packetSizeBits;
+    for (int i = 0; size > gvsp::ipAndUdpSize && i < testTries; ++i) {
+        if (write(device, streamPacketSize, setting | fireTestPacket) == OrvErrorSuccess &&
+            waitForDatagram(socket, size - gvsp::ipAndUdpSize))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+OrvErrorType directStream(ArvDevice* device, const platform::UdpSocket& socket) {
+    const OrvErrorType error = setDestination(device, socket);
+    if (error != OrvErrorSuccess || doPacketsArrive(device, socket))
+        return error;
+    // Changes the destination; when it finds no size, the camera keeps its own.
+    LibraryError ignored;
+    arv_gv_device_auto_packet_size(ARV_GV_DEVICE(device), ignored.out());
+    return setDestination(device, socket);
+}
+
+bool canResend(ArvDevice* device) {
+    return (read(device, gvcpCapability) & packetResendBit) != 0;
+}
+
+std::size_t readPacketSize(ArvDevice* device) {
+    return read(device, streamPacketSize) & packetSizeBits;
+}
+
+} // namespace orv::aravis

@@ -1,0 +1,394 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/stream/FrameAssembly.h"
+#include "tests/orvcpp/aravis/StreamScript.h"
+
+#include <gmock/gmock.h>
+
+#include <deque>
+#include <random>
+#include <set>
+#include <string>
+
+namespace {
+
+using namespace orv::aravis;
+using script::trailerNumber;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// An assembly with its frames; what it delivers and requests is kept as text.
+class Assembled : public FrameAssembly::Output {
+public:
+    explicit Assembled(script::Camera from = {}, std::optional<std::uint64_t> previous = {},
+                       int frames = 8, bool canRequest = true)
+        : camera(from),
+          assembly({from.payload(), script::packetSize, canRequest, previous}, *this, counters) {
+        for (int i = 0; i < frames; ++i)
+            m_free.push_back(
+                std::make_shared<GenicamFrame>(std::weak_ptr<Acquisition>(), from.payload()));
+    }
+
+    void send(const script::Bytes& bytes) {
+        assembly.packet(bytes.data(), bytes.size(), bytes.size(), now);
+    }
+    void sendPacket(std::uint64_t block, std::uint32_t number) { send(camera.any(block, number)); }
+    /// A block without the packets \p lost.
+    void sendBlock(std::uint64_t block, const std::set<std::uint32_t>& lost = {}) {
+        for (std::uint32_t number = 0; number <= trailerNumber; ++number) {
+            if (lost.count(number) == 0)
+                sendPacket(block, number);
+        }
+    }
+    void pass(int milliseconds) {
+        for (int i = 0; i < milliseconds; ++i) {
+            now += std::chrono::milliseconds(1);
+            assembly.advance(now);
+        }
+    }
+    std::vector<std::string> takeDelivered() { return std::exchange(m_delivered, {}); }
+    std::vector<std::string> takeRequests() { return std::exchange(m_requests, {}); }
+
+    std::shared_ptr<GenicamFrame> takeFrame() override {
+        if (m_free.empty())
+            return nullptr;
+        auto frame = m_free.front();
+        m_free.pop_front();
+        return frame;
+    }
+    void deliver(std::shared_ptr<GenicamFrame> frame) override {
+        std::uint64_t id = 0;
+        OrvFrameStatusType status = OrvFrameStatusInvalid;
+        EXPECT_EQ(frame->GetFrameID(id), OrvErrorSuccess);
+        EXPECT_EQ(frame->GetReceiveStatus(status), OrvErrorSuccess);
+        const bool isWhole = status == OrvFrameStatusComplete;
+        m_delivered.push_back(std::to_string(id) + (isWhole                            ? ""
+                                                    : status == OrvFrameStatusTooSmall ? " small"
+                                                                                       : " cut"));
+        if (isWhole) {
+            const std::uint8_t* image = nullptr;
+            EXPECT_EQ(frame->GetImage(image), OrvErrorSuccess);
+            EXPECT_EQ(image[0], 1);
+            EXPECT_EQ(image[camera.dataSize()], 2);
+            EXPECT_EQ(image[camera.payload() - 1], 4);
+        }
+        last = frame;
+        m_free.push_back(std::move(frame));
+    }
+    void request(const ResendRequest& request) override {
+        m_requests.push_back(std::to_string(request.block) + ':' +
+                             std::to_string(request.packets.first) + '-' +
+                             std::to_string(request.packets.last));
+    }
+
+    using Time = FrameAssembly::Time;
+    const script::Camera camera;
+    StreamCounters counters;
+    FrameAssembly assembly;
+    Time now{std::chrono::hours(1)};
+    std::shared_ptr<GenicamFrame> last;
+
+private:
+    std::deque<std::shared_ptr<GenicamFrame>> m_free;
+    std::vector<std::string> m_delivered;
+    std::vector<std::string> m_requests;
+};
+
+TEST(FrameAssembly, deliversBlocksWhateverTheOrderOfTheirPackets) {
+    for (const bool hasExtendedIds : {false, true}) {
+        Assembled stream({hasExtendedIds});
+        stream.sendBlock(1);
+        for (const std::uint32_t number : {3U, 5U, 0U, 0U, 4U, 1U, 3U, 2U, 2U})
+            stream.sendPacket(2, number);
+        // Two blocks at once, the later one whole first.
+        for (const std::uint32_t number : {0U, 1U, 2U})
+            stream.sendPacket(3, number);
+        stream.sendBlock(4);
+        EXPECT_THAT(stream.takeDelivered(), ElementsAre("1", "2"));
+        for (const std::uint32_t number : {3U, 4U, 5U})
+            stream.sendPacket(3, number);
+        EXPECT_THAT(stream.takeDelivered(), ElementsAre("3", "4"));
+        std::uint64_t timestamp = 0;
+        std::uint32_t width = 0;
+        std::uint32_t height = 0;
+        EXPECT_EQ(stream.last->GetTimestamp(timestamp), OrvErrorSuccess);
+        EXPECT_EQ(stream.last->GetWidth(width), OrvErrorSuccess);
+        EXPECT_EQ(stream.last->GetHeight(height), OrvErrorSuccess);
+        EXPECT_EQ(timestamp, 4000U);
+        EXPECT_EQ(std::make_pair(width, height), std::make_pair(40U, 30U));
+        stream.pass(300);
+        EXPECT_THAT(stream.takeRequests(), IsEmpty());
+        EXPECT_EQ(stream.counters.packetsDuplicate, 2U);
+        EXPECT_EQ(stream.counters.packetsLate, 1U) << "after its block was delivered";
+        EXPECT_EQ(stream.counters.framesComplete, 4U);
+        EXPECT_EQ(stream.assembly.due(), std::nullopt);
+    }
+}
+
+TEST(FrameAssembly, requestsWhatIsMissing) {
+    Assembled stream;
+    stream.sendBlock(1, {0, 2, 3});
+    EXPECT_THAT(stream.takeRequests(), IsEmpty()) << "packets may come in another order";
+    stream.pass(3);
+    EXPECT_THAT(stream.takeRequests(), ElementsAre("1:0-0", "1:2-3"));
+    for (const std::uint32_t number : {2U, 0U})
+        stream.sendPacket(1, number);
+    stream.pass(12);
+    EXPECT_THAT(stream.takeRequests(), ElementsAre("1:3-3")) << "again";
+    stream.sendPacket(1, 3);
+    EXPECT_THAT(stream.takeDelivered(), ElementsAre("1"));
+    EXPECT_EQ(stream.counters.packetsRequested, 4U);
+    EXPECT_EQ(stream.counters.packetsResent, 3U);
+
+    // The end of a block is missed when the next one begins, or when the camera pauses for long.
+    stream.sendBlock(2, {4, 5});
+    stream.pass(20);
+    EXPECT_THAT(stream.takeRequests(), IsEmpty());
+    stream.sendBlock(3);
+    stream.pass(3);
+    EXPECT_THAT(stream.takeRequests(), ElementsAre("2:4-5"));
+    stream.sendBlock(4, {5});
+    stream.pass(50);
+    EXPECT_THAT(stream.takeRequests(), testing::Contains("4:5-5"));
+    stream.pass(200);
+    EXPECT_THAT(stream.takeDelivered(), ElementsAre("2 cut", "3", "4 cut"));
+    EXPECT_EQ(stream.counters.packetsMissing, 3U);
+}
+
+TEST(FrameAssembly, endsBlocksThatCannotBecomeWhole) {
+    // The camera does not have packet 2 any more, or not 2 and all before.
+    for (const std::uint16_t status :
+         std::initializer_list<std::uint16_t>{0x800C, 0x8011, 0x8012}) {
+        Assembled stream;
+        stream.sendBlock(1, {2});
+        stream.send(stream.camera.packet(script::Data, 1, 2, {}, status));
+        EXPECT_THAT(stream.takeDelivered(), ElementsAre("1 cut")) << status;
+    }
+    // It has not sent the packet yet, or has no time.
+    for (const std::uint16_t status : std::initializer_list<std::uint16_t>{0x8010, 0x8014}) {
+        Assembled stream;
+        stream.sendBlock(1, {2});
+        stream.send(stream.camera.packet(script::Data, 1, 2, {}, status));
+        stream.pass(2);
+        EXPECT_THAT(stream.takeDelivered(), IsEmpty()) << status;
+        EXPECT_THAT(stream.takeRequests(), ElementsAre("1:2-2"));
+    }
+    // It cannot send again.
+    Assembled stream({}, {}, 8, false);
+    stream.sendBlock(1, {2});
+    stream.pass(3);
+    EXPECT_THAT(stream.takeDelivered(), ElementsAre("1 cut"));
+    EXPECT_THAT(stream.takeRequests(), IsEmpty());
+}
+
+TEST(FrameAssembly, requestsLittleWhereTheLinkIsTooSlow) {
+    Assembled stream;
+    for (std::uint64_t block = 1; block <= 3; ++block)
+        stream.sendBlock(block, {1, 2});
+    stream.pass(500);
+    EXPECT_LT(stream.counters.packetsRequested, 3U * 20);
+    EXPECT_GT(stream.counters.packetsRequested, 3U * 2);
+    EXPECT_THAT(stream.takeDelivered(), ElementsAre("1 cut", "2 cut", "3 cut"));
+}
+
+TEST(FrameAssembly, numbersCountOnWhateverTheCamerasDo) {
+    constexpr std::uint64_t beyond16Bits = 0x1FFFF;
+    const struct {
+        const char* what;
+        bool hasExtendedIds;
+        std::optional<std::uint64_t> previous;
+        /// The camera's IDs; 0 for a second of silence.
+        std::vector<std::uint64_t> ids;
+        std::vector<std::string> numbers;
+        std::uint64_t lost;
+    } cases[] = {
+        {"the first ones lost", false, {}, {3, 4}, {"3", "4"}, 2},
+        {"goes on from before", false, 65000, {65001, 65003}, {"1", "3"}, 1},
+        {"goes on from a small ID", false, 9, {10, 11}, {"1", "2"}, 0},
+        {"begins anew", false, 9, {1, 2}, {"1", "2"}, 0},
+        {"wraps without 0", false, 65000, {65534, 65535, 1, 2}, {"1", "2", "3", "4"}, 0},
+        {"lost over the wrap", false, 65000, {65534, 3}, {"1", "5"}, 3},
+        {"64 bits do not wrap", true, 65000, {65535, 65536}, {"1", "2"}, 0},
+        {"a long gap in time for it", true, {}, {1, 0, 0, beyond16Bits}, {"1", "131071"}, 131069},
+        {"begins anew while it streams", false, {}, {7, 8, 1, 2}, {"7", "8", "9", "10"}, 6},
+        {"steps back", true, {}, {7, 8, 5, 6}, {"7", "8", "9", "10"}, 6},
+        {"jumps further than it can send", true, {}, {1, 2, 1 << 20}, {"1", "2", "3"}, 0},
+        {"jumps to the end", true, {}, {1, ~0ULL}, {"1", "2"}, 0},
+    };
+    for (const auto& [what, hasExtendedIds, previous, ids, numbers, lost] : cases) {
+        SCOPED_TRACE(what);
+        Assembled stream({hasExtendedIds}, previous);
+        std::uint64_t timestamp = 0;
+        for (const std::uint64_t id : ids) {
+            if (id == 0) {
+                stream.pass(1000);
+                continue;
+            }
+            stream.send(stream.camera.leader(id, ++timestamp));
+            for (std::uint32_t number = 1; number <= trailerNumber; ++number)
+                stream.sendPacket(id, number);
+        }
+        EXPECT_EQ(stream.takeDelivered(), numbers);
+        EXPECT_EQ(stream.counters.framesLost, lost);
+    }
+}
+
+TEST(FrameAssembly, deliversABlockThatComesTwiceOnce) {
+    // With a clock, and without.
+    for (const std::uint64_t tick : {1, 0}) {
+        Assembled stream;
+        for (const std::uint64_t id : {1, 2, 2, 3, 1, 4}) {
+            stream.send(stream.camera.leader(id, tick * id));
+            for (std::uint32_t number = 1; number <= trailerNumber; ++number)
+                stream.sendPacket(id, number);
+        }
+        EXPECT_THAT(stream.takeDelivered(), ElementsAre("1", "2", "3", "4"));
+        EXPECT_EQ(stream.counters.packetsLate, 12U);
+        EXPECT_EQ(stream.counters.framesLost, 0U);
+    }
+}
+
+TEST(FrameAssembly, refusesPacketsThatFitNoBlock) {
+    Assembled stream;
+    const auto& camera = stream.camera;
+    stream.sendBlock(1);
+    for (const std::uint32_t number : {0U, 1U, 2U, 3U})
+        stream.sendPacket(2, number);
+    const script::Bytes full(camera.dataSize(), 9);
+    const script::Bytes refused[] = {
+        {},
+        script::Bytes(7, 0),
+        camera.packet(script::Leader, 2, 4, full),
+        camera.packet(script::Leader, 2, 4),
+        camera.packet(script::Data, 2, 0x00FFFFFF, full),
+        camera.packet(script::Data, 2, 4, script::Bytes(camera.dataSize() + 1, 9)),
+        camera.packet(script::AllIn, 2, 4, full),
+        camera.packet(script::MultiPart, 2, 4, script::Bytes(4, 0)),
+        camera.packet(script::MultiPart, 2, 4, script::Bytes(20, 0xFF)),
+        camera.packet(script::Trailer, 2, 2),
+        camera.packet(script::Data, 0, 1, full),
+        script::Camera{true}.data(2, 4),
+    };
+    for (const script::Bytes& bytes : refused)
+        stream.send(bytes);
+    EXPECT_EQ(stream.counters.packetsRefused + stream.counters.packetsDuplicate,
+              std::size(refused));
+    // A damaged ID does not begin a block.
+    stream.send(camera.data(40, 2));
+    stream.sendPacket(2, 4);
+    stream.sendPacket(2, 5);
+    stream.sendBlock(3);
+    stream.pass(300);
+    EXPECT_THAT(stream.takeDelivered(), ElementsAre("1", "2", "3"));
+    EXPECT_EQ(stream.counters.framesLost, 0U);
+}
+
+TEST(FrameAssembly, marksFramesOfAnotherSize) {
+    Assembled stream;
+    const auto& camera = stream.camera;
+    // Data that end early, a full last packet, a trailer beyond the frame, a short inner packet.
+    const auto sendWith = [&](std::uint64_t block, std::uint32_t number, const script::Bytes& data,
+                              std::uint32_t trailer) {
+        for (std::uint32_t each = 0; each < std::min(trailer, trailerNumber); ++each)
+            stream.send(each == number ? camera.packet(script::Data, block, number, data)
+                                       : camera.any(block, each));
+        stream.send(camera.packet(script::Trailer, block, trailer, script::Bytes(8, 0)));
+    };
+    sendWith(1, 0xFF, {}, 3);
+    sendWith(2, 4, script::Bytes(camera.dataSize(), 4), 5);
+    sendWith(3, 0xFF, {}, 5000);
+    sendWith(4, 2, script::Bytes(50, 2), 5);
+    sendWith(5, 0xFF, {}, 5);
+    EXPECT_THAT(stream.takeDelivered(), ElementsAre("1 small", "2 small", "3 small", "4 cut", "5"));
+}
+
+TEST(FrameAssembly, putsPartsWhereTheyBelong) {
+    Assembled stream;
+    const auto& camera = stream.camera;
+    const std::size_t part = camera.dataSize() - 8;
+    script::Bytes leader;
+    script::append(leader, 0x0000000A, 4);
+    script::append(leader, 7, 8);
+    script::append(leader, 1, 2); // a 2D image
+    script::append(leader, camera.payload(), 6);
+    script::append(leader, 0x01080001, 4);
+    script::append(leader, 40, 4);
+    script::append(leader, 30, 4);
+    script::append(leader, 0, 24);
+    stream.send(camera.packet(script::Leader, 1, 0, leader));
+    std::uint32_t number = 1;
+    for (std::size_t offset = 0; offset < camera.payload(); offset += part) {
+        script::Bytes data;
+        script::append(data, 0, 2);
+        script::append(data, offset, 6);
+        for (std::size_t i = offset; i < std::min(offset + part, camera.payload()); ++i)
+            data.push_back(static_cast<std::uint8_t>(1 + i / camera.dataSize()));
+        stream.send(camera.packet(script::MultiPart, 1, number++, data));
+    }
+    stream.send(camera.packet(script::Trailer, 1, number, script::Bytes(8, 0)));
+    EXPECT_THAT(stream.takeDelivered(), ElementsAre("1"));
+    std::uint32_t width = 0;
+    EXPECT_EQ(stream.last->GetWidth(width), OrvErrorSuccess);
+    EXPECT_EQ(width, 40U);
+}
+
+TEST(FrameAssembly, countsFramesWithoutABuffer) {
+    Assembled none({}, {}, 0);
+    for (const std::uint64_t block : {1, 2})
+        none.sendBlock(block);
+    EXPECT_EQ(none.counters.framesWithoutBuffer, 2U);
+    EXPECT_EQ(none.counters.framesLost, 0U);
+    // A block that waits for packets gives way to the next one.
+    Assembled one({}, {}, 1);
+    one.sendBlock(1, {2});
+    one.sendBlock(2);
+    EXPECT_THAT(one.takeDelivered(), ElementsAre("1 cut", "2"));
+}
+
+/// Packets of 400 blocks that are lost, doubled, mixed, cut, and damaged in their headers.
+TEST(FrameAssembly, deliversEachBlockOnceUnderRandomFaults) {
+    for (std::uint32_t seed = 0; seed < 20; ++seed) {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        const auto oneIn = [&random](std::uint32_t times) {
+            return random() % times == 0;
+        };
+        Assembled stream({seed % 2 == 0}, 65000);
+        std::deque<script::Bytes> wire;
+        for (std::uint64_t i = 0; i < 400; ++i) {
+            const std::uint64_t block = 65300 + i;
+            const std::uint64_t id = seed % 2 == 0 || block < 65536 ? block : block - 65535;
+            for (std::uint32_t number = 0; number <= trailerNumber; ++number) {
+                auto bytes =
+                    number == 0 ? stream.camera.leader(id, block) : stream.camera.any(id, number);
+                if (oneIn(50))
+                    wire.push_back(bytes);
+                if (oneIn(60))
+                    bytes[random() % 8] ^= static_cast<std::uint8_t>(1U << random() % 8);
+                if (oneIn(60))
+                    bytes.resize(random() % bytes.size());
+                if (!oneIn(40))
+                    wire.insert(wire.end() - std::min<std::ptrdiff_t>(
+                                                 random() % 3, static_cast<int>(wire.size())),
+                                bytes);
+            }
+            while (wire.size() > 4) {
+                stream.send(wire.front());
+                wire.pop_front();
+            }
+            stream.pass(1);
+        }
+        stream.pass(500);
+        const auto delivered = stream.takeDelivered();
+        std::uint64_t before = 0;
+        for (const std::string& text : delivered) {
+            const std::uint64_t number = std::stoull(text);
+            EXPECT_GT(number, before);
+            before = number;
+        }
+        EXPECT_GT(delivered.size(), 380U);
+        EXPECT_LE(before, 400U);
+        EXPECT_EQ(delivered.size() + stream.counters.framesLost, before);
+    }
+}
+
+} // namespace

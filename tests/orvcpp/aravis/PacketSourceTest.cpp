@@ -1,0 +1,415 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/stream/IpDatagram.h"
+#include "orvcpp/aravis/stream/PacketRing.h"
+#include "orvcpp/aravis/stream/StreamFilter.h"
+#include "orvcpp/aravis/stream/UdpPackets.h"
+#include "platform/Descriptor.h"
+#include "platform/Ipv4Address.h"
+#include "platform/UdpSocket.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstring>
+#include <future>
+#include <memory>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <net/ethernet.h>
+#include <net/if.h>
+#include <sched.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace orv::aravis;
+using namespace std::chrono_literals;
+using Bytes = std::vector<std::uint8_t>;
+
+/// Unique to this process; the last digits are for the addresses of one test.
+const std::uint32_t baseAddress =
+    0x7F800000U + (static_cast<std::uint32_t>(::getpid() & 0xFFFF) << 4U);
+const std::uint32_t cameraAddress = baseAddress + 1;
+const std::uint32_t strangerAddress = baseAddress + 2;
+const std::uint32_t hostAddress = baseAddress + 3;
+
+/// Bytes of a datagram, and its size.
+using Received = std::pair<Bytes, std::size_t>;
+
+Bytes payload(std::size_t size, std::uint8_t format) {
+    Bytes bytes(size);
+    for (std::size_t i = 0; i < size; ++i)
+        bytes[i] = static_cast<std::uint8_t>(i * 7);
+    if (size > 4)
+        bytes[4] = format;
+    return bytes;
+}
+
+void write16(Bytes& bytes, std::size_t at, std::size_t value) {
+    bytes[at] = static_cast<std::uint8_t>(value >> 8U);
+    bytes[at + 1] = static_cast<std::uint8_t>(value);
+}
+
+/// An IPv4 packet with UDP to \p to, with \p options bytes of IP options.
+Bytes ipPacket(const StreamEndpoint& to, const Bytes& data, std::size_t options = 0) {
+    const std::size_t header = 20 + options;
+    Bytes packet(header + 8);
+    packet[0] = static_cast<std::uint8_t>(0x40 + header / 4);
+    write16(packet, 2, header + 8 + data.size());
+    packet[8] = 64;
+    packet[9] = IPPROTO_UDP;
+    write16(packet, 12, to.camera >> 16U);
+    write16(packet, 14, to.camera);
+    write16(packet, 16, to.host >> 16U);
+    write16(packet, 18, to.host);
+    write16(packet, header, 4000);
+    write16(packet, header + 2, to.port);
+    write16(packet, header + 4, 8 + data.size());
+    packet.insert(packet.end(), data.begin(), data.end());
+    return packet;
+}
+
+/// Packets that must not come: good ones with another byte, and short ones.
+std::vector<Bytes> malformedPackets(const StreamEndpoint& to) {
+    const Bytes good = ipPacket(to, payload(12, 1));
+    std::vector<Bytes> packets;
+    // Version and header length, fragments, protocol, length of the packet, length of UDP.
+    constexpr std::pair<std::size_t, std::uint8_t> changes[] = {
+        {0, 0x65}, {0, 0x44}, {0, 0x4F}, {6, 0x20}, {7, 1},  {9, IPPROTO_TCP},
+        {3, 27},   {3, 39},   {3, 41},   {25, 7},   {25, 21}};
+    for (const auto& [at, value] : changes) {
+        packets.push_back(good);
+        packets.back()[at] = value;
+    }
+    for (const std::ptrdiff_t size : {1, 19, 27})
+        packets.emplace_back(good.begin(), good.begin() + size);
+    return packets;
+}
+
+TEST(IpDatagram, hasTheBoundsOfItsPacketOrIsRefused) {
+    for (const auto& [size, captured] : {std::pair(60U, 60U), {50U, 50U}, {42U, 42U}, {50U, 40U}}) {
+        Bytes packet = ipPacket({0x81828384, 2, 0xABCD, false}, payload(10, 1), 4);
+        packet.resize(captured);
+        packet.shrink_to_fit();
+        const auto datagram = readIpDatagram(packet.data(), captured, size);
+        ASSERT_TRUE(datagram);
+        EXPECT_EQ(datagram->sender, 0x81828384U);
+        EXPECT_EQ(datagram->port, 0xABCD);
+        EXPECT_EQ(datagram->size, 10U);
+        EXPECT_EQ(datagram->captured, std::min(captured - 32, 10U));
+        EXPECT_EQ(datagram->data, packet.data() + 32);
+        EXPECT_FALSE(readIpDatagram(packet.data(), 31, size));
+    }
+    for (const Bytes& packet : malformedPackets({1, 2, 3, false}))
+        EXPECT_FALSE(readIpDatagram(packet.data(), packet.size(), packet.size()))
+            << testing::PrintToString(packet);
+}
+
+/// Bytes that a filter leaves of a packet; 0 when it refuses. The kernel runs it on the datagrams
+/// of a pair of sockets.
+std::size_t filtered(std::vector<sock_filter> program, const Bytes& packet) {
+    int ends[2] = {-1, -1};
+    EXPECT_EQ(socketpair(AF_UNIX, SOCK_DGRAM, 0, ends), 0);
+    const platform::Descriptor from(ends[0]);
+    const platform::Descriptor to(ends[1]);
+    const sock_fprog filter{static_cast<unsigned short>(program.size()), program.data()};
+    EXPECT_EQ(setsockopt(ends[1], SOL_SOCKET, SO_ATTACH_FILTER, &filter, sizeof filter), 0);
+    EXPECT_GT(send(ends[0], packet.data(), packet.size(), 0), 0);
+    Bytes buffer(packet.size());
+    return static_cast<std::size_t>(
+        std::max<ssize_t>(recv(ends[1], buffer.data(), buffer.size(), MSG_DONTWAIT), 0));
+}
+
+std::vector<StreamEndpoint> endpointsOf(unsigned count) {
+    std::vector<StreamEndpoint> endpoints;
+    for (unsigned i = 0; i < count; ++i)
+        // Several cameras per port, ports beyond both ends of the range, two hosts.
+        endpoints.push_back({0xC0A80000U + i, 0x0A000001U + i % 2,
+                             static_cast<std::uint16_t>(i % 10 == 0 ? 65535 : i / 3 * 331),
+                             i % 3 == 0});
+    return endpoints;
+}
+
+TEST(StreamFilter, acceptsTheEndpointsOnly) {
+    const Bytes data = payload(100, 3);
+    for (const unsigned count : {0U, 1U, 5U, 200U}) {
+        const auto endpoints = endpointsOf(count);
+        const auto filter = streamFilter(endpoints);
+        EXPECT_EQ(filtered(filter, ipPacket({1, 2, 3, false}, data)), 0U);
+        for (const auto& [camera, host, port, headersOnly] : endpoints) {
+            EXPECT_EQ(filtered(filter, ipPacket({camera, host, port, false}, data)),
+                      headersOnly ? 56U : 128U);
+            const auto below = static_cast<std::uint16_t>(port - 1);
+            const auto above = static_cast<std::uint16_t>(port + 1);
+            const StreamEndpoint others[] = {
+                {camera ^ 0x200U, host, port, false}, {camera ^ 0x80000000U, host, port, false},
+                {camera, host ^ 4U, port, false},     {camera, host ^ 0x80000000U, port, false},
+                {camera, host, below, false},         {camera, host, above, false}};
+            for (const StreamEndpoint& other : others)
+                EXPECT_EQ(filtered(filter, ipPacket(other, data)), 0U);
+        }
+    }
+}
+
+TEST(StreamFilter, cutsPayloadAndRefusesOtherProtocols) {
+    const StreamEndpoint endpoint{1, 2, 3, true};
+    const auto filter = streamFilter({endpoint});
+    for (unsigned format = 0; format < 16; ++format) {
+        const auto byte = static_cast<std::uint8_t>(0x80 + format);
+        const bool isCut = testing::Value(format, testing::AnyOf(3U, 5U, 6U, 7U, 8U));
+        EXPECT_EQ(carriesPayload(byte), isCut) << format;
+        EXPECT_EQ(filtered(filter, ipPacket(endpoint, payload(100, byte), 8)), isCut ? 64U : 136U)
+            << format;
+        EXPECT_EQ(filtered(filter, ipPacket(endpoint, payload(20, byte))), 48U)
+            << "shorter than the header";
+    }
+    for (const auto& whole : {streamFilter({endpoint, {1, 2, 3, false}}), unselectiveFilter()}) {
+        Bytes packet = ipPacket(endpoint, payload(40, 3));
+        packet[6] = 0x40;
+        EXPECT_EQ(filtered(whole, packet), packet.size()) << "whole, and not to be fragmented";
+        for (const std::size_t changed : {0U, 6U, 7U, 9U}) {
+            packet[changed] ^= 0x20;
+            EXPECT_EQ(filtered(whole, packet), 0U) << changed;
+            packet[changed] ^= 0x20;
+        }
+    }
+}
+
+enum class Kind { Ring, Udp };
+
+class PacketSources : public testing::TestWithParam<Kind> {
+protected:
+    static constexpr std::size_t largestPacket = 9000;
+
+    void SetUp() override {
+        ASSERT_TRUE(m_camera.bindTo(cameraAddress, 0));
+        ASSERT_TRUE(m_stranger.bindTo(strangerAddress, 0));
+        ASSERT_TRUE(m_host->bindTo(hostAddress, 0));
+        m_host->set(SOL_SOCKET, SO_RCVBUF, 200'000);
+        if (GetParam() == Kind::Ring)
+            m_source = PacketRing::open("lo");
+        else
+            m_source = std::make_unique<UdpPackets>(m_host, largestPacket);
+        if (!m_source)
+            GTEST_SKIP() << "this user may not open packet sockets";
+        m_source->listen({endpoint()});
+    }
+
+    StreamEndpoint endpoint(bool headersOnly = false) const {
+        return {cameraAddress, hostAddress, m_host->localPort(), headersOnly};
+    }
+    void sendFrom(const platform::UdpSocket& from, const Bytes& data, int step = 0) const {
+        const auto port = static_cast<std::uint16_t>(m_host->localPort() + step);
+        const sockaddr_in to = platform::socketAddress(hostAddress, port);
+        ASSERT_EQ(sendto(from.handle(), data.data(), data.size(), 0,
+                         reinterpret_cast<const sockaddr*>(&to), sizeof to),
+                  static_cast<ssize_t>(data.size()));
+    }
+    void send(const Bytes& data) const { sendFrom(m_camera, data); }
+    /// Receives until \p count packets have come, and everything that comes with them. Leaves out
+    /// other programs' packets.
+    std::vector<Received> receive(std::size_t count) const {
+        std::vector<Received> received;
+        const auto end = std::chrono::steady_clock::now() + 10s;
+        while (received.size() < count && std::chrono::steady_clock::now() < end)
+            m_source->receive(100ms, [&](const StreamDatagram& datagram) {
+                if ((datagram.sender ^ baseAddress) < 16)
+                    received.emplace_back(Bytes(datagram.data, datagram.data + datagram.captured),
+                                          datagram.size);
+            });
+        return received;
+    }
+
+    const platform::UdpSocket m_camera;
+    const platform::UdpSocket m_stranger;
+    const std::shared_ptr<platform::UdpSocket> m_host = std::make_shared<platform::UdpSocket>();
+    std::unique_ptr<PacketSource> m_source;
+};
+
+INSTANTIATE_TEST_SUITE_P(Kinds, PacketSources, testing::Values(Kind::Ring, Kind::Udp),
+                         [](const auto& tested) {
+                             return tested.param == Kind::Ring ? "Ring" : "Udp";
+                         });
+
+TEST_P(PacketSources, handOverPacketsOfTheEndpointOnceAndWhole) {
+    std::vector<Received> expected;
+    for (const std::size_t size : {1000U, 0U, 1U, 28U, 1472U, 9000U, 8U}) {
+        const Bytes data = payload(size, 3);
+        send(data);
+        expected.emplace_back(data, size);
+        sendFrom(m_stranger, data);
+        sendFrom(m_camera, data, 1);
+        sendFrom(m_camera, data, -1);
+    }
+    EXPECT_EQ(receive(expected.size()), expected);
+    m_source->listen({});
+    send(payload(100, 3));
+    m_source->receive(20ms, [](const StreamDatagram&) { ADD_FAILURE() << "nobody listens"; });
+}
+
+TEST_P(PacketSources, handOverHeadersAndAllThatIsNoPayload) {
+    m_source->listen({endpoint(true)});
+    const std::vector<unsigned> sizes{9000, 9001, 5000};
+    for (const unsigned size : sizes) {
+        send(payload(size, 0x83));
+        send(payload(size - 4000, 4));
+    }
+    const auto received = receive(2 * sizes.size());
+    ASSERT_EQ(received.size(), 2 * sizes.size());
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        const auto& [cut, size] = received[2 * i];
+        EXPECT_EQ(size, sizes[i]);
+        const std::size_t left = GetParam() == Kind::Ring ? 28 : std::min(size, largestPacket);
+        EXPECT_EQ(cut, payload(left, 0x83));
+        EXPECT_EQ(received[2 * i + 1].first, payload(sizes[i] - 4000, 4));
+    }
+    send(payload(largestPacket + 1, 4));
+    send(payload(8, 2));
+    const auto uncut = receive(GetParam() == Kind::Ring ? 2 : 1);
+    EXPECT_EQ(uncut.front().second, GetParam() == Kind::Ring ? largestPacket + 1 : 8);
+}
+
+TEST_P(PacketSources, loseNothingWhileEndpointsChange) {
+    constexpr std::uint16_t count = 5000;
+    constexpr std::uint16_t window = 50;
+    std::atomic<std::uint16_t> received{0};
+    std::atomic<bool> isDone{false};
+    auto sender = std::async(std::launch::async, [&] {
+        Bytes data(100);
+        for (std::uint16_t i = 0; i < count && !isDone; ++i) {
+            while (i >= received + window && !isDone)
+                std::this_thread::sleep_for(50us);
+            write16(data, 0, i);
+            send(data);
+        }
+    });
+    auto others = std::async(std::launch::async, [&] {
+        for (unsigned i = 0; !isDone; i = (i + 37) % 1500) {
+            auto endpoints = endpointsOf(i);
+            endpoints.insert(endpoints.begin(), endpoint());
+            m_source->listen(endpoints);
+        }
+    });
+    const auto end = std::chrono::steady_clock::now() + 30s;
+    while (received < count && std::chrono::steady_clock::now() < end)
+        m_source->receive(10ms, [&](const StreamDatagram& datagram) {
+            if (datagram.sender != cameraAddress)
+                return;
+            EXPECT_EQ(datagram.data[0] << 8U | datagram.data[1], received);
+            ++received;
+        });
+    isDone = true;
+    sender.get();
+    others.get();
+    EXPECT_EQ(received, count);
+    EXPECT_EQ(m_source->counts().dropped, 0U);
+}
+
+TEST_P(PacketSources, areWokenBeforeAndWhileTheyWait) {
+    const auto begun = std::chrono::steady_clock::now();
+    const auto refuse = [](const StreamDatagram&) {
+        ADD_FAILURE();
+    };
+    m_source->wake();
+    m_source->wake();
+    m_source->receive(20s, refuse);
+    auto waking = std::async(std::launch::async, [this] {
+        std::this_thread::sleep_for(20ms);
+        m_source->wake();
+    });
+    m_source->receive(20s, refuse);
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, 10s);
+    EXPECT_GE(std::chrono::steady_clock::now() - begun, 20ms) << "both calls ended one wait";
+    m_source->receive(30ms, refuse);
+    EXPECT_GE(std::chrono::steady_clock::now() - begun, 50ms) << "a wait without a reason to end";
+}
+
+TEST_P(PacketSources, countWhatTheyHadNoRoomFor) {
+    const bool isRing = GetParam() == Kind::Ring;
+    const std::size_t count = isRing ? 4500 : 2000;
+    for (std::size_t i = 0; i < count; ++i)
+        send(payload(isRing ? 8000 : 100, 3));
+    const std::uint64_t dropped = m_source->counts().dropped;
+    EXPECT_GT(dropped, 0U);
+    EXPECT_EQ(m_source->counts().dropped, dropped);
+    EXPECT_EQ(m_source->counts().freezes, isRing ? 1U : 0U);
+    EXPECT_EQ(receive(1).size(), count - dropped) << "all that is at hand";
+    send(payload(10, 1));
+    EXPECT_EQ(receive(1).size(), 1U) << "there is room again";
+    EXPECT_EQ(m_source->counts().dropped, dropped);
+}
+
+/// Sends bytes as they are through the loopback adapter; other sockets complete headers.
+bool sendRaw(const Bytes& packet) {
+    const platform::Descriptor raw(socket(AF_PACKET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    sockaddr_ll to{};
+    to.sll_family = AF_PACKET;
+    to.sll_protocol = htons(ETH_P_IP);
+    to.sll_ifindex = static_cast<int>(if_nametoindex("lo"));
+    return sendto(raw.handle(), packet.data(), packet.size(), 0,
+                  reinterpret_cast<const sockaddr*>(&to), sizeof to) >= 0;
+}
+
+TEST_P(PacketSources, ignoreMalformedPacketsAlsoWithoutAFilterThatFits) {
+    auto endpoints = endpointsOf(1500);
+    endpoints.insert(endpoints.begin(), endpoint());
+    for (const auto& listened : {std::vector{endpoint()}, endpoints}) {
+        m_source->listen({});
+        m_source->listen(listened);
+        for (const Bytes& packet : malformedPackets(endpoint()))
+            if (!sendRaw(packet))
+                GTEST_SKIP() << "this user may not open packet sockets";
+        send(payload(33, 1));
+        EXPECT_EQ(receive(1), std::vector<Received>({{payload(33, 1), 33}}));
+    }
+}
+
+void setLoopback(bool isUp) {
+    const platform::UdpSocket socket;
+    ifreq loopback{};
+    std::strcpy(loopback.ifr_name, "lo");
+    loopback.ifr_flags = static_cast<short>(isUp ? IFF_UP | IFF_RUNNING : 0);
+    EXPECT_EQ(ioctl(socket.handle(), SIOCSIFFLAGS, &loopback), 0);
+}
+
+/// On a thread in a network of its own, the adapter of which can be put down.
+TEST(PacketRing, survivesAnAdapterThatGoesDown) {
+    constexpr std::uint32_t address = INADDR_LOOPBACK;
+    bool isPermitted = false;
+    std::thread([&isPermitted] {
+        if (unshare(CLONE_NEWNET) != 0)
+            return;
+        setLoopback(true);
+        const auto ring = PacketRing::open("lo");
+        const platform::UdpSocket camera;
+        isPermitted = ring && camera.bindTo(address, 7000);
+        if (!isPermitted)
+            return;
+        ring->listen({{address, address, 7000, false}});
+        setLoopback(false);
+        int rounds = 0;
+        for (const auto end = std::chrono::steady_clock::now() + 200ms;
+             std::chrono::steady_clock::now() < end; ++rounds)
+            ring->receive(20ms, [](const StreamDatagram&) { ADD_FAILURE(); });
+        EXPECT_LT(rounds, 30);
+        setLoopback(true);
+        const sockaddr_in to = platform::socketAddress(address, 7000);
+        const auto* const name = reinterpret_cast<const sockaddr*>(&to);
+        EXPECT_EQ(sendto(camera.handle(), "data", 4, 0, name, sizeof to), 4);
+        int received = 0;
+        for (int i = 0; i < 100 && received == 0; ++i)
+            ring->receive(100ms, [&received](const StreamDatagram&) { ++received; });
+        EXPECT_EQ(received, 1);
+    }).join();
+    if (!isPermitted)
+        GTEST_SKIP() << "this user may not make networks";
+}
+
+} // namespace
