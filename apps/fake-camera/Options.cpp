@@ -62,6 +62,8 @@ const std::vector<Option>& allOptions() {
         text(nullptr, "--user-id", "", 16, "name that the user gave the camera"),
         {nullptr, "--genicam", "FILE", Kind::File, "", 0, 0, "",
          "GenICam description (XML), not the built-in one"},
+        text(nullptr, "--genicam-url", "", 511,
+             "where the camera says that its description is; none: where it is"),
 
         registerValue("Image", "--width", "1024", Width, " pixels", "width of a frame"),
         registerValue(nullptr, "--height", "1024", Height, " pixels", "height of a frame"),
@@ -90,6 +92,9 @@ const std::vector<Option>& allOptions() {
 
         registerValue("Control", "--heartbeat", "3000", HeartbeatMilliseconds, " ms",
                       "silence after which a host loses control"),
+        number(nullptr, "--answer-delay", "0", 0, 60'000, " ms", "time before each answer"),
+        number(nullptr, "--pending", "0", 0, 65'535, " ms",
+               "answer commands with a request to wait so long only; 0: none"),
     };
     return options;
 }
