@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <optional>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace orv {
@@ -123,6 +124,8 @@ private:
         const int parent = element.node;
         element.node = m_graph.node(name);
         element.nodeKind = element.kind;
+        if (element.kind != QLatin1String("Integer"))
+            m_variables.insert(element.node);
         if (parent < 0)
             return;
         // An entry is read by its register; other nested nodes compute a part of theirs.
@@ -144,13 +147,19 @@ private:
             refer(element.node, text,
                   isConverters && element.kind == QLatin1String("pValue") ? 2 : 1);
         if (element.kind == QLatin1String("Value") && element.nodeKind == QLatin1String("Integer"))
-            m_constants[element.node] = number(text);
+            addConstant(element.node, number(text));
         if (element.kind == QLatin1String("Length") && !isLength(number(text)))
             m_fault = "the register " + nameOf(element.node) + " has " +
                       onOneLine(text.toStdString()) + " bytes";
         if (element.kind == QLatin1String("pLength"))
             m_lengths.push_back({element.node, m_graph.node(text),
                                  !isOf(element.nodeKind, {"Register", "StringReg"})});
+    }
+
+    /// Two nodes of one name count as variable: the library knows one of them.
+    void addConstant(int node, std::int64_t value) {
+        if (!m_constants.emplace(node, value).second)
+            m_variables.insert(node);
     }
 
     void addText() {
@@ -165,8 +174,10 @@ private:
     }
 
     void refer(int from, const QString& name, int times) {
-        if (from >= 0 && !name.isEmpty())
-            m_graph.add(from, m_graph.node(name), times);
+        if (from < 0 || name.isEmpty())
+            return;
+        m_graph.add(from, m_graph.node(name), times);
+        m_variables.insert(from);
     }
 
     /// The length of a number is used without a check by the library, that of others is checked
@@ -174,7 +185,9 @@ private:
     std::string lengthFault() const {
         for (const LengthReference& each : m_lengths) {
             const auto constant = m_constants.find(each.length);
-            if (constant == m_constants.end() ? each.isNumber : !isLength(constant->second))
+            const bool isConstant =
+                constant != m_constants.end() && m_variables.count(each.length) == 0;
+            if (isConstant ? !isLength(constant->second) : each.isNumber)
                 return "the length of the register " + nameOf(each.reader) + " is not limited";
         }
         return {};
@@ -185,7 +198,9 @@ private:
     QXmlStreamReader m_xml;
     ReferenceGraph m_graph;
     std::vector<Element> m_elements;
+    /// Values of nodes; a node of m_variables is none.
     std::unordered_map<int, std::int64_t> m_constants;
+    std::unordered_set<int> m_variables;
     std::vector<LengthReference> m_lengths;
     std::string m_fault;
 };
