@@ -148,12 +148,12 @@ private:
                   isConverters && element.kind == QLatin1String("pValue") ? 2 : 1);
         if (element.kind == QLatin1String("Value") && element.nodeKind == QLatin1String("Integer"))
             addConstant(element.node, number(text));
-        if (element.kind == QLatin1String("Length") && !isLength(number(text)))
+        const bool isNumber = !isOf(element.nodeKind, {"Register", "StringReg"});
+        if (element.kind == QLatin1String("Length") && isNumber && !isLength(number(text)))
             m_fault = "the register " + nameOf(element.node) + " has " +
                       onOneLine(text.toStdString()) + " bytes";
         if (element.kind == QLatin1String("pLength"))
-            m_lengths.push_back({element.node, m_graph.node(text),
-                                 !isOf(element.nodeKind, {"Register", "StringReg"})});
+            m_lengths.push_back({element.node, m_graph.node(text), isNumber});
     }
 
     /// Two nodes of one name count as variable: the library knows one of them.
@@ -187,7 +187,7 @@ private:
             const auto constant = m_constants.find(each.length);
             const bool isConstant =
                 constant != m_constants.end() && m_variables.count(each.length) == 0;
-            if (isConstant ? !isLength(constant->second) : each.isNumber)
+            if (each.isNumber && !(isConstant && isLength(constant->second)))
                 return "the length of the register " + nameOf(each.reader) + " is not limited";
         }
         return {};
