@@ -68,6 +68,7 @@ enum Register : std::uint32_t {
     TestReadOnly = 0x1298,
     AnswerDelayMilliseconds = 0x12a0,
     PendingMilliseconds = 0x12a4,
+    PendingAfterCommands = 0x12a8,
     TestLast = 0x12fc,
 };
 

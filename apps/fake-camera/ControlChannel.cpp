@@ -86,7 +86,10 @@ bool ControlChannel::stall(const Request& request) {
     if (delay > 0)
         std::this_thread::sleep_for(std::chrono::milliseconds(delay));
     const std::uint32_t pending = m_registers.read(PendingMilliseconds);
-    if (pending == 0)
+    const std::uint32_t answered = m_registers.read(PendingAfterCommands);
+    if (pending != 0 && answered > 0)
+        m_registers.write(PendingAfterCommands, answered - 1);
+    if (pending == 0 || answered > 0)
         return false;
     Bytes data(4);
     put16(&data[2], static_cast<std::uint16_t>(pending));

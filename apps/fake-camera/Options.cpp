@@ -62,8 +62,7 @@ const std::vector<Option>& allOptions() {
         text(nullptr, "--user-id", "", 16, "name that the user gave the camera"),
         {nullptr, "--genicam", "FILE", Kind::File, "", 0, 0, "",
          "GenICam description (XML), not the built-in one"},
-        text(nullptr, "--genicam-url", "", 511,
-             "where the camera says that its description is; none: where it is"),
+        text(nullptr, "--genicam-url", "", 511, "place of the description that the camera tells"),
 
         registerValue("Image", "--width", "1024", Width, " pixels", "width of a frame"),
         registerValue(nullptr, "--height", "1024", Height, " pixels", "height of a frame"),
@@ -94,7 +93,9 @@ const std::vector<Option>& allOptions() {
                       "silence after which a host loses control"),
         number(nullptr, "--answer-delay", "0", 0, 60'000, " ms", "time before each answer"),
         number(nullptr, "--pending", "0", 0, 65'535, " ms",
-               "answer commands with a request to wait so long only; 0: none"),
+               "only ask for so much time instead of answering; 0: none"),
+        number(nullptr, "--pending-after", "0", 0, any32, " commands",
+               "commands that are answered before --pending begins"),
     };
     return options;
 }

@@ -96,6 +96,7 @@ void fill(CameraRegisters& registers, const Options& options) {
     set(HeartbeatMilliseconds, "--heartbeat");
     set(AnswerDelayMilliseconds, "--answer-delay");
     set(PendingMilliseconds, "--pending");
+    set(PendingAfterCommands, "--pending-after");
     if (!options.text("--genicam-url").empty())
         registers.writeText(DescriptionUrl, descriptionUrlSize, options.text("--genicam-url"));
     registers.write(Capabilities, protocol::hasUserId | protocol::hasSerialNumber |

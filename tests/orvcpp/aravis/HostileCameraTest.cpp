@@ -102,6 +102,27 @@ TEST(HostileCamera, thatOnlyAsksForTimeCostsItselfSecondsAndOthersNothing) {
     }
 }
 
+TEST(HostileCamera, thatStallsInTheLibraryDelaysOthersAsLongAsItsOwnCall) {
+    // The library asks it for the description when it begins to stall.
+    const FakeCameraProcess bad("127.0.0.2",
+                                {"--serial", "BAD", "--pending", "1500", "--pending-after", "40"});
+    const FakeCameraProcess good("127.0.0.3", {"--serial", "GOOD"});
+    const cameras::Started started;
+    const auto stuck = find("BAD");
+    const auto honest = find("GOOD");
+    ASSERT_TRUE(stuck && honest);
+    const auto begun = Clock::now();
+    auto opening = std::async(std::launch::async, [&] { return stuck->Open(OrvAccessModeFull); });
+    std::this_thread::sleep_for(milliseconds(200));
+    EXPECT_EQ(honest->Open(OrvAccessModeFull), OrvErrorBusy);
+    EXPECT_EQ(opening.get(), OrvErrorTimeout);
+    EXPECT_LT(Clock::now() - begun, costLimit);
+    EXPECT_TRUE(sdk::eventually([&] {
+        std::this_thread::sleep_for(milliseconds(500));
+        return honest->Open(OrvAccessModeFull) == 0;
+    }));
+}
+
 using StallingCamera = cameras::OneCamera;
 
 TEST_F(StallingCamera, endsAllItsCallsWithinSeconds) {

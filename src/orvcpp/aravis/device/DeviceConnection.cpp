@@ -284,8 +284,8 @@ void DeviceConnection::lookForLife() {
 
 void DeviceConnection::endStalledCalls() {
     // A silent camera is lost instead.
-    const bool isBusy = m_lastLife.load(std::memory_order_relaxed) >
-                        m_lastWork.load(std::memory_order_relaxed);
+    const bool isBusy =
+        m_lastLife.load(std::memory_order_relaxed) > m_lastWork.load(std::memory_order_relaxed);
     if (isBusy && sinceNanoseconds(m_lastWork) > stallLimit)
         m_thread->interrupt();
 }
