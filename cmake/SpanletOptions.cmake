@@ -25,7 +25,9 @@ if(SPANLET_SANITIZER)
                         -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${SPANLET_SANITIZER})
     # Instrumented, the standard library's own code trips this warning; the other builds keep it.
-    target_compile_options(spanlet_options INTERFACE -Wno-maybe-uninitialized)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        target_compile_options(spanlet_options INTERFACE -Wno-maybe-uninitialized)
+    endif()
 endif()
 
 # spanlet_program(NAME)

@@ -12,7 +12,6 @@ namespace fakecamera {
 namespace {
 
 constexpr std::uint32_t nanosecondTicks = 1'000'000'000;
-constexpr std::size_t urlLength = 512;
 
 } // namespace
 
@@ -22,7 +21,7 @@ CameraRegisters::CameraRegisters(const std::string& description)
     char url[64];
     std::snprintf(url, sizeof url, "Local:FakeCamera.xml;%x;%zx", descriptionAddress,
                   description.size());
-    writeText(DescriptionUrl, urlLength, url);
+    writeText(DescriptionUrl, descriptionUrlSize, url);
     write(SensorWidth, sensorSize);
     write(SensorHeight, sensorSize);
     write(PixelFormat, pixelFormatMono8);

@@ -66,9 +66,14 @@ enum Register : std::uint32_t {
     TestFirst = 0x1200,
     SlowCommand = 0x1224,
     TestReadOnly = 0x1298,
+    AnswerDelayMilliseconds = 0x12a0,
+    PendingMilliseconds = 0x12a4,
+    PendingAfterCommands = 0x12a8,
     TestLast = 0x12fc,
 };
 
+/// Bytes of the register DescriptionUrl.
+constexpr std::size_t descriptionUrlSize = 512;
 /// Width and height of the sensor in pixels.
 constexpr std::uint32_t sensorSize = 2048;
 constexpr std::uint32_t pixelFormatMono8 = 0x01080001;

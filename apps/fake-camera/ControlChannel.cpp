@@ -10,6 +10,7 @@
 #include <array>
 #include <cerrno>
 #include <system_error>
+#include <thread>
 
 namespace fakecamera {
 
@@ -72,16 +73,39 @@ void ControlChannel::receive(const platform::UdpSocket& socket) {
         return;
     if (isController(request.sender))
         m_heardOfController = Clock::now();
+    if (request.command != Discovery && stall(request))
+        return;
     Bytes data;
     const std::uint16_t status = handle(request, data);
     if ((request.flags & flagAcknowledge) != 0 && request.command != PacketResend)
         answer(request, status, data);
 }
 
+bool ControlChannel::stall(const Request& request) {
+    const std::uint32_t delay = m_registers.read(AnswerDelayMilliseconds);
+    if (delay > 0)
+        std::this_thread::sleep_for(std::chrono::milliseconds(delay));
+    const std::uint32_t pending = m_registers.read(PendingMilliseconds);
+    const std::uint32_t answered = m_registers.read(PendingAfterCommands);
+    if (pending != 0 && answered > 0)
+        m_registers.write(PendingAfterCommands, answered - 1);
+    if (pending == 0 || answered > 0)
+        return false;
+    Bytes data(4);
+    put16(&data[2], static_cast<std::uint16_t>(pending));
+    send(request, Success, PendingAcknowledge, data);
+    return true;
+}
+
 void ControlChannel::answer(const Request& request, std::uint16_t status, const Bytes& data) {
+    send(request, status, static_cast<std::uint16_t>(request.command + 1), data);
+}
+
+void ControlChannel::send(const Request& request, std::uint16_t status, std::uint16_t kind,
+                          const Bytes& data) {
     Bytes packet(controlHeaderSize);
     put16(&packet[0], status);
-    put16(&packet[2], static_cast<std::uint16_t>(request.command + 1));
+    put16(&packet[2], kind);
     put16(&packet[4], static_cast<std::uint16_t>(data.size()));
     put16(&packet[6], request.id);
     packet.insert(packet.end(), data.begin(), data.end());

@@ -41,6 +41,9 @@ private:
     using Bytes = std::vector<std::uint8_t>;
 
     void receive(const platform::UdpSocket& socket);
+    /// Waits for the delay that is set; true when the request gets a pending acknowledgement only.
+    bool stall(const Request& request);
+    void send(const Request& request, std::uint16_t status, std::uint16_t kind, const Bytes& data);
     void answer(const Request& request, std::uint16_t status, const Bytes& data);
     /// Executes a request and returns its status; \p data gets the data of the acknowledgement.
     std::uint16_t handle(const Request& request, Bytes& data);

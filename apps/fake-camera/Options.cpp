@@ -62,6 +62,7 @@ const std::vector<Option>& allOptions() {
         text(nullptr, "--user-id", "", 16, "name that the user gave the camera"),
         {nullptr, "--genicam", "FILE", Kind::File, "", 0, 0, "",
          "GenICam description (XML), not the built-in one"},
+        text(nullptr, "--genicam-url", "", 511, "place of the description that the camera tells"),
 
         registerValue("Image", "--width", "1024", Width, " pixels", "width of a frame"),
         registerValue(nullptr, "--height", "1024", Height, " pixels", "height of a frame"),
@@ -90,6 +91,11 @@ const std::vector<Option>& allOptions() {
 
         registerValue("Control", "--heartbeat", "3000", HeartbeatMilliseconds, " ms",
                       "silence after which a host loses control"),
+        number(nullptr, "--answer-delay", "0", 0, 60'000, " ms", "time before each answer"),
+        number(nullptr, "--pending", "0", 0, 65'535, " ms",
+               "only ask for so much time instead of answering; 0: none"),
+        number(nullptr, "--pending-after", "0", 0, any32, " commands",
+               "commands that are answered before --pending begins"),
     };
     return options;
 }

@@ -26,6 +26,8 @@ enum Command : std::uint16_t {
     WriteRegister = 0x0082,
     ReadMemory = 0x0084,
     WriteMemory = 0x0086,
+    /// Instead of an acknowledgement: its data ends with the milliseconds that the camera needs.
+    PendingAcknowledge = 0x0089,
 };
 
 enum Status : std::uint16_t {

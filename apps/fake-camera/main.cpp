@@ -94,6 +94,11 @@ void fill(CameraRegisters& registers, const Options& options) {
     registers.write(LimitMode, 1);
     set(StreamPacketSize, "--packet-size");
     set(HeartbeatMilliseconds, "--heartbeat");
+    set(AnswerDelayMilliseconds, "--answer-delay");
+    set(PendingMilliseconds, "--pending");
+    set(PendingAfterCommands, "--pending-after");
+    if (!options.text("--genicam-url").empty())
+        registers.writeText(DescriptionUrl, descriptionUrlSize, options.text("--genicam-url"));
     registers.write(Capabilities, protocol::hasUserId | protocol::hasSerialNumber |
                                       protocol::canWriteMemory | protocol::canConcatenate |
                                       (options.isOn("--resend") ? protocol::canResend : 0));

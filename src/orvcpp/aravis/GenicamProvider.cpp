@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/GenicamProvider.h"
 
+#include "orvcpp/aravis/device/LibraryMessages.h"
 #include "orvcpp/aravis/discovery/CameraRegistry.h"
 #include "orvcpp/core/EventThread.h"
 #include "orvcpp/core/ProviderCalls.h"
@@ -83,6 +84,7 @@ private:
             });
     }
 
+    const LibraryMessages m_messages;
     ProviderHost& m_host;
     const std::shared_ptr<ProviderCalls> m_calls;
     const std::shared_ptr<DetachableThreads> m_threads = std::make_shared<DetachableThreads>();

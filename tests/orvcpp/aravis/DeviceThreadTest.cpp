@@ -37,6 +37,20 @@ TEST(DeviceThread, waitsOnceForAStuckDeviceAndGoesOnWhenItAnswers) {
     while (device->call(succeed, 10s) == OrvErrorTimeout)
         std::this_thread::yield();
     EXPECT_EQ(device->call(succeed, 10s), OrvErrorSuccess);
+
+    const auto release = std::make_shared<std::promise<void>>();
+    auto stalled = std::async(std::launch::async, [&] {
+        return device->call(
+            [release]() -> OrvErrorType {
+                release->get_future().wait();
+                return OrvErrorSuccess;
+            },
+            60s);
+    });
+    while (stalled.wait_for(1ms) != std::future_status::ready)
+        device->interrupt();
+    EXPECT_EQ(stalled.get(), OrvErrorTimeout);
+    release->set_value();
     device->quit();
     threads.join(10s);
 }

@@ -51,7 +51,8 @@ TEST_F(GenicamFeature, tellsItsDescriptionBoundsEntriesAndAccess) {
                             ",TestLocked,1,rw,1,,PureNumber", ",TestSwitch,5,rw,1,,",
                             ",TestSwitched,1,,1,,PureNumber", ",TestReadOnly,1,r,1,,PureNumber",
                             ",TestWriteOnly,1,w,1,,PureNumber", ",TestBeginner,1,rw,1,,PureNumber",
-                            ",TestExpert,1,rw,2,,PureNumber", ",TestGuru,1,rw,3,,PureNumber"));
+                            ",TestExpert,1,rw,2,,PureNumber", ",TestGuru,1,rw,3,,PureNumber",
+                            ",TestPendingTime,1,rw,4,,PureNumber"));
 
     const auto number = feature(*camera, "TestFloat");
     EXPECT_EQ(text(*number, &Feature::GetDisplayName), "Float");
@@ -149,8 +150,8 @@ TEST_F(GenicamFeature, writesWhatFitsRefusesTheRestAndRunsACommand) {
     EXPECT_GE(cameras::Clock::now() - begun, std::chrono::milliseconds(190));
 }
 
-/// A category that contains itself, a text that cannot be read, a register larger than all memory,
-/// and a number that refers to itself.
+/// A category that contains itself, a text that cannot be read, a text and a register larger than
+/// all memory.
 constexpr const char* brokenDescription = R"(<?xml version="1.0"?>
 <RegisterDescription ModelName="M" VendorName="V" StandardNameSpace="None" ProductGuid="1"
   SchemaMajorVersion="1" SchemaMinorVersion="1" SchemaSubMinorVersion="0" MajorVersion="1"
@@ -158,12 +159,13 @@ constexpr const char* brokenDescription = R"(<?xml version="1.0"?>
   xmlns="http://www.genicam.org/GenApi/Version_1_1">
 <Category Name="Root"><pFeature>Root</pFeature><pFeature>Kinds</pFeature></Category>
 <Category Name="Kinds"><pFeature>Missing</pFeature><pFeature>Text</pFeature>
-  <pFeature>Large</pFeature><pFeature>Kinds</pFeature><pFeature>Number</pFeature></Category>
+  <pFeature>Large</pFeature><pFeature>Kinds</pFeature><pFeature>Long</pFeature></Category>
 <StringReg Name="Text"><Address>0x200</Address><Length>32</Length><AccessMode>RW</AccessMode>
   <pPort>Nowhere</pPort></StringReg>
 <Register Name="Large"><Address>0x200</Address><Length>99999999999</Length>
   <AccessMode>RW</AccessMode><pPort>Device</pPort></Register>
-<Integer Name="Number"><pValue>Number</pValue></Integer>
+<StringReg Name="Long"><Address>0x200</Address><Length>-1</Length><AccessMode>RW</AccessMode>
+  <pPort>Device</pPort></StringReg>
 <Integer Name="PayloadSize"><Value>4000000000000</Value></Integer>
 <Port Name="Device"/>
 </RegisterDescription>)";
@@ -176,8 +178,11 @@ TEST(BrokenDescription, failsFeatureByFeature) {
     const auto camera = cameras::find("FC0001");
     ASSERT_TRUE(camera);
     ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
-    EXPECT_THAT(outline(*camera, ""), ElementsAre("/Kinds,Text,4,rw,1,,", "/Kinds,Large,7,rw,1,,"));
+    EXPECT_THAT(outline(*camera, ""), ElementsAre("/Kinds,Text,4,rw,1,,", "/Kinds,Large,7,rw,1,,",
+                                                  "/Kinds,Long,4,rw,1,,"));
     EXPECT_EQ(getText(*camera, "Text"), "error " + std::to_string(OrvErrorXml));
+    EXPECT_EQ(getText(*camera, "Long"), "error " + std::to_string(OrvErrorResources));
+    EXPECT_EQ(feature(*camera, "Long")->SetValue("x"), OrvErrorResources);
     std::uint32_t size = 0;
     std::uint32_t filled = 0;
     EXPECT_EQ(feature(*camera, "Large")->GetValue(nullptr, size, filled), OrvErrorResources);

@@ -2,8 +2,13 @@
 #include "orvcpp/aravis/device/DeviceConnection.h"
 
 #include "orvcpp/aravis/LibraryError.h"
+#include "orvcpp/aravis/device/DescriptionSource.h"
 #include "orvcpp/aravis/device/DetachableThreads.h"
+#include "orvcpp/aravis/device/LibraryMessages.h"
+#include "orvcpp/aravis/device/ParserGate.h"
 #include "orvcpp/aravis/discovery/Gvcp.h"
+#include "orvcpp/core/DescriptionCheck.h"
+#include "orvcpp/core/SdkLog.h"
 #include "orvcpp/core/SdkThread.h"
 
 #include <utility>
@@ -23,10 +28,18 @@ constexpr milliseconds askWait{250};
 /// meanwhile.
 constexpr milliseconds lostLimit{1500};
 constexpr milliseconds busyLostLimit{2200};
+/// Time after which calls of a camera that only asks for more time end.
+constexpr milliseconds stallLimit{2000};
+/// The watch asks again anyway.
+constexpr milliseconds noPending{0};
 constexpr int privilegeTries = 3;
 
 std::int64_t nowNanoseconds() {
     return std::chrono::nanoseconds(Clock::now().time_since_epoch()).count();
+}
+
+std::chrono::nanoseconds sinceNanoseconds(const std::atomic<std::int64_t>& moment) {
+    return std::chrono::nanoseconds(nowNanoseconds() - moment.load(std::memory_order_relaxed));
 }
 
 GObjectPtr<GInetAddress> inetAddress(std::uint32_t address) {
@@ -36,16 +49,9 @@ GObjectPtr<GInetAddress> inetAddress(std::uint32_t address) {
     return GObjectPtr<GInetAddress>(g_inet_address_new_from_bytes(bytes, G_SOCKET_FAMILY_IPV4));
 }
 
-/// The library parses the descriptions of all cameras with one parser, which is not thread-safe.
-std::mutex& parserOfDescriptions() {
-    static std::mutex mutex;
-    return mutex;
-}
-
 /// Does not use the library's list of cameras: it belongs to the discovery's thread and is locked
 /// during a search, for a second.
 GObjectPtr<ArvDevice> makeDevice(const CameraRecord& record, LibraryError& failure) {
-    const std::lock_guard lock(parserOfDescriptions());
     // A camera without a GUID goes by its serial number.
     if (record.type == OrvTransportLayerTypeU3V && record.hardwareId == record.serialNumber)
         return GObjectPtr<ArvDevice>(arv_uv_device_new(record.vendor.c_str(), record.model.c_str(),
@@ -83,6 +89,48 @@ std::uint32_t readControllerPort(ArvDevice* device) {
     return port;
 }
 
+OrvErrorType refuse(const CameraRecord& record, const std::string& fault) {
+    logWarning(record.id() + ": The camera's description cannot be used: " + fault + '.');
+    return OrvErrorFeaturesUnavailable;
+}
+
+/// Asks a GigE camera where its description is, before the library does.
+OrvErrorType checkSource(const CameraRecord& record) {
+    if (record.type != OrvTransportLayerTypeGEV)
+        return OrvErrorSuccess;
+    const SourceCheck check = checkDescriptionSource(record.address);
+    return check.fault.empty() ? check.error : refuse(record, check.fault);
+}
+
+/// The library has parsed the description, but evaluated no node.
+OrvErrorType checkDescription(const CameraRecord& record, ArvDevice* device) {
+    std::size_t size = 0;
+    const char* const description = arv_device_get_genicam_xml(device, &size);
+    if (!description || !arv_device_get_genicam(device))
+        return OrvErrorFeaturesUnavailable;
+    const std::string fault = descriptionFault(description, size);
+    return fault.empty() ? OrvErrorSuccess : refuse(record, fault);
+}
+
+/// Opens a camera when its turn has come.
+OrvErrorType makeAtGate(const CameraRecord& record, ParserGate& gate,
+                        const std::shared_ptr<ParserGate::Ticket>& ticket,
+                        GObjectPtr<ArvDevice>& made) {
+    std::string stuck;
+    if (!gate.enter(ticket, stuck)) {
+        if (!stuck.empty())
+            logWarning(record.id() + ": Not opened, since the opening of " + stuck +
+                       " is stuck. It ends within a minute.");
+        return OrvErrorBusy;
+    }
+    LibraryError failure;
+    made = makeDevice(record, failure);
+    gate.leave();
+    if (made)
+        return OrvErrorSuccess;
+    return failure.code() != OrvErrorSuccess ? failure.code() : OrvErrorUnspecified;
+}
+
 void setPolicies(ArvDevice* device) {
     // No cache: the camera may change any value by itself. No checks: NodeAccess checks range and
     // access before each call.
@@ -90,6 +138,25 @@ void setPolicies(ArvDevice* device) {
     arv_device_set_range_check_policy(device, ARV_RANGE_CHECK_POLICY_DISABLE);
     arv_device_set_access_check_policy(device, ARV_ACCESS_CHECK_POLICY_DISABLE);
 }
+
+/// What opening a camera finds.
+struct Opening {
+    std::shared_ptr<const FeatureCatalogue> features;
+    std::uint32_t controllerPort = 0;
+
+    /// Reads what is needed of a device that the library has just made.
+    OrvErrorType prepare(const CameraRecord& record, OrvAccessModeType mode, ArvDevice* device) {
+        if (const OrvErrorType refused = settleControl(device, mode); refused != OrvErrorSuccess)
+            return refused;
+        if (const OrvErrorType refused = checkDescription(record, device);
+            refused != OrvErrorSuccess)
+            return refused;
+        setPolicies(device);
+        features = std::make_shared<FeatureCatalogue>(arv_device_get_genicam(device));
+        controllerPort = readControllerPort(device);
+        return OrvErrorSuccess;
+    }
+};
 
 } // namespace
 
@@ -106,34 +173,31 @@ DeviceConnection::~DeviceConnection() {
 OrvErrorType DeviceConnection::open() {
     noteLife();
     m_watch = std::thread(&DeviceConnection::watch, this);
-    struct Found {
-        std::shared_ptr<const FeatureCatalogue> features;
-        std::uint32_t controllerPort = 0;
-    };
-    const auto found = std::make_shared<Found>();
+    const auto gate = ParserGate::ofProcess();
+    const auto ticket = std::make_shared<ParserGate::Ticket>(m_record.id());
+    const auto opening = std::make_shared<Opening>();
     const OrvErrorType error = m_thread->call(
-        [device = m_device, record = m_record, mode = m_mode, found]() -> OrvErrorType {
-            LibraryError failure;
-            GObjectPtr<ArvDevice> made = makeDevice(record, failure);
-            if (!made)
-                return failure.code() != OrvErrorSuccess ? failure.code() : OrvErrorUnspecified;
-            if (const OrvErrorType refused = settleControl(made.get(), mode);
-                refused != OrvErrorSuccess)
+        [device = m_device, record = m_record, mode = m_mode, gate, ticket,
+         opening]() -> OrvErrorType {
+            setMessagesOfThread(std::make_shared<CameraMessages>(record.id()));
+            if (const OrvErrorType refused = checkSource(record); refused != OrvErrorSuccess)
                 return refused;
-            ArvGc* const description = arv_device_get_genicam(made.get());
-            if (!description)
-                return OrvErrorFeaturesUnavailable;
-            setPolicies(made.get());
-            found->features = std::make_shared<FeatureCatalogue>(description);
-            found->controllerPort = readControllerPort(made.get());
+            GObjectPtr<ArvDevice> made;
+            if (const OrvErrorType failed = makeAtGate(record, *gate, ticket, made);
+                failed != OrvErrorSuccess)
+                return failed;
+            if (const OrvErrorType failed = opening->prepare(record, mode, made.get());
+                failed != OrvErrorSuccess)
+                return failed;
             *device = std::move(made);
             return OrvErrorSuccess;
         },
         longCallLimit);
+    gate->giveUp(*ticket);
     if (error != OrvErrorSuccess)
         return error;
-    m_features = found->features;
-    m_controllerPort = found->controllerPort;
+    m_features = opening->features;
+    m_controllerPort = opening->controllerPort;
     m_isOpen = true;
     return OrvErrorSuccess;
 }
@@ -170,7 +234,9 @@ OrvErrorType DeviceConnection::admits(bool writing) const {
 }
 
 void DeviceConnection::noteLife() {
-    m_lastLife.store(nowNanoseconds(), std::memory_order_relaxed);
+    const std::int64_t now = nowNanoseconds();
+    m_lastLife.store(now, std::memory_order_relaxed);
+    m_lastWork.store(now, std::memory_order_relaxed);
 }
 
 DeviceConnection::Sign DeviceConnection::ask() const {
@@ -179,9 +245,12 @@ DeviceConnection::Sign DeviceConnection::ask() const {
     // A camera that was switched off and on answers, but no program controls it. The same is true
     // while it is opened or closed, so m_isOpen is checked before the request and after the answer.
     const bool isControlled = m_isOpen && m_mode == OrvAccessModeFull;
-    const auto answer = Gvcp(m_record.address, askWait, 1).readRegister(privilegeRegister);
+    const auto answer =
+        Gvcp(m_record.address, askWait, 1, noPending).readRegister(privilegeRegister);
     if (!answer)
         return Sign::None;
+    if (Gvcp::isBusy(*answer))
+        return Sign::Busy;
     const bool isFree = Gvcp::value(*answer) == 0U;
     return isControlled && (isFree || isOthers()) && m_isOpen ? Sign::ControlLost : Sign::Life;
 }
@@ -189,27 +258,35 @@ DeviceConnection::Sign DeviceConnection::ask() const {
 bool DeviceConnection::isOthers() const {
     if (m_controllerPort == 0)
         return false;
-    const auto answer = Gvcp(m_record.address, askWait, 1).readRegister(controllerPortRegister);
+    const auto answer =
+        Gvcp(m_record.address, askWait, 1, noPending).readRegister(controllerPortRegister);
     const auto port = answer ? Gvcp::value(*answer) : std::nullopt;
     return port && *port != 0 && *port != m_controllerPort;
 }
 
 void DeviceConnection::lookForLife() {
-    const auto silence = [this] {
-        return std::chrono::nanoseconds(nowNanoseconds() -
-                                        m_lastLife.load(std::memory_order_relaxed));
-    };
-    if (silence() > quietLimit) {
+    if (sinceNanoseconds(m_lastWork) > quietLimit) {
         const Sign sign = ask();
         if (sign == Sign::Life)
             noteLife();
+        if (sign == Sign::Busy)
+            m_lastLife.store(nowNanoseconds(), std::memory_order_relaxed);
         if (sign == Sign::None)
             m_quiet();
         if (sign == Sign::ControlLost)
             m_thread->lose();
     }
-    if (silence() > (m_thread->isBusy() ? busyLostLimit : lostLimit))
+    if (sinceNanoseconds(m_lastLife) > (m_thread->isBusy() ? busyLostLimit : lostLimit))
         m_thread->lose();
+    endStalledCalls();
+}
+
+void DeviceConnection::endStalledCalls() {
+    // A silent camera is lost instead.
+    const bool isBusy =
+        m_lastLife.load(std::memory_order_relaxed) > m_lastWork.load(std::memory_order_relaxed);
+    if (isBusy && sinceNanoseconds(m_lastWork) > stallLimit)
+        m_thread->interrupt();
 }
 
 void DeviceConnection::watch() {
@@ -248,7 +325,8 @@ std::optional<OrvAccessModeType> permittedAccess(const CameraRecord& record) {
     }
     const auto answer =
         Gvcp(record.address, askWait, privilegeTries).readRegister(privilegeRegister);
-    return answer ? std::optional(grantedBy(*answer)) : std::nullopt;
+    // A camera that only asks for more time cannot be opened either.
+    return answer && !Gvcp::isBusy(*answer) ? std::optional(grantedBy(*answer)) : std::nullopt;
 }
 
 } // namespace orv::aravis

@@ -22,7 +22,9 @@ class DetachableThreads;
 /// The connection to a camera from its opening to its closing. Thread-safe.
 ///
 /// A thread watches the camera: by its frames, or by requests while no frames come. A camera that
-/// does not answer is lost for good: every call then answers OrvErrorNotFound at once.
+/// does not answer is lost for good: every call then answers OrvErrorNotFound at once. A camera
+/// that only asks for more time is kept, but its calls end with OrvErrorTimeout, also those with
+/// the long limit.
 class DeviceConnection {
 public:
     /// No call waits longer for a camera's answer.
@@ -38,8 +40,9 @@ public:
     DeviceConnection(const DeviceConnection&) = delete;
     DeviceConnection& operator=(const DeviceConnection&) = delete;
 
-    /// To be called once, before anything else; OrvErrorInvalidAccess when another application
-    /// controls the camera.
+    /// To be called once, before anything else. OrvErrorInvalidAccess when another application
+    /// controls the camera, OrvErrorFeaturesUnavailable when the library must not read its
+    /// description, OrvErrorBusy while another camera's opening is stuck in the library.
     OrvErrorType open();
     /// Closes the camera. Later calls answer OrvErrorDeviceNotOpen.
     void close();
@@ -73,10 +76,12 @@ public:
 private:
     using Device = std::shared_ptr<GObjectPtr<ArvDevice>>;
 
-    enum class Sign { None, Life, ControlLost };
+    enum class Sign { None, Busy, Life, ControlLost };
 
     void watch();
     void lookForLife();
+    /// Ends waiting calls when the camera has done nothing for too long but ask for more time.
+    void endStalledCalls();
     /// Does not use the library's signal of lost control: its handler runs on a thread that the
     /// device owns and references the device, which could then be destroyed on that thread.
     Sign ask() const;
@@ -99,6 +104,8 @@ private:
     std::atomic<bool> m_isClosed{false};
     /// Steady clock, nanoseconds.
     std::atomic<std::int64_t> m_lastLife{0};
+    /// The same for a camera that does what it is asked.
+    std::atomic<std::int64_t> m_lastWork{0};
 
     std::mutex m_watchMutex;
     std::condition_variable m_watchChanged;

@@ -3,6 +3,7 @@
 
 #include "orvcpp/aravis/device/DetachableThreads.h"
 
+#include <algorithm>
 #include <exception>
 #include <utility>
 
@@ -40,9 +41,9 @@ OrvErrorType DeviceThread::call(Work work, std::chrono::milliseconds limit) {
         return OrvErrorTimeout;
     m_jobs.push_back(job);
     m_posted.notify_one();
-    ++m_waiting;
-    m_finished.wait_for(lock, limit, [&] { return job->isDone || m_lost; });
-    --m_waiting;
+    m_awaited.push_back(job);
+    m_finished.wait_for(lock, limit, [&] { return job->isDone || job->isInterrupted || m_lost; });
+    m_awaited.erase(std::find(m_awaited.begin(), m_awaited.end(), job));
     if (job->isDone)
         return job->result;
     job->isAbandoned = true;
@@ -66,6 +67,13 @@ bool DeviceThread::lose() {
     return true;
 }
 
+void DeviceThread::interrupt() {
+    const std::lock_guard lock(m_mutex);
+    for (const auto& job : m_awaited)
+        job->isInterrupted = true;
+    m_finished.notify_all();
+}
+
 bool DeviceThread::isLost() const {
     const std::lock_guard lock(m_mutex);
     return m_lost;
@@ -73,7 +81,7 @@ bool DeviceThread::isLost() const {
 
 bool DeviceThread::isBusy() const {
     const std::lock_guard lock(m_mutex);
-    return m_waiting > 0;
+    return !m_awaited.empty();
 }
 
 bool DeviceThread::isStuck() const {

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 namespace orv::aravis {
 
@@ -36,6 +37,8 @@ public:
     OrvErrorType call(Work work, std::chrono::milliseconds limit);
     /// Runs the work later, even for a lost device.
     void post(Work work);
+    /// Lets the waiting calls end with OrvErrorTimeout.
+    void interrupt();
     /// Marks the device as lost: waiting and later calls end at once. True the first time.
     bool lose();
     bool isLost() const;
@@ -52,6 +55,8 @@ private:
         bool isDone = false;
         /// Its caller has timed out: skipped if it has not begun.
         bool isAbandoned = false;
+        /// Its caller shall not wait any longer.
+        bool isInterrupted = false;
     };
 
     void run();
@@ -65,7 +70,8 @@ private:
     /// All below and every job guarded by the mutex.
     std::deque<std::shared_ptr<Job>> m_jobs;
     std::shared_ptr<Job> m_running;
-    int m_waiting = 0;
+    /// Those whose callers wait.
+    std::vector<std::shared_ptr<Job>> m_awaited;
     bool m_lost = false;
     bool m_quit = false;
 };

@@ -2,6 +2,7 @@
 #include "orvcpp/aravis/device/NodeAccess.h"
 
 #include "orvcpp/aravis/LibraryError.h"
+#include "orvcpp/core/DescriptionCheck.h"
 #include "orvcpp/core/FloatStep.h"
 
 #include <algorithm>
@@ -10,9 +11,6 @@
 namespace orv::aravis::node {
 
 namespace {
-
-/// Bytes; a description may claim any length.
-constexpr guint64 largestRegister = 16 * 1024 * 1024;
 
 OrvErrorType ofType(const FeatureDescription& feature, OrvFeatureDataType type) {
     return feature.type == type ? OrvErrorSuccess : OrvErrorWrongType;
@@ -112,6 +110,23 @@ OrvErrorType setNumber(const FeatureDescription& feature, OrvFeatureDataType typ
     return failure.code();
 }
 
+/// The bytes of a register; OrvErrorResources for more than any camera has, which a register that
+/// holds the length may claim.
+OrvErrorType readLength(ArvGcFeatureNode* node, guint64& length) {
+    LibraryError failure;
+    length = arv_gc_register_get_length(ARV_GC_REGISTER(node), failure.out());
+    if (const OrvErrorType error = failure.code(); error != OrvErrorSuccess)
+        return error;
+    return length > static_cast<guint64>(largestRegister) ? OrvErrorResources : OrvErrorSuccess;
+}
+
+/// The library ends the process when it has no memory for a text.
+OrvErrorType admitsTextLength(const FeatureDescription& feature) {
+    guint64 length = 0;
+    ArvGcFeatureNode* const last = feature.wayToValue.back();
+    return ARV_IS_GC_REGISTER(last) ? readLength(last, length) : OrvErrorSuccess;
+}
+
 } // namespace
 
 OrvErrorType admitsReading(const FeatureDescription& feature) {
@@ -159,6 +174,9 @@ OrvErrorType get(const FeatureDescription& feature, std::string& value) {
     if (const OrvErrorType error =
             mayGet(feature, isEnum ? OrvFeatureDataEnum : OrvFeatureDataString))
         return error;
+    if (const OrvErrorType error = isEnum ? OrvErrorSuccess : admitsTextLength(feature);
+        error != OrvErrorSuccess)
+        return error;
     LibraryError failure;
     const char* const text =
         isEnum
@@ -174,12 +192,10 @@ OrvErrorType get(const FeatureDescription& feature, std::string& value) {
 OrvErrorType get(const FeatureDescription& feature, Bytes& value) {
     if (const OrvErrorType error = mayGet(feature, OrvFeatureDataRaw); error != OrvErrorSuccess)
         return error;
-    LibraryError failure;
-    const guint64 length = arv_gc_register_get_length(ARV_GC_REGISTER(feature.node), failure.out());
-    if (const OrvErrorType error = failure.code(); error != OrvErrorSuccess)
+    guint64 length = 0;
+    if (const OrvErrorType error = readLength(feature.node, length); error != OrvErrorSuccess)
         return error;
-    if (length > largestRegister)
-        return OrvErrorResources;
+    LibraryError failure;
     value.resize(length);
     arv_gc_register_get(ARV_GC_REGISTER(feature.node), value.data(), length, failure.out());
     return failure.code();
@@ -226,6 +242,8 @@ OrvErrorType set(const FeatureDescription& feature, const std::string& value) {
     }
     if (const OrvErrorType error = maySet(feature, OrvFeatureDataString); error != OrvErrorSuccess)
         return error;
+    if (const OrvErrorType error = admitsTextLength(feature); error != OrvErrorSuccess)
+        return error;
     auto* const of = ARV_GC_STRING(feature.node);
     const gint64 longest = arv_gc_string_get_max_length(of, failure.out());
     if (failure.code() == OrvErrorSuccess && longest > 0 &&
@@ -238,11 +256,11 @@ OrvErrorType set(const FeatureDescription& feature, const std::string& value) {
 OrvErrorType set(const FeatureDescription& feature, const Bytes& value) {
     if (const OrvErrorType error = maySet(feature, OrvFeatureDataRaw); error != OrvErrorSuccess)
         return error;
-    LibraryError failure;
     auto* const of = ARV_GC_REGISTER(feature.node);
-    const guint64 length = arv_gc_register_get_length(of, failure.out());
-    if (const OrvErrorType error = failure.code(); error != OrvErrorSuccess)
+    guint64 length = 0;
+    if (const OrvErrorType error = readLength(feature.node, length); error != OrvErrorSuccess)
         return error;
+    LibraryError failure;
     if (value.size() != length)
         return OrvErrorInvalidValue;
     arv_gc_register_set(of, value.data(), length, failure.out());

@@ -18,6 +18,8 @@ namespace {
 constexpr std::chrono::seconds pauseBetweenLooks{1};
 constexpr std::chrono::milliseconds nameWait{100};
 constexpr int nameTries = 2;
+/// A search does not wait for a camera that asks for more time.
+constexpr std::chrono::milliseconds noPending{0};
 
 /// The library answers nothing where a camera has no text.
 std::string text(const char* given) {
@@ -62,7 +64,7 @@ void complete(CameraRecord& record) {
     record.address = *address;
     record.adapter = platform::adapterTowards(*address);
     const auto name =
-        Gvcp(*address, nameWait, nameTries).readMemory(userNameRegister, userNameSize);
+        Gvcp(*address, nameWait, nameTries, noPending).readMemory(userNameRegister, userNameSize);
     record.userName = name ? Gvcp::text(*name) : std::string();
 }
 

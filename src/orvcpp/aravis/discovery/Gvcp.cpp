@@ -20,13 +20,6 @@ constexpr std::uint8_t extendedIds = 0x10;
 constexpr std::uint16_t packetResendCommand = 0x40;
 constexpr std::uint16_t readRegisterCommand = 0x80;
 constexpr std::uint16_t readMemoryCommand = 0x84;
-/// Instead of an answer: the camera needs the given number of milliseconds more.
-constexpr std::uint16_t pendingAcknowledge = 0x89;
-constexpr std::size_t headerSize = 8;
-/// Offset of the milliseconds, after two reserved bytes.
-constexpr std::size_t pendingTimeOffset = headerSize + 2;
-/// Most time that a pending acknowledge adds; a camera may ask for a minute.
-constexpr std::chrono::milliseconds longestPending{1000};
 /// The address that a camera repeats in front of memory that was read.
 constexpr std::size_t memoryAddressSize = 4;
 /// Statuses of an answer: somebody else controls the camera, and the camera has no time.
@@ -41,17 +34,14 @@ void append(std::vector<std::uint8_t>& bytes, std::uint32_t number, int count) {
         bytes.push_back(static_cast<std::uint8_t>(number >> shift));
 }
 
-std::uint16_t number16(const std::uint8_t* bytes) {
-    return static_cast<std::uint16_t>(bytes[0] << 8U | bytes[1]);
-}
-
 /// Waits for the acknowledge of one request and skips answers to earlier ones. Answers "busy" when
 /// the camera has only sent pending acknowledges until the end.
-std::optional<Gvcp::Answer> receive(int handle, std::uint16_t command, std::uint16_t id,
-                                    std::chrono::milliseconds wait) {
+std::optional<Gvcp::Answer> receive(int handle, const GvcpRequestId& request,
+                                    std::chrono::milliseconds wait,
+                                    std::chrono::milliseconds pending) {
     using Clock = std::chrono::steady_clock;
     auto end = Clock::now() + wait;
-    const auto latest = end + longestPending;
+    const auto latest = end + pending;
     std::optional<Gvcp::Answer> noAnswer;
     std::array<std::uint8_t, 1024> packet{};
     for (;;) {
@@ -63,16 +53,11 @@ std::optional<Gvcp::Answer> receive(int handle, std::uint16_t command, std::uint
         // Fails when the port is unreachable: there is no camera.
         if (size < 0)
             return std::nullopt;
-        if (static_cast<std::size_t>(size) < headerSize || number16(&packet[6]) != id)
-            continue;
-        const std::uint16_t kind = number16(&packet[2]);
-        if (kind == command + 1)
-            return Gvcp::Answer{number16(packet.data()),
-                                {packet.begin() + headerSize, packet.begin() + size}};
-        if (kind == pendingAcknowledge &&
-            static_cast<std::size_t>(size) >= pendingTimeOffset + sizeof(std::uint16_t)) {
-            const std::chrono::milliseconds asked(number16(&packet[pendingTimeOffset]));
-            end = std::min(Clock::now() + asked + wait, latest);
+        GvcpReply reply = parseReply(packet.data(), static_cast<std::size_t>(size), request);
+        if (reply.answer)
+            return std::move(reply.answer);
+        if (reply.pending) {
+            end = std::min(Clock::now() + *reply.pending + wait, latest);
             noAnswer = Gvcp::Answer{busy, {}};
         }
     }
@@ -93,7 +78,8 @@ std::optional<Gvcp::Answer> Gvcp::ask(std::uint16_t command,
         packet.insert(packet.end(), body.begin(), body.end());
         if (send(socket.handle(), packet.data(), packet.size(), MSG_NOSIGNAL) < 0)
             continue;
-        if (auto answer = receive(socket.handle(), command, static_cast<std::uint16_t>(id), m_wait))
+        if (auto answer = receive(socket.handle(), {command, static_cast<std::uint16_t>(id)},
+                                  m_wait, m_pending))
             return answer;
     }
     return std::nullopt;
@@ -118,8 +104,8 @@ std::optional<Gvcp::Answer> Gvcp::readMemory(std::uint32_t address, std::uint16_
 std::optional<std::uint32_t> Gvcp::value(const Answer& answer) {
     if (answer.status != 0 || answer.data.size() < 4)
         return std::nullopt;
-    return static_cast<std::uint32_t>(number16(answer.data.data())) << 16U |
-           number16(&answer.data[2]);
+    return static_cast<std::uint32_t>(bigEndian16(answer.data.data())) << 16U |
+           bigEndian16(&answer.data[2]);
 }
 
 std::string Gvcp::text(const Answer& answer) {
@@ -145,6 +131,10 @@ std::vector<std::uint8_t> resendCommand(std::uint64_t block, bool hasExtendedIds
         append(packet, static_cast<std::uint32_t>(block), 4);
     }
     return packet;
+}
+
+bool Gvcp::isBusy(const Answer& answer) {
+    return answer.status == busy;
 }
 
 OrvAccessModeType grantedBy(const Gvcp::Answer& privilege) {

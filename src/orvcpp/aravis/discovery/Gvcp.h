@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "orvcpp/aravis/discovery/GvcpAnswer.h"
+
 #include "OrvCPP/OrvTypes.h"
 
 #include <chrono>
@@ -16,6 +18,9 @@ constexpr std::uint16_t controlPort = 3956;
 /// Bootstrap registers of every GigE Vision camera.
 constexpr std::uint32_t userNameRegister = 0xE8;
 constexpr std::uint32_t userNameSize = 16;
+/// Where the camera's description is: the first place and the second.
+constexpr std::uint32_t descriptionUrlRegisters[] = {0x200, 0x400};
+constexpr std::uint32_t descriptionUrlSize = 512;
 constexpr std::uint32_t privilegeRegister = 0xA00;
 /// UDP port of the program that controls the camera; optional.
 constexpr std::uint32_t controllerPortRegister = 0xA04;
@@ -27,16 +32,13 @@ constexpr auto allModes = static_cast<OrvAccessModeType>(OrvAccessModeFull | Orv
 /// socket. Reentrant.
 class Gvcp {
 public:
-    /// \p address in host byte order. A request is sent up to \p tries times, waits \p wait each
-    /// time, and up to a second more when the camera asks for it.
-    Gvcp(std::uint32_t address, std::chrono::milliseconds wait, int tries)
-        : m_address(address), m_wait(wait), m_tries(tries) {}
+    using Answer = GvcpAnswer;
 
-    struct Answer {
-        /// GigE Vision's status, 0 for success.
-        std::uint16_t status = 0;
-        std::vector<std::uint8_t> data;
-    };
+    /// \p address in host byte order. A request is sent up to \p tries times, waits \p wait each
+    /// time, and up to \p pending more when the camera asks for it; a camera may ask for a minute.
+    Gvcp(std::uint32_t address, std::chrono::milliseconds wait, int tries,
+         std::chrono::milliseconds pending = std::chrono::milliseconds(1000))
+        : m_address(address), m_wait(wait), m_tries(tries), m_pending(pending) {}
 
     /// Empty when the camera does not answer; the status "busy" when it takes too long.
     std::optional<Answer> readRegister(std::uint32_t address) const;
@@ -47,6 +49,8 @@ public:
     static std::optional<std::uint32_t> value(const Answer& answer);
     /// A text in an answer, up to its end.
     static std::string text(const Answer& answer);
+    /// The camera is there, but has not done what it was asked.
+    static bool isBusy(const Answer& answer);
 
 private:
     std::optional<Answer> ask(std::uint16_t command, const std::vector<std::uint8_t>& body) const;
@@ -54,6 +58,7 @@ private:
     const std::uint32_t m_address;
     const std::chrono::milliseconds m_wait;
     const int m_tries;
+    const std::chrono::milliseconds m_pending;
 };
 
 /// The command that requests packets of a block again, from \p first to \p last; \p id is not 0

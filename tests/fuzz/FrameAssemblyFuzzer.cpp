@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/stream/FrameAssembly.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <deque>
+#include <vector>
+
+namespace {
+
+using namespace orv::aravis;
+
+constexpr std::size_t payload = 100;
+constexpr std::size_t packetSize = 60;
+
+/// Takes frames as a user does, and checks that their numbers rise.
+class Frames : public FrameAssembly::Output {
+public:
+    Frames() {
+        for (int i = 0; i < 3; ++i)
+            m_free.push_back(
+                std::make_shared<GenicamFrame>(std::weak_ptr<Acquisition>(), payload));
+    }
+
+    std::shared_ptr<GenicamFrame> takeFrame() override {
+        if (m_free.empty())
+            return nullptr;
+        auto frame = m_free.front();
+        m_free.pop_front();
+        return frame;
+    }
+    void deliver(std::shared_ptr<GenicamFrame> frame) override {
+        std::uint64_t id = 0;
+        frame->GetFrameID(id);
+        if (id <= m_last)
+            std::abort();
+        m_last = id;
+        m_free.push_back(std::move(frame));
+    }
+    void request(const ResendRequest& request) override {
+        if (request.packets.first > request.packets.last)
+            std::abort();
+    }
+
+private:
+    std::deque<std::shared_ptr<GenicamFrame>> m_free;
+    std::uint64_t m_last = 0;
+};
+
+} // namespace
+
+/// Packets of a stream. Each follows a byte with the milliseconds since the one before and a byte
+/// with its length.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Frames frames;
+    StreamCounters counters;
+    FrameAssembly assembly({payload, packetSize, true, {}}, frames, counters);
+    FrameAssembly::Time now{std::chrono::hours(1)};
+    while (size >= 2) {
+        now += std::chrono::milliseconds(data[0]);
+        const std::size_t length = std::min<std::size_t>(data[1], size - 2);
+        // Of its own size, so that reading beyond its end is found.
+        const std::vector<std::uint8_t> packet(data + 2, data + 2 + length);
+        assembly.packet(packet.data(), packet.size(), packet.size(), now);
+        if (data[0] != 0)
+            assembly.advance(now);
+        data += 2 + length;
+        size -= 2 + length;
+    }
+    // All that is open ends in time.
+    for (int i = 0; i < 2; ++i) {
+        now += std::chrono::seconds(1);
+        assembly.advance(now);
+    }
+    if (assembly.due())
+        std::abort();
+    return 0;
+}

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/discovery/Gvcp.h"
+
+#include <cstdlib>
+#include <vector>
+
+/// A packet that a camera answers to a request.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace orv::aravis;
+    // Of its own size, so that reading beyond its end is found.
+    const std::vector<std::uint8_t> packet(data, data + size);
+    for (const std::uint16_t command : {std::uint16_t{0x80}, std::uint16_t{0x84}}) {
+        const GvcpReply reply = parseReply(packet.data(), packet.size(), {command, 1});
+        if (reply.answer && reply.pending)
+            std::abort();
+        if (!reply.answer)
+            continue;
+        if (reply.answer->data.size() + 8 != size)
+            std::abort();
+        Gvcp::value(*reply.answer);
+        if (Gvcp::text(*reply.answer).size() > size)
+            std::abort();
+        grantedBy(*reply.answer);
+    }
+    return 0;
+}
