@@ -110,7 +110,7 @@ bool StreamChannel::waitForAcquisition() {
 }
 
 void StreamChannel::acquire() {
-    m_packets.emplace(m_registers, m_options.extendedIds, m_socket);
+    m_packets.emplace(m_registers, m_options.extendedIds, m_options.lossPercent, m_socket);
     std::uint64_t frameId = m_options.firstFrameId;
     auto due = Clock::now();
     m_tokensSince = due;

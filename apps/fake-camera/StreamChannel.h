@@ -23,6 +23,8 @@ struct StreamOptions {
     std::uint64_t firstFrameId = 1;
     /// Drops each n-th data packet, which is sent when the host requests it. 0: none.
     std::uint64_t dropEvery = 0;
+    /// Percent of all packets, resent ones included, that are lost at random.
+    std::uint32_t lossPercent = 0;
 };
 
 /// Sends a camera's frames on a thread of its own while the registers say that it acquires.

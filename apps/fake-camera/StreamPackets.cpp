@@ -23,8 +23,8 @@ constexpr std::uint16_t imagePayload = 1;
 } // namespace
 
 StreamPackets::StreamPackets(const CameraRegisters& registers, bool extendedIds,
-                             const platform::UdpSocket& socket)
-    : m_extendedIds(extendedIds), m_socket(socket),
+                             std::uint32_t lossPercent, const platform::UdpSocket& socket)
+    : m_extendedIds(extendedIds), m_lossPercent(lossPercent), m_socket(socket),
       m_destination(
           platform::socketAddress(registers.read(StreamAddress),
                                   static_cast<std::uint16_t>(registers.read(StreamPort) & 0xffff))),
@@ -110,6 +110,11 @@ StreamPackets::Prepared& StreamPackets::addEmpty() {
 }
 
 void StreamPackets::flush() {
+    if (m_lossPercent > 0)
+        m_prepared.erase(
+            std::remove_if(m_prepared.begin(), m_prepared.end(),
+                           [this](const Prepared&) { return m_random() % 100 < m_lossPercent; }),
+            m_prepared.end());
     std::array<std::array<iovec, 2>, packetsPerCall> parts;
     std::array<mmsghdr, packetsPerCall> messages{};
     for (std::size_t i = 0; i < m_prepared.size(); ++i) {

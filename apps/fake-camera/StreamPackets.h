@@ -9,6 +9,7 @@
 #include <array>
 #include <cstdint>
 #include <deque>
+#include <random>
 #include <vector>
 
 namespace platform {
@@ -23,8 +24,8 @@ namespace fakecamera {
 class StreamPackets {
 public:
     /// Takes size, format, packet size and destination from the registers, and whether routers and
-    /// adapters may split packets.
-    StreamPackets(const CameraRegisters& registers, bool extendedIds,
+    /// adapters may split packets. \p lossPercent of the packets are lost.
+    StreamPackets(const CameraRegisters& registers, bool extendedIds, std::uint32_t lossPercent,
                   const platform::UdpSocket& socket);
 
     /// Number of packets of a frame, with leader and trailer.
@@ -46,7 +47,7 @@ public:
     /// the first one is too old or not sent yet, adds one packet with the status "unavailable".
     std::uint32_t addAgain(std::uint64_t frameId, std::uint32_t first, std::uint32_t last);
 
-    /// Sends all packets that were added.
+    /// Sends all packets that were added, but for those that are lost at random.
     void flush();
 
 private:
@@ -71,6 +72,9 @@ private:
     std::size_t putTrailer(std::uint8_t* at) const;
 
     bool m_extendedIds;
+    std::uint32_t m_lossPercent;
+    /// Seeded with a constant: a loss can be repeated.
+    std::minstd_rand m_random;
     const platform::UdpSocket& m_socket;
     sockaddr_in m_destination;
     std::uint32_t m_format;

@@ -12,8 +12,11 @@ using std::chrono::milliseconds;
 
 /// Packets that overtake each other come within this time; what is missing then is requested.
 constexpr milliseconds reorderTime{1};
-/// An answer to a request takes less, with the time that a packet source gathers packets.
-constexpr milliseconds retryTime{10};
+/// A request is repeated after one and a half times what answers have taken, within these limits.
+constexpr milliseconds shortestRetry{3};
+constexpr milliseconds longestRetry{20};
+/// Share of a new answer's time in the time that is expected, when it was quicker.
+constexpr int answerWeight = 8;
 /// A camera that sends slowly makes no longer pauses within a block.
 constexpr milliseconds longestPause{40};
 /// A block that has been silent for this long is delivered as it is; the limit of Aravis, too.
@@ -70,6 +73,7 @@ void FrameAssembly::take(Open& open, const gvsp::Packet& packet, Time now) {
     switch (open.block.take(packet, now)) {
     case Block::Taken::Requested:
         m_counters.packetsResent.add(1);
+        noteAnswer(now - open.lastRequest);
         break;
     case Block::Taken::New:
         break;
@@ -139,7 +143,7 @@ void FrameAssembly::openBlock(std::uint64_t id, const BlockNumbers::Place& place
     const auto behind = std::find_if(m_open.begin(), m_open.end(), [&place](const Open& open) {
         return open.block.number() > place.number;
     });
-    m_open.insert(behind, Open{Block(m_layout, id, place.number, std::move(frame)), {}, false});
+    m_open.insert(behind, Open{Block(m_layout, id, place.number, std::move(frame)), {}, {}, false});
     m_numbers.open(id, place, now);
 }
 
@@ -211,11 +215,17 @@ void FrameAssembly::requestMissing(Open& open, Time now) {
         open.nextRequest.reset();
         return;
     }
-    open.nextRequest = now + retryTime;
+    open.lastRequest = now;
+    open.nextRequest =
+        now + std::clamp<Time::duration>(m_answerTime * 3 / 2, shortestRetry, longestRetry);
     const std::size_t before = block.requested();
     for (const PacketRange& range : open.block.request(end, mostRanges))
         m_output.request({block.id(), m_layout.hasExtendedIds, range});
     m_counters.packetsRequested.add(block.requested() - before);
+}
+
+void FrameAssembly::noteAnswer(Time::duration time) {
+    m_answerTime = time > m_answerTime ? time : m_answerTime - (m_answerTime - time) / answerWeight;
 }
 
 void FrameAssembly::advance(Time now) {

@@ -68,6 +68,7 @@ private:
         Block block;
         /// Empty while nothing is missing.
         std::optional<Time> nextRequest;
+        Time lastRequest;
         /// Too many of its packets are missing, or were requested too often.
         bool isHopeless = false;
     };
@@ -97,12 +98,16 @@ private:
     /// When the packets that the block has not sent yet are taken for lost.
     Time tailDue(const Open& open) const;
     void requestMissing(Open& open, Time now);
+    /// A packet has come that was requested this long ago.
+    void noteAnswer(Time::duration time);
 
     const Settings m_settings;
     Output& m_output;
     StreamCounters& m_counters;
     BlockLayout m_layout;
     BlockNumbers m_numbers;
+    /// How long answers to requests take; at first a guess.
+    Time::duration m_answerTime = std::chrono::milliseconds(7);
     /// In the order of their numbers.
     std::list<Open> m_open;
     std::deque<Candidate> m_candidates;
