@@ -313,7 +313,7 @@ TEST(FrameAssembly, putsPartsWhereTheyBelong) {
     script::append(leader, 0x01080001, 4);
     script::append(leader, 40, 4);
     script::append(leader, 30, 4);
-    script::append(leader, 0, 24);
+    leader.resize(leader.size() + 24);
     stream.send(camera.packet(script::Leader, 1, 0, leader));
     std::uint32_t number = 1;
     for (std::size_t offset = 0; offset < camera.payload(); offset += part) {

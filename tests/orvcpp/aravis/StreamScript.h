@@ -52,7 +52,7 @@ struct Camera {
         append(data, 0x01080001, 4);
         append(data, 40, 4);
         append(data, 30, 4);
-        append(data, 0, 12);
+        data.resize(data.size() + 12);
         return packet(Leader, block, 0, data);
     }
     Bytes data(std::uint64_t block, std::uint32_t number) const {
