@@ -18,8 +18,7 @@ class Frames : public FrameAssembly::Output {
 public:
     Frames() {
         for (int i = 0; i < 3; ++i)
-            m_free.push_back(
-                std::make_shared<GenicamFrame>(std::weak_ptr<Acquisition>(), payload));
+            m_free.push_back(std::make_shared<GenicamFrame>(std::weak_ptr<Acquisition>(), payload));
     }
 
     std::shared_ptr<GenicamFrame> takeFrame() override {
@@ -54,7 +53,7 @@ private:
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Frames frames;
     StreamCounters counters;
-    FrameAssembly assembly({payload, packetSize, true, {}}, frames, counters);
+    FrameAssembly assembly({payload, packetSize, 1'000'000'000, true, {}}, frames, counters);
     FrameAssembly::Time now{std::chrono::hours(1)};
     while (size >= 2) {
         now += std::chrono::milliseconds(data[0]);
@@ -62,8 +61,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         // Of its own size, so that reading beyond its end is found.
         const std::vector<std::uint8_t> packet(data + 2, data + 2 + length);
         assembly.packet(packet.data(), packet.size(), packet.size(), now);
-        if (data[0] != 0)
+        if (data[0] != 0) {
             assembly.advance(now);
+            if (assembly.due() && *assembly.due() <= now)
+                std::abort();
+        }
         data += 2 + length;
         size -= 2 + length;
     }

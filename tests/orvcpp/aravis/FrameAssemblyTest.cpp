@@ -19,10 +19,13 @@ using testing::IsEmpty;
 /// An assembly with its frames; what it delivers and requests is kept as text.
 class Assembled : public FrameAssembly::Output {
 public:
+    static constexpr std::uint64_t ticksPerSecond = 125'000'000;
+
     explicit Assembled(script::Camera from = {}, std::optional<std::uint64_t> previous = {},
                        int frames = 8, bool canRequest = true)
         : camera(from),
-          assembly({from.payload(), script::packetSize, canRequest, previous}, *this, counters) {
+          assembly({from.payload(), script::packetSize, ticksPerSecond, canRequest, previous},
+                   *this, counters) {
         for (int i = 0; i < frames; ++i)
             m_free.push_back(
                 std::make_shared<GenicamFrame>(std::weak_ptr<Acquisition>(), from.payload()));
@@ -43,6 +46,7 @@ public:
         for (int i = 0; i < milliseconds; ++i) {
             now += std::chrono::milliseconds(1);
             assembly.advance(now);
+            EXPECT_TRUE(!assembly.due() || *assembly.due() > now) << "else it is called in vain";
         }
     }
     std::vector<std::string> takeDelivered() { return std::exchange(m_delivered, {}); }
@@ -113,7 +117,7 @@ TEST(FrameAssembly, deliversBlocksWhateverTheOrderOfTheirPackets) {
         EXPECT_EQ(stream.last->GetTimestamp(timestamp), OrvErrorSuccess);
         EXPECT_EQ(stream.last->GetWidth(width), OrvErrorSuccess);
         EXPECT_EQ(stream.last->GetHeight(height), OrvErrorSuccess);
-        EXPECT_EQ(timestamp, 4000U);
+        EXPECT_EQ(timestamp, 4000U * 8) << "nanoseconds";
         EXPECT_EQ(std::make_pair(width, height), std::make_pair(40U, 30U));
         stream.pass(300);
         EXPECT_THAT(stream.takeRequests(), IsEmpty());
@@ -155,7 +159,12 @@ TEST(FrameAssembly, requestsWhatIsMissing) {
 }
 
 TEST(FrameAssembly, endsBlocksThatCannotBecomeWhole) {
-    // The camera does not have packet 2 any more, or not 2 and all before.
+    // The camera does not have packets 1 and 2 any more.
+    Assembled both;
+    both.sendBlock(1, {1, 2});
+    both.send(both.camera.packet(script::Data, 1, 2, {}, 0x8011));
+    EXPECT_THAT(both.takeDelivered(), ElementsAre("1 cut"));
+    // It does not have packet 2.
     for (const std::uint16_t status :
          std::initializer_list<std::uint16_t>{0x800C, 0x8011, 0x8012}) {
         Assembled stream;
@@ -245,6 +254,44 @@ TEST(FrameAssembly, deliversABlockThatComesTwiceOnce) {
         EXPECT_EQ(stream.counters.packetsLate, 12U);
         EXPECT_EQ(stream.counters.framesLost, 0U);
     }
+}
+
+TEST(FrameAssembly, takesLatePacketsOfADeliveredBlockForNoNewOne) {
+    Assembled stream;
+    stream.sendBlock(1);
+    stream.sendBlock(2, {0, 2});
+    stream.pass(200);
+    EXPECT_THAT(stream.takeDelivered(), ElementsAre("1", "2 cut"));
+    for (const std::uint32_t number : {0U, 2U})
+        stream.sendPacket(2, number);
+    stream.sendBlock(3);
+    stream.pass(200);
+    EXPECT_THAT(stream.takeDelivered(), ElementsAre("3"));
+}
+
+TEST(FrameAssembly, forgetsPacketsOfLostBlocksBeforeTheirIdsComeAgain) {
+    Assembled stream;
+    stream.sendBlock(1);
+    stream.send(
+        stream.camera.packet(script::Data, 2, 1, script::Bytes(stream.camera.dataSize(), 99)));
+    stream.pass(200);
+    stream.sendBlock(3);
+    // The camera begins anew, and comes to the same ID.
+    stream.send(stream.camera.leader(1, 9'000'000));
+    for (std::uint32_t number = 1; number <= trailerNumber; ++number)
+        stream.sendPacket(1, number);
+    stream.sendBlock(2);
+    EXPECT_THAT(stream.takeDelivered(), ElementsAre("1", "3", "4", "5")) << "with its own image";
+}
+
+TEST(FrameAssembly, waitsForNothingWhileABlockWaitsBehindAnother) {
+    Assembled stream;
+    stream.sendBlock(1, {2});
+    stream.sendBlock(2, {0, 1, 2, 3});
+    stream.send(stream.camera.packet(script::Data, 2, 1, {}, 0x800C));
+    stream.sendBlock(3, {5});
+    stream.pass(300);
+    EXPECT_THAT(stream.takeDelivered(), ElementsAre("1 cut", "2 cut", "3 cut"));
 }
 
 TEST(FrameAssembly, refusesPacketsThatFitNoBlock) {

@@ -62,7 +62,7 @@ TEST_P(GenicamStreams, numberFramesBeyondSixteenBitsAlsoIncompleteOnes) {
     // one that loses packets and sends them again, one that does not.
     const std::vector<std::string> cases[] = {{"--first-frame-id", "65520", "--extended-ids", "0"},
                                               {"--first-frame-id", "65520", "--extended-ids", "1"},
-                                              {"--loss", "10"},
+                                              {"--loss", "10", "--extended-ids", "1"},
                                               {"--drop-every", "500", "--resend", "0"}};
     std::deque<fakecamera::FakeCameraProcess> fakes;
     for (auto options : cases) {

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <filesystem>
 #include <regex>
 
 namespace orv::aravis {
@@ -20,9 +22,11 @@ constexpr milliseconds pendingWait{800};
 constexpr int answerTries = 2;
 /// Bytes of one request.
 constexpr std::uint16_t blockSize = 512;
+/// For a whole archive: a camera that answers each request late is not waited for.
+constexpr std::chrono::seconds archiveWait{10};
 constexpr std::uint64_t largestArchive = 4 * 1024 * 1024;
 
-/// Parts of an archive (PKWARE's APPNOTE 4.3): sizes in bytes, and offsets in a part.
+/// Parts of a ZIP archive: sizes in bytes, and their first bytes.
 constexpr std::size_t endSize = 22;
 constexpr std::size_t entrySize = 46;
 constexpr std::size_t fileSize = 30;
@@ -79,8 +83,11 @@ bool isAnswered(const std::optional<Gvcp::Answer>& answer) {
 /// All bytes from \p place on; empty when the camera does not answer or refuses one.
 std::optional<std::vector<std::uint8_t>> readAll(const Gvcp& camera,
                                                  const DescriptionPlace& place) {
+    const auto end = std::chrono::steady_clock::now() + archiveWait;
     std::vector<std::uint8_t> bytes;
     while (bytes.size() < place.size) {
+        if (std::chrono::steady_clock::now() > end)
+            return std::nullopt;
         const auto offset = static_cast<std::uint32_t>(bytes.size());
         const std::uint64_t left = (place.size - offset + 3) / 4 * 4;
         const auto size = static_cast<std::uint16_t>(std::min<std::uint64_t>(left, blockSize));
@@ -122,6 +129,18 @@ SourceCheck checkArchive(const Gvcp& camera, const DescriptionPlace& place) {
 bool isFollowed(const std::string& url) {
     static const std::regex kinds("(local|file):[^]*", std::regex::icase);
     return std::regex_match(url, kinds);
+}
+
+/// Whether a URL names a file of this host that the library reads in no time: a camera may name
+/// its maker's file behind the place of its own description.
+bool isPlainFile(const std::string& url) {
+    static const std::regex file("file:(?://)?([^]*)", std::regex::icase);
+    std::smatch parts;
+    if (!std::regex_match(url, parts, file))
+        return false;
+    std::error_code error;
+    const auto status = std::filesystem::status(parts[1].str(), error);
+    return !std::filesystem::exists(status) || std::filesystem::is_regular_file(status);
 }
 
 SourceCheck checkPlace(const Gvcp& camera, const std::string& url) {
@@ -176,7 +195,8 @@ SourceCheck checkDescriptionSource(std::uint32_t address) {
         if (!isAnswered(answer))
             return {OrvErrorTimeout, {}};
         const std::string url = Gvcp::text(*answer);
-        if (!isFollowed(url))
+        if (!isFollowed(url) ||
+            (urlRegister != descriptionUrlRegisters[0] && isPlainFile(url)))
             continue;
         if (const SourceCheck check = checkPlace(camera, url); check.error != OrvErrorSuccess)
             return check;

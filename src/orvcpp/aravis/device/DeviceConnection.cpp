@@ -123,9 +123,10 @@ OrvErrorType makeAtGate(const CameraRecord& record, ParserGate& gate,
                        " is stuck. It ends within a minute.");
         return OrvErrorBusy;
     }
+    const std::unique_ptr<ParserGate, void (*)(ParserGate*)> leaving(
+        &gate, [](ParserGate* entered) { entered->leave(); });
     LibraryError failure;
     made = makeDevice(record, failure);
-    gate.leave();
     if (made)
         return OrvErrorSuccess;
     return failure.code() != OrvErrorSuccess ? failure.code() : OrvErrorUnspecified;

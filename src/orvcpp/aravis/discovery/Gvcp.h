@@ -61,8 +61,8 @@ private:
     const std::chrono::milliseconds m_pending;
 };
 
-/// The command that requests packets of a block again, from \p first to \p last; \p id is not 0
-/// (GigE Vision 2.2, chapter 16: PACKETRESEND_CMD). The camera sends no acknowledge.
+/// The command PACKETRESEND, which requests the packets \p first to \p last of a block again; \p id
+/// is not 0. The camera sends no acknowledge.
 std::vector<std::uint8_t> resendCommand(std::uint64_t block, bool hasExtendedIds,
                                         std::uint32_t first, std::uint32_t last, std::uint16_t id);
 

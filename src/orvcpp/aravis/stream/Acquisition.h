@@ -15,7 +15,8 @@
 namespace orv::aravis {
 
 /// One acquisition of an opened camera, from its start to its stop. Thread-safe. Frames are
-/// delivered on the stream's thread, under a lock that only stop() waits for.
+/// delivered on the stream's thread, which the GigE cameras of an adapter share with a packet ring,
+/// under a lock that only stop() waits for.
 class Acquisition : public std::enable_shared_from_this<Acquisition> {
 public:
     struct Settings {

@@ -2,7 +2,6 @@
 #include "orvcpp/aravis/stream/Block.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 namespace orv::aravis {
@@ -22,11 +21,8 @@ std::size_t BlockLayout::packets() const {
 
 Block::Block(const BlockLayout& layout, std::uint64_t id, std::uint64_t number,
              std::shared_ptr<GenicamFrame> frame)
-    : m_layout(layout), m_id(id), m_number(number), m_frame(std::move(frame)) {
-    m_arrived.reset(layout.packets());
-    m_givenUp.reset(layout.packets());
-    m_requested.reset(layout.packets());
-}
+    : m_layout(layout), m_id(id), m_number(number), m_frame(std::move(frame)),
+      m_arrived(layout.packets()), m_settled(layout.packets()), m_requested(layout.packets()) {}
 
 Block::Taken Block::take(const gvsp::Packet& packet, Time now) {
     if (packet.number >= m_layout.packets()) {
@@ -41,9 +37,10 @@ Block::Taken Block::take(const gvsp::Packet& packet, Time now) {
     if (taken == Taken::Refused)
         return taken;
     m_arrived.add(packet.number);
+    m_settled.add(packet.number);
     m_next = std::max(m_next, packet.number + 1);
     m_latest = now;
-    return packet.isMarkedResent || m_requested.contains(packet.number) ? Taken::Requested : taken;
+    return m_requested.contains(packet.number) ? Taken::Requested : taken;
 }
 
 Block::Taken Block::takeLeader(const gvsp::Packet& packet) {
@@ -74,14 +71,18 @@ Block::Taken Block::takeData(const gvsp::Packet& packet) {
         offset = *named;
     }
     const std::size_t size = packet.size - header;
-    if (size > full || offset > m_layout.payload)
+    if (size > full || (isPart && offset > m_layout.payload))
         return Taken::Refused;
+    m_isMultiPart = m_isMultiPart || isPart;
     if (size < full && !isPart) {
         ++m_shortPackets;
         m_lastShort = std::max(m_lastShort, packet.number);
     }
-    const std::size_t room = m_layout.payload - static_cast<std::size_t>(offset);
+    // A frame that is larger than its payload is received to its end, and clipped.
+    const std::size_t room = m_layout.payload - std::min<std::size_t>(m_layout.payload, offset);
     m_isClipped = m_isClipped || size > room;
+    if (room == 0)
+        return Taken::New;
     m_end = std::max(m_end, static_cast<std::size_t>(offset) + std::min(size, room));
     if (m_frame && packet.captured == packet.size)
         m_frame->store(static_cast<std::size_t>(offset), packet.data + header,
@@ -90,14 +91,16 @@ Block::Taken Block::takeData(const gvsp::Packet& packet) {
 }
 
 void Block::giveUp(std::uint32_t number, bool withPrevious) {
-    const auto end = static_cast<std::uint32_t>(
-        std::min<std::uint64_t>(std::uint64_t{number} + 1, m_layout.packets()));
-    for (std::uint32_t each = withPrevious ? 0 : number; each < end; ++each)
-        m_givenUp.add(each);
+    if (number >= m_layout.packets())
+        return;
+    m_settled.add(number);
+    // Each packet is settled once, whatever the camera repeats.
+    for (; withPrevious && m_settledBelow < number; ++m_settledBelow)
+        m_settled.add(m_settledBelow);
 }
 
 bool Block::isMissing(std::uint32_t number) const {
-    return !m_arrived.contains(number) && !m_givenUp.contains(number);
+    return !m_settled.contains(number);
 }
 
 bool Block::isWhole() const {
@@ -107,7 +110,8 @@ bool Block::isWhole() const {
 bool Block::isSettled() const {
     if (m_isOverrun || isWhole())
         return true;
-    if (!m_trailer)
+    // Packets behind the trailer may have been given up: only then are all looked at.
+    if (!m_trailer || m_settled.count() < m_next)
         return false;
     for (std::uint32_t each = 0; each < m_next; ++each) {
         if (isMissing(each))
@@ -117,7 +121,8 @@ bool Block::isSettled() const {
 }
 
 std::uint32_t Block::expected() const {
-    const std::size_t data = m_layout.dataSize();
+    const std::size_t header = m_isMultiPart ? gvsp::multiPartHeaderSize : 0;
+    const std::size_t data = m_layout.dataSize() - std::min(m_layout.dataSize(), header);
     if (m_trailer || data == 0)
         return m_next;
     return std::max(m_next, static_cast<std::uint32_t>((m_layout.payload + data - 1) / data + 2));

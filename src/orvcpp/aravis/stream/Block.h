@@ -74,7 +74,7 @@ public:
     /// Packets that were requested, each as often as it was.
     std::size_t requested() const { return m_requests; }
 
-    /// What is known of the frame, once the block is over.
+    /// What is known of the frame, once the block is over; the timestamp is in the camera's ticks.
     FrameContents contents() const;
 
 private:
@@ -88,7 +88,10 @@ private:
     const std::uint64_t m_number;
     const std::shared_ptr<GenicamFrame> m_frame;
     PacketSet m_arrived;
-    PacketSet m_givenUp;
+    /// Those that have come or were given up.
+    PacketSet m_settled;
+    /// All below were given up by the camera at once, or have come.
+    std::uint32_t m_settledBelow = 0;
     PacketSet m_requested;
     std::size_t m_requests = 0;
     std::optional<gvsp::Leader> m_leader;
@@ -102,6 +105,7 @@ private:
     std::size_t m_end = 0;
     /// Data went beyond the payload.
     bool m_isClipped = false;
+    bool m_isMultiPart = false;
     /// A trailer has come whose number is beyond a full payload.
     bool m_isOverrun = false;
     Time m_latest;

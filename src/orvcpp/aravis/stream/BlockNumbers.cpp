@@ -53,7 +53,11 @@ std::uint64_t BlockNumbers::first(std::uint64_t id) const {
 
 /// A leader of a known block that comes late or twice is not newer than the newest one.
 bool BlockNumbers::mayBeRestart(std::int64_t step, std::uint64_t timestamp, Time now) const {
-    if (now - m_newestTime > silence || timestamp > m_newestTimestamp)
+    if (now - m_newestTime > silence)
+        return true;
+    if (!m_hasNewestLeader)
+        return false;
+    if (timestamp > m_newestTimestamp)
         return true;
     const bool hasClock = timestamp != 0 || m_newestTimestamp != 0;
     return !hasClock && (step > burst || step < -burst);
@@ -65,12 +69,14 @@ void BlockNumbers::open(std::uint64_t id, const Place& place, Time now) {
     m_newestId = id;
     m_newest = place.number;
     m_newestTime = now;
+    m_hasNewestLeader = false;
     if (place.isRestart)
         m_newestTimestamp = 0;
 }
 
 void BlockNumbers::noteTimestamp(std::uint64_t timestamp) {
     m_newestTimestamp = std::max(m_newestTimestamp, timestamp);
+    m_hasNewestLeader = true;
 }
 
 } // namespace orv::aravis

@@ -28,8 +28,8 @@ public:
     /// Makes the camera send its frames here once it starts. To be called once, on the device's
     /// thread.
     virtual OrvErrorType open(ArvDevice* device) = 0;
-    /// Ends the stream; takes the library seconds for a lost camera. A delivery that runs may still
-    /// go on. On the device's thread.
+    /// Ends the stream. May return before a running delivery does. Takes seconds for a lost USB
+    /// camera. On the device's thread.
     virtual void close() = 0;
     /// Takes a frame to be filled.
     virtual void queue(std::shared_ptr<GenicamFrame> frame) = 0;

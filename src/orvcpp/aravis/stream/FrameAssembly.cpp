@@ -15,22 +15,29 @@ constexpr milliseconds reorderTime{1};
 /// A request is repeated after one and a half times what answers have taken, within these limits.
 constexpr milliseconds shortestRetry{3};
 constexpr milliseconds longestRetry{20};
-/// Share of a new answer's time in the time that is expected, when it was quicker.
+/// After a quicker answer, the expected time shrinks by one in so many parts of the difference.
 constexpr int answerWeight = 8;
-/// A camera that sends slowly makes no longer pauses within a block.
+/// Longest pause of a camera within a block; after it, the rest of the block counts as missing.
 constexpr milliseconds longestPause{40};
-/// A block that has been silent for this long is delivered as it is; the limit of Aravis, too.
+/// A block that gets no packet for this long is delivered as it is.
 constexpr milliseconds retention{100};
-/// Share of a block's packets that are requested: more are missing only where the link is too slow,
-/// which requests would make worse. And what is requested of a block of few packets.
+/// At most one in requestShare of a block's packets is requested, plus leastRequests: where more
+/// are missing, the link is too slow, and requests would make it worse.
 constexpr std::size_t requestShare = 4;
 constexpr std::size_t leastRequests = 16;
 /// Requests for one block at one time; each is a packet to the camera.
 constexpr std::size_t mostRanges = 128;
-/// Damaged IDs and real blocks whose first packets come mixed.
+/// Blocks of which one packet has come; some of their IDs may be damaged.
 constexpr std::size_t mostCandidates = 4;
-/// Open blocks; frames end earlier where fewer are queued.
+/// Open blocks. Fewer are open when fewer frames are queued.
 constexpr std::size_t mostOpen = 64;
+
+std::uint64_t nanoseconds(std::uint64_t ticks, std::uint64_t frequency) {
+    constexpr std::uint64_t second = 1'000'000'000;
+    if (frequency == 0)
+        return 0;
+    return ticks / frequency * second + ticks % frequency * second / frequency;
+}
 
 } // namespace
 
@@ -64,7 +71,7 @@ void FrameAssembly::take(Open& open, const gvsp::Packet& packet, Time now) {
     if (packet.availability == Availability::Later)
         return;
     if (packet.availability != Availability::Present) {
-        // A camera says so, too, of packets that it has not sent yet.
+        // Some cameras answer this for packets that they have not sent yet.
         if (packet.number < open.block.next() || !isNewest(open))
             open.block.giveUp(packet.number, packet.availability == Availability::GoneWithPrevious);
         endBlocks(now);
@@ -91,6 +98,11 @@ void FrameAssembly::take(Open& open, const gvsp::Packet& packet, Time now) {
 }
 
 void FrameAssembly::takeUnknown(const gvsp::Packet& packet, Time now) {
+    // IDs of 16 bits come round: an old packet must not get into a new block.
+    while (!m_candidates.empty() && now - m_candidates.front().time > retention) {
+        m_candidates.pop_front();
+        m_counters.packetsRefused.add(1);
+    }
     const auto candidate =
         std::find_if(m_candidates.begin(), m_candidates.end(), [&packet](const Candidate& each) {
             return each.packet.block == packet.block &&
@@ -109,7 +121,7 @@ void FrameAssembly::takeUnknown(const gvsp::Packet& packet, Time now) {
     if (!place) {
         m_counters.packetsLate.add(1);
     } else if (!isKnown) {
-        remember(packet, timestamp);
+        remember(packet, timestamp, now);
     } else if (candidate->packet.number == packet.number) {
         m_counters.packetsDuplicate.add(1);
     } else {
@@ -125,17 +137,20 @@ void FrameAssembly::takeUnknown(const gvsp::Packet& packet, Time now) {
     }
 }
 
-void FrameAssembly::remember(const gvsp::Packet& packet, std::optional<std::uint64_t> timestamp) {
+void FrameAssembly::remember(const gvsp::Packet& packet, std::optional<std::uint64_t> timestamp,
+                             Time now) {
     if (m_candidates.size() == mostCandidates) {
         m_candidates.pop_front();
         m_counters.packetsRefused.add(1);
     }
-    m_candidates.push_back({packet, {packet.data, packet.data + packet.captured}, timestamp});
+    m_candidates.push_back({packet, {packet.data, packet.data + packet.captured}, timestamp, now});
 }
 
 void FrameAssembly::openBlock(std::uint64_t id, const BlockNumbers::Place& place, Time now) {
     while (!m_open.empty() && (place.isRestart || m_open.size() >= mostOpen))
         endFirst();
+    if (place.isRestart)
+        m_candidates.clear();
     // A later block may have been ended just now.
     if (place.number <= m_numbers.lastEnded())
         return;
@@ -185,7 +200,8 @@ void FrameAssembly::endFirst() {
         m_counters.framesWithoutBuffer.add(1);
         return;
     }
-    const FrameContents contents = block.contents();
+    FrameContents contents = block.contents();
+    contents.timestamp = nanoseconds(contents.timestamp, m_settings.tickFrequency);
     const bool isComplete = contents.status == OrvFrameStatusComplete;
     (isComplete ? m_counters.framesComplete : m_counters.framesIncomplete).add(1);
     m_counters.packetsMissing.add(block.missing(block.expected()));
@@ -241,8 +257,9 @@ std::optional<FrameAssembly::Time> FrameAssembly::due() const {
     const auto note = [&due](Time time) {
         due = std::min(due.value_or(time), time);
     };
+    if (!m_open.empty())
+        note(end(m_open.front()));
     for (const Open& open : m_open) {
-        note(end(open));
         if (open.nextRequest)
             note(*open.nextRequest);
         else if (mayRequest(open) && open.block.missing(open.block.expected()) > 0)

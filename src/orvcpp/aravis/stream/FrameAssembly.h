@@ -43,6 +43,8 @@ public:
         /// Bytes of a frame and of a packet, as the camera tells them.
         std::size_t payload = 0;
         std::size_t packetSize = 0;
+        /// Ticks per second of the camera's clock; 0 for a camera without one.
+        std::uint64_t tickFrequency = 0;
         /// The camera sends packets again.
         bool canRequest = true;
         /// The camera's last block ID of the acquisition before, where it is known.
@@ -80,12 +82,13 @@ private:
         std::vector<std::uint8_t> data;
         /// Of a leader.
         std::optional<std::uint64_t> timestamp;
+        Time time;
     };
 
     Open* find(std::uint64_t id);
     void take(Open& open, const gvsp::Packet& packet, Time now);
     void takeUnknown(const gvsp::Packet& packet, Time now);
-    void remember(const gvsp::Packet& packet, std::optional<std::uint64_t> timestamp);
+    void remember(const gvsp::Packet& packet, std::optional<std::uint64_t> timestamp, Time now);
     void openBlock(std::uint64_t id, const BlockNumbers::Place& place, Time now);
     std::shared_ptr<GenicamFrame> takeFrame(std::uint64_t number);
 
@@ -95,7 +98,7 @@ private:
     Time end(const Open& open) const;
     void endBlocks(Time now);
     void endFirst();
-    /// When the packets that the block has not sent yet are taken for lost.
+    /// When the packets behind the last one that came count as missing.
     Time tailDue(const Open& open) const;
     void requestMissing(Open& open, Time now);
     /// A packet has come that was requested this long ago.

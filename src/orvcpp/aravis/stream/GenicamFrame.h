@@ -20,7 +20,7 @@ struct FrameContents {
     OrvFrameStatusType status = OrvFrameStatusInvalid;
     /// Empty for an incomplete frame whose number did not come.
     std::optional<std::uint64_t> id;
-    /// In the camera's unit.
+    /// In nanoseconds of the camera's clock; 0 without one.
     std::uint64_t timestamp = 0;
     /// Empty without a complete image.
     std::optional<gvsp::Image> image;

@@ -7,7 +7,6 @@ namespace {
 
 /// Statuses of a packet. Those of failures have the highest bit.
 constexpr std::uint16_t failureBit = 0x8000;
-constexpr std::uint16_t packetResent = 0x0100;
 constexpr std::uint16_t notYetAvailable = 0x8010;
 constexpr std::uint16_t removedWithPrevious = 0x8011;
 constexpr std::uint16_t temporarilyUnavailable = 0x8014;
@@ -19,7 +18,6 @@ constexpr std::uint8_t formatBits = 0x0F;
 constexpr std::uint16_t chunksBit = 0x4000;
 constexpr std::uint16_t imagePayload = 1;
 constexpr std::uint16_t extendedChunkPayload = 5;
-constexpr std::uint16_t multiZonePayload = 9;
 constexpr std::uint16_t multiPartPayload = 10;
 
 /// Offsets in a leader, and in the description of a multi-part leader's first part.
@@ -78,7 +76,6 @@ std::optional<Packet> readPacket(const std::uint8_t* bytes, std::size_t captured
         return std::nullopt;
     const std::uint16_t status = number16(bytes);
     packet.availability = availabilityOf(status);
-    packet.isMarkedResent = status == packetResent;
     packet.format = static_cast<Format>(bytes[4] & formatBits);
     packet.block = packet.hasExtendedIds ? number64(bytes + 8) : number16(bytes + 2);
     packet.number =
@@ -99,7 +96,7 @@ std::optional<Leader> readLeader(const Packet& packet) {
     leader.timestamp = number64(packet.data + timestampOffset);
     const auto type =
         static_cast<std::uint16_t>(number16(packet.data + payloadTypeOffset) & ~chunksBit);
-    if (type == imagePayload || type == extendedChunkPayload || type == multiZonePayload)
+    if (type == imagePayload || type == extendedChunkPayload)
         leader.image = readImage(packet, imageOffset);
     if (type == multiPartPayload && packet.captured >= partOffset + 2 &&
         number16(packet.data + partOffset) == imagePart)

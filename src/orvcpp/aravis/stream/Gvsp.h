@@ -7,9 +7,8 @@
 #include <cstdint>
 #include <optional>
 
-/// The packets of a GigE Vision stream (GVSP): GigE Vision 2.2, chapters 24 (packets) and 25
-/// (payload types). A camera sends a frame as a block: a leader, packets of data, a trailer. All
-/// functions are reentrant; no bytes that a packet may hold make them fail.
+/// The packets of a GigE Vision stream (GVSP). A camera sends a frame as a block: a leader, packets
+/// of data, a trailer. All functions are reentrant and accept any bytes.
 namespace orv::aravis::gvsp {
 
 /// Bytes of a packet's header with 16-bit block IDs and with 64-bit ones ("extended IDs").
@@ -39,14 +38,12 @@ enum class Availability {
 /// A packet; it points at the datagram that it was read from.
 struct Packet {
     Availability availability = Availability::Present;
-    /// The camera marks packets that it sends again, with extended IDs only.
-    bool isMarkedResent = false;
     bool hasExtendedIds = false;
     Format format = Format::Data;
     std::uint64_t block = 0;
     /// From 0 (the leader) to the trailer's.
     std::uint32_t number = 0;
-    /// Behind the header.
+    /// First byte after the header.
     const std::uint8_t* data = nullptr;
     /// Bytes on the wire, and how many of them are at data; fewer if only headers were received.
     std::size_t size = 0;
@@ -63,9 +60,9 @@ struct Image {
     OrvPixelFormatType format{};
 };
 
-/// What a leader says about its block.
+/// Contents of a leader.
 struct Leader {
-    /// In the camera's unit; 0 from a camera without a clock.
+    /// In ticks of the camera; 0 from a camera without a clock.
     std::uint64_t timestamp = 0;
     /// The first image; empty for payloads that are none.
     std::optional<Image> image;

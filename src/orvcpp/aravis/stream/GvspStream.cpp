@@ -5,6 +5,7 @@
 #include "orvcpp/aravis/stream/StreamDestination.h"
 #include "orvcpp/aravis/stream/UdpPackets.h"
 #include "platform/Ipv4Address.h"
+#include "platform/NetworkAdapters.h"
 
 #include <linux/filter.h>
 #include <sys/socket.h>
@@ -42,9 +43,11 @@ OrvErrorType GvspStream::open(ArvDevice* device) {
     FrameAssembly::Settings assembly;
     assembly.payload = m_settings.payload;
     assembly.packetSize = readPacketSize(device);
+    assembly.tickFrequency = readTickFrequency(device);
     assembly.canRequest = canResend(device);
     assembly.previousId = m_settings.previousId;
-    if (assembly.packetSize < gvsp::smallestPacketSize)
+    if (assembly.packetSize <=
+        gvsp::ipAndUdpSize + gvsp::extendedHeaderSize + gvsp::multiPartHeaderSize)
         return OrvErrorInvalidValue;
     m_assembly.emplace(assembly, *this, m_counters);
 

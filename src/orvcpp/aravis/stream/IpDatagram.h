@@ -15,8 +15,8 @@ constexpr std::uint16_t fragmentBits = 0x3FFF;
 
 /// The UDP datagram in an IPv4 packet of which \p captured bytes of \p size are at \p packet.
 /// Nothing for another protocol, for a fragment, and when a length contradicts another one.
-/// Bytes after the packet, which short Ethernet frames have, do not count. Checksums are left to
-/// the adapter. Reentrant.
+/// Ignores the bytes that pad short Ethernet frames. Does not check checksums: Ethernet's protects
+/// the link. Reentrant.
 std::optional<StreamDatagram> readIpDatagram(const std::uint8_t* packet, std::size_t captured,
                                              std::size_t size);
 

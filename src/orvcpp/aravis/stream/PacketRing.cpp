@@ -18,13 +18,15 @@ namespace orv::aravis {
 
 namespace {
 
-/// A block is handed over when it is full or when its time is up. So the ring holds the packets of a
-/// second at low rates, of half a second at 1 Gbit/s, and of 50 ms at 10 Gbit/s: a busy host keeps
-/// the thread waiting for more than 100 ms. Measured on a busy machine, 110 MB/s of headers in
-/// packets of 8000 bytes: after 1 ms, 471 wake-ups per second and 101 us of processor time per MB;
-/// after 4 ms, 246 and 70 us. Blocks of 1 MiB cost as much.
+/// A block is handed over when it is full or when its time is up. So the ring holds the packets of
+/// a second at low rates, of half a second at 1 Gbit/s, and of 50 ms at 10 Gbit/s: a busy host
+/// keeps the thread waiting for more than 100 ms. Measured on a busy machine, 110 MB/s of headers
+/// in packets of 8000 bytes: after 1 ms, 471 wake-ups per second and 101 us of processor time per
+/// MB; after 4 ms, 246 and 70 us. Blocks of 1 MiB cost as much.
 constexpr unsigned blockSize = 1U << 18U;
 constexpr unsigned blockCount = 256;
+/// Blocks that are read before streams may request what is missing.
+constexpr unsigned blocksPerRound = 32;
 constexpr std::size_t ringSize = std::size_t{blockSize} * blockCount;
 constexpr unsigned retireMilliseconds = 4;
 /// The kernel checks this value; blocks of TPACKET_V3 hold packets of any size.
@@ -140,7 +142,7 @@ void PacketRing::receive(std::chrono::microseconds wait, const Handler& handler)
 
 unsigned PacketRing::readBlocks(const Handler& handler) {
     unsigned count = 0;
-    for (; count < blockCount; ++count) {
+    for (; count < blocksPerRound; ++count) {
         std::uint8_t* const begin = m_blocks + std::size_t{m_next} * blockSize;
         auto& block = reinterpret_cast<tpacket_block_desc*>(begin)->hdr.bh1;
         if ((__atomic_load_n(&block.block_status, __ATOMIC_ACQUIRE) & TP_STATUS_USER) == 0)

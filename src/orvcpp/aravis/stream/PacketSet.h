@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -11,11 +10,8 @@ namespace orv::aravis {
 /// A set of packet numbers below a limit. Not thread-safe.
 class PacketSet {
 public:
-    /// Empties the set; keeps its memory.
-    void reset(std::size_t limit) {
-        m_words.assign((limit + bits - 1) / bits, 0);
-        m_count = 0;
-    }
+    explicit PacketSet(std::size_t limit) : m_words((limit + bits - 1) / bits, 0) {}
+
     bool contains(std::size_t number) const {
         return (m_words[number / bits] >> (number % bits) & 1U) != 0;
     }

@@ -16,9 +16,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Bootstrap registers: GigE Vision 2.2, chapter 28. The stream channel's are those of channel 0.
+/// Bootstrap registers, those of a stream for channel 0.
 constexpr std::uint64_t gvcpCapability = 0x0934;
 constexpr std::uint32_t packetResendBit = 0x00000004;
+constexpr std::uint64_t tickFrequencyHigh = 0x093C;
+constexpr std::uint64_t tickFrequencyLow = 0x0940;
 constexpr std::uint64_t streamPort = 0x0D00;
 constexpr std::uint64_t streamPacketSize = 0x0D04;
 constexpr std::uint64_t streamAddress = 0x0D18;
@@ -82,7 +84,7 @@ OrvErrorType directStream(ArvDevice* device, const platform::UdpSocket& socket) 
     const OrvErrorType error = setDestination(device, socket);
     if (error != OrvErrorSuccess || doPacketsArrive(device, socket))
         return error;
-    // Changes the destination; when it finds no size, the camera keeps its own.
+    // Changes the destination. If it finds no size, the camera's setting stays.
     LibraryError ignored;
     arv_gv_device_auto_packet_size(ARV_GV_DEVICE(device), ignored.out());
     return setDestination(device, socket);
@@ -90,6 +92,10 @@ OrvErrorType directStream(ArvDevice* device, const platform::UdpSocket& socket) 
 
 bool canResend(ArvDevice* device) {
     return (read(device, gvcpCapability) & packetResendBit) != 0;
+}
+
+std::uint64_t readTickFrequency(ArvDevice* device) {
+    return std::uint64_t{read(device, tickFrequencyHigh)} << 32U | read(device, tickFrequencyLow);
 }
 
 std::size_t readPacketSize(ArvDevice* device) {

@@ -8,6 +8,7 @@
 #include <arv.h>
 
 #include <cstddef>
+#include <cstdint>
 
 namespace orv::aravis {
 
@@ -17,6 +18,9 @@ OrvErrorType directStream(ArvDevice* device, const platform::UdpSocket& socket);
 
 /// Whether the camera sends packets again that are requested. On the device's thread.
 bool canResend(ArvDevice* device);
+
+/// Ticks per second of the camera's clock; 0 for a camera without one. On the device's thread.
+std::uint64_t readTickFrequency(ArvDevice* device);
 
 /// Bytes of the camera's packets (GevSCPSPacketSize); 0 when they cannot be read. On the device's
 /// thread.

@@ -35,7 +35,7 @@ public:
     void loadKeys();
     /// Finds the packet's endpoint among those of one host, which are sorted by port.
     void selectHost(Endpoint first, Endpoint last);
-    /// Ends the program: what an accepted packet leads to.
+    /// Ends the program: targets of the jumps for accepted packets.
     void accept();
     /// Ends the program: accepts every packet that is left.
     void acceptAll() { add(BPF_RET | BPF_K, wholePacket); }

@@ -13,19 +13,19 @@
 namespace orv::aravis {
 
 /// Bytes of UDP payload that headersOnly leaves of a packet that carries payload: the extended
-/// header of 20 bytes and the 8 bytes that multi-part payload adds (GigE Vision 2.2, GVSP).
+/// header of 20 bytes and the 8 bytes that multi-part payload adds.
 constexpr std::uint32_t keptOfPayload = 28;
 
-/// Whether a packet carries payload, by byte 4 of GVSP's header, whose lower half is the packet's
-/// format (GigE Vision 2.2, GVSP): generic, H.264, multi-zone, multi-part or GenDC payload.
-/// Others are short (leader, trailer) or hold all of a frame (all-in).
+/// Whether a packet carries payload. The lower half of byte 4 of its header is its format: generic
+/// (3), H.264 (5), multi-zone (6), multi-part (7) and GenDC (8) carry payload. Leaders and trailers
+/// are short; all-in packets hold a whole frame.
 constexpr bool carriesPayload(std::uint8_t formatByte) {
     const unsigned format = formatByte & 0xFU;
     return format == 3 || (format >= 5 && format <= 8);
 }
 
 /// Accepts packets to one of \p endpoints: whole, or for headersOnly those that carry payload up to
-/// keptOfPayload. Of two endpoints that differ only in headersOnly, the whole one holds. Takes
+/// keptOfPayload. If two endpoints differ only in headersOnly, packets are whole. Takes
 /// about 5 instructions each; the kernel accepts 4096.
 std::vector<sock_filter> streamFilter(std::vector<StreamEndpoint> endpoints);
 

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cstdint>
 #include <mutex>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -182,9 +183,13 @@ void StreamReceiver::run(State& state) {
         dispatcher.dispatch(datagram);
     };
     while (!state.isEnding) {
-        dispatcher.refresh();
-        state.source->receive(dispatcher.nextWait(), handOver);
-        dispatcher.finishRound();
+        try {
+            dispatcher.refresh();
+            state.source->receive(dispatcher.nextWait(), handOver);
+            dispatcher.finishRound();
+        } catch (const std::bad_alloc&) {
+            // Packets are lost, as in a full ring; the host application goes on.
+        }
     }
 }
 

@@ -31,7 +31,7 @@ public:
 class StreamReceiver {
 public:
     explicit StreamReceiver(std::unique_ptr<PacketSource> source);
-    /// No call to a consumer begins any more. Waits for the running one, unless this is it.
+    /// No call to a consumer begins any more. Waits for a running call, unless called by it.
     ~StreamReceiver();
     StreamReceiver(const StreamReceiver&) = delete;
     StreamReceiver& operator=(const StreamReceiver&) = delete;

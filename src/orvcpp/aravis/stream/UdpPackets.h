@@ -22,9 +22,9 @@ namespace orv::aravis {
 /// Waits until several packets are there and reads them with one system call.
 class UdpPackets : public PacketSource {
 public:
-    /// \p socket is bound, and read by nobody else. A datagram of more than \p largestPacket bytes
-    /// of UDP payload is ignored. Only if it carries payload and the endpoint asks for headers
-    /// only, it is handed over cut; all others are handed over whole.
+    /// \p socket is bound, and read by nobody else. Hands datagrams of up to \p largestPacket bytes
+    /// of UDP payload over whole. Ignores larger ones, except those that carry payload while the
+    /// endpoint asks for headers only: these it cuts.
     UdpPackets(std::shared_ptr<const platform::UdpSocket> socket, std::size_t largestPacket);
 
     void receive(std::chrono::microseconds wait, const Handler& handler) override;
