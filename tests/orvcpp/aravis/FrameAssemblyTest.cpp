@@ -256,17 +256,21 @@ TEST(FrameAssembly, deliversABlockThatComesTwiceOnce) {
     }
 }
 
-TEST(FrameAssembly, takesLatePacketsOfADeliveredBlockForNoNewOne) {
+TEST(FrameAssembly, deliversABlockOnceWhoseLeaderComesAfterItsEnd) {
     Assembled stream;
     stream.sendBlock(1);
-    stream.sendBlock(2, {0, 2});
+    stream.sendBlock(2, {0, 3});
     stream.pass(200);
-    EXPECT_THAT(stream.takeDelivered(), ElementsAre("1", "2 cut"));
-    for (const std::uint32_t number : {0U, 2U})
-        stream.sendPacket(2, number);
+    stream.sendPacket(2, 0);
+    stream.sendPacket(2, 3);
+    stream.pass(200);
     stream.sendBlock(3);
-    stream.pass(200);
-    EXPECT_THAT(stream.takeDelivered(), ElementsAre("3"));
+    EXPECT_THAT(stream.takeDelivered(), ElementsAre("1", "2 cut", "3"));
+    // A camera that begins anew then is still understood.
+    stream.send(stream.camera.leader(1, 4000));
+    for (std::uint32_t number = 1; number <= trailerNumber; ++number)
+        stream.sendPacket(1, number);
+    EXPECT_THAT(stream.takeDelivered(), ElementsAre("4"));
 }
 
 TEST(FrameAssembly, forgetsPacketsOfLostBlocksBeforeTheirIdsComeAgain) {

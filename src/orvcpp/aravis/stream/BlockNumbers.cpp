@@ -51,13 +51,12 @@ std::uint64_t BlockNumbers::first(std::uint64_t id) const {
     return id <= largestFirst && !goesOn ? id : 1;
 }
 
-/// A leader of a known block that comes late or twice is not newer than the newest one.
+/// A leader of a known block that comes late or twice is not newer than the newest one; one of a
+/// block after that, whose own leader has not come, may be.
 bool BlockNumbers::mayBeRestart(std::int64_t step, std::uint64_t timestamp, Time now) const {
-    if (now - m_newestTime > silence)
-        return true;
-    if (!m_hasNewestLeader)
-        return false;
-    if (timestamp > m_newestTimestamp)
+    const auto withoutLeader = static_cast<std::int64_t>(m_newest - m_withTimestamp);
+    const bool isAwaited = step <= 0 && step > -withoutLeader;
+    if (now - m_newestTime > silence || (timestamp > m_newestTimestamp && !isAwaited))
         return true;
     const bool hasClock = timestamp != 0 || m_newestTimestamp != 0;
     return !hasClock && (step > burst || step < -burst);
@@ -69,14 +68,13 @@ void BlockNumbers::open(std::uint64_t id, const Place& place, Time now) {
     m_newestId = id;
     m_newest = place.number;
     m_newestTime = now;
-    m_hasNewestLeader = false;
     if (place.isRestart)
         m_newestTimestamp = 0;
 }
 
 void BlockNumbers::noteTimestamp(std::uint64_t timestamp) {
     m_newestTimestamp = std::max(m_newestTimestamp, timestamp);
-    m_hasNewestLeader = true;
+    m_withTimestamp = m_newest;
 }
 
 } // namespace orv::aravis

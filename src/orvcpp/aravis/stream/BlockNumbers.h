@@ -50,8 +50,8 @@ private:
     std::uint64_t m_newest = 0;
     std::uint64_t m_lastEnded = 0;
     std::uint64_t m_newestTimestamp = 0;
-    /// The newest block's leader has come, so that a later leader is a newer one.
-    bool m_hasNewestLeader = false;
+    /// Number of the last block whose leader came while it was the newest.
+    std::uint64_t m_withTimestamp = 0;
     Time m_newestTime;
 };
 

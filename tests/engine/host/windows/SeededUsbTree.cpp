@@ -13,6 +13,7 @@
 #include "tests/engine/host/windows/SeededUsbTree.h"
 
 #include <algorithm>
+#include <array>
 #include <stdexcept>
 
 // The compiler's headers lack it.

@@ -1,0 +1,416 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Whether the receiver of GigE streams lasts: what it keeps after many starts, what it loses in
+// minutes, and what an adapter that goes away does to it. Run by tools/prove-receiver in the
+// networks of tools/congested-network; prints a line of figures for each proof.
+#include "tests/orvcpp/SdkFixture.h"
+#include "tests/support/FakeCameraProcess.h"
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <deque>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+namespace {
+
+using namespace std::chrono_literals;
+using sdk::Camera;
+using sdk::eventually;
+using Clock = std::chrono::steady_clock;
+
+constexpr const char* byRing = R"({"providers": [{"type": "genicam"}]})";
+constexpr const char* byUdp = R"({"providers": [{"type": "genicam", "packetSocket": false}]})";
+/// Longest time of all calls of a refresh to a camera that is away.
+constexpr auto patience = 3s;
+constexpr long memoryGrowthKb = 2048;
+constexpr double idleShare = 0.05;
+/// Difference of the shares of incomplete frames with and without images on a congested path, where
+/// chance decides which packets are dropped.
+constexpr double alike = 0.1;
+
+/// A setting from tools/prove-receiver.
+int setting(const char* name, int otherwise) {
+    const char* const value = std::getenv(name);
+    return value != nullptr ? std::atoi(value) : otherwise;
+}
+
+std::string percent(double share) {
+    std::ostringstream text;
+    text.precision(1);
+    text << std::fixed << share * 100 << " %";
+    return text.str();
+}
+
+long entries(const char* folder) {
+    return std::distance(std::filesystem::directory_iterator(folder), {});
+}
+
+struct Resources {
+    long memoryKb = 0;
+    long descriptors = entries("/proc/self/fd");
+    long threads = entries("/proc/self/task");
+
+    Resources() {
+        std::ifstream status("/proc/self/status");
+        for (std::string word; memoryKb == 0 && status >> word;) {
+            if (word == "VmRSS:")
+                status >> memoryKb;
+        }
+    }
+};
+
+/// The least in a second: threads of the search for cameras come and go.
+Resources settledResources() {
+    Resources least;
+    for (const auto end = Clock::now() + 1s; Clock::now() < end;) {
+        std::this_thread::sleep_for(10ms);
+        const Resources now;
+        least.descriptors = std::min(least.descriptors, now.descriptors);
+        least.threads = std::min(least.threads, now.threads);
+        least.memoryKb = now.memoryKb;
+    }
+    return least;
+}
+
+/// Share of a processor that this process takes during \p time.
+double processorShare(Clock::duration time) {
+    const auto used = [] {
+        rusage usage{};
+        getrusage(RUSAGE_SELF, &usage);
+        const auto seconds = [](const timeval& span) {
+            return static_cast<double>(span.tv_sec) + 1e-6 * static_cast<double>(span.tv_usec);
+        };
+        return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+    };
+    const double before = used();
+    const auto begun = Clock::now();
+    std::this_thread::sleep_for(time);
+    return (used() - before) / std::chrono::duration<double>(Clock::now() - begun).count();
+}
+
+int packetSockets() {
+    std::ifstream list("/proc/net/packet");
+    return static_cast<int>(std::count(std::istreambuf_iterator<char>(list), {}, '\n')) - 1;
+}
+
+/// Packets that the switches have dropped; negative when they do not tell.
+long long switchDrops() {
+    const std::unique_ptr<FILE, decltype(&pclose)> output(
+        popen("nsenter --net=/run/netns/switch tc -s qdisc show", "r"), pclose);
+    char line[256] = {};
+    bool isTold = false;
+    long long sum = 0;
+    while (fgets(line, sizeof line, output.get()) != nullptr) {
+        long long dropped = 0;
+        if (std::sscanf(line, " Sent %*d bytes %*d pkt (dropped %lld", &dropped) == 1) {
+            sum += dropped;
+            isTold = true;
+        }
+    }
+    return isTold ? sum : -1;
+}
+
+void command(const std::string& line) {
+    EXPECT_EQ(std::system(line.c_str()), 0) << line;
+}
+
+/// Frames and packets of one acquisition, or of several.
+struct Figures {
+    std::int64_t sent = 0;
+    std::int64_t complete = 0;
+    std::int64_t incomplete = 0;
+    std::int64_t lost = 0;
+    std::int64_t underrun = 0;
+    std::int64_t dropped = 0;
+
+    std::int64_t noticed() const { return complete + incomplete + lost + underrun; }
+    double incompleteShare() const {
+        return static_cast<double>(incomplete) /
+               static_cast<double>(std::max<std::int64_t>(1, noticed()));
+    }
+    Figures& operator+=(const Figures& other) {
+        sent += other.sent;
+        complete += other.complete;
+        incomplete += other.incomplete;
+        lost += other.lost;
+        underrun += other.underrun;
+        dropped += other.dropped;
+        return *this;
+    }
+    std::string text() const {
+        std::ostringstream text;
+        text << sent << " frames sent, " << complete << " complete, " << incomplete
+             << " incomplete, " << lost << " lost";
+        return text.str();
+    }
+};
+
+/// A stream of an opened camera, from construction to stop().
+class Streaming {
+public:
+    explicit Streaming(std::shared_ptr<Camera> camera)
+        : m_camera(std::move(camera)), m_sentBefore(framesSent()),
+          m_receiver(std::make_shared<sdk::Receiver>(m_camera)) {
+        EXPECT_EQ(sdk::start(*m_camera, m_receiver), OrvErrorSuccess);
+    }
+
+    void waitForFrames(std::size_t count) const {
+        EXPECT_TRUE(eventually([&] { return m_receiver->count() >= count; }));
+    }
+    std::string driver() const { return sdk::getText(*sdk::stream(*m_camera), "GVSPDriver"); }
+    Figures stop() const {
+        EXPECT_EQ(m_camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
+        const auto stream = sdk::stream(*m_camera);
+        const auto count = [&](const char* name) {
+            return sdk::get<std::int64_t>(*stream, name);
+        };
+        Figures figures;
+        figures.sent = framesSent() - m_sentBefore;
+        figures.complete = count("StatFrameDelivered");
+        figures.incomplete = count("StatFrameIncomplete");
+        figures.lost = count("StatFrameDropped");
+        figures.underrun = count("StatFrameUnderrun");
+        figures.dropped = count("StatPacketDropped");
+        return figures;
+    }
+    /// As stop(), of a stream that must have lost nothing, except for the frame that the stop cuts.
+    Figures stopWithoutLoss() const {
+        const Figures figures = stop();
+        const auto ids = m_receiver->ids();
+        EXPECT_EQ(ids, sdk::gapless(1, ids.size()));
+        EXPECT_GT(figures.complete, 0);
+        EXPECT_EQ(figures.complete, static_cast<std::int64_t>(ids.size()));
+        EXPECT_LE(figures.sent - figures.complete, 1) << figures.text();
+        EXPECT_EQ(figures.noticed(), figures.complete) << figures.text();
+        EXPECT_EQ(figures.dropped, 0);
+        return figures;
+    }
+
+private:
+    std::int64_t framesSent() const { return sdk::get<std::int64_t>(*m_camera, "TestFramesSent"); }
+
+    const std::shared_ptr<Camera> m_camera;
+    const std::int64_t m_sentBefore;
+    const std::shared_ptr<sdk::Receiver> m_receiver;
+};
+
+class Endurance : public testing::Test {
+protected:
+    void TearDown() override {
+        std::printf("%-6s %s: %s\n", HasFailure() ? "FAILED" : "ok",
+                    testing::UnitTest::GetInstance()->current_test_info()->name(),
+                    figures.str().c_str());
+        std::fflush(stdout);
+    }
+
+    /// Starts fake cameras C1, C2, ... of frames of 1 MiB, and the SDK.
+    void begin(int count, std::vector<std::string> options, const char* configuration = byRing) {
+        const bool hasTwoAdapters = setting("ADAPTERS", 1) == 2;
+        for (int i = 1; i <= count; ++i) {
+            const std::string number = std::to_string(i);
+            std::vector<std::string> all{"--serial", "C" + number};
+            all.insert(all.end(), options.begin(), options.end());
+            fakes.emplace_back((hasTwoAdapters && i > 2 ? "10.78.0.1" : "10.77.0.1") + number, all,
+                               "camera" + number);
+        }
+        running.emplace(std::string(configuration));
+        for (int i = 1; i <= count; ++i)
+            cameras.push_back(open(i));
+    }
+    /// Opens the camera once it is found.
+    static std::shared_ptr<Camera> open(int number) {
+        std::shared_ptr<Camera> opened;
+        EXPECT_TRUE(eventually([&] {
+            for (const auto& camera : sdk::cameras()) {
+                if (sdk::text(*camera, &Camera::GetSerialNumber) == "C" + std::to_string(number) &&
+                    camera->Open(OrvAccessModeFull) == OrvErrorSuccess)
+                    opened = camera;
+            }
+            return opened != nullptr;
+        }));
+        return opened;
+    }
+    /// Repeats \p cycle after some cycles of warm-up; the process must keep nothing of them.
+    template <typename Cycle> void repeat(int count, int warmUp, const Cycle& cycle) {
+        for (int i = 0; i < warmUp && !HasFailure(); ++i)
+            cycle();
+        const Resources before = settledResources();
+        for (int i = 1; i <= count && !HasFailure(); ++i) {
+            cycle();
+            if (i % 10 == 0)
+                std::fprintf(stderr, "cycle %d of %d\n", i, count);
+        }
+        EXPECT_TRUE(eventually([&] {
+            const Resources now;
+            return now.descriptors <= before.descriptors && now.threads <= before.threads;
+        }));
+        const Resources after = settledResources();
+        EXPECT_LE(after.memoryKb, before.memoryKb + memoryGrowthKb);
+        figures << count << " cycles after " << warmUp << "; memory " << before.memoryKb << " -> "
+                << after.memoryKb << " KB, descriptors " << before.descriptors << " -> "
+                << after.descriptors << ", threads " << before.threads << " -> " << after.threads;
+    }
+    void startAndStop(const char* configuration, const std::string& driver) {
+        begin(1, {"--frame-rate", "100"}, configuration);
+        repeat(setting("PROOF_CYCLES", 5), setting("PROOF_WARM_UP", 3), [&] {
+            const Streaming stream(cameras.front());
+            stream.waitForFrames(2);
+            EXPECT_EQ(stream.driver(), driver);
+            stream.stop();
+        });
+    }
+    /// Streams from all cameras for a time.
+    Figures stream(bool headersOnly, Clock::duration time) {
+        std::vector<Streaming> streams;
+        for (const auto& camera : cameras) {
+            EXPECT_EQ(sdk::set(*sdk::stream(*camera), "GVSPHeadersOnly", headersOnly),
+                      OrvErrorSuccess);
+            streams.emplace_back(camera);
+        }
+        std::this_thread::sleep_for(time);
+        Figures sum;
+        for (const Streaming& each : streams) {
+            const Figures one = each.stop();
+            EXPECT_LE(std::abs(one.noticed() - one.sent), 1) << one.text();
+            EXPECT_EQ(one.underrun, 0);
+            EXPECT_GT(one.sent, 0);
+            sum += one;
+        }
+        return sum;
+    }
+    /// Streams with images and without, on a path that loses packets or not.
+    void compareModes(bool isCongested, const std::vector<std::string>& options) {
+        begin(4, options);
+        const auto time = std::chrono::seconds(setting("PROOF_SECONDS", 2));
+        const Figures whole = stream(false, time);
+        const Figures headers = stream(true, time);
+        figures << "whole: " << whole.text() << " (" << percent(whole.incompleteShare())
+                << " incomplete); headers only: " << headers.text() << " ("
+                << percent(headers.incompleteShare()) << ')';
+        if (isCongested) {
+            EXPECT_GT(switchDrops(), 0);
+            EXPECT_NEAR(whole.incompleteShare(), headers.incompleteShare(), alike);
+        } else {
+            EXPECT_EQ(whole.incomplete + whole.lost, 0);
+            EXPECT_EQ(headers.incomplete + headers.lost, 0);
+        }
+    }
+    /// What a refresh calls of a camera that is away; how many milliseconds that takes.
+    static long long callAbsent(Camera& camera, const OrvCPP::Feature& width) {
+        const auto begun = Clock::now();
+        std::int64_t value = 0;
+        for (int i = 0; i < 20; ++i)
+            width.GetValue(value);
+        EXPECT_NE(width.GetValue(value), OrvErrorSuccess);
+        camera.StopContinuousImageAcquisition();
+        EXPECT_EQ(camera.Close(), OrvErrorSuccess);
+        const auto time = Clock::now() - begun;
+        EXPECT_LT(time, patience);
+        return std::chrono::duration_cast<std::chrono::milliseconds>(time).count();
+    }
+
+    std::deque<fakecamera::FakeCameraProcess> fakes;
+    std::optional<sdk::Running> running;
+    std::vector<std::shared_ptr<Camera>> cameras;
+    std::ostringstream figures;
+};
+
+TEST_F(Endurance, startAndStopByRing) {
+    startAndStop(byRing, "Filter");
+}
+
+TEST_F(Endurance, startAndStopByUdp) {
+    startAndStop(byUdp, "Socket");
+}
+
+TEST_F(Endurance, killAndReturn) {
+    begin(1, {"--frame-rate", "100"});
+    repeat(setting("PROOF_KILLS", 2), setting("PROOF_KILLS_WARM_UP", 1), [&] {
+        const Streaming stream(cameras.front());
+        stream.waitForFrames(2);
+        const auto width = sdk::feature(*cameras.front(), "Width");
+        fakes.front().kill();
+        callAbsent(*cameras.front(), *width);
+        fakes.front().restart();
+        cameras.front() = open(1);
+    });
+}
+
+TEST_F(Endurance, fourCameras) {
+    begin(4, {"--frame-rate", "15"});
+    std::vector<Streaming> streams(cameras.begin(), cameras.end());
+    const int seconds = setting("PROOF_STEADY_SECONDS", 3);
+    std::this_thread::sleep_for(std::chrono::seconds(seconds));
+    Figures sum;
+    for (const Streaming& stream : streams)
+        sum += stream.stopWithoutLoss();
+    EXPECT_EQ(switchDrops(), 0);
+    figures << seconds << " s; " << sum.text() << "; switch dropped " << switchDrops()
+            << " packets, host " << sum.dropped;
+}
+
+TEST_F(Endurance, modesOnCleanPath) {
+    compareModes(false, {"--frame-rate", "15"});
+}
+
+TEST_F(Endurance, modesOnLossyPath) {
+    compareModes(false, {"--frame-rate", "15", "--loss", "5"});
+}
+
+TEST_F(Endurance, modesOnCongestedPath) {
+    compareModes(true, {"--frame-rate", "15"});
+}
+
+TEST_F(Endurance, twoAdapters) {
+    begin(4, {"--frame-rate", "5"});
+    const std::vector<Streaming> kept{Streaming(cameras[0]), Streaming(cameras[1])};
+    {
+        const std::vector<Streaming> others{Streaming(cameras[2]), Streaming(cameras[3])};
+        std::this_thread::sleep_for(std::chrono::seconds(setting("PROOF_SECONDS", 2)));
+        EXPECT_EQ(packetSockets(), 2);
+        Figures sum;
+        for (const Streaming& stream : others)
+            sum += stream.stopWithoutLoss();
+        figures << "over host1 " << sum.text() << "; ";
+    }
+    const Streaming asked(cameras[2]);
+    const Streaming left(cameras[3]);
+    asked.waitForFrames(2);
+    left.waitForFrames(2);
+    const auto widthOfAsked = sdk::feature(*cameras[2], "Width");
+    const auto widthOfLeft = sdk::feature(*cameras[3], "Width");
+    const double before = processorShare(1s);
+    command("ip link set host1 down");
+    const long long calls = callAbsent(*cameras[2], *widthOfAsked);
+    const double down = processorShare(2s);
+    command("ip link del host1");
+    const double away = processorShare(2s);
+    EXPECT_LT(std::max(down, away), idleShare);
+    const long long later = callAbsent(*cameras[3], *widthOfLeft);
+    figures << "processor " << percent(before) << ", while down " << percent(down)
+            << ", while removed " << percent(away) << "; calls " << calls << " and " << later
+            << " ms; ";
+
+    command("\"$CONGESTED_NETWORK\" --connect 1");
+    const auto back = Clock::now();
+    for (int i = 3; i <= 4; ++i) {
+        const Streaming stream(open(i));
+        stream.waitForFrames(5);
+        EXPECT_EQ(stream.driver(), "Filter");
+        EXPECT_EQ(packetSockets(), 2);
+        stream.stopWithoutLoss();
+    }
+    const std::chrono::duration<double> returned = Clock::now() - back;
+    Figures sum;
+    for (const Streaming& stream : kept)
+        sum += stream.stopWithoutLoss();
+    EXPECT_EQ(switchDrops(), 0);
+    figures << "back after " << returned.count() << " s; over host0 meanwhile " << sum.text();
+}
+
+} // namespace
