@@ -88,7 +88,7 @@ const std::vector<Option>& allOptions() {
         number(nullptr, "--drop-every", "0", 0, any64, " packets",
                "drop each N-th data packet, resend it on request; 0: none"),
         number(nullptr, "--loss", "0", 0, 90, " percent",
-               "lose packets at random, leaders, trailers and resent ones, too"),
+               "lose packets at random, also those that are resent"),
         number(nullptr, "--resend", "1", 0, 1, "", "0: refuse to resend packets"),
 
         registerValue("Control", "--heartbeat", "3000", HeartbeatMilliseconds, " ms",

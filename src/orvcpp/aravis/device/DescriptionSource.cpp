@@ -195,8 +195,7 @@ SourceCheck checkDescriptionSource(std::uint32_t address) {
         if (!isAnswered(answer))
             return {OrvErrorTimeout, {}};
         const std::string url = Gvcp::text(*answer);
-        if (!isFollowed(url) ||
-            (urlRegister != descriptionUrlRegisters[0] && isPlainFile(url)))
+        if (!isFollowed(url) || (urlRegister != descriptionUrlRegisters[0] && isPlainFile(url)))
             continue;
         if (const SourceCheck check = checkPlace(camera, url); check.error != OrvErrorSuccess)
             return check;
