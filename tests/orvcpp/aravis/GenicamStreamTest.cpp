@@ -80,7 +80,8 @@ TEST_P(GenicamStreams, numberFramesBeyondSixteenBitsAlsoIncompleteOnes) {
         ASSERT_TRUE(camera);
         ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
         const auto receiver = std::make_shared<Receiver>(camera);
-        ASSERT_EQ(sdk::start(*camera, receiver), OrvErrorSuccess);
+        // Frames that wait for packets keep their buffers.
+        ASSERT_EQ(sdk::start(*camera, receiver, 20), OrvErrorSuccess);
         EXPECT_EQ(sdk::getText(*sdk::stream(*camera), "GVSPDriver"),
                   GetParam() ? "Filter" : "Socket");
         EXPECT_TRUE(eventually([&] { return receiver->count() >= 60; }));
