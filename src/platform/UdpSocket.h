@@ -5,6 +5,10 @@
 
 namespace platform {
 
+/// Bytes of the receive buffer that the stream of a GigE camera asks for: a quarter of a second of
+/// a Gigabit link.
+constexpr int streamReceiveBuffer = 32 * 1024 * 1024;
+
 /// An IPv4 socket for datagrams, closed with the object. Addresses are in host byte order. An
 /// operation that fails returns false and sets errno. Reentrant.
 class UdpSocket {

@@ -3,6 +3,7 @@
 
 #include "logging/Log.h"
 #include "platform/Sysfs.h"
+#include "platform/UdpSocket.h"
 #include "session/UsbAccess.h"
 
 #include <utility>
@@ -13,8 +14,7 @@ namespace {
 
 /// Memory for the frames of one USB camera that are being received.
 constexpr std::uint64_t megabytesPerUsbCamera = 16;
-/// Bytes of the receive buffer that a stream of a GigE camera asks for.
-constexpr std::uint64_t wantedReceiveBuffer = 32 * 1024 * 1024;
+constexpr std::uint64_t wantedReceiveBuffer = platform::streamReceiveBuffer;
 
 const char* const usbMemoryFile = "sys/module/usbcore/parameters/usbfs_memory_mb";
 const char* const receiveBufferFile = "proc/sys/net/core/rmem_max";

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/discovery/Gvcp.h"
 
+#include "orvcpp/aravis/BigEndian.h"
 #include "platform/UdpSocket.h"
 
 #include <algorithm>
@@ -104,8 +105,7 @@ std::optional<Gvcp::Answer> Gvcp::readMemory(std::uint32_t address, std::uint16_
 std::optional<std::uint32_t> Gvcp::value(const Answer& answer) {
     if (answer.status != 0 || answer.data.size() < 4)
         return std::nullopt;
-    return static_cast<std::uint32_t>(bigEndian16(answer.data.data())) << 16U |
-           bigEndian16(&answer.data[2]);
+    return bigEndian32(answer.data.data());
 }
 
 std::string Gvcp::text(const Answer& answer) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/discovery/GvcpAnswer.h"
 
+#include "orvcpp/aravis/BigEndian.h"
+
 namespace orv::aravis {
 
 namespace {

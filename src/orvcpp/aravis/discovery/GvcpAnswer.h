@@ -33,8 +33,4 @@ struct GvcpReply {
 /// Reads the packet in \p bytes, which may hold anything. Reentrant.
 GvcpReply parseReply(const std::uint8_t* bytes, std::size_t size, const GvcpRequestId& request);
 
-inline std::uint16_t bigEndian16(const std::uint8_t* bytes) {
-    return static_cast<std::uint16_t>(bytes[0] << 8U | bytes[1]);
-}
-
 } // namespace orv::aravis

@@ -9,8 +9,6 @@ namespace {
 
 /// IDs of 16 bits without 0.
 constexpr std::int64_t cycle = 0xFFFF;
-/// An acquisition whose first block has an ID up to this has lost the blocks before it.
-constexpr std::uint64_t largestFirst = 32;
 /// Blocks that may be lost at once, whatever the time: a switch drops a burst.
 constexpr std::int64_t burst = 1024;
 /// No camera sends blocks faster. A larger step in the time since the newest block is not a loss.
@@ -48,7 +46,7 @@ std::optional<BlockNumbers::Place> BlockNumbers::place(std::uint64_t id, bool ha
 
 std::uint64_t BlockNumbers::first(std::uint64_t id) const {
     const bool goesOn = m_previous && id > *m_previous;
-    return id <= largestFirst && !goesOn ? id : 1;
+    return id <= largestFirstId && !goesOn ? id : 1;
 }
 
 /// A leader of a known block that comes late or twice is not newer than the newest one; one of a

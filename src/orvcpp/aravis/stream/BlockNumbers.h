@@ -7,6 +7,9 @@
 
 namespace orv::aravis {
 
+/// An acquisition whose first frame has an ID up to this has lost the frames before it.
+constexpr std::uint64_t largestFirstId = 32;
+
 /// Counts the blocks of an acquisition from 1, whatever the camera's own IDs do. IDs of 16 bits
 /// skip 0 and wrap; a camera may go on from its previous acquisition, begin anew at any time, or
 /// lose its count. The numbers never step back, and a gap in them is a loss. Not thread-safe.

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/FrameIds.h"
 
+#include "orvcpp/aravis/stream/BlockNumbers.h"
+
 namespace orv::aravis {
 
 namespace {
 
-/// An acquisition whose first frame has a number up to this has lost the frames before it.
-constexpr std::uint64_t largestFirst = 32;
 /// An incomplete frame that leaves a larger gap than this carries a stale number.
 constexpr std::uint64_t largestGap = 1024;
 
@@ -14,12 +14,12 @@ constexpr std::uint64_t largestGap = 1024;
 
 std::optional<std::uint64_t> FrameIds::extend(std::uint64_t id, bool isComplete) {
     const std::uint64_t step = m_last ? id - *m_last : 0;
-    const bool isPlausible = m_last ? step >= 1 && step <= largestGap : id <= largestFirst;
+    const bool isPlausible = m_last ? step >= 1 && step <= largestGap : id <= largestFirstId;
     if (!isComplete && !isPlausible)
         return std::nullopt;
     if (m_last)
         m_number += step;
-    else if (id <= largestFirst && (!m_previous || id <= *m_previous))
+    else if (id <= largestFirstId && (!m_previous || id <= *m_previous))
         m_number = id;
     m_last = id;
     return m_number;

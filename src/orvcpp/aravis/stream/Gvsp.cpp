@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/Gvsp.h"
 
+#include "orvcpp/aravis/BigEndian.h"
+
 namespace orv::aravis::gvsp {
 
 namespace {
@@ -31,18 +33,6 @@ constexpr std::size_t imageSize = 12;
 /// Data type of a part.
 constexpr std::uint16_t imagePart = 1;
 
-std::uint16_t number16(const std::uint8_t* at) {
-    return static_cast<std::uint16_t>(at[0] << 8U | at[1]);
-}
-
-std::uint32_t number32(const std::uint8_t* at) {
-    return std::uint32_t{number16(at)} << 16U | number16(at + 2);
-}
-
-std::uint64_t number64(const std::uint8_t* at) {
-    return std::uint64_t{number32(at)} << 32U | number32(at + 4);
-}
-
 Availability availabilityOf(std::uint16_t status) {
     if ((status & failureBit) == 0)
         return Availability::Present;
@@ -60,7 +50,8 @@ std::optional<Image> readImage(const Packet& packet, std::size_t offset) {
     if (packet.captured < offset + imageSize)
         return std::nullopt;
     const std::uint8_t* const at = packet.data + offset;
-    return Image{number32(at + 4), number32(at + 8), static_cast<OrvPixelFormatType>(number32(at))};
+    return Image{bigEndian32(at + 4), bigEndian32(at + 8),
+                 static_cast<OrvPixelFormatType>(bigEndian32(at))};
 }
 
 } // namespace
@@ -74,12 +65,12 @@ std::optional<Packet> readPacket(const std::uint8_t* bytes, std::size_t captured
     const std::size_t header = packet.hasExtendedIds ? extendedHeaderSize : headerSize;
     if (captured < header)
         return std::nullopt;
-    const std::uint16_t status = number16(bytes);
+    const std::uint16_t status = bigEndian16(bytes);
     packet.availability = availabilityOf(status);
     packet.format = static_cast<Format>(bytes[4] & formatBits);
-    packet.block = packet.hasExtendedIds ? number64(bytes + 8) : number16(bytes + 2);
+    packet.block = packet.hasExtendedIds ? bigEndian64(bytes + 8) : bigEndian16(bytes + 2);
     packet.number =
-        packet.hasExtendedIds ? number32(bytes + 16) : number32(bytes + 4) & 0x00FFFFFFU;
+        packet.hasExtendedIds ? bigEndian32(bytes + 16) : bigEndian32(bytes + 4) & 0x00FFFFFFU;
     packet.data = bytes + header;
     packet.size = size - header;
     packet.captured = captured - header;
@@ -93,13 +84,13 @@ std::optional<Leader> readLeader(const Packet& packet) {
     if (packet.captured < imageOffset)
         return std::nullopt;
     Leader leader;
-    leader.timestamp = number64(packet.data + timestampOffset);
+    leader.timestamp = bigEndian64(packet.data + timestampOffset);
     const auto type =
-        static_cast<std::uint16_t>(number16(packet.data + payloadTypeOffset) & ~chunksBit);
+        static_cast<std::uint16_t>(bigEndian16(packet.data + payloadTypeOffset) & ~chunksBit);
     if (type == imagePayload || type == extendedChunkPayload)
         leader.image = readImage(packet, imageOffset);
     if (type == multiPartPayload && packet.captured >= partOffset + 2 &&
-        number16(packet.data + partOffset) == imagePart)
+        bigEndian16(packet.data + partOffset) == imagePart)
         leader.image = readImage(packet, partImageOffset);
     return leader;
 }
@@ -107,7 +98,7 @@ std::optional<Leader> readLeader(const Packet& packet) {
 std::optional<std::uint64_t> multiPartOffset(const Packet& packet) {
     if (packet.captured < multiPartHeaderSize)
         return std::nullopt;
-    return std::uint64_t{number16(packet.data + 2)} << 32U | number32(packet.data + 4);
+    return std::uint64_t{bigEndian16(packet.data + 2)} << 32U | bigEndian32(packet.data + 4);
 }
 
 } // namespace orv::aravis::gvsp

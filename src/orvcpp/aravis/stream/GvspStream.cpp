@@ -77,7 +77,7 @@ std::shared_ptr<StreamReceiver> GvspStream::makeReceiver(std::size_t packetSize)
         const std::lock_guard lock(m_mutex);
         m_transport.usesPacketSocket = false;
     }
-    m_socket->set(SOL_SOCKET, SO_RCVBUF, wantedReceiveBuffer);
+    m_socket->set(SOL_SOCKET, SO_RCVBUF, platform::streamReceiveBuffer);
     return std::make_shared<StreamReceiver>(
         std::make_unique<UdpPackets>(m_socket, packetSize - gvsp::ipAndUdpSize));
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/IpDatagram.h"
 
+#include "orvcpp/aravis/BigEndian.h"
+
 #include <algorithm>
 
 #include <netinet/in.h>
@@ -11,14 +13,6 @@ namespace {
 
 constexpr std::size_t smallestIpHeader = 20;
 
-std::uint16_t read16(const std::uint8_t* at) {
-    return static_cast<std::uint16_t>(at[0] << 8U | at[1]);
-}
-
-std::uint32_t read32(const std::uint8_t* at) {
-    return static_cast<std::uint32_t>(read16(at)) << 16U | read16(at + 2);
-}
-
 } // namespace
 
 std::optional<StreamDatagram> readIpDatagram(const std::uint8_t* packet, std::size_t captured,
@@ -26,19 +20,19 @@ std::optional<StreamDatagram> readIpDatagram(const std::uint8_t* packet, std::si
     if (captured < smallestIpHeader || packet[0] >> 4U != 4)
         return std::nullopt;
     const std::size_t header = (packet[0] & 0xFU) * std::size_t{4};
-    const std::size_t total = read16(packet + 2);
+    const std::size_t total = bigEndian16(packet + 2);
     if (header < smallestIpHeader || captured < header + udpHeaderSize || total > size ||
         total < header + udpHeaderSize)
         return std::nullopt;
-    if (packet[9] != IPPROTO_UDP || (read16(packet + 6) & fragmentBits) != 0)
+    if (packet[9] != IPPROTO_UDP || (bigEndian16(packet + 6) & fragmentBits) != 0)
         return std::nullopt;
     const std::uint8_t* const udp = packet + header;
-    const std::size_t length = read16(udp + 4);
+    const std::size_t length = bigEndian16(udp + 4);
     if (length < udpHeaderSize || length > total - header)
         return std::nullopt;
     StreamDatagram datagram;
-    datagram.sender = read32(packet + 12);
-    datagram.port = read16(udp + 2);
+    datagram.sender = bigEndian32(packet + 12);
+    datagram.port = bigEndian16(udp + 2);
     datagram.data = udp + udpHeaderSize;
     datagram.size = length - udpHeaderSize;
     datagram.captured = std::min(datagram.size, captured - header - udpHeaderSize);

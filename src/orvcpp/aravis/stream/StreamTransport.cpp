@@ -22,8 +22,8 @@ bool permitsPacketSocket() {
 
 int grantedReceiveBuffer() {
     const platform::UdpSocket socket;
-    setsockopt(socket.handle(), SOL_SOCKET, SO_RCVBUF, &wantedReceiveBuffer,
-               sizeof wantedReceiveBuffer);
+    setsockopt(socket.handle(), SOL_SOCKET, SO_RCVBUF, &platform::streamReceiveBuffer,
+               sizeof platform::streamReceiveBuffer);
     int granted = 0;
     socklen_t size = sizeof granted;
     getsockopt(socket.handle(), SOL_SOCKET, SO_RCVBUF, &granted, &size);
@@ -38,7 +38,8 @@ std::string StreamTransport::description() const {
     if (usesPacketSocket)
         return "packet ring";
     return "UDP socket, receive buffer " + std::to_string(receiveBuffer / kilobyte) +
-           " KB granted of " + std::to_string(wantedReceiveBuffer / kilobyte) + " KB asked for";
+           " KB granted of " + std::to_string(platform::streamReceiveBuffer / kilobyte) +
+           " KB asked for";
 }
 
 StreamTransport chooseStreamTransport(const CameraRecord& record, PacketSocket use) {

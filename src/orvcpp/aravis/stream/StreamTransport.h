@@ -24,9 +24,6 @@ struct StreamTransport {
     std::string description() const;
 };
 
-/// Receive buffer to request, in bytes.
-constexpr int wantedReceiveBuffer = 32 * 1024 * 1024;
-
 StreamTransport chooseStreamTransport(const CameraRecord& record, PacketSocket use);
 
 } // namespace orv::aravis
