@@ -65,10 +65,8 @@ TEST(HostileCamera, isRefusedForItsDescriptionAndNamedInTheLog) {
     for (const auto& [options, fault] : cases) {
         const auto [error, log] = openWith(options);
         EXPECT_EQ(error, fault.empty() ? OrvErrorSuccess : OrvErrorFeaturesUnavailable) << fault;
-        if (!fault.empty())
-            EXPECT_THAT(log, HasSubstr("DEV_02FC7F000002: The camera's description cannot be "
-                                       "used: " +
-                                       fault));
+        const std::string line = "DEV_02FC7F000002: The camera's description cannot be used: ";
+        EXPECT_THAT(log, HasSubstr(fault.empty() ? "" : line + fault));
     }
 }
 

@@ -39,13 +39,6 @@ int setting(const char* name, int otherwise) {
     return value != nullptr ? std::atoi(value) : otherwise;
 }
 
-std::string percent(double share) {
-    std::ostringstream text;
-    text.precision(1);
-    text << std::fixed << share * 100 << " %";
-    return text.str();
-}
-
 long entries(const char* folder) {
     return std::distance(std::filesystem::directory_iterator(folder), {});
 }
@@ -193,6 +186,7 @@ protected:
 
     /// Starts fake cameras C1, C2, ... of frames of 1 MiB, and the SDK.
     void begin(int count, std::vector<std::string> options, const char* configuration = byRing) {
+        figures.precision(3);
         const bool hasTwoAdapters = setting("ADAPTERS", 1) == 2;
         for (int i = 1; i <= count; ++i) {
             const std::string number = std::to_string(i);
@@ -224,11 +218,11 @@ protected:
             if (i % 10 == 0)
                 std::fprintf(stderr, "cycle %d of %d\n", i, count);
         }
+        Resources after;
         EXPECT_TRUE(eventually([&] {
-            const Resources now;
-            return now.descriptors <= before.descriptors && now.threads <= before.threads;
+            after = settledResources();
+            return after.descriptors <= before.descriptors && after.threads <= before.threads;
         }));
-        const Resources after = settledResources();
         EXPECT_LE(after.memoryKb, before.memoryKb + memoryGrowthKb);
         figures << count << " cycles after " << warmUp << "; memory " << before.memoryKb << " -> "
                 << after.memoryKb << " KB, descriptors " << before.descriptors << " -> "
@@ -278,9 +272,9 @@ protected:
         }
         const double wholeShare = incompleteShare(whole);
         const double headersShare = incompleteShare(headers);
-        figures << "whole: " << textOf(whole) << " (" << percent(wholeShare)
-                << " incomplete); headers only: " << textOf(headers) << " ("
-                << percent(headersShare) << ')';
+        figures << "whole: " << textOf(whole) << " (" << 100 * wholeShare
+                << " % incomplete); headers only: " << textOf(headers) << " (" << 100 * headersShare
+                << " %)";
         if (isCongested) {
             EXPECT_GT(switchDrops(), 0);
             EXPECT_NEAR(wholeShare, headersShare, alike);
@@ -373,8 +367,8 @@ TEST_F(Endurance, twoAdapters) {
     EXPECT_LT(std::max(down, away), idleShare);
     const auto later = callAbsent(*cameras[3], *widthOfLeft);
     EXPECT_LT(std::max(calls, later), cameras::patience);
-    figures << "processor " << percent(before) << ", while down " << percent(down)
-            << ", while removed " << percent(away) << "; calls " << calls / 1ms << " and "
+    figures << "processor " << 100 * before << " %, while down " << 100 * down << " %"
+            << ", while removed " << 100 * away << " %; calls " << calls / 1ms << " and "
             << later / 1ms << " ms; ";
 
     command("\"$CONGESTED_NETWORK\" --connect 1");
