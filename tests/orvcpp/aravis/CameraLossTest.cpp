@@ -5,13 +5,12 @@
 
 namespace {
 
+using cameras::callAbsent;
 using cameras::Clock;
 using cameras::find;
+using cameras::patience;
 using sdk::eventually;
 using std::chrono::milliseconds;
-
-/// Longest time that all calls of a refresh may take when a camera dies.
-constexpr milliseconds patience{3000};
 
 class LostCamera : public cameras::OneCamera {
 protected:
@@ -22,18 +21,6 @@ protected:
     OrvErrorType readWidth() const {
         std::int64_t value = 0;
         return width->GetValue(value);
-    }
-    /// Makes the calls of a refresh to an absent camera: reads it, stops it, closes it.
-    void expectBriefCalls(milliseconds limit) const {
-        const auto begun = Clock::now();
-        for (int i = 0; i < 20; ++i)
-            readWidth();
-        EXPECT_EQ(readWidth(), OrvErrorNotFound);
-        camera->StopContinuousImageAcquisition();
-        EXPECT_EQ(camera->Close(), OrvErrorSuccess);
-        std::uint32_t count = 0;
-        sdk::system().GetCameras(nullptr, count);
-        EXPECT_LT(Clock::now() - begun, limit);
     }
     /// Waits until it can be opened and streams.
     void expectReturn() {
@@ -53,7 +40,7 @@ protected:
 TEST_F(LostCamera, delaysCallsBrieflyAndIsLostUntilReopened) {
     // It dies.
     fake.kill();
-    expectBriefCalls(patience);
+    EXPECT_LT(callAbsent(*camera, *width), patience);
     EXPECT_FALSE(find("FC0001"));
     fake.restart();
     expectReturn();
@@ -63,7 +50,7 @@ TEST_F(LostCamera, delaysCallsBrieflyAndIsLostUntilReopened) {
     fake.pause();
     std::int64_t bytes = 0;
     EXPECT_EQ(packetSize->GetValue(bytes), OrvErrorNotFound) << "rather than a size of " << bytes;
-    expectBriefCalls(patience);
+    EXPECT_LT(callAbsent(*camera, *width), patience);
     fake.resume();
     expectReturn();
 
@@ -71,7 +58,7 @@ TEST_F(LostCamera, delaysCallsBrieflyAndIsLostUntilReopened) {
     fake.kill();
     fake.restart();
     EXPECT_TRUE(eventually([this] { return readWidth() == OrvErrorNotFound; }));
-    expectBriefCalls(milliseconds(500));
+    EXPECT_LT(callAbsent(*camera, *width), milliseconds(500));
     expectReturn();
 }
 

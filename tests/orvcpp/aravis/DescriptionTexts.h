@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// GenICam descriptions for tests.
@@ -38,39 +40,25 @@ inline std::string chain(const std::string& form, int count) {
 
 /// A ZIP archive of one file, which is stored.
 inline std::vector<std::uint8_t> archive(const std::string& name, const std::string& content) {
+    using Fields = std::initializer_list<std::pair<std::uint64_t, int>>;
     std::vector<std::uint8_t> bytes;
-    const auto put = [&bytes](std::uint64_t number, int count) {
-        for (; count > 0; --count, number >>= 8U)
-            bytes.push_back(static_cast<std::uint8_t>(number));
+    // Numbers with their bytes, the lowest first.
+    const auto put = [&bytes](Fields fields) {
+        for (auto [number, count] : fields)
+            for (; count > 0; --count, number >>= 8U)
+                bytes.push_back(static_cast<std::uint8_t>(number));
     };
     const auto putText = [&bytes](const std::string& text) {
         bytes.insert(bytes.end(), text.begin(), text.end());
     };
-    const auto putSizes = [&] {
-        put(0, 4);
-        put(content.size(), 4);
-        put(content.size(), 4);
-        put(name.size(), 2);
-        put(0, 2);
-    };
-    putText("PK\3\4");
-    put(0, 10);
-    putSizes();
+    const std::uint64_t size = content.size();
+    put({{0x04034B50, 4}, {0, 14}, {size, 4}, {size, 4}, {name.size(), 2}, {0, 2}});
     putText(name + content);
     const std::size_t directory = bytes.size();
-    putText("PK\1\2");
-    put(0, 12);
-    putSizes();
-    put(0, 14);
+    put({{0x02014B50, 4}, {0, 16}, {size, 4}, {size, 4}, {name.size(), 2}, {0, 16}});
     putText(name);
     const std::size_t end = bytes.size();
-    putText("PK\5\6");
-    put(0, 4);
-    put(1, 2);
-    put(1, 2);
-    put(end - directory, 4);
-    put(directory, 4);
-    put(0, 2);
+    put({{0x06054B50, 4}, {0, 4}, {1, 2}, {1, 2}, {end - directory, 4}, {directory, 4}, {0, 2}});
     return bytes;
 }
 

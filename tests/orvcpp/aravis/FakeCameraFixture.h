@@ -32,6 +32,24 @@ inline std::shared_ptr<Camera> find(const std::string& serial) {
     return nullptr;
 }
 
+/// Longest time of callAbsent().
+constexpr std::chrono::milliseconds patience{3000};
+
+/// Makes the calls of a refresh to a camera that is away: reads it, stops it, closes it, looks for
+/// cameras. How long that takes.
+inline Clock::duration callAbsent(Camera& camera, const sdk::Feature& width) {
+    const auto begun = Clock::now();
+    std::int64_t value = 0;
+    for (int i = 0; i < 20; ++i)
+        width.GetValue(value);
+    EXPECT_EQ(width.GetValue(value), OrvErrorNotFound);
+    camera.StopContinuousImageAcquisition();
+    EXPECT_EQ(camera.Close(), OrvErrorSuccess);
+    std::uint32_t count = 0;
+    sdk::system().GetCameras(nullptr, count);
+    return Clock::now() - begun;
+}
+
 /// One fake camera, found by the SDK and opened.
 class OneCamera : public testing::Test {
 protected:

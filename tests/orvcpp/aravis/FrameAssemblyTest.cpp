@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/FrameAssembly.h"
+#include "tests/orvcpp/SdkFixture.h"
 #include "tests/orvcpp/aravis/StreamScript.h"
 
 #include <gmock/gmock.h>
@@ -15,6 +16,7 @@ using namespace orv::aravis;
 using script::trailerNumber;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using Texts = std::vector<std::string>;
 
 /// An assembly with its frames; what it delivers and requests is kept as text.
 class Assembled : public FrameAssembly::Output {
@@ -34,12 +36,16 @@ public:
     void send(const script::Bytes& bytes) {
         assembly.packet(bytes.data(), bytes.size(), bytes.size(), now);
     }
-    void sendPacket(std::uint64_t block, std::uint32_t number) { send(camera.any(block, number)); }
+    void sendPackets(std::uint64_t block, const std::vector<std::uint32_t>& numbers) {
+        for (const std::uint32_t number : numbers)
+            send(camera.any(block, number));
+    }
     /// A block without the packets \p lost.
-    void sendBlock(std::uint64_t block, const std::set<std::uint32_t>& lost = {}) {
+    void sendBlock(std::uint64_t block, const std::set<std::uint32_t>& lost = {},
+                   std::optional<std::uint64_t> timestamp = {}) {
         for (std::uint32_t number = 0; number <= trailerNumber; ++number) {
             if (lost.count(number) == 0)
-                sendPacket(block, number);
+                send(camera.any(block, number, timestamp));
         }
     }
     void pass(int milliseconds) {
@@ -49,8 +55,8 @@ public:
             EXPECT_TRUE(!assembly.due() || *assembly.due() > now) << "else it is called in vain";
         }
     }
-    std::vector<std::string> takeDelivered() { return std::exchange(m_delivered, {}); }
-    std::vector<std::string> takeRequests() { return std::exchange(m_requests, {}); }
+    Texts takeDelivered() { return std::exchange(m_delivered, {}); }
+    Texts takeRequests() { return std::exchange(m_requests, {}); }
 
     std::shared_ptr<GenicamFrame> takeFrame() override {
         if (m_free.empty())
@@ -60,10 +66,8 @@ public:
         return frame;
     }
     void deliver(std::shared_ptr<GenicamFrame> frame) override {
-        std::uint64_t id = 0;
-        OrvFrameStatusType status = OrvFrameStatusInvalid;
-        EXPECT_EQ(frame->GetFrameID(id), OrvErrorSuccess);
-        EXPECT_EQ(frame->GetReceiveStatus(status), OrvErrorSuccess);
+        const std::uint64_t id = sdk::ask(*frame, &sdk::Frame::GetFrameID);
+        const auto status = sdk::ask(*frame, &sdk::Frame::GetReceiveStatus);
         const bool isWhole = status == OrvFrameStatusComplete;
         m_delivered.push_back(std::to_string(id) + (isWhole                            ? ""
                                                     : status == OrvFrameStatusTooSmall ? " small"
@@ -93,32 +97,24 @@ public:
 
 private:
     std::deque<std::shared_ptr<GenicamFrame>> m_free;
-    std::vector<std::string> m_delivered;
-    std::vector<std::string> m_requests;
+    Texts m_delivered;
+    Texts m_requests;
 };
 
 TEST(FrameAssembly, deliversBlocksWhateverTheOrderOfTheirPackets) {
     for (const bool hasExtendedIds : {false, true}) {
         Assembled stream({hasExtendedIds});
         stream.sendBlock(1);
-        for (const std::uint32_t number : {3U, 5U, 0U, 0U, 4U, 1U, 3U, 2U, 2U})
-            stream.sendPacket(2, number);
+        stream.sendPackets(2, {3, 5, 0, 0, 4, 1, 3, 2, 2});
         // Two blocks at once, the later one whole first.
-        for (const std::uint32_t number : {0U, 1U, 2U})
-            stream.sendPacket(3, number);
+        stream.sendPackets(3, {0, 1, 2});
         stream.sendBlock(4);
         EXPECT_THAT(stream.takeDelivered(), ElementsAre("1", "2"));
-        for (const std::uint32_t number : {3U, 4U, 5U})
-            stream.sendPacket(3, number);
+        stream.sendPackets(3, {3, 4, 5});
         EXPECT_THAT(stream.takeDelivered(), ElementsAre("3", "4"));
-        std::uint64_t timestamp = 0;
-        std::uint32_t width = 0;
-        std::uint32_t height = 0;
-        EXPECT_EQ(stream.last->GetTimestamp(timestamp), OrvErrorSuccess);
-        EXPECT_EQ(stream.last->GetWidth(width), OrvErrorSuccess);
-        EXPECT_EQ(stream.last->GetHeight(height), OrvErrorSuccess);
-        EXPECT_EQ(timestamp, 4000U * 8) << "nanoseconds";
-        EXPECT_EQ(std::make_pair(width, height), std::make_pair(40U, 30U));
+        EXPECT_EQ(sdk::ask(*stream.last, &sdk::Frame::GetTimestamp), 4000U * 8) << "nanoseconds";
+        EXPECT_EQ(sdk::ask(*stream.last, &sdk::Frame::GetWidth), 40U);
+        EXPECT_EQ(sdk::ask(*stream.last, &sdk::Frame::GetHeight), 30U);
         stream.pass(300);
         EXPECT_THAT(stream.takeRequests(), IsEmpty());
         EXPECT_EQ(stream.counters.packetsDuplicate, 2U);
@@ -134,11 +130,10 @@ TEST(FrameAssembly, requestsWhatIsMissing) {
     EXPECT_THAT(stream.takeRequests(), IsEmpty()) << "packets may come in another order";
     stream.pass(3);
     EXPECT_THAT(stream.takeRequests(), ElementsAre("1:0-0", "1:2-3"));
-    for (const std::uint32_t number : {2U, 0U})
-        stream.sendPacket(1, number);
+    stream.sendPackets(1, {2, 0});
     stream.pass(12);
     EXPECT_THAT(stream.takeRequests(), ElementsAre("1:3-3")) << "again";
-    stream.sendPacket(1, 3);
+    stream.sendPackets(1, {3});
     EXPECT_THAT(stream.takeDelivered(), ElementsAre("1"));
     EXPECT_EQ(stream.counters.packetsRequested, 4U);
     EXPECT_EQ(stream.counters.packetsResent, 3U);
@@ -164,22 +159,18 @@ TEST(FrameAssembly, endsBlocksThatCannotBecomeWhole) {
     both.sendBlock(1, {1, 2});
     both.send(both.camera.packet(script::Data, 1, 2, {}, 0x8011));
     EXPECT_THAT(both.takeDelivered(), ElementsAre("1 cut"));
-    // It does not have packet 2.
-    for (const std::uint16_t status :
-         std::initializer_list<std::uint16_t>{0x800C, 0x8011, 0x8012}) {
+    // It does not have packet 2; or it has not sent it yet, or has no time.
+    const std::pair<std::uint16_t, bool> statuses[] = {
+        {0x800C, true}, {0x8011, true}, {0x8012, true}, {0x8010, false}, {0x8014, false}};
+    for (const auto& [status, isGone] : statuses) {
+        SCOPED_TRACE(status);
         Assembled stream;
         stream.sendBlock(1, {2});
         stream.send(stream.camera.packet(script::Data, 1, 2, {}, status));
-        EXPECT_THAT(stream.takeDelivered(), ElementsAre("1 cut")) << status;
-    }
-    // It has not sent the packet yet, or has no time.
-    for (const std::uint16_t status : std::initializer_list<std::uint16_t>{0x8010, 0x8014}) {
-        Assembled stream;
-        stream.sendBlock(1, {2});
-        stream.send(stream.camera.packet(script::Data, 1, 2, {}, status));
+        EXPECT_EQ(stream.takeDelivered(), isGone ? Texts{"1 cut"} : Texts{});
         stream.pass(2);
-        EXPECT_THAT(stream.takeDelivered(), IsEmpty()) << status;
-        EXPECT_THAT(stream.takeRequests(), ElementsAre("1:2-2"));
+        EXPECT_EQ(stream.takeRequests(), isGone ? Texts{} : Texts{"1:2-2"});
+        EXPECT_THAT(stream.takeDelivered(), IsEmpty());
     }
     // It cannot send again.
     Assembled stream({}, {}, 8, false);
@@ -207,7 +198,7 @@ TEST(FrameAssembly, numbersCountOnWhateverTheCamerasDo) {
         std::optional<std::uint64_t> previous;
         /// The camera's IDs; 0 for a second of silence.
         std::vector<std::uint64_t> ids;
-        std::vector<std::string> numbers;
+        Texts numbers;
         std::uint64_t lost;
     } cases[] = {
         {"the first ones lost", false, {}, {3, 4}, {"3", "4"}, 2},
@@ -228,13 +219,10 @@ TEST(FrameAssembly, numbersCountOnWhateverTheCamerasDo) {
         Assembled stream({hasExtendedIds}, previous);
         std::uint64_t timestamp = 0;
         for (const std::uint64_t id : ids) {
-            if (id == 0) {
+            if (id == 0)
                 stream.pass(1000);
-                continue;
-            }
-            stream.send(stream.camera.leader(id, ++timestamp));
-            for (std::uint32_t number = 1; number <= trailerNumber; ++number)
-                stream.sendPacket(id, number);
+            else
+                stream.sendBlock(id, {}, ++timestamp);
         }
         EXPECT_EQ(stream.takeDelivered(), numbers);
         EXPECT_EQ(stream.counters.framesLost, lost);
@@ -245,11 +233,8 @@ TEST(FrameAssembly, deliversABlockThatComesTwiceOnce) {
     // With a clock, and without.
     for (const std::uint64_t tick : {1, 0}) {
         Assembled stream;
-        for (const std::uint64_t id : {1, 2, 2, 3, 1, 4}) {
-            stream.send(stream.camera.leader(id, tick * id));
-            for (std::uint32_t number = 1; number <= trailerNumber; ++number)
-                stream.sendPacket(id, number);
-        }
+        for (const std::uint64_t id : {1, 2, 2, 3, 1, 4})
+            stream.sendBlock(id, {}, tick * id);
         EXPECT_THAT(stream.takeDelivered(), ElementsAre("1", "2", "3", "4"));
         EXPECT_EQ(stream.counters.packetsLate, 12U);
         EXPECT_EQ(stream.counters.framesLost, 0U);
@@ -261,15 +246,12 @@ TEST(FrameAssembly, deliversABlockOnceWhoseLeaderComesAfterItsEnd) {
     stream.sendBlock(1);
     stream.sendBlock(2, {0, 3});
     stream.pass(200);
-    stream.sendPacket(2, 0);
-    stream.sendPacket(2, 3);
+    stream.sendPackets(2, {0, 3});
     stream.pass(200);
     stream.sendBlock(3);
     EXPECT_THAT(stream.takeDelivered(), ElementsAre("1", "2 cut", "3"));
     // A camera that begins anew then is still understood.
-    stream.send(stream.camera.leader(1, 4000));
-    for (std::uint32_t number = 1; number <= trailerNumber; ++number)
-        stream.sendPacket(1, number);
+    stream.sendBlock(1, {}, 4000);
     EXPECT_THAT(stream.takeDelivered(), ElementsAre("4"));
 }
 
@@ -281,9 +263,7 @@ TEST(FrameAssembly, forgetsPacketsOfLostBlocksBeforeTheirIdsComeAgain) {
     stream.pass(200);
     stream.sendBlock(3);
     // The camera begins anew, and comes to the same ID.
-    stream.send(stream.camera.leader(1, 9'000'000));
-    for (std::uint32_t number = 1; number <= trailerNumber; ++number)
-        stream.sendPacket(1, number);
+    stream.sendBlock(1, {}, 9'000'000);
     stream.sendBlock(2);
     EXPECT_THAT(stream.takeDelivered(), ElementsAre("1", "3", "4", "5")) << "with its own image";
 }
@@ -302,8 +282,7 @@ TEST(FrameAssembly, refusesPacketsThatFitNoBlock) {
     Assembled stream;
     const auto& camera = stream.camera;
     stream.sendBlock(1);
-    for (const std::uint32_t number : {0U, 1U, 2U, 3U})
-        stream.sendPacket(2, number);
+    stream.sendPackets(2, {0, 1, 2, 3});
     const script::Bytes full(camera.dataSize(), 9);
     const script::Bytes refused[] = {
         {},
@@ -325,8 +304,7 @@ TEST(FrameAssembly, refusesPacketsThatFitNoBlock) {
               std::size(refused));
     // A damaged ID does not begin a block.
     stream.send(camera.data(40, 2));
-    stream.sendPacket(2, 4);
-    stream.sendPacket(2, 5);
+    stream.sendPackets(2, {4, 5});
     stream.sendBlock(3);
     stream.pass(300);
     EXPECT_THAT(stream.takeDelivered(), ElementsAre("1", "2", "3"));
@@ -357,13 +335,11 @@ TEST(FrameAssembly, putsPartsWhereTheyBelong) {
     const auto& camera = stream.camera;
     const std::size_t part = camera.dataSize() - 8;
     script::Bytes leader;
-    script::append(leader, 0x0000000A, 4);
-    script::append(leader, 7, 8);
-    script::append(leader, 1, 2); // a 2D image
-    script::append(leader, camera.payload(), 6);
-    script::append(leader, 0x01080001, 4);
-    script::append(leader, 40, 4);
-    script::append(leader, 30, 4);
+    // The third is the type: a 2D image.
+    const std::pair<std::uint64_t, int> fields[] = {
+        {0x0000000A, 4}, {7, 8}, {1, 2}, {camera.payload(), 6}, {0x01080001, 4}, {40, 4}, {30, 4}};
+    for (const auto& [value, size] : fields)
+        script::append(leader, value, size);
     leader.resize(leader.size() + 24);
     stream.send(camera.packet(script::Leader, 1, 0, leader));
     std::uint32_t number = 1;
@@ -377,9 +353,7 @@ TEST(FrameAssembly, putsPartsWhereTheyBelong) {
     }
     stream.send(camera.packet(script::Trailer, 1, number, script::Bytes(8, 0)));
     EXPECT_THAT(stream.takeDelivered(), ElementsAre("1"));
-    std::uint32_t width = 0;
-    EXPECT_EQ(stream.last->GetWidth(width), OrvErrorSuccess);
-    EXPECT_EQ(width, 40U);
+    EXPECT_EQ(sdk::ask(*stream.last, &sdk::Frame::GetWidth), 40U);
 }
 
 TEST(FrameAssembly, countsFramesWithoutABuffer) {
@@ -409,8 +383,7 @@ TEST(FrameAssembly, deliversEachBlockOnceUnderRandomFaults) {
             const std::uint64_t block = 65300 + i;
             const std::uint64_t id = seed % 2 == 0 || block < 65536 ? block : block - 65535;
             for (std::uint32_t number = 0; number <= trailerNumber; ++number) {
-                auto bytes =
-                    number == 0 ? stream.camera.leader(id, block) : stream.camera.any(id, number);
+                auto bytes = stream.camera.any(id, number, block);
                 if (oneIn(50))
                     wire.push_back(bytes);
                 if (oneIn(60))
@@ -429,16 +402,14 @@ TEST(FrameAssembly, deliversEachBlockOnceUnderRandomFaults) {
             stream.pass(1);
         }
         stream.pass(500);
-        const auto delivered = stream.takeDelivered();
-        std::uint64_t before = 0;
-        for (const std::string& text : delivered) {
-            const std::uint64_t number = std::stoull(text);
-            EXPECT_GT(number, before);
-            before = number;
+        std::vector<std::uint64_t> numbers{0};
+        for (const std::string& text : stream.takeDelivered()) {
+            numbers.push_back(std::stoull(text));
+            EXPECT_GT(numbers.back(), *(numbers.end() - 2));
         }
-        EXPECT_GT(delivered.size(), 380U);
-        EXPECT_LE(before, 400U);
-        EXPECT_EQ(delivered.size() + stream.counters.framesLost, before);
+        EXPECT_GT(numbers.size(), 381U);
+        EXPECT_LE(numbers.back(), 400U);
+        EXPECT_EQ(numbers.size() - 1 + stream.counters.framesLost, numbers.back());
     }
 }
 

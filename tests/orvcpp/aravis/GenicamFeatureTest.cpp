@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "tests/orvcpp/aravis/DescriptionTexts.h"
 #include "tests/orvcpp/aravis/FakeCameraFixture.h"
 
 #include <sstream>
@@ -152,11 +153,7 @@ TEST_F(GenicamFeature, writesWhatFitsRefusesTheRestAndRunsACommand) {
 
 /// A category that contains itself, a text that cannot be read, a text and a register larger than
 /// all memory.
-constexpr const char* brokenDescription = R"(<?xml version="1.0"?>
-<RegisterDescription ModelName="M" VendorName="V" StandardNameSpace="None" ProductGuid="1"
-  SchemaMajorVersion="1" SchemaMinorVersion="1" SchemaSubMinorVersion="0" MajorVersion="1"
-  MinorVersion="0" SubMinorVersion="0" VersionGuid="2"
-  xmlns="http://www.genicam.org/GenApi/Version_1_1">
+const std::string brokenDescription = descriptions::described(R"(
 <Category Name="Root"><pFeature>Root</pFeature><pFeature>Kinds</pFeature></Category>
 <Category Name="Kinds"><pFeature>Missing</pFeature><pFeature>Text</pFeature>
   <pFeature>Large</pFeature><pFeature>Kinds</pFeature><pFeature>Long</pFeature></Category>
@@ -167,8 +164,7 @@ constexpr const char* brokenDescription = R"(<?xml version="1.0"?>
 <StringReg Name="Long"><Address>0x200</Address><Length>-1</Length><AccessMode>RW</AccessMode>
   <pPort>Device</pPort></StringReg>
 <Integer Name="PayloadSize"><Value>4000000000000</Value></Integer>
-<Port Name="Device"/>
-</RegisterDescription>)";
+<Port Name="Device"/>)");
 
 TEST(BrokenDescription, failsFeatureByFeature) {
     const FileTree files;

@@ -4,7 +4,9 @@
 #include "tests/orvcpp/aravis/FakeCameraFixture.h"
 #include "tests/support/CapturedLog.h"
 
+#include <functional>
 #include <future>
+#include <sstream>
 
 namespace {
 
@@ -18,15 +20,10 @@ using std::chrono::milliseconds;
 /// Longest time that a camera may cost.
 constexpr milliseconds costLimit{3000};
 
-struct Outcome {
-    OrvErrorType error;
-    std::string log;
-};
-
-/// Opens a fake camera with these options.
-Outcome openWith(const std::vector<std::string>& options) {
+/// What the opening of a fake camera with these options answers and logs.
+std::pair<OrvErrorType, std::string> openWith(const std::vector<std::string>& options) {
     const FakeCameraProcess fake(fakecamera::onlyAddress, options);
-    CapturedLog log;
+    const CapturedLog log;
     const cameras::Started started;
     const auto camera = find("FC0001");
     const OrvErrorType error = camera ? camera->Open(OrvAccessModeFull) : OrvErrorUnknown;
@@ -40,15 +37,17 @@ TEST(HostileCamera, isRefusedForItsDescriptionAndNamedInTheLog) {
         return std::vector<std::string>{"--genicam",
                                         files.write(std::to_string(++number), described(nodes))};
     };
-    const auto archive = [&files](std::size_t at) {
-        auto bytes = descriptions::archive("F.xml", described(""));
-        bytes[bytes.size() - at] = 0xFF;
-        const auto path = files.write("d.zip", {bytes.begin(), bytes.end()});
-        char url[64];
-        std::snprintf(url, sizeof url, "Local:F.zip;10000;%zx", bytes.size());
-        return std::vector<std::string>{"--genicam", path, "--genicam-url", url};
+    const auto bytes = descriptions::archive("F.xml", described("<Category Name='Root'/>"));
+    std::ostringstream url;
+    url << "Local:F.zip;10000;" << std::hex << bytes.size();
+    const auto archive = [&](char endOfSize) {
+        std::string content(bytes.begin(), bytes.end());
+        content[content.size() - 7] = endOfSize;
+        const auto path = files.write(std::to_string(++number), content);
+        return std::vector<std::string>{"--genicam", path, "--genicam-url", url.str()};
     };
     const std::string root = "<Category Name='Root'><pFeature>A</pFeature></Category>";
+    // Options and fault; none where the camera is good.
     const std::pair<std::vector<std::string>, std::string> cases[] = {
         {file(root + "<Integer Name='A'><pValue>B</pValue></Integer>"
                      "<IntSwissKnife Name='B'><pVariable Name='X'>A</pVariable></IntSwissKnife>"),
@@ -58,68 +57,59 @@ TEST(HostileCamera, isRefusedForItsDescriptionAndNamedInTheLog) {
         {{"--genicam-url", "Local:F.xml;10000;FFFFFFFFFFFFFFFF"}, "its place is \"Local:F.xml;"},
         {{"--genicam-url", "Local:F.xml;10000;FFFFFFFF"}, "it has 4294967295 bytes"},
         {{"--genicam-url", "File:///dev/zero"}, "its place is \"File:///dev/zero\""},
-        {archive(6), "directory is broken"},
+        {archive('\xFF'), "the archive's directory is broken"},
+        {archive('\0'), ""},
+        // Its description takes 6 s.
+        {{"--answer-delay", "60"}, ""},
     };
     for (const auto& [options, fault] : cases) {
-        const Outcome outcome = openWith(options);
-        EXPECT_EQ(outcome.error, OrvErrorFeaturesUnavailable) << fault;
-        EXPECT_THAT(outcome.log, HasSubstr("DEV_02FC7F000002: The camera's description cannot be "
-                                           "used: "));
-        EXPECT_THAT(outcome.log, HasSubstr(fault));
+        const auto [error, log] = openWith(options);
+        EXPECT_EQ(error, fault.empty() ? OrvErrorSuccess : OrvErrorFeaturesUnavailable) << fault;
+        const std::string line = "DEV_02FC7F000002: The camera's description cannot be used: ";
+        EXPECT_THAT(log, HasSubstr(fault.empty() ? "" : line + fault));
     }
 }
 
-TEST(HostileCamera, isOpenedFromAnArchiveAndSlowly) {
-    const FileTree files;
-    const auto bytes = descriptions::archive("F.xml", described("<Category Name='Root'/>"));
-    char url[64];
-    std::snprintf(url, sizeof url, "Local:F.zip;10000;%zx", bytes.size());
-    const auto path = files.write("d.zip", {bytes.begin(), bytes.end()});
-    EXPECT_EQ(openWith({"--genicam", path, "--genicam-url", url}).error, OrvErrorSuccess);
-    // Its description takes 6 s.
-    EXPECT_EQ(openWith({"--answer-delay", "60"}).error, OrvErrorSuccess);
+/// A camera that stalls, and one that does not.
+struct BadAndGood {
+    explicit BadAndGood(std::vector<std::string> options) : bad("127.0.0.2", options) {}
+
+    FakeCameraProcess bad;
+    FakeCameraProcess good{"127.0.0.3", {"--serial", "GOOD"}};
+    cameras::Started started;
+    std::shared_ptr<sdk::Camera> stuck = find("FC0001");
+    std::shared_ptr<sdk::Camera> honest = find("GOOD");
+};
+
+std::pair<OrvErrorType, Clock::duration> timedOpen(sdk::Camera& camera) {
+    const auto begun = Clock::now();
+    const OrvErrorType error = camera.Open(OrvAccessModeFull);
+    return {error, Clock::now() - begun};
 }
 
 TEST(HostileCamera, thatOnlyAsksForTimeCostsItselfSecondsAndOthersNothing) {
     for (const std::vector<std::string>& options :
-         {std::vector<std::string>{"--serial", "BAD", "--pending", "60000"},
-          std::vector<std::string>{"--serial", "BAD", "--answer-delay", "7000"}}) {
-        const FakeCameraProcess bad("127.0.0.2", options);
-        const FakeCameraProcess good("127.0.0.3", {"--serial", "GOOD"});
-        const cameras::Started started;
-        const auto stuck = find("BAD");
-        const auto honest = find("GOOD");
-        ASSERT_TRUE(stuck && honest);
-        const auto timed = [](const std::shared_ptr<OrvCPP::Camera>& camera) {
-            const auto begun = Clock::now();
-            const OrvErrorType error = camera->Open(OrvAccessModeFull);
-            return std::pair(error, Clock::now() - begun);
-        };
-        auto opening = std::async(std::launch::async, [&] { return timed(stuck); });
+         {std::vector<std::string>{"--pending", "60000"}, {"--answer-delay", "7000"}}) {
+        const BadAndGood cameras(options);
+        ASSERT_TRUE(cameras.stuck && cameras.honest);
+        auto opening = std::async(std::launch::async, timedOpen, std::ref(*cameras.stuck));
         std::this_thread::sleep_for(milliseconds(100));
-        EXPECT_THAT(timed(honest), Pair(OrvErrorSuccess, Lt(milliseconds(1000))));
+        EXPECT_THAT(timedOpen(*cameras.honest), Pair(OrvErrorSuccess, Lt(milliseconds(1000))));
         EXPECT_THAT(opening.get(), Pair(Ne(OrvErrorSuccess), Lt(costLimit)));
     }
 }
 
 TEST(HostileCamera, thatStallsInTheLibraryDelaysOthersAsLongAsItsOwnCall) {
     // The library asks it for the description when it begins to stall.
-    const FakeCameraProcess bad("127.0.0.2",
-                                {"--serial", "BAD", "--pending", "1500", "--pending-after", "40"});
-    const FakeCameraProcess good("127.0.0.3", {"--serial", "GOOD"});
-    const cameras::Started started;
-    const auto stuck = find("BAD");
-    const auto honest = find("GOOD");
-    ASSERT_TRUE(stuck && honest);
-    const auto begun = Clock::now();
-    auto opening = std::async(std::launch::async, [&] { return stuck->Open(OrvAccessModeFull); });
+    const BadAndGood cameras({"--pending", "1500", "--pending-after", "40"});
+    ASSERT_TRUE(cameras.stuck && cameras.honest);
+    auto opening = std::async(std::launch::async, timedOpen, std::ref(*cameras.stuck));
     std::this_thread::sleep_for(milliseconds(200));
-    EXPECT_EQ(honest->Open(OrvAccessModeFull), OrvErrorBusy);
-    EXPECT_EQ(opening.get(), OrvErrorTimeout);
-    EXPECT_LT(Clock::now() - begun, costLimit);
+    EXPECT_EQ(cameras.honest->Open(OrvAccessModeFull), OrvErrorBusy);
+    EXPECT_THAT(opening.get(), Pair(OrvErrorTimeout, Lt(costLimit)));
     EXPECT_TRUE(sdk::eventually([&] {
         std::this_thread::sleep_for(milliseconds(500));
-        return honest->Open(OrvAccessModeFull) == 0;
+        return cameras.honest->Open(OrvAccessModeFull) == 0;
     }));
 }
 
@@ -140,10 +130,10 @@ TEST_F(StallingCamera, endsAllItsCallsWithinSeconds) {
 TEST(LibraryMessages, nameTheCameraOnceInTheLog) {
     const FileTree files;
     testing::internal::CaptureStderr();
-    const Outcome outcome =
+    const auto [error, log] =
         openWith({"--genicam", files.write("d.xml", described("<Integer Name='A'>&k;</Integer>"))});
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    EXPECT_THAT(outcome.log, HasSubstr("DEV_02FC7F000002: The camera library reports: "));
+    EXPECT_THAT(log, HasSubstr("DEV_02FC7F000002: The camera library reports: "));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 /// Datagrams of a GigE Vision stream, byte by byte as a camera sends them. Blocks have a leader
@@ -62,10 +63,11 @@ struct Camera {
     Bytes trailer(std::uint64_t block) const {
         return packet(Trailer, block, trailerNumber, Bytes(8, 0));
     }
-    /// Packet \p number of a block whose timestamp is a thousand times its ID.
-    Bytes any(std::uint64_t block, std::uint32_t number) const {
+    /// Packet \p number of a block, whose timestamp is a thousand times its ID if none is given.
+    Bytes any(std::uint64_t block, std::uint32_t number,
+              std::optional<std::uint64_t> timestamp = {}) const {
         if (number == 0)
-            return leader(block, 1000 * block);
+            return leader(block, timestamp.value_or(1000 * block));
         return number == trailerNumber ? trailer(block) : data(block, number);
     }
 };
