@@ -137,7 +137,10 @@ OrvErrorType GenicamCamera::open(OrvAccessModeType mode) {
     const std::lock_guard control(m_control);
     if (opened())
         return OrvErrorInvalidAccess;
-    const CameraRecord found = record();
+    CameraRecord found = record();
+    // The search may have run while the adapter was away.
+    if (found.type == OrvTransportLayerTypeGEV && !found.adapter)
+        found.adapter = platform::adapterTowards(found.address);
     // Checked first: opening an absent camera takes the library seconds.
     const auto modes = permitted();
     if (!modes) {

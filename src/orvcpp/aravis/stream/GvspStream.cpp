@@ -36,7 +36,7 @@ GvspStream::GvspStream(CameraRecord camera, const Settings& settings,
       m_deliver(std::move(deliver)), m_transport(settings.transport) {}
 
 OrvErrorType GvspStream::open(ArvDevice* device) {
-    if (!m_socket->bindTo(m_camera.adapter->address, 0))
+    if (!m_camera.adapter || !m_socket->bindTo(m_camera.adapter->address, 0))
         return OrvErrorResources;
     if (const OrvErrorType error = directStream(device, *m_socket); error != OrvErrorSuccess)
         return error;
@@ -67,8 +67,13 @@ OrvErrorType GvspStream::open(ArvDevice* device) {
 }
 
 std::shared_ptr<StreamReceiver> GvspStream::makeReceiver(std::size_t packetSize) {
-    auto shared =
-        m_settings.transport.usesPacketSocket ? m_receivers->of(m_camera.adapter->name) : nullptr;
+    // The ring does not join the fragments of a packet that is larger than the adapter's; a camera
+    // that splits packets in spite of its setting needs a UDP socket.
+    const std::int64_t mtu = platform::mtu(m_camera.adapter->name);
+    const bool isWhole = mtu == 0 || packetSize <= static_cast<std::size_t>(mtu);
+    auto shared = m_settings.transport.usesPacketSocket && isWhole
+                      ? m_receivers->of(m_camera.adapter->name)
+                      : nullptr;
     if (shared) {
         refusePackets(*m_socket);
         return shared;

@@ -30,7 +30,7 @@ public:
         StreamTransport transport;
     };
 
-    /// \p camera has an adapter.
+    /// open() fails for a camera without an adapter.
     GvspStream(CameraRecord camera, const Settings& settings,
                std::shared_ptr<AdapterReceivers> receivers, Delivery deliver);
 
