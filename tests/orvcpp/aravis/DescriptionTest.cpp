@@ -168,8 +168,10 @@ TEST(ParserGate, admitsOneAfterAnotherAndNobodyWaitsForAStuckOne) {
     ASSERT_EQ(enter(first).get(), "inside");
     second = enter(newTicket());
     gate.giveUp(*first);
-    if (second.wait_for(10s) != std::future_status::ready)
+    if (second.wait_for(10s) != std::future_status::ready) {
         gate.leave();
+        FAIL() << "it waits";
+    }
     EXPECT_EQ(second.get(), "behind first");
     EXPECT_EQ(enter(newTicket()).get(), "behind first");
     gate.leave();

@@ -127,8 +127,9 @@ TEST(FrameAssembly, deliversBlocksWhateverTheOrderOfTheirPackets) {
 TEST(FrameAssembly, requestsWhatIsMissing) {
     Assembled stream;
     stream.sendBlock(1, {0, 2, 3});
+    stream.pass(1);
     EXPECT_THAT(stream.takeRequests(), IsEmpty()) << "packets may come in another order";
-    stream.pass(3);
+    stream.pass(2);
     EXPECT_THAT(stream.takeRequests(), ElementsAre("1:0-0", "1:2-3"));
     stream.sendPackets(1, {2, 0});
     stream.pass(12);
