@@ -122,16 +122,6 @@ protected:
     std::unique_ptr<SpanletDialog> dialog;
 };
 
-TEST_F(RealCameras, shareTheInterfaceByAutoSet) {
-    ASSERT_EQ(rowCount(), cameraCount);
-    overwriteMaximum(9);
-    autoSet();
-    for (int i = 0; i < cameraCount; ++i) {
-        EXPECT_EQ(handler(i)->getBandwidth(), 2'700'000) << "a third of what the margin leaves";
-        EXPECT_EQ(handler(i)->getAutosetStatus(), AutosetStatus::BelowRequested);
-    }
-}
-
 TEST_F(RealCameras, cameraThatDiesInABenchmarkDisturbsNobodyAndComesBack) {
     StallMeter meter;
     benchmarkButton().click();

@@ -3,6 +3,7 @@
 // minutes, and what an adapter that goes away does to it. Run by tools/prove-receiver in the
 // networks of tools/congested-network; prints a line of figures for each proof.
 #include "tests/orvcpp/aravis/FakeCameraFixture.h"
+#include "tests/support/NetworkState.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -22,6 +23,8 @@ namespace {
 using namespace std::chrono_literals;
 using cameras::callAbsent;
 using cameras::Clock;
+using fakecamera::packetSockets;
+using fakecamera::switchDrops;
 using sdk::Camera;
 using sdk::eventually;
 
@@ -75,25 +78,6 @@ double processorShare(Clock::duration time) {
     std::this_thread::sleep_for(time);
     const double used = static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
     return used / std::chrono::duration<double>(Clock::now() - begun).count();
-}
-
-int packetSockets() {
-    std::ifstream list("/proc/net/packet");
-    return static_cast<int>(std::count(std::istreambuf_iterator<char>(list), {}, '\n')) - 1;
-}
-
-/// Packets that the switches have dropped; negative when they do not tell.
-long long switchDrops() {
-    const std::unique_ptr<FILE, decltype(&pclose)> output(
-        popen("nsenter --net=/run/netns/switch tc -s qdisc show", "r"), pclose);
-    char line[256] = {};
-    long long sum = -1;
-    while (fgets(line, sizeof line, output.get()) != nullptr) {
-        long long dropped = 0;
-        if (std::sscanf(line, " Sent %*d bytes %*d pkt (dropped %lld", &dropped) == 1)
-            sum = std::max(sum, 0LL) + dropped;
-    }
-    return sum;
 }
 
 void command(const std::string& line) {

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <memory>
+
+/// What the kernel tells of the network that tools/congested-network has made.
+namespace fakecamera {
+
+/// Number of packet sockets; negative when this user may not open any.
+inline int packetSockets() {
+    const int probe = socket(PF_PACKET, SOCK_RAW, 0);
+    if (probe < 0)
+        return -1;
+    close(probe);
+    std::ifstream list("/proc/net/packet");
+    return static_cast<int>(std::count(std::istreambuf_iterator<char>(list), {}, '\n')) - 1;
+}
+
+/// Packets that the switches have dropped; negative when they do not tell.
+inline long long switchDrops() {
+    const std::unique_ptr<FILE, decltype(&pclose)> output(
+        popen("nsenter --net=/run/netns/switch tc -s qdisc show", "r"), pclose);
+    char line[256] = {};
+    long long sum = -1;
+    while (fgets(line, sizeof line, output.get()) != nullptr) {
+        long long dropped = 0;
+        if (std::sscanf(line, " Sent %*d bytes %*d pkt (dropped %lld", &dropped) == 1)
+            sum = std::max(sum, 0LL) + dropped;
+    }
+    return sum;
+}
+
+} // namespace fakecamera
