@@ -128,11 +128,13 @@ std::optional<std::uint64_t> GvspStream::lastIdOfCamera() const {
 }
 
 void GvspStream::packet(const StreamDatagram& datagram) {
-    m_assembly->packet(datagram.data, datagram.captured, datagram.size,
-                       std::chrono::steady_clock::now());
+    if (!m_roundTime)
+        m_roundTime = std::chrono::steady_clock::now();
+    m_assembly->packet(datagram.data, datagram.captured, datagram.size, *m_roundTime);
 }
 
 void GvspStream::caughtUp() {
+    m_roundTime.reset();
     m_assembly->advance(std::chrono::steady_clock::now());
     m_newestId = m_assembly->newestId().value_or(0);
 }

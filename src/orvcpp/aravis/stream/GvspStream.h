@@ -61,6 +61,8 @@ private:
     /// Made by open(), then used on the receiver's thread only.
     std::optional<FrameAssembly> m_assembly;
     std::uint16_t m_requestId = 0;
+    /// When the first packet of the round was taken; the clock costs more than a packet.
+    std::optional<std::chrono::steady_clock::time_point> m_roundTime;
     /// The camera's number of the newest frame; 0 before the first.
     std::atomic<std::uint64_t> m_newestId{0};
 
