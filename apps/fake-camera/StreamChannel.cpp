@@ -69,6 +69,8 @@ void StreamChannel::update() {
 
 void StreamChannel::resend(std::uint64_t frameId, std::uint32_t firstPacket,
                            std::uint32_t lastPacket) {
+    if (firstPacket > lastPacket)
+        return;
     {
         const std::lock_guard lock(m_mutex);
         m_resends.push_back({frameId, firstPacket, lastPacket});
@@ -142,14 +144,13 @@ bool StreamChannel::waitForTurn(Clock::time_point& due) {
 }
 
 bool StreamChannel::sendFrame() {
-    const auto bytesAtOnce = static_cast<std::size_t>(m_registers.bytesPerSecond() *
-                                                      std::chrono::duration<double>(grain).count());
+    const std::size_t atOnce = bytesAtOnce();
     while (!m_packets->isDone()) {
         std::uint32_t end = m_packets->next();
         std::size_t bytes = 0;
         do {
             bytes += m_packets->imageBytes(end++);
-        } while (end < m_packets->count() && bytes + m_packets->imageBytes(end) <= bytesAtOnce);
+        } while (end < m_packets->count() && bytes + m_packets->imageBytes(end) <= atOnce);
         if (!waitUntil(takeTokens(bytes)))
             return false;
         sendGroup(end);
@@ -189,21 +190,36 @@ bool StreamChannel::waitUntil(Clock::time_point moment) {
 
 void StreamChannel::sendAllAgain(std::unique_lock<std::mutex>& lock) {
     while (!m_resends.empty()) {
-        const PacketRange range = m_resends.front();
+        PacketRange range = m_resends.front();
         m_resends.pop_front();
+        const std::uint64_t asked = m_asked;
         lock.unlock();
-        sendAgain(range);
+        const bool hasMore = sendAgain(range);
         lock.lock();
+        if (hasMore)
+            m_resends.push_front(range);
+        m_changed.wait_until(lock, m_tokensSince, [&] { return m_asked != asked; });
     }
 }
 
-void StreamChannel::sendAgain(const PacketRange& range) {
+bool StreamChannel::sendAgain(PacketRange& range) {
     if (!m_packets)
-        return;
-    const std::uint32_t sent = m_packets->addAgain(range.frameId, range.first, range.last);
+        return false;
+    const std::size_t packetSize = std::max<std::size_t>(m_packets->imageBytes(1), 1);
+    const auto atOnce =
+        static_cast<std::uint32_t>(std::max(bytesAtOnce() / packetSize, std::size_t{1}));
+    const std::uint32_t last = range.first + std::min(range.last - range.first, atOnce - 1);
+    const std::uint32_t sent = m_packets->addAgain(range.frameId, range.first, last);
     m_packets->flush();
-    takeTokens(sent * m_packets->imageBytes(1));
+    takeTokens(sent * packetSize);
     m_registers.add(PacketsResent, sent);
+    range.first += sent;
+    return sent == atOnce && range.first <= range.last;
+}
+
+std::size_t StreamChannel::bytesAtOnce() const {
+    return static_cast<std::size_t>(m_registers.bytesPerSecond() *
+                                    std::chrono::duration<double>(grain).count());
 }
 
 bool StreamChannel::isDropped() {

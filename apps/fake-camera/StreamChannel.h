@@ -66,8 +66,13 @@ private:
     /// Waits for a moment and meanwhile resends what hosts ask for; false when the acquisition ends
     /// before.
     bool waitUntil(Clock::time_point moment);
+    /// Resends what hosts ask for, at the camera's pace.
     void sendAllAgain(std::unique_lock<std::mutex>& lock);
-    void sendAgain(const PacketRange& range);
+    /// Resends the first packets of \p range and removes them from it. False when none is left, or
+    /// none of the rest is available.
+    bool sendAgain(PacketRange& range);
+    /// Bytes that leave as one group.
+    std::size_t bytesAtOnce() const;
     /// Takes tokens out of the bucket. Returns the time from which it holds enough of them.
     Clock::time_point takeTokens(std::size_t bytes);
     bool isDropped();

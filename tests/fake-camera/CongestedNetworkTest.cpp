@@ -4,16 +4,12 @@
 #include "engine/MakeSystemController.h"
 #include "engine/SystemController.h"
 #include "features/FeatureController.h"
-#include "platform/UdpSocket.h"
 #include "session/SdkSession.h"
 #include "tests/orvcpp/SdkFixture.h"
 #include "tests/support/FakeCameraProcess.h"
 #include "tests/support/NetworkState.h"
 
 #include <gmock/gmock.h>
-
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <memory>
@@ -33,6 +29,8 @@ struct Totals {
     std::uint64_t complete = 0;
     std::uint64_t fewestComplete = UINT64_MAX;
     bool hasLoss = false;
+    /// Packets that the switch dropped.
+    long long dropped = 0;
 };
 
 /// Four cameras behind one link. Each may send 16 MB/s and has 15.7 MB/s to send, the link carries
@@ -67,6 +65,7 @@ protected:
 
     Totals benchmark() const {
         Totals totals;
+        totals.dropped = -switchDrops();
         // Unsigned: wraps below zero until the counts after the benchmark are added.
         for (const auto& camera : m_cameras)
             totals.sent -= framesSent(*camera);
@@ -80,19 +79,8 @@ protected:
             totals.fewestComplete = std::min(totals.fewestComplete, one.completeFrames);
             totals.hasLoss |= one.receivedFrames != one.completeFrames || one.lostFrames > 0;
         }
+        totals.dropped += switchDrops();
         return totals;
-    }
-
-    /// Whether the receive buffer may be too small, or a sanitizer makes the program too slow, to
-    /// receive every packet.
-    static bool mayMissPackets() {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-        return true;
-#else
-        const platform::UdpSocket probe;
-        const int size = 32 << 20;
-        return setsockopt(probe.handle(), SOL_SOCKET, SO_RCVBUFFORCE, &size, sizeof size) != 0;
-#endif
     }
 
     static std::string driver(const CameraHandler& camera) {
@@ -132,8 +120,7 @@ TEST_P(CongestedNetwork, losesFramesUntilAutoSetHasDividedItsBandwidth) {
     // More than the frames that are on their way at the stop. Frames whose packets are resent in
     // time are late, not damaged or lost.
     EXPECT_LT(before.complete + m_cameras.size(), before.sent);
-    const long long dropped = switchDrops();
-    EXPECT_GT(dropped, 0);
+    EXPECT_GT(before.dropped, 0);
 
     divide();
     const double usable = static_cast<double>(linkBitsPerSecond) / 8 * (1 - margin);
@@ -141,9 +128,10 @@ TEST_P(CongestedNetwork, losesFramesUntilAutoSetHasDividedItsBandwidth) {
     EXPECT_GT(bandwidth(), usable * 0.95);
 
     Totals after = benchmark();
-    for (int i = 0; i < 2 && mayMissPackets() && after.hasLoss; ++i)
+    // A host that is busy with other work delays cameras and receiver.
+    for (int i = 0; i < 2 && (after.hasLoss || after.dropped > 0); ++i)
         after = benchmark();
-    EXPECT_EQ(switchDrops(), dropped);
+    EXPECT_EQ(after.dropped, 0);
     EXPECT_FALSE(after.hasLoss);
     // One frame per camera may be on its way at the stop.
     EXPECT_GE(after.complete + m_cameras.size(), after.sent);
