@@ -261,7 +261,7 @@ TEST(FrameAssembly, forgetsPacketsOfLostBlocksBeforeTheirIdsComeAgain) {
     stream.sendBlock(1);
     stream.send(
         stream.camera.packet(script::Data, 2, 1, script::Bytes(stream.camera.dataSize(), 99)));
-    stream.pass(200);
+    stream.pass(300);
     stream.takeDelivered();
     for (std::uint64_t id = 1001; id < 0xFFFF; id += 1000)
         stream.sendBlock(id);

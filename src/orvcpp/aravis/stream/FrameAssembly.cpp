@@ -14,13 +14,13 @@ using std::chrono::milliseconds;
 constexpr milliseconds reorderTime{1};
 /// A request is repeated after one and a half times what answers have taken, within these limits.
 constexpr milliseconds shortestRetry{3};
-constexpr milliseconds longestRetry{20};
+constexpr milliseconds longestRetry{30};
 /// After a quicker answer, the expected time shrinks by one in so many parts of the difference.
 constexpr int answerWeight = 8;
 /// Longest pause of a camera within a block; after it, the rest of the block counts as missing.
 constexpr milliseconds longestPause{40};
 /// A block that gets no packet for this long is delivered as it is.
-constexpr milliseconds retention{100};
+constexpr milliseconds retention{200};
 /// At most one in requestShare of a block's packets is requested, plus leastRequests: where more
 /// are missing, the link is too slow, and requests would make it worse.
 constexpr std::size_t requestShare = 4;
