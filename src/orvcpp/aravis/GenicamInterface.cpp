@@ -3,6 +3,7 @@
 
 #include "orvcpp/aravis/GenicamModuleFeatures.h"
 #include "orvcpp/aravis/discovery/CameraRegistry.h"
+#include "orvcpp/core/ModuleFeatures.h"
 
 #include <utility>
 
@@ -10,11 +11,9 @@ namespace orv::aravis {
 
 namespace {
 
-/// The engine tells interfaces apart by name, and reads a USB controller's PCI place from it.
 std::string nameOf(const CameraRecord& camera) {
-    const char* const kind =
-        camera.type == OrvTransportLayerTypeGEV ? "MRD GigE Interface " : "MRD USB Interface ";
-    return kind + camera.interfaceId();
+    return camera.type == OrvTransportLayerTypeGEV ? gigeInterfaceName(camera.interfaceId())
+                                                   : usbInterfaceName(camera.interfaceId());
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/GenicamModuleFeatures.h"
 
-#include "orvcpp/core/NetworkFeatures.h"
+#include "orvcpp/core/ModuleFeatures.h"
 
 #include <limits>
 #include <memory>
@@ -15,14 +15,6 @@ constexpr std::int64_t anyNumber = std::numeric_limits<std::int64_t>::max();
 constexpr int kilobyte = 1024;
 constexpr std::int64_t socketDriver = 0;
 constexpr std::int64_t filterDriver = 1;
-
-void addType(FeatureSet& set, const char* name, OrvTransportLayerType type) {
-    set.enumeration(name)
-        .entry("GigEVision", OrvTransportLayerTypeGEV)
-        .entry("USB3Vision", OrvTransportLayerTypeU3V)
-        .current(type == OrvTransportLayerTypeGEV ? "GigEVision" : "USB3Vision")
-        .readOnly();
-}
 
 FeatureNode& addQuantity(FeatureSet& set, const char* name, std::int64_t value, const char* unit) {
     return set.fixedNumber(name, value).limits(0, anyNumber).unit(unit);
@@ -38,29 +30,26 @@ void addAdapter(FeatureSet& set, const platform::NetworkAdapter& adapter) {
         .computed([name = adapter.name] { return Value(platform::mtu(name)); });
 }
 
-void addCount(FeatureSet& set, const StreamControl& control, const char* name, const char* about,
-              std::uint64_t StreamCounts::*count) {
-    set.integer(name).about(about).limits(0, anyNumber).computed([counts = control.counts, count] {
-        return Value(static_cast<std::int64_t>(counts().*count));
-    });
+Count counting(const StreamControl& control, std::uint64_t StreamCounts::*count) {
+    return [counts = control.counts, count] {
+        return static_cast<std::int64_t>(counts().*count);
+    };
 }
 
 void addStatistics(FeatureSet& set, const StreamControl& control) {
-    const auto add = [&](const char* name, const char* about, std::uint64_t StreamCounts::*count) {
-        addCount(set, control, name, about, count);
+    const auto delivered = [counts = control.counts] {
+        const StreamCounts now = counts();
+        return static_cast<std::int64_t>(now.framesComplete + now.framesIncomplete);
     };
-    set.category("/Statistics");
-    add("StatFrameDelivered", "Frames that arrived whole.", &StreamCounts::framesComplete);
-    add("StatFrameIncomplete", "Frames that arrived damaged.", &StreamCounts::framesIncomplete);
-    add("StatFrameDropped", "Frames of which nothing arrived.", &StreamCounts::framesLost);
-    add("StatFrameUnderrun", "Frames for which no buffer was queued.",
-        &StreamCounts::framesWithoutBuffer);
-    add("StatByteDelivered", "Bytes that arrived.", &StreamCounts::bytes);
+    addFrameStatistics(set, {delivered, counting(control, &StreamCounts::framesIncomplete),
+                             counting(control, &StreamCounts::framesLost),
+                             counting(control, &StreamCounts::framesWithoutBuffer),
+                             counting(control, &StreamCounts::bytes)});
 }
 
 void addPacketStatistics(FeatureSet& set, const StreamControl& control) {
     const auto add = [&](const char* name, const char* about, std::uint64_t StreamCounts::*count) {
-        addCount(set, control, name, about, count);
+        addCount(set, name, about, counting(control, count));
     };
     add("StatPacketReceived", "Packets that arrived.", &StreamCounts::packets);
     add("StatPacketMissed", "Packets that never arrived, of frames of which others did.",
@@ -148,10 +137,7 @@ FeatureSet makeTransportLayerFeatures(const TransportLayerData& layer) {
 
 FeatureSet makeInterfaceFeatures(const CameraRecord& camera, const std::string& name) {
     FeatureSet set;
-    set.category("/InterfaceInformation");
-    set.fixedText("InterfaceID", camera.interfaceId()).about("ID of the interface.");
-    set.fixedText("InterfaceDisplayName", name).about("Name of the interface.");
-    addType(set, "InterfaceType", camera.type);
+    addInterfaceInformation(set, camera.interfaceId(), name, camera.type);
     if (camera.adapter) {
         set.integer("InterfaceLinkSpeed")
             .about("Speed of the adapter's link; 0 when the adapter does not tell.")
@@ -161,33 +147,19 @@ FeatureSet makeInterfaceFeatures(const CameraRecord& camera, const std::string& 
             .computed([name = camera.adapter->name] { return Value(platform::linkSpeed(name)); });
         addAdapter(set, *camera.adapter);
     }
-    if (camera.usb) {
-        set.category("/InterfaceInformation/USB3Vision");
-        set.fixedText("U3VControllerLocation", camera.usb->controller)
-            .about("PCI bus, device and function of the USB controller.");
-    }
+    if (camera.usb)
+        addUsbController(set, camera.usb->controller);
     return set;
 }
 
 FeatureSet makeLocalDeviceFeatures(const CameraRecord& camera, const std::string& id) {
     FeatureSet set;
-    set.category("/DeviceInformation");
-    set.fixedText("DeviceID", id).about("ID of the camera.");
-    set.fixedText("DeviceVendorName", camera.vendor);
-    set.fixedText("DeviceModelName", camera.model);
-    set.fixedText("DeviceSerialNumber", camera.serialNumber);
-    set.fixedText("DeviceUserID", camera.userName);
-    addType(set, "DeviceType", camera.type);
-    if (camera.type == OrvTransportLayerTypeGEV) {
-        set.category("/DeviceInformation/GigEVision");
-        addAddress(set, "GevDeviceIPAddress", camera.address).about("IPv4 address of the camera.");
-        addMac(set, "GevDeviceMACAddress", platform::macNumber(camera.hardwareId))
-            .about("MAC address of the camera.");
-    }
+    addDeviceInformation(
+        set, {id, camera.vendor, camera.model, camera.serialNumber, camera.userName, camera.type});
+    if (camera.type == OrvTransportLayerTypeGEV)
+        addGigeDeviceInformation(set, camera.address, platform::macNumber(camera.hardwareId));
     if (camera.usb) {
-        set.category("/DeviceInformation/USB3Vision");
-        set.fixedText("DeviceLocation", camera.usb->location())
-            .about("USB bus, and the ports down to the camera.");
+        addUsbDeviceInformation(set, camera.usb->location());
         addQuantity(set, "DeviceConnectionSpeed", camera.usb->linkSpeed, "bps")
             .about("Speed of the camera's USB link.");
     }
@@ -196,9 +168,7 @@ FeatureSet makeLocalDeviceFeatures(const CameraRecord& camera, const std::string
 
 FeatureSet makeStreamFeatures(const CameraRecord& camera, StreamControl control) {
     FeatureSet set;
-    set.category("/StreamInformation");
-    set.fixedText("StreamID", "Stream0").about("ID of the stream.");
-    addType(set, "StreamType", camera.type);
+    addStreamInformation(set, camera.type);
     set.boolean("StreamIsGrabbing")
         .computed([isStreaming = control.isStreaming] { return Value(isStreaming()); })
         .expert();

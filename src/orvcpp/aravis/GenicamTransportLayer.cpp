@@ -3,6 +3,7 @@
 
 #include "orvcpp/aravis/GenicamModuleFeatures.h"
 #include "orvcpp/aravis/discovery/CameraRegistry.h"
+#include "orvcpp/core/ModuleFeatures.h"
 
 #include <utility>
 
@@ -19,7 +20,7 @@ TransportLayerData describe(OrvTransportLayerType type) {
     const bool isGige = type == OrvTransportLayerTypeGEV;
     TransportLayerData data;
     data.id = isGige ? "GenICamGEV" : "GenICamU3V";
-    data.vendor = "Meridane Technologies";
+    data.vendor = vendorName;
     data.name = isGige ? "MRD GenICam GigE Vision Transport Layer"
                        : "MRD GenICam USB3 Vision Transport Layer";
     data.model = data.name;

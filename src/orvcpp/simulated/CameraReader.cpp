@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/simulated/CameraReader.h"
 
+#include "orvcpp/core/ModuleFeatures.h"
 #include "orvcpp/simulated/PixelFormats.h"
 #include "orvcpp/simulated/ScenarioValues.h"
 
@@ -220,7 +221,7 @@ void readCamera(ObjectReader reader, Scenario& scenario, std::uint32_t seed) {
     CameraData camera;
     camera.id = reader.text("id");
     camera.name = reader.text("name", camera.id);
-    camera.vendor = reader.text("vendor", "Meridane Technologies");
+    camera.vendor = reader.text("vendor", vendorName);
     camera.model = reader.text("model");
     camera.serialNumber = reader.text("serialNumber", std::to_string(scenario.cameras.size() + 1));
     camera.interface = reader.choice(

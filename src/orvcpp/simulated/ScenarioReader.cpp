@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/simulated/ScenarioReader.h"
 
+#include "orvcpp/core/ModuleFeatures.h"
 #include "orvcpp/simulated/CameraReader.h"
 #include "orvcpp/simulated/ScenarioValues.h"
 
@@ -74,7 +75,7 @@ TransportLayerData readTransportLayer(ObjectReader reader) {
         layer.name = reader.text("name", "MRD USB3 Vision Transport Layer");
     else
         layer.name = reader.text("name");
-    layer.vendor = reader.text("vendor", "Meridane Technologies");
+    layer.vendor = reader.text("vendor", vendorName);
     layer.model = reader.text("model", layer.name);
     layer.version = reader.text("version", "1.4.2");
     layer.path = reader.text("path", "/opt/meridane/cti/" + layer.id + ".cti");
@@ -89,14 +90,14 @@ void readInterfaceLink(ObjectReader& reader, const Scenario& scenario, Interface
         interface.adapter = reader.choice(
             "adapter", namesOf(scenario.adapters, [](const auto& a) { return a.name; }));
         const AdapterData& adapter = scenario.adapters[*interface.adapter];
-        interface.name = reader.text("name", "MRD GigE Interface " + adapter.name);
+        interface.name = reader.text("name", gigeInterfaceName(adapter.name));
         interface.bitsPerSecond = adapter.bitsPerSecond;
     } else if (isUsb || reader.has("usbController")) {
         interface.controller =
             reader.choice("usbController", namesOf(scenario.controllers,
                                                    [](const auto& c) { return c.location(); }));
         const ControllerData& controller = scenario.controllers[*interface.controller];
-        interface.name = reader.text("name", "MRD USB Interface " + controller.location());
+        interface.name = reader.text("name", usbInterfaceName(controller.location()));
         interface.bitsPerSecond = controller.bitsPerSecond;
     } else {
         interface.name = reader.text("name");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/simulated/SimulatedModuleFeatures.h"
 
-#include "orvcpp/core/NetworkFeatures.h"
+#include "orvcpp/core/ModuleFeatures.h"
 
 #include <chrono>
 #include <limits>
@@ -10,20 +10,6 @@
 namespace orv::simulated {
 
 namespace {
-
-std::string typeName(OrvTransportLayerType type) {
-    if (type == OrvTransportLayerTypeGEV)
-        return "GigEVision";
-    return type == OrvTransportLayerTypeU3V ? "USB3Vision" : "Custom";
-}
-
-void addTypeEntries(FeatureNode& node, OrvTransportLayerType type) {
-    node.entry("GigEVision", OrvTransportLayerTypeGEV)
-        .entry("USB3Vision", OrvTransportLayerTypeU3V)
-        .entry("Custom", OrvTransportLayerTypeCustom)
-        .current(typeName(type))
-        .readOnly();
-}
 
 /// A selector from 0 to \p count - 1; the texts of one object each below it.
 template <typename Texts>
@@ -53,10 +39,7 @@ FeatureNode& addSelector(FeatureSet& set, const std::string& name, std::size_t c
 
 void addInterfaceInformation(FeatureSet& set, const InterfaceData& data,
                              const TransportLayerData& layer) {
-    set.category("/InterfaceInformation");
-    set.fixedText("InterfaceID", data.id).about("ID of the interface.");
-    set.fixedText("InterfaceDisplayName", data.name).about("Name of the interface.");
-    addTypeEntries(set.enumeration("InterfaceType"), layer.type);
+    addInterfaceInformation(set, data.id, data.name, layer.type);
     set.fixedNumber("InterfaceTLVersionMajor", 1).guru();
     set.fixedNumber("InterfaceTLVersionMinor", 4).guru();
     set.fixedNumber("InterfaceLinkSpeed", static_cast<std::int64_t>(data.bitsPerSecond))
@@ -95,12 +78,10 @@ void addAdapter(FeatureSet& set, const AdapterData& adapter) {
 
 void addGigEDevice(FeatureSet& set, const CameraData& camera, const InterfaceData& interface,
                    const Scenario& scenario) {
-    set.category("/DeviceInformation/GigEVision");
-    addAddress(set, "GevDeviceIPAddress", camera.address).about("IPv4 address of the camera.");
+    addGigeDeviceInformation(set, camera.address, camera.mac);
     const std::uint32_t mask = interface.adapter ? scenario.adapters[*interface.adapter].mask : 0;
     addAddress(set, "GevDeviceSubnetMask", mask);
     addAddress(set, "GevDeviceGateway", 0).expert();
-    addMac(set, "GevDeviceMACAddress", camera.mac).about("MAC address of the camera.");
     set.category("/DeviceControl/GVCP");
     set.integer("GVCPCmdRetries").limits(1, 10).value(std::int64_t{5}).guru();
     set.integer("GVCPCmdTimeout").unit("ms").limits(100, 5000).value(std::int64_t{250}).guru();
@@ -108,9 +89,7 @@ void addGigEDevice(FeatureSet& set, const CameraData& camera, const InterfaceDat
 }
 
 void addUsbDevice(FeatureSet& set, const CameraData& camera, const Scenario& scenario) {
-    set.category("/DeviceInformation/USB3Vision");
-    set.fixedText("DeviceLocation", deviceLocation(scenario, camera))
-        .about("USB bus, and the ports down to the camera.");
+    addUsbDeviceInformation(set, deviceLocation(scenario, camera));
     FeatureNode& speed = set.enumeration("U3VDeviceSpeed");
     speed.entry("LowSpeed", 1).entry("FullSpeed", 2).entry("HighSpeed", 4).entry("SuperSpeed", 8);
     speed.current(camera.linkBitsPerSecond > 480'000'000 ? "SuperSpeed" : "HighSpeed").readOnly();
@@ -119,20 +98,15 @@ void addUsbDevice(FeatureSet& set, const CameraData& camera, const Scenario& sce
     set.integer("U3VCommandRetries").limits(1, 10).value(std::int64_t{3}).guru();
 }
 
-void addStreamStatistics(FeatureSet& set, const StreamStatistics& statistics) {
-    set.category("/Statistics");
-    const auto count = [&set](const char* name, const char* about,
-                              const std::atomic<std::int64_t>& value) {
-        set.integer(name)
-            .about(about)
-            .limits(0, std::numeric_limits<std::int64_t>::max())
-            .computed([&value] { return Value(value.load()); });
+void addStatistics(FeatureSet& set, const StreamStatistics& statistics) {
+    const auto count = [](const std::atomic<std::int64_t>& value) {
+        return [&value] {
+            return value.load();
+        };
     };
-    count("StatFrameDelivered", "Frames that were handed to the receiver.", statistics.delivered);
-    count("StatFrameIncomplete", "Frames among them that were damaged.", statistics.incomplete);
-    count("StatFrameDropped", "Frames that were lost on the way.", statistics.dropped);
-    count("StatFrameUnderrun", "Frames for which no buffer was queued.", statistics.underrun);
-    count("StatByteDelivered", "Bytes that were handed to the receiver.", statistics.bytes);
+    addFrameStatistics(set, {count(statistics.delivered), count(statistics.incomplete),
+                             count(statistics.dropped), count(statistics.underrun),
+                             count(statistics.bytes)});
 }
 
 void addPacketSize(FeatureSet& set, CameraSettings& settings) {
@@ -224,7 +198,7 @@ FeatureSet makeTransportLayerFeatures(const Scenario& scenario, std::size_t laye
     set.fixedText("TLVersion", data.version);
     set.fixedText("TLPath", data.path).maximumLength(1024).expert();
     set.fixedText("TLFileName", data.path.substr(data.path.find_last_of('/') + 1)).expert();
-    addTypeEntries(set.enumeration("TLType"), data.type);
+    addType(set, "TLType", data.type);
     set.fixedNumber("GenTLVersionMajor", 1).guru();
     set.fixedNumber("GenTLVersionMinor", 5).guru();
     set.fixedNumber("GenTLSFNCVersionMajor", 1).guru();
@@ -249,11 +223,8 @@ FeatureSet makeInterfaceFeatures(const Scenario& scenario, std::size_t interface
     addInterfaceInformation(set, data, scenario.transportLayers[data.transportLayer]);
     if (data.adapter)
         addAdapter(set, scenario.adapters[*data.adapter]);
-    if (data.controller) {
-        set.category("/InterfaceInformation/USB3Vision");
-        set.fixedText("U3VControllerLocation", scenario.controllers[*data.controller].location())
-            .about("PCI bus, device and function of the USB controller.");
-    }
+    if (data.controller)
+        addUsbController(set, scenario.controllers[*data.controller].location());
     addDeviceEnumeration(set, scenario, interface);
     return set;
 }
@@ -262,14 +233,9 @@ FeatureSet makeLocalDeviceFeatures(const Scenario& scenario, const CameraSetting
     const CameraData& camera = settings.data();
     const InterfaceData& interface = scenario.interfaces[camera.interface];
     FeatureSet set;
-    set.category("/DeviceInformation");
-    set.fixedText("DeviceID", camera.id).about("ID of the camera.");
-    set.fixedText("DeviceVendorName", camera.vendor);
-    set.fixedText("DeviceModelName", camera.model);
-    set.fixedText("DeviceSerialNumber", camera.serialNumber);
-    set.fixedText("DeviceUserID", camera.name);
+    addDeviceInformation(set, {camera.id, camera.vendor, camera.model, camera.serialNumber,
+                               camera.name, scenario.layerOf(camera).type});
     set.fixedText("DeviceDisplayName", camera.model + " (" + camera.id + ")");
-    addTypeEntries(set.enumeration("DeviceType"), scenario.layerOf(camera).type);
     set.enumeration("DeviceEndianessMechanism").entry("Legacy", 0).entry("Standard", 1).guru();
     set.category("/StreamEnumeration");
     set.integer("StreamSelector").limits(0, 0).selects({"StreamID"}).expert();
@@ -284,10 +250,7 @@ FeatureSet makeLocalDeviceFeatures(const Scenario& scenario, const CameraSetting
 FeatureSet makeStreamFeatures(CameraSettings& settings, const StreamStatistics& statistics,
                               bool isUsb) {
     FeatureSet set;
-    set.category("/StreamInformation");
-    set.fixedText("StreamID", "Stream0").about("ID of the stream.");
-    addTypeEntries(set.enumeration("StreamType"),
-                   isUsb ? OrvTransportLayerTypeU3V : OrvTransportLayerTypeGEV);
+    addStreamInformation(set, isUsb ? OrvTransportLayerTypeU3V : OrvTransportLayerTypeGEV);
     addBufferHandling(set, settings);
     if (isUsb) {
         set.category("/USB3Vision");
@@ -300,7 +263,7 @@ FeatureSet makeStreamFeatures(CameraSettings& settings, const StreamStatistics& 
     } else {
         addGvsp(set, settings);
     }
-    addStreamStatistics(set, statistics);
+    addStatistics(set, statistics);
     return set;
 }
 

@@ -135,6 +135,7 @@ public:
         Figures figures(FigureCount);
         for (std::size_t i = 0; i < std::size(figureNames); ++i)
             figures[i] = sdk::get<std::int64_t>(*stream, figureNames[i]);
+        figures[Complete] -= figures[Incomplete];
         figures[Sent] = framesSent() - m_sentBefore;
         return figures;
     }
