@@ -4,9 +4,7 @@
 
 namespace {
 
-using testing::_;
-using testing::ElementsAre;
-using testing::Return;
+using namespace testing;
 
 std::string line(const std::string& level, const std::string& text) {
     return level + ":" + cameraText + text;

@@ -12,12 +12,7 @@
 
 namespace {
 
-using testing::_;
-using testing::An;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::NiceMock;
-using testing::Return;
+using namespace testing;
 
 constexpr std::uint32_t address = 0xC0A8010A;
 constexpr auto subnetFeature = "GevInterfaceSubnetIPAddress";

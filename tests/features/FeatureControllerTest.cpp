@@ -12,13 +12,7 @@
 
 namespace {
 
-using testing::_;
-using testing::An;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Pair;
-using testing::Return;
-using testing::StrEq;
+using namespace testing;
 
 using Texts = std::vector<std::string>;
 using Values = std::vector<FeatureValue>;

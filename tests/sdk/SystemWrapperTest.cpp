@@ -12,13 +12,7 @@
 
 namespace {
 
-using testing::_;
-using testing::IsEmpty;
-using testing::NiceMock;
-using testing::Ref;
-using testing::Return;
-using testing::StrEq;
-using testing::StrictMock;
+using namespace testing;
 
 using System = OrvSystemWrapper;
 

@@ -17,9 +17,7 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::StartsWith;
+using namespace testing;
 
 /// One operation of a wrapper: its declared position and the SDK call that it forwards to. \p call
 /// appends all arguments, outputs as they were filled; an empty one is of an operation of which

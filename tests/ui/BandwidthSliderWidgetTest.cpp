@@ -12,8 +12,7 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace testing;
 
 const std::string limit = "DeviceLinkThroughputLimit";
 const std::string stream = "StreamBytesPerSecond";

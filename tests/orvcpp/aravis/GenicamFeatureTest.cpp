@@ -13,8 +13,7 @@ using sdk::get;
 using sdk::getText;
 using sdk::set;
 using sdk::text;
-using testing::ElementsAre;
-using testing::StrEq;
+using namespace testing;
 
 class GenicamFeature : public cameras::OneCamera {};
 

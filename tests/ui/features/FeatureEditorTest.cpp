@@ -21,8 +21,7 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace testing;
 using Int = std::int64_t;
 
 void type(const char* text) {

@@ -15,9 +15,7 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Pair;
+using namespace testing;
 
 QModelIndex valueOf(const QAbstractItemModel& model, const char* name) {
     return rowIn(model, name).siblingAtColumn(FeatureTreeModel::ValueColumn);
