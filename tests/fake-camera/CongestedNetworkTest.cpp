@@ -82,13 +82,6 @@ protected:
         return totals;
     }
 
-    /// Auto Set, with the rate of the link.
-    void divide() {
-        const std::string interface = m_cameras.front()->getCameraInfo().interfaceName;
-        m_controller->setMaxBandwidth(interface, linkBitsPerSecond);
-        m_controller->autoSetInterface(interface, m_index, GetParam(), margin, margin);
-    }
-
     double bandwidth() const {
         double sum = 0;
         for (const auto& camera : m_cameras)
@@ -111,7 +104,10 @@ TEST_P(CongestedNetwork, losesFramesUntilAutoSetHasDividedItsBandwidth) {
     EXPECT_LT(before.complete + m_cameras.size(), before.sent);
     EXPECT_GT(before.dropped, 0);
 
-    divide();
+    // With the rate of the link.
+    const std::string interface = m_cameras.front()->getCameraInfo().interfaceName;
+    m_controller->setMaxBandwidth(interface, linkBitsPerSecond);
+    m_controller->autoSetInterface(interface, m_index, GetParam(), margin, margin);
     const double usable = static_cast<double>(linkBitsPerSecond) / 8 * (1 - margin);
     EXPECT_LE(bandwidth(), usable);
     EXPECT_GT(bandwidth(), usable * 0.95);

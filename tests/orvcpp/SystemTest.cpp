@@ -62,8 +62,7 @@ TEST(Calls, takeTheirTimeAreCountedAndOneCanFail) {
     getText(*camera, "TriggerMode");
     EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(6));
     EXPECT_EQ(simulation().GetCallCount(), 3U) << "by name, then the text twice";
-    const auto receiver = std::make_shared<Receiver>(camera);
-    ASSERT_EQ(start(*camera, receiver), OrvErrorSuccess);
+    const auto receiver = startReceiving(camera);
     EXPECT_TRUE(eventually([&] { return receiver->count() > 5; }));
     ASSERT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
     EXPECT_EQ(simulation().GetCallCount(), 5U) << "frames do not count";

@@ -7,12 +7,7 @@
 
 namespace {
 
-using sdk::Feature;
-using sdk::feature;
-using sdk::get;
-using sdk::getText;
-using sdk::set;
-using sdk::text;
+using namespace sdk;
 using namespace testing;
 
 class GenicamFeature : public cameras::OneCamera {};
