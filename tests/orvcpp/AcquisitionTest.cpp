@@ -3,7 +3,6 @@
 
 using namespace testing;
 using namespace sdk;
-using std::chrono::milliseconds;
 
 namespace {
 
@@ -133,7 +132,7 @@ TEST(Stop, worksInAnyOrderFromSeveralThreads) {
                     }
                 });
         }
-        std::this_thread::sleep_for(milliseconds(3 * round));
+        std::this_thread::sleep_for(std::chrono::milliseconds(3 * round));
         EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
         for (std::thread& user : users)
             user.join();

@@ -6,14 +6,6 @@ using namespace sdk;
 
 namespace {
 
-TEST(System, answersNotStartedUntilStartup) {
-    std::uint32_t count = 0;
-    EXPECT_EQ(system().GetCameras(nullptr, count), OrvErrorApiNotStarted);
-    EXPECT_EQ(system().RegisterCameraListObserver(nullptr), OrvErrorApiNotStarted);
-    EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
-    EXPECT_EQ(ask(system(), &OrvSystem::QueryVersion).major, 1U);
-}
-
 TEST(Access, isWhatTheScenarioGrants) {
     const Running run(scenario(gige("Held", R"(, "access": "read")") + "," +
                                gige("Broken", R"(, "faults": {"openError": -20})")));

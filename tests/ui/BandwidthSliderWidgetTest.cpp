@@ -131,12 +131,6 @@ TEST_F(BandwidthSliderTest, wheelChangesOnlyWhatHasTheFocus) {
     EXPECT_EQ(m_features->written.size(), 2U);
 }
 
-TEST_F(BandwidthSliderTest, lockFollowsMouseAndKeyboard) {
-    QTest::mouseClick(m_lock, Qt::LeftButton);
-    QTest::keyClick(m_lock, Qt::Key_Space);
-    EXPECT_THAT(m_locks, ElementsAre(true, false));
-}
-
 TEST_F(BandwidthSliderTest, statusColoursTheHandleUntilTheValueChanges) {
     open();
     const QString plain = m_slider->styleSheet();

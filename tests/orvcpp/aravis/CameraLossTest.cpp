@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/orvcpp/aravis/FakeCameraFixture.h"
 
+#include <deque>
+
 namespace {
 
 using namespace cameras;
@@ -64,6 +66,24 @@ TEST_F(LostCamera, isKeptThroughAPauseOfASecondAndDelaysTheShutdownByFewSeconds)
     const auto begun = Clock::now();
     ASSERT_EQ(sdk::system().Shutdown(), OrvErrorSuccess);
     EXPECT_LT(Clock::now() - begun, patience + milliseconds(1000));
+}
+
+TEST(SilentCameras, delayTheirOpeningOneAfterAnotherByFewSeconds) {
+    std::deque<fakecamera::FakeCameraProcess> fakes;
+    for (const char* const place : {"127.0.0.2", "127.0.0.3", "127.0.0.4", "127.0.0.5"})
+        fakes.emplace_back(place, std::vector<std::string>{"--serial", place});
+    const cameras::Started started;
+    const auto found = sdk::cameras();
+    ASSERT_EQ(found.size(), fakes.size());
+    for (auto& fake : fakes)
+        fake.pause();
+    const auto begun = Clock::now();
+    for (const auto& camera : found) {
+        OrvAccessModeType modes = OrvAccessModeUnknown;
+        EXPECT_EQ(camera->Open(OrvAccessModeFull), OrvErrorNotFound);
+        EXPECT_EQ(camera->GetPermittedAccess(modes), OrvErrorNotFound);
+    }
+    EXPECT_LT(Clock::now() - begun, milliseconds(2000));
 }
 
 } // namespace
