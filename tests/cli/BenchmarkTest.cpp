@@ -3,8 +3,7 @@
 
 #include <gmock/gmock.h>
 
-using testing::HasSubstr;
-using testing::Not;
+using namespace testing;
 
 namespace {
 

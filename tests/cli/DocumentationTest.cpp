@@ -6,9 +6,7 @@
 #include <QRegularExpression>
 #include <gmock/gmock.h>
 
-using testing::Contains;
-using testing::HasSubstr;
-using testing::IsSupersetOf;
+using namespace testing;
 
 namespace {
 

@@ -5,8 +5,7 @@
 
 #include <signal.h>
 
-using testing::HasSubstr;
-using testing::Not;
+using namespace testing;
 
 namespace {
 

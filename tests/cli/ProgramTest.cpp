@@ -3,8 +3,7 @@
 
 #include <gmock/gmock.h>
 
-using testing::HasSubstr;
-using testing::Not;
+using namespace testing;
 
 namespace {
 
@@ -99,11 +98,8 @@ TEST(Program, writesFeaturesOfEachTypeAndPrintsWhatTheyThenHave) {
               R"(["DeviceUserID","-5 to left","-5 to left"]])");
 }
 
-TEST(Program, printsOneValueOnEachLine) {
+TEST(Program, printsOneValueOnEachLineAndRunsACommandUntilItIsDone) {
     EXPECT_EQ(textOf("get 21017 Width Stream0:GVSPDriver ReverseX"), "2464\nFilter\nfalse\n");
-}
-
-TEST(Program, runsACommandUntilItIsDone) {
     const auto result = jsonOf("run CAM-A Stream0:GVSPAdjustPacketSize" + own);
     EXPECT_GE(number(result, "milliseconds"), 300);
 }

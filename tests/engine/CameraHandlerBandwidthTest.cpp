@@ -117,33 +117,7 @@ TEST(CameraHandlerBandwidth, refusedOffItsStepsItGetsTheStepBelow) {
     EXPECT_FALSE(limit.find());
 }
 
-TEST(BandwidthLimit, warnsOfEveryModeButOn) {
-    const std::pair<FeatureValue, bool> cases[] = {{std::string("Off"), true},
-                                                   {std::string("Auto"), true},
-                                                   {std::string("On"), false},
-                                                   {std::int64_t{0}, false}};
-    for (const auto& [mode, isWarned] : cases) {
-        HandlerWithFakes fakes;
-        fakes.features->putLimit(1500, 500, 9000);
-        fakes.features->put("DeviceLinkThroughputLimitMode", mode);
-        BandwidthLimit limit(fakes.features);
-        ASSERT_TRUE(limit.find());
-        limit.warnWhenOff(true);
-        EXPECT_EQ(fakes.log.lines().size(), isWarned ? 1U : 0U) << toText(mode);
-    }
-}
-
-TEST(CameraHandlerBandwidth, limitsOfAnotherTypeCountAsAbsent) {
-    HandlerWithFakes fakes;
-    FeatureInfo& limit = fakes.features->put("DeviceLinkThroughputLimit", 5.5);
-    limit.minimum = 10.0;
-    limit.maximum = std::string("many");
-    limit.increment = true;
-    EXPECT_EQ(fakes.handler.getBandwidth(), 0);
-    EXPECT_EQ(fakes.handler.setBandwidth(50, 50), 50);
-}
-
-TEST(CameraHandlerBandwidth, prefersTheLinkLimit) {
+TEST(CameraHandlerBandwidth, prefersTheLinkLimitOfWhichBoundsOfAnotherTypeCountAsAbsent) {
     HandlerWithFakes fakes;
     EXPECT_EQ(fakes.handler.getBandwidth(), 0);
     EXPECT_EQ(fakes.handler.setBandwidth(50, 50), 0);
@@ -154,6 +128,13 @@ TEST(CameraHandlerBandwidth, prefersTheLinkLimit) {
     fakes.features->put("DeviceLinkThroughputLimit", std::int64_t{8});
     EXPECT_EQ(fakes.handler.getBandwidth(), 8);
     EXPECT_THAT(fakes.log.lines(), ElementsAre(missing, missing)) << "not once it is found";
+
+    FeatureInfo& limit = fakes.features->put("DeviceLinkThroughputLimit", 5.5);
+    limit.minimum = 10.0;
+    limit.maximum = std::string("many");
+    limit.increment = true;
+    EXPECT_EQ(fakes.handler.getBandwidth(), 0);
+    EXPECT_EQ(fakes.handler.setBandwidth(50, 50), 50);
 }
 
 TEST(CameraHandlerBandwidth, warnsOfUsb2Speed) {

@@ -4,19 +4,13 @@
 
 namespace {
 
-using testing::_;
-using testing::ElementsAre;
-using testing::Return;
-
-std::string line(const std::string& level, const std::string& text) {
-    return level + ":" + cameraText + text;
-}
+using namespace testing;
 
 TEST(CameraHandlerBenchmark, tellsHowStartingEnded) {
     const std::pair<OrvErrorType, std::string> cases[] = {
-        {OrvErrorSuccess, line("Info", ": Acquisition started successfully.")},
-        {OrvErrorAlreadyDone, line("Info", ": Acquisition already started.")},
-        {OrvErrorIO, line("Warning", ": Cannot start acquisition.") + ioErrorText}};
+        {OrvErrorSuccess, infoLine + ": Acquisition started successfully."},
+        {OrvErrorAlreadyDone, infoLine + ": Acquisition already started."},
+        {OrvErrorIO, warningLine + ": Cannot start acquisition." + ioErrorText}};
     for (const auto& [result, text] : cases) {
         HandlerWithFakes fakes;
         EXPECT_CALL(*fakes.parts.camera, StartContinuousImageAcquisition(5, _, _))
@@ -29,10 +23,10 @@ TEST(CameraHandlerBenchmark, tellsHowStartingEnded) {
 
 TEST(CameraHandlerBenchmark, tellsHowStoppingEnded) {
     const std::pair<OrvErrorType, std::string> cases[] = {
-        {OrvErrorSuccess, line("Info", ": Acquisition stopped successfully.\n") +
-                              line("Info", ": Lost frames: 0, Incomplete frames: 0\n")},
-        {OrvErrorAlreadyDone, line("Info", ": Acquisition already stopped.\n")},
-        {OrvErrorIO, line("Warning", ": Cannot stop acquisition.") + ioErrorText + '\n'}};
+        {OrvErrorSuccess, infoLine + ": Acquisition stopped successfully.\n" + infoLine +
+                              ": Lost frames: 0, Incomplete frames: 0\n"},
+        {OrvErrorAlreadyDone, infoLine + ": Acquisition already stopped.\n"},
+        {OrvErrorIO, warningLine + ": Cannot stop acquisition." + ioErrorText + '\n'}};
     for (const auto& [result, text] : cases) {
         HandlerWithFakes fakes;
         EXPECT_CALL(*fakes.parts.camera, StartContinuousImageAcquisition)
@@ -56,10 +50,9 @@ TEST(CameraHandlerBenchmark, startsInSpiteOfSocketDriverAndTrigger) {
     fakes.parts.stream->addFeature("GVSPDriver", makeStringFeature("Socket"));
     fakes.features->put("TriggerMode", std::string("On"));
     fakes.handler.startAcquisition();
-    EXPECT_THAT(fakes.log.lines(),
-                ElementsAre(line("Warning", " is using Socket driver."),
-                            line("Info", " is configured for triggering."),
-                            line("Info", ": Acquisition started successfully.")));
+    EXPECT_THAT(fakes.log.lines(), ElementsAre(warningLine + " is using Socket driver.",
+                                               infoLine + " is configured for triggering.",
+                                               infoLine + ": Acquisition started successfully."));
     EXPECT_EQ(fakes.handler.getWarningText(), "Socket driver in use, please use Filter Driver.");
     fakes.parts.stream->addFeature("GVSPDriver", makeStringFeature("Filter"));
     fakes.handler.startAcquisition();
@@ -97,7 +90,7 @@ TEST(CameraHandlerBenchmark, countsFromOneOnGigEAndFromZeroElsewhereUntilTheNext
         EXPECT_EQ(statistics().lastFrameId, 1);
         delivery.deliver(first + 3, OrvFrameStatusIncomplete);
         fakes.handler.stopAcquisition();
-        EXPECT_TRUE(fakes.log.has(line("Info", ": Lost frames: 2, Incomplete frames: 1")));
+        EXPECT_TRUE(fakes.log.has(infoLine + ": Lost frames: 2, Incomplete frames: 1"));
         EXPECT_EQ(statistics().receivedFrames, 2U);
 
         // A second start clears them, even when the camera is streaming already, but not what

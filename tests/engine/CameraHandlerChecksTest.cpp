@@ -83,8 +83,7 @@ struct PacketSizeFakes : HandlerWithFakes {
 };
 
 std::string newSize(int size) {
-    return "Info:" + cameraText + ": Adjust packet size, new value: " + std::to_string(size) +
-           " bytes.\n";
+    return infoLine + ": Adjust packet size, new value: " + std::to_string(size) + " bytes.\n";
 }
 
 TEST(CameraHandlerPacketSize, warnsBelowJumboFrames) {

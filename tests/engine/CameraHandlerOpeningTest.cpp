@@ -3,10 +3,7 @@
 
 namespace {
 
-using testing::_;
-using testing::FieldsAre;
-using testing::InSequence;
-using testing::Return;
+using namespace testing;
 
 const std::string socketWarning = "Socket driver in use, please use Filter Driver.";
 const std::string accessWarning =

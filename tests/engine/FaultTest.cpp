@@ -2,29 +2,22 @@
 #include "engine/CameraHandler.h"
 #include "engine/MakeSystemController.h"
 #include "engine/SystemController.h"
+#include "tests/orvcpp/SdkFixture.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/FaultyCameras.h"
-
-#include <chrono>
-#include <thread>
 
 namespace {
 
 class Faults : public testing::Test {
 protected:
-    /// Cameras that have delivered frames; waits until \p wanted have, at most 5 s.
-    static int streaming(const std::vector<CameraList>& interfaces, int wanted) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-        for (;;) {
-            int count = 0;
-            for (const CameraList& cameras : interfaces) {
-                for (const auto& camera : cameras)
-                    count += camera->getFrameStatistics().completeFrames > 0 ? 1 : 0;
-            }
-            if (count >= wanted || std::chrono::steady_clock::now() > end)
-                return count;
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    /// Cameras that have delivered frames.
+    static int streaming(const std::vector<CameraList>& interfaces) {
+        int count = 0;
+        for (const CameraList& cameras : interfaces) {
+            for (const auto& camera : cameras)
+                count += camera->getFrameStatistics().completeFrames > 0 ? 1 : 0;
         }
+        return count;
     }
 
     /// Finds the cameras and runs a short benchmark on all interfaces. Returns the calls made,
@@ -41,7 +34,8 @@ protected:
             const int wanted = FaultyCameras::count - (failingCall == 0 ? 0 : 1);
             const bool listFailed = interfaces.empty() && failingCall > 0 &&
                                     failingCall <= FaultyCameras::callsThatList;
-            EXPECT_TRUE(listFailed || streaming(interfaces, wanted) >= wanted)
+            EXPECT_TRUE(listFailed ||
+                        sdk::eventually([&] { return streaming(interfaces) >= wanted; }))
                 << "failing call " << failingCall;
             for (int i = 0; i < count; ++i)
                 controller->stopBenchmark(i);

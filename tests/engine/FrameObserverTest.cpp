@@ -11,8 +11,7 @@
 
 namespace {
 
-using testing::_;
-using testing::FieldsAre;
+using namespace testing;
 
 class FrameObserverTest : public testing::Test {
 protected:

@@ -12,12 +12,7 @@
 
 namespace {
 
-using testing::_;
-using testing::An;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::NiceMock;
-using testing::Return;
+using namespace testing;
 
 constexpr std::uint32_t address = 0xC0A8010A;
 constexpr auto subnetFeature = "GevInterfaceSubnetIPAddress";
@@ -60,9 +55,7 @@ protected:
 
     CameraParts& add(OrvTransportLayerType type, const std::string& interfaceName,
                      const std::string& id = "DEV_1") {
-        MockIdentity identity;
-        identity.id = id;
-        m_cameras.push_back(std::make_unique<CameraParts>(type, interfaceName, identity));
+        m_cameras.push_back(std::make_unique<CameraParts>(type, interfaceName, id));
         CameraParts& parts = *m_cameras.back();
         if (type == gige)
             parts.interface->addFeature(subnetFeature, makeIntFeature(address));
@@ -105,7 +98,13 @@ TEST_F(SystemControllerTest, groupsByInterfaceInTheOrderOfTheirIds) {
     EXPECT_EQ(m_controller.getInterfaceSpeed("USB"), 5'000'000'000U);
 }
 
-TEST_F(SystemControllerTest, failingCameraListIsEmpty) {
+TEST_F(SystemControllerTest, answersOfTheSdkThatFailAreEmpty) {
+    EXPECT_CALL(*m_system, QueryVersion)
+        .WillOnce(answer(OrvVersionInfo{1, 2, 30}))
+        .WillOnce(answer(OrvVersionInfo{1, 2, 30}, OrvErrorIO));
+    EXPECT_EQ(m_controller.getSdkVersion(), "1.2.30");
+    EXPECT_EQ(m_controller.getSdkVersion(), "");
+
     const CameraParts& parts = add(gige, "Eth 1");
     EXPECT_CALL(*m_tree, devices()).Times(2);
     enumerate();
@@ -302,14 +301,6 @@ TEST_F(SystemControllerTest, whatABenchmarkStartedIsStopped) {
     m_controller.stopBenchmark(0);
     m_controller.stopBenchmark(0);
     EXPECT_EQ(m_log.count("Info:" + cameraText + ": Acquisition stopped successfully."), 1);
-}
-
-TEST_F(SystemControllerTest, tellsTheVersionOfTheSdk) {
-    EXPECT_CALL(*m_system, QueryVersion)
-        .WillOnce(answer(OrvVersionInfo{1, 2, 30}))
-        .WillOnce(answer(OrvVersionInfo{1, 2, 30}, OrvErrorIO));
-    EXPECT_EQ(m_controller.getSdkVersion(), "1.2.30");
-    EXPECT_EQ(m_controller.getSdkVersion(), "");
 }
 
 } // namespace

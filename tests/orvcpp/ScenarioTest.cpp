@@ -65,6 +65,8 @@ TEST(MalformedScenario, namesFilePlaceAndExpectationAndStartsNothing) {
                     AllOf(HasSubstr("scenario.json: "), HasSubstr(message), HasSubstr(found)));
         std::uint32_t count = 0;
         EXPECT_EQ(system().GetCameras(nullptr, count), OrvErrorApiNotStarted);
+        EXPECT_EQ(system().RegisterCameraListObserver(nullptr), OrvErrorApiNotStarted);
+        EXPECT_EQ(system().Shutdown(), OrvErrorSuccess) << "as it is";
         EXPECT_THAT(simulation().GetHost().adapters, IsEmpty());
     }
 }
@@ -88,6 +90,7 @@ TEST(Configuration, findsAScenarioBesideIt) {
     files.write("own.json", scenario(gige("Own")));
     ASSERT_EQ(system().Startup(wide.c_str()), OrvErrorSuccess);
     EXPECT_EQ(startupError(), "");
+    EXPECT_EQ(ask(system(), &OrvSystem::QueryVersion).major, 1U);
     EXPECT_EQ(system().Startup(wide.c_str()), OrvErrorAlreadyDone);
     EXPECT_THAT(cameras(), SizeIs(1));
     EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);

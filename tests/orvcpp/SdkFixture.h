@@ -109,6 +109,12 @@ template <typename T> T get(const FeatureContainer& module, const char* name) {
     return value;
 }
 
+/// What the reading of an integer answers.
+inline OrvErrorType readInteger(const Feature& feature) {
+    std::int64_t value = 0;
+    return feature.GetValue(value);
+}
+
 inline std::string getText(const FeatureContainer& module, const char* name) {
     return text(*feature(module, name), &Feature::GetValue);
 }
@@ -244,6 +250,14 @@ inline OrvErrorType start(Camera& camera, const std::shared_ptr<OrvCPP::IFrameOb
                           int buffers = 5) {
     return camera.StartContinuousImageAcquisition(buffers, observer,
                                                   OrvCPP::FrameAllocationMode::AnnounceFrame);
+}
+
+/// Starts a camera with a receiver of its frames.
+inline std::shared_ptr<Receiver> startReceiving(const std::shared_ptr<Camera>& camera,
+                                                int buffers = 5, bool keeps = false) {
+    auto receiver = std::make_shared<Receiver>(camera, keeps);
+    EXPECT_EQ(start(*camera, receiver, buffers), OrvErrorSuccess);
+    return receiver;
 }
 
 } // namespace sdk

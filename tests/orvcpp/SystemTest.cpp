@@ -6,14 +6,6 @@ using namespace sdk;
 
 namespace {
 
-TEST(System, answersNotStartedUntilStartup) {
-    std::uint32_t count = 0;
-    EXPECT_EQ(system().GetCameras(nullptr, count), OrvErrorApiNotStarted);
-    EXPECT_EQ(system().RegisterCameraListObserver(nullptr), OrvErrorApiNotStarted);
-    EXPECT_EQ(system().Shutdown(), OrvErrorSuccess);
-    EXPECT_EQ(ask(system(), &OrvSystem::QueryVersion).major, 1U);
-}
-
 TEST(Access, isWhatTheScenarioGrants) {
     const Running run(scenario(gige("Held", R"(, "access": "read")") + "," +
                                gige("Broken", R"(, "faults": {"openError": -20})")));
@@ -62,8 +54,7 @@ TEST(Calls, takeTheirTimeAreCountedAndOneCanFail) {
     getText(*camera, "TriggerMode");
     EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(6));
     EXPECT_EQ(simulation().GetCallCount(), 3U) << "by name, then the text twice";
-    const auto receiver = std::make_shared<Receiver>(camera);
-    ASSERT_EQ(start(*camera, receiver), OrvErrorSuccess);
+    const auto receiver = startReceiving(camera);
     EXPECT_TRUE(eventually([&] { return receiver->count() > 5; }));
     ASSERT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
     EXPECT_EQ(simulation().GetCallCount(), 5U) << "frames do not count";

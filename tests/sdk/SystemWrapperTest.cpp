@@ -12,13 +12,7 @@
 
 namespace {
 
-using testing::_;
-using testing::IsEmpty;
-using testing::NiceMock;
-using testing::Ref;
-using testing::Return;
-using testing::StrEq;
-using testing::StrictMock;
+using namespace testing;
 
 using System = OrvSystemWrapper;
 
@@ -55,6 +49,7 @@ TEST(SystemWrapper, handsArgumentsToTheSdkUnchanged) {
     const std::shared_ptr<OrvCPP::ICameraFactory> factory;
 
     EXPECT_EQ(&wrapper.GetInstance(), &system);
+    EXPECT_EQ(&System().GetInstance(), &OrvCPP::OrvSystem::GetInstance()) << "by default";
     int code = 0;
 // The arguments that the SDK receives, and those of the wrapper.
 #define FORWARDS(Operation, received, given)                                                       \
@@ -78,10 +73,6 @@ TEST(SystemWrapper, handsArgumentsToTheSdkUnchanged) {
     FORWARDS(RegisterCameraFactory, (Ref(factory)), (factory));
     FORWARDS(UnregisterCameraFactory, (), ());
 #undef FORWARDS
-}
-
-TEST(SystemWrapper, isAroundTheSystemOfTheProcessByDefault) {
-    EXPECT_EQ(&System().GetInstance(), &OrvCPP::OrvSystem::GetInstance());
 }
 
 TEST(SimulatedHost, isEmptyForASystemOfRealCameras) {

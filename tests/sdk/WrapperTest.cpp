@@ -17,9 +17,7 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::StartsWith;
+using namespace testing;
 
 /// One operation of a wrapper: its declared position and the SDK call that it forwards to. \p call
 /// appends all arguments, outputs as they were filled; an empty one is of an operation of which
@@ -201,16 +199,16 @@ TEST(CameraWrapper, makesWrappersThatStayEmptyOnAnError) {
     EXPECT_EQ(wrapper.GetLocalDevice().first->GetHandle(), nullptr);
     EXPECT_EQ(wrapper.GetTransportLayer().first->GetHandle(), nullptr);
     EXPECT_EQ(OrvCameraWrapper().GetInterfaceID(id), OrvErrorBadHandle);
-    std::shared_ptr<OrvInterfaceWrapper> none;
-    EXPECT_EQ(wrapper.GetInterface(none), OrvErrorBadParameter) << "no wrapper to fill";
 }
 
-TEST(Wrapper, asksTheSdkForNothingThatItCannotStore) {
+TEST(CameraWrapper, asksTheSdkForNothingThatItCannotStore) {
     const auto object = std::make_shared<RecordingCamera>();
     const OrvCameraWrapper wrapper(object);
     EXPECT_EQ(wrapper.GetFeatureContainer(), object);
-    std::shared_ptr<OrvFeatureWrapper> none;
-    EXPECT_EQ(wrapper.GetFeatureByName("Gain", none), OrvErrorBadParameter);
+    std::shared_ptr<OrvInterfaceWrapper> noInterface;
+    EXPECT_EQ(wrapper.GetInterface(noInterface), OrvErrorBadParameter);
+    std::shared_ptr<OrvFeatureWrapper> noFeature;
+    EXPECT_EQ(wrapper.GetFeatureByName("Gain", noFeature), OrvErrorBadParameter);
     std::vector<std::uint8_t> bytes;
     std::uint32_t size = 0;
     EXPECT_EQ(wrapper.ReadMemory(512, bytes), OrvErrorBadParameter);

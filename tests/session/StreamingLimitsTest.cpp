@@ -11,9 +11,7 @@
 namespace {
 
 using session::StreamingMemory;
-using testing::AllOf;
-using testing::ElementsAre;
-using testing::HasSubstr;
+using namespace testing;
 
 constexpr std::uint64_t wholeBuffer = 33'554'432;
 

@@ -15,8 +15,8 @@ void handOut(std::shared_ptr<Wrapper> part, Filling&& filling, Making&& making) 
 } // namespace
 
 CameraParts::CameraParts(OrvTransportLayerType type, const std::string& interfaceName,
-                         const MockIdentity& identity)
-    : camera(makeCamera(identity)) {
+                         const std::string& id)
+    : camera(makeCamera(id)) {
     ON_CALL(*layer, GetName).WillByDefault(answer(std::string("MRD Layer")));
     ON_CALL(*layer, GetID).WillByDefault(answer(std::string("TL_1")));
     ON_CALL(*layer, GetPath).WillByDefault(answer(std::string("/layer.cti")));

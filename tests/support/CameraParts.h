@@ -12,7 +12,7 @@ inline constexpr auto usb = OrvTransportLayerTypeU3V;
 /// A mocked camera with its transport layer, interface, local device and stream.
 struct CameraParts {
     explicit CameraParts(OrvTransportLayerType type, const std::string& interfaceName = "Eth 1",
-                         const MockIdentity& identity = {});
+                         const std::string& id = "DEV_1");
 
     template <class Mock> using Nice = testing::NiceMock<Mock>;
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/support/FakeCameraProcess.h"
 
+#include "platform/Descriptor.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
@@ -8,8 +10,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <memory>
 #include <stdexcept>
-#include <utility>
 
 namespace fakecamera {
 
@@ -17,32 +19,12 @@ namespace {
 
 constexpr int secondsToStart = 10;
 
-/// The two ends of a pipe, closed with the object. Throws std::runtime_error.
-class Pipe {
-public:
-    Pipe() {
-        if (pipe2(m_ends, O_CLOEXEC) != 0)
-            throw std::runtime_error("no pipe");
-    }
-    ~Pipe() {
-        close(m_ends[0]);
-        closeWriter();
-    }
-    Pipe(const Pipe&) = delete;
-    Pipe& operator=(const Pipe&) = delete;
-
-    int writer() const { return m_ends[1]; }
-    void closeWriter() { close(std::exchange(m_ends[1], -1)); }
-    /// False when the other end closes or writes nothing for \p seconds.
-    bool hears(int seconds) const {
-        pollfd readable{m_ends[0], POLLIN, 0};
-        char word = 0;
-        return poll(&readable, 1, seconds * 1000) == 1 && read(m_ends[0], &word, 1) == 1;
-    }
-
-private:
-    int m_ends[2];
-};
+/// False when the other end of a pipe closes or writes nothing for \p seconds.
+bool hears(const platform::Descriptor& end, int seconds) {
+    pollfd readable{end.handle(), POLLIN, 0};
+    char word = 0;
+    return poll(&readable, 1, seconds * 1000) == 1 && read(end.handle(), &word, 1) == 1;
+}
 
 } // namespace
 
@@ -93,18 +75,22 @@ void FakeCameraProcess::start() {
     for (std::string& argument : m_command)
         arguments.push_back(argument.data());
     arguments.push_back(nullptr);
-    Pipe ready;
+    int pipe[2];
+    if (pipe2(pipe, O_CLOEXEC) != 0)
+        throw std::runtime_error("no pipe");
+    const platform::Descriptor reader(pipe[0]);
+    auto writer = std::make_unique<platform::Descriptor>(pipe[1]);
     const pid_t test = getpid();
     m_process = fork();
     if (m_process == 0) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
         const bool testIsThere = getppid() == test;
-        if (testIsThere && dup2(ready.writer(), STDOUT_FILENO) >= 0)
+        if (testIsThere && dup2(pipe[1], STDOUT_FILENO) >= 0)
             execvp(arguments[0], arguments.data());
         _exit(127);
     }
-    ready.closeWriter();
-    if (!ready.hears(secondsToStart)) {
+    writer.reset();
+    if (!hears(reader, secondsToStart)) {
         kill();
         throw std::runtime_error("the fake camera does not start on " + m_address);
     }

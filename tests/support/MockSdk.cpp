@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/support/MockSdk.h"
 
+#include <algorithm>
+
 template <class Wrapper> MockWithFeatures<Wrapper>::MockWithFeatures() {
     ON_CALL(*this, GetFeatureByName)
         .WillByDefault([this](const char* name, std::shared_ptr<OrvFeatureWrapper>& feature) {
@@ -154,11 +156,11 @@ NiceFeature makeEnumFeature(const std::string& value, const std::vector<std::str
     return feature;
 }
 
-std::shared_ptr<testing::NiceMock<MockCamera>> makeCamera(const MockIdentity& identity) {
+std::shared_ptr<testing::NiceMock<MockCamera>> makeCamera(const std::string& id) {
     auto camera = std::make_shared<testing::NiceMock<MockCamera>>();
-    ON_CALL(*camera, GetID).WillByDefault(answer(identity.id));
-    ON_CALL(*camera, GetName).WillByDefault(answer(identity.name));
-    ON_CALL(*camera, GetModel).WillByDefault(answer(identity.model));
-    ON_CALL(*camera, GetSerialNumber).WillByDefault(answer(identity.serialNumber));
+    ON_CALL(*camera, GetID).WillByDefault(answer(id));
+    ON_CALL(*camera, GetName).WillByDefault(answer(std::string("Camera")));
+    ON_CALL(*camera, GetModel).WillByDefault(answer(std::string("Model")));
+    ON_CALL(*camera, GetSerialNumber).WillByDefault(answer(std::string("0001")));
     return camera;
 }

@@ -12,7 +12,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -72,8 +71,6 @@ public:
     MOCK_METHOD(OrvErrorType, GetFeatureByName, (const char*, std::shared_ptr<OrvFeatureWrapper>&),
                 (const, override));
     MOCK_METHOD(OrvErrorType, GetFeatures, (Features&), (const, override));
-    MOCK_METHOD(std::shared_ptr<OrvCPP::FeatureContainer>, GetFeatureContainer, (),
-                (const, override));
 
     MockWithFeatures();
 
@@ -185,13 +182,5 @@ NiceFeature makeCommandFeature();
 /// An enumeration of entries that are all available.
 NiceFeature makeEnumFeature(const std::string& value, const std::vector<std::string>& entries);
 
-/// The identity that a mocked camera reports.
-struct MockIdentity {
-    std::string id = "DEV_1";
-    std::string name = "Camera";
-    std::string model = "Model";
-    std::string serialNumber = "0001";
-};
-
-/// A camera with an identity, without features, local device and streams.
-std::shared_ptr<testing::NiceMock<MockCamera>> makeCamera(const MockIdentity& identity = {});
+/// "Model" 0001 of the name "Camera", without features, local device and streams.
+std::shared_ptr<testing::NiceMock<MockCamera>> makeCamera(const std::string& id = "DEV_1");

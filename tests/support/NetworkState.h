@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "platform/Descriptor.h"
+
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -15,10 +16,8 @@ namespace fakecamera {
 
 /// Number of packet sockets; negative when this user may not open any.
 inline int packetSockets() {
-    const int probe = socket(PF_PACKET, SOCK_RAW, 0);
-    if (probe < 0)
+    if (!platform::Descriptor(socket(PF_PACKET, SOCK_RAW, 0)).isOpen())
         return -1;
-    close(probe);
     std::ifstream list("/proc/net/packet");
     return static_cast<int>(std::count(std::istreambuf_iterator<char>(list), {}, '\n')) - 1;
 }

@@ -12,8 +12,7 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace testing;
 
 const std::string limit = "DeviceLinkThroughputLimit";
 const std::string stream = "StreamBytesPerSecond";
@@ -130,12 +129,6 @@ TEST_F(BandwidthSliderTest, wheelChangesOnlyWhatHasTheFocus) {
         }
     }
     EXPECT_EQ(m_features->written.size(), 2U);
-}
-
-TEST_F(BandwidthSliderTest, lockFollowsMouseAndKeyboard) {
-    QTest::mouseClick(m_lock, Qt::LeftButton);
-    QTest::keyClick(m_lock, Qt::Key_Space);
-    EXPECT_THAT(m_locks, ElementsAre(true, false));
 }
 
 TEST_F(BandwidthSliderTest, statusColoursTheHandleUntilTheValueChanges) {
@@ -257,17 +250,23 @@ TEST_F(BandwidthSliderTest, cameraWithoutTheFeatureIsLockedOut) {
 TEST_F(BandwidthSliderTest, switchesTheLimitOnAndSaysWhenItStaysOff) {
     const std::string mode = limit + "Mode";
     const std::string constrain = "StreamFrameRateConstrain";
+    const FeatureValue off = std::string("Off");
+    const std::string cannotSet = "Qt:Cannot set feature '" + mode + "' to 'On'.\n";
+    const std::string warned = "Warning:Cam: Feature '" + mode +
+                               "' set to Off, which deactivates the feature '" + limit + "'.\n";
     const struct {
         std::string feature, enabling;
+        FeatureValue value;
         bool canBeSwitched;
         std::string log;
     } cases[] = {
-        {limit, mode, true, "Info:Cam: feature '" + mode + "' set to 'On'.\n"},
-        {stream, constrain, true, "Info:Cam: feature '" + constrain + "' set to 'true'.\n"},
-        {limit, mode, false,
-         "Qt:Cannot set feature '" + mode + "' to 'On'.\nWarning:Cam: Feature '" + mode +
-             "' set to Off, which deactivates the feature '" + limit + "'.\n"},
-        {stream, constrain, false,
+        {limit, mode, off, true, "Info:Cam: feature '" + mode + "' set to 'On'.\n"},
+        {stream, constrain, off, true, "Info:Cam: feature '" + constrain + "' set to 'true'.\n"},
+        {limit, mode, off, false, cannotSet + warned},
+        {limit, mode, std::string("Auto"), false, cannotSet + warned},
+        {limit, mode, std::string("On"), false, cannotSet},
+        {limit, mode, std::int64_t{}, false, cannotSet},
+        {stream, constrain, off, false,
          "Qt:Cannot set feature '" + constrain +
              "' to 'On'.\nWarning:Please enable the Camera-feature '" + constrain +
              "' to be able to change the bandwidth settings.\n"},
@@ -276,7 +275,7 @@ TEST_F(BandwidthSliderTest, switchesTheLimitOnAndSaysWhenItStaysOff) {
         const auto features = std::make_shared<FakeFeatureController>();
         m_log.clear();
         features->put(row.feature, std::int64_t{}).writable = row.feature == stream;
-        features->put(row.enabling, std::string("Off"));
+        features->put(row.enabling, row.value);
         features->refuses = !row.canBeSwitched;
         BandwidthSliderWidget(features).initialize();
         EXPECT_EQ(m_log.text(), row.log);

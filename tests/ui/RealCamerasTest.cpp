@@ -80,9 +80,6 @@ protected:
     }
     QPushButton& benchmarkButton() const { return widget<QPushButton>("buttonBenchmark"); }
     void refresh() const { widget<QPushButton>("buttonRefresh").click(); }
-    void autoSet() const {
-        widget<QPushButton>("buttonAutoSet").menu()->actions().front()->trigger();
-    }
     CameraListModel& model() const { return *dialog->findChild<CameraListModel*>(); }
     QModelIndex row(int camera) const {
         const QModelIndex interface = model().index(0, 0, model().index(0, 0));
@@ -99,9 +96,6 @@ protected:
         return QTest::qWaitFor(isSo, 15000);
     }
 
-    void overwriteMaximum(int megabytes) const {
-        emit dialog->findChild<InterfaceSpeedWidget*>()->maxBandwidthChanged(megabytes);
-    }
     /// Looks for the cameras until all of them can be used again.
     void expectReturn() const {
         EXPECT_TRUE(eventually([this] {
@@ -146,14 +140,14 @@ TEST_F(RealCameras, cameraThatDiesInABenchmarkDisturbsNobodyAndComesBack) {
 class SilentCameras : public RealCameras, public testing::WithParamInterface<std::string> {};
 
 TEST_P(SilentCameras, holdUpTheWindowForSecondsOnly) {
-    overwriteMaximum(9);
+    emit dialog->findChild<InterfaceSpeedWidget*>()->maxBandwidthChanged(9);
     StallMeter meter;
     for (const auto& fake : fakes)
         fake->pause();
     if (GetParam() == "Benchmark") {
         benchmarkButton().click();
     } else if (GetParam() == "AutoSet") {
-        autoSet();
+        widget<QPushButton>("buttonAutoSet").menu()->actions().front()->trigger();
     } else if (GetParam() == "Sliders") {
         for (auto* slider : dialog->findChildren<BandwidthSliderWidget*>())
             slider->setValue(1);

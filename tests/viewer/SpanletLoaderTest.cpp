@@ -46,15 +46,6 @@ protected:
     QTemporaryDir m_folder;
 };
 
-TEST_F(SpanletLoaderTest, namesAFolderThatIsMissing) {
-    const QString folder = m_folder.filePath(QStringLiteral("plugins"));
-    SpanletLoader loader(folder);
-    EXPECT_EQ(loader.load(), nullptr);
-    EXPECT_EQ(loader.error(),
-              QStringLiteral("Spanlet cannot be loaded.\n\n%1: there is no such folder")
-                  .arg(QDir::toNativeSeparators(folder)));
-}
-
 TEST_F(SpanletLoaderTest, saysWhatIsWrongWithALibrary) {
     expectFault(addText(library("a")), "this is no Qt plug-in (");
     expectFault(add(offscreenPlugin(), library("b")), "this plug-in has the interface \"");

@@ -21,12 +21,14 @@ TEST(DeviceThread, waitsOnceForAStuckDeviceAndGoesOnWhenItAnswers) {
     EXPECT_EQ(device->call([]() -> OrvErrorType { throw std::bad_alloc(); }, 10s),
               OrvErrorResources);
 
-    const auto answer = std::make_shared<std::promise<void>>();
-    const auto hang = [answer]() -> OrvErrorType {
-        answer->get_future().wait();
-        return OrvErrorSuccess;
+    const auto hangUntil = [](const std::shared_ptr<std::promise<void>>& answer) {
+        return [answer]() -> OrvErrorType {
+            answer->get_future().wait();
+            return OrvErrorSuccess;
+        };
     };
-    EXPECT_EQ(device->call(hang, 10ms), OrvErrorTimeout);
+    const auto answer = std::make_shared<std::promise<void>>();
+    EXPECT_EQ(device->call(hangUntil(answer), 10ms), OrvErrorTimeout);
     const auto succeed = []() -> OrvErrorType {
         return OrvErrorSuccess;
     };
@@ -39,14 +41,8 @@ TEST(DeviceThread, waitsOnceForAStuckDeviceAndGoesOnWhenItAnswers) {
     EXPECT_EQ(device->call(succeed, 10s), OrvErrorSuccess);
 
     const auto release = std::make_shared<std::promise<void>>();
-    auto stalled = std::async(std::launch::async, [&] {
-        return device->call(
-            [release]() -> OrvErrorType {
-                release->get_future().wait();
-                return OrvErrorSuccess;
-            },
-            60s);
-    });
+    auto stalled =
+        std::async(std::launch::async, [&] { return device->call(hangUntil(release), 60s); });
     while (stalled.wait_for(1ms) != std::future_status::ready)
         device->interrupt();
     EXPECT_EQ(stalled.get(), OrvErrorTimeout);

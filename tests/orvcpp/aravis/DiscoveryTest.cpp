@@ -6,8 +6,7 @@
 
 namespace {
 
-using cameras::find;
-using cameras::Started;
+using namespace cameras;
 using fakecamera::FakeCameraProcess;
 using orv::aravis::GObjectPtr;
 
@@ -83,8 +82,7 @@ TEST(Access, isExclusiveAcrossProgramsAndLostToOneThatTakesOver) {
     fake.kill();
     fake.restart();
     other = controlByOther();
-    std::int64_t value = 0;
-    EXPECT_TRUE(sdk::eventually([&] { return width->GetValue(value) == OrvErrorNotFound; }));
+    EXPECT_TRUE(sdk::eventually([&] { return sdk::readInteger(*width) == OrvErrorNotFound; }));
     EXPECT_EQ(camera->Close(), OrvErrorSuccess);
     EXPECT_TRUE(sdk::eventually([] { return find("FC0001") != nullptr; }));
     EXPECT_EQ(camera->Open(OrvAccessModeFull), OrvErrorInvalidAccess);

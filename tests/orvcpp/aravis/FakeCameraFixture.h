@@ -41,10 +41,9 @@ inline Clock::duration
 callAbsent(Camera& camera, const sdk::Feature& width,
            const testing::Matcher<OrvErrorType>& expected = OrvErrorNotFound) {
     const auto begun = Clock::now();
-    std::int64_t value = 0;
     for (int i = 0; i < 20; ++i)
-        width.GetValue(value);
-    EXPECT_THAT(width.GetValue(value), expected);
+        sdk::readInteger(width);
+    EXPECT_THAT(sdk::readInteger(width), expected);
     camera.StopContinuousImageAcquisition();
     EXPECT_EQ(camera.Close(), OrvErrorSuccess);
     std::uint32_t count = 0;

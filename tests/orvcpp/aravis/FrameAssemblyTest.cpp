@@ -14,8 +14,7 @@ namespace {
 
 using namespace orv::aravis;
 using script::trailerNumber;
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace testing;
 using Texts = std::vector<std::string>;
 
 /// An assembly with its frames; what it delivers and requests is kept as text.

@@ -7,14 +7,8 @@
 
 namespace {
 
-using sdk::Feature;
-using sdk::feature;
-using sdk::get;
-using sdk::getText;
-using sdk::set;
-using sdk::text;
-using testing::ElementsAre;
-using testing::StrEq;
+using namespace sdk;
+using namespace testing;
 
 class GenicamFeature : public cameras::OneCamera {};
 

@@ -2,7 +2,7 @@
 #include "tests/orvcpp/ProviderCase.h"
 #include "tests/orvcpp/aravis/FakeCameraFixture.h"
 
-static ProvidedCamera start() {
+static ProvidedCamera startFakeCamera() {
     using fakecamera::FakeCameraProcess;
     const auto fake =
         std::make_shared<FakeCameraProcess>(fakecamera::onlyAddress, cameras::smallFrames);
@@ -11,5 +11,5 @@ static ProvidedCamera start() {
 }
 
 std::vector<ProviderCase> providerCases() {
-    return {{"GenicamGigE", 1, 200, start}};
+    return {{"GenicamGigE", 1, 200, startFakeCamera}};
 }

@@ -5,10 +5,7 @@
 
 namespace {
 
-using sdk::eventually;
-using sdk::get;
-using sdk::Receiver;
-using sdk::set;
+using namespace sdk;
 
 class GenicamStream : public cameras::OneCamera {};
 
@@ -26,8 +23,7 @@ TEST_F(GenicamStream, adjustsThePacketSizeToTheLargest) {
     EXPECT_TRUE(eventually([&] { return sdk::ask(*adjust, &sdk::Feature::IsCommandDone); }));
     const auto sizes = sdk::range<std::int64_t>(*sdk::feature(*stream, "GVSPPacketSize"));
     EXPECT_GE(get<std::int64_t>(*stream, "GVSPPacketSize"), sizes.second - 8);
-    const auto receiver = std::make_shared<Receiver>(camera);
-    ASSERT_EQ(sdk::start(*camera, receiver), OrvErrorSuccess);
+    const auto receiver = sdk::startReceiving(camera);
     EXPECT_TRUE(eventually([&] { return receiver->count() > 5; }));
     EXPECT_EQ(set(*stream, "GVSPPacketSize", std::int64_t{1000}), OrvErrorInvalidAccess);
 }
@@ -36,8 +32,7 @@ TEST_F(GenicamStream, countsFramesWithoutImagesWhereHeadersAreEnough) {
     const auto stream = sdk::stream(*camera);
     for (const bool headersOnly : {true, false, true}) {
         ASSERT_EQ(set(*stream, "GVSPHeadersOnly", headersOnly), OrvErrorSuccess);
-        const auto receiver = std::make_shared<Receiver>(camera, true);
-        ASSERT_EQ(sdk::start(*camera, receiver), OrvErrorSuccess);
+        const auto receiver = sdk::startReceiving(camera, 5, true);
         EXPECT_EQ(set(*stream, "GVSPHeadersOnly", headersOnly), OrvErrorInvalidAccess);
         EXPECT_TRUE(eventually([&] { return receiver->count() == 5; }));
         ASSERT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
@@ -77,9 +72,8 @@ TEST_P(GenicamStreams, numberFramesBeyondSixteenBitsAlsoIncompleteOnes) {
         const auto camera = cameras::find(serial);
         ASSERT_TRUE(camera);
         ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
-        const auto receiver = std::make_shared<Receiver>(camera);
         // Frames that wait for packets keep their buffers.
-        ASSERT_EQ(sdk::start(*camera, receiver, 20), OrvErrorSuccess);
+        const auto receiver = sdk::startReceiving(camera, 20);
         EXPECT_EQ(sdk::getText(*sdk::stream(*camera), "GVSPDriver"),
                   GetParam() ? "Filter" : "Socket");
         EXPECT_TRUE(eventually([&] { return receiver->count() >= 60; }));

@@ -11,8 +11,7 @@
 namespace {
 
 using namespace testing;
-using cameras::Clock;
-using cameras::find;
+using namespace cameras;
 using descriptions::described;
 using fakecamera::FakeCameraProcess;
 using std::chrono::milliseconds;
@@ -120,9 +119,8 @@ TEST_F(StallingCamera, endsAllItsCallsWithinSeconds) {
     ASSERT_EQ(sdk::set(*camera, "TestPendingTime", std::int64_t{2000}), OrvErrorSuccess);
     const auto begun = Clock::now();
     EXPECT_EQ(sdk::start(*camera, std::make_shared<sdk::Receiver>(camera)), OrvErrorTimeout);
-    std::int64_t value = 0;
     for (int i = 0; i < 20; ++i)
-        EXPECT_EQ(width->GetValue(value), OrvErrorTimeout);
+        EXPECT_EQ(sdk::readInteger(*width), OrvErrorTimeout);
     EXPECT_LT(Clock::now() - begun, costLimit);
     EXPECT_EQ(find("FC0001"), camera) << "it is there";
 }

@@ -15,7 +15,6 @@
 #include <chrono>
 #include <future>
 #include <memory>
-#include <string>
 #include <utility>
 #include <vector>
 

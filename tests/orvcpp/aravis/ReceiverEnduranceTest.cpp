@@ -21,11 +21,8 @@
 namespace {
 
 using namespace std::chrono_literals;
-using cameras::callAbsent;
-using cameras::Clock;
-using fakecamera::packetSockets;
-using fakecamera::switchDrops;
-using sdk::Camera;
+using namespace cameras;
+using namespace fakecamera;
 using sdk::eventually;
 
 constexpr const char* byRing = R"({"providers": [{"type": "genicam"}]})";
@@ -114,9 +111,7 @@ class Streaming {
 public:
     explicit Streaming(std::shared_ptr<Camera> camera)
         : m_camera(std::move(camera)), m_sentBefore(framesSent()),
-          m_receiver(std::make_shared<sdk::Receiver>(m_camera)) {
-        EXPECT_EQ(sdk::start(*m_camera, m_receiver), OrvErrorSuccess);
-    }
+          m_receiver(sdk::startReceiving(m_camera)) {}
 
     /// Waits for \p count more.
     void waitForFrames(std::size_t count) const {

@@ -21,8 +21,7 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using namespace testing;
 using Int = std::int64_t;
 
 void type(const char* text) {
@@ -141,12 +140,9 @@ struct KeyCase {
 const auto pressUp = [] {
     press(Qt::Key_Up);
 };
-const auto wheelSlider = [] {
-    turnWheel(QApplication::focusWidget()->parentWidget()->findChild<QSlider*>(), -1);
-};
-const auto wheelFloatSlider = [] {
-    turnWheel(QApplication::focusWidget()->parentWidget()->findChild<QwtSlider*>(), 1);
-};
+template <class Slider, int notches> void wheel() {
+    turnWheel(QApplication::focusWidget()->parentWidget()->findChild<Slider*>(), notches);
+}
 const auto toSliderAnd = [](Qt::Key key) {
     return [key] {
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
@@ -188,7 +184,7 @@ const KeyCase keyCases[] = {
     {"Integer", ranged<Int>(640, 16, 1936, 16), pressUp, Int{656}},
     {"IntegerBetweenSteps", ranged<Int>(650, 16, 1936, 16), pressUp, Int{656}},
     {"IntegerTypedBetweenSteps", ranged<Int>(640, 16, 1936, 16), typing("1000"), Int{1008}},
-    {"IntegerSliderByWheel", ranged<Int>(640, 16, 1936, 16), wheelSlider, Int{640 - 3 * 16}},
+    {"IntegerSliderByWheel", ranged<Int>(640, 16, 1936, 16), wheel<QSlider, -1>, Int{640 - 3 * 16}},
     {"IntegerBelowItsRange", ranged<Int>(7, 16, 1936, 16), pressUp, Int{32}},
     {"IntegerOf64Bits", ranged<Int>(Int{1} << 40, 0, INT64_MAX, 1), pressUp, (Int{1} << 40) + 1},
     {"SliderOf64Bits", ranged<Int>(Int{1} << 40, 0, INT64_MAX, 1), toSliderAnd(Qt::Key_End),
@@ -196,7 +192,7 @@ const KeyCase keyCases[] = {
     {"Float", ranged(12.123456789012345, 0.0, 48.0, 0.0), typing("3,49.25"), 34.25},
     {"FloatThatIsNoNumber", ranged(std::nan(""), 0.0, 48.0, 0.0),
      [] { QApplication::focusWidget()->setProperty("text", QStringLiteral("5")); }, 5.0},
-    {"FloatSliderByWheel", ranged(12.0, 0.0, 48.0, 0.5), wheelFloatSlider, 12.5},
+    {"FloatSliderByWheel", ranged(12.0, 0.0, 48.0, 0.5), wheel<QwtSlider, 1>, 12.5},
     {"FloatSliderByKey", ranged(50.0, 0.0, 59.94005994005994, 0.0, "ExposureTime"),
      toSliderAnd(Qt::Key_End), 59.94005994005994},
     {"LogarithmicDownTo0", ranged(50.0, 0.0, 1e6, 0.0, "ExposureTime"), toSliderAnd(Qt::Key_Home),

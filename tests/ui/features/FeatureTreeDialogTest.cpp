@@ -19,8 +19,7 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::Pair;
+using namespace testing;
 
 std::shared_ptr<FakeFeatureController> makeFeatures() {
     auto features = std::make_shared<FakeFeatureController>(std::vector<std::string>{"Camera"});

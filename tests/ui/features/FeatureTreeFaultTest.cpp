@@ -92,9 +92,10 @@ protected:
         window.filter.setChecked(filtered);
         window.tree.expandAll();
         scroll(window);
-        edit<LongSpinBox>(window, "Width");
-        edit<QComboBox>(window, "Pixel Format");
-        EXPECT_TRUE(edit<QPushButton>(window, "Trigger Software") || failingCall > 0);
+        int edited = edit<LongSpinBox>(window, "Width") ? 1 : 0;
+        edited += edit<QComboBox>(window, "Pixel Format") ? 1 : 0;
+        edited += edit<QPushButton>(window, "Trigger Software") ? 1 : 0;
+        EXPECT_TRUE(edited == 3 || failingCall > 0);
         window.tree.viewport()->grab();
         if (failingCall > 0 && m_cameras.simulation.GetCallCount() >= failingCall)
             expectThatItStillWorks(*window.tree.model(), failingCall);
@@ -130,24 +131,6 @@ protected:
     int m_unlisted = 0;
 };
 
-TEST_F(FeatureTreeFaults, nothingFailsWithoutAFault) {
-    const auto features = makeFeatures();
-    const auto values = [&features] {
-        std::vector<FeatureValue> found;
-        for (const char* name : {"Width", "PixelFormat", "Height"})
-            found.push_back(features->getFeatureValue("Camera", name));
-        return found;
-    };
-    const auto before = values();
-    for (const bool filtered : {true, false}) {
-        run(0, filtered);
-        EXPECT_THAT(m_log.text(), testing::Not(testing::HasSubstr("Warning:")));
-        EXPECT_THAT(values(), testing::Pointwise(testing::Ne(), before));
-        run(0, filtered);
-        EXPECT_EQ(values(), before);
-    }
-}
-
 TEST_F(FeatureTreeFaults, anyFailingCallLeavesAListThatCanBeUsed) {
     const std::uint64_t calls = list(0);
     EXPECT_GT(calls, 1000U);
@@ -162,6 +145,8 @@ TEST_F(FeatureTreeFaults, anyFailingCallLeavesTheListedTreeUsable) {
     for (const auto& [filtered, interval, least] :
          {std::tuple(true, 13U, listing + 600), {false, 67, 4000}}) {
         const bool isFiltered = filtered;
+        run(0, isFiltered);
+        EXPECT_THAT(m_log.text(), testing::Not(testing::HasSubstr("Warning:")));
         EXPECT_GT(FaultyCameras::failEachCall([&](auto call) { return run(call, isFiltered); },
                                               listing + 1, interval),
                   least);

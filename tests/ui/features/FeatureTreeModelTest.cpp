@@ -2,6 +2,8 @@
 #include "ui/features/FeatureTreeModel.h"
 
 #include "features/FeatureMetaTypes.h"
+#include "logging/QtMessageHandler.h"
+#include "tests/support/CapturedLog.h"
 #include "tests/support/FakeFeatureController.h"
 #include "tests/support/TextTree.h"
 #include "tests/ui/features/FeatureTreeWindow.h"
@@ -15,12 +17,18 @@
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Pair;
+using namespace testing;
 
 QModelIndex valueOf(const QAbstractItemModel& model, const char* name) {
     return rowIn(model, name).siblingAtColumn(FeatureTreeModel::ValueColumn);
+}
+
+TEST(BasicTreeItem, insertsARowBeyondEitherEndAtThatEnd) {
+    BasicTreeItem parent;
+    for (const auto& [row, number] : {std::pair(99, 2), {-5, 0}, {1, 1}})
+        parent.insertChild(row, std::make_unique<BasicTreeItem>(QVector<QVariant>{number}));
+    for (int row = 0; row < 3; ++row)
+        EXPECT_EQ(parent.child(row)->value(0), row);
 }
 
 class FeatureTree : public testing::Test {
@@ -85,8 +93,27 @@ TEST_F(FeatureTree, groupsFeaturesByModuleAndCategoryPath) {
                                  "    The Lost\n");
     m_model.setupModelData();
     EXPECT_EQ(m_model.rowCount(), 5);
-    EXPECT_EQ(m_model.headerData(0, Qt::Horizontal), QStringLiteral("Feature"));
+}
+
+TEST_F(FeatureTree, changesTheTextsOfItsHorizontalHeaderOnly) {
+    qRegisterMetaType<Qt::Orientation>();
+    const QSignalSpy changed(&m_model, &QAbstractItemModel::headerDataChanged);
+    const QVariant text = QStringLiteral("New");
+    EXPECT_FALSE(m_model.setHeaderData(0, Qt::Vertical, text, Qt::DisplayRole));
+    EXPECT_FALSE(m_model.setHeaderData(0, Qt::Horizontal, text, Qt::EditRole));
+    for (const int beyond : {-1, 2})
+        EXPECT_FALSE(m_model.setHeaderData(beyond, Qt::Horizontal, text, Qt::DisplayRole));
+    EXPECT_TRUE(changed.isEmpty());
     EXPECT_EQ(m_model.headerData(1, Qt::Horizontal), QString());
+    EXPECT_TRUE(m_model.setHeaderData(1, Qt::Horizontal, text, Qt::DisplayRole));
+    EXPECT_EQ(changed.size(), 1);
+    EXPECT_EQ(m_model.headerData(1, Qt::Horizontal), text);
+    EXPECT_EQ(m_model.headerData(0, Qt::Horizontal), QStringLiteral("Feature"));
+    // Room for two bold lines.
+    const QFont font = m_model.headerData(0, Qt::Horizontal, Qt::FontRole).value<QFont>();
+    EXPECT_EQ(font.weight(), 75);
+    EXPECT_EQ(m_model.headerData(0, Qt::Horizontal, Qt::SizeHintRole).toSize(),
+              QSize(100, QFontMetrics(font).height() * 2 + 20));
 }
 
 TEST_F(FeatureTree, sortsAllButTheModulesAsTheLocaleDoes) {
@@ -125,24 +152,19 @@ TEST_F(FeatureTree, isFilteredByNamesAndByCategoriesOfModules) {
 }
 
 TEST_F(FeatureTree, isFilteredToNothingByAFileThatCannotBeUsed) {
-    static QStringList warnings;
-    warnings.clear();
-    const auto previous =
-        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
-            if (type == QtWarningMsg)
-                warnings.append(text);
-        });
+    const CapturedLog log;
+    qInstallMessageHandler(qtMessageHandler);
     for (const char* content : {R"({"FeaturesFilter": "Width", "CategoriesFilter": {}})", "[1]"})
         EXPECT_EQ(filtered(content), "") << content;
-    EXPECT_EQ(warnings, QStringList());
+    EXPECT_EQ(log.text(), "");
     EXPECT_EQ(filtered(R"({"FeaturesFilter": )"), "");
-    EXPECT_EQ(warnings.takeLast(), QStringLiteral("JSON parse error: '%s'"));
     EXPECT_EQ(filtered({}), "");
-    const auto start = QStringLiteral("WARN: Couldn't open file with 'Presets'. ");
-    EXPECT_TRUE(warnings.last().startsWith(start) &&
-                QDir::isAbsolutePath(warnings.last().mid(start.size())))
-        << warnings.last().toStdString();
-    qInstallMessageHandler(previous);
+    qInstallMessageHandler(nullptr);
+    const std::string missing = "Warning:WARN: Couldn't open file with 'Presets'. ";
+    ASSERT_THAT(log.lines(),
+                ElementsAre(_, StartsWith("Warning:JSON parse error: '%s'"), StartsWith(missing)));
+    EXPECT_TRUE(
+        QDir::isAbsolutePath(QString::fromStdString(log.lines().back().substr(missing.size()))));
 }
 
 TEST_F(FeatureTree, filtersWithoutAskingForFeatures) {
