@@ -5,6 +5,7 @@
 #include "engine/SystemController.h"
 #include "features/FeatureController.h"
 #include "session/SdkSession.h"
+#include "tests/orvcpp/SdkFixture.h"
 #include "tests/support/FakeCameraProcess.h"
 #include "tests/support/NetworkState.h"
 
@@ -82,6 +83,23 @@ protected:
         return totals;
     }
 
+    static std::string driver(const CameraHandler& camera) {
+        return std::get<std::string>(
+            camera.getFeatureController()->getFeatureValue("Stream0", "GVSPDriver"));
+    }
+
+    static void waitForFrames(const CameraHandler& camera, std::uint64_t count) {
+        EXPECT_TRUE(
+            sdk::eventually([&] { return camera.getFrameStatistics().receivedFrames >= count; }));
+    }
+
+    /// Auto Set, with the rate of the link.
+    void divide() {
+        const std::string interface = m_cameras.front()->getCameraInfo().interfaceName;
+        m_controller->setMaxBandwidth(interface, linkBitsPerSecond);
+        m_controller->autoSetInterface(interface, m_index, GetParam(), margin, margin);
+    }
+
     double bandwidth() const {
         double sum = 0;
         for (const auto& camera : m_cameras)
@@ -104,10 +122,7 @@ TEST_P(CongestedNetwork, losesFramesUntilAutoSetHasDividedItsBandwidth) {
     EXPECT_LT(before.complete + m_cameras.size(), before.sent);
     EXPECT_GT(before.dropped, 0);
 
-    // With the rate of the link.
-    const std::string interface = m_cameras.front()->getCameraInfo().interfaceName;
-    m_controller->setMaxBandwidth(interface, linkBitsPerSecond);
-    m_controller->autoSetInterface(interface, m_index, GetParam(), margin, margin);
+    divide();
     const double usable = static_cast<double>(linkBitsPerSecond) / 8 * (1 - margin);
     EXPECT_LE(bandwidth(), usable);
     EXPECT_GT(bandwidth(), usable * 0.95);
@@ -121,6 +136,33 @@ TEST_P(CongestedNetwork, losesFramesUntilAutoSetHasDividedItsBandwidth) {
     // One frame per camera may be on its way at the stop.
     EXPECT_GE(after.complete + m_cameras.size(), after.sent);
     EXPECT_GE(after.fewestComplete, 15u);
+}
+
+TEST_P(CongestedNetwork, aCameraComesAndGoesWhileOthersStream) {
+    const bool mayUseRing = packetSockets() >= 0;
+    for (const auto& camera : m_cameras)
+        camera->adjustPacketSize(GetParam());
+    divide();
+    const auto& guest = m_cameras.back();
+    const CameraList others(m_cameras.begin(), m_cameras.end() - 1);
+    for (const auto& camera : others)
+        camera->startAcquisition();
+    for (int i = 0; i < 20; ++i) {
+        guest->startAcquisition();
+        waitForFrames(*guest, 2);
+        EXPECT_EQ(packetSockets(), mayUseRing ? 1 : -1) << "one ring for all";
+        guest->stopAcquisition();
+        EXPECT_EQ(guest->getFrameStatistics().lostFrames, 0);
+    }
+    for (const auto& camera : others) {
+        EXPECT_EQ(driver(*camera), mayUseRing ? "Filter" : "Socket");
+        camera->stopAcquisition();
+        const FrameStatistics frames = camera->getFrameStatistics();
+        EXPECT_EQ(frames.lostFrames, 0);
+        EXPECT_EQ(frames.incompleteFrames, 0U);
+        EXPECT_GT(frames.completeFrames, 20U);
+    }
+    EXPECT_TRUE(sdk::eventually([] { return packetSockets() <= 0; }));
 }
 
 INSTANTIATE_TEST_SUITE_P(PacketSize, CongestedNetwork, testing::Values(false, true),
