@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/AutoSetReport.h"
-#include "cli/Benchmark.h"
+#include "cli/BenchmarkOptions.h"
+#include "cli/BenchmarkTable.h"
 #include "cli/Commands.h"
 #include "engine/CameraHandler.h"
 #include "engine/SafetyMargins.h"

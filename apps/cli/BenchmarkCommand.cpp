@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "cli/Benchmark.h"
+#include "cli/BenchmarkOptions.h"
+#include "cli/BenchmarkTable.h"
 #include "cli/Commands.h"
+#include "cli/Terminal.h"
 
 namespace cli {
 
@@ -9,12 +11,19 @@ namespace {
 Report runBenchmarkCommand(Context& context) {
     const Arguments& arguments = context.arguments;
     const BenchmarkPlan plan = benchmarkPlan(arguments, 10);
+    const bool hasIntervals = arguments.has(QStringLiteral("interval"));
+    if (hasIntervals && !context.wantsJson)
+        throw Failure(QStringLiteral("--interval goes with --json; \"spanlet watch\" prints "
+                                     "figures as they change."),
+                      ExitCode::WrongUse);
     Cameras& cameras = context.openCameras();
-    const HostInterface& interface = chosenInterface(cameras, arguments);
-    cameras.warnOfExcess(interface);
-    const QJsonObject result = runBenchmark(cameras, interface, plan, context.interruption);
+    const ChosenInterfaces chosen = chosenInterfaces(cameras, arguments);
+    const QJsonObject result =
+        runBenchmark(cameras, chosen, plan, context.interruption,
+                     hasIntervals ? makeJsonProgress(context.terminal) : BenchmarkProgress());
     const bool hasFailed = arguments.has(QStringLiteral("fail-on-loss")) && hasLoss(result);
-    return {benchmarkText(result), result, hasMeasuredAll(result) && !hasFailed};
+    return {benchmarkText(result, context.terminal.lineWidth()), result,
+            hasMeasuredAll(result) && !hasFailed, hasIntervals};
 }
 
 } // namespace
@@ -23,14 +32,19 @@ Command benchmarkCommand() {
     Command command;
     command.name = QStringLiteral("benchmark");
     command.summary = QStringLiteral(
-        "Stream from all cameras of an interface and count what arrives. Frame rates are averages. "
-        "Ctrl+C ends it early and prints what was counted so far.");
-    command.options = benchmarkOptions(QStringLiteral("10"));
+        "Stream from all cameras of an interface and count what arrives. Rates are averages of the "
+        "whole time; MB/s are those of the images. Ctrl+C ends it early and prints what was "
+        "counted so far.");
+    command.options = benchmarkOptions(
+        QStringLiteral("10"),
+        QStringLiteral("With --json: print a line with the figures so far at each such interval, "
+                       "and the result as the last line."));
     command.options += QCommandLineOption(
         QStringLiteral("fail-on-loss"),
         QStringLiteral("Exit with 1 when a frame is lost or arrives incomplete."));
     command.examples = QStringList{
         QStringLiteral("benchmark --interface eth0 --seconds 30"),
+        QStringLiteral("benchmark --all --json --interval 1 > figures.jsonl"),
         QStringLiteral("benchmark --config :oversubscribed --interface GEV-enp3s0 --fail-on-loss")};
     command.run = runBenchmarkCommand;
     return command;

@@ -16,6 +16,8 @@ struct Report {
     QString text;
     QJsonObject document;
     bool isSuccess = true;
+    /// Whether the document is one line, the last one of several documents.
+    bool isLine = false;
 };
 
 /// A subcommand of the program.

@@ -2,6 +2,7 @@
 #include "cli/Program.h"
 
 #include "cli/Invocation.h"
+#include "cli/Table.h"
 #include "cli/Terminal.h"
 #include "cli/platform/Interruption.h"
 
@@ -14,8 +15,9 @@ namespace cli {
 
 namespace {
 
-void printDocument(Terminal& terminal, const QJsonObject& document) {
-    terminal.print(QString::fromUtf8(QJsonDocument(document).toJson()));
+void printDocument(Terminal& terminal, const QJsonObject& document, bool isLine) {
+    terminal.print(isLine ? jsonLine(document)
+                          : QString::fromUtf8(QJsonDocument(document).toJson()));
 }
 
 int run(const Invocation& invocation, Terminal& terminal) {
@@ -31,7 +33,7 @@ int run(const Invocation& invocation, Terminal& terminal) {
     Context context = invocation.context(terminal, interruption);
     const Report report = invocation.run(context);
     if (invocation.wantsJson())
-        printDocument(terminal, report.document);
+        printDocument(terminal, report.document, report.isLine);
     else
         terminal.print(report.text);
     return static_cast<int>(report.isSuccess ? ExitCode::Success : ExitCode::Failed);
@@ -40,8 +42,9 @@ int run(const Invocation& invocation, Terminal& terminal) {
 int report(Terminal& terminal, const Failure& failure, bool wantsJson) {
     const QString message = QString::fromUtf8(failure.what());
     terminal.message(QStringLiteral("spanlet: ") + message);
+    // One line, since some commands print a document on each.
     if (wantsJson)
-        printDocument(terminal, {{QStringLiteral("error"), message}});
+        printDocument(terminal, {{QStringLiteral("error"), message}}, true);
     if (failure.code() == ExitCode::WrongUse)
         terminal.message(QStringLiteral("Try \"spanlet --help\"."));
     return static_cast<int>(failure.code());

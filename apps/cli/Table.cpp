@@ -3,7 +3,7 @@
 
 #include "text/AlignedTable.h"
 
-#include <QJsonObject>
+#include <QJsonDocument>
 
 namespace cli {
 
@@ -45,6 +45,11 @@ QString usageText(double usedBytesPerSecond, double bitsPerSecond) {
     const QString speed = bitsPerSecond > 0 ? QString::number(bitsPerSecond / 8e6, 'f', 1)
                                             : QStringLiteral("unknown");
     return QStringLiteral("%1 of %2 MB/s").arg(used, speed);
+}
+
+QString jsonLine(const QJsonObject& document) {
+    return QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)) +
+           QLatin1Char('\n');
 }
 
 QString joined(const QStringList& lines) {

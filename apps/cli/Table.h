@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QJsonArray>
+#include <QJsonObject>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -23,6 +24,9 @@ QStringList tableLines(const QVector<Column>& columns, const QJsonArray& rows);
 
 /// "250.0 of 1250.0 MB/s". A speed of 0 is shown as "unknown".
 QString usageText(double usedBytesPerSecond, double bitsPerSecond);
+
+/// The document on one line, ended by a line break.
+QString jsonLine(const QJsonObject& document);
 
 /// The lines, each ended by a line break.
 QString joined(const QStringList& lines);

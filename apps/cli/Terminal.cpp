@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <limits>
 
 namespace cli {
 
@@ -17,17 +18,25 @@ bool write(std::FILE* stream, const QString& text) {
     return std::fputs(text.toUtf8().constData(), stream) >= 0 && std::fflush(stream) == 0;
 }
 
-/// Number of rows that a line covers, which is more than one after the terminal was made narrower.
+/// Number of rows that a line covers.
 int rowsOf(const QString& line, int columns) {
     return std::max(1, (line.size() + columns - 1) / columns);
+}
+
+/// The first lines that fit into so many rows.
+QStringList fitting(const QStringList& lines, int columns, int rows) {
+    int count = 0;
+    while (count < lines.size() && rowsOf(lines[count], columns) <= rows)
+        rows -= rowsOf(lines[count++], columns);
+    return lines.mid(0, count);
 }
 
 } // namespace
 
 Terminal::Terminal() : m_isInteractive(isConsole()) {}
 
-int Terminal::columns() const {
-    return consoleSize().columns;
+int Terminal::lineWidth() const {
+    return m_isInteractive ? consoleSize().columns : std::numeric_limits<int>::max();
 }
 
 void Terminal::print(const QString& text) {
@@ -77,11 +86,12 @@ QString Terminal::shown() {
     const ConsoleSize size = consoleSize();
     // The last row is for the cursor.
     const int room = std::max(size.rows - 1, 1);
-    QStringList lines = m_block.mid(0, room);
-    if (m_block.size() > room)
-        lines.last() = QStringLiteral("(%1 more lines)").arg(m_block.size() - room + 1);
-    for (const QString& line : qAsConst(lines))
-        m_shownLines.append(line.left(size.columns));
+    m_shownLines = fitting(m_block, size.columns, room);
+    if (m_shownLines.size() < m_block.size()) {
+        m_shownLines = fitting(m_block, size.columns, room - 1);
+        m_shownLines.append(
+            QStringLiteral("(%1 more lines)").arg(m_block.size() - m_shownLines.size()));
+    }
     return joined(m_shownLines);
 }
 

@@ -18,14 +18,15 @@ public:
     /// Whether the standard output stream is a terminal.
     bool isInteractive() const { return m_isInteractive; }
 
-    /// Present width of the terminal in characters.
-    int columns() const;
+    /// Longest line in characters that is shown on one row: the present width of the terminal, or
+    /// any where there is none.
+    int lineWidth() const;
 
     void print(const QString& text);
     void message(const QString& line);
 
-    /// Replaces the block of lines. Cuts long lines off; replaces lines that do not fit by their
-    /// count.
+    /// Replaces the block of lines. Lines that are too long take several rows; lines for which
+    /// there are no rows are replaced by their count.
     void draw(const QStringList& lines);
     /// Removes the block.
     void clear();

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "cli/Benchmark.h"
+#include "cli/BenchmarkOptions.h"
+#include "cli/BenchmarkTable.h"
 #include "cli/Commands.h"
 #include "cli/Terminal.h"
+
+#include <QHash>
 
 #include <algorithm>
 #include <cmath>
@@ -9,8 +12,6 @@
 namespace cli {
 
 namespace {
-
-constexpr NumberRange intervals{0.1, 3600, 0.5};
 
 QString progressBar(double share) {
     constexpr int width = 30;
@@ -20,59 +21,102 @@ QString progressBar(double share) {
         .arg(std::floor(share * 100));
 }
 
-QString heading(const HostInterface& interface, double elapsed, double seconds) {
+QString heading(const QString& interfaces, double elapsed, double seconds) {
     const QString time = QString::number(elapsed, 'f', 1);
     if (seconds > 0)
         return QStringLiteral("%1  %2 of %3 s %4")
-            .arg(interface.name, time)
+            .arg(interfaces, time)
             .arg(seconds)
             .arg(progressBar(std::min(elapsed / seconds, 1.0)));
-    return QStringLiteral("%1  %2 s, Ctrl+C ends").arg(interface.name, time);
+    return QStringLiteral("%1  %2 s, Ctrl+C ends").arg(interfaces, time);
 }
 
-/// Lines for a log: the time in front of each, the headings only when \p hasHeadings.
-QString plainLines(const QJsonArray& rows, double elapsed, bool hasHeadings) {
-    constexpr int headings = 2;
-    const QStringList lines = benchmarkLines(rows);
-    QString text;
-    for (int i = hasHeadings ? 0 : headings; i < lines.size(); ++i) {
-        const QString time = i == 0 ? QStringLiteral("s") : QString::number(elapsed, 'f', 1);
-        text += i == 1
-                    ? QString()
-                    : time.rightJustified(8) + QStringLiteral("  ") + lines[i] + QLatin1Char('\n');
-    }
-    return text;
+double elapsedOf(const QJsonObject& interval) {
+    return interval[QStringLiteral("seconds")].toDouble();
 }
+
+/// The lines on a terminal: a table for each interface.
+QStringList screenLines(const QJsonObject& interval, double seconds, int width) {
+    const QJsonArray interfaces = interfacesOf(interval);
+    const auto nameOf = [](const QJsonValue& interface) {
+        return interface[QStringLiteral("interface")].toString();
+    };
+    const bool isOne = interfaces.size() == 1;
+    const QString all =
+        isOne ? nameOf(interfaces.first()) : QStringLiteral("%1 interfaces").arg(interfaces.size());
+    QStringList lines{heading(all, elapsedOf(interval), seconds).left(width)};
+    for (const QJsonValue& interface : interfaces) {
+        if (!isOne)
+            lines.append(nameOf(interface));
+        lines += benchmarkLines(interface.toObject(), width);
+    }
+    return lines;
+}
+
+/// Lines for a log, with the time in front of each.
+class WatchLog {
+public:
+    QString linesOf(const QJsonObject& interval) {
+        const QString time = QString::number(elapsedOf(interval), 'f', 1);
+        const QJsonArray interfaces = interfacesOf(interval);
+        QString text;
+        for (const QJsonValue& value : interfaces) {
+            const QString name = value[QStringLiteral("interface")].toString();
+            if (interfaces.size() > 1)
+                text += stamped(time, name);
+            const QStringList lines = benchmarkLines(value.toObject());
+            if (hasNewHeadings(name, lines[0].simplified()))
+                text += stamped(QStringLiteral("s"), lines[0]);
+            for (const QString& line : lines.mid(headings))
+                text += stamped(time, line);
+        }
+        return text;
+    }
+
+private:
+    /// The headings and the rule below them.
+    static constexpr int headings = 2;
+
+    static QString stamped(const QString& time, const QString& line) {
+        return time.rightJustified(8) + QStringLiteral("  ") + line + QLatin1Char('\n');
+    }
+
+    /// At first, and when a column was added.
+    bool hasNewHeadings(const QString& interface, const QString& now) {
+        const bool isNew = m_headings.value(interface) != now;
+        m_headings[interface] = now;
+        return isNew;
+    }
+
+    QHash<QString, QString> m_headings;
+};
 
 /// The progress returns false, which ends the watch, when the output cannot be written.
-BenchmarkProgress makeProgress(Terminal& terminal, const HostInterface& interface, double seconds) {
+BenchmarkProgress makeProgress(Terminal& terminal, double seconds, bool wantsJson) {
+    if (wantsJson)
+        return makeJsonProgress(terminal);
     if (terminal.isInteractive())
-        return [&terminal, &interface, seconds](double elapsed, const QJsonArray& rows) {
-            terminal.draw(QStringList(heading(interface, elapsed, seconds)) +
-                          benchmarkLines(rows, terminal.columns()));
+        return [&terminal, seconds](const QJsonObject& interval) {
+            terminal.draw(screenLines(interval, seconds, terminal.lineWidth()));
             return terminal.outputError() == 0;
         };
-    return [&terminal, isFirst = true](double elapsed, const QJsonArray& rows) mutable {
-        terminal.print(plainLines(rows, elapsed, isFirst));
-        isFirst = false;
+    return [&terminal, log = WatchLog()](const QJsonObject& interval) mutable {
+        terminal.print(log.linesOf(interval));
         return terminal.outputError() == 0;
     };
 }
 
 Report runWatch(Context& context) {
     const Arguments& arguments = context.arguments;
-    BenchmarkPlan plan = benchmarkPlan(arguments, 0);
-    plan.interval = std::chrono::milliseconds(
-        std::llround(arguments.number(QStringLiteral("interval"), intervals) * 1000));
+    const BenchmarkPlan plan = benchmarkPlan(arguments, 0);
     Cameras& cameras = context.openCameras();
-    const HostInterface& interface = chosenInterface(cameras, arguments);
-    cameras.warnOfExcess(interface);
+    const ChosenInterfaces chosen = chosenInterfaces(cameras, arguments);
     const QJsonObject result =
-        runBenchmark(cameras, interface, plan, context.interruption,
-                     context.wantsJson ? BenchmarkProgress()
-                                       : makeProgress(context.terminal, interface, plan.seconds));
+        runBenchmark(cameras, chosen, plan, context.interruption,
+                     makeProgress(context.terminal, plan.seconds, context.wantsJson));
     context.terminal.clear();
-    return {benchmarkText(result), result, hasMeasuredAll(result)};
+    return {benchmarkText(result, context.terminal.lineWidth()), result, hasMeasuredAll(result),
+            true};
 }
 
 } // namespace
@@ -82,15 +126,14 @@ Command watchCommand() {
     command.name = QStringLiteral("watch");
     command.summary = QStringLiteral(
         "Stream from all cameras of an interface and show their figures as they change, until "
-        "Ctrl+C or for a time. Frame rates are averages since the line before; those at the end "
-        "are averages of the whole time. On a terminal the lines are redrawn in place.");
-    command.options = benchmarkOptions(QStringLiteral("endless"));
-    command.options += QCommandLineOption(
-        QStringLiteral("interval"),
-        QStringLiteral("Seconds between two readings of the figures, 0.5 by default."),
-        QStringLiteral("number"));
+        "Ctrl+C or for a time. Rates are averages since the line before, counts are those since "
+        "the start; rates at the end are averages of the whole time. On a terminal the lines are "
+        "redrawn in place. With --json, each line is a document, the last one the result.");
+    command.options = benchmarkOptions(
+        QStringLiteral("endless"),
+        QStringLiteral("Seconds between two readings of the figures, 0.5 by default."));
     command.examples =
-        QStringList{QStringLiteral("watch --interface eth0"),
+        QStringList{QStringLiteral("watch --interface eth0"), QStringLiteral("watch --all"),
                     QStringLiteral("watch --interface eth0 --seconds 60 --interval 5 > log")};
     command.run = runWatch;
     return command;

@@ -10,6 +10,10 @@ namespace {
 const std::string oversubscribed = " --interface GEV-enp3s0 --config :oversubscribed";
 const std::string ownScenario = " --interface GEV-e0 --config " SCENARIO_FILE;
 
+QJsonArray interfacesIn(const QJsonObject& document) {
+    return document[QStringLiteral("interfaces")].toArray();
+}
+
 TEST(Benchmark, countsWhatArrives) {
     const QJsonObject result = jsonOf("benchmark --seconds 1.5 --interface GEV-enp3s0");
     EXPECT_NEAR(number(result, "seconds"), 1.5, 0.5);
@@ -19,8 +23,15 @@ TEST(Benchmark, countsWhatArrives) {
         EXPECT_GT(number(result, camera + "receivedFrames"), 3);
         EXPECT_EQ(number(result, camera + "sentFrames"), number(result, camera + "receivedFrames"));
         EXPECT_GT(number(result, camera + "payloadBytes"), 3e6);
+        EXPECT_EQ(number(result, camera + "lossPercent"), 0);
     }
     EXPECT_EQ(sumOf(result, "lostFrames"), 0);
+    const double rate = number(result, "total bytesPerSecond");
+    EXPECT_NEAR(rate, number(result, "total payloadBytes") / number(result, "seconds"), rate / 10);
+    EXPECT_EQ(number(result, "total bitsPerSecond"), 1e9);
+    EXPECT_NEAR(number(result, "total linkPercent"), rate / 1.25e6, 1e-6);
+    EXPECT_FALSE(at(result, "total packetsResent").isValid())
+        << "simulated packets are not counted";
 }
 
 TEST(Benchmark, failsOnLossWhereThatIsAskedFor) {
@@ -36,6 +47,9 @@ TEST(Benchmark, failsOnLossWhereThatIsAskedFor) {
     for (const QJsonValue& camera : camerasOf(result))
         EXPECT_NEAR(camera[QStringLiteral("framesPerSecond")].toDouble(),
                     camera[QStringLiteral("receivedFrames")].toInt(), 1.5);
+    const double bad = sumOf(result, "lostFrames") + sumOf(result, "incompleteFrames");
+    EXPECT_NEAR(number(result, "total lossPercent"),
+                100 * bad / (sumOf(result, "receivedFrames") + sumOf(result, "lostFrames")), 1e-6);
 }
 
 TEST(Benchmark, failsWhenACameraVanishes) {
@@ -43,6 +57,29 @@ TEST(Benchmark, failsWhenACameraVanishes) {
     EXPECT_EQ(spanlet.run("benchmark --seconds 1.5 --json" + ownScenario), 1);
     EXPECT_EQ(camera(spanlet.json(), 0, "measured"), "true");
     EXPECT_EQ(camera(spanlet.json(), 1, "measured"), "false");
+    EXPECT_GT(number(spanlet.json(), "cameras 1 receivedFrames"), 5) << "it keeps its counts";
+    EXPECT_NEAR(number(spanlet.json(), "cameras 1 disconnectedAfterSeconds"), 1, 0.4);
+}
+
+TEST(Benchmark, measuresSeveralInterfacesAtTheSameTime) {
+    for (const char* which : {"--all", "--interface GEV-enp3s0 --interface U3V-0-20-0 "
+                                       "--interface GEV-enp5s0 --interface GEV-enp3s0"}) {
+        const QJsonObject result = jsonOf(std::string("benchmark --seconds 1 ") + which);
+        EXPECT_EQ(interfacesIn(result).size(), 3) << which;
+        EXPECT_LT(number(result, "seconds"), 2);
+        for (const QJsonValue& interface : interfacesIn(result))
+            EXPECT_GT(number(interface.toObject(), "total receivedFrames"), 5);
+    }
+    EXPECT_THAT(textOf("benchmark --seconds 0.2 --all"),
+                AllOf(HasSubstr("MRD GigE Interface enp3s0, 0."),
+                      HasSubstr("\n\nMRD GigE Interface enp5s0, 0.")));
+}
+
+TEST(Benchmark, refusesOptionsThatDoNotGoTogether) {
+    for (const char* rest : {"--all --interface GEV-enp3s0", "--interval 1 --all"}) {
+        SpanletProcess spanlet;
+        EXPECT_EQ(spanlet.run(std::string("benchmark ") + rest), 2) << rest;
+    }
 }
 
 TEST(AutoSet, losesNoFrameAfterwards) {
@@ -101,8 +138,35 @@ TEST(Watch, printsLinesWhereThereIsNoTerminal) {
     EXPECT_THAT(spanlet.out(), HasSubstr("     0.4  CAM-A"));
     // The camera vanishes after a second: the rate is that of the last 0.4 s.
     EXPECT_THAT(spanlet.out(), HasSubstr("     1.6  CAM-B   Twin      0.00 "));
+    EXPECT_THAT(spanlet.out(), HasSubstr("disconnected after "));
     EXPECT_THAT(spanlet.out(), HasSubstr("\nMRD GigE Interface e0, 2."));
     EXPECT_THAT(spanlet.out(), Not(HasSubstr("\x1b")));
+    const std::string several = textOf("watch --all --seconds 0.6 --interval 0.4");
+    EXPECT_THAT(several, HasSubstr("     0.4  MRD GigE Interface enp5s0\n       s  Camera "));
+}
+
+TEST(Watch, printsALineOfJsonAtEachInterval) {
+    SpanletProcess spanlet;
+    EXPECT_EQ(spanlet.run("watch --seconds 2.9 --interval 0.6 --json" + ownScenario), 1);
+    const QJsonArray lines = spanlet.jsonLines();
+    ASSERT_EQ(lines.size(), 5);
+    double frames = 0;
+    for (int i = 0; i < lines.size(); ++i) {
+        const QJsonObject line = lines[i].toObject();
+        const bool isResult = i == lines.size() - 1;
+        EXPECT_EQ(at(line, "type").toString().toStdString(), isResult ? "result" : "interval");
+        EXPECT_NEAR(number(line, "seconds"), isResult ? 2.9 : 0.6 * (i + 1), 0.3);
+        EXPECT_GT(sumOf(line, "receivedFrames"), frames) << "counts since the start";
+        frames = sumOf(line, "receivedFrames");
+    }
+    // The camera vanishes after a second.
+    EXPECT_EQ(number(lines[0].toObject(), "cameras 1 measured"), 1);
+    const QJsonObject later = lines[3].toObject();
+    EXPECT_EQ(number(later, "cameras 1 measured"), 0);
+    EXPECT_EQ(number(later, "cameras 1 framesPerSecond"), 0);
+    EXPECT_GT(number(later, "cameras 1 receivedFrames"), 5);
+    EXPECT_NEAR(number(later, "cameras 1 disconnectedAfterSeconds"), 1, 0.4);
+    EXPECT_EQ(number(later, "cameras 0 measured"), 1);
 }
 
 } // namespace

@@ -74,6 +74,17 @@ public:
         return document.object();
     }
 
+    /// The output, each line of which must be a JSON document.
+    QJsonArray jsonLines() {
+        QJsonArray documents;
+        for (const QByteArray& line : QByteArray::fromStdString(out()).trimmed().split('\n')) {
+            const QJsonDocument document = QJsonDocument::fromJson(line);
+            EXPECT_TRUE(document.isObject()) << line.toStdString();
+            documents.append(document.object());
+        }
+        return documents;
+    }
+
 private:
     QProcess m_process;
     QByteArray m_out;

@@ -51,8 +51,10 @@ _spanlet() {
     esac
     case $(_spanlet_command "$commands" "$valued") in
         "") options=$commands ;;
-        benchmark) options="--interface --seconds --adjust-packet-size --fail-on-loss" ;;
-        watch) options="--interface --seconds --interval --adjust-packet-size" ;;
+        benchmark)
+            options="--interface --all --seconds --interval --adjust-packet-size --fail-on-loss"
+            ;;
+        watch) options="--interface --all --seconds --interval --adjust-packet-size" ;;
         autoset)
             options="--interface --camera --interface-margin --camera-margin --lock"
             options+=" --max-bandwidth --adjust-packet-size --benchmark"

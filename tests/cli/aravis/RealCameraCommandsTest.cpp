@@ -87,4 +87,25 @@ TEST_F(CommandsOnRealCameras, closesCamerasWhenABenchmarkIsInterrupted) {
     EXPECT_GT(framesSent(), 0);
 }
 
+TEST_F(CommandsOnRealCameras, countsPacketsAndKeepsTheCountsOfACameraThatIsUnplugged) {
+    fakecamera::FakeCameraProcess third{
+        "127.0.0.4", {"--serial", "T3", "--limit", "20000000", "--drop-every", "50"}};
+    SpanletProcess spanlet;
+    spanlet.start(words("watch --interface lo --seconds 9 --interval 1 --json" + real));
+    spanlet.await("\"interval\"");
+    third.kill();
+    EXPECT_EQ(spanlet.finish(), 1);
+    const QJsonArray lines = spanlet.jsonLines();
+    ASSERT_GE(lines.size(), 5);
+    const QJsonObject interval = lines[lines.size() - 2].toObject();
+    const QJsonObject result = lines[lines.size() - 1].toObject();
+    EXPECT_EQ(camera(interval, 2, "serialNumber measured framesPerSecond"), "T3 false 0");
+    EXPECT_GT(number(interval, "cameras 2 packetsResent"), 10);
+    EXPECT_EQ(camera(interval, 2, "packetsResent receivedFrames"),
+              camera(result, 2, "packetsResent receivedFrames"));
+    EXPECT_NEAR(number(result, "cameras 2 disconnectedAfterSeconds"), 1.5, 0.7);
+    EXPECT_EQ(camera(result, 0, "measured"), "true");
+    EXPECT_EQ(number(result, "total packetsResent"), sumOf(result, "packetsResent"));
+}
+
 } // namespace

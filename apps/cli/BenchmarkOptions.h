@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "cli/Benchmark.h"
+
+#include <QCommandLineOption>
+#include <QList>
+#include <QString>
+
+namespace cli {
+
+class Arguments;
+
+/// The options --interface, --seconds, --interval, --all and --adjust-packet-size. \p
+/// absentSeconds is the default of --seconds, \p intervalHelp explains --interval.
+QList<QCommandLineOption> benchmarkOptions(const QString& absentSeconds,
+                                           const QString& intervalHelp);
+/// The plan that --seconds, --interval and --adjust-packet-size describe.
+BenchmarkPlan benchmarkPlan(const Arguments& arguments, double absentSeconds);
+/// The duration in seconds that \p option gives, or \p absent.
+double benchmarkSeconds(const Arguments& arguments, const QString& option, double absent);
+/// The interfaces that --interface names, all with --all, or the only one. Warns of each whose
+/// cameras may send more than it carries.
+ChosenInterfaces chosenInterfaces(const Cameras& cameras, const Arguments& arguments);
+
+} // namespace cli

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/BenchmarkTable.h"
+
+#include "cli/Benchmark.h"
+#include "cli/Table.h"
+
+#include <algorithm>
+
+namespace cli {
+
+namespace {
+
+/// Shown only where a row has the figure.
+constexpr const char* rareColumns[] = {"linkPercent", "packetsResent", "packetsMissing", "status"};
+/// What narrow tables do without, the least important first.
+constexpr const char* droppedColumns[] = {"name",           "packetsResent",  "linkPercent",
+                                          "receivedFrames", "packetsMissing", "incompleteFrames",
+                                          "lostFrames",     "bytesPerSecond", "status"};
+
+/// The cameras, and their total as one more row.
+QJsonArray tableRows(const QJsonObject& interface) {
+    QJsonArray rows;
+    for (const QJsonValue& camera : interface[QStringLiteral("cameras")].toArray()) {
+        QJsonObject row = camera.toObject();
+        const QJsonValue seconds = row.value(QStringLiteral("disconnectedAfterSeconds"));
+        if (seconds.isDouble())
+            row[QStringLiteral("status")] =
+                QStringLiteral("disconnected after %1 s").arg(seconds.toDouble(), 0, 'f', 0);
+        rows.append(row);
+    }
+    QJsonObject total = interface[QStringLiteral("total")].toObject();
+    total[QStringLiteral("id")] = QStringLiteral("Total");
+    rows.append(total);
+    return rows;
+}
+
+void removeColumn(QVector<Column>& columns, const char* key) {
+    columns.erase(
+        std::remove_if(columns.begin(), columns.end(),
+                       [key](const Column& column) { return column.key == QLatin1String(key); }),
+        columns.end());
+}
+
+bool hasFigure(const QJsonArray& rows, const char* key) {
+    return std::any_of(rows.begin(), rows.end(), [key](const QJsonValue& row) {
+        return row.toObject().contains(QLatin1String(key));
+    });
+}
+
+QVector<Column> columnsOf(const QJsonArray& rows) {
+    constexpr double mega = 1e6;
+    QVector<Column> columns{
+        {QStringLiteral("Camera"), QStringLiteral("id")},
+        {QStringLiteral("Name"), QStringLiteral("name")},
+        {QStringLiteral("Frames/s"), QStringLiteral("framesPerSecond"), 1, 2},
+        {QStringLiteral("MB/s"), QStringLiteral("bytesPerSecond"), mega, 2},
+        {QStringLiteral("Link %"), QStringLiteral("linkPercent"), 1, 1},
+        {QStringLiteral("Received"), QStringLiteral("receivedFrames")},
+        {QStringLiteral("Lost"), QStringLiteral("lostFrames")},
+        {QStringLiteral("Incomplete"), QStringLiteral("incompleteFrames")},
+        {QStringLiteral("Loss %"), QStringLiteral("lossPercent"), 1, 2},
+        {QStringLiteral("Resent"), QStringLiteral("packetsResent")},
+        {QStringLiteral("Missing"), QStringLiteral("packetsMissing")},
+        {QStringLiteral("Status"), QStringLiteral("status")},
+    };
+    for (const char* key : rareColumns) {
+        if (!hasFigure(rows, key))
+            removeColumn(columns, key);
+    }
+    return columns;
+}
+
+/// The second line is the rule below the headings, as wide as the table.
+bool fits(const QStringList& table, int width) {
+    return table[1].size() <= width;
+}
+
+} // namespace
+
+QStringList benchmarkLines(const QJsonObject& interface, int width) {
+    const QJsonArray rows = tableRows(interface);
+    QVector<Column> columns = columnsOf(rows);
+    const QStringList full = tableLines(columns, rows);
+    QStringList lines = full;
+    for (const char* key : droppedColumns) {
+        if (fits(lines, width))
+            return lines;
+        removeColumn(columns, key);
+        lines = tableLines(columns, rows);
+    }
+    return fits(lines, width) ? lines : full;
+}
+
+QString benchmarkText(const QJsonObject& benchmark, int width) {
+    QStringList texts;
+    for (const QJsonValue& value : interfacesOf(benchmark)) {
+        const QJsonObject interface = value.toObject();
+        const QString heading = QStringLiteral("%1, %2 s%3\n")
+                                    .arg(interface[QStringLiteral("interface")].toString())
+                                    .arg(benchmark[QStringLiteral("seconds")].toDouble(), 0, 'f', 1)
+                                    .arg(benchmark[QStringLiteral("interrupted")].toBool()
+                                             ? QStringLiteral(" (interrupted)")
+                                             : QString());
+        texts.append(heading + joined(benchmarkLines(interface, width)));
+    }
+    return texts.join(QLatin1Char('\n'));
+}
+
+} // namespace cli

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+#include <QStringList>
+
+#include <limits>
+
+namespace cli {
+
+/// Of an output that may have lines of any length.
+inline constexpr int anyWidth = std::numeric_limits<int>::max();
+
+/// The figures of an interface's cameras and their total as lines of a table, headings first.
+/// \p interface is one of the objects that interfacesOf() returns. Drops the less important
+/// columns when the table is wider than \p width characters, but none when that does not help.
+QStringList benchmarkLines(const QJsonObject& interface, int width = anyWidth);
+
+/// The result of runBenchmark() as text: for each interface its name, the duration and the table.
+QString benchmarkText(const QJsonObject& benchmark, int width = anyWidth);
+
+} // namespace cli
