@@ -17,8 +17,8 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-/// Disconnected cameras are looked for at least so often.
-constexpr milliseconds longestTick{250};
+/// So often disconnected cameras are looked for, and keys.
+constexpr milliseconds longestTick{50};
 
 /// The streams of several interfaces.
 class Streams {
@@ -71,9 +71,9 @@ private:
 };
 
 /// Waits until the time is up; calls \p onTick often, and \p onInterval at each interval. Returns
-/// true when it was ended early: by an interruption, or since \p onInterval returned false.
-bool awaitEnd(const BenchmarkPlan& plan, Interruption& interruption,
-              const std::function<void()>& onTick, const std::function<bool()>& onInterval) {
+/// true when it was ended early: by an interruption, or since one of the two returned false.
+bool awaitEnd(const BenchmarkPlan& plan, Interruption& interruption, const BenchmarkTick& onTick,
+              const std::function<bool()>& onInterval) {
     const auto start = steady_clock::now();
     const auto end = plan.seconds > 0 ? start + milliseconds(std::llround(plan.seconds * 1000))
                                       : steady_clock::time_point::max();
@@ -87,7 +87,8 @@ bool awaitEnd(const BenchmarkPlan& plan, Interruption& interruption,
         const auto now = steady_clock::now();
         if (now >= end)
             return false;
-        onTick();
+        if (!onTick())
+            return true;
         if (now < nextInterval)
             continue;
         if (!onInterval())
@@ -119,13 +120,17 @@ QString ChosenInterfaces::names() const {
 
 QJsonObject runBenchmark(Cameras& cameras, const ChosenInterfaces& chosen,
                          const BenchmarkPlan& plan, Interruption& interruption,
-                         const BenchmarkProgress& progress) {
+                         const BenchmarkProgress& progress, const BenchmarkTick& tick) {
     cameras.warnOfLimits();
     Streams streams(cameras, chosen, plan.adjustsPacketSize);
     if (streams.isEmpty())
         throw Failure(QStringLiteral("No camera of %1 streams.").arg(chosen.names()));
     const bool isInterrupted = awaitEnd(
-        plan, interruption, [&] { streams.findDisconnected(); },
+        plan, interruption,
+        [&] {
+            streams.findDisconnected();
+            return !tick || tick();
+        },
         [&] { return !progress || progress(streams.interval()); });
     return streams.end(isInterrupted);
 }

@@ -24,6 +24,9 @@ struct BenchmarkPlan {
     bool adjustsPacketSize = false;
 };
 
+/// Called several times a second. Returning false ends the benchmark.
+using BenchmarkTick = std::function<bool()>;
+
 /// The interfaces of a benchmark.
 struct ChosenInterfaces {
     std::vector<const HostInterface*> interfaces;
@@ -45,7 +48,7 @@ using BenchmarkProgress = std::function<bool(const QJsonObject& interval)>;
 /// "interfaces". Rates are averages of the whole time. Throws a Failure when no camera streams.
 QJsonObject runBenchmark(Cameras& cameras, const ChosenInterfaces& chosen,
                          const BenchmarkPlan& plan, Interruption& interruption,
-                         const BenchmarkProgress& progress = {});
+                         const BenchmarkProgress& progress = {}, const BenchmarkTick& tick = {});
 /// The same on one interface.
 QJsonObject runBenchmark(Cameras& cameras, const HostInterface& interface,
                          const BenchmarkPlan& plan, Interruption& interruption);

@@ -31,6 +31,17 @@ QStringList fitting(const QStringList& lines, int columns, int rows) {
     return lines.mid(0, count);
 }
 
+/// The lines from \p offset on that fit. Limits the offset, so that the last lines fill the room.
+QStringList scrolled(const QStringList& lines, ConsoleSize room, int& offset) {
+    const auto shown = [&](int from) {
+        return fitting(lines.mid(from), room.columns, room.rows);
+    };
+    offset = std::clamp(offset, 0, std::max(lines.size() - 1, 0));
+    while (offset > 0 && shown(offset - 1).size() == lines.size() - offset + 1)
+        --offset;
+    return shown(offset);
+}
+
 } // namespace
 
 Terminal::Terminal() : m_isInteractive(isConsole()) {}
@@ -51,10 +62,40 @@ void Terminal::message(const QString& line) {
     writeOutput(shown());
 }
 
-void Terminal::draw(const QStringList& lines) {
+void Terminal::draw(const QStringList& lines, int headings) {
     const std::lock_guard lock(m_mutex);
     const QString before = erased();
     m_block = lines;
+    m_headings = headings;
+    writeOutput(before + shown());
+}
+
+void Terminal::scroll(Key key) {
+    const std::lock_guard lock(m_mutex);
+    const int page = std::max(m_shownBody, 1);
+    const QString before = erased();
+    switch (key) {
+    case Key::Up:
+        m_offset -= 1;
+        break;
+    case Key::Down:
+        m_offset += 1;
+        break;
+    case Key::PageUp:
+        m_offset -= page;
+        break;
+    case Key::PageDown:
+        m_offset += page;
+        break;
+    case Key::Home:
+        m_offset = 0;
+        break;
+    case Key::End:
+        m_offset = m_block.size();
+        break;
+    case Key::Quit:
+        break;
+    }
     writeOutput(before + shown());
 }
 
@@ -87,11 +128,19 @@ QString Terminal::shown() {
     // The last row is for the cursor.
     const int room = std::max(size.rows - 1, 1);
     m_shownLines = fitting(m_block, size.columns, room);
-    if (m_shownLines.size() < m_block.size()) {
-        m_shownLines = fitting(m_block, size.columns, room - 1);
-        m_shownLines.append(
-            QStringLiteral("(%1 more lines)").arg(m_block.size() - m_shownLines.size()));
+    if (m_shownLines.size() == m_block.size()) {
+        m_offset = 0;
+        return joined(m_shownLines);
     }
+    m_shownLines = fitting(m_block.mid(0, m_headings), size.columns, room - 1);
+    int left = room - 1;
+    for (const QString& line : qAsConst(m_shownLines))
+        left -= rowsOf(line, size.columns);
+    const QStringList body = scrolled(m_block.mid(m_headings), {size.columns, left}, m_offset);
+    m_shownBody = body.size();
+    m_shownLines += body;
+    m_shownLines.append(
+        QStringLiteral("(%1 more lines)").arg(m_block.size() - m_shownLines.size()));
     return joined(m_shownLines);
 }
 

@@ -3,11 +3,13 @@
 #include "cli/BenchmarkTable.h"
 #include "cli/Commands.h"
 #include "cli/Terminal.h"
+#include "cli/platform/Keyboard.h"
 
 #include <QHash>
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace cli {
 
@@ -28,7 +30,7 @@ QString heading(const QString& interfaces, double elapsed, double seconds) {
             .arg(interfaces, time)
             .arg(seconds)
             .arg(progressBar(std::min(elapsed / seconds, 1.0)));
-    return QStringLiteral("%1  %2 s, Ctrl+C ends").arg(interfaces, time);
+    return QStringLiteral("%1  %2 s, q or Ctrl+C ends").arg(interfaces, time);
 }
 
 double elapsedOf(const QJsonObject& interval) {
@@ -97,7 +99,9 @@ BenchmarkProgress makeProgress(Terminal& terminal, double seconds, bool wantsJso
         return makeJsonProgress(terminal);
     if (terminal.isInteractive())
         return [&terminal, seconds](const QJsonObject& interval) {
-            terminal.draw(screenLines(interval, seconds, terminal.lineWidth()));
+            // The time, and of one interface the headings of its table and the rule below them.
+            const int headingLines = interfacesOf(interval).size() == 1 ? 3 : 1;
+            terminal.draw(screenLines(interval, seconds, terminal.lineWidth()), headingLines);
             return terminal.outputError() == 0;
         };
     return [&terminal, log = WatchLog()](const QJsonObject& interval) mutable {
@@ -106,14 +110,29 @@ BenchmarkProgress makeProgress(Terminal& terminal, double seconds, bool wantsJso
     };
 }
 
+/// Scrolls as the keys say; returns false when one of them ends the watch.
+bool obeyKeys(Keyboard& keyboard, Terminal& terminal) {
+    while (const auto key = keyboard.read()) {
+        if (*key == Key::Quit)
+            return false;
+        terminal.scroll(*key);
+    }
+    return true;
+}
+
 Report runWatch(Context& context) {
     const Arguments& arguments = context.arguments;
     const BenchmarkPlan plan = benchmarkPlan(arguments, 0);
     Cameras& cameras = context.openCameras();
     const ChosenInterfaces chosen = chosenInterfaces(cameras, arguments);
+    std::optional<Keyboard> keyboard;
+    if (context.terminal.isInteractive() && !context.wantsJson)
+        keyboard.emplace();
     const QJsonObject result =
         runBenchmark(cameras, chosen, plan, context.interruption,
-                     makeProgress(context.terminal, plan.seconds, context.wantsJson));
+                     makeProgress(context.terminal, plan.seconds, context.wantsJson),
+                     [&] { return !keyboard || obeyKeys(*keyboard, context.terminal); });
+    keyboard.reset();
     context.terminal.clear();
     return {benchmarkText(result, context.terminal.lineWidth()), result, hasMeasuredAll(result),
             true};
@@ -128,7 +147,8 @@ Command watchCommand() {
         "Stream from all cameras of an interface and show their figures as they change, until "
         "Ctrl+C or for a time. Rates are averages since the line before, counts are those since "
         "the start; rates at the end are averages of the whole time. On a terminal the lines are "
-        "redrawn in place. With --json, each line is a document, the last one the result.");
+        "redrawn in place, the arrow keys and Page Up/Down scroll them, and q ends. With --json, "
+        "each line is a document, the last one the result.");
     command.options = benchmarkOptions(
         QStringLiteral("endless"),
         QStringLiteral("Seconds between two readings of the figures, 0.5 by default."));

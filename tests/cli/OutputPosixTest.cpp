@@ -6,6 +6,7 @@
 
 using testing::ContainsRegex;
 using testing::HasSubstr;
+using testing::Not;
 
 namespace {
 
@@ -44,6 +45,45 @@ TEST(Watch, redrawsItsTableOnATerminal) {
     EXPECT_THAT(text, HasSubstr("(3 more lines)"));
     // The terminal has six rows: five lines and the cursor.
     EXPECT_THAT(text, HasSubstr("\x1b[5F\x1b[JMRD GigE Interface enp3s0  0."));
+}
+
+TEST(Watch, scrollsByKeysAndLeavesTheTerminalAsItWas) {
+    const QString script = QStandardPaths::findExecutable(QStringLiteral("script"));
+    if (script.isEmpty())
+        GTEST_SKIP() << "There is no program \"script\" to make a terminal with.";
+    const struct {
+        const char* key;
+        const char* shown;
+        const char* end;
+        const char* ending;
+    } cases[] = {{"\x1b[B", "\nGEV-20844", "q", "mode kept, 0"},
+                 {"\x1b[6~", "\nTotal", "\x03", "mode kept, 0"},
+                 {"\x1bOF", "\nTotal", "\x1c", "mode kept, 131"}};
+    for (const auto& [key, shown, end, ending] : cases) {
+        QProcess terminal;
+        terminal.start(
+            script,
+            {QStringLiteral("-qec"),
+             QStringLiteral("trap : INT QUIT; ulimit -c 0; stty cols 60 rows 7; mode=$(stty -g);"
+                            "TERM=xterm " SPANLET_FILE " watch --interface GEV-enp3s0; code=$?;"
+                            "[ $mode = $(stty -g) ] && echo mode kept, $code"),
+             QStringLiteral("/dev/null")});
+        std::string text;
+        const auto awaitText = [&](const char* wanted) {
+            for (int i = 0; i < 200 && text.find(wanted) == std::string::npos; ++i) {
+                terminal.waitForReadyRead(100);
+                text += terminal.readAllStandardOutput().toStdString();
+            }
+            EXPECT_THAT(text, HasSubstr(wanted));
+        };
+        awaitText("(2 more lines)");
+        EXPECT_THAT(text, Not(HasSubstr(shown)));
+        terminal.write(key);
+        awaitText(shown);
+        terminal.write(end);
+        awaitText(ending);
+        EXPECT_TRUE(terminal.waitForFinished(30000));
+    }
 }
 
 } // namespace

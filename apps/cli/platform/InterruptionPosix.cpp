@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/platform/Interruption.h"
 
+#include "cli/platform/Keyboard.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -22,8 +24,19 @@ constexpr std::array<int, 4> handledSignals{SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 /// Actions that the destructor restores.
 std::array<struct sigaction, handledSignals.size()> formerActions{};
 
-void onSignal(int) {
+volatile std::sig_atomic_t wasInterrupted = 0;
+
+/// Only a second SIGINT ends the program. The other signals may come twice by themselves: both the
+/// shell and the kernel send SIGHUP when a terminal closes.
+void onSignal(int signal) {
     const int error = errno;
+    if (signal == SIGINT && wasInterrupted != 0) {
+        restoreTerminalMode();
+        std::signal(SIGINT, SIG_DFL);
+        // Delivered when this handler returns.
+        raise(SIGINT);
+    }
+    wasInterrupted = signal == SIGINT ? 1 : wasInterrupted;
     constexpr char byte = 0;
     // A full pipe contains an earlier signal.
     [[maybe_unused]] const ssize_t written = ::write(wakeUp[1], &byte, 1);
@@ -35,6 +48,7 @@ void onSignal(int) {
 Interruption::Interruption() {
     if (pipe2(wakeUp.data(), O_CLOEXEC | O_NONBLOCK) != 0)
         return;
+    wasInterrupted = 0;
     for (std::size_t i = 0; i < handledSignals.size(); ++i) {
         sigaction(handledSignals[i], nullptr, &formerActions[i]);
         // Leaves SIGHUP ignored, as nohup sets it. Handles SIGINT even where it is ignored, as in
@@ -44,9 +58,7 @@ Interruption::Interruption() {
         struct sigaction action {};
         action.sa_handler = handledSignals[i] == SIGPIPE ? SIG_IGN : onSignal;
         sigemptyset(&action.sa_mask);
-        // A second SIGINT ends the program. The other signals may come twice by themselves: both
-        // the shell and the kernel send SIGHUP when a terminal closes.
-        action.sa_flags = handledSignals[i] == SIGINT ? SA_RESTART | SA_RESETHAND : SA_RESTART;
+        action.sa_flags = SA_RESTART;
         sigaction(handledSignals[i], &action, nullptr);
     }
 }
