@@ -80,6 +80,7 @@ TEST(Watch, scrollsByKeysAndLeavesTheTerminalAsItWas) {
         EXPECT_THAT(text, Not(HasSubstr(shown)));
         terminal.write(key);
         awaitText(shown);
+        EXPECT_THAT(text, Not(ContainsRegex("\x1b\\[J[C-]"))) << "the headings stay";
         terminal.write(end);
         awaitText(ending);
         EXPECT_TRUE(terminal.waitForFinished(30000));
