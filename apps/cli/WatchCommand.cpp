@@ -16,10 +16,10 @@ namespace cli {
 namespace {
 
 QString progressBar(double share) {
-    constexpr int width = 30;
-    const int filled = static_cast<int>(std::floor(share * width));
+    constexpr int barWidth = 30;
+    const int filled = static_cast<int>(std::floor(share * barWidth));
     return QStringLiteral("[%1%2] %3 %")
-        .arg(QString(filled, QLatin1Char('#')), QString(width - filled, QLatin1Char('.')))
+        .arg(QString(filled, QLatin1Char('#')), QString(barWidth - filled, QLatin1Char('.')))
         .arg(std::floor(share * 100));
 }
 
@@ -38,7 +38,7 @@ double elapsedOf(const QJsonObject& interval) {
 }
 
 /// The lines on a terminal: a table for each interface.
-QStringList screenLines(const QJsonObject& interval, double seconds, int width) {
+QStringList screenLines(const QJsonObject& interval, double seconds, int lineWidth) {
     const QJsonArray interfaces = interfacesOf(interval);
     const auto nameOf = [](const QJsonValue& interface) {
         return interface[QStringLiteral("interface")].toString();
@@ -46,11 +46,11 @@ QStringList screenLines(const QJsonObject& interval, double seconds, int width) 
     const bool isOne = interfaces.size() == 1;
     const QString all =
         isOne ? nameOf(interfaces.first()) : QStringLiteral("%1 interfaces").arg(interfaces.size());
-    QStringList lines{heading(all, elapsedOf(interval), seconds).left(width)};
+    QStringList lines{heading(all, elapsedOf(interval), seconds).left(lineWidth)};
     for (const QJsonValue& interface : interfaces) {
         if (!isOne)
             lines.append(nameOf(interface));
-        lines += benchmarkLines(interface.toObject(), width);
+        lines += benchmarkLines(interface.toObject(), lineWidth);
     }
     return lines;
 }
