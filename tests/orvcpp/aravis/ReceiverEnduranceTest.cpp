@@ -83,11 +83,22 @@ void command(const std::string& line) {
 
 /// Frames and packets of one acquisition, or the sums of several.
 using Figures = std::valarray<std::int64_t>;
-enum Figure { Complete, Incomplete, Lost, Underrun, Dropped, Requested, Resent, Sent, FigureCount };
+enum Figure {
+    Complete,
+    Incomplete,
+    Lost,
+    Underrun,
+    Dropped,
+    Missed,
+    Requested,
+    Resent,
+    Sent,
+    FigureCount
+};
 /// Features of the stream with the figures before Sent.
 constexpr const char* figureNames[] = {
-    "StatFrameDelivered", "StatFrameIncomplete", "StatFrameDropped", "StatFrameUnderrun",
-    "StatPacketDropped",  "StatPacketRequested", "StatPacketResent"};
+    "StatFrameDelivered", "StatFrameIncomplete", "StatFrameDropped",    "StatFrameUnderrun",
+    "StatPacketDropped",  "StatPacketMissed",    "StatPacketRequested", "StatPacketResent"};
 
 std::int64_t noticed(const Figures& figures) {
     return figures[Complete] + figures[Incomplete] + figures[Lost] + figures[Underrun];
@@ -101,8 +112,9 @@ double incompleteShare(const Figures& figures) {
 std::string textOf(const Figures& figures) {
     std::ostringstream text;
     text << figures[Sent] << " frames sent, " << figures[Complete] << " complete, "
-         << figures[Incomplete] << " incomplete, " << figures[Lost] << " lost, "
-         << figures[Requested] << " packets requested, " << figures[Resent] << " resent";
+         << figures[Incomplete] << " incomplete, " << figures[Lost] << " lost, " << figures[Missed]
+         << " packets missing, " << figures[Requested] << " requested, " << figures[Resent]
+         << " resent";
     return text.str();
 }
 
@@ -296,9 +308,15 @@ TEST_F(Endurance, fourCameras) {
     const int seconds = setting("PROOF_STEADY_SECONDS", 3);
     std::this_thread::sleep_for(std::chrono::seconds(seconds));
     Figures sum(FigureCount);
-    for (const Streaming& stream : streams)
-        sum += stream.stopWithoutLoss();
-    EXPECT_EQ(switchDrops(), 0);
+    for (const Streaming& stream : streams) {
+        // Where other work delays the switch, it drops packets: the receiver then lost nothing
+        // else.
+        const Figures each = switchDrops() == 0 ? stream.stopWithoutLoss() : stream.stop();
+        EXPECT_EQ(each[Lost] + each[Underrun], 0) << textOf(each);
+        sum += each;
+    }
+    EXPECT_EQ(sum[Dropped], 0);
+    EXPECT_LE(sum[Missed], switchDrops());
     figures << seconds << " s; " << textOf(sum) << "; switch dropped " << switchDrops()
             << " packets, host " << sum[Dropped];
 }
