@@ -90,6 +90,7 @@ enum Figure {
     Underrun,
     Dropped,
     Missed,
+    Late,
     Requested,
     Resent,
     Sent,
@@ -97,8 +98,9 @@ enum Figure {
 };
 /// Features of the stream with the figures before Sent.
 constexpr const char* figureNames[] = {
-    "StatFrameDelivered", "StatFrameIncomplete", "StatFrameDropped",    "StatFrameUnderrun",
-    "StatPacketDropped",  "StatPacketMissed",    "StatPacketRequested", "StatPacketResent"};
+    "StatFrameDelivered", "StatFrameIncomplete", "StatFrameDropped",
+    "StatFrameUnderrun",  "StatPacketDropped",   "StatPacketMissed",
+    "StatPacketLate",     "StatPacketRequested", "StatPacketResent"};
 
 std::int64_t noticed(const Figures& figures) {
     return figures[Complete] + figures[Incomplete] + figures[Lost] + figures[Underrun];
@@ -113,8 +115,8 @@ std::string textOf(const Figures& figures) {
     std::ostringstream text;
     text << figures[Sent] << " frames sent, " << figures[Complete] << " complete, "
          << figures[Incomplete] << " incomplete, " << figures[Lost] << " lost, " << figures[Missed]
-         << " packets missing, " << figures[Requested] << " requested, " << figures[Resent]
-         << " resent";
+         << " packets missing, " << figures[Late] << " late, " << figures[Requested]
+         << " requested, " << figures[Resent] << " resent";
     return text.str();
 }
 
@@ -309,14 +311,16 @@ TEST_F(Endurance, fourCameras) {
     std::this_thread::sleep_for(std::chrono::seconds(seconds));
     Figures sum(FigureCount);
     for (const Streaming& stream : streams) {
-        // Where other work delays the switch, it drops packets: the receiver then lost nothing
-        // else.
-        const Figures each = switchDrops() == 0 ? stream.stopWithoutLoss() : stream.stop();
+        const Figures each = stream.stop();
         EXPECT_EQ(each[Lost] + each[Underrun], 0) << textOf(each);
+        EXPECT_LE(each[Sent] - noticed(each), 1) << textOf(each);
         sum += each;
     }
     EXPECT_EQ(sum[Dropped], 0);
-    EXPECT_LE(sum[Missed], switchDrops());
+    // Other work on this computer delays the switch, which drops packets, and the cameras: packets
+    // that come after a silence of 200 ms are too late for their frame.
+    EXPECT_LE(sum[Missed], switchDrops() + sum[Late]);
+    EXPECT_LE(sum[Incomplete], sum[Sent] / 1000);
     figures << seconds << " s; " << textOf(sum) << "; switch dropped " << switchDrops()
             << " packets, host " << sum[Dropped];
 }
