@@ -30,6 +30,7 @@ struct Command {
     QList<QCommandLineOption> options;
     /// Command lines, without the program's name.
     QStringList examples;
+    /// Null for "help", which an Invocation answers itself.
     Report (*run)(Context& context) = nullptr;
 };
 

@@ -37,13 +37,13 @@ int run(const Invocation& invocation, Terminal& terminal) {
     return static_cast<int>(report.isSuccess ? ExitCode::Success : ExitCode::Failed);
 }
 
-int report(Terminal& terminal, const Failure& failure, bool wantsJson) {
+int report(Terminal& terminal, const Failure& failure, const QStringList& arguments) {
     const QString message = QString::fromUtf8(failure.what());
     terminal.message(QStringLiteral("spanlet: ") + message);
-    if (wantsJson)
+    if (arguments.contains(QStringLiteral("--json")))
         printDocument(terminal, {{QStringLiteral("error"), message}});
     if (failure.code() == ExitCode::WrongUse)
-        terminal.message(QStringLiteral("Try \"spanlet --help\"."));
+        terminal.message(QStringLiteral("Try \"%1\".").arg(Invocation::helpLine(arguments)));
     return static_cast<int>(failure.code());
 }
 
@@ -64,7 +64,7 @@ int runProgram(const QStringList& arguments) {
     try {
         code = run(Invocation(arguments), terminal);
     } catch (const Failure& failure) {
-        code = report(terminal, failure, arguments.contains(QStringLiteral("--json")));
+        code = report(terminal, failure, arguments);
     }
     return code == 0 && !checkOutput(terminal) ? static_cast<int>(ExitCode::Failed) : code;
 }

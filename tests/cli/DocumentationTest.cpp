@@ -45,12 +45,14 @@ TEST(Documentation, completionOffersAndManPageTellsCommandsAndTheirOptions) {
     const std::string help = textOf("--help");
     EXPECT_EQ(matches(help, "^.{80,}$"), Texts()) << "it fits a terminal";
     const Texts names = matches(help, "^  ([a-z]+) ");
-    EXPECT_EQ(names.size(), 8U);
+    EXPECT_EQ(names.size(), 9U);
+    EXPECT_EQ(textOf("help"), help);
     EXPECT_THAT(completions(""), IsSupersetOf(names));
     for (const std::string& name : names) {
         SCOPED_TRACE(name);
         EXPECT_FALSE(matches(manPage, ("[BIf ]" + name + "\\b").c_str()).empty());
         const std::string its = textOf(name + " --help");
+        EXPECT_EQ(textOf("help " + name), its);
         EXPECT_THAT(its, HasSubstr("\nExamples:\n  spanlet " + name));
         const Texts options = matches(its.substr(its.find("Options:")), "--[a-z][a-z-]+");
         EXPECT_GE(options.size(), 6U);

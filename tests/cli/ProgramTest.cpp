@@ -15,8 +15,10 @@ TEST(Program, endsWithAMessageAndAnExitCode) {
         int code;
         const char* message;
     } cases[] = {
-        {"", 2, "A command is needed"},
+        {"", 2, "run, help.\nTry \"spanlet help\".\n"},
         {"lst", 2, "no command \"lst\". There is: list, benchmark, "},
+        {"help lst", 2, "no command \"lst\". There is: list, benchmark, "},
+        {"--json autoset --lokc A", 2, "\nTry \"spanlet autoset --help\".\n"},
         {"--jsno list", 2, "no option \"--jsno\". There is: --config, --cameras, "},
         {"benchmark --secnods 3", 2, "There is: --interface, --seconds, "},
         {"--seconds 3 benchmark", 2, "write it behind the command"},

@@ -16,7 +16,7 @@ _spanlet_command() {
 _spanlet() {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     local common="--config --cameras --json --verbose --help --version"
-    local commands="list benchmark watch autoset features get set run"
+    local commands="list benchmark watch autoset features get set run help"
     local scenarios="default oversubscribed sixty-four empty faulty genicam"
     local valued="--config --cameras --interface --camera --lock --seconds --interval --benchmark"
     valued+=" --timeout --interface-margin --camera-margin --max-bandwidth"
@@ -59,6 +59,7 @@ _spanlet() {
             ;;
         features) options="--filter" ;;
         run) options="--timeout" ;;
+        help) options=$commands ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options $common" -- "$current")
 }
