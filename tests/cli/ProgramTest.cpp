@@ -37,6 +37,7 @@ TEST(Program, endsWithAMessageAndAnExitCode) {
         {"list --cameras real", 2, "\"real\""},
         {"list --cameras simulated --config :empty", 2, "--config"},
         {"list --config missing.json", 1, "missing.json"},
+        {"list --config :fault", 1, "There is: :default, :empty, :faulty, :oversubscribed, "},
         {"benchmark --interface enp3s0", 1, "There is: MRD GigE Interface enp3s0, "},
         {"benchmark --config :empty", 1, "There is no camera."},
         {"get GEV-21071 Width", 1, "There is: GEV-21017, "},
