@@ -74,8 +74,7 @@ Task makeTask(Cameras& cameras, const Arguments& arguments) {
     std::shared_ptr<CameraHandler> camera;
     if (arguments.has(QStringLiteral("camera"))) {
         camera = cameras.findCamera(arguments.value(QStringLiteral("camera")));
-        // Throws unless the camera is open.
-        cameras.findFeatures(cameraId(*camera));
+        requireOpened(*camera);
     }
     const HostInterface& interface = camera
                                          ? interfaceOf(cameras, camera)

@@ -7,12 +7,9 @@
 
 #include <QJsonObject>
 #include <QString>
-#include <QStringList>
 
 #include <memory>
 #include <vector>
-
-class FeatureController;
 
 namespace cli {
 
@@ -48,8 +45,6 @@ public:
     const HostInterface& findInterface(const QString& wanted) const;
     /// By ID, or by user-defined name or serial number where these are unique.
     std::shared_ptr<CameraHandler> findCamera(const QString& wanted) const;
-    /// The features of such a camera, which must be open.
-    std::shared_ptr<FeatureController> findFeatures(const QString& wanted) const;
 
 private:
     /// Declared first, so that it is destroyed last.
@@ -63,6 +58,8 @@ private:
 std::shared_ptr<CameraHandler> findCamera(const CameraList& cameras, const QString& wanted);
 
 QString cameraId(const CameraHandler& camera);
+/// Throws a Failure with the reason unless the camera could be opened.
+void requireOpened(const CameraHandler& camera);
 /// "id", "name", "model", "serialNumber" and "opened" of a camera.
 QJsonObject cameraIdentity(const CameraHandler& camera);
 

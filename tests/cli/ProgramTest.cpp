@@ -102,7 +102,10 @@ TEST(Program, writesFeaturesOfEachTypeAndPrintsWhatTheyThenHave) {
 }
 
 TEST(Program, printsOneValueOnEachLineAndRunsACommandUntilItIsDone) {
-    EXPECT_EQ(textOf("get 21017 Width Stream0:GVSPDriver ReverseX"), "2464\nFilter\nfalse\n");
+    SpanletProcess spanlet;
+    EXPECT_EQ(spanlet.run("get 21017 Width Stream0:GVSPDriver ReverseX"), 0);
+    EXPECT_EQ(spanlet.out(), "2464\nFilter\nfalse\n");
+    EXPECT_EQ(spanlet.err(), "") << "tries to open U3V-40238";
     const auto result = jsonOf("run CAM-A Stream0:GVSPAdjustPacketSize" + own);
     EXPECT_GE(number(result, "milliseconds"), 300);
 }
