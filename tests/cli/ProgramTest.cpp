@@ -66,6 +66,11 @@ TEST(Program, endsWithAMessageAndAnExitCode) {
         EXPECT_THAT(spanlet.err(), HasSubstr(message));
         EXPECT_EQ(spanlet.out(), "");
     }
+    for (const std::string line : {"list", "list --cameras simulated", "list --config :empty"}) {
+        SpanletProcess misled(QStringLiteral("real"));
+        EXPECT_EQ(misled.run(line), line == "list" ? 2 : 0);
+        EXPECT_EQ(misled.err().find("SPANLET_CAMERAS takes") != std::string::npos, line == "list");
+    }
     SpanletProcess machine;
     EXPECT_EQ(machine.run("get GEV-21017 Widht --json"), 1);
     EXPECT_THAT(at(machine.json(), "error").toString().toStdString(),

@@ -20,10 +20,12 @@ inline QStringList words(const std::string& line) {
 /// The program spanlet as a process without a display.
 class SpanletProcess {
 public:
-    SpanletProcess() {
+    /// \p cameras is the value of SPANLET_CAMERAS.
+    explicit SpanletProcess(const QString& cameras = {}) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         for (const char* display : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
             environment.remove(QLatin1String(display));
+        environment.insert(QStringLiteral("SPANLET_CAMERAS"), cameras);
         m_process.setProcessEnvironment(environment);
     }
 
