@@ -91,8 +91,10 @@ Task makeTask(Cameras& cameras, const Arguments& arguments) {
 /// Locks cameras and sets the maximum. Fails for an interface of unknown speed, where Auto Set
 /// would set every camera to its minimum.
 void prepareInterface(Cameras& cameras, const Task& task, const Arguments& arguments) {
-    for (const QString& locked : arguments.values(QStringLiteral("lock")))
-        findCamera(task.interface.cameras, locked)->setLocked(true);
+    for (const QString& locked : arguments.values(QStringLiteral("lock"))) {
+        for (const auto& camera : findCameras(task.interface.cameras, locked))
+            camera->setLocked(true);
+    }
     const std::string key = task.interface.name.toStdString();
     if (arguments.has(maxBandwidthOption)) {
         constexpr double bitsPerMegabyte = 8e6;
@@ -189,8 +191,9 @@ Command autoSetCommand() {
         {QStringLiteral("camera-margin"),
          QStringLiteral("Percent to add to what a camera needs, 0 to 50; 5 by default."), number},
         {QStringLiteral("lock"),
-         QStringLiteral("A camera that keeps its bandwidth; may be given several times."),
-         QStringLiteral("camera")},
+         QStringLiteral("Cameras that keep their bandwidth, separated by commas; may be given "
+                        "several times."),
+         QStringLiteral("cameras")},
         {maxBandwidthOption,
          QStringLiteral("MB/s that the interface carries, in place of its link speed."), number},
         {QStringLiteral("adjust-packet-size"),

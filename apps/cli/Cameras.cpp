@@ -12,13 +12,13 @@ namespace cli {
 
 namespace {
 
-std::size_t chooseCamera(const CameraList& cameras, const QString& wanted) {
+QVector<Names> namesOf(const CameraList& cameras) {
     QVector<Names> names;
     for (const auto& camera : cameras) {
         const CameraInfo info = camera->getCameraInfo();
         names.append(cameraNames(info.cameraId, info.cameraName, info.serialNumber));
     }
-    return chooseByName(QStringLiteral("camera"), names, wanted);
+    return names;
 }
 
 } // namespace
@@ -76,7 +76,16 @@ void Cameras::warnOfExcess(const HostInterface& interface, double marginPercent)
 }
 
 std::shared_ptr<CameraHandler> findCamera(const CameraList& cameras, const QString& wanted) {
-    return cameras[chooseCamera(cameras, wanted)];
+    return cameras[chooseByName(QStringLiteral("camera"), namesOf(cameras), wanted)];
+}
+
+CameraList findCameras(const CameraList& cameras, const QString& wanted) {
+    if (isCalled(namesOf(cameras), wanted))
+        return {findCamera(cameras, wanted)};
+    CameraList found;
+    for (const QString& name : wanted.split(QLatin1Char(',')))
+        found.push_back(findCamera(cameras, name.trimmed()));
+    return found;
 }
 
 QString cameraId(const CameraHandler& camera) {

@@ -57,6 +57,9 @@ private:
 /// Finds a camera in a list as Cameras::findCamera does.
 std::shared_ptr<CameraHandler> findCamera(const CameraList& cameras, const QString& wanted);
 
+/// The same for one name, which may contain commas, or for several names separated by commas.
+CameraList findCameras(const CameraList& cameras, const QString& wanted);
+
 QString cameraId(const CameraHandler& camera);
 /// Throws a Failure with the reason unless the camera could be opened.
 void requireOpened(const CameraHandler& camera);

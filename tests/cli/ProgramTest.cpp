@@ -47,6 +47,7 @@ TEST(Program, endsWithAMessageAndAnExitCode) {
         {"get GEV-21017 GVSPDriver", 1, "There is: Stream0:GVSPDriver."},
         {"get GEV-21017 Strem0:GVSPDriver", 1, "There is: Transport Layer, "},
         {"get GEV-21017 TriggerSoftware", 1, "is a command"},
+        {"autoset --interface GEV-e0 --lock CAM-A,CAM-D" + own, 1, "no camera \"CAM-D\""},
         {"autoset --interface U3V" + own, 1, "not known; give it by --max-bandwidth"},
         {"get CAM-A BlackLevel" + own, 1, "BlackLevel cannot be read."},
         {"set CAM-A Gamma 2" + own, 1, "did not take \"2\""},
@@ -135,6 +136,14 @@ TEST(Program, listsInterfacesAndCameras) {
     EXPECT_THAT(person.err(), Not(HasSubstr("Debug:")));
     EXPECT_THAT(person.err(), Not(HasSubstr("add up")));
     EXPECT_TRUE(at(jsonOf("list --config :empty"), "interfaces").toList().isEmpty());
+}
+
+TEST(Program, locksCamerasByOneOptionAndByNamesWithCommas) {
+    const QJsonObject two = jsonOf("autoset --interface GEV-e0 --lock CAM-A,cam-b" + own);
+    EXPECT_EQ(camera(two, 0, "id status") + camera(two, 1, "id status"),
+              "CAM-A lockedCAM-B locked");
+    const std::string usb = "autoset --interface U3V --max-bandwidth 400 --lock ";
+    EXPECT_EQ(camera(jsonOf(usb + "left,UPPER" + own), 0, "status"), "locked");
 }
 
 TEST(Program, showsTheFeaturesThatMatter) {
