@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/AutoSetReport.h"
 #include "cli/Benchmark.h"
+#include "cli/CameraLimit.h"
 #include "cli/Commands.h"
 #include "engine/CameraHandler.h"
 #include "engine/SafetyMargins.h"
@@ -136,6 +137,7 @@ QJsonObject runTask(Cameras& cameras, const Task& task) {
     return {
         {QStringLiteral("interface"), task.interface.name},
         {QStringLiteral("bitsPerSecond"), bitsPerSecond},
+        {QStringLiteral("bandwidthBytesPerSecond"), sumOfLimits(task.interface.cameras)},
         {QStringLiteral("interfaceMarginPercent"), task.margins.interfacePercent},
         {QStringLiteral("cameraMarginPercent"), task.margins.cameraPercent},
         {QStringLiteral("cameras"), describeAutoSet(list, before)},

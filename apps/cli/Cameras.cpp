@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/Cameras.h"
 
+#include "cli/CameraLimit.h"
 #include "cli/Failure.h"
 #include "cli/NameChoice.h"
 #include "engine/CameraHandler.h"
@@ -57,9 +58,7 @@ void Cameras::warnOfExcess(const HostInterface& interface) const {
 void Cameras::warnOfExcess(const HostInterface& interface, double marginPercent) const {
     // Auto Set divides an interface to half a percent.
     constexpr double tolerance = 1.005;
-    double limits = 0;
-    for (const auto& camera : interface.cameras)
-        limits += camera->isOpened() ? static_cast<double>(camera->getBandwidth()) : 0;
+    const double limits = sumOfLimits(interface.cameras);
     const auto bitsPerSecond = m_controller->getInterfaceSpeed(interface.name.toStdString());
     const double bytesPerSecond = static_cast<double>(bitsPerSecond) / 8;
     const double usable = bytesPerSecond * (1 - marginPercent / 100);

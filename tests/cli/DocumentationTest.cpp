@@ -3,25 +3,11 @@
 
 #include <QDir>
 #include <QFile>
-#include <QRegularExpression>
 #include <gmock/gmock.h>
 
 using namespace testing;
 
 namespace {
-
-using Texts = std::vector<std::string>;
-
-/// What the pattern's last group captures in \p text, from line to line.
-Texts matches(const std::string& text, const char* pattern) {
-    Texts found;
-    const QRegularExpression expression(QLatin1String(pattern),
-                                        QRegularExpression::MultilineOption);
-    auto next = expression.globalMatch(QString::fromStdString(text));
-    while (next.hasNext())
-        found.push_back(next.next().capturedTexts().constLast().toStdString());
-    return found;
-}
 
 /// The completions of bash after these words.
 Texts completions(const std::string& words) {

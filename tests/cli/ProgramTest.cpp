@@ -146,6 +146,17 @@ TEST(Program, locksCamerasByOneOptionAndByNamesWithCommas) {
     EXPECT_EQ(camera(jsonOf(usb + "left,UPPER" + own), 0, "status"), "locked");
 }
 
+TEST(Program, tellsUnlimitedCamerasAndTheSumOfAnInterface) {
+    EXPECT_THAT(matches(textOf("list --config :faulty"), "^GEV-F002 .* (unlimited) "), SizeIs(1));
+    SpanletProcess spanlet;
+    EXPECT_EQ(spanlet.run("autoset --json --config :faulty --interface GEV-enp3s0"), 1);
+    const QJsonValue unlimited = camerasOf(spanlet.json()).at(1);
+    for (const char* key : {"bandwidthBytesPerSecond", "bandwidthBytesPerSecondBefore"})
+        EXPECT_TRUE(unlimited.toObject().value(QLatin1String(key)).isNull());
+    // The limits of the other two cameras add up to 60 MB/s.
+    EXPECT_THAT(textOf("autoset --camera GEV-21017"), HasSubstr(": 184.0 of 125.0 MB/s in use"));
+}
+
 TEST(Program, showsTheFeaturesThatMatter) {
     const auto count = [](const std::string& line) {
         return at(jsonOf(line), "features").toList().size();
