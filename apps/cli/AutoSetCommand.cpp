@@ -161,6 +161,7 @@ Report runAutoSet(Context& context) {
         throw Failure(QStringLiteral("Interrupted before Auto Set: no camera was changed."));
     const QJsonObject result = runTask(cameras, task);
     Report report{autoSetText(result), result, isAutoSet(result)};
+    report.hasHeadings = true;
     if (plan.seconds > 0) {
         const QJsonObject after = runBenchmark(cameras, task.interface, plan, context.interruption);
         report.document[QStringLiteral("benchmarkBefore")] = before;

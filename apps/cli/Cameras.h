@@ -31,6 +31,7 @@ public:
 
     SystemController& controller() { return *m_controller; }
     const std::vector<HostInterface>& interfaces() const { return m_interfaces; }
+    bool areSimulated() const { return m_session.isSimulated(); }
 
     /// Warns at the first call when the host has too little memory for the cameras' streams.
     void warnOfLimits() { m_limits.check(m_session.system()); }

@@ -11,11 +11,14 @@
 
 namespace cli {
 
-/// The result of a command, once as text and once as JSON.
+/// The result of a command, once as text and once as JSON. The program adds whether the cameras are
+/// simulated: to the document, and to the headings of the text.
 struct Report {
     QString text;
     QJsonObject document;
     bool isSuccess = true;
+    /// Whether each paragraph of the text begins with a heading.
+    bool hasHeadings = false;
 };
 
 /// A subcommand of the program.

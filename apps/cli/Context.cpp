@@ -29,6 +29,10 @@ NamedCamera& Context::openCamera(const QString& wanted) {
     return *m_camera;
 }
 
+bool Context::areCamerasSimulated() const {
+    return m_camera ? m_camera->isSimulated() : m_cameras && m_cameras->areSimulated();
+}
+
 void Context::checkInterruption() const {
     if (interruption.isRequested())
         throw Failure(QStringLiteral("Interrupted."));

@@ -27,6 +27,8 @@ public:
     Cameras& openCameras();
     /// The same with one camera only, for commands that need no other; see NamedCamera.
     NamedCamera& openCamera(const QString& wanted);
+    /// Whether the cameras that were opened are simulated.
+    bool areCamerasSimulated() const;
     /// Throws a Failure when the program is to end. Call it where no result would be lost.
     void checkInterruption() const;
 

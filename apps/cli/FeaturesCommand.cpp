@@ -69,8 +69,10 @@ Report runFeatures(Context& context) {
         for (const NamedFeature& feature : features)
             rows.append(feature.describe());
     }
-    return {texts.join(QLatin1Char('\n')),
-            {{QStringLiteral("camera"), camera.id()}, {QStringLiteral("features"), rows}}};
+    Report report{texts.join(QLatin1Char('\n')),
+                  {{QStringLiteral("camera"), camera.id()}, {QStringLiteral("features"), rows}}};
+    report.hasHeadings = true;
+    return report;
 }
 
 } // namespace

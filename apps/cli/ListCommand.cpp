@@ -79,9 +79,11 @@ Report runList(Context& context) {
         interfaces.append(described);
         texts.append(interfaceText(described));
     }
+    Report report{texts.join(QLatin1Char('\n')), {{QStringLiteral("interfaces"), interfaces}}};
+    report.hasHeadings = !texts.isEmpty();
     if (texts.isEmpty())
-        texts.append(QStringLiteral("There is no camera.\n"));
-    return {texts.join(QLatin1Char('\n')), {{QStringLiteral("interfaces"), interfaces}}};
+        report.text = QStringLiteral("There is no camera.\n");
+    return report;
 }
 
 } // namespace

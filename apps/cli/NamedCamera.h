@@ -22,6 +22,7 @@ public:
 
     QString id() const;
     FeatureController& features() const;
+    bool isSimulated() const { return m_session.isSimulated(); }
 
 private:
     /// Declared first, so that it is destroyed last.

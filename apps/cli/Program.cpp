@@ -18,6 +18,30 @@ void printDocument(Terminal& terminal, const QJsonObject& document) {
     terminal.print(QString::fromUtf8(QJsonDocument(document).toJson()));
 }
 
+/// The text with "(simulated)" at the end of the first line of each paragraph.
+QString withSimulatedHeadings(const QString& text) {
+    QStringList lines = text.split(QLatin1Char('\n'));
+    bool isHeading = true;
+    for (QString& line : lines) {
+        const bool isEmpty = line.isEmpty();
+        if (isHeading && !isEmpty)
+            line += QStringLiteral(" (simulated)");
+        isHeading = isEmpty;
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+void print(Terminal& terminal, const Report& report, const Context& context, bool wantsJson) {
+    const bool isSimulated = context.areCamerasSimulated();
+    QJsonObject document = report.document;
+    document[QStringLiteral("simulated")] = isSimulated;
+    if (wantsJson)
+        printDocument(terminal, document);
+    else
+        terminal.print(isSimulated && report.hasHeadings ? withSimulatedHeadings(report.text)
+                                                         : report.text);
+}
+
 int run(const Invocation& invocation, Terminal& terminal) {
     const QString answer = invocation.answer();
     if (!answer.isEmpty()) {
@@ -30,10 +54,7 @@ int run(const Invocation& invocation, Terminal& terminal) {
     Interruption interruption;
     Context context = invocation.context(terminal, interruption);
     const Report report = invocation.run(context);
-    if (invocation.wantsJson())
-        printDocument(terminal, report.document);
-    else
-        terminal.print(report.text);
+    print(terminal, report, context, invocation.wantsJson());
     return static_cast<int>(report.isSuccess ? ExitCode::Success : ExitCode::Failed);
 }
 

@@ -95,6 +95,7 @@ TEST(Program, writesFeaturesOfEachTypeAndPrintsWhatTheyThenHave) {
     SpanletProcess machine;
     EXPECT_EQ(machine.run(line + words("--json")), 0);
     EXPECT_EQ(at(machine.json(), "camera").toString(), QStringLiteral("GEV-21017"));
+    EXPECT_EQ(number(machine.json(), "simulated"), 1);
     QJsonArray written;
     for (const QJsonValue& feature : machine.json()[QStringLiteral("features")].toArray())
         written.append(QJsonArray{feature[QStringLiteral("name")], feature[QStringLiteral("value")],
@@ -135,7 +136,11 @@ TEST(Program, listsInterfacesAndCameras) {
     EXPECT_THAT(person.err(), HasSubstr("Warning: "));
     EXPECT_THAT(person.err(), Not(HasSubstr("Debug:")));
     EXPECT_THAT(person.err(), Not(HasSubstr("add up")));
-    EXPECT_TRUE(at(jsonOf("list --config :empty"), "interfaces").toList().isEmpty());
+    EXPECT_THAT(matches(person.out(), "^MRD .* in use( \\(simulated\\))$"), SizeIs(3));
+    EXPECT_EQ(textOf("list --config :empty"), "There is no camera.\n");
+    const QJsonObject empty = jsonOf("list --config :empty");
+    EXPECT_TRUE(at(empty, "interfaces").toList().isEmpty());
+    EXPECT_EQ(number(empty, "simulated"), 1);
 }
 
 TEST(Program, locksCamerasByOneOptionAndByNamesWithCommas) {
@@ -166,6 +171,7 @@ TEST(Program, showsTheFeaturesThatMatter) {
     EXPECT_GT(count("features GEV-21017"), 3 * filtered);
     const std::string text = textOf("features GEV-21017 --filter");
     EXPECT_THAT(text, HasSubstr("\nGVSPDriver "));
+    EXPECT_THAT(matches(text, "^(\\w+) \\(simulated\\)$"), IsSupersetOf({"Camera", "Stream0"}));
     EXPECT_THAT(text, Not(HasSubstr("DeviceTemperature")));
 }
 
