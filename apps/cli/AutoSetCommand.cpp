@@ -207,7 +207,8 @@ Command autoSetCommand() {
          QStringLiteral("seconds")},
     };
     command.examples = QStringList{
-        QStringLiteral("autoset --interface eth0 --lock GEV-21017 --max-bandwidth 110"),
+        QStringLiteral("autoset --interface GEV-enp3s0 --lock GEV-21017,GEV-20844 "
+                       "--max-bandwidth 110"),
         QStringLiteral("autoset --camera GEV-21018 --camera-margin 10"),
         QStringLiteral("autoset --config :oversubscribed --interface GEV-enp3s0 --benchmark 2")};
     command.run = runAutoSet;

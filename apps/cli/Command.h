@@ -31,7 +31,7 @@ struct Command {
     int fewestOperands = 0;
     int mostOperands = 0;
     QList<QCommandLineOption> options;
-    /// Command lines, without the program's name.
+    /// Command lines, without the program's name. They run as they are, within seconds.
     QStringList examples;
     /// Null for "help", which an Invocation answers itself.
     Report (*run)(Context& context) = nullptr;

@@ -93,7 +93,7 @@ Command listCommand() {
     command.name = QStringLiteral("list");
     command.summary = QStringLiteral("Show the interfaces of this host and the cameras on them.");
     command.examples =
-        QStringList{QStringLiteral("list"), QStringLiteral("list --cameras genicam --json")};
+        QStringList{QStringLiteral("list"), QStringLiteral("list --config :oversubscribed --json")};
     command.run = runList;
     return command;
 }

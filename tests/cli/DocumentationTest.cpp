@@ -41,10 +41,14 @@ protected:
     }
 };
 
-TEST(Documentation, manPageTellsCommandsAndTheirOptions) {
+std::string manPageText() {
     QFile file(QStringLiteral(MAN_PAGE_FILE));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const std::string manPage = file.readAll().replace("\\-", "-").toStdString();
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    return file.readAll().replace("\\-", "-").toStdString();
+}
+
+TEST(Documentation, manPageTellsCommandsAndTheirOptions) {
+    const std::string manPage = manPageText();
     const Texts explained = matches(manPage, "--[a-z][a-z-]+");
     const std::string help = textOf("--help");
     EXPECT_EQ(matches(help, "^.{80,}$"), Texts()) << "it fits a terminal";
@@ -60,6 +64,25 @@ TEST(Documentation, manPageTellsCommandsAndTheirOptions) {
         const Texts options = matches(its.substr(its.find("Options:")), "--[a-z][a-z-]+");
         EXPECT_GE(options.size(), 6U);
         EXPECT_THAT(explained, IsSupersetOf(options));
+    }
+}
+
+TEST(Documentation, examplesRunAsTyped) {
+    const std::string manPage = manPageText();
+    Texts examples = matches(manPage.substr(manPage.find("\n.SH EXAMPLES")), "^spanlet (.+)$");
+    for (const std::string& name : matches(textOf("help"), "^  ([a-z]+) ")) {
+        // Their examples stream for a long time.
+        if (name == "benchmark" || name == "watch")
+            continue;
+        const Texts its = matches(textOf("help " + name), "^  spanlet (.+)$");
+        examples.insert(examples.end(), its.begin(), its.end());
+    }
+    EXPECT_GT(examples.size(), 18U);
+    QElapsedTimer timer;
+    for (const std::string& example : examples) {
+        timer.start();
+        EXPECT_NE(textOf(example), "");
+        EXPECT_LT(timer.elapsed(), 10000) << example;
     }
 }
 
