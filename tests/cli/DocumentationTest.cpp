@@ -7,10 +7,16 @@
 #include <gmock/gmock.h>
 
 #include <map>
+#include <set>
 
 using namespace testing;
 
 namespace {
+
+std::set<std::string> optionsOf(const std::string& help) {
+    const Texts options = matches(help.substr(help.find("Options:")), "--[a-z][a-z-]+");
+    return {options.begin(), options.end()};
+}
 
 /// What the shell that is the parameter offers behind a command line.
 class Completion : public TestWithParam<std::string> {
@@ -61,9 +67,8 @@ TEST(Documentation, manPageTellsCommandsAndTheirOptions) {
         const std::string its = textOf(name + " --help");
         EXPECT_EQ(textOf("help " + name), its);
         EXPECT_THAT(its, HasSubstr("\nExamples:\n  spanlet " + name));
-        const Texts options = matches(its.substr(its.find("Options:")), "--[a-z][a-z-]+");
-        EXPECT_GE(options.size(), 6U);
-        EXPECT_THAT(explained, IsSupersetOf(options));
+        EXPECT_GE(optionsOf(its).size(), 6U);
+        EXPECT_THAT(explained, IsSupersetOf(optionsOf(its)));
     }
 }
 
@@ -89,11 +94,8 @@ TEST(Documentation, examplesRunAsTyped) {
 TEST_P(Completion, offersCommandsAndOptions) {
     const Texts names = matches(textOf("help"), "^  ([a-z]+) ");
     EXPECT_THAT(offered(""), IsSupersetOf(names));
-    for (const std::string& name : names) {
-        const std::string help = textOf("help " + name);
-        const Texts options = matches(help.substr(help.find("Options:")), "--[a-z][a-z-]+");
-        EXPECT_THAT(offered(name + " -"), IsSupersetOf(options)) << name;
-    }
+    for (const std::string& name : names)
+        EXPECT_THAT(offered(name + " -"), IsSupersetOf(optionsOf(textOf("help " + name)))) << name;
     EXPECT_THAT(offered("--config list "), Contains("benchmark")) << "list is a value";
 }
 
