@@ -12,8 +12,8 @@ namespace cli {
 
 namespace {
 
-/// As a CameraHandler reads them: before the camera is opened.
-Names namesOf(const OrvCameraWrapper& camera) {
+/// A CameraHandler, too, reads them before it opens the camera.
+Names namesBeforeOpening(const OrvCameraWrapper& camera) {
     std::string id;
     std::string name;
     std::string serialNumber;
@@ -23,11 +23,11 @@ Names namesOf(const OrvCameraWrapper& camera) {
     return cameraNames(id, name, serialNumber);
 }
 
-std::shared_ptr<CameraHandler> open(OrvSystemWrapper& system, const QString& wanted) {
+std::shared_ptr<CameraHandler> openNamed(OrvSystemWrapper& system, const QString& wanted) {
     const auto cameras = managedCameras(system);
     QVector<Names> names;
     for (const auto& camera : cameras)
-        names.append(namesOf(*camera));
+        names.append(namesBeforeOpening(*camera));
     return system.CreateCameraHandler(
         cameras[chooseByName(QStringLiteral("camera"), names, wanted)]);
 }
@@ -39,7 +39,7 @@ NamedCamera::NamedCamera(const session::CameraSource& source, const QString& wan
     if (!m_session.isStarted())
         throw Failure(m_session.error());
     OrvSystemWrapper system(m_session.system());
-    m_camera = open(system, wanted);
+    m_camera = openNamed(system, wanted);
     requireOpened(*m_camera);
 }
 

@@ -31,7 +31,8 @@ protected:
             {"bash", QStringLiteral("source " COMPLETION_FOLDER "/spanlet.bash; COMP_LINE=$1;"
                                     "COMP_POINT=${#1}; COMP_WORDBREAKS=': '; _spanlet;"
                                     "printf '%s\\n' \"${COMPREPLY[@]}\"")},
-            {"zsh", QStringLiteral("compadd() { shift; print -rl -- ${(M)@:#$PREFIX*} };"
+            {"zsh", QStringLiteral("compadd() { shift; set -- ${(M)@:#$PREFIX*}; print -rl -- $@;"
+                                   "(( $# )) };"
                                    "compset() { PREFIX=${PREFIX##${~2}} };"
                                    "words=(${(z)1}); [[ $1 != *' ' ]] || words+=('');"
                                    "CURRENT=$#words; PREFIX=$words[-1];"
@@ -74,15 +75,16 @@ TEST(Documentation, manPageTellsCommandsAndTheirOptions) {
 
 TEST(Documentation, examplesRunAsTyped) {
     const std::string manPage = manPageText();
-    Texts examples = matches(manPage.substr(manPage.find("\n.SH EXAMPLES")), "^spanlet (.+)$");
+    const Texts first = matches(manPage.substr(manPage.find("\n.SH EXAMPLES")), "^spanlet (.+)$");
+    std::set<std::string> examples(first.begin(), first.end());
     for (const std::string& name : matches(textOf("help"), "^  ([a-z]+) ")) {
         // Their examples stream for a long time.
         if (name == "benchmark" || name == "watch")
             continue;
         const Texts its = matches(textOf("help " + name), "^  spanlet (.+)$");
-        examples.insert(examples.end(), its.begin(), its.end());
+        examples.insert(its.begin(), its.end());
     }
-    EXPECT_GT(examples.size(), 18U);
+    EXPECT_GT(examples.size(), 15U);
     QElapsedTimer timer;
     for (const std::string& example : examples) {
         timer.start();
