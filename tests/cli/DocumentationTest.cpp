@@ -43,8 +43,9 @@ protected:
                      QStringLiteral(SPANLET_FILE " ") + QString::fromStdString(arguments)});
         EXPECT_TRUE(shell.waitForFinished());
         EXPECT_EQ(shell.readAllStandardError().toStdString(), "") << arguments;
-        // bash offers what follows a colon, zsh what follows a comma.
-        return matches(shell.readAllStandardOutput().toStdString(), "^(?:.*[:,])?(.+)$");
+        // bash completes what follows a colon, zsh what follows a comma.
+        return matches(shell.readAllStandardOutput().toStdString(),
+                       GetParam() == "bash" ? "^(?:.*,)?(.+)$" : "^(?:.*:)?(.+)$");
     }
 };
 
