@@ -2,6 +2,7 @@
 #include "cli/AutoSetReport.h"
 #include "cli/BenchmarkOptions.h"
 #include "cli/BenchmarkTable.h"
+#include "cli/CameraLimit.h"
 #include "cli/Commands.h"
 #include "engine/CameraHandler.h"
 #include "engine/SafetyMargins.h"
@@ -75,8 +76,7 @@ Task makeTask(Cameras& cameras, const Arguments& arguments) {
     std::shared_ptr<CameraHandler> camera;
     if (arguments.has(QStringLiteral("camera"))) {
         camera = cameras.findCamera(arguments.value(QStringLiteral("camera")));
-        // Throws unless the camera is open.
-        cameras.findFeatures(cameraId(*camera));
+        requireOpened(*camera);
     }
     const HostInterface& interface = camera
                                          ? interfaceOf(cameras, camera)
@@ -93,8 +93,10 @@ Task makeTask(Cameras& cameras, const Arguments& arguments) {
 /// Locks cameras and sets the maximum. Fails for an interface of unknown speed, where Auto Set
 /// would set every camera to its minimum.
 void prepareInterface(Cameras& cameras, const Task& task, const Arguments& arguments) {
-    for (const QString& locked : arguments.values(QStringLiteral("lock")))
-        findCamera(task.interface.cameras, locked)->setLocked(true);
+    for (const QString& locked : arguments.values(QStringLiteral("lock"))) {
+        for (const auto& camera : findCameras(task.interface.cameras, locked))
+            camera->setLocked(true);
+    }
     const std::string key = task.interface.name.toStdString();
     if (arguments.has(maxBandwidthOption)) {
         constexpr double bitsPerMegabyte = 8e6;
@@ -136,6 +138,7 @@ QJsonObject runTask(Cameras& cameras, const Task& task) {
     return {
         {QStringLiteral("interface"), task.interface.name},
         {QStringLiteral("bitsPerSecond"), bitsPerSecond},
+        {QStringLiteral("bandwidthBytesPerSecond"), sumOfLimits(task.interface.cameras)},
         {QStringLiteral("interfaceMarginPercent"), task.margins.interfacePercent},
         {QStringLiteral("cameraMarginPercent"), task.margins.cameraPercent},
         {QStringLiteral("cameras"), describeAutoSet(list, before)},
@@ -159,6 +162,7 @@ Report runAutoSet(Context& context) {
         throw Failure(QStringLiteral("Interrupted before Auto Set: no camera was changed."));
     const QJsonObject result = runTask(cameras, task);
     Report report{autoSetText(result), result, isAutoSet(result)};
+    report.hasHeadings = true;
     if (plan.seconds > 0) {
         const QJsonObject after = runBenchmark(cameras, task.interface, plan, context.interruption);
         report.document[QStringLiteral("benchmarkBefore")] = before;
@@ -191,8 +195,9 @@ Command autoSetCommand() {
         {QStringLiteral("camera-margin"),
          QStringLiteral("Percent to add to what a camera needs, 0 to 50; 5 by default."), number},
         {QStringLiteral("lock"),
-         QStringLiteral("A camera that keeps its bandwidth; may be given several times."),
-         QStringLiteral("camera")},
+         QStringLiteral("Cameras that keep their bandwidth, separated by commas; may be given "
+                        "several times."),
+         QStringLiteral("cameras")},
         {maxBandwidthOption,
          QStringLiteral("MB/s that the interface carries, in place of its link speed."), number},
         {QStringLiteral("adjust-packet-size"),
@@ -203,7 +208,8 @@ Command autoSetCommand() {
          QStringLiteral("seconds")},
     };
     command.examples = QStringList{
-        QStringLiteral("autoset --interface eth0 --lock GEV-21017 --max-bandwidth 110"),
+        QStringLiteral("autoset --interface GEV-enp3s0 --lock GEV-21017,GEV-20844 "
+                       "--max-bandwidth 110"),
         QStringLiteral("autoset --camera GEV-21018 --camera-margin 10"),
         QStringLiteral("autoset --config :oversubscribed --interface GEV-enp3s0 --benchmark 2")};
     command.run = runAutoSet;

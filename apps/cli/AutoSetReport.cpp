@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/AutoSetReport.h"
 
+#include "cli/CameraLimit.h"
 #include "cli/Table.h"
 #include "engine/CameraHandler.h"
 
@@ -47,8 +48,7 @@ QString explain(const QString& status) {
 QJsonArray bandwidthsOf(const CameraList& cameras) {
     QJsonArray values;
     for (const auto& camera : cameras)
-        values.append(camera->isOpened() ? QJsonValue(static_cast<qint64>(camera->getBandwidth()))
-                                         : QJsonValue());
+        values.append(camera->isOpened() ? bandwidthLimit(*camera) : QJsonValue());
     return values;
 }
 
@@ -70,16 +70,15 @@ QJsonArray describeAutoSet(const CameraList& cameras, const QJsonArray& before) 
 
 QString autoSetText(const QJsonObject& result) {
     QJsonArray rows;
-    double sum = 0;
     for (const QJsonValue& value : result[QStringLiteral("cameras")].toArray()) {
         QJsonObject row = value.toObject();
-        sum += row[QStringLiteral("bandwidthBytesPerSecond")].toDouble();
         row[QStringLiteral("status")] = explain(row[QStringLiteral("status")].toString());
         rows.append(row);
     }
-    return QStringLiteral("%1: %2\n")
+    return QStringLiteral("%1: %2 in use\n")
                .arg(result[QStringLiteral("interface")].toString(),
-                    usageText(sum, result[QStringLiteral("bitsPerSecond")].toDouble())) +
+                    usageText(result[QStringLiteral("bandwidthBytesPerSecond")].toDouble(),
+                              result[QStringLiteral("bitsPerSecond")].toDouble())) +
            joined(tableLines(
                {{QStringLiteral("Camera"), QStringLiteral("id")},
                 {QStringLiteral("Name"), QStringLiteral("name")},
@@ -87,7 +86,7 @@ QString autoSetText(const QJsonObject& result) {
                  1e6, 2},
                 {QStringLiteral("MB/s"), QStringLiteral("bandwidthBytesPerSecond"), 1e6, 2},
                 {QStringLiteral("Status"), QStringLiteral("status")}},
-               rows));
+               withUnlimited(rows)));
 }
 
 bool isAutoSet(const QJsonObject& result) {

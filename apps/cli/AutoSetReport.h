@@ -9,7 +9,7 @@
 
 namespace cli {
 
-/// The cameras' limits in bytes per second; null for one that is not open.
+/// The cameras' limits in bytes per second; null for one that is not open or has no limit.
 QJsonArray bandwidthsOf(const CameraList& cameras);
 
 /// The result of Auto Set for each camera; \p before are the limits before it.
@@ -19,7 +19,8 @@ QJsonArray describeAutoSet(const CameraList& cameras, const QJsonArray& before);
 /// \p result has the rows of describeAutoSet() as its "cameras".
 bool isAutoSet(const QJsonObject& result);
 
-/// The interface, the sum of the limits beside its speed, and the table of cameras.
+/// The interface, the sum of the limits of all its cameras beside its speed, and the table of the
+/// cameras that were set.
 QString autoSetText(const QJsonObject& result);
 
 } // namespace cli

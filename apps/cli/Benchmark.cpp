@@ -24,7 +24,7 @@ constexpr milliseconds longestTick{50};
 class Streams {
 public:
     Streams(Cameras& cameras, const ChosenInterfaces& chosen, bool adjustsPacketSize)
-        : m_isList(chosen.isList) {
+        : m_isList(chosen.isList), m_areSimulated(cameras.areSimulated()) {
         for (const HostInterface* interface : chosen.interfaces)
             m_streams.push_back(std::make_unique<StreamingCameras>(cameras.controller(), *interface,
                                                                    adjustsPacketSize));
@@ -62,11 +62,13 @@ private:
         if (m_isList)
             result = QJsonObject{{QStringLiteral("interfaces"), interfaces}};
         result[QStringLiteral("type")] = type;
+        result[QStringLiteral("simulated")] = m_areSimulated;
         result[QStringLiteral("seconds")] = m_streams.front()->seconds();
         return result;
     }
 
     const bool m_isList;
+    const bool m_areSimulated;
     std::vector<std::unique_ptr<StreamingCameras>> m_streams;
 };
 

@@ -22,8 +22,11 @@ Report runBenchmarkCommand(Context& context) {
         runBenchmark(cameras, chosen, plan, context.interruption,
                      hasIntervals ? makeJsonProgress(context.terminal) : BenchmarkProgress());
     const bool hasFailed = arguments.has(QStringLiteral("fail-on-loss")) && hasLoss(result);
-    return {benchmarkText(result, context.terminal.lineWidth()), result,
-            hasMeasuredAll(result) && !hasFailed, hasIntervals};
+    Report report{benchmarkText(result, context.terminal.lineWidth()), result,
+                  hasMeasuredAll(result) && !hasFailed};
+    report.hasHeadings = true;
+    report.isLine = hasIntervals;
+    return report;
 }
 
 } // namespace
@@ -43,9 +46,9 @@ Command benchmarkCommand() {
         QStringLiteral("fail-on-loss"),
         QStringLiteral("Exit with 1 when a frame is lost or arrives incomplete."));
     command.examples = QStringList{
-        QStringLiteral("benchmark --interface eth0 --seconds 30"),
-        QStringLiteral("benchmark --all --json --interval 1 > figures.jsonl"),
-        QStringLiteral("benchmark --config :oversubscribed --interface GEV-enp3s0 --fail-on-loss")};
+        QStringLiteral("benchmark --interface GEV-enp3s0 --seconds 2 --fail-on-loss"),
+        QStringLiteral("benchmark --all --seconds 2 --json --interval 1"),
+        QStringLiteral("benchmark --config :oversubscribed --interface GEV-enp3s0 --seconds 2")};
     command.run = runBenchmarkCommand;
     return command;
 }

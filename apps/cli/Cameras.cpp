@@ -1,64 +1,25 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/Cameras.h"
 
+#include "cli/CameraLimit.h"
 #include "cli/Failure.h"
+#include "cli/NameChoice.h"
 #include "engine/CameraHandler.h"
 #include "engine/MakeSystemController.h"
 #include "engine/SafetyMargins.h"
 #include "logging/Log.h"
 
-#include <QVector>
-
 namespace cli {
 
 namespace {
 
-/// The names of a camera or interface. The first is unique.
-using Names = QStringList;
-
-QVector<int> named(const QVector<Names>& things, const QString& wanted, Qt::CaseSensitivity cases) {
-    QVector<int> found;
-    for (int i = 0; i < things.size(); ++i) {
-        // The unique name wins over equal names of others.
-        if (things[i].constFirst() == wanted)
-            return {i};
-        if (things[i].contains(wanted, cases))
-            found.append(i);
-    }
-    return found;
-}
-
-/// Index of the only one that is called \p wanted. \p kind ("camera") is for messages.
-std::size_t choose(const QString& kind, const QVector<Names>& things, const QString& wanted) {
-    QVector<int> found = named(things, wanted, Qt::CaseSensitive);
-    if (found.isEmpty())
-        found = named(things, wanted, Qt::CaseInsensitive);
-    if (found.size() == 1)
-        return static_cast<std::size_t>(found.constFirst());
-
-    QStringList candidates;
-    for (int i = 0; i < things.size(); ++i) {
-        if (found.isEmpty() || found.contains(i))
-            candidates += things[i].constFirst();
-    }
-    if (!found.isEmpty())
-        throw Failure(QStringLiteral("More than one %1 is called \"%2\": %3.")
-                          .arg(kind, wanted, candidates.join(QStringLiteral(", "))));
-    throw Failure(QStringLiteral("There is no %1 \"%2\".").arg(kind, wanted) + thereIs(candidates));
-}
-
-std::size_t chooseCamera(const CameraList& cameras, const QString& wanted) {
+QVector<Names> namesOf(const CameraList& cameras) {
     QVector<Names> names;
     for (const auto& camera : cameras) {
         const CameraInfo info = camera->getCameraInfo();
-        Names of{QString::fromStdString(info.cameraId)};
-        for (const std::string& name : {info.cameraName, info.serialNumber}) {
-            if (!name.empty())
-                of.append(QString::fromStdString(name));
-        }
-        names.append(of);
+        names.append(cameraNames(info.cameraId, info.cameraName, info.serialNumber));
     }
-    return choose(QStringLiteral("camera"), names, wanted);
+    return names;
 }
 
 } // namespace
@@ -79,7 +40,7 @@ const HostInterface& Cameras::findInterface(const QString& wanted) const {
     QVector<Names> names;
     for (const HostInterface& interface : m_interfaces)
         names.append({interface.name, interface.id});
-    return m_interfaces[choose(QStringLiteral("interface"), names, wanted)];
+    return m_interfaces[chooseByName(QStringLiteral("interface"), names, wanted)];
 }
 
 std::shared_ptr<CameraHandler> Cameras::findCamera(const QString& wanted) const {
@@ -87,14 +48,6 @@ std::shared_ptr<CameraHandler> Cameras::findCamera(const QString& wanted) const 
     for (const HostInterface& interface : m_interfaces)
         all.insert(all.end(), interface.cameras.begin(), interface.cameras.end());
     return cli::findCamera(all, wanted);
-}
-
-std::shared_ptr<FeatureController> Cameras::findFeatures(const QString& wanted) const {
-    const auto camera = findCamera(wanted);
-    if (!camera->isOpened())
-        throw Failure(QStringLiteral("%1: %2").arg(
-            cameraId(*camera), QString::fromStdString(camera->getWarningText())));
-    return camera->getFeatureController();
 }
 
 void Cameras::warnOfExcess(const HostInterface& interface) const {
@@ -105,9 +58,7 @@ void Cameras::warnOfExcess(const HostInterface& interface) const {
 void Cameras::warnOfExcess(const HostInterface& interface, double marginPercent) const {
     // Auto Set divides an interface to half a percent.
     constexpr double tolerance = 1.005;
-    double limits = 0;
-    for (const auto& camera : interface.cameras)
-        limits += camera->isOpened() ? static_cast<double>(camera->getBandwidth()) : 0;
+    const double limits = sumOfLimits(interface.cameras);
     const auto bitsPerSecond = m_controller->getInterfaceSpeed(interface.name.toStdString());
     const double bytesPerSecond = static_cast<double>(bitsPerSecond) / 8;
     const double usable = bytesPerSecond * (1 - marginPercent / 100);
@@ -124,11 +75,26 @@ void Cameras::warnOfExcess(const HostInterface& interface, double marginPercent)
 }
 
 std::shared_ptr<CameraHandler> findCamera(const CameraList& cameras, const QString& wanted) {
-    return cameras[chooseCamera(cameras, wanted)];
+    return cameras[chooseByName(QStringLiteral("camera"), namesOf(cameras), wanted)];
+}
+
+CameraList findCameras(const CameraList& cameras, const QString& wanted) {
+    if (isCalled(namesOf(cameras), wanted))
+        return {findCamera(cameras, wanted)};
+    CameraList found;
+    for (const QString& name : wanted.split(QLatin1Char(',')))
+        found.push_back(findCamera(cameras, name.trimmed()));
+    return found;
 }
 
 QString cameraId(const CameraHandler& camera) {
     return QString::fromStdString(camera.getCameraInfo().cameraId);
+}
+
+void requireOpened(const CameraHandler& camera) {
+    if (!camera.isOpened())
+        throw Failure(QStringLiteral("%1: %2").arg(
+            cameraId(camera), QString::fromStdString(camera.getWarningText())));
 }
 
 QJsonObject cameraIdentity(const CameraHandler& camera) {

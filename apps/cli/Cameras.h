@@ -7,12 +7,9 @@
 
 #include <QJsonObject>
 #include <QString>
-#include <QStringList>
 
 #include <memory>
 #include <vector>
-
-class FeatureController;
 
 namespace cli {
 
@@ -34,6 +31,7 @@ public:
 
     SystemController& controller() { return *m_controller; }
     const std::vector<HostInterface>& interfaces() const { return m_interfaces; }
+    bool areSimulated() const { return m_session.isSimulated(); }
 
     /// Warns at the first call when the host has too little memory for the cameras' streams.
     void warnOfLimits() { m_limits.check(m_session.system()); }
@@ -48,8 +46,6 @@ public:
     const HostInterface& findInterface(const QString& wanted) const;
     /// By ID, or by user-defined name or serial number where these are unique.
     std::shared_ptr<CameraHandler> findCamera(const QString& wanted) const;
-    /// The features of such a camera, which must be open.
-    std::shared_ptr<FeatureController> findFeatures(const QString& wanted) const;
 
 private:
     /// Declared first, so that it is destroyed last.
@@ -62,7 +58,12 @@ private:
 /// Finds a camera in a list as Cameras::findCamera does.
 std::shared_ptr<CameraHandler> findCamera(const CameraList& cameras, const QString& wanted);
 
+/// The same for one name, which may contain commas, or for several names separated by commas.
+CameraList findCameras(const CameraList& cameras, const QString& wanted);
+
 QString cameraId(const CameraHandler& camera);
+/// Throws a Failure with the reason unless the camera could be opened.
+void requireOpened(const CameraHandler& camera);
 /// "id", "name", "model", "serialNumber" and "opened" of a camera.
 QJsonObject cameraIdentity(const CameraHandler& camera);
 

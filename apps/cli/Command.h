@@ -11,13 +11,16 @@
 
 namespace cli {
 
-/// The result of a command, once as text and once as JSON.
+/// The result of a command, once as text and once as JSON. The program adds whether the cameras are
+/// simulated: to the document, and to the headings of the text.
 struct Report {
     QString text;
     QJsonObject document;
     bool isSuccess = true;
     /// Whether the document is one line, the last one of several documents.
     bool isLine = false;
+    /// Whether each paragraph of the text begins with a heading.
+    bool hasHeadings = false;
 };
 
 /// A subcommand of the program.
@@ -30,8 +33,9 @@ struct Command {
     int fewestOperands = 0;
     int mostOperands = 0;
     QList<QCommandLineOption> options;
-    /// Command lines, without the program's name.
+    /// Command lines, without the program's name. They run as they are, within seconds.
     QStringList examples;
+    /// Null for "help", which an Invocation answers itself.
     Report (*run)(Context& context) = nullptr;
 };
 

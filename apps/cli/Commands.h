@@ -13,5 +13,6 @@ Command featuresCommand();
 Command getCommand();
 Command setCommand();
 Command runCommand();
+Command helpCommand();
 
 } // namespace cli

@@ -2,6 +2,7 @@
 #include "cli/Context.h"
 
 #include "cli/Cameras.h"
+#include "cli/NamedCamera.h"
 #include "cli/platform/Interruption.h"
 
 #include <utility>
@@ -20,6 +21,16 @@ Cameras& Context::openCameras() {
         m_cameras = std::make_unique<Cameras>(m_source);
     checkInterruption();
     return *m_cameras;
+}
+
+NamedCamera& Context::openCamera(const QString& wanted) {
+    m_camera = std::make_unique<NamedCamera>(m_source, wanted);
+    checkInterruption();
+    return *m_camera;
+}
+
+bool Context::areCamerasSimulated() const {
+    return m_camera ? m_camera->isSimulated() : m_cameras && m_cameras->areSimulated();
 }
 
 void Context::checkInterruption() const {

@@ -11,6 +11,7 @@ namespace cli {
 
 class Cameras;
 class Interruption;
+class NamedCamera;
 class Terminal;
 
 /// Arguments, output and cameras of a command. Bound to one thread.
@@ -24,6 +25,10 @@ public:
     /// context ends, which is after the report is printed: closing a camera that was disconnected
     /// may take some seconds.
     Cameras& openCameras();
+    /// The same with one camera only, for commands that need no other; see NamedCamera.
+    NamedCamera& openCamera(const QString& wanted);
+    /// Whether the cameras that were opened are simulated.
+    bool areCamerasSimulated() const;
     /// Throws a Failure when the program is to end. Call it where no result would be lost.
     void checkInterruption() const;
 
@@ -36,6 +41,7 @@ public:
 private:
     const session::CameraSource m_source;
     std::unique_ptr<Cameras> m_cameras;
+    std::unique_ptr<NamedCamera> m_camera;
 };
 
 } // namespace cli

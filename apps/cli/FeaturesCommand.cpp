@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "cli/Cameras.h"
 #include "cli/Commands.h"
+#include "cli/NamedCamera.h"
 #include "cli/NamedFeature.h"
 #include "cli/Table.h"
 #include "features/FeatureFilter.h"
@@ -57,22 +57,22 @@ Report runFeatures(Context& context) {
     std::optional<FeatureFilter> filter;
     if (context.arguments.has(QStringLiteral("filter")))
         filter.emplace(FeatureFilter::shippedFile());
-    const QString camera = context.arguments.operands().constFirst();
-    const Cameras& cameras = context.openCameras();
-    const auto controller = cameras.findFeatures(camera);
+    const NamedCamera& camera = context.openCamera(context.arguments.operands().constFirst());
+    FeatureController& controller = camera.features();
     QJsonArray rows;
     QStringList texts;
-    for (const std::string& module : controller->getModuleNames()) {
-        const auto features = featuresOf(context, *controller, module, filter ? &*filter : nullptr);
+    for (const std::string& module : controller.getModuleNames()) {
+        const auto features = featuresOf(context, controller, module, filter ? &*filter : nullptr);
         if (features.empty())
             continue;
         texts.append(moduleText(features));
         for (const NamedFeature& feature : features)
             rows.append(feature.describe());
     }
-    return {texts.join(QLatin1Char('\n')),
-            {{QStringLiteral("camera"), cameraId(*cameras.findCamera(camera))},
-             {QStringLiteral("features"), rows}}};
+    Report report{texts.join(QLatin1Char('\n')),
+                  {{QStringLiteral("camera"), camera.id()}, {QStringLiteral("features"), rows}}};
+    report.hasHeadings = true;
+    return report;
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "cli/Cameras.h"
 #include "cli/Commands.h"
+#include "cli/NamedCamera.h"
 #include "cli/NamedFeature.h"
 
 #include <QJsonArray>
@@ -11,20 +11,17 @@ namespace {
 
 Report runGet(Context& context) {
     const QStringList operands = context.arguments.operands();
-    const Cameras& cameras = context.openCameras();
-    const auto controller = cameras.findFeatures(operands.constFirst());
+    const NamedCamera& camera = context.openCamera(operands.constFirst());
     Report report;
     QJsonArray rows;
     for (const QString& name : operands.mid(1)) {
         context.checkInterruption();
-        const NamedFeature feature(*controller, name);
+        const NamedFeature feature(camera.features(), name);
         feature.requireValue();
         rows.append(feature.describe());
         report.text += feature.valueText() + QLatin1Char('\n');
     }
-    report.document = {
-        {QStringLiteral("camera"), cameraId(*cameras.findCamera(operands.constFirst()))},
-        {QStringLiteral("features"), rows}};
+    report.document = {{QStringLiteral("camera"), camera.id()}, {QStringLiteral("features"), rows}};
     return report;
 }
 

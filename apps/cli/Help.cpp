@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/Help.h"
 
+#include "cli/Commands.h"
+
 #include <QCommandLineParser>
 
 namespace cli {
@@ -32,6 +34,16 @@ QString firstSentence(const QString& text) {
 
 } // namespace
 
+Command helpCommand() {
+    Command command;
+    command.name = QStringLiteral("help");
+    command.summary = QStringLiteral("Explain the program, or a command.");
+    command.operands = QStringLiteral("[COMMAND]");
+    command.mostOperands = 1;
+    command.examples = QStringList{QStringLiteral("help"), QStringLiteral("help autoset")};
+    return command;
+}
+
 QString overviewText(const std::vector<Command>& commands) {
     constexpr int nameWidth = 13;
     QString text = QStringLiteral("Usage: spanlet COMMAND [options]\n\n"
@@ -40,9 +52,8 @@ QString overviewText(const std::vector<Command>& commands) {
     for (const Command& command : commands)
         text += (QStringLiteral("  ") + command.name).leftJustified(nameWidth) +
                 wrapped(firstSentence(command.summary), nameWidth).mid(nameWidth);
-    return text +
-           QStringLiteral("\n\"spanlet COMMAND --help\" explains a command and its options.\n"
-                          "Exit codes: 0 done, 1 failed, 2 wrong use.\n");
+    return text + QStringLiteral("\n\"spanlet help COMMAND\" explains a command and its options.\n"
+                                 "Exit codes: 0 done, 1 failed, 2 wrong use.\n");
 }
 
 QString helpText(const QCommandLineParser& parser, const Command& command) {

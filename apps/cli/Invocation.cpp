@@ -16,7 +16,7 @@ namespace {
 const std::vector<Command>& commands() {
     static const std::vector<Command> all{listCommand(),    benchmarkCommand(), watchCommand(),
                                           autoSetCommand(), featuresCommand(),  getCommand(),
-                                          setCommand(),     runCommand()};
+                                          setCommand(),     runCommand(),       helpCommand()};
     return all;
 }
 
@@ -36,6 +36,12 @@ void prepare(QCommandLineParser& parser, const Command* command) {
     if (command)
         parser.addOptions(command->options);
     parser.addOptions(commonOptions());
+}
+
+/// For the options in front of the command, which becomes the first positional argument.
+void prepareFirst(QCommandLineParser& parser) {
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+    prepare(parser, nullptr);
 }
 
 QString dashed(const QString& name) {
@@ -91,8 +97,7 @@ const Command& findCommand(const QString& name) {
 Invocation::Invocation(const QStringList& arguments) {
     const QStringList shielded = Arguments::shielded(arguments);
     QCommandLineParser first;
-    first.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
-    prepare(first, nullptr);
+    prepareFirst(first);
     parse(first, shielded, nullptr);
     const QStringList rest = first.positionalArguments();
     if (!rest.isEmpty())
@@ -109,7 +114,29 @@ QString Invocation::answer() const {
         return QStringLiteral("spanlet %1\n").arg(QCoreApplication::applicationVersion());
     if (m_parser.isSet(QStringLiteral("help")))
         return m_command ? helpText(m_parser, *m_command) : overviewText(commands());
-    return {};
+    return m_command && !m_command->run ? explanation() : QString();
+}
+
+QString Invocation::explanation() const {
+    checkOperands();
+    const QStringList operands = Arguments(m_parser).operands();
+    if (operands.isEmpty())
+        return overviewText(commands());
+    const Command& command = findCommand(operands.constFirst());
+    QCommandLineParser parser;
+    prepare(parser, &command);
+    return helpText(parser, command);
+}
+
+QString Invocation::helpLine(const QStringList& arguments) {
+    QCommandLineParser parser;
+    prepareFirst(parser);
+    // Collects positional arguments also where an option is wrong.
+    parser.parse(Arguments::shielded(arguments));
+    const QString name = parser.positionalArguments().value(0);
+    const bool isExplained = name != helpCommand().name && commandNames().contains(name);
+    return isExplained ? QStringLiteral("spanlet %1 --help").arg(name)
+                       : QStringLiteral("spanlet help");
 }
 
 Context Invocation::context(Terminal& terminal, Interruption& interruption) const {

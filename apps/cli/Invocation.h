@@ -16,7 +16,11 @@ public:
     /// \p arguments begin with the program's name.
     explicit Invocation(const QStringList& arguments);
 
-    /// The text of --help or --version; empty when a command is to run.
+    /// The command line that explains the command of \p arguments, which may be wrong; the whole
+    /// program where they name no command.
+    static QString helpLine(const QStringList& arguments);
+
+    /// The text of --help, --version or the command "help"; empty when a command is to run.
     QString answer() const;
     /// Checks the operands and makes the context of the command.
     Context context(Terminal& terminal, Interruption& interruption) const;
@@ -27,6 +31,8 @@ public:
     Verbosity verbosity() const;
 
 private:
+    /// The text of the command "help".
+    QString explanation() const;
     void checkOperands() const;
 
     const Command* m_command = nullptr;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "cli/CameraLimit.h"
 #include "cli/Cameras.h"
 #include "cli/Commands.h"
 #include "cli/Table.h"
@@ -16,7 +17,7 @@ QJsonObject describeCamera(const CameraHandler& camera) {
     row[QStringLiteral("port")] = QString::fromStdString(info.portPath);
     row[QStringLiteral("warning")] = QString::fromStdString(camera.getWarningText());
     if (camera.isOpened()) {
-        row[QStringLiteral("bandwidthBytesPerSecond")] = static_cast<qint64>(camera.getBandwidth());
+        row[QStringLiteral("bandwidthBytesPerSecond")] = bandwidthLimit(camera);
         row[QStringLiteral("payloadBytes")] = static_cast<qint64>(camera.getPayloadSize());
         row[QStringLiteral("triggered")] = camera.isTriggered();
     }
@@ -33,12 +34,8 @@ QJsonObject describeInterface(Cameras& all, const HostInterface& interface) {
     const SystemController& controller = all.controller();
     const std::string key = interface.name.toStdString();
     QJsonArray cameras;
-    double used = 0;
-    for (const auto& camera : interface.cameras) {
-        const QJsonObject row = describeCamera(*camera);
-        used += row[QStringLiteral("bandwidthBytesPerSecond")].toDouble();
-        cameras.append(row);
-    }
+    for (const auto& camera : interface.cameras)
+        cameras.append(describeCamera(*camera));
     const auto bitsPerSecond = static_cast<qint64>(controller.getInterfaceSpeed(key));
     const OrvTransportLayerType type = controller.getInterfaceType(key);
     all.warnOfExcess(interface);
@@ -47,7 +44,7 @@ QJsonObject describeInterface(Cameras& all, const HostInterface& interface) {
         {QStringLiteral("id"), interface.id},
         {QStringLiteral("type"), typeName(type)},
         {QStringLiteral("bitsPerSecond"), bitsPerSecond},
-        {QStringLiteral("bandwidthBytesPerSecond"), used},
+        {QStringLiteral("bandwidthBytesPerSecond"), sumOfLimits(interface.cameras)},
         {QStringLiteral("cameras"), cameras},
     };
 }
@@ -60,15 +57,16 @@ QString interfaceText(const QJsonObject& interface) {
                  interface[QStringLiteral("type")].toString(),
                  usageText(interface[QStringLiteral("bandwidthBytesPerSecond")].toDouble(),
                            interface[QStringLiteral("bitsPerSecond")].toDouble()));
-    return heading + joined(tableLines({{QStringLiteral("Camera"), QStringLiteral("id")},
-                                        {QStringLiteral("Name"), QStringLiteral("name")},
-                                        {QStringLiteral("Model"), QStringLiteral("model")},
-                                        {QStringLiteral("Serial"), QStringLiteral("serialNumber")},
-                                        {QStringLiteral("MB/s"),
-                                         QStringLiteral("bandwidthBytesPerSecond"), 1e6, 1},
-                                        {QStringLiteral("Triggered"), QStringLiteral("triggered")},
-                                        {QStringLiteral("Warning"), QStringLiteral("warning")}},
-                                       interface[QStringLiteral("cameras")].toArray()));
+    return heading +
+           joined(tableLines(
+               {{QStringLiteral("Camera"), QStringLiteral("id")},
+                {QStringLiteral("Name"), QStringLiteral("name")},
+                {QStringLiteral("Model"), QStringLiteral("model")},
+                {QStringLiteral("Serial"), QStringLiteral("serialNumber")},
+                {QStringLiteral("MB/s"), QStringLiteral("bandwidthBytesPerSecond"), 1e6, 1},
+                {QStringLiteral("Triggered"), QStringLiteral("triggered")},
+                {QStringLiteral("Warning"), QStringLiteral("warning")}},
+               withUnlimited(interface[QStringLiteral("cameras")].toArray())));
 }
 
 Report runList(Context& context) {
@@ -81,9 +79,11 @@ Report runList(Context& context) {
         interfaces.append(described);
         texts.append(interfaceText(described));
     }
+    Report report{texts.join(QLatin1Char('\n')), {{QStringLiteral("interfaces"), interfaces}}};
+    report.hasHeadings = !texts.isEmpty();
     if (texts.isEmpty())
-        texts.append(QStringLiteral("There is no camera.\n"));
-    return {texts.join(QLatin1Char('\n')), {{QStringLiteral("interfaces"), interfaces}}};
+        report.text = QStringLiteral("There is no camera.\n");
+    return report;
 }
 
 } // namespace
@@ -93,7 +93,7 @@ Command listCommand() {
     command.name = QStringLiteral("list");
     command.summary = QStringLiteral("Show the interfaces of this host and the cameras on them.");
     command.examples =
-        QStringList{QStringLiteral("list"), QStringLiteral("list --cameras genicam --json")};
+        QStringList{QStringLiteral("list"), QStringLiteral("list --config :oversubscribed --json")};
     command.run = runList;
     return command;
 }

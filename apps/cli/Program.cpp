@@ -20,6 +20,30 @@ void printDocument(Terminal& terminal, const QJsonObject& document, bool isLine)
                           : QString::fromUtf8(QJsonDocument(document).toJson()));
 }
 
+/// The text with "(simulated)" at the end of the first line of each paragraph.
+QString withSimulatedHeadings(const QString& text) {
+    QStringList lines = text.split(QLatin1Char('\n'));
+    bool isHeading = true;
+    for (QString& line : lines) {
+        const bool isEmpty = line.isEmpty();
+        if (isHeading && !isEmpty)
+            line += QStringLiteral(" (simulated)");
+        isHeading = isEmpty;
+    }
+    return lines.join(QLatin1Char('\n'));
+}
+
+void print(Terminal& terminal, const Report& report, const Context& context, bool wantsJson) {
+    const bool isSimulated = context.areCamerasSimulated();
+    QJsonObject document = report.document;
+    document[QStringLiteral("simulated")] = isSimulated;
+    if (wantsJson)
+        printDocument(terminal, document, report.isLine);
+    else
+        terminal.print(isSimulated && report.hasHeadings ? withSimulatedHeadings(report.text)
+                                                         : report.text);
+}
+
 int run(const Invocation& invocation, Terminal& terminal) {
     const QString answer = invocation.answer();
     if (!answer.isEmpty()) {
@@ -32,21 +56,18 @@ int run(const Invocation& invocation, Terminal& terminal) {
     Interruption interruption;
     Context context = invocation.context(terminal, interruption);
     const Report report = invocation.run(context);
-    if (invocation.wantsJson())
-        printDocument(terminal, report.document, report.isLine);
-    else
-        terminal.print(report.text);
+    print(terminal, report, context, invocation.wantsJson());
     return static_cast<int>(report.isSuccess ? ExitCode::Success : ExitCode::Failed);
 }
 
-int report(Terminal& terminal, const Failure& failure, bool wantsJson) {
+int report(Terminal& terminal, const Failure& failure, const QStringList& arguments) {
     const QString message = QString::fromUtf8(failure.what());
     terminal.message(QStringLiteral("spanlet: ") + message);
     // One line, since some commands print a document on each.
-    if (wantsJson)
+    if (arguments.contains(QStringLiteral("--json")))
         printDocument(terminal, {{QStringLiteral("error"), message}}, true);
     if (failure.code() == ExitCode::WrongUse)
-        terminal.message(QStringLiteral("Try \"spanlet --help\"."));
+        terminal.message(QStringLiteral("Try \"%1\".").arg(Invocation::helpLine(arguments)));
     return static_cast<int>(failure.code());
 }
 
@@ -67,7 +88,7 @@ int runProgram(const QStringList& arguments) {
     try {
         code = run(Invocation(arguments), terminal);
     } catch (const Failure& failure) {
-        code = report(terminal, failure, arguments.contains(QStringLiteral("--json")));
+        code = report(terminal, failure, arguments);
     }
     return code == 0 && !checkOutput(terminal) ? static_cast<int>(ExitCode::Failed) : code;
 }

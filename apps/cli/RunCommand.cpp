@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "cli/Cameras.h"
 #include "cli/Commands.h"
+#include "cli/NamedCamera.h"
 #include "cli/NamedFeature.h"
 
 #include <QElapsedTimer>
@@ -14,9 +14,8 @@ constexpr NumberRange timeouts{1, 600000, 1000};
 Report runRun(Context& context) {
     const QStringList operands = context.arguments.operands();
     const double timeout = context.arguments.number(QStringLiteral("timeout"), timeouts);
-    const Cameras& cameras = context.openCameras();
-    const auto controller = cameras.findFeatures(operands.constFirst());
-    NamedFeature feature(*controller, operands[1]);
+    const NamedCamera& camera = context.openCamera(operands.constFirst());
+    NamedFeature feature(camera.features(), operands[1]);
     QElapsedTimer timer;
     timer.start();
     if (!feature.run(timeout)) {
@@ -27,7 +26,7 @@ Report runRun(Context& context) {
                 : QStringLiteral("%1 was not executed.").arg(feature.name()));
     }
     return {QStringLiteral("%1 done\n").arg(operands[1]),
-            {{QStringLiteral("camera"), cameraId(*cameras.findCamera(operands.constFirst()))},
+            {{QStringLiteral("camera"), camera.id()},
              {QStringLiteral("module"), feature.module()},
              {QStringLiteral("name"), feature.name()},
              {QStringLiteral("milliseconds"), timer.elapsed()}}};

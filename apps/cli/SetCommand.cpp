@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "cli/Cameras.h"
 #include "cli/Commands.h"
+#include "cli/NamedCamera.h"
 #include "cli/NamedFeature.h"
 
 #include <QJsonArray>
@@ -16,12 +16,11 @@ Report runSet(Context& context) {
     if (operands.size() % 2 == 0)
         throw Failure(QStringLiteral("There is no value for \"%1\".").arg(operands.constLast()),
                       ExitCode::WrongUse);
-    const Cameras& cameras = context.openCameras();
-    const auto controller = cameras.findFeatures(operands.constFirst());
+    const NamedCamera& camera = context.openCamera(operands.constFirst());
     // Checks all names and values before writing any.
     std::vector<NamedFeature> features;
     for (int i = 1; i < operands.size(); i += 2) {
-        features.emplace_back(*controller, operands[i]);
+        features.emplace_back(camera.features(), operands[i]);
         features.back().requireNotation(operands[i + 1]);
     }
     Report report;
@@ -34,9 +33,7 @@ Report runSet(Context& context) {
         report.text += QStringLiteral("%1 = %2\n").arg(operands[operand], feature.valueText());
         operand += 2;
     }
-    report.document = {
-        {QStringLiteral("camera"), cameraId(*cameras.findCamera(operands.constFirst()))},
-        {QStringLiteral("features"), rows}};
+    report.document = {{QStringLiteral("camera"), camera.id()}, {QStringLiteral("features"), rows}};
     return report;
 }
 

@@ -45,7 +45,10 @@ QStringList screenLines(const QJsonObject& interval, double seconds, int lineWid
     };
     const bool isOne = interfaces.size() == 1;
     const QString all =
-        isOne ? nameOf(interfaces.first()) : QStringLiteral("%1 interfaces").arg(interfaces.size());
+        (isOne ? nameOf(interfaces.first())
+               : QStringLiteral("%1 interfaces").arg(interfaces.size())) +
+        (interval[QStringLiteral("simulated")].toBool() ? QStringLiteral(" (simulated)")
+                                                        : QString());
     QStringList lines{heading(all, elapsedOf(interval), seconds).left(lineWidth)};
     for (const QJsonValue& interface : interfaces) {
         if (!isOne)
@@ -134,8 +137,11 @@ Report runWatch(Context& context) {
                      [&] { return !keyboard || obeyKeys(*keyboard, context.terminal); });
     keyboard.reset();
     context.terminal.clear();
-    return {benchmarkText(result, context.terminal.lineWidth()), result, hasMeasuredAll(result),
-            true};
+    Report report{benchmarkText(result, context.terminal.lineWidth()), result,
+                  hasMeasuredAll(result)};
+    report.hasHeadings = true;
+    report.isLine = true;
+    return report;
 }
 
 } // namespace
@@ -153,8 +159,8 @@ Command watchCommand() {
         QStringLiteral("endless"),
         QStringLiteral("Seconds between two readings of the figures, 0.5 by default."));
     command.examples =
-        QStringList{QStringLiteral("watch --interface eth0"), QStringLiteral("watch --all"),
-                    QStringLiteral("watch --interface eth0 --seconds 60 --interval 5 > log")};
+        QStringList{QStringLiteral("watch --all --seconds 3"),
+                    QStringLiteral("watch --interface GEV-enp3s0 --seconds 4 --interval 2")};
     command.run = runWatch;
     return command;
 }

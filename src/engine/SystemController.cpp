@@ -58,6 +58,25 @@ bool isSupported(const OrvTransportLayerWrapper& layer) {
     return false;
 }
 
+/// The interface of a camera that is managed; nothing, after a log line, of another one.
+std::shared_ptr<OrvInterfaceWrapper> managedInterface(const OrvCameraWrapper& camera) {
+    auto layer = std::make_shared<OrvTransportLayerWrapper>();
+    OrvErrorType result = camera.GetTransportLayer(layer);
+    if (result != OrvErrorSuccess) {
+        logWarning("Could not get the TransportLayerPtr from camera: '" + cameraName(camera) + "'",
+                   result);
+        return {};
+    }
+    if (!isSupported(*layer))
+        return {};
+    auto interface = std::make_shared<OrvInterfaceWrapper>();
+    result = camera.GetInterface(interface);
+    if (result == OrvErrorSuccess)
+        return interface;
+    logWarning("Could not get the InterfacePtr from camera: '" + cameraName(camera) + "'", result);
+    return {};
+}
+
 std::optional<std::uint64_t> known(std::uint64_t speed) {
     return speed != 0 ? std::optional(speed) : std::nullopt;
 }
@@ -93,6 +112,16 @@ const std::map<OrvTransportLayerType, std::string>& transportLayerTypeNames() {
     return names;
 }
 
+std::vector<std::shared_ptr<OrvCameraWrapper>> managedCameras(OrvSystemWrapper& system) {
+    std::vector<std::shared_ptr<OrvCameraWrapper>> cameras;
+    if (system.GetCameras(cameras) != OrvErrorSuccess)
+        return {};
+    cameras.erase(std::remove_if(cameras.begin(), cameras.end(),
+                                 [](const auto& camera) { return !managedInterface(*camera); }),
+                  cameras.end());
+    return cameras;
+}
+
 SystemController::SystemController(std::shared_ptr<OrvSystemWrapper> system,
                                    std::shared_ptr<InterfaceHandlerGigE> gigeHandler,
                                    std::shared_ptr<InterfaceHandlerUSB> usbHandler)
@@ -122,23 +151,9 @@ std::vector<CameraList> SystemController::enumerate() {
 
 void SystemController::addCamera(const std::shared_ptr<OrvCameraWrapper>& camera,
                                  std::map<std::string, CameraList>& groups) {
-    auto layer = std::make_shared<OrvTransportLayerWrapper>();
-    OrvErrorType result = camera->GetTransportLayer(layer);
-    if (result != OrvErrorSuccess) {
-        logWarning("Could not get the TransportLayerPtr from camera: '" + cameraName(*camera) + "'",
-                   result);
+    const std::shared_ptr<OrvInterfaceWrapper> interface = managedInterface(*camera);
+    if (!interface)
         return;
-    }
-    if (!isSupported(*layer))
-        return;
-    auto interface = std::make_shared<OrvInterfaceWrapper>();
-    result = camera->GetInterface(interface);
-    if (result != OrvErrorSuccess) {
-        logWarning("Could not get the InterfacePtr from camera: '" + cameraName(*camera) + "'",
-                   result);
-        return;
-    }
-
     const std::shared_ptr<CameraHandler> handler = m_system->CreateCameraHandler(camera);
     handler->checkUsbSpeedLimit();
     const std::string id = handler->getCameraInfo().interfaceName;

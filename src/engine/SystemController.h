@@ -17,6 +17,10 @@ class InterfaceHandlerUSB;
 /// Transport-layer type to the name that is shown for it.
 const std::map<OrvTransportLayerType, std::string>& transportLayerTypeNames();
 
+/// The cameras that SystemController::enumerate() would open, in the SDK's order; opens none. Logs
+/// the others, and answers none when the SDK fails.
+std::vector<std::shared_ptr<OrvCameraWrapper>> managedCameras(OrvSystemWrapper& system);
+
 /// The cameras of the host, grouped by the interface through which they stream, and the speeds of
 /// those interfaces. An interface is known by its ID (the name that the SDK gives it) or by its
 /// index in the interface list, which is ordered by ID. Failures are logged and leave cameras out;

@@ -12,6 +12,15 @@ namespace orv {
 
 namespace {
 
+constexpr QLatin1String genicamConfiguration(":genicam");
+
+/// Throws a FormatError when \p name is that of an embedded scenario, and none of \p known.
+void requireKnown(const QString& name, const QStringList& known) {
+    if (simulated::isEmbeddedName(name) && !known.contains(name))
+        throw FormatError(QStringLiteral("There is no scenario \"%1\". There is: %2.")
+                              .arg(name, known.join(QStringLiteral(", "))));
+}
+
 std::shared_ptr<Provider> makeSimulated(const ObjectReader& scenario,
                                         const ProviderContext& context) {
     return std::make_shared<simulated::SimulatedProvider>(simulated::readScenario(scenario),
@@ -21,6 +30,7 @@ std::shared_ptr<Provider> makeSimulated(const ObjectReader& scenario,
 std::shared_ptr<Provider> readSimulated(ObjectReader& reader, const ProviderContext& context) {
     const QString name = QString::fromStdString(
         reader.text("scenario", simulated::defaultScenarioName().toStdString()));
+    requireKnown(name, simulated::embeddedNames());
     return makeSimulated(readObject(simulated::scenarioFile(name, context.folder)), context);
 }
 
@@ -54,12 +64,20 @@ Providers readProviders(ObjectReader& reader, const ProviderContext& context) {
     return providers;
 }
 
+/// The ":name" of each configuration that needs no file.
+QStringList configurationNames() {
+    QStringList names = simulated::embeddedNames();
+    if (genicamKind())
+        names.append(genicamConfiguration);
+    return names;
+}
+
 } // namespace
 
 Providers makeProviders(const QString& file, ProviderHost& host,
                         const std::shared_ptr<CallCounter>& callCounter) {
     const ProviderContext context{host, callCounter, QFileInfo(file).path()};
-    if (file == QStringLiteral(":genicam")) {
+    if (file == genicamConfiguration) {
         const std::optional<ProviderKind> genicam = genicamKind();
         if (!genicam)
             throw FormatError(QStringLiteral("This build has no access to real cameras."));
@@ -67,6 +85,7 @@ Providers makeProviders(const QString& file, ProviderHost& host,
         return {genicam->read(noSettings, context)};
     }
     const QString name = file.isEmpty() ? simulated::defaultScenarioName() : file;
+    requireKnown(name, configurationNames());
     ObjectReader reader = readObject(simulated::scenarioFile(name, QString()));
     if (reader.has("providers"))
         return readProviders(reader, context);

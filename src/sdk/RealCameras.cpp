@@ -3,6 +3,7 @@
 
 #include "OrvCPP/OrvSystem.h"
 #include "OrvCPP/TransportLayer.h"
+#include "OrvSimulation/Simulation.h"
 #include "sdk/SdkQuery.h"
 
 namespace {
@@ -19,13 +20,17 @@ std::size_t cameraCount(const OrvCPP::TransportLayer& layer) {
     return layer.GetCameras(nullptr, count) == OrvErrorSuccess ? count : 0;
 }
 
+std::vector<std::shared_ptr<OrvCPP::TransportLayer>> layersOf(OrvCPP::OrvSystem& system) {
+    std::vector<std::shared_ptr<OrvCPP::TransportLayer>> layers;
+    SdkQuery::elements(&system, layers, &OrvCPP::OrvSystem::GetTransportLayers);
+    return layers;
+}
+
 } // namespace
 
 RealCameras realCameras(OrvCPP::OrvSystem& system) {
-    std::vector<std::shared_ptr<OrvCPP::TransportLayer>> layers;
-    SdkQuery::elements(&system, layers, &OrvCPP::OrvSystem::GetTransportLayers);
     RealCameras cameras;
-    for (const auto& layer : layers) {
+    for (const auto& layer : layersOf(system)) {
         OrvTransportLayerType type{};
         if (!layer || !isReal(*layer) || layer->GetType(type) != OrvErrorSuccess)
             continue;
@@ -37,4 +42,11 @@ RealCameras realCameras(OrvCPP::OrvSystem& system) {
         }
     }
     return cameras;
+}
+
+bool simulatesAll(OrvCPP::OrvSystem& system) {
+    const auto layers = layersOf(system);
+    return dynamic_cast<const OrvCPP::ISimulation*>(&system) != nullptr &&
+           std::none_of(layers.begin(), layers.end(),
+                        [](const auto& layer) { return layer && isReal(*layer); });
 }

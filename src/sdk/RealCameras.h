@@ -17,3 +17,6 @@ struct RealCameras {
 
 /// Counts the cameras that are there at the moment.
 RealCameras realCameras(OrvCPP::OrvSystem& system);
+
+/// Whether a started system simulates its cameras, and has no transport layer of real ones.
+bool simulatesAll(OrvCPP::OrvSystem& system);

@@ -9,6 +9,17 @@ namespace {
 
 constexpr QLatin1String configOption("config");
 constexpr QLatin1String camerasOption("cameras");
+constexpr const char* camerasVariable = "SPANLET_CAMERAS";
+
+/// \p origin is where \p kind stands, for the error.
+CameraSource sourceOf(const QString& kind, const QString& origin, QString& error) {
+    if (kind == QLatin1String("genicam"))
+        return {QStringLiteral(":genicam")};
+    if (kind != QLatin1String("simulated"))
+        error =
+            QStringLiteral("%1 takes \"simulated\" or \"genicam\", not \"%2\".").arg(origin, kind);
+    return {};
+}
 
 } // namespace
 
@@ -20,7 +31,8 @@ QList<QCommandLineOption> cameraOptions() {
          QStringLiteral("file")},
         {camerasOption,
          QStringLiteral("\"simulated\" cameras (the default), or \"genicam\": real GigE Vision "
-                        "and USB3 Vision cameras."),
+                        "and USB3 Vision cameras. Without it and --config, the environment "
+                        "variable SPANLET_CAMERAS says which."),
          QStringLiteral("kind")},
     };
 }
@@ -35,12 +47,12 @@ CameraSource cameraSource(const QCommandLineParser& parser, QString& error) {
             error = QStringLiteral("--config takes a file or the :name of a scenario, not \"\".");
         return {parser.value(configOption)};
     }
-    if (kind == QLatin1String("genicam"))
-        return {QStringLiteral(":genicam")};
-    if (parser.isSet(camerasOption) && kind != QLatin1String("simulated"))
-        error =
-            QStringLiteral("--cameras takes \"simulated\" or \"genicam\", not \"%1\".").arg(kind);
-    return {};
+    const bool hasOption = parser.isSet(camerasOption);
+    if (!hasOption && qEnvironmentVariableIsEmpty(camerasVariable))
+        return {};
+    return hasOption ? sourceOf(kind, QStringLiteral("--cameras"), error)
+                     : sourceOf(qEnvironmentVariable(camerasVariable),
+                                QString::fromLatin1(camerasVariable), error);
 }
 
 } // namespace session

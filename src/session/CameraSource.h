@@ -19,8 +19,9 @@ struct CameraSource {
 /// The options --config and --cameras of a command line.
 QList<QCommandLineOption> cameraOptions();
 
-/// The cameras that a parsed command line with these options names. Sets \p error only when the
-/// options are wrong: to the reason, for a person.
+/// The cameras that a parsed command line with these options names, or, without either option, the
+/// environment variable SPANLET_CAMERAS, which has the values of --cameras. Sets \p error only when
+/// the options or the variable are wrong: to the reason, for a person.
 CameraSource cameraSource(const QCommandLineParser& parser, QString& error);
 
 } // namespace session

@@ -2,6 +2,7 @@
 #include "session/SdkSession.h"
 
 #include "OrvCPP/OrvSystem.h"
+#include "sdk/RealCameras.h"
 #include "sdk/SdkQuery.h"
 
 #include <string>
@@ -29,6 +30,10 @@ SdkSession::~SdkSession() {
 
 OrvCPP::OrvSystem& SdkSession::system() const {
     return OrvCPP::OrvSystem::GetInstance();
+}
+
+bool SdkSession::isSimulated() const {
+    return simulatesAll(system());
 }
 
 } // namespace session

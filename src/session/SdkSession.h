@@ -25,6 +25,8 @@ public:
     const QString& error() const { return m_error; }
     /// The SDK's one system object.
     OrvCPP::OrvSystem& system() const;
+    /// Whether all cameras of the SDK, which was started, are simulated.
+    bool isSimulated() const;
 
 private:
     bool m_isStarted = false;

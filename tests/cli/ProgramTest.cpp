@@ -15,8 +15,10 @@ TEST(Program, endsWithAMessageAndAnExitCode) {
         int code;
         const char* message;
     } cases[] = {
-        {"", 2, "A command is needed"},
+        {"", 2, "run, help.\nTry \"spanlet help\".\n"},
         {"lst", 2, "no command \"lst\". There is: list, benchmark, "},
+        {"help lst", 2, "no command \"lst\". There is: list, benchmark, "},
+        {"-v autoset --lokc A", 2, "\nTry \"spanlet autoset --help\".\n"},
         {"--jsno list", 2, "no option \"--jsno\". There is: --config, --cameras, "},
         {"benchmark --secnods 3", 2, "There is: --interface, --seconds, "},
         {"--seconds 3 benchmark", 2, "write it behind the command"},
@@ -35,15 +37,18 @@ TEST(Program, endsWithAMessageAndAnExitCode) {
         {"list --cameras real", 2, "\"real\""},
         {"list --cameras simulated --config :empty", 2, "--config"},
         {"list --config missing.json", 1, "missing.json"},
+        {"list --config :fault", 1, "There is: :default, :empty, :faulty, :oversubscribed, "},
         {"benchmark --interface enp3s0", 1, "There is: MRD GigE Interface enp3s0, "},
         {"benchmark --config :empty", 1, "There is no camera."},
         {"get GEV-21071 Width", 1, "There is: GEV-21017, "},
+        {"get CXP-F008 Width --config :faulty", 1, "There is no camera \"CXP-F008\". There is: "},
         {"get Twin Width" + own, 1, "More than one camera is called \"Twin\": CAM-A, CAM-B."},
         {"get U3V-40238 Width", 1, "FULL ACCESS"},
         {"get GEV-21017 Widht", 1, "\"spanlet features CAMERA\" lists them."},
         {"get GEV-21017 GVSPDriver", 1, "There is: Stream0:GVSPDriver."},
         {"get GEV-21017 Strem0:GVSPDriver", 1, "There is: Transport Layer, "},
         {"get GEV-21017 TriggerSoftware", 1, "is a command"},
+        {"autoset --interface GEV-e0 --lock CAM-A,CAM-D" + own, 1, "no camera \"CAM-D\""},
         {"autoset --interface U3V" + own, 1, "not known; give it by --max-bandwidth"},
         {"get CAM-A BlackLevel" + own, 1, "BlackLevel cannot be read."},
         {"set CAM-A Gamma 2" + own, 1, "did not take \"2\""},
@@ -62,6 +67,11 @@ TEST(Program, endsWithAMessageAndAnExitCode) {
         EXPECT_EQ(spanlet.run(line), code);
         EXPECT_THAT(spanlet.err(), HasSubstr(message));
         EXPECT_EQ(spanlet.out(), "");
+    }
+    for (const std::string line : {"list", "list --cameras simulated", "list --config :empty"}) {
+        SpanletProcess misled(QStringLiteral("real"));
+        EXPECT_EQ(misled.run(line), line == "list" ? 2 : 0);
+        EXPECT_EQ(misled.err().find("SPANLET_CAMERAS takes") != std::string::npos, line == "list");
     }
     SpanletProcess machine;
     EXPECT_EQ(machine.run("get GEV-21017 Widht --json"), 1);
@@ -86,6 +96,7 @@ TEST(Program, writesFeaturesOfEachTypeAndPrintsWhatTheyThenHave) {
     SpanletProcess machine;
     EXPECT_EQ(machine.run(line + words("--json")), 0);
     EXPECT_EQ(at(machine.json(), "camera").toString(), QStringLiteral("GEV-21017"));
+    EXPECT_EQ(number(machine.json(), "simulated"), 1);
     QJsonArray written;
     for (const QJsonValue& feature : machine.json()[QStringLiteral("features")].toArray())
         written.append(QJsonArray{feature[QStringLiteral("name")], feature[QStringLiteral("value")],
@@ -99,7 +110,10 @@ TEST(Program, writesFeaturesOfEachTypeAndPrintsWhatTheyThenHave) {
 }
 
 TEST(Program, printsOneValueOnEachLineAndRunsACommandUntilItIsDone) {
-    EXPECT_EQ(textOf("get 21017 Width Stream0:GVSPDriver ReverseX"), "2464\nFilter\nfalse\n");
+    SpanletProcess spanlet;
+    EXPECT_EQ(spanlet.run("get 21017 Width Stream0:GVSPDriver ReverseX"), 0);
+    EXPECT_EQ(spanlet.out(), "2464\nFilter\nfalse\n");
+    EXPECT_EQ(spanlet.err(), "") << "tries to open U3V-40238";
     const auto result = jsonOf("run CAM-A Stream0:GVSPAdjustPacketSize" + own);
     EXPECT_GE(number(result, "milliseconds"), 300);
 }
@@ -123,7 +137,30 @@ TEST(Program, listsInterfacesAndCameras) {
     EXPECT_THAT(person.err(), HasSubstr("Warning: "));
     EXPECT_THAT(person.err(), Not(HasSubstr("Debug:")));
     EXPECT_THAT(person.err(), Not(HasSubstr("add up")));
-    EXPECT_TRUE(at(jsonOf("list --config :empty"), "interfaces").toList().isEmpty());
+    EXPECT_THAT(matches(person.out(), "^MRD .* in use( \\(simulated\\))$"), SizeIs(3));
+    EXPECT_EQ(textOf("list --config :empty"), "There is no camera.\n");
+    const QJsonObject empty = jsonOf("list --config :empty");
+    EXPECT_TRUE(at(empty, "interfaces").toList().isEmpty());
+    EXPECT_EQ(number(empty, "simulated"), 1);
+}
+
+TEST(Program, locksCamerasByOneOptionAndByNamesWithCommas) {
+    const QJsonObject two = jsonOf("autoset --interface GEV-e0 --lock CAM-A,cam-b" + own);
+    EXPECT_EQ(camera(two, 0, "id status") + camera(two, 1, "id status"),
+              "CAM-A lockedCAM-B locked");
+    const std::string usb = "autoset --interface U3V --max-bandwidth 400 --lock ";
+    EXPECT_EQ(camera(jsonOf(usb + "left,UPPER" + own), 0, "status"), "locked");
+}
+
+TEST(Program, tellsUnlimitedCamerasAndTheSumOfAnInterface) {
+    EXPECT_THAT(matches(textOf("list --config :faulty"), "^GEV-F002 .* (unlimited) "), SizeIs(1));
+    SpanletProcess spanlet;
+    EXPECT_EQ(spanlet.run("autoset --json --config :faulty --interface GEV-enp3s0"), 1);
+    const QJsonValue unlimited = camerasOf(spanlet.json()).at(1);
+    for (const char* key : {"bandwidthBytesPerSecond", "bandwidthBytesPerSecondBefore"})
+        EXPECT_TRUE(unlimited.toObject().value(QLatin1String(key)).isNull());
+    // The limits of the other two cameras add up to 60 MB/s.
+    EXPECT_THAT(textOf("autoset --camera GEV-21017"), HasSubstr(": 184.0 of 125.0 MB/s in use"));
 }
 
 TEST(Program, showsTheFeaturesThatMatter) {
@@ -135,6 +172,7 @@ TEST(Program, showsTheFeaturesThatMatter) {
     EXPECT_GT(count("features GEV-21017"), 3 * filtered);
     const std::string text = textOf("features GEV-21017 --filter");
     EXPECT_THAT(text, HasSubstr("\nGVSPDriver "));
+    EXPECT_THAT(matches(text, "^(\\w+) \\(simulated\\)$"), IsSupersetOf({"Camera", "Stream0"}));
     EXPECT_THAT(text, Not(HasSubstr("DeviceTemperature")));
 }
 

@@ -6,24 +6,41 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QStringList>
 #include <QVariant>
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 /// Arguments separated by blanks.
 inline QStringList words(const std::string& line) {
     return QString::fromStdString(line).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
+using Texts = std::vector<std::string>;
+
+/// What the pattern's last group captures in \p text, from line to line.
+inline Texts matches(const std::string& text, const char* pattern) {
+    Texts found;
+    const QRegularExpression expression(QLatin1String(pattern),
+                                        QRegularExpression::MultilineOption);
+    auto next = expression.globalMatch(QString::fromStdString(text));
+    while (next.hasNext())
+        found.push_back(next.next().capturedTexts().constLast().toStdString());
+    return found;
+}
+
 /// The program spanlet as a process without a display.
 class SpanletProcess {
 public:
-    SpanletProcess() {
+    /// \p cameras is the value of SPANLET_CAMERAS.
+    explicit SpanletProcess(const QString& cameras = {}) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         for (const char* display : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
             environment.remove(QLatin1String(display));
+        environment.insert(QStringLiteral("SPANLET_CAMERAS"), cameras);
         m_process.setProcessEnvironment(environment);
     }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "features/BandwidthLimit.h"
-#include "tests/engine/CameraFixture.h"
+#include "tests/support/CameraFixture.h"
 
 #include <limits>
 #include <tuple>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "tests/engine/CameraFixture.h"
+#include "tests/support/CameraFixture.h"
 
 #include <chrono>
 #include <tuple>

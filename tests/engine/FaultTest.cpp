@@ -2,9 +2,9 @@
 #include "engine/CameraHandler.h"
 #include "engine/MakeSystemController.h"
 #include "engine/SystemController.h"
-#include "tests/orvcpp/SdkFixture.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/FaultyCameras.h"
+#include "tests/support/SdkFixture.h"
 
 namespace {
 

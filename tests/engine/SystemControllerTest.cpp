@@ -5,7 +5,7 @@
 #include "engine/InterfaceHandlerUSB.h"
 #include "engine/host/SimulatedHostNetwork.h"
 #include "engine/host/SimulatedHostUsbTree.h"
-#include "tests/engine/CameraFixture.h"
+#include "tests/support/CameraFixture.h"
 
 #include <functional>
 #include <limits>

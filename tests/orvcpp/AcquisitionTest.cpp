@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "tests/orvcpp/SdkFixture.h"
+#include "tests/support/SdkFixture.h"
 
 using namespace testing;
 using namespace sdk;

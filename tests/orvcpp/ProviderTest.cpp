@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/orvcpp/ProviderCase.h"
-#include "tests/orvcpp/SdkFixture.h"
+#include "tests/support/SdkFixture.h"
 
 #include <future>
 #include <set>

@@ -2,9 +2,9 @@
 #include "session/StreamingLimits.h"
 #include "session/UsbAccess.h"
 
-#include "tests/orvcpp/SdkFixture.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/FileTree.h"
+#include "tests/support/SdkFixture.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "ui/BandwidthSliderWidget.h"
 
-#include "tests/engine/CameraFixture.h"
+#include "tests/support/CameraFixture.h"
 
 #include <QTest>
 #include <QtWidgets>

@@ -1,68 +1,144 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # Completion of the command "spanlet" for bash.
 
-# Prints the command among the words before the cursor; values of options do not count.
-_spanlet_command() {
-    local word previous=""
-    for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
-        if [[ " $1 " == *" $word "* && " $2 = " != *" $previous "* ]]; then
-            echo "$word"
-            return
+# The functions share the variables of _spanlet.
+
+# Takes the words before the current one apart.
+_spanlet_parse() {
+    local word
+    for word in "${words[@]:1}"; do
+        if [[ $valued == *" $previous "* ]]; then
+            [[ $previous == --config || $previous == --cameras ]] && chosen=("$previous" "$word")
+            previous=""
+            continue
         fi
+        case $word in
+            --config=* | --cameras=*) chosen=("$word") ;;
+            -*) ;;
+            *) if [[ $command ]]; then operands+=("$word"); else command=$word; fi ;;
+        esac
         previous=$word
     done
+    if [[ $current == --*=* ]]; then
+        previous=${current%%=*}
+        current=${current#*=}
+    fi
+}
+
+# Prints what the program answers about the cameras that the command line chooses.
+_spanlet_json() {
+    "${words[0]}" "$@" "${chosen[@]}" --json 2> /dev/null
+}
+
+_spanlet_interfaces() {
+    _spanlet_json list | sed -n 's/^ \{12\}"id": "\([^"\\]*\)",*$/\1/p'
+}
+
+_spanlet_cameras() {
+    _spanlet_json list | sed -n 's/^ \{20\}"id": "\([^"\\]*\)",*$/\1/p'
+}
+
+# Prints the features of the camera among the operands: commands for "run", others for the rest.
+_spanlet_features() {
+    _spanlet_json features "${operands[0]}" | awk -F '"' -v command="$command" '
+        /^            "module":/ { module = $4; gsub(/ /, "", module) }
+        /^            "name":/ { name = $4 }
+        /^            "type":/ && ($4 == "command") == (command == "run") {
+            print (module == "Camera" ? "" : module ":") name
+        }'
+}
+
+# Prints what the operands may be.
+_spanlet_operands() {
+    case $command:${#operands[@]} in
+        features:0 | get:0 | set:0 | run:0) _spanlet_cameras ;;
+        get:* | set:*[13579] | run:1) _spanlet_features ;;
+        help:0) printf '%s\n' $commands ;;
+        # A command comes first.
+        :0) printf '%s\n' $commands $common ;;
+    esac
+}
+
+_spanlet_options() {
+    case $command in
+        benchmark)
+            echo "--interface --all --seconds --interval --adjust-packet-size --fail-on-loss"
+            ;;
+        watch) echo "--interface --all --seconds --interval --adjust-packet-size" ;;
+        autoset)
+            echo "--interface --camera --interface-margin --camera-margin --lock"
+            echo "--max-bandwidth --adjust-packet-size --benchmark"
+            ;;
+        features) echo "--filter" ;;
+        run) echo "--timeout" ;;
+    esac
+    echo "$common"
+}
+
+# Offers the lines of the standard input that continue the current word, behind $1. The names of
+# cameras are not expanded, as compgen would do.
+_spanlet_offer() {
+    local line quoted
+    while read -r line; do
+        if [[ $1$line == "$current"* ]]; then
+            printf -v quoted '%q' "$line"
+            COMPREPLY+=("$1$quoted")
+        fi
+    done
+    # bash splits words at ":" and completes the last part.
+    if [[ $current == *:* && ${COMP_WORDBREAKS-} == *:* ]]; then
+        COMPREPLY=("${COMPREPLY[@]#"${current%:*}:"}")
+    fi
+}
+
+_spanlet_configurations() {
+    if [[ $current == :* ]]; then
+        _spanlet_offer "" <<< "$(printf ':%s\n' $scenarios)"
+        return
+    fi
+    # Adds a slash to folders and quotes special characters.
+    compopt -o filenames 2> /dev/null || true
+    mapfile -t COMPREPLY < <(compgen -f -- "$current")
 }
 
 _spanlet() {
-    local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
     local common="--config --cameras --json --verbose --help --version"
-    local commands="list benchmark watch autoset features get set run"
+    local commands="list benchmark watch autoset features get set run help"
     local scenarios="default oversubscribed sixty-four empty faulty genicam"
-    local valued="--config --cameras --interface --camera --lock --seconds --interval --benchmark"
-    valued+=" --timeout --interface-margin --camera-margin --max-bandwidth"
-    local options=""
+    local valued=" --config --cameras --interface --camera --lock --seconds --interval --benchmark"
+    valued+=" --timeout --interface-margin --camera-margin --max-bandwidth "
+    local text=${COMP_LINE:0:COMP_POINT} words=() operands=() chosen=()
+    local current="" command="" previous=""
 
     COMPREPLY=()
-    # bash splits words at "=" and ":".
-    local colon=""
-    case "$previous $current" in
-        [=:]*) colon=${previous#=} previous=${COMP_WORDS[COMP_CWORD - 2]} ;;
-        *" "[=:]*) colon=${current#=} current="" ;;
-    esac
-
+    # COMP_WORDS is split at "=" and ":", too.
+    # shellcheck disable=SC2162 # A backslash quotes a blank.
+    read -a words <<< "$text"
+    if [[ $text != *[[:space:]] ]]; then
+        current=${words[-1]}
+        unset "words[-1]"
+    fi
+    _spanlet_parse
     case $previous in
-        --config)
-            if [[ $colon ]]; then
-                mapfile -t COMPREPLY < <(compgen -W "$scenarios" -- "$current")
-            else
-                # Adds a slash to folders and quotes special characters.
-                compopt -o filenames 2> /dev/null || true
-                mapfile -t COMPREPLY < <(compgen -f -- "$current")
+        --config) _spanlet_configurations ;;
+        --cameras) _spanlet_offer "" <<< $'simulated\ngenicam' ;;
+        --interface) _spanlet_offer "" < <(_spanlet_interfaces) ;;
+        --camera) _spanlet_offer "" < <(_spanlet_cameras) ;;
+        --lock)
+            local others=""
+            [[ $current == *,* ]] && others=${current%,*},
+            _spanlet_offer "$others" < <(_spanlet_cameras)
+            ;;
+        *)
+            [[ $valued == *" $previous "* ]] && return
+            if [[ $current != -* ]]; then
+                _spanlet_offer "" < <(_spanlet_operands)
             fi
-            return
-            ;;
-        --cameras)
-            mapfile -t COMPREPLY < <(compgen -W "simulated genicam" -- "$current")
-            return
-            ;;
-        --*)
-            [[ " $valued " == *" $previous "* ]] && return
+            if [[ $current == -* || ${#COMPREPLY[@]} == 0 ]]; then
+                _spanlet_offer "" < <(_spanlet_options | tr ' ' '\n')
+            fi
             ;;
     esac
-    case $(_spanlet_command "$commands" "$valued") in
-        "") options=$commands ;;
-        benchmark)
-            options="--interface --all --seconds --interval --adjust-packet-size --fail-on-loss"
-            ;;
-        watch) options="--interface --all --seconds --interval --adjust-packet-size" ;;
-        autoset)
-            options="--interface --camera --interface-margin --camera-margin --lock"
-            options+=" --max-bandwidth --adjust-packet-size --benchmark"
-            ;;
-        features) options="--filter" ;;
-        run) options="--timeout" ;;
-    esac
-    mapfile -t COMPREPLY < <(compgen -W "$options $common" -- "$current")
 }
 
 complete -F _spanlet spanlet

@@ -13,6 +13,8 @@ namespace orv::simulated {
 
 namespace {
 
+constexpr QLatin1String embeddedFolder(":/orvcpp/scenarios");
+
 AdapterData readAdapter(ObjectReader reader, std::size_t number) {
     AdapterData adapter;
     adapter.name = reader.text("name");
@@ -164,10 +166,20 @@ Scenario readScenario(ObjectReader reader) {
     return scenario;
 }
 
+bool isEmbeddedName(const QString& name) {
+    return name.startsWith(QLatin1Char(':')) && !name.contains(QLatin1Char('/'));
+}
+
+QStringList embeddedNames() {
+    QStringList names;
+    for (const QFileInfo& file : QDir(embeddedFolder).entryInfoList())
+        names.append(QLatin1Char(':') + file.completeBaseName());
+    return names;
+}
+
 QString scenarioFile(const QString& name, const QString& folder) {
-    if (name.startsWith(QLatin1Char(':')) && !name.contains(QLatin1Char('/')))
-        return QStringLiteral(":/orvcpp/scenarios/%1.json").arg(name.mid(1));
-    return QDir(folder).filePath(name);
+    return isEmbeddedName(name) ? QStringLiteral("%1/%2.json").arg(embeddedFolder, name.mid(1))
+                                : QDir(folder).filePath(name);
 }
 
 QString defaultScenarioName() {

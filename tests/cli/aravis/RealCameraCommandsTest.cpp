@@ -38,8 +38,9 @@ protected:
 };
 
 TEST_F(CommandsOnRealCameras, listsCamerasAndWarnsWhenReceiveBuffersAreSmall) {
-    SpanletProcess spanlet;
-    EXPECT_EQ(spanlet.run("list --json" + real), 0);
+    SpanletProcess spanlet(QStringLiteral("genicam"));
+    EXPECT_EQ(spanlet.run("list --json"), 0);
+    EXPECT_EQ(number(spanlet.json(), "simulated"), 0);
     const QJsonArray interfaces = spanlet.json()[QStringLiteral("interfaces")].toArray();
     ASSERT_EQ(interfaces.size(), 1);
     const QJsonObject interface = interfaces[0].toObject();

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "tests/orvcpp/SdkFixture.h"
 #include "tests/support/FakeCameraProcess.h"
+#include "tests/support/SdkFixture.h"
 
 #include <chrono>
 #include <memory>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/FrameAssembly.h"
-#include "tests/orvcpp/SdkFixture.h"
 #include "tests/orvcpp/aravis/StreamScript.h"
+#include "tests/support/SdkFixture.h"
 
 #include <gmock/gmock.h>
 
