@@ -22,8 +22,8 @@ namespace {
 /// a second at low rates, of half a second at 1 Gbit/s, and of 50 ms at 10 Gbit/s: a busy host
 /// keeps the thread waiting for more than 100 ms. Measured on a busy machine, 110 MB/s of headers
 /// in packets of 8000 bytes: after 1 ms, 471 wake-ups per second and 101 us of processor time per
-/// MB; after 4 ms, 246 and 70 us. Blocks of 1 MiB and 10 ms cost half as much, but a camera that
-/// keeps four frames of 10 ms then has them no more when packets are requested the second time.
+/// MB; after 4 ms, 246 and 70 us. Blocks of 1 MiB after 10 ms cost half as much, but a camera that
+/// keeps the frames of 40 ms then cannot send a packet for the second time.
 constexpr unsigned blockSize = 1U << 18U;
 constexpr unsigned blockCount = 256;
 /// Blocks that are read before streams may request what is missing.
