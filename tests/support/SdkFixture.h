@@ -75,6 +75,8 @@ std::vector<std::shared_ptr<T>> list(Object& object, Get get) {
     while (error == OrvErrorMoreData) {
         std::uint32_t count = 0;
         EXPECT_EQ((object.*get)(nullptr, count), OrvErrorSuccess);
+        if (count == 0)
+            return {};
         result.assign(count, nullptr);
         error = (object.*get)(result.data(), count);
         result.resize(count);
