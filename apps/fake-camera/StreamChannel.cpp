@@ -23,6 +23,8 @@ constexpr auto bucket = 2ms;
 /// Packets leave in groups of this time: a thread cannot be woken for each.
 constexpr auto grain = 300us;
 constexpr int sendBuffer = 4 << 20;
+/// Requests for resending that wait; others are ignored.
+constexpr std::size_t mostResends = 1024;
 
 std::uint64_t nanoseconds(std::chrono::steady_clock::time_point moment) {
     return static_cast<std::uint64_t>(std::chrono::nanoseconds(moment.time_since_epoch()).count());
@@ -73,6 +75,8 @@ void StreamChannel::resend(std::uint64_t frameId, std::uint32_t firstPacket,
         return;
     {
         const std::lock_guard lock(m_mutex);
+        if (m_resends.size() == mostResends)
+            return;
         m_resends.push_back({frameId, firstPacket, lastPacket});
     }
     m_changed.notify_all();
@@ -189,16 +193,19 @@ bool StreamChannel::waitUntil(Clock::time_point moment) {
 }
 
 void StreamChannel::sendAllAgain(std::unique_lock<std::mutex>& lock) {
-    while (!m_resends.empty()) {
+    const std::uint64_t asked = m_asked;
+    const auto isOver = [&] {
+        return m_ending || m_asked != asked;
+    };
+    while (!isOver() && !m_resends.empty()) {
         PacketRange range = m_resends.front();
         m_resends.pop_front();
-        const std::uint64_t asked = m_asked;
         lock.unlock();
         const bool hasMore = sendAgain(range);
         lock.lock();
         if (hasMore)
             m_resends.push_front(range);
-        m_changed.wait_until(lock, m_tokensSince, [&] { return m_asked != asked; });
+        m_changed.wait_until(lock, m_tokensSince, isOver);
     }
 }
 

@@ -66,7 +66,7 @@ private:
     /// Waits for a moment and meanwhile resends what hosts ask for; false when the acquisition ends
     /// before.
     bool waitUntil(Clock::time_point moment);
-    /// Resends what hosts ask for, at the camera's pace.
+    /// Resends what hosts ask for, at the camera's pace, until the acquisition changes.
     void sendAllAgain(std::unique_lock<std::mutex>& lock);
     /// Resends the first packets of \p range and removes them from it. False when none is left, or
     /// none of the rest is available.

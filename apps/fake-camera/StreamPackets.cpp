@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t patternPeriod = 256;
 constexpr std::size_t packetsPerCall = 64;
-constexpr std::size_t framesKept = 4;
+constexpr std::size_t framesKept = 16;
 constexpr std::uint32_t extendedIdBit = 0x80000000;
 constexpr std::uint16_t imagePayload = 1;
 

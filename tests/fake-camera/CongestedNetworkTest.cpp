@@ -6,6 +6,7 @@
 #include "features/FeatureController.h"
 #include "session/SdkSession.h"
 #include "tests/support/FakeCameraProcess.h"
+#include "tests/support/HostStalls.h"
 #include "tests/support/NetworkState.h"
 #include "tests/support/SdkFixture.h"
 
@@ -27,10 +28,12 @@ constexpr double margin = 0.1;
 struct Totals {
     std::uint64_t sent = 0;
     std::uint64_t complete = 0;
+    std::uint64_t damaged = 0;
+    std::uint64_t lost = 0;
     std::uint64_t fewestComplete = UINT64_MAX;
-    bool hasLoss = false;
     /// Packets that the switch dropped.
     long long dropped = 0;
+    std::uint64_t stalls = 0;
 };
 
 /// Cameras behind one link. Each may send 16 MB/s and has 15.7 MB/s to send, the link carries
@@ -66,6 +69,7 @@ protected:
 
     Totals benchmark() const {
         Totals totals;
+        const HostStalls stalls;
         totals.dropped = -switchDrops();
         // Unsigned: wraps below zero until the counts after the benchmark are added.
         for (const auto& camera : m_cameras)
@@ -78,9 +82,11 @@ protected:
             totals.sent += framesSent(*camera);
             totals.complete += one.completeFrames;
             totals.fewestComplete = std::min(totals.fewestComplete, one.completeFrames);
-            totals.hasLoss |= one.receivedFrames != one.completeFrames || one.lostFrames > 0;
+            totals.damaged += one.receivedFrames - one.completeFrames;
+            totals.lost += static_cast<std::uint64_t>(one.lostFrames);
         }
         totals.dropped += switchDrops();
+        totals.stalls = stalls.count();
         return totals;
     }
 
@@ -130,13 +136,16 @@ TEST_P(CongestedNetwork, losesFramesUntilAutoSetHasDividedItsBandwidth) {
     EXPECT_GT(bandwidth(), usable * 0.95);
 
     Totals after = benchmark();
-    // A host that is busy with other work delays cameras and receiver.
-    for (int i = 0; i < 2 && (after.hasLoss || after.dropped > 0); ++i)
+    for (int i = 0; i < 2 && after.stalls > 0 && after.dropped > 0; ++i)
         after = benchmark();
-    EXPECT_EQ(after.dropped, 0);
-    EXPECT_FALSE(after.hasLoss);
+    if (after.stalls == 0) {
+        EXPECT_EQ(after.dropped, 0);
+    }
+    EXPECT_LE(after.damaged, after.stalls * m_cameras.size());
+    EXPECT_LE(after.damaged * 4, before.damaged);
+    EXPECT_EQ(after.lost, 0U);
     // One frame per camera may be on its way at the stop.
-    EXPECT_GE(after.complete + m_cameras.size(), after.sent);
+    EXPECT_GE(after.complete + after.damaged + m_cameras.size(), after.sent);
     EXPECT_GE(after.fewestComplete, 15u);
 }
 
@@ -148,6 +157,7 @@ TEST_P(CongestedNetwork, aFifthCameraComesAndGoesWhileFourStream) {
     divide();
     const auto& guest = m_cameras.back();
     const CameraList others(m_cameras.begin(), m_cameras.end() - 1);
+    const HostStalls stalls;
     for (const auto& camera : others)
         camera->startAcquisition();
     for (int i = 0; i < 20; ++i) {
@@ -162,7 +172,7 @@ TEST_P(CongestedNetwork, aFifthCameraComesAndGoesWhileFourStream) {
         camera->stopAcquisition();
         const FrameStatistics frames = camera->getFrameStatistics();
         EXPECT_EQ(frames.lostFrames, 0);
-        EXPECT_EQ(frames.incompleteFrames, 0U);
+        EXPECT_LE(frames.incompleteFrames, stalls.count());
         EXPECT_GT(frames.completeFrames, 20U);
     }
     EXPECT_TRUE(sdk::eventually([] { return packetSockets() <= 0; }));

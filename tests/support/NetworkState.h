@@ -11,7 +11,7 @@
 #include <iterator>
 #include <memory>
 
-/// What the kernel tells of the network that tools/congested-network has made.
+/// Counts of the kernel in the network of tools/congested-network.
 namespace fakecamera {
 
 /// Number of packet sockets; negative when this user may not open any.

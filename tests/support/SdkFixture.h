@@ -67,13 +67,21 @@ T ask(const Object& object, OrvErrorType (Base::*get)(T&) const) {
     return result;
 }
 
-/// The list that a function of \p object copies to an array.
+/// The list that a function of \p object copies to an array. It may grow between the two calls.
 template <typename T, typename Object, typename Get>
 std::vector<std::shared_ptr<T>> list(Object& object, Get get) {
-    std::uint32_t count = 0;
-    EXPECT_EQ((object.*get)(nullptr, count), OrvErrorSuccess);
-    std::vector<std::shared_ptr<T>> result(count);
-    EXPECT_EQ((object.*get)(result.data(), count), OrvErrorSuccess);
+    std::vector<std::shared_ptr<T>> result;
+    OrvErrorType error = OrvErrorMoreData;
+    while (error == OrvErrorMoreData) {
+        std::uint32_t count = 0;
+        EXPECT_EQ((object.*get)(nullptr, count), OrvErrorSuccess);
+        if (count == 0)
+            return {};
+        result.assign(count, nullptr);
+        error = (object.*get)(result.data(), count);
+        result.resize(count);
+    }
+    EXPECT_EQ(error, OrvErrorSuccess);
     return result;
 }
 

@@ -18,9 +18,7 @@ using std::chrono::microseconds;
 
 /// Batches of one receive(), so that it returns although packets come faster than they are read.
 constexpr int mostBatches = 32;
-/// As long as the packet ring gathers them. Measured, 100 MB/s in packets of 8000 bytes: 700 us of
-/// processor time per MB with 2 ms, 570 with 10 ms.
-constexpr microseconds longestGathering{10'000};
+constexpr microseconds longestGathering{2000};
 /// Shorter spans measure the wake-up of this thread instead of the stream.
 constexpr microseconds shortestGathering{50};
 /// The part of the receive buffer that may fill meanwhile is one in so many.

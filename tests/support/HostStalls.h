@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <pthread.h>
+#include <sched.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <thread>
+#include <vector>
+
+namespace fakecamera {
+
+/// Counts the times at which a processor let a waiting program wait for too long, since other
+/// programs or the host of a virtual machine used it. Cameras, switch and receiver of a test may
+/// have stood still then, so that each camera may have a damaged frame.
+class HostStalls {
+public:
+    HostStalls() {
+        const int processors = static_cast<int>(std::thread::hardware_concurrency());
+        for (int i = 0; i < processors; ++i)
+            m_threads.emplace_back([this, i] { watch(i); });
+    }
+    HostStalls(const HostStalls&) = delete;
+    HostStalls& operator=(const HostStalls&) = delete;
+    ~HostStalls() {
+        m_ends = true;
+        for (std::thread& thread : m_threads)
+            thread.join();
+    }
+
+    std::uint64_t count() const { return m_count; }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    void watch(int processor) {
+        cpu_set_t only;
+        CPU_ZERO(&only);
+        CPU_SET(processor, &only);
+        pthread_setaffinity_np(pthread_self(), sizeof only, &only);
+        while (!m_ends) {
+            const auto before = Clock::now();
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            if (Clock::now() - before > tooLong)
+                ++m_count;
+        }
+    }
+
+    /// The queue of the switch in tools/congested-network is full after 7 ms.
+    static constexpr std::chrono::milliseconds tooLong{6};
+
+    std::atomic<bool> m_ends{false};
+    std::atomic<std::uint64_t> m_count{0};
+    std::vector<std::thread> m_threads;
+};
+
+} // namespace fakecamera
