@@ -43,7 +43,7 @@ callAbsent(Camera& camera, const sdk::Feature& width,
     const auto begun = Clock::now();
     for (int i = 0; i < 20; ++i)
         sdk::readInteger(width);
-    EXPECT_THAT(sdk::readInteger(width), expected);
+    EXPECT_TRUE(sdk::eventually([&] { return testing::Value(sdk::readInteger(width), expected); }));
     camera.StopContinuousImageAcquisition();
     EXPECT_EQ(camera.Close(), OrvErrorSuccess);
     std::uint32_t count = 0;
