@@ -99,7 +99,7 @@ QString benchmarkText(const QJsonObject& benchmark, int width) {
                                     .arg(interface[QStringLiteral("interface")].toString())
                                     .arg(benchmark[QStringLiteral("seconds")].toDouble(), 0, 'f', 1)
                                     .arg(benchmark[QStringLiteral("interrupted")].toBool()
-                                             ? QStringLiteral(" (interrupted)")
+                                             ? QStringLiteral(", interrupted")
                                              : QString());
         texts.append(heading + joined(benchmarkLines(interface, width)));
     }

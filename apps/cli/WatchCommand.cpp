@@ -15,22 +15,24 @@ namespace cli {
 
 namespace {
 
-QString progressBar(double share) {
-    constexpr int barWidth = 30;
-    const int filled = static_cast<int>(std::floor(share * barWidth));
-    return QStringLiteral("[%1%2] %3 %")
-        .arg(QString(filled, QLatin1Char('#')), QString(barWidth - filled, QLatin1Char('.')))
-        .arg(std::floor(share * 100));
+/// As wide as there is room for; empty where that is too little.
+QString progressBar(double share, int room) {
+    const int width = std::min(room - 3, 30);
+    if (width < 5)
+        return {};
+    const int filled = static_cast<int>(std::floor(share * width));
+    return QStringLiteral(" [") + QString(filled, QLatin1Char('#')) +
+           QString(width - filled, QLatin1Char('.')) + QLatin1Char(']');
 }
 
-QString heading(const QString& interfaces, double elapsed, double seconds) {
-    const QString time = QString::number(elapsed, 'f', 1);
-    if (seconds > 0)
-        return QStringLiteral("%1  %2 of %3 s %4")
-            .arg(interfaces, time)
-            .arg(seconds)
-            .arg(progressBar(std::min(elapsed / seconds, 1.0)));
-    return QStringLiteral("%1  %2 s, q or Ctrl+C ends").arg(interfaces, time);
+QString heading(const QString& interfaces, double elapsed, double seconds, int width) {
+    const QString time = interfaces + QStringLiteral("  ") + QString::number(elapsed, 'f', 1);
+    if (seconds <= 0) {
+        const QString withHint = time + QStringLiteral(" s, q or Ctrl+C ends");
+        return withHint.size() <= width ? withHint : time + QStringLiteral(" s, q ends");
+    }
+    const QString ofAll = QStringLiteral("%1 of %2 s").arg(time).arg(seconds);
+    return ofAll + progressBar(std::min(elapsed / seconds, 1.0), width - ofAll.size());
 }
 
 double elapsedOf(const QJsonObject& interval) {
@@ -49,7 +51,7 @@ QStringList screenLines(const QJsonObject& interval, double seconds, int lineWid
                : QStringLiteral("%1 interfaces").arg(interfaces.size())) +
         (interval[QStringLiteral("simulated")].toBool() ? QStringLiteral(" (simulated)")
                                                         : QString());
-    QStringList lines{heading(all, elapsedOf(interval), seconds).left(lineWidth)};
+    QStringList lines{heading(all, elapsedOf(interval), seconds, lineWidth)};
     for (const QJsonValue& interface : interfaces) {
         if (!isOne)
             lines.append(nameOf(interface));

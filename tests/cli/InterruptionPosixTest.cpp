@@ -35,7 +35,7 @@ TEST(Interruption, endsABenchmarkAndTellsWhatWasCounted) {
 TEST(Interruption, endsAWatch) {
     SpanletProcess spanlet;
     EXPECT_EQ(interrupt(spanlet, "watch --interval 0.1", "GEV-20844"), 0);
-    EXPECT_THAT(spanlet.out(), HasSubstr("s (interrupted)\nCamera "));
+    EXPECT_THAT(spanlet.out(), HasSubstr("s, interrupted (simulated)\nCamera "));
 }
 
 TEST(Interruption, keepsAutoSetFromBeginning) {

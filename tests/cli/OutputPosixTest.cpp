@@ -39,12 +39,12 @@ TEST(Watch, redrawsItsTableOnATerminal) {
     ASSERT_TRUE(terminal.waitForFinished(30000));
     EXPECT_EQ(terminal.exitCode(), 0);
     const std::string text = terminal.readAllStandardOutput().toStdString();
-    EXPECT_THAT(text, HasSubstr("of 1 s [#########....."));
+    EXPECT_THAT(text, HasSubstr("of 1 s [##......]"));
     // The losses stay in a narrow terminal.
     EXPECT_THAT(text, ContainsRegex("\nCamera +Frames/s +MB/s +Lost +Incomplete +Loss %\r\n"));
     EXPECT_THAT(text, HasSubstr("(3 more lines)"));
     // The terminal has six rows: five lines and the cursor.
-    EXPECT_THAT(text, HasSubstr("\x1b[5F\x1b[JMRD GigE Interface enp3s0  0."));
+    EXPECT_THAT(text, HasSubstr("\x1b[5F\x1b[JMRD GigE Interface enp3s0 (simulated)  0."));
 }
 
 TEST(Watch, scrollsByKeysAndLeavesTheTerminalAsItWas) {
