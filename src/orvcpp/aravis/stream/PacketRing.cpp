@@ -30,6 +30,9 @@ constexpr unsigned blockCount = 256;
 constexpr unsigned blocksPerRound = 32;
 constexpr std::size_t ringSize = std::size_t{blockSize} * blockCount;
 constexpr unsigned retireMilliseconds = 4;
+/// Nobody waits for frames without images, so their packets gather in the ring for longer, unless
+/// a stream is to ask for missing packets before.
+constexpr std::chrono::milliseconds gathering{20};
 /// The kernel checks this value; blocks of TPACKET_V3 hold packets of any size.
 constexpr unsigned frameSize = 2048;
 /// Pause after an error of the socket, so that repeated ones do not take the processor.
@@ -124,6 +127,8 @@ bool PacketRing::attach(std::vector<sock_filter> program) const {
 }
 
 void PacketRing::listen(const std::vector<StreamEndpoint>& endpoints) {
+    m_mayGather = std::all_of(endpoints.begin(), endpoints.end(),
+                              [](const auto& endpoint) { return endpoint.headersOnly; });
     const std::vector<sock_filter> program = streamFilter(endpoints);
     // Old and new filter must have room in net.core.optmem_max together, which is 20 KB before
     // Linux 6.7. The short one makes room, and stays if the new one is too large by itself.
@@ -146,6 +151,8 @@ void PacketRing::receive(std::chrono::microseconds wait, const Handler& handler)
     if (readBlocks(handler) > 0)
         return;
     const short events = m_poll.wait(m_socket.handle(), wait);
+    if (m_mayGather && wait > gathering && events == POLLIN)
+        m_poll.wait(-1, gathering);
     if ((events & POLLERR) != 0) {
         clearError(m_socket.handle());
         m_poll.wait(-1, std::min<std::chrono::microseconds>(wait, errorPause));

@@ -5,6 +5,7 @@
 #include "orvcpp/aravis/stream/WakeablePoll.h"
 #include "platform/Descriptor.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -49,6 +50,8 @@ private:
     std::uint8_t* m_blocks = nullptr;
     /// Block that the kernel fills next.
     unsigned m_next = 0;
+    /// Whether all streams are headersOnly.
+    std::atomic<bool> m_mayGather{false};
     std::mutex m_mutex;
     /// Guarded by the mutex: the kernel forgets its counts when they are read.
     SourceCounts m_counts;
