@@ -81,8 +81,8 @@ TEST_F(CommandsOnRealCameras, closesCamerasWhenABenchmarkIsInterrupted) {
     EXPECT_EQ(framesSent(), 0);
 
     SpanletProcess running;
-    running.start(words("benchmark --interface lo --seconds 60 -v" + real));
-    running.await("DEV_02FC7F000003): Acquisition started successfully.");
+    running.start(words("benchmark --interface lo --seconds 60 --json --interval 1" + real));
+    running.await("\"interval\"");
     interrupt(running);
     EXPECT_EQ(running.finish(), 0);
     EXPECT_GT(framesSent(), 0);
