@@ -9,6 +9,10 @@
 #include "engine/SafetyMargins.h"
 #include "logging/Log.h"
 
+#include <QJsonArray>
+
+#include <map>
+
 namespace cli {
 
 namespace {
@@ -31,9 +35,39 @@ Cameras::Cameras(const session::CameraSource& source) : m_session(source) {
     int index = 0;
     for (const CameraList& cameras : m_controller->enumerate()) {
         const CameraInfo info = cameras.front()->getCameraInfo();
-        m_interfaces.push_back({index++, QString::fromStdString(info.interfaceName),
-                                QString::fromStdString(info.interfaceId), cameras});
+        m_interfaces.push_back({index++,
+                                QString::fromStdString(info.interfaceName),
+                                QString::fromStdString(info.interfaceId),
+                                cameras,
+                                {}});
     }
+    findSharing();
+}
+
+void Cameras::findSharing() {
+    std::map<std::string, std::vector<HostInterface*>> links;
+    for (HostInterface& interface : m_interfaces) {
+        const std::string link = m_controller->getInterfaceLink(interface.name.toStdString());
+        if (!link.empty())
+            links[link].push_back(&interface);
+    }
+    for (const auto& [link, interfaces] : links) {
+        for (HostInterface* interface : interfaces) {
+            for (const HostInterface* other : interfaces) {
+                if (other != interface)
+                    interface->sharing.append(other->name);
+            }
+        }
+    }
+}
+
+std::vector<const HostInterface*> Cameras::onLinkOf(const HostInterface& interface) const {
+    std::vector<const HostInterface*> found;
+    for (const HostInterface& each : m_interfaces) {
+        if (&each == &interface || interface.sharing.contains(each.name))
+            found.push_back(&each);
+    }
+    return found;
 }
 
 const HostInterface& Cameras::findInterface(const QString& wanted) const {
@@ -58,7 +92,12 @@ void Cameras::warnOfExcess(const HostInterface& interface) const {
 void Cameras::warnOfExcess(const HostInterface& interface, double marginPercent) const {
     // Auto Set divides an interface to half a percent.
     constexpr double tolerance = 1.005;
-    const double limits = sumOfLimits(interface.cameras);
+    QStringList names;
+    double limits = 0;
+    for (const HostInterface* each : onLinkOf(interface)) {
+        names.append(each->name);
+        limits += sumOfLimits(each->cameras);
+    }
     const auto bitsPerSecond = m_controller->getInterfaceSpeed(interface.name.toStdString());
     const double bytesPerSecond = static_cast<double>(bitsPerSecond) / 8;
     const double usable = bytesPerSecond * (1 - marginPercent / 100);
@@ -69,7 +108,7 @@ void Cameras::warnOfExcess(const HostInterface& interface, double marginPercent)
     };
     logWarning(QStringLiteral("%1: The limits of the cameras add up to %2 MB/s, but only %3 MB/s "
                               "are usable (%4 MB/s less a margin of %5 %).")
-                   .arg(interface.name, megabytes(limits), megabytes(usable),
+                   .arg(names.join(QStringLiteral(" and ")), megabytes(limits), megabytes(usable),
                         megabytes(bytesPerSecond), QString::number(marginPercent))
                    .toStdString());
 }
@@ -87,6 +126,20 @@ CameraList findCameras(const CameraList& cameras, const QString& wanted) {
     return found;
 }
 
+void addSharing(QJsonObject& document, const HostInterface& interface) {
+    if (!interface.sharing.isEmpty())
+        document[QStringLiteral("sharesLinkWith")] = QJsonArray::fromStringList(interface.sharing);
+}
+
+QString sharingText(const QJsonObject& document) {
+    QStringList others;
+    for (const QJsonValue& name : document[QStringLiteral("sharesLinkWith")].toArray())
+        others.append(name.toString());
+    return others.isEmpty()
+               ? QString()
+               : QStringLiteral(", shares its link with %1").arg(others.join(QStringLiteral(", ")));
+}
+
 QString cameraId(const CameraHandler& camera) {
     return QString::fromStdString(camera.getCameraInfo().cameraId);
 }
@@ -97,15 +150,19 @@ void requireOpened(const CameraHandler& camera) {
             cameraId(camera), QString::fromStdString(camera.getWarningText())));
 }
 
-QJsonObject cameraIdentity(const CameraHandler& camera) {
-    const CameraInfo info = camera.getCameraInfo();
+QJsonObject cameraIdentity(const CameraInfo& info) {
     return {
         {QStringLiteral("id"), QString::fromStdString(info.cameraId)},
         {QStringLiteral("name"), QString::fromStdString(info.cameraName)},
         {QStringLiteral("model"), QString::fromStdString(info.modelName)},
         {QStringLiteral("serialNumber"), QString::fromStdString(info.serialNumber)},
-        {QStringLiteral("opened"), camera.isOpened()},
     };
+}
+
+QJsonObject cameraIdentity(const CameraHandler& camera) {
+    QJsonObject identity = cameraIdentity(camera.getCameraInfo());
+    identity[QStringLiteral("opened")] = camera.isOpened();
+    return identity;
 }
 
 } // namespace cli

@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+
 using namespace testing;
 
 namespace {
@@ -130,6 +132,51 @@ TEST(AutoSet, setsOneCamera) {
     const double need = limit("0");
     EXPECT_NEAR(need, 2464.0 * 2056 * 23.5, 2e6);
     EXPECT_NEAR(limit("1"), need * 1.01, 0.01e6);
+}
+
+TEST(AutoSet, dividesSeveralInterfaces) {
+    const auto limits = [](const QJsonObject& document) {
+        Texts texts;
+        for (const QJsonValue& each : interfacesIn(document)) {
+            const double sum = sumOf(each.toObject(), "bandwidthBytesPerSecond");
+            texts.push_back(std::to_string(std::lround(sum / 1e5)));
+        }
+        return texts;
+    };
+    EXPECT_THAT(limits(jsonOf("autoset --all --config :oversubscribed")),
+                ElementsAre("1125", "113", "4375"));
+    const QJsonObject two = jsonOf("autoset --benchmark 0.5 --interface U3V-0-20-0 --interface "
+                                   "GEV-enp3s0 --lock 211001 --config :oversubscribed");
+    EXPECT_THAT(limits(two), ElementsAre("4375", "1125"));
+    EXPECT_EQ(camera(interfacesIn(two).at(1).toObject(), 0, "status"), "locked");
+    EXPECT_EQ(interfacesIn(two[QStringLiteral("benchmarkAfter")].toObject()).size(), 2);
+
+    SpanletProcess partial;
+    EXPECT_EQ(partial.run("autoset --all --json --config " SCENARIO_FILE), 1);
+    EXPECT_THAT(limits(partial.json()), ElementsAre("134", "0"));
+    EXPECT_THAT(at(partial.json(), "interfaces 1 error").toString().toStdString(),
+                HasSubstr("speed of No speed is not known"));
+}
+
+TEST(SharedLinks, areToldByHeadingsAndDocuments) {
+    const std::string config = " --config " SHARED_LINKS_FILE;
+    const std::string inEach = ", shares its link with (Eth [ab]|USB 0-20-0 [ab]) \\(simulated\\)$";
+    for (const std::string line :
+         {"list", "benchmark --all --seconds 0.2", "autoset --all", "watch --all --seconds 0.2"}) {
+        SpanletProcess spanlet;
+        EXPECT_EQ(spanlet.run(line + config), 0);
+        EXPECT_THAT(matches(spanlet.out(), inEach.c_str()),
+                    ElementsAre("Eth b", "Eth a", "USB 0-20-0 b", "USB 0-20-0 a"))
+            << line;
+        EXPECT_THAT(matches(spanlet.err(), "^Warning: (.+): The limits of the cameras add up"),
+                    Contains("USB 0-20-0 a and USB 0-20-0 b").Times(1));
+    }
+    const QJsonObject benchmark = jsonOf("benchmark --all --seconds 0.5" + config);
+    EXPECT_EQ(at(benchmark, "interfaces 0 sharesLinkWith").toStringList(),
+              QStringList(QStringLiteral("Eth b")));
+    EXPECT_FALSE(at(benchmark, "interfaces 2 sharesLinkWith").isValid());
+    EXPECT_EQ(number(benchmark, "interfaces 3 total bitsPerSecond"), 10e9);
+    EXPECT_NEAR(number(benchmark, "interfaces 3 total linkPercent"), 80, 10);
 }
 
 TEST(Watch, printsLinesWhereThereIsNoTerminal) {

@@ -37,6 +37,20 @@ TEST(InterfaceHandlerGigE, answersTheSpeedOfTheFirstAdapterWithAnAddress) {
     EXPECT_EQ(errors.text(), "Unable to get ip address table\n");
 }
 
+TEST(InterfaceHandlerGigE, tellsAddressesOfOneAdapterFromThoseOfOthers) {
+    const auto network = [](const std::vector<SimulatedAdapter>& adapters) {
+        return std::make_shared<Network>(adapters);
+    };
+    const InterfaceHandlerGigE handler({network({{1, 0x0A000001, 0xFFFFFF00, gigabit, "a"}}),
+                                        network({{1, 0x0A000101, 0xFFFFFF00, gigabit, "b"},
+                                                 {2, 0x0A000201, 0xFFFFFF00, gigabit, "c"},
+                                                 {2, 0x0A000301, 0xFFFFFF00, gigabit, "c"}})});
+    EXPECT_EQ(handler.adapterKey(0x0A000201), handler.adapterKey(0x0A000301));
+    EXPECT_NE(handler.adapterKey(0x0A000101), handler.adapterKey(0x0A000201));
+    EXPECT_NE(handler.adapterKey(0x0A000101), handler.adapterKey(0x0A000001)) << "another host";
+    EXPECT_EQ(handler.adapterKey(0x0A000401), "");
+}
+
 TEST(NetworkAdapter, takesItsFieldsFromRowAndEntry) {
     // Addresses in network byte order, as a little-endian machine has them.
     const host::AddressRow row{3, 0x0A01A8C0, 0x00FFFFFF, 0xFF01A8C0, 65535, 0x8001};

@@ -172,7 +172,8 @@ void readPlace(ObjectReader& reader, const Scenario& scenario, CameraData& camer
         camera.address = reader.has("address") ? readAddress(reader, "address", {}) : address;
         camera.mac = readMac(reader, "mac", 0x4C5244100000U + number);
     }
-    camera.linkBitsPerSecond = readSpeed(reader, "linkSpeedMbps", static_cast<double>(link) / 1e6);
+    const auto read = interface.controller ? readUsbSpeed : readSpeed;
+    camera.linkBitsPerSecond = read(reader, "linkSpeedMbps", static_cast<double>(link) / 1e6);
 }
 
 /// The n-th (from 0) of several equal cameras.
