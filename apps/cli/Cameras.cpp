@@ -8,6 +8,7 @@
 #include "engine/MakeSystemController.h"
 #include "engine/SafetyMargins.h"
 #include "logging/Log.h"
+#include "sdk/SimulatedHost.h"
 
 #include <QJsonArray>
 
@@ -35,13 +36,27 @@ Cameras::Cameras(const session::CameraSource& source) : m_session(source) {
     int index = 0;
     for (const CameraList& cameras : m_controller->enumerate()) {
         const CameraInfo info = cameras.front()->getCameraInfo();
-        m_interfaces.push_back({index++,
-                                QString::fromStdString(info.interfaceName),
-                                QString::fromStdString(info.interfaceId),
-                                cameras,
-                                {}});
+        HostInterface interface;
+        interface.index = index++;
+        interface.name = QString::fromStdString(info.interfaceName);
+        interface.id = QString::fromStdString(info.interfaceId);
+        interface.cameras = cameras;
+        m_interfaces.push_back(interface);
     }
     findSharing();
+    findOtherTraffic();
+}
+
+void Cameras::findOtherTraffic() {
+    const SimulatedHost host = simulatedHost(m_session.system());
+    for (HostInterface& interface : m_interfaces) {
+        for (const auto& camera : interface.cameras) {
+            for (const OrvCPP::SimulatedTraffic& traffic : host.otherTraffic) {
+                if (traffic.cameraId == camera->getCameraInfo().cameraId)
+                    interface.otherTraffic += static_cast<double>(traffic.bytesPerSecond);
+            }
+        }
+    }
 }
 
 void Cameras::findSharing() {
@@ -94,22 +109,26 @@ void Cameras::warnOfExcess(const HostInterface& interface, double marginPercent)
     constexpr double tolerance = 1.005;
     QStringList names;
     double limits = 0;
+    double others = 0;
     for (const HostInterface* each : onLinkOf(interface)) {
         names.append(each->name);
         limits += sumOfLimits(each->cameras);
+        others += each->otherTraffic;
     }
     const auto bitsPerSecond = m_controller->getInterfaceSpeed(interface.name.toStdString());
     const double bytesPerSecond = static_cast<double>(bitsPerSecond) / 8;
     const double usable = bytesPerSecond * (1 - marginPercent / 100);
-    if (bitsPerSecond == 0 || limits <= usable * tolerance)
+    if (bitsPerSecond == 0 || limits + others <= usable * tolerance)
         return;
     const auto megabytes = [](double bytes) {
         return QString::number(bytes / 1e6, 'f', 1);
     };
-    logWarning(QStringLiteral("%1: The limits of the cameras add up to %2 MB/s, but only %3 MB/s "
+    const QString traffic =
+        others > 0 ? QStringLiteral(", and others send %1 MB/s").arg(megabytes(others)) : QString();
+    logWarning(QStringLiteral("%1: The limits of the cameras add up to %2 MB/s%6, but only %3 MB/s "
                               "are usable (%4 MB/s less a margin of %5 %).")
                    .arg(names.join(QStringLiteral(" and ")), megabytes(limits), megabytes(usable),
-                        megabytes(bytesPerSecond), QString::number(marginPercent))
+                        megabytes(bytesPerSecond), QString::number(marginPercent), traffic)
                    .toStdString());
 }
 

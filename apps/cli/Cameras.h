@@ -18,7 +18,7 @@ namespace cli {
 /// One host interface with its cameras.
 struct HostInterface {
     /// Index in the controller's list.
-    int index;
+    int index = 0;
     /// The engine's key of an interface.
     QString name;
     QString id;
@@ -26,6 +26,9 @@ struct HostInterface {
     /// Names of the other interfaces on the same network adapter or USB host controller, as far as
     /// that is known.
     QStringList sharing;
+    /// Bytes per second that its cameras send to other applications, as far as that is known: on a
+    /// simulated host.
+    double otherTraffic = 0;
 };
 
 /// Starts the camera SDK and opens all cameras that it finds. Throws a Failure when the SDK cannot
@@ -42,8 +45,8 @@ public:
     void warnOfLimits() { m_limits.check(m_session.system()); }
 
     /// Warns when the limits of an interface's open cameras, and of those that share its link, add
-    /// up to more than its speed less the margin that is recommended for its type. Silent where the
-    /// speed is unknown.
+    /// up to more than its speed less the margin that is recommended for its type. What cameras
+    /// send to other applications counts, too. Silent where the speed is unknown.
     void warnOfExcess(const HostInterface& interface) const;
     /// The same with another margin, 0 to 100.
     void warnOfExcess(const HostInterface& interface, double marginPercent) const;
@@ -55,6 +58,7 @@ public:
 
 private:
     void findSharing();
+    void findOtherTraffic();
     /// The interface and those that share its link, in the order of the list.
     std::vector<const HostInterface*> onLinkOf(const HostInterface& interface) const;
 

@@ -48,19 +48,25 @@ QJsonObject describeInterface(Cameras& all, const HostInterface& interface) {
         {QStringLiteral("bandwidthBytesPerSecond"), sumOfLimits(interface.cameras)},
         {QStringLiteral("cameras"), cameras},
     };
+    if (interface.otherTraffic > 0)
+        document[QStringLiteral("otherBytesPerSecond")] = interface.otherTraffic;
     addSharing(document, interface);
     return document;
 }
 
 QString interfaceText(const QJsonObject& interface) {
+    const double others = interface[QStringLiteral("otherBytesPerSecond")].toDouble();
+    const QString ofOthers =
+        others > 0 ? QStringLiteral(", %1 of it by others").arg(others / 1e6, 0, 'f', 1)
+                   : QString();
     const QString heading =
         QStringLiteral("%1 (%2), %3: %4 in use%5\n")
             .arg(interface[QStringLiteral("name")].toString(),
                  interface[QStringLiteral("id")].toString(),
                  interface[QStringLiteral("type")].toString(),
-                 usageText(interface[QStringLiteral("bandwidthBytesPerSecond")].toDouble(),
+                 usageText(interface[QStringLiteral("bandwidthBytesPerSecond")].toDouble() + others,
                            interface[QStringLiteral("bitsPerSecond")].toDouble()),
-                 sharingText(interface));
+                 ofOthers + sharingText(interface));
     return heading +
            joined(tableLines(
                {{QStringLiteral("Camera"), QStringLiteral("id")},

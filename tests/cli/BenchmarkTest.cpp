@@ -179,6 +179,18 @@ TEST(SharedLinks, areToldByHeadingsAndDocuments) {
     EXPECT_NEAR(number(benchmark, "interfaces 3 total linkPercent"), 80, 10);
 }
 
+TEST(OtherTraffic, countsAsUseAndIsCarriedByTheLink) {
+    const std::string config = " --config " SHARED_LINKS_FILE;
+    SpanletProcess list;
+    EXPECT_EQ(list.run("list" + config), 0);
+    EXPECT_THAT(list.out(), HasSubstr(": 140.0 of 125.0 MB/s in use, 90.0 of it by others"));
+    EXPECT_THAT(list.err(), HasSubstr("Eth c: The limits of the cameras add up to 50.0 MB/s, and "
+                                      "others send 90.0 MB/s, but only 112.5 MB/s are usable"));
+    EXPECT_EQ(number(jsonOf("list" + config), "interfaces 2 otherBytesPerSecond"), 90e6);
+    const QJsonObject result = jsonOf("benchmark --seconds 1.5 --interface GEV-c" + config);
+    EXPECT_GT(number(result, "total lossPercent"), 7);
+}
+
 TEST(Watch, printsLinesWhereThereIsNoTerminal) {
     SpanletProcess spanlet;
     EXPECT_EQ(spanlet.run("watch --seconds 2 --interval 0.4" + ownScenario), 1);

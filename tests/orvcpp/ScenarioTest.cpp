@@ -46,6 +46,8 @@ TEST(MalformedScenario, namesFilePlaceAndExpectationAndStartsNothing) {
          "cameras[0].serialNumber: expected digits and upper-case letters"},
         {R"({"host": {"adapters": [{"name": "e", "address": "192.168.1.256"}]}})",
          "host.adapters[0].address: expected an IPv4 address"},
+        {scenario(gige("A", R"(, "otherTraffic": 1000)")),
+         "cameras[0].otherTraffic: expected 0 for a camera that no other application uses"},
         {R"({"host": {"usbControllers": [{"device": 20, "speedMbps": 6000}]}})",
          "host.usbControllers[0].speedMbps: expected a speed of USB: 1.5, 12, 480, 5000, 10000 or"},
         {scenario(gige("A", R"(, "sensor": {"pixelFormats": ["Mono8", "Mono7"]})")),
