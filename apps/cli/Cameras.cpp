@@ -51,7 +51,7 @@ void Cameras::findOtherTraffic() {
     const SimulatedHost host = simulatedHost(m_session.system());
     for (HostInterface& interface : m_interfaces) {
         for (const auto& camera : interface.cameras) {
-            for (const OrvCPP::SimulatedTraffic& traffic : host.otherTraffic) {
+            for (const SimulatedTraffic& traffic : host.otherTraffic) {
                 if (traffic.cameraId == camera->getCameraInfo().cameraId)
                     interface.otherTraffic += static_cast<double>(traffic.bytesPerSecond);
             }
