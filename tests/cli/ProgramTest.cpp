@@ -158,11 +158,9 @@ TEST(Program, listsNamesWithoutOpeningCameras) {
     EXPECT_EQ(number(names, "simulated"), 1);
     EXPECT_EQ(at(names, "interfaces 2 id").toString(), QStringLiteral("U3V-0-20-0"));
     const QJsonObject all = jsonOf("list");
-    for (int i = 0; i < 3; ++i) {
-        const std::string cameras = "interfaces " + std::to_string(i) + " cameras";
-        ASSERT_EQ(at(names, cameras).toList().size(), at(all, cameras).toList().size());
-        for (const char* member : {" 1 id", " 1 name", " 1 model", " 1 serialNumber"})
-            EXPECT_EQ(at(names, cameras + member), at(all, cameras + member)) << member;
+    for (const char* member : {"id", "name", "model", "serialNumber"}) {
+        const std::string path = std::string("interfaces 2 cameras 1 ") + member;
+        EXPECT_EQ(at(names, path), at(all, path));
     }
     EXPECT_THAT(textOf("list --names"), HasSubstr("enp3s0 (GEV-enp3s0) (simulated)\nCamera "));
 }

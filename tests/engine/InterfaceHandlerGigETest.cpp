@@ -38,17 +38,15 @@ TEST(InterfaceHandlerGigE, answersTheSpeedOfTheFirstAdapterWithAnAddress) {
 }
 
 TEST(InterfaceHandlerGigE, tellsAddressesOfOneAdapterFromThoseOfOthers) {
-    const auto network = [](const std::vector<SimulatedAdapter>& adapters) {
-        return std::make_shared<Network>(adapters);
-    };
-    const InterfaceHandlerGigE handler({network({{1, 0x0A000001, 0xFFFFFF00, gigabit, "a"}}),
-                                        network({{1, 0x0A000101, 0xFFFFFF00, gigabit, "b"},
-                                                 {2, 0x0A000201, 0xFFFFFF00, gigabit, "c"},
-                                                 {2, 0x0A000301, 0xFFFFFF00, gigabit, "c"}})});
-    EXPECT_EQ(handler.adapterKey(0x0A000201), handler.adapterKey(0x0A000301));
-    EXPECT_NE(handler.adapterKey(0x0A000101), handler.adapterKey(0x0A000201));
-    EXPECT_NE(handler.adapterKey(0x0A000101), handler.adapterKey(0x0A000001)) << "another host";
-    EXPECT_EQ(handler.adapterKey(0x0A000401), "");
+    const std::vector<SimulatedAdapter> one{{1, 1, 0, gigabit, "a"}};
+    const std::vector<SimulatedAdapter> two{
+        {1, 2, 0, gigabit, "b"}, {2, 3, 0, gigabit, "c"}, {2, 4, 0, gigabit, "c"}};
+    const InterfaceHandlerGigE handler(
+        {std::make_shared<Network>(one), std::make_shared<Network>(two)});
+    EXPECT_EQ(handler.adapterKey(3), handler.adapterKey(4));
+    EXPECT_NE(handler.adapterKey(2), handler.adapterKey(3));
+    EXPECT_NE(handler.adapterKey(2), handler.adapterKey(1)) << "another host";
+    EXPECT_EQ(handler.adapterKey(5), "");
 }
 
 TEST(NetworkAdapter, takesItsFieldsFromRowAndEntry) {
