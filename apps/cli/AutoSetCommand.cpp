@@ -9,12 +9,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace cli {
 
 namespace {
 
 constexpr QLatin1String interfaceOption("interface");
+constexpr QLatin1String cameraOption("camera");
 constexpr QLatin1String maxBandwidthOption("max-bandwidth");
 
 struct Margins {
@@ -22,9 +24,9 @@ struct Margins {
     double cameraPercent;
 };
 
-/// The options of one run.
+/// What is to be done on one interface.
 struct Task {
-    const HostInterface& interface;
+    const HostInterface* interface;
     /// The camera to set; null when the interface is divided.
     std::shared_ptr<CameraHandler> camera;
     Margins margins;
@@ -51,14 +53,17 @@ Margins marginsFor(const Arguments& arguments, OrvTransportLayerType type) {
 
 /// Finds wrong use before cameras are opened.
 void checkOptions(const Arguments& arguments) {
-    const bool hasCamera = arguments.has(QStringLiteral("camera"));
-    if (hasCamera == arguments.has(interfaceOption))
-        wrongUse(QStringLiteral("Either --interface or --camera is needed."));
+    const bool hasCamera = arguments.has(cameraOption);
+    checkInterfaceOptions(arguments);
+    if (hasCamera == (arguments.has(interfaceOption) || arguments.has(QStringLiteral("all"))))
+        wrongUse(QStringLiteral("Either --interface, --all or --camera is needed."));
     for (const QString& option : {QStringLiteral("lock"), QString(maxBandwidthOption),
                                   QStringLiteral("interface-margin")}) {
         if (hasCamera && arguments.has(option))
             wrongUse(QStringLiteral("--%1 goes with --interface only.").arg(option));
     }
+    if (arguments.has(maxBandwidthOption) && areSeveralInterfacesWanted(arguments))
+        wrongUse(QStringLiteral("--max-bandwidth goes with one --interface only."));
     maxBandwidthMegabytes(arguments);
     marginsFor(arguments, OrvTransportLayerTypeGEV);
 }
@@ -72,40 +77,52 @@ const HostInterface& interfaceOf(const Cameras& cameras,
     });
 }
 
-Task makeTask(Cameras& cameras, const Arguments& arguments) {
-    std::shared_ptr<CameraHandler> camera;
-    if (arguments.has(QStringLiteral("camera"))) {
-        camera = cameras.findCamera(arguments.value(QStringLiteral("camera")));
-        requireOpened(*camera);
-    }
-    const HostInterface& interface = camera
-                                         ? interfaceOf(cameras, camera)
-                                         : cameras.findInterface(arguments.value(interfaceOption));
-    const OrvTransportLayerType type =
-        cameras.controller().getInterfaceType(interface.name.toStdString());
-    if (type != OrvTransportLayerTypeGEV && type != OrvTransportLayerTypeU3V)
-        throw Failure(
-            QStringLiteral("Auto Set is not supported for the interface %1.").arg(interface.name));
-    return {interface, camera, marginsFor(arguments, type),
-            arguments.has(QStringLiteral("adjust-packet-size"))};
+OrvTransportLayerType typeOf(Cameras& cameras, const HostInterface& interface) {
+    return cameras.controller().getInterfaceType(interface.name.toStdString());
 }
 
-/// Locks cameras and sets the maximum. Fails for an interface of unknown speed, where Auto Set
-/// would set every camera to its minimum.
-void prepareInterface(Cameras& cameras, const Task& task, const Arguments& arguments) {
+std::vector<Task> makeTasks(Cameras& cameras, const ChosenInterfaces& chosen,
+                            const std::shared_ptr<CameraHandler>& camera,
+                            const Arguments& arguments) {
+    std::vector<Task> tasks;
+    for (const HostInterface* interface : chosen.interfaces)
+        tasks.push_back({interface, camera, marginsFor(arguments, typeOf(cameras, *interface)),
+                         arguments.has(QStringLiteral("adjust-packet-size"))});
+    return tasks;
+}
+
+/// Why Auto Set cannot do a task; empty when it can. With an unknown speed it would set every
+/// camera to its minimum.
+QString obstacle(Cameras& cameras, const Task& task) {
+    const OrvTransportLayerType type = typeOf(cameras, *task.interface);
+    if (type != OrvTransportLayerTypeGEV && type != OrvTransportLayerTypeU3V)
+        return QStringLiteral("Auto Set is not supported for the interface %1.")
+            .arg(task.interface->name);
+    if (!task.camera &&
+        cameras.controller().getInterfaceSpeed(task.interface->name.toStdString()) == 0)
+        return QStringLiteral("The speed of %1 is not known; give it by --max-bandwidth.")
+            .arg(task.interface->name);
+    return {};
+}
+
+void lockCameras(const ChosenInterfaces& chosen, const Arguments& arguments) {
+    CameraList all;
+    for (const HostInterface* interface : chosen.interfaces)
+        all.insert(all.end(), interface->cameras.begin(), interface->cameras.end());
     for (const QString& locked : arguments.values(QStringLiteral("lock"))) {
-        for (const auto& camera : findCameras(task.interface.cameras, locked))
+        for (const auto& camera : findCameras(all, locked))
             camera->setLocked(true);
     }
-    const std::string key = task.interface.name.toStdString();
-    if (arguments.has(maxBandwidthOption)) {
-        constexpr double bitsPerMegabyte = 8e6;
-        const double bits = maxBandwidthMegabytes(arguments) * bitsPerMegabyte;
-        cameras.controller().setMaxBandwidth(key, static_cast<std::uint64_t>(std::llround(bits)));
-    }
-    if (!task.camera && cameras.controller().getInterfaceSpeed(key) == 0)
-        throw Failure(QStringLiteral("The speed of %1 is not known; give it by --max-bandwidth.")
-                          .arg(task.interface.name));
+}
+
+/// Of the only interface.
+void setMaxBandwidth(Cameras& cameras, const ChosenInterfaces& chosen, const Arguments& arguments) {
+    if (!arguments.has(maxBandwidthOption))
+        return;
+    constexpr double bitsPerMegabyte = 8e6;
+    const double bits = maxBandwidthMegabytes(arguments) * bitsPerMegabyte;
+    cameras.controller().setMaxBandwidth(chosen.interfaces.front()->name.toStdString(),
+                                         static_cast<std::uint64_t>(std::llround(bits)));
 }
 
 void autoSet(Cameras& cameras, const Task& task) {
@@ -114,14 +131,14 @@ void autoSet(Cameras& cameras, const Task& task) {
         task.camera->adjustPacketSize(task.adjustsPacketSize);
         autoSetCamera(*task.camera, cameraMargin);
     } else {
-        cameras.controller().autoSetInterface(task.interface.name.toStdString(),
-                                              task.interface.index, task.adjustsPacketSize,
+        cameras.controller().autoSetInterface(task.interface->name.toStdString(),
+                                              task.interface->index, task.adjustsPacketSize,
                                               task.margins.interfacePercent / 100, cameraMargin);
     }
 }
 
 CameraList affected(const Task& task) {
-    return task.camera ? CameraList{task.camera} : task.interface.cameras;
+    return task.camera ? CameraList{task.camera} : task.interface->cameras;
 }
 
 QJsonObject runTask(Cameras& cameras, const Task& task) {
@@ -133,16 +150,66 @@ QJsonObject runTask(Cameras& cameras, const Task& task) {
     }
     autoSet(cameras, task);
     const auto bitsPerSecond = static_cast<double>(
-        cameras.controller().getInterfaceSpeed(task.interface.name.toStdString()));
-    cameras.warnOfExcess(task.interface, task.margins.interfacePercent);
-    return {
-        {QStringLiteral("interface"), task.interface.name},
+        cameras.controller().getInterfaceSpeed(task.interface->name.toStdString()));
+    QJsonObject result{
+        {QStringLiteral("interface"), task.interface->name},
         {QStringLiteral("bitsPerSecond"), bitsPerSecond},
-        {QStringLiteral("bandwidthBytesPerSecond"), sumOfLimits(task.interface.cameras)},
+        {QStringLiteral("bandwidthBytesPerSecond"), sumOfLimits(task.interface->cameras)},
         {QStringLiteral("interfaceMarginPercent"), task.margins.interfacePercent},
         {QStringLiteral("cameraMarginPercent"), task.margins.cameraPercent},
         {QStringLiteral("cameras"), describeAutoSet(list, before)},
     };
+    addSharing(result, *task.interface);
+    return result;
+}
+
+/// The results of the tasks. A task that cannot be done has an "error" and leaves the others alone;
+/// it throws a Failure when it is the only one.
+QJsonArray runTasks(Cameras& cameras, const std::vector<Task>& tasks, bool isList) {
+    QJsonArray results;
+    for (const Task& task : tasks) {
+        const QString error = obstacle(cameras, task);
+        if (!error.isEmpty() && !isList)
+            throw Failure(error);
+        results.append(error.isEmpty()
+                           ? runTask(cameras, task)
+                           : QJsonObject{{QStringLiteral("interface"), task.interface->name},
+                                         {QStringLiteral("error"), error}});
+    }
+    // Behind the last, since interfaces may share their link.
+    for (const Task& task : tasks)
+        cameras.warnOfExcess(*task.interface, task.margins.interfacePercent);
+    return results;
+}
+
+ChosenInterfaces chooseInterfaces(const Cameras& cameras,
+                                  const std::shared_ptr<CameraHandler>& camera,
+                                  const Arguments& arguments) {
+    if (camera)
+        return {{&interfaceOf(cameras, camera)}, false};
+    return chosenInterfaces(cameras, arguments);
+}
+
+std::shared_ptr<CameraHandler> chosenCamera(const Cameras& cameras, const Arguments& arguments) {
+    if (!arguments.has(cameraOption))
+        return {};
+    const auto camera = cameras.findCamera(arguments.value(cameraOption));
+    requireOpened(*camera);
+    return camera;
+}
+
+Report makeReport(const QJsonArray& results, bool isList) {
+    Report report;
+    report.document =
+        isList ? QJsonObject{{QStringLiteral("interfaces"), results}} : results.first().toObject();
+    QStringList texts;
+    for (const QJsonValue& result : results) {
+        texts.append(autoSetText(result.toObject()));
+        report.isSuccess = report.isSuccess && isAutoSet(result.toObject());
+    }
+    report.text = texts.join(QLatin1Char('\n'));
+    report.hasHeadings = true;
+    return report;
 }
 
 /// Auto Set itself is not interrupted: a camera would keep a value that the search was trying.
@@ -152,19 +219,20 @@ Report runAutoSet(Context& context) {
     BenchmarkPlan plan;
     plan.seconds = benchmarkSeconds(arguments, QStringLiteral("benchmark"), 0);
     Cameras& cameras = context.openCameras();
-    const Task task = makeTask(cameras, arguments);
-    prepareInterface(cameras, task, arguments);
+    const std::shared_ptr<CameraHandler> camera = chosenCamera(cameras, arguments);
+    const ChosenInterfaces chosen = chooseInterfaces(cameras, camera, arguments);
+    const std::vector<Task> tasks = makeTasks(cameras, chosen, camera, arguments);
+    lockCameras(chosen, arguments);
+    setMaxBandwidth(cameras, chosen, arguments);
 
     QJsonObject before;
     if (plan.seconds > 0)
-        before = runBenchmark(cameras, task.interface, plan, context.interruption);
+        before = runBenchmark(cameras, chosen, plan, context.interruption);
     if (context.interruption.isRequested())
         throw Failure(QStringLiteral("Interrupted before Auto Set: no camera was changed."));
-    const QJsonObject result = runTask(cameras, task);
-    Report report{autoSetText(result), result, isAutoSet(result)};
-    report.hasHeadings = true;
+    Report report = makeReport(runTasks(cameras, tasks, chosen.isList), chosen.isList);
     if (plan.seconds > 0) {
-        const QJsonObject after = runBenchmark(cameras, task.interface, plan, context.interruption);
+        const QJsonObject after = runBenchmark(cameras, chosen, plan, context.interruption);
         report.document[QStringLiteral("benchmarkBefore")] = before;
         report.document[QStringLiteral("benchmarkAfter")] = after;
         report.text = QStringLiteral("Before: %1\n%2\nAfter: %3")
@@ -180,13 +248,13 @@ Command autoSetCommand() {
     const auto number = QStringLiteral("number");
     Command command;
     command.name = QStringLiteral("autoset");
-    command.summary = QStringLiteral("Divide the bandwidth of an interface among its cameras, or "
+    command.summary = QStringLiteral("Divide the bandwidth of interfaces among their cameras, or "
                                      "give one camera the bandwidth that it needs.");
-    command.options = {
-        {interfaceOption, QStringLiteral("Name or ID of the interface to divide."),
-         QStringLiteral("interface")},
-        {QStringLiteral("camera"),
-         QStringLiteral("ID, name or serial number of the one camera to set."),
+    command.options = interfaceOptions(
+        QStringLiteral("Name or ID of an interface to divide; may be given several times."),
+        QStringLiteral("Divide all interfaces, one after the other."));
+    command.options += QList<QCommandLineOption>{
+        {cameraOption, QStringLiteral("ID, name or serial number of the one camera to set."),
          QStringLiteral("camera")},
         {QStringLiteral("interface-margin"),
          QStringLiteral("Percent of the interface to leave free, 0 to 50; 10 on GigE and 30 on USB "
@@ -203,13 +271,14 @@ Command autoSetCommand() {
         {QStringLiteral("adjust-packet-size"),
          QStringLiteral("Let GigE cameras negotiate their largest packet size before.")},
         {QStringLiteral("benchmark"),
-         QStringLiteral("Benchmark the interface before and after, each time for so many "
+         QStringLiteral("Benchmark the interfaces before and after, each time for so many "
                         "seconds."),
          QStringLiteral("seconds")},
     };
     command.examples = QStringList{
         QStringLiteral("autoset --interface GEV-enp3s0 --lock GEV-21017,GEV-20844 "
                        "--max-bandwidth 110"),
+        QStringLiteral("autoset --all"),
         QStringLiteral("autoset --camera GEV-21018 --camera-margin 10"),
         QStringLiteral("autoset --config :oversubscribed --interface GEV-enp3s0 --benchmark 2")};
     command.run = runAutoSet;

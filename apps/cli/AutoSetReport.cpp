@@ -69,16 +69,20 @@ QJsonArray describeAutoSet(const CameraList& cameras, const QJsonArray& before) 
 }
 
 QString autoSetText(const QJsonObject& result) {
+    const QString error = result[QStringLiteral("error")].toString();
+    if (!error.isEmpty())
+        return error + QLatin1Char('\n');
     QJsonArray rows;
     for (const QJsonValue& value : result[QStringLiteral("cameras")].toArray()) {
         QJsonObject row = value.toObject();
         row[QStringLiteral("status")] = explain(row[QStringLiteral("status")].toString());
         rows.append(row);
     }
-    return QStringLiteral("%1: %2 in use\n")
+    return QStringLiteral("%1: %2 in use%3\n")
                .arg(result[QStringLiteral("interface")].toString(),
                     usageText(result[QStringLiteral("bandwidthBytesPerSecond")].toDouble(),
-                              result[QStringLiteral("bitsPerSecond")].toDouble())) +
+                              result[QStringLiteral("bitsPerSecond")].toDouble()),
+                    sharingText(result)) +
            joined(tableLines(
                {{QStringLiteral("Camera"), QStringLiteral("id")},
                 {QStringLiteral("Name"), QStringLiteral("name")},

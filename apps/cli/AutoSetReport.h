@@ -19,8 +19,8 @@ QJsonArray describeAutoSet(const CameraList& cameras, const QJsonArray& before);
 /// \p result has the rows of describeAutoSet() as its "cameras".
 bool isAutoSet(const QJsonObject& result);
 
-/// The interface, the sum of the limits of all its cameras beside its speed, and the table of the
-/// cameras that were set.
+/// The "error" where there is one, else the interface, the sum of the limits of all its cameras
+/// beside its speed, and the table of the cameras that were set.
 QString autoSetText(const QJsonObject& result);
 
 } // namespace cli

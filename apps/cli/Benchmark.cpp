@@ -113,13 +113,6 @@ bool anyCamera(const QJsonObject& benchmark, bool (*is)(const QJsonObject& camer
 
 } // namespace
 
-QString ChosenInterfaces::names() const {
-    QStringList names;
-    for (const HostInterface* interface : interfaces)
-        names.append(interface->name);
-    return names.join(QStringLiteral(", "));
-}
-
 QJsonObject runBenchmark(Cameras& cameras, const ChosenInterfaces& chosen,
                          const BenchmarkPlan& plan, Interruption& interruption,
                          const BenchmarkProgress& progress, const BenchmarkTick& tick) {
@@ -135,11 +128,6 @@ QJsonObject runBenchmark(Cameras& cameras, const ChosenInterfaces& chosen,
         },
         [&] { return !progress || progress(streams.interval()); });
     return streams.end(isInterrupted);
-}
-
-QJsonObject runBenchmark(Cameras& cameras, const HostInterface& interface,
-                         const BenchmarkPlan& plan, Interruption& interruption) {
-    return runBenchmark(cameras, ChosenInterfaces{{&interface}, false}, plan, interruption);
 }
 
 BenchmarkProgress makeJsonProgress(Terminal& terminal) {

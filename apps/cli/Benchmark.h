@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "cli/Cameras.h"
+#include "cli/InterfaceChoice.h"
 #include "cli/platform/Interruption.h"
 
 #include <QJsonArray>
@@ -10,7 +10,6 @@
 
 #include <chrono>
 #include <functional>
-#include <vector>
 
 namespace cli {
 
@@ -27,16 +26,6 @@ struct BenchmarkPlan {
 /// Called several times a second. Returning false ends the benchmark.
 using BenchmarkTick = std::function<bool()>;
 
-/// The interfaces of a benchmark.
-struct ChosenInterfaces {
-    std::vector<const HostInterface*> interfaces;
-    /// Whether the document has a list of interfaces, even of one.
-    bool isList = false;
-
-    /// Separated by commas.
-    QString names() const;
-};
-
 /// Called at each interval with a document like that of runBenchmark(), of "type" "interval": its
 /// rates are averages of the interval, its counts those since the start. Returning false ends the
 /// benchmark.
@@ -49,9 +38,6 @@ using BenchmarkProgress = std::function<bool(const QJsonObject& interval)>;
 QJsonObject runBenchmark(Cameras& cameras, const ChosenInterfaces& chosen,
                          const BenchmarkPlan& plan, Interruption& interruption,
                          const BenchmarkProgress& progress = {}, const BenchmarkTick& tick = {});
-/// The same on one interface.
-QJsonObject runBenchmark(Cameras& cameras, const HostInterface& interface,
-                         const BenchmarkPlan& plan, Interruption& interruption);
 
 /// Prints each interval as one line of JSON. Ends the benchmark when that cannot be written.
 BenchmarkProgress makeJsonProgress(Terminal& terminal);

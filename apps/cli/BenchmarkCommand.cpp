@@ -17,7 +17,7 @@ Report runBenchmarkCommand(Context& context) {
                                      "figures as they change."),
                       ExitCode::WrongUse);
     Cameras& cameras = context.openCameras();
-    const ChosenInterfaces chosen = chosenInterfaces(cameras, arguments);
+    const ChosenInterfaces chosen = benchmarkedInterfaces(cameras, arguments);
     const QJsonObject result =
         runBenchmark(cameras, chosen, plan, context.interruption,
                      hasIntervals ? makeJsonProgress(context.terminal) : BenchmarkProgress());

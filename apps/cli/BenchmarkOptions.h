@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/Benchmark.h"
+#include "cli/InterfaceChoice.h"
 
 #include <QCommandLineOption>
 #include <QList>
@@ -19,8 +20,7 @@ QList<QCommandLineOption> benchmarkOptions(const QString& absentSeconds,
 BenchmarkPlan benchmarkPlan(const Arguments& arguments, double absentSeconds);
 /// The duration in seconds that \p option gives, or \p absent.
 double benchmarkSeconds(const Arguments& arguments, const QString& option, double absent);
-/// The interfaces that --interface names, all with --all, or the only one. Warns of each whose
-/// cameras may send more than it carries.
-ChosenInterfaces chosenInterfaces(const Cameras& cameras, const Arguments& arguments);
+/// The chosen interfaces; warns of each whose cameras may send more than it carries.
+ChosenInterfaces benchmarkedInterfaces(const Cameras& cameras, const Arguments& arguments);
 
 } // namespace cli

@@ -2,6 +2,7 @@
 #include "cli/BenchmarkTable.h"
 
 #include "cli/Benchmark.h"
+#include "cli/Cameras.h"
 #include "cli/Table.h"
 
 #include <algorithm>
@@ -95,12 +96,13 @@ QString benchmarkText(const QJsonObject& benchmark, int width) {
     QStringList texts;
     for (const QJsonValue& value : interfacesOf(benchmark)) {
         const QJsonObject interface = value.toObject();
-        const QString heading = QStringLiteral("%1, %2 s%3\n")
+        const QString heading = QStringLiteral("%1, %2 s%3%4\n")
                                     .arg(interface[QStringLiteral("interface")].toString())
                                     .arg(benchmark[QStringLiteral("seconds")].toDouble(), 0, 'f', 1)
                                     .arg(benchmark[QStringLiteral("interrupted")].toBool()
                                              ? QStringLiteral(", interrupted")
-                                             : QString());
+                                             : QString())
+                                    .arg(sharingText(interface));
         texts.append(heading + joined(benchmarkLines(interface, width)));
     }
     return texts.join(QLatin1Char('\n'));

@@ -8,6 +8,11 @@
 #include "engine/MakeSystemController.h"
 #include "engine/SafetyMargins.h"
 #include "logging/Log.h"
+#include "sdk/SimulatedHost.h"
+
+#include <QJsonArray>
+
+#include <map>
 
 namespace cli {
 
@@ -31,9 +36,53 @@ Cameras::Cameras(const session::CameraSource& source) : m_session(source) {
     int index = 0;
     for (const CameraList& cameras : m_controller->enumerate()) {
         const CameraInfo info = cameras.front()->getCameraInfo();
-        m_interfaces.push_back({index++, QString::fromStdString(info.interfaceName),
-                                QString::fromStdString(info.interfaceId), cameras});
+        HostInterface interface;
+        interface.index = index++;
+        interface.name = QString::fromStdString(info.interfaceName);
+        interface.id = QString::fromStdString(info.interfaceId);
+        interface.cameras = cameras;
+        m_interfaces.push_back(interface);
     }
+    findSharing();
+    findOtherTraffic();
+}
+
+void Cameras::findOtherTraffic() {
+    const SimulatedHost host = simulatedHost(m_session.system());
+    for (HostInterface& interface : m_interfaces) {
+        for (const auto& camera : interface.cameras) {
+            for (const SimulatedTraffic& traffic : host.otherTraffic) {
+                if (traffic.cameraId == camera->getCameraInfo().cameraId)
+                    interface.otherTraffic += static_cast<double>(traffic.bytesPerSecond);
+            }
+        }
+    }
+}
+
+void Cameras::findSharing() {
+    std::map<std::string, std::vector<HostInterface*>> links;
+    for (HostInterface& interface : m_interfaces) {
+        const std::string link = m_controller->getInterfaceLink(interface.name.toStdString());
+        if (!link.empty())
+            links[link].push_back(&interface);
+    }
+    for (const auto& [link, interfaces] : links) {
+        for (HostInterface* interface : interfaces) {
+            for (const HostInterface* other : interfaces) {
+                if (other != interface)
+                    interface->sharing.append(other->name);
+            }
+        }
+    }
+}
+
+std::vector<const HostInterface*> Cameras::onLinkOf(const HostInterface& interface) const {
+    std::vector<const HostInterface*> found;
+    for (const HostInterface& each : m_interfaces) {
+        if (&each == &interface || interface.sharing.contains(each.name))
+            found.push_back(&each);
+    }
+    return found;
 }
 
 const HostInterface& Cameras::findInterface(const QString& wanted) const {
@@ -58,19 +107,28 @@ void Cameras::warnOfExcess(const HostInterface& interface) const {
 void Cameras::warnOfExcess(const HostInterface& interface, double marginPercent) const {
     // Auto Set divides an interface to half a percent.
     constexpr double tolerance = 1.005;
-    const double limits = sumOfLimits(interface.cameras);
+    QStringList names;
+    double limits = 0;
+    double others = 0;
+    for (const HostInterface* each : onLinkOf(interface)) {
+        names.append(each->name);
+        limits += sumOfLimits(each->cameras);
+        others += each->otherTraffic;
+    }
     const auto bitsPerSecond = m_controller->getInterfaceSpeed(interface.name.toStdString());
     const double bytesPerSecond = static_cast<double>(bitsPerSecond) / 8;
     const double usable = bytesPerSecond * (1 - marginPercent / 100);
-    if (bitsPerSecond == 0 || limits <= usable * tolerance)
+    if (bitsPerSecond == 0 || limits + others <= usable * tolerance)
         return;
     const auto megabytes = [](double bytes) {
         return QString::number(bytes / 1e6, 'f', 1);
     };
-    logWarning(QStringLiteral("%1: The limits of the cameras add up to %2 MB/s, but only %3 MB/s "
+    const QString traffic =
+        others > 0 ? QStringLiteral(", and others send %1 MB/s").arg(megabytes(others)) : QString();
+    logWarning(QStringLiteral("%1: The limits of the cameras add up to %2 MB/s%6, but only %3 MB/s "
                               "are usable (%4 MB/s less a margin of %5 %).")
-                   .arg(interface.name, megabytes(limits), megabytes(usable),
-                        megabytes(bytesPerSecond), QString::number(marginPercent))
+                   .arg(names.join(QStringLiteral(" and ")), megabytes(limits), megabytes(usable),
+                        megabytes(bytesPerSecond), QString::number(marginPercent), traffic)
                    .toStdString());
 }
 
@@ -87,6 +145,20 @@ CameraList findCameras(const CameraList& cameras, const QString& wanted) {
     return found;
 }
 
+void addSharing(QJsonObject& document, const HostInterface& interface) {
+    if (!interface.sharing.isEmpty())
+        document[QStringLiteral("sharesLinkWith")] = QJsonArray::fromStringList(interface.sharing);
+}
+
+QString sharingText(const QJsonObject& document) {
+    QStringList others;
+    for (const QJsonValue& name : document[QStringLiteral("sharesLinkWith")].toArray())
+        others.append(name.toString());
+    return others.isEmpty()
+               ? QString()
+               : QStringLiteral(", shares its link with %1").arg(others.join(QStringLiteral(", ")));
+}
+
 QString cameraId(const CameraHandler& camera) {
     return QString::fromStdString(camera.getCameraInfo().cameraId);
 }
@@ -97,15 +169,19 @@ void requireOpened(const CameraHandler& camera) {
             cameraId(camera), QString::fromStdString(camera.getWarningText())));
 }
 
-QJsonObject cameraIdentity(const CameraHandler& camera) {
-    const CameraInfo info = camera.getCameraInfo();
+QJsonObject cameraIdentity(const CameraInfo& info) {
     return {
         {QStringLiteral("id"), QString::fromStdString(info.cameraId)},
         {QStringLiteral("name"), QString::fromStdString(info.cameraName)},
         {QStringLiteral("model"), QString::fromStdString(info.modelName)},
         {QStringLiteral("serialNumber"), QString::fromStdString(info.serialNumber)},
-        {QStringLiteral("opened"), camera.isOpened()},
     };
+}
+
+QJsonObject cameraIdentity(const CameraHandler& camera) {
+    QJsonObject identity = cameraIdentity(camera.getCameraInfo());
+    identity[QStringLiteral("opened")] = camera.isOpened();
+    return identity;
 }
 
 } // namespace cli

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "engine/CameraInfo.h"
 #include "engine/SystemController.h"
 #include "session/SdkSession.h"
 #include "session/StreamingLimits.h"
 
 #include <QJsonObject>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 #include <vector>
@@ -16,11 +18,17 @@ namespace cli {
 /// One host interface with its cameras.
 struct HostInterface {
     /// Index in the controller's list.
-    int index;
+    int index = 0;
     /// The engine's key of an interface.
     QString name;
     QString id;
     CameraList cameras;
+    /// Names of the other interfaces on the same network adapter or USB host controller, as far as
+    /// that is known.
+    QStringList sharing;
+    /// Bytes per second that its cameras send to other applications, as far as that is known: on a
+    /// simulated host.
+    double otherTraffic = 0;
 };
 
 /// Starts the camera SDK and opens all cameras that it finds. Throws a Failure when the SDK cannot
@@ -36,8 +44,9 @@ public:
     /// Warns at the first call when the host has too little memory for the cameras' streams.
     void warnOfLimits() { m_limits.check(m_session.system()); }
 
-    /// Warns when the limits of an interface's open cameras add up to more than its speed less the
-    /// margin that is recommended for its type. Silent where the speed is unknown.
+    /// Warns when the limits of an interface's open cameras, and of those that share its link, add
+    /// up to more than its speed less the margin that is recommended for its type. What cameras
+    /// send to other applications counts, too. Silent where the speed is unknown.
     void warnOfExcess(const HostInterface& interface) const;
     /// The same with another margin, 0 to 100.
     void warnOfExcess(const HostInterface& interface, double marginPercent) const;
@@ -48,6 +57,11 @@ public:
     std::shared_ptr<CameraHandler> findCamera(const QString& wanted) const;
 
 private:
+    void findSharing();
+    void findOtherTraffic();
+    /// The interface and those that share its link, in the order of the list.
+    std::vector<const HostInterface*> onLinkOf(const HostInterface& interface) const;
+
     /// Declared first, so that it is destroyed last.
     session::SdkSession m_session;
     session::StreamingLimits m_limits;
@@ -64,7 +78,13 @@ CameraList findCameras(const CameraList& cameras, const QString& wanted);
 QString cameraId(const CameraHandler& camera);
 /// Throws a Failure with the reason unless the camera could be opened.
 void requireOpened(const CameraHandler& camera);
-/// "id", "name", "model", "serialNumber" and "opened" of a camera.
+/// Adds "sharesLinkWith" to the document of an interface that shares its link.
+void addSharing(QJsonObject& document, const HostInterface& interface);
+/// That member for a heading: ", shares its link with A, B"; empty where it is absent.
+QString sharingText(const QJsonObject& document);
+/// "id", "name", "model" and "serialNumber" of a camera.
+QJsonObject cameraIdentity(const CameraInfo& info);
+/// The same, and "opened".
 QJsonObject cameraIdentity(const CameraHandler& camera);
 
 } // namespace cli

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/Context.h"
 
+#include "cli/CameraNames.h"
 #include "cli/Cameras.h"
 #include "cli/NamedCamera.h"
 #include "cli/platform/Interruption.h"
@@ -29,7 +30,15 @@ NamedCamera& Context::openCamera(const QString& wanted) {
     return *m_camera;
 }
 
+CameraNames& Context::readNames() {
+    m_names = std::make_unique<CameraNames>(m_source);
+    checkInterruption();
+    return *m_names;
+}
+
 bool Context::areCamerasSimulated() const {
+    if (m_names)
+        return m_names->isSimulated();
     return m_camera ? m_camera->isSimulated() : m_cameras && m_cameras->areSimulated();
 }
 

@@ -9,6 +9,7 @@
 
 namespace cli {
 
+class CameraNames;
 class Cameras;
 class Interruption;
 class NamedCamera;
@@ -27,7 +28,9 @@ public:
     Cameras& openCameras();
     /// The same with one camera only, for commands that need no other; see NamedCamera.
     NamedCamera& openCamera(const QString& wanted);
-    /// Whether the cameras that were opened are simulated.
+    /// The names of all cameras, which stay closed.
+    CameraNames& readNames();
+    /// Whether the cameras that were opened or named are simulated.
     bool areCamerasSimulated() const;
     /// Throws a Failure when the program is to end. Call it where no result would be lost.
     void checkInterruption() const;
@@ -42,6 +45,7 @@ private:
     const session::CameraSource m_source;
     std::unique_ptr<Cameras> m_cameras;
     std::unique_ptr<NamedCamera> m_camera;
+    std::unique_ptr<CameraNames> m_names;
 };
 
 } // namespace cli

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/CameraLimit.h"
+#include "cli/CameraNames.h"
 #include "cli/Cameras.h"
 #include "cli/Commands.h"
 #include "cli/Table.h"
@@ -39,7 +40,7 @@ QJsonObject describeInterface(Cameras& all, const HostInterface& interface) {
     const auto bitsPerSecond = static_cast<qint64>(controller.getInterfaceSpeed(key));
     const OrvTransportLayerType type = controller.getInterfaceType(key);
     all.warnOfExcess(interface);
-    return {
+    QJsonObject document{
         {QStringLiteral("name"), interface.name},
         {QStringLiteral("id"), interface.id},
         {QStringLiteral("type"), typeName(type)},
@@ -47,16 +48,25 @@ QJsonObject describeInterface(Cameras& all, const HostInterface& interface) {
         {QStringLiteral("bandwidthBytesPerSecond"), sumOfLimits(interface.cameras)},
         {QStringLiteral("cameras"), cameras},
     };
+    if (interface.otherTraffic > 0)
+        document[QStringLiteral("otherBytesPerSecond")] = interface.otherTraffic;
+    addSharing(document, interface);
+    return document;
 }
 
 QString interfaceText(const QJsonObject& interface) {
+    const double others = interface[QStringLiteral("otherBytesPerSecond")].toDouble();
+    const QString ofOthers =
+        others > 0 ? QStringLiteral(", %1 of it by others").arg(others / 1e6, 0, 'f', 1)
+                   : QString();
     const QString heading =
-        QStringLiteral("%1 (%2), %3: %4 in use\n")
+        QStringLiteral("%1 (%2), %3: %4 in use%5\n")
             .arg(interface[QStringLiteral("name")].toString(),
                  interface[QStringLiteral("id")].toString(),
                  interface[QStringLiteral("type")].toString(),
-                 usageText(interface[QStringLiteral("bandwidthBytesPerSecond")].toDouble(),
-                           interface[QStringLiteral("bitsPerSecond")].toDouble()));
+                 usageText(interface[QStringLiteral("bandwidthBytesPerSecond")].toDouble() + others,
+                           interface[QStringLiteral("bitsPerSecond")].toDouble()),
+                 ofOthers + sharingText(interface));
     return heading +
            joined(tableLines(
                {{QStringLiteral("Camera"), QStringLiteral("id")},
@@ -69,21 +79,37 @@ QString interfaceText(const QJsonObject& interface) {
                withUnlimited(interface[QStringLiteral("cameras")].toArray())));
 }
 
-Report runList(Context& context) {
-    Cameras& cameras = context.openCameras();
-    cameras.warnOfLimits();
-    QJsonArray interfaces;
+QString namesText(const QJsonObject& interface) {
+    return QStringLiteral("%1 (%2)\n")
+               .arg(interface[QStringLiteral("name")].toString(),
+                    interface[QStringLiteral("id")].toString()) +
+           joined(tableLines({{QStringLiteral("Camera"), QStringLiteral("id")},
+                              {QStringLiteral("Name"), QStringLiteral("name")},
+                              {QStringLiteral("Model"), QStringLiteral("model")},
+                              {QStringLiteral("Serial"), QStringLiteral("serialNumber")}},
+                             interface[QStringLiteral("cameras")].toArray()));
+}
+
+Report makeReport(const QJsonArray& interfaces, QString (*text)(const QJsonObject& interface)) {
     QStringList texts;
-    for (const HostInterface& interface : cameras.interfaces()) {
-        const QJsonObject described = describeInterface(cameras, interface);
-        interfaces.append(described);
-        texts.append(interfaceText(described));
-    }
+    for (const QJsonValue& interface : interfaces)
+        texts.append(text(interface.toObject()));
     Report report{texts.join(QLatin1Char('\n')), {{QStringLiteral("interfaces"), interfaces}}};
     report.hasHeadings = !texts.isEmpty();
     if (texts.isEmpty())
         report.text = QStringLiteral("There is no camera.\n");
     return report;
+}
+
+Report runList(Context& context) {
+    if (context.arguments.has(QStringLiteral("names")))
+        return makeReport(context.readNames().interfaces(), namesText);
+    Cameras& cameras = context.openCameras();
+    cameras.warnOfLimits();
+    QJsonArray interfaces;
+    for (const HostInterface& interface : cameras.interfaces())
+        interfaces.append(describeInterface(cameras, interface));
+    return makeReport(interfaces, interfaceText);
 }
 
 } // namespace
@@ -92,8 +118,11 @@ Command listCommand() {
     Command command;
     command.name = QStringLiteral("list");
     command.summary = QStringLiteral("Show the interfaces of this host and the cameras on them.");
-    command.examples =
-        QStringList{QStringLiteral("list"), QStringLiteral("list --config :oversubscribed --json")};
+    command.options = {{QStringLiteral("names"),
+                        QStringLiteral("IDs, names, models and serial numbers only, without "
+                                       "opening the cameras.")}};
+    command.examples = QStringList{QStringLiteral("list"), QStringLiteral("list --names"),
+                                   QStringLiteral("list --config :oversubscribed --json")};
     command.run = runList;
     return command;
 }

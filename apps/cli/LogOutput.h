@@ -3,6 +3,11 @@
 
 #include "logging/ThreadLogStream.h"
 
+#include <QString>
+
+#include <mutex>
+#include <set>
+
 namespace cli {
 
 class Terminal;
@@ -11,7 +16,8 @@ class Terminal;
 enum class Verbosity : int { Warnings = 0, Information = 1, Debugging = 2 };
 
 /// Redirects log lines from the standard output stream, which is for results, to messages on the
-/// terminal until it is destroyed. Lines may come from any thread.
+/// terminal until it is destroyed. Shows warnings of the same text once. Lines may come from any
+/// thread.
 class LogOutput {
 public:
     /// \p terminal must outlive this object.
@@ -22,6 +28,15 @@ public:
     LogOutput& operator=(const LogOutput&) = delete;
 
 private:
+    bool isRepeatedWarning(const QString& line);
+    void show(const QString& line);
+
+    Terminal& m_terminal;
+    const Verbosity m_verbosity;
+    std::mutex m_mutex;
+    /// Those shown. Guarded by m_mutex.
+    std::set<QString> m_warnings;
+    /// Declared last: its destructor waits for lines that other threads are showing.
     Logging::ThreadLogStream m_stream;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/NamedCamera.h"
 
+#include "cli/CameraNames.h"
 #include "cli/Cameras.h"
 #include "cli/Failure.h"
 #include "cli/NameChoice.h"
@@ -12,22 +13,13 @@ namespace cli {
 
 namespace {
 
-/// A CameraHandler, too, reads them before it opens the camera.
-Names namesBeforeOpening(const OrvCameraWrapper& camera) {
-    std::string id;
-    std::string name;
-    std::string serialNumber;
-    camera.GetID(id);
-    camera.GetName(name);
-    camera.GetSerialNumber(serialNumber);
-    return cameraNames(id, name, serialNumber);
-}
-
 std::shared_ptr<CameraHandler> openNamed(OrvSystemWrapper& system, const QString& wanted) {
     const auto cameras = managedCameras(system);
     QVector<Names> names;
-    for (const auto& camera : cameras)
-        names.append(namesBeforeOpening(*camera));
+    for (const auto& camera : cameras) {
+        const CameraInfo info = infoBeforeOpening(*camera);
+        names.append(cameraNames(info.cameraId, info.cameraName, info.serialNumber));
+    }
     return system.CreateCameraHandler(
         cameras[chooseByName(QStringLiteral("camera"), names, wanted)]);
 }

@@ -161,9 +161,11 @@ QJsonObject StreamingCameras::figures(const Counts& since, const Counts& until) 
     if (m_bitsPerSecond > 0)
         total[QStringLiteral("bitsPerSecond")] = static_cast<qint64>(m_bitsPerSecond);
     addLinkShare(total, m_bitsPerSecond);
-    return {{QStringLiteral("interface"), m_interface.name},
-            {QStringLiteral("cameras"), rows},
-            {QStringLiteral("total"), total}};
+    QJsonObject document{{QStringLiteral("interface"), m_interface.name},
+                         {QStringLiteral("cameras"), rows},
+                         {QStringLiteral("total"), total}};
+    addSharing(document, m_interface);
+    return document;
 }
 
 } // namespace cli

@@ -46,15 +46,17 @@ QStringList screenLines(const QJsonObject& interval, double seconds, int lineWid
         return interface[QStringLiteral("interface")].toString();
     };
     const bool isOne = interfaces.size() == 1;
+    const QString simulated =
+        interval[QStringLiteral("simulated")].toBool() ? QStringLiteral(" (simulated)") : QString();
     const QString all =
-        (isOne ? nameOf(interfaces.first())
-               : QStringLiteral("%1 interfaces").arg(interfaces.size())) +
-        (interval[QStringLiteral("simulated")].toBool() ? QStringLiteral(" (simulated)")
-                                                        : QString());
-    QStringList lines{heading(all, elapsedOf(interval), seconds, lineWidth)};
+        isOne ? nameOf(interfaces.first()) : QStringLiteral("%1 interfaces").arg(interfaces.size());
+    const QString sharing = isOne ? sharingText(interfaces.first().toObject()) : QString();
+    QStringList lines{heading(all + sharing + simulated, elapsedOf(interval), seconds, lineWidth)};
+    if (lines[0].size() > lineWidth)
+        lines[0] = heading(all + simulated, elapsedOf(interval), seconds, lineWidth);
     for (const QJsonValue& interface : interfaces) {
         if (!isOne)
-            lines.append(nameOf(interface));
+            lines.append(nameOf(interface) + sharingText(interface.toObject()));
         lines += benchmarkLines(interface.toObject(), lineWidth);
     }
     return lines;
@@ -70,7 +72,7 @@ public:
         for (const QJsonValue& value : interfaces) {
             const QString name = value[QStringLiteral("interface")].toString();
             if (interfaces.size() > 1)
-                text += stamped(time, name);
+                text += stamped(time, name + sharingText(value.toObject()));
             const QStringList lines = benchmarkLines(value.toObject());
             if (hasNewHeadings(name, lines[0].simplified()))
                 text += stamped(QStringLiteral("s"), lines[0]);
@@ -129,7 +131,7 @@ Report runWatch(Context& context) {
     const Arguments& arguments = context.arguments;
     const BenchmarkPlan plan = benchmarkPlan(arguments, 0);
     Cameras& cameras = context.openCameras();
-    const ChosenInterfaces chosen = chosenInterfaces(cameras, arguments);
+    const ChosenInterfaces chosen = benchmarkedInterfaces(cameras, arguments);
     std::optional<Keyboard> keyboard;
     if (context.terminal.isInteractive() && !context.wantsJson)
         keyboard.emplace();

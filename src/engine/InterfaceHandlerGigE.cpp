@@ -35,20 +35,6 @@ std::string bytesUpToZero(const std::u16string& text) {
     return bytes;
 }
 
-void addAdapters(std::vector<NetworkAdapter>& adapters, const host::HostNetwork& network) {
-    std::vector<host::AddressRow> rows;
-    if (!network.addressTable(rows)) {
-        std::cerr << "Unable to get ip address table\n";
-        return;
-    }
-    for (const host::AddressRow& row : rows) {
-        const host::InterfaceEntry entry = network.interfaceEntry(row.interfaceIndex);
-        adapters.push_back(makeNetworkAdapter(row, entry));
-        // Points into `entry`, which ends here.
-        adapters.back().physicalAddress = nullptr;
-    }
-}
-
 } // namespace
 
 NetworkAdapter makeNetworkAdapter(const host::AddressRow& row, const host::InterfaceEntry& entry) {
@@ -67,13 +53,39 @@ NetworkAdapter makeNetworkAdapter(const host::AddressRow& row, const host::Inter
 }
 
 InterfaceHandlerGigE::InterfaceHandlerGigE(const host::HostNetworks& networks) {
-    for (const auto& network : networks)
-        addAdapters(m_adapters, *network);
+    for (std::size_t position = 0; position < networks.size(); ++position)
+        addAdapters(*networks[position], position);
+}
+
+void InterfaceHandlerGigE::addAdapters(const host::HostNetwork& network, std::size_t position) {
+    std::vector<host::AddressRow> rows;
+    if (!network.addressTable(rows)) {
+        std::cerr << "Unable to get ip address table\n";
+        return;
+    }
+    for (const host::AddressRow& row : rows) {
+        const host::InterfaceEntry entry = network.interfaceEntry(row.interfaceIndex);
+        m_adapters.push_back({makeNetworkAdapter(row, entry), position});
+        // Points into `entry`, which ends here.
+        m_adapters.back().adapter.physicalAddress = nullptr;
+    }
+}
+
+const InterfaceHandlerGigE::Entry* InterfaceHandlerGigE::find(std::uint64_t address) const {
+    const auto found =
+        std::find_if(m_adapters.begin(), m_adapters.end(),
+                     [address](const Entry& entry) { return entry.adapter.address == address; });
+    return found == m_adapters.end() ? nullptr : &*found;
 }
 
 std::uint64_t InterfaceHandlerGigE::GetLinkSpeed(std::uint64_t address) const {
-    const auto found = std::find_if(
-        m_adapters.begin(), m_adapters.end(),
-        [address](const NetworkAdapter& adapter) { return adapter.address == address; });
-    return found == m_adapters.end() ? 0 : found->linkSpeed;
+    const Entry* found = find(address);
+    return found == nullptr ? 0 : found->adapter.linkSpeed;
+}
+
+std::string InterfaceHandlerGigE::adapterKey(std::uint64_t address) const {
+    const Entry* found = find(address);
+    return found == nullptr ? std::string()
+                            : std::to_string(found->network) + ':' +
+                                  std::to_string(found->adapter.interfaceIndex);
 }

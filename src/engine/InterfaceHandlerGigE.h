@@ -3,6 +3,7 @@
 
 #include "engine/host/HostNetwork.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -39,6 +40,19 @@ public:
     /// 0xC0A8010A); 0 when there is none. Of two adapters with one address the first counts.
     virtual std::uint64_t GetLinkSpeed(std::uint64_t address) const;
 
+    /// Identifies the adapter with this address (host byte order): the same text for each address
+    /// of one adapter. Empty when there is none.
+    std::string adapterKey(std::uint64_t address) const;
+
 private:
-    std::vector<NetworkAdapter> m_adapters;
+    struct Entry {
+        NetworkAdapter adapter;
+        /// Position in the list of networks: each counts its adapters from 1.
+        std::size_t network;
+    };
+
+    void addAdapters(const host::HostNetwork& network, std::size_t position);
+    const Entry* find(std::uint64_t address) const;
+
+    std::vector<Entry> m_adapters;
 };

@@ -63,14 +63,23 @@ void InterfaceHandlerUSB::rebuild() {
         addCameras(*tree);
 }
 
+InterfaceHandlerUSB::Controllers::const_iterator
+InterfaceHandlerUSB::find(const std::string& interfaceId) const {
+    return std::find_if(m_controllers.begin(), m_controllers.end(), [&](const auto& controller) {
+        return interfaceId.find(controller.first) != std::string::npos;
+    });
+}
+
 std::optional<std::uint64_t> InterfaceHandlerUSB::GetSpeed(const std::string& interfaceId) const {
-    const auto found =
-        std::find_if(m_controllers.begin(), m_controllers.end(), [&](const auto& controller) {
-            return interfaceId.find(controller.first) != std::string::npos;
-        });
+    const auto found = find(interfaceId);
     if (found == m_controllers.end())
         return std::nullopt;
     return found->second;
+}
+
+std::string InterfaceHandlerUSB::controllerKey(const std::string& interfaceId) const {
+    const auto found = find(interfaceId);
+    return found == m_controllers.end() ? std::string() : found->first;
 }
 
 void InterfaceHandlerUSB::addCameras(host::HostUsbTree& tree) {

@@ -197,6 +197,21 @@ std::uint64_t SystemController::getInterfaceSpeed(const std::string& interfaceId
     return speed.value_or(0);
 }
 
+std::string SystemController::getInterfaceLink(const std::string& interfaceId) const {
+    const auto type = m_interfaceTypes.find(interfaceId);
+    if (type == m_interfaceTypes.end())
+        return {};
+    std::string key;
+    if (type->second == OrvTransportLayerTypeGEV) {
+        const auto address = m_subnetAddresses.find(interfaceId);
+        if (address != m_subnetAddresses.end())
+            key = m_gigeHandler->adapterKey(address->second);
+    } else if (type->second == OrvTransportLayerTypeU3V) {
+        key = m_usbHandler->controllerKey(interfaceId);
+    }
+    return key.empty() ? key : std::to_string(type->second) + ' ' + key;
+}
+
 OrvTransportLayerType SystemController::getInterfaceType(const std::string& interfaceId) const {
     const auto type = m_interfaceTypes.find(interfaceId);
     if (type != m_interfaceTypes.end())

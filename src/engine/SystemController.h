@@ -42,6 +42,9 @@ public:
     /// Bits per second: the user's maximum where one is set, else the host's figure; 0 when
     /// unknown.
     std::uint64_t getInterfaceSpeed(const std::string& interfaceId) const;
+    /// Identifies the network adapter or USB host controller that carries an interface:
+    /// interfaces with the same text share it, and its speed. Empty when it is not known.
+    std::string getInterfaceLink(const std::string& interfaceId) const;
     OrvTransportLayerType getInterfaceType(const std::string& interfaceId) const;
     /// Overrides an interface's speed, in bits per second; 0 removes the override.
     void setMaxBandwidth(const std::string& interfaceId, std::uint64_t bitsPerSecond);

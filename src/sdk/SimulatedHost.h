@@ -9,6 +9,7 @@ class OrvSystem;
 
 using SimulatedAdapter = OrvCPP::SimulatedAdapter;
 using SimulatedUsbNode = OrvCPP::SimulatedUsbNode;
+using SimulatedTraffic = OrvCPP::SimulatedTraffic;
 using SimulatedHost = OrvCPP::SimulatedHost;
 
 /// The host on which the system's cameras are simulated; empty for a system of real cameras.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "session/CameraSource.h"
 
+#include "session/CameraPreference.h"
+
 #include <QCommandLineParser>
 
 namespace session {
@@ -30,9 +32,11 @@ QList<QCommandLineOption> cameraOptions() {
                         ":name of an embedded one."),
          QStringLiteral("file")},
         {camerasOption,
-         QStringLiteral("\"simulated\" cameras (the default), or \"genicam\": real GigE Vision "
-                        "and USB3 Vision cameras. Without it and --config, the environment "
-                        "variable SPANLET_CAMERAS says which."),
+         QStringLiteral("\"simulated\" cameras, or \"genicam\": real GigE Vision and USB3 Vision "
+                        "cameras. Without it and --config, the environment variable "
+                        "SPANLET_CAMERAS says which, else \"cameras=\" in spanlet/spanlet.conf "
+                        "in the folder of configurations; else they are real in an installed "
+                        "program that has access to them, and simulated otherwise."),
          QStringLiteral("kind")},
     };
 }
@@ -47,12 +51,15 @@ CameraSource cameraSource(const QCommandLineParser& parser, QString& error) {
             error = QStringLiteral("--config takes a file or the :name of a scenario, not \"\".");
         return {parser.value(configOption)};
     }
-    const bool hasOption = parser.isSet(camerasOption);
-    if (!hasOption && qEnvironmentVariableIsEmpty(camerasVariable))
-        return {};
-    return hasOption ? sourceOf(kind, QStringLiteral("--cameras"), error)
-                     : sourceOf(qEnvironmentVariable(camerasVariable),
-                                QString::fromLatin1(camerasVariable), error);
+    if (parser.isSet(camerasOption))
+        return sourceOf(kind, QStringLiteral("--cameras"), error);
+    if (!qEnvironmentVariableIsEmpty(camerasVariable))
+        return sourceOf(qEnvironmentVariable(camerasVariable), QString::fromLatin1(camerasVariable),
+                        error);
+    const CameraPreference preference = cameraPreference(preferenceFiles());
+    error = preference.error;
+    return preference.origin.isEmpty() ? CameraSource{}
+                                       : sourceOf(preference.kind, preference.origin, error);
 }
 
 } // namespace session

@@ -20,8 +20,9 @@ struct CameraSource {
 QList<QCommandLineOption> cameraOptions();
 
 /// The cameras that a parsed command line with these options names, or, without either option, the
-/// environment variable SPANLET_CAMERAS, which has the values of --cameras. Sets \p error only when
-/// the options or the variable are wrong: to the reason, for a person.
+/// environment variable SPANLET_CAMERAS, which has the values of --cameras, or the first
+/// configuration file that names some (see CameraPreference.h). Sets \p error only when one of
+/// these is wrong: to the reason, for a person.
 CameraSource cameraSource(const QCommandLineParser& parser, QString& error);
 
 } // namespace session

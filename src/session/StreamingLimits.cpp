@@ -2,6 +2,7 @@
 #include "session/StreamingLimits.h"
 
 #include "logging/Log.h"
+#include "platform/HostCommands.h"
 #include "platform/Sysfs.h"
 #include "platform/UdpSocket.h"
 #include "session/UsbAccess.h"
@@ -16,9 +17,6 @@ namespace {
 constexpr std::uint64_t megabytesPerUsbCamera = 16;
 constexpr std::uint64_t wantedReceiveBuffer = platform::streamReceiveBuffer;
 
-const char* const usbMemoryFile = "sys/module/usbcore/parameters/usbfs_memory_mb";
-const char* const receiveBufferFile = "proc/sys/net/core/rmem_max";
-
 void warnOnce(const std::optional<std::string>& warning, bool& hasWarned) {
     if (!warning || hasWarned)
         return;
@@ -29,8 +27,9 @@ void warnOnce(const std::optional<std::string>& warning, bool& hasWarned) {
 } // namespace
 
 StreamingMemory streamingMemory(const std::filesystem::path& root) {
-    return {platform::sysfsNumber(root / usbMemoryFile),
-            platform::sysfsNumber(root / receiveBufferFile)};
+    return {platform::sysfsNumber(root / platform::usbMemoryFile),
+            platform::sysfsNumber(root / platform::receiveBufferFile),
+            platform::mayOpenPacketSockets(root)};
 }
 
 std::optional<std::string> usbMemoryWarning(const RealCameras& cameras,
@@ -41,20 +40,21 @@ std::optional<std::string> usbMemoryWarning(const RealCameras& cameras,
         return std::nullopt;
     return "USB cameras may lose frames: they need " + std::to_string(needed) +
            " MB of USB memory (16 MB each), and the system allows " + std::to_string(granted) +
-           " MB. To raise it: echo " + std::to_string(needed) + " | sudo tee /" + usbMemoryFile;
+           " MB. To raise it: " + platform::usbMemoryCommand(needed);
 }
 
 std::optional<std::string> receiveBufferWarning(const RealCameras& cameras,
                                                 const StreamingMemory& memory) {
     const std::uint64_t granted = memory.receiveBufferBytes.value_or(wantedReceiveBuffer);
-    if (cameras.gige == 0 || granted >= wantedReceiveBuffer)
+    if (cameras.gige == 0 || memory.mayOpenPacketSockets || granted >= wantedReceiveBuffer)
         return std::nullopt;
     constexpr std::uint64_t kilobyte = 1024;
     return "GigE cameras may lose frames: each stream asks for a receive buffer of " +
            std::to_string(wantedReceiveBuffer / kilobyte) + " KB, and the system allows " +
            std::to_string(granted / kilobyte) +
-           " KB. To raise it: sudo sysctl -w net.core.rmem_max=" +
-           std::to_string(wantedReceiveBuffer);
+           " KB. To raise it: " + platform::receiveBufferCommand(wantedReceiveBuffer) +
+           ". Or, to receive without it, by a packet ring: " +
+           platform::packetSocketCommand(platform::programFile());
 }
 
 StreamingLimits::StreamingLimits(std::filesystem::path root) : m_root(std::move(root)) {}

@@ -17,6 +17,8 @@ struct StreamingMemory {
     std::optional<std::uint64_t> usbMegabytes;
     /// Largest receive buffer of one socket.
     std::optional<std::uint64_t> receiveBufferBytes;
+    /// Then GigE cameras are received by a packet ring, which needs no receive buffer.
+    bool mayOpenPacketSockets = false;
 };
 
 /// Reads Linux's folders /proc and /sys below \p root.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "session/UsbAccess.h"
 
+#include "platform/HostCommands.h"
 #include "platform/UsbDevice.h"
 
 #include <algorithm>
@@ -12,12 +13,6 @@ namespace session {
 namespace fs = std::filesystem;
 
 namespace {
-
-/// The number is below that of the system's 73-seat-late.rules, which act on the tag. The rule
-/// matches the control interface of USB3 Vision: many webcams have the same device class.
-const char* const permission =
-    "echo 'SUBSYSTEM==\"usb\", ENV{ID_USB_INTERFACES}==\"*:ef0500:*\", GROUP=\"video\", "
-    "TAG+=\"uaccess\"' | sudo tee /etc/udev/rules.d/70-usb3vision.rules";
 
 bool isUsb3Vision(const platform::UsbDevice& device) {
     const auto classes = platform::usbInterfaceClasses(device.folder);
@@ -64,8 +59,8 @@ std::optional<std::string> usbAccessWarning(const std::vector<ClosedUsbCamera>& 
     for (const ClosedUsbCamera& camera : cameras)
         list += (list.empty() ? "" : ", ") + camera.name + " (" + camera.file + ')';
     return "No permission to open these USB3 Vision cameras: " + list +
-           ". To permit them to the user at this computer and to the group video: " + permission +
-           ", then plug the cameras in again";
+           ". To permit them to the user at this computer and to the group video: " +
+           platform::usbPermissionCommand();
 }
 
 } // namespace session

@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
+
 using namespace testing;
 
 namespace {
@@ -130,6 +132,61 @@ TEST(AutoSet, setsOneCamera) {
     const double need = limit("0");
     EXPECT_NEAR(need, 2464.0 * 2056 * 23.5, 2e6);
     EXPECT_NEAR(limit("1"), need * 1.01, 0.01e6);
+}
+
+TEST(AutoSet, dividesSeveralInterfaces) {
+    const auto limits = [](const QJsonObject& document) {
+        std::vector<long> found;
+        for (const QJsonValue& each : interfacesIn(document))
+            found.push_back(std::lround(sumOf(each.toObject(), "bandwidthBytesPerSecond") / 1e5));
+        return found;
+    };
+    EXPECT_THAT(limits(jsonOf("autoset --all --config :oversubscribed")),
+                ElementsAre(1125, 113, 4375));
+    const QJsonObject two = jsonOf("autoset --benchmark 0.5 --interface GEV-enp3s0 --interface "
+                                   "U3V-0-20-0 --lock 211001 --config :oversubscribed");
+    EXPECT_THAT(limits(two), ElementsAre(1125, 4375));
+    EXPECT_EQ(camera(interfacesIn(two).at(0).toObject(), 0, "status"), "locked");
+    EXPECT_EQ(interfacesIn(two[QStringLiteral("benchmarkAfter")].toObject()).size(), 2);
+
+    SpanletProcess partial;
+    EXPECT_EQ(partial.run("autoset --all --json --config " SCENARIO_FILE), 1);
+    EXPECT_THAT(limits(partial.json()), ElementsAre(134, 0));
+    EXPECT_THAT(at(partial.json(), "interfaces 1 error").toString().toStdString(),
+                HasSubstr("speed of No speed is not known"));
+}
+
+TEST(SharedLinks, areToldByHeadingsAndDocuments) {
+    const std::string config = " --config " SHARED_LINKS_FILE;
+    const std::string inEach = ", shares its link with (Eth [ab]|USB 0-20-0 [ab]) \\(simulated\\)$";
+    for (const std::string line :
+         {"list", "benchmark --all --seconds 0.2", "autoset --all", "watch --all --seconds 0.2"}) {
+        SpanletProcess spanlet;
+        EXPECT_EQ(spanlet.run(line + config), 0);
+        EXPECT_THAT(matches(spanlet.out(), inEach.c_str()),
+                    ElementsAre("Eth b", "Eth a", "USB 0-20-0 b", "USB 0-20-0 a"))
+            << line;
+        EXPECT_THAT(matches(spanlet.err(), "^Warning: (.+): The limits of the cameras add up"),
+                    Contains("USB 0-20-0 a and USB 0-20-0 b").Times(1));
+    }
+    const QJsonObject benchmark = jsonOf("benchmark --all --seconds 0.5" + config);
+    EXPECT_EQ(at(benchmark, "interfaces 0 sharesLinkWith").toStringList(),
+              QStringList(QStringLiteral("Eth b")));
+    EXPECT_FALSE(at(benchmark, "interfaces 2 sharesLinkWith").isValid());
+    EXPECT_EQ(number(benchmark, "interfaces 3 total bitsPerSecond"), 10e9);
+    EXPECT_NEAR(number(benchmark, "interfaces 3 total linkPercent"), 80, 10);
+}
+
+TEST(OtherTraffic, countsAsUseAndIsCarriedByTheLink) {
+    const std::string config = " --config " SHARED_LINKS_FILE;
+    SpanletProcess list;
+    EXPECT_EQ(list.run("list" + config), 0);
+    EXPECT_THAT(list.out(), HasSubstr(": 140.0 of 125.0 MB/s in use, 90.0 of it by others"));
+    EXPECT_THAT(list.err(), HasSubstr("Eth c: The limits of the cameras add up to 50.0 MB/s, and "
+                                      "others send 90.0 MB/s, but only 112.5 MB/s are usable"));
+    EXPECT_EQ(number(jsonOf("list" + config), "interfaces 2 otherBytesPerSecond"), 90e6);
+    const QJsonObject result = jsonOf("benchmark --seconds 1.5 --interface GEV-c" + config);
+    EXPECT_GT(number(result, "total lossPercent"), 7);
 }
 
 TEST(Watch, printsLinesWhereThereIsNoTerminal) {

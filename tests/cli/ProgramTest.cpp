@@ -20,7 +20,7 @@ TEST(Program, endsWithAMessageAndAnExitCode) {
         {"help lst", 2, "no command \"lst\". There is: list, benchmark, "},
         {"-v autoset --lokc A", 2, "\nTry \"spanlet autoset --help\".\n"},
         {"--jsno list", 2, "no option \"--jsno\". There is: --config, --cameras, "},
-        {"benchmark --secnods 3", 2, "There is: --interface, --seconds, "},
+        {"benchmark --secnods 3", 2, "There is: --interface, --all, --seconds, "},
         {"--seconds 3 benchmark", 2, "write it behind the command"},
         {"list stray", 2, "\"stray\""},
         {"get GEV-21017", 2, "Usage: spanlet get"},
@@ -29,8 +29,11 @@ TEST(Program, endsWithAMessageAndAnExitCode) {
         {"benchmark --seconds -1", 2, "from 0.1 to 99999, not \"-1\""},
         {"benchmark --seconds", 2, "Missing value"},
         {"benchmark", 2, "--interface: MRD GigE Interface enp3s0, "},
-        {"autoset", 2, "Either --interface or --camera"},
+        {"autoset", 2, "Either --interface, --all or --camera"},
         {"autoset --camera GEV-21017 --lock GEV-21018", 2, "--lock goes with --interface"},
+        {"autoset --all --camera GEV-21017", 2, "Either --interface, --all or --camera"},
+        {"autoset --all --interface GEV-enp3s0", 2, "Either --interface or --all"},
+        {"autoset --all --max-bandwidth 9", 2, "--max-bandwidth goes with one --interface"},
         // Checked before the configuration is read.
         {"autoset --config missing.json --interface i --interface-margin 51", 2, "to 50"},
         {"list --config=", 2, "--config takes a file"},
@@ -139,9 +142,27 @@ TEST(Program, listsInterfacesAndCameras) {
     EXPECT_THAT(person.err(), Not(HasSubstr("add up")));
     EXPECT_THAT(matches(person.out(), "^MRD .* in use( \\(simulated\\))$"), SizeIs(3));
     EXPECT_EQ(textOf("list --config :empty"), "There is no camera.\n");
+    SpanletProcess unknown;
+    EXPECT_EQ(unknown.run("list" + own), 0);
+    EXPECT_THAT(matches(unknown.err(), "(speed not found)"), SizeIs(1)) << unknown.err();
     const QJsonObject empty = jsonOf("list --config :empty");
     EXPECT_TRUE(at(empty, "interfaces").toList().isEmpty());
     EXPECT_EQ(number(empty, "simulated"), 1);
+}
+
+TEST(Program, listsNamesWithoutOpeningCameras) {
+    SpanletProcess spanlet;
+    EXPECT_EQ(spanlet.run("list --names --json -v -v"), 0);
+    EXPECT_EQ(spanlet.err(), "");
+    const QJsonObject names = spanlet.json();
+    EXPECT_EQ(number(names, "simulated"), 1);
+    EXPECT_EQ(at(names, "interfaces 2 id").toString(), QStringLiteral("U3V-0-20-0"));
+    const QJsonObject all = jsonOf("list");
+    for (const char* member : {"id", "name", "model", "serialNumber"}) {
+        const std::string path = std::string("interfaces 2 cameras 1 ") + member;
+        EXPECT_EQ(at(names, path), at(all, path));
+    }
+    EXPECT_THAT(textOf("list --names"), HasSubstr("enp3s0 (GEV-enp3s0) (simulated)\nCamera "));
 }
 
 TEST(Program, locksCamerasByOneOptionAndByNamesWithCommas) {

@@ -44,8 +44,17 @@ public:
         m_process.setProcessEnvironment(environment);
     }
 
-    void start(const QStringList& arguments) {
-        m_process.start(QStringLiteral(SPANLET_FILE), arguments);
+    /// Lets the program read its configuration in a folder, as the user's own.
+    void useConfiguration(const QString& folder) {
+        QProcessEnvironment environment = m_process.processEnvironment();
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), folder);
+        m_process.setProcessEnvironment(environment);
+    }
+
+    void start(const QStringList& arguments) { startFile(QStringLiteral(SPANLET_FILE), arguments); }
+    /// Another file of the program.
+    void startFile(const QString& file, const QStringList& arguments) {
+        m_process.start(file, arguments);
         ASSERT_TRUE(m_process.waitForStarted());
     }
 

@@ -37,6 +37,18 @@ TEST(InterfaceHandlerGigE, answersTheSpeedOfTheFirstAdapterWithAnAddress) {
     EXPECT_EQ(errors.text(), "Unable to get ip address table\n");
 }
 
+TEST(InterfaceHandlerGigE, tellsAddressesOfOneAdapterFromThoseOfOthers) {
+    const std::vector<SimulatedAdapter> one{{1, 1, 0, gigabit, "a"}};
+    const std::vector<SimulatedAdapter> two{
+        {1, 2, 0, gigabit, "b"}, {2, 3, 0, gigabit, "c"}, {2, 4, 0, gigabit, "c"}};
+    const InterfaceHandlerGigE handler(
+        {std::make_shared<Network>(one), std::make_shared<Network>(two)});
+    EXPECT_EQ(handler.adapterKey(3), handler.adapterKey(4));
+    EXPECT_NE(handler.adapterKey(2), handler.adapterKey(3));
+    EXPECT_NE(handler.adapterKey(2), handler.adapterKey(1)) << "another host";
+    EXPECT_EQ(handler.adapterKey(5), "");
+}
+
 TEST(NetworkAdapter, takesItsFieldsFromRowAndEntry) {
     // Addresses in network byte order, as a little-endian machine has them.
     const host::AddressRow row{3, 0x0A01A8C0, 0x00FFFFFF, 0xFF01A8C0, 65535, 0x8001};

@@ -129,7 +129,7 @@ TEST(InterfaceHandlerUSB, hasTheSpeedOfThePortOfACamera) {
         std::string log = {};
     } cases[] = {
         {"super", [](Faults&) {}, superSpeed},
-        {"super plus", with(&Faults::bitsPerSecond, 2 * superSpeed), superSpeed},
+        {"super plus", with(&Faults::bitsPerSecond, 2 * superSpeed), 2 * superSpeed},
         {"high", with(&Faults::bitsPerSecond, highSpeed), highSpeed},
         {"full", with(&Faults::bitsPerSecond, 12'000'000), 12'000'000},
         {"low", with(&Faults::bitsPerSecond, 1'500'000), 1'500'000},
@@ -228,6 +228,7 @@ TEST(SimulatedHostUsbTree, tellsAPortAsAHubDriverDoes) {
 
     const auto root = tree.openHub("root");
     EXPECT_EQ(root->connection(12)->speed, 2);
+    EXPECT_EQ(root->connection(12)->bitsPerSecond, 2 * superSpeed);
     EXPECT_EQ(root->connectionFlagsV2(12), 0b1111U);
     EXPECT_EQ(root->connection(1)->status, 0U) << "nothing is connected there";
 }

@@ -67,6 +67,26 @@ TEST(Link, carriesNoMoreThanItsSpeedAndLosesInProportion) {
     EXPECT_EQ(statistic(2, "StatFrameDropped") + statistic(2, "StatFrameIncomplete"), 0);
 }
 
+TEST(Link, carriesTheTrafficOfOthersToo) {
+    // Of 2.5 MB/s, 2 MB/s go to others; the camera asks for 3 MB/s, and then has half of them.
+    std::string text = scenario(
+        gige("A", sensor(47) + R"(, "linkSpeedMbps": 1000)") + "," +
+        gige("B", R"(, "access": "none", "linkSpeedMbps": 1000, "otherTraffic": 2000000)"));
+    text.insert(text.find(R"("address")"), R"("speedMbps": 20, )");
+    const Running run(text);
+    const auto camera = openCamera("A");
+    const auto deliveredShare = [&] {
+        const auto receiver = startReceiving(camera);
+        EXPECT_TRUE(eventually([&] { return receiver->count() >= 25; }));
+        EXPECT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
+        return static_cast<double>(receiver->count()) /
+               static_cast<double>(get<std::int64_t>(*camera, "AcquisitionFrameCounter"));
+    };
+    EXPECT_NEAR(deliveredShare(), 0.5, 0.06);
+    simulation().SetCameraPlugged("B", false);
+    EXPECT_NEAR(deliveredShare(), 2.5 / 3, 0.06);
+}
+
 TEST(Faults, loseTheSameFramesInEveryRun) {
     std::vector<std::vector<std::uint64_t>> runs;
     for (int round = 0; round < 2; ++round) {

@@ -36,7 +36,9 @@ TEST(StreamingLimits, warnsOfUsbMemoryBelowWhatTheCamerasNeed) {
 
 TEST(StreamingLimits, warnsOfAReceiveBufferBelowWhatAStreamAsksFor) {
     EXPECT_THAT(*session::receiveBufferWarning({1, 0}, {16, wholeBuffer - 1}),
-                HasSubstr("sudo sysctl -w net.core.rmem_max=33554432"));
+                AllOf(HasSubstr("sudo sysctl -w net.core.rmem_max=33554432"),
+                      ContainsRegex("sudo setcap cap_net_raw\\+ep /.*test_session")));
+    EXPECT_FALSE(session::receiveBufferWarning({1, 0}, {16, 212'992, true})) << "a packet ring";
     EXPECT_FALSE(session::receiveBufferWarning({9, 0}, {16, wholeBuffer}));
     EXPECT_FALSE(session::receiveBufferWarning({0, 9}, {0, 212'992}));
     EXPECT_FALSE(session::receiveBufferWarning({1, 0}, {16, std::nullopt}));

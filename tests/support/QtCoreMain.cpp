@@ -5,6 +5,9 @@
 /// Runs a test program's tests inside an application without a display.
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
+    // The user's configuration files are none of the tests'.
+    for (const char* folder : {"XDG_CONFIG_HOME", "XDG_CONFIG_DIRS"})
+        qputenv(folder, "/nonexistent");
     QCoreApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -31,11 +31,11 @@ _spanlet_json() {
 }
 
 _spanlet_interfaces() {
-    _spanlet_json list | sed -n 's/^ \{12\}"id": "\([^"\\]*\)",*$/\1/p'
+    _spanlet_json list --names | sed -n 's/^ \{12\}"id": "\([^"\\]*\)",*$/\1/p'
 }
 
 _spanlet_cameras() {
-    _spanlet_json list | sed -n 's/^ \{20\}"id": "\([^"\\]*\)",*$/\1/p'
+    _spanlet_json list --names | sed -n 's/^ \{20\}"id": "\([^"\\]*\)",*$/\1/p'
 }
 
 # Prints the features of the camera among the operands: commands for "run", others for the rest.
@@ -61,12 +61,13 @@ _spanlet_operands() {
 
 _spanlet_options() {
     case $command in
+        list) echo "--names" ;;
         benchmark)
             echo "--interface --all --seconds --interval --adjust-packet-size --fail-on-loss"
             ;;
         watch) echo "--interface --all --seconds --interval --adjust-packet-size" ;;
         autoset)
-            echo "--interface --camera --interface-margin --camera-margin --lock"
+            echo "--interface --all --camera --interface-margin --camera-margin --lock"
             echo "--max-bandwidth --adjust-packet-size --benchmark"
             ;;
         features) echo "--filter" ;;

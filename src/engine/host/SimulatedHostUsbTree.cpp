@@ -26,7 +26,8 @@ PortConnection connectionAt(std::uint64_t bitsPerSecond) {
         return {};
     // Like a hub driver, reports super speed as high speed here; flagsAt() shows the difference.
     const int speed = bitsPerSecond >= highSpeed ? 2 : bitsPerSecond >= fullSpeed ? 1 : 0;
-    return {1, static_cast<std::uint8_t>(speed)};
+    // Hub drivers do not tell faster speeds apart.
+    return {1, static_cast<std::uint8_t>(speed), bitsPerSecond > superSpeed ? bitsPerSecond : 0};
 }
 
 std::uint32_t flagsAt(std::uint64_t bitsPerSecond) {

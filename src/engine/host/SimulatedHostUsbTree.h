@@ -6,7 +6,8 @@
 
 namespace host {
 
-/// The USB tree of a simulated host. Ports report what a hub driver reports.
+/// The USB tree of a simulated host. Ports report what a hub driver
+/// reports, and the rate of speeds above 5 Gbit/s, which hub drivers do not tell apart.
 /// Immutable, thus safe to use from any thread; its hubs must not outlive it.
 class SimulatedHostUsbTree : public HostUsbTree {
 public:

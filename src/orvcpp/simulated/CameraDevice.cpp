@@ -25,7 +25,9 @@ CameraDevice::CameraDevice(std::shared_ptr<ProviderCalls> calls, std::shared_ptr
                            std::shared_ptr<PatternStore> patterns, const CameraData& data,
                            bool isUsb)
     : m_calls(std::move(calls)), m_link(std::move(link)), m_patterns(std::move(patterns)),
-      m_isUsb(isUsb), m_settings(data) {}
+      m_isUsb(isUsb), m_settings(data) {
+    m_link->addTraffic(static_cast<double>(data.otherTraffic));
+}
 
 OrvErrorType CameraDevice::mayOpen(OrvAccessModeType mode) const {
     if (mode != OrvAccessModeFull && mode != OrvAccessModeRead && mode != OrvAccessModeExclusive)
@@ -139,6 +141,8 @@ bool CameraDevice::setPlugged(bool plugged) {
     m_isGone = m_mode != OrvAccessModeNone;
     if (m_source)
         m_link->drop(*m_source);
+    const auto traffic = static_cast<double>(data().otherTraffic);
+    m_link->addTraffic(plugged ? traffic : -traffic);
     if (plugged)
         m_settings.reset();
     return true;

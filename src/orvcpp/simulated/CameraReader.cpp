@@ -172,7 +172,8 @@ void readPlace(ObjectReader& reader, const Scenario& scenario, CameraData& camer
         camera.address = reader.has("address") ? readAddress(reader, "address", {}) : address;
         camera.mac = readMac(reader, "mac", 0x4C5244100000U + number);
     }
-    camera.linkBitsPerSecond = readSpeed(reader, "linkSpeedMbps", static_cast<double>(link) / 1e6);
+    const auto read = interface.controller ? readUsbSpeed : readSpeed;
+    camera.linkBitsPerSecond = read(reader, "linkSpeedMbps", static_cast<double>(link) / 1e6);
 }
 
 /// The n-th (from 0) of several equal cameras.
@@ -238,6 +239,12 @@ void readCamera(ObjectReader reader, Scenario& scenario, std::uint32_t seed) {
     readStream(reader.object("stream"), camera);
     camera.access = static_cast<Access>(reader.choice(
         "access", {QStringLiteral("full"), QStringLiteral("read"), QStringLiteral("none")}, 0));
+    camera.otherTraffic = reader.integer(
+        "otherTraffic", 0, static_cast<std::int64_t>(camera.linkBitsPerSecond / 8), 0);
+    if (camera.otherTraffic > 0 && camera.access == Access::Full)
+        reader.fail(
+            "otherTraffic",
+            QStringLiteral("0 for a camera that no other application uses (access \"full\")"));
     camera.overloadDamage = reader.number("overloadDamage", 0, 1, 0.25);
     camera.extraFeatures = reader.integer("extraFeatures", 0, 20'000, 0);
     readFaults(reader.object("faults"), camera.faults);

@@ -115,6 +115,11 @@ OrvCPP::SimulatedHost buildHost(const Scenario& scenario) {
         host.adapters.push_back(std::move(adapter));
     }
     host.usbNodes = UsbTreeBuilder(scenario).build();
+    for (const CameraData& camera : scenario.cameras) {
+        if (camera.otherTraffic > 0)
+            host.otherTraffic.push_back(
+                {camera.id, static_cast<std::uint64_t>(camera.otherTraffic)});
+    }
     return host;
 }
 

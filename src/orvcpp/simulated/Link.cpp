@@ -22,7 +22,8 @@ Clock::duration periodOf(double rate) {
 
 } // namespace
 
-Link::Link(std::uint64_t bytesPerSecond) : m_bytesPerSecond(static_cast<double>(bytesPerSecond)) {}
+Link::Link(std::uint64_t bytesPerSecond)
+    : m_bytesPerSecond(static_cast<double>(bytesPerSecond)), m_available(m_bytesPerSecond) {}
 
 Link::~Link() {
     stop();
@@ -36,6 +37,12 @@ void Link::stop() {
     m_wake.notify_all();
     if (m_thread.joinable())
         m_thread.join();
+}
+
+void Link::addTraffic(double bytesPerSecond) {
+    const std::lock_guard lock(m_mutex);
+    m_traffic += bytesPerSecond;
+    share();
 }
 
 void Link::attach(const std::shared_ptr<FrameSource>& source, const Demand& demand) {
@@ -109,7 +116,7 @@ void Link::removeEntry(const FrameSource& source) {
 }
 
 void Link::share() {
-    double asked = 0;
+    double asked = m_traffic;
     double onePerCamera = 0;
     double longestPeriod = 0;
     double largest = 0;
@@ -121,9 +128,10 @@ void Link::share() {
             longestPeriod = std::max(longestPeriod, 1 / entry.demand.framesPerSecond);
     }
     m_carriedShare = asked > m_bytesPerSecond ? m_bytesPerSecond / asked : 1;
+    m_available = m_bytesPerSecond - m_traffic * m_carriedShare;
     // Cameras that send at the same moment must not lose frames while their average is below the
     // link's speed, so the bytes of their longest period may come at once.
-    const double limit = m_bytesPerSecond * std::min(longestPeriod, 1.0) + onePerCamera + largest;
+    const double limit = m_available * std::min(longestPeriod, 1.0) + onePerCamera + largest;
     m_allowance = std::min(m_allowance + std::max(0.0, limit - m_allowanceLimit), limit);
     m_allowanceLimit = limit;
 }
@@ -183,7 +191,7 @@ void Link::sendFrame(Entry& entry, std::unique_lock<std::mutex>& lock) {
 }
 
 Transmission Link::carry(Entry& entry) {
-    const double earned = Seconds(entry.due - m_filled).count() * m_bytesPerSecond;
+    const double earned = Seconds(entry.due - m_filled).count() * m_available;
     m_allowance = std::min(m_allowance + std::max(0.0, earned), m_allowanceLimit);
     m_filled = std::max(m_filled, entry.due);
     if (entry.demand.framesPerSecond > 0) {

@@ -35,6 +35,9 @@ public:
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
 
+    /// Adds to, or takes from, the bytes per second that cameras send to other applications. They
+    /// take their share of the link like the frames.
+    void addTraffic(double bytesPerSecond);
     void attach(const std::shared_ptr<FrameSource>& source, const Demand& demand);
     void change(const FrameSource& source, const Demand& demand);
     /// Sends one frame as soon as the maximum rate allows.
@@ -79,6 +82,10 @@ private:
     std::vector<Entry> m_entries;
     /// The source that is being served without the lock.
     const FrameSource* m_serving = nullptr;
+    /// Bytes per second of other applications: those that are sent.
+    double m_traffic = 0;
+    /// Bytes per second that the link has left for frames.
+    double m_available;
     /// Share of the frames that the link can carry, 0 to 1.
     double m_carriedShare = 1;
     /// Bytes that may be sent at m_filled, and their upper limit. Limits triggered cameras, which

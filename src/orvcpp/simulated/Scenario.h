@@ -154,6 +154,8 @@ struct CameraData {
 
     std::uint64_t linkBitsPerSecond = 0;
     Access access = Access::Full;
+    /// Bytes per second that the camera sends to the application that uses it.
+    std::int64_t otherTraffic = 0;
     /// Damaged share of the frames that arrive over an overloaded link, as a fraction of the lost
     /// share.
     double overloadDamage = 0;

@@ -44,7 +44,7 @@ HubData readHub(ObjectReader reader, const ControllerData& controller) {
     }
     const std::uint64_t above =
         hub.parent ? controller.hubs[*hub.parent].bitsPerSecond : controller.bitsPerSecond;
-    hub.bitsPerSecond = readSpeed(reader, "speedMbps", static_cast<double>(above) / 1e6);
+    hub.bitsPerSecond = readUsbSpeed(reader, "speedMbps", static_cast<double>(above) / 1e6);
     reader.finish();
     return hub;
 }
@@ -54,7 +54,7 @@ ControllerData readController(ObjectReader reader) {
     controller.bus = static_cast<std::uint32_t>(reader.integer("bus", 0, 255, 0));
     controller.device = static_cast<std::uint32_t>(reader.integer("device", 0, 31));
     controller.function = static_cast<std::uint32_t>(reader.integer("function", 0, 7, 0));
-    controller.bitsPerSecond = readSpeed(reader, "speedMbps", 5000);
+    controller.bitsPerSecond = readUsbSpeed(reader, "speedMbps", 5000);
     for (ObjectReader& hub : reader.objects("hubs"))
         controller.hubs.push_back(readHub(hub, controller));
     reader.finish();

@@ -3,17 +3,32 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace orv::simulated {
 
 namespace {
 constexpr double maximumMbps = 1e6;
-}
+/// Low, full, high and super speed, and super speed plus with one lane and with two (USB 3.2).
+constexpr double usbMbps[] = {1.5, 12, 480, 5000, 10000, 20000};
+} // namespace
 
 std::uint64_t readSpeed(ObjectReader& reader, const char* key, double absentMbps) {
     return static_cast<std::uint64_t>(
         std::llround(reader.number(key, 0.001, maximumMbps, absentMbps) * 1e6));
+}
+
+std::uint64_t readUsbSpeed(ObjectReader& reader, const char* key, double absentMbps) {
+    const std::uint64_t bitsPerSecond = readSpeed(reader, key, absentMbps);
+    const auto isSpeed = [bitsPerSecond](double mbps) {
+        return bitsPerSecond == static_cast<std::uint64_t>(mbps * 1e6);
+    };
+    if (std::none_of(std::begin(usbMbps), std::end(usbMbps), isSpeed))
+        reader.fail(key,
+                    QStringLiteral("a speed of USB: 1.5, 12, 480, 5000, 10000 or 20000 Mbit/s"));
+    return bitsPerSecond;
 }
 
 std::uint32_t readAddress(ObjectReader& reader, const char* key, const std::string& absent) {

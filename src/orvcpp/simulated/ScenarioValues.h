@@ -28,6 +28,8 @@ template <typename List, typename Name> QStringList namesOf(const List& list, co
 
 /// A speed in Mbit/s, as bits per second.
 std::uint64_t readSpeed(ObjectReader& reader, const char* key, double absentMbps);
+/// The same for a USB port: one of the speeds that USB has, up to 20 Gbit/s.
+std::uint64_t readUsbSpeed(ObjectReader& reader, const char* key, double absentMbps);
 /// An IPv4 address, in host byte order.
 std::uint32_t readAddress(ObjectReader& reader, const char* key, const std::string& absent);
 std::uint64_t readMac(ObjectReader& reader, const char* key, std::uint64_t absent);

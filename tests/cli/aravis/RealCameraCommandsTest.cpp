@@ -2,6 +2,7 @@
 #include "session/StreamingLimits.h"
 #include "tests/cli/SpanletProcess.h"
 #include "tests/support/FakeCameraProcess.h"
+#include "tests/support/FileTree.h"
 
 #include <QFile>
 #include <QThread>
@@ -53,6 +54,27 @@ TEST_F(CommandsOnRealCameras, listsCamerasAndWarnsWhenReceiveBuffersAreSmall) {
     const auto warning = session::receiveBufferWarning({2, 0}, session::streamingMemory());
     EXPECT_THAT(spanlet.err(), HasSubstr(warning.value_or("")));
     EXPECT_EQ(QByteArray::fromStdString(spanlet.err()).count("receive buffer"), warning ? 1 : 0);
+}
+
+TEST_F(CommandsOnRealCameras, areTheDefaultOfAnInstalledProgram) {
+    const FileTree files;
+    std::filesystem::create_directories(files.root() / "bin");
+    std::filesystem::copy_file(SPANLET_FILE, files.root() / "bin/spanlet");
+    const auto simulated = [&](const char* configuration) {
+        files.write("user/spanlet/spanlet.conf", configuration);
+        SpanletProcess spanlet;
+        spanlet.useConfiguration(QString::fromStdString((files.root() / "user").string()));
+        spanlet.startFile(QString::fromStdString((files.root() / "bin/spanlet").string()),
+                          words("list --names --json"));
+        EXPECT_EQ(spanlet.finish(), 0) << spanlet.err();
+        return number(spanlet.json(), "simulated") == 1;
+    };
+    EXPECT_TRUE(simulated("")) << "as in the build folder";
+    EXPECT_FALSE(simulated("cameras=genicam\n"));
+    std::filesystem::create_directories(files.root() / "share/spanlet");
+    std::filesystem::copy_file(DEFAULTS_FILE, files.root() / "share/spanlet/defaults.conf");
+    EXPECT_FALSE(simulated(""));
+    EXPECT_TRUE(simulated("cameras=simulated\n"));
 }
 
 TEST_F(CommandsOnRealCameras, writesAndReadsAllFeaturesOrNothing) {

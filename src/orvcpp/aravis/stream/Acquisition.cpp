@@ -78,7 +78,7 @@ OrvErrorType Acquisition::startOn(ArvDevice* device, int bufferCount) {
     }
     if (m_device->record().type == OrvTransportLayerTypeGEV)
         logInfo(m_device->record().id() + ": Frames come through a " +
-                opened->transport().description() + '.');
+                opened->transport().description() + '.' + opened->transport().advice());
     lockSettings(features, 1);
     OrvErrorType error = announceFrames(payload, bufferCount);
     if (error == OrvErrorSuccess)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/StreamTransport.h"
 
+#include "platform/HostCommands.h"
 #include "platform/UdpSocket.h"
 
 #include <net/ethernet.h>
@@ -42,11 +43,28 @@ std::string StreamTransport::description() const {
            " KB asked for";
 }
 
+std::string StreamTransport::advice() const {
+    if (usesPacketSocket)
+        return {};
+    std::string text;
+    if (isPacketSocketRefused)
+        text +=
+            " To permit a packet ring: " + platform::packetSocketCommand(platform::programFile()) +
+            '.';
+    if (receiveBuffer < platform::streamReceiveBuffer)
+        text += " To permit the whole buffer: " +
+                platform::receiveBufferCommand(platform::streamReceiveBuffer) + '.';
+    return text;
+}
+
 StreamTransport chooseStreamTransport(const CameraRecord& record, PacketSocket use) {
     StreamTransport transport;
     if (record.type != OrvTransportLayerTypeGEV)
         return transport;
-    transport.usesPacketSocket = use == PacketSocket::Automatic && permitsPacketSocket();
+    if (use == PacketSocket::Automatic) {
+        transport.usesPacketSocket = permitsPacketSocket();
+        transport.isPacketSocketRefused = !transport.usesPacketSocket;
+    }
     transport.receiveBuffer = grantedReceiveBuffer();
     return transport;
 }

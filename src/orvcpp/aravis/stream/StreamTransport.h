@@ -17,11 +17,16 @@ enum class PacketSocket {
 /// How the frames of a camera are received.
 struct StreamTransport {
     bool usesPacketSocket = false;
+    /// Whether the operating system does not permit it.
+    bool isPacketSocketRefused = false;
     /// Bytes that the operating system grants a UDP socket as its receive buffer.
     int receiveBuffer = 0;
 
     /// For the log.
     std::string description() const;
+    /// The commands that permit a faster transport, as sentences with a blank in front of each;
+    /// empty where there is nothing to gain.
+    std::string advice() const;
 };
 
 StreamTransport chooseStreamTransport(const CameraRecord& record, PacketSocket use);

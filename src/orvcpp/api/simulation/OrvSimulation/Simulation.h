@@ -41,10 +41,18 @@ struct SimulatedUsbNode {
     std::uint64_t bitsPerSecond = 0;
 };
 
-/// The adapters and the USB tree of a simulated host.
+/// What a camera of a simulated host sends to another application.
+struct SimulatedTraffic {
+    std::string cameraId;
+    std::uint64_t bytesPerSecond = 0;
+};
+
+/// The adapters and the USB tree of a simulated host, and what others do on it.
 struct SimulatedHost {
     std::vector<SimulatedAdapter> adapters;
     std::vector<SimulatedUsbNode> usbNodes;
+    /// Cameras in use elsewhere that send.
+    std::vector<SimulatedTraffic> otherTraffic;
 };
 
 /// Offered by a system object that simulates cameras (found by dynamic_cast of the OrvSystem):

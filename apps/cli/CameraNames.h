@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "engine/CameraInfo.h"
+#include "session/SdkSession.h"
+
+#include <QJsonArray>
+
+class OrvCameraWrapper;
+
+namespace cli {
+
+/// Starts the camera SDK and reads the names of cameras and of their interfaces. Opens no camera:
+/// each takes time to open, and another program may be about to use it. Throws a Failure when the
+/// SDK cannot be started. Bound to one thread.
+class CameraNames {
+public:
+    explicit CameraNames(const session::CameraSource& source);
+
+    /// "id", "name" and "cameras" of each interface, ordered by name. A camera has "id", "name",
+    /// "model" and "serialNumber".
+    QJsonArray interfaces() const;
+    bool isSimulated() const { return m_session.isSimulated(); }
+
+private:
+    session::SdkSession m_session;
+};
+
+/// What a camera tells of itself and its interface before it is opened; a CameraHandler, too, reads
+/// the camera's names then.
+CameraInfo infoBeforeOpening(const OrvCameraWrapper& camera);
+
+} // namespace cli

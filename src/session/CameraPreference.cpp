@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "session/CameraPreference.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QSettings>
+#include <QStandardPaths>
+
+namespace session {
+
+namespace {
+
+constexpr QLatin1String camerasKey("cameras");
+
+/// What is wrong with the file as a whole; empty when nothing is.
+QString fault(const QString& file, const QSettings& settings) {
+    // Reads all lines, which the status then tells about.
+    const QStringList keys = settings.allKeys();
+    if (!QFileInfo(file).isReadable() || settings.status() == QSettings::AccessError)
+        return QStringLiteral("%1 cannot be read.").arg(file);
+    if (settings.status() != QSettings::NoError)
+        return QStringLiteral("%1 has a line that is not a setting: it takes lines such as "
+                              "\"cameras=simulated\".")
+            .arg(file);
+    for (const QString& key : keys) {
+        if (key != camerasKey)
+            return QStringLiteral("%1: There is no key \"%2\". There is: cameras.").arg(file, key);
+    }
+    return {};
+}
+
+} // namespace
+
+QStringList preferenceFiles() {
+    QStringList files = QStandardPaths::locateAll(QStandardPaths::GenericConfigLocation,
+                                                  QStringLiteral("spanlet/spanlet.conf"));
+    const QString installed =
+        QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral(SPANLET_DEFAULTS));
+    if (QFileInfo::exists(installed))
+        files.append(QDir::cleanPath(installed));
+    return files;
+}
+
+CameraPreference cameraPreference(const QStringList& files) {
+    for (const QString& file : files) {
+        const QSettings settings(file, QSettings::IniFormat);
+        const QString error = fault(file, settings);
+        if (!error.isEmpty())
+            return {{}, {}, error};
+        // A value with commas is a list.
+        const QString kind = settings.value(camerasKey).toStringList().join(QLatin1Char(','));
+        if (settings.contains(camerasKey))
+            return {kind, QStringLiteral("%1: cameras").arg(file), {}};
+    }
+    return {};
+}
+
+} // namespace session
