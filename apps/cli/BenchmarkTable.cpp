@@ -2,6 +2,7 @@
 #include "cli/BenchmarkTable.h"
 
 #include "cli/Benchmark.h"
+#include "cli/LossFindings.h"
 #include "cli/Table.h"
 
 #include <algorithm>
@@ -91,7 +92,7 @@ QStringList benchmarkLines(const QJsonObject& interface, int width) {
     return fits(lines, width) ? lines : full;
 }
 
-QString benchmarkText(const QJsonObject& benchmark, int width) {
+QString benchmarkText(const QJsonObject& benchmark, int width, bool explainsAll) {
     QStringList texts;
     for (const QJsonValue& value : interfacesOf(benchmark)) {
         const QJsonObject interface = value.toObject();
@@ -101,7 +102,10 @@ QString benchmarkText(const QJsonObject& benchmark, int width) {
                                     .arg(benchmark[QStringLiteral("interrupted")].toBool()
                                              ? QStringLiteral(", interrupted")
                                              : QString());
-        texts.append(heading + joined(benchmarkLines(interface, width)));
+        const QStringList lines =
+            benchmarkLines(interface, width) +
+            lossLines(interface[QStringLiteral("findings")].toArray(), explainsAll, width);
+        texts.append(heading + joined(lines));
     }
     return texts.join(QLatin1Char('\n'));
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/StreamingCameras.h"
 
+#include "cli/LossFindings.h"
 #include "engine/CameraHandler.h"
 #include "features/FeatureController.h"
 
@@ -42,10 +43,11 @@ void readStatistic(const CameraHandler& camera, const char* feature,
 } // namespace
 
 StreamingCameras::StreamingCameras(SystemController& controller, const HostInterface& interface,
-                                   bool adjustsPacketSize)
+                                   bool adjustsPacketSize, bool areSimulated)
     : m_controller(controller), m_interface(interface),
       m_bitsPerSecond(
-          static_cast<double>(controller.getInterfaceSpeed(interface.name.toStdString()))) {
+          static_cast<double>(controller.getInterfaceSpeed(interface.name.toStdString()))),
+      m_evidence(interface.name.toStdString(), interface.cameras, areSimulated) {
     m_controller.startBenchmark(interface.index, adjustsPacketSize);
     for (const auto& camera : interface.cameras) {
         Stream stream;
@@ -55,6 +57,7 @@ StreamingCameras::StreamingCameras(SystemController& controller, const HostInter
         m_streams.push_back(std::move(stream));
     }
     m_first = m_last = count();
+    m_evidence.noteStart();
 }
 
 StreamingCameras::~StreamingCameras() {
@@ -128,6 +131,7 @@ QJsonObject StreamingCameras::interval() {
 
 void StreamingCameras::stop() {
     m_last = count();
+    m_evidence.noteEnd();
     m_isStopped = true;
     m_controller.stopBenchmark(m_interface.index);
 }
@@ -137,7 +141,9 @@ QJsonObject StreamingCameras::result() {
         if (stream.isStarted && !stream.disconnectedAfterSeconds)
             ask(stream, m_last.time);
     }
-    return figures(m_first, m_last);
+    QJsonObject result = figures(m_first, m_last);
+    result[QStringLiteral("findings")] = lossFindings(m_evidence.evidence());
+    return result;
 }
 
 QJsonObject StreamingCameras::figures(const Counts& since, const Counts& until) const {

@@ -71,6 +71,7 @@ void FrameAssembly::take(Open& open, const gvsp::Packet& packet, Time now) {
     if (packet.availability == Availability::Later)
         return;
     if (packet.availability != Availability::Present) {
+        m_counters.packetsUnavailable.add(1);
         // Some cameras answer this for packets that they have not sent yet.
         if (packet.number < open.block.next() || !isNewest(open))
             open.block.giveUp(packet.number, packet.availability == Availability::GoneWithPrevious);
@@ -194,7 +195,9 @@ void FrameAssembly::endFirst() {
     std::list<Open> first;
     first.splice(first.begin(), m_open, m_open.begin());
     const Block& block = first.front().block;
-    m_counters.framesLost.add(block.number() - m_numbers.lastEnded() - 1);
+    const std::uint64_t lost = block.number() - m_numbers.lastEnded() - 1;
+    m_counters.framesLost.add(lost);
+    m_counters.gaps.add(lost > 0 ? 1 : 0);
     m_numbers.end(block.number());
     if (!block.frame()) {
         m_counters.framesWithoutBuffer.add(1);
