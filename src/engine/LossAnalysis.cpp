@@ -14,11 +14,6 @@ using platform::NetworkCount;
 /// not one of another frame; an interruption may do so once.
 constexpr std::uint64_t fewestPackets = 8;
 constexpr std::uint64_t fewestGaps = 3;
-/// What comes of a frame whose full packets do not pass: leader, trailer, and the last packet of
-/// data, which is shorter.
-constexpr std::uint64_t shortPackets = 3;
-/// Frames whose packets are counted although the frames are not over.
-constexpr std::uint64_t openFrames = 4;
 /// Part of the missing packets that may stay unexplained beside places that were named.
 constexpr std::uint64_t restShare = 4;
 /// USB 3 begins at this speed, in bits per second.
@@ -30,6 +25,11 @@ std::string frames(std::uint64_t number) {
 
 std::string packets(std::uint64_t number) {
     return countText(number, "packet", "packets");
+}
+
+/// A word of a command line.
+std::string quoted(const std::string& name) {
+    return name.find(' ') == std::string::npos ? name : '"' + name + '"';
 }
 
 /// Number of packets of a frame; 0 where it is not known.
@@ -117,27 +117,26 @@ void Analysis::judgeProgram(Case& each) {
 
 void Analysis::judgePath(Case& each) {
     const CameraEvidence& camera = each.camera;
-    const std::uint64_t astray = camera.packetsMissing.value_or(0);
-    const bool isStarved =
-        camera.framesReceived > 0 && camera.framesIncomplete == camera.framesReceived &&
-        camera.packetsReceived.value_or(0) <= shortPackets * (camera.framesReceived + openFrames) &&
-        camera.packetsReceived.value_or(0) <= astray && camera.packetsDropped.value_or(0) == 0 &&
-        packetsPerFrame(camera) >= fewestPackets;
-    if (!camera.packetsReceived || !camera.packetSize || !isStarved)
+    const std::uint64_t hollow = camera.framesHollow.value_or(0);
+    if (hollow == 0 || 2 * hollow < camera.framesIncomplete ||
+        camera.packetsDropped.value_or(0) > 0)
         return;
+    const std::string adapter = m_evidence.network.adapter;
+    const std::string size =
+        camera.packetSize ? " of " + std::to_string(*camera.packetSize) + " bytes" : "";
+    const std::string mtu = m_evidence.mtu ? " The adapter takes packets of up to " +
+                                                 std::to_string(*m_evidence.mtu) + " bytes."
+                                           : "";
     add(LossPlace::Path, camera,
-        "Of " + frames(camera.framesReceived) + " only " + packets(*camera.packetsReceived) +
-            " came, their short first and last ones; " + packets(astray) + " of " +
-            std::to_string(*camera.packetSize) + " bytes did not" +
-            (m_evidence.mtu
-                 ? " (the adapter takes up to " + std::to_string(*m_evidence.mtu) + " bytes)."
-                 : "."),
+        "Of " + frames(hollow) +
+            " the short first and last packets came, and none of the full ones" + size +
+            " (StatFrameHollow)." + mtu,
         "Let the camera find the size that passes: spanlet benchmark --interface " +
-            m_evidence.name + " --adjust-packet-size. Or permit jumbo frames in the switch" +
-            (m_evidence.network.adapter.empty() ? std::string(" and the adapter.")
-                                                : " and the adapter: sudo ip link set " +
-                                                      m_evidence.network.adapter + " mtu 9000"));
-    each.missing = 0;
+            quoted(m_evidence.name) +
+            " --adjust-packet-size. Or permit larger packets (jumbo frames) in the switch and the "
+            "adapter" +
+            (adapter.empty() ? "." : ": sudo ip link set " + adapter + " mtu 9000"));
+    each.missing -= std::min(each.missing, hollow * packetsPerFrame(camera));
     each.isExplained = true;
 }
 
@@ -185,7 +184,7 @@ void Analysis::judgeCamera(Case& each) {
             " of the other " + frames(camera.framesReceived) + " went astray.",
         "Lower the camera's frame rate or raise its bandwidth limit, so that it can send every "
         "frame: spanlet autoset --interface " +
-            m_evidence.name);
+            quoted(m_evidence.name));
     each.missing = packetsAstray(camera);
     each.isExplained = true;
 }
@@ -255,7 +254,8 @@ void Analysis::addWire(const Case& each) {
         text += " The camera no longer had " + packets(unavailable) + " of those requested.";
     add(LossPlace::Wire, camera, text,
         "If the cameras send more than the link carries, divide it: spanlet autoset --interface " +
-            m_evidence.name + ". Else change the camera's cable and its port of the switch.");
+            quoted(m_evidence.name) +
+            ". Else change the camera's cable and its port of the switch.");
 }
 
 void Analysis::judgeRest() {

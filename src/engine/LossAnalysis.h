@@ -47,6 +47,8 @@ struct CameraEvidence {
     /// What the stream counted.
     Count streamFramesLost;
     Count gaps;
+    /// Of which leader and trailer came, and no full packet of data.
+    Count framesHollow;
     Count framesWithoutBuffer;
     Count packetsReceived;
     Count packetsMissing;

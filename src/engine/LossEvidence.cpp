@@ -23,6 +23,7 @@ struct Statistic {
 constexpr Statistic statistics[] = {
     {"StatFrameDropped", &CameraEvidence::streamFramesLost},
     {"StatFrameGap", &CameraEvidence::gaps},
+    {"StatFrameHollow", &CameraEvidence::framesHollow},
     {"StatFrameUnderrun", &CameraEvidence::framesWithoutBuffer},
     {packetsReceivedFeature, &CameraEvidence::packetsReceived},
     {"StatPacketMissed", &CameraEvidence::packetsMissing},

@@ -121,7 +121,7 @@ void Places::findBeforeIp() {
 }
 
 /// Packets that IP received and neither delivered nor counted as something else: the firewall
-/// discarded them.
+/// or the routes discarded them.
 std::uint64_t Places::refused() const {
     if (!m_network[NetworkCount::IpReceived] || !m_network[NetworkCount::IpDelivered])
         return 0;
@@ -162,8 +162,8 @@ void Places::findInIp() {
     const std::uint64_t filtered = refused();
     if (m_surplus >= static_cast<std::int64_t>(m_missing / 2))
         add(LossPlace::Kernel, filtered,
-            "This host's firewall discarded packets: IP received " + std::to_string(filtered) +
-                " that it neither delivered nor counted as faulty.",
+            "Rules of this host's firewall or routes discarded packets: IP received " +
+                std::to_string(filtered) + " that it neither delivered nor counted as faulty.",
             "Permit UDP from the cameras, for example: sudo iptables -I INPUT -i " + adapter +
                 " -p udp -j ACCEPT. Or receive by the packet ring: sudo setcap cap_net_raw+ep "
                 "$(command -v spanlet)");

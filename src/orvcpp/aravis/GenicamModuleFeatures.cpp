@@ -71,6 +71,10 @@ void addPacketStatistics(FeatureSet& set, const StreamControl& control) {
         &StreamCounts::packetsDropped);
     add("StatRingFrozen", "How often the packet ring of the adapter was full.",
         &StreamCounts::ringFreezes);
+    add("StatFrameHollow",
+        "Frames of which leader and trailer arrived, and no full packet of data: the path does not "
+        "carry packets of this size.",
+        &StreamCounts::framesHollow);
     add("StatFrameGap", "How often one or more frames in a row were lost.", &StreamCounts::gaps);
 }
 

@@ -32,6 +32,17 @@ constexpr std::size_t mostCandidates = 4;
 /// Open blocks. Fewer are open when fewer frames are queued.
 constexpr std::size_t mostOpen = 64;
 
+/// What comes of a frame whose full packets the path does not carry: leader, trailer, and the last
+/// packet of data, which is shorter. Of a frame of few packets, this says nothing.
+constexpr std::size_t shortPackets = 3;
+constexpr std::uint32_t fewestPackets = 8;
+
+bool isHollow(const Block& block) {
+    const std::uint32_t expected = block.expected();
+    return expected >= fewestPackets && block.leader() && block.hasTrailer() &&
+           expected - block.missing(expected) <= shortPackets;
+}
+
 std::uint64_t nanoseconds(std::uint64_t ticks, std::uint64_t frequency) {
     constexpr std::uint64_t second = 1'000'000'000;
     if (frequency == 0)
@@ -207,6 +218,7 @@ void FrameAssembly::endFirst() {
     contents.timestamp = nanoseconds(contents.timestamp, m_settings.tickFrequency);
     const bool isComplete = contents.status == OrvFrameStatusComplete;
     (isComplete ? m_counters.framesComplete : m_counters.framesIncomplete).add(1);
+    m_counters.framesHollow.add(isHollow(block) ? 1 : 0);
     m_counters.packetsMissing.add(block.missing(block.expected()));
     block.frame()->setContents(contents);
     m_output.deliver(block.frame());

@@ -11,6 +11,8 @@ template <typename Count> struct StreamCountsOf {
     Count framesComplete{};
     /// Delivered, and not whole or of a wrong size.
     Count framesIncomplete{};
+    /// Incomplete ones of which leader and trailer came, and no full packet of data.
+    Count framesHollow{};
     /// Frames of which nothing arrived.
     Count framesLost{};
     /// How often one or more frames in a row were lost.
@@ -58,12 +60,21 @@ private:
 struct StreamCounters : StreamCountsOf<StreamCounter> {
     StreamCounts now() const {
         StreamCounts counts;
-        static_cast<StreamCountsOf<std::uint64_t>&>(counts) = {
-            framesComplete, framesIncomplete,    framesLost,
-            gaps,           framesWithoutBuffer, bytes,
-            packets,        packetsMissing,      packetsRequested,
-            packetsResent,  packetsDuplicate,    packetsLate,
-            packetsRefused, packetsUnavailable};
+        static_cast<StreamCountsOf<std::uint64_t>&>(counts) = {framesComplete,
+                                                               framesIncomplete,
+                                                               framesHollow,
+                                                               framesLost,
+                                                               gaps,
+                                                               framesWithoutBuffer,
+                                                               bytes,
+                                                               packets,
+                                                               packetsMissing,
+                                                               packetsRequested,
+                                                               packetsResent,
+                                                               packetsDuplicate,
+                                                               packetsLate,
+                                                               packetsRefused,
+                                                               packetsUnavailable};
         return counts;
     }
 };
