@@ -4,6 +4,7 @@
 #include "cli/LossFindings.h"
 #include "engine/CameraHandler.h"
 #include "features/FeatureController.h"
+#include "session/StreamingLimits.h"
 
 #include <algorithm>
 #include <utility>
@@ -142,7 +143,14 @@ QJsonObject StreamingCameras::result() {
             ask(stream, m_last.time);
     }
     QJsonObject result = figures(m_first, m_last);
-    result[QStringLiteral("findings")] = lossFindings(m_evidence.evidence());
+    InterfaceEvidence evidence = m_evidence.evidence();
+    const auto usbCameras = static_cast<std::size_t>(
+        std::count_if(evidence.cameras.begin(), evidence.cameras.end(),
+                      [](const CameraEvidence& camera) { return camera.isUsb; }));
+    evidence.usbMemoryNeeded = session::usbMegabytesFor(usbCameras);
+    if (!evidence.isSimulated)
+        evidence.usbMemory = session::streamingMemory().usbMegabytes;
+    result[QStringLiteral("findings")] = lossFindings(evidence);
     return result;
 }
 

@@ -274,7 +274,7 @@ void Analysis::judgeRest() {
             continue;
         if (isWire)
             addWire(each);
-        else
+        else if (!each.isExplained)
             addUnknown(each);
         each.isExplained = true;
     }

@@ -62,9 +62,9 @@ _spanlet_operands() {
 _spanlet_options() {
     case $command in
         benchmark)
-            echo "--interface --all --seconds --interval --adjust-packet-size --fail-on-loss"
+            echo "--interface --all --seconds --interval --adjust-packet-size --explain --fail-on-loss"
             ;;
-        watch) echo "--interface --all --seconds --interval --adjust-packet-size" ;;
+        watch) echo "--interface --all --seconds --interval --adjust-packet-size --explain" ;;
         autoset)
             echo "--interface --camera --interface-margin --camera-margin --lock"
             echo "--max-bandwidth --adjust-packet-size --benchmark"

@@ -35,7 +35,7 @@ constexpr std::size_t mostOpen = 64;
 /// What comes of a frame whose full packets the path does not carry: leader, trailer, and the last
 /// packet of data, which is shorter. Of a frame of few packets, this says nothing.
 constexpr std::size_t shortPackets = 3;
-constexpr std::uint32_t fewestPackets = 8;
+constexpr std::uint32_t fewestPackets = 6;
 
 bool isHollow(const Block& block) {
     const std::uint32_t expected = block.expected();
