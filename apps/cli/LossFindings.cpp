@@ -12,16 +12,19 @@ namespace {
 /// On a wide terminal, and in files.
 constexpr int longestLine = 100;
 
-/// \p text in lines that begin with \p indent; a command longer than a line stays whole words.
-QStringList wrapped(const QString& text, const QString& indent, int width) {
+/// \p text in lines that begin with blanks, the first one with \p mark.
+QStringList wrapped(const QString& text, const QString& mark, int width) {
     QStringList lines;
-    QString line = indent;
+    QString line = mark;
+    bool isEmpty = true;
     for (const QString& word : text.split(QLatin1Char(' '))) {
-        if (line.size() + 1 + word.size() > width && line.size() > indent.size()) {
+        if (!isEmpty && line.size() + 1 + word.size() > width) {
             lines.append(line);
-            line = indent;
+            line = QString(mark.size(), QLatin1Char(' '));
+            isEmpty = true;
         }
-        line += (line.size() > indent.size() ? QStringLiteral(" ") : QString()) + word;
+        line += (isEmpty ? QString() : QStringLiteral(" ")) + word;
+        isEmpty = false;
     }
     return lines << line;
 }

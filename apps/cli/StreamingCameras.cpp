@@ -48,7 +48,8 @@ StreamingCameras::StreamingCameras(SystemController& controller, const HostInter
     : m_controller(controller), m_interface(interface),
       m_bitsPerSecond(
           static_cast<double>(controller.getInterfaceSpeed(interface.name.toStdString()))),
-      m_evidence(interface.name.toStdString(), interface.cameras, areSimulated) {
+      m_evidence((interface.id.isEmpty() ? interface.name : interface.id).toStdString(),
+                 interface.cameras, areSimulated) {
     m_controller.startBenchmark(interface.index, adjustsPacketSize);
     for (const auto& camera : interface.cameras) {
         Stream stream;

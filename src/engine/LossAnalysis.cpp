@@ -70,6 +70,7 @@ private:
     void judgeRest();
     void judgeUnexplained();
     void addWire(const Case& each);
+    std::string wireCure() const;
     void addUnknown(const Case& each);
     std::uint64_t missing() const;
     bool mayBeSkipped(const CameraEvidence& camera) const;
@@ -178,10 +179,10 @@ void Analysis::judgeCamera(Case& each) {
     if (!isExcluded)
         return;
     add(LossPlace::Camera, camera,
-        "The camera left out the numbers of " + frames(skipped) + ", " +
-            countText(*camera.gaps, "time", "times") + " one or more: none of their about " +
-            packets(wouldBe) + " reached the adapter, and " + packets(packetsAstray(camera)) +
-            " of the other " + frames(camera.framesReceived) + " went astray.",
+        "The camera left out " + countText(skipped, "frame number", "frame numbers") + " in " +
+            countText(*camera.gaps, "place", "places") + ": none of about " + packets(wouldBe) +
+            " reached the adapter, while of the other " + frames(camera.framesReceived) + ' ' +
+            packets(packetsAstray(camera)) + " went astray.",
         "Lower the camera's frame rate or raise its bandwidth limit, so that it can send every "
         "frame: spanlet autoset --interface " +
             quoted(m_evidence.name));
@@ -252,10 +253,25 @@ void Analysis::addWire(const Case& each) {
         text += ' ' + packets(*camera.packetsResent) + " came when requested again.";
     if (unavailable > 0)
         text += " The camera no longer had " + packets(unavailable) + " of those requested.";
-    add(LossPlace::Wire, camera, text,
-        "If the cameras send more than the link carries, divide it: spanlet autoset --interface " +
-            quoted(m_evidence.name) +
-            ". Else change the camera's cable and its port of the switch.");
+    add(LossPlace::Wire, camera, text, wireCure());
+}
+
+/// Where it is most worth to look, by how many of the cameras lose packets.
+std::string Analysis::wireCure() const {
+    const auto losing = std::count_if(m_cases.begin(), m_cases.end(),
+                                      [](const Case& each) { return each.missing > 0; });
+    const std::string divide = "spanlet autoset --interface " + quoted(m_evidence.name);
+    if (losing > 1)
+        return std::to_string(losing) + " of " + std::to_string(m_cases.size()) +
+               " cameras lose packets: they may send more than their link carries. Divide it: " +
+               divide;
+    if (m_cases.size() > 1)
+        return "Of " + std::to_string(m_cases.size()) +
+               " cameras only this one loses packets: change its cable and its port of the "
+               "switch.";
+    return "Change the camera's cable and its port of the switch. If a link on the way is slower "
+           "than the camera, lower its limit: " +
+           divide;
 }
 
 void Analysis::judgeRest() {

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <map>
 #include <sstream>
+#include <system_error>
 #include <utility>
 
 namespace platform {
@@ -75,6 +76,29 @@ bool isOfAdapter(std::size_t count) {
     return count < static_cast<std::size_t>(firstOfKernel);
 }
 
+/// Adds the losses of the adapters below a virtual one (VLAN, bridge), which it does not count. A
+/// bond has the sums of its own.
+void addLower(NetworkCounters& counters, const std::filesystem::path& folder, int levels) {
+    constexpr char prefix[] = "lower_";
+    std::error_code error;
+    if (levels == 0 || std::filesystem::exists(folder / "bonding", error))
+        return;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
+        if (entry.path().filename().string().rfind(prefix, 0) != 0)
+            continue;
+        for (std::size_t i = 0; isOfAdapter(i); ++i) {
+            const auto count = static_cast<NetworkCount>(i);
+            const Value lower = sysfsNumber(entry.path() / "statistics" / names[i]);
+            if (count == NetworkCount::AdapterReceived ||
+                count == NetworkCount::AdapterCarrierChanges)
+                continue;
+            Value& sum = counters[count];
+            sum = sum && lower ? Value(*sum + *lower) : std::nullopt;
+        }
+        addLower(counters, entry.path(), levels - 1);
+    }
+}
+
 void readAdapter(NetworkCounters& counters, const std::filesystem::path& root) {
     // A name must not lead out of the folder.
     if (counters.adapter.empty() || counters.adapter.find('/') != std::string::npos)
@@ -86,6 +110,8 @@ void readAdapter(NetworkCounters& counters, const std::filesystem::path& root) {
         const bool isCarrier = count == NetworkCount::AdapterCarrierChanges;
         counters[count] = sysfsNumber((isCarrier ? folder : folder / "statistics") / names[i]);
     }
+    constexpr int mostLevels = 4;
+    addLower(counters, folder, mostLevels);
 }
 
 void readKernel(NetworkCounters& counters, const std::filesystem::path& proc) {

@@ -69,7 +69,8 @@ std::string nameOf(NetworkCount count);
 /// Windows.
 std::string adapterWithAddress(std::uint32_t address);
 
-/// Reads the counters of \p adapter below \p root. The adapters below /sys are those of the network
+/// Reads the counters of \p adapter below \p root; the losses of a VLAN or bridge with those of the
+/// adapters below it. The adapters below /sys are those of the network
 /// namespace that mounted it. All counters are unknown on Windows.
 NetworkCounters readNetworkCounters(const std::string& adapter,
                                     const std::filesystem::path& root = "/");

@@ -308,6 +308,8 @@ TEST(LossAnalysis, tellsTheNumbersAndTheCommand) {
     EXPECT_THAT(findings[1].cure, HasSubstr("sudo ethtool -G eth0 rx"));
     InterfaceEvidence wire = twoCameras();
     loseOfA(wire, 300);
+    EXPECT_THAT(findLosses(wire).at(0).cure, HasSubstr("2 cameras only this one"));
+    wire.cameras[1] = wire.cameras[0];
     EXPECT_THAT(findLosses(wire).at(0).cure, HasSubstr("spanlet autoset --interface \"GEV eth0\""));
 }
 

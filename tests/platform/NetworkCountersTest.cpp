@@ -46,6 +46,21 @@ TEST(NetworkCounters, areReadFromTheFilesOfLinux) {
     EXPECT_EQ(readNetworkCounters("eth0", host.root())[Count::BacklogDropped], Value());
 }
 
+TEST(NetworkCounters, haveTheLossesOfTheAdaptersBelowAVirtualOne) {
+    const FileTree host;
+    writeHost(host, "4\n", "12\n", "130");
+    for (const char* adapter : {"sys/class/net/eth0.5/", "sys/class/net/bond0/"}) {
+        host.write(std::string(adapter) + "statistics/rx_missed_errors", "1\n");
+        host.write(std::string(adapter) + "statistics/rx_packets", "50\n");
+        host.link(std::string(adapter) + "lower_eth0", "sys/class/net/eth0");
+    }
+    const NetworkCounters vlan = readNetworkCounters("eth0.5", host.root());
+    EXPECT_EQ(vlan[Count::AdapterMissed], Value(13));
+    EXPECT_EQ(vlan[Count::AdapterReceived], Value(50));
+    host.write("sys/class/net/bond0/bonding/mode", "\n");
+    EXPECT_EQ(readNetworkCounters("bond0", host.root())[Count::AdapterMissed], Value(1));
+}
+
 TEST(NetworkCounters, differUnlessTheyWentBackOrTheAdapterIsNew) {
     const FileTree host;
     const auto read = [&](const char* index, const char* missed, const char* received) {
