@@ -40,9 +40,18 @@ std::uint64_t packetsPerFrame(const CameraEvidence& camera) {
            camera.framesReceived;
 }
 
+/// Packets that came again although they were lost. A requested packet that was only delayed comes
+/// twice, the second time perhaps after its frame.
+std::uint64_t packetsRepaired(const CameraEvidence& camera) {
+    const std::uint64_t twice =
+        camera.packetsDuplicate.value_or(0) + camera.packetsLate.value_or(0);
+    const std::uint64_t resent = camera.packetsResent.value_or(0);
+    return resent - std::min(resent, twice);
+}
+
 /// Packets that did not come when they were sent first, of frames of which others did.
 std::uint64_t packetsAstray(const CameraEvidence& camera) {
-    return camera.packetsMissing.value_or(0) + camera.packetsResent.value_or(0);
+    return camera.packetsMissing.value_or(0) + packetsRepaired(camera);
 }
 
 /// A camera, and how many of its packets are to be explained.
@@ -249,8 +258,8 @@ void Analysis::addWire(const Case& each) {
                        m_evidence.network.adapter + ": it received " + packets(received) +
                        " in all";
     text += m_isShared ? "." : ", and its error counters did not move.";
-    if (camera.packetsResent.value_or(0) > 0)
-        text += ' ' + packets(*camera.packetsResent) + " came when requested again.";
+    if (const std::uint64_t repaired = packetsRepaired(camera); repaired > 0)
+        text += ' ' + packets(repaired) + " came when requested again.";
     if (unavailable > 0)
         text += " The camera no longer had " + packets(unavailable) + " of those requested.";
     add(LossPlace::Wire, camera, text, wireCure());
@@ -288,9 +297,10 @@ void Analysis::judgeRest() {
     for (Case& each : m_cases) {
         if (each.missing == 0)
             continue;
-        if (isWire)
+        // The adapter counts for all cameras: few packets of one are within the count's error.
+        if (isWire && static_cast<std::int64_t>(each.missing) > reached)
             addWire(each);
-        else if (!each.isExplained)
+        else if (!each.isExplained && (framesBad(each.camera) > 0 || isAllRepaired(m_evidence)))
             addUnknown(each);
         each.isExplained = true;
     }

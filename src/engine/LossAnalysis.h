@@ -52,8 +52,8 @@ struct CameraEvidence {
     Count framesWithoutBuffer;
     Count packetsReceived;
     Count packetsMissing;
-    Count packetsRequested;
     Count packetsResent;
+    Count packetsDuplicate;
     Count packetsLate;
     Count packetsUnavailable;
     /// Of all streams of the adapter when \p usesRing.

@@ -17,11 +17,11 @@ CameraEvidence camera(const char* id) {
     it.packetsReceived = 20'000;
     it.packetSize = 1400;
     it.usesRing = true;
-    for (auto count : {&CameraEvidence::streamFramesLost, &CameraEvidence::gaps,
-                       &CameraEvidence::framesHollow, &CameraEvidence::framesWithoutBuffer,
-                       &CameraEvidence::packetsMissing, &CameraEvidence::packetsRequested,
-                       &CameraEvidence::packetsResent, &CameraEvidence::packetsLate,
-                       &CameraEvidence::packetsUnavailable, &CameraEvidence::packetsDropped})
+    for (auto count :
+         {&CameraEvidence::streamFramesLost, &CameraEvidence::gaps, &CameraEvidence::framesHollow,
+          &CameraEvidence::framesWithoutBuffer, &CameraEvidence::packetsMissing,
+          &CameraEvidence::packetsResent, &CameraEvidence::packetsLate,
+          &CameraEvidence::packetsUnavailable, &CameraEvidence::packetsDropped})
         it.*count = 0;
     return it;
 }
@@ -97,11 +97,28 @@ const Place places[] = {
      [](Evidence& it) {
          it.cameras[0].packetsResent = 300;
      }},
+    {"delayed, not lost", "",
+     [](Evidence& it) {
+         it.cameras[0].packetsResent = 300;
+         it.cameras[0].packetsDuplicate = 290;
+         it.cameras[0].packetsLate = 10;
+     }},
     {"of both cameras", "A wire, B wire",
      [](Evidence& it) {
          loseOfA(it, 300);
          it.cameras[1].framesIncomplete = 1;
          it.cameras[1].packetsMissing = 20;
+     }},
+    {"and a few of another, within the error of the count", "A wire",
+     [](Evidence& it) {
+         loseOfA(it, 300);
+         it.cameras[1].packetsResent = 3;
+     }},
+    {"and a few lost of another", "A wire, B unknown",
+     [](Evidence& it) {
+         loseOfA(it, 300);
+         it.cameras[1].framesIncomplete = 1;
+         it.cameras[1].packetsMissing = 3;
      }},
     {"beside few that others move", "A wire",
      [](Evidence& it) {
@@ -176,9 +193,10 @@ const Place places[] = {
      }},
     {"ring and wire", "all kernel, A wire",
      [](Evidence& it) {
-         loseInHost(it, 100);
+         loseInHost(it, 130);
          loseOfA(it, 300);
-         it.cameras[1].packetsDropped = 100;
+         for (CameraEvidence& each : it.cameras)
+             each.packetsDropped = 130;
      }},
     {"the backlog", "all kernel",
      [](Evidence& it) {
