@@ -40,18 +40,23 @@ std::uint64_t packetsPerFrame(const CameraEvidence& camera) {
            camera.framesReceived;
 }
 
-/// Packets that came again although they were lost. A requested packet that was only delayed comes
-/// twice, the second time perhaps after its frame.
+/// Missing packets that came after their frame had been given up: these are not lost.
+std::uint64_t packetsDelayed(const CameraEvidence& camera) {
+    return std::min(camera.packetsLate.value_or(0), camera.packetsMissing.value_or(0));
+}
+
+/// Packets that were lost and came again. A requested packet that was only delayed comes twice, the
+/// second time perhaps after its frame.
 std::uint64_t packetsRepaired(const CameraEvidence& camera) {
-    const std::uint64_t twice =
-        camera.packetsDuplicate.value_or(0) + camera.packetsLate.value_or(0);
+    const std::uint64_t twice = camera.packetsDuplicate.value_or(0) +
+                                camera.packetsLate.value_or(0) - packetsDelayed(camera);
     const std::uint64_t resent = camera.packetsResent.value_or(0);
     return resent - std::min(resent, twice);
 }
 
 /// Packets that did not come when they were sent first, of frames of which others did.
 std::uint64_t packetsAstray(const CameraEvidence& camera) {
-    return camera.packetsMissing.value_or(0) + packetsRepaired(camera);
+    return camera.packetsMissing.value_or(0) - packetsDelayed(camera) + packetsRepaired(camera);
 }
 
 /// A camera, and how many of its packets are to be explained.
@@ -237,7 +242,8 @@ void Analysis::judgeRing() {
              " (StatPacketDropped): this program did not get the processor in time.",
          "End other programs, or give this one more of the processor: sudo renice -n -10 -p "
          "$(pidof spanlet)",
-         isAllRepaired(m_evidence)});
+         // Frames that were dropped whole are noticed by later ones only.
+         isAllRepaired(m_evidence) && dropped <= missing()});
     m_explained += dropped;
     m_isShared = true;
 }
@@ -318,8 +324,11 @@ std::string Analysis::unknownText(const CameraEvidence& camera) const {
         return text + "; USB has no counter that tells the place.";
     if (!camera.packetsMissing)
         return text + "; the stream does not count its packets.";
-    text += "; " + packets(packetsAstray(camera)) + " went astray and " +
-            std::to_string(camera.packetsLate.value_or(0)) + " came too late";
+    text += "; " + packets(packetsAstray(camera)) + " went astray";
+    if (const std::uint64_t late = camera.packetsLate.value_or(0); late > 0)
+        text += " and " + packets(late) + " came too late, as the camera or this host paused";
+    if (packetsAstray(camera) == 0)
+        return text + '.';
     const std::string unread = unreadCounters(m_evidence.network);
     if (!unread.empty())
         return text + ". These counters could not be read: " + unread + '.';

@@ -83,19 +83,22 @@ void addLower(NetworkCounters& counters, const std::filesystem::path& folder, in
     std::error_code error;
     if (levels == 0 || std::filesystem::exists(folder / "bonding", error))
         return;
-    for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-        if (entry.path().filename().string().rfind(prefix, 0) != 0)
+    // The adapter may go away meanwhile, which ends the loop.
+    std::filesystem::directory_iterator entry(folder, error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        const std::filesystem::path lower = entry->path();
+        if (lower.filename().string().rfind(prefix, 0) != 0)
             continue;
         for (std::size_t i = 0; isOfAdapter(i); ++i) {
             const auto count = static_cast<NetworkCount>(i);
-            const Value lower = sysfsNumber(entry.path() / "statistics" / names[i]);
+            const Value lost = sysfsNumber(lower / "statistics" / names[i]);
             if (count == NetworkCount::AdapterReceived ||
                 count == NetworkCount::AdapterCarrierChanges)
                 continue;
             Value& sum = counters[count];
-            sum = sum && lower ? Value(*sum + *lower) : std::nullopt;
+            sum = sum && lost ? Value(*sum + *lost) : std::nullopt;
         }
-        addLower(counters, entry.path(), levels - 1);
+        addLower(counters, lower, levels - 1);
     }
 }
 

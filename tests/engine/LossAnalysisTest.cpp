@@ -103,6 +103,11 @@ const Place places[] = {
          it.cameras[0].packetsDuplicate = 290;
          it.cameras[0].packetsLate = 10;
      }},
+    {"came too late for its frame", "A unknown",
+     [](Evidence& it) {
+         loseOfA(it, 300);
+         it.cameras[0].packetsLate = 300;
+     }},
     {"of both cameras", "A wire, B wire",
      [](Evidence& it) {
          loseOfA(it, 300);
@@ -190,6 +195,15 @@ const Place places[] = {
          loseInHost(it, 300);
          for (CameraEvidence& each : it.cameras)
              each.packetsDropped = 300;
+     }},
+    {"the ring, and every packet came again", "all kernel~",
+     [](Evidence& it) {
+         it.cameras[0].packetsResent = 300;
+         it.cameras[0].packetsDropped = 300;
+     }},
+    {"the ring at the end, and no frame followed", "all kernel",
+     [](Evidence& it) {
+         it.cameras[0].packetsDropped = 300;
      }},
     {"ring and wire", "all kernel, A wire",
      [](Evidence& it) {
