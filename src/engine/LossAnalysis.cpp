@@ -46,12 +46,12 @@ std::uint64_t packetsDelayed(const CameraEvidence& camera) {
 }
 
 /// Packets that were lost and came again. A requested packet that was only delayed comes twice, the
-/// second time perhaps after its frame.
+/// second time perhaps after its frame: where half of them did, all count as delayed.
 std::uint64_t packetsRepaired(const CameraEvidence& camera) {
     const std::uint64_t twice = camera.packetsDuplicate.value_or(0) +
                                 camera.packetsLate.value_or(0) - packetsDelayed(camera);
     const std::uint64_t resent = camera.packetsResent.value_or(0);
-    return resent - std::min(resent, twice);
+    return 2 * twice >= resent ? 0 : resent - twice;
 }
 
 /// Packets that did not come when they were sent first, of frames of which others did.

@@ -100,7 +100,7 @@ const Place places[] = {
     {"delayed, not lost", "",
      [](Evidence& it) {
          it.cameras[0].packetsResent = 300;
-         it.cameras[0].packetsDuplicate = 290;
+         it.cameras[0].packetsDuplicate = 140;
          it.cameras[0].packetsLate = 10;
      }},
     {"came too late for its frame", "A unknown",
