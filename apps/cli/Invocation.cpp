@@ -23,7 +23,8 @@ const std::vector<Command>& commands() {
 QList<QCommandLineOption> commonOptions() {
     return session::cameraOptions() +
            QList<QCommandLineOption>{
-               {QStringLiteral("json"), QStringLiteral("Print JSON: one document, or one line for each interval.")},
+               {QStringLiteral("json"),
+                QStringLiteral("Print JSON: one document, or one line for each interval.")},
                {{QStringLiteral("v"), QStringLiteral("verbose")},
                 QStringLiteral("Show informative messages, too; given twice, debug messages.")},
                {{QStringLiteral("h"), QStringLiteral("help")},

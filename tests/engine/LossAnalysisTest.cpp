@@ -108,12 +108,6 @@ const Place places[] = {
          loseOfA(it, 300);
          it.cameras[0].packetsLate = 300;
      }},
-    {"of both cameras", "A wire, B wire",
-     [](Evidence& it) {
-         loseOfA(it, 300);
-         it.cameras[1].framesIncomplete = 1;
-         it.cameras[1].packetsMissing = 20;
-     }},
     {"and a few of another, within the error of the count", "A wire",
      [](Evidence& it) {
          loseOfA(it, 300);
@@ -148,7 +142,7 @@ const Place places[] = {
      [](Evidence& it) {
          skipOfA(it, 5);
      }},
-    {"skipped, and single packets that came again", "A camera",
+    {"skipped, and a packet that came again", "A camera",
      [](Evidence& it) {
          skipOfA(it, 5);
          it.cameras[0].packetsResent = 1;
