@@ -5,6 +5,9 @@
 #include "features/FeatureController.h"
 #include "features/FeatureValue.h"
 
+#include <algorithm>
+#include <chrono>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -13,6 +16,10 @@ using Count = CameraEvidence::Count;
 
 constexpr char interfaceModule[] = "Interface";
 constexpr char packetsReceivedFeature[] = "StatPacketReceived";
+
+/// How long to wait at the end until this program has read what the adapter received.
+constexpr std::chrono::milliseconds longestDrain{200};
+constexpr std::chrono::milliseconds drainStep{5};
 
 /// A feature of the stream's statistics, and where its value goes.
 struct Statistic {
@@ -93,8 +100,21 @@ std::optional<std::int64_t> LossEvidence::surplusNow() const {
     return static_cast<std::int64_t>(*adapter) - static_cast<std::int64_t>(streams);
 }
 
+/// Packets that wait for this program count as surplus: the least of several readings has the
+/// fewest of them.
+std::optional<std::int64_t> LossEvidence::leastSurplus(std::int64_t expected) const {
+    const auto end = std::chrono::steady_clock::now() + longestDrain;
+    auto least = surplusNow();
+    while (least && *least > expected && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(drainStep);
+        const auto surplus = surplusNow();
+        least = surplus ? std::min(least, surplus) : std::nullopt;
+    }
+    return least;
+}
+
 void LossEvidence::noteEnd() {
-    const auto surplus = surplusNow();
+    const auto surplus = m_surplusAtStart ? leastSurplus(*m_surplusAtStart) : std::nullopt;
     m_evidence.surplus =
         surplus && m_surplusAtStart ? std::optional(*surplus - *m_surplusAtStart) : std::nullopt;
     if (!m_evidence.isSimulated)

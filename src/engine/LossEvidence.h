@@ -21,7 +21,8 @@ public:
 
     /// Notes what adapter and streams have received so far. Call it once the cameras stream.
     void noteStart();
-    /// Reads the counters again, before the cameras stop.
+    /// Reads the counters again, before the cameras stop. Blocks for up to 0.2 s while packets wait
+    /// for this program.
     void noteEnd();
     /// What findLosses() takes; valid after noteEnd(). The memory for USB is left unknown.
     const InterfaceEvidence& evidence() const { return m_evidence; }
@@ -30,6 +31,7 @@ private:
     /// How many more packets the adapter has received since it exists than the streams since they
     /// began: only a difference of two such numbers means something. Nothing where one is unknown.
     std::optional<std::int64_t> surplusNow() const;
+    std::optional<std::int64_t> leastSurplus(std::int64_t expected) const;
     void describe(CameraEvidence& evidence, const CameraHandler& camera) const;
 
     const CameraList m_cameras;
