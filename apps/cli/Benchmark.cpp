@@ -26,8 +26,8 @@ public:
     Streams(Cameras& cameras, const ChosenInterfaces& chosen, bool adjustsPacketSize)
         : m_isList(chosen.isList), m_areSimulated(cameras.areSimulated()) {
         for (const HostInterface* interface : chosen.interfaces)
-            m_streams.push_back(std::make_unique<StreamingCameras>(cameras.controller(), *interface,
-                                                                   adjustsPacketSize));
+            m_streams.push_back(std::make_unique<StreamingCameras>(
+                cameras.controller(), *interface, adjustsPacketSize, m_areSimulated));
     }
 
     bool isEmpty() const {

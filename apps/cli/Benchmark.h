@@ -34,7 +34,8 @@ using BenchmarkProgress = std::function<bool(const QJsonObject& interval)>;
 /// Streams from all open cameras of the interfaces at the same time until the time is up or the
 /// program is interrupted. Returns a document with "type" ("result"), "seconds" and "interrupted",
 /// and with "interface", "cameras" and "total" of the interface, or a list of such objects called
-/// "interfaces". Rates are averages of the whole time. Throws a Failure when no camera streams.
+/// "interfaces", each with "findings" of where frames were lost. Rates are averages of the whole
+/// time. Throws a Failure when no camera streams.
 QJsonObject runBenchmark(Cameras& cameras, const ChosenInterfaces& chosen,
                          const BenchmarkPlan& plan, Interruption& interruption,
                          const BenchmarkProgress& progress = {}, const BenchmarkTick& tick = {});

@@ -22,8 +22,8 @@ Report runBenchmarkCommand(Context& context) {
         runBenchmark(cameras, chosen, plan, context.interruption,
                      hasIntervals ? makeJsonProgress(context.terminal) : BenchmarkProgress());
     const bool hasFailed = arguments.has(QStringLiteral("fail-on-loss")) && hasLoss(result);
-    Report report{benchmarkText(result, context.terminal.lineWidth()), result,
-                  hasMeasuredAll(result) && !hasFailed};
+    Report report{benchmarkText(result, context.terminal.lineWidth(), explainsAll(arguments)),
+                  result, hasMeasuredAll(result) && !hasFailed};
     report.hasHeadings = true;
     report.isLine = hasIntervals;
     return report;

@@ -11,6 +11,7 @@ namespace {
 
 constexpr QLatin1String secondsOption("seconds");
 constexpr QLatin1String intervalOption("interval");
+constexpr QLatin1String explainOption("explain");
 constexpr QLatin1String packetSizeOption("adjust-packet-size");
 
 constexpr NumberRange intervals{0.1, 3600, 0.5};
@@ -30,6 +31,10 @@ QList<QCommandLineOption> benchmarkOptions(const QString& absentSeconds,
                {intervalOption, intervalHelp, QStringLiteral("number")},
                {packetSizeOption,
                 QStringLiteral("Let GigE cameras negotiate their largest packet size before.")},
+               {explainOption,
+                QStringLiteral(
+                    "Say where packets were lost even if no frame was, as they were sent again. "
+                    "Without it, only lost frames are explained.")},
            };
 }
 
@@ -41,6 +46,10 @@ BenchmarkPlan benchmarkPlan(const Arguments& arguments, double absentSeconds) {
         std::chrono::milliseconds(std::llround(arguments.number(intervalOption, intervals) * 1000));
     plan.adjustsPacketSize = arguments.has(packetSizeOption);
     return plan;
+}
+
+bool explainsAll(const Arguments& arguments) {
+    return arguments.has(explainOption);
 }
 
 double benchmarkSeconds(const Arguments& arguments, const QString& option, double absent) {

@@ -12,12 +12,14 @@ namespace cli {
 
 class Arguments;
 
-/// The options --interface, --seconds, --interval, --all and --adjust-packet-size. \p
+/// The options --interface, --seconds, --interval, --all, --adjust-packet-size and --explain. \p
 /// absentSeconds is the default of --seconds, \p intervalHelp explains --interval.
 QList<QCommandLineOption> benchmarkOptions(const QString& absentSeconds,
                                            const QString& intervalHelp);
 /// The plan that --seconds, --interval and --adjust-packet-size describe.
 BenchmarkPlan benchmarkPlan(const Arguments& arguments, double absentSeconds);
+/// Whether the place of every loss is to be told, see LossFindings.h.
+bool explainsAll(const Arguments& arguments);
 /// The duration in seconds that \p option gives, or \p absent.
 double benchmarkSeconds(const Arguments& arguments, const QString& option, double absent);
 /// The chosen interfaces; warns of each whose cameras may send more than it carries.

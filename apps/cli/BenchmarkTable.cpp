@@ -3,6 +3,7 @@
 
 #include "cli/Benchmark.h"
 #include "cli/Cameras.h"
+#include "cli/LossFindings.h"
 #include "cli/Table.h"
 
 #include <algorithm>
@@ -92,7 +93,7 @@ QStringList benchmarkLines(const QJsonObject& interface, int width) {
     return fits(lines, width) ? lines : full;
 }
 
-QString benchmarkText(const QJsonObject& benchmark, int width) {
+QString benchmarkText(const QJsonObject& benchmark, int width, bool explainsAll) {
     QStringList texts;
     for (const QJsonValue& value : interfacesOf(benchmark)) {
         const QJsonObject interface = value.toObject();
@@ -103,7 +104,10 @@ QString benchmarkText(const QJsonObject& benchmark, int width) {
                                              ? QStringLiteral(", interrupted")
                                              : QString())
                                     .arg(sharingText(interface));
-        texts.append(heading + joined(benchmarkLines(interface, width)));
+        const QStringList lines =
+            benchmarkLines(interface, width) +
+            lossLines(interface[QStringLiteral("findings")].toArray(), explainsAll, width);
+        texts.append(heading + joined(lines));
     }
     return texts.join(QLatin1Char('\n'));
 }

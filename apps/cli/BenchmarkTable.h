@@ -17,7 +17,8 @@ inline constexpr int anyWidth = std::numeric_limits<int>::max();
 /// columns when the table is wider than \p width characters, but none when that does not help.
 QStringList benchmarkLines(const QJsonObject& interface, int width = anyWidth);
 
-/// The result of runBenchmark() as text: for each interface its name, the duration and the table.
-QString benchmarkText(const QJsonObject& benchmark, int width = anyWidth);
+/// The result of runBenchmark() as text: for each interface its name, the duration, the table, and
+/// where frames were lost; with \p explainsAll also where packets were that came again.
+QString benchmarkText(const QJsonObject& benchmark, int width = anyWidth, bool explainsAll = false);
 
 } // namespace cli

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/StreamingCameras.h"
 
+#include "cli/LossFindings.h"
 #include "engine/CameraHandler.h"
 #include "features/FeatureController.h"
+#include "session/StreamingLimits.h"
 
 #include <algorithm>
 #include <utility>
@@ -42,10 +44,12 @@ void readStatistic(const CameraHandler& camera, const char* feature,
 } // namespace
 
 StreamingCameras::StreamingCameras(SystemController& controller, const HostInterface& interface,
-                                   bool adjustsPacketSize)
+                                   bool adjustsPacketSize, bool areSimulated)
     : m_controller(controller), m_interface(interface),
       m_bitsPerSecond(
-          static_cast<double>(controller.getInterfaceSpeed(interface.name.toStdString()))) {
+          static_cast<double>(controller.getInterfaceSpeed(interface.name.toStdString()))),
+      m_evidence((interface.id.isEmpty() ? interface.name : interface.id).toStdString(),
+                 interface.cameras, areSimulated) {
     m_controller.startBenchmark(interface.index, adjustsPacketSize);
     for (const auto& camera : interface.cameras) {
         Stream stream;
@@ -55,6 +59,7 @@ StreamingCameras::StreamingCameras(SystemController& controller, const HostInter
         m_streams.push_back(std::move(stream));
     }
     m_first = m_last = count();
+    m_evidence.noteStart();
 }
 
 StreamingCameras::~StreamingCameras() {
@@ -128,6 +133,7 @@ QJsonObject StreamingCameras::interval() {
 
 void StreamingCameras::stop() {
     m_last = count();
+    m_evidence.noteEnd();
     m_isStopped = true;
     m_controller.stopBenchmark(m_interface.index);
 }
@@ -137,7 +143,16 @@ QJsonObject StreamingCameras::result() {
         if (stream.isStarted && !stream.disconnectedAfterSeconds)
             ask(stream, m_last.time);
     }
-    return figures(m_first, m_last);
+    QJsonObject result = figures(m_first, m_last);
+    InterfaceEvidence evidence = m_evidence.evidence();
+    const auto usbCameras = static_cast<std::size_t>(
+        std::count_if(evidence.cameras.begin(), evidence.cameras.end(),
+                      [](const CameraEvidence& camera) { return camera.isUsb; }));
+    evidence.usbMemoryNeeded = session::usbMegabytesFor(usbCameras);
+    if (!evidence.isSimulated)
+        evidence.usbMemory = session::streamingMemory().usbMegabytes;
+    result[QStringLiteral("findings")] = lossFindings(evidence);
+    return result;
 }
 
 QJsonObject StreamingCameras::figures(const Counts& since, const Counts& until) const {

@@ -3,6 +3,7 @@
 
 #include "cli/Cameras.h"
 #include "cli/FrameFigures.h"
+#include "engine/LossEvidence.h"
 
 #include <QJsonObject>
 
@@ -18,9 +19,10 @@ namespace cli {
 /// arrives, and notices cameras that are disconnected meanwhile. Bound to one thread.
 class StreamingCameras {
 public:
-    /// \p adjustsPacketSize: GigE cameras negotiate their largest packet size before.
+    /// \p adjustsPacketSize: GigE cameras negotiate their largest packet size before. No counters
+    /// of this host are read where the cameras are simulated.
     StreamingCameras(SystemController& controller, const HostInterface& interface,
-                     bool adjustsPacketSize);
+                     bool adjustsPacketSize, bool areSimulated);
     ~StreamingCameras();
 
     StreamingCameras(const StreamingCameras&) = delete;
@@ -40,8 +42,9 @@ public:
     QJsonObject interval();
     /// Counts a last time and ends the streams.
     void stop();
-    /// The same members as in interval(), after stop(). Rates are averages of the whole time. Asks
-    /// all cameras whether they are still there, since stopping does not report it.
+    /// The same members as in interval() and "findings", after stop(). Rates are averages of the
+    /// whole time. Asks all cameras whether they are still there, since stopping does not report
+    /// it.
     QJsonObject result();
 
 private:
@@ -70,6 +73,7 @@ private:
     SystemController& m_controller;
     const HostInterface& m_interface;
     const double m_bitsPerSecond;
+    LossEvidence m_evidence;
     std::vector<Stream> m_streams;
     Counts m_first;
     Counts m_last;

@@ -141,8 +141,8 @@ Report runWatch(Context& context) {
                      [&] { return !keyboard || obeyKeys(*keyboard, context.terminal); });
     keyboard.reset();
     context.terminal.clear();
-    Report report{benchmarkText(result, context.terminal.lineWidth()), result,
-                  hasMeasuredAll(result)};
+    Report report{benchmarkText(result, context.terminal.lineWidth(), explainsAll(arguments)),
+                  result, hasMeasuredAll(result)};
     report.hasHeadings = true;
     report.isLine = true;
     return report;

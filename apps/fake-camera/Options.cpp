@@ -87,6 +87,8 @@ const std::vector<Option>& allOptions() {
         number(nullptr, "--extended-ids", "0", 0, 1, "", "1: frame numbers of 64 bits, not 16"),
         number(nullptr, "--drop-every", "0", 0, any64, " packets",
                "drop each N-th data packet, resend it on request; 0: none"),
+        number(nullptr, "--skip-every", "0", 0, any64, " frames",
+               "leave out a frame number after each N frames; 0: none"),
         number(nullptr, "--loss", "0", 0, 90, " percent",
                "lose packets at random, also those that are resent"),
         number(nullptr, "--resend", "1", 0, 1, "", "0: refuse to resend packets"),

@@ -118,6 +118,7 @@ bool StreamChannel::waitForAcquisition() {
 void StreamChannel::acquire() {
     m_packets.emplace(m_registers, m_options.extendedIds, m_options.lossPercent, m_socket);
     std::uint64_t frameId = m_options.firstFrameId;
+    std::uint64_t frames = 0;
     auto due = Clock::now();
     m_tokensSince = due;
     while (waitForTurn(due)) {
@@ -125,13 +126,19 @@ void StreamChannel::acquire() {
         if (!sendFrame())
             return;
         m_registers.add(FramesSent, 1);
-        frameId = !m_options.extendedIds && frameId == 0xffff ? 1 : frameId + 1;
+        frameId = following(frameId);
+        if (m_options.skipEvery != 0 && ++frames % m_options.skipEvery == 0)
+            frameId = following(frameId);
         due += seconds(1 / m_registers.frameRate());
         if (m_registers.read(AcquisitionMode) == singleFrame) {
             m_registers.write(Acquisition, 0);
             update();
         }
     }
+}
+
+std::uint64_t StreamChannel::following(std::uint64_t frameId) const {
+    return !m_options.extendedIds && frameId == 0xffff ? 1 : frameId + 1;
 }
 
 bool StreamChannel::waitForTurn(Clock::time_point& due) {

@@ -23,6 +23,8 @@ struct StreamOptions {
     std::uint64_t firstFrameId = 1;
     /// Drops each n-th data packet, which is sent when the host requests it. 0: none.
     std::uint64_t dropEvery = 0;
+    /// Leaves out a frame number after each n frames. 0: none.
+    std::uint64_t skipEvery = 0;
     /// Percent of all packets, resent ones included, that are lost at random.
     std::uint32_t lossPercent = 0;
 };
@@ -57,6 +59,7 @@ private:
     /// Waits for an acquisition to start; false when the channel ends.
     bool waitForAcquisition();
     void acquire();
+    std::uint64_t following(std::uint64_t frameId) const;
     /// Waits until a frame is due or a trigger came; false when the acquisition ends.
     bool waitForTurn(Clock::time_point& due);
     /// Sends a frame's packets at the camera's pace; false when the acquisition ends before.

@@ -110,7 +110,8 @@ void serve(const Options& options) {
     fill(registers, options);
     StreamChannel stream(registers, options.address(),
                          {options.isOn("--extended-ids"), options.number("--first-frame-id"),
-                          options.number("--drop-every"), options.number32("--loss")});
+                          options.number("--drop-every"), options.number("--skip-every"),
+                          options.number32("--loss")});
     ControlChannel control(registers, stream, options.address());
     // Programs that start a camera wait for this line.
     std::printf("ready: GigE Vision camera \"%s %s\", serial number \"%s\", on %s\n",

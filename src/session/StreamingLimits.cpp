@@ -32,9 +32,13 @@ StreamingMemory streamingMemory(const std::filesystem::path& root) {
             platform::mayOpenPacketSockets(root)};
 }
 
+std::uint64_t usbMegabytesFor(std::size_t cameras) {
+    return megabytesPerUsbCamera * cameras;
+}
+
 std::optional<std::string> usbMemoryWarning(const RealCameras& cameras,
                                             const StreamingMemory& memory) {
-    const std::uint64_t needed = megabytesPerUsbCamera * cameras.usb;
+    const std::uint64_t needed = usbMegabytesFor(cameras.usb);
     const std::uint64_t granted = memory.usbMegabytes.value_or(0);
     if (granted == 0 || granted >= needed)
         return std::nullopt;

@@ -24,6 +24,9 @@ struct StreamingMemory {
 /// Reads Linux's folders /proc and /sys below \p root.
 StreamingMemory streamingMemory(const std::filesystem::path& root = "/");
 
+/// Memory in MB that USB cameras need for the frames that are being received.
+std::uint64_t usbMegabytesFor(std::size_t cameras);
+
 /// Warning for a person, with the command that raises the limit; nothing where the cameras have
 /// enough memory.
 std::optional<std::string> usbMemoryWarning(const RealCameras& cameras,

@@ -2,6 +2,7 @@
 #include "cli/BenchmarkTable.h"
 
 #include "cli/FrameFigures.h"
+#include "cli/LossFindings.h"
 
 #include <gmock/gmock.h>
 
@@ -44,6 +45,30 @@ CAM-1   Feeder     20.00  20.00    20.0        90    10           2   12.00
 CAM-2   Feeder      0.00   0.00     0.0        90    10           2   12.00       7  disconnected after 14 s
 Total              20.00  20.00    20.0       180    20           4   12.00       7)" +
                   1);
+}
+
+TEST(BenchmarkTable, namesPlacesOfLossAndKeepsRepairedOnesForThoseWhoAsk) {
+    const QJsonObject shared{{QStringLiteral("place"), QStringLiteral("kernel")},
+                             {QStringLiteral("repaired"), false},
+                             {QStringLiteral("evidence"), QStringLiteral("The ring was full.")},
+                             {QStringLiteral("cure"), QStringLiteral("End other programs.")}};
+    const QJsonObject repaired{{QStringLiteral("place"), QStringLiteral("wire")},
+                               {QStringLiteral("camera"), QStringLiteral("CAM-1")},
+                               {QStringLiteral("repaired"), true},
+                               {QStringLiteral("evidence"), QStringLiteral("7 packets.")}};
+    const auto text = [](const QJsonArray& findings, bool explainsAll, int width) {
+        return cli::lossLines(findings, explainsAll, width).join(QLatin1Char('\n')).toStdString();
+    };
+    EXPECT_EQ(text({shared, repaired}, true, 24), R"(
+Where frames were lost:
+  All cameras: kernel.
+  The ring was full.
+    -> End other
+       programs.
+  CAM-1: wire, no frame
+  lost. 7 packets.)" + 1);
+    EXPECT_EQ(text({repaired}, false, 80), "");
+    EXPECT_EQ(text({}, true, 80), "No frame was lost, and no packet had to be sent again.");
 }
 
 TEST(BenchmarkTable, dropsTheLessImportantColumnsAndNeverHalfOfOne) {

@@ -63,9 +63,9 @@ _spanlet_options() {
     case $command in
         list) echo "--names" ;;
         benchmark)
-            echo "--interface --all --seconds --interval --adjust-packet-size --fail-on-loss"
+            echo "--interface --all --seconds --interval --adjust-packet-size --explain --fail-on-loss"
             ;;
-        watch) echo "--interface --all --seconds --interval --adjust-packet-size" ;;
+        watch) echo "--interface --all --seconds --interval --adjust-packet-size --explain" ;;
         autoset)
             echo "--interface --all --camera --interface-margin --camera-margin --lock"
             echo "--max-bandwidth --adjust-packet-size --benchmark"

@@ -63,12 +63,19 @@ void addPacketStatistics(FeatureSet& set, const StreamControl& control) {
         &StreamCounts::packetsLate);
     add("StatPacketRefused", "Packets that were malformed or of no frame of the stream.",
         &StreamCounts::packetsRefused);
+    add("StatPacketUnavailable", "Packets that the camera was asked for and no longer had.",
+        &StreamCounts::packetsUnavailable);
     add("StatPacketDropped",
         "Packets for which this host had no room: in the packet ring, of all streams of the "
         "adapter, or in the UDP socket.",
         &StreamCounts::packetsDropped);
     add("StatRingFrozen", "How often the packet ring of the adapter was full.",
         &StreamCounts::ringFreezes);
+    add("StatFrameHollow",
+        "Frames of which leader and trailer arrived, and no full packet of data: the path does not "
+        "carry packets of this size.",
+        &StreamCounts::framesHollow);
+    add("StatFrameGap", "How often one or more frames in a row were lost.", &StreamCounts::gaps);
 }
 
 void addPacketSize(FeatureSet& set, const StreamControl& control) {

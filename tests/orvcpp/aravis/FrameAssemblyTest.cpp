@@ -168,6 +168,7 @@ TEST(FrameAssembly, endsBlocksThatCannotBecomeWhole) {
         stream.sendBlock(1, {2});
         stream.send(stream.camera.packet(script::Data, 1, 2, {}, status));
         EXPECT_EQ(stream.takeDelivered(), isGone ? Texts{"1 cut"} : Texts{});
+        EXPECT_EQ(stream.counters.packetsUnavailable, isGone ? 1U : 0U);
         stream.pass(2);
         EXPECT_EQ(stream.takeRequests(), isGone ? Texts{} : Texts{"1:2-2"});
         EXPECT_THAT(stream.takeDelivered(), IsEmpty());
@@ -226,7 +227,19 @@ TEST(FrameAssembly, numbersCountOnWhateverTheCamerasDo) {
         }
         EXPECT_EQ(stream.takeDelivered(), numbers);
         EXPECT_EQ(stream.counters.framesLost, lost);
+        EXPECT_EQ(stream.counters.gaps, lost > 0 ? 1U : 0U);
     }
+}
+
+TEST(FrameAssembly, countsFramesWhosePathCarriesOnlySmallPackets) {
+    Assembled stream({}, {}, 8, false);
+    std::uint64_t block = 0;
+    // With the short last packet of data, and without; then each kind of other frames.
+    for (const std::set<std::uint32_t>& lost : std::vector<std::set<std::uint32_t>>{
+             {1, 2, 3}, {1, 2, 3, 4}, {1, 2}, {0, 1, 2, 3}, {1, 2, 3, 5}, {}})
+        stream.sendBlock(++block, lost);
+    stream.pass(300);
+    EXPECT_EQ(stream.counters.framesHollow, 2U);
 }
 
 TEST(FrameAssembly, deliversABlockThatComesTwiceOnce) {

@@ -32,6 +32,17 @@ constexpr std::size_t mostCandidates = 4;
 /// Open blocks. Fewer are open when fewer frames are queued.
 constexpr std::size_t mostOpen = 64;
 
+/// What comes of a frame whose full packets the path does not carry: leader, trailer, and the last
+/// packet of data, which is shorter. Of a frame of few packets, this says nothing.
+constexpr std::size_t shortPackets = 3;
+constexpr std::uint32_t fewestPackets = 6;
+
+bool isHollow(const Block& block) {
+    const std::uint32_t expected = block.expected();
+    return expected >= fewestPackets && block.leader() && block.hasTrailer() &&
+           expected - block.missing(expected) <= shortPackets;
+}
+
 std::uint64_t nanoseconds(std::uint64_t ticks, std::uint64_t frequency) {
     constexpr std::uint64_t second = 1'000'000'000;
     if (frequency == 0)
@@ -71,6 +82,7 @@ void FrameAssembly::take(Open& open, const gvsp::Packet& packet, Time now) {
     if (packet.availability == Availability::Later)
         return;
     if (packet.availability != Availability::Present) {
+        m_counters.packetsUnavailable.add(1);
         // Some cameras answer this for packets that they have not sent yet.
         if (packet.number < open.block.next() || !isNewest(open))
             open.block.giveUp(packet.number, packet.availability == Availability::GoneWithPrevious);
@@ -194,7 +206,9 @@ void FrameAssembly::endFirst() {
     std::list<Open> first;
     first.splice(first.begin(), m_open, m_open.begin());
     const Block& block = first.front().block;
-    m_counters.framesLost.add(block.number() - m_numbers.lastEnded() - 1);
+    const std::uint64_t lost = block.number() - m_numbers.lastEnded() - 1;
+    m_counters.framesLost.add(lost);
+    m_counters.gaps.add(lost > 0 ? 1 : 0);
     m_numbers.end(block.number());
     if (!block.frame()) {
         m_counters.framesWithoutBuffer.add(1);
@@ -204,6 +218,7 @@ void FrameAssembly::endFirst() {
     contents.timestamp = nanoseconds(contents.timestamp, m_settings.tickFrequency);
     const bool isComplete = contents.status == OrvFrameStatusComplete;
     (isComplete ? m_counters.framesComplete : m_counters.framesIncomplete).add(1);
+    m_counters.framesHollow.add(isHollow(block) ? 1 : 0);
     m_counters.packetsMissing.add(block.missing(block.expected()));
     block.frame()->setContents(contents);
     m_output.deliver(block.frame());

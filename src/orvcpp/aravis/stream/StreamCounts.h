@@ -11,8 +11,12 @@ template <typename Count> struct StreamCountsOf {
     Count framesComplete{};
     /// Delivered, and not whole or of a wrong size.
     Count framesIncomplete{};
+    /// Incomplete ones of which leader and trailer came, and no full packet of data.
+    Count framesHollow{};
     /// Frames of which nothing arrived.
     Count framesLost{};
+    /// How often one or more frames in a row were lost.
+    Count gaps{};
     /// Frames that arrived while no buffer was queued.
     Count framesWithoutBuffer{};
     Count bytes{};
@@ -27,6 +31,8 @@ template <typename Count> struct StreamCountsOf {
     Count packetsLate{};
     /// Malformed, or of no frame of the stream.
     Count packetsRefused{};
+    /// Answers of the camera that it does not have a requested packet any more.
+    Count packetsUnavailable{};
 };
 
 /// Counts at one moment.
@@ -54,10 +60,21 @@ private:
 struct StreamCounters : StreamCountsOf<StreamCounter> {
     StreamCounts now() const {
         StreamCounts counts;
-        static_cast<StreamCountsOf<std::uint64_t>&>(counts) = {
-            framesComplete, framesIncomplete, framesLost,     framesWithoutBuffer,
-            bytes,          packets,          packetsMissing, packetsRequested,
-            packetsResent,  packetsDuplicate, packetsLate,    packetsRefused};
+        static_cast<StreamCountsOf<std::uint64_t>&>(counts) = {framesComplete,
+                                                               framesIncomplete,
+                                                               framesHollow,
+                                                               framesLost,
+                                                               gaps,
+                                                               framesWithoutBuffer,
+                                                               bytes,
+                                                               packets,
+                                                               packetsMissing,
+                                                               packetsRequested,
+                                                               packetsResent,
+                                                               packetsDuplicate,
+                                                               packetsLate,
+                                                               packetsRefused,
+                                                               packetsUnavailable};
         return counts;
     }
 };
