@@ -63,23 +63,24 @@ void InterfaceHandlerUSB::rebuild() {
         addCameras(*tree);
 }
 
-InterfaceHandlerUSB::Controllers::const_iterator
-InterfaceHandlerUSB::find(const std::string& interfaceId) const {
-    return std::find_if(m_controllers.begin(), m_controllers.end(), [&](const auto& controller) {
-        return interfaceId.find(controller.first) != std::string::npos;
-    });
-}
-
 std::optional<std::uint64_t> InterfaceHandlerUSB::GetSpeed(const std::string& interfaceId) const {
-    const auto found = find(interfaceId);
+    const auto found =
+        std::find_if(m_controllers.begin(), m_controllers.end(), [&](const auto& controller) {
+            return interfaceId.find(controller.first) != std::string::npos;
+        });
     if (found == m_controllers.end())
         return std::nullopt;
     return found->second;
 }
 
 std::string InterfaceHandlerUSB::controllerKey(const std::string& interfaceId) const {
-    const auto found = find(interfaceId);
-    return found == m_controllers.end() ? std::string() : found->first;
+    // The longest: "0-20-0" occurs in "10-20-0", too.
+    std::string longest;
+    for (const auto& [key, speed] : m_controllers) {
+        if (key.size() > longest.size() && interfaceId.find(key) != std::string::npos)
+            longest = key;
+    }
+    return longest;
 }
 
 void InterfaceHandlerUSB::addCameras(host::HostUsbTree& tree) {

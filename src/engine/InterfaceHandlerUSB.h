@@ -23,21 +23,18 @@ public:
     /// Bits per second of the controller whose PCI location ("bus-device-function", decimal)
     /// occurs in the interface ID; nothing when there is none.
     virtual std::optional<std::uint64_t> GetSpeed(const std::string& interfaceId) const;
-    /// PCI location of that controller; empty when there is none.
+    /// PCI location of the controller that the interface ID names; empty when there is none.
     std::string controllerKey(const std::string& interfaceId) const;
 
 private:
     /// Device instance ID of a hub to its device interface path.
     using HubPaths = std::map<std::string, std::string>;
 
-    /// PCI location of a controller to the highest speed of the cameras behind it.
-    using Controllers = std::map<std::string, std::uint64_t>;
-
-    Controllers::const_iterator find(const std::string& interfaceId) const;
     void addCameras(host::HostUsbTree& tree);
     void addCamera(host::HostUsbTree& tree, const host::DeviceInterface& camera,
                    const HubPaths& hubPaths);
 
     const host::HostUsbTrees m_trees;
-    Controllers m_controllers;
+    /// PCI location of a controller to the highest speed of the cameras behind it.
+    std::map<std::string, std::uint64_t> m_controllers;
 };

@@ -211,6 +211,8 @@ TEST(InterfaceHandlerUSB, takesTheFirstKeyThatOccursAnywhereInTheId) {
     handler.rebuild();
     EXPECT_EQ(handler.GetSpeed("USB(0-20-0)"), superSpeed);
     EXPECT_EQ(handler.GetSpeed("USB(10-20-0)"), superSpeed) << "0-20-0 is the first within it";
+    EXPECT_EQ(handler.controllerKey("USB(10-20-0)"), "10-20-0") << "another than 0-20-0";
+    EXPECT_EQ(handler.controllerKey("USB(3-20-1)"), "");
     EXPECT_EQ(handler.GetSpeed("USB(2-20-0)"), highSpeed);
     EXPECT_EQ(handler.GetSpeed("USB(3-20-1)"), std::nullopt);
     EXPECT_EQ(handler.GetSpeed(""), std::nullopt);
