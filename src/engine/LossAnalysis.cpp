@@ -14,6 +14,9 @@ using platform::NetworkCount;
 /// not one of another frame; an interruption may do so once.
 constexpr std::uint64_t fewestPackets = 8;
 constexpr std::uint64_t fewestGaps = 3;
+/// An interruption cuts two frames on average by half: fewer than one in so many packets of a frame
+/// are missing beside each gap that a camera makes.
+constexpr std::uint64_t gapShare = 10;
 /// Part of the missing packets that may stay unexplained beside places that were named.
 constexpr std::uint64_t restShare = 4;
 /// USB 3 begins at this speed, in bits per second.
@@ -177,7 +180,8 @@ void Analysis::judgeSocket(Case& each) {
 /// Whether whole frames are missing and hardly a packet of others.
 bool Analysis::mayBeSkipped(const CameraEvidence& camera) const {
     return camera.gaps.value_or(0) >= fewestGaps && packetsPerFrame(camera) >= fewestPackets &&
-           camera.packetsMissing && camera.packetsResent && packetsAstray(camera) < *camera.gaps;
+           camera.packetsMissing && camera.packetsResent &&
+           packetsAstray(camera) * gapShare < *camera.gaps * packetsPerFrame(camera);
 }
 
 void Analysis::judgeCamera(Case& each) {

@@ -18,8 +18,8 @@ constexpr char interfaceModule[] = "Interface";
 constexpr char packetsReceivedFeature[] = "StatPacketReceived";
 
 /// How long to wait at the end until this program has read what the adapter received.
-constexpr std::chrono::milliseconds longestDrain{200};
-constexpr std::chrono::milliseconds drainStep{5};
+constexpr std::chrono::milliseconds longestDrain{500};
+constexpr std::chrono::milliseconds drainStep{2};
 
 /// A feature of the stream's statistics, and where its value goes.
 struct Statistic {
@@ -93,7 +93,7 @@ std::optional<std::int64_t> LossEvidence::surplusNow() const {
         streams += *received;
     }
     // Directly after the streams, so that few packets come between.
-    const auto now = platform::readNetworkCounters(m_before.adapter);
+    const auto now = platform::readAdapterCounters(m_before.adapter);
     const auto adapter = now[platform::NetworkCount::AdapterReceived];
     if (!adapter || now.adapterIndex != m_before.adapterIndex)
         return std::nullopt;

@@ -21,7 +21,7 @@ public:
 
     /// Notes what adapter and streams have received so far. Call it once the cameras stream.
     void noteStart();
-    /// Reads the counters again, before the cameras stop. Blocks for up to 0.2 s while packets wait
+    /// Reads the counters again, before the cameras stop. Blocks for up to 0.5 s while packets wait
     /// for this program.
     void noteEnd();
     /// What findLosses() takes; valid after noteEnd(). The memory for USB is left unknown.

@@ -133,10 +133,15 @@ std::string nameOf(NetworkCount count) {
     return names[static_cast<std::size_t>(count)];
 }
 
-NetworkCounters readNetworkCounters(const std::string& adapter, const std::filesystem::path& root) {
+NetworkCounters readAdapterCounters(const std::string& adapter, const std::filesystem::path& root) {
     NetworkCounters counters;
     counters.adapter = adapter;
     readAdapter(counters, root);
+    return counters;
+}
+
+NetworkCounters readNetworkCounters(const std::string& adapter, const std::filesystem::path& root) {
+    NetworkCounters counters = readAdapterCounters(adapter, root);
     readKernel(counters, root / "proc/net");
     return counters;
 }

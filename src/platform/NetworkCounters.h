@@ -75,6 +75,10 @@ std::string adapterWithAddress(std::uint32_t address);
 NetworkCounters readNetworkCounters(const std::string& adapter,
                                     const std::filesystem::path& root = "/");
 
+/// The same without the counters of the kernel: quicker.
+NetworkCounters readAdapterCounters(const std::string& adapter,
+                                    const std::filesystem::path& root = "/");
+
 /// How far the counters have moved. Unknown: a counter that went back, and all of an adapter that
 /// was made anew meanwhile.
 NetworkCounters difference(const NetworkCounters& before, const NetworkCounters& after);
