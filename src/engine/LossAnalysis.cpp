@@ -2,6 +2,7 @@
 #include "engine/LossAnalysis.h"
 
 #include "engine/SharedLosses.h"
+#include "platform/HostCommands.h"
 
 #include <algorithm>
 #include <utility>
@@ -19,6 +20,8 @@ constexpr std::uint64_t fewestGaps = 3;
 constexpr std::uint64_t gapShare = 10;
 /// Part of the missing packets that may stay unexplained beside places that were named.
 constexpr std::uint64_t restShare = 4;
+/// Bytes that hold the packets of a quarter of a second at 1 Gbit/s.
+constexpr std::uint64_t largeReceiveBuffer = 32 << 20;
 /// USB 3 begins at this speed, in bits per second.
 constexpr std::uint64_t usb3Speed = 5'000'000'000;
 
@@ -168,8 +171,9 @@ void Analysis::judgeSocket(Case& each) {
     add(LossPlace::Kernel, camera,
         "The operating system dropped " + packets(dropped) + " as the receive buffer" + buffer +
             " of the UDP socket was full (StatPacketDropped).",
-        "Permit a larger buffer: sudo sysctl -w net.core.rmem_max=33554432. Or receive by the "
-        "packet ring: sudo setcap cap_net_raw+ep $(command -v spanlet)");
+        "Permit a larger buffer: " + platform::receiveBufferCommand(largeReceiveBuffer) +
+            ". Or receive by the packet ring: " +
+            platform::packetSocketCommand(m_evidence.program));
     each.missing -= std::min(each.missing, dropped);
     each.isExplained = each.missing <= dropped / restShare;
     if (each.isExplained)
@@ -226,8 +230,7 @@ void Analysis::judgeUsb(Case& each) {
             lost + "; the system allows " + std::to_string(*m_evidence.usbMemory) +
                 " MB of USB memory, and the cameras need " +
                 std::to_string(m_evidence.usbMemoryNeeded) + " MB.",
-            "echo " + std::to_string(m_evidence.usbMemoryNeeded) +
-                " | sudo tee /sys/module/usbcore/parameters/usbfs_memory_mb");
+            platform::usbMemoryCommand(m_evidence.usbMemoryNeeded));
         each.isExplained = true;
     }
 }

@@ -4,6 +4,7 @@
 #include "platform/NetworkCounters.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -88,6 +89,8 @@ struct InterfaceEvidence {
     std::optional<std::uint64_t> usbMemory;
     std::uint64_t usbMemoryNeeded = 0;
     bool isSimulated = false;
+    /// File of this program, for commands.
+    std::filesystem::path program;
 };
 
 /// A place where something was lost.

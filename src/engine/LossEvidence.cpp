@@ -4,6 +4,7 @@
 #include "engine/CameraHandler.h"
 #include "features/FeatureController.h"
 #include "features/FeatureValue.h"
+#include "platform/HostCommands.h"
 
 #include <algorithm>
 #include <chrono>
@@ -72,6 +73,7 @@ LossEvidence::LossEvidence(std::string name, CameraList cameras, bool areSimulat
     : m_cameras(std::move(cameras)) {
     m_evidence.name = std::move(name);
     m_evidence.isSimulated = areSimulated;
+    m_evidence.program = platform::programFile();
     if (!areSimulated)
         m_before = platform::readNetworkCounters(adapterOf(m_cameras));
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/SharedLosses.h"
 
+#include "platform/HostCommands.h"
+
 #include <algorithm>
 #include <initializer_list>
 #include <utility>
@@ -39,7 +41,7 @@ class Places {
 public:
     Places(const InterfaceEvidence& evidence, std::uint64_t missing)
         : m_network(evidence.network), m_missing(missing), m_isRepaired(isAllRepaired(evidence)),
-          m_surplus(evidence.surplus.value_or(0)),
+          m_surplus(evidence.surplus.value_or(0)), m_program(evidence.program),
           m_usesSockets(std::any_of(
               evidence.cameras.begin(), evidence.cameras.end(),
               [](const CameraEvidence& camera) { return !camera.usesRing.value_or(true); })) {}
@@ -57,6 +59,7 @@ private:
     const std::uint64_t m_missing;
     const bool m_isRepaired;
     const std::int64_t m_surplus;
+    const std::filesystem::path m_program;
     /// Whether packets of a camera pass the operating system's IP and UDP.
     const bool m_usesSockets;
     std::vector<SharedLoss> m_losses;
@@ -165,8 +168,8 @@ void Places::findInIp() {
             "Rules of this host's firewall or routes discarded packets: IP received " +
                 std::to_string(filtered) + " that it neither delivered nor counted as faulty.",
             "Permit UDP from the cameras, for example: sudo iptables -I INPUT -i " + adapter +
-                " -p udp -j ACCEPT. Or receive by the packet ring: sudo setcap cap_net_raw+ep "
-                "$(command -v spanlet)");
+                " -p udp -j ACCEPT. Or receive by the packet ring: " +
+                platform::packetSocketCommand(m_program));
 }
 
 std::vector<SharedLoss> Places::find() {
