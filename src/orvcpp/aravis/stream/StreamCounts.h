@@ -31,7 +31,7 @@ template <typename Count> struct StreamCountsOf {
     Count packetsLate{};
     /// Malformed, or of no frame of the stream.
     Count packetsRefused{};
-    /// Answers of the camera that it does not have a requested packet any more.
+    /// Answers of the camera that it no longer has a requested packet.
     Count packetsUnavailable{};
 };
 
