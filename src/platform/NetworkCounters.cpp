@@ -22,7 +22,7 @@ constexpr auto all = static_cast<std::size_t>(NetworkCount::Count);
 constexpr auto firstOfKernel = NetworkCount::BacklogDropped;
 
 /// In the order of NetworkCount. Those of an adapter are names of files.
-constexpr std::array<const char*, all> names{
+constexpr std::array<const char*, all> countNames{
     "rx_packets",       "rx_missed_errors",     "rx_fifo_errors",   "rx_over_errors",
     "rx_crc_errors",    "rx_frame_errors",      "rx_length_errors", "rx_dropped",
     "carrier_changes",  "softnet_stat dropped", "Ip InReceives",    "Ip InDelivers",
@@ -91,7 +91,7 @@ void addLower(NetworkCounters& counters, const std::filesystem::path& folder, in
             continue;
         for (std::size_t i = 0; isOfAdapter(i); ++i) {
             const auto count = static_cast<NetworkCount>(i);
-            const Value lost = sysfsNumber(lower / "statistics" / names[i]);
+            const Value lost = sysfsNumber(lower / "statistics" / countNames[i]);
             if (count == NetworkCount::AdapterReceived ||
                 count == NetworkCount::AdapterCarrierChanges)
                 continue;
@@ -111,7 +111,7 @@ void readAdapter(NetworkCounters& counters, const std::filesystem::path& root) {
     for (std::size_t i = 0; isOfAdapter(i); ++i) {
         const auto count = static_cast<NetworkCount>(i);
         const bool isCarrier = count == NetworkCount::AdapterCarrierChanges;
-        counters[count] = sysfsNumber((isCarrier ? folder : folder / "statistics") / names[i]);
+        counters[count] = sysfsNumber((isCarrier ? folder : folder / "statistics") / countNames[i]);
     }
     constexpr int mostLevels = 4;
     addLower(counters, folder, mostLevels);
@@ -122,7 +122,7 @@ void readKernel(NetworkCounters& counters, const std::filesystem::path& proc) {
     addTable(table, proc / "snmp");
     addTable(table, proc / "netstat");
     for (auto i = static_cast<std::size_t>(firstOfKernel); i < all; ++i)
-        if (const auto found = table.find(names[i]); found != table.end())
+        if (const auto found = table.find(countNames[i]); found != table.end())
             counters[static_cast<NetworkCount>(i)] = found->second;
     counters[NetworkCount::BacklogDropped] = readBacklogDropped(proc / "softnet_stat");
 }
@@ -130,7 +130,7 @@ void readKernel(NetworkCounters& counters, const std::filesystem::path& proc) {
 } // namespace
 
 std::string nameOf(NetworkCount count) {
-    return names[static_cast<std::size_t>(count)];
+    return countNames[static_cast<std::size_t>(count)];
 }
 
 NetworkCounters readAdapterCounters(const std::string& adapter, const std::filesystem::path& root) {
