@@ -3,6 +3,7 @@
 #include "orvcpp/aravis/GObjects.h"
 #include "platform/UdpSocket.h"
 #include "tests/support/FakeCameraProcess.h"
+#include "tests/support/HostStalls.h"
 
 #include <gmock/gmock.h>
 
@@ -123,7 +124,9 @@ TEST(FakeCameraRate, isOnTheWireWhatTheFeatureSays) {
         EXPECT_NEAR(host.number("AcquisitionFrameRate"), expected, 0.001);
         host.start();
         host.receive(1);
-        // A busy machine may delay the camera, but never makes it faster.
+        // A busy machine may delay the camera, but never makes it faster. The camera does not catch
+        // up with a delay of more than 2 ms.
+        const HostStalls stalls(3ms);
         constexpr std::size_t few = 5;
         double best = 0;
         for (int i = 0; i < 12 && best < 0.98 * expected; ++i) {
@@ -134,7 +137,7 @@ TEST(FakeCameraRate, isOnTheWireWhatTheFeatureSays) {
             for (std::size_t last = few; last < times.size(); ++last)
                 best = std::max(best, few / (times[last] - times[last - few]));
         }
-        EXPECT_GT(best, 0.98 * expected);
+        EXPECT_GT(best, (stalls.count() == 0 ? 0.98 : 0.8) * expected);
     }
 }
 
@@ -152,7 +155,9 @@ TEST(FakeCamera, spreadsItsPacketsOverTheTimeOfItsLimitAndDropsEachNth) {
         ASSERT_EQ(frame.size(), 769 - dropped + 2);
         half = frame[frame.size() / 2].moment - frame.front().moment;
         whole = frame.back().moment - frame.front().moment;
-        // A busy machine may delay the camera, but never makes it faster.
+        // A busy machine may delay the camera, but never makes it faster. The camera does not catch
+        // up with a delay of more than 2 ms.
+        const HostStalls stalls(3ms);
         EXPECT_GT(half, 47ms);
         EXPECT_GT(whole, 97ms);
     }

@@ -17,7 +17,10 @@ namespace fakecamera {
 /// have stood still then, so that each camera may have a damaged frame.
 class HostStalls {
 public:
-    HostStalls() {
+    /// Counts waits that are longer than \p tooLong. By default, as long as the queue of the switch
+    /// in tools/congested-network needs to fill up.
+    explicit HostStalls(std::chrono::milliseconds tooLong = std::chrono::milliseconds(6))
+        : m_tooLong(tooLong) {
         const int processors = static_cast<int>(std::thread::hardware_concurrency());
         for (int i = 0; i < processors; ++i)
             m_threads.emplace_back([this, i] { watch(i); });
@@ -43,14 +46,12 @@ private:
         while (!m_ends) {
             const auto before = Clock::now();
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            if (Clock::now() - before > tooLong)
+            if (Clock::now() - before > m_tooLong)
                 ++m_count;
         }
     }
 
-    /// The queue of the switch in tools/congested-network is full after 7 ms.
-    static constexpr std::chrono::milliseconds tooLong{6};
-
+    const std::chrono::milliseconds m_tooLong;
     std::atomic<bool> m_ends{false};
     std::atomic<std::uint64_t> m_count{0};
     std::vector<std::thread> m_threads;
