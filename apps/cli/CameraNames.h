@@ -26,8 +26,8 @@ private:
     session::SdkSession m_session;
 };
 
-/// What a camera tells of itself and its interface before it is opened; a CameraHandler, too, reads
-/// the camera's names then.
+/// Names and IDs of a camera and of its interface, read without opening the camera. A CameraHandler
+/// reads the same ones.
 CameraInfo infoBeforeOpening(const OrvCameraWrapper& camera);
 
 } // namespace cli
