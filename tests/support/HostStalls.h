@@ -35,6 +35,13 @@ public:
 
     std::uint64_t count() const { return m_count; }
 
+    /// Of the time of all processors since construction, 0 to 1.
+    double share() const {
+        const auto all = (Clock::now() - m_begun) * m_threads.size();
+        return static_cast<double>(m_stoodStill) /
+               static_cast<double>(std::chrono::nanoseconds(all).count());
+    }
+
 private:
     using Clock = std::chrono::steady_clock;
 
@@ -46,14 +53,20 @@ private:
         while (!m_ends) {
             const auto before = Clock::now();
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            if (Clock::now() - before > m_tooLong)
-                ++m_count;
+            const std::chrono::nanoseconds waited = Clock::now() - before;
+            if (waited <= m_tooLong)
+                continue;
+            ++m_count;
+            m_stoodStill += waited.count();
         }
     }
 
     const std::chrono::milliseconds m_tooLong;
+    const Clock::time_point m_begun = Clock::now();
     std::atomic<bool> m_ends{false};
     std::atomic<std::uint64_t> m_count{0};
+    /// In nanoseconds.
+    std::atomic<std::int64_t> m_stoodStill{0};
     std::vector<std::thread> m_threads;
 };
 

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "tests/support/RetriedTests.h"
+
+#include <gmock/gmock.h>
+
+/// For programs whose tests measure time in a network that a script has made.
+int main(int count, char** arguments) {
+    return fakecamera::runAgainAfterStalls([&] {
+        testing::InitGoogleMock(&count, arguments);
+        return RUN_ALL_TESTS();
+    });
+}
