@@ -151,7 +151,9 @@ bool hasMeasuredAll(const QJsonObject& benchmark) {
 
 bool hasLoss(const QJsonObject& benchmark) {
     return anyCamera(benchmark, [](const QJsonObject& camera) {
-        return camera[QStringLiteral("lostFrames")].toDouble() > 0 ||
+        const QJsonValue received = camera[QStringLiteral("receivedFrames")];
+        return (received.isDouble() && received.toDouble() == 0) ||
+               camera[QStringLiteral("lostFrames")].toDouble() > 0 ||
                camera[QStringLiteral("incompleteFrames")].toDouble() > 0;
     });
 }

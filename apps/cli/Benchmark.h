@@ -47,7 +47,7 @@ BenchmarkProgress makeJsonProgress(Terminal& terminal);
 QJsonArray interfacesOf(const QJsonObject& benchmark);
 /// Whether every open camera has streamed to the end.
 bool hasMeasuredAll(const QJsonObject& benchmark);
-/// Whether a frame was lost or arrived incomplete.
+/// Whether a frame was lost or arrived incomplete, or none of a camera came.
 bool hasLoss(const QJsonObject& benchmark);
 
 } // namespace cli

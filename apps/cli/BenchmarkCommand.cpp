@@ -44,7 +44,8 @@ Command benchmarkCommand() {
                        "and the result as the last line."));
     command.options += QCommandLineOption(
         QStringLiteral("fail-on-loss"),
-        QStringLiteral("Exit with 1 when a frame is lost or arrives incomplete."));
+        QStringLiteral(
+            "Exit with 1 when a frame is lost or arrives incomplete, or a camera sends none."));
     command.examples = QStringList{
         QStringLiteral("benchmark --interface GEV-enp3s0 --seconds 2 --fail-on-loss"),
         QStringLiteral("benchmark --all --seconds 2 --json --interval 1"),

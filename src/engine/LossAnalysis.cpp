@@ -65,6 +65,10 @@ std::uint64_t packetsAstray(const CameraEvidence& camera) {
     return camera.packetsMissing.value_or(0) - packetsDelayed(camera) + packetsRepaired(camera);
 }
 
+bool hasBroughtAll(const CameraEvidence& camera) {
+    return framesBad(camera) == 0 && !isSilent(camera);
+}
+
 /// A camera, and how many of its packets are to be explained.
 struct Case {
     const CameraEvidence& camera;
@@ -80,6 +84,7 @@ public:
 
 private:
     void add(LossPlace place, const CameraEvidence& camera, std::string text, std::string cure);
+    void judgeSilence(Case& each);
     void judgeProgram(Case& each);
     void judgePath(Case& each);
     void judgeSocket(Case& each);
@@ -116,7 +121,7 @@ Analysis::Analysis(const InterfaceEvidence& evidence) : m_evidence(evidence) {
 void Analysis::add(LossPlace place, const CameraEvidence& camera, std::string text,
                    std::string cure) {
     m_findings.push_back(
-        {place, camera.id, std::move(text), std::move(cure), framesBad(camera) == 0});
+        {place, camera.id, std::move(text), std::move(cure), hasBroughtAll(camera)});
 }
 
 std::uint64_t Analysis::missing() const {
@@ -124,6 +129,21 @@ std::uint64_t Analysis::missing() const {
     for (const Case& each : m_cases)
         sum += each.missing;
     return sum;
+}
+
+/// Packets that the adapter received and no stream may be those of a camera without any.
+void Analysis::judgeSilence(Case& each) {
+    if (!isSilent(each.camera))
+        return;
+    if (each.camera.isTriggered) {
+        add(LossPlace::Camera, each.camera, "No frame came: the camera waits for triggers.",
+            "Trigger it, or let it run freely: spanlet set " + quoted(each.camera.id) +
+                " TriggerMode Off");
+        each.isExplained = true;
+    } else if (each.camera.packetsReceived == 0U) {
+        each.missing =
+            static_cast<std::uint64_t>(std::max<std::int64_t>(m_evidence.surplus.value_or(0), 0));
+    }
 }
 
 void Analysis::judgeProgram(Case& each) {
@@ -313,14 +333,15 @@ void Analysis::judgeRest() {
         // The adapter counts for all cameras: few packets of one are within the count's error.
         if (isWire && static_cast<std::int64_t>(each.missing) > reached)
             addWire(each);
-        else if (!each.isExplained && (framesBad(each.camera) > 0 || isAllRepaired(m_evidence)))
+        else if (!each.isExplained && (!hasBroughtAll(each.camera) || isAllRepaired(m_evidence)))
             addUnknown(each);
         each.isExplained = true;
     }
 }
 
 std::string Analysis::unknownText(const CameraEvidence& camera) const {
-    std::string text = framesBad(camera) == 0
+    std::string text = isSilent(camera) ? std::string("No frame came")
+                       : framesBad(camera) == 0
                            ? std::string("No frame was lost")
                            : "Of " + frames(camera.framesReceived + camera.framesLost) + ", " +
                                  std::to_string(camera.framesLost) + " were lost and " +
@@ -350,15 +371,16 @@ void Analysis::addUnknown(const Case& each) {
     add(LossPlace::Unknown, each.camera, unknownText(each.camera), "");
 }
 
-/// Cameras that lost frames, and for which no place was named.
+/// Cameras that lost frames or brought none, and for which no place was named.
 void Analysis::judgeUnexplained() {
     for (const Case& each : m_cases)
-        if (framesBad(each.camera) > 0 && !each.isExplained && !m_isShared)
+        if (!hasBroughtAll(each.camera) && !each.isExplained && !m_isShared)
             addUnknown(each);
 }
 
 std::vector<LossFinding> Analysis::run() {
     for (Case& each : m_cases) {
+        judgeSilence(each);
         judgeProgram(each);
         if (m_evidence.isSimulated)
             continue;
@@ -380,6 +402,10 @@ std::vector<LossFinding> Analysis::run() {
 
 std::uint64_t framesBad(const CameraEvidence& camera) {
     return camera.framesLost + camera.framesIncomplete;
+}
+
+bool isSilent(const CameraEvidence& camera) {
+    return camera.framesReceived == 0 && camera.framesLost == 0;
 }
 
 const char* nameOf(LossPlace place) {

@@ -11,7 +11,7 @@
 
 /// Where frames or packets were lost, from the camera to this program.
 enum class LossPlace {
-    /// The camera left out numbers of frames, which it never sent.
+    /// The camera left out numbers of frames, which it never sent, or waits for triggers.
     Camera,
     /// Between the camera and the adapter: cables and switches. A packet that the camera numbers
     /// and does not send looks the same.
@@ -44,6 +44,8 @@ struct CameraEvidence {
     std::uint64_t framesReceived = 0;
     std::uint64_t framesIncomplete = 0;
     std::uint64_t framesLost = 0;
+    /// Of a camera without frames: whether it waits for triggers.
+    bool isTriggered = false;
 
     /// What the stream counted.
     Count streamFramesLost;
@@ -72,6 +74,9 @@ struct CameraEvidence {
 
 /// Frames that were lost or came incomplete.
 std::uint64_t framesBad(const CameraEvidence& camera);
+
+/// Whether the stream brought nothing, not even a damaged frame.
+bool isSilent(const CameraEvidence& camera);
 
 /// What is known of an interface and its cameras.
 struct InterfaceEvidence {
@@ -108,6 +113,6 @@ struct LossFinding {
 
 /// Names the places where frames of an interface were lost, cameras in their order, then the
 /// interface. A place is named only by a counter that moved; packets that never reached the adapter
-/// only by the adapter's own count. Every camera that lost frames has a finding, or its interface
-/// has. Pure, reentrant.
+/// only by the adapter's own count. Every camera that lost frames, or brought none, has a finding, or
+/// its interface has. Pure, reentrant.
 std::vector<LossFinding> findLosses(const InterfaceEvidence& evidence);

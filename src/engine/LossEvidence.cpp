@@ -140,6 +140,7 @@ void LossEvidence::describe(CameraEvidence& evidence, const CameraHandler& camer
     evidence.framesIncomplete = frames.incompleteFrames;
     // Negative only while the camera numbers frames in another order.
     evidence.framesLost = frames.lostFrames > 0 ? static_cast<std::uint64_t>(frames.lostFrames) : 0;
+    evidence.isTriggered = isSilent(evidence) && camera.isTriggered();
     for (const Statistic& statistic : statistics)
         evidence.*statistic.count = readCount(camera, firstStreamModule, statistic.feature);
     if (const auto driver = readFeature(camera, firstStreamModule, "GVSPDriver"))

@@ -11,8 +11,8 @@
 class CameraHandler;
 
 /// Collects what findLosses() judges, of one interface, while its cameras stream. Asks the streams
-/// and the operating system, never a camera, but for the speed of a USB camera's link. Bound to the
-/// thread of the cameras.
+/// and the operating system, and a camera only for the speed of its USB link, and while no frame
+/// comes, whether it waits for triggers. Bound to the thread of the cameras.
 class LossEvidence {
 public:
     /// Reads the counters of the host. Make it before the cameras start. \p name is that of the

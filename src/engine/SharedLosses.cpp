@@ -201,8 +201,9 @@ std::string unreadCounters(const NetworkCounters& network) {
 }
 
 bool isAllRepaired(const InterfaceEvidence& evidence) {
-    return std::all_of(evidence.cameras.begin(), evidence.cameras.end(),
-                       [](const CameraEvidence& camera) { return framesBad(camera) == 0; });
+    return std::all_of(
+        evidence.cameras.begin(), evidence.cameras.end(),
+        [](const CameraEvidence& camera) { return framesBad(camera) == 0 && !isSilent(camera); });
 }
 
 std::string countText(std::uint64_t number, const char* one, const char* several) {

@@ -22,7 +22,7 @@ std::vector<SharedLoss> sharedLosses(const InterfaceEvidence& evidence, std::uin
 /// place before the adapter can be named.
 std::string unreadCounters(const platform::NetworkCounters& network);
 
-/// Whether no camera lost a frame.
+/// Whether no camera lost a frame, and each brought some.
 bool isAllRepaired(const InterfaceEvidence& evidence);
 
 /// "1 packet", "2 packets".

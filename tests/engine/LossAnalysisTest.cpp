@@ -97,6 +97,25 @@ const Place places[] = {
      [](Evidence& it) {
          it.cameras[0].packetsResent = 300;
      }},
+    {"no frame came, since it waits for triggers", "A camera",
+     [](Evidence& it) {
+         it.cameras[0].framesReceived = 0;
+         it.cameras[0].isTriggered = true;
+     }},
+    {"no frame came, and nothing tells why", "A unknown",
+     [](Evidence& it) {
+         it.cameras[0].framesReceived = 0;
+         it.cameras[0].packetsReceived = 0;
+     }},
+    {"no frame came, as a firewall discards the packets", "all kernel",
+     [](Evidence& it) {
+         it.cameras[0].framesReceived = 0;
+         it.cameras[0].packetsReceived = 0;
+         it.cameras[0].usesRing = false;
+         it.surplus = 20'000;
+         it.network[NetworkCount::AdapterReceived] = 60'000;
+         it.network[NetworkCount::IpReceived] = 60'000;
+     }},
     {"delayed, not lost", "",
      [](Evidence& it) {
          it.cameras[0].packetsResent = 300;
