@@ -113,6 +113,6 @@ struct LossFinding {
 
 /// Names the places where frames of an interface were lost, cameras in their order, then the
 /// interface. A place is named only by a counter that moved; packets that never reached the adapter
-/// only by the adapter's own count. Every camera that lost frames, or brought none, has a finding, or
-/// its interface has. Pure, reentrant.
+/// only by the adapter's own count. Every camera that lost frames, or brought none, has a finding,
+/// or its interface has. Pure, reentrant.
 std::vector<LossFinding> findLosses(const InterfaceEvidence& evidence);
