@@ -147,6 +147,11 @@ const Place places[] = {
      [](Evidence& it) {
          loseInHost(it, 300);
      }},
+    {"other traffic may be most of them", "A unknown",
+     [](Evidence& it) {
+         loseInHost(it, 300);
+         it.surplus = 290;
+     }},
     {"an adapter without counters", "A unknown",
      [](Evidence& it) {
          loseOfA(it, 300);
