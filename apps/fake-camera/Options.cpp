@@ -85,6 +85,8 @@ const std::vector<Option>& allOptions() {
         number(nullptr, "--first-frame-id", "1", 1, any64, "",
                "number of the first frame of an acquisition"),
         number(nullptr, "--extended-ids", "0", 0, 1, "", "1: frame numbers of 64 bits, not 16"),
+        number(nullptr, "--parts", "0", 0, 4, "",
+               "parts of a frame (with 64-bit frame numbers); 0: an image"),
         number(nullptr, "--drop-every", "0", 0, any64, " packets",
                "drop each N-th data packet, resend it on request; 0: none"),
         number(nullptr, "--skip-every", "0", 0, any64, " frames",

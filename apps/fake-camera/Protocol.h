@@ -62,7 +62,7 @@ constexpr std::uint32_t canResend = 4;
 constexpr std::uint32_t canWriteMemory = 2;
 constexpr std::uint32_t canConcatenate = 1;
 
-enum class StreamPacket : std::uint32_t { Leader = 1, Trailer = 2, Data = 3 };
+enum class StreamPacket : std::uint32_t { Leader = 1, Trailer = 2, Data = 3, MultiPart = 7 };
 
 inline void put16(std::uint8_t* at, std::uint16_t value) {
     at[0] = static_cast<std::uint8_t>(value >> 8);

@@ -116,7 +116,8 @@ bool StreamChannel::waitForAcquisition() {
 }
 
 void StreamChannel::acquire() {
-    m_packets.emplace(m_registers, m_options.extendedIds, m_options.lossPercent, m_socket);
+    m_packets.emplace(m_registers, m_options.extendedIds, m_options.parts, m_options.lossPercent,
+                      m_socket);
     std::uint64_t frameId = m_options.firstFrameId;
     std::uint64_t frames = 0;
     auto due = Clock::now();

@@ -19,6 +19,8 @@ namespace fakecamera {
 struct StreamOptions {
     /// 64-bit frame numbers instead of 16-bit ones.
     bool extendedIds = false;
+    /// Parts of a frame (multi-part payload), at most 4; 0: an image without parts.
+    std::uint32_t parts = 0;
     /// Number of an acquisition's first frame; 16-bit numbers go on with 1 after 65535.
     std::uint64_t firstFrameId = 1;
     /// Drops each n-th data packet, which is sent when the host requests it. 0: none.

@@ -19,35 +19,64 @@ constexpr std::size_t packetsPerCall = 64;
 constexpr std::size_t framesKept = 16;
 constexpr std::uint32_t extendedIdBit = 0x80000000;
 constexpr std::uint16_t imagePayload = 1;
+constexpr std::uint16_t multiPartPayload = 10;
+/// Of a part's description in a leader: data type of an image, and size of the description.
+constexpr std::uint16_t imagePart = 1;
+constexpr std::size_t partSize = 48;
+constexpr std::size_t partFormatOffset = 8;
+constexpr std::size_t partRegionOffset = 24;
+/// In front of the data of a packet: part, zone, and the data's 48-bit offset.
+constexpr std::size_t multiPartHeaderSize = 8;
 
 } // namespace
 
 StreamPackets::StreamPackets(const CameraRegisters& registers, bool extendedIds,
-                             std::uint32_t lossPercent, const platform::UdpSocket& socket)
-    : m_extendedIds(extendedIds), m_lossPercent(lossPercent), m_socket(socket),
-      m_destination(
-          platform::socketAddress(registers.read(StreamAddress),
-                                  static_cast<std::uint16_t>(registers.read(StreamPort) & 0xffff))),
+                             std::uint32_t parts, std::uint32_t lossPercent,
+                             const platform::UdpSocket& socket)
+    : m_extendedIds(extendedIds), m_isMultiPart(parts > 0), m_lossPercent(lossPercent),
+      m_socket(socket), m_destination(platform::socketAddress(
+                            registers.read(StreamAddress),
+                            static_cast<std::uint16_t>(registers.read(StreamPort) & 0xffff))),
       m_format(registers.read(PixelFormat)), m_region{registers.read(Width), registers.read(Height),
                                                       registers.read(OffsetX),
                                                       registers.read(OffsetY)},
       m_payload(registers.payload()),
       m_dataSize((registers.read(StreamPacketSize) & packetSizeBits) - ipAndUdpSize -
-                 (extendedIds ? extendedStreamHeaderSize : streamHeaderSize)),
-      m_dataPackets(static_cast<std::uint32_t>((m_payload + m_dataSize - 1) / m_dataSize)),
+                 (extendedIds ? extendedStreamHeaderSize : streamHeaderSize) -
+                 (m_isMultiPart ? multiPartHeaderSize : 0)),
       m_pattern(m_payload + patternPeriod) {
     const std::size_t stride = m_payload / m_region[1];
     for (std::size_t i = 0; i < m_pattern.size(); ++i)
         m_pattern[i] = static_cast<std::uint8_t>(i % stride + i / stride);
+    divide(std::max<std::uint32_t>(parts, 1));
     m_prepared.reserve(packetsPerCall);
     const bool mayBeSplit = (registers.read(StreamPacketSize) & doNotFragment) == 0;
     socket.set(IPPROTO_IP, IP_MTU_DISCOVER, mayBeSplit ? IP_PMTUDISC_DONT : IP_PMTUDISC_PROBE);
 }
 
+void StreamPackets::divide(std::uint32_t parts) {
+    const std::uint32_t height = m_region[1];
+    const std::size_t stride = m_payload / height;
+    for (std::uint32_t i = 0; i < parts; ++i) {
+        const std::uint32_t first = height * i / parts;
+        const std::uint32_t lines = height * (i + 1) / parts - first;
+        // The last one has what the lines do not divide.
+        const std::size_t size = i + 1 < parts ? lines * stride : m_payload - first * stride;
+        m_parts.push_back({first, lines, first * stride, size, m_dataPackets + 1});
+        m_dataPackets += static_cast<std::uint32_t>((size + m_dataSize - 1) / m_dataSize);
+    }
+}
+
+const StreamPackets::Part& StreamPackets::partOf(std::uint32_t packet) const {
+    return *std::find_if(m_parts.rbegin(), m_parts.rend(),
+                         [packet](const Part& part) { return part.firstPacket <= packet; });
+}
+
 std::size_t StreamPackets::imageBytes(std::uint32_t packet) const {
     if (packet == 0 || packet > m_dataPackets)
         return 0;
-    return std::min(m_dataSize, m_payload - (packet - 1) * m_dataSize);
+    const Part& part = partOf(packet);
+    return std::min(m_dataSize, part.size - (packet - part.firstPacket) * m_dataSize);
 }
 
 void StreamPackets::begin(std::uint64_t frameId, std::uint64_t timestamp) {
@@ -83,15 +112,19 @@ void StreamPackets::add(const Frame& frame, std::uint32_t packet, Status status)
     Prepared& prepared = addEmpty();
     std::uint8_t* const at = prepared.header.data();
     const bool isImage = imageBytes(packet) != 0;
-    const StreamPacket type = isImage       ? StreamPacket::Data
+    const StreamPacket data = m_isMultiPart ? StreamPacket::MultiPart : StreamPacket::Data;
+    const StreamPacket type = isImage       ? data
                               : packet == 0 ? StreamPacket::Leader
                                             : StreamPacket::Trailer;
     prepared.headerSize = putHeader(at, status, type, frame.id, packet);
+    std::uint8_t* const behind = at + prepared.headerSize;
     if (isImage) {
-        prepared.data = m_pattern.data() + (packet - 1) * m_dataSize + frame.id % patternPeriod;
+        const Part& part = partOf(packet);
+        prepared.headerSize += putDataHeader(behind, packet);
+        prepared.data = m_pattern.data() + part.offset + (packet - part.firstPacket) * m_dataSize +
+                        frame.id % patternPeriod;
         prepared.size = imageBytes(packet);
     } else {
-        std::uint8_t* const behind = at + prepared.headerSize;
         prepared.headerSize +=
             packet == 0 ? putLeader(behind, frame.timestamp) : putTrailer(behind);
     }
@@ -146,7 +179,9 @@ std::size_t StreamPackets::putHeader(std::uint8_t* at, Status status, StreamPack
         return streamHeaderSize;
     }
     put16(at + 2, 0);
-    put32(at + 4, extendedIdBit | typeBits);
+    const bool isCounted = m_isMultiPart && type == StreamPacket::Leader;
+    put32(at + 4,
+          extendedIdBit | typeBits | (isCounted ? static_cast<std::uint32_t>(m_parts.size()) : 0));
     put64(at + 8, frameId);
     put32(at + 16, packet);
     return extendedStreamHeaderSize;
@@ -154,18 +189,49 @@ std::size_t StreamPackets::putHeader(std::uint8_t* at, Status status, StreamPack
 
 std::size_t StreamPackets::putLeader(std::uint8_t* at, std::uint64_t timestamp) const {
     put16(at, 0);
-    put16(at + 2, imagePayload);
+    put16(at + 2, m_isMultiPart ? multiPartPayload : imagePayload);
     put64(at + 4, timestamp);
-    put32(at + 12, m_format);
-    for (std::size_t i = 0; i < m_region.size(); ++i)
-        put32(at + 16 + 4 * i, m_region[i]);
-    put32(at + 32, 0);
-    return 36;
+    if (!m_isMultiPart) {
+        put32(at + 12, m_format);
+        putRegion(at + 16, m_parts.front());
+        put32(at + 32, 0);
+        return 36;
+    }
+    std::uint8_t* place = at + 12;
+    for (const Part& part : m_parts) {
+        std::fill_n(place, partSize, std::uint8_t{0});
+        put16(place, imagePart);
+        put16(place + 2, static_cast<std::uint16_t>(std::uint64_t{part.size} >> 32));
+        put32(place + 4, static_cast<std::uint32_t>(part.size));
+        put32(place + partFormatOffset, m_format);
+        putRegion(place + partRegionOffset, part);
+        place += partSize;
+    }
+    return static_cast<std::size_t>(place - at);
+}
+
+/// Width, height and offsets.
+void StreamPackets::putRegion(std::uint8_t* at, const Part& part) const {
+    put32(at, m_region[0]);
+    put32(at + 4, part.lines);
+    put32(at + 8, m_region[2]);
+    put32(at + 12, m_region[3] + part.firstLine);
+}
+
+std::size_t StreamPackets::putDataHeader(std::uint8_t* at, std::uint32_t packet) const {
+    if (!m_isMultiPart)
+        return 0;
+    const Part& part = partOf(packet);
+    const std::uint64_t offset = part.offset + (packet - part.firstPacket) * m_dataSize;
+    put16(at, static_cast<std::uint16_t>((&part - m_parts.data()) << 8));
+    put16(at + 2, static_cast<std::uint16_t>(offset >> 32));
+    put32(at + 4, static_cast<std::uint32_t>(offset));
+    return multiPartHeaderSize;
 }
 
 std::size_t StreamPackets::putTrailer(std::uint8_t* at) const {
-    put32(at, imagePayload);
-    put32(at + 4, m_region[1]);
+    put32(at, m_isMultiPart ? multiPartPayload : imagePayload);
+    put32(at + 4, m_isMultiPart ? 0 : m_region[1]);
     return 8;
 }
 

@@ -109,7 +109,8 @@ void serve(const Options& options) {
     CameraRegisters registers(readDescription(options.text("--genicam")));
     fill(registers, options);
     StreamChannel stream(registers, options.address(),
-                         {options.isOn("--extended-ids"), options.number("--first-frame-id"),
+                         {options.isOn("--extended-ids") || options.isOn("--parts"),
+                          options.number32("--parts"), options.number("--first-frame-id"),
                           options.number("--drop-every"), options.number("--skip-every"),
                           options.number32("--loss")});
     ControlChannel control(registers, stream, options.address());

@@ -14,6 +14,10 @@ inline std::uint32_t bigEndian32(const std::uint8_t* bytes) {
     return std::uint32_t{bigEndian16(bytes)} << 16U | bigEndian16(bytes + 2);
 }
 
+inline std::uint64_t bigEndian48(const std::uint8_t* bytes) {
+    return std::uint64_t{bigEndian16(bytes)} << 32U | bigEndian32(bytes + 2);
+}
+
 inline std::uint64_t bigEndian64(const std::uint8_t* bytes) {
     return std::uint64_t{bigEndian32(bytes)} << 32U | bigEndian32(bytes + 4);
 }

@@ -348,12 +348,13 @@ TEST(FrameAssembly, putsPartsWhereTheyBelong) {
     const auto& camera = stream.camera;
     const std::size_t part = camera.dataSize() - 8;
     script::Bytes leader;
-    // The third is the type: a 2D image.
+    // Type, size, format, 12 bytes for other values, width and height of a part.
     const std::pair<std::uint64_t, int> fields[] = {
-        {0x0000000A, 4}, {7, 8}, {1, 2}, {camera.payload(), 6}, {0x01080001, 4}, {40, 4}, {30, 4}};
+        {0x0000000A, 4}, {7, 8},  {1, 2}, {camera.payload(), 6}, {0x01080001, 4}, {0, 8},
+        {0, 4},          {40, 4}, {30, 4}};
     for (const auto& [value, size] : fields)
         script::append(leader, value, size);
-    leader.resize(leader.size() + 24);
+    leader.resize(leader.size() + 16);
     stream.send(camera.packet(script::Leader, 1, 0, leader));
     std::uint32_t number = 1;
     for (std::size_t offset = 0; offset < camera.payload(); offset += part) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "orvcpp/aravis/GObjects.h"
 #include "tests/orvcpp/aravis/FakeCameraFixture.h"
 #include "tests/support/HostStalls.h"
 
@@ -7,6 +8,7 @@
 namespace {
 
 using namespace sdk;
+using orv::aravis::GObjectPtr;
 
 class GenicamStream : public cameras::OneCamera {};
 
@@ -46,6 +48,51 @@ TEST_F(GenicamStream, countsFramesWithoutImagesWhereHeadersAreEnough) {
         const std::uint8_t* image = nullptr;
         EXPECT_EQ(frame->GetImage(image), headersOnly ? OrvErrorNotAvailable : OrvErrorSuccess);
     }
+}
+
+/// The first frame of the camera, received by the library.
+std::vector<std::uint8_t> receiveByLibrary(const char* address) {
+    const GObjectPtr<ArvCamera> camera(arv_camera_new(address, nullptr));
+    const GObjectPtr<ArvStream> stream(
+        arv_camera_create_stream(camera.get(), nullptr, nullptr, nullptr));
+    if (!stream)
+        return {};
+    const auto payload = static_cast<std::size_t>(arv_camera_get_payload(camera.get(), nullptr));
+    arv_stream_push_buffer(stream.get(), arv_buffer_new(payload, nullptr));
+    arv_camera_start_acquisition(camera.get(), nullptr);
+    const GObjectPtr<ArvBuffer> buffer(arv_stream_timeout_pop_buffer(stream.get(), 5'000'000));
+    arv_camera_stop_acquisition(camera.get(), nullptr);
+    if (!buffer || arv_buffer_get_status(buffer.get()) != ARV_BUFFER_STATUS_SUCCESS)
+        return {};
+    EXPECT_EQ(arv_buffer_get_n_parts(buffer.get()), 3U);
+    EXPECT_EQ(arv_buffer_get_part_height(buffer.get(), 0), 66);
+    std::size_t size = 0;
+    const auto* const bytes =
+        static_cast<const std::uint8_t*>(arv_buffer_get_data(buffer.get(), &size));
+    return {bytes, bytes + size};
+}
+
+TEST(MultiPartStream, bringsWhatTheLibraryReceives) {
+    // 320 x 200 pixels in three parts of 66, 67 and 67 lines, none of which fills its last packet.
+    std::vector<std::string> options{"--parts", "3", "--packet-size", "1000"};
+    options.insert(options.end(), cameras::smallFrames.begin(), cameras::smallFrames.end());
+    const fakecamera::FakeCameraProcess fake(fakecamera::onlyAddress, options);
+    const std::vector<std::uint8_t> expected = receiveByLibrary(fakecamera::onlyAddress);
+    ASSERT_EQ(expected.size(), 64'000U);
+    const cameras::Started started;
+    const auto camera = cameras::find("FC0001");
+    ASSERT_TRUE(camera);
+    ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
+    const auto receiver = sdk::startReceiving(camera, 5, true);
+    EXPECT_TRUE(eventually([&] { return receiver->count() == 5; }));
+    ASSERT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
+    EXPECT_EQ(receiver->incomplete, 0);
+    const auto frame = receiver->takeKept().front();
+    EXPECT_EQ(sdk::ask(*frame, &sdk::Frame::GetWidth), 320U);
+    EXPECT_EQ(sdk::ask(*frame, &sdk::Frame::GetHeight), 66U);
+    const std::uint8_t* image = nullptr;
+    ASSERT_EQ(frame->GetImage(image), OrvErrorSuccess);
+    EXPECT_EQ(std::vector<std::uint8_t>(image, image + expected.size()), expected);
 }
 
 /// With the packet ring, and with a UDP socket.

@@ -22,10 +22,11 @@ std::size_t BlockLayout::packets() const {
 Block::Block(const BlockLayout& layout, std::uint64_t id, std::uint64_t number,
              std::shared_ptr<GenicamFrame> frame)
     : m_layout(layout), m_id(id), m_number(number), m_frame(std::move(frame)),
-      m_arrived(layout.packets()), m_settled(layout.packets()), m_requested(layout.packets()) {}
+      m_arrived(layout.mostPackets()), m_settled(layout.mostPackets()),
+      m_requested(layout.mostPackets()) {}
 
 Block::Taken Block::take(const gvsp::Packet& packet, Time now) {
-    if (packet.number >= m_layout.packets()) {
+    if (packet.number >= m_layout.mostPackets()) {
         m_isOverrun = m_isOverrun || packet.format == gvsp::Format::Trailer;
         return Taken::Refused;
     }
@@ -91,7 +92,7 @@ Block::Taken Block::takeData(const gvsp::Packet& packet) {
 }
 
 void Block::giveUp(std::uint32_t number, bool withPrevious) {
-    if (number >= m_layout.packets())
+    if (number >= m_layout.mostPackets())
         return;
     m_settled.add(number);
     // Each packet is settled once, whatever the camera repeats.
@@ -125,7 +126,14 @@ std::uint32_t Block::expected() const {
     const std::size_t data = m_layout.dataSize() - std::min(m_layout.dataSize(), header);
     if (m_trailer || data == 0)
         return m_next;
-    return std::max(m_next, static_cast<std::uint32_t>((m_layout.payload + data - 1) / data + 2));
+    std::size_t packets = 2;
+    if (m_leader && !m_leader->partSizes.empty()) {
+        for (const std::uint64_t size : m_leader->partSizes)
+            packets += std::min<std::uint64_t>((size + data - 1) / data, m_layout.mostPackets());
+    } else {
+        packets += (m_layout.payload + data - 1) / data;
+    }
+    return std::max(m_next, static_cast<std::uint32_t>(std::min(packets, m_layout.mostPackets())));
 }
 
 std::vector<PacketRange> Block::request(std::uint32_t end, std::size_t most) {

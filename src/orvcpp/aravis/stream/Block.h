@@ -24,6 +24,8 @@ struct BlockLayout {
     std::size_t dataSize() const;
     /// Number of packets of a block that fills the payload, with leader and trailer.
     std::size_t packets() const;
+    /// The same, where the last packet of each part is not full.
+    std::size_t mostPackets() const { return packets() + gvsp::mostParts - 1; }
 };
 
 /// A numbered range of a block's packets; the last one included.
@@ -63,7 +65,8 @@ public:
     bool hasTrailer() const { return m_trailer.has_value(); }
     /// One more than the highest number that has come.
     std::uint32_t next() const { return m_next; }
-    /// Number of the block's packets: known by its trailer, else that of a full payload.
+    /// Number of the block's packets: known by its trailer, else that of its parts or of a full
+    /// payload.
     std::uint32_t expected() const;
     /// How many packets below \p end have not come.
     std::size_t missing(std::uint32_t end) const { return end - m_arrived.count(); }

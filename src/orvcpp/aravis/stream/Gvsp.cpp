@@ -3,6 +3,8 @@
 
 #include "orvcpp/aravis/BigEndian.h"
 
+#include <algorithm>
+
 namespace orv::aravis::gvsp {
 
 namespace {
@@ -22,12 +24,16 @@ constexpr std::uint16_t imagePayload = 1;
 constexpr std::uint16_t extendedChunkPayload = 5;
 constexpr std::uint16_t multiPartPayload = 10;
 
-/// Offsets in a leader, and in the description of a multi-part leader's first part.
+/// Offsets in a leader, and in the description of a part, of which a multi-part leader has several:
+/// data type, size in 6 bytes, pixel format and, from partRegionOffset, width and height.
 constexpr std::size_t payloadTypeOffset = 2;
 constexpr std::size_t timestampOffset = 4;
 constexpr std::size_t imageOffset = 12;
-constexpr std::size_t partOffset = 12;
-constexpr std::size_t partImageOffset = partOffset + 8;
+constexpr std::size_t partsOffset = 12;
+constexpr std::size_t partSize = 48;
+constexpr std::size_t partSizeOffset = 2;
+constexpr std::size_t partFormatOffset = 8;
+constexpr std::size_t partRegionOffset = 24;
 /// Pixel format, width, height.
 constexpr std::size_t imageSize = 12;
 /// Data type of a part.
@@ -46,12 +52,23 @@ bool isSupported(Format format) {
            format == Format::MultiPartData;
 }
 
-std::optional<Image> readImage(const Packet& packet, std::size_t offset) {
-    if (packet.captured < offset + imageSize)
-        return std::nullopt;
-    const std::uint8_t* const at = packet.data + offset;
-    return Image{bigEndian32(at + 4), bigEndian32(at + 8),
-                 static_cast<OrvPixelFormatType>(bigEndian32(at))};
+/// \p format points at a pixel format, \p region at width and height.
+Image readImage(const std::uint8_t* format, const std::uint8_t* region) {
+    return {bigEndian32(region), bigEndian32(region + 4),
+            static_cast<OrvPixelFormatType>(bigEndian32(format))};
+}
+
+void readParts(const Packet& packet, Leader& leader) {
+    const std::size_t end = std::min(packet.size, partsOffset + mostParts * partSize);
+    if (packet.captured < partsOffset + partSize)
+        return;
+    const std::uint8_t* const first = packet.data + partsOffset;
+    if (bigEndian16(first) == imagePart)
+        leader.image = readImage(first + partFormatOffset, first + partRegionOffset);
+    if (packet.captured < packet.size)
+        return;
+    for (std::size_t at = partsOffset; at + partSize <= end; at += partSize)
+        leader.partSizes.push_back(bigEndian48(packet.data + at + partSizeOffset));
 }
 
 } // namespace
@@ -87,18 +104,19 @@ std::optional<Leader> readLeader(const Packet& packet) {
     leader.timestamp = bigEndian64(packet.data + timestampOffset);
     const auto type =
         static_cast<std::uint16_t>(bigEndian16(packet.data + payloadTypeOffset) & ~chunksBit);
-    if (type == imagePayload || type == extendedChunkPayload)
-        leader.image = readImage(packet, imageOffset);
-    if (type == multiPartPayload && packet.captured >= partOffset + 2 &&
-        bigEndian16(packet.data + partOffset) == imagePart)
-        leader.image = readImage(packet, partImageOffset);
+    const std::uint8_t* const image = packet.data + imageOffset;
+    if ((type == imagePayload || type == extendedChunkPayload) &&
+        packet.captured >= imageOffset + imageSize)
+        leader.image = readImage(image, image + 4);
+    if (type == multiPartPayload)
+        readParts(packet, leader);
     return leader;
 }
 
 std::optional<std::uint64_t> multiPartOffset(const Packet& packet) {
     if (packet.captured < multiPartHeaderSize)
         return std::nullopt;
-    return std::uint64_t{bigEndian16(packet.data + 2)} << 32U | bigEndian32(packet.data + 4);
+    return bigEndian48(packet.data + 2);
 }
 
 } // namespace orv::aravis::gvsp

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 /// The packets of a GigE Vision stream (GVSP). A camera sends a frame as a block: a leader, packets
 /// of data, a trailer. All functions are reentrant and accept any bytes.
@@ -16,6 +17,8 @@ constexpr std::size_t headerSize = 8;
 constexpr std::size_t extendedHeaderSize = 20;
 /// Bytes in front of the data of a multi-part packet: part, zone, and the data's 48-bit offset.
 constexpr std::size_t multiPartHeaderSize = 8;
+/// Parts of a multi-part block: their number has 8 bits.
+constexpr std::size_t mostParts = 255;
 /// Bytes of IP and UDP, which a camera's packet size (GevSCPSPacketSize) includes.
 constexpr std::size_t ipAndUdpSize = 28;
 
@@ -66,6 +69,8 @@ struct Leader {
     std::uint64_t timestamp = 0;
     /// The first image; empty for payloads that are none.
     std::optional<Image> image;
+    /// Bytes of each part of a multi-part block; empty when not all of the leader was received.
+    std::vector<std::uint64_t> partSizes;
 };
 
 /// Empty when the packet is too short.
