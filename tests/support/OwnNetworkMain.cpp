@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 
 int main(int count, char** arguments) {
-    return fakecamera::runAgainAfterStalls([&] {
+    return runAgainAfterStalls([&] {
         if (!fakecamera::enterOwnNetwork())
             fakecamera::waitForHostNetwork();
         testing::InitGoogleMock(&count, arguments);

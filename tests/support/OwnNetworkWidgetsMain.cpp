@@ -7,7 +7,7 @@
 
 /// For tests of widgets with fake cameras.
 int main(int count, char** arguments) {
-    return fakecamera::runAgainAfterStalls([&] {
+    return runAgainAfterStalls([&] {
         if (!fakecamera::enterOwnNetwork())
             fakecamera::waitForHostNetwork();
         if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))

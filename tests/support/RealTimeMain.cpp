@@ -5,7 +5,7 @@
 
 /// For programs whose tests measure time in a network that a script has made.
 int main(int count, char** arguments) {
-    return fakecamera::runAgainAfterStalls([&] {
+    return runAgainAfterStalls([&] {
         testing::InitGoogleMock(&count, arguments);
         return RUN_ALL_TESTS();
     });
