@@ -2,7 +2,7 @@
 #pragma once
 
 #include "engine/CameraInfo.h"
-#include "engine/FrameStatistics.h"
+#include "losses/FrameStatistics.h"
 #include "features/FeatureValue.h"
 #include "sdk/WrapperDeclarations.h"
 
