@@ -142,14 +142,14 @@ TEST(ViewerWindow, warnsOfWhatItsRealCamerasLack) {
     EXPECT_EQ(shown.isHidden(), shown.text().isEmpty());
 }
 
-/// Sets the frame rate of an open camera.
-void setFrameRate(const std::string& id, double rate) {
+/// Limits the bandwidth of an open camera, in bytes per second.
+void setLimit(const std::string& id, std::int64_t limit) {
     std::shared_ptr<OrvCPP::Camera> camera;
     auto& system = OrvCPP::OrvSystem::GetInstance();
     ASSERT_EQ(system.GetCameraByID(id.c_str(), camera), OrvErrorSuccess);
     std::shared_ptr<OrvCPP::Feature> feature;
-    ASSERT_EQ(camera->GetFeatureByName("AcquisitionFrameRate", feature), OrvErrorSuccess);
-    ASSERT_EQ(feature->SetValue(rate), OrvErrorSuccess);
+    ASSERT_EQ(camera->GetFeatureByName("DeviceLinkThroughputLimit", feature), OrvErrorSuccess);
+    ASSERT_EQ(feature->SetValue(limit), OrvErrorSuccess);
 }
 
 TEST(ViewerWindow, saysWhereFramesAreLostWhileTheyAre) {
@@ -178,9 +178,9 @@ TEST(ViewerWindow, saysWhereFramesAreLostWhileTheyAre) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return losses.accessibleDescription() != text; }, 20000));
     EXPECT_EQ(losses.text(), text) << "a selected text stays";
 
-    setFrameRate("GEV-22001", 5);
+    setLimit("GEV-22001", 10'000'000);
     EXPECT_TRUE(awaitText(false));
-    setFrameRate("GEV-22001", 31);
+    setLimit("GEV-22001", 125'000'000);
     EXPECT_TRUE(awaitText(true));
     viewer.select(0);
     EXPECT_FALSE(losses.isVisible()) << "was of another camera";
