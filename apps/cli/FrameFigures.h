@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "engine/FrameStatistics.h"
+#include "losses/FrameStatistics.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

@@ -41,6 +41,24 @@ void readStatistic(const CameraHandler& camera, const char* feature,
         value = integerOf(*read);
 }
 
+std::vector<ObservedCamera> observed(const CameraList& cameras) {
+    std::vector<ObservedCamera> result;
+    for (const auto& camera : cameras) {
+        const CameraInfo info = camera->getCameraInfo();
+        result.push_back({info.cameraId, info.transportLayerType == OrvTransportLayerTypeU3V,
+                          camera->getFeatureController(),
+                          [camera] {
+                              return camera->isAcquiring()
+                                         ? std::optional(camera->getFrameStatistics())
+                                         : std::nullopt;
+                          },
+                          [camera] {
+                              return camera->isTriggered();
+                          }});
+    }
+    return result;
+}
+
 } // namespace
 
 StreamingCameras::StreamingCameras(SystemController& controller, const HostInterface& interface,
@@ -49,7 +67,7 @@ StreamingCameras::StreamingCameras(SystemController& controller, const HostInter
       m_bitsPerSecond(
           static_cast<double>(controller.getInterfaceSpeed(interface.name.toStdString()))),
       m_evidence((interface.id.isEmpty() ? interface.name : interface.id).toStdString(),
-                 interface.cameras, areSimulated) {
+                 observed(interface.cameras), areSimulated) {
     m_controller.startBenchmark(interface.index, adjustsPacketSize);
     for (const auto& camera : interface.cameras) {
         Stream stream;

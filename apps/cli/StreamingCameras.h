@@ -3,7 +3,7 @@
 
 #include "cli/Cameras.h"
 #include "cli/FrameFigures.h"
-#include "engine/LossEvidence.h"
+#include "losses/LossEvidence.h"
 
 #include <QJsonObject>
 

@@ -17,11 +17,13 @@ template <class Object, class Ask> QString textOf(const Object& object, const As
     return QString::fromStdString(text);
 }
 
-QString interfaceName(const OrvCPP::Camera& camera) {
+void describeInterface(CameraEntry& entry) {
     std::shared_ptr<OrvCPP::Interface> found;
-    if (camera.GetInterface(found) != OrvErrorSuccess || !found)
-        return {};
-    return textOf(*found, &OrvCPP::Interface::GetName);
+    if (entry.camera->GetInterface(found) != OrvErrorSuccess || !found)
+        return;
+    entry.interfaceName = textOf(*found, &OrvCPP::Interface::GetName);
+    entry.interfaceId = textOf(*found, &OrvCPP::Interface::GetID);
+    found->GetType(entry.type);
 }
 
 CameraAccess permittedAccess(const OrvCPP::Camera& camera) {
@@ -42,7 +44,7 @@ CameraEntry describe(const std::shared_ptr<OrvCPP::Camera>& camera) {
     entry.serialNumber = textOf(*camera, &OrvCPP::Camera::GetSerialNumber);
     if (entry.name.isEmpty())
         entry.name = entry.model.isEmpty() ? entry.id : entry.model;
-    entry.interfaceName = interfaceName(*camera);
+    describeInterface(entry);
     entry.access = permittedAccess(*camera);
     return entry;
 }

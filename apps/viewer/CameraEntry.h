@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "OrvCPP/OrvTypes.h"
+
 #include <QString>
 
 #include <memory>
@@ -34,6 +36,8 @@ struct CameraEntry {
     QString model;
     QString serialNumber;
     QString interfaceName;
+    QString interfaceId;
+    OrvTransportLayerType type = OrvTransportLayerTypeUnknown;
     CameraAccess access = CameraAccess::Available;
     std::shared_ptr<OrvCPP::Camera> camera;
 };

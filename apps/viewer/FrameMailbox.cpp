@@ -5,11 +5,14 @@
 
 namespace viewer {
 
-FrameMailbox::FrameMailbox(GiveBack giveBack, std::function<void()> announce)
-    : m_giveBack(std::move(giveBack)), m_announce(std::move(announce)) {}
+FrameMailbox::FrameMailbox(std::int32_t firstFrameId, GiveBack giveBack,
+                           std::function<void()> announce)
+    : m_giveBack(std::move(giveBack)), m_announce(std::move(announce)), m_counter(firstFrameId) {}
 
 void FrameMailbox::FrameReceived(const std::shared_ptr<OrvCPP::Frame>& frame) {
-    m_receivedFrames.fetch_add(1, std::memory_order_relaxed);
+    m_counted.GetHandle() = frame;
+    m_counter.count(m_counted);
+    m_counted.GetHandle().reset();
     std::shared_ptr<OrvCPP::Frame> dropped = frame;
     bool mustAnnounce = false;
     {
@@ -29,8 +32,8 @@ std::shared_ptr<OrvCPP::Frame> FrameMailbox::take() {
     return std::exchange(m_latest, nullptr);
 }
 
-std::uint64_t FrameMailbox::receivedFrames() const {
-    return m_receivedFrames.load(std::memory_order_relaxed);
+FrameStatistics FrameMailbox::statistics() const {
+    return m_counter.statistics();
 }
 
 } // namespace viewer

@@ -20,7 +20,8 @@ LiveCamera::~LiveCamera() {
     stop();
 }
 
-OrvErrorType LiveCamera::start(const std::shared_ptr<OrvCPP::Camera>& camera) {
+OrvErrorType LiveCamera::start(const std::shared_ptr<OrvCPP::Camera>& camera,
+                               OrvTransportLayerType type) {
     stop();
     const OrvErrorType opened = camera->Open(OrvAccessModeFull);
     if (opened != OrvErrorSuccess)
@@ -32,7 +33,7 @@ OrvErrorType LiveCamera::start(const std::shared_ptr<OrvCPP::Camera>& camera) {
     const auto announce = [this] {
         QMetaObject::invokeMethod(this, &LiveCamera::showLatest, Qt::QueuedConnection);
     };
-    m_mailbox = std::make_shared<FrameMailbox>(giveBack, announce);
+    m_mailbox = std::make_shared<FrameMailbox>(firstFrameIdOf(type), giveBack, announce);
     const OrvErrorType started = camera->StartContinuousImageAcquisition(
         frameCount, m_mailbox, OrvCPP::FrameAllocationMode::AnnounceFrame);
     if (started != OrvErrorSuccess) {
@@ -58,8 +59,8 @@ bool LiveCamera::isRunning() const {
     return m_camera != nullptr;
 }
 
-std::uint64_t LiveCamera::receivedFrames() const {
-    return m_mailbox ? m_mailbox->receivedFrames() : 0;
+FrameStatistics LiveCamera::frameStatistics() const {
+    return m_mailbox ? m_mailbox->statistics() : FrameStatistics();
 }
 
 void LiveCamera::showLatest() {

@@ -2,12 +2,12 @@
 #pragma once
 
 #include "OrvCPP/OrvTypes.h"
+#include "losses/FrameStatistics.h"
 
 #include <QImage>
 #include <QObject>
 #include <QString>
 
-#include <cstdint>
 #include <memory>
 
 namespace OrvCPP {
@@ -30,12 +30,13 @@ public:
 
     /// Opens the camera and lets it stream, after releasing the one before. On an error nothing is
     /// open, and the SDK's code is returned.
-    OrvErrorType start(const std::shared_ptr<OrvCPP::Camera>& camera);
+    /// \p type is that of its interface.
+    OrvErrorType start(const std::shared_ptr<OrvCPP::Camera>& camera, OrvTransportLayerType type);
     /// Stops and closes the camera, if one runs, so that others can open it in full access.
     void stop();
     bool isRunning() const;
-    /// Frames since the start, those that were not shown included.
-    std::uint64_t receivedFrames() const;
+    /// Of the frames since the start, those that were not shown included; without the frame rate.
+    FrameStatistics frameStatistics() const;
 
 signals:
     /// A complete frame arrived; others that came since the last one were dropped.

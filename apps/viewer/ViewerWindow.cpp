@@ -2,11 +2,15 @@
 #include "viewer/ViewerWindow.h"
 
 #include "OrvCPP/OrvSystem.h"
+#include "features/FeatureController.h"
 #include "plugin/SpanletInterface.h"
+#include "sdk/OrvCameraWrapper.h"
+#include "sdk/RealCameras.h"
 #include "viewer/CameraDelegate.h"
 #include "viewer/CameraListWatcher.h"
 #include "viewer/CameraModel.h"
 #include "viewer/ImageView.h"
+#include "viewer/LossWatch.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -30,8 +34,20 @@ namespace viewer {
 namespace {
 
 constexpr int rateInterval = 1000;
+/// Lost frames are looked for at each second rate.
+constexpr int ratesPerLook = 2;
 constexpr int labelMargin = 4;
 constexpr int messageTime = 10000;
+
+/// A warning below the list, hidden while it is empty.
+void prepareWarning(QLabel& warning, const QString& name) {
+    warning.setObjectName(name);
+    warning.setTextFormat(Qt::PlainText);
+    warning.setWordWrap(true);
+    // It names a command to be copied.
+    warning.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    warning.hide();
+}
 
 bool meansInUse(OrvErrorType error) {
     return error == OrvErrorInvalidAccess || error == OrvErrorInUse || error == OrvErrorBusy;
@@ -45,7 +61,8 @@ ViewerWindow::ViewerWindow(OrvCPP::OrvSystem& system, const QString& pluginFolde
       m_list(new QListView(this)), m_view(new ImageView(this)),
       m_automaticPacketSize(new QCheckBox(tr("Automatic packet size"), this)),
       m_cameraCount(new QLabel(this)), m_streamingWarning(new QLabel(this)),
-      m_formatLabel(new QLabel(this)), m_rateLabel(new QLabel(this)) {
+      m_lossNotice(new QLabel(this)), m_formatLabel(new QLabel(this)),
+      m_rateLabel(new QLabel(this)) {
     setWindowTitle(tr("Camera Viewer"));
     auto* splitter = new QSplitter(this);
     splitter->addWidget(buildCameraPanel());
@@ -112,11 +129,9 @@ QWidget* ViewerWindow::buildCameraPanel() {
     m_automaticPacketSize->setToolTip(
         tr("Let GigE cameras negotiate their largest packet size before they stream"));
 
-    m_streamingWarning->setObjectName(QStringLiteral("labelStreamingWarning"));
-    m_streamingWarning->setTextFormat(Qt::PlainText);
-    m_streamingWarning->setWordWrap(true);
-    // It names a command to be copied.
-    m_streamingWarning->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    prepareWarning(*m_streamingWarning, QStringLiteral("labelStreamingWarning"));
+    prepareWarning(*m_lossNotice, QStringLiteral("labelLostFrames"));
+    m_lossNotice->setAccessibleName(tr("Lost frames"));
 
     auto* refresh = new QToolButton(this);
     refresh->setIcon(style()->standardIcon(QStyle::SP_BrowserReload));
@@ -134,6 +149,7 @@ QWidget* ViewerWindow::buildCameraPanel() {
     layout->addWidget(m_list);
     layout->addWidget(m_automaticPacketSize);
     layout->addWidget(m_streamingWarning);
+    layout->addWidget(m_lossNotice);
     return panel;
 }
 
@@ -146,7 +162,8 @@ void ViewerWindow::buildStatusBar() {
     statusBar()->addPermanentWidget(m_formatLabel);
     statusBar()->addPermanentWidget(m_rateLabel);
     auto* timer = new QTimer(this);
-    connect(timer, &QTimer::timeout, this, &ViewerWindow::updateFrameRate);
+    timer->setObjectName(QStringLiteral("timerFigures"));
+    connect(timer, &QTimer::timeout, this, &ViewerWindow::updateFigures);
     timer->start(rateInterval);
 }
 
@@ -236,7 +253,7 @@ void ViewerWindow::showCamera(int row) {
         return;
     releaseCamera();
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    const OrvErrorType result = m_live.start(entry.camera);
+    const OrvErrorType result = m_live.start(entry.camera, entry.type);
     QGuiApplication::restoreOverrideCursor();
     if (result != OrvErrorSuccess) {
         if (meansInUse(result))
@@ -247,12 +264,15 @@ void ViewerWindow::showCamera(int row) {
         return;
     }
     m_liveId = entry.id;
+    watchLosses(entry);
     m_model->setAccess(row, CameraAccess::Live);
     m_view->showMessage(entry.name, tr("Waiting for the first image. A camera that waits for a "
                                        "trigger sends one with its first trigger."));
 }
 
 void ViewerWindow::releaseCamera() {
+    m_losses.reset();
+    showLosses({});
     m_live.stop();
     m_model->setAccess(m_model->rowOf(m_liveId), CameraAccess::Available);
     m_liveId.clear();
@@ -288,10 +308,43 @@ void ViewerWindow::showNoCamera() {
     }
 }
 
-void ViewerWindow::updateFrameRate() {
+void ViewerWindow::watchLosses(const CameraEntry& entry) {
+    const std::string id = entry.id.toStdString();
+    ObservedCamera camera;
+    camera.id = id;
+    camera.isUsb = entry.type == OrvTransportLayerTypeU3V;
+    camera.features =
+        std::make_shared<FeatureController>(std::make_shared<OrvCameraWrapper>(entry.camera), id);
+    camera.frames = [this] {
+        return m_live.frameStatistics();
+    };
+    const QString& interface =
+        entry.interfaceId.isEmpty() ? entry.interfaceName : entry.interfaceId;
+    m_losses = std::make_unique<LossWatch>(interface.toStdString(), std::move(camera),
+                                           simulatesAll(m_system));
+    m_ratesUntilLook = ratesPerLook;
+}
+
+void ViewerWindow::showLosses(const QString& text) {
+    m_lossNotice->setVisible(!text.isEmpty());
+    m_lossNotice->setAccessibleDescription(text);
+    // A new text would end the selection of a command to be copied.
+    if (text.isEmpty() || !m_lossNotice->hasSelectedText())
+        m_lossNotice->setText(text);
+}
+
+void ViewerWindow::updateFigures() {
     if (!m_live.isRunning())
         return;
-    const std::uint64_t frames = m_live.receivedFrames();
+    updateFrameRate();
+    if (--m_ratesUntilLook > 0)
+        return;
+    m_ratesUntilLook = ratesPerLook;
+    showLosses(m_losses->look());
+}
+
+void ViewerWindow::updateFrameRate() {
+    const std::uint64_t frames = m_live.frameStatistics().receivedFrames;
     const qint64 milliseconds = m_sinceLastRate.restart();
     if (milliseconds > 0) {
         const double rate = static_cast<double>(frames - m_framesAtLastRate) * 1000.0 /

@@ -25,6 +25,7 @@ namespace viewer {
 class CameraListWatcher;
 class CameraModel;
 class ImageView;
+class LossWatch;
 
 /// The viewer's window: the cameras on the left, the live image of the selected one on the right,
 /// and Spanlet in its menu. Bound to the GUI thread.
@@ -59,6 +60,11 @@ private:
     void releaseCamera();
     void showFailure(const QString& name, OrvErrorType error);
     void showNoCamera();
+    /// Watches the live camera \p entry for lost frames.
+    void watchLosses(const CameraEntry& entry);
+    /// Shows below the list where frames of the live camera were lost; hides an empty \p text.
+    void showLosses(const QString& text);
+    void updateFigures();
     void updateFrameRate();
 
     OrvCPP::OrvSystem& m_system;
@@ -67,6 +73,8 @@ private:
     LiveCamera m_live;
     /// ID of the camera that is live; empty when none is.
     QString m_liveId;
+    /// Of the live camera; empty when none is live.
+    std::unique_ptr<LossWatch> m_losses;
     bool m_isHandedOver = false;
 
     std::shared_ptr<CameraListWatcher> m_watcher;
@@ -76,11 +84,13 @@ private:
     QCheckBox* m_automaticPacketSize;
     QLabel* m_cameraCount;
     QLabel* m_streamingWarning;
+    QLabel* m_lossNotice;
     QLabel* m_formatLabel;
     QLabel* m_rateLabel;
 
     QElapsedTimer m_sinceLastRate;
     std::uint64_t m_framesAtLastRate = 0;
+    int m_ratesUntilLook = 0;
 };
 
 } // namespace viewer

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "engine/CameraInfo.h"
-#include "engine/FrameStatistics.h"
 #include "features/FeatureValue.h"
+#include "losses/FrameStatistics.h"
 #include "sdk/WrapperDeclarations.h"
 
 #include <chrono>

@@ -64,7 +64,8 @@ CameraHandler::CameraHandler(std::shared_ptr<OrvCameraWrapper> camera,
     if (m_opened && isGigE)
         findStream();
     m_bandwidthLimit = std::make_unique<BandwidthLimit>(m_features);
-    m_observer = std::make_shared<FrameObserver>(m_camera, isGigE ? 1 : 0);
+    m_observer =
+        std::make_shared<FrameObserver>(m_camera, firstFrameIdOf(m_info.transportLayerType));
 }
 
 std::string CameraHandler::displayName() const {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "OrvCPP/Frame.h"
-#include "engine/FrameStatistics.h"
+#include "losses/FrameCounter.h"
 #include "sdk/WrapperDeclarations.h"
 
 #include <atomic>
@@ -10,7 +10,7 @@
 #include <functional>
 #include <memory>
 
-/// Counts the frames of one camera during a benchmark.
+/// Counts the frames of one camera during a benchmark, and measures their rate.
 ///
 /// Thread-safe: FrameReceived runs on the SDK's threads, one call at a time; statistics() reads
 /// from any thread without a lock. Call reset() while no acquisition runs: a frame that arrives
@@ -20,8 +20,8 @@ public:
     /// Nanoseconds since a fixed time, at least 1 us before the first frame.
     using Clock = std::function<std::int64_t()>;
 
-    /// \p firstFrameId is the ID that the camera gives its first frame: 1 on GigE Vision, else 0.
-    /// An empty \p clock is replaced by the steady one.
+    /// \p firstFrameId is the ID that the camera gives its first frame. An empty \p clock is
+    /// replaced by the steady one.
     FrameObserver(std::shared_ptr<OrvCameraWrapper> camera, std::int32_t firstFrameId,
                   Clock clock = {});
     ~FrameObserver() override;
@@ -35,28 +35,14 @@ public:
     void reset();
 
 private:
-    struct Counters {
-        std::atomic<std::uint64_t> received{0};
-        std::atomic<std::uint64_t> complete{0};
-        std::atomic<std::uint64_t> incomplete{0};
-        std::atomic<std::uint64_t> invalid{0};
-        std::atomic<std::uint64_t> tooSmall{0};
-        std::atomic<std::int64_t> lastFrameId{0};
-        std::atomic<std::int64_t> lost{0};
-        std::atomic<std::uint64_t> payloadBytes{0};
-        std::atomic<double> framesPerSecond{0.0};
-    };
-
-    void countStatus();
-    void countFrameId();
     void measureRate();
 
-    Counters m_counters;
+    std::atomic<double> m_framesPerSecond{0.0};
     std::atomic<double> m_lastFramesPerSecond{0.0};
     std::atomic<std::int64_t> m_previousNanoseconds{0};
     std::atomic<std::int64_t> m_currentNanoseconds{0};
     const Clock m_clock;
-    const std::int32_t m_frameIdBase;
+    FrameCounter m_counter;
     const std::shared_ptr<OrvCameraWrapper> m_camera;
     const std::shared_ptr<OrvFrameWrapper> m_frame;
 };

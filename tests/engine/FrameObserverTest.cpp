@@ -4,9 +4,6 @@
 #include "tests/support/FakeFrame.h"
 #include "tests/support/MockSdk.h"
 
-#include <limits>
-#include <optional>
-#include <tuple>
 #include <utility>
 
 namespace {
@@ -19,51 +16,9 @@ protected:
         observer.FrameReceived(std::make_shared<FakeFrame>(frame));
         return observer.statistics();
     }
-    FrameStatistics receive(FrameObserver& observer, std::optional<std::uint64_t> id) {
-        FakeFrame frame(id.value_or(0));
-        frame.idResult = id ? OrvErrorSuccess : OrvErrorIO;
-        return receive(observer, frame);
-    }
 
     std::shared_ptr<testing::NiceMock<MockCamera>> m_camera = makeCamera();
 };
-
-TEST_F(FrameObserverTest, findsGapsInTheFrameIds) {
-    using Ids = std::vector<std::optional<std::uint64_t>>;
-    const auto unreadable = std::nullopt;
-    // The first ID, those that arrive, the last one and the frames lost.
-    const std::tuple<std::int32_t, Ids, std::int64_t, std::int64_t> cases[] = {
-        {1, {1, 2, 4}, 4, 1},
-        {0, {0, 1, 2}, 3, 0},
-        {0, {2, 3}, 4, 2},
-        {1, {unreadable}, 1, 0},
-        {0, {0, 3, unreadable, 5}, 6, 2},
-        {1, {5, unreadable, unreadable}, 7, 4},
-        // A restarted count makes the number of lost frames negative.
-        {1, {1, 2, 1}, 1, -2},
-        {0, {std::numeric_limits<std::uint64_t>::max()}, 0, -1}};
-    for (const auto& [firstId, ids, lastId, lost] : cases) {
-        FrameObserver observer(m_camera, firstId);
-        for (const auto& id : ids)
-            receive(observer, id);
-        EXPECT_THAT(observer.statistics(),
-                    FieldsAre(ids.size(), _, _, _, _, lastId, lost, _, _, _));
-    }
-}
-
-TEST_F(FrameObserverTest, countsByReceiveStatus) {
-    FrameObserver observer(m_camera, 1);
-    FakeFrame frame;
-    for (const int status : {0, 0, 0, 0, -1, -1, -1, -2, -2, -3, -4, 1}) {
-        frame.status = static_cast<OrvFrameStatusType>(status);
-        receive(observer, frame);
-    }
-    frame.status = OrvFrameStatusComplete;
-    frame.statusResult = OrvErrorIO;
-    frame.size = std::numeric_limits<std::uint32_t>::max();
-    EXPECT_THAT(receive(observer, frame), FieldsAre(13U, 4U, 3U, 1U, 2U, _, _,
-                                                    12'000U + std::uint64_t{4'294'967'295}, _, 0U));
-}
 
 TEST_F(FrameObserverTest, measuresTheLastInterval) {
     std::int64_t now = 0;
@@ -74,7 +29,7 @@ TEST_F(FrameObserverTest, measuresTheLastInterval) {
         {1'000, 1'000'000}};
     for (const auto& [nanoseconds, rate] : intervals) {
         now += nanoseconds;
-        EXPECT_DOUBLE_EQ(receive(observer, 1).framesPerSecond, rate) << nanoseconds;
+        EXPECT_DOUBLE_EQ(receive(observer, FakeFrame(1)).framesPerSecond, rate) << nanoseconds;
     }
 }
 
@@ -104,10 +59,11 @@ TEST_F(FrameObserverTest, resetClearsEverything) {
     observer.reset();
     EXPECT_THAT(observer.statistics(), FieldsAre(0U, 0U, 0U, 0U, 0U, 0, 0, 0U, 0.0, 0U));
     now += 1'000'000'000;
-    EXPECT_DOUBLE_EQ(receive(observer, 1).framesPerSecond, 0.25) << "from the clock's zero again";
+    EXPECT_DOUBLE_EQ(receive(observer, FakeFrame(1)).framesPerSecond, 0.25)
+        << "from the clock's zero again";
     observer.reset();
     now = 500;
-    EXPECT_EQ(receive(observer, 1).framesPerSecond, 0.0) << "without a rate to repeat";
+    EXPECT_EQ(receive(observer, FakeFrame(1)).framesPerSecond, 0.0) << "without a rate to repeat";
 }
 
 } // namespace

@@ -21,19 +21,22 @@ std::uint64_t numberOf(const std::shared_ptr<OrvCPP::Frame>& frame) {
 TEST(FrameMailbox, keepsTheLatestFrameAndGivesTheOthersBack) {
     std::vector<std::uint64_t> givenBack;
     int announcements = 0;
-    FrameMailbox mailbox([&](const auto& frame) { givenBack.push_back(numberOf(frame)); },
-                         [&] { ++announcements; });
+    FrameMailbox mailbox(
+        1, [&](const auto& frame) { givenBack.push_back(numberOf(frame)); },
+        [&] { ++announcements; });
     for (std::uint64_t number = 1; number <= 3; ++number)
         mailbox.FrameReceived(std::make_shared<FakeFrame>(number));
     EXPECT_EQ(announcements, 1);
     EXPECT_THAT(givenBack, ElementsAre(1, 2));
     EXPECT_EQ(numberOf(mailbox.take()), 3U);
     EXPECT_EQ(mailbox.take(), nullptr);
-    EXPECT_EQ(mailbox.receivedFrames(), 3U);
+    EXPECT_EQ(mailbox.statistics().receivedFrames, 3U);
+    EXPECT_EQ(mailbox.statistics().lostFrames, 0);
 
-    mailbox.FrameReceived(std::make_shared<FakeFrame>(4));
+    mailbox.FrameReceived(std::make_shared<FakeFrame>(6));
     EXPECT_EQ(announcements, 2);
-    EXPECT_EQ(numberOf(mailbox.take()), 4U);
+    EXPECT_EQ(numberOf(mailbox.take()), 6U);
+    EXPECT_EQ(mailbox.statistics().lostFrames, 2);
     EXPECT_THAT(givenBack, ElementsAre(1, 2));
 }
 
@@ -42,8 +45,8 @@ TEST(FrameMailbox, losesNoFrameBetweenTwoThreads) {
     std::uint64_t givenBack = 0;
     std::atomic<bool> isAnnounced{false};
     std::atomic<bool> isOver{false};
-    FrameMailbox mailbox([&](const auto&) { ++givenBack; },
-                         [&] { EXPECT_FALSE(isAnnounced.exchange(true)); });
+    FrameMailbox mailbox(
+        1, [&](const auto&) { ++givenBack; }, [&] { EXPECT_FALSE(isAnnounced.exchange(true)); });
     std::thread camera([&] {
         for (std::uint64_t number = 1; number <= frames; ++number)
             mailbox.FrameReceived(std::make_shared<FakeFrame>(number));

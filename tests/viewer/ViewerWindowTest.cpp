@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "viewer/ViewerWindow.h"
 
+#include "OrvCPP/Feature.h"
 #include "OrvCPP/OrvSystem.h"
 #include "OrvSimulation/Simulation.h"
 #include "session/SdkSession.h"
@@ -50,6 +51,7 @@ public:
     ViewerWindow& window() { return m_window; }
     QListView& list() { return partOf<QListView>(m_window, "listCameras"); }
     viewer::ImageView& view() { return *m_window.findChild<viewer::ImageView*>(); }
+    QLabel& losses() { return partOf<QLabel>(m_window, "labelLostFrames"); }
     QCheckBox& packetSize() { return partOf<QCheckBox>(m_window, "checkAutomaticPacketSize"); }
     CameraAccess access(int row) {
         return static_cast<CameraAccess>(
@@ -138,6 +140,51 @@ TEST(ViewerWindow, warnsOfWhatItsRealCamerasLack) {
     const auto& shown = partOf<QLabel>(viewer.window(), "labelStreamingWarning");
     EXPECT_EQ(shown.text(), warnings.join(QStringLiteral("\n\n")));
     EXPECT_EQ(shown.isHidden(), shown.text().isEmpty());
+}
+
+/// Limits the bandwidth of an open camera, in bytes per second.
+void setLimit(const std::string& id, std::int64_t limit) {
+    std::shared_ptr<OrvCPP::Camera> camera;
+    auto& system = OrvCPP::OrvSystem::GetInstance();
+    ASSERT_EQ(system.GetCameraByID(id.c_str(), camera), OrvErrorSuccess);
+    std::shared_ptr<OrvCPP::Feature> feature;
+    ASSERT_EQ(camera->GetFeatureByName("DeviceLinkThroughputLimit", feature), OrvErrorSuccess);
+    ASSERT_EQ(feature->SetValue(limit), OrvErrorSuccess);
+}
+
+TEST(ViewerWindow, saysWhereFramesAreLostWhileTheyAre) {
+    Viewer viewer({QStringLiteral(":oversubscribed")});
+    QLabel& losses = viewer.losses();
+    const auto awaitText = [&losses](bool isThere) {
+        return QTest::qWaitFor([&] { return losses.isVisible() == isThere; }, 20000);
+    };
+    // Ten times as fast as in use.
+    partOf<QTimer>(viewer.window(), "timerFigures").setInterval(100);
+    const auto& model = *viewer.list().model();
+    const auto found =
+        model.match(model.index(0, 0), Qt::DisplayRole, QStringLiteral("Old switch"));
+    ASSERT_EQ(found.size(), 1);
+    ASSERT_TRUE(viewer.waitForImage());
+    EXPECT_FALSE(losses.isVisible());
+
+    viewer.list().setCurrentIndex(found.first());
+    ASSERT_TRUE(awaitText(true)) << "its link is too slow";
+    const QString text = losses.text();
+    EXPECT_THAT(text.toStdString(),
+                testing::MatchesRegex("Where frames were lost: unknown. Of [0-9]+ frames, [0-9]+ "
+                                      "were lost and [0-9]+ came incomplete; simulated cameras "
+                                      "have no counters of a network."));
+    losses.setSelection(0, 5);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return losses.accessibleDescription() != text; }, 20000));
+    EXPECT_EQ(losses.text(), text) << "a selected text stays";
+
+    setLimit("GEV-22001", 10'000'000);
+    EXPECT_TRUE(awaitText(false));
+    setLimit("GEV-22001", 125'000'000);
+    EXPECT_TRUE(awaitText(true));
+    viewer.select(0);
+    EXPECT_FALSE(losses.isVisible()) << "was of another camera";
+    EXPECT_EQ(losses.text(), QString());
 }
 
 TEST(ViewerWindow, handsItsCameraOverAndTakesTheFlagBack) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "engine/LossAnalysis.h"
+#include "losses/LossAnalysis.h"
 
 #include <gmock/gmock.h>
 

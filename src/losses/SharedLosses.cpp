@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "engine/SharedLosses.h"
+#include "losses/SharedLosses.h"
 
 #include "platform/HostCommands.h"
 

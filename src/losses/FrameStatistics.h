@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-/// What a benchmark has counted for one camera. Fields of one block may belong to two consecutive
+/// What was counted of the frames of one camera. Fields of one block may belong to two consecutive
 /// frames.
 struct FrameStatistics {
     std::uint64_t receivedFrames = 0;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "engine/LossAnalysis.h"
+#include "losses/LossAnalysis.h"
 
-#include "engine/SharedLosses.h"
+#include "losses/SharedLosses.h"
 #include "platform/HostCommands.h"
 
 #include <algorithm>
@@ -268,7 +268,8 @@ void Analysis::judgeRing() {
          "The packet ring of the adapter was full for " + packets(dropped) +
              " (StatPacketDropped): this program did not get the processor in time.",
          "End other programs, or give this one more of the processor: sudo renice -n -10 -p "
-         "$(pidof spanlet)",
+         "$(pidof " +
+             m_evidence.program.filename().string() + ')',
          // Frames that were dropped whole are noticed by later ones only.
          isAllRepaired(m_evidence) && dropped <= missing()});
     m_explained += dropped;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "engine/LossAnalysis.h"
+#include "losses/LossAnalysis.h"
 
 #include <cstdint>
 #include <string>
