@@ -131,8 +131,9 @@ StreamingCameras::Counts StreamingCameras::count() {
             stream.counts.frames = stream.camera->getFrameStatistics();
         // A camera that has gone keeps its last statistics.
         if (stream.isStarted && !stream.disconnectedAfterSeconds) {
-            readStatistic(*stream.camera, "StatPacketResent", stream.counts.packetsResent);
-            readStatistic(*stream.camera, "StatPacketMissed", stream.counts.packetsMissing);
+            readStatistic(*stream.camera, "GevStreamResendPacketCount",
+                          stream.counts.packetsResent);
+            readStatistic(*stream.camera, "GevStreamLostPacketCount", stream.counts.packetsMissing);
         }
         now.streams.push_back(stream.counts);
     }

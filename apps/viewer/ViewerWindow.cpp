@@ -55,8 +55,9 @@ bool meansInUse(OrvErrorType error) {
 
 } // namespace
 
-ViewerWindow::ViewerWindow(OrvCPP::OrvSystem& system, const QString& pluginFolder, QWidget* parent)
-    : QMainWindow(parent), m_system(system), m_loader(pluginFolder),
+ViewerWindow::ViewerWindow(OrvCPP::OrvSystem& system, const QString& pluginFolder,
+                           session::StreamingLimits limits)
+    : m_system(system), m_loader(pluginFolder), m_streamingLimits(std::move(limits)),
       m_watcher(std::make_shared<CameraListWatcher>()), m_model(new CameraModel(this)),
       m_list(new QListView(this)), m_view(new ImageView(this)),
       m_automaticPacketSize(new QCheckBox(tr("Automatic packet size"), this)),

@@ -34,7 +34,9 @@ class ViewerWindow : public QMainWindow {
 
 public:
     /// \p system is started and outlives the window. Spanlet is looked for in \p pluginFolder.
-    ViewerWindow(OrvCPP::OrvSystem& system, const QString& pluginFolder, QWidget* parent = nullptr);
+    /// \p limits reads the host's settings.
+    ViewerWindow(OrvCPP::OrvSystem& system, const QString& pluginFolder,
+                 session::StreamingLimits limits = session::StreamingLimits());
     ~ViewerWindow() override;
 
     /// Releases the viewer's camera, runs Spanlet's dialog until it is closed, and resumes the

@@ -151,7 +151,8 @@ void Analysis::judgeProgram(Case& each) {
     if (underruns == 0)
         return;
     add(LossPlace::Program, each.camera,
-        frames(underruns) + " came while this program had no free buffer (StatFrameUnderrun).",
+        frames(underruns) +
+            " came while this program had no free buffer (StreamUnderrunFrameCount).",
         "Use more buffers, or return them sooner.");
     each.isExplained = underruns >= framesBad(each.camera);
 }
@@ -171,7 +172,7 @@ void Analysis::judgePath(Case& each) {
     add(LossPlace::Path, camera,
         "Of " + frames(hollow) +
             " the short first and last packets came, and none of the full ones" + size +
-            " (StatFrameHollow)." + mtu,
+            " (StreamHollowFrameCount)." + mtu,
         "Let the camera find the size that passes: spanlet benchmark --interface " +
             quoted(m_evidence.name) +
             " --adjust-packet-size. Or permit larger packets (jumbo frames) in the switch and the "
@@ -190,7 +191,7 @@ void Analysis::judgeSocket(Case& each) {
         camera.receiveBuffer ? " of " + std::to_string(*camera.receiveBuffer) + " KB" : "";
     add(LossPlace::Kernel, camera,
         "The operating system dropped " + packets(dropped) + " as the receive buffer" + buffer +
-            " of the UDP socket was full (StatPacketDropped).",
+            " of the UDP socket was full (GevStreamDroppedPacketCount).",
         "Permit a larger buffer: " + platform::receiveBufferCommand(largeReceiveBuffer) +
             ". Or receive by the packet ring: " +
             platform::packetSocketCommand(m_evidence.program));
@@ -266,7 +267,7 @@ void Analysis::judgeRing() {
     m_findings.push_back(
         {LossPlace::Kernel, "",
          "The packet ring of the adapter was full for " + packets(dropped) +
-             " (StatPacketDropped): this program did not get the processor in time.",
+             " (GevStreamDroppedPacketCount): this program did not get the processor in time.",
          "End other programs, or give this one more of the processor: sudo renice -n -10 -p "
          "$(pidof " +
              m_evidence.program.filename().string() + ')',

@@ -15,7 +15,7 @@ namespace {
 using Count = CameraEvidence::Count;
 
 constexpr char interfaceModule[] = "Interface";
-constexpr char packetsReceivedFeature[] = "StatPacketReceived";
+constexpr char packetsReceivedFeature[] = "GevStreamSeenPacketCount";
 
 /// Between two readings at the end, until this program has read what the adapter received.
 constexpr std::chrono::milliseconds drainStep{2};
@@ -28,17 +28,17 @@ struct StreamFeature {
 
 /// Since the stream began.
 constexpr StreamFeature statistics[] = {
-    {"StatFrameDropped", &CameraEvidence::streamFramesLost},
-    {"StatFrameGap", &CameraEvidence::gaps},
-    {"StatFrameHollow", &CameraEvidence::framesHollow},
-    {"StatFrameUnderrun", &CameraEvidence::framesWithoutBuffer},
+    {"StreamLostFrameCount", &CameraEvidence::streamFramesLost},
+    {"StreamLostFrameGapCount", &CameraEvidence::gaps},
+    {"StreamHollowFrameCount", &CameraEvidence::framesHollow},
+    {"StreamUnderrunFrameCount", &CameraEvidence::framesWithoutBuffer},
     {packetsReceivedFeature, &CameraEvidence::packetsReceived},
-    {"StatPacketMissed", &CameraEvidence::packetsMissing},
-    {"StatPacketResent", &CameraEvidence::packetsResent},
-    {"StatPacketDuplicate", &CameraEvidence::packetsDuplicate},
-    {"StatPacketLate", &CameraEvidence::packetsLate},
-    {"StatPacketUnavailable", &CameraEvidence::packetsUnavailable},
-    {"StatPacketDropped", &CameraEvidence::packetsDropped},
+    {"GevStreamLostPacketCount", &CameraEvidence::packetsMissing},
+    {"GevStreamResendPacketCount", &CameraEvidence::packetsResent},
+    {"GevStreamDuplicatePacketCount", &CameraEvidence::packetsDuplicate},
+    {"GevStreamLatePacketCount", &CameraEvidence::packetsLate},
+    {"GevStreamUnavailablePacketCount", &CameraEvidence::packetsUnavailable},
+    {"GevStreamDroppedPacketCount", &CameraEvidence::packetsDropped},
 };
 
 constexpr StreamFeature settings[] = {

@@ -52,16 +52,16 @@ TEST_F(LossEvidenceTest, countsSinceTheStreamBeganOrFromNowOn) {
     auto whole = makeEvidence();
     setFrames(100, 5, 7);
     whole.noteStart();
-    setCount("StatPacketMissed", 20);
-    setCount("StatFrameGap", 3);
+    setCount("GevStreamLostPacketCount", 20);
+    setCount("StreamLostFrameGapCount", 3);
     auto part = makeEvidence();
     part.startFromNow();
     EXPECT_TRUE(whole.hasBadFrames());
     EXPECT_FALSE(part.hasBadFrames());
 
     setFrames(130, 6, 9);
-    setCount("StatPacketMissed", 24);
-    setCount("StatFrameGap", 2);
+    setCount("GevStreamLostPacketCount", 24);
+    setCount("StreamLostFrameGapCount", 2);
     EXPECT_TRUE(part.hasBadFrames());
     whole.noteEnd();
     part.noteEnd();

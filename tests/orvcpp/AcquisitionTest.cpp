@@ -48,23 +48,25 @@ TEST(Link, carriesNoMoreThanItsSpeedAndLosesInProportion) {
     const auto statistic = [&](std::size_t i, const char* name) {
         return get<std::int64_t>(*stream(*all[i]), name);
     };
-    const auto carried = statistic(0, "StatByteDelivered") + statistic(1, "StatByteDelivered");
+    const auto carried =
+        statistic(0, "StreamDeliveredByteCount") + statistic(1, "StreamDeliveredByteCount");
     EXPECT_LE(static_cast<double>(carried), 2.5e6 * seconds + 3 * 64'000);
     constexpr double share = 2.5e6 / (80 * 64'000);
     for (std::size_t i = 0; i < 3; ++i) {
         const auto sent = get<std::int64_t>(*all[i], "AcquisitionFrameCounter");
-        const auto delivered = statistic(i, "StatFrameDelivered");
+        const auto delivered = statistic(i, "StreamDeliveredFrameCount");
         EXPECT_EQ(delivered, static_cast<std::int64_t>(receivers[i]->count()));
-        EXPECT_EQ(delivered + statistic(i, "StatFrameDropped") + statistic(i, "StatFrameUnderrun"),
+        EXPECT_EQ(delivered + statistic(i, "StreamLostFrameCount") +
+                      statistic(i, "StreamUnderrunFrameCount"),
                   sent)
             << "no frame is unaccounted for";
         EXPECT_LE(static_cast<std::int64_t>(receivers[i]->ids().back()), sent);
         EXPECT_NEAR(static_cast<double>(delivered), static_cast<double>(sent) * (i < 2 ? share : 1),
                     2.5);
-        EXPECT_EQ(statistic(i, "StatFrameIncomplete"), receivers[i]->incomplete);
+        EXPECT_EQ(statistic(i, "StreamIncompleteFrameCount"), receivers[i]->incomplete);
     }
-    EXPECT_GT(statistic(0, "StatFrameIncomplete"), 0);
-    EXPECT_EQ(statistic(2, "StatFrameDropped") + statistic(2, "StatFrameIncomplete"), 0);
+    EXPECT_GT(statistic(0, "StreamIncompleteFrameCount"), 0);
+    EXPECT_EQ(statistic(2, "StreamLostFrameCount") + statistic(2, "StreamIncompleteFrameCount"), 0);
 }
 
 TEST(Link, carriesTheTrafficOfOthersToo) {

@@ -19,7 +19,7 @@ struct ProvidedCamera {
 struct ProviderCase {
     const char* name;
     std::uint64_t firstFrameId;
-    /// StatFrameUnderrun after a few lost frames; Aravis counts their packets.
+    /// StreamUnderrunFrameCount after a few lost frames; Aravis counts their packets.
     std::int64_t underruns;
     std::function<ProvidedCamera()> start;
 };

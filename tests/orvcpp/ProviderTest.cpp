@@ -165,7 +165,7 @@ TEST_P(ProviderTest, numbersFramesWithoutAGapFromTheFirstIdInEveryAcquisition) {
         ASSERT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
         EXPECT_EQ(receiver->ids(), gapless(GetParam().firstFrameId, receiver->count()));
         EXPECT_EQ(receiver->incomplete, 0);
-        EXPECT_EQ(get<std::int64_t>(*sdk::stream(*camera), "StatFrameDelivered"),
+        EXPECT_EQ(get<std::int64_t>(*sdk::stream(*camera), "StreamDeliveredFrameCount"),
                   static_cast<std::int64_t>(receiver->count()));
     }
     EXPECT_EQ(set(*camera, "Width", std::int64_t{160}), OrvErrorSuccess);
@@ -177,7 +177,7 @@ TEST_P(ProviderTest, losesFramesWhileTheReceiverHoldsAllBuffers) {
     const auto stream = sdk::stream(*camera);
     EXPECT_TRUE(eventually([&] {
         return receiver->count() == 3 &&
-               get<std::int64_t>(*stream, "StatFrameUnderrun") >= GetParam().underruns;
+               get<std::int64_t>(*stream, "StreamUnderrunFrameCount") >= GetParam().underruns;
     }));
     EXPECT_EQ(receiver->count(), 3U);
     const auto kept = receiver->takeKept();

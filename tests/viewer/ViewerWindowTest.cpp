@@ -7,6 +7,7 @@
 #include "session/SdkSession.h"
 #include "session/StreamingLimits.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/FileTree.h"
 #include "tests/support/TextTree.h"
 #include "tests/support/WidgetParts.h"
 #include "viewer/CameraModel.h"
@@ -42,8 +43,10 @@ changedScenario(QTemporaryFile& file,
 /// A window on the simulated cameras of a scenario.
 class Viewer {
 public:
-    explicit Viewer(const session::CameraSource& cameras = {}, const QString& plugins = noPlugins)
-        : m_session(cameras), m_window(OrvCPP::OrvSystem::GetInstance(), plugins) {
+    explicit Viewer(const session::CameraSource& cameras = {}, const QString& plugins = noPlugins,
+                    const std::filesystem::path& host = "/")
+        : m_session(cameras),
+          m_window(OrvCPP::OrvSystem::GetInstance(), plugins, session::StreamingLimits(host)) {
         EXPECT_TRUE(m_session.isStarted()) << m_session.error().toStdString();
         m_window.show();
     }
@@ -128,18 +131,21 @@ TEST(ViewerWindow, survivesTheLiveCameraVanishing) {
 TEST(ViewerWindow, warnsOfWhatItsRealCamerasLack) {
     // Simulated cameras that count as real ones by the names of their transport layers.
     QTemporaryFile file;
+    const auto cameras =
+        changedScenario(file, {{"MRD_GEV", "GenICamGEV"}, {"MRD_U3V", "GenICamU3V"}});
     const CapturedLog log;
-    Viewer viewer(changedScenario(file, {{"MRD_GEV", "GenICamGEV"}, {"MRD_U3V", "GenICamU3V"}}));
-    const auto cameras = realCameras(OrvCPP::OrvSystem::GetInstance());
-    EXPECT_GT(cameras.gige, 0U);
-    EXPECT_GT(cameras.usb, 0U);
-    QStringList warnings;
-    for (const std::string& each :
-         session::StreamingLimits().check(OrvCPP::OrvSystem::GetInstance()))
-        warnings << QString::fromStdString(each);
-    const auto& shown = partOf<QLabel>(viewer.window(), "labelStreamingWarning");
-    EXPECT_EQ(shown.text(), warnings.join(QStringLiteral("\n\n")));
-    EXPECT_EQ(shown.isHidden(), shown.text().isEmpty());
+    const FileTree host;
+    host.write("sys/module/usbcore/parameters/usbfs_memory_mb", "16\n");
+    host.write("proc/sys/net/core/rmem_max", "212992\n");
+    for (const bool isWarned : {true, false}) {
+        Viewer viewer(cameras, noPlugins, host.root());
+        const auto& shown = partOf<QLabel>(viewer.window(), "labelStreamingWarning");
+        EXPECT_EQ(shown.isHidden(), !isWarned);
+        EXPECT_EQ(shown.text().contains(QStringLiteral("usbfs_memory_mb")), isWarned);
+        EXPECT_EQ(shown.text().contains(QStringLiteral("net.core.rmem_max")), isWarned);
+        host.write("sys/module/usbcore/parameters/usbfs_memory_mb", "0\n");
+        host.write("proc/sys/net/core/rmem_max", "268435456\n");
+    }
 }
 
 /// Limits the bandwidth of an open camera, in bytes per second.

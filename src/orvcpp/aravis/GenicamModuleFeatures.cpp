@@ -51,31 +51,34 @@ void addPacketStatistics(FeatureSet& set, const StreamControl& control) {
     const auto add = [&](const char* name, const char* about, std::uint64_t StreamCounts::*count) {
         addCount(set, name, about, counting(control, count));
     };
-    add("StatPacketReceived", "Packets that arrived.", &StreamCounts::packets);
-    add("StatPacketMissed", "Packets that never arrived, of frames of which others did.",
+    add("GevStreamSeenPacketCount", "Packets that arrived.", &StreamCounts::packets);
+    add("GevStreamLostPacketCount", "Packets that never arrived, of frames of which others did.",
         &StreamCounts::packetsMissing);
-    add("StatPacketRequested", "Packets that the camera was asked for again.",
+    add("GevStreamRequestedPacketCount", "Packets that the camera was asked for again.",
         &StreamCounts::packetsRequested);
-    add("StatPacketResent", "Packets that the camera has sent again.",
+    add("GevStreamResendPacketCount", "Packets that the camera has sent again.",
         &StreamCounts::packetsResent);
-    add("StatPacketDuplicate", "Packets that arrived twice.", &StreamCounts::packetsDuplicate);
-    add("StatPacketLate", "Packets that arrived after their frame had been delivered.",
+    add("GevStreamDuplicatePacketCount", "Packets that arrived twice.",
+        &StreamCounts::packetsDuplicate);
+    add("GevStreamLatePacketCount", "Packets that arrived after their frame had been delivered.",
         &StreamCounts::packetsLate);
-    add("StatPacketRefused", "Packets that were malformed or of no frame of the stream.",
+    add("GevStreamRefusedPacketCount", "Packets that were malformed or of no frame of the stream.",
         &StreamCounts::packetsRefused);
-    add("StatPacketUnavailable", "Packets that the camera was asked for and no longer had.",
+    add("GevStreamUnavailablePacketCount",
+        "Packets that the camera was asked for and no longer had.",
         &StreamCounts::packetsUnavailable);
-    add("StatPacketDropped",
+    add("GevStreamDroppedPacketCount",
         "Packets for which this host had no room: in the packet ring, of all streams of the "
         "adapter, or in the UDP socket.",
         &StreamCounts::packetsDropped);
-    add("StatRingFrozen", "How often the packet ring of the adapter was full.",
+    add("GevStreamRingFreezeCount", "How often the packet ring of the adapter was full.",
         &StreamCounts::ringFreezes);
-    add("StatFrameHollow",
+    add("StreamHollowFrameCount",
         "Frames of which leader and trailer arrived, and no full packet of data: the path does not "
         "carry packets of this size.",
         &StreamCounts::framesHollow);
-    add("StatFrameGap", "How often one or more frames in a row were lost.", &StreamCounts::gaps);
+    add("StreamLostFrameGapCount", "How often one or more frames in a row were lost.",
+        &StreamCounts::gaps);
 }
 
 void addPacketSize(FeatureSet& set, const StreamControl& control) {

@@ -103,13 +103,14 @@ FeatureNode& addCount(FeatureSet& set, const std::string& name, const std::strin
 
 void addFrameStatistics(FeatureSet& set, const FrameCounts& counts) {
     set.category("/Statistics");
-    addCount(set, "StatFrameDelivered", "Frames that were handed to the receiver.",
+    addCount(set, "StreamDeliveredFrameCount", "Frames that were handed to the receiver.",
              counts.delivered);
-    addCount(set, "StatFrameIncomplete", "Frames among them that were damaged.", counts.incomplete);
-    addCount(set, "StatFrameDropped", "Frames that were lost on the way.", counts.lost);
-    addCount(set, "StatFrameUnderrun", "Frames for which no buffer was queued.",
+    addCount(set, "StreamIncompleteFrameCount", "Frames among them that were damaged.",
+             counts.incomplete);
+    addCount(set, "StreamLostFrameCount", "Frames that were lost on the way.", counts.lost);
+    addCount(set, "StreamUnderrunFrameCount", "Frames for which no buffer was queued.",
              counts.withoutBuffer);
-    addCount(set, "StatByteDelivered", "Bytes that arrived.", counts.bytes);
+    addCount(set, "StreamDeliveredByteCount", "Bytes that arrived.", counts.bytes);
 }
 
 } // namespace orv

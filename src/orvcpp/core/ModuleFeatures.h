@@ -64,7 +64,7 @@ struct FrameCounts {
     Count withoutBuffer;
     Count bytes;
 };
-/// "/Statistics".
+/// "/Statistics". Names are those of the GenICam standard (GenTL SFNC), where it has the feature.
 void addFrameStatistics(FeatureSet& set, const FrameCounts& counts);
 
 } // namespace orv

@@ -99,9 +99,9 @@ enum Figure {
 };
 /// Features of the stream with the figures before Sent.
 constexpr const char* figureNames[] = {
-    "StatFrameDelivered", "StatFrameIncomplete", "StatFrameDropped",
-    "StatFrameUnderrun",  "StatPacketDropped",   "StatPacketMissed",
-    "StatPacketLate",     "StatPacketRequested", "StatPacketResent"};
+    "StreamDeliveredFrameCount", "StreamIncompleteFrameCount",    "StreamLostFrameCount",
+    "StreamUnderrunFrameCount",  "GevStreamDroppedPacketCount",   "GevStreamLostPacketCount",
+    "GevStreamLatePacketCount",  "GevStreamRequestedPacketCount", "GevStreamResendPacketCount"};
 
 std::int64_t noticed(const Figures& figures) {
     return figures[Complete] + figures[Incomplete] + figures[Lost] + figures[Underrun];
