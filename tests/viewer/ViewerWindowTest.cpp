@@ -13,6 +13,7 @@
 #include "viewer/CameraModel.h"
 #include "viewer/ImageView.h"
 
+#include <QSignalSpy>
 #include <QTest>
 #include <QtWidgets>
 #include <gmock/gmock.h>
@@ -165,13 +166,22 @@ TEST(ViewerWindow, saysWhereFramesAreLostWhileTheyAre) {
         return QTest::qWaitFor([&] { return losses.isVisible() == isThere; }, 20000);
     };
     // Ten times as fast as in use.
-    partOf<QTimer>(viewer.window(), "timerFigures").setInterval(100);
+    auto& timer = partOf<QTimer>(viewer.window(), "timerFigures");
+    timer.setInterval(100);
     const auto& model = *viewer.list().model();
     const auto found =
         model.match(model.index(0, 0), Qt::DisplayRole, QStringLiteral("Old switch"));
     ASSERT_EQ(found.size(), 1);
-    ASSERT_TRUE(viewer.waitForImage());
-    EXPECT_FALSE(losses.isVisible());
+    // Simulated cameras leave out frames on a computer that stands still.
+    bool isQuiet = false;
+    for (int row = 0; row < 3 && !isQuiet; ++row) {
+        viewer.select(row);
+        ASSERT_TRUE(viewer.waitForImage());
+        QSignalSpy figures(&timer, &QTimer::timeout);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return figures.count() >= 6; }, 20000));
+        isQuiet = !losses.isVisible();
+    }
+    EXPECT_TRUE(isQuiet);
 
     viewer.list().setCurrentIndex(found.first());
     ASSERT_TRUE(awaitText(true)) << "its link is too slow";
