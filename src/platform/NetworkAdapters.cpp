@@ -9,6 +9,7 @@
 #include <array>
 #include <cctype>
 #include <climits>
+#include <cstdio>
 #include <ifaddrs.h>
 #include <linux/ethtool.h>
 #include <linux/sockios.h>
@@ -134,6 +135,16 @@ std::uint64_t macNumber(const std::string& text) {
         mac = mac << 4U | static_cast<std::uint64_t>(value);
     }
     return mac;
+}
+
+std::string macText(std::uint64_t mac) {
+    char text[3 * macDigits / 2];
+    std::snprintf(
+        text, sizeof text, "%02x:%02x:%02x:%02x:%02x:%02x",
+        static_cast<unsigned>(mac >> 40U & 0xFFU), static_cast<unsigned>(mac >> 32U & 0xFFU),
+        static_cast<unsigned>(mac >> 24U & 0xFFU), static_cast<unsigned>(mac >> 16U & 0xFFU),
+        static_cast<unsigned>(mac >> 8U & 0xFFU), static_cast<unsigned>(mac & 0xFFU));
+    return text;
 }
 
 } // namespace platform

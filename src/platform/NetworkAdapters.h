@@ -51,4 +51,7 @@ std::uint64_t macAddress(const std::string& adapter, const std::filesystem::path
 /// 0 for any other text.
 std::uint64_t macNumber(const std::string& text);
 
+/// The text of a MAC address, like "02:fc:00:00:00:01".
+std::string macText(std::uint64_t mac);
+
 } // namespace platform
