@@ -7,14 +7,14 @@ namespace gige {
 
 namespace {
 
-constexpr GvcpPatience patience{std::chrono::milliseconds(500), 3};
+constexpr GvcpPatience controlPatience{std::chrono::milliseconds(500), 3};
 /// Value of the privilege register: this program writes, others may read.
 constexpr std::uint32_t controlAccess = 2;
 constexpr std::uint32_t noAccess = 0;
 
 } // namespace
 
-ControlSession::ControlSession(std::uint32_t address) : m_camera(address, patience) {}
+ControlSession::ControlSession(std::uint32_t address) : m_camera(address, controlPatience) {}
 
 ControlSession::~ControlSession() {
     if (m_isTaken)

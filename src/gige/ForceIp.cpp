@@ -15,8 +15,8 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 constexpr milliseconds answerWait{500};
-constexpr std::uint16_t tries = 2;
-constexpr std::uint8_t flags = acknowledgeRequired | broadcastAcknowledge;
+constexpr std::uint16_t forceTries = 2;
+constexpr std::uint8_t forceFlags = acknowledgeRequired | broadcastAcknowledge;
 /// Reserved bytes in front of the MAC address and of each IPv4 address.
 constexpr int beforeMac = 2;
 constexpr int beforeAddress = 12;
@@ -51,8 +51,8 @@ std::optional<std::uint16_t> forceIp(const platform::NetworkAdapter& adapter,
                                      std::uint64_t macAddress, const IpSettings& settings) {
     const BroadcastSocket socket(adapter, Reach::AllSubnets);
     const auto data = forceIpData(macAddress, settings);
-    for (std::uint16_t id = 1; id <= tries; ++id) {
-        socket.send(gvcpPacket(GvcpCommand::ForceIp, flags, id, data));
+    for (std::uint16_t id = 1; id <= forceTries; ++id) {
+        socket.send(gvcpPacket(GvcpCommand::ForceIp, forceFlags, id, data));
         if (const auto status = receive(socket, {GvcpCommand::ForceIp, id}))
             return status;
     }
