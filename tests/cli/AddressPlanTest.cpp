@@ -13,15 +13,15 @@ namespace {
 
 using namespace cli;
 
-std::uint32_t address(const char* text) {
+std::uint32_t parsed(const char* text) {
     return platform::parseAddress(text).value();
 }
 
-gige::DiscoveredCamera camera(std::uint64_t mac, const char* itsAddress, const char* serial,
-                              const char* adapter) {
+gige::DiscoveredCamera foundCamera(std::uint64_t mac, const char* itsAddress, const char* serial,
+                                   const char* adapter) {
     gige::DiscoveredCamera made;
     made.macAddress = 0x02FC00000000 + mac;
-    made.address = address(itsAddress);
+    made.address = parsed(itsAddress);
     made.mask = 0xFFFFFF00;
     made.serialNumber = serial;
     made.adapter = adapter;
@@ -29,28 +29,30 @@ gige::DiscoveredCamera camera(std::uint64_t mac, const char* itsAddress, const c
     return made;
 }
 
-platform::NetworkAdapter adapter(const char* name, const char* itsAddress, int prefix) {
-    return {name, address(itsAddress), 0xFFFFFFFFU << (32 - prefix), 0, true, false};
+platform::NetworkAdapter ownAdapter(const char* name, const char* itsAddress, int prefix) {
+    return {name, parsed(itsAddress), 0xFFFFFFFFU << (32 - prefix), 0, true, false};
 }
 
 /// A host with two adapters. The camera of serial number "far" has an address of another subnet,
 /// "no" keeps none, "two" is reached through both adapters, and "twin" is two cameras.
 KnownNetwork knownNetwork() {
-    return {{camera(1, "192.168.5.2", "far", "eth0"), camera(2, "10.0.0.20", "near", "eth0"),
-             camera(3, "10.0.0.21", "no", "eth0"), camera(4, "10.0.1.22", "two", "eth0"),
-             camera(4, "10.0.1.22", "two", "eth1"), camera(5, "192.168.5.2", "twin", "eth1"),
-             camera(6, "10.0.0.24", "twin", "eth0")},
-            {adapter("lo", "127.0.0.1", 8), adapter("eth0", "10.0.0.1", 24),
-             adapter("eth1", "10.0.1.1", 28)}};
+    return {{foundCamera(1, "192.168.5.2", "far", "eth0"),
+             foundCamera(2, "10.0.0.20", "near", "eth0"), foundCamera(3, "10.0.0.21", "no", "eth0"),
+             foundCamera(4, "10.0.1.22", "two", "eth0"), foundCamera(4, "10.0.1.22", "two", "eth1"),
+             foundCamera(5, "192.168.5.2", "twin", "eth1"),
+             foundCamera(6, "10.0.0.24", "twin", "eth0")},
+            {ownAdapter("lo", "127.0.0.1", 8), ownAdapter("eth0", "10.0.0.1", 24),
+             ownAdapter("eth1", "10.0.1.1", 28)}};
 }
 
 /// "ADAPTER ADDRESS MASK", or the message of the refusal.
 std::string planned(const char* name, const char* wanted, const char* gateway = "",
                     bool isPersistent = false) {
     try {
-        AddressRequest request = addressRequest(name, wanted, gateway);
+        AddressRequest request = addressRequest(
+            QString::fromLatin1(name), QString::fromLatin1(wanted), QString::fromLatin1(gateway));
         request.isPersistent = isPersistent;
-        const AddressPlan plan = planAddress(request, knownNetwork(), {address("10.0.0.25")});
+        const AddressPlan plan = planAddress(request, knownNetwork(), {parsed("10.0.0.25")});
         return plan.adapter.name + ' ' + platform::addressText(plan.settings.address) + ' ' +
                platform::addressText(plan.settings.mask);
     } catch (const Failure& failure) {

@@ -123,7 +123,7 @@ TEST_F(CameraAddresses, lastUntilARestartUnlessTheyArePersistent) {
               "DEV_02FC00000001 on host0: 192.168.5.2/24 -> 10.77.0.40/24, until the camera is "
               "restarted\n");
     const QJsonObject figures = jsonOf("benchmark --cameras genicam --all --seconds 1");
-    EXPECT_GT(number(figures, "interfaces 0 cameras 0 received"), 5);
+    EXPECT_GT(number(figures, "interfaces 0 cameras 0 receivedFrames"), 5);
 
     camera.restart();
     EXPECT_THAT(found(), ElementsAre("192.168.5.2"));
