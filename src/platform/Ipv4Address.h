@@ -12,6 +12,9 @@ namespace platform {
 /// Reads a text like "192.168.1.10"; nothing when it is no IPv4 address.
 std::optional<std::uint32_t> parseAddress(const std::string& text);
 
+/// The text that parseAddress() reads.
+std::string addressText(std::uint32_t address);
+
 /// Address and port as the operating system's calls take them.
 sockaddr_in socketAddress(std::uint32_t address, std::uint16_t port);
 

@@ -9,6 +9,7 @@
 #include <array>
 #include <cctype>
 #include <climits>
+#include <cstdio>
 #include <ifaddrs.h>
 #include <linux/ethtool.h>
 #include <linux/sockios.h>
@@ -122,6 +123,13 @@ std::uint64_t macAddress(const std::string& adapter, const std::filesystem::path
     return macNumber(sysfsAttribute(folderOf(adapter, sysfs) / "address"));
 }
 
+bool checksWayBack(const std::string& adapter, const std::filesystem::path& root) {
+    // The stricter of the two holds.
+    const auto folder = root / "proc/sys/net/ipv4/conf";
+    return sysfsNumber(folder / "all/rp_filter").value_or(0) != 0 ||
+           sysfsNumber(folder / adapter / "rp_filter").value_or(0) != 0;
+}
+
 std::uint64_t macNumber(const std::string& text) {
     std::uint64_t mac = 0;
     int digits = 0;
@@ -134,6 +142,16 @@ std::uint64_t macNumber(const std::string& text) {
         mac = mac << 4U | static_cast<std::uint64_t>(value);
     }
     return mac;
+}
+
+std::string macText(std::uint64_t mac) {
+    char text[3 * macDigits / 2];
+    std::snprintf(
+        text, sizeof text, "%02x:%02x:%02x:%02x:%02x:%02x",
+        static_cast<unsigned>(mac >> 40U & 0xFFU), static_cast<unsigned>(mac >> 32U & 0xFFU),
+        static_cast<unsigned>(mac >> 24U & 0xFFU), static_cast<unsigned>(mac >> 16U & 0xFFU),
+        static_cast<unsigned>(mac >> 8U & 0xFFU), static_cast<unsigned>(mac & 0xFFU));
+    return text;
 }
 
 } // namespace platform
