@@ -45,6 +45,36 @@ std::string usbPermissionCommand() {
            "sudo udevadm control --reload && sudo udevadm trigger --subsystem-match=usb";
 }
 
+std::string mtuCommand(const std::string& adapter, std::uint64_t bytes) {
+    return "sudo ip link set dev " + adapter + " mtu " + std::to_string(bytes);
+}
+
+std::string receiveRingCommand(const std::string& adapter, std::uint32_t packets) {
+    return "sudo ethtool -G " + adapter + " rx " + std::to_string(packets);
+}
+
+std::string coalescingCommand(const std::string& adapter, std::uint32_t microseconds) {
+    return "sudo ethtool -C " + adapter + " rx-usecs " + std::to_string(microseconds);
+}
+
+std::string negotiationCommand(const std::string& adapter) {
+    return "sudo ethtool -s " + adapter + " autoneg on";
+}
+
+/// The higher one of the values for all adapters and for this one counts. With slashes, since the
+/// name of an adapter may have a dot.
+std::string reversePathCommand(const std::string& adapter) {
+    return "sudo sysctl -w net/ipv4/conf/all/rp_filter=0 net/ipv4/conf/" + adapter + "/rp_filter=0";
+}
+
+std::string performanceGovernorCommand() {
+    return "echo performance | sudo tee /sys/devices/system/cpu/cpu*/cpufreq/scaling_governor";
+}
+
+std::string portOwnerCommand(std::uint16_t port) {
+    return "sudo ss -Hunap 'sport = :" + std::to_string(port) + "'";
+}
+
 std::filesystem::path programFile() {
     std::error_code none;
     return std::filesystem::read_symlink("/proc/self/exe", none);
