@@ -2,8 +2,8 @@
 #include "engine/LossEvidence.h"
 
 #include "engine/CameraHandler.h"
+#include "engine/CameraNumbers.h"
 #include "features/FeatureController.h"
-#include "features/FeatureValue.h"
 #include "platform/HostCommands.h"
 
 #include <algorithm>
@@ -15,7 +15,6 @@ namespace {
 
 using Count = CameraEvidence::Count;
 
-constexpr char interfaceModule[] = "Interface";
 constexpr char packetsReceivedFeature[] = "StatPacketReceived";
 
 /// How long to wait at the end until this program has read what the adapter received.
@@ -43,29 +42,6 @@ constexpr Statistic statistics[] = {
     {"GVSPPacketSize", &CameraEvidence::packetSize},
     {"GVSPHostReceiveBufferSize", &CameraEvidence::receiveBuffer},
 };
-
-/// Nothing where the module has no such feature, without a message, or it cannot be read.
-std::optional<FeatureValue> readFeature(const CameraHandler& camera, const char* module,
-                                        const char* feature) {
-    const auto features = camera.getFeatureController();
-    if (!features->getModule(module) || !features->hasFeature(module, feature))
-        return std::nullopt;
-    return features->readFeatureValue(module, feature);
-}
-
-Count readCount(const CameraHandler& camera, const char* module, const char* feature) {
-    const auto value = readFeature(camera, module, feature);
-    const auto number = value ? integerOf(*value) : std::nullopt;
-    return number && *number >= 0 ? Count(static_cast<std::uint64_t>(*number)) : std::nullopt;
-}
-
-/// Name of the network adapter that the cameras share; empty where it is not known.
-std::string adapterOf(const CameraList& cameras) {
-    for (const auto& camera : cameras)
-        if (const auto address = readCount(*camera, interfaceModule, "GevInterfaceSubnetIPAddress"))
-            return platform::adapterWithAddress(static_cast<std::uint32_t>(*address));
-    return {};
-}
 
 } // namespace
 
@@ -143,7 +119,7 @@ void LossEvidence::describe(CameraEvidence& evidence, const CameraHandler& camer
     evidence.isTriggered = isSilent(evidence) && camera.isTriggered();
     for (const Statistic& statistic : statistics)
         evidence.*statistic.count = readCount(camera, firstStreamModule, statistic.feature);
-    if (const auto driver = readFeature(camera, firstStreamModule, "GVSPDriver"))
+    if (const auto driver = readIfPresent(camera, firstStreamModule, "GVSPDriver"))
         if (const auto name = textOf(*driver))
             evidence.usesRing = *name == "Filter";
     if (evidence.isUsb)

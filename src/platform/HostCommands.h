@@ -17,6 +17,9 @@ constexpr const char* receiveBufferFile = "proc/sys/net/core/rmem_max";
 /// Bytes of a large packet that adapters and switches for cameras can pass on.
 constexpr std::uint64_t jumboPacket = 9000;
 
+/// A word of a shell's command line: in apostrophes where the shell would take it apart.
+std::string shellWord(const std::string& text);
+
 /// Raises the memory for all USB transfers until the next start of the host.
 std::string usbMemoryCommand(std::uint64_t megabytes);
 /// Raises the largest receive buffer of a socket until the next start of the host.

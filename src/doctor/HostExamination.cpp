@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "doctor/HostExamination.h"
+
+#include "doctor/HostChecks.h"
+
+#include <algorithm>
+
+namespace doctor {
+
+const char* nameOf(Severity severity) {
+    switch (severity) {
+    case Severity::Error:
+        return "error";
+    case Severity::Warning:
+        return "warning";
+    case Severity::Hint:
+        return "hint";
+    case Severity::Unknown:
+        return "unknown";
+    case Severity::Ok:
+        break;
+    }
+    return "ok";
+}
+
+Findings examine(const HostEvidence& evidence) {
+    Findings findings;
+    checkLinks(evidence, findings);
+    if (evidence.unread.empty()) {
+        checkAddresses(evidence, findings);
+        checkAdapters(evidence, findings);
+        checkComputer(evidence, findings);
+    } else {
+        findings.push_back({Severity::Unknown, "host", "this host", evidence.unread, "", ""});
+    }
+    std::stable_sort(findings.begin(), findings.end(), [](const Finding& one, const Finding& two) {
+        return one.severity < two.severity;
+    });
+    return findings;
+}
+
+} // namespace doctor

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "doctor/LinkCollector.h"
+
+#include "engine/CameraHandler.h"
+#include "engine/CameraNumbers.h"
+#include "engine/SystemController.h"
+#include "features/BandwidthLimit.h"
+#include "features/FeatureController.h"
+
+#include <algorithm>
+#include <map>
+
+namespace doctor {
+
+namespace {
+
+/// Nothing for a camera without a limit, without a message.
+Number limitOf(const CameraHandler& camera) {
+    if (!camera.isOpened() || !BandwidthLimit(camera.getFeatureController()).find())
+        return std::nullopt;
+    const std::int64_t limit = camera.getBandwidth();
+    return limit > 0 ? Number(static_cast<std::uint64_t>(limit)) : std::nullopt;
+}
+
+StreamingCamera readCamera(const CameraHandler& camera) {
+    StreamingCamera it;
+    it.id = camera.getCameraInfo().cameraId;
+    it.isOpened = camera.isOpened();
+    it.macAddress = readCount(camera, localDeviceModule, "GevDeviceMACAddress").value_or(0);
+    it.limit = limitOf(camera);
+    it.packetSize = readCount(camera, firstStreamModule, "GVSPPacketSize");
+    it.usbSpeed = readCount(camera, localDeviceModule, "DeviceConnectionSpeed");
+    return it;
+}
+
+double trafficOf(const std::string& camera, const SimulatedHost& simulated) {
+    double bytesPerSecond = 0;
+    for (const SimulatedTraffic& traffic : simulated.otherTraffic)
+        if (traffic.cameraId == camera)
+            bytesPerSecond += static_cast<double>(traffic.bytesPerSecond);
+    return bytesPerSecond;
+}
+
+void addInterface(LinkEvidence& link, const SystemController& controller, const CameraList& cameras,
+                  const SimulatedHost& simulated) {
+    const CameraInfo info = cameras.front()->getCameraInfo();
+    link.interfaces.push_back(info.interfaceId.empty() ? info.interfaceName : info.interfaceId);
+    link.isUsb = controller.getInterfaceType(info.interfaceName) == OrvTransportLayerTypeU3V;
+    link.speed = std::max(link.speed, controller.getInterfaceSpeed(info.interfaceName));
+    if (link.adapter.empty())
+        link.adapter = adapterOf(cameras);
+    for (const auto& camera : cameras) {
+        link.cameras.push_back(readCamera(*camera));
+        link.otherTraffic += trafficOf(link.cameras.back().id, simulated);
+        if (!link.mtu)
+            link.mtu = readCount(*camera, interfaceModule, "GevInterfaceMTU");
+    }
+}
+
+} // namespace
+
+std::vector<LinkEvidence> readLinks(const SystemController& controller,
+                                    const std::vector<CameraList>& interfaces,
+                                    const SimulatedHost& simulated) {
+    std::vector<LinkEvidence> links;
+    std::map<std::string, std::size_t> positions;
+    for (const CameraList& cameras : interfaces) {
+        const std::string key =
+            controller.getInterfaceLink(cameras.front()->getCameraInfo().interfaceName);
+        // An interface whose link is not known shares it with none.
+        const auto known = key.empty() ? positions.end() : positions.find(key);
+        const std::size_t position = known == positions.end() ? links.size() : known->second;
+        if (position == links.size())
+            links.emplace_back();
+        if (!key.empty())
+            positions[key] = position;
+        addInterface(links[position], controller, cameras, simulated);
+    }
+    return links;
+}
+
+} // namespace doctor
