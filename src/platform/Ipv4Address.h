@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "platform/AddressText.h"
+
 #include <cstdint>
 #include <netinet/in.h>
 #include <optional>

@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/aravis/discovery/Gvcp.h"
+#include "gige/Gvcp.h"
+#include "orvcpp/aravis/device/GrantedAccess.h"
 
 #include <cstdlib>
 #include <vector>
 
 /// A packet that a camera answers to a request.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace orv::aravis;
+    using namespace gige;
     // Of its own size, so that reading beyond its end is found.
     const std::vector<std::uint8_t> packet(data, data + size);
-    for (const std::uint16_t command : {std::uint16_t{0x80}, std::uint16_t{0x84}}) {
+    for (const GvcpCommand command : {GvcpCommand::ReadRegister, GvcpCommand::ReadMemory}) {
         const GvcpReply reply = parseReply(packet.data(), packet.size(), {command, 1});
         if (reply.answer && reply.pending)
             std::abort();
@@ -20,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Gvcp::value(*reply.answer);
         if (Gvcp::text(*reply.answer).size() > size)
             std::abort();
-        grantedBy(*reply.answer);
+        orv::aravis::grantedBy(*reply.answer);
     }
     return 0;
 }

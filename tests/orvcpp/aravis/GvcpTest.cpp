@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/aravis/discovery/Gvcp.h"
+#include "gige/Gvcp.h"
+#include "gige/BootstrapRegisters.h"
+#include "orvcpp/aravis/device/GrantedAccess.h"
 #include "platform/UdpSocket.h"
 
 #include <gmock/gmock.h>
@@ -18,6 +20,7 @@
 namespace {
 
 using namespace orv::aravis;
+using namespace gige;
 
 /// A camera that answers the first request with a pending acknowledge of \p milliseconds and, if it
 /// \p answers, with 7 after 300 ms. Returns 1 when another request came meanwhile, else 0.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/aravis/stream/IpDatagram.h"
+#include "gige/IpDatagram.h"
 #include "orvcpp/aravis/stream/PacketRing.h"
 #include "orvcpp/aravis/stream/StreamFilter.h"
 #include "orvcpp/aravis/stream/UdpPackets.h"
@@ -86,17 +86,17 @@ TEST(IpDatagram, hasTheBoundsOfItsPacketOrIsRefused) {
         Bytes packet = ipPacket({0x81828384, 2, 0xABCD, false}, payload(10, 1), 4);
         packet.resize(captured);
         packet.shrink_to_fit();
-        const auto datagram = readIpDatagram(packet.data(), captured, size);
+        const auto datagram = gige::readIpDatagram(packet.data(), captured, size);
         ASSERT_TRUE(datagram);
         EXPECT_EQ(datagram->sender, 0x81828384U);
         EXPECT_EQ(datagram->port, 0xABCD);
         EXPECT_EQ(datagram->size, 10U);
         EXPECT_EQ(datagram->captured, std::min(captured - 32, 10U));
         EXPECT_EQ(datagram->data, packet.data() + 32);
-        EXPECT_FALSE(readIpDatagram(packet.data(), 31, size));
+        EXPECT_FALSE(gige::readIpDatagram(packet.data(), 31, size));
     }
     for (const Bytes& packet : malformedPackets({1, 2, 3, false}))
-        EXPECT_FALSE(readIpDatagram(packet.data(), packet.size(), packet.size()))
+        EXPECT_FALSE(gige::readIpDatagram(packet.data(), packet.size(), packet.size()))
             << testing::PrintToString(packet);
 }
 

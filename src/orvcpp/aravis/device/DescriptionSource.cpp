@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/device/DescriptionSource.h"
 
-#include "orvcpp/aravis/discovery/Gvcp.h"
+#include "gige/BootstrapRegisters.h"
+#include "gige/Gvcp.h"
 #include "orvcpp/core/DescriptionCheck.h"
 
 #include <algorithm>
@@ -76,12 +77,12 @@ std::string directoryFault(const std::vector<std::uint8_t>& archive, std::size_t
     return at == end ? std::string() : "the archive's directory is broken";
 }
 
-bool isAnswered(const std::optional<Gvcp::Answer>& answer) {
-    return answer && !Gvcp::isBusy(*answer);
+bool isAnswered(const std::optional<gige::Gvcp::Answer>& answer) {
+    return answer && !gige::Gvcp::isBusy(*answer);
 }
 
 /// All bytes from \p place on; empty when the camera does not answer or refuses one.
-std::optional<std::vector<std::uint8_t>> readAll(const Gvcp& camera,
+std::optional<std::vector<std::uint8_t>> readAll(const gige::Gvcp& camera,
                                                  const DescriptionPlace& place) {
     const auto end = std::chrono::steady_clock::now() + archiveWait;
     std::vector<std::uint8_t> bytes;
@@ -106,7 +107,7 @@ SourceCheck refused(const std::string& fault) {
 
 /// Asks for the first and the last word, so that a camera which does not answer these is not left
 /// to the library, which waits half a minute for each.
-SourceCheck checkWords(const Gvcp& camera, const DescriptionPlace& place) {
+SourceCheck checkWords(const gige::Gvcp& camera, const DescriptionPlace& place) {
     for (const std::uint64_t offset : {std::uint64_t{0}, (place.size - 1) / 4 * 4}) {
         const auto address = static_cast<std::uint32_t>((place.address & ~3U) + offset);
         if (!isAnswered(camera.readMemory(address, 4)))
@@ -115,7 +116,7 @@ SourceCheck checkWords(const Gvcp& camera, const DescriptionPlace& place) {
     return {};
 }
 
-SourceCheck checkArchive(const Gvcp& camera, const DescriptionPlace& place) {
+SourceCheck checkArchive(const gige::Gvcp& camera, const DescriptionPlace& place) {
     if (place.size > largestArchive)
         return refused("its archive has " + std::to_string(place.size) + " bytes");
     const auto archive = readAll(camera, place);
@@ -143,7 +144,7 @@ bool isPlainFile(const std::string& url) {
     return !std::filesystem::exists(status) || std::filesystem::is_regular_file(status);
 }
 
-SourceCheck checkPlace(const Gvcp& camera, const std::string& url) {
+SourceCheck checkPlace(const gige::Gvcp& camera, const std::string& url) {
     const auto place = parseDescriptionUrl(url);
     if (!place)
         return refused("its place is \"" + onOneLine(url) + "\", not in the camera");
@@ -187,15 +188,16 @@ std::string archiveFault(const std::vector<std::uint8_t>& archive) {
 }
 
 SourceCheck checkDescriptionSource(std::uint32_t address) {
-    const Gvcp camera(address, answerWait, answerTries, pendingWait);
+    const gige::Gvcp camera(address, answerWait, answerTries, pendingWait);
     // The second is used when the first fails.
-    for (const std::uint32_t urlRegister : descriptionUrlRegisters) {
+    for (const std::uint32_t urlRegister : gige::descriptionUrlRegisters) {
         const auto answer =
-            camera.readMemory(urlRegister, static_cast<std::uint16_t>(descriptionUrlSize));
+            camera.readMemory(urlRegister, static_cast<std::uint16_t>(gige::descriptionUrlSize));
         if (!isAnswered(answer))
             return {OrvErrorTimeout, {}};
-        const std::string url = Gvcp::text(*answer);
-        if (!isFollowed(url) || (urlRegister != descriptionUrlRegisters[0] && isPlainFile(url)))
+        const std::string url = gige::Gvcp::text(*answer);
+        if (!isFollowed(url) ||
+            (urlRegister != gige::descriptionUrlRegisters[0] && isPlainFile(url)))
             continue;
         if (const SourceCheck check = checkPlace(camera, url); check.error != OrvErrorSuccess)
             return check;

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/device/DeviceConnection.h"
 
+#include "gige/BootstrapRegisters.h"
+#include "gige/Gvcp.h"
 #include "orvcpp/aravis/LibraryError.h"
 #include "orvcpp/aravis/device/DescriptionSource.h"
 #include "orvcpp/aravis/device/DetachableThreads.h"
+#include "orvcpp/aravis/device/GrantedAccess.h"
 #include "orvcpp/aravis/device/LibraryMessages.h"
 #include "orvcpp/aravis/device/ParserGate.h"
-#include "orvcpp/aravis/discovery/Gvcp.h"
 #include "orvcpp/core/DescriptionCheck.h"
 #include "orvcpp/core/SdkLog.h"
 #include "orvcpp/core/SdkThread.h"
@@ -84,7 +86,7 @@ std::uint32_t readControllerPort(ArvDevice* device) {
     guint32 port = 0;
     LibraryError failure;
     if (ARV_IS_GV_DEVICE(device) &&
-        !arv_device_read_register(device, controllerPortRegister, &port, failure.out()))
+        !arv_device_read_register(device, gige::controllerPortRegister, &port, failure.out()))
         port = 0;
     return port;
 }
@@ -247,21 +249,21 @@ DeviceConnection::Sign DeviceConnection::ask() const {
     // while it is opened or closed, so m_isOpen is checked before the request and after the answer.
     const bool isControlled = m_isOpen && m_mode == OrvAccessModeFull;
     const auto answer =
-        Gvcp(m_record.address, askWait, 1, noPending).readRegister(privilegeRegister);
+        gige::Gvcp(m_record.address, askWait, 1, noPending).readRegister(gige::privilegeRegister);
     if (!answer)
         return Sign::None;
-    if (Gvcp::isBusy(*answer))
+    if (gige::Gvcp::isBusy(*answer))
         return Sign::Busy;
-    const bool isFree = Gvcp::value(*answer) == 0U;
+    const bool isFree = gige::Gvcp::value(*answer) == 0U;
     return isControlled && (isFree || isOthers()) && m_isOpen ? Sign::ControlLost : Sign::Life;
 }
 
 bool DeviceConnection::isOthers() const {
     if (m_controllerPort == 0)
         return false;
-    const auto answer =
-        Gvcp(m_record.address, askWait, 1, noPending).readRegister(controllerPortRegister);
-    const auto port = answer ? Gvcp::value(*answer) : std::nullopt;
+    const auto answer = gige::Gvcp(m_record.address, askWait, 1, noPending)
+                            .readRegister(gige::controllerPortRegister);
+    const auto port = answer ? gige::Gvcp::value(*answer) : std::nullopt;
     return port && *port != 0 && *port != m_controllerPort;
 }
 
@@ -325,9 +327,10 @@ std::optional<OrvAccessModeType> permittedAccess(const CameraRecord& record) {
         return record.usb && record.usb->isClaimed() ? OrvAccessModeNone : allModes;
     }
     const auto answer =
-        Gvcp(record.address, askWait, privilegeTries).readRegister(privilegeRegister);
+        gige::Gvcp(record.address, askWait, privilegeTries).readRegister(gige::privilegeRegister);
     // A camera that only asks for more time cannot be opened either.
-    return answer && !Gvcp::isBusy(*answer) ? std::optional(grantedBy(*answer)) : std::nullopt;
+    return answer && !gige::Gvcp::isBusy(*answer) ? std::optional(grantedBy(*answer))
+                                                  : std::nullopt;
 }
 
 } // namespace orv::aravis

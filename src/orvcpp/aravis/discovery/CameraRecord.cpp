@@ -1,24 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/discovery/CameraRecord.h"
 
-#include <cctype>
+#include "gige/DiscoveredCamera.h"
 
 namespace orv::aravis {
-
-namespace {
-
-/// Only digits and upper-case letters, so that it needs no quoting in a shell.
-std::string plain(const std::string& text) {
-    std::string result;
-    for (const char letter : text) {
-        const auto code = static_cast<unsigned char>(letter);
-        if (std::isalnum(code))
-            result += static_cast<char>(std::toupper(code));
-    }
-    return result;
-}
-
-} // namespace
 
 std::string CameraRecord::key() const {
     const char* protocol = type == OrvTransportLayerTypeGEV ? "GEV:" : "U3V:";
@@ -32,7 +17,7 @@ bool CameraRecord::isSameDevice(const CameraRecord& other) const {
 }
 
 std::string CameraRecord::id() const {
-    return "DEV_" + plain(hardwareId);
+    return gige::cameraId(hardwareId);
 }
 
 std::string CameraRecord::interfaceId() const {

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/discovery/Discovery.h"
 
+#include "gige/BootstrapRegisters.h"
+#include "gige/DiscoveryBroadcast.h"
+#include "gige/Gvcp.h"
 #include "orvcpp/aravis/GObjects.h"
-#include "orvcpp/aravis/discovery/DiscoveryBroadcast.h"
-#include "orvcpp/aravis/discovery/Gvcp.h"
 #include "orvcpp/core/SdkThread.h"
 #include "platform/Ipv4Address.h"
+#include "platform/NetworkAdapters.h"
 
 #include <algorithm>
 #include <utility>
@@ -45,13 +47,28 @@ std::vector<CameraRecord> askInterface(ArvInterface* interface, OrvTransportLaye
     return records;
 }
 
-void addMissing(std::vector<CameraRecord>& records, std::vector<CameraRecord> answers) {
-    for (CameraRecord& answer : answers) {
+CameraRecord readRecord(const gige::DiscoveredCamera& camera) {
+    CameraRecord record;
+    record.type = OrvTransportLayerTypeGEV;
+    record.hardwareId = platform::macText(camera.macAddress);
+    record.vendor = camera.vendor;
+    record.model = camera.model;
+    record.serialNumber = camera.serialNumber;
+    record.place = platform::addressText(camera.address);
+    return record;
+}
+
+/// Needed since the library's own discovery lists only one of several cameras with the same maker,
+/// model and serial number.
+void addMissing(std::vector<CameraRecord>& records,
+                const std::vector<gige::DiscoveredCamera>& answers) {
+    for (const gige::DiscoveredCamera& answer : answers) {
+        CameraRecord added = readRecord(answer);
         const bool isKnown =
             std::any_of(records.begin(), records.end(),
-                        [&](const CameraRecord& known) { return known.place == answer.place; });
+                        [&](const CameraRecord& known) { return known.place == added.place; });
         if (!isKnown)
-            records.push_back(std::move(answer));
+            records.push_back(std::move(added));
     }
 }
 
@@ -63,9 +80,9 @@ void complete(CameraRecord& record) {
         return;
     record.address = *address;
     record.adapter = platform::adapterTowards(*address);
-    const auto name =
-        Gvcp(*address, nameWait, nameTries, noPending).readMemory(userNameRegister, userNameSize);
-    record.userName = name ? Gvcp::text(*name) : std::string();
+    const auto name = gige::Gvcp(*address, nameWait, nameTries, noPending)
+                          .readMemory(gige::userNameRegister, gige::userNameSize);
+    record.userName = name ? gige::Gvcp::text(*name) : std::string();
 }
 
 /// Compares with a text of the kernel, which drops trailing blanks.
@@ -135,7 +152,7 @@ void Discovery::run() {
 }
 
 std::vector<CameraRecord> Discovery::look() const {
-    const DiscoveryBroadcast call;
+    const gige::DiscoveryBroadcast call(gige::Reach::OwnSubnets);
     // Takes a second, in which the broadcast is answered, too.
     std::vector<CameraRecord> records =
         askInterface(arv_gv_interface_get_instance(), OrvTransportLayerTypeGEV);

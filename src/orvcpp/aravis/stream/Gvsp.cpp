@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/Gvsp.h"
 
-#include "orvcpp/aravis/BigEndian.h"
+#include "gige/BigEndian.h"
 
 namespace orv::aravis::gvsp {
 
 namespace {
+
+using gige::bigEndian16;
+using gige::bigEndian32;
+using gige::bigEndian64;
 
 /// Statuses of a packet. Those of failures have the highest bit.
 constexpr std::uint16_t failureBit = 0x8000;

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/GvspStream.h"
 
-#include "orvcpp/aravis/discovery/Gvcp.h"
+#include "gige/BootstrapRegisters.h"
+#include "gige/GvcpCommand.h"
 #include "orvcpp/aravis/stream/StreamDestination.h"
 #include "orvcpp/aravis/stream/UdpPackets.h"
 #include "platform/Ipv4Address.h"
@@ -160,9 +161,9 @@ void GvspStream::request(const ResendRequest& request) {
     // 0 is no ID of a request.
     m_requestId = static_cast<std::uint16_t>(m_requestId == 0xFFFF ? 1 : m_requestId + 1);
     const std::vector<std::uint8_t> command =
-        resendCommand(request.block, request.hasExtendedIds, request.packets.first,
-                      request.packets.last, m_requestId);
-    const sockaddr_in camera = platform::socketAddress(m_camera.address, controlPort);
+        gige::resendCommand(request.block, request.hasExtendedIds, request.packets.first,
+                            request.packets.last, m_requestId);
+    const sockaddr_in camera = platform::socketAddress(m_camera.address, gige::controlPort);
     sendto(m_socket->handle(), command.data(), command.size(), MSG_DONTWAIT | MSG_NOSIGNAL,
            reinterpret_cast<const sockaddr*>(&camera), sizeof camera);
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/PacketRing.h"
 
-#include "orvcpp/aravis/stream/IpDatagram.h"
 #include "orvcpp/aravis/stream/StreamFilter.h"
 
 #include <algorithm>
@@ -85,7 +84,7 @@ void readBlock(const tpacket_hdr_v1& block, const std::uint8_t* begin,
         // The next packet is most likely as large as this one.
         prefetch(at + packet.tp_next_offset, packet.tp_next_offset);
         if (const auto datagram =
-                readIpDatagram(at + packet.tp_net, packet.tp_snaplen, packet.tp_len))
+                gige::readIpDatagram(at + packet.tp_net, packet.tp_snaplen, packet.tp_len))
             handler(*datagram);
         at += packet.tp_next_offset;
     }

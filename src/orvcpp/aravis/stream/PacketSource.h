@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "gige/IpDatagram.h"
+
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -9,20 +11,9 @@
 
 namespace orv::aravis {
 
-/// One UDP datagram of a stream as a source hands it over. Valid during the call only. The sender
-/// is not to be trusted: only the sizes here are checked.
-struct StreamDatagram {
-    /// IPv4, host byte order.
-    std::uint32_t sender = 0;
-    /// Destination port.
-    std::uint16_t port = 0;
-    /// UDP payload.
-    const std::uint8_t* data = nullptr;
-    /// Bytes at data.
-    std::size_t captured = 0;
-    /// Bytes on the wire; more than captured only when the endpoint asks for headers only.
-    std::size_t size = 0;
-};
+/// One UDP datagram of a stream as a source hands it over. Valid during the call only; shorter than
+/// on the wire only when the endpoint asks for headers only.
+using StreamDatagram = gige::UdpDatagram;
 
 /// A stream that a source listens to. Addresses in host byte order.
 struct StreamEndpoint {

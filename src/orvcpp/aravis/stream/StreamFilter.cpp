@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/StreamFilter.h"
 
-#include "orvcpp/aravis/stream/IpDatagram.h"
+#include "gige/IpDatagram.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -83,7 +83,7 @@ void FilterProgram::requireUdp() {
     add(BPF_JMP | BPF_JEQ | BPF_K, IPPROTO_UDP, 1, 0);
     refuse();
     add(BPF_LD | BPF_H | BPF_ABS, 6);
-    add(BPF_JMP | BPF_JSET | BPF_K, fragmentBits, 0, 1);
+    add(BPF_JMP | BPF_JSET | BPF_K, gige::fragmentBits, 0, 1);
     refuse();
     add(BPF_LDX | BPF_B | BPF_MSH, 0);
 }
@@ -141,13 +141,13 @@ void FilterProgram::accept() {
     for (const std::size_t jump : m_headerJumps)
         land(jump);
     // As carriesPayload().
-    add(BPF_LD | BPF_B | BPF_IND, udpHeaderSize + 4);
+    add(BPF_LD | BPF_B | BPF_IND, gige::udpHeaderSize + 4);
     add(BPF_ALU | BPF_AND | BPF_K, 0xF);
     add(BPF_JMP | BPF_JEQ | BPF_K, 3, 2, 0);
     add(BPF_JMP | BPF_JGE | BPF_K, 5, 0, 4);
     add(BPF_JMP | BPF_JGT | BPF_K, 8, 3, 0);
     add(BPF_MISC | BPF_TXA, 0);
-    add(BPF_ALU | BPF_ADD | BPF_K, udpHeaderSize + keptOfPayload);
+    add(BPF_ALU | BPF_ADD | BPF_K, gige::udpHeaderSize + keptOfPayload);
     add(BPF_RET | BPF_A, 0);
     for (const std::size_t jump : m_wholeJumps)
         land(jump);

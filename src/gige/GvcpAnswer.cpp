@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/aravis/discovery/GvcpAnswer.h"
+#include "gige/GvcpAnswer.h"
 
-#include "orvcpp/aravis/BigEndian.h"
+#include "gige/BigEndian.h"
 
-namespace orv::aravis {
+namespace gige {
 
 namespace {
 
@@ -20,11 +20,11 @@ GvcpReply parseReply(const std::uint8_t* bytes, std::size_t size, const GvcpRequ
     if (size < headerSize || bigEndian16(bytes + 6) != request.id)
         return reply;
     const std::uint16_t kind = bigEndian16(bytes + 2);
-    if (kind == request.command + 1)
+    if (kind == static_cast<std::uint16_t>(request.command) + 1)
         reply.answer = GvcpAnswer{bigEndian16(bytes), {bytes + headerSize, bytes + size}};
     else if (kind == pendingAcknowledge && size >= pendingTimeOffset + sizeof(std::uint16_t))
         reply.pending = std::chrono::milliseconds(bigEndian16(bytes + pendingTimeOffset));
     return reply;
 }
 
-} // namespace orv::aravis
+} // namespace gige

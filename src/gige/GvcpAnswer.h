@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "gige/GvcpCommand.h"
+
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
 
-namespace orv::aravis {
+namespace gige {
 
 /// What a GigE Vision camera answers to a request.
 struct GvcpAnswer {
@@ -18,7 +20,7 @@ struct GvcpAnswer {
 
 /// By what an answer is recognised: the command and the ID of its request.
 struct GvcpRequestId {
-    std::uint16_t command;
+    GvcpCommand command;
     std::uint16_t id;
 };
 
@@ -33,4 +35,4 @@ struct GvcpReply {
 /// Reads the packet in \p bytes, which may hold anything. Reentrant.
 GvcpReply parseReply(const std::uint8_t* bytes, std::size_t size, const GvcpRequestId& request);
 
-} // namespace orv::aravis
+} // namespace gige

@@ -2,8 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
-namespace orv::aravis {
+namespace gige {
 
 /// Numbers in network byte order, as packets of cameras have them. Reentrant.
 inline std::uint16_t bigEndian16(const std::uint8_t* bytes) {
@@ -18,4 +19,10 @@ inline std::uint64_t bigEndian64(const std::uint8_t* bytes) {
     return std::uint64_t{bigEndian32(bytes)} << 32U | bigEndian32(bytes + 4);
 }
 
-} // namespace orv::aravis
+/// Appends the lowest \p count bytes of \p number.
+inline void appendBigEndian(std::vector<std::uint8_t>& bytes, std::uint64_t number, int count) {
+    for (int shift = 8 * (count - 1); shift >= 0; shift -= 8)
+        bytes.push_back(static_cast<std::uint8_t>(number >> static_cast<unsigned>(shift)));
+}
+
+} // namespace gige

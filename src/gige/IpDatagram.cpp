@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/aravis/stream/IpDatagram.h"
+#include "gige/IpDatagram.h"
 
-#include "orvcpp/aravis/BigEndian.h"
+#include "gige/BigEndian.h"
 
 #include <algorithm>
 
 #include <netinet/in.h>
 
-namespace orv::aravis {
+namespace gige {
 
 namespace {
 
@@ -15,8 +15,8 @@ constexpr std::size_t smallestIpHeader = 20;
 
 } // namespace
 
-std::optional<StreamDatagram> readIpDatagram(const std::uint8_t* packet, std::size_t captured,
-                                             std::size_t size) {
+std::optional<UdpDatagram> readIpDatagram(const std::uint8_t* packet, std::size_t captured,
+                                          std::size_t size) {
     if (captured < smallestIpHeader || packet[0] >> 4U != 4)
         return std::nullopt;
     const std::size_t header = (packet[0] & 0xFU) * std::size_t{4};
@@ -30,7 +30,7 @@ std::optional<StreamDatagram> readIpDatagram(const std::uint8_t* packet, std::si
     const std::size_t length = bigEndian16(udp + 4);
     if (length < udpHeaderSize || length > total - header)
         return std::nullopt;
-    StreamDatagram datagram;
+    UdpDatagram datagram;
     datagram.sender = bigEndian32(packet + 12);
     datagram.port = bigEndian16(udp + 2);
     datagram.data = udp + udpHeaderSize;
@@ -39,4 +39,4 @@ std::optional<StreamDatagram> readIpDatagram(const std::uint8_t* packet, std::si
     return datagram;
 }
 
-} // namespace orv::aravis
+} // namespace gige
