@@ -13,6 +13,7 @@ Command featuresCommand();
 Command getCommand();
 Command setCommand();
 Command runCommand();
+Command doctorCommand();
 Command helpCommand();
 
 } // namespace cli

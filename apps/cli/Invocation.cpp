@@ -14,9 +14,9 @@ namespace cli {
 namespace {
 
 const std::vector<Command>& commands() {
-    static const std::vector<Command> all{listCommand(),    benchmarkCommand(), watchCommand(),
-                                          autoSetCommand(), featuresCommand(),  getCommand(),
-                                          setCommand(),     runCommand(),       helpCommand()};
+    static const std::vector<Command> all{
+        listCommand(), benchmarkCommand(), watchCommand(), autoSetCommand(), featuresCommand(),
+        getCommand(),  setCommand(),       runCommand(),   doctorCommand(),  helpCommand()};
     return all;
 }
 

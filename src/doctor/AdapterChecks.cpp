@@ -38,7 +38,7 @@ public:
     void checkCoalescing();
     void checkSpeed();
     void checkDuplex();
-    void checkReversePath(const Number& dropped);
+    void checkReversePath(const HostEvidence& host);
     void checkCounters();
 
 private:
@@ -137,7 +137,8 @@ void Adapter::checkDuplex() {
         add(Severity::Ok, "duplex", "The link is full duplex.", "Full" + askedBy("", m_evidence));
 }
 
-void Adapter::checkReversePath(const Number& dropped) {
+void Adapter::checkReversePath(const HostEvidence& host) {
+    const Number& dropped = host.reversePathDropped;
     const Number& filter = m_evidence.reversePathFilter;
     if (!filter) {
         add(Severity::Unknown, "reverse-path", "The reverse-path filter cannot be read.");
@@ -154,11 +155,19 @@ void Adapter::checkReversePath(const Number& dropped) {
             "The strict reverse-path filter discards packets of cameras to which another adapter "
             "of their subnet leads.",
             evidence, platform::reversePathCommand(m_evidence.name));
-    else
-        add(dropped.value_or(0) > 0 ? Severity::Warning : Severity::Hint, "reverse-path",
+    else if (dropped.value_or(0) > 0)
+        add(Severity::Warning, "reverse-path",
+            "The strict reverse-path filter has discarded packets, perhaps of cameras in another "
+            "subnet.",
+            evidence, platform::reversePathCommand(m_evidence.name));
+    else if (!host.memory.mayOpenPacketSockets)
+        add(Severity::Hint, "reverse-path",
             "The strict reverse-path filter discards answers of cameras in another subnet, which "
             "are then not found.",
             evidence, platform::reversePathCommand(m_evidence.name));
+    else
+        add(Severity::Ok, "reverse-path", "The strict reverse-path filter has discarded nothing.",
+            evidence);
 }
 
 void Adapter::checkCounters() {
@@ -204,7 +213,7 @@ void checkAdapters(const HostEvidence& host, Findings& findings) {
         adapter.checkCoalescing();
         adapter.checkSpeed();
         adapter.checkDuplex();
-        adapter.checkReversePath(host.reversePathDropped);
+        adapter.checkReversePath(host);
         adapter.checkCounters();
     }
 }

@@ -33,25 +33,18 @@ StreamingCamera readCamera(const CameraHandler& camera) {
     return it;
 }
 
-double trafficOf(const std::string& camera, const SimulatedHost& simulated) {
-    double bytesPerSecond = 0;
-    for (const SimulatedTraffic& traffic : simulated.otherTraffic)
-        if (traffic.cameraId == camera)
-            bytesPerSecond += static_cast<double>(traffic.bytesPerSecond);
-    return bytesPerSecond;
-}
-
-void addInterface(LinkEvidence& link, const SystemController& controller, const CameraList& cameras,
-                  const SimulatedHost& simulated) {
+void addInterface(LinkEvidence& link, const SystemController& controller,
+                  const InterfaceCameras& interface) {
+    const CameraList& cameras = interface.cameras;
     const CameraInfo info = cameras.front()->getCameraInfo();
     link.interfaces.push_back(info.interfaceId.empty() ? info.interfaceName : info.interfaceId);
     link.isUsb = controller.getInterfaceType(info.interfaceName) == OrvTransportLayerTypeU3V;
     link.speed = std::max(link.speed, controller.getInterfaceSpeed(info.interfaceName));
+    link.otherTraffic += interface.otherTraffic;
     if (link.adapter.empty())
         link.adapter = adapterOf(cameras);
     for (const auto& camera : cameras) {
         link.cameras.push_back(readCamera(*camera));
-        link.otherTraffic += trafficOf(link.cameras.back().id, simulated);
         if (!link.mtu)
             link.mtu = readCount(*camera, interfaceModule, "GevInterfaceMTU");
     }
@@ -60,13 +53,12 @@ void addInterface(LinkEvidence& link, const SystemController& controller, const 
 } // namespace
 
 std::vector<LinkEvidence> readLinks(const SystemController& controller,
-                                    const std::vector<CameraList>& interfaces,
-                                    const SimulatedHost& simulated) {
+                                    const std::vector<InterfaceCameras>& interfaces) {
     std::vector<LinkEvidence> links;
     std::map<std::string, std::size_t> positions;
-    for (const CameraList& cameras : interfaces) {
+    for (const InterfaceCameras& interface : interfaces) {
         const std::string key =
-            controller.getInterfaceLink(cameras.front()->getCameraInfo().interfaceName);
+            controller.getInterfaceLink(interface.cameras.front()->getCameraInfo().interfaceName);
         // An interface whose link is not known shares it with none.
         const auto known = key.empty() ? positions.end() : positions.find(key);
         const std::size_t position = known == positions.end() ? links.size() : known->second;
@@ -74,7 +66,7 @@ std::vector<LinkEvidence> readLinks(const SystemController& controller,
             links.emplace_back();
         if (!key.empty())
             positions[key] = position;
-        addInterface(links[position], controller, cameras, simulated);
+        addInterface(links[position], controller, interface);
     }
     return links;
 }
