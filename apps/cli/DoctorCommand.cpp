@@ -132,6 +132,7 @@ Command doctorCommand() {
                         QStringLiteral("Also what is in order, and what could not be checked.")}};
     command.examples = QStringList{QStringLiteral("doctor"), QStringLiteral("doctor --all"),
                                    QStringLiteral("doctor --config :oversubscribed --json")};
+    command.isQuiet = true;
     command.run = runDoctor;
     return command;
 }

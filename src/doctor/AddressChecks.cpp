@@ -16,14 +16,6 @@ namespace {
 using platform::addressText;
 using platform::macText;
 
-std::string nameOf(const NetworkCamera& camera) {
-    std::string name = camera.model;
-    for (const std::string& text : {camera.serialNumber, '(' + macText(camera.macAddress) + ')'})
-        if (!text.empty())
-            name += (name.empty() ? "" : " ") + text;
-    return name;
-}
-
 std::string subnetsOf(const AdapterEvidence& adapter) {
     std::vector<std::string> texts;
     for (const Subnet& subnet : adapter.subnets)
@@ -116,8 +108,8 @@ void checkDoubles(const HostEvidence& host, Findings& findings) {
             adapter != nullptr && !adapter->isLoopback && isOwnAddress(host, camera->address);
         if (twin == camera && !isOwn)
             continue;
-        const std::string owner = isOwn ? "this host" : nameOf(*twin) + " on " + twin->adapter;
-        findings.push_back({Severity::Error, "double-address", nameOf(*camera),
+        const std::string owner = isOwn ? "this host" : twin->id + " on " + twin->adapter;
+        findings.push_back({Severity::Error, "double-address", camera->id,
                             std::string("The camera has the same address as ") +
                                 (isOwn ? "this host" : "another camera") +
                                 ", so neither is reached reliably.",
@@ -147,10 +139,10 @@ void checkSubnet(const HostEvidence& host, const NetworkCamera& camera, Findings
                                  " (discovery), adapter " +
                                  (adapter == nullptr ? camera.adapter : subnetsOf(*adapter));
     if (camera.isReachable || isInSubnet(host, camera))
-        findings.push_back({Severity::Ok, "subnet", nameOf(camera),
+        findings.push_back({Severity::Ok, "subnet", camera.id,
                             "The camera's address suits the adapter.", evidence, ""});
     else
-        findings.push_back({Severity::Error, "subnet", nameOf(camera),
+        findings.push_back({Severity::Error, "subnet", camera.id,
                             "The camera is in another subnet than the adapter on which it "
                             "answers, so it cannot be opened.",
                             evidence, addressCommand(host, camera)});
@@ -159,7 +151,7 @@ void checkSubnet(const HostEvidence& host, const NetworkCamera& camera, Findings
 bool isOpenedHere(const HostEvidence& host, const NetworkCamera& camera) {
     for (const LinkEvidence& link : host.links)
         for (const StreamingCamera& opened : link.cameras)
-            if (opened.isOpened && opened.macAddress == camera.macAddress)
+            if (opened.isOpened && opened.id == camera.id)
                 return true;
     return false;
 }
@@ -167,7 +159,7 @@ bool isOpenedHere(const HostEvidence& host, const NetworkCamera& camera) {
 void checkController(const HostEvidence& host, const NetworkCamera& camera, Findings& findings) {
     if (!camera.isReachable || !camera.controller || isOpenedHere(host, camera)) {
         if (camera.isReachable)
-            findings.push_back({Severity::Ok, "controller", nameOf(camera),
+            findings.push_back({Severity::Ok, "controller", camera.id,
                                 "No other program controls the camera.", "", ""});
         return;
     }
@@ -175,7 +167,7 @@ void checkController(const HostEvidence& host, const NetworkCamera& camera, Find
     const bool isHere = by.address != 0 && isOwnAddress(host, by.address);
     const std::string port = by.port == 0 ? "" : " port " + std::to_string(by.port);
     findings.push_back(
-        {Severity::Error, "controller", nameOf(camera),
+        {Severity::Error, "controller", camera.id,
          "Another program controls the camera" +
              (by.address == 0 ? std::string(", and the camera does not tell which.")
                               : (isHere ? " on this host: end it, or close the camera in it."

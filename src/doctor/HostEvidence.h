@@ -55,11 +55,11 @@ struct CameraController {
 
 /// A GigE Vision camera that answered a broadcast, reachable or not.
 struct NetworkCamera {
+    /// As the camera SDK names it.
+    std::string id;
     std::uint64_t macAddress = 0;
     std::uint32_t address = 0;
     std::uint32_t mask = 0;
-    std::string model;
-    std::string serialNumber;
     /// The adapter on which it answered, and the one by which packets to it leave this host; empty:
     /// there is none.
     std::string adapter;
@@ -74,8 +74,8 @@ struct StreamingCamera {
     std::string id;
     /// Not: another program has it, or it cannot be reached.
     bool isOpened = false;
-    /// Of an opened GigE camera; 0: not known.
-    std::uint64_t macAddress = 0;
+    /// Why it could not be opened.
+    std::string warning;
     /// Bytes per second that it may send.
     Number limit;
     /// Bytes of a GigE camera's packet with its IP and UDP headers.

@@ -23,6 +23,25 @@ const char* nameOf(Severity severity) {
     return "ok";
 }
 
+namespace {
+
+/// Adds the cameras that could not be opened and of which no check has found the reason.
+void checkOpened(const HostEvidence& evidence, Findings& findings) {
+    for (const LinkEvidence& link : evidence.links) {
+        for (const StreamingCamera& camera : link.cameras) {
+            const bool isExplained =
+                std::any_of(findings.begin(), findings.end(), [&](const Finding& finding) {
+                    return finding.severity == Severity::Error && finding.subject == camera.id;
+                });
+            if (!camera.isOpened && !isExplained)
+                findings.push_back({Severity::Error, "open", camera.id,
+                                    "The camera could not be opened.", camera.warning, ""});
+        }
+    }
+}
+
+} // namespace
+
 Findings examine(const HostEvidence& evidence) {
     Findings findings;
     checkLinks(evidence, findings);
@@ -33,6 +52,7 @@ Findings examine(const HostEvidence& evidence) {
     } else {
         findings.push_back({Severity::Unknown, "host", "this host", evidence.unread, "", ""});
     }
+    checkOpened(evidence, findings);
     std::stable_sort(findings.begin(), findings.end(), [](const Finding& one, const Finding& two) {
         return one.severity < two.severity;
     });

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "doctor/CameraAdapters.h"
 #include "doctor/HostChecks.h"
 #include "doctor/Quantities.h"
 #include "engine/SafetyMargins.h"
@@ -42,10 +43,10 @@ void checkBandwidth(const LinkEvidence& link, Findings& findings) {
         limits += static_cast<double>(camera.limit.value_or(0));
         known += camera.limit ? 1 : 0;
     }
-    std::string evidence = "limits of " + std::to_string(known) + " of " +
-                           std::to_string(link.cameras.size()) + " cameras: " + rateText(limits);
+    std::string evidence = "limits " + rateText(limits) + " (" + std::to_string(known) + " of " +
+                           std::to_string(link.cameras.size()) + " cameras)";
     if (link.otherTraffic > 0)
-        evidence += " with " + rateText(link.otherTraffic) + " of others";
+        evidence += " with " + rateText(link.otherTraffic) + " by others";
     if (link.speed == 0) {
         findings.push_back({Severity::Unknown, "bandwidth", subject,
                             "The speed of the link is not known.", evidence, ""});
@@ -95,8 +96,6 @@ PacketSizes judgePackets(const LinkEvidence& link) {
 }
 
 void checkPackets(const LinkEvidence& link, Findings& findings) {
-    if (link.isUsb)
-        return;
     const std::string subject = listText(link.interfaces);
     const PacketSizes sizes = judgePackets(link);
     const auto evidence = [&](const std::vector<std::string>& cameras) {
@@ -163,7 +162,9 @@ void checkUsbSpeeds(const HostEvidence& host, Findings& findings) {
 void checkLinks(const HostEvidence& host, Findings& findings) {
     for (const LinkEvidence& link : host.links) {
         checkBandwidth(link, findings);
-        checkPackets(link, findings);
+        const AdapterEvidence* const adapter = findAdapter(host, link.adapter);
+        if (!link.isUsb && (adapter == nullptr || !adapter->isLoopback))
+            checkPackets(link, findings);
     }
     checkUsbSpeeds(host, findings);
     if (host.links.empty() && host.networkCameras.empty() && host.usbCameras.empty())

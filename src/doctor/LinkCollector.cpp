@@ -26,7 +26,7 @@ StreamingCamera readCamera(const CameraHandler& camera) {
     StreamingCamera it;
     it.id = camera.getCameraInfo().cameraId;
     it.isOpened = camera.isOpened();
-    it.macAddress = readCount(camera, localDeviceModule, "GevDeviceMACAddress").value_or(0);
+    it.warning = camera.getWarningText();
     it.limit = limitOf(camera);
     it.packetSize = readCount(camera, firstStreamModule, "GVSPPacketSize");
     it.usbSpeed = readCount(camera, localDeviceModule, "DeviceConnectionSpeed");

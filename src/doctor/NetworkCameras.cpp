@@ -4,6 +4,7 @@
 #include "gige/BootstrapRegisters.h"
 #include "gige/DiscoveryBroadcast.h"
 #include "gige/Gvcp.h"
+#include "platform/AddressText.h"
 #include "platform/NetworkAdapters.h"
 
 #include <future>
@@ -41,11 +42,10 @@ void readControl(NetworkCamera& camera) {
 
 NetworkCamera describe(const gige::DiscoveredCamera& found) {
     NetworkCamera camera;
+    camera.id = gige::cameraId(platform::macText(found.macAddress));
     camera.macAddress = found.macAddress;
     camera.address = found.address;
     camera.mask = found.mask;
-    camera.model = found.model;
-    camera.serialNumber = found.serialNumber;
     camera.adapter = found.adapter;
     if (const auto route = platform::adapterTowards(found.address))
         camera.routeAdapter = route->name;
