@@ -12,6 +12,7 @@ Command autoSetCommand();
 Command featuresCommand();
 Command getCommand();
 Command setCommand();
+Command setIpCommand();
 Command runCommand();
 Command doctorCommand();
 Command helpCommand();

@@ -14,9 +14,10 @@ namespace cli {
 namespace {
 
 const std::vector<Command>& commands() {
-    static const std::vector<Command> all{
-        listCommand(), benchmarkCommand(), watchCommand(), autoSetCommand(), featuresCommand(),
-        getCommand(),  setCommand(),       runCommand(),   doctorCommand(),  helpCommand()};
+    static const std::vector<Command> all{listCommand(),    benchmarkCommand(), watchCommand(),
+                                          autoSetCommand(), featuresCommand(),  getCommand(),
+                                          setCommand(),     setIpCommand(),     runCommand(),
+                                          doctorCommand(),  helpCommand()};
     return all;
 }
 

@@ -33,18 +33,20 @@ void putWritten(std::vector<std::uint8_t>& data, std::size_t count) {
 } // namespace
 
 ControlChannel::ControlChannel(CameraRegisters& registers, StreamChannel& stream,
-                               std::uint32_t address)
-    : m_registers(registers), m_stream(stream) {
+                               const CameraAddress& ownAddress)
+    : m_registers(registers), m_stream(stream), m_ownAddress(ownAddress),
+      m_address(registers.read(CurrentAddress)), m_mask(registers.read(CurrentMask)) {
     // All cameras of this computer receive broadcasts.
-    if (!m_socket.bindTo(address, controlPort) || !m_broadcasts.set(SOL_SOCKET, SO_REUSEADDR, 1) ||
+    if (!m_socket.bindTo(m_address, controlPort) || !m_socket.set(SOL_SOCKET, SO_BROADCAST, 1) ||
+        !m_broadcasts.set(SOL_SOCKET, SO_REUSEADDR, 1) ||
         !m_broadcasts.bindTo(INADDR_BROADCAST, controlPort))
         throw std::system_error(errno, std::generic_category(), "control port");
 }
 
-void ControlChannel::run(int end) {
+bool ControlChannel::run(int end) {
     std::array<pollfd, 3> sockets{pollfd{m_socket.handle(), POLLIN, 0},
                                   pollfd{m_broadcasts.handle(), POLLIN, 0}, pollfd{end, POLLIN, 0}};
-    while ((sockets[2].revents & POLLIN) == 0) {
+    while ((sockets[2].revents & POLLIN) == 0 && !m_isMoved) {
         poll(sockets.data(), sockets.size(), static_cast<int>(pollTime.count()));
         if ((sockets[0].revents & POLLIN) != 0)
             receive(m_socket);
@@ -53,6 +55,7 @@ void ControlChannel::run(int end) {
         endSlowCommand();
         dropSilentController();
     }
+    return m_isMoved;
 }
 
 void ControlChannel::receive(const platform::UdpSocket& socket) {
@@ -69,11 +72,15 @@ void ControlChannel::receive(const platform::UdpSocket& socket) {
     request.data = &packet[controlHeaderSize];
     request.size = static_cast<std::size_t>(received) - controlHeaderSize;
     request.isWhole = request.size == get16(&packet[4]) && request.size <= largestControlPayload;
-    if (&socket == &m_broadcasts && request.command != Discovery)
+    const bool isForAll = request.command == Discovery || request.command == ForceIp;
+    if (&socket == &m_broadcasts && !isForAll)
+        return;
+    if (request.command == ForceIp && request.isWhole && request.size == forceIpSize &&
+        !hasMac(request.data + forcedMacAt))
         return;
     if (isController(request.sender))
         m_heardOfController = Clock::now();
-    if (request.command != Discovery && stall(request))
+    if (!isForAll && stall(request))
         return;
     Bytes data;
     const std::uint16_t status = handle(request, data);
@@ -109,8 +116,17 @@ void ControlChannel::send(const Request& request, std::uint16_t status, std::uin
     put16(&packet[4], static_cast<std::uint16_t>(data.size()));
     put16(&packet[6], request.id);
     packet.insert(packet.end(), data.begin(), data.end());
+    sockaddr_in receiver = request.sender;
+    if (needsBroadcast(request))
+        receiver.sin_addr.s_addr = htonl(INADDR_BROADCAST);
     sendto(m_socket.handle(), packet.data(), packet.size(), 0,
-           reinterpret_cast<const sockaddr*>(&request.sender), sizeof request.sender);
+           reinterpret_cast<const sockaddr*>(&receiver), sizeof receiver);
+}
+
+bool ControlChannel::needsBroadcast(const Request& request) const {
+    const bool isAllowed = (request.command == Discovery || request.command == ForceIp) &&
+                           (request.flags & flagBroadcastAnswer) != 0;
+    return isAllowed && ((ntohl(request.sender.sin_addr.s_addr) ^ m_address) & m_mask) != 0;
 }
 
 std::uint16_t ControlChannel::handle(const Request& request, Bytes& data) {
@@ -119,6 +135,8 @@ std::uint16_t ControlChannel::handle(const Request& request, Bytes& data) {
     switch (request.command) {
     case Discovery:
         return discover(data);
+    case ForceIp:
+        return forceIp(request);
     case ReadRegister:
         return readRegisters(request, data);
     case WriteRegister:
@@ -138,6 +156,26 @@ std::uint16_t ControlChannel::handle(const Request& request, Bytes& data) {
 std::uint16_t ControlChannel::discover(Bytes& data) {
     data.resize(discoverySize);
     m_registers.readMemory(0, discoverySize, data.data());
+    return Success;
+}
+
+bool ControlChannel::hasMac(const std::uint8_t* mac) const {
+    return get16(mac) == m_registers.read(MacHigh) && get32(mac + 2) == m_registers.read(MacLow);
+}
+
+std::uint16_t ControlChannel::forceIp(const Request& request) {
+    if (request.size != forceIpSize)
+        return InvalidHeader;
+    if (m_registers.read(ControlPrivilege) != 0)
+        return AccessDenied;
+    const std::uint32_t address = get32(request.data + forcedAddressAt);
+    const std::uint32_t mask = get32(request.data + forcedMaskAt);
+    if (!m_ownAddress.canTake(address, mask))
+        return LocalProblem;
+    m_registers.write(CurrentAddress, address);
+    m_registers.write(CurrentMask, mask);
+    m_registers.write(CurrentGateway, get32(request.data + forcedGatewayAt));
+    m_isMoved = true;
     return Success;
 }
 
@@ -244,7 +282,14 @@ void ControlChannel::afterWrite(const Request& request, std::uint32_t address,
     } else if (address == ControlPrivilege) {
         m_controller = request.sender;
         m_registers.write(ControllerPort, ntohs(m_controller.sin_port));
+        m_registers.write(ControllerAddress, ntohl(m_controller.sin_addr.s_addr));
         m_heardOfController = Clock::now();
+    } else if (address == AddressOption) {
+        m_registers.write(address, value | linkLocalIp);
+        m_ownAddress.remember();
+    } else if (address == PersistentAddress || address == PersistentMask ||
+               address == PersistentGateway) {
+        m_ownAddress.remember();
     } else if (address == SlowCommand) {
         m_slowCommandEnd = Clock::now() + slowCommandTime;
     } else if (address == StreamPacketSize && (value & fireTestPacket) != 0) {
@@ -269,6 +314,7 @@ void ControlChannel::dropSilentController() {
 void ControlChannel::releaseControl() {
     m_registers.write(ControlPrivilege, 0);
     m_registers.write(ControllerPort, 0);
+    m_registers.write(ControllerAddress, 0);
     m_registers.write(Acquisition, 0);
     m_registers.write(StreamPort, 0);
 }

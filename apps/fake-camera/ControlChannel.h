@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "fake-camera/CameraAddress.h"
 #include "fake-camera/CameraRegisters.h"
 #include "fake-camera/StreamChannel.h"
 #include "platform/UdpSocket.h"
@@ -19,12 +20,14 @@ namespace fakecamera {
 /// time of the heartbeat. Bound to one thread.
 class ControlChannel {
 public:
-    /// Listens at \p address and for broadcasts. Throws std::system_error when the address is not
-    /// one of this computer, or port 3956 is in use.
-    ControlChannel(CameraRegisters& registers, StreamChannel& stream, std::uint32_t address);
+    /// Listens at the camera's current address and for broadcasts. Throws std::system_error when
+    /// the address is not one of this computer, or port 3956 is in use.
+    ControlChannel(CameraRegisters& registers, StreamChannel& stream,
+                   const CameraAddress& ownAddress);
 
-    /// Answers until the descriptor \p end is readable.
-    void run(int end);
+    /// Answers until the descriptor \p end is readable. True when it ended before, since a host has
+    /// given the camera another address, which the registers have.
+    bool run(int end);
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -48,6 +51,10 @@ private:
     /// Executes a request and returns its status; \p data gets the data of the acknowledgement.
     std::uint16_t handle(const Request& request, Bytes& data);
     std::uint16_t discover(Bytes& data);
+    bool hasMac(const std::uint8_t* mac) const;
+    std::uint16_t forceIp(const Request& request);
+    /// Whether the host may get the answer by broadcast and has no other way to it.
+    bool needsBroadcast(const Request& request) const;
     std::uint16_t readRegisters(const Request& request, Bytes& data);
     std::uint16_t writeRegisters(const Request& request, Bytes& data);
     std::uint16_t readMemory(const Request& request, Bytes& data);
@@ -70,6 +77,11 @@ private:
 
     CameraRegisters& m_registers;
     StreamChannel& m_stream;
+    const CameraAddress& m_ownAddress;
+    /// The settings with which it listens.
+    const std::uint32_t m_address;
+    const std::uint32_t m_mask;
+    bool m_isMoved = false;
     const platform::UdpSocket m_socket;
     const platform::UdpSocket m_broadcasts;
     sockaddr_in m_controller{};

@@ -54,6 +54,10 @@ const std::vector<Option>& allOptions() {
     static const std::vector<Option> options{
         {"Identity", "--address", "ADDRESS", Kind::Address, "127.0.0.1", 0, 0, "",
          "IPv4 address of the camera: one of this computer"},
+        {nullptr, "--adapter", "NAME", Kind::Text, "", 0, 15, " bytes",
+         "network adapter that gets the address of the camera"},
+        {nullptr, "--memory", "FILE", Kind::File, "", 0, 0, "",
+         "file that keeps the persistent address"},
         number(nullptr, "--mac", "0", 0, any32, "",
                "last four bytes of the MAC address; 0: as the address"),
         text(nullptr, "--vendor", "Fakeworks", 32, "name of the maker"),

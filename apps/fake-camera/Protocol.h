@@ -17,10 +17,14 @@ constexpr std::size_t largestMemoryAccess = 536;
 constexpr std::uint8_t commandKey = 0x42;
 constexpr std::uint8_t flagAcknowledge = 0x01;
 constexpr std::uint8_t flagExtendedIds = 0x10;
+/// Of Discovery and ForceIp: a camera of another subnet may answer by broadcast.
+constexpr std::uint8_t flagBroadcastAnswer = 0x10;
 
 /// An acknowledgement has the command's number plus 1.
 enum Command : std::uint16_t {
     Discovery = 0x0002,
+    /// Gives the camera with a MAC address an IPv4 address, for all cameras to hear.
+    ForceIp = 0x0004,
     PacketResend = 0x0040,
     ReadRegister = 0x0080,
     WriteRegister = 0x0082,
@@ -40,9 +44,21 @@ enum Status : std::uint16_t {
     WriteProtected = 0x8004,
     BadAlignment = 0x8005,
     AccessDenied = 0x8006,
+    LocalProblem = 0x8008,
     PacketUnavailable = 0x800c,
     InvalidHeader = 0x800e,
 };
+
+/// Data of the command ForceIp: size, and offsets of the MAC address and the new settings.
+constexpr std::size_t forceIpSize = 56;
+constexpr std::size_t forcedMacAt = 2;
+constexpr std::size_t forcedAddressAt = 20;
+constexpr std::size_t forcedMaskAt = 36;
+constexpr std::size_t forcedGatewayAt = 52;
+
+/// Bits of the registers AddressOptions and AddressOption: ways to an address after the start.
+constexpr std::uint32_t persistentIp = 1;
+constexpr std::uint32_t linkLocalIp = 4;
 
 /// Streaming (GVSP): sizes of a packet's header with 16-bit and with 64-bit frame numbers, and of
 /// the headers of IP and UDP. The packet size that a host sets includes all headers.

@@ -21,6 +21,10 @@ constexpr std::uint32_t allBits = 0xffffffff;
 constexpr std::uint32_t pixelFormatMono16 = 0x01100007;
 
 constexpr Rule rules[] = {
+    {AddressOption, AddressOption, {0, 7}},
+    {PersistentAddress, PersistentAddress},
+    {PersistentMask, PersistentMask},
+    {PersistentGateway, PersistentGateway},
     {UserId, UserId + 12},
     {Width, Height, {16, sensorSize}, allBits, true},
     {ExposureMicroseconds, ExposureMicroseconds, {10, 10'000'000}},

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "fake-camera/CameraAddress.h"
 #include "fake-camera/CameraRegisters.h"
 #include "fake-camera/ControlChannel.h"
 #include "fake-camera/Description.h"
 #include "fake-camera/Options.h"
 #include "fake-camera/Protocol.h"
 #include "fake-camera/StreamChannel.h"
+#include "platform/Ipv4Address.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -16,6 +18,7 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include <sys/signalfd.h>
@@ -28,7 +31,6 @@ using namespace fakecamera;
 constexpr int exitFailed = 1;
 constexpr int exitWrongUsage = 2;
 constexpr std::uint32_t bigEndianAndUtf8 = 0x80000001;
-constexpr std::uint32_t persistentAddress = 1;
 
 /// A descriptor that is readable after SIGINT or SIGTERM. Blocks both for threads that start later.
 class EndSignal {
@@ -71,10 +73,6 @@ void fill(CameraRegisters& registers, const Options& options) {
     };
     registers.write(Version, options.isOn("--extended-ids") ? 0x20000 : 0x10002);
     registers.write(DeviceMode, bigEndianAndUtf8);
-    registers.write(AddressOptions, persistentAddress);
-    registers.write(AddressOption, persistentAddress);
-    registers.write(CurrentAddress, options.address());
-    registers.write(CurrentMask, 0xffffff00);
     registers.write(MacHigh, 0x02fc);
     registers.write(MacLow, options.isOn("--mac") ? options.number32("--mac") : options.address());
     registers.writeText(VendorName, 32, options.text("--vendor"));
@@ -104,21 +102,33 @@ void fill(CameraRegisters& registers, const Options& options) {
                                       (options.isOn("--resend") ? protocol::canResend : 0));
 }
 
+/// Programs that start a camera wait for this line.
+void tellReady(const Options& options, std::uint32_t address) {
+    std::printf("ready: GigE Vision camera \"%s %s\", serial number \"%s\", on %s\n",
+                options.text("--vendor").c_str(), options.text("--model").c_str(),
+                options.text("--serial").c_str(), platform::addressText(address).c_str());
+    std::fflush(stdout);
+}
+
 void serve(const Options& options) {
     const EndSignal end;
     CameraRegisters registers(readDescription(options.text("--genicam")));
     fill(registers, options);
-    StreamChannel stream(registers, options.address(),
-                         {options.isOn("--extended-ids"), options.number("--first-frame-id"),
-                          options.number("--drop-every"), options.number("--skip-every"),
-                          options.number32("--loss")});
-    ControlChannel control(registers, stream, options.address());
-    // Programs that start a camera wait for this line.
-    std::printf("ready: GigE Vision camera \"%s %s\", serial number \"%s\", on %s\n",
-                options.text("--vendor").c_str(), options.text("--model").c_str(),
-                options.text("--serial").c_str(), options.text("--address").c_str());
-    std::fflush(stdout);
-    control.run(end.descriptor());
+    CameraAddress address(registers, options.text("--adapter"), options.text("--memory"));
+    address.begin(options.address());
+    const StreamOptions streamOptions{
+        options.isOn("--extended-ids"), options.number("--first-frame-id"),
+        options.number("--drop-every"), options.number("--skip-every"), options.number32("--loss")};
+    bool isTold = false;
+    for (bool isMoved = true; isMoved;) {
+        StreamChannel stream(registers, registers.read(CurrentAddress), streamOptions);
+        ControlChannel control(registers, stream, address);
+        if (!std::exchange(isTold, true))
+            tellReady(options, registers.read(CurrentAddress));
+        isMoved = control.run(end.descriptor());
+        if (isMoved)
+            address.takeCurrent();
+    }
 }
 
 /// Why the sockets of a camera cannot be opened.

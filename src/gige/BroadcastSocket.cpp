@@ -12,6 +12,7 @@
 #include <linux/if_packet.h>
 #include <net/ethernet.h>
 #include <net/if.h>
+#include <poll.h>
 #include <sys/socket.h>
 
 namespace gige {
@@ -101,12 +102,24 @@ std::optional<std::vector<std::uint8_t>> BroadcastSocket::receive() const {
     return std::nullopt;
 }
 
-void BroadcastSocket::appendHandles(std::vector<int>& handles) const {
-    handles.push_back(m_socket.handle());
+std::vector<int> BroadcastSocket::handles() const {
+    std::vector<int> handles{m_socket.handle()};
     if (m_broadcasts)
         handles.push_back(m_broadcasts->handle());
     if (m_packets)
         handles.push_back(m_packets->handle());
+    return handles;
+}
+
+void BroadcastSocket::wait(std::chrono::milliseconds limit) const {
+    waitForAny(handles(), limit);
+}
+
+void waitForAny(const std::vector<int>& handles, std::chrono::milliseconds limit) {
+    std::vector<pollfd> waiting;
+    for (const int handle : handles)
+        waiting.push_back({handle, POLLIN, 0});
+    poll(waiting.data(), waiting.size(), static_cast<int>(limit.count()));
 }
 
 } // namespace gige

@@ -5,6 +5,7 @@
 #include "platform/NetworkAdapters.h"
 #include "platform/UdpSocket.h"
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -30,10 +31,12 @@ public:
     bool send(const std::vector<std::uint8_t>& packet) const;
     /// The next answer that has come; nothing when there is none. Does not wait.
     std::optional<std::vector<std::uint8_t>> receive() const;
+    /// Waits until an answer comes, at most \p limit.
+    void wait(std::chrono::milliseconds limit) const;
     /// The adapter's address through which it sends.
     const platform::NetworkAdapter& adapter() const { return m_adapter; }
-    /// Appends the descriptors that become readable when an answer comes.
-    void appendHandles(std::vector<int>& handles) const;
+    /// The descriptors that become readable when an answer comes.
+    std::vector<int> handles() const;
 
 private:
     bool bindAll(Reach reach);
@@ -45,5 +48,8 @@ private:
     std::unique_ptr<platform::Descriptor> m_packets;
     bool m_isBound = false;
 };
+
+/// Waits until one of the descriptors is readable, at most \p limit. Reentrant.
+void waitForAny(const std::vector<int>& handles, std::chrono::milliseconds limit);
 
 } // namespace gige

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <map>
-#include <poll.h>
 #include <tuple>
 #include <utility>
 
@@ -46,13 +45,11 @@ void DiscoveryBroadcast::sendAgain() const {
 }
 
 void DiscoveryBroadcast::wait(std::chrono::milliseconds limit) const {
-    std::vector<int> handles;
+    std::vector<int> all;
     for (const auto& socket : m_sockets)
-        socket->appendHandles(handles);
-    std::vector<pollfd> waiting;
-    for (const int handle : handles)
-        waiting.push_back({handle, POLLIN, 0});
-    poll(waiting.data(), waiting.size(), static_cast<int>(limit.count()));
+        for (const int handle : socket->handles())
+            all.push_back(handle);
+    waitForAny(all, limit);
 }
 
 std::vector<DiscoveredCamera> DiscoveryBroadcast::answers() const {

@@ -96,6 +96,13 @@ std::uint64_t macAddress(const std::string& adapter, const std::filesystem::path
     return macNumber(sysfsAttribute(folderOf(adapter, sysfs) / "address"));
 }
 
+bool checksWayBack(const std::string& adapter, const std::filesystem::path& root) {
+    // The stricter of the two holds.
+    const auto folder = root / "proc/sys/net/ipv4/conf";
+    return sysfsNumber(folder / "all/rp_filter").value_or(0) != 0 ||
+           sysfsNumber(folder / adapter / "rp_filter").value_or(0) != 0;
+}
+
 std::uint64_t macNumber(const std::string& text) {
     std::uint64_t mac = 0;
     int digits = 0;

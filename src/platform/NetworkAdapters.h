@@ -49,6 +49,10 @@ std::int64_t mtu(const std::string& adapter, const std::filesystem::path& sysfs 
 /// MAC address of an adapter; 0 when it is not known or has another length than six bytes.
 std::uint64_t macAddress(const std::string& adapter, const std::filesystem::path& sysfs = "/sys");
 
+/// Whether the kernel discards packets that an adapter receives from an address to which it has no
+/// route (reverse-path filter), as its files below \p root tell. "Loose" filters do so, too.
+bool checksWayBack(const std::string& adapter, const std::filesystem::path& root = "/");
+
 /// Number of a MAC address like "02:fc:00:00:00:01", with ":", "-" or nothing between the digits;
 /// 0 for any other text.
 std::uint64_t macNumber(const std::string& text);
