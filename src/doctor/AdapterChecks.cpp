@@ -198,7 +198,7 @@ void Adapter::checkCounters() {
     if (!isKnown)
         add(Severity::Unknown, "error-counters", "The adapter's counters cannot be read.");
     else if (damaged.empty() && missed.empty())
-        add(Severity::Ok, "error-counters", "The adapter has counted no error.", "0" + source);
+        add(Severity::Ok, "error-counters", "The adapter has counted no error.", "all 0" + source);
 }
 
 } // namespace

@@ -55,19 +55,33 @@ bool isMisrouted(const HostEvidence& host, const AdapterEvidence& one,
                        });
 }
 
+/// Takes the shared subnet from an adapter, and gives it another one when it has no more.
+std::string subnetCommand(const HostEvidence& host, const AdapterEvidence& changed,
+                          const AdapterEvidence& kept) {
+    const auto shared =
+        std::find_if(changed.subnets.begin(), changed.subnets.end(), [&](const Subnet& subnet) {
+            AdapterEvidence only;
+            only.subnets = {subnet};
+            return overlap(only, kept);
+        });
+    const std::string device = " dev " + platform::shellWord(changed.name);
+    const std::string removed =
+        "sudo ip address del " + addressText(shared->address, shared->mask) + device;
+    if (changed.subnets.size() > 1)
+        return removed;
+    const std::string address = freeSubnet(host);
+    return address.empty() ? std::string()
+                           : removed + " && sudo ip address add " + address + device;
+}
+
 void checkPair(const HostEvidence& host, const AdapterEvidence& one, const AdapterEvidence& other,
                Findings& findings) {
     const bool isBroken = isMisrouted(host, one, other) || isMisrouted(host, other, one);
     const bool isUsed = hasCameras(host, one.name) || hasCameras(host, other.name);
-    // The adapter with fewer addresses is the simpler one to change.
-    const std::string address = freeSubnet(host);
-    const Subnet& present = other.subnets.front();
+    // The second one, unless only the first one has further subnets.
+    const bool changesFirst = one.subnets.size() > 1 && other.subnets.size() == 1;
     const std::string cure =
-        other.subnets.size() > 1 || address.empty()
-            ? std::string()
-            : "sudo ip address del " + addressText(present.address, present.mask) + " dev " +
-                  platform::shellWord(other.name) + " && sudo ip address add " + address + " dev " +
-                  platform::shellWord(other.name);
+        changesFirst ? subnetCommand(host, one, other) : subnetCommand(host, other, one);
     findings.push_back(
         {isBroken ? Severity::Error : (isUsed ? Severity::Warning : Severity::Hint),
          "subnet-overlap", one.name + " and " + other.name,

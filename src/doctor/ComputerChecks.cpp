@@ -22,6 +22,8 @@ void checkReceiveBuffer(const HostEvidence& evidence, Findings& findings) {
         return;
     const Number& granted = evidence.memory.receiveBufferBytes;
     const std::uint64_t wanted = platform::streamReceiveBuffer;
+    if (evidence.memory.mayOpenPacketSockets)
+        return;
     const std::string text =
         granted ? kilobytes(*granted) + " of " + kilobytes(wanted) + " (net.core.rmem_max)" : "";
     if (!granted)

@@ -5,6 +5,7 @@
 #include "engine/SafetyMargins.h"
 #include "platform/HostCommands.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -161,6 +162,9 @@ void checkUsbSpeeds(const HostEvidence& host, Findings& findings) {
 
 void checkLinks(const HostEvidence& host, Findings& findings) {
     for (const LinkEvidence& link : host.links) {
+        if (std::none_of(link.cameras.begin(), link.cameras.end(),
+                         [](const StreamingCamera& camera) { return camera.isOpened; }))
+            continue;
         checkBandwidth(link, findings);
         const AdapterEvidence* const adapter = findAdapter(host, link.adapter);
         if (!link.isUsb && (adapter == nullptr || !adapter->isLoopback))
