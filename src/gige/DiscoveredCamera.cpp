@@ -38,8 +38,10 @@ IpConfiguration configuration(std::uint32_t bits) {
 
 std::optional<DiscoveredCamera> parseDiscovery(const std::uint8_t* packet, std::size_t size,
                                                std::uint16_t id) {
+    if (size != gvcpHeaderSize + answerSize || bigEndian16(packet + 4) != answerSize)
+        return std::nullopt;
     const GvcpReply reply = parseReply(packet, size, {GvcpCommand::Discovery, id});
-    if (!reply.answer || reply.answer->status != 0 || reply.answer->data.size() != answerSize)
+    if (!reply.answer || reply.answer->status != 0)
         return std::nullopt;
     const std::uint8_t* const registers = reply.answer->data.data();
     DiscoveredCamera camera;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -15,6 +16,9 @@ enum class GvcpCommand : std::uint16_t {
     WriteRegister = 0x82,
     ReadMemory = 0x84,
 };
+
+/// Bytes in front of the data of a command and of an acknowledge.
+constexpr std::size_t gvcpHeaderSize = 8;
 
 /// Flags of a command. The meaning of the upper four depends on the command.
 constexpr std::uint8_t acknowledgeRequired = 1;

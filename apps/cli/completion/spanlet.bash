@@ -51,8 +51,9 @@ _spanlet_features() {
 # Prints what the operands may be.
 _spanlet_operands() {
     case $command:${#operands[@]} in
-        features:0 | get:0 | set:0 | run:0) _spanlet_cameras ;;
+        features:0 | get:0 | set:0 | set-ip:0 | run:0) _spanlet_cameras ;;
         get:* | set:*[13579] | run:1) _spanlet_features ;;
+        set-ip:1) echo "auto" ;;
         help:0) printf '%s\n' $commands ;;
         # A command comes first.
         :0) printf '%s\n' $commands $common ;;
@@ -71,6 +72,7 @@ _spanlet_options() {
             echo "--max-bandwidth --adjust-packet-size --benchmark"
             ;;
         features) echo "--filter" ;;
+        set-ip) echo "--gateway --persistent --dry-run" ;;
         run) echo "--timeout" ;;
     esac
     echo "$common"
@@ -104,10 +106,10 @@ _spanlet_configurations() {
 
 _spanlet() {
     local common="--config --cameras --json --verbose --help --version"
-    local commands="list benchmark watch autoset features get set run help"
+    local commands="list benchmark watch autoset features get set set-ip run help"
     local scenarios="default oversubscribed sixty-four empty faulty genicam"
     local valued=" --config --cameras --interface --camera --lock --seconds --interval --benchmark"
-    valued+=" --timeout --interface-margin --camera-margin --max-bandwidth "
+    valued+=" --timeout --interface-margin --camera-margin --max-bandwidth --gateway "
     local text=${COMP_LINE:0:COMP_POINT} words=() operands=() chosen=()
     local current="" command="" previous=""
 

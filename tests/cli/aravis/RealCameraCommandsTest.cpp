@@ -131,4 +131,26 @@ TEST_F(CommandsOnRealCameras, countsPacketsAndKeepsTheCountsOfACameraThatIsUnplu
     EXPECT_EQ(number(result, "total packetsResent"), sumOf(result, "packetsResent"));
 }
 
+TEST(SetIp, runsItsExamplesAsTyped) {
+    const fakecamera::FakeCameraProcess camera("127.0.0.2");
+    const Texts examples = matches(textOf("help set-ip"), "^  spanlet (.+)$");
+    EXPECT_GE(examples.size(), 3U);
+    for (const std::string& example : examples)
+        EXPECT_THAT(textOf(example), HasSubstr("DEV_02FC7F000002 on lo: ")) << example;
+}
+
+TEST(SetIp, refusesSimulatedCamerasAndOnesInUse) {
+    const fakecamera::FakeCameraProcess camera("127.0.0.2");
+    SpanletProcess other;
+    other.start(words("watch --all --json" + real));
+    other.await("\"interval\"");
+    SpanletProcess spanlet;
+    EXPECT_EQ(spanlet.run("set-ip FC0001 127.0.0.9"), 1);
+    EXPECT_THAT(spanlet.err(), HasSubstr("is in use by a program on 127.0.0.1."));
+    ::kill(static_cast<pid_t>(other.id()), SIGINT);
+    other.finish();
+    for (const char* option : {" --cameras simulated", " --config :faulty"})
+        EXPECT_EQ(SpanletProcess().run(std::string("set-ip FC0001 auto") + option), 2) << option;
+}
+
 } // namespace

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "gige/Gvcp.h"
 #include "gige/BootstrapRegisters.h"
-#include "orvcpp/aravis/device/GrantedAccess.h"
 #include "platform/UdpSocket.h"
 
 #include <gmock/gmock.h>
@@ -19,7 +18,6 @@
 
 namespace {
 
-using namespace orv::aravis;
 using namespace gige;
 
 /// A camera that answers the first request with a pending acknowledge of \p milliseconds and, if it
@@ -65,19 +63,6 @@ TEST(Gvcp, waitsLongerForABusyCameraButNotForEver) {
         ASSERT_TRUE(answer) << "it lives";
         EXPECT_EQ(Gvcp::value(*answer), answers ? std::optional(7U) : std::nullopt);
     }
-}
-
-TEST(Gvcp, grantsWhatThePrivilegeRegisterLeaves) {
-    constexpr unsigned all = OrvAccessModeFull | OrvAccessModeRead;
-    const auto granted = [](std::uint16_t status, std::vector<std::uint8_t> data) {
-        return static_cast<unsigned>(grantedBy({status, std::move(data)}));
-    };
-    EXPECT_EQ(granted(0, {0, 0, 0, 0}), all);
-    EXPECT_EQ(granted(0, {0, 0, 0, 2}), OrvAccessModeRead);
-    EXPECT_EQ(granted(0, {0, 0, 0, 6}), OrvAccessModeRead) << "control that may be taken over";
-    EXPECT_EQ(granted(0, {0, 0, 0, 3}), OrvAccessModeNone);
-    EXPECT_EQ(granted(0x8006, {}), OrvAccessModeNone) << "refused: somebody has it to himself";
-    EXPECT_EQ(granted(0x8001, {}), all) << "not to be read: opening will show";
 }
 
 } // namespace
