@@ -3,6 +3,7 @@
 
 #include "platform/EthernetSettings.h"
 #include "platform/Ipv4Address.h"
+#include "platform/KernelSettings.h"
 #include "platform/Sysfs.h"
 #include "platform/UdpSocket.h"
 
@@ -97,10 +98,7 @@ std::uint64_t macAddress(const std::string& adapter, const std::filesystem::path
 }
 
 bool checksWayBack(const std::string& adapter, const std::filesystem::path& root) {
-    // The stricter of the two holds.
-    const auto folder = root / "proc/sys/net/ipv4/conf";
-    return sysfsNumber(folder / "all/rp_filter").value_or(0) != 0 ||
-           sysfsNumber(folder / adapter / "rp_filter").value_or(0) != 0;
+    return reversePathFilter(adapter, root).value_or(0) != 0;
 }
 
 std::uint64_t macNumber(const std::string& text) {
