@@ -130,8 +130,8 @@ Command doctorCommand() {
                        "unusable.");
     command.options = {{QLatin1String(allOption),
                         QStringLiteral("Also what is in order, and what could not be checked.")}};
-    command.examples = QStringList{QStringLiteral("doctor"), QStringLiteral("doctor --all"),
-                                   QStringLiteral("doctor --config :oversubscribed --json")};
+    command.examples = QStringList{QStringLiteral("doctor --config :oversubscribed"),
+                                   QStringLiteral("doctor --config :oversubscribed --all --json")};
     command.isQuiet = true;
     command.run = runDoctor;
     return command;

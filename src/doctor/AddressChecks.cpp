@@ -110,12 +110,16 @@ void checkSubnets(const HostEvidence& host, Findings& findings) {
                             std::to_string(host.adapters.size()) + " adapters", ""});
 }
 
+bool areTwins(const NetworkCamera& one, const NetworkCamera& other) {
+    return one.address == other.address && one.macAddress != other.macAddress;
+}
+
 void checkDoubles(const HostEvidence& host, Findings& findings) {
     const auto& cameras = host.networkCameras;
     for (auto camera = cameras.begin(); camera != cameras.end(); ++camera) {
         // A camera may answer on several adapters.
         const auto twin = std::find_if(cameras.begin(), camera, [&](const NetworkCamera& other) {
-            return other.address == camera->address && other.macAddress != camera->macAddress;
+            return areTwins(other, *camera);
         });
         const AdapterEvidence* const adapter = findAdapter(host, camera->adapter);
         const bool isOwn =
@@ -171,6 +175,10 @@ bool isOpenedHere(const HostEvidence& host, const NetworkCamera& camera) {
 }
 
 void checkController(const HostEvidence& host, const NetworkCamera& camera, Findings& findings) {
+    // Any of several cameras with one address may have answered.
+    if (std::any_of(host.networkCameras.begin(), host.networkCameras.end(),
+                    [&](const NetworkCamera& other) { return areTwins(other, camera); }))
+        return;
     if (!camera.isReachable || !camera.controller || isOpenedHere(host, camera)) {
         if (camera.isReachable)
             findings.push_back({Severity::Ok, "controller", camera.id,

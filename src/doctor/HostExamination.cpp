@@ -31,7 +31,9 @@ void checkOpened(const HostEvidence& evidence, Findings& findings) {
         for (const StreamingCamera& camera : link.cameras) {
             const bool isExplained =
                 std::any_of(findings.begin(), findings.end(), [&](const Finding& finding) {
-                    return finding.severity == Severity::Error && finding.subject == camera.id;
+                    return finding.severity == Severity::Error &&
+                           (finding.subject == camera.id ||
+                            finding.evidence.find(camera.id) != std::string::npos);
                 });
             if (!camera.isOpened && !isExplained)
                 findings.push_back({Severity::Error, "open", camera.id,

@@ -199,6 +199,9 @@ const Fault addressFaults[] = {
      "spanlet set-ip 00:00:00:00:00:02 10.77.0.2",
      [](HostEvidence& it) {
          it.networkCameras.push_back(networkCamera("B", 2, 0x0A4D000B));
+         // One answered for the other, which this program could not open.
+         it.networkCameras[1].controller = CameraController{0x0A4D0001, 41234};
+         it.links[0].cameras[0].isOpened = false;
      }},
     {"error double-address A", "10.77.0.1 on eth0, and of this host", "set-ip",
      [](HostEvidence& it) {
