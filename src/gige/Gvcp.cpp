@@ -13,6 +13,8 @@ namespace gige {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 /// The address that a camera repeats in front of memory that was read.
 constexpr std::size_t memoryAddressSize = 4;
 /// Bits of the privilege register.
@@ -23,7 +25,6 @@ constexpr std::uint32_t privilegeControl = 2;
 /// the camera has only sent pending acknowledges until the end.
 std::optional<GvcpAnswer> receive(int handle, const GvcpRequestId& request,
                                   const GvcpPatience& patience) {
-    using Clock = std::chrono::steady_clock;
     auto end = Clock::now() + patience.wait;
     const auto latest = end + patience.pending;
     std::optional<GvcpAnswer> noAnswer;

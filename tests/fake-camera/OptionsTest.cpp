@@ -64,6 +64,7 @@ TEST(FakeCameraOptions, areCheckedAndNamedInErrors) {
         {"--first-frame-id 65536", 2, "--first-frame-id: 65536 is above 65535"},
         {"--address localhost", 2, "\"localhost\" is not an IPv4 address like 127.0.0.2\n"},
         {"--address 192.0.2.1", 1, "--address: no network adapter of this computer has 192.0.2.1"},
+        {"--adapter nothing", 1, "--adapter: nothing: No such device\n"},
         {"--genicam /nothing", 1, "cannot read \"/nothing\": No such file or directory\n"},
         {"--genicam /dev/null", 1, "cannot read \"/dev/null\": it is empty\n"},
     };

@@ -38,6 +38,11 @@ Bytes request(std::uint16_t command, const Bytes& data, std::uint8_t flags = fla
     return packet;
 }
 
+/// Data of ForceIp for a camera with an IPv4 address, whose MAC address ends like that.
+Bytes forced(std::uint32_t camera, std::uint32_t address) {
+    return words({0x02fc, camera, 0, 0, 0, address, 0, 0, 0, 0xff000000, 0, 0, 0, 0});
+}
+
 /// The bytes from \p begin up to \p end.
 Bytes cut(const Bytes& bytes, std::size_t begin, std::size_t end = 9000) {
     const auto at = [&](std::size_t i) {
@@ -138,6 +143,8 @@ TEST(ControlProtocol, refusesWrongRequests) {
         {"memory behind the end", ReadMemory, words({0xffffff00, 536}), InvalidAddress},
         {"writing no memory", WriteMemory, words({UserId}), InvalidParameter},
         {"writing over the end", WriteMemory, words({UserId + 12, 0, 0}), WriteProtected},
+        {"half an address", ForceIp, words({0x02fc, 0x7f000002}), InvalidHeader},
+        {"an address while it is in use", ForceIp, forced(0x7f000002, 0x7f000003), AccessDenied},
         {"more than a packet may hold", ReadRegister, Bytes(544), InvalidHeader},
     };
     const FakeCameraProcess camera(onlyAddress);
@@ -170,6 +177,7 @@ TEST(ControlProtocol, survivesEveryCutAndEveryWrongLength) {
         request(WriteRegister, words({HeartbeatMilliseconds, 3000, OffsetX, 0})),
         request(ReadMemory, words({0x10000, 64})),
         request(WriteMemory, words({UserId, 0x41424344, 0})),
+        request(ForceIp, forced(0x7f000002, 0x7f000003)),
         request(PacketResend, words({1, 1, 2}), 0),
         request(PacketResend, words({0, 0, 0xffffffff, 0, 1}), flagExtendedIds),
     };
@@ -194,6 +202,20 @@ TEST(ControlProtocol, survivesEveryCutAndEveryWrongLength) {
     const Bytes answer = host.ask(request(Discovery, {}));
     ASSERT_THAT(answer, SizeIs(256u));
     EXPECT_THAT(cut(answer, 0, 12), ElementsAre(0, 0, 0, 3, 0, 248, 0, 7, 0, 1, 0, 2));
+}
+
+TEST(ControlProtocol, takesOnlyItsOwnAddressAndOnlyOneThatItCanHave) {
+    const FakeCameraProcess camera(onlyAddress);
+    RawHost host;
+    host.send(request(ForceIp, forced(0x7f000003, 0x7f000004)));
+    EXPECT_THAT(host.skipAnswers(), SizeIs(256u)) << "no answer for another camera";
+    for (const std::uint32_t address : {0u, 0xc0000201u})
+        EXPECT_EQ(get16(host.ask(request(ForceIp, forced(0x7f000002, address))).data()),
+                  LocalProblem);
+    EXPECT_EQ(host.read(Width), Success) << "at its old address";
+    EXPECT_EQ(get16(host.ask(request(ForceIp, forced(0x7f000002, 0x7f000003))).data()), Success);
+    host.send(request(Discovery, {}));
+    EXPECT_THAT(host.receive(300), IsEmpty()) << "has left it";
 }
 
 TEST(ControlProtocol, belongsToOneHostUntilItLeavesOrFallsSilent) {

@@ -28,6 +28,16 @@ TEST(NetworkAdapters, readLinkSpeedMtuAndMacAddress) {
     EXPECT_GE(mtu("lo"), 1500);
 }
 
+TEST(NetworkAdapters, discardAnswersOfOtherSubnetsWhereOneFilterIsOn) {
+    const FileTree files;
+    EXPECT_FALSE(checksWayBack("eth7", files.root())) << "not known";
+    for (const auto& [all, own] : {std::pair("0", "2"), {"1", "0"}, {"0", "0"}}) {
+        files.write("proc/sys/net/ipv4/conf/all/rp_filter", all);
+        files.write("proc/sys/net/ipv4/conf/eth7/rp_filter", own);
+        EXPECT_EQ(checksWayBack("eth7", files.root()), *all != '0' || *own != '0');
+    }
+}
+
 TEST(NetworkAdapters, areThoseOfTheRouteToAnAddress) {
     const auto adapter = adapterTowards(0x7F000509);
     ASSERT_TRUE(adapter);
@@ -53,6 +63,7 @@ TEST(Addresses, areReadFromTexts) {
     EXPECT_EQ(macNumber("02-FC-00-00-00-0a"), 0x02FC0000000AU);
     EXPECT_EQ(macNumber("A-GUID"), 0U);
     EXPECT_EQ(macNumber("80:00:02:08:fe:80:00"), 0U) << "seven bytes";
+    EXPECT_EQ(macText(0x02FC0000000A), "02:fc:00:00:00:0a");
 }
 
 } // namespace

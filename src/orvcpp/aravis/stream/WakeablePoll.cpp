@@ -33,14 +33,14 @@ short WakeablePoll::wait(int handle, std::chrono::microseconds limit) const {
         return 0;
     if (polled[1].revents != 0) {
         std::uint64_t count = 0;
-        [[maybe_unused]] const ssize_t size = read(m_wake.handle(), &count, sizeof count);
+        [[maybe_unused]] const ssize_t size = ::read(m_wake.handle(), &count, sizeof count);
     }
     return polled[0].revents;
 }
 
 void WakeablePoll::wake() const {
     constexpr std::uint64_t one = 1;
-    [[maybe_unused]] const ssize_t size = write(m_wake.handle(), &one, sizeof one);
+    [[maybe_unused]] const ssize_t size = ::write(m_wake.handle(), &one, sizeof one);
 }
 
 } // namespace orv::aravis
