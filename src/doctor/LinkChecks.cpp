@@ -19,20 +19,20 @@ constexpr std::uint64_t usb3Speed = 5'000'000'000;
 /// The largest packet of Ethernet without jumbo frames, in bytes.
 constexpr std::uint64_t usualPacket = 1500;
 
+/// The interfaces of a link get equal parts of what others leave of it.
 std::string autoSetCommand(const LinkEvidence& link) {
-    // Of a shared link each interface gets the same part, as the SDK does not tell them apart.
-    std::string command;
-    for (const std::string& interface : link.interfaces) {
-        command += (command.empty() ? "" : " && ") + std::string("spanlet autoset --interface ") +
-                   platform::shellWord(interface);
-        if (link.interfaces.size() == 1)
-            continue;
-        char share[48];
+    const double left = usableBytesPerSecond(link.speed, 0) - link.otherTraffic;
+    const bool isWhole = link.interfaces.size() == 1 && link.otherTraffic <= 0;
+    char share[48] = "";
+    if (!isWhole)
         std::snprintf(share, sizeof share, " --max-bandwidth %.1f",
-                      static_cast<double>(link.speed) / 8e6 /
-                          static_cast<double>(link.interfaces.size()));
-        command += share;
-    }
+                      left / 1e6 / static_cast<double>(link.interfaces.size()));
+    std::string command;
+    if (left <= 0)
+        return command;
+    for (const std::string& interface : link.interfaces)
+        command += (command.empty() ? "" : " && ") + std::string("spanlet autoset --interface ") +
+                   platform::shellWord(interface) + share;
     return command;
 }
 

@@ -110,7 +110,7 @@ const Fault linkFaults[] = {
          it.links[1].cameras.push_back(it.links[1].cameras[0]);
          it.links[1].cameras[0].limit = 600'000'000;
      }},
-    {"warning bandwidth GEV 0", "with 90.0 MB/s by others", "spanlet autoset",
+    {"warning bandwidth GEV 0", "with 90.0 MB/s by others", "--max-bandwidth 35.0",
      [](HostEvidence& it) {
          it.links[0].otherTraffic = 90e6;
      }},
