@@ -11,7 +11,7 @@ namespace doctor {
 
 namespace {
 
-constexpr char host[] = "this host";
+constexpr char thisHost[] = "this host";
 
 std::string kilobytes(std::uint64_t bytes) {
     return std::to_string(bytes / 1024) + " KB";
@@ -27,15 +27,15 @@ void checkReceiveBuffer(const HostEvidence& evidence, Findings& findings) {
     const std::string text =
         granted ? kilobytes(*granted) + " of " + kilobytes(wanted) + " (net.core.rmem_max)" : "";
     if (!granted)
-        findings.push_back({Severity::Unknown, "receive-buffer", host,
+        findings.push_back({Severity::Unknown, "receive-buffer", thisHost,
                             "The largest receive buffer cannot be read.", "", ""});
     else if (session::receiveBufferWarning(evidence.cameras, evidence.memory))
-        findings.push_back({Severity::Warning, "receive-buffer", host,
+        findings.push_back({Severity::Warning, "receive-buffer", thisHost,
                             "The receive buffer of a stream's UDP socket is too small for a busy "
                             "moment.",
                             text, platform::receiveBufferCommand(wanted)});
     else
-        findings.push_back({Severity::Ok, "receive-buffer", host,
+        findings.push_back({Severity::Ok, "receive-buffer", thisHost,
                             "Streams of GigE cameras have enough memory.", text, ""});
 }
 
@@ -43,11 +43,11 @@ void checkPacketRing(const HostEvidence& evidence, Findings& findings) {
     if (evidence.cameras.gige == 0)
         return;
     if (evidence.memory.mayOpenPacketSockets)
-        findings.push_back({Severity::Ok, "packet-ring", host,
+        findings.push_back({Severity::Ok, "packet-ring", thisHost,
                             "GigE cameras are received by the packet ring.",
                             "CAP_NET_RAW (/proc/self/status)", ""});
     else
-        findings.push_back({Severity::Hint, "packet-ring", host,
+        findings.push_back({Severity::Hint, "packet-ring", thisHost,
                             "GigE cameras are received by UDP sockets. The packet ring takes less "
                             "processor time and loses fewer packets.",
                             "no CAP_NET_RAW (/proc/self/status)",
@@ -64,10 +64,10 @@ void checkUsbMemory(const HostEvidence& evidence, Findings& findings) {
                                            platform::usbMemoryFile + ")"
                                      : "";
     if (!granted)
-        findings.push_back({Severity::Unknown, "usb-memory", host,
+        findings.push_back({Severity::Unknown, "usb-memory", thisHost,
                             "The memory for USB transfers cannot be read.", "", ""});
     else if (session::usbMemoryWarning(evidence.cameras, evidence.memory))
-        findings.push_back({Severity::Warning, "usb-memory", host,
+        findings.push_back({Severity::Warning, "usb-memory", thisHost,
                             "The memory for USB transfers is too small for the USB cameras.", text,
                             platform::usbMemoryCommand(needed)});
     else
@@ -90,18 +90,18 @@ void checkUsbPermissions(const HostEvidence& evidence, Findings& findings) {
 
 void checkFrequencies(const HostEvidence& evidence, Findings& findings) {
     if (evidence.frequencies.empty())
-        findings.push_back({Severity::Unknown, "governor", host,
+        findings.push_back({Severity::Unknown, "governor", thisHost,
                             "The kernel tells no frequency governor of the processors.", "", ""});
     for (const platform::FrequencyControl& control : evidence.frequencies) {
         const std::string text = control.governor + " by " + control.driver + " on " +
                                  std::to_string(control.processors) +
                                  " processors (/sys/devices/system/cpu/cpu*/cpufreq)";
         if (control.isSlowest())
-            findings.push_back({Severity::Hint, "governor", host,
+            findings.push_back({Severity::Hint, "governor", thisHost,
                                 "Processors keep their lowest frequency whatever they have to do.",
                                 text, platform::performanceGovernorCommand()});
         else
-            findings.push_back({Severity::Ok, "governor", host,
+            findings.push_back({Severity::Ok, "governor", thisHost,
                                 "The processors' frequency follows the load, or is high.", text,
                                 ""});
     }

@@ -22,7 +22,7 @@ AdapterEvidence adapter(const char* name, std::uint32_t address) {
     it.speed = gigabit;
     it.link = platform::LinkSettings{gigabit, platform::Duplex::Full, true, gigabit};
     it.ring = platform::ReceiveRing{4096, 4096};
-    it.coalescing = platform::InterruptCoalescing{50, 0, false};
+    it.coalescing = platform::InterruptCoalescing{0, 0, true};
     it.reversePathFilter = 0;
     it.counters[NetworkCount::AdapterMissed] = 0;
     return it;
@@ -148,7 +148,7 @@ const Fault adapterFaults[] = {
     {"warning coalescing eth0", "rx-usecs 0, rx-frames 0, adaptive-rx off (ethtool -c eth0)",
      "sudo ethtool -C eth0 rx-usecs 50",
      [](HostEvidence& it) {
-         it.adapters[0].coalescing->microseconds = 0;
+         it.adapters[0].coalescing->isAdaptive = false;
      }},
     {"warning link-speed eth0", "100 Mbit/s of 1 Gbit/s, negotiation on (ethtool eth0)",
      "sudo ethtool -s eth0 autoneg on",
@@ -328,7 +328,7 @@ TEST(HostExamination, leavesOutWhatNoCameraUses) {
     host.adapters.push_back(adapter("lo", 0x7F000001));
     host.adapters[2].isLoopback = true;
     host.adapters[2].mtu = 65'536;
-    host.adapters[2].coalescing->microseconds = 0;
+    host.adapters[2].coalescing->isAdaptive = false;
     host.links.push_back({{"lo"}, false, gigabit, 65'536, "lo", 0, {streamingCamera("F")}});
     host.links[2].cameras[0].packetSize = 1400;
     EXPECT_EQ(titlesOf(examine(host)), std::vector<std::string>());
