@@ -31,8 +31,7 @@ std::uint32_t requireMask(const QString& prefix) {
     const int bits = prefix.toInt(&isNumber);
     if (!isNumber || bits < 1 || bits > largestPrefix)
         throw Failure(QStringLiteral("The prefix \"%1\" is not a number from 1 to %2.")
-                          .arg(prefix)
-                          .arg(largestPrefix),
+                          .arg(prefix, QString::number(largestPrefix)),
                       ExitCode::WrongUse);
     return gige::maskOfPrefix(bits);
 }

@@ -137,6 +137,9 @@ TEST(SetIp, runsItsExamplesAsTyped) {
     EXPECT_GE(examples.size(), 3U);
     for (const std::string& example : examples)
         EXPECT_THAT(textOf(example), HasSubstr("DEV_02FC7F000002 on lo: ")) << example;
+    const std::string tried = textOf("set-ip FC0001 127.0.0.30 --dry-run");
+    EXPECT_THAT(tried, HasSubstr("127.0.0.2/8 -> 127.0.0.30/8, until"));
+    EXPECT_EQ(textOf("set-ip FC0001 127.0.0.30 --dry-run"), tried) << "not done";
 }
 
 TEST(SetIp, refusesSimulatedCamerasAndOnesInUse) {
