@@ -20,7 +20,7 @@ using doctor::Finding;
 using doctor::Findings;
 using doctor::Severity;
 
-constexpr char allOption[] = "all";
+constexpr char allFindings[] = "all";
 
 doctor::HostEvidence collect(Cameras& cameras) {
     doctor::HostEvidence evidence;
@@ -97,7 +97,7 @@ QString summaryOf(const Findings& findings, bool showsAll) {
 Report runDoctor(Context& context) {
     const doctor::HostEvidence evidence = collect(context.openCameras());
     const Findings findings = doctor::examine(evidence);
-    const bool showsAll = context.arguments.has(QLatin1String(allOption));
+    const bool showsAll = context.arguments.has(QLatin1String(allFindings));
     const int width = std::min(context.terminal.lineWidth(), longestLine);
     QJsonArray documents;
     QStringList lines;
@@ -128,7 +128,7 @@ Command doctorCommand() {
                        "Each finding has what was read and a command that cures it. The exit code "
                        "is 1 when one is an error: when it costs frames or makes a camera "
                        "unusable.");
-    command.options = {{QLatin1String(allOption),
+    command.options = {{QLatin1String(allFindings),
                         QStringLiteral("Also what is in order, and what could not be checked.")}};
     command.examples = QStringList{QStringLiteral("doctor --config :oversubscribed"),
                                    QStringLiteral("doctor --config :oversubscribed --all --json")};

@@ -71,8 +71,8 @@ void checkUsbMemory(const HostEvidence& evidence, Findings& findings) {
                             "The memory for USB transfers is too small for the USB cameras.", text,
                             platform::usbMemoryCommand(needed)});
     else
-        findings.push_back(
-            {Severity::Ok, "usb-memory", host, "The USB cameras have enough memory.", text, ""});
+        findings.push_back({Severity::Ok, "usb-memory", thisHost,
+                            "The USB cameras have enough memory.", text, ""});
 }
 
 void checkUsbPermissions(const HostEvidence& evidence, Findings& findings) {

@@ -15,9 +15,9 @@ namespace platform {
 
 namespace {
 
-constexpr std::int64_t bitsPerMegabit = 1'000'000;
+constexpr std::int64_t megabit = 1'000'000;
 /// Unknown speed: -1, which drivers report as an unsigned number.
-constexpr std::uint32_t unknownSpeed = 0xFFFFFFFF;
+constexpr std::uint32_t noSpeed = 0xFFFFFFFF;
 constexpr std::size_t bitsOfAWord = 32;
 
 /// A link mode (ETHTOOL_LINK_MODE_..., linux/ethtool.h) and its Mbit/s.
@@ -106,13 +106,12 @@ std::optional<LinkSettings> linkSettings(const std::string& adapter, const Ethto
         return std::nullopt;
     LinkSettings link;
     const std::uint32_t megabits = query.settings().speed;
-    link.speed = megabits == unknownSpeed ? 0 : megabits * bitsPerMegabit;
+    link.speed = megabits == noSpeed ? 0 : megabits * megabit;
     link.duplex = duplexOf(query.settings().duplex);
     link.isNegotiated = query.settings().autoneg == AUTONEG_ENABLE;
     for (const Mode& mode : modes)
         if (query.isShared(mode.bit))
-            link.possibleSpeed =
-                std::max(link.possibleSpeed.value_or(0), mode.megabits * bitsPerMegabit);
+            link.possibleSpeed = std::max(link.possibleSpeed.value_or(0), mode.megabits * megabit);
     return link;
 }
 
