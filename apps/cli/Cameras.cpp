@@ -105,8 +105,6 @@ void Cameras::warnOfExcess(const HostInterface& interface) const {
 }
 
 void Cameras::warnOfExcess(const HostInterface& interface, double marginPercent) const {
-    // Auto Set divides an interface to half a percent.
-    constexpr double tolerance = 1.005;
     QStringList names;
     double limits = 0;
     double others = 0;
@@ -117,8 +115,8 @@ void Cameras::warnOfExcess(const HostInterface& interface, double marginPercent)
     }
     const auto bitsPerSecond = m_controller->getInterfaceSpeed(interface.name.toStdString());
     const double bytesPerSecond = static_cast<double>(bitsPerSecond) / 8;
-    const double usable = bytesPerSecond * (1 - marginPercent / 100);
-    if (bitsPerSecond == 0 || limits + others <= usable * tolerance)
+    const double usable = usableBytesPerSecond(bitsPerSecond, marginPercent);
+    if (bitsPerSecond == 0 || limits + others <= usable * divisionTolerance)
         return;
     const auto megabytes = [](double bytes) {
         return QString::number(bytes / 1e6, 'f', 1);

@@ -41,6 +41,9 @@ public:
     const std::vector<HostInterface>& interfaces() const { return m_interfaces; }
     bool areSimulated() const { return m_session.isSimulated(); }
 
+    /// How many of the cameras are real ones.
+    RealCameras countReal() const { return realCameras(m_session.system()); }
+
     /// Warns at the first call when the host has too little memory for the cameras' streams.
     void warnOfLimits() { m_limits.check(m_session.system()); }
 

@@ -14,6 +14,7 @@ Command getCommand();
 Command setCommand();
 Command setIpCommand();
 Command runCommand();
+Command doctorCommand();
 Command helpCommand();
 
 } // namespace cli

@@ -10,7 +10,7 @@ namespace cli {
 namespace {
 
 /// QCommandLineParser::helpText() breaks lines at this width.
-constexpr int width = 79;
+constexpr int helpWidth = 79;
 
 /// A text in indented lines of at most that width.
 QString wrapped(const QString& text, int indent) {
@@ -18,7 +18,7 @@ QString wrapped(const QString& text, int indent) {
     QString result;
     QString line;
     for (const QString& word : text.split(QLatin1Char(' '))) {
-        if (!line.isEmpty() && indent + line.size() + 1 + word.size() > width) {
+        if (!line.isEmpty() && indent + line.size() + 1 + word.size() > helpWidth) {
             result += margin + line + QLatin1Char('\n');
             line.clear();
         }

@@ -14,9 +14,10 @@ namespace cli {
 namespace {
 
 const std::vector<Command>& commands() {
-    static const std::vector<Command> all{
-        listCommand(), benchmarkCommand(), watchCommand(), autoSetCommand(), featuresCommand(),
-        getCommand(),  setCommand(),       setIpCommand(), runCommand(),     helpCommand()};
+    static const std::vector<Command> all{listCommand(),    benchmarkCommand(), watchCommand(),
+                                          autoSetCommand(), featuresCommand(),  getCommand(),
+                                          setCommand(),     setIpCommand(),     runCommand(),
+                                          doctorCommand(),  helpCommand()};
     return all;
 }
 
@@ -160,6 +161,8 @@ Verbosity Invocation::verbosity() const {
     int count = 0;
     for (const QString& name : m_parser.optionNames())
         count += name == QLatin1String("v") || name == QLatin1String("verbose") ? 1 : 0;
+    if (count == 0 && m_command && m_command->isQuiet)
+        return Verbosity::Nothing;
     return static_cast<Verbosity>(std::min(count, 2));
 }
 

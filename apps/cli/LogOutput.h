@@ -13,7 +13,7 @@ namespace cli {
 class Terminal;
 
 /// Which log lines are shown; each level includes those before.
-enum class Verbosity : int { Warnings = 0, Information = 1, Debugging = 2 };
+enum class Verbosity : int { Nothing = -1, Warnings = 0, Information = 1, Debugging = 2 };
 
 /// Redirects log lines from the standard output stream, which is for results, to messages on the
 /// terminal until it is destroyed. Shows warnings of the same text once. Lines may come from any

@@ -16,6 +16,7 @@ struct KnownFeature;
 
 /// Names of modules that every camera has; a GigE camera's stream driver is in the first stream.
 inline constexpr char cameraModule[] = "Camera";
+inline constexpr char interfaceModule[] = "Interface";
 inline constexpr char localDeviceModule[] = "Local Device";
 inline constexpr char firstStreamModule[] = "Stream0";
 

@@ -177,7 +177,7 @@ void Analysis::judgePath(Case& each) {
             quoted(m_evidence.name) +
             " --adjust-packet-size. Or permit larger packets (jumbo frames) in the switch and the "
             "adapter" +
-            (adapter.empty() ? "." : ": sudo ip link set " + adapter + " mtu 9000"));
+            (adapter.empty() ? "." : ": " + platform::mtuCommand(adapter)));
     each.missing -= std::min(each.missing, hollow * packetsPerFrame(camera));
     each.isExplained = true;
 }

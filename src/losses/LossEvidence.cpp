@@ -2,7 +2,8 @@
 #include "losses/LossEvidence.h"
 
 #include "features/FeatureController.h"
-#include "features/FeatureValue.h"
+#include "features/OptionalFeatures.h"
+#include "losses/CameraAdapter.h"
 #include "platform/HostCommands.h"
 
 #include <algorithm>
@@ -14,7 +15,6 @@ namespace {
 
 using Count = CameraEvidence::Count;
 
-constexpr char interfaceModule[] = "Interface";
 constexpr char packetsReceivedFeature[] = "GevStreamSeenPacketCount";
 
 /// Between two readings at the end, until this program has read what the adapter received.
@@ -46,26 +46,11 @@ constexpr StreamFeature settings[] = {
     {"GVSPHostReceiveBufferSize", &CameraEvidence::receiveBuffer},
 };
 
-/// Nothing where the module has no such feature, without a message, or it cannot be read.
-std::optional<FeatureValue> readFeature(const ObservedCamera& camera, const char* module,
-                                        const char* feature) {
-    const FeatureController& features = *camera.features;
-    if (!features.getModule(module) || !features.hasFeature(module, feature))
-        return std::nullopt;
-    return features.readFeatureValue(module, feature);
-}
-
-Count readCount(const ObservedCamera& camera, const char* module, const char* feature) {
-    const auto value = readFeature(camera, module, feature);
-    const auto number = value ? integerOf(*value) : std::nullopt;
-    return number && *number >= 0 ? Count(static_cast<std::uint64_t>(*number)) : std::nullopt;
-}
-
 /// Name of the network adapter that the cameras share; empty where it is not known.
-std::string adapterOf(const std::vector<ObservedCamera>& cameras) {
+std::string adapterOfAll(const std::vector<ObservedCamera>& cameras) {
     for (const ObservedCamera& camera : cameras)
-        if (const auto address = readCount(camera, interfaceModule, "GevInterfaceSubnetIPAddress"))
-            return platform::adapterWithAddress(static_cast<std::uint32_t>(*address));
+        if (std::string adapter = adapterOf(*camera.features); !adapter.empty())
+            return adapter;
     return {};
 }
 
@@ -73,7 +58,7 @@ template <std::size_t size>
 void read(CameraEvidence& evidence, const ObservedCamera& camera,
           const StreamFeature (&features)[size]) {
     for (const StreamFeature& each : features)
-        evidence.*each.count = readCount(camera, firstStreamModule, each.feature);
+        evidence.*each.count = readCount(*camera.features, firstStreamModule, each.feature);
 }
 
 /// Unknown where one of both is, and when the count was begun anew.
@@ -96,12 +81,12 @@ void describe(CameraEvidence& evidence, const ObservedCamera& camera) {
     evidence.isTriggered = isSilent(evidence) && camera.isTriggered && camera.isTriggered();
     read(evidence, camera, statistics);
     read(evidence, camera, settings);
-    if (const auto driver = readFeature(camera, firstStreamModule, "GVSPDriver"))
+    if (const auto driver = readIfPresent(*camera.features, firstStreamModule, "GVSPDriver"))
         if (const auto name = textOf(*driver))
             evidence.usesRing = *name == "Filter";
     if (evidence.isUsb)
         evidence.usbSpeed =
-            readCount(camera, localDeviceModule, "DeviceConnectionSpeed").value_or(0);
+            readCount(*camera.features, localDeviceModule, "DeviceConnectionSpeed").value_or(0);
 }
 
 } // namespace
@@ -112,7 +97,7 @@ LossEvidence::LossEvidence(std::string name, std::vector<ObservedCamera> cameras
     m_evidence.isSimulated = areSimulated;
     m_evidence.program = platform::programFile();
     if (!areSimulated)
-        m_before = platform::readNetworkCounters(adapterOf(cameras));
+        m_before = platform::readNetworkCounters(adapterOfAll(cameras));
     for (ObservedCamera& camera : cameras)
         m_cameras.push_back({std::move(camera), {}, std::nullopt});
 }
@@ -147,7 +132,7 @@ std::optional<std::int64_t> LossEvidence::surplusNow() const {
         if (!camera.observed.frames())
             continue;
         const Count received =
-            readCount(camera.observed, firstStreamModule, packetsReceivedFeature);
+            readCount(*camera.observed.features, firstStreamModule, packetsReceivedFeature);
         if (!received)
             return std::nullopt;
         streams += *received;
@@ -194,6 +179,7 @@ void LossEvidence::noteEnd(std::chrono::milliseconds longestDrain) {
                 evidence.*each.count =
                     movement(*camera.streamBefore.*each.count, evidence.*each.count);
         if (!m_evidence.mtu)
-            m_evidence.mtu = readCount(camera.observed, interfaceModule, "GevInterfaceMTU");
+            m_evidence.mtu =
+                readCount(*camera.observed.features, interfaceModule, "GevInterfaceMTU");
     }
 }

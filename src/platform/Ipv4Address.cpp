@@ -12,13 +12,6 @@ std::optional<std::uint32_t> parseAddress(const std::string& text) {
     return ntohl(address.s_addr);
 }
 
-std::string addressText(std::uint32_t address) {
-    const in_addr number{htonl(address)};
-    char text[INET_ADDRSTRLEN] = "";
-    inet_ntop(AF_INET, &number, text, sizeof text);
-    return text;
-}
-
 sockaddr_in socketAddress(std::uint32_t address, std::uint16_t port) {
     sockaddr_in result{};
     result.sin_family = AF_INET;

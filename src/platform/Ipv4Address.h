@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "platform/AddressText.h"
+
 #include <cstdint>
 #include <netinet/in.h>
 #include <optional>
@@ -11,9 +13,6 @@ namespace platform {
 
 /// Reads a text like "192.168.1.10"; nothing when it is no IPv4 address.
 std::optional<std::uint32_t> parseAddress(const std::string& text);
-
-/// The text that parseAddress() reads.
-std::string addressText(std::uint32_t address);
 
 /// Address and port as the operating system's calls take them.
 sockaddr_in socketAddress(std::uint32_t address, std::uint16_t port);

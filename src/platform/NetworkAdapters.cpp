@@ -1,21 +1,17 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "platform/NetworkAdapters.h"
 
+#include "platform/EthernetSettings.h"
 #include "platform/Ipv4Address.h"
+#include "platform/KernelSettings.h"
 #include "platform/Sysfs.h"
 #include "platform/UdpSocket.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
-#include <climits>
-#include <cstdio>
 #include <ifaddrs.h>
-#include <linux/ethtool.h>
-#include <linux/sockios.h>
 #include <memory>
 #include <net/if.h>
-#include <sys/ioctl.h>
 
 namespace platform {
 
@@ -25,31 +21,8 @@ constexpr std::int64_t bitsPerMegabit = 1'000'000;
 /// The route does not depend on the port, and nothing is sent.
 constexpr std::uint16_t anyPort = 3956;
 constexpr int macDigits = 12;
-/// Unknown speed: -1, which drivers and the sysfs of older kernels report as an unsigned number.
+/// Unknown speed: -1, which the sysfs of older kernels shows as an unsigned number.
 constexpr std::uint32_t unknownSpeed = 0xFFFFFFFF;
-
-/// Mbit/s that the adapter's driver reports; nothing when it reports no speeds.
-std::optional<std::uint64_t> driverSpeed(const std::string& adapter) {
-    // Three masks follow the structure; each has at most SCHAR_MAX words, by the type of its count.
-    std::array<std::uint32_t, sizeof(ethtool_link_settings) / sizeof(std::uint32_t) + 3 * SCHAR_MAX>
-        buffer{};
-    auto* settings = reinterpret_cast<ethtool_link_settings*>(buffer.data());
-    ifreq request{};
-    adapter.copy(request.ifr_name, IF_NAMESIZE - 1);
-    request.ifr_data = reinterpret_cast<char*>(settings);
-    const UdpSocket socket;
-    const auto ask = [&] {
-        settings->cmd = ETHTOOL_GLINKSETTINGS;
-        return ioctl(socket.handle(), SIOCETHTOOL, &request) == 0;
-    };
-    // The first answer is only the size of the masks, as a negative number.
-    if (!ask() || settings->link_mode_masks_nwords >= 0)
-        return std::nullopt;
-    settings->link_mode_masks_nwords = static_cast<__s8>(-settings->link_mode_masks_nwords);
-    if (!ask() || settings->link_mode_masks_nwords <= 0)
-        return std::nullopt;
-    return settings->speed;
-}
 
 /// Names of all adapters in a list of addresses. Each adapter has a packet-level entry (AF_PACKET),
 /// even without an IP address.
@@ -110,8 +83,9 @@ std::string adapterOf(const std::string& label, const std::vector<std::string>& 
 }
 
 std::int64_t linkSpeed(const std::string& adapter, const std::filesystem::path& sysfs) {
-    const std::uint64_t megabits =
-        driverSpeed(adapter).value_or(sysfsNumber(folderOf(adapter, sysfs) / "speed").value_or(0));
+    if (const auto link = linkSettings(adapter))
+        return link->speed;
+    const std::uint64_t megabits = sysfsNumber(folderOf(adapter, sysfs) / "speed").value_or(0);
     return megabits < unknownSpeed ? static_cast<std::int64_t>(megabits) * bitsPerMegabit : 0;
 }
 
@@ -124,10 +98,7 @@ std::uint64_t macAddress(const std::string& adapter, const std::filesystem::path
 }
 
 bool checksWayBack(const std::string& adapter, const std::filesystem::path& root) {
-    // The stricter of the two holds.
-    const auto folder = root / "proc/sys/net/ipv4/conf";
-    return sysfsNumber(folder / "all/rp_filter").value_or(0) != 0 ||
-           sysfsNumber(folder / adapter / "rp_filter").value_or(0) != 0;
+    return reversePathFilter(adapter, root).value_or(0) != 0;
 }
 
 std::uint64_t macNumber(const std::string& text) {
@@ -142,16 +113,6 @@ std::uint64_t macNumber(const std::string& text) {
         mac = mac << 4U | static_cast<std::uint64_t>(value);
     }
     return mac;
-}
-
-std::string macText(std::uint64_t mac) {
-    char text[3 * macDigits / 2];
-    std::snprintf(
-        text, sizeof text, "%02x:%02x:%02x:%02x:%02x:%02x",
-        static_cast<unsigned>(mac >> 40U & 0xFFU), static_cast<unsigned>(mac >> 32U & 0xFFU),
-        static_cast<unsigned>(mac >> 24U & 0xFFU), static_cast<unsigned>(mac >> 16U & 0xFFU),
-        static_cast<unsigned>(mac >> 8U & 0xFFU), static_cast<unsigned>(mac & 0xFFU));
-    return text;
 }
 
 } // namespace platform

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "platform/AddressText.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -54,8 +56,5 @@ bool checksWayBack(const std::string& adapter, const std::filesystem::path& root
 /// Number of a MAC address like "02:fc:00:00:00:01", with ":", "-" or nothing between the digits;
 /// 0 for any other text.
 std::uint64_t macNumber(const std::string& text);
-
-/// The text of a MAC address, like "02:fc:00:00:00:01".
-std::string macText(std::uint64_t mac);
 
 } // namespace platform

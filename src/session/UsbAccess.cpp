@@ -42,21 +42,29 @@ bool mayOpen(const fs::path& file) {
 
 } // namespace
 
-std::vector<ClosedUsbCamera> closedUsbCameras(const fs::path& root) {
-    std::vector<ClosedUsbCamera> closed;
+std::vector<Usb3VisionCamera> usb3VisionCameras(const fs::path& root) {
+    std::vector<Usb3VisionCamera> cameras;
     for (const platform::UsbDevice& device : platform::usbDevices(root / "sys")) {
         const std::string file = fileOf(device);
-        if (isUsb3Vision(device) && !mayOpen(root / file))
-            closed.push_back({nameOf(device), '/' + file});
+        if (isUsb3Vision(device))
+            cameras.push_back({nameOf(device), '/' + file, device.linkSpeed, mayOpen(root / file)});
     }
-    return closed;
+    return cameras;
 }
 
-std::optional<std::string> usbAccessWarning(const std::vector<ClosedUsbCamera>& cameras) {
+std::vector<Usb3VisionCamera> closedUsbCameras(const fs::path& root) {
+    std::vector<Usb3VisionCamera> cameras = usb3VisionCameras(root);
+    cameras.erase(std::remove_if(cameras.begin(), cameras.end(),
+                                 [](const auto& camera) { return camera.mayBeOpened; }),
+                  cameras.end());
+    return cameras;
+}
+
+std::optional<std::string> usbAccessWarning(const std::vector<Usb3VisionCamera>& cameras) {
     if (cameras.empty())
         return std::nullopt;
     std::string list;
-    for (const ClosedUsbCamera& camera : cameras)
+    for (const Usb3VisionCamera& camera : cameras)
         list += (list.empty() ? "" : ", ") + camera.name + " (" + camera.file + ')';
     return "No permission to open these USB3 Vision cameras: " + list +
            ". To permit them to the user at this computer and to the group video: " +

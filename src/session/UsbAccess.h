@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -8,18 +9,26 @@
 
 namespace session {
 
-/// A USB3 Vision camera that this user has no permission to open.
-struct ClosedUsbCamera {
+/// A USB3 Vision camera at this host.
+struct Usb3VisionCamera {
     /// Maker, model and serial number, those that the camera tells.
     std::string name;
     /// File by which programs open the camera, as the user sees it: "/dev/bus/usb/002/007".
     std::string file;
+    /// Bits per second of its link; 0 when it is not known.
+    std::int64_t linkSpeed = 0;
+    /// Whether this user has the permission to open it.
+    bool mayBeOpened = false;
 };
 
-/// Finds such cameras in the folders /sys and /dev below \p root. Reentrant.
-std::vector<ClosedUsbCamera> closedUsbCameras(const std::filesystem::path& root = "/");
+/// Finds all of them in the folders /sys and /dev below \p root. Opens no camera, only its file.
+/// Reentrant.
+std::vector<Usb3VisionCamera> usb3VisionCameras(const std::filesystem::path& root = "/");
+
+/// Those of them that this user has no permission to open. Reentrant.
+std::vector<Usb3VisionCamera> closedUsbCameras(const std::filesystem::path& root = "/");
 
 /// Warning for a person, with the command that permits access; nothing without cameras.
-std::optional<std::string> usbAccessWarning(const std::vector<ClosedUsbCamera>& cameras);
+std::optional<std::string> usbAccessWarning(const std::vector<Usb3VisionCamera>& cameras);
 
 } // namespace session

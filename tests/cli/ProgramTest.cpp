@@ -15,7 +15,7 @@ TEST(Program, endsWithAMessageAndAnExitCode) {
         int code;
         const char* message;
     } cases[] = {
-        {"", 2, "run, help.\nTry \"spanlet help\".\n"},
+        {"", 2, "run, doctor, help.\nTry \"spanlet help\".\n"},
         {"lst", 2, "no command \"lst\". There is: list, benchmark, "},
         {"help lst", 2, "no command \"lst\". There is: list, benchmark, "},
         {"-v autoset --lokc A", 2, "\nTry \"spanlet autoset --help\".\n"},
@@ -182,6 +182,21 @@ TEST(Program, tellsUnlimitedCamerasAndTheSumOfAnInterface) {
         EXPECT_TRUE(unlimited.toObject().value(QLatin1String(key)).isNull());
     // The limits of the other two cameras add up to 60 MB/s.
     EXPECT_THAT(textOf("autoset --camera GEV-21017"), HasSubstr(": 184.0 of 125.0 MB/s in use"));
+}
+
+TEST(Program, examinesSimulatedCamerasAndNotTheHost) {
+    SpanletProcess spanlet;
+    EXPECT_EQ(spanlet.run("doctor --config " SHARED_LINKS_FILE), 1);
+    EXPECT_EQ(spanlet.err(), "") << "the findings say it";
+    const std::string text = spanlet.out();
+    EXPECT_EQ(matches(text, "^(error|warning|hint) +(.*\\.) "),
+              (Texts{"W: open.", "GEV-a and GEV-b: bandwidth.", "GEV-c: bandwidth.",
+                     "U3V-a and U3V-b: bandwidth.", "GEV-a and GEV-b: packet-size.",
+                     "GEV-c: packet-size."}));
+    EXPECT_THAT(text, HasSubstr("read: limits 140.0 MB/s (1 of 2 cameras) with 90.0 MB/s by"));
+    EXPECT_THAT(text, HasSubstr("cure: spanlet autoset --interface GEV-c --max-bandwidth 35.0\n"));
+    EXPECT_THAT(text, HasSubstr("\nThe cameras are simulated: adapters"));
+    EXPECT_THAT(text, HasSubstr("\n1 error, 3 warnings, 2 hints. In order: 0 checks. Unknown: 3."));
 }
 
 TEST(Program, showsTheFeaturesThatMatter) {

@@ -18,7 +18,7 @@ TEST(HostCommands, areThoseOfTheDocumentation) {
          {platform::usbMemoryCommand(64),
           platform::receiveBufferCommand(platform::streamReceiveBuffer),
           platform::packetSocketCommand("build/release/bin/spanlet"),
-          platform::usbPermissionCommand()})
+          platform::usbPermissionCommand(), platform::mtuCommand("enp3s0")})
         EXPECT_THAT(page, testing::HasSubstr("sh " + command + " ```"));
     EXPECT_EQ(platform::packetSocketCommand("/opt/Peter's cameras/spanlet"),
               "sudo setcap cap_net_raw+ep '/opt/Peter'\\''s cameras/spanlet'");

@@ -74,6 +74,7 @@ _spanlet_options() {
         features) echo "--filter" ;;
         set-ip) echo "--gateway --persistent --dry-run" ;;
         run) echo "--timeout" ;;
+        doctor) echo "--all" ;;
     esac
     echo "$common"
 }
@@ -106,7 +107,7 @@ _spanlet_configurations() {
 
 _spanlet() {
     local common="--config --cameras --json --verbose --help --version"
-    local commands="list benchmark watch autoset features get set set-ip run help"
+    local commands="list benchmark watch autoset features get set set-ip run doctor help"
     local scenarios="default oversubscribed sixty-four empty faulty genicam"
     local valued=" --config --cameras --interface --camera --lock --seconds --interval --benchmark"
     valued+=" --timeout --interface-margin --camera-margin --max-bandwidth --gateway "

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "doctor/Finding.h"
+#include "doctor/HostEvidence.h"
+
+/// The checks, by what they look at. Each adds its findings. Pure, reentrant.
+namespace doctor {
+
+/// Limits, packet sizes and USB speeds of the cameras, on every system and of simulated cameras.
+void checkLinks(const HostEvidence& host, Findings& findings);
+/// Settings and counters of the network adapters with cameras.
+void checkAdapters(const HostEvidence& host, Findings& findings);
+/// Subnets of adapters, addresses of cameras, and who controls these.
+void checkAddresses(const HostEvidence& host, Findings& findings);
+/// Memory, permissions and processors.
+void checkComputer(const HostEvidence& host, Findings& findings);
+
+} // namespace doctor
