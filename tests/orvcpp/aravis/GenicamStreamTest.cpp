@@ -86,8 +86,8 @@ TEST(MultiPartStream, bringsWhatTheLibraryReceives) {
     const auto receiver = sdk::startReceiving(camera, 5, true);
     EXPECT_TRUE(eventually([&] { return receiver->count() == 5; }));
     ASSERT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
-    EXPECT_EQ(receiver->incomplete, 0);
     const auto frame = receiver->takeKept().front();
+    EXPECT_EQ(sdk::ask(*frame, &sdk::Frame::GetReceiveStatus), OrvFrameStatusComplete);
     EXPECT_EQ(sdk::ask(*frame, &sdk::Frame::GetWidth), 320U);
     EXPECT_EQ(sdk::ask(*frame, &sdk::Frame::GetHeight), 66U);
     const std::uint8_t* image = nullptr;

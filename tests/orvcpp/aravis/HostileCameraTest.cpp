@@ -95,6 +95,8 @@ TEST(HostileCamera, thatOnlyAsksForTimeCostsItselfSecondsAndOthersNothing) {
         std::this_thread::sleep_for(milliseconds(100));
         EXPECT_THAT(timedOpen(*cameras.honest), Pair(OrvErrorSuccess, Lt(milliseconds(1000))));
         EXPECT_THAT(opening.get(), Pair(Ne(OrvErrorSuccess), Lt(costLimit)));
+        OrvAccessModeType modes = OrvAccessModeUnknown;
+        EXPECT_EQ(cameras.stuck->GetPermittedAccess(modes), OrvErrorNotFound);
     }
 }
 
