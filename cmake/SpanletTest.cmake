@@ -42,3 +42,23 @@ function(spanlet_test NAME)
         disable_under_wine(${NAME})
     endif()
 endfunction()
+
+# spanlet_network_test(NAME SOURCES ... LIBRARIES ... [ADAPTERS number])
+# The program test_NAME, run by tools/congested-network. Only that script can make the network that the
+# program needs, so it is one test, and skipped where the user may not make networks. It keeps every
+# processor busy, so no other test runs beside it.
+function(spanlet_network_test NAME)
+    cmake_parse_arguments(PARSE_ARGV 1 TEST "" "ADAPTERS" "SOURCES;LIBRARIES")
+    add_executable(test_${NAME} ${TEST_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/RealTimeMain.cpp)
+    target_link_libraries(test_${NAME} PRIVATE fakecamera ${TEST_LIBRARIES} GTest::gmock)
+    target_compile_definitions(test_${NAME} PRIVATE SPANLET_FILE="$<TARGET_FILE:spanlet>")
+    add_dependencies(test_${NAME} spanlet)
+    spanlet_program(test_${NAME})
+    set_target_properties(test_${NAME} PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF)
+    add_test(NAME ${NAME} COMMAND ${PROJECT_SOURCE_DIR}/tools/congested-network
+                                  $<TARGET_FILE:test_${NAME}>)
+    set_tests_properties(${NAME} PROPERTIES SKIP_RETURN_CODE 77 RUN_SERIAL ON TIMEOUT 300)
+    if(TEST_ADAPTERS)
+        set_tests_properties(${NAME} PROPERTIES ENVIRONMENT ADAPTERS=${TEST_ADAPTERS})
+    endif()
+endfunction()

@@ -90,7 +90,7 @@ std::optional<std::uint64_t> hostInTheWay(const AddressPlan& plan, const KnownNe
     return isCamera ? std::nullopt : mac;
 }
 
-/// The plan with an address that nobody has.
+/// The plan with a free address.
 AddressPlan planFreeAddress(const AddressRequest& request, const KnownNetwork& network) {
     std::vector<std::uint32_t> taken;
     for (;;) {

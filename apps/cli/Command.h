@@ -35,7 +35,7 @@ struct Command {
     QList<QCommandLineOption> options;
     /// Command lines, without the program's name. They run as they are, within seconds.
     QStringList examples;
-    /// The report has what log lines of warnings say: they are shown with --verbose only.
+    /// The report repeats the warnings of the log, so the log is shown with --verbose only.
     bool isQuiet = false;
     /// Null for "help", which an Invocation answers itself.
     Report (*run)(Context& context) = nullptr;

@@ -60,7 +60,7 @@ void StreamPackets::divide(std::uint32_t parts) {
     for (std::uint32_t i = 0; i < parts; ++i) {
         const std::uint32_t first = height * i / parts;
         const std::uint32_t lines = height * (i + 1) / parts - first;
-        // The last one has what the lines do not divide.
+        // The last part also has the bytes that do not fill a line.
         const std::size_t size = i + 1 < parts ? lines * stride : m_payload - first * stride;
         m_parts.push_back({first, lines, first * stride, size, m_dataPackets + 1});
         m_dataPackets += static_cast<std::uint32_t>((size + m_dataSize - 1) / m_dataSize);

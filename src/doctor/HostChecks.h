@@ -11,7 +11,7 @@ namespace doctor {
 void checkLinks(const HostEvidence& host, Findings& findings);
 /// Settings and counters of the network adapters with cameras.
 void checkAdapters(const HostEvidence& host, Findings& findings);
-/// Subnets of adapters, addresses of cameras, and who controls these.
+/// Checks subnets of adapters, addresses of cameras, and which programs control the cameras.
 void checkAddresses(const HostEvidence& host, Findings& findings);
 /// Memory, permissions and processors.
 void checkComputer(const HostEvidence& host, Findings& findings);

@@ -27,7 +27,7 @@ constexpr std::uint8_t broadcastAcknowledge = 0x10;
 /// Resend: the block ID has 64 bits.
 constexpr std::uint8_t extendedIds = 0x10;
 
-/// Statuses of an answer: somebody else controls the camera, and the camera has no time.
+/// Statuses of an answer: another program controls the camera, and the camera is busy.
 constexpr std::uint16_t accessDenied = 0x8006;
 constexpr std::uint16_t busy = 0x8007;
 

@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
-/// What the driver of a network adapter tells of its link and of how it receives (Linux' ethtool).
-/// Changes nothing; needs no rights. All functions are reentrant.
+/// Reads the settings of a network adapter from its driver (ethtool of Linux): its link, its
+/// receive ring, its interrupts. Changes nothing; needs no rights. All functions are reentrant.
 namespace platform {
 
 /// Passes one command (a structure of linux/ethtool.h, which begins with its number) to the driver

@@ -71,7 +71,7 @@ TEST(HostCollector, findsCamerasAndWhoControlsThem) {
     EXPECT_EQ(camera.adapter + camera.routeAdapter, "lolo");
     EXPECT_TRUE(camera.isReachable);
     EXPECT_FALSE(camera.controller);
-    // Control, then exclusive access, in which the camera refuses to tell who has it.
+    // Control, then exclusive access, in which the camera does not name the controlling program.
     for (const std::uint32_t privilege : {2U, 1U}) {
         ASSERT_TRUE(program.writeRegister(gige::privilegeRegister, privilege));
         const NetworkCamera taken = find(1);
