@@ -151,8 +151,8 @@ QJsonObject StreamingCameras::interval() {
 }
 
 void StreamingCameras::stop() {
-    m_last = count();
     m_evidence.noteEnd();
+    m_last = count();
     m_isStopped = true;
     m_controller.stopBenchmark(m_interface.index);
 }

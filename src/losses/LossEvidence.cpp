@@ -19,6 +19,9 @@ constexpr char packetsReceivedFeature[] = "GevStreamSeenPacketCount";
 
 /// Between two readings at the end, until this program has read what the adapter received.
 constexpr std::chrono::milliseconds drainStep{2};
+/// Packets wait for this program while readings fall within this time. A stream without images
+/// reads its packets every 20 ms: the time has two of these readings.
+constexpr std::chrono::milliseconds drainPause{50};
 
 /// A feature of the stream, and where its value goes.
 struct StreamFeature {
@@ -149,12 +152,19 @@ std::optional<std::int64_t> LossEvidence::surplusNow() const {
 /// fewest of them.
 std::optional<std::int64_t>
 LossEvidence::leastSurplus(std::int64_t expected, std::chrono::milliseconds longestDrain) const {
-    const auto end = std::chrono::steady_clock::now() + longestDrain;
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + longestDrain;
+    auto pauseEnd = Clock::now() + drainPause;
     auto least = surplusNow();
-    while (least && *least > expected && std::chrono::steady_clock::now() < end) {
+    while (least && *least > expected && Clock::now() < std::min(end, pauseEnd)) {
         std::this_thread::sleep_for(drainStep);
         const auto surplus = surplusNow();
-        least = surplus ? std::min(least, surplus) : std::nullopt;
+        if (!surplus)
+            return std::nullopt;
+        if (*surplus < *least) {
+            least = surplus;
+            pauseEnd = Clock::now() + drainPause;
+        }
     }
     return least;
 }
