@@ -105,8 +105,8 @@ LossEvidence::LossEvidence(std::string name, std::vector<ObservedCamera> cameras
         m_cameras.push_back({std::move(camera), {}, std::nullopt});
 }
 
-void LossEvidence::noteStart() {
-    m_surplusAtStart = surplusNow();
+void LossEvidence::noteStart(std::chrono::milliseconds longestDrain) {
+    m_surplusAtStart = leastSurplus(std::nullopt, longestDrain);
 }
 
 void LossEvidence::startFromNow() {
@@ -114,7 +114,7 @@ void LossEvidence::startFromNow() {
         camera.framesBefore = camera.observed.frames().value_or(FrameStatistics());
         read(camera.streamBefore.emplace(), camera.observed, statistics);
     }
-    noteStart();
+    noteStart(std::chrono::milliseconds(0));
 }
 
 bool LossEvidence::hasBadFrames() const {
@@ -151,12 +151,13 @@ std::optional<std::int64_t> LossEvidence::surplusNow() const {
 /// Packets that wait for this program count as surplus: the least of several readings has the
 /// fewest of them.
 std::optional<std::int64_t>
-LossEvidence::leastSurplus(std::int64_t expected, std::chrono::milliseconds longestDrain) const {
+LossEvidence::leastSurplus(std::optional<std::int64_t> expected,
+                           std::chrono::milliseconds longestDrain) const {
     using Clock = std::chrono::steady_clock;
     const auto end = Clock::now() + longestDrain;
     auto pauseEnd = Clock::now() + drainPause;
     auto least = surplusNow();
-    while (least && *least > expected && Clock::now() < std::min(end, pauseEnd)) {
+    while (least && (!expected || *least > *expected) && Clock::now() < std::min(end, pauseEnd)) {
         std::this_thread::sleep_for(drainStep);
         const auto surplus = surplusNow();
         if (!surplus)
@@ -171,7 +172,7 @@ LossEvidence::leastSurplus(std::int64_t expected, std::chrono::milliseconds long
 
 void LossEvidence::noteEnd(std::chrono::milliseconds longestDrain) {
     const auto surplus =
-        m_surplusAtStart ? leastSurplus(*m_surplusAtStart, longestDrain) : std::nullopt;
+        m_surplusAtStart ? leastSurplus(m_surplusAtStart, longestDrain) : std::nullopt;
     m_evidence.surplus =
         surplus && m_surplusAtStart ? std::optional(*surplus - *m_surplusAtStart) : std::nullopt;
     if (!m_evidence.isSimulated)

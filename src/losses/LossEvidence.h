@@ -38,10 +38,11 @@ public:
     /// cameras.
     LossEvidence(std::string name, std::vector<ObservedCamera> cameras, bool areSimulated);
 
-    /// Notes what adapter and streams have received so far. Call it once the cameras stream.
-    void noteStart();
+    /// Notes what adapter and streams have received so far. Call it once the cameras stream. Blocks
+    /// for up to \p longestDrain while packets wait for this program.
+    void noteStart(std::chrono::milliseconds longestDrain = usualDrain);
     /// In place of noteStart(), for cameras that stream already: leaves out what was counted so
-    /// far.
+    /// far. Does not block.
     void startFromNow();
     /// Whether frames were lost or came incomplete since the start. Asks nothing but the cameras'
     /// frame counts.
@@ -64,7 +65,8 @@ private:
     /// How many more packets the adapter has received since it exists than the streams since they
     /// began: only a difference of two such numbers means something. Nothing where one is unknown.
     std::optional<std::int64_t> surplusNow() const;
-    std::optional<std::int64_t> leastSurplus(std::int64_t expected,
+    /// Waits for \p expected, or where nothing is expected, until it falls no more.
+    std::optional<std::int64_t> leastSurplus(std::optional<std::int64_t> expected,
                                              std::chrono::milliseconds longestDrain) const;
 
     std::vector<Camera> m_cameras;

@@ -66,6 +66,7 @@ public:
         for (const StreamEndpoint& endpoint : endpoints)
             m_ports.push_back(endpoint.port);
     }
+    std::chrono::milliseconds latency() const override { return {}; }
     SourceCounts counts() override { return {3, 4}; }
 
 private:

@@ -6,6 +6,7 @@
 #include "orvcpp/aravis/stream/LibraryStream.h"
 #include "orvcpp/core/SdkLog.h"
 
+#include <thread>
 #include <utility>
 
 namespace orv::aravis {
@@ -126,15 +127,22 @@ OrvErrorType Acquisition::queue(const std::shared_ptr<GenicamFrame>& frame) {
 void Acquisition::stop() {
     if (m_stopping.exchange(true))
         return;
-    if (m_isStarted)
-        m_device->call([self = shared_from_this()](ArvDevice*) {
-            const FeatureCatalogue& features = *self->m_device->features();
-            const OrvErrorType error = runCommand(features, "AcquisitionStop");
-            if (error == OrvErrorSuccess)
-                lockSettings(features, 0);
-            return error;
-        });
+    if (m_isStarted && stopCamera() == OrvErrorSuccess) {
+        // What the camera sent before it stopped may still be on its way.
+        if (const auto stopped = stream())
+            std::this_thread::sleep_for(stopped->latency());
+    }
     endDelivery();
+}
+
+OrvErrorType Acquisition::stopCamera() {
+    return m_device->call([self = shared_from_this()](ArvDevice*) {
+        const FeatureCatalogue& features = *self->m_device->features();
+        const OrvErrorType error = runCommand(features, "AcquisitionStop");
+        if (error == OrvErrorSuccess)
+            lockSettings(features, 0);
+        return error;
+    });
 }
 
 void Acquisition::endDelivery() {

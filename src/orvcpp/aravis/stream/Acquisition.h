@@ -54,6 +54,7 @@ private:
     OrvErrorType announceFrames(std::size_t payload, int bufferCount);
     std::shared_ptr<CameraStream> makeStream(std::size_t payload);
     std::shared_ptr<CameraStream> stream() const;
+    OrvErrorType stopCamera();
     void endDelivery();
     void deliver(const std::shared_ptr<GenicamFrame>& frame);
 

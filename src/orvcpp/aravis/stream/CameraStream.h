@@ -7,6 +7,7 @@
 
 #include <arv.h>
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -34,6 +35,8 @@ public:
     /// Takes a frame to be filled.
     virtual void queue(std::shared_ptr<GenicamFrame> frame) = 0;
 
+    /// Longest time from the arrival of a frame until its delivery, once the stream is open.
+    virtual std::chrono::milliseconds latency() const = 0;
     virtual StreamCounts counts() const = 0;
     /// How the frames come in, once it is open.
     virtual StreamTransport transport() const = 0;

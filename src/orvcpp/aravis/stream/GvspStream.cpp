@@ -108,6 +108,11 @@ void GvspStream::queue(std::shared_ptr<GenicamFrame> frame) {
         m_free.push_back(std::move(frame));
 }
 
+std::chrono::milliseconds GvspStream::latency() const {
+    const std::lock_guard lock(m_mutex);
+    return m_receiver ? m_receiver->latency() : std::chrono::milliseconds(0);
+}
+
 StreamCounts GvspStream::counts() const {
     StreamCounts counts = m_counters.now();
     const std::lock_guard lock(m_mutex);
@@ -148,8 +153,8 @@ std::shared_ptr<GenicamFrame> GvspStream::takeFrame() {
     const std::lock_guard lock(m_mutex);
     if (m_free.empty())
         return nullptr;
-    auto frame = std::move(m_free.front());
-    m_free.pop_front();
+    auto frame = std::move(m_free.back());
+    m_free.pop_back();
     return frame;
 }
 

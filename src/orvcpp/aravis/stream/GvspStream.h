@@ -8,8 +8,8 @@
 #include "platform/UdpSocket.h"
 
 #include <atomic>
-#include <deque>
 #include <mutex>
+#include <vector>
 
 namespace orv::aravis {
 
@@ -37,6 +37,7 @@ public:
     OrvErrorType open(ArvDevice* device) override;
     void close() override;
     void queue(std::shared_ptr<GenicamFrame> frame) override;
+    std::chrono::milliseconds latency() const override;
     StreamCounts counts() const override;
     StreamTransport transport() const override;
     std::optional<std::uint64_t> lastIdOfCamera() const override;
@@ -67,8 +68,9 @@ private:
     std::atomic<std::uint64_t> m_newestId{0};
 
     mutable std::mutex m_mutex;
-    /// All below guarded by the mutex.
-    std::deque<std::shared_ptr<GenicamFrame>> m_free;
+    /// All below guarded by the mutex. The frame that was queued last is used first: its memory is
+    /// most likely in the processor's cache.
+    std::vector<std::shared_ptr<GenicamFrame>> m_free;
     std::shared_ptr<StreamReceiver> m_receiver;
     StreamTransport m_transport;
     /// What the source had dropped before the stream began, and, once it is closed, in all.

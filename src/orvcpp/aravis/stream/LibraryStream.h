@@ -22,6 +22,7 @@ public:
     OrvErrorType open(ArvDevice* device) override;
     void close() override;
     void queue(std::shared_ptr<GenicamFrame> frame) override;
+    std::chrono::milliseconds latency() const override { return std::chrono::milliseconds(0); }
     StreamCounts counts() const override;
     StreamTransport transport() const override { return {}; }
     std::optional<std::uint64_t> lastIdOfCamera() const override;

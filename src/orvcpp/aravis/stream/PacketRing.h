@@ -5,7 +5,6 @@
 #include "orvcpp/aravis/stream/WakeablePoll.h"
 #include "platform/Descriptor.h"
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -36,12 +35,15 @@ public:
     /// When the kernel has no room for the filter, the ring also hands over UDP datagrams of others
     /// and ignores headersOnly.
     void listen(const std::vector<StreamEndpoint>& endpoints) override;
+    std::chrono::milliseconds latency() const override;
     SourceCounts counts() override;
 
 private:
     explicit PacketRing(int handle) : m_socket(handle) {}
     bool prepare(unsigned adapterIndex);
     bool attach(std::vector<sock_filter> program) const;
+    /// Ends early when a block is full, or after an error of the socket.
+    void waitForBlock(std::chrono::microseconds wait);
     /// Number of the blocks that were full.
     unsigned readBlocks(const Handler& handler);
 
@@ -50,8 +52,8 @@ private:
     std::uint8_t* m_blocks = nullptr;
     /// Block that the kernel fills next.
     unsigned m_next = 0;
-    /// Whether all streams are headersOnly.
-    std::atomic<bool> m_mayGather{false};
+    /// The last receive() has found packets and left none. Used by receive() only.
+    bool m_isFlowing = false;
     std::mutex m_mutex;
     /// Guarded by the mutex: the kernel forgets its counts when they are read.
     SourceCounts m_counts;

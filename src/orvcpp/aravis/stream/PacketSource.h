@@ -54,6 +54,9 @@ public:
     /// endpoint that stays is not lost. Packets to an endpoint that was removed may still come.
     /// Any thread.
     virtual void listen(const std::vector<StreamEndpoint>& endpoints) = 0;
+    /// Longest time from the arrival of a packet until receive() finds it, on a host that is not
+    /// busy. Any thread.
+    virtual std::chrono::milliseconds latency() const = 0;
     /// Counts since the source was made. Any thread.
     virtual SourceCounts counts() = 0;
 };

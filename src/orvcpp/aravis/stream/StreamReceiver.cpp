@@ -229,4 +229,8 @@ SourceCounts StreamReceiver::counts() const {
     return m_state->source->counts();
 }
 
+std::chrono::milliseconds StreamReceiver::latency() const {
+    return m_state->source->latency();
+}
+
 } // namespace orv::aravis

@@ -43,6 +43,9 @@ public:
     /// receiver's thread may be the one that releases the consumer, soon after.
     void remove(const PacketConsumer& consumer);
     SourceCounts counts() const;
+    /// Longest time from the arrival of a packet until its consumer gets it, on a host that is not
+    /// busy.
+    std::chrono::milliseconds latency() const;
 
 private:
     struct Stream;

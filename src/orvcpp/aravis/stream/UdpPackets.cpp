@@ -59,6 +59,10 @@ void UdpPackets::listen(const std::vector<StreamEndpoint>& endpoints) {
     m_camera = endpoints.empty() ? 0 : endpoints.front().camera;
 }
 
+std::chrono::milliseconds UdpPackets::latency() const {
+    return std::chrono::ceil<std::chrono::milliseconds>(longestGathering);
+}
+
 SourceCounts UdpPackets::counts() {
     const std::lock_guard lock(m_mutex);
     const std::uint32_t drops = memoryInfo(m_socket->handle())[SK_MEMINFO_DROPS];

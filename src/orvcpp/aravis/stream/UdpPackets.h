@@ -33,6 +33,7 @@ public:
     /// the socket's. Without an endpoint, all packets are ignored.
     void listen(const std::vector<StreamEndpoint>& endpoints) override;
     /// Counts since the socket was made.
+    std::chrono::milliseconds latency() const override;
     SourceCounts counts() override;
 
 private:
