@@ -96,7 +96,13 @@ TEST(MultiPartStream, bringsWhatTheLibraryReceives) {
 }
 
 /// With the packet ring, and with a UDP socket.
-class GenicamStreams : public testing::TestWithParam<bool> {};
+class GenicamStreams : public testing::TestWithParam<bool> {
+protected:
+    static std::string configuration() {
+        return std::string(R"({"providers": [{"type": "genicam", "packetSocket": )") +
+               (GetParam() ? "true" : "false") + "}]}";
+    }
+};
 
 TEST_P(GenicamStreams, numberFramesBeyondSixteenBitsAlsoIncompleteOnes) {
     // Two cameras whose frame numbers start near the end of 16 bits, and count with 16 or 64 bits;
@@ -112,9 +118,7 @@ TEST_P(GenicamStreams, numberFramesBeyondSixteenBitsAlsoIncompleteOnes) {
         options.insert(options.end(), {"--serial", number});
         fakes.emplace_back("127.0.0.1" + number, options);
     }
-    const sdk::Running started(
-        std::string(R"({"providers": [{"type": "genicam", "packetSocket": )") +
-        (GetParam() ? "true" : "false") + "}]}");
+    const sdk::Running started(configuration());
     for (const std::string serial : {"0", "1", "2", "3"}) {
         SCOPED_TRACE(serial);
         const auto camera = cameras::find(serial);
@@ -133,6 +137,22 @@ TEST_P(GenicamStreams, numberFramesBeyondSixteenBitsAlsoIncompleteOnes) {
         EXPECT_LE(incomplete, (isLosing ? 14U : 0U) + stalls.count());
         EXPECT_EQ(receiver->ids(), sdk::gapless(1, receiver->count()));
     }
+}
+
+TEST_P(GenicamStreams, bringAllFramesThatWereSentBeforeTheStop) {
+    const fakecamera::FakeCameraProcess fake(
+        fakecamera::onlyAddress,
+        {"--width", "320", "--height", "200", "--frame-rate", "1000", "--exposure", "10"});
+    const sdk::Running started(configuration());
+    const auto camera = cameras::find("FC0001");
+    ASSERT_TRUE(camera);
+    ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
+    const auto receiver = sdk::startReceiving(camera, 50);
+    EXPECT_TRUE(eventually([&] { return receiver->count() > 100; }));
+    ASSERT_EQ(camera->StopContinuousImageAcquisition(), OrvErrorSuccess);
+    // The stop cuts at most one.
+    EXPECT_GE(static_cast<std::int64_t>(receiver->count()) + 1,
+              get<std::int64_t>(*camera, "TestFramesSent"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Sources, GenicamStreams, testing::Bool(),
