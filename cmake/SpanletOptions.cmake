@@ -15,6 +15,10 @@ get_filename_component(SPANLET_ROOT ${CMAKE_CURRENT_LIST_DIR} DIRECTORY)
 target_include_directories(spanlet_options INTERFACE ${SPANLET_ROOT}/src ${SPANLET_ROOT}/apps)
 target_compile_options(spanlet_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
                                                  -Werror)
+if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    # Classes that are owned through a shared pointer made with the class itself.
+    target_compile_options(spanlet_options INTERFACE -Wno-delete-non-abstract-non-virtual-dtor)
+endif()
 target_compile_definitions(
     spanlet_options INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH
                               QT_DEPRECATED_WARNINGS)

@@ -15,9 +15,9 @@ namespace cli {
 
 namespace {
 
-constexpr QLatin1String interfaceOption("interface");
-constexpr QLatin1String cameraOption("camera");
-constexpr QLatin1String maxBandwidthOption("max-bandwidth");
+const QLatin1String interfaceOption("interface");
+const QLatin1String cameraOption("camera");
+const QLatin1String maxBandwidthOption("max-bandwidth");
 
 struct Margins {
     double interfacePercent;

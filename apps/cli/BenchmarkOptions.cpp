@@ -9,10 +9,10 @@ namespace cli {
 
 namespace {
 
-constexpr QLatin1String secondsOption("seconds");
-constexpr QLatin1String intervalOption("interval");
-constexpr QLatin1String explainOption("explain");
-constexpr QLatin1String packetSizeOption("adjust-packet-size");
+const QLatin1String secondsOption("seconds");
+const QLatin1String intervalOption("interval");
+const QLatin1String explainOption("explain");
+const QLatin1String packetSizeOption("adjust-packet-size");
 
 constexpr NumberRange intervals{0.1, 3600, 0.5};
 

@@ -7,12 +7,12 @@ namespace cli {
 
 namespace {
 
-constexpr QLatin1String bytesPerSecondKey("bytesPerSecond");
-constexpr QLatin1String sentFramesKey("sentFrames");
-constexpr QLatin1String lostFramesKey("lostFrames");
-constexpr QLatin1String incompleteFramesKey("incompleteFrames");
-constexpr QLatin1String packetsResentKey("packetsResent");
-constexpr QLatin1String packetsMissingKey("packetsMissing");
+const QLatin1String bytesPerSecondKey("bytesPerSecond");
+const QLatin1String sentFramesKey("sentFrames");
+const QLatin1String lostFramesKey("lostFrames");
+const QLatin1String incompleteFramesKey("incompleteFrames");
+const QLatin1String packetsResentKey("packetsResent");
+const QLatin1String packetsMissingKey("packetsMissing");
 
 double averageRate(std::uint64_t since, std::uint64_t until, double seconds) {
     return seconds > 0 ? static_cast<double>(until - since) / seconds : 0;

@@ -10,8 +10,8 @@ namespace cli {
 
 namespace {
 
-constexpr QLatin1String namedOption("interface");
-constexpr QLatin1String allOption("all");
+const QLatin1String namedOption("interface");
+const QLatin1String allOption("all");
 
 std::vector<const HostInterface*> allInterfaces(const Cameras& cameras) {
     std::vector<const HostInterface*> all;

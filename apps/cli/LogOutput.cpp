@@ -22,7 +22,7 @@ constexpr Level levels[] = {
     {"Debug:", Verbosity::Debugging},
 };
 
-constexpr QLatin1String warningPrefix("Warning:");
+const QLatin1String warningPrefix("Warning:");
 
 } // namespace
 

@@ -9,7 +9,7 @@
 #include <QJsonDocument>
 
 #include <cerrno>
-#include <cstring>
+#include <system_error>
 
 namespace cli {
 
@@ -75,8 +75,9 @@ int report(Terminal& terminal, const Failure& failure, const QStringList& argume
 bool checkOutput(Terminal& terminal) {
     const int error = terminal.outputError();
     if (error != 0 && error != EPIPE)
-        terminal.message(QStringLiteral("spanlet: The output cannot be written: %1.")
-                             .arg(QString::fromLocal8Bit(std::strerror(error))));
+        terminal.message(
+            QStringLiteral("spanlet: The output cannot be written: %1.")
+                .arg(QString::fromLocal8Bit(std::generic_category().message(error).c_str())));
     return error == 0;
 }
 

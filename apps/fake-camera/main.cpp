@@ -12,7 +12,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -62,8 +61,9 @@ std::string readDescription(const std::string& file) {
     std::ifstream stream(file);
     std::string text(std::istreambuf_iterator<char>(stream), {});
     if (text.empty())
-        throw std::runtime_error("--genicam: cannot read \"" + file +
-                                 "\": " + (errno == 0 ? "it is empty" : std::strerror(errno)));
+        throw std::runtime_error(
+            "--genicam: cannot read \"" + file +
+            "\": " + (errno == 0 ? "it is empty" : std::generic_category().message(errno)));
     return text;
 }
 

@@ -78,9 +78,10 @@ constexpr std::array conversions{
 };
 
 const Conversion* findConversion(OrvPixelFormatType format) {
-    const auto* found = std::find_if(conversions.begin(), conversions.end(),
-                                     [format](const auto& each) { return each.format == format; });
-    return found == conversions.end() ? nullptr : found;
+    for (const Conversion& each : conversions)
+        if (each.format == format)
+            return &each;
+    return nullptr;
 }
 
 bool isComplete(const RawImage& raw) {

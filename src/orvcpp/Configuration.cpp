@@ -12,7 +12,7 @@ namespace orv {
 
 namespace {
 
-constexpr QLatin1String genicamConfiguration(":genicam");
+const QLatin1String genicamConfiguration(":genicam");
 
 /// Throws a FormatError when \p name is that of an embedded scenario, and none of \p known.
 void requireKnown(const QString& name, const QStringList& known) {

@@ -11,7 +11,7 @@ namespace session {
 
 namespace {
 
-constexpr QLatin1String camerasKey("cameras");
+const QLatin1String camerasKey("cameras");
 
 /// What is wrong with the file as a whole; empty when nothing is.
 QString fault(const QString& file, const QSettings& settings) {

@@ -9,8 +9,8 @@ namespace session {
 
 namespace {
 
-constexpr QLatin1String configOption("config");
-constexpr QLatin1String camerasOption("cameras");
+const QLatin1String configOption("config");
+const QLatin1String camerasOption("cameras");
 constexpr const char* camerasVariable = "SPANLET_CAMERAS";
 
 /// \p origin is where \p kind stands, for the error.

@@ -17,19 +17,19 @@ template <typename T> struct Setting {
 };
 
 /// Percentage of an interface's bandwidth that Auto Set leaves free.
-inline constexpr Setting<int> interfaceGigE{QLatin1String("Safety Margins/interface_GigE"),
-                                            recommendedMarginsGigE.interfacePercent};
-inline constexpr Setting<int> interfaceUsb{QLatin1String("Safety Margins/interface_USB"),
-                                           recommendedMarginsUsb.interfacePercent};
+inline const Setting<int> interfaceGigE{QLatin1String("Safety Margins/interface_GigE"),
+                                        recommendedMarginsGigE.interfacePercent};
+inline const Setting<int> interfaceUsb{QLatin1String("Safety Margins/interface_USB"),
+                                       recommendedMarginsUsb.interfacePercent};
 /// Percentage of its payload bandwidth that Auto Set gives a camera on top.
-inline constexpr Setting<int> cameraGigE{QLatin1String("Safety Margins/camera_GigE"),
-                                         recommendedMarginsGigE.cameraPercent};
-inline constexpr Setting<int> cameraUsb{QLatin1String("Safety Margins/camera_USB"),
-                                        recommendedMarginsUsb.cameraPercent};
+inline const Setting<int> cameraGigE{QLatin1String("Safety Margins/camera_GigE"),
+                                     recommendedMarginsGigE.cameraPercent};
+inline const Setting<int> cameraUsb{QLatin1String("Safety Margins/camera_USB"),
+                                    recommendedMarginsUsb.cameraPercent};
 /// Whether the log table shows debug messages.
-inline constexpr Setting<bool> showDebugMessages{QLatin1String("ShowDebugMessages"), false};
+inline const Setting<bool> showDebugMessages{QLatin1String("ShowDebugMessages"), false};
 /// Whether the Get Started dialog opens together with the main dialog.
-inline constexpr Setting<bool> supportDialogActive{QLatin1String("Support Dialog/active"), true};
+inline const Setting<bool> supportDialogActive{QLatin1String("Support Dialog/active"), true};
 
 /// The stored value, the default when there is none.
 template <typename T> T read(const QSettings& store, const Setting<T>& setting) {

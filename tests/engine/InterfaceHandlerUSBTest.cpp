@@ -110,7 +110,7 @@ private:
 
 template <class Field, class Value> std::function<void(Faults&)> with(Field field, Value value) {
     return [field, value](Faults& faults) {
-        faults.*field = value;
+        faults.*field = static_cast<std::decay_t<decltype(faults.*field)>>(value);
     };
 }
 

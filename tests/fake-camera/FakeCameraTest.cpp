@@ -173,7 +173,7 @@ TEST(FakeCamera, waitsForTriggersAndSendsTestPackets) {
     host.set("TriggerSource", "Software");
     host.start();
     EXPECT_THAT(host.receive(1), IsEmpty());
-    for (const std::uint64_t id : {65535, 65536}) {
+    for (const std::uint64_t id : {65535U, 65536U}) {
         arv_device_execute_command(host.device(), "TriggerSoftware", nullptr);
         const std::vector<Packet> frame = host.receive(1);
         EXPECT_THAT(frame, AllOf(SizeIs(Gt(2)), Each(Field(&Packet::frameId, id))));

@@ -13,7 +13,7 @@ namespace orv::simulated {
 
 namespace {
 
-constexpr QLatin1String embeddedFolder(":/orvcpp/scenarios");
+const QLatin1String embeddedFolder(":/orvcpp/scenarios");
 
 AdapterData readAdapter(ObjectReader reader, std::size_t number) {
     AdapterData adapter;

@@ -244,9 +244,9 @@ TEST(FrameAssembly, countsFramesWhosePathCarriesOnlySmallPackets) {
 
 TEST(FrameAssembly, deliversABlockThatComesTwiceOnce) {
     // With a clock, and without.
-    for (const std::uint64_t tick : {1, 0}) {
+    for (const std::uint64_t tick : {1U, 0U}) {
         Assembled stream;
-        for (const std::uint64_t id : {1, 2, 2, 3, 1, 4})
+        for (const std::uint64_t id : {1U, 2U, 2U, 3U, 1U, 4U})
             stream.sendBlock(id, {}, tick * id);
         EXPECT_THAT(stream.takeDelivered(), ElementsAre("1", "2", "3", "4"));
         EXPECT_EQ(stream.counters.packetsLate, 12U);
@@ -372,7 +372,7 @@ TEST(FrameAssembly, putsPartsWhereTheyBelong) {
 
 TEST(FrameAssembly, countsFramesWithoutABuffer) {
     Assembled none({}, {}, 0);
-    for (const std::uint64_t block : {1, 2})
+    for (const std::uint64_t block : {1U, 2U})
         none.sendBlock(block);
     EXPECT_EQ(none.counters.framesWithoutBuffer, 2U);
     EXPECT_EQ(none.counters.framesLost, 0U);

@@ -9,8 +9,6 @@
 #include "ui/features/editors/IntegerEditor.h"
 #include "ui/features/editors/TextEditor.h"
 
-#include <algorithm>
-
 namespace {
 
 using Read = std::optional<FeatureValue>;
@@ -82,9 +80,10 @@ constexpr Kind kinds[] = {
 };
 
 const Kind* kindOf(const FeatureInfo& info) {
-    const auto* found = std::find_if(std::begin(kinds), std::end(kinds),
-                                     [&info](const Kind& kind) { return kind.suits(info); });
-    return found != std::end(kinds) ? found : nullptr;
+    for (const Kind& kind : kinds)
+        if (kind.suits(info))
+            return &kind;
+    return nullptr;
 }
 
 } // namespace
