@@ -6,6 +6,7 @@
 #include "tests/support/FileTree.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <linux/ethtool.h>
 
@@ -13,10 +14,10 @@ namespace {
 
 using namespace doctor;
 
-const AdapterEvidence& loopbackOf(const HostEvidence& host) {
+const AdapterEvidence& adapterOf(const HostEvidence& host, const char* name) {
     const auto found =
         std::find_if(host.adapters.begin(), host.adapters.end(),
-                     [](const AdapterEvidence& adapter) { return adapter.name == "lo"; });
+                     [&](const AdapterEvidence& adapter) { return adapter.name == name; });
     EXPECT_NE(found, host.adapters.end());
     return *found;
 }
@@ -24,31 +25,39 @@ const AdapterEvidence& loopbackOf(const HostEvidence& host) {
 TEST(HostCollector, readsFilesAndAsksDrivers) {
     const FileTree files;
     files.write("sys/class/net/lo/mtu", "1400\n");
-    files.write("sys/class/net/lo/statistics/rx_crc_errors", "3\n");
+    files.write("sys/class/net/eth9/statistics/rx_crc_errors", "3\n");
     files.write("proc/sys/net/ipv4/conf/all/rp_filter", "1\n");
     files.write("proc/sys/net/ipv4/conf/lo/rp_filter", "0\n");
     files.write("proc/net/netstat", "TcpExt: IPReversePathFilter\nTcpExt: 8\n");
     files.write("proc/sys/net/core/rmem_max", "212992\n");
     files.write("sys/devices/system/cpu/cpu0/cpufreq/scaling_governor", "powersave\n");
+    // A VLAN, its bond, and that one's only adapter.
+    files.write("sys/class/net/lo/lower_bond9/mtu", "1500\n");
+    files.write("sys/class/net/bond9/lower_eth9/mtu", "1500\n");
+    files.write("sys/class/net/eth9/device/features", std::string(128, '0') + "\n");
     HostEvidence host;
     HostCollector(files.root(), [](const std::string& adapter, void* command) {
         auto* const ring = static_cast<ethtool_ringparam*>(command);
-        if (adapter != "lo" || ring->cmd != ETHTOOL_GRINGPARAM)
+        if (adapter == "bond9" || ring->cmd != ETHTOOL_GRINGPARAM)
             return false;
         ring->rx_pending = 256;
         ring->rx_max_pending = 4096;
         return true;
     }).read(host);
-    const AdapterEvidence& loopback = loopbackOf(host);
+    const AdapterEvidence& loopback = adapterOf(host, "lo");
     EXPECT_TRUE(loopback.isLoopback);
     ASSERT_EQ(loopback.subnets.size(), 1U);
     EXPECT_TRUE(loopback.subnets[0].contains(0x7F000002));
     EXPECT_EQ(loopback.mtu, Number(1400));
-    EXPECT_EQ(loopback.counters[platform::NetworkCount::AdapterChecksumErrors], Number(3));
     EXPECT_EQ(loopback.reversePathFilter, Number(1));
     ASSERT_TRUE(loopback.ring);
     EXPECT_EQ(loopback.ring->packets, 256U);
     EXPECT_FALSE(loopback.coalescing);
+    EXPECT_TRUE(loopback.mayCoalesce);
+    const AdapterEvidence& cable = adapterOf(host, "eth9");
+    EXPECT_TRUE(cable.ring);
+    EXPECT_FALSE(cable.mayCoalesce);
+    EXPECT_EQ(cable.counters[platform::NetworkCount::AdapterChecksumErrors], Number(3));
     EXPECT_EQ(host.reversePathDropped, Number(8));
     EXPECT_EQ(host.memory.receiveBufferBytes, Number(212'992));
     EXPECT_FALSE(host.memory.mayOpenPacketSockets);
@@ -81,6 +90,59 @@ TEST(HostCollector, findsCamerasAndWhoControlsThem) {
     }
     ASSERT_TRUE(program.writeRegister(gige::privilegeRegister, 0));
     EXPECT_FALSE(find(1).controller);
+}
+
+/// Whether this computer sends packets of at most so many bytes whole.
+bool limitLoopback(int bytes) {
+    return std::system(("ip link set lo mtu " + std::to_string(bytes)).c_str()) == 0;
+}
+
+TEST(HostCollector, measuresPathsAndPutsRegistersBack) {
+    const fakecamera::FakeCameraProcess camera("127.0.0.2", {"--packet-size", "4000"});
+    const fakecamera::FakeCameraProcess held("127.0.0.3", {"--heartbeat", "60000"});
+    gige::GvcpConnection program(0x7F000002, {std::chrono::milliseconds(500), 3});
+    const auto registers = [&] {
+        std::vector<std::optional<std::uint32_t>> values;
+        for (const std::uint32_t address :
+             {gige::privilegeRegister, gige::streamPortRegister, gige::streamPacketSizeRegister,
+              gige::streamAddressRegister})
+            values.push_back(gige::Gvcp::value(program.readRegister(address).value()));
+        return values;
+    };
+    ASSERT_TRUE(program.writeRegister(gige::privilegeRegister, 2));
+    ASSERT_TRUE(program.writeRegister(gige::streamAddressRegister, 0x7F000009));
+    ASSERT_TRUE(program.writeRegister(gige::streamPacketSizeRegister, 0x40000FA0));
+    ASSERT_TRUE(program.writeRegister(gige::privilegeRegister, 0));
+    gige::GvcpConnection other(0x7F000003, {std::chrono::milliseconds(500), 3});
+    ASSERT_TRUE(other.writeRegister(gige::privilegeRegister, 2));
+    const auto before = registers();
+
+    AdapterEvidence loopback;
+    loopback.name = "lo";
+    const struct {
+        int path;
+        std::uint64_t mtu;
+        std::uint32_t largest;
+    } cases[] = {{65'536, 65'536, 9000},
+                 {65'536, 1500, 1500},
+                 {3000, 9000, 3000},
+                 {700, 9000, 700},
+                 {6000, 9000, 6000}};
+    for (const auto& each : cases) {
+        if (!limitLoopback(each.path))
+            GTEST_SKIP() << "This user may not change an adapter.";
+        std::vector<NetworkCamera> cameras = findNetworkCameras();
+        ASSERT_EQ(cameras.size(), 2U);
+        loopback.mtu = each.mtu;
+        testPaths(cameras, {loopback});
+        EXPECT_EQ(cameras[0].path.untested, "");
+        EXPECT_EQ(cameras[0].path.packetSize, 4000U);
+        EXPECT_EQ(cameras[0].path.largestArrived, each.largest) << each.path << ' ' << each.mtu;
+        EXPECT_TRUE(cameras[0].path.isRestored);
+        EXPECT_NE(cameras[1].path.untested.find("Another program controls"), std::string::npos);
+        EXPECT_EQ(registers(), before) << each.path;
+    }
+    limitLoopback(65'536);
 }
 
 } // namespace
