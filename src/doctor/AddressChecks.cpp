@@ -105,9 +105,13 @@ void checkSubnets(const HostEvidence& host, Findings& findings) {
         }
     }
     if (isFine)
-        findings.push_back({Severity::Ok, "subnet-overlap", "this host",
-                            "Each adapter has subnets of its own.",
-                            std::to_string(host.adapters.size()) + " adapters", ""});
+        findings.push_back(
+            {Severity::Ok, "subnet-overlap", "this host", "Each adapter has subnets of its own.",
+             std::to_string(
+                 std::count_if(host.adapters.begin(), host.adapters.end(),
+                               [](const AdapterEvidence& it) { return !it.subnets.empty(); })) +
+                 " adapters with addresses",
+             ""});
 }
 
 void checkDoubles(const HostEvidence& host, Findings& findings) {

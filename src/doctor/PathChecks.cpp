@@ -34,8 +34,11 @@ void checkSize(const HostEvidence& host, const NetworkCamera& camera, Findings& 
                             evidence,
                             "spanlet set " + camera.id + " GevSCPSPacketSize " + largest});
     else
-        findings.push_back(
-            {Severity::Ok, check, camera.id, "Packets of the camera's size arrive.", evidence, ""});
+        findings.push_back({Severity::Ok, check, camera.id,
+                            path.largestArrived < path.packetSize
+                                ? "Packets as large as the adapter takes arrive."
+                                : "Packets of the camera's size arrive.",
+                            evidence, ""});
 }
 
 void checkPath(const HostEvidence& host, const NetworkCamera& camera, Findings& findings) {
