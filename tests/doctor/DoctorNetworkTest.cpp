@@ -17,17 +17,6 @@ void run(const char* command) {
     ASSERT_EQ(std::system(command), 0) << command;
 }
 
-/// The registers that a test of the path changes.
-std::vector<std::optional<std::uint32_t>> streamOf(std::uint32_t camera) {
-    gige::GvcpConnection connection(camera, {std::chrono::milliseconds(500), 3});
-    std::vector<std::optional<std::uint32_t>> values;
-    for (const std::uint32_t address :
-         {gige::privilegeRegister, gige::streamPortRegister, gige::streamPacketSizeRegister,
-          gige::streamAddressRegister})
-        values.push_back(gige::Gvcp::value(connection.readRegister(address).value()));
-    return values;
-}
-
 /// Each test begins and ends without a finding.
 class DoctorNetwork : public testing::Test {
 protected:
@@ -53,7 +42,7 @@ protected:
 };
 
 TEST_F(DoctorNetwork, hasPacketsThatTheAdapterDoesNotTake) {
-    ASSERT_EQ(std::system("ip link set host0 mtu 1500"), 0);
+    run("ip link set host0 mtu 1500");
     const Cures cures = examine();
     EXPECT_THAT(titlesOf(cures), ElementsAre("error packet-size host0", "hint mtu host0"));
     apply(cures.at("hint mtu host0"));
@@ -61,16 +50,8 @@ TEST_F(DoctorNetwork, hasPacketsThatTheAdapterDoesNotTake) {
 }
 
 TEST_F(DoctorNetwork, hasASwitchThatDropsLargePackets) {
-    constexpr std::uint32_t camera = 0x0A4D000B;
-    const auto before = streamOf(camera);
     run("ip -n switch link set port1 mtu 1400");
-    const Cures cures = examine();
-    EXPECT_EQ(streamOf(camera), before);
-    ASSERT_THAT(titlesOf(cures), ElementsAre("error path-mtu DEV_02FC00000001"));
-    // The kernel leaves room for the tag of a VLAN.
-    EXPECT_THAT(cures.begin()->second, HasSubstr(" GevSCPSPacketSize 1404"));
-    apply(cures.begin()->second);
-    EXPECT_THAT(titlesOf(examine()), IsEmpty());
+    expectOnly("error path-mtu DEV_02FC00000001");
     run("ip -n switch link set port1 mtu 9000");
     EXPECT_THAT(titlesOf(examine()), ElementsAre("hint packet-size host0"));
 }
@@ -99,15 +80,15 @@ TEST_F(DoctorNetwork, hasAnAdapterThatSendsByAnother) {
 }
 
 TEST_F(DoctorNetwork, hasTwoAdaptersInOneSubnet) {
-    ASSERT_EQ(std::system("ip address add 10.77.0.2/24 dev host1"), 0);
+    run("ip address add 10.77.0.2/24 dev host1");
     expectOnly("warning subnet-overlap host0 and host1");
 
     // Packets to a camera leave by the adapter whose route is older.
     const fakecamera::FakeCameraProcess fourth("10.77.0.14", options(4), "camera4");
-    ASSERT_EQ(std::system("ip address add 10.77.0.2/24 dev host1"), 0);
+    run("ip address add 10.77.0.2/24 dev host1");
     Cures cures = examine();
     EXPECT_EQ(cures.count("error subnet-overlap host0 and host1"), 1U) << titlesOf(cures).front();
-    ASSERT_EQ(std::system("sysctl -qw net/ipv4/conf/host1/rp_filter=1"), 0);
+    run("sysctl -qw net/ipv4/conf/host1/rp_filter=1");
     cures = examine();
     ASSERT_EQ(cures.count("warning reverse-path host1"), 1U);
     apply(cures["warning reverse-path host1"]);

@@ -52,8 +52,7 @@ protected:
     /// Findings beside those of this computer's processors.
     static std::vector<std::string> cameraTitles() {
         Cures cures = examine();
-        for (const char* other : {"hint governor this host", "hint packet-ring this host"})
-            cures.erase(other);
+        cures.erase("hint governor this host");
         return titlesOf(cures);
     }
 
