@@ -24,6 +24,12 @@ Cameras& Context::openCameras() {
     return *m_cameras;
 }
 
+void Context::closeCameras() {
+    m_wereSimulated = areCamerasSimulated();
+    m_cameras.reset();
+    checkInterruption();
+}
+
 NamedCamera& Context::openCamera(const QString& wanted) {
     m_camera = std::make_unique<NamedCamera>(m_source, wanted);
     checkInterruption();
@@ -39,7 +45,9 @@ CameraNames& Context::readNames() {
 bool Context::areCamerasSimulated() const {
     if (m_names)
         return m_names->isSimulated();
-    return m_camera ? m_camera->isSimulated() : m_cameras && m_cameras->areSimulated();
+    if (m_camera)
+        return m_camera->isSimulated();
+    return m_cameras ? m_cameras->areSimulated() : m_wereSimulated;
 }
 
 void Context::checkInterruption() const {

@@ -26,7 +26,11 @@ public:
     /// context ends, which is after the report is printed: closing a camera that was disconnected
     /// may take some seconds.
     Cameras& openCameras();
-    /// The same with one camera only, for commands that need no other; see NamedCamera.
+    /// Closes the cameras that openCameras() opened, for commands that ask them otherwise
+    /// afterwards.
+    void closeCameras();
+    /// The same as openCameras() with one camera only, for commands that need no other; see
+    /// NamedCamera.
     NamedCamera& openCamera(const QString& wanted);
     /// The names of all cameras, which stay closed.
     CameraNames& readNames();
@@ -44,6 +48,8 @@ public:
 private:
     const session::CameraSource m_source;
     std::unique_ptr<Cameras> m_cameras;
+    /// Of cameras that were closed.
+    bool m_wereSimulated = false;
     std::unique_ptr<NamedCamera> m_camera;
     std::unique_ptr<CameraNames> m_names;
 };

@@ -22,18 +22,22 @@ using doctor::Severity;
 
 constexpr char allFindings[] = "all";
 
-doctor::HostEvidence collect(Cameras& cameras) {
+doctor::HostEvidence collect(Context& context) {
+    Cameras& cameras = context.openCameras();
     doctor::HostEvidence evidence;
     std::vector<doctor::InterfaceCameras> interfaces;
     for (const HostInterface& interface : cameras.interfaces())
         interfaces.push_back({interface.cameras, interface.otherTraffic});
     evidence.links = doctor::readLinks(cameras.controller(), interfaces);
     evidence.cameras = cameras.countReal();
-    if (cameras.areSimulated())
+    if (cameras.areSimulated()) {
         evidence.unread = "The cameras are simulated: adapters, addresses, memory and processors "
                           "of this host were not checked.";
-    else
-        doctor::HostCollector().read(evidence);
+        return evidence;
+    }
+    // Cameras send test packets to the program that controls them.
+    context.closeCameras();
+    doctor::HostCollector().read(evidence);
     return evidence;
 }
 
@@ -95,7 +99,7 @@ QString summaryOf(const Findings& findings, bool showsAll) {
 }
 
 Report runDoctor(Context& context) {
-    const doctor::HostEvidence evidence = collect(context.openCameras());
+    const doctor::HostEvidence evidence = collect(context);
     const Findings findings = doctor::examine(evidence);
     const bool showsAll = context.arguments.has(QLatin1String(allFindings));
     const int width = std::min(context.terminal.lineWidth(), longestLine);
@@ -124,8 +128,9 @@ Command doctorCommand() {
     Command command;
     command.name = QStringLiteral("doctor");
     command.summary =
-        QStringLiteral("Check this host and its cameras for what costs frames. Changes nothing. "
-                       "Each finding has what was read and a command that cures it. The exit code "
+        QStringLiteral("Check this host and its cameras for what costs frames. Changes nothing; "
+                       "cameras that no program controls send a few test packets. Each finding has "
+                       "what was read and a command that cures it. The exit code "
                        "is 1 when one is an error: when it costs frames or makes a camera "
                        "unusable.");
     command.options = {{QLatin1String(allFindings),

@@ -33,7 +33,7 @@ public:
     Adapter(const AdapterEvidence& evidence, bool sharesSubnet, Findings& findings)
         : m_evidence(evidence), m_sharesSubnet(sharesSubnet), m_findings(findings) {}
 
-    void checkMtu();
+    void checkMtu(const HostEvidence& host);
     void checkRing();
     void checkCoalescing();
     void checkSpeed();
@@ -53,7 +53,17 @@ private:
     Findings& m_findings;
 };
 
-void Adapter::checkMtu() {
+/// Raises the lower adapters first, since they limit this one.
+std::string jumboCommand(const HostEvidence& host, const AdapterEvidence& adapter) {
+    std::string command;
+    for (const std::string& name : adapter.lowerAdapters)
+        if (const AdapterEvidence* const lower = findAdapter(host, name))
+            if (lower->mtu.value_or(0) < platform::jumboPacket)
+                command += jumboCommand(host, *lower) + " && ";
+    return command + platform::mtuCommand(adapter.name);
+}
+
+void Adapter::checkMtu(const HostEvidence& host) {
     if (!m_evidence.mtu || m_evidence.speed == 0) {
         add(Severity::Unknown, "mtu", "The MTU or the speed of the link is not known.");
         return;
@@ -64,7 +74,7 @@ void Adapter::checkMtu() {
         add(Severity::Hint, "mtu",
             "Large packets (jumbo frames) cost less processor time. Permit them in the switch, "
             "too.",
-            evidence, platform::mtuCommand(m_evidence.name));
+            evidence, jumboCommand(host, m_evidence));
     else
         add(Severity::Ok, "mtu", "The adapter takes packets that suit its speed.", evidence);
 }
@@ -99,7 +109,12 @@ void Adapter::checkCoalescing() {
                                  ", rx-frames " + std::to_string(coalescing->packets) +
                                  ", adaptive-rx " + (coalescing->isAdaptive ? "on" : "off") +
                                  askedBy("-c", m_evidence);
-    if (coalescing->microseconds == 0 && coalescing->packets <= 1 && !coalescing->isAdaptive)
+    const bool isEach =
+        coalescing->microseconds == 0 && coalescing->packets <= 1 && !coalescing->isAdaptive;
+    if (isEach && !m_evidence.mayCoalesce)
+        add(Severity::Unknown, "coalescing",
+            "The host of this virtual machine decides on the interrupts of the adapter.", evidence);
+    else if (isEach)
         add(Severity::Warning, "coalescing", "The adapter interrupts a processor for every packet.",
             evidence, platform::coalescingCommand(m_evidence.name, usualMicroseconds));
     else
@@ -208,13 +223,17 @@ void checkAdapters(const HostEvidence& host, Findings& findings) {
         if (evidence.isLoopback || !hasCameras(host, evidence.name))
             continue;
         Adapter adapter(evidence, sharesSubnet(host, evidence), findings);
-        adapter.checkMtu();
-        adapter.checkRing();
-        adapter.checkCoalescing();
-        adapter.checkSpeed();
-        adapter.checkDuplex();
-        adapter.checkReversePath(host);
-        adapter.checkCounters();
+        adapter.checkMtu(host);
+        // The adapters with the cables have the others.
+        if (evidence.lowerAdapters.empty()) {
+            adapter.checkRing();
+            adapter.checkCoalescing();
+            adapter.checkSpeed();
+            adapter.checkDuplex();
+            adapter.checkCounters();
+        }
+        if (!evidence.subnets.empty())
+            adapter.checkReversePath(host);
     }
 }
 

@@ -105,13 +105,13 @@ void checkSubnets(const HostEvidence& host, Findings& findings) {
         }
     }
     if (isFine)
-        findings.push_back({Severity::Ok, "subnet-overlap", "this host",
-                            "Each adapter has subnets of its own.",
-                            std::to_string(host.adapters.size()) + " adapters", ""});
-}
-
-bool areTwins(const NetworkCamera& one, const NetworkCamera& other) {
-    return one.address == other.address && one.macAddress != other.macAddress;
+        findings.push_back(
+            {Severity::Ok, "subnet-overlap", "this host", "Each adapter has subnets of its own.",
+             std::to_string(
+                 std::count_if(host.adapters.begin(), host.adapters.end(),
+                               [](const AdapterEvidence& it) { return !it.subnets.empty(); })) +
+                 " adapters with addresses",
+             ""});
 }
 
 void checkDoubles(const HostEvidence& host, Findings& findings) {
@@ -174,12 +174,38 @@ bool isOpenedHere(const HostEvidence& host, const NetworkCamera& camera) {
     return false;
 }
 
-void checkController(const HostEvidence& host, const NetworkCamera& camera, Findings& findings) {
-    // Any of several cameras with one address may have answered.
-    if (std::any_of(host.networkCameras.begin(), host.networkCameras.end(),
+/// Why it cannot be known whether a program controls the camera; empty when it can. Cameras answer
+/// broadcasts of the discovery only: registers are read at the camera's address.
+std::string controlObstacle(const HostEvidence& host, const NetworkCamera& camera) {
+    const auto& cameras = host.networkCameras;
+    if (std::any_of(cameras.begin(), cameras.end(),
                     [&](const NetworkCamera& other) { return areTwins(other, camera); }))
+        return "Any of several cameras with this address may answer, so it is not known whether "
+               "another program controls this one.";
+    if (camera.isReachable ||
+        std::any_of(cameras.begin(), cameras.end(), [&](const NetworkCamera& other) {
+            return other.isReachable && other.macAddress == camera.macAddress;
+        }))
+        return {};
+    return camera.routeAdapter.empty()
+               ? "This host has no route to the camera's address, so it is not known whether "
+                 "another program controls it."
+               : "The camera does not answer at its address, so it is not known whether another "
+                 "program controls it.";
+}
+
+void checkController(const HostEvidence& host, const NetworkCamera& camera, Findings& findings) {
+    const std::string obstacle = controlObstacle(host, camera);
+    if (!obstacle.empty()) {
+        findings.push_back(
+            {Severity::Unknown, "controller", camera.id, obstacle,
+             addressText(camera.address, camera.mask) + " on " + camera.adapter + " (discovery)" +
+                 (camera.routeAdapter.empty() ? std::string()
+                                              : ", packets to it leave by " + camera.routeAdapter),
+             ""});
         return;
-    if (!camera.isReachable || !camera.controller || isOpenedHere(host, camera)) {
+    }
+    if (!camera.controller || isOpenedHere(host, camera)) {
         if (camera.isReachable)
             findings.push_back({Severity::Ok, "controller", camera.id,
                                 "No other program controls the camera.", "", ""});
@@ -209,9 +235,6 @@ void checkAddresses(const HostEvidence& host, Findings& findings) {
         checkSubnet(host, camera, findings);
         checkController(host, camera, findings);
     }
-    findings.push_back({Severity::Unknown, "firewall", "this host",
-                        "Whether a firewall discards packets of cameras can only be read by root.",
-                        "", "sudo nft list ruleset"});
 }
 
 } // namespace doctor

@@ -26,12 +26,21 @@ bool isFree(const HostEvidence& host, const Subnet& subnet, std::uint32_t addres
 
 } // namespace
 
+bool areTwins(const NetworkCamera& one, const NetworkCamera& other) {
+    return one.address == other.address && one.macAddress != other.macAddress;
+}
+
 bool hasCameras(const HostEvidence& host, const std::string& adapter) {
     const auto isOn = [&](const auto& each) {
         return each.adapter == adapter;
     };
+    const auto sendsBy = [&](const AdapterEvidence& upper) {
+        return std::count(upper.lowerAdapters.begin(), upper.lowerAdapters.end(), adapter) > 0 &&
+               hasCameras(host, upper.name);
+    };
     return std::any_of(host.networkCameras.begin(), host.networkCameras.end(), isOn) ||
-           std::any_of(host.links.begin(), host.links.end(), isOn);
+           std::any_of(host.links.begin(), host.links.end(), isOn) ||
+           std::any_of(host.adapters.begin(), host.adapters.end(), sendsBy);
 }
 
 bool overlap(const AdapterEvidence& one, const AdapterEvidence& other) {

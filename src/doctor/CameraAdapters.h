@@ -8,7 +8,11 @@
 /// How adapters, their subnets and the cameras belong together. Pure, reentrant.
 namespace doctor {
 
-/// Whether a GigE camera is on the adapter, found by broadcast or by the camera SDK.
+/// Whether two cameras have one address. A camera may be in a list twice, once for each adapter.
+bool areTwins(const NetworkCamera& one, const NetworkCamera& other);
+
+/// Whether a GigE camera is on the adapter, or on one that sends by it: found by broadcast or by
+/// the camera SDK.
 bool hasCameras(const HostEvidence& host, const std::string& adapter);
 
 /// Whether an address of one adapter is in a subnet of the other.

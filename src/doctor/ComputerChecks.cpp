@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "doctor/HostChecks.h"
+#include "doctor/Quantities.h"
 #include "platform/HostCommands.h"
 #include "platform/UdpSocket.h"
 #include "session/StreamingLimits.h"
 
 #include <algorithm>
+#include <map>
 #include <string>
+#include <vector>
 
 namespace doctor {
 
@@ -55,10 +58,13 @@ void checkPacketRing(const HostEvidence& evidence, Findings& findings) {
 }
 
 void checkUsbMemory(const HostEvidence& evidence, Findings& findings) {
-    if (evidence.cameras.usb == 0)
+    // The camera SDK shows only those that may be opened.
+    RealCameras cameras = evidence.cameras;
+    cameras.usb = std::max(cameras.usb, evidence.usbCameras.size());
+    if (cameras.usb == 0)
         return;
     const Number& granted = evidence.memory.usbMegabytes;
-    const std::uint64_t needed = session::usbMegabytesFor(evidence.cameras.usb);
+    const std::uint64_t needed = session::usbMegabytesFor(cameras.usb);
     const std::string text = granted ? std::to_string(*granted) + " MB, needed " +
                                            std::to_string(needed) + " MB (/" +
                                            platform::usbMemoryFile + ")"
@@ -66,7 +72,7 @@ void checkUsbMemory(const HostEvidence& evidence, Findings& findings) {
     if (!granted)
         findings.push_back({Severity::Unknown, "usb-memory", thisHost,
                             "The memory for USB transfers cannot be read.", "", ""});
-    else if (session::usbMemoryWarning(evidence.cameras, evidence.memory))
+    else if (session::usbMemoryWarning(cameras, evidence.memory))
         findings.push_back({Severity::Warning, "usb-memory", thisHost,
                             "The memory for USB transfers is too small for the USB cameras.", text,
                             platform::usbMemoryCommand(needed)});
@@ -85,6 +91,42 @@ void checkUsbPermissions(const HostEvidence& evidence, Findings& findings) {
                                 "This user has no permission to open the camera.",
                                 camera.file + " is not writable",
                                 platform::usbPermissionCommand()});
+    }
+}
+
+/// Whether the check of the bandwidth has compared the limits of all USB cameras with the speed of
+/// their controllers.
+bool areUsbLimitsKnown(const HostEvidence& evidence) {
+    std::size_t known = 0;
+    for (const LinkEvidence& link : evidence.links)
+        for (const StreamingCamera& camera : link.cameras)
+            known += link.isUsb && link.speed != 0 && camera.limit ? 1 : 0;
+    return known >= evidence.usbCameras.size();
+}
+
+void checkUsbControllers(const HostEvidence& evidence, Findings& findings) {
+    std::map<std::string, std::vector<std::string>> controllers;
+    for (const session::Usb3VisionCamera& camera : evidence.usbCameras)
+        controllers[camera.controller].push_back(camera.name);
+    for (const auto& [controller, cameras] : controllers) {
+        if (controller.empty())
+            continue;
+        const std::string text = listText(cameras) + " (/sys/bus/usb/devices)";
+        const std::string subject = "USB controller " + controller;
+        if (cameras.size() == 1)
+            findings.push_back({Severity::Ok, "usb-controller", subject,
+                                "The camera has a USB controller of its own.", text, ""});
+        else if (areUsbLimitsKnown(evidence))
+            findings.push_back({Severity::Ok, "usb-controller", subject,
+                                "Cameras share the USB controller. What they may send together is "
+                                "compared with its speed (bandwidth).",
+                                text, ""});
+        else
+            findings.push_back({Severity::Hint, "usb-controller", subject,
+                                "Cameras share the USB controller and its bandwidth, and not all "
+                                "have a limit that is known. Limit what they send, or plug some of "
+                                "them into ports of another controller.",
+                                text, ""});
     }
 }
 
@@ -114,6 +156,7 @@ void checkComputer(const HostEvidence& evidence, Findings& findings) {
     checkPacketRing(evidence, findings);
     checkUsbMemory(evidence, findings);
     checkUsbPermissions(evidence, findings);
+    checkUsbControllers(evidence, findings);
     checkFrequencies(evidence, findings);
 }
 

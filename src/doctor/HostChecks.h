@@ -13,6 +13,8 @@ void checkLinks(const HostEvidence& host, Findings& findings);
 void checkAdapters(const HostEvidence& host, Findings& findings);
 /// Checks subnets of adapters, addresses of cameras, and which programs control the cameras.
 void checkAddresses(const HostEvidence& host, Findings& findings);
+/// Checks what test packets told: the largest packet of a camera that arrives, and firewalls.
+void checkPaths(const HostEvidence& host, Findings& findings);
 /// Memory, permissions and processors.
 void checkComputer(const HostEvidence& host, Findings& findings);
 

@@ -3,6 +3,7 @@
 
 #include "platform/HostCommands.h"
 #include "platform/NetworkAdapters.h"
+#include "platform/Sysfs.h"
 
 #include <algorithm>
 #include <utility>
@@ -22,7 +23,9 @@ HostCollector::HostCollector(std::filesystem::path root, platform::EthtoolCall a
 
 void HostCollector::read(HostEvidence& evidence) const {
     readAdapters(evidence);
+    readLowerAdapters(evidence);
     evidence.networkCameras = findNetworkCameras();
+    testPaths(evidence.networkCameras, evidence.adapters);
     evidence.usbCameras = session::usb3VisionCameras(m_root);
     evidence.memory = session::streamingMemory(m_root);
     evidence.reversePathDropped =
@@ -47,14 +50,27 @@ void HostCollector::readAdapters(HostEvidence& evidence) const {
     }
 }
 
+void HostCollector::readLowerAdapters(HostEvidence& evidence) const {
+    // Those that are added may have lower ones, too: a VLAN on a bond.
+    for (std::size_t i = 0; i < evidence.adapters.size(); ++i) {
+        const std::vector<std::string> names = evidence.adapters[i].lowerAdapters;
+        for (const std::string& name : names)
+            if (std::none_of(evidence.adapters.begin(), evidence.adapters.end(),
+                             [&](const AdapterEvidence& adapter) { return adapter.name == name; }))
+                evidence.adapters.push_back(readAdapter(name));
+    }
+}
+
 AdapterEvidence HostCollector::readAdapter(const std::string& name) const {
     AdapterEvidence adapter;
     adapter.name = name;
     adapter.mtu = known(platform::mtu(name, m_root / "sys"));
+    adapter.lowerAdapters = platform::lowerAdapters(m_root / "sys/class/net" / name);
     adapter.speed = platform::linkSpeed(name, m_root / "sys");
     adapter.link = platform::linkSettings(name, m_ask);
     adapter.ring = platform::receiveRing(name, m_ask);
     adapter.coalescing = platform::interruptCoalescing(name, m_ask);
+    adapter.mayCoalesce = platform::mayCoalesce(name, m_root / "sys");
     adapter.reversePathFilter = platform::reversePathFilter(name, m_root);
     adapter.counters = platform::readAdapterCounters(name, m_root);
     return adapter;

@@ -28,18 +28,22 @@ struct Subnet {
     bool contains(std::uint32_t other) const { return ((address ^ other) & mask) == 0; }
 };
 
-/// A network adapter of this host that is up.
+/// A network adapter of this host that is up and has an address, or that sends for one.
 struct AdapterEvidence {
     std::string name;
     std::vector<Subnet> subnets;
     bool isLoopback = false;
     /// Bytes of the largest packet.
     Number mtu;
+    /// The adapters that send for it: of a VLAN, a bond or a bridge.
+    std::vector<std::string> lowerAdapters;
     /// 0: not known.
     std::int64_t speed = 0;
     std::optional<platform::LinkSettings> link;
     std::optional<platform::ReceiveRing> ring;
     std::optional<platform::InterruptCoalescing> coalescing;
+    /// Not: the host of this virtual machine decides on its interrupts.
+    bool mayCoalesce = true;
     Number reversePathFilter;
     /// Since the adapter exists.
     platform::NetworkCounters counters;
@@ -51,6 +55,19 @@ struct CameraController {
     std::uint32_t address = 0;
     /// Its UDP port; 0: the camera does not tell.
     std::uint16_t port = 0;
+};
+
+/// What the test packets of a camera told of the way to this host. Sizes are bytes of a packet with
+/// its IP and UDP headers.
+struct PathEvidence {
+    /// Why there was no test, a sentence; empty when there was.
+    std::string untested;
+    /// What the camera is set to.
+    std::uint32_t packetSize = 0;
+    /// At most the MTU of the adapter; 0: none arrived.
+    std::uint32_t largestArrived = 0;
+    /// Whether the camera is set to its packet size again.
+    bool isRestored = true;
 };
 
 /// A GigE Vision camera that answered a broadcast, reachable or not.
@@ -67,6 +84,7 @@ struct NetworkCamera {
     /// Whether it also answers at its address.
     bool isReachable = false;
     std::optional<CameraController> controller;
+    PathEvidence path;
 };
 
 /// A camera as the camera SDK shows it.

@@ -49,6 +49,7 @@ Findings examine(const HostEvidence& evidence) {
     checkLinks(evidence, findings);
     if (evidence.unread.empty()) {
         checkAddresses(evidence, findings);
+        checkPaths(evidence, findings);
         checkAdapters(evidence, findings);
         checkComputer(evidence, findings);
     } else {

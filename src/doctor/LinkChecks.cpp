@@ -81,7 +81,16 @@ struct PacketSizes {
     std::size_t known = 0;
 };
 
-PacketSizes judgePackets(const LinkEvidence& link) {
+/// Whether test packets have shown that the camera, or something on its way, is why they are small.
+bool needsSmallPackets(const HostEvidence& host, const std::string& id) {
+    return std::any_of(host.networkCameras.begin(), host.networkCameras.end(),
+                       [&](const NetworkCamera& camera) {
+                           return camera.id == id && camera.path.largestArrived != 0 &&
+                                  camera.path.largestArrived < 2 * usualPacket;
+                       });
+}
+
+PacketSizes judgePackets(const HostEvidence& host, const LinkEvidence& link) {
     PacketSizes sizes;
     for (const StreamingCamera& camera : link.cameras) {
         if (!camera.packetSize || !link.mtu)
@@ -90,15 +99,16 @@ PacketSizes judgePackets(const LinkEvidence& link) {
         const std::string text = camera.id + " " + std::to_string(*camera.packetSize) + " bytes";
         if (*camera.packetSize > *link.mtu)
             sizes.tooLarge.push_back(text);
-        else if (*camera.packetSize <= usualPacket && *link.mtu >= 2 * usualPacket)
+        else if (*camera.packetSize <= usualPacket && *link.mtu >= 2 * usualPacket &&
+                 !needsSmallPackets(host, camera.id))
             sizes.small.push_back(text);
     }
     return sizes;
 }
 
-void checkPackets(const LinkEvidence& link, Findings& findings) {
+void checkPackets(const HostEvidence& host, const LinkEvidence& link, Findings& findings) {
     const std::string subject = listText(link.interfaces);
-    const PacketSizes sizes = judgePackets(link);
+    const PacketSizes sizes = judgePackets(host, link);
     const auto evidence = [&](const std::vector<std::string>& cameras) {
         return listText(cameras) + " (GVSPPacketSize); MTU " +
                (link.mtu ? std::to_string(*link.mtu) : "unknown");
@@ -168,7 +178,7 @@ void checkLinks(const HostEvidence& host, Findings& findings) {
         checkBandwidth(link, findings);
         const AdapterEvidence* const adapter = findAdapter(host, link.adapter);
         if (!link.isUsb && (adapter == nullptr || !adapter->isLoopback))
-            checkPackets(link, findings);
+            checkPackets(host, link, findings);
     }
     checkUsbSpeeds(host, findings);
     if (host.links.empty() && host.networkCameras.empty() && host.usbCameras.empty())

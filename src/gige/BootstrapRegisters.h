@@ -19,6 +19,17 @@ constexpr std::uint32_t privilegeRegister = 0xA00;
 constexpr std::uint32_t controllerPortRegister = 0xA04;
 constexpr std::uint32_t controllerAddressRegister = 0xA14;
 
+/// The first stream channel: UDP port and IPv4 address of the receiver, and the size of a packet
+/// with its IP and UDP headers.
+constexpr std::uint32_t streamPortRegister = 0xD00;
+constexpr std::uint32_t streamPacketSizeRegister = 0xD04;
+constexpr std::uint32_t streamAddressRegister = 0xD18;
+/// Parts of these registers. Sent with the first bit, a size makes the camera send one test packet.
+constexpr std::uint32_t streamPortBits = 0x0000FFFF;
+constexpr std::uint32_t fireTestPacketBit = 0x80000000;
+constexpr std::uint32_t doNotFragmentBit = 0x40000000;
+constexpr std::uint32_t packetSizeBits = 0x0000FFFF;
+
 /// Which ways to an IPv4 address the camera takes after its start; see the bits below.
 constexpr std::uint32_t ipConfigurationRegister = 0x14;
 constexpr std::uint32_t persistentAddressRegister = 0x64C;

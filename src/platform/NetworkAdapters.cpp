@@ -21,6 +21,8 @@ constexpr std::int64_t bitsPerMegabit = 1'000'000;
 /// The route does not depend on the port, and nothing is sent.
 constexpr std::uint16_t anyPort = 3956;
 constexpr int macDigits = 12;
+/// VIRTIO_NET_F_NOTF_COAL (linux/virtio_net.h of newer kernels).
+constexpr std::size_t coalescingFeature = 53;
 /// Unknown speed: -1, which the sysfs of older kernels shows as an unsigned number.
 constexpr std::uint32_t unknownSpeed = 0xFFFFFFFF;
 
@@ -91,6 +93,12 @@ std::int64_t linkSpeed(const std::string& adapter, const std::filesystem::path& 
 
 std::int64_t mtu(const std::string& adapter, const std::filesystem::path& sysfs) {
     return static_cast<std::int64_t>(sysfsNumber(folderOf(adapter, sysfs) / "mtu").value_or(0));
+}
+
+bool mayCoalesce(const std::string& adapter, const std::filesystem::path& sysfs) {
+    // Only virtio devices have this file: a character for each feature.
+    const std::string features = sysfsAttribute(folderOf(adapter, sysfs) / "device/features");
+    return features.size() <= coalescingFeature || features[coalescingFeature] == '1';
 }
 
 std::uint64_t macAddress(const std::string& adapter, const std::filesystem::path& sysfs) {

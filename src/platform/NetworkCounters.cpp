@@ -79,16 +79,11 @@ bool isOfAdapter(std::size_t count) {
 /// Adds the losses of the adapters below a virtual one (VLAN, bridge), which it does not count. A
 /// bond has the sums of its own.
 void addLower(NetworkCounters& counters, const std::filesystem::path& folder, int levels) {
-    constexpr char prefix[] = "lower_";
     std::error_code error;
     if (levels == 0 || std::filesystem::exists(folder / "bonding", error))
         return;
-    // The adapter may go away meanwhile, which ends the loop.
-    std::filesystem::directory_iterator entry(folder, error);
-    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-        const std::filesystem::path lower = entry->path();
-        if (lower.filename().string().rfind(prefix, 0) != 0)
-            continue;
+    for (const std::string& name : lowerAdapters(folder)) {
+        const std::filesystem::path lower = folder / (lowerAdapterPrefix + name);
         for (std::size_t i = 0; isOfAdapter(i); ++i) {
             const auto count = static_cast<NetworkCount>(i);
             const Value lost = sysfsNumber(lower / "statistics" / countNames[i]);

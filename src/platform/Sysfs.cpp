@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "platform/Sysfs.h"
 
+#include <algorithm>
 #include <charconv>
 #include <fstream>
 
@@ -22,6 +23,21 @@ std::optional<std::uint64_t> sysfsNumber(const std::filesystem::path& file) {
     if (parsed.ec != std::errc() || parsed.ptr != end)
         return std::nullopt;
     return number;
+}
+
+std::vector<std::string> lowerAdapters(const std::filesystem::path& folder) {
+    const std::string prefix = lowerAdapterPrefix;
+    std::vector<std::string> names;
+    std::error_code error;
+    // The adapter may go away meanwhile, which ends the loop.
+    std::filesystem::directory_iterator entry(folder, error);
+    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
+        if (name.rfind(prefix, 0) == 0)
+            names.push_back(name.substr(prefix.size()));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 } // namespace platform

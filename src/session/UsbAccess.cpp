@@ -47,7 +47,8 @@ std::vector<Usb3VisionCamera> usb3VisionCameras(const fs::path& root) {
     for (const platform::UsbDevice& device : platform::usbDevices(root / "sys")) {
         const std::string file = fileOf(device);
         if (isUsb3Vision(device))
-            cameras.push_back({nameOf(device), '/' + file, device.linkSpeed, mayOpen(root / file)});
+            cameras.push_back({nameOf(device), '/' + file, device.linkSpeed, mayOpen(root / file),
+                               device.controller});
     }
     return cameras;
 }

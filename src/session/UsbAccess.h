@@ -19,6 +19,8 @@ struct Usb3VisionCamera {
     std::int64_t linkSpeed = 0;
     /// Whether this user has the permission to open it.
     bool mayBeOpened = false;
+    /// Key of its host controller; see platform::UsbDevice.
+    std::string controller;
 };
 
 /// Finds all of them in the folders /sys and /dev below \p root. Opens no camera, only its file.

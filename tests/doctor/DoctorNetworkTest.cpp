@@ -4,13 +4,8 @@
 // others.
 #include "gige/BootstrapRegisters.h"
 #include "gige/Gvcp.h"
-#include "tests/cli/SpanletProcess.h"
+#include "tests/doctor/DoctorRun.h"
 #include "tests/support/FakeCameraProcess.h"
-
-#include <gmock/gmock.h>
-
-#include <cstdlib>
-#include <filesystem>
 
 namespace {
 
@@ -18,43 +13,8 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// What the program finds: "severity check subject" to the cure.
-using Cures = std::map<std::string, std::string>;
-
-/// The exit code must tell whether there is an error.
-Cures examine() {
-    SpanletProcess spanlet;
-    const int code = spanlet.run("doctor --json --cameras genicam");
-    EXPECT_EQ(spanlet.err(), "");
-    Cures cures;
-    bool hasError = false;
-    for (const QJsonValue& finding : spanlet.json()[QStringLiteral("findings")].toArray()) {
-        const auto text = [&](const char* key) {
-            return finding[QLatin1String(key)].toString().toStdString();
-        };
-        hasError = hasError || text("severity") == "error";
-        cures[text("severity") + ' ' + text("check") + ' ' + text("subject")] = text("cure");
-    }
-    EXPECT_EQ(code, hasError ? 1 : 0);
-    return cures;
-}
-
-std::vector<std::string> titlesOf(const Cures& cures) {
-    std::vector<std::string> titles;
-    for (const auto& [title, cure] : cures)
-        titles.push_back(title);
-    return titles;
-}
-
-/// Runs a cure as it is typed; this user is root of the network.
-void apply(std::string cure) {
-    ASSERT_NE(cure, "");
-    for (std::size_t at = 0; (at = cure.find("sudo ", at)) != std::string::npos;)
-        cure.erase(at, 5);
-    const std::string folder = std::filesystem::path(SPANLET_FILE).parent_path().string();
-    cure = "PATH=" + folder + ":$PATH SPANLET_CAMERAS=genicam; export PATH SPANLET_CAMERAS; " +
-           cure + " > /dev/null";
-    EXPECT_EQ(std::system(cure.c_str()), 0) << cure;
+void run(const char* command) {
+    ASSERT_EQ(std::system(command), 0) << command;
 }
 
 /// Each test begins and ends without a finding.
@@ -82,23 +42,53 @@ protected:
 };
 
 TEST_F(DoctorNetwork, hasPacketsThatTheAdapterDoesNotTake) {
-    ASSERT_EQ(std::system("ip link set host0 mtu 1500"), 0);
+    run("ip link set host0 mtu 1500");
     const Cures cures = examine();
     EXPECT_THAT(titlesOf(cures), ElementsAre("error packet-size host0", "hint mtu host0"));
     apply(cures.at("hint mtu host0"));
     EXPECT_THAT(titlesOf(examine()), IsEmpty());
 }
 
+TEST_F(DoctorNetwork, hasASwitchThatDropsLargePackets) {
+    run("ip -n switch link set port1 mtu 1400");
+    expectOnly("error path-mtu DEV_02FC00000001");
+    run("ip -n switch link set port1 mtu 9000");
+    EXPECT_THAT(titlesOf(examine()), ElementsAre("hint packet-size host0"));
+}
+
+TEST_F(DoctorNetwork, hasAFirewall) {
+    // Lets in what comes from the port of commands, which answers do.
+    run("ip rule add pref 3 lookup local && ip rule del pref 0");
+    run("ip rule add pref 1 iif host0 ipproto udp sport 3956 lookup local");
+    run("ip rule add pref 2 iif host0 ipproto udp blackhole");
+    EXPECT_THAT(titlesOf(examine()), ElementsAre("warning firewall DEV_02FC00000001"));
+    run("ip rule del pref 2");
+    EXPECT_THAT(titlesOf(examine()), IsEmpty());
+}
+
+TEST_F(DoctorNetwork, hasAnAdapterThatSendsByAnother) {
+    run("ip address del 10.77.0.1/24 dev host0");
+    run("ip link add link host0 name lan0 type macvlan && ip link set lan0 up");
+    run("ip address add 10.77.0.1/24 dev lan0");
+    run("ip link set host0 mtu 1500");
+    const Cures cures = examine();
+    EXPECT_THAT(titlesOf(cures),
+                ElementsAre("error packet-size lan0", "hint mtu host0", "hint mtu lan0"));
+    apply(cures.at("hint mtu lan0"));
+    EXPECT_THAT(titlesOf(examine()), IsEmpty());
+    run("ip link del lan0 && ip address add 10.77.0.1/24 dev host0");
+}
+
 TEST_F(DoctorNetwork, hasTwoAdaptersInOneSubnet) {
-    ASSERT_EQ(std::system("ip address add 10.77.0.2/24 dev host1"), 0);
+    run("ip address add 10.77.0.2/24 dev host1");
     expectOnly("warning subnet-overlap host0 and host1");
 
     // Packets to a camera leave by the adapter whose route is older.
     const fakecamera::FakeCameraProcess fourth("10.77.0.14", options(4), "camera4");
-    ASSERT_EQ(std::system("ip address add 10.77.0.2/24 dev host1"), 0);
+    run("ip address add 10.77.0.2/24 dev host1");
     Cures cures = examine();
     EXPECT_EQ(cures.count("error subnet-overlap host0 and host1"), 1U) << titlesOf(cures).front();
-    ASSERT_EQ(std::system("sysctl -qw net/ipv4/conf/host1/rp_filter=1"), 0);
+    run("sysctl -qw net/ipv4/conf/host1/rp_filter=1");
     cures = examine();
     ASSERT_EQ(cures.count("warning reverse-path host1"), 1U);
     apply(cures["warning reverse-path host1"]);

@@ -29,7 +29,7 @@ AdapterEvidence adapter(const char* name, std::uint32_t address) {
 }
 
 NetworkCamera networkCamera(const char* id, std::uint64_t mac, std::uint32_t address) {
-    return {id, mac, address, mask24, "eth0", "eth0", true, {}};
+    return {id, mac, address, mask24, "eth0", "eth0", true, {}, {"", 8000, 9000, true}};
 }
 
 StreamingCamera streamingCamera(const char* id) {
@@ -45,7 +45,7 @@ HostEvidence healthyHost() {
     it.links[1] = {{"USB 0"}, true, 5 * gigabit, {}, "", 0, {streamingCamera("U")}};
     it.adapters = {adapter("eth0", 0x0A4D0001), adapter("eth1", 0x0A4E0001)};
     it.networkCameras = {networkCamera("A", 1, 0x0A4D000B)};
-    it.usbCameras = {{"Maker U", "/dev/bus/usb/002/007", 5'000'000'000, true}};
+    it.usbCameras = {{"Maker U", "/dev/bus/usb/002/007", 5'000'000'000, true, "0-20-0"}};
     it.cameras = {1, 1, true};
     it.memory = {64, 32 << 20, true};
     it.reversePathDropped = 0;
@@ -83,8 +83,7 @@ class EachFault : public testing::TestWithParam<Fault> {};
 
 TEST_P(EachFault, isTheOnlyFinding) {
     HostEvidence host = healthyHost();
-    EXPECT_EQ(titlesOf(examine(host), Severity::Unknown),
-              std::vector<std::string>{"unknown firewall this host"});
+    EXPECT_EQ(titlesOf(examine(host), Severity::Unknown), std::vector<std::string>());
     GetParam().spoil(host);
     const Findings findings = examine(host);
     EXPECT_EQ(titlesOf(findings), std::vector<std::string>{GetParam().finding});
@@ -139,6 +138,13 @@ const Fault adapterFaults[] = {
          it.adapters[0].mtu = 1500;
          it.links[0].mtu = 1500;
          it.links[0].cameras[0].packetSize = 1500;
+         it.networkCameras[0].path.largestArrived = 1500;
+     }},
+    {"hint ring eth1", "rx 256", "ethtool -G eth1",
+     [](HostEvidence& it) {
+         it.adapters[0].lowerAdapters = {"eth1"};
+         it.adapters[0].ring->packets = 64;
+         it.adapters[1].ring->packets = 256;
      }},
     {"hint ring eth0", "rx 256 of 4096 (ethtool -g eth0), rx_missed_errors 0",
      "sudo ethtool -G eth0 rx 4096",
@@ -232,10 +238,27 @@ const Fault addressFaults[] = {
      }},
 };
 
+const Fault pathFaults[] = {
+    {"error path-mtu A", "8000 bytes, largest test packet that arrived: 1504 bytes",
+     "spanlet set A GevSCPSPacketSize 1504",
+     [](HostEvidence& it) {
+         it.networkCameras[0].path.largestArrived = 1504;
+     }},
+    {"warning path-mtu A", "set to 8000", "spanlet set A GevSCPSPacketSize 8000",
+     [](HostEvidence& it) {
+         it.networkCameras[0].path.isRestored = false;
+     }},
+    {"warning firewall A", "test packets of all sizes", "nft list",
+     [](HostEvidence& it) {
+         it.networkCameras[0].path.largestArrived = 0;
+     }},
+};
+
 const Fault computerFaults[] = {
     {"warning usb-memory this host", "8 MB, needed 16 MB", "echo 16 | sudo tee",
      [](HostEvidence& it) {
          it.memory.usbMegabytes = 8;
+         it.cameras.usb = 0;
      }},
     {"error usb-permission Maker U", "/dev/bus/usb/002/007 is not writable", "udevadm trigger",
      [](HostEvidence& it) {
@@ -262,6 +285,7 @@ std::string faultName(const testing::TestParamInfo<Fault>& fault) {
 INSTANTIATE_TEST_SUITE_P(OfLinks, EachFault, testing::ValuesIn(linkFaults), faultName);
 INSTANTIATE_TEST_SUITE_P(OfAdapters, EachFault, testing::ValuesIn(adapterFaults), faultName);
 INSTANTIATE_TEST_SUITE_P(OfAddresses, EachFault, testing::ValuesIn(addressFaults), faultName);
+INSTANTIATE_TEST_SUITE_P(OfPaths, EachFault, testing::ValuesIn(pathFaults), faultName);
 INSTANTIATE_TEST_SUITE_P(OfTheComputer, EachFault, testing::ValuesIn(computerFaults), faultName);
 
 TEST(HostExamination, ordersFindingsAndJudgesFaultsTogether) {
@@ -293,6 +317,14 @@ TEST(HostExamination, saysWhatIsNotKnown) {
     host.memory.usbMegabytes.reset();
     host.usbCameras[0].linkSpeed = 0;
     host.frequencies.clear();
+    // A camera that nobody can ask, and a virtual adapter.
+    host.networkCameras[0] = networkCamera("A", 1, 0x0A4E000B);
+    host.networkCameras[0].adapter = "eth1";
+    host.networkCameras[0].isReachable = false;
+    host.networkCameras[0].routeAdapter = "";
+    host.networkCameras[0].path.untested = "The camera does not answer.";
+    host.adapters[1].coalescing->isAdaptive = false;
+    host.adapters[1].mayCoalesce = false;
     EXPECT_THAT(titlesOf(examine(host), Severity::Unknown),
                 testing::UnorderedElementsAre(
                     "unknown bandwidth GEV 0", "unknown packet-size GEV 0",
@@ -300,7 +332,8 @@ TEST(HostExamination, saysWhatIsNotKnown) {
                     "unknown ring eth0", "unknown coalescing eth0", "unknown link-speed eth0",
                     "unknown duplex eth0", "unknown reverse-path eth0",
                     "unknown error-counters eth0", "unknown usb-memory this host",
-                    "unknown governor this host", "unknown firewall this host"));
+                    "unknown governor this host", "unknown firewall this host",
+                    "unknown controller A", "unknown path-mtu A", "unknown coalescing eth1"));
 }
 
 TEST(HostExamination, checksOnlyCamerasWhereTheHostWasNotRead) {
@@ -322,6 +355,9 @@ TEST(HostExamination, leavesOutWhatNoCameraUses) {
     host.networkCameras.push_back(host.networkCameras[0]);
     host.networkCameras[1].adapter = "eth2";
     host.networkCameras[1].isReachable = false;
+    // A switch on the way takes no larger packets.
+    host.links[0].cameras[0].packetSize = 1500;
+    host.networkCameras[0].path = {"", 1500, 1504, true};
     // That this program has opened.
     host.networkCameras[0].controller = CameraController{0x0A4D0001, 41234};
     // Fake cameras on an adapter without a cable.

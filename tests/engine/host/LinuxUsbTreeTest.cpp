@@ -3,89 +3,21 @@
 #include "engine/InterfaceHandlerUSB.h"
 #include "platform/UsbDevice.h"
 #include "tests/support/CapturedLog.h"
+#include "tests/support/EmulatedUsb.h"
 
 #include <gmock/gmock.h>
-#include <memory>
-#include <stdlib.h>
-#include <umockdev.h>
-#include <unistd.h>
 
 namespace {
 
 using testing::IsEmpty;
 
-/// A host whose USB devices come and go as the test wants it: below /sys, this process sees these
-/// and no others.
-class LinuxUsbTree : public testing::Test {
+class LinuxUsbTree : public EmulatedUsb {
 protected:
-    void SetUp() override {
-        ASSERT_TRUE(umockdev_in_mock_environment())
-            << "libumockdev-preload.so.0 is missing: scripts/install-dependencies installs it";
-    }
-
-    /// \p attributes are pairs of a name and a value.
-    std::string add(const char* subsystem, const std::string& name, const std::string& parent,
-                    const char* type, const std::vector<std::string>& attributes) {
-        gchar* added = umockdev_testbed_add_device(m_testbed.get(), subsystem, name.c_str(),
-                                                   parent.empty() ? nullptr : parent.c_str(),
-                                                   nullptr, "DEVTYPE", type, nullptr);
-        const std::string folder = added;
-        g_free(added);
-        for (std::size_t i = 0; i < attributes.size(); i += 2)
-            set(folder, attributes[i].c_str(), attributes[i + 1].c_str());
-        return folder;
-    }
-
-    void set(const std::string& folder, const char* attribute, const char* value) {
-        umockdev_testbed_set_attribute(m_testbed.get(), folder.c_str(), attribute, value);
-    }
-
-    std::string addPci(const std::string& name, const std::string& parent = {}) {
-        return add("pci", name, parent, "pci_device", {"class", "0x0c0330"});
-    }
-
-    /// A device is on the ports that its name tells: "2-4", "2-4.1"; a root hub is "usb2".
-    std::string addUsb(const std::string& parent, const std::string& name, const std::string& speed,
-                       const char* deviceClass, const char* vendor, const char* product) {
-        const std::size_t dash = name.find('-');
-        return add("usb", name, parent, "usb_device",
-                   {"bDeviceClass", deviceClass, "idVendor", vendor, "idProduct", product, "serial",
-                    "a1", "speed", speed, "busnum", "2", "devpath",
-                    dash == std::string::npos ? "0" : name.substr(dash + 1)});
-    }
-    std::string addHub(const std::string& parent, const std::string& name,
-                       const std::string& speed) {
-        return addUsb(parent, name, speed, "09", "1d6b", "0003");
-    }
-    std::string addDevice(const std::string& parent, const std::string& name,
-                          const std::string& speed, const char* product) {
-        return addUsb(parent, name, speed, "ef", "4d52", product);
-    }
-
-    /// A camera of some maker, as its product and interface class tell.
-    std::string addCamera(const std::string& parent, const std::string& name,
-                          const std::string& speed) {
-        const std::string camera = addDevice(parent, name, speed, "c0de");
-        addInterface(camera, name + ":1.0", "00");
-        addInterface(camera, name + ":1.1", "02");
-        return camera;
-    }
-
-    void addInterface(const std::string& device, const std::string& name, const char* protocol) {
-        add("usb", name, device, "usb_interface",
-            {"bInterfaceClass", "ef", "bInterfaceSubClass", "05", "bInterfaceProtocol", protocol});
-    }
-
-    void remove(const std::string& folder) {
-        umockdev_testbed_remove_device(m_testbed.get(), folder.c_str());
-    }
-
     std::optional<std::uint64_t> speedNow(const std::string& controller) {
         m_handler.rebuild();
         return m_handler.GetSpeed("MRD USB Interface " + controller);
     }
 
-    const std::shared_ptr<UMockdevTestbed> m_testbed{umockdev_testbed_new(), g_object_unref};
     InterfaceHandlerUSB m_handler;
     const CapturedLog m_log;
 };
@@ -175,27 +107,4 @@ TEST_F(LinuxUsbTree, leavesOutADeviceThatGoesWhileItIsLookedAt) {
     EXPECT_EQ(tree.instanceId(0), "");
 }
 
-/// Puts \p value before what a variable of the environment has, as lists of options and libraries
-/// are written.
-void prepend(const char* variable, const std::string& value) {
-    const char* before = getenv(variable);
-    setenv(variable, (before == nullptr ? value : value + ':' + before).c_str(), 1);
-}
-
 } // namespace
-
-/// Starts this program anew behind the library that shows it a test's devices below /sys.
-int main(int argc, char** argv) {
-    const std::string library = "libumockdev-preload.so.0";
-    const char* preloaded = getenv("LD_PRELOAD");
-    if (preloaded == nullptr || std::string(preloaded).find(library) == std::string::npos) {
-        prepend("LD_PRELOAD", library);
-        // Lets the address sanitizer's library be the second one; by default it must be the first.
-        prepend("ASAN_OPTIONS", "verify_asan_link_order=0");
-        execv("/proc/self/exe", argv);
-        perror("/proc/self/exe");
-        return 1;
-    }
-    testing::InitGoogleMock(&argc, argv);
-    return RUN_ALL_TESTS();
-}

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/StreamDestination.h"
 
+#include "gige/BootstrapRegisters.h"
+#include "gige/TestPacket.h"
 #include "orvcpp/aravis/LibraryError.h"
 #include "orvcpp/aravis/stream/Gvsp.h"
-
-#include <poll.h>
-#include <sys/socket.h>
 
 #include <chrono>
 #include <vector>
@@ -14,19 +13,11 @@ namespace orv::aravis {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-/// Bootstrap registers, those of a stream for channel 0.
+/// Bootstrap registers.
 constexpr std::uint64_t gvcpCapability = 0x0934;
 constexpr std::uint32_t packetResendBit = 0x00000004;
 constexpr std::uint64_t tickFrequencyHigh = 0x093C;
 constexpr std::uint64_t tickFrequencyLow = 0x0940;
-constexpr std::uint64_t streamPort = 0x0D00;
-constexpr std::uint64_t streamPacketSize = 0x0D04;
-constexpr std::uint64_t streamAddress = 0x0D18;
-constexpr std::uint32_t fireTestPacket = 0x80000000;
-constexpr std::uint32_t doNotFragment = 0x40000000;
-constexpr std::uint32_t packetSizeBits = 0x0000FFFF;
 
 /// A test packet comes within a millisecond; a busy camera or switch takes longer.
 constexpr std::chrono::milliseconds testWait{50};
@@ -47,32 +38,20 @@ std::uint32_t read(ArvDevice* device, std::uint64_t address) {
 }
 
 OrvErrorType setDestination(ArvDevice* device, const platform::UdpSocket& socket) {
-    const OrvErrorType error = write(device, streamAddress, socket.localAddress());
-    return error != OrvErrorSuccess ? error : write(device, streamPort, socket.localPort());
-}
-
-/// Waits for a datagram of this many bytes; ignores others.
-bool waitForDatagram(const platform::UdpSocket& socket, std::size_t size) {
-    const auto end = Clock::now() + testWait;
-    for (;;) {
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
-        pollfd waiting{socket.handle(), POLLIN, 0};
-        if (left.count() <= 0 || poll(&waiting, 1, static_cast<int>(left.count())) <= 0)
-            return false;
-        std::uint8_t first = 0;
-        const auto received = recv(socket.handle(), &first, sizeof first, MSG_TRUNC);
-        if (received == static_cast<ssize_t>(size))
-            return true;
-    }
+    const OrvErrorType error = write(device, gige::streamAddressRegister, socket.localAddress());
+    return error != OrvErrorSuccess ? error
+                                    : write(device, gige::streamPortRegister, socket.localPort());
 }
 
 /// Makes the camera send a test packet of its packet size, which no router or adapter may split.
 bool doPacketsArrive(ArvDevice* device, const platform::UdpSocket& socket) {
-    const std::uint32_t setting = read(device, streamPacketSize) | doNotFragment;
-    const std::size_t size = setting & packetSizeBits;
+    const std::uint32_t setting =
+        read(device, gige::streamPacketSizeRegister) | gige::doNotFragmentBit;
+    const std::size_t size = setting & gige::packetSizeBits;
     for (int i = 0; size > gvsp::ipAndUdpSize && i < testTries; ++i) {
-        if (write(device, streamPacketSize, setting | fireTestPacket) == OrvErrorSuccess &&
-            waitForDatagram(socket, size - gvsp::ipAndUdpSize))
+        if (write(device, gige::streamPacketSizeRegister, setting | gige::fireTestPacketBit) ==
+                OrvErrorSuccess &&
+            gige::awaitTestPacket(socket, size, testWait))
             return true;
     }
     return false;
@@ -99,7 +78,7 @@ std::uint64_t readTickFrequency(ArvDevice* device) {
 }
 
 std::size_t readPacketSize(ArvDevice* device) {
-    return read(device, streamPacketSize) & packetSizeBits;
+    return read(device, gige::streamPacketSizeRegister) & gige::packetSizeBits;
 }
 
 } // namespace orv::aravis
