@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/CameraInfo.h"
+#include "engine/CameraNeed.h"
 #include "features/FeatureValue.h"
 #include "losses/FrameStatistics.h"
 #include "sdk/WrapperDeclarations.h"
@@ -87,6 +88,12 @@ public:
     bool isAcquiring() const;
     /// Switches the camera's bandwidth limit on: while it is off, the limit's value has no effect.
     void switchBandwidthLimitOn();
+    /// What the camera needs for the rate that it has at its present limit. Writes nothing.
+    CameraNeed readNeed() const;
+    /// Finds what the camera needs for its highest frame rate, and leaves the limit at the last
+    /// value tried. Makes fewer SDK calls than autoSet(). Like it, searches only where the need
+    /// with \p cameraSafetyMargin, a fraction, may be below the highest limit.
+    CameraNeed findNeed(double cameraSafetyMargin);
 
 private:
     std::string displayName() const;

@@ -2,6 +2,7 @@
 #include "features/BandwidthLimit.h"
 
 #include "features/FeatureController.h"
+#include "features/OptionalFeatures.h"
 #include "logging/Log.h"
 
 #include <QtGlobal>
@@ -58,6 +59,14 @@ void BandwidthLimit::switchOn() {
         qWarning("Cannot set feature '%s' to 'On'.", name.c_str());
 }
 
+std::optional<FeatureValue> BandwidthLimit::readSwitch() const {
+    return readIfPresent(*m_features, cameraModule, switchOf(m_name).name.c_str());
+}
+
+bool BandwidthLimit::writeSwitch(const FeatureValue& value) {
+    return m_features->setFeatureValue(cameraModule, switchOf(m_name).name, value);
+}
+
 void BandwidthLimit::warnWhenOff(bool isWritable) const {
     const std::string name = switchOf(m_name).name;
     if (!m_features->hasFeature(cameraModule, name) ||
@@ -78,6 +87,11 @@ FeatureInfo BandwidthLimit::read() {
 
 std::int64_t BandwidthLimit::value() const {
     return integerOf(m_features->getFeatureValue(cameraModule, m_name)).value_or(0);
+}
+
+std::optional<std::int64_t> BandwidthLimit::readValue() const {
+    const auto value = m_features->readFeatureValue(cameraModule, m_name);
+    return value ? integerOf(*value) : std::nullopt;
 }
 
 std::optional<std::int64_t> BandwidthLimit::write(std::int64_t value, std::int64_t atMost) {

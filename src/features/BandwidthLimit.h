@@ -29,6 +29,11 @@ public:
 
     /// Switches the limit on, where the camera has a feature for that, and logs the result.
     void switchOn();
+    /// The value of the feature that switches the limit; nothing where the camera has none, or it
+    /// cannot be read.
+    std::optional<FeatureValue> readSwitch() const;
+    /// Writes that feature. Returns whether the camera took it.
+    bool writeSwitch(const FeatureValue& value);
     /// Logs a warning when the limit is off. \p isWritable: whether the limit can be written now.
     void warnWhenOff(bool isWritable) const;
 
@@ -38,6 +43,8 @@ public:
     const StepGrid& steps() const { return m_steps; }
     /// The limit in effect; 0 when it cannot be read.
     std::int64_t value() const;
+    /// The same; nothing when it cannot be read.
+    std::optional<std::int64_t> readValue() const;
 
     /// Writes \p value. If the camera refuses it, because it accepts steps from its minimum only,
     /// writes the highest step at or below \p atMost. Returns what was written; nothing when the

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/CameraHandler.h"
+#include "engine/LinkPlan.h"
 #include "engine/MakeSystemController.h"
 #include "engine/SystemController.h"
+#include "features/FeatureController.h"
 #include "tests/support/CapturedLog.h"
 #include "tests/support/FaultyCameras.h"
 #include "tests/support/SdkFixture.h"
@@ -88,6 +90,118 @@ TEST_F(Faults, callsOfAutoSetAreFew) {
     for (const std::uint64_t most : {139, 2 * 52})
         EXPECT_LE(m_cameras.callsOf([&] { controller->autoSetInterface("", 0, false, 0.1, 0.05); }),
                   most);
+}
+
+/// One camera's limit is switched off, another one is triggered.
+class PlanFaults : public Faults {
+protected:
+    PlanFaults() {
+        enumerate();
+        prepare();
+        m_former = state();
+    }
+
+    void prepare() const {
+        const auto set = [this](std::size_t camera, const char* feature, FeatureValue value) {
+            EXPECT_TRUE(m_all[camera]->getFeatureController()->setFeatureValue(cameraModule,
+                                                                               feature, value));
+        };
+        set(0, mode, std::string("On"));
+        set(0, limit, std::int64_t{3'100'000});
+        set(0, mode, std::string("Off"));
+        set(1, limit, std::int64_t{2'500'000});
+        set(1, "TriggerMode", std::string("On"));
+        set(2, limit, std::int64_t{4'000'000});
+    }
+
+    void enumerate() {
+        m_all.clear();
+        m_interfaces.clear();
+        m_controller = makeSystemController(m_cameras.system);
+        m_interfaces = m_controller->enumerate();
+        for (const CameraList& cameras : m_interfaces)
+            m_all.insert(m_all.end(), cameras.begin(), cameras.end());
+        ASSERT_EQ(m_all.size(), std::size_t{FaultyCameras::count});
+    }
+
+    std::string state() const {
+        std::string text;
+        for (const auto& camera : m_all) {
+            const auto features = camera->getFeatureController();
+            for (const char* name : {limit, mode})
+                text += toText(features->getFeatureValue(cameraModule, name)) + ' ';
+        }
+        return text;
+    }
+
+    /// Plans all interfaces, together, and applies the plan if \p applies. Returns the calls made.
+    std::uint64_t plan(std::uint64_t failingCall, bool applies) {
+        enumerate();
+        return m_cameras.callsOf(
+            [&] {
+                LinkPlan plan(m_all, 0.05);
+                plan.findNeeds([] { return false; });
+                {
+                    SendingRates rates(plan.camerasToMeasure());
+                    rates.sample();
+                    plan.noteMeasurement(rates);
+                }
+                plan.compareWithAutoSet([this] {
+                    for (int i = 0; i < static_cast<int>(m_interfaces.size()); ++i)
+                        m_controller->autoSetInterface("", i, false, 0.1, 0.05);
+                });
+                plan.divide(9e6);
+                m_isApplied = applies && plan.apply();
+            },
+            failingCall);
+    }
+
+    static constexpr const char* limit = "DeviceLinkThroughputLimit";
+    static constexpr const char* mode = "DeviceLinkThroughputLimitMode";
+    std::shared_ptr<SystemController> m_controller;
+    std::vector<CameraList> m_interfaces;
+    CameraList m_all;
+    std::string m_former;
+    bool m_isApplied = false;
+};
+
+TEST_F(PlanFaults, anyFailingCallLeavesTheFormerLimits) {
+    const std::uint64_t calls = FaultyCameras::failEachCall([this](auto call) {
+        const std::uint64_t made = plan(call, false);
+        EXPECT_EQ(state(), m_former) << "failing call " << call;
+        return made;
+    });
+    EXPECT_GT(calls, 300U);
+    EXPECT_FALSE(m_log.text().find("Cannot put the bandwidth limit back") != std::string::npos);
+}
+
+TEST_F(PlanFaults, anyFailingCallOfApplyingLeavesAllLimitsOrNone) {
+    const std::uint64_t planning = plan(0, false);
+    int applied = 0;
+    FaultyCameras::failEachCall(
+        [&](auto call) {
+            const std::uint64_t made = plan(call, true);
+            const std::string planned = "3000000 On 3000000 On 3000000 On ";
+            EXPECT_EQ(state(), m_isApplied ? planned : m_former) << "failing call " << call;
+            applied += m_isApplied ? 1 : 0;
+            prepare();
+            return made;
+        },
+        planning - 10);
+    EXPECT_GT(applied, 0);
+}
+
+TEST_F(PlanFaults, aNeedTakesFewerCallsThanAutoSet) {
+    for (const auto& camera : m_all) {
+        camera->switchBandwidthLimitOn();
+        for (const bool isFirst : {true, false}) {
+            const auto own = m_cameras.callsOf([&] { camera->findNeed(0.05); });
+            const auto ofAutoSet = m_cameras.callsOf([&] { camera->autoSet(0.05); });
+            EXPECT_LT(own, ofAutoSet + (isFirst ? 30U : 0U)) << isFirst;
+        }
+        // 64 x 64 bytes, 1000 frames per second.
+        EXPECT_NEAR(static_cast<double>(camera->findNeed(0.05).bytesPerSecond), 4.096e6, 0.02e6);
+    }
 }
 
 } // namespace

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "engine/SavedLimit.h"
+
+#include "engine/CameraHandler.h"
+#include "logging/Log.h"
+
+namespace {
+
+constexpr int mostAttempts = 3;
+
+/// Calls \p step until it succeeds.
+template <typename Step> bool succeeds(Step step) {
+    for (int i = 0; i < mostAttempts; ++i) {
+        if (step())
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+SavedLimit::SavedLimit(const CameraHandler& camera)
+    : m_camera(cameraDisplayText(camera.getCameraInfo())), m_limit(camera.getFeatureController()) {
+    if (!succeeds([this] { return m_limit.find(); }))
+        return;
+    // First: a limit that is off must not be changed unless it can be switched off again.
+    succeeds([this] { return (m_switch = m_limit.readSwitch()).has_value(); });
+    succeeds([this] { return (m_value = m_limit.readValue()).has_value(); });
+}
+
+std::optional<std::int64_t> SavedLimit::present() const {
+    return m_value ? m_limit.readValue() : std::nullopt;
+}
+
+void SavedLimit::switchOn() {
+    if (m_value && m_switch)
+        m_limit.switchOn();
+}
+
+bool SavedLimit::write(std::int64_t bytesPerSecond) {
+    return m_value && succeeds([&] {
+               return m_limit.write(bytesPerSecond) && m_limit.readValue() == bytesPerSecond;
+           });
+}
+
+bool SavedLimit::putBack() {
+    // The value first, since a limit that is off cannot be written.
+    const bool isBack = putValueBack();
+    const bool isSwitchedBack = putSwitchBack();
+    if (!isBack || !isSwitchedBack)
+        logError(m_camera + ": Cannot put the bandwidth limit back to " +
+                 std::to_string(m_value.value_or(0)) + ".");
+    return isBack && isSwitchedBack;
+}
+
+bool SavedLimit::putValueBack() {
+    return !m_value || succeeds([&] {
+        return m_limit.readValue() == m_value ||
+               (m_limit.write(*m_value) && m_limit.readValue() == m_value);
+    });
+}
+
+bool SavedLimit::putSwitchBack() {
+    return !m_value || !m_switch || succeeds([&] {
+        return m_limit.readSwitch() == m_switch ||
+               (m_limit.writeSwitch(*m_switch) && m_limit.readSwitch() == m_switch);
+    });
+}

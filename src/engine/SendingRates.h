@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "engine/CameraList.h"
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+/// Streams from cameras until its destruction and measures what they send, lost frames included:
+/// the numbers of the frames that arrive tell how many were sent. Bound to the GUI thread.
+class SendingRates {
+public:
+    struct Rate {
+        double framesPerSecond;
+        double bytesPerSecond;
+    };
+
+    explicit SendingRates(CameraList cameras);
+    ~SendingRates();
+
+    SendingRates(const SendingRates&) = delete;
+    SendingRates& operator=(const SendingRates&) = delete;
+
+    const CameraList& cameras() const { return m_cameras; }
+    /// Looks for new frames. The time between two calls limits the precision.
+    void sample();
+    /// Of a camera, by its index; nothing before its second frame was noticed.
+    std::optional<Rate> rate(std::size_t camera) const;
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    struct Sighting {
+        Clock::time_point time;
+        std::int64_t frameId = 0;
+    };
+    struct Stream {
+        std::optional<Sighting> first;
+        Sighting last;
+        double bytesPerFrame = 0;
+    };
+
+    const CameraList m_cameras;
+    std::vector<Stream> m_streams;
+};
