@@ -4,11 +4,10 @@
 #include "cli/BenchmarkTable.h"
 #include "cli/CameraLimit.h"
 #include "cli/Commands.h"
+#include "cli/DivisionOptions.h"
 #include "engine/CameraHandler.h"
-#include "engine/SafetyMargins.h"
 
 #include <algorithm>
-#include <cmath>
 #include <vector>
 
 namespace cli {
@@ -17,12 +16,6 @@ namespace {
 
 const QLatin1String interfaceOption("interface");
 const QLatin1String cameraOption("camera");
-const QLatin1String maxBandwidthOption("max-bandwidth");
-
-struct Margins {
-    double interfacePercent;
-    double cameraPercent;
-};
 
 /// What is to be done on one interface.
 struct Task {
@@ -37,35 +30,18 @@ void wrongUse(const QString& message) {
     throw Failure(message, ExitCode::WrongUse);
 }
 
-double percent(const Arguments& arguments, const char* option, int absent) {
-    return arguments.number(QLatin1String(option), {0, 50, static_cast<double>(absent)});
-}
-
-double maxBandwidthMegabytes(const Arguments& arguments) {
-    return arguments.number(maxBandwidthOption, {0.001, 100000, 0});
-}
-
-Margins marginsFor(const Arguments& arguments, OrvTransportLayerType type) {
-    const auto recommended = recommendedMargins(type);
-    return {percent(arguments, "interface-margin", recommended.interfacePercent),
-            percent(arguments, "camera-margin", recommended.cameraPercent)};
-}
-
 /// Finds wrong use before cameras are opened.
 void checkOptions(const Arguments& arguments) {
     const bool hasCamera = arguments.has(cameraOption);
     checkInterfaceOptions(arguments);
     if (hasCamera == (arguments.has(interfaceOption) || arguments.has(QStringLiteral("all"))))
         wrongUse(QStringLiteral("Either --interface, --all or --camera is needed."));
-    for (const QString& option : {QStringLiteral("lock"), QString(maxBandwidthOption),
+    for (const QString& option : {QStringLiteral("lock"), QStringLiteral("max-bandwidth"),
                                   QStringLiteral("interface-margin")}) {
         if (hasCamera && arguments.has(option))
             wrongUse(QStringLiteral("--%1 goes with --interface only.").arg(option));
     }
-    if (arguments.has(maxBandwidthOption) && areSeveralInterfacesWanted(arguments))
-        wrongUse(QStringLiteral("--max-bandwidth goes with one --interface only."));
-    maxBandwidthMegabytes(arguments);
-    marginsFor(arguments, OrvTransportLayerTypeGEV);
+    checkDivisionOptions(arguments);
 }
 
 const HostInterface& interfaceOf(const Cameras& cameras,
@@ -77,52 +53,14 @@ const HostInterface& interfaceOf(const Cameras& cameras,
     });
 }
 
-OrvTransportLayerType typeOf(Cameras& cameras, const HostInterface& interface) {
-    return cameras.controller().getInterfaceType(interface.name.toStdString());
-}
-
 std::vector<Task> makeTasks(Cameras& cameras, const ChosenInterfaces& chosen,
                             const std::shared_ptr<CameraHandler>& camera,
                             const Arguments& arguments) {
     std::vector<Task> tasks;
     for (const HostInterface* interface : chosen.interfaces)
-        tasks.push_back({interface, camera, marginsFor(arguments, typeOf(cameras, *interface)),
+        tasks.push_back({interface, camera, marginsFor(arguments, cameras, *interface),
                          arguments.has(QStringLiteral("adjust-packet-size"))});
     return tasks;
-}
-
-/// Why Auto Set cannot do a task; empty when it can. With an unknown speed it would set every
-/// camera to its minimum.
-QString obstacle(Cameras& cameras, const Task& task) {
-    const OrvTransportLayerType type = typeOf(cameras, *task.interface);
-    if (type != OrvTransportLayerTypeGEV && type != OrvTransportLayerTypeU3V)
-        return QStringLiteral("Auto Set is not supported for the interface %1.")
-            .arg(task.interface->name);
-    if (!task.camera &&
-        cameras.controller().getInterfaceSpeed(task.interface->name.toStdString()) == 0)
-        return QStringLiteral("The speed of %1 is not known; give it by --max-bandwidth.")
-            .arg(task.interface->name);
-    return {};
-}
-
-void lockCameras(const ChosenInterfaces& chosen, const Arguments& arguments) {
-    CameraList all;
-    for (const HostInterface* interface : chosen.interfaces)
-        all.insert(all.end(), interface->cameras.begin(), interface->cameras.end());
-    for (const QString& locked : arguments.values(QStringLiteral("lock"))) {
-        for (const auto& camera : findCameras(all, locked))
-            camera->setLocked(true);
-    }
-}
-
-/// Of the only interface.
-void setMaxBandwidth(Cameras& cameras, const ChosenInterfaces& chosen, const Arguments& arguments) {
-    if (!arguments.has(maxBandwidthOption))
-        return;
-    constexpr double bitsPerMegabyte = 8e6;
-    const double bits = maxBandwidthMegabytes(arguments) * bitsPerMegabyte;
-    cameras.controller().setMaxBandwidth(chosen.interfaces.front()->name.toStdString(),
-                                         static_cast<std::uint64_t>(std::llround(bits)));
 }
 
 void autoSet(Cameras& cameras, const Task& task) {
@@ -168,7 +106,7 @@ QJsonObject runTask(Cameras& cameras, const Task& task) {
 QJsonArray runTasks(Cameras& cameras, const std::vector<Task>& tasks, bool isList) {
     QJsonArray results;
     for (const Task& task : tasks) {
-        const QString error = obstacle(cameras, task);
+        const QString error = divisionObstacle(cameras, *task.interface, !task.camera);
         if (!error.isEmpty() && !isList)
             throw Failure(error);
         results.append(error.isEmpty()
@@ -245,7 +183,6 @@ Report runAutoSet(Context& context) {
 } // namespace
 
 Command autoSetCommand() {
-    const auto number = QStringLiteral("number");
     Command command;
     command.name = QStringLiteral("autoset");
     command.summary = QStringLiteral("Divide the bandwidth of interfaces among their cameras, or "
@@ -253,21 +190,10 @@ Command autoSetCommand() {
     command.options = interfaceOptions(
         QStringLiteral("Name or ID of an interface to divide; may be given several times."),
         QStringLiteral("Divide all interfaces, one after the other."));
+    command.options += divisionOptions();
     command.options += QList<QCommandLineOption>{
         {cameraOption, QStringLiteral("ID, name or serial number of the one camera to set."),
          QStringLiteral("camera")},
-        {QStringLiteral("interface-margin"),
-         QStringLiteral("Percent of the interface to leave free, 0 to 50; 10 on GigE and 30 on USB "
-                        "by default."),
-         number},
-        {QStringLiteral("camera-margin"),
-         QStringLiteral("Percent to add to what a camera needs, 0 to 50; 5 by default."), number},
-        {QStringLiteral("lock"),
-         QStringLiteral("Cameras that keep their bandwidth, separated by commas; may be given "
-                        "several times."),
-         QStringLiteral("cameras")},
-        {maxBandwidthOption,
-         QStringLiteral("MB/s that the interface carries, in place of its link speed."), number},
         {QStringLiteral("adjust-packet-size"),
          QStringLiteral("Let GigE cameras negotiate their largest packet size before.")},
         {QStringLiteral("benchmark"),

@@ -9,6 +9,7 @@ Command listCommand();
 Command benchmarkCommand();
 Command watchCommand();
 Command autoSetCommand();
+Command planCommand();
 Command featuresCommand();
 Command getCommand();
 Command setCommand();

@@ -41,6 +41,13 @@ QString ChosenInterfaces::names() const {
     return names.join(QStringLiteral(", "));
 }
 
+CameraList ChosenInterfaces::cameras() const {
+    CameraList all;
+    for (const HostInterface* interface : interfaces)
+        all.insert(all.end(), interface->cameras.begin(), interface->cameras.end());
+    return all;
+}
+
 QList<QCommandLineOption> interfaceOptions(const QString& interfaceHelp, const QString& allHelp) {
     return {{namedOption, interfaceHelp, QStringLiteral("interface")}, {allOption, allHelp}};
 }

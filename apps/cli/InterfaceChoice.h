@@ -21,6 +21,8 @@ struct ChosenInterfaces {
 
     /// Separated by commas.
     QString names() const;
+    /// Of all the interfaces.
+    CameraList cameras() const;
 };
 
 /// The options --interface, which may be given several times, and --all.

@@ -15,9 +15,9 @@ namespace {
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> all{listCommand(),    benchmarkCommand(), watchCommand(),
-                                          autoSetCommand(), featuresCommand(),  getCommand(),
-                                          setCommand(),     setIpCommand(),     runCommand(),
-                                          doctorCommand(),  helpCommand()};
+                                          autoSetCommand(), planCommand(),      featuresCommand(),
+                                          getCommand(),     setCommand(),       setIpCommand(),
+                                          runCommand(),     doctorCommand(),    helpCommand()};
     return all;
 }
 

@@ -36,7 +36,7 @@ private:
 
 double PlannedCamera::framesAt(std::optional<std::int64_t> limit) const {
     const double most = std::max(needFrames, wishedFrames);
-    if (!limit || role == PlanRole::Unlimited || needBytes <= 0)
+    if (!limit || role == PlanRole::Fixed || needBytes <= 0)
         return most;
     const double perFrame = needBytes / needFrames;
     return std::min(most, static_cast<double>(*limit) / perFrame);
@@ -44,7 +44,7 @@ double PlannedCamera::framesAt(std::optional<std::int64_t> limit) const {
 
 double PlannedCamera::bytesAt(std::optional<std::int64_t> limit) const {
     // The need is not known: the camera may use all of its limit.
-    if (limit && role != PlanRole::Unlimited && needFrames <= 0)
+    if (limit && role != PlanRole::Fixed && needFrames <= 0)
         return static_cast<double>(*limit);
     return needFrames > 0 ? framesAt(limit) * needBytes / needFrames : 0;
 }
@@ -59,7 +59,7 @@ LinkPlan::LinkPlan(const CameraList& cameras, double cameraSafetyMargin)
             saved = std::make_unique<SavedLimit>(*handler);
             camera.limitBefore = saved->value();
             camera.role =
-                handler->isLocked() && camera.limitBefore ? PlanRole::Locked : PlanRole::Unlimited;
+                handler->isLocked() && camera.limitBefore ? PlanRole::Locked : PlanRole::Fixed;
         }
         m_cameras.push_back(camera);
         m_saved.push_back(std::move(saved));
@@ -93,7 +93,7 @@ void LinkPlan::findNeeds(const std::function<bool()>& isCancelled) {
 }
 
 bool LinkPlan::isToBeMeasured(const PlannedCamera& camera) const {
-    if (camera.role == PlanRole::Unlimited)
+    if (camera.role == PlanRole::Fixed)
         return true;
     return camera.role == PlanRole::Planned &&
            (camera.needBytes <= 0 || camera.handler->isTriggered());
@@ -143,7 +143,7 @@ double LinkPlan::fixedBytes() const {
     for (const PlannedCamera& camera : m_cameras) {
         if (camera.role == PlanRole::Locked)
             sum += static_cast<double>(camera.limitBefore.value_or(0));
-        else if (camera.role == PlanRole::Unlimited)
+        else if (camera.role == PlanRole::Fixed)
             sum += camera.needBytes;
     }
     return sum;

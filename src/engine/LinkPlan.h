@@ -20,7 +20,7 @@ enum class PlanRole {
     /// Keeps its limit, which is counted.
     Locked,
     /// Has no limit that can be written: what it sends is counted.
-    Unlimited,
+    Fixed,
     /// Could not be opened: not counted.
     NotOpened
 };

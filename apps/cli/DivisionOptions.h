@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "cli/InterfaceChoice.h"
+
+#include <QCommandLineOption>
+#include <QList>
+#include <QString>
+
+namespace cli {
+
+class Arguments;
+
+/// Percentage of an interface that stays free, and percentage added to what a camera needs.
+struct Margins {
+    double interfacePercent;
+    double cameraPercent;
+};
+
+/// The options of commands that divide interfaces: --interface-margin, --camera-margin, --lock and
+/// --max-bandwidth.
+QList<QCommandLineOption> divisionOptions();
+/// Finds wrong use of them before cameras are opened. Throws a Failure.
+void checkDivisionOptions(const Arguments& arguments);
+/// The margins that are given, else those that are recommended for the type of the interface.
+Margins marginsFor(const Arguments& arguments, Cameras& cameras, const HostInterface& interface);
+/// Locks the cameras of the interfaces that --lock names.
+void lockCameras(const ChosenInterfaces& chosen, const Arguments& arguments);
+/// Sets the speed of the only interface where --max-bandwidth is given.
+void setMaxBandwidth(Cameras& cameras, const ChosenInterfaces& chosen, const Arguments& arguments);
+/// Why an interface cannot be divided; empty when it can. \p needsSpeed: an unknown speed is a
+/// reason.
+QString divisionObstacle(Cameras& cameras, const HostInterface& interface, bool needsSpeed);
+
+} // namespace cli

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "cli/DivisionOptions.h"
+#include "engine/LinkPlan.h"
+
+#include <QString>
+
+#include <chrono>
+#include <memory>
+#include <vector>
+
+namespace cli {
+
+class Arguments;
+class Interruption;
+
+/// One measurement after a plan was applied. All in bytes per second.
+struct VerifiedRound {
+    double usableBytes;
+    /// What arrived in complete and incomplete frames.
+    double carriedBytes;
+    /// Lost and incomplete frames.
+    double lostFrames;
+};
+
+/// A link with those of its interfaces that are to be planned together.
+struct PlannedLink {
+    ChosenInterfaces interfaces;
+    Margins margins{};
+    double bitsPerSecond = 0;
+    /// Bytes per second that cameras of other interfaces may send over the link, and that cameras
+    /// send to other applications, as far as that is known.
+    double otherBytes = 0;
+    /// Why it cannot be planned; empty when it can.
+    QString error;
+    std::unique_ptr<LinkPlan> plan;
+    BandwidthPlan division;
+    /// Bytes per second for the cameras of the plan.
+    double usableBytes = 0;
+    bool isApplied = false;
+    std::vector<VerifiedRound> rounds;
+};
+
+/// The links of the chosen interfaces, each with a plan of its cameras where it can be planned.
+std::vector<PlannedLink> plannedLinks(Cameras& cameras, const ChosenInterfaces& chosen,
+                                      const Arguments& arguments);
+
+/// Finds what the cameras of a link need, and what Auto Set would give them; streams for \p seconds
+/// from those that do not report their need, where it is above 0. Puts the limits back. Throws a
+/// Failure, with the limits put back, when the program is to end.
+void surveyLink(PlannedLink& link, Cameras& cameras, std::chrono::duration<double> seconds,
+                Interruption& interruption);
+
+} // namespace cli
