@@ -43,7 +43,7 @@ struct PlannedCamera {
     NeedSource source = NeedSource::Unknown;
     /// What it reported at its limits.
     CameraNeed reported;
-    /// What it needs, and the rate at which it then sends; of an unlimited camera, what it sends.
+    /// What it needs, and the rate at which it then sends; of a fixed camera, what it sends.
     /// 0 when unknown.
     double needBytes = 0;
     double needFrames = 0;
@@ -90,7 +90,7 @@ public:
     /// Weights and wishes may be changed before divide().
     std::vector<PlannedCamera>& cameras() { return m_cameras; }
     const std::vector<PlannedCamera>& cameras() const { return m_cameras; }
-    /// Sum of what locked and unlimited cameras take.
+    /// Sum of what locked and fixed cameras take.
     double fixedBytes() const;
     /// Divides \p usableBytes among all cameras of the link and sets the planned limits.
     BandwidthPlan divide(double usableBytes);

@@ -61,7 +61,7 @@ TEST(Documentation, manPageTellsCommandsAndTheirOptions) {
     const std::string help = textOf("--help");
     EXPECT_EQ(matches(help, "^.{80,}$"), Texts()) << "it fits a terminal";
     const Texts names = matches(help, "^  ([a-z-]+) ");
-    EXPECT_EQ(names.size(), 11U);
+    EXPECT_EQ(names.size(), 12U);
     EXPECT_EQ(textOf("help"), help);
     for (const std::string& name : names) {
         SCOPED_TRACE(name);
@@ -109,6 +109,7 @@ TEST_P(Completion, offersWhatThereIs) {
         {"benchmark --interface GEV-", {"GEV-enp3s0", "GEV-enp5s0"}},
         {"benchmark --config :oversubscribed --interface GEV-", {"GEV-enp3s0", "GEV-enp4s0"}},
         {"autoset --lock GEV-21018,GEV-20", {"GEV-20844"}},
+        {"plan --lock GEV-21018 --rate GEV-21", {"GEV-21017=", "GEV-21018="}},
         {"get GEV-3", {"GEV-30411", "GEV-30412"}},
         {"get --config=:empty ", offered("get --")},
         {"get --config nowhere GEV-3", {}},

@@ -47,4 +47,12 @@ TEST(Interruption, keepsAutoSetFromBeginning) {
     EXPECT_THAT(spanlet.err(), Not(HasSubstr("DeviceLinkThroughputLimit set to")));
 }
 
+TEST(Interruption, endsAPlanWithoutAChange) {
+    SpanletProcess spanlet;
+    EXPECT_EQ(interrupt(spanlet, "plan --apply --measure 60 -v", "GEV-20844): Acquisition started"),
+              1);
+    EXPECT_THAT(spanlet.err(), HasSubstr("Interrupted: no limit was changed."));
+    EXPECT_THAT(spanlet.err(), HasSubstr("GEV-20844): Acquisition stopped successfully."));
+}
+
 } // namespace

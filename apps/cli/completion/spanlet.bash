@@ -71,6 +71,10 @@ _spanlet_options() {
             echo "--interface --all --camera --interface-margin --camera-margin --lock"
             echo "--max-bandwidth --adjust-packet-size --benchmark"
             ;;
+        plan)
+            echo "--interface --all --interface-margin --camera-margin --lock --max-bandwidth"
+            echo "--weight --rate --measure --apply --verify"
+            ;;
         features) echo "--filter" ;;
         set-ip) echo "--gateway --persistent --dry-run" ;;
         run) echo "--timeout" ;;
@@ -107,10 +111,11 @@ _spanlet_configurations() {
 
 _spanlet() {
     local common="--config --cameras --json --verbose --help --version"
-    local commands="list benchmark watch autoset features get set set-ip run doctor help"
+    local commands="list benchmark watch autoset plan features get set set-ip run doctor help"
     local scenarios="default oversubscribed sixty-four empty faulty genicam"
     local valued=" --config --cameras --interface --camera --lock --seconds --interval --benchmark"
-    valued+=" --timeout --interface-margin --camera-margin --max-bandwidth --gateway "
+    valued+=" --timeout --interface-margin --camera-margin --max-bandwidth --gateway --weight"
+    valued+=" --rate --measure --verify "
     local text=${COMP_LINE:0:COMP_POINT} words=() operands=() chosen=()
     local current="" command="" previous=""
 
@@ -128,6 +133,11 @@ _spanlet() {
         --cameras) _spanlet_offer "" <<< $'simulated\ngenicam' ;;
         --interface) _spanlet_offer "" < <(_spanlet_interfaces) ;;
         --camera) _spanlet_offer "" < <(_spanlet_cameras) ;;
+        --weight | --rate)
+            # A number follows.
+            compopt -o nospace 2> /dev/null || true
+            _spanlet_offer "" < <(_spanlet_cameras | sed 's/$/=/')
+            ;;
         --lock)
             local others=""
             [[ $current == *,* ]] && others=${current%,*},
