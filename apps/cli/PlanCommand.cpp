@@ -226,7 +226,7 @@ Command planCommand() {
         QStringLiteral("plan --config :oversubscribed --interface GEV-enp3s0"),
         QStringLiteral("plan --all --apply --json"),
         QStringLiteral("plan --interface GEV-enp3s0 --weight GEV-21017=2 --rate GEV-21018=12.5 "
-                       "--apply --verify 2")};
+                       "--apply --verify 1")};
     command.run = runPlan;
     return command;
 }

@@ -121,17 +121,16 @@ private:
 } // namespace
 
 BandwidthPlan divideBandwidth(std::int64_t available, const std::vector<BandwidthClaim>& claims) {
-    const std::int64_t usable = std::max<std::int64_t>(available, 0);
+    const auto usable = static_cast<double>(available);
     BandwidthPlan plan;
     plan.minima = sumOf(claims, lowestOf);
     plan.floors = sumOf(claims, floorOf);
-    if (plan.floors <= static_cast<double>(usable)) {
-        plan.limits = Division(usable, claims).run();
+    if (plan.floors <= usable) {
+        plan.limits = Division(available, claims).run();
         return plan;
     }
-    plan.outcome = plan.minima <= static_cast<double>(usable)
-                       ? BandwidthPlan::Outcome::WishesDoNotFit
-                       : BandwidthPlan::Outcome::MinimaDoNotFit;
+    plan.outcome = plan.minima <= usable ? BandwidthPlan::Outcome::WishesDoNotFit
+                                         : BandwidthPlan::Outcome::MinimaDoNotFit;
     for (const BandwidthClaim& claim : claims)
         plan.limits.push_back(lowestOf(claim));
     return plan;

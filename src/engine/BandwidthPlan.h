@@ -39,8 +39,8 @@ struct BandwidthPlan {
     double floors = 0;
 };
 
-/// Divides \p available among cameras by max-min fairness, in the steps that they take. A negative
-/// number counts as 0.
+/// Divides \p available among cameras by max-min fairness, in the steps that they take. It may be
+/// negative, where others take more than there is: then the minima do not fit.
 ///
 /// Every camera first gets its lowest limit or its wish. Then a level rises from 0. A camera takes
 /// its next step when the level reaches the quotient of its new limit and its weight. It stops at

@@ -180,6 +180,8 @@ bool LinkPlan::apply() {
     for (std::size_t i = 0; i < m_cameras.size(); ++i) {
         if (m_cameras[i].role != PlanRole::Planned)
             continue;
+        // putBack() may have switched it off again.
+        m_saved[i]->switchOn();
         if (!m_saved[i]->write(*m_cameras[i].limitPlanned)) {
             m_isApplied = false;
             putBack();

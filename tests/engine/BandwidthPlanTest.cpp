@@ -189,6 +189,7 @@ TEST(BandwidthPlan, takesWhatACameraReports) {
     const auto most = std::numeric_limits<std::int64_t>::max();
     EXPECT_EQ(divideBandwidth(100, {}).limits, Limits());
     EXPECT_EQ(divideBandwidth(-5, {{"a", {0, 9, 1}, 9}}).limits, Limits{0});
+    EXPECT_EQ(divideBandwidth(-5, {}).outcome, Outcome::MinimaDoNotFit);
     EXPECT_EQ(divideBandwidth(100, {{"a", {0, most, 1}, most}, {"b", {0, most, 3}, most}}).limits,
               (Limits{52, 48}));
     EXPECT_EQ(divideBandwidth(100, {{"a", {most, most, 1}, 5}, {"b", {most, most, 1}, 5}}).outcome,

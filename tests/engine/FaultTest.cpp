@@ -151,6 +151,7 @@ protected:
                         m_controller->autoSetInterface("", i, false, 0.1, 0.05);
                 });
                 plan.divide(9e6);
+                plan.putBack();
                 m_isApplied = applies && plan.apply();
             },
             failingCall);

@@ -89,6 +89,12 @@ Member withoutRate(double most) {
     return {most, QStringLiteral(R"("frameRate": { "feature": "none" },)")};
 }
 
+std::vector<Member> smallBesideHungry() {
+    std::vector<Member> members(24, camera(2.3));
+    members.push_back(camera(1200));
+    return members;
+}
+
 const std::vector<Link>& links() {
     static const std::vector<Link> all{
         {"threeSlowTriggeredBesideAHungry",
@@ -99,15 +105,13 @@ const std::vector<Link>& links() {
         {"manyStaggeredNeeds", {camera(5), camera(12), camera(22), camera(40), camera(70)}},
         {"softwareTriggerBesideASlowOne", {softwareTriggered(32), camera(76)}},
         {"minimaAtTheEnd",
-         {camera(80), camera(60), withRange(40, 30, 100), withRange(45, 35, 100)}},
+         {camera(80), camera(60), withRange(60, 40, 100), withRange(60, 45, 100)}},
         {"aCameraWithoutALimit", {unlimited(60), camera(70), camera(50)}},
         {"aLimitThatCannotBeWritten", {readOnly(40), camera(90), camera(90)}},
         {"aCameraWithoutAFrameRate", {withoutRate(25), camera(110), camera(60)}},
         {"aLockedCamera", {locked(100, 30), camera(90), camera(12), camera(90)}},
         {"lowHighestLimits", {withRange(90, 1, 20), withRange(90, 1, 25), camera(100)}},
-        {"needsFarBelowALinkOf10Gigabits",
-         {camera(12), camera(31), triggered(60, 5), camera(23)},
-         10000},
+        {"smallNeedsBesideAHungryOneOn10Gigabits", smallBesideHungry(), 10000},
         {"moreThanALinkOf10GigabitsCarries",
          {camera(400), camera(300), triggered(500, 30), camera(700), camera(20)},
          10000},
@@ -263,7 +267,8 @@ TEST_P(PlannedLink, losesNothingAndReachesTheFairOptimum) {
     const auto byAutoSet = [&](std::size_t i) {
         return plan.cameras()[i].limitByAutoSet;
     };
-    EXPECT_LE(sentBytes(planned), GetParam().usable());
+    // What is measured may be off by the time between two samples.
+    EXPECT_LE(sentBytes(planned), 1.005 * GetParam().usable());
     EXPECT_GE(shareOfOptimum(planned), 0.995);
     // For docs/plan.md.
     RecordProperty("plan", std::to_string(100 * shareOfOptimum(planned)));
