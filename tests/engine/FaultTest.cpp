@@ -192,6 +192,18 @@ TEST_F(PlanFaults, anyFailingCallOfApplyingLeavesAllLimitsOrNone) {
     EXPECT_GT(applied, 0);
 }
 
+TEST_F(PlanFaults, aCameraThatRefusesItsPlanLeavesTheFormerLimitsOfTheOthers) {
+    {
+        LinkPlan plan(m_all, 0.05);
+        plan.findNeeds([] { return false; });
+        plan.divide(9e6);
+        m_cameras.simulation.SetCameraPlugged("DEV_U", false);
+        EXPECT_FALSE(plan.apply());
+    }
+    m_all.pop_back();
+    EXPECT_EQ(m_former.rfind(state(), 0), 0U) << state();
+}
+
 TEST_F(PlanFaults, aNeedTakesFewerCallsThanAutoSet) {
     for (std::size_t i = 0; i < FaultyCameras::count; ++i) {
         const auto calls = [&](bool isFirst, auto operation) {

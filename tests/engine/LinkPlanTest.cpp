@@ -6,6 +6,10 @@
 #include "engine/SystemController.h"
 #include "tests/support/CapturedLog.h"
 
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTemporaryFile>
 
 #include <gtest/gtest.h>
@@ -26,125 +30,81 @@ constexpr double cameraMargin = 0.05;
 struct Member {
     /// What it sends at its highest frame rate.
     double most;
-    /// Members of its JSON object, each followed by a comma.
-    QString json;
     /// What it sends on its triggers; 0: it is not triggered by a line.
-    double triggered = 0;
-    double minimum = 1;
-    /// 0: as much as the link.
-    double maximum = 0;
+    double triggered;
+    double minimum;
+    double maximum;
     /// The limit of a locked camera, or what a camera without a limit sends; 0 for others.
-    double fixed = 0;
+    double fixed;
+    /// What is special in its scenario.
+    QJsonObject scenario;
 
     double wanted() const { return triggered > 0 ? triggered : most; }
 };
 
 struct Link {
-    const char* name;
+    std::string name;
+    double megabits;
     std::vector<Member> members;
-    double megabits = 1000;
 
-    double usable() const { return megabits / 8 * (1 - interfaceMargin); }
+    double carried() const { return megabits / 8; }
+    double usable() const { return carried() * (1 - interfaceMargin); }
 };
 
-Member camera(double most) {
-    return {most, {}};
-}
-
-Member triggered(double most, double rate) {
-    return {most,
-            QStringLiteral(R"("trigger": { "mode": "On", "source": "Line0", "rate": %1 },)")
-                .arg(rate * 1e6 / bytesPerFrame),
-            rate};
-}
-
-Member softwareTriggered(double most) {
-    return {most, QStringLiteral(R"("trigger": { "mode": "On" },)")};
-}
-
-Member withRange(double most, double minimum, double maximum) {
-    return {most, {}, 0, minimum, maximum};
-}
-
-/// Locked, at a limit.
-Member locked(double most, double limit) {
-    return {most, QStringLiteral(R"("name": "locked",)"), 0, 1, limit, limit};
-}
-
-Member unlimited(double most) {
-    Member member{most, QStringLiteral(R"("bandwidth": { "feature": "none" },)")};
-    member.fixed = most;
-    return member;
-}
-
-/// With a limit that cannot be written.
-Member readOnly(double most) {
-    Member member{most, QStringLiteral(R"("faults": { "features": [
-                      { "name": "DeviceLinkThroughputLimit", "on": "set" }] },)")};
-    member.fixed = most;
-    return member;
-}
-
-Member withoutRate(double most) {
-    return {most, QStringLiteral(R"("frameRate": { "feature": "none" },)")};
-}
-
-std::vector<Member> smallBesideHungry() {
-    std::vector<Member> members(24, camera(2.3));
-    members.push_back(camera(1200));
-    return members;
-}
-
-const std::vector<Link>& links() {
-    static const std::vector<Link> all{
-        {"threeSlowTriggeredBesideAHungry",
-         {camera(82), triggered(40, 9), triggered(40, 10), triggered(40, 8)}},
-        {"slowTriggeredOnlyByTheirSensors",
-         {camera(85), softwareTriggered(8), softwareTriggered(9), softwareTriggered(7)}},
-        {"staggeredNeeds", {camera(20), camera(43), camera(90)}},
-        {"manyStaggeredNeeds", {camera(5), camera(12), camera(22), camera(40), camera(70)}},
-        {"softwareTriggerBesideASlowOne", {softwareTriggered(32), camera(76)}},
-        {"minimaAtTheEnd",
-         {camera(80), camera(60), withRange(60, 40, 100), withRange(60, 45, 100)}},
-        {"aCameraWithoutALimit", {unlimited(60), camera(70), camera(50)}},
-        {"aLimitThatCannotBeWritten", {readOnly(40), camera(90), camera(90)}},
-        {"aCameraWithoutAFrameRate", {withoutRate(25), camera(110), camera(60)}},
-        {"aLockedCamera", {locked(100, 30), camera(90), camera(12), camera(90)}},
-        {"lowHighestLimits", {withRange(90, 1, 20), withRange(90, 1, 25), camera(100)}},
-        {"smallNeedsBesideAHungryOneOn10Gigabits", smallBesideHungry(), 10000},
-        {"moreThanALinkOf10GigabitsCarries",
-         {camera(400), camera(300), triggered(500, 30), camera(700), camera(20)},
-         10000},
-        {"onlyTriggeredOnes", {triggered(90, 20), triggered(90, 45), triggered(90, 60)}},
-    };
-    return all;
+std::vector<Link> readLinks() {
+    QFile file(QStringLiteral(LINK_PLANS_FILE));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    std::vector<Link> links;
+    for (const QJsonValue& each : QJsonDocument::fromJson(file.readAll()).array()) {
+        Link link{each[QLatin1String("name")].toString().toStdString(),
+                  each[QLatin1String("megabits")].toDouble(1000),
+                  {}};
+        for (const QJsonValue& camera : each[QLatin1String("cameras")].toArray())
+            link.members.insert(link.members.end(),
+                                static_cast<std::size_t>(camera[QLatin1String("count")].toInt(1)),
+                                {camera[QLatin1String("most")].toDouble(),
+                                 camera[QLatin1String("triggered")].toDouble(),
+                                 camera[QLatin1String("minimum")].toDouble(1),
+                                 camera[QLatin1String("maximum")].toDouble(link.carried()),
+                                 camera[QLatin1String("fixed")].toDouble(),
+                                 camera[QLatin1String("scenario")].toObject()});
+        links.push_back(link);
+    }
+    return links;
 }
 
 QString scenarioOf(const Link& link) {
-    QStringList cameras;
+    QJsonArray cameras;
     for (const Member& member : link.members) {
-        const double maximum = member.maximum > 0 ? member.maximum : link.megabits / 8;
-        const QString range = QStringLiteral(R"("bandwidth": { "minimum": %1, "maximum": %2 },)")
-                                  .arg(member.minimum * 1e6, 0, 'f', 0)
-                                  .arg(maximum * 1e6, 0, 'f', 0);
-        cameras << QStringLiteral(R"({ "id": "camera %1", "model": "Any", "interface": "eth", %2 %3
-                       "exposureTime": 10, "linkSpeedMbps": %4,
-                       "sensor": { "width": 320, "height": 250, "frameRate": %5 } })")
-                       .arg(cameras.size() + 1)
-                       .arg(member.json)
-                       .arg(member.json.contains(QLatin1String("\"none\"")) && member.fixed > 0
-                                ? QString()
-                                : range)
-                       .arg(link.megabits)
-                       .arg(member.most * 1e6 / bytesPerFrame, 0, 'f', 3);
+        QJsonObject camera{
+            {QStringLiteral("id"), QStringLiteral("camera %1").arg(cameras.size())},
+            {QStringLiteral("model"), QStringLiteral("Any")},
+            {QStringLiteral("interface"), QStringLiteral("eth")},
+            {QStringLiteral("exposureTime"), 10},
+            {QStringLiteral("linkSpeedMbps"), link.megabits},
+            {QStringLiteral("bandwidth"),
+             QJsonObject{{QStringLiteral("minimum"), member.minimum * 1e6},
+                         {QStringLiteral("maximum"), member.maximum * 1e6}}},
+            {QStringLiteral("sensor"),
+             QJsonObject{{QStringLiteral("width"), 320},
+                         {QStringLiteral("height"), 250},
+                         {QStringLiteral("frameRate"), member.most * 1e6 / bytesPerFrame}}}};
+        if (member.triggered > 0)
+            camera[QLatin1String("trigger")] =
+                QJsonObject{{QStringLiteral("mode"), QStringLiteral("On")},
+                            {QStringLiteral("source"), QStringLiteral("Line0")},
+                            {QStringLiteral("rate"), member.triggered * 1e6 / bytesPerFrame}};
+        for (auto special = member.scenario.begin(); special != member.scenario.end(); ++special)
+            camera[special.key()] = special.value();
+        cameras.append(camera);
     }
     return QStringLiteral(R"({
         "host": { "adapters": [{ "name": "eth", "address": "10.0.0.1", "speedMbps": %1 }] },
         "transportLayers": [{ "id": "GEV", "type": "GigEVision" }],
         "interfaces": [{ "id": "eth", "transportLayer": "GEV", "adapter": "eth" }],
-        "cameras": [%2] })")
+        "cameras": %2 })")
         .arg(link.megabits)
-        .arg(cameras.join(QLatin1Char(',')));
+        .arg(QString::fromUtf8(QJsonDocument(cameras).toJson()));
 }
 
 /// What each camera sends in the fair optimum: water filling by bisection.
@@ -155,8 +115,7 @@ std::vector<double> fairOptimum(const Link& link) {
     const auto limitsAt = [&](double level) {
         std::vector<double> limits;
         for (const Member& member : link.members) {
-            const double most = member.maximum > 0 ? member.maximum : link.megabits / 8;
-            const double wanted = std::min(member.wanted() * (1 + cameraMargin), most);
+            const double wanted = std::min(member.wanted() * (1 + cameraMargin), member.maximum);
             limits.push_back(member.fixed > 0 ? 0
                                               : std::clamp(level, member.minimum,
                                                            std::max(wanted, member.minimum)));
@@ -221,7 +180,7 @@ protected:
     /// Share of the optimum's frames that arrive.
     template <typename Limit> static double shareOfOptimum(Limit limitOf) {
         const auto optimum = fairOptimum(GetParam());
-        return std::min(sentBytes(limitOf), GetParam().megabits / 8) /
+        return std::min(sentBytes(limitOf), GetParam().carried()) /
                std::accumulate(optimum.begin(), optimum.end(), 0.0);
     }
 
@@ -254,6 +213,10 @@ TEST_P(PlannedLink, losesNothingAndReachesTheFairOptimum) {
         EXPECT_EQ(statistics.incompleteFrames, 0U);
         const PlannedCamera& camera = plan.cameras()[i];
         EXPECT_EQ(camera.handler->getBandwidth(), camera.limitPlanned.value_or(0));
+        const double measured = camera.needFrames * bytesPerFrame / 1e6;
+        const double wanted = GetParam().members[i].wanted();
+        EXPECT_NEAR(measured, camera.source == NeedSource::Measurement ? wanted : measured,
+                    0.015 * wanted);
         // A camera that waits for software triggers sends nothing.
         if (const auto rate = rates.rate(i)) {
             sent += rate->framesPerSecond;
@@ -273,11 +236,11 @@ TEST_P(PlannedLink, losesNothingAndReachesTheFairOptimum) {
     // For docs/plan.md.
     RecordProperty("plan", std::to_string(100 * shareOfOptimum(planned)));
     RecordProperty("autoSet", std::to_string(100 * shareOfOptimum(byAutoSet)));
-    const double excess = GetParam().megabits / 8 / sentBytes(byAutoSet);
+    const double excess = GetParam().carried() / sentBytes(byAutoSet);
     RecordProperty("autoSetLoss", std::to_string(100 * (1 - std::min(1.0, excess))));
 }
 
-INSTANTIATE_TEST_SUITE_P(Links, PlannedLink, testing::ValuesIn(links()),
-                         [](const auto& link) { return std::string(link.param.name); });
+INSTANTIATE_TEST_SUITE_P(Links, PlannedLink, testing::ValuesIn(readLinks()),
+                         [](const auto& link) { return link.param.name; });
 
 } // namespace
