@@ -63,10 +63,10 @@ void checkInterruption(Interruption& interruption) {
 }
 
 void measure(LinkPlan& plan, std::chrono::duration<double> seconds, Interruption& interruption) {
-    using Clock = std::chrono::steady_clock;
+    using std::chrono::steady_clock;
     SendingRates rates(plan.camerasToMeasure());
-    const auto end = Clock::now() + seconds;
-    while (Clock::now() < end) {
+    const auto end = steady_clock::now() + seconds;
+    while (steady_clock::now() < end) {
         if (interruption.wait(samplingPeriod))
             return;
         rates.sample();
