@@ -1,0 +1,39 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# Run by cpack when the files of the packages are in their folders: adds what Debian wants in every
+# package, and compresses the manual pages.
+
+# compress(FILE): always to the same bytes.
+function(compress FILE)
+    execute_process(COMMAND gzip -9nf ${FILE} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
+    string(TOUPPER ${component} name)
+    set(package ${CPACK_DEBIAN_${name}_PACKAGE_NAME})
+    set(root ${CPACK_TEMPORARY_DIRECTORY}/${component}/usr)
+    set(documents ${root}/share/doc/${package})
+
+    file(MAKE_DIRECTORY ${documents})
+    configure_file(${CPACK_SPANLET_PACKAGING_DIR}/debian/copyright ${documents}/copyright COPYONLY)
+    execute_process(
+        COMMAND ${CPACK_SPANLET_PACKAGING_DIR}/debian/changelog ${CPACK_PACKAGE_CONTACT}
+        OUTPUT_FILE ${documents}/changelog COMMAND_ERROR_IS_FATAL ANY)
+    compress(${documents}/changelog)
+    set(overrides ${CPACK_SPANLET_PACKAGING_DIR}/debian/overrides/${package})
+    if(EXISTS ${overrides})
+        file(COPY ${overrides} DESTINATION ${root}/share/lintian/overrides)
+    endif()
+
+    file(GLOB pages ${root}/share/man/man1/*.1)
+    foreach(page IN LISTS pages)
+        compress(${page})
+    endforeach()
+    # Libraries are in a folder of the system, where programs with capabilities find them, too.
+    file(GLOB binaries ${root}/bin/* ${root}/lib/spanlet/plugins/*.so)
+    foreach(binary IN LISTS binaries)
+        file(RPATH_REMOVE FILE ${binary})
+    endforeach()
+    # cpack hands the permissions of folders on as they are, which depend on the user's mask.
+    execute_process(COMMAND chmod -R u+rwX,go+rX,go-w ${CPACK_TEMPORARY_DIRECTORY}/${component}
+                    COMMAND_ERROR_IS_FATAL ANY)
+endforeach()
