@@ -24,8 +24,10 @@ target_compile_definitions(
 target_link_libraries(spanlet_options INTERFACE Threads::Threads)
 
 # No path of this computer in what is built, so that the same sources give the same bytes anywhere.
-add_compile_options("$<$<CONFIG:Release>:-ffile-prefix-map=${SPANLET_ROOT}=.>"
-                    "$<$<CONFIG:Release>:-ffile-prefix-map=${CMAKE_BINARY_DIR}=build>")
+if(NOT MSVC)
+    add_compile_options("$<$<CONFIG:Release>:-ffile-prefix-map=${SPANLET_ROOT}=.>"
+                        "$<$<CONFIG:Release>:-ffile-prefix-map=${CMAKE_BINARY_DIR}=build>")
+endif()
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     # Tables of functions are read-only once the program has started.
     add_link_options(-Wl,-z,relro,-z,now)

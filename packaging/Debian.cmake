@@ -16,13 +16,14 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
-set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
+# scripts/package packs them again.
+set(CPACK_DEBIAN_COMPRESSION_TYPE none)
 
 # For the scripts below, which cpack runs.
 set(CPACK_SPANLET_PACKAGING_DIR ${CMAKE_CURRENT_SOURCE_DIR})
 # It adds the dependencies among the packages, which name the version.
 set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_CURRENT_SOURCE_DIR}/debian/Dependencies.cmake)
-set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_SOURCE_DIR}/debian/Documents.cmake)
+set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_CURRENT_SOURCE_DIR}/debian/FinishFolders.cmake)
 
 # spanlet_package(COMPONENT PACKAGE SECTION SUMMARY TEXT [CONTROL FILES...])
 # TEXT describes the package in lines of at most 79 characters.

@@ -26,8 +26,9 @@ QString FeatureFilter::shippedFile() {
     const QString name = QStringLiteral("Spanlet_Settings.json");
     const QString beside =
         QCoreApplication::applicationDirPath() + QStringLiteral("/plugins/") + name;
-    const auto installed = QString::fromStdWString(platform::installedDataFolder().wstring()) +
-                           QLatin1Char('/') + name;
+    const auto installed =
+        QString::fromStdString(platform::installedDataFolder().generic_u8string()) +
+        QLatin1Char('/') + name;
     return !QFileInfo::exists(beside) && QFileInfo::exists(installed) ? installed : beside;
 }
 

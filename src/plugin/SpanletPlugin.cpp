@@ -27,8 +27,8 @@ bool loadTranslation(QTranslator& translator, const QString& directory) {
 /// Looks in "qm" below the current directory, then in the installation of the plug-in. Without a
 /// file the texts stay English.
 void installTranslation() {
-    const auto installed =
-        QString::fromStdWString((platform::installedDataFolder() / "translations").wstring());
+    const auto installed = QString::fromStdString(
+        (platform::installedDataFolder() / "translations").generic_u8string());
     auto translator = std::make_unique<QTranslator>();
     if (!loadTranslation(*translator, QDir::currentPath() + QStringLiteral("/qm")))
         loadTranslation(*translator, installed);

@@ -37,8 +37,8 @@ QStringList preferenceFiles() {
                                                   QStringLiteral("spanlet/spanlet.conf"));
     // Absent beside a program in the build folder, which works with simulated cameras unless it is
     // told otherwise.
-    const auto installed =
-        QString::fromStdWString((platform::installedDataFolder() / "defaults.conf").wstring());
+    const auto installed = QString::fromStdString(
+        (platform::installedDataFolder() / "defaults.conf").generic_u8string());
     if (QFileInfo::exists(installed))
         files.append(installed);
     return files;

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Run by cpack when the files of the packages are in their folders: adds what Debian wants in every
-# package, and compresses the manual pages.
+# Run by cpack when the files of the packages are in their folders: adds the documents that Debian
+# wants in every package, and adapts the rest to Debian.
 
 # compress(FILE): always to the same bytes.
 function(compress FILE)
@@ -28,11 +28,10 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
     foreach(page IN LISTS pages)
         compress(${page})
     endforeach()
-    # Libraries are in a folder of the system, where programs with capabilities find them, too.
-    file(GLOB binaries ${root}/bin/* ${root}/lib/spanlet/plugins/*.so)
-    foreach(binary IN LISTS binaries)
-        file(RPATH_REMOVE FILE ${binary})
-    endforeach()
+    # Below /usr, Debian's zsh reads another folder than below /usr/local.
+    if(EXISTS ${root}/share/zsh/site-functions)
+        file(RENAME ${root}/share/zsh/site-functions ${root}/share/zsh/vendor-completions)
+    endif()
     # cpack hands the permissions of folders on as they are, which depend on the user's mask.
     execute_process(COMMAND chmod -R u+rwX,go+rX,go-w ${CPACK_TEMPORARY_DIRECTORY}/${component}
                     COMMAND_ERROR_IS_FATAL ANY)
