@@ -85,7 +85,8 @@ Command featuresCommand() {
     command.fewestOperands = command.mostOperands = 1;
     command.options = {{QStringLiteral("filter"),
                         QStringLiteral("Only those that matter for bandwidth, as listed in "
-                                       "plugins/Spanlet_Settings.json beside the program.")}};
+                                       "plugins/Spanlet_Settings.json beside the program, or in "
+                                       "share/spanlet of an installed one.")}};
     command.examples = QStringList{QStringLiteral("features GEV-21017 --filter"),
                                    QStringLiteral("features GEV-21017 --json")};
     command.run = runFeatures;

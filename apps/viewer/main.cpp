@@ -74,6 +74,15 @@ int runAutomatically(const CommandLine& line, viewer::ViewerWindow& window) {
     return failures.isEmpty() ? 0 : 1;
 }
 
+/// Beside the program, or where an installation has it.
+QString pluginFolder() {
+    const QDir programs(QCoreApplication::applicationDirPath());
+    const QString beside = programs.filePath(QStringLiteral("plugins"));
+    const QString installed =
+        QDir::cleanPath(programs.filePath(QStringLiteral(SPANLET_PLUGIN_FROM_PROGRAMS)));
+    return !QFileInfo::exists(beside) && QFileInfo::exists(installed) ? installed : beside;
+}
+
 int run(const CommandLine& line) {
     const session::SdkSession session(line.cameras);
     if (!session.isStarted()) {
@@ -83,9 +92,7 @@ int run(const CommandLine& line) {
     // Spanlet looks for its translations in the folder "qm" below the current one. The files that
     // the command line names are known by now.
     QDir::setCurrent(QCoreApplication::applicationDirPath());
-    viewer::ViewerWindow window(OrvCPP::OrvSystem::GetInstance(),
-                                QCoreApplication::applicationDirPath() +
-                                    QStringLiteral("/plugins"));
+    viewer::ViewerWindow window(OrvCPP::OrvSystem::GetInstance(), pluginFolder());
     window.show();
     if (line.isAutomated())
         return runAutomatically(line, window);
@@ -113,6 +120,8 @@ int main(int argc, char** argv) {
     }
     QApplication application(argc, argv);
     identify(application);
+    // The desktop finds name and icon of the window by it.
+    QGuiApplication::setDesktopFileName(QStringLiteral("dev.spanlet.Viewer"));
     viewer::applyAppearance(line.isDark);
     // The texts of Qt's own buttons, which Spanlet's dialogs have, too.
     QTranslator qtTexts;

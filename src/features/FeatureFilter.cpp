@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "features/FeatureFilter.h"
 
+#include "platform/InstalledData.h"
+
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -20,8 +23,13 @@ QStringList texts(const QJsonValue& value) {
 } // namespace
 
 QString FeatureFilter::shippedFile() {
-    return QCoreApplication::applicationDirPath() +
-           QStringLiteral("/plugins/Spanlet_Settings.json");
+    const QString name = QStringLiteral("Spanlet_Settings.json");
+    const QString beside =
+        QCoreApplication::applicationDirPath() + QStringLiteral("/plugins/") + name;
+    const auto installed =
+        QString::fromStdString(platform::installedDataFolder().generic_u8string()) +
+        QLatin1Char('/') + name;
+    return !QFileInfo::exists(beside) && QFileInfo::exists(installed) ? installed : beside;
 }
 
 FeatureFilter::FeatureFilter(const QString& fileName) {

@@ -7,7 +7,8 @@
 /// Which features matter for bandwidth, as a settings file lists them. Reentrant.
 class FeatureFilter {
 public:
-    /// "plugins/Spanlet_Settings.json" below the application's directory. Needs an application.
+    /// "plugins/Spanlet_Settings.json" below the application's directory. Where that is missing,
+    /// the file of the installation that this code belongs to. Needs an application.
     static QString shippedFile();
 
     /// Reads the file, once. One that cannot be read is reported as a Qt warning, and leaves a

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "plugin/SpanletPlugin.h"
 
+#include "platform/InstalledData.h"
 #include "ui/SpanletDialog.h"
 
 #include <QApplication>
@@ -15,15 +16,22 @@
 
 namespace {
 
-/// Looks in "qm" below the current directory, first for the system's locale (de_AT), then for its
-/// language alone (de). Without a file the texts stay English.
-void installTranslation() {
+/// Looks for the system's locale (de_AT), then for its language alone (de).
+bool loadTranslation(QTranslator& translator, const QString& directory) {
     const QString locale = QLocale::system().name();
-    const QString directory = QDir::currentPath() + QStringLiteral("/qm");
     const QString prefix = QStringLiteral("Spanlet_");
+    return translator.load(prefix + locale, directory) ||
+           translator.load(prefix + locale.left(2), directory);
+}
+
+/// Looks in "qm" below the current directory, then in the installation of the plug-in. Without a
+/// file the texts stay English.
+void installTranslation() {
+    const auto installed = QString::fromStdString(
+        (platform::installedDataFolder() / "translations").generic_u8string());
     auto translator = std::make_unique<QTranslator>();
-    if (!translator->load(prefix + locale, directory))
-        translator->load(prefix + locale.left(2), directory);
+    if (!loadTranslation(*translator, QDir::currentPath() + QStringLiteral("/qm")))
+        loadTranslation(*translator, installed);
     // Stays installed until the host ends.
     if (!translator->isEmpty())
         QCoreApplication::installTranslator(translator.release());

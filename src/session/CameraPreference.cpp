@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "session/CameraPreference.h"
 
-#include <QCoreApplication>
-#include <QDir>
+#include "platform/InstalledData.h"
+
 #include <QFileInfo>
 #include <QSettings>
 #include <QStandardPaths>
@@ -35,10 +35,12 @@ QString fault(const QString& file, const QSettings& settings) {
 QStringList preferenceFiles() {
     QStringList files = QStandardPaths::locateAll(QStandardPaths::GenericConfigLocation,
                                                   QStringLiteral("spanlet/spanlet.conf"));
-    const QString installed =
-        QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral(SPANLET_DEFAULTS));
+    // Absent beside a program in the build folder, which works with simulated cameras unless it is
+    // told otherwise.
+    const auto installed = QString::fromStdString(
+        (platform::installedDataFolder() / "defaults.conf").generic_u8string());
     if (QFileInfo::exists(installed))
-        files.append(QDir::cleanPath(installed));
+        files.append(installed);
     return files;
 }
 

@@ -10,7 +10,7 @@
 
 namespace {
 
-TEST(HostCommands, areThoseOfTheDocumentation) {
+TEST(HostCommands, areThoseOfTheDocumentationAndOfThePackages) {
     std::ifstream file(REAL_CAMERAS_PAGE);
     const std::string text{std::istreambuf_iterator<char>(file), {}};
     const std::string page = std::regex_replace(text, std::regex("\\s+"), " ");
@@ -20,6 +20,11 @@ TEST(HostCommands, areThoseOfTheDocumentation) {
           platform::packetSocketCommand("build/release/bin/spanlet"),
           platform::usbPermissionCommand(), platform::mtuCommand("enp3s0")})
         EXPECT_THAT(page, testing::HasSubstr("sh " + command + " ```"));
+    std::ifstream rules(USB_RULES_FILE);
+    std::string rule;
+    while (std::getline(rules, rule) && rule.front() == '#')
+        ;
+    EXPECT_THAT(platform::usbPermissionCommand(), testing::HasSubstr('\'' + rule + '\''));
     EXPECT_EQ(platform::packetSocketCommand("/opt/Peter's cameras/spanlet"),
               "sudo setcap cap_net_raw+ep '/opt/Peter'\\''s cameras/spanlet'");
 }

@@ -24,7 +24,7 @@ public:
     Utf8Console& operator=(const Utf8Console&) = delete;
 
 private:
-    unsigned m_previous = 0;
+    [[maybe_unused]] unsigned m_previous = 0;
 };
 
 /// Whether the standard output stream is a terminal that understands cursor sequences.
