@@ -87,7 +87,7 @@ TEST_F(Faults, callsOfAutoSetAreFew) {
         EXPECT_EQ(searching - autoSet(1e6), 2U * (1 + 10));
     }
     // Two cameras: first the features of one of them are not read yet, then those of both are.
-    for (const std::uint64_t most : {139, 2 * 52})
+    for (const std::uint64_t most : {139U, 2U * 52U})
         EXPECT_LE(m_cameras.callsOf([&] { controller->autoSetInterface("", 0, false, 0.1, 0.05); }),
                   most);
 }
