@@ -39,7 +39,8 @@ public:
     LossEvidence(std::string name, std::vector<ObservedCamera> cameras, bool areSimulated);
 
     /// Notes what adapter and streams have received so far. Call it once the cameras stream. Blocks
-    /// for up to \p longestDrain while packets wait for this program.
+    /// for 50 ms where both can be read, longer while packets wait for this program, at most for
+    /// \p longestDrain.
     void noteStart(std::chrono::milliseconds longestDrain = usualDrain);
     /// In place of noteStart(), for cameras that stream already: leaves out what was counted so
     /// far. Does not block.
