@@ -85,7 +85,8 @@ void setMaxBandwidth(Cameras& cameras, const ChosenInterfaces& chosen, const Arg
 QString divisionObstacle(Cameras& cameras, const HostInterface& interface, bool needsSpeed) {
     const OrvTransportLayerType type = typeOf(cameras, interface);
     if (type != OrvTransportLayerTypeGEV && type != OrvTransportLayerTypeU3V)
-        return QStringLiteral("Auto Set is not supported for the interface %1.")
+        return QStringLiteral("%1 is neither a GigE Vision nor a USB3 Vision interface; only these "
+                              "can be divided.")
             .arg(interface.name);
     if (needsSpeed && cameras.controller().getInterfaceSpeed(interface.name.toStdString()) == 0)
         return QStringLiteral("The speed of %1 is not known; give it by --max-bandwidth.")
