@@ -72,8 +72,18 @@ private:
     std::vector<std::unique_ptr<StreamingCameras>> m_streams;
 };
 
-/// Waits until the time is up; calls \p onTick often, and \p onInterval at each interval. Returns
-/// true when it was ended early: by an interruption, or since one of the two returned false.
+bool anyCamera(const QJsonObject& benchmark, bool (*is)(const QJsonObject& camera)) {
+    for (const QJsonValue& interface : interfacesOf(benchmark)) {
+        const QJsonArray cameras = interface[QStringLiteral("cameras")].toArray();
+        if (std::any_of(cameras.begin(), cameras.end(),
+                        [is](const QJsonValue& camera) { return is(camera.toObject()); }))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
 bool awaitEnd(const BenchmarkPlan& plan, Interruption& interruption, const BenchmarkTick& onTick,
               const std::function<bool()>& onInterval) {
     const auto start = steady_clock::now();
@@ -100,18 +110,6 @@ bool awaitEnd(const BenchmarkPlan& plan, Interruption& interruption, const Bench
             nextInterval += plan.interval;
     }
 }
-
-bool anyCamera(const QJsonObject& benchmark, bool (*is)(const QJsonObject& camera)) {
-    for (const QJsonValue& interface : interfacesOf(benchmark)) {
-        const QJsonArray cameras = interface[QStringLiteral("cameras")].toArray();
-        if (std::any_of(cameras.begin(), cameras.end(),
-                        [is](const QJsonValue& camera) { return is(camera.toObject()); }))
-            return true;
-    }
-    return false;
-}
-
-} // namespace
 
 QJsonObject runBenchmark(Cameras& cameras, const ChosenInterfaces& chosen,
                          const BenchmarkPlan& plan, Interruption& interruption,

@@ -18,32 +18,38 @@ constexpr NumberRange intervals{0.1, 3600, 0.5};
 
 } // namespace
 
+QList<QCommandLineOption> timeOptions(const QString& absentSeconds, const QString& intervalHelp) {
+    return {{secondsOption, QStringLiteral("How long it takes, %1 by default.").arg(absentSeconds),
+             QStringLiteral("number")},
+            {intervalOption, intervalHelp, QStringLiteral("number")},
+            {explainOption,
+             QStringLiteral("Say where packets were lost even if no frame was, as they were sent "
+                            "again. Without it, only lost frames are explained.")}};
+}
+
 QList<QCommandLineOption> benchmarkOptions(const QString& absentSeconds,
                                            const QString& intervalHelp) {
     return interfaceOptions(
                QStringLiteral("Name or ID of an interface; may be given several times, and left "
                               "out where there is only one."),
                QStringLiteral("All interfaces, at the same time.")) +
+           timeOptions(absentSeconds, intervalHelp) +
            QList<QCommandLineOption>{
-               {secondsOption,
-                QStringLiteral("How long it takes, %1 by default.").arg(absentSeconds),
-                QStringLiteral("number")},
-               {intervalOption, intervalHelp, QStringLiteral("number")},
                {packetSizeOption,
-                QStringLiteral("Let GigE cameras negotiate their largest packet size before.")},
-               {explainOption,
-                QStringLiteral(
-                    "Say where packets were lost even if no frame was, as they were sent again. "
-                    "Without it, only lost frames are explained.")},
-           };
+                QStringLiteral("Let GigE cameras negotiate their largest packet size before.")}};
 }
 
-BenchmarkPlan benchmarkPlan(const Arguments& arguments, double absentSeconds) {
-    checkInterfaceOptions(arguments);
+BenchmarkPlan measuredTime(const Arguments& arguments, double absentSeconds) {
     BenchmarkPlan plan;
     plan.seconds = benchmarkSeconds(arguments, secondsOption, absentSeconds);
     plan.interval =
         std::chrono::milliseconds(std::llround(arguments.number(intervalOption, intervals) * 1000));
+    return plan;
+}
+
+BenchmarkPlan benchmarkPlan(const Arguments& arguments, double absentSeconds) {
+    checkInterfaceOptions(arguments);
+    BenchmarkPlan plan = measuredTime(arguments, absentSeconds);
     plan.adjustsPacketSize = arguments.has(packetSizeOption);
     return plan;
 }

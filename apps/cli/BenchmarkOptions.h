@@ -12,10 +12,14 @@ namespace cli {
 
 class Arguments;
 
-/// The options --interface, --seconds, --interval, --all, --adjust-packet-size and --explain. \p
-/// absentSeconds is the default of --seconds, \p intervalHelp explains --interval.
+/// The options --seconds, --interval and --explain. \p absentSeconds is the default of --seconds,
+/// \p intervalHelp explains --interval.
+QList<QCommandLineOption> timeOptions(const QString& absentSeconds, const QString& intervalHelp);
+/// These, and --interface, --all and --adjust-packet-size.
 QList<QCommandLineOption> benchmarkOptions(const QString& absentSeconds,
                                            const QString& intervalHelp);
+/// The times that --seconds and --interval give.
+BenchmarkPlan measuredTime(const Arguments& arguments, double absentSeconds);
 /// The plan that --seconds, --interval and --adjust-packet-size describe.
 BenchmarkPlan benchmarkPlan(const Arguments& arguments, double absentSeconds);
 /// Whether the place of every loss is to be told, see LossFindings.h.

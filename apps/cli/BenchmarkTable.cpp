@@ -13,11 +13,23 @@ namespace cli {
 namespace {
 
 /// Shown only where a row has the figure.
-constexpr const char* rareColumns[] = {"linkPercent", "packetsResent", "packetsMissing", "status"};
+constexpr const char* rareColumns[] = {"linkPercent",         "packetsResent", "packetsMissing",
+                                       "receiverDrops",       "frameSeconds",  "largestGapSeconds",
+                                       "burstBytesPerSecond", "status"};
 /// What narrow tables do without, the least important first.
-constexpr const char* droppedColumns[] = {"name",           "packetsResent",  "linkPercent",
-                                          "receivedFrames", "packetsMissing", "incompleteFrames",
-                                          "lostFrames",     "bytesPerSecond", "status"};
+constexpr const char* droppedColumns[] = {"burstBytesPerSecond",
+                                          "largestGapSeconds",
+                                          "frameSeconds",
+                                          "name",
+                                          "packetsResent",
+                                          "linkPercent",
+                                          "receivedFrames",
+                                          "receiverDrops",
+                                          "packetsMissing",
+                                          "incompleteFrames",
+                                          "lostFrames",
+                                          "bytesPerSecond",
+                                          "status"};
 
 /// The cameras, and their total as one more row.
 QJsonArray tableRows(const QJsonObject& interface) {
@@ -28,6 +40,10 @@ QJsonArray tableRows(const QJsonObject& interface) {
         if (seconds.isDouble())
             row[QStringLiteral("status")] =
                 QStringLiteral("disconnected after %1 s").arg(seconds.toDouble(), 0, 'f', 0);
+        const QJsonValue silence = row.value(QStringLiteral("silentSeconds"));
+        if (silence.isDouble())
+            row[QStringLiteral("status")] =
+                QStringLiteral("silent for %1 s").arg(silence.toDouble(), 0, 'f', 0);
         rows.append(row);
     }
     QJsonObject total = interface[QStringLiteral("total")].toObject();
@@ -51,6 +67,7 @@ bool hasFigure(const QJsonArray& rows, const char* key) {
 
 QVector<Column> columnsOf(const QJsonArray& rows) {
     constexpr double mega = 1e6;
+    constexpr double milli = 1e-3;
     QVector<Column> columns{
         {QStringLiteral("Camera"), QStringLiteral("id")},
         {QStringLiteral("Name"), QStringLiteral("name")},
@@ -63,6 +80,10 @@ QVector<Column> columnsOf(const QJsonArray& rows) {
         {QStringLiteral("Loss %"), QStringLiteral("lossPercent"), 1, 2},
         {QStringLiteral("Resent"), QStringLiteral("packetsResent")},
         {QStringLiteral("Missing"), QStringLiteral("packetsMissing")},
+        {QStringLiteral("Dropped"), QStringLiteral("receiverDrops")},
+        {QStringLiteral("Frame ms"), QStringLiteral("frameSeconds"), milli, 2},
+        {QStringLiteral("Gap ms"), QStringLiteral("largestGapSeconds"), milli, 2},
+        {QStringLiteral("Burst MB/s"), QStringLiteral("burstBytesPerSecond"), mega, 1},
         {QStringLiteral("Status"), QStringLiteral("status")},
     };
     for (const char* key : rareColumns) {

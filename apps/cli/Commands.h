@@ -8,6 +8,7 @@ namespace cli {
 Command listCommand();
 Command benchmarkCommand();
 Command watchCommand();
+Command observeCommand();
 Command autoSetCommand();
 Command planCommand();
 Command featuresCommand();

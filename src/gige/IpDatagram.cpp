@@ -32,6 +32,8 @@ std::optional<UdpDatagram> readIpDatagram(const std::uint8_t* packet, std::size_
         return std::nullopt;
     UdpDatagram datagram;
     datagram.sender = bigEndian32(packet + 12);
+    datagram.destination = bigEndian32(packet + 16);
+    datagram.senderPort = bigEndian16(udp);
     datagram.port = bigEndian16(udp + 2);
     datagram.data = udp + udpHeaderSize;
     datagram.size = length - udpHeaderSize;

@@ -10,8 +10,10 @@ namespace gige {
 /// One UDP datagram. Points into the packet that it was read from. The sender is not to be trusted:
 /// only the sizes here are checked.
 struct UdpDatagram {
-    /// IPv4, host byte order.
+    /// IPv4 addresses, host byte order.
     std::uint32_t sender = 0;
+    std::uint32_t destination = 0;
+    std::uint16_t senderPort = 0;
     /// Destination port.
     std::uint16_t port = 0;
     /// UDP payload.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/aravis/stream/FrameAssembly.h"
+#include "gvsp/FrameAssembly.h"
+#include "tests/gvsp/ReceivedFrame.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -8,7 +9,7 @@
 
 namespace {
 
-using namespace orv::aravis;
+using namespace gvsp;
 
 constexpr std::size_t payload = 100;
 constexpr std::size_t packetSize = 60;
@@ -17,14 +18,13 @@ constexpr std::size_t packetSize = 60;
 class Frames : public FrameAssembly::Output {
 public:
     /// Every fourth time, there is none.
-    std::shared_ptr<GenicamFrame> takeFrame() override {
+    std::shared_ptr<FrameBuffer> takeFrame() override {
         if (++m_calls % 4 == 0)
             return nullptr;
-        return std::make_shared<GenicamFrame>(std::weak_ptr<Acquisition>(), payload);
+        return std::make_shared<ReceivedFrame>(payload);
     }
-    void deliver(std::shared_ptr<GenicamFrame> frame) override {
-        std::uint64_t id = 0;
-        frame->GetFrameID(id);
+    void deliver(std::shared_ptr<FrameBuffer> frame) override {
+        const std::uint64_t id = static_cast<const ReceivedFrame&>(*frame).contents.id.value_or(0);
         if (id <= m_last)
             std::abort();
         m_last = id;

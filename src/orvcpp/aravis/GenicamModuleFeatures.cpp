@@ -30,7 +30,7 @@ void addAdapter(FeatureSet& set, const platform::NetworkAdapter& adapter) {
         .computed([name = adapter.name] { return Value(platform::mtu(name)); });
 }
 
-Count counting(const StreamControl& control, std::uint64_t StreamCounts::*count) {
+Count counting(const StreamControl& control, std::uint64_t gvsp::StreamCounts::*count) {
     return [counts = control.counts, count] {
         return static_cast<std::int64_t>(counts().*count);
     };
@@ -38,47 +38,48 @@ Count counting(const StreamControl& control, std::uint64_t StreamCounts::*count)
 
 void addStatistics(FeatureSet& set, const StreamControl& control) {
     const auto delivered = [counts = control.counts] {
-        const StreamCounts now = counts();
+        const gvsp::StreamCounts now = counts();
         return static_cast<std::int64_t>(now.framesComplete + now.framesIncomplete);
     };
-    addFrameStatistics(set, {delivered, counting(control, &StreamCounts::framesIncomplete),
-                             counting(control, &StreamCounts::framesLost),
-                             counting(control, &StreamCounts::framesWithoutBuffer),
-                             counting(control, &StreamCounts::bytes)});
+    addFrameStatistics(set, {delivered, counting(control, &gvsp::StreamCounts::framesIncomplete),
+                             counting(control, &gvsp::StreamCounts::framesLost),
+                             counting(control, &gvsp::StreamCounts::framesWithoutBuffer),
+                             counting(control, &gvsp::StreamCounts::bytes)});
 }
 
 void addPacketStatistics(FeatureSet& set, const StreamControl& control) {
-    const auto add = [&](const char* name, const char* about, std::uint64_t StreamCounts::*count) {
+    const auto add = [&](const char* name, const char* about,
+                         std::uint64_t gvsp::StreamCounts::*count) {
         addCount(set, name, about, counting(control, count));
     };
-    add("GevStreamSeenPacketCount", "Packets that arrived.", &StreamCounts::packets);
+    add("GevStreamSeenPacketCount", "Packets that arrived.", &gvsp::StreamCounts::packets);
     add("GevStreamLostPacketCount", "Packets that never arrived, of frames of which others did.",
-        &StreamCounts::packetsMissing);
+        &gvsp::StreamCounts::packetsMissing);
     add("GevStreamRequestedPacketCount", "Packets that the camera was asked for again.",
-        &StreamCounts::packetsRequested);
+        &gvsp::StreamCounts::packetsRequested);
     add("GevStreamResendPacketCount", "Packets that the camera has sent again.",
-        &StreamCounts::packetsResent);
+        &gvsp::StreamCounts::packetsResent);
     add("GevStreamDuplicatePacketCount", "Packets that arrived twice.",
-        &StreamCounts::packetsDuplicate);
+        &gvsp::StreamCounts::packetsDuplicate);
     add("GevStreamLatePacketCount", "Packets that arrived after their frame had been delivered.",
-        &StreamCounts::packetsLate);
+        &gvsp::StreamCounts::packetsLate);
     add("GevStreamRefusedPacketCount", "Packets that were malformed or of no frame of the stream.",
-        &StreamCounts::packetsRefused);
+        &gvsp::StreamCounts::packetsRefused);
     add("GevStreamUnavailablePacketCount",
         "Packets that the camera was asked for and no longer had.",
-        &StreamCounts::packetsUnavailable);
+        &gvsp::StreamCounts::packetsUnavailable);
     add("GevStreamDroppedPacketCount",
         "Packets for which this host had no room: in the packet ring, of all streams of the "
         "adapter, or in the UDP socket.",
-        &StreamCounts::packetsDropped);
+        &gvsp::StreamCounts::packetsDropped);
     add("GevStreamRingFreezeCount", "How often the packet ring of the adapter was full.",
-        &StreamCounts::ringFreezes);
+        &gvsp::StreamCounts::ringFreezes);
     add("StreamHollowFrameCount",
         "Frames of which leader and trailer arrived, and no full packet of data: the path does not "
         "carry packets of this size.",
-        &StreamCounts::framesHollow);
+        &gvsp::StreamCounts::framesHollow);
     add("StreamLostFrameGapCount", "How often one or more frames in a row were lost.",
-        &StreamCounts::gaps);
+        &gvsp::StreamCounts::gaps);
 }
 
 void addPacketSize(FeatureSet& set, const StreamControl& control) {

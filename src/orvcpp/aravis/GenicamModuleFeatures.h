@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "gvsp/StreamCounts.h"
 #include "orvcpp/aravis/discovery/CameraRecord.h"
-#include "orvcpp/aravis/stream/StreamCounts.h"
 #include "orvcpp/aravis/stream/StreamTransport.h"
 #include "orvcpp/core/FeatureSet.h"
 #include "orvcpp/core/MemoryTransportLayer.h"
@@ -25,7 +25,7 @@ struct StreamControl {
     std::function<bool()> isStreaming;
     /// How the frames come in.
     std::function<StreamTransport()> transport;
-    std::function<StreamCounts()> counts;
+    std::function<gvsp::StreamCounts()> counts;
     /// Whether the next acquisition receives headers only.
     std::function<bool()> headersOnly;
     std::function<void(bool)> setHeadersOnly;

@@ -30,7 +30,7 @@ struct ScriptedPacket {
     std::uint8_t value;
 };
 
-class ScriptedSource : public PacketSource {
+class ScriptedSource : public gvsp::PacketSource {
 public:
     explicit ScriptedSource(std::promise<void>& isDestroyed) : m_isDestroyed(isDestroyed) {}
     ~ScriptedSource() override { m_isDestroyed.set_value(); }
@@ -60,14 +60,14 @@ public:
         m_isWoken = true;
         m_changed.notify_all();
     }
-    void listen(const std::vector<StreamEndpoint>& endpoints) override {
+    void listen(const std::vector<gvsp::StreamEndpoint>& endpoints) override {
         const std::lock_guard lock(m_mutex);
         m_ports.clear();
-        for (const StreamEndpoint& endpoint : endpoints)
+        for (const gvsp::StreamEndpoint& endpoint : endpoints)
             m_ports.push_back(endpoint.port);
     }
     std::chrono::milliseconds latency() const override { return {}; }
-    SourceCounts counts() override { return {3, 4}; }
+    gvsp::SourceCounts counts() override { return {3, 4}; }
 
 private:
     std::promise<void>& m_isDestroyed;
@@ -85,7 +85,7 @@ public:
 
     explicit Recorder(std::function<void()> reaction = {}) : m_reaction(std::move(reaction)) {}
 
-    void packet(const StreamDatagram& datagram) override {
+    void packet(const gvsp::StreamDatagram& datagram) override {
         EXPECT_TRUE(orv::isFrameThread());
         record(*datagram.data);
         if (m_reaction)
@@ -137,7 +137,7 @@ protected:
     /// Owned by the receiver.
     ScriptedSource* const m_source = new ScriptedSource(m_isDestroyed);
     std::unique_ptr<StreamReceiver> m_receiver =
-        std::make_unique<StreamReceiver>(std::unique_ptr<PacketSource>(m_source));
+        std::make_unique<StreamReceiver>(std::unique_ptr<gvsp::PacketSource>(m_source));
 };
 
 TEST_F(StreamReceivers, handEachStreamItsPackets) {

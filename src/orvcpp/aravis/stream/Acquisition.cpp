@@ -171,9 +171,9 @@ std::shared_ptr<CameraStream> Acquisition::stream() const {
     return m_stream;
 }
 
-StreamCounts Acquisition::counts() const {
+gvsp::StreamCounts Acquisition::counts() const {
     const auto counted = stream();
-    return counted ? counted->counts() : StreamCounts();
+    return counted ? counted->counts() : gvsp::StreamCounts();
 }
 
 StreamTransport Acquisition::transport() const {

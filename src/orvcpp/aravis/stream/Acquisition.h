@@ -42,7 +42,7 @@ public:
     /// Takes a frame back.
     OrvErrorType queue(const std::shared_ptr<GenicamFrame>& frame);
 
-    StreamCounts counts() const;
+    gvsp::StreamCounts counts() const;
     /// How the frames come in, or would if it were started.
     StreamTransport transport() const;
     /// The camera's number of the last frame; known once the acquisition has stopped.

@@ -35,7 +35,7 @@ std::shared_ptr<Acquisition> AcquisitionSlot::acquisition() const {
     return m_acquisition;
 }
 
-StreamCounts AcquisitionSlot::counts() const {
+gvsp::StreamCounts AcquisitionSlot::counts() const {
     const std::lock_guard lock(m_mutex);
     return m_acquisition ? m_acquisition->counts() : m_counts;
 }

@@ -27,7 +27,7 @@ public:
 
     bool isRunning() const { return acquisition() != nullptr; }
     /// Of the running acquisition, or of the one before.
-    StreamCounts counts() const;
+    gvsp::StreamCounts counts() const;
     /// How the frames come in, or would if the camera were started.
     StreamTransport transport() const;
     /// Whether the next acquisition receives headers only.
@@ -42,7 +42,7 @@ private:
     /// All below guarded by the mutex.
     Acquisition::Settings m_next;
     std::shared_ptr<Acquisition> m_acquisition;
-    StreamCounts m_counts;
+    gvsp::StreamCounts m_counts;
 };
 
 } // namespace orv::aravis

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/stream/AdapterReceivers.h"
 
-#include "orvcpp/aravis/stream/PacketRing.h"
+#include "gvsp/PacketRing.h"
 
 #include <utility>
 
@@ -14,7 +14,7 @@ std::shared_ptr<StreamReceiver> AdapterReceivers::of(const std::string& adapter)
     std::weak_ptr<StreamReceiver>& known = m_receivers[if_nametoindex(adapter.c_str())];
     if (auto receiver = known.lock())
         return receiver;
-    auto ring = PacketRing::open(adapter);
+    auto ring = gvsp::PacketRing::open(adapter);
     if (!ring)
         return nullptr;
     auto receiver = std::make_shared<StreamReceiver>(std::move(ring));

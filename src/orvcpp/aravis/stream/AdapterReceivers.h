@@ -14,7 +14,7 @@ namespace orv::aravis {
 /// made for the first and ends with the last. Thread-safe.
 class AdapterReceivers {
 public:
-    /// Null when the system refuses a ring on \p adapter, see PacketRing.
+    /// Null when the system refuses a ring on \p adapter, see gvsp::PacketRing.
     std::shared_ptr<StreamReceiver> of(const std::string& adapter);
 
 private:

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "gvsp/StreamCounts.h"
 #include "orvcpp/aravis/stream/GenicamFrame.h"
-#include "orvcpp/aravis/stream/StreamCounts.h"
 #include "orvcpp/aravis/stream/StreamTransport.h"
 
 #include <arv.h>
@@ -37,7 +37,7 @@ public:
 
     /// Longest time from the arrival of a frame until its delivery, once the stream is open.
     virtual std::chrono::milliseconds latency() const = 0;
-    virtual StreamCounts counts() const = 0;
+    virtual gvsp::StreamCounts counts() const = 0;
     /// How the frames come in, once it is open.
     virtual StreamTransport transport() const = 0;
     /// The camera's number of the last frame.

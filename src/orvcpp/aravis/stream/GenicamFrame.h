@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/aravis/stream/Gvsp.h"
+#include "gvsp/FrameBuffer.h"
 
 #include "OrvCPP/Frame.h"
 
@@ -15,20 +15,11 @@ namespace orv::aravis {
 
 class Acquisition;
 
-/// What a receiver has found out about a frame.
-struct FrameContents {
-    OrvFrameStatusType status = OrvFrameStatusInvalid;
-    /// Empty for an incomplete frame whose number did not come.
-    std::optional<std::uint64_t> id;
-    /// In nanoseconds of the camera's clock; 0 without one.
-    std::uint64_t timestamp = 0;
-    /// Empty without a complete image.
-    std::optional<gvsp::Image> image;
-};
-
 /// One of an acquisition's frames. Its contents are written by the thread that delivers while the
 /// user does not own the frame, so the queries need no lock.
-class GenicamFrame final : public OrvCPP::Frame, public std::enable_shared_from_this<GenicamFrame> {
+class GenicamFrame final : public OrvCPP::Frame,
+                           public gvsp::FrameBuffer,
+                           public std::enable_shared_from_this<GenicamFrame> {
 public:
     /// \p size is that of the payload in bytes; \p hasMemory is false for a frame whose data are
     /// not stored.
@@ -53,16 +44,16 @@ public:
     /// The memory; null without.
     std::uint8_t* memory() { return m_memory.empty() ? nullptr : m_memory.data(); }
     std::size_t size() const { return m_size; }
-    /// Copies data into the memory, if there is some. \p offset and \p size are within it.
-    void store(std::size_t offset, const std::uint8_t* data, std::size_t size);
-    void setContents(const FrameContents& contents) { m_contents = contents; }
+    /// Copies data into the memory, if there is some.
+    void store(std::size_t offset, const std::uint8_t* data, std::size_t size) override;
+    void setContents(const gvsp::FrameContents& contents) override { m_contents = contents; }
 
 private:
     const std::weak_ptr<Acquisition> m_acquisition;
     const std::size_t m_size;
     std::vector<std::uint8_t> m_memory;
     std::atomic<bool> m_isQueued{false};
-    FrameContents m_contents;
+    gvsp::FrameContents m_contents;
 };
 
 } // namespace orv::aravis

@@ -3,8 +3,8 @@
 
 #include "gige/BootstrapRegisters.h"
 #include "gige/GvcpCommand.h"
+#include "gvsp/UdpPackets.h"
 #include "orvcpp/aravis/stream/StreamDestination.h"
-#include "orvcpp/aravis/stream/UdpPackets.h"
 #include "platform/Ipv4Address.h"
 #include "platform/NetworkAdapters.h"
 
@@ -25,7 +25,7 @@ void refusePackets(const platform::UdpSocket& socket) {
     setsockopt(socket.handle(), SOL_SOCKET, SO_ATTACH_FILTER, &program, sizeof program);
 }
 
-SourceCounts difference(const SourceCounts& now, const SourceCounts& before) {
+gvsp::SourceCounts difference(const gvsp::SourceCounts& now, const gvsp::SourceCounts& before) {
     return {now.dropped - before.dropped, now.freezes - before.freezes};
 }
 
@@ -41,7 +41,7 @@ OrvErrorType GvspStream::open(ArvDevice* device) {
         return OrvErrorResources;
     if (const OrvErrorType error = directStream(device, *m_socket); error != OrvErrorSuccess)
         return error;
-    FrameAssembly::Settings assembly;
+    gvsp::FrameAssembly::Settings assembly;
     assembly.payload = m_settings.payload;
     assembly.packetSize = readPacketSize(device);
     assembly.tickFrequency = readTickFrequency(device);
@@ -53,7 +53,7 @@ OrvErrorType GvspStream::open(ArvDevice* device) {
     m_assembly.emplace(assembly, *this, m_counters);
 
     const auto receiver = makeReceiver(assembly.packetSize);
-    const SourceCounts before = receiver->counts();
+    const gvsp::SourceCounts before = receiver->counts();
     {
         const std::lock_guard lock(m_mutex);
         if (m_isClosed)
@@ -85,7 +85,7 @@ std::shared_ptr<StreamReceiver> GvspStream::makeReceiver(std::size_t packetSize)
     }
     m_socket->set(SOL_SOCKET, SO_RCVBUF, platform::streamReceiveBuffer);
     return std::make_shared<StreamReceiver>(
-        std::make_unique<UdpPackets>(m_socket, packetSize - gvsp::ipAndUdpSize));
+        std::make_unique<gvsp::UdpPackets>(m_socket, packetSize - gvsp::ipAndUdpSize));
 }
 
 void GvspStream::close() {
@@ -113,10 +113,10 @@ std::chrono::milliseconds GvspStream::latency() const {
     return m_receiver ? m_receiver->latency() : std::chrono::milliseconds(0);
 }
 
-StreamCounts GvspStream::counts() const {
-    StreamCounts counts = m_counters.now();
+gvsp::StreamCounts GvspStream::counts() const {
+    gvsp::StreamCounts counts = m_counters.now();
     const std::lock_guard lock(m_mutex);
-    const SourceCounts dropped =
+    const gvsp::SourceCounts dropped =
         m_receiver ? difference(m_receiver->counts(), m_dropped) : m_dropped;
     counts.packetsDropped = dropped.dropped;
     counts.ringFreezes = dropped.freezes;
@@ -133,7 +133,7 @@ std::optional<std::uint64_t> GvspStream::lastIdOfCamera() const {
     return id == 0 ? std::nullopt : std::optional(id);
 }
 
-void GvspStream::packet(const StreamDatagram& datagram) {
+void GvspStream::packet(const gvsp::StreamDatagram& datagram) {
     if (!m_roundTime)
         m_roundTime = std::chrono::steady_clock::now();
     m_assembly->packet(datagram.data, datagram.captured, datagram.size, *m_roundTime);
@@ -149,7 +149,7 @@ std::optional<std::chrono::steady_clock::time_point> GvspStream::due() const {
     return m_assembly->due();
 }
 
-std::shared_ptr<GenicamFrame> GvspStream::takeFrame() {
+std::shared_ptr<gvsp::FrameBuffer> GvspStream::takeFrame() {
     const std::lock_guard lock(m_mutex);
     if (m_free.empty())
         return nullptr;
@@ -158,11 +158,12 @@ std::shared_ptr<GenicamFrame> GvspStream::takeFrame() {
     return frame;
 }
 
-void GvspStream::deliver(std::shared_ptr<GenicamFrame> frame) {
-    m_deliver(std::move(frame));
+void GvspStream::deliver(std::shared_ptr<gvsp::FrameBuffer> frame) {
+    // takeFrame() handed it out.
+    m_deliver(std::static_pointer_cast<GenicamFrame>(std::move(frame)));
 }
 
-void GvspStream::request(const ResendRequest& request) {
+void GvspStream::request(const gvsp::ResendRequest& request) {
     // 0 is no ID of a request.
     m_requestId = static_cast<std::uint16_t>(m_requestId == 0xFFFF ? 1 : m_requestId + 1);
     const std::vector<std::uint8_t> command =

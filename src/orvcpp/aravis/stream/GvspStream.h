@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "gvsp/FrameAssembly.h"
 #include "orvcpp/aravis/discovery/CameraRecord.h"
 #include "orvcpp/aravis/stream/AdapterReceivers.h"
 #include "orvcpp/aravis/stream/CameraStream.h"
-#include "orvcpp/aravis/stream/FrameAssembly.h"
 #include "platform/UdpSocket.h"
 
 #include <atomic>
@@ -16,7 +16,7 @@ namespace orv::aravis {
 /// The stream of a GigE Vision camera.
 class GvspStream final : public CameraStream,
                          public PacketConsumer,
-                         public FrameAssembly::Output,
+                         public gvsp::FrameAssembly::Output,
                          public std::enable_shared_from_this<GvspStream> {
 public:
     struct Settings {
@@ -38,18 +38,18 @@ public:
     void close() override;
     void queue(std::shared_ptr<GenicamFrame> frame) override;
     std::chrono::milliseconds latency() const override;
-    StreamCounts counts() const override;
+    gvsp::StreamCounts counts() const override;
     StreamTransport transport() const override;
     std::optional<std::uint64_t> lastIdOfCamera() const override;
 
 private:
     /// On the receiver's thread.
-    void packet(const StreamDatagram& datagram) override;
+    void packet(const gvsp::StreamDatagram& datagram) override;
     void caughtUp() override;
     std::optional<std::chrono::steady_clock::time_point> due() const override;
-    std::shared_ptr<GenicamFrame> takeFrame() override;
-    void deliver(std::shared_ptr<GenicamFrame> frame) override;
-    void request(const ResendRequest& request) override;
+    std::shared_ptr<gvsp::FrameBuffer> takeFrame() override;
+    void deliver(std::shared_ptr<gvsp::FrameBuffer> frame) override;
+    void request(const gvsp::ResendRequest& request) override;
 
     std::shared_ptr<StreamReceiver> makeReceiver(std::size_t packetSize);
 
@@ -58,9 +58,9 @@ private:
     const std::shared_ptr<AdapterReceivers> m_receivers;
     const Delivery m_deliver;
     const std::shared_ptr<platform::UdpSocket> m_socket = std::make_shared<platform::UdpSocket>();
-    StreamCounters m_counters;
+    gvsp::StreamCounters m_counters;
     /// Made by open(), then used on the receiver's thread only.
-    std::optional<FrameAssembly> m_assembly;
+    std::optional<gvsp::FrameAssembly> m_assembly;
     std::uint16_t m_requestId = 0;
     /// When the first packet of the round was taken; the clock costs more than a packet.
     std::optional<std::chrono::steady_clock::time_point> m_roundTime;
@@ -74,7 +74,7 @@ private:
     std::shared_ptr<StreamReceiver> m_receiver;
     StreamTransport m_transport;
     /// What the source had dropped before the stream began, and, once it is closed, in all.
-    SourceCounts m_dropped;
+    gvsp::SourceCounts m_dropped;
     bool m_isClosed = false;
 };
 

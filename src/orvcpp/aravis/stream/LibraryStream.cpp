@@ -20,11 +20,11 @@ std::uint64_t readCount(ArvStream* stream, const std::string& name) {
     return 0;
 }
 
-StreamCounts readCounts(ArvStream* stream) {
+gvsp::StreamCounts readCounts(ArvStream* stream) {
     const auto count = [stream](const char* name) {
         return readCount(stream, name);
     };
-    StreamCounts counts;
+    gvsp::StreamCounts counts;
     counts.framesComplete = count("n_completed_buffers");
     counts.framesIncomplete = count("n_failures");
     counts.framesWithoutBuffer = count("n_underruns");
@@ -105,7 +105,7 @@ void LibraryStream::queue(std::shared_ptr<GenicamFrame> frame) {
     arv_stream_push_buffer(m_stream.get(), known.buffer.get());
 }
 
-StreamCounts LibraryStream::counts() const {
+gvsp::StreamCounts LibraryStream::counts() const {
     const std::lock_guard lock(m_mutex);
     return m_stream ? readCounts(m_stream.get()) : m_lastCounts;
 }
@@ -140,8 +140,8 @@ void LibraryStream::bufferDone() {
     m_deliver(std::move(frame));
 }
 
-FrameContents LibraryStream::contentsOf(ArvBuffer* buffer) {
-    FrameContents contents;
+gvsp::FrameContents LibraryStream::contentsOf(ArvBuffer* buffer) {
+    gvsp::FrameContents contents;
     std::size_t size = 0;
     arv_buffer_get_data(buffer, &size);
     contents.status = statusOf(arv_buffer_get_status(buffer));

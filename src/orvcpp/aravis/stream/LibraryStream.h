@@ -23,14 +23,14 @@ public:
     void close() override;
     void queue(std::shared_ptr<GenicamFrame> frame) override;
     std::chrono::milliseconds latency() const override { return std::chrono::milliseconds(0); }
-    StreamCounts counts() const override;
+    gvsp::StreamCounts counts() const override;
     StreamTransport transport() const override { return {}; }
     std::optional<std::uint64_t> lastIdOfCamera() const override;
 
 private:
     static void onStream(void* stream, ArvStreamCallbackType type, ArvBuffer* buffer);
     void bufferDone();
-    FrameContents contentsOf(ArvBuffer* buffer);
+    gvsp::FrameContents contentsOf(ArvBuffer* buffer);
 
     /// A frame and the library's description of its memory.
     struct Buffer {
@@ -43,7 +43,7 @@ private:
     mutable std::mutex m_mutex;
     /// All below guarded by the mutex.
     FrameIds m_ids;
-    StreamCounts m_lastCounts;
+    gvsp::StreamCounts m_lastCounts;
     std::map<const GenicamFrame*, Buffer> m_buffers;
     /// Destroyed first: that ends the thread that uses the other members.
     GObjectPtr<ArvStream> m_stream;

@@ -3,8 +3,8 @@
 
 #include "gige/BootstrapRegisters.h"
 #include "gige/TestPacket.h"
+#include "gvsp/Gvsp.h"
 #include "orvcpp/aravis/LibraryError.h"
-#include "orvcpp/aravis/stream/Gvsp.h"
 
 #include <chrono>
 #include <vector>

@@ -28,11 +28,11 @@ std::uint64_t keyOf(std::uint32_t sender, std::uint16_t port) {
 
 /// A consumer and what the thread knows of it.
 struct StreamReceiver::Stream {
-    Stream(const StreamEndpoint& listened, std::shared_ptr<PacketConsumer> taker)
+    Stream(const gvsp::StreamEndpoint& listened, std::shared_ptr<PacketConsumer> taker)
         : endpoint(listened), key(keyOf(listened.camera, listened.port)),
           consumer(std::move(taker)) {}
 
-    const StreamEndpoint endpoint;
+    const gvsp::StreamEndpoint endpoint;
     const std::uint64_t key;
     const std::shared_ptr<PacketConsumer> consumer;
     /// Set before remove() returns; checked before each call.
@@ -47,13 +47,13 @@ struct StreamReceiver::State {
     /// Sorted by key; streams of the same key in the order of add().
     using Streams = std::vector<std::shared_ptr<Stream>>;
 
-    explicit State(std::unique_ptr<PacketSource> packets) : source(std::move(packets)) {}
+    explicit State(std::unique_ptr<gvsp::PacketSource> packets) : source(std::move(packets)) {}
     /// Requires the mutex.
     void listen(const Streams& listening) const;
     /// Replaces the streams. Requires the mutex.
     void publish(std::shared_ptr<const Streams>& changed);
 
-    const std::unique_ptr<PacketSource> source;
+    const std::unique_ptr<gvsp::PacketSource> source;
     std::atomic<bool> isEnding{false};
     std::mutex mutex;
     /// Guarded by the mutex; a list is never changed, only replaced.
@@ -63,7 +63,7 @@ struct StreamReceiver::State {
 };
 
 void StreamReceiver::State::listen(const Streams& listening) const {
-    std::vector<StreamEndpoint> endpoints;
+    std::vector<gvsp::StreamEndpoint> endpoints;
     for (const auto& stream : listening)
         endpoints.push_back(stream->endpoint);
     source->listen(endpoints);
@@ -82,7 +82,7 @@ public:
 
     /// Takes over changes of the streams.
     void refresh();
-    void dispatch(const StreamDatagram& datagram);
+    void dispatch(const gvsp::StreamDatagram& datagram);
     /// Asks the consumers when they are due; how long to wait for packets until then.
     std::chrono::microseconds nextWait();
     void finishRound();
@@ -118,7 +118,7 @@ StreamReceiver::Stream* StreamReceiver::Dispatcher::find(std::uint64_t key) {
     return stream != m_streams->end() && (*stream)->key == key ? stream->get() : nullptr;
 }
 
-void StreamReceiver::Dispatcher::dispatch(const StreamDatagram& datagram) {
+void StreamReceiver::Dispatcher::dispatch(const gvsp::StreamDatagram& datagram) {
     const std::uint64_t key = keyOf(datagram.sender, datagram.port);
     if (m_last == nullptr || m_last->key != key || m_last->isRemoved) {
         m_last = find(key);
@@ -158,7 +158,7 @@ void StreamReceiver::Dispatcher::finishRound() {
     }
 }
 
-StreamReceiver::StreamReceiver(std::unique_ptr<PacketSource> source)
+StreamReceiver::StreamReceiver(std::unique_ptr<gvsp::PacketSource> source)
     : m_state(std::make_shared<State>(std::move(source))),
       m_thread([state = m_state] { run(*state); }) {}
 
@@ -179,9 +179,10 @@ StreamReceiver::~StreamReceiver() {
 void StreamReceiver::run(State& state) {
     setCurrentSdkThread(SdkThread::Frames);
     Dispatcher dispatcher(state);
-    const PacketSource::Handler handOver = [&dispatcher](const StreamDatagram& datagram) {
-        dispatcher.dispatch(datagram);
-    };
+    const gvsp::PacketSource::Handler handOver =
+        [&dispatcher](const gvsp::StreamDatagram& datagram) {
+            dispatcher.dispatch(datagram);
+        };
     while (!state.isEnding) {
         try {
             dispatcher.refresh();
@@ -193,7 +194,8 @@ void StreamReceiver::run(State& state) {
     }
 }
 
-void StreamReceiver::add(const StreamEndpoint& endpoint, std::shared_ptr<PacketConsumer> consumer) {
+void StreamReceiver::add(const gvsp::StreamEndpoint& endpoint,
+                         std::shared_ptr<PacketConsumer> consumer) {
     const auto stream = std::make_shared<Stream>(endpoint, std::move(consumer));
     std::shared_ptr<const State::Streams> changed;
     const std::lock_guard lock(m_state->mutex);
@@ -225,7 +227,7 @@ void StreamReceiver::remove(const PacketConsumer& consumer) {
     m_state->listen(*m_state->streams);
 }
 
-SourceCounts StreamReceiver::counts() const {
+gvsp::SourceCounts StreamReceiver::counts() const {
     return m_state->source->counts();
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/aravis/stream/PacketSource.h"
+#include "gvsp/PacketSource.h"
 
 #include <chrono>
 #include <memory>
@@ -18,7 +18,7 @@ public:
     PacketConsumer(const PacketConsumer&) = delete;
     PacketConsumer& operator=(const PacketConsumer&) = delete;
 
-    virtual void packet(const StreamDatagram& datagram) = 0;
+    virtual void packet(const gvsp::StreamDatagram& datagram) = 0;
     /// All packets at hand have been handed over, or due() has passed.
     virtual void caughtUp() = 0;
     /// When caughtUp() is to be called again without packets; empty: only after packets. Asked
@@ -30,7 +30,7 @@ public:
 /// Streams come and go while others go on. Thread-safe; all functions may be called by consumers.
 class StreamReceiver {
 public:
-    explicit StreamReceiver(std::unique_ptr<PacketSource> source);
+    explicit StreamReceiver(std::unique_ptr<gvsp::PacketSource> source);
     /// No call to a consumer begins any more. Waits for a running call, unless called by it.
     ~StreamReceiver();
     StreamReceiver(const StreamReceiver&) = delete;
@@ -38,11 +38,11 @@ public:
 
     /// Every packet that arrives after add() has returned is handed over. One consumer per camera
     /// and port: of several, the first gets the packets.
-    void add(const StreamEndpoint& endpoint, std::shared_ptr<PacketConsumer> consumer);
+    void add(const gvsp::StreamEndpoint& endpoint, std::shared_ptr<PacketConsumer> consumer);
     /// After this has returned, no call to \p consumer begins; one that runs may still go on. The
     /// receiver's thread may be the one that releases the consumer, soon after.
     void remove(const PacketConsumer& consumer);
-    SourceCounts counts() const;
+    gvsp::SourceCounts counts() const;
     /// Longest time from the arrival of a packet until its consumer gets it, on a host that is not
     /// busy.
     std::chrono::milliseconds latency() const;

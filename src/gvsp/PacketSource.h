@@ -9,11 +9,14 @@
 #include <functional>
 #include <vector>
 
-namespace orv::aravis {
+namespace gvsp {
 
 /// One UDP datagram of a stream as a source hands it over. Valid during the call only; shorter than
 /// on the wire only when the endpoint asks for headers only.
-using StreamDatagram = gige::UdpDatagram;
+struct StreamDatagram : gige::UdpDatagram {
+    /// When the kernel received the packet, since 1970; 0 where the source does not tell.
+    std::chrono::nanoseconds arrival{0};
+};
 
 /// A stream that a source listens to. Addresses in host byte order.
 struct StreamEndpoint {
@@ -61,4 +64,4 @@ public:
     virtual SourceCounts counts() = 0;
 };
 
-} // namespace orv::aravis
+} // namespace gvsp

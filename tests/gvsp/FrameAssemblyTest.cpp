@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/aravis/stream/FrameAssembly.h"
-#include "tests/orvcpp/aravis/StreamScript.h"
-#include "tests/support/SdkFixture.h"
+#include "gvsp/FrameAssembly.h"
+#include "tests/gvsp/ReceivedFrame.h"
+#include "tests/gvsp/StreamScript.h"
 
 #include <gmock/gmock.h>
 
@@ -12,7 +12,7 @@
 
 namespace {
 
-using namespace orv::aravis;
+using namespace gvsp;
 using script::trailerNumber;
 using namespace testing;
 using Texts = std::vector<std::string>;
@@ -28,8 +28,7 @@ public:
           assembly({from.payload(), script::packetSize, ticksPerSecond, canRequest, previous},
                    *this, counters) {
         for (int i = 0; i < frames; ++i)
-            m_free.push_back(
-                std::make_shared<GenicamFrame>(std::weak_ptr<Acquisition>(), from.payload()));
+            m_free.push_back(std::make_shared<ReceivedFrame>(from.payload()));
     }
 
     void send(const script::Bytes& bytes) {
@@ -57,23 +56,23 @@ public:
     Texts takeDelivered() { return std::exchange(m_delivered, {}); }
     Texts takeRequests() { return std::exchange(m_requests, {}); }
 
-    std::shared_ptr<GenicamFrame> takeFrame() override {
+    std::shared_ptr<FrameBuffer> takeFrame() override {
         if (m_free.empty())
             return nullptr;
         auto frame = m_free.front();
         m_free.pop_front();
         return frame;
     }
-    void deliver(std::shared_ptr<GenicamFrame> frame) override {
-        const std::uint64_t id = sdk::ask(*frame, &sdk::Frame::GetFrameID);
-        const auto status = sdk::ask(*frame, &sdk::Frame::GetReceiveStatus);
+    void deliver(std::shared_ptr<FrameBuffer> delivered) override {
+        auto frame = std::static_pointer_cast<ReceivedFrame>(std::move(delivered));
+        const auto status = frame->contents.status;
         const bool isWhole = status == OrvFrameStatusComplete;
-        m_delivered.push_back(std::to_string(id) + (isWhole                            ? ""
-                                                    : status == OrvFrameStatusTooSmall ? " small"
-                                                                                       : " cut"));
+        m_delivered.push_back(std::to_string(frame->contents.id.value()) +
+                              (isWhole                            ? ""
+                               : status == OrvFrameStatusTooSmall ? " small"
+                                                                  : " cut"));
         if (isWhole) {
-            const std::uint8_t* image = nullptr;
-            EXPECT_EQ(frame->GetImage(image), OrvErrorSuccess);
+            const std::vector<std::uint8_t>& image = frame->memory;
             EXPECT_EQ(image[0], 1);
             EXPECT_EQ(image[camera.dataSize()], 2);
             EXPECT_EQ(image[camera.payload() - 1], 4);
@@ -92,10 +91,10 @@ public:
     StreamCounters counters;
     FrameAssembly assembly;
     Time now{std::chrono::hours(1)};
-    std::shared_ptr<GenicamFrame> last;
+    std::shared_ptr<ReceivedFrame> last;
 
 private:
-    std::deque<std::shared_ptr<GenicamFrame>> m_free;
+    std::deque<std::shared_ptr<ReceivedFrame>> m_free;
     Texts m_delivered;
     Texts m_requests;
 };
@@ -111,9 +110,9 @@ TEST(FrameAssembly, deliversBlocksWhateverTheOrderOfTheirPackets) {
         EXPECT_THAT(stream.takeDelivered(), ElementsAre("1", "2"));
         stream.sendPackets(3, {3, 4, 5});
         EXPECT_THAT(stream.takeDelivered(), ElementsAre("3", "4"));
-        EXPECT_EQ(sdk::ask(*stream.last, &sdk::Frame::GetTimestamp), 4000U * 8) << "nanoseconds";
-        EXPECT_EQ(sdk::ask(*stream.last, &sdk::Frame::GetWidth), 40U);
-        EXPECT_EQ(sdk::ask(*stream.last, &sdk::Frame::GetHeight), 30U);
+        EXPECT_EQ(stream.last->contents.timestamp, 4000U * 8) << "nanoseconds";
+        EXPECT_EQ(stream.last->contents.image.value().width, 40U);
+        EXPECT_EQ(stream.last->contents.image.value().height, 30U);
         stream.pass(300);
         EXPECT_THAT(stream.takeRequests(), IsEmpty());
         EXPECT_EQ(stream.counters.packetsDuplicate, 2U);
@@ -367,7 +366,7 @@ TEST(FrameAssembly, putsPartsWhereTheyBelong) {
     }
     stream.send(camera.packet(script::Trailer, 1, number, script::Bytes(8, 0)));
     EXPECT_THAT(stream.takeDelivered(), ElementsAre("1"));
-    EXPECT_EQ(sdk::ask(*stream.last, &sdk::Frame::GetWidth), 40U);
+    EXPECT_EQ(stream.last->contents.image.value().width, 40U);
 }
 
 TEST(FrameAssembly, countsFramesWithoutABuffer) {

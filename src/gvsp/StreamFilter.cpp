@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/aravis/stream/StreamFilter.h"
+#include "gvsp/StreamFilter.h"
 
+#include "gige/BigEndian.h"
+#include "gige/BootstrapRegisters.h"
 #include "gige/IpDatagram.h"
+#include "gvsp/Gvsp.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -11,11 +14,14 @@
 
 #include <netinet/in.h>
 
-namespace orv::aravis {
+namespace gvsp {
 
 namespace {
 
 constexpr std::uint32_t wholePacket = 0xFFFFFFFF;
+/// Bytes 4 to 7 of a leader's header: its format, and the packet number 0, or 0 with extended IDs.
+constexpr std::uint32_t leaderMask = 0x0FFFFFFF;
+constexpr std::uint32_t leaderWord = 0x01000000;
 /// Scratch memory of a program. The kernel turns a load from the packet into about 14 instructions
 /// and a load from here into one, and limits their sum (net.core.optmem_max).
 constexpr std::uint32_t senderSlot = 0;
@@ -35,7 +41,11 @@ public:
     void loadKeys();
     /// Finds the packet's endpoint among those of one host, which are sorted by port.
     void selectHost(Endpoint first, Endpoint last);
-    /// Ends the program: targets of the jumps for accepted packets.
+    /// Accepts the answers of cameras to control commands.
+    void acceptControl();
+    /// Ends the program: targets of the jumps for packets of no endpoint, and for accepted ones.
+    void refuseOthers();
+    void acceptOthersIfLeaders();
     void accept();
     /// Ends the program: accepts every packet that is left.
     void acceptAll() { add(BPF_RET | BPF_K, wholePacket); }
@@ -56,6 +66,7 @@ private:
     void compare(const StreamEndpoint& endpoint);
 
     std::vector<sock_filter> m_code;
+    std::vector<std::size_t> m_otherJumps;
     std::vector<std::size_t> m_wholeJumps;
     std::vector<std::size_t> m_headerJumps;
 };
@@ -125,7 +136,7 @@ void FilterProgram::selectPort(Endpoint first, Endpoint last) {
 
 void FilterProgram::comparePorts(Endpoint first, Endpoint last) {
     std::for_each(first, last, [this](const StreamEndpoint& endpoint) { compare(endpoint); });
-    refuse();
+    m_otherJumps.push_back(jump());
 }
 
 void FilterProgram::compare(const StreamEndpoint& endpoint) {
@@ -136,8 +147,32 @@ void FilterProgram::compare(const StreamEndpoint& endpoint) {
     load(portSlot);
 }
 
-void FilterProgram::accept() {
+void FilterProgram::acceptControl() {
+    add(BPF_LD | BPF_H | BPF_IND, 0);
+    add(BPF_JMP | BPF_JEQ | BPF_K, gige::controlPort, 0, 1);
+    acceptAll();
+}
+
+void FilterProgram::refuseOthers() {
+    for (const std::size_t jump : m_otherJumps)
+        land(jump);
     refuse();
+}
+
+void FilterProgram::acceptOthersIfLeaders() {
+    for (const std::size_t jump : m_otherJumps)
+        land(jump);
+    add(BPF_LD | BPF_H | BPF_IND, gige::udpHeaderSize);
+    add(BPF_JMP | BPF_JEQ | BPF_K, 0, 1, 0);
+    refuse();
+    add(BPF_LD | BPF_W | BPF_IND, gige::udpHeaderSize + 4);
+    add(BPF_ALU | BPF_AND | BPF_K, leaderMask);
+    add(BPF_JMP | BPF_JEQ | BPF_K, leaderWord, 1, 0);
+    refuse();
+    acceptAll();
+}
+
+void FilterProgram::accept() {
     for (const std::size_t jump : m_headerJumps)
         land(jump);
     // As carriesPayload().
@@ -154,16 +189,15 @@ void FilterProgram::accept() {
     acceptAll();
 }
 
-} // namespace
-
-std::vector<sock_filter> streamFilter(std::vector<StreamEndpoint> endpoints) {
+void sort(std::vector<StreamEndpoint>& endpoints) {
     const auto key = [](const StreamEndpoint& endpoint) {
         return std::tuple(endpoint.host, endpoint.port, endpoint.camera, endpoint.headersOnly);
     };
     std::sort(endpoints.begin(), endpoints.end(),
               [key](const auto& left, const auto& right) { return key(left) < key(right); });
-    FilterProgram program;
-    program.requireUdp();
+}
+
+void selectHosts(FilterProgram& program, const std::vector<StreamEndpoint>& endpoints) {
     program.loadKeys();
     for (auto first = endpoints.cbegin(); first != endpoints.cend();) {
         const auto last = std::find_if(first, endpoints.cend(), [first](const auto& endpoint) {
@@ -172,8 +206,36 @@ std::vector<sock_filter> streamFilter(std::vector<StreamEndpoint> endpoints) {
         program.selectHost(first, last);
         first = last;
     }
+}
+
+} // namespace
+
+std::vector<sock_filter> streamFilter(std::vector<StreamEndpoint> endpoints) {
+    sort(endpoints);
+    FilterProgram program;
+    program.requireUdp();
+    selectHosts(program, endpoints);
+    program.refuseOthers();
     program.accept();
     return program.take();
+}
+
+std::vector<sock_filter> observerFilter(std::vector<StreamEndpoint> endpoints) {
+    for (StreamEndpoint& endpoint : endpoints)
+        endpoint.headersOnly = true;
+    sort(endpoints);
+    FilterProgram program;
+    program.requireUdp();
+    program.acceptControl();
+    selectHosts(program, endpoints);
+    program.acceptOthersIfLeaders();
+    program.accept();
+    return program.take();
+}
+
+bool mayBeLeader(const gige::UdpDatagram& datagram) {
+    return datagram.captured >= headerSize && gige::bigEndian16(datagram.data) == 0 &&
+           (gige::bigEndian32(datagram.data + 4) & leaderMask) == leaderWord;
 }
 
 std::vector<sock_filter> unselectiveFilter() {
@@ -183,4 +245,4 @@ std::vector<sock_filter> unselectiveFilter() {
     return program.take();
 }
 
-} // namespace orv::aravis
+} // namespace gvsp

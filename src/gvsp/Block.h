@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/aravis/stream/GenicamFrame.h"
-#include "orvcpp/aravis/stream/Gvsp.h"
-#include "orvcpp/aravis/stream/PacketSet.h"
+#include "gvsp/FrameBuffer.h"
+#include "gvsp/PacketSet.h"
 
 #include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
 
-namespace orv::aravis {
+namespace gvsp {
 
 /// Sizes that hold for all blocks of an acquisition.
 struct BlockLayout {
@@ -25,7 +24,7 @@ struct BlockLayout {
     /// Number of packets of a block that fills the payload, with leader and trailer.
     std::size_t packets() const;
     /// The same, where the last packet of each part is not full.
-    std::size_t mostPackets() const { return packets() + gvsp::mostParts - 1; }
+    std::size_t mostPackets() const { return packets() + mostParts - 1; }
 };
 
 /// A numbered range of a block's packets; the last one included.
@@ -45,16 +44,16 @@ public:
 
     /// \p frame is null when none is free: packets are then noted, and their data dropped.
     Block(const BlockLayout& layout, std::uint64_t id, std::uint64_t number,
-          std::shared_ptr<GenicamFrame> frame);
+          std::shared_ptr<FrameBuffer> frame);
 
     std::uint64_t id() const { return m_id; }
     std::uint64_t number() const { return m_number; }
-    const std::shared_ptr<GenicamFrame>& frame() const { return m_frame; }
-    const std::optional<gvsp::Leader>& leader() const { return m_leader; }
+    const std::shared_ptr<FrameBuffer>& frame() const { return m_frame; }
+    const std::optional<Leader>& leader() const { return m_leader; }
     /// When the last packet came that was not a duplicate.
     Time latest() const { return m_latest; }
 
-    Taken take(const gvsp::Packet& packet, Time now);
+    Taken take(const Packet& packet, Time now);
     /// The camera does not have this packet any more, and, when \p withPrevious, none before it.
     void giveUp(std::uint32_t number, bool withPrevious);
 
@@ -81,15 +80,15 @@ public:
     FrameContents contents() const;
 
 private:
-    Taken takeLeader(const gvsp::Packet& packet);
-    Taken takeTrailer(const gvsp::Packet& packet);
-    Taken takeData(const gvsp::Packet& packet);
+    Taken takeLeader(const Packet& packet);
+    Taken takeTrailer(const Packet& packet);
+    Taken takeData(const Packet& packet);
     bool isMissing(std::uint32_t number) const;
 
     const BlockLayout m_layout;
     const std::uint64_t m_id;
     const std::uint64_t m_number;
-    const std::shared_ptr<GenicamFrame> m_frame;
+    const std::shared_ptr<FrameBuffer> m_frame;
     PacketSet m_arrived;
     /// Those that have come or were given up.
     PacketSet m_settled;
@@ -97,7 +96,7 @@ private:
     std::uint32_t m_settledBelow = 0;
     PacketSet m_requested;
     std::size_t m_requests = 0;
-    std::optional<gvsp::Leader> m_leader;
+    std::optional<Leader> m_leader;
     /// The trailer's number, once it has come.
     std::optional<std::uint32_t> m_trailer;
     std::uint32_t m_next = 0;
@@ -114,4 +113,4 @@ private:
     Time m_latest;
 };
 
-} // namespace orv::aravis
+} // namespace gvsp

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/aravis/stream/Block.h"
-#include "orvcpp/aravis/stream/BlockNumbers.h"
-#include "orvcpp/aravis/stream/StreamCounts.h"
+#include "gvsp/Block.h"
+#include "gvsp/BlockNumbers.h"
+#include "gvsp/StreamCounts.h"
 
 #include <chrono>
 #include <cstdint>
@@ -13,7 +13,7 @@
 #include <optional>
 #include <vector>
 
-namespace orv::aravis {
+namespace gvsp {
 
 /// Packets to be requested from the camera.
 struct ResendRequest {
@@ -34,8 +34,8 @@ public:
     public:
         virtual ~Output() = default;
         /// A frame to be filled; null when none is free.
-        virtual std::shared_ptr<GenicamFrame> takeFrame() = 0;
-        virtual void deliver(std::shared_ptr<GenicamFrame> frame) = 0;
+        virtual std::shared_ptr<FrameBuffer> takeFrame() = 0;
+        virtual void deliver(std::shared_ptr<FrameBuffer> frame) = 0;
         virtual void request(const ResendRequest& request) = 0;
     };
 
@@ -53,8 +53,12 @@ public:
 
     FrameAssembly(const Settings& settings, Output& output, StreamCounters& counters);
 
-    /// A datagram of the stream, as gvsp::readPacket() takes it.
+    /// A datagram of the stream, as readPacket() takes it.
     void packet(const std::uint8_t* bytes, std::size_t captured, std::size_t size, Time now);
+    /// The same for a packet that was read. Does not count it or its bytes.
+    void packet(const Packet& packet, Time now);
+    /// The camera sends blocks of other sizes from now on. Holds for blocks that begin later.
+    void setSizes(std::size_t payload, std::size_t packetSize);
     /// Delivers what has waited too long, and requests what is missing. To be called after each
     /// batch of packets, and at due().
     void advance(Time now);
@@ -77,7 +81,7 @@ private:
     /// The first packet of a block: it opens the block when a second one confirms its ID, as a
     /// single packet may be damaged.
     struct Candidate {
-        gvsp::Packet packet;
+        Packet packet;
         /// What the packet points at.
         std::vector<std::uint8_t> data;
         /// Of a leader.
@@ -86,11 +90,11 @@ private:
     };
 
     Open* find(std::uint64_t id);
-    void take(Open& open, const gvsp::Packet& packet, Time now);
-    void takeUnknown(const gvsp::Packet& packet, Time now);
-    void remember(const gvsp::Packet& packet, std::optional<std::uint64_t> timestamp, Time now);
+    void take(Open& open, const Packet& packet, Time now);
+    void takeUnknown(const Packet& packet, Time now);
+    void remember(const Packet& packet, std::optional<std::uint64_t> timestamp, Time now);
     void openBlock(std::uint64_t id, const BlockNumbers::Place& place, Time now);
-    std::shared_ptr<GenicamFrame> takeFrame(std::uint64_t number);
+    std::shared_ptr<FrameBuffer> takeFrame(std::uint64_t number);
 
     bool isNewest(const Open& open) const;
     bool mayRequest(const Open& open) const;
@@ -116,4 +120,4 @@ private:
     std::deque<Candidate> m_candidates;
 };
 
-} // namespace orv::aravis
+} // namespace gvsp

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/aravis/stream/UdpPackets.h"
+#include "gvsp/UdpPackets.h"
 
-#include "orvcpp/aravis/stream/StreamFilter.h"
-#include "orvcpp/core/Clock.h"
+#include "gvsp/StreamFilter.h"
 #include "platform/Ipv4Address.h"
 
 #include <algorithm>
@@ -10,11 +9,12 @@
 
 #include <linux/sock_diag.h>
 
-namespace orv::aravis {
+namespace gvsp {
 
 namespace {
 
 using std::chrono::microseconds;
+using Clock = std::chrono::steady_clock;
 
 /// Batches of one receive(), so that it returns although packets come faster than they are read.
 constexpr int mostBatches = 32;
@@ -124,4 +124,4 @@ void UdpPackets::handOver(const mmsghdr& message, const Handler& handler) const 
         handler(datagram);
 }
 
-} // namespace orv::aravis
+} // namespace gvsp

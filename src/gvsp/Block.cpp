@@ -1,40 +1,38 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/aravis/stream/Block.h"
+#include "gvsp/Block.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace orv::aravis {
+namespace gvsp {
 
 std::size_t BlockLayout::dataSize() const {
-    const std::size_t headers =
-        gvsp::ipAndUdpSize + (hasExtendedIds ? gvsp::extendedHeaderSize : gvsp::headerSize);
+    const std::size_t headers = ipAndUdpSize + (hasExtendedIds ? extendedHeaderSize : headerSize);
     return packetSize > headers ? packetSize - headers : 0;
 }
 
 std::size_t BlockLayout::packets() const {
     // Packets of multi-part blocks hold the least.
-    const std::size_t least =
-        std::max(dataSize(), gvsp::multiPartHeaderSize + 1) - gvsp::multiPartHeaderSize;
+    const std::size_t least = std::max(dataSize(), multiPartHeaderSize + 1) - multiPartHeaderSize;
     return (payload + least - 1) / least + 2;
 }
 
 Block::Block(const BlockLayout& layout, std::uint64_t id, std::uint64_t number,
-             std::shared_ptr<GenicamFrame> frame)
+             std::shared_ptr<FrameBuffer> frame)
     : m_layout(layout), m_id(id), m_number(number), m_frame(std::move(frame)),
       m_arrived(layout.mostPackets()), m_settled(layout.mostPackets()),
       m_requested(layout.mostPackets()) {}
 
-Block::Taken Block::take(const gvsp::Packet& packet, Time now) {
+Block::Taken Block::take(const Packet& packet, Time now) {
     if (packet.number >= m_layout.mostPackets()) {
-        m_isOverrun = m_isOverrun || packet.format == gvsp::Format::Trailer;
+        m_isOverrun = m_isOverrun || packet.format == Format::Trailer;
         return Taken::Refused;
     }
     if (m_arrived.contains(packet.number))
         return Taken::Duplicate;
-    const Taken taken = packet.format == gvsp::Format::Leader    ? takeLeader(packet)
-                        : packet.format == gvsp::Format::Trailer ? takeTrailer(packet)
-                                                                 : takeData(packet);
+    const Taken taken = packet.format == Format::Leader    ? takeLeader(packet)
+                        : packet.format == Format::Trailer ? takeTrailer(packet)
+                                                           : takeData(packet);
     if (taken == Taken::Refused)
         return taken;
     m_arrived.add(packet.number);
@@ -44,29 +42,29 @@ Block::Taken Block::take(const gvsp::Packet& packet, Time now) {
     return m_requested.contains(packet.number) ? Taken::Requested : taken;
 }
 
-Block::Taken Block::takeLeader(const gvsp::Packet& packet) {
+Block::Taken Block::takeLeader(const Packet& packet) {
     if (packet.number != 0)
         return Taken::Refused;
-    m_leader = gvsp::readLeader(packet);
+    m_leader = readLeader(packet);
     return m_leader ? Taken::New : Taken::Refused;
 }
 
-Block::Taken Block::takeTrailer(const gvsp::Packet& packet) {
+Block::Taken Block::takeTrailer(const Packet& packet) {
     if (packet.number < std::max(m_next, std::uint32_t{1}) || m_trailer)
         return Taken::Refused;
     m_trailer = packet.number;
     return Taken::New;
 }
 
-Block::Taken Block::takeData(const gvsp::Packet& packet) {
+Block::Taken Block::takeData(const Packet& packet) {
     if (packet.number == 0 || (m_trailer && packet.number > *m_trailer))
         return Taken::Refused;
-    const bool isPart = packet.format == gvsp::Format::MultiPartData;
-    const std::size_t header = isPart ? gvsp::multiPartHeaderSize : 0;
+    const bool isPart = packet.format == Format::MultiPartData;
+    const std::size_t header = isPart ? multiPartHeaderSize : 0;
     const std::size_t full = m_layout.dataSize() - std::min(m_layout.dataSize(), header);
     std::uint64_t offset = std::uint64_t{packet.number - 1} * full;
     if (isPart) {
-        const auto named = gvsp::multiPartOffset(packet);
+        const auto named = multiPartOffset(packet);
         if (!named)
             return Taken::Refused;
         offset = *named;
@@ -122,7 +120,7 @@ bool Block::isSettled() const {
 }
 
 std::uint32_t Block::expected() const {
-    const std::size_t header = m_isMultiPart ? gvsp::multiPartHeaderSize : 0;
+    const std::size_t header = m_isMultiPart ? multiPartHeaderSize : 0;
     const std::size_t data = m_layout.dataSize() - std::min(m_layout.dataSize(), header);
     if (m_trailer || data == 0)
         return m_next;
@@ -156,9 +154,10 @@ std::vector<PacketRange> Block::request(std::uint32_t end, std::size_t most) {
 FrameContents Block::contents() const {
     FrameContents contents;
     const bool isCut = m_shortPackets > 1 || (m_shortPackets == 1 && m_lastShort + 1 != m_trailer);
+    contents.isWhole = isWhole() && !isCut && !m_isOverrun;
     if (m_isOverrun)
         contents.status = OrvFrameStatusTooSmall;
-    else if (!isWhole() || isCut)
+    else if (!contents.isWhole)
         contents.status = OrvFrameStatusIncomplete;
     else if (m_isClipped || m_end != m_layout.payload)
         contents.status = OrvFrameStatusTooSmall;
@@ -173,4 +172,4 @@ FrameContents Block::contents() const {
     return contents;
 }
 
-} // namespace orv::aravis
+} // namespace gvsp

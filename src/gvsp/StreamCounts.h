@@ -4,7 +4,7 @@
 #include <atomic>
 #include <cstdint>
 
-namespace orv::aravis {
+namespace gvsp {
 
 /// What happened to the frames and packets of an acquisition.
 template <typename Count> struct StreamCountsOf {
@@ -79,4 +79,4 @@ struct StreamCounters : StreamCountsOf<StreamCounter> {
     }
 };
 
-} // namespace orv::aravis
+} // namespace gvsp

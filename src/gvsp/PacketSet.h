@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace orv::aravis {
+namespace gvsp {
 
 /// A set of packet numbers below a limit. Not thread-safe.
 class PacketSet {
@@ -32,4 +32,4 @@ private:
     std::size_t m_count = 0;
 };
 
-} // namespace orv::aravis
+} // namespace gvsp

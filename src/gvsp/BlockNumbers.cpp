@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/aravis/stream/BlockNumbers.h"
+#include "gvsp/BlockNumbers.h"
 
 #include <algorithm>
 
-namespace orv::aravis {
+namespace gvsp {
 
 namespace {
 
@@ -75,4 +75,4 @@ void BlockNumbers::noteTimestamp(std::uint64_t timestamp) {
     m_withTimestamp = m_newest;
 }
 
-} // namespace orv::aravis
+} // namespace gvsp

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/aravis/stream/FrameAssembly.h"
+#include "gvsp/FrameAssembly.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace orv::aravis {
+namespace gvsp {
 
 namespace {
 
@@ -61,14 +61,25 @@ void FrameAssembly::packet(const std::uint8_t* bytes, std::size_t captured, std:
                            Time now) {
     m_counters.packets.add(1);
     m_counters.bytes.add(size);
-    const auto packet = gvsp::readPacket(bytes, captured, size);
-    const bool isFirst = !m_numbers.newestId();
-    if (!packet || (!isFirst && packet->hasExtendedIds != m_layout.hasExtendedIds))
-        m_counters.packetsRefused.add(1);
-    else if (Open* const open = find(packet->block))
-        take(*open, *packet, now);
+    if (const auto read = readPacket(bytes, captured, size))
+        packet(*read, now);
     else
-        takeUnknown(*packet, now);
+        m_counters.packetsRefused.add(1);
+}
+
+void FrameAssembly::packet(const Packet& packet, Time now) {
+    const bool isFirst = !m_numbers.newestId();
+    if (!isFirst && packet.hasExtendedIds != m_layout.hasExtendedIds)
+        m_counters.packetsRefused.add(1);
+    else if (Open* const open = find(packet.block))
+        take(*open, packet, now);
+    else
+        takeUnknown(packet, now);
+}
+
+void FrameAssembly::setSizes(std::size_t payload, std::size_t packetSize) {
+    m_layout.payload = payload;
+    m_layout.packetSize = packetSize;
 }
 
 FrameAssembly::Open* FrameAssembly::find(std::uint64_t id) {
@@ -77,8 +88,7 @@ FrameAssembly::Open* FrameAssembly::find(std::uint64_t id) {
     return found == m_open.rend() ? nullptr : &*found;
 }
 
-void FrameAssembly::take(Open& open, const gvsp::Packet& packet, Time now) {
-    using gvsp::Availability;
+void FrameAssembly::take(Open& open, const Packet& packet, Time now) {
     if (packet.availability == Availability::Later)
         return;
     if (packet.availability != Availability::Present) {
@@ -103,13 +113,13 @@ void FrameAssembly::take(Open& open, const gvsp::Packet& packet, Time now) {
         m_counters.packetsRefused.add(1);
         break;
     }
-    if (packet.format == gvsp::Format::Leader && isNewest(open) && open.block.leader())
+    if (packet.format == Format::Leader && isNewest(open) && open.block.leader())
         m_numbers.noteTimestamp(open.block.leader()->timestamp);
     if (open.block.isSettled())
         endBlocks(now);
 }
 
-void FrameAssembly::takeUnknown(const gvsp::Packet& packet, Time now) {
+void FrameAssembly::takeUnknown(const Packet& packet, Time now) {
     // IDs of 16 bits come round: an old packet must not get into a new block.
     while (!m_candidates.empty() && now - m_candidates.front().time > retention) {
         m_candidates.pop_front();
@@ -124,10 +134,9 @@ void FrameAssembly::takeUnknown(const gvsp::Packet& packet, Time now) {
     std::optional<std::uint64_t> timestamp;
     if (isKnown)
         timestamp = candidate->timestamp;
-    if (const auto leader =
-            packet.format == gvsp::Format::Leader ? gvsp::readLeader(packet) : std::nullopt)
+    if (const auto leader = packet.format == Format::Leader ? readLeader(packet) : std::nullopt)
         timestamp = leader->timestamp;
-    const auto place = packet.availability == gvsp::Availability::Present
+    const auto place = packet.availability == Availability::Present
                            ? m_numbers.place(packet.block, packet.hasExtendedIds, timestamp, now)
                            : std::nullopt;
     if (!place) {
@@ -142,14 +151,14 @@ void FrameAssembly::takeUnknown(const gvsp::Packet& packet, Time now) {
         first.packet.data = first.data.data();
         m_layout.hasExtendedIds = packet.hasExtendedIds;
         openBlock(packet.block, *place, now);
-        for (const gvsp::Packet* const each : {&std::as_const(first).packet, &packet}) {
+        for (const Packet* const each : {&std::as_const(first).packet, &packet}) {
             if (Open* const open = find(packet.block))
                 take(*open, *each, now);
         }
     }
 }
 
-void FrameAssembly::remember(const gvsp::Packet& packet, std::optional<std::uint64_t> timestamp,
+void FrameAssembly::remember(const Packet& packet, std::optional<std::uint64_t> timestamp,
                              Time now) {
     if (m_candidates.size() == mostCandidates) {
         m_candidates.pop_front();
@@ -175,7 +184,7 @@ void FrameAssembly::openBlock(std::uint64_t id, const BlockNumbers::Place& place
 }
 
 /// For the block \p number. An earlier one that waits for packets gives way when no frame is free.
-std::shared_ptr<GenicamFrame> FrameAssembly::takeFrame(std::uint64_t number) {
+std::shared_ptr<FrameBuffer> FrameAssembly::takeFrame(std::uint64_t number) {
     auto frame = m_output.takeFrame();
     if (!frame && !m_open.empty() && m_open.front().block.number() < number) {
         endFirst();
@@ -283,4 +292,4 @@ std::optional<FrameAssembly::Time> FrameAssembly::due() const {
     return due;
 }
 
-} // namespace orv::aravis
+} // namespace gvsp

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "gige/IpDatagram.h"
-#include "orvcpp/aravis/stream/PacketRing.h"
-#include "orvcpp/aravis/stream/StreamFilter.h"
-#include "orvcpp/aravis/stream/UdpPackets.h"
+#include "gvsp/PacketRing.h"
+#include "gvsp/StreamFilter.h"
+#include "gvsp/UdpPackets.h"
 #include "platform/Descriptor.h"
 #include "platform/Ipv4Address.h"
 #include "platform/UdpSocket.h"
-#include "tests/orvcpp/aravis/StreamScript.h"
+#include "tests/gvsp/StreamScript.h"
 
 #include <gmock/gmock.h>
 
@@ -15,6 +15,7 @@
 #include <chrono>
 #include <future>
 #include <memory>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -25,7 +26,7 @@
 
 namespace {
 
-using namespace orv::aravis;
+using namespace gvsp;
 using namespace std::chrono_literals;
 using script::Bytes;
 

@@ -5,7 +5,7 @@
 
 #include <chrono>
 
-namespace orv::aravis {
+namespace gvsp {
 
 /// Waits until a descriptor is readable; another thread can end the wait. Thread-safe.
 class WakeablePoll {
@@ -24,4 +24,4 @@ private:
     const platform::Descriptor m_wake;
 };
 
-} // namespace orv::aravis
+} // namespace gvsp

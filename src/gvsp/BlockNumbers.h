@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <optional>
 
-namespace orv::aravis {
+namespace gvsp {
 
 /// An acquisition whose first frame has an ID up to this has lost the frames before it.
 constexpr std::uint64_t largestFirstId = 32;
@@ -58,4 +58,4 @@ private:
     Time m_newestTime;
 };
 
-} // namespace orv::aravis
+} // namespace gvsp

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/aravis/stream/PacketRing.h"
+#include "gvsp/PacketRing.h"
 
-#include "orvcpp/aravis/stream/StreamFilter.h"
+#include "gvsp/StreamFilter.h"
 
 #include <algorithm>
 #include <utility>
@@ -13,27 +13,12 @@
 #include <sys/mman.h>
 #include <sys/socket.h>
 
-namespace orv::aravis {
+namespace gvsp {
 
 namespace {
 
-/// A block is handed over when it is full or when its time is up. So the ring holds the packets of
-/// a second at low rates, of half a second at 1 Gbit/s, and of 50 ms at 10 Gbit/s: a busy host
-/// keeps the thread waiting for more than 100 ms. Measured on a busy machine, 110 MB/s of headers
-/// in packets of 8000 bytes: after 1 ms, 471 wake-ups per second and 101 us of processor time per
-/// MB; after 4 ms, 246 and 70 us. Blocks of 1 MiB after 10 ms cost half as much, but a camera that
-/// keeps the frames of 40 ms then cannot send a packet for the second time.
-constexpr unsigned blockSize = 1U << 18U;
-constexpr unsigned blockCount = 256;
 /// Blocks that are read before streams may request what is missing.
 constexpr unsigned blocksPerRound = 32;
-constexpr std::size_t ringSize = std::size_t{blockSize} * blockCount;
-constexpr unsigned retireMilliseconds = 4;
-/// While packets come, they gather in the ring for this long, unless a stream is to ask for missing
-/// packets before. This saves wake-ups, and by then most packets have left the cache of the
-/// processor that wrote them: copying from there costs most. Measured at 100 MB/s of whole frames:
-/// 0.20 ms of processor time per MB instead of 0.29.
-constexpr std::chrono::milliseconds gathering{20};
 /// The kernel checks this value; blocks of TPACKET_V3 hold packets of any size.
 constexpr unsigned frameSize = 2048;
 /// Pause after an error of the socket, so that repeated ones do not take the processor.
@@ -41,16 +26,6 @@ constexpr std::chrono::milliseconds errorPause{10};
 
 template <typename Value> bool set(int handle, int option, const Value& value) {
     return setsockopt(handle, SOL_PACKET, option, &value, sizeof value) == 0;
-}
-
-bool requestRing(int handle) {
-    tpacket_req3 ring{};
-    ring.tp_block_size = blockSize;
-    ring.tp_block_nr = blockCount;
-    ring.tp_frame_size = frameSize;
-    ring.tp_frame_nr = blockSize / frameSize * blockCount;
-    ring.tp_retire_blk_tov = retireMilliseconds;
-    return set(handle, PACKET_VERSION, int{TPACKET_V3}) && set(handle, PACKET_RX_RING, ring);
 }
 
 bool bindTo(int handle, unsigned adapterIndex) {
@@ -75,37 +50,65 @@ void readBlock(const tpacket_hdr_v1& block, const std::uint8_t* begin,
         const auto& packet = *reinterpret_cast<const tpacket3_hdr*>(at);
         if (const auto datagram =
                 gige::readIpDatagram(at + packet.tp_net, packet.tp_snaplen, packet.tp_len))
-            handler(*datagram);
+            handler({*datagram, std::chrono::seconds(packet.tp_sec) +
+                                    std::chrono::nanoseconds(packet.tp_nsec)});
         at += packet.tp_next_offset;
     }
 }
 
 } // namespace
 
-std::unique_ptr<PacketRing> PacketRing::open(const std::string& adapter) {
+/// The ring holds the packets of a second at low rates, of half a second at 1 Gbit/s, and of 50 ms
+/// at 10 Gbit/s: a busy host keeps the thread waiting for more than 100 ms. Measured on a busy
+/// machine, 110 MB/s of headers in packets of 8000 bytes: after 1 ms, 471 wake-ups per second and
+/// 101 us of processor time per MB; after 4 ms, 246 and 70 us. Blocks of 1 MiB after 10 ms cost
+/// half as much, but a camera that keeps the frames of 40 ms then cannot send a packet for the
+/// second time. Gathering saves wake-ups, too, and by then most packets have left the cache of the
+/// processor that wrote them: copying from there costs most. Measured at 100 MB/s of whole frames:
+/// 0.20 ms of processor time per MB instead of 0.29.
+const PacketRing::Use PacketRing::receiving{
+    streamFilter, 1U << 18U, 256, std::chrono::milliseconds(4), std::chrono::milliseconds(20)};
+
+/// Nothing is requested, so that packets may gather for long. The headers of a packet take 144
+/// bytes: the ring holds those of 2.7 seconds at 1 Gbit/s and 1500 bytes, of 0.27 at 10 Gbit/s.
+const PacketRing::Use PacketRing::observing{
+    observerFilter, 1U << 20U, 32, std::chrono::milliseconds(20), std::chrono::milliseconds(100)};
+
+std::unique_ptr<PacketRing> PacketRing::open(const std::string& adapter, const Use& use) {
     const unsigned index = if_nametoindex(adapter.c_str());
     if (index == 0)
         return nullptr;
     // Of protocol 0, the socket hears nothing until it is bound.
     std::unique_ptr<PacketRing> ring(
-        new PacketRing(socket(AF_PACKET, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)));
+        new PacketRing(socket(AF_PACKET, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0), use));
     return ring->prepare(index) ? std::move(ring) : nullptr;
+}
+
+bool PacketRing::requestRing() const {
+    const int handle = m_socket.handle();
+    tpacket_req3 ring{};
+    ring.tp_block_size = m_use.blockSize;
+    ring.tp_block_nr = m_use.blockCount;
+    ring.tp_frame_size = frameSize;
+    ring.tp_frame_nr = m_use.blockSize / frameSize * m_use.blockCount;
+    ring.tp_retire_blk_tov = static_cast<unsigned>(m_use.tick.count());
+    return set(handle, PACKET_VERSION, int{TPACKET_V3}) && set(handle, PACKET_RX_RING, ring);
 }
 
 bool PacketRing::prepare(unsigned adapterIndex) {
     const int handle = m_socket.handle();
-    if (!m_socket.isOpen() || !m_poll.isOpen() || !requestRing(handle))
+    if (!m_socket.isOpen() || !m_poll.isOpen() || !requestRing())
         return false;
-    void* const memory = mmap(nullptr, ringSize, PROT_READ | PROT_WRITE, MAP_SHARED, handle, 0);
+    void* const memory = mmap(nullptr, size(), PROT_READ | PROT_WRITE, MAP_SHARED, handle, 0);
     if (memory == MAP_FAILED)
         return false;
     m_blocks = static_cast<std::uint8_t*>(memory);
-    return attach(streamFilter({})) && bindTo(handle, adapterIndex);
+    return attach(m_use.filter({})) && bindTo(handle, adapterIndex);
 }
 
 PacketRing::~PacketRing() {
     if (m_blocks != nullptr)
-        munmap(m_blocks, ringSize);
+        munmap(m_blocks, size());
 }
 
 bool PacketRing::attach(std::vector<sock_filter> program) const {
@@ -116,7 +119,7 @@ bool PacketRing::attach(std::vector<sock_filter> program) const {
 }
 
 void PacketRing::listen(const std::vector<StreamEndpoint>& endpoints) {
-    const std::vector<sock_filter> program = streamFilter(endpoints);
+    const std::vector<sock_filter> program = m_use.filter(endpoints);
     // Old and new filter must have room in net.core.optmem_max together, which is 20 KB before
     // Linux 6.7. The short one makes room, and stays if the new one is too large by itself.
     if (!attach(program) && attach(unselectiveFilter()))
@@ -125,7 +128,7 @@ void PacketRing::listen(const std::vector<StreamEndpoint>& endpoints) {
 
 std::chrono::milliseconds PacketRing::latency() const {
     // The kernel hands over a block that has been the same at two ticks.
-    return gathering + 2 * std::chrono::milliseconds(retireMilliseconds);
+    return m_use.gathering + 2 * m_use.tick;
 }
 
 SourceCounts PacketRing::counts() {
@@ -140,9 +143,9 @@ SourceCounts PacketRing::counts() {
 }
 
 void PacketRing::receive(std::chrono::microseconds wait, const Handler& handler) {
-    const bool gathers = m_isFlowing && wait > gathering;
+    const bool gathers = m_isFlowing && wait > m_use.gathering;
     if (gathers)
-        m_poll.wait(-1, gathering);
+        m_poll.wait(-1, m_use.gathering);
     unsigned count = readBlocks(handler);
     if (count == 0 && !gathers) {
         waitForBlock(wait);
@@ -161,15 +164,15 @@ void PacketRing::waitForBlock(std::chrono::microseconds wait) {
 unsigned PacketRing::readBlocks(const Handler& handler) {
     unsigned count = 0;
     for (; count < blocksPerRound; ++count) {
-        std::uint8_t* const begin = m_blocks + std::size_t{m_next} * blockSize;
+        std::uint8_t* const begin = m_blocks + std::size_t{m_next} * m_use.blockSize;
         auto& block = reinterpret_cast<tpacket_block_desc*>(begin)->hdr.bh1;
         if ((__atomic_load_n(&block.block_status, __ATOMIC_ACQUIRE) & TP_STATUS_USER) == 0)
             break;
         readBlock(block, begin, handler);
         __atomic_store_n(&block.block_status, TP_STATUS_KERNEL, __ATOMIC_RELEASE);
-        m_next = (m_next + 1) % blockCount;
+        m_next = (m_next + 1) % m_use.blockCount;
     }
     return count;
 }
 
-} // namespace orv::aravis
+} // namespace gvsp

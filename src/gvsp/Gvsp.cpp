@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/aravis/stream/Gvsp.h"
+#include "gvsp/Gvsp.h"
 
 #include "gige/BigEndian.h"
 
 #include <algorithm>
 
-namespace orv::aravis::gvsp {
+namespace gvsp {
 
 namespace {
 
@@ -124,4 +124,4 @@ std::optional<std::uint64_t> multiPartOffset(const Packet& packet) {
     return bigEndian48(packet.data + 2);
 }
 
-} // namespace orv::aravis::gvsp
+} // namespace gvsp

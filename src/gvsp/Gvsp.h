@@ -10,7 +10,7 @@
 
 /// The packets of a GigE Vision stream (GVSP). A camera sends a frame as a block: a leader, packets
 /// of data, a trailer. All functions are reentrant and accept any bytes.
-namespace orv::aravis::gvsp {
+namespace gvsp {
 
 /// Bytes of a packet's header with 16-bit block IDs and with 64-bit ones ("extended IDs").
 constexpr std::size_t headerSize = 8;
@@ -80,4 +80,4 @@ std::optional<Leader> readLeader(const Packet& packet);
 /// short.
 std::optional<std::uint64_t> multiPartOffset(const Packet& packet);
 
-} // namespace orv::aravis::gvsp
+} // namespace gvsp

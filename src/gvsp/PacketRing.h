@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/aravis/stream/PacketSource.h"
-#include "orvcpp/aravis/stream/WakeablePoll.h"
+#include "gvsp/PacketSource.h"
+#include "gvsp/WakeablePoll.h"
 #include "platform/Descriptor.h"
 
 #include <cstddef>
@@ -15,7 +15,7 @@
 #include <linux/filter.h>
 #include <linux/if_packet.h>
 
-namespace orv::aravis {
+namespace gvsp {
 
 /// All streams of an adapter, through a ring of blocks in memory that the kernel shares with this
 /// program (TPACKET_V3): no system call and no copy per packet. The kernel filters the packets by
@@ -23,9 +23,26 @@ namespace orv::aravis {
 /// shared by the adapter's streams, and so are the counts.
 class PacketRing : public PacketSource {
 public:
+    /// What a ring is used for.
+    struct Use {
+        /// The kernel's filter for the endpoints, see StreamFilter.h.
+        std::vector<sock_filter> (*filter)(std::vector<StreamEndpoint> endpoints);
+        unsigned blockSize;
+        unsigned blockCount;
+        /// A block is handed over when it is full, or at the second tick of this period.
+        std::chrono::milliseconds tick;
+        /// While packets come, they gather in the ring for this long, unless receive() is to wait
+        /// for less.
+        std::chrono::milliseconds gathering;
+    };
+    /// Frames are put together, and missing packets requested.
+    static const Use receiving;
+    /// Streams of others are watched, from headers.
+    static const Use observing;
+
     /// Null when the system refuses: no right to packet sockets (CAP_NET_RAW), no memory, no such
     /// adapter.
-    static std::unique_ptr<PacketRing> open(const std::string& adapter);
+    static std::unique_ptr<PacketRing> open(const std::string& adapter, const Use& use = receiving);
     ~PacketRing() override;
 
     /// Handles one round of the ring at most. While the adapter is down, nothing comes; after it
@@ -39,14 +56,17 @@ public:
     SourceCounts counts() override;
 
 private:
-    explicit PacketRing(int handle) : m_socket(handle) {}
+    PacketRing(int handle, const Use& use) : m_use(use), m_socket(handle) {}
+    std::size_t size() const { return std::size_t{m_use.blockSize} * m_use.blockCount; }
     bool prepare(unsigned adapterIndex);
+    bool requestRing() const;
     bool attach(std::vector<sock_filter> program) const;
     /// Ends early when a block is full, or after an error of the socket.
     void waitForBlock(std::chrono::microseconds wait);
     /// Number of the blocks that were full.
     unsigned readBlocks(const Handler& handler);
 
+    const Use m_use;
     const platform::Descriptor m_socket;
     const WakeablePoll m_poll;
     std::uint8_t* m_blocks = nullptr;
@@ -59,4 +79,4 @@ private:
     SourceCounts m_counts;
 };
 
-} // namespace orv::aravis
+} // namespace gvsp

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "orvcpp/aravis/stream/WakeablePoll.h"
+#include "gvsp/WakeablePoll.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -9,7 +9,7 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
-namespace orv::aravis {
+namespace gvsp {
 
 namespace {
 
@@ -43,4 +43,4 @@ void WakeablePoll::wake() const {
     [[maybe_unused]] const ssize_t size = ::write(m_wake.handle(), &one, sizeof one);
 }
 
-} // namespace orv::aravis
+} // namespace gvsp

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/aravis/stream/PacketSource.h"
+#include "gvsp/PacketSource.h"
 
 #include <cstdint>
 #include <vector>
@@ -10,7 +10,7 @@
 
 /// Programs for the kernel's classic packet filter, on packets that begin with the IPv4 header.
 /// They refuse all but UDP, and fragments. Pure functions, reentrant.
-namespace orv::aravis {
+namespace gvsp {
 
 /// Bytes of UDP payload that headersOnly leaves of a packet that carries payload: the extended
 /// header of 20 bytes and the 8 bytes that multi-part payload adds.
@@ -29,7 +29,14 @@ constexpr bool carriesPayload(std::uint8_t formatByte) {
 /// about 5 instructions each; the kernel accepts 4096.
 std::vector<sock_filter> streamFilter(std::vector<StreamEndpoint> endpoints);
 
+/// Accepts packets to one of \p endpoints as for headersOnly, and whole: answers of cameras to
+/// control commands, and what looks like the leader of any other stream.
+std::vector<sock_filter> observerFilter(std::vector<StreamEndpoint> endpoints);
+
+/// Whether a datagram looks like the leader of a stream: of status 0, with packet number 0.
+bool mayBeLeader(const gige::UdpDatagram& datagram);
+
 /// Accepts every UDP datagram whole.
 std::vector<sock_filter> unselectiveFilter();
 
-} // namespace orv::aravis
+} // namespace gvsp

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
-#include "orvcpp/aravis/stream/PacketSource.h"
-#include "orvcpp/aravis/stream/WakeablePoll.h"
+#include "gvsp/PacketSource.h"
+#include "gvsp/WakeablePoll.h"
 #include "platform/UdpSocket.h"
 
 #include <array>
@@ -16,7 +16,7 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
-namespace orv::aravis {
+namespace gvsp {
 
 /// The packets of one stream, through a UDP socket: for users without the right to packet sockets.
 /// Waits until several packets are there and reads them with one system call.
@@ -66,4 +66,4 @@ private:
     SourceCounts m_counts;
 };
 
-} // namespace orv::aravis
+} // namespace gvsp

@@ -1,0 +1,318 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/ObservedAdapters.h"
+
+#include "cli/Failure.h"
+#include "cli/FrameFigures.h"
+#include "cli/LossFindings.h"
+#include "gige/DiscoveredCamera.h"
+#include "gvsp/PacketRing.h"
+#include "observer/AdapterObserver.h"
+#include "platform/AddressText.h"
+#include "platform/HostCommands.h"
+#include "platform/NetworkAdapters.h"
+#include "platform/NetworkCounters.h"
+#include "platform/UdpSocketTable.h"
+
+#include <algorithm>
+#include <atomic>
+#include <map>
+#include <optional>
+#include <thread>
+#include <tuple>
+#include <vector>
+
+namespace cli {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// An adapter without packets wakes its thread so often.
+constexpr std::chrono::milliseconds longestWait{500};
+/// Streams that pause for less are not called silent.
+constexpr double shownSilence = 1.5;
+
+/// A stream as it is told apart: camera, host and port.
+using StreamKey = std::tuple<std::uint32_t, std::uint32_t, std::uint16_t>;
+
+double secondsBetween(Clock::time_point since, Clock::time_point until) {
+    return std::chrono::duration<double>(until - since).count();
+}
+
+CameraCounts countsOf(const observer::StreamFigures& figures) {
+    CameraCounts counts;
+    counts.frames.completeFrames = figures.framesComplete;
+    counts.frames.incompleteFrames = figures.framesIncomplete;
+    counts.frames.receivedFrames = figures.framesComplete + figures.framesIncomplete;
+    counts.frames.lostFrames = static_cast<std::int64_t>(figures.framesLost);
+    counts.frames.payloadBytes = figures.dataBytes;
+    counts.packetsResent = static_cast<std::int64_t>(figures.packetsResent);
+    counts.packetsMissing = static_cast<std::int64_t>(figures.packetsMissing);
+    return counts;
+}
+
+/// What the sockets of the receiving programs have dropped of each stream.
+class ReceiverDrops {
+public:
+    /// Since the first call for the stream. Nothing where the packets do not come through a UDP
+    /// socket: it is not there, or refuses them all, since the program has another way to them.
+    std::optional<std::uint64_t> of(const observer::StreamReading& stream,
+                                    const std::vector<platform::UdpSocketEntry>& sockets) {
+        const auto drops = platform::dropsAt(sockets, stream.host, stream.port);
+        if (!drops)
+            return std::nullopt;
+        const StreamKey key(stream.camera, stream.host, stream.port);
+        const auto& before =
+            m_before.try_emplace(key, *drops, stream.figures.packets).first->second;
+        const std::uint64_t moved = *drops - before.first;
+        const std::uint64_t packets = stream.figures.packets - before.second;
+        return moved > 0 && moved >= packets - packets / 10 ? std::nullopt : std::optional(moved);
+    }
+
+private:
+    /// Drops and packets at the first call.
+    std::map<StreamKey, std::pair<std::uint64_t, std::uint64_t>> m_before;
+};
+
+/// As other commands name the camera; by its address while its MAC address has not passed.
+QString idOf(const observer::StreamReading& stream) {
+    return QString::fromStdString(stream.name.macAddress != 0
+                                      ? gige::cameraId(platform::macText(stream.name.macAddress))
+                                      : platform::addressText(stream.camera));
+}
+
+void addTiming(QJsonObject& row, const observer::FrameTiming& timing) {
+    if (timing.frames == 0)
+        return;
+    const auto seconds = [](std::chrono::nanoseconds time) {
+        return std::chrono::duration<double>(time).count();
+    };
+    row[QStringLiteral("frameSeconds")] =
+        seconds(timing.total) / static_cast<double>(timing.frames);
+    row[QStringLiteral("longestFrameSeconds")] = seconds(timing.longest);
+    row[QStringLiteral("largestGapSeconds")] = seconds(timing.largestGap);
+    row[QStringLiteral("burstBytesPerSecond")] = timing.burstBytesPerSecond;
+}
+
+QJsonObject identityOf(const observer::StreamReading& stream) {
+    return {
+        {QStringLiteral("id"), idOf(stream)},
+        {QStringLiteral("name"), QString::fromStdString(stream.name.userName)},
+        {QStringLiteral("model"), QString::fromStdString(stream.name.model)},
+        {QStringLiteral("serialNumber"), QString::fromStdString(stream.name.serialNumber)},
+        {QStringLiteral("opened"), false},
+        {QStringLiteral("measured"), true},
+        {QStringLiteral("address"), QString::fromStdString(platform::addressText(stream.camera))},
+        {QStringLiteral("receiver"),
+         QStringLiteral("%1:%2")
+             .arg(QString::fromStdString(platform::addressText(stream.host)))
+             .arg(stream.port)}};
+}
+
+QStringList adaptersThatAreUp() {
+    QStringList names;
+    for (const platform::NetworkAdapter& adapter :
+         platform::networkAdapters().value_or(std::vector<platform::NetworkAdapter>())) {
+        const QString name = QString::fromStdString(adapter.name);
+        if (adapter.isUp && !names.contains(name))
+            names.append(name);
+    }
+    return names;
+}
+
+std::unique_ptr<gvsp::PacketRing> openRing(const QString& adapter) {
+    const QStringList known = adaptersThatAreUp();
+    if (!known.contains(adapter))
+        throw Failure(QStringLiteral("There is no network adapter \"%1\" that is up and has an "
+                                     "IPv4 address.")
+                              .arg(adapter) +
+                          thereIs(known),
+                      ExitCode::WrongUse);
+    auto ring = gvsp::PacketRing::open(adapter.toStdString(), gvsp::PacketRing::observing);
+    if (ring)
+        return ring;
+    if (!platform::mayOpenPacketSockets())
+        throw Failure(
+            QStringLiteral("Observing needs the capability CAP_NET_RAW, which this program has "
+                           "not. Grant it: %1")
+                .arg(QString::fromStdString(
+                    platform::packetSocketCommand(platform::programFile()))));
+    throw Failure(QStringLiteral("The system gives no packet socket on %1; 32 MB of memory are "
+                                 "needed for it.")
+                      .arg(adapter));
+}
+
+} // namespace
+
+/// One adapter, with a thread that takes its packets.
+class ObservedAdapters::Adapter {
+public:
+    explicit Adapter(const QString& name)
+        : m_name(name),
+          m_bitsPerSecond(static_cast<double>(platform::linkSpeed(name.toStdString()))),
+          m_networkBefore(platform::readNetworkCounters(name.toStdString())),
+          m_observer(openRing(name)), m_thread([this] {
+              while (!m_isEnding)
+                  m_observer.receive(longestWait);
+          }) {}
+
+    ~Adapter() {
+        m_isEnding = true;
+        m_observer.wake();
+        m_thread.join();
+    }
+
+    QJsonObject interval() {
+        Reading now = read();
+        const QJsonObject document = figures(m_last, now, now.timing);
+        m_last = std::move(now);
+        return document;
+    }
+
+    QJsonObject result() {
+        const Reading now = read();
+        QJsonObject document = figures(m_first, now, m_allTiming);
+        document[QStringLiteral("findings")] = lossFindings(evidence(now));
+        return document;
+    }
+
+private:
+    using Timings = std::map<StreamKey, observer::FrameTiming>;
+
+    struct Reading {
+        Clock::time_point time = Clock::now();
+        std::map<StreamKey, observer::StreamReading> streams;
+        Timings timing;
+        std::uint64_t missed = 0;
+    };
+
+    Reading read() {
+        Reading reading;
+        observer::AdapterReading taken = m_observer.read();
+        reading.missed = taken.missed.dropped;
+        for (observer::StreamReading& stream : taken.streams) {
+            const StreamKey key(stream.camera, stream.host, stream.port);
+            reading.timing[key] = stream.timing;
+            m_allTiming[key].add(stream.timing);
+            reading.streams[key] = std::move(stream);
+        }
+        return reading;
+    }
+
+    QJsonObject figures(const Reading& since, const Reading& until, const Timings& timings) {
+        const double period = secondsBetween(since.time, until.time);
+        const auto sockets = platform::readUdpSockets();
+        QJsonArray rows;
+        for (const auto& [key, stream] : until.streams) {
+            const auto before = since.streams.find(key);
+            QJsonObject row = identityOf(stream);
+            const QJsonObject counted = cameraFigures(
+                before == since.streams.end() ? CameraCounts() : countsOf(before->second.figures),
+                countsOf(stream.figures), period);
+            for (auto figure = counted.begin(); figure != counted.end(); ++figure)
+                row[figure.key()] = figure.value();
+            addLinkShare(row, m_bitsPerSecond);
+            row[QStringLiteral("packetsDuplicate")] =
+                static_cast<qint64>(stream.figures.packetsDuplicate);
+            row[QStringLiteral("unjudgedFrames")] =
+                static_cast<qint64>(stream.figures.framesUnjudged);
+            addTiming(row, timings.at(key));
+            if (stream.silence.count() > shownSilence)
+                row[QStringLiteral("silentSeconds")] = stream.silence.count();
+            if (const auto drops = m_receiverDrops.of(stream, sockets))
+                row[QStringLiteral("receiverDrops")] = static_cast<qint64>(*drops);
+            rows.append(row);
+        }
+        return document(rows, until.missed);
+    }
+
+    QJsonObject document(const QJsonArray& rows, std::uint64_t missed) const {
+        QJsonObject total = totalFigures(rows);
+        if (m_bitsPerSecond > 0)
+            total[QStringLiteral("bitsPerSecond")] = static_cast<qint64>(m_bitsPerSecond);
+        addLinkShare(total, m_bitsPerSecond);
+        return {{QStringLiteral("interface"), m_name},
+                {QStringLiteral("cameras"), rows},
+                {QStringLiteral("total"), total},
+                {QStringLiteral("observerMissedPackets"), static_cast<qint64>(missed)}};
+    }
+
+    InterfaceEvidence evidence(const Reading& now) const {
+        InterfaceEvidence evidence;
+        evidence.name = m_name.toStdString();
+        evidence.network = platform::difference(
+            m_networkBefore, platform::readNetworkCounters(m_name.toStdString()));
+        evidence.mtu = static_cast<std::uint64_t>(
+            std::max<std::int64_t>(platform::mtu(m_name.toStdString()), 0));
+        evidence.program = platform::programFile();
+        for (const auto& [key, stream] : now.streams) {
+            const observer::StreamFigures& figures = stream.figures;
+            CameraEvidence camera;
+            camera.id = idOf(stream).toStdString();
+            camera.framesReceived = figures.framesComplete + figures.framesIncomplete;
+            camera.framesIncomplete = figures.framesIncomplete;
+            camera.framesLost = figures.framesLost;
+            camera.streamFramesLost = figures.framesLost;
+            camera.packetsReceived = figures.packets;
+            camera.packetsMissing = figures.packetsMissing;
+            camera.packetsResent = figures.packetsResent;
+            camera.packetsDuplicate = figures.packetsDuplicate;
+            camera.usesRing = true;
+            evidence.cameras.push_back(std::move(camera));
+        }
+        return evidence;
+    }
+
+    const QString m_name;
+    const double m_bitsPerSecond;
+    const platform::NetworkCounters m_networkBefore;
+    observer::AdapterObserver m_observer;
+    std::atomic<bool> m_isEnding{false};
+    const Reading m_first{};
+    Reading m_last{};
+    Timings m_allTiming;
+    ReceiverDrops m_receiverDrops;
+    std::thread m_thread;
+};
+
+struct ObservedAdapters::State {
+    bool isList = true;
+    Clock::time_point start = Clock::now();
+    std::vector<std::unique_ptr<Adapter>> adapters;
+
+    QJsonObject document(const QString& type, QJsonObject (Adapter::*figures)()) const {
+        QJsonArray interfaces;
+        for (const auto& adapter : adapters)
+            interfaces.append(((*adapter).*figures)());
+        QJsonObject document = isList ? QJsonObject{{QStringLiteral("interfaces"), interfaces}}
+                                      : interfaces.first().toObject();
+        document[QStringLiteral("type")] = type;
+        document[QStringLiteral("simulated")] = false;
+        document[QStringLiteral("seconds")] = secondsBetween(start, Clock::now());
+        return document;
+    }
+};
+
+ObservedAdapters::ObservedAdapters(const QStringList& names) : m_state(std::make_unique<State>()) {
+    QStringList adapters = names.isEmpty() ? adaptersThatAreUp() : names;
+    adapters.removeDuplicates();
+    if (adapters.isEmpty())
+        throw Failure(QStringLiteral("No network adapter is up."));
+    m_state->isList = names.size() != 1;
+    for (const QString& name : adapters)
+        m_state->adapters.push_back(std::make_unique<Adapter>(name));
+}
+
+ObservedAdapters::~ObservedAdapters() = default;
+
+QJsonObject ObservedAdapters::interval() {
+    return m_state->document(QStringLiteral("interval"), &Adapter::interval);
+}
+
+QJsonObject ObservedAdapters::result(bool isInterrupted) {
+    QJsonObject document = m_state->document(QStringLiteral("result"), &Adapter::result);
+    document[QStringLiteral("interrupted")] = isInterrupted;
+    return document;
+}
+
+} // namespace cli

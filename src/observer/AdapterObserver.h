@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "gvsp/PacketSource.h"
+#include "observer/CameraDirectory.h"
+#include "observer/ObservedStream.h"
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace observer {
+
+/// One stream at one moment.
+struct StreamReading {
+    /// IPv4 addresses in host byte order, and the port to which the camera sends.
+    std::uint32_t camera = 0;
+    std::uint32_t host = 0;
+    std::uint16_t port = 0;
+    CameraName name;
+    StreamFigures figures;
+    /// Of the frames since the reading before.
+    FrameTiming timing;
+    /// Since the last packet.
+    std::chrono::duration<double> silence{0};
+};
+
+/// All that was seen on an adapter.
+struct AdapterReading {
+    /// Sorted by camera, host and port.
+    std::vector<StreamReading> streams;
+    /// Packets that the observer itself has missed.
+    gvsp::SourceCounts missed;
+};
+
+/// Finds the streams that an adapter receives by their leaders, and follows them. Sends nothing.
+/// receive() is called on one thread; read() on any.
+class AdapterObserver {
+public:
+    using Time = ObservedStream::Time;
+
+    explicit AdapterObserver(std::unique_ptr<gvsp::PacketSource> source);
+
+    /// Waits up to \p wait for packets and takes those that are there.
+    void receive(std::chrono::microseconds wait);
+    /// Ends a receive() that waits. Any thread.
+    void wake() { m_source->wake(); }
+    AdapterReading read();
+
+private:
+    /// Camera, host, port.
+    using Key = std::tuple<std::uint32_t, std::uint32_t, std::uint16_t>;
+
+    struct Entry {
+        ObservedStream stream;
+        /// When the stream was found.
+        Time found;
+        /// Of streams of the same camera to other ports, which have ended.
+        StreamFigures before;
+    };
+
+    void take(const gvsp::StreamDatagram& datagram);
+    void takeUnknown(const Key& key, const gvsp::StreamDatagram& datagram, Time arrival);
+    /// Begins a round: relates the kernel's clock to ours, and notes what was missed.
+    void beginRound();
+    void finishRound();
+    /// Removes streams that have not shown a whole frame in time.
+    void forgetUnproven(Time now);
+    StreamFigures takeOverFrom(const Key& key, Time now);
+    void listen();
+
+    const std::unique_ptr<gvsp::PacketSource> m_source;
+    std::mutex m_mutex;
+    /// All below guarded by the mutex.
+    std::map<Key, Entry> m_streams;
+    CameraDirectory m_directory;
+    gvsp::SourceCounts m_missed;
+    /// The stream of the packet before: most packets follow one of the same stream.
+    Key m_lastKey{};
+    Entry* m_last = nullptr;
+    /// Difference of the steady clock to the kernel's in this round.
+    std::chrono::nanoseconds m_clockOffset{0};
+    Time m_now{};
+    Time m_nextListen{};
+    bool m_hasNewEndpoints = false;
+};
+
+} // namespace observer

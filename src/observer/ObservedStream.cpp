@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "observer/ObservedStream.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace observer {
+
+namespace {
+
+/// Takes what the assembly finds out about one frame after the other.
+class FrameVerdict final : public gvsp::FrameBuffer {
+public:
+    void store(std::size_t, const std::uint8_t*, std::size_t) override {}
+    void setContents(const gvsp::FrameContents& contents) override { m_isWhole = contents.isWhole; }
+    bool isWhole() const { return m_isWhole; }
+
+private:
+    bool m_isWhole = false;
+};
+
+} // namespace
+
+ObservedStream::ObservedStream() : m_frame(std::make_shared<FrameVerdict>()) {}
+
+void ObservedStream::packet(const gvsp::StreamDatagram& datagram, Time arrival) {
+    const auto packet = gvsp::readPacket(datagram.data, datagram.captured, datagram.size);
+    if (!packet)
+        return;
+    ++m_figures.packets;
+    m_latest = arrival;
+    if (arrival >= m_due)
+        advance(arrival);
+    time(*packet, arrival);
+    const auto sizes = m_learning.note(*packet);
+    if (m_assembly) {
+        const bool isInOrder = packet->number == m_nextNumber && packet->block == m_arriving.block;
+        if (sizes && !(*sizes == m_sizes))
+            learn(*sizes, *packet);
+        m_assembly->packet(*packet, arrival);
+        if (!isInOrder)
+            advance(arrival);
+    } else if (sizes) {
+        learn(*sizes, *packet);
+    }
+    m_nextNumber = packet->number + 1;
+}
+
+void ObservedStream::advance(Time now) {
+    if (!m_assembly)
+        return;
+    m_assembly->advance(now);
+    m_due = m_assembly->due().value_or(Time::max());
+    judgeLost();
+}
+
+void ObservedStream::time(const gvsp::Packet& packet, Time arrival) {
+    if (packet.format == gvsp::Format::Data || packet.format == gvsp::Format::MultiPartData)
+        m_figures.dataBytes += packet.size;
+    if (packet.block == m_arriving.block) {
+        m_arriving.largestGap =
+            std::max<std::chrono::nanoseconds>(m_arriving.largestGap, arrival - m_arriving.last);
+        m_arriving.last = arrival;
+        m_arriving.bytes += packet.size;
+    } else if (packet.block != m_previousBlock) {
+        finishFrame();
+        m_previousBlock = m_arriving.block;
+        m_arriving = {packet.block, arrival, arrival, {}, packet.size};
+    }
+}
+
+void ObservedStream::finishFrame() {
+    const std::chrono::nanoseconds duration = m_arriving.last - m_arriving.first;
+    if (m_arriving.block == 0 || duration.count() <= 0)
+        return;
+    const double seconds = std::chrono::duration<double>(duration).count();
+    m_timing.add({1, duration, duration, m_arriving.largestGap,
+                  static_cast<double>(m_arriving.bytes) / seconds});
+}
+
+void ObservedStream::learn(const StreamSizes::Sizes& sizes, const gvsp::Packet& trailer) {
+    m_sizes = sizes;
+    if (m_assembly) {
+        m_assembly->setSizes(sizes.payload, sizes.packetSize);
+        m_hasNewSizes = true;
+        return;
+    }
+    gvsp::FrameAssembly::Settings settings;
+    settings.payload = sizes.payload;
+    settings.packetSize = sizes.packetSize;
+    settings.previousId = trailer.block;
+    gvsp::FrameAssembly::Output& output = *this;
+    m_assembly.emplace(settings, output, m_counters);
+}
+
+std::shared_ptr<gvsp::FrameBuffer> ObservedStream::takeFrame() {
+    return m_frame;
+}
+
+void ObservedStream::deliver(std::shared_ptr<gvsp::FrameBuffer> frame) {
+    const bool isWhole = static_cast<const FrameVerdict&>(*frame).isWhole();
+    const bool isUnjudged = !isWhole && (m_hasNewSizes || m_latest < m_blindUntil);
+    const std::uint64_t missing = m_counters.packetsMissing - m_missingBefore;
+    m_missingBefore = m_counters.packetsMissing;
+    judgeLost();
+    m_hasNewSizes = false;
+    if (isUnjudged) {
+        ++m_figures.framesUnjudged;
+        return;
+    }
+    m_figures.packetsMissing += missing;
+    ++(isWhole ? m_figures.framesComplete : m_figures.framesIncomplete);
+}
+
+void ObservedStream::judgeLost() {
+    const std::uint64_t lost = m_counters.framesLost - m_lostBefore;
+    m_lostBefore = m_counters.framesLost;
+    (m_latest < m_blindUntil ? m_figures.framesUnjudged : m_figures.framesLost) += lost;
+}
+
+void ObservedStream::request(const gvsp::ResendRequest&) {}
+
+StreamFigures ObservedStream::figures() const {
+    StreamFigures figures = m_figures;
+    figures.packetsResent = m_counters.packetsResent;
+    figures.packetsDuplicate = m_counters.packetsDuplicate;
+    return figures;
+}
+
+FrameTiming ObservedStream::takeTiming() {
+    return std::exchange(m_timing, {});
+}
+
+} // namespace observer

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "observer/StreamSizes.h"
+
+#include <algorithm>
+
+namespace observer {
+
+namespace {
+
+/// No camera sends larger frames; the numbers of packets have 24 bits.
+constexpr std::size_t largestPayload = std::size_t{1} << 31U;
+/// Pixel formats hold the bits of a pixel here (GenICam PFNC 2.4, 6.1).
+constexpr unsigned bitsOfPixel(OrvPixelFormatType format) {
+    return static_cast<unsigned>(format) >> 16U & 0xFFU;
+}
+
+std::size_t headerOf(const gvsp::Packet& packet) {
+    return gvsp::ipAndUdpSize +
+           (packet.hasExtendedIds ? gvsp::extendedHeaderSize : gvsp::headerSize);
+}
+
+} // namespace
+
+std::optional<StreamSizes::Sizes> StreamSizes::note(const gvsp::Packet& packet) {
+    if (packet.availability != gvsp::Availability::Present)
+        return std::nullopt;
+    if (packet.format == gvsp::Format::Leader) {
+        const auto leader = gvsp::readLeader(packet);
+        m_block = packet.block;
+        m_image = leader ? leader->image : std::nullopt;
+        m_firstSize = m_lastSize = m_lastNumber = 0;
+        return std::nullopt;
+    }
+    if (packet.block != m_block)
+        return std::nullopt;
+    if (packet.format == gvsp::Format::Trailer)
+        return sizesOf(packet);
+    if (packet.number == 1)
+        m_firstSize = packet.size;
+    if (packet.number >= m_lastNumber) {
+        m_lastNumber = packet.number;
+        m_lastSize = packet.size;
+    }
+    m_fullSize = std::max(m_fullSize, packet.size);
+    return std::nullopt;
+}
+
+std::optional<StreamSizes::Sizes> StreamSizes::sizesOf(const gvsp::Packet& trailer) const {
+    // Number of the last data packet.
+    const std::size_t last = trailer.number == 0 ? 0 : trailer.number - 1;
+    if (last == 0)
+        return std::nullopt;
+    if (m_lastNumber == 0)
+        return sizesOfImage(trailer);
+    if (m_firstSize == 0 || m_lastNumber != last || m_lastSize > m_firstSize)
+        return std::nullopt;
+    const std::size_t full = last > 1 ? m_firstSize : m_fullSize;
+    const Sizes sizes{(last - 1) * full + m_lastSize, full + headerOf(trailer)};
+    return sizes.payload <= largestPayload ? std::optional(sizes) : std::nullopt;
+}
+
+/// Of a stream whose data never come: the path does not carry packets of their size.
+std::optional<StreamSizes::Sizes> StreamSizes::sizesOfImage(const gvsp::Packet& trailer) const {
+    if (!m_image)
+        return std::nullopt;
+    const std::uint64_t pixels = std::uint64_t{m_image->width} * m_image->height;
+    const std::uint64_t bits = bitsOfPixel(m_image->format);
+    if (pixels == 0 || bits == 0 || pixels > largestPayload / bits * 8)
+        return std::nullopt;
+    const auto payload = static_cast<std::size_t>((pixels * bits + 7) / 8);
+    const std::size_t packets = trailer.number - 1;
+    return Sizes{payload, (payload + packets - 1) / packets + headerOf(trailer)};
+}
+
+} // namespace observer
