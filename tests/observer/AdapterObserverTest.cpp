@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "observer/AdapterObserver.h"
+#include "gige/BootstrapRegisters.h"
+#include "gige/GvcpCommand.h"
+#include "tests/gvsp/StreamScript.h"
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using namespace observer;
+using namespace std::chrono_literals;
+using script::Bytes;
+using testing::ElementsAre;
+
+constexpr std::uint32_t hostAddress = 0x0A000001;
+constexpr std::uint32_t cameraAddress = 0x0A00000B;
+
+/// Packets by hand. As the kernel does, it hands over data of the endpoints only.
+class ScriptedSource : public gvsp::PacketSource {
+public:
+    struct Sent {
+        std::uint32_t camera;
+        std::uint16_t senderPort;
+        std::uint16_t port;
+        Bytes bytes;
+        std::chrono::nanoseconds time;
+    };
+
+    void receive(std::chrono::microseconds, const Handler& handler) override {
+        for (const Sent& packet : std::exchange(sent, {})) {
+            gvsp::StreamDatagram datagram;
+            datagram.sender = packet.camera;
+            datagram.destination = hostAddress;
+            datagram.senderPort = packet.senderPort;
+            datagram.port = packet.port;
+            datagram.data = packet.bytes.data();
+            datagram.size = datagram.captured = packet.bytes.size();
+            datagram.arrival = packet.time;
+            handler(datagram);
+        }
+    }
+    void wake() override {}
+    void listen(const std::vector<gvsp::StreamEndpoint>& endpoints) override {
+        ports.clear();
+        for (const auto& endpoint : endpoints)
+            ports.push_back(endpoint.port);
+    }
+    std::chrono::milliseconds latency() const override { return 0ms; }
+    gvsp::SourceCounts counts() override { return missed; }
+
+    std::vector<Sent> sent;
+    std::vector<std::uint16_t> ports;
+    gvsp::SourceCounts missed;
+};
+
+class AdapterObservers : public testing::Test {
+protected:
+    /// Frames to a port, 1 ms apart, the last one \p ago.
+    void sendFrames(std::uint16_t port, std::uint64_t first, int count,
+                    std::uint32_t camera = cameraAddress, std::chrono::seconds ago = 0s) {
+        const auto now = std::chrono::system_clock::now().time_since_epoch() - ago - count * 1ms;
+        for (int i = 0; i < count; ++i) {
+            for (std::uint32_t number = 0; number <= script::trailerNumber; ++number)
+                source.sent.push_back(
+                    {camera, 50000, port,
+                     script::Camera().any(first + static_cast<unsigned>(i), number),
+                     now + i * 1ms + number * 10us});
+        }
+    }
+    void answer(Bytes bytes) {
+        source.sent.push_back({cameraAddress, gige::controlPort, 40000, std::move(bytes), {}});
+    }
+    AdapterReading observe() {
+        observer.receive(0ms);
+        return observer.read();
+    }
+
+    std::unique_ptr<ScriptedSource> made = std::make_unique<ScriptedSource>();
+    ScriptedSource& source = *made;
+    AdapterObserver observer{std::move(made)};
+};
+
+TEST_F(AdapterObservers, findStreamsByTheirLeadersAndTellThemApart) {
+    EXPECT_TRUE(observe().streams.empty());
+    // Two cameras, one of them with two streams; all to the same host.
+    sendFrames(4001, 1, 5);
+    sendFrames(4002, 900, 4);
+    sendFrames(4001, 1, 3, cameraAddress + 1);
+    // No leader: a text, and data of a stream that is not known.
+    source.sent.push_back({cameraAddress, 53, 4003, Bytes(60, 'a'), {}});
+    source.sent.push_back({cameraAddress, 50000, 4004, script::Camera().data(7, 2), {}});
+    const AdapterReading reading = observe();
+    EXPECT_THAT(source.ports, ElementsAre(4001, 4002, 4001));
+    std::vector<std::pair<std::uint16_t, std::uint64_t>> frames;
+    for (const StreamReading& stream : reading.streams)
+        frames.emplace_back(stream.port, stream.figures.framesComplete);
+    // The first frame of each tells its size.
+    EXPECT_THAT(frames, ElementsAre(std::pair(4001, 4U), std::pair(4002, 3U), std::pair(4001, 2U)));
+}
+
+TEST_F(AdapterObservers, learnNamesFromAnswersToOthers) {
+    sendFrames(4001, 1, 3);
+    EXPECT_EQ(observe().streams.at(0).name.model, "");
+    const auto textAnswer = [](std::uint32_t address, std::string text, std::size_t size) {
+        Bytes body;
+        script::append(body, address, 4);
+        body.insert(body.end(), text.begin(), text.end());
+        body.resize(4 + size);
+        Bytes bytes{0, 0, 0, 0x85, 0, static_cast<std::uint8_t>(body.size()), 0, 9};
+        bytes.insert(bytes.end(), body.begin(), body.end());
+        return bytes;
+    };
+    answer(textAnswer(0x68, "Fast 5", 32));
+    answer(textAnswer(0xD8, "S123", 8)); // shorter than the register
+    answer(textAnswer(0xE8, "left", 16));
+    answer({0, 0, 0, 0x85});
+    StreamReading stream = observe().streams.at(0);
+    EXPECT_EQ(stream.name.model, "Fast 5");
+    EXPECT_EQ(stream.name.serialNumber, "");
+    EXPECT_EQ(stream.name.userName, "left");
+    EXPECT_EQ(stream.name.macAddress, 0U);
+
+    Bytes discovery{0, 0, 0, 3, 0, 248, 0, 77};
+    discovery.resize(gige::gvcpHeaderSize + 248);
+    for (std::uint8_t i = 0; i < 6; ++i)
+        discovery[gige::gvcpHeaderSize + 10 + i] = static_cast<std::uint8_t>(0x10 + i);
+    answer(discovery);
+    stream = observe().streams.at(0);
+    EXPECT_EQ(stream.name.macAddress, 0x101112131415U);
+}
+
+TEST_F(AdapterObservers, doNotBlameCamerasForWhatTheyMissed) {
+    sendFrames(4001, 1, 3);
+    observe();
+    source.missed.dropped = 100;
+    sendFrames(4001, 10, 3);
+    AdapterReading reading = observe();
+    EXPECT_EQ(reading.missed.dropped, 100U);
+    EXPECT_EQ(reading.streams.at(0).figures.framesLost, 0U);
+    EXPECT_EQ(reading.streams.at(0).figures.framesUnjudged, 6U);
+}
+
+TEST_F(AdapterObservers, followACameraToItsNextPort) {
+    sendFrames(4001, 1, 5, cameraAddress, 5s);
+    observe();
+    sendFrames(4009, 1, 4);
+    const AdapterReading reading = observe();
+    ASSERT_EQ(reading.streams.size(), 1U);
+    EXPECT_EQ(reading.streams[0].port, 4009);
+    EXPECT_EQ(reading.streams[0].figures.framesComplete, 4U + 3);
+}
+
+} // namespace
