@@ -97,7 +97,9 @@ void addTiming(QJsonObject& row, const observer::FrameTiming& timing) {
 QJsonObject identityOf(const observer::StreamReading& stream) {
     return {
         {QStringLiteral("id"), idOf(stream)},
-        {QStringLiteral("name"), QString::fromStdString(stream.name.userName)},
+        {QStringLiteral("name"),
+         QString::fromStdString(stream.name.userName.empty() ? stream.name.model
+                                                             : stream.name.userName)},
         {QStringLiteral("model"), QString::fromStdString(stream.name.model)},
         {QStringLiteral("serialNumber"), QString::fromStdString(stream.name.serialNumber)},
         {QStringLiteral("opened"), false},

@@ -250,7 +250,7 @@ void FrameAssembly::requestMissing(Open& open, Time now) {
     if (now < *open.nextRequest)
         return;
     const std::size_t most = m_layout.packets() / requestShare + leastRequests;
-    if (block.requested() + missing > most) {
+    if (!m_settings.isWatching && block.requested() + missing > most) {
         open.isHopeless = true;
         open.nextRequest.reset();
         return;

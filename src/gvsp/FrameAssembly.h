@@ -45,10 +45,12 @@ public:
         std::size_t packetSize = 0;
         /// Ticks per second of the camera's clock; 0 for a camera without one.
         std::uint64_t tickFrequency = 0;
-        /// The camera sends packets again.
+        /// Missing packets are requested; false for a camera that does not send them again.
         bool canRequest = true;
         /// The camera's last block ID of the acquisition before, where it is known.
         std::optional<std::uint64_t> previousId;
+        /// Another program requests, so that any number of packets may still come.
+        bool isWatching = false;
     };
 
     FrameAssembly(const Settings& settings, Output& output, StreamCounters& counters);

@@ -25,7 +25,7 @@ constexpr auto silenceOfEnded = 2s;
 /// Frames whose packets may be among those that were missed.
 constexpr auto affectedByMiss = 1s;
 /// The kernel takes a new filter in milliseconds, so not for each new stream.
-constexpr auto betweenFilters = 250ms;
+constexpr auto betweenFilters = 50ms;
 
 } // namespace
 

@@ -8,6 +8,10 @@ namespace observer {
 
 namespace {
 
+/// A stream that pauses within a frame for this long has ended. Below the time after which the
+/// assembly delivers a frame that gets no more packets.
+constexpr std::chrono::milliseconds shortestEnd{150};
+
 /// Takes what the assembly finds out about one frame after the other.
 class FrameVerdict final : public gvsp::FrameBuffer {
 public:
@@ -49,6 +53,7 @@ void ObservedStream::packet(const gvsp::StreamDatagram& datagram, Time arrival) 
 void ObservedStream::advance(Time now) {
     if (!m_assembly)
         return;
+    m_now = now;
     m_assembly->advance(now);
     m_due = m_assembly->due().value_or(Time::max());
     judgeLost();
@@ -65,8 +70,14 @@ void ObservedStream::time(const gvsp::Packet& packet, Time arrival) {
     } else if (packet.block != m_previousBlock) {
         finishFrame();
         m_previousBlock = m_arriving.block;
-        m_arriving = {packet.block, arrival, arrival, {}, packet.size};
+        m_arriving = {packet.block, arrival, arrival, {}, packet.size, false};
     }
+    if (packet.block == m_arriving.block && packet.format == gvsp::Format::Trailer)
+        m_arriving.hasTrailer = true;
+}
+
+bool ObservedStream::isCutByEnd() const {
+    return !m_arriving.hasTrailer && m_now - m_latest > shortestEnd;
 }
 
 void ObservedStream::finishFrame() {
@@ -89,6 +100,7 @@ void ObservedStream::learn(const StreamSizes::Sizes& sizes, const gvsp::Packet& 
     settings.payload = sizes.payload;
     settings.packetSize = sizes.packetSize;
     settings.previousId = trailer.block;
+    settings.isWatching = true;
     gvsp::FrameAssembly::Output& output = *this;
     m_assembly.emplace(settings, output, m_counters);
 }
@@ -99,7 +111,7 @@ std::shared_ptr<gvsp::FrameBuffer> ObservedStream::takeFrame() {
 
 void ObservedStream::deliver(std::shared_ptr<gvsp::FrameBuffer> frame) {
     const bool isWhole = static_cast<const FrameVerdict&>(*frame).isWhole();
-    const bool isUnjudged = !isWhole && (m_hasNewSizes || m_latest < m_blindUntil);
+    const bool isUnjudged = !isWhole && (m_hasNewSizes || m_latest < m_blindUntil || isCutByEnd());
     const std::uint64_t missing = m_counters.packetsMissing - m_missingBefore;
     m_missingBefore = m_counters.packetsMissing;
     judgeLost();

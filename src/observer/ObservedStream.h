@@ -41,6 +41,7 @@ private:
         Time last;
         std::chrono::nanoseconds largestGap{0};
         std::size_t bytes = 0;
+        bool hasTrailer = false;
     };
 
     std::shared_ptr<gvsp::FrameBuffer> takeFrame() override;
@@ -49,6 +50,8 @@ private:
 
     void time(const gvsp::Packet& packet, Time arrival);
     void finishFrame();
+    /// The stream ended before the frame did, as it does when a program stops the camera.
+    bool isCutByEnd() const;
     void learn(const StreamSizes::Sizes& sizes, const gvsp::Packet& trailer);
     /// What the assembly has counted as lost since the last call.
     void judgeLost();
@@ -63,6 +66,8 @@ private:
     Arriving m_arriving;
     std::uint64_t m_previousBlock = 0;
     Time m_latest{};
+    /// Of the last advance().
+    Time m_now{};
     Time m_blindUntil{};
     /// When the assembly is to look for what is missing.
     Time m_due = Time::max();

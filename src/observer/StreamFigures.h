@@ -35,7 +35,7 @@ struct StreamFigures {
     /// Frames of which nothing was seen.
     std::uint64_t framesLost = 0;
     /// Frames and numbers of frames that are in none of these counts: the observer itself had
-    /// missed packets, or the size of the frames had just changed.
+    /// missed packets, the size of the frames had just changed, or the stream ended in a frame.
     std::uint64_t framesUnjudged = 0;
     std::uint64_t packets = 0;
     /// Of the images and what comes with them, without headers.

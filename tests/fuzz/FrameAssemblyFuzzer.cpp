@@ -46,7 +46,7 @@ private:
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Frames frames;
     StreamCounters counters;
-    FrameAssembly assembly({payload, packetSize, 1'000'000'000, true, {}}, frames, counters);
+    FrameAssembly assembly({payload, packetSize, 1'000'000'000, true, {}, false}, frames, counters);
     FrameAssembly::Time now{std::chrono::hours(1)};
     while (size >= 2) {
         now += std::chrono::milliseconds(data[0]);

@@ -24,9 +24,9 @@ public:
 
     explicit Assembled(script::Camera from = {}, std::optional<std::uint64_t> previous = {},
                        int frames = 8, bool canRequest = true)
-        : camera(from),
-          assembly({from.payload(), script::packetSize, ticksPerSecond, canRequest, previous},
-                   *this, counters) {
+        : camera(from), assembly({from.payload(), script::packetSize, ticksPerSecond, canRequest,
+                                  previous, false},
+                                 *this, counters) {
         for (int i = 0; i < frames; ++i)
             m_free.push_back(std::make_shared<ReceivedFrame>(from.payload()));
     }

@@ -132,6 +132,26 @@ TEST(ObservedStream, tellsPacketsThatWereSentAgainFromLateAndDoubleOnes) {
     EXPECT_EQ(figures.packetsMissing, 0U);
 }
 
+TEST(ObservedStream, waitsForManyPacketsThatAnotherProgramRequests) {
+    Watched watched;
+    const auto sendLarge = [&watched](std::uint64_t block, std::uint32_t first,
+                                      std::uint32_t last) {
+        for (std::uint32_t number = first; number <= last; ++number)
+            watched.send(number == 0     ? watched.camera.leader(block, 1000 * block)
+                         : number == 400 ? watched.camera.packet(script::Trailer, block, number)
+                                         : watched.camera.packet(script::Data, block, number,
+                                                                 script::Bytes(500)));
+    };
+    sendLarge(1, 0, 400);
+    sendLarge(2, 0, 10);
+    sendLarge(2, 390, 400);
+    watched.pass(20ms);
+    sendLarge(2, 11, 389);
+    const StreamFigures figures = watched.figures();
+    EXPECT_EQ(figures.framesComplete, 1U);
+    EXPECT_EQ(figures.packetsResent, 379U);
+}
+
 TEST(ObservedStream, countsNoLossWhileItMissedPacketsItself) {
     Watched watched;
     watched.sendBlock(1);
@@ -160,6 +180,17 @@ TEST(ObservedStream, countsAWrappedAndARestartedCamera) {
     watched.sendBlock(3);
     EXPECT_EQ(watched.figures().framesComplete, 6U);
     EXPECT_EQ(watched.figures().framesIncomplete, 0U);
+}
+
+TEST(ObservedStream, doesNotCountTheFrameThatAStopCuts) {
+    Watched watched;
+    watched.sendBlock(1);
+    watched.sendBlock(2);
+    watched.sendBlock(3, {3, 4, 5});
+    EXPECT_EQ(watched.figures().framesIncomplete, 0U);
+    watched.sendBlock(4, {3, 4, 5});
+    watched.sendBlock(5);
+    EXPECT_EQ(watched.figures().framesIncomplete, 1U) << "the stream went on";
 }
 
 TEST(ObservedStream, measuresTheTimeOfFrames) {

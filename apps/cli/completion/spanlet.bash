@@ -67,6 +67,7 @@ _spanlet_options() {
             echo "--interface --all --seconds --interval --adjust-packet-size --explain --fail-on-loss"
             ;;
         watch) echo "--interface --all --seconds --interval --adjust-packet-size --explain" ;;
+        observe) echo "--interface --seconds --interval --explain" ;;
         autoset)
             echo "--interface --all --camera --interface-margin --camera-margin --lock"
             echo "--max-bandwidth --adjust-packet-size --benchmark"
@@ -111,7 +112,7 @@ _spanlet_configurations() {
 
 _spanlet() {
     local common="--config --cameras --json --verbose --help --version"
-    local commands="list benchmark watch autoset plan features get set set-ip run doctor help"
+    local commands="list benchmark watch observe autoset plan features get set set-ip run doctor help"
     local scenarios="default oversubscribed sixty-four empty faulty genicam"
     local valued=" --config --cameras --interface --camera --lock --seconds --interval --benchmark"
     valued+=" --timeout --interface-margin --camera-margin --max-bandwidth --gateway --weight"

@@ -110,6 +110,51 @@ TEST_F(CommandsOnRealCameras, closesCamerasWhenABenchmarkIsInterrupted) {
     EXPECT_GT(framesSent(), 0);
 }
 
+/// Every line of \p documents against the schema; nothing to say where Python has no jsonschema.
+void expectValidFigures(const std::string& documents) {
+    QProcess validation;
+    validation.start(QStringLiteral(VALIDATE_FILE), {QStringLiteral(SCHEMA_FILE)});
+    validation.write(QByteArray::fromStdString(documents));
+    validation.closeWriteChannel();
+    ASSERT_TRUE(validation.waitForFinished());
+    EXPECT_TRUE(validation.exitCode() == 0 || validation.exitCode() == 77)
+        << validation.readAllStandardError().toStdString();
+}
+
+TEST_F(CommandsOnRealCameras, areObservedWhileAnotherProgramReceives) {
+    const fakecamera::FakeCameraProcess dropping{"127.0.0.4", {"--drop-every", "500"}};
+    for (const std::string& example : matches(textOf("help observe"), "^  spanlet (.+)$"))
+        EXPECT_NE(textOf(example), "") << "no stream";
+    SpanletProcess observer;
+    observer.start(words("observe --interface lo --interval 1 --seconds 9 --json"));
+    observer.await("interval");
+    SpanletProcess receiver;
+    ASSERT_EQ(receiver.run("benchmark --interface lo --seconds 4 --json" + real), 0);
+    ASSERT_EQ(observer.finish(), 0) << observer.err();
+    const std::string lines = observer.out();
+    expectValidFigures(lines);
+    const std::string last = matches(lines, "^(.+)$").back();
+    const QJsonObject seen = QJsonDocument::fromJson(QByteArray::fromStdString(last)).object();
+    EXPECT_EQ(number(seen, "observerMissedPackets"), 0);
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(camera(seen, i, "id name serialNumber"),
+                  camera(receiver.json(), i, "id name serialNumber"));
+        const QJsonObject stream = camerasOf(seen).at(i).toObject();
+        const QJsonObject received = camerasOf(receiver.json()).at(i).toObject();
+        // The stream is found within 0.3 s; the benchmark counts until just before it stops.
+        EXPECT_NEAR(number(stream, "receivedFrames"), number(received, "receivedFrames"),
+                    3 + 0.3 * number(received, "framesPerSecond"));
+        EXPECT_EQ(number(stream, "lostFrames"), 0);
+        EXPECT_EQ(number(stream, "incompleteFrames"), 0);
+        EXPECT_GT(number(stream, "frameSeconds"), 0);
+        EXPECT_GT(number(stream, "silentSeconds"), 1) << "the benchmark has ended";
+        const double resent = number(received, "packetsResent");
+        EXPECT_NEAR(number(stream, "packetsResent"), resent, 5 + resent / 5);
+        EXPECT_EQ(resent > 100, i == 2) << "the third camera drops packets";
+    }
+    EXPECT_EQ(SpanletProcess().run("observe --interface nothing"), 2);
+}
+
 TEST_F(CommandsOnRealCameras, countsPacketsAndKeepsTheCountsOfACameraThatIsUnplugged) {
     fakecamera::FakeCameraProcess third{
         "127.0.0.4", {"--serial", "T3", "--limit", "20000000", "--drop-every", "50"}};
