@@ -5,7 +5,6 @@
 #include "cli/FrameFigures.h"
 #include "cli/LossFindings.h"
 #include "gige/DiscoveredCamera.h"
-#include "gvsp/PacketRing.h"
 #include "observer/AdapterObserver.h"
 #include "platform/AddressText.h"
 #include "platform/HostCommands.h"
@@ -122,7 +121,7 @@ QStringList adaptersThatAreUp() {
     return names;
 }
 
-std::unique_ptr<gvsp::PacketRing> openRing(const QString& adapter) {
+std::unique_ptr<observer::AdapterObserver> openObserver(const QString& adapter) {
     const QStringList known = adaptersThatAreUp();
     if (!known.contains(adapter))
         throw Failure(QStringLiteral("There is no network adapter \"%1\" that is up and has an "
@@ -130,9 +129,8 @@ std::unique_ptr<gvsp::PacketRing> openRing(const QString& adapter) {
                               .arg(adapter) +
                           thereIs(known),
                       ExitCode::WrongUse);
-    auto ring = gvsp::PacketRing::open(adapter.toStdString(), gvsp::PacketRing::observing);
-    if (ring)
-        return ring;
+    if (auto observer = observer::AdapterObserver::open(adapter.toStdString()))
+        return observer;
     if (!platform::mayOpenPacketSockets())
         throw Failure(
             QStringLiteral("Observing needs the capability CAP_NET_RAW, which this program has "
@@ -153,14 +151,14 @@ public:
         : m_name(name),
           m_bitsPerSecond(static_cast<double>(platform::linkSpeed(name.toStdString()))),
           m_networkBefore(platform::readNetworkCounters(name.toStdString())),
-          m_observer(openRing(name)), m_thread([this] {
+          m_observer(openObserver(name)), m_thread([this] {
               while (!m_isEnding)
-                  m_observer.receive(longestWait);
+                  m_observer->receive(longestWait);
           }) {}
 
     ~Adapter() {
         m_isEnding = true;
-        m_observer.wake();
+        m_observer->wake();
         m_thread.join();
     }
 
@@ -190,7 +188,7 @@ private:
 
     Reading read() {
         Reading reading;
-        observer::AdapterReading taken = m_observer.read();
+        observer::AdapterReading taken = m_observer->read();
         reading.missed = taken.missed.dropped;
         for (observer::StreamReading& stream : taken.streams) {
             const StreamKey key(stream.camera, stream.host, stream.port);
@@ -268,7 +266,7 @@ private:
     const QString m_name;
     const double m_bitsPerSecond;
     const platform::NetworkCounters m_networkBefore;
-    observer::AdapterObserver m_observer;
+    const std::unique_ptr<observer::AdapterObserver> m_observer;
     std::atomic<bool> m_isEnding{false};
     const Reading m_first{};
     Reading m_last{};

@@ -2,6 +2,7 @@
 #include "observer/AdapterObserver.h"
 
 #include "gige/BootstrapRegisters.h"
+#include "gvsp/PacketRing.h"
 #include "gvsp/StreamFilter.h"
 
 #include <algorithm>
@@ -28,6 +29,11 @@ constexpr auto affectedByMiss = 1s;
 constexpr auto betweenFilters = 50ms;
 
 } // namespace
+
+std::unique_ptr<AdapterObserver> AdapterObserver::open(const std::string& adapter) {
+    auto ring = gvsp::PacketRing::open(adapter, gvsp::PacketRing::observing);
+    return ring ? std::make_unique<AdapterObserver>(std::move(ring)) : nullptr;
+}
 
 AdapterObserver::AdapterObserver(std::unique_ptr<gvsp::PacketSource> source)
     : m_source(std::move(source)) {

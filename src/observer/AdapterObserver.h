@@ -44,6 +44,8 @@ class AdapterObserver {
 public:
     using Time = ObservedStream::Time;
 
+    /// On the packet ring of an adapter; null where the system refuses it, see gvsp::PacketRing.
+    static std::unique_ptr<AdapterObserver> open(const std::string& adapter);
     explicit AdapterObserver(std::unique_ptr<gvsp::PacketSource> source);
 
     /// Waits up to \p wait for packets and takes those that are there.
