@@ -70,9 +70,10 @@ const PacketRing::Use PacketRing::receiving{
     streamFilter, 1U << 18U, 256, std::chrono::milliseconds(4), std::chrono::milliseconds(20)};
 
 /// Nothing is requested, so that packets may gather for long. The headers of a packet take 144
-/// bytes: the ring holds those of 2.7 seconds at 1 Gbit/s and 1500 bytes, of 0.27 at 10 Gbit/s.
+/// bytes: the ring holds the packets of 2.5 seconds at any rate up to 1 Gbit/s and 1500 bytes, of
+/// 0.27 at 10 Gbit/s.
 const PacketRing::Use PacketRing::observing{
-    observerFilter, 1U << 20U, 32, std::chrono::milliseconds(20), std::chrono::milliseconds(100)};
+    observerFilter, 1U << 18U, 128, std::chrono::milliseconds(20), std::chrono::milliseconds(100)};
 
 std::unique_ptr<PacketRing> PacketRing::open(const std::string& adapter, const Use& use) {
     const unsigned index = if_nametoindex(adapter.c_str());
