@@ -28,6 +28,8 @@ using Clock = std::chrono::steady_clock;
 
 /// An adapter without packets wakes its thread so often.
 constexpr std::chrono::milliseconds longestWait{500};
+/// Of a thread that has to share its processor.
+constexpr std::chrono::milliseconds longestDelay{60};
 /// Streams that pause for less are not called silent.
 constexpr double shownSilence = 1.5;
 
@@ -156,6 +158,14 @@ public:
                   m_observer->receive(longestWait);
           }) {}
 
+    /// Before the results of all adapters, which take() then gives.
+    void endCount() {
+        m_countedAtEnd = platform::readAdapterCounters(m_name.toStdString());
+        m_observer->endCount();
+    }
+
+    std::chrono::milliseconds latency() const { return m_observer->latency(); }
+
     ~Adapter() {
         m_isEnding = true;
         m_observer->wake();
@@ -164,6 +174,9 @@ public:
 
     QJsonObject interval() {
         Reading now = read();
+        // Packets of a new stream were not seen from its beginning.
+        if (!m_observer->counted())
+            startCount(now.missed);
         const QJsonObject document = figures(m_last, now, now.timing);
         m_last = std::move(now);
         return document;
@@ -177,6 +190,12 @@ public:
     }
 
 private:
+    void startCount(std::uint64_t missed) {
+        m_countedAtStart = platform::readAdapterCounters(m_name.toStdString());
+        m_observer->startCount();
+        m_missedAtStart = missed;
+    }
+
     using Timings = std::map<StreamKey, observer::FrameTiming>;
 
     struct Reading {
@@ -185,6 +204,17 @@ private:
         Timings timing;
         std::uint64_t missed = 0;
     };
+
+    /// Packets that the adapter has received and no stream contains.
+    std::optional<std::int64_t> surplus(const Reading& now) const {
+        const auto received = platform::difference(
+            m_countedAtStart, m_countedAtEnd)[platform::NetworkCount::AdapterReceived];
+        const auto counted = m_observer->counted();
+        if (!received || !counted)
+            return std::nullopt;
+        const std::uint64_t seen = *counted + now.missed - m_missedAtStart;
+        return static_cast<std::int64_t>(*received) - static_cast<std::int64_t>(seen);
+    }
 
     Reading read() {
         Reading reading;
@@ -242,6 +272,7 @@ private:
         evidence.name = m_name.toStdString();
         evidence.network = platform::difference(
             m_networkBefore, platform::readNetworkCounters(m_name.toStdString()));
+        evidence.surplus = surplus(now);
         evidence.mtu = static_cast<std::uint64_t>(
             std::max<std::int64_t>(platform::mtu(m_name.toStdString()), 0));
         evidence.program = platform::programFile();
@@ -267,6 +298,9 @@ private:
     const double m_bitsPerSecond;
     const platform::NetworkCounters m_networkBefore;
     const std::unique_ptr<observer::AdapterObserver> m_observer;
+    platform::NetworkCounters m_countedAtStart;
+    std::uint64_t m_missedAtStart = 0;
+    platform::NetworkCounters m_countedAtEnd;
     std::atomic<bool> m_isEnding{false};
     const Reading m_first{};
     Reading m_last{};
@@ -310,6 +344,13 @@ QJsonObject ObservedAdapters::interval() {
 }
 
 QJsonObject ObservedAdapters::result(bool isInterrupted) {
+    std::chrono::milliseconds latency{0};
+    for (const auto& adapter : m_state->adapters) {
+        adapter->endCount();
+        latency = std::max(latency, adapter->latency());
+    }
+    // Until the packets that were counted have been taken.
+    std::this_thread::sleep_for(latency + longestDelay);
     QJsonObject document = m_state->document(QStringLiteral("result"), &Adapter::result);
     document[QStringLiteral("interrupted")] = isInterrupted;
     return document;

@@ -249,10 +249,11 @@ void FrameAssembly::requestMissing(Open& open, Time now) {
         open.nextRequest = now + reorderTime;
     if (now < *open.nextRequest)
         return;
-    const std::size_t most = m_layout.packets() / requestShare + leastRequests;
-    if (!m_settings.isWatching && block.requested() + missing > most) {
-        open.isHopeless = true;
-        open.nextRequest.reset();
+    const std::size_t share = m_layout.packets() / (m_settings.isWatching ? 1 : requestShare);
+    if (block.requested() + missing > share + leastRequests) {
+        // What another program has requested may still come.
+        open.isHopeless = !m_settings.isWatching;
+        open.nextRequest = m_settings.isWatching ? std::optional(Time::max()) : std::nullopt;
         return;
     }
     open.lastRequest = now;

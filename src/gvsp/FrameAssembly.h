@@ -67,6 +67,8 @@ public:
     /// When advance() has something to do even if no packet comes.
     std::optional<Time> due() const;
 
+    /// Number of the newest block, as it is delivered.
+    std::uint64_t newestNumber() const { return m_numbers.newest(); }
     /// The camera's ID of the newest block.
     std::optional<std::uint64_t> newestId() const { return m_numbers.newestId(); }
 

@@ -82,6 +82,8 @@ void AdapterObserver::take(const gvsp::StreamDatagram& datagram) {
         m_lastKey = key;
     }
     m_last->stream.packet(datagram, arrival);
+    if (arrival > m_countBegin && arrival <= m_countEnd)
+        ++m_counted;
 }
 
 void AdapterObserver::takeUnknown(const Key& key, const gvsp::StreamDatagram& datagram,
@@ -98,6 +100,7 @@ void AdapterObserver::takeUnknown(const Key& key, const gvsp::StreamDatagram& da
     entry.before = before;
     entry.stream.packet(datagram, arrival);
     m_hasNewEndpoints = true;
+    m_hasNewStream = true;
 }
 
 StreamFigures AdapterObserver::takeOverFrom(const Key& key, Time now) {
@@ -166,6 +169,24 @@ AdapterReading AdapterObserver::read() {
         reading.streams.push_back(std::move(stream));
     }
     return reading;
+}
+
+void AdapterObserver::startCount() {
+    const std::lock_guard lock(m_mutex);
+    m_countBegin = Clock::now();
+    m_countEnd = Time::max();
+    m_counted = 0;
+    m_hasNewStream = false;
+}
+
+void AdapterObserver::endCount() {
+    const std::lock_guard lock(m_mutex);
+    m_countEnd = Clock::now();
+}
+
+std::optional<std::uint64_t> AdapterObserver::counted() {
+    const std::lock_guard lock(m_mutex);
+    return m_hasNewStream ? std::nullopt : std::optional(m_counted);
 }
 
 } // namespace observer

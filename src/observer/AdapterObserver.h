@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -53,6 +54,15 @@ public:
     /// Ends a receive() that waits. Any thread.
     void wake() { m_source->wake(); }
     AdapterReading read();
+    /// Counts the packets of all streams that arrive between these two calls, to be compared with
+    /// what the adapter has counted. Any thread.
+    void startCount();
+    void endCount();
+    /// To be asked when all packets before endCount() have been taken, which are soon there: after
+    /// latency(). Nothing if a stream was found since startCount(): its first packets were not
+    /// seen.
+    std::optional<std::uint64_t> counted();
+    std::chrono::milliseconds latency() const { return m_source->latency(); }
 
 private:
     /// Camera, host, port.
@@ -90,6 +100,10 @@ private:
     Time m_now{};
     Time m_nextListen{};
     bool m_hasNewEndpoints = false;
+    Time m_countBegin = Time::max();
+    Time m_countEnd = Time::max();
+    std::uint64_t m_counted = 0;
+    bool m_hasNewStream = false;
 };
 
 } // namespace observer

@@ -16,11 +16,11 @@ constexpr std::chrono::milliseconds shortestEnd{150};
 class FrameVerdict final : public gvsp::FrameBuffer {
 public:
     void store(std::size_t, const std::uint8_t*, std::size_t) override {}
-    void setContents(const gvsp::FrameContents& contents) override { m_isWhole = contents.isWhole; }
-    bool isWhole() const { return m_isWhole; }
+    void setContents(const gvsp::FrameContents& contents) override { m_contents = contents; }
+    const gvsp::FrameContents& contents() const { return m_contents; }
 
 private:
-    bool m_isWhole = false;
+    gvsp::FrameContents m_contents;
 };
 
 } // namespace
@@ -39,7 +39,7 @@ void ObservedStream::packet(const gvsp::StreamDatagram& datagram, Time arrival) 
     const auto sizes = m_learning.note(*packet);
     if (m_assembly) {
         const bool isInOrder = packet->number == m_nextNumber && packet->block == m_arriving.block;
-        if (sizes && !(*sizes == m_sizes))
+        if (sizes && isNews(*sizes))
             learn(*sizes, *packet);
         m_assembly->packet(*packet, arrival);
         if (!isInOrder)
@@ -76,8 +76,9 @@ void ObservedStream::time(const gvsp::Packet& packet, Time arrival) {
         m_arriving.hasTrailer = true;
 }
 
-bool ObservedStream::isCutByEnd() const {
-    return !m_arriving.hasTrailer && m_now - m_latest > shortestEnd;
+bool ObservedStream::isCutByEnd(const gvsp::FrameContents& frame) const {
+    return frame.id == m_assembly->newestNumber() && !m_arriving.hasTrailer &&
+           m_now - m_latest > shortestEnd;
 }
 
 void ObservedStream::finishFrame() {
@@ -87,6 +88,12 @@ void ObservedStream::finishFrame() {
     const double seconds = std::chrono::duration<double>(duration).count();
     m_timing.add({1, duration, duration, m_arriving.largestGap,
                   static_cast<double>(m_arriving.bytes) / seconds});
+}
+
+bool ObservedStream::isNews(const StreamSizes::Sizes& sizes) const {
+    if (!sizes.isExact)
+        return !m_sizes.isExact && sizes.payload != m_sizes.payload;
+    return sizes.payload != m_sizes.payload || sizes.packetSize != m_sizes.packetSize;
 }
 
 void ObservedStream::learn(const StreamSizes::Sizes& sizes, const gvsp::Packet& trailer) {
@@ -110,8 +117,10 @@ std::shared_ptr<gvsp::FrameBuffer> ObservedStream::takeFrame() {
 }
 
 void ObservedStream::deliver(std::shared_ptr<gvsp::FrameBuffer> frame) {
-    const bool isWhole = static_cast<const FrameVerdict&>(*frame).isWhole();
-    const bool isUnjudged = !isWhole && (m_hasNewSizes || m_latest < m_blindUntil || isCutByEnd());
+    const gvsp::FrameContents& contents = static_cast<const FrameVerdict&>(*frame).contents();
+    const bool isWhole = contents.isWhole;
+    const bool isUnjudged =
+        !isWhole && (m_hasNewSizes || m_latest < m_blindUntil || isCutByEnd(contents));
     const std::uint64_t missing = m_counters.packetsMissing - m_missingBefore;
     m_missingBefore = m_counters.packetsMissing;
     judgeLost();

@@ -51,7 +51,8 @@ private:
     void time(const gvsp::Packet& packet, Time arrival);
     void finishFrame();
     /// The stream ended before the frame did, as it does when a program stops the camera.
-    bool isCutByEnd() const;
+    bool isCutByEnd(const gvsp::FrameContents& frame) const;
+    bool isNews(const StreamSizes::Sizes& sizes) const;
     void learn(const StreamSizes::Sizes& sizes, const gvsp::Packet& trailer);
     /// What the assembly has counted as lost since the last call.
     void judgeLost();

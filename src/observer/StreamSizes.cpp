@@ -2,17 +2,24 @@
 #include "observer/StreamSizes.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace observer {
 
 namespace {
 
-/// No camera sends larger frames; the numbers of packets have 24 bits.
-constexpr std::size_t largestPayload = std::size_t{1} << 31U;
+/// More packets than any camera's frame has: 400 MB of 1500 bytes each. A number that no other
+/// packet confirms may be damaged, and is believed up to a lower one.
+constexpr std::size_t mostPackets = 1U << 18U;
+constexpr std::size_t mostUnconfirmed = 1U << 16U;
+constexpr std::size_t largestPayload = mostPackets * 1500;
 /// Pixel formats hold the bits of a pixel here (GenICam PFNC 2.4, 6.1).
 constexpr unsigned bitsOfPixel(OrvPixelFormatType format) {
     return static_cast<unsigned>(format) >> 16U & 0xFFU;
 }
+
+/// After so many frames without a trailer, their packets' highest number tells the size.
+constexpr unsigned mostWithoutTrailer = 30;
 
 std::size_t headerOf(const gvsp::Packet& packet) {
     return gvsp::ipAndUdpSize +
@@ -24,6 +31,10 @@ std::size_t headerOf(const gvsp::Packet& packet) {
 std::optional<StreamSizes::Sizes> StreamSizes::note(const gvsp::Packet& packet) {
     if (packet.availability != gvsp::Availability::Present)
         return std::nullopt;
+    if (packet.block != m_current) {
+        m_current = packet.block;
+        ++m_framesWithoutTrailer;
+    }
     if (packet.format == gvsp::Format::Leader) {
         const auto leader = gvsp::readLeader(packet);
         m_block = packet.block;
@@ -31,32 +42,53 @@ std::optional<StreamSizes::Sizes> StreamSizes::note(const gvsp::Packet& packet) 
         m_firstSize = m_lastSize = m_lastNumber = 0;
         return std::nullopt;
     }
-    if (packet.block != m_block)
+    if (packet.format == gvsp::Format::Trailer) {
+        m_framesWithoutTrailer = 0;
+        if (const auto exact = packet.block == m_block ? sizesOf(packet) : std::nullopt)
+            return exact;
+        const bool isConfirmed = std::exchange(m_trailer, packet.number) == packet.number;
+        return isConfirmed && packet.number > 0 ? estimate(packet, packet.number - 1)
+                                                : std::nullopt;
+    }
+    noteData(packet);
+    if (m_framesWithoutTrailer < mostWithoutTrailer)
         return std::nullopt;
-    if (packet.format == gvsp::Format::Trailer)
-        return sizesOf(packet);
+    m_framesWithoutTrailer = 0;
+    return estimate(packet, std::exchange(m_highest, 0));
+}
+
+void StreamSizes::noteData(const gvsp::Packet& packet) {
+    m_fullSize = std::max(m_fullSize, packet.size);
+    m_highest = std::max(m_highest, packet.number);
+    if (packet.block != m_block)
+        return;
     if (packet.number == 1)
         m_firstSize = packet.size;
     if (packet.number >= m_lastNumber) {
         m_lastNumber = packet.number;
         m_lastSize = packet.size;
     }
-    m_fullSize = std::max(m_fullSize, packet.size);
-    return std::nullopt;
+}
+
+std::optional<StreamSizes::Sizes> StreamSizes::estimate(const gvsp::Packet& packet,
+                                                        std::size_t dataPackets) const {
+    if (dataPackets == 0 || dataPackets > mostUnconfirmed || m_fullSize == 0)
+        return std::nullopt;
+    return Sizes{dataPackets * m_fullSize, m_fullSize + headerOf(packet), false};
 }
 
 std::optional<StreamSizes::Sizes> StreamSizes::sizesOf(const gvsp::Packet& trailer) const {
     // Number of the last data packet.
     const std::size_t last = trailer.number == 0 ? 0 : trailer.number - 1;
-    if (last == 0)
+    if (last == 0 || last > mostPackets)
         return std::nullopt;
     if (m_lastNumber == 0)
         return sizesOfImage(trailer);
     if (m_firstSize == 0 || m_lastNumber != last || m_lastSize > m_firstSize)
         return std::nullopt;
     const std::size_t full = last > 1 ? m_firstSize : m_fullSize;
-    const Sizes sizes{(last - 1) * full + m_lastSize, full + headerOf(trailer)};
-    return sizes.payload <= largestPayload ? std::optional(sizes) : std::nullopt;
+    const Sizes sizes{(last - 1) * full + m_lastSize, full + headerOf(trailer), true};
+    return sizes;
 }
 
 /// Of a stream whose data never come: the path does not carry packets of their size.
@@ -69,7 +101,7 @@ std::optional<StreamSizes::Sizes> StreamSizes::sizesOfImage(const gvsp::Packet& 
         return std::nullopt;
     const auto payload = static_cast<std::size_t>((pixels * bits + 7) / 8);
     const std::size_t packets = trailer.number - 1;
-    return Sizes{payload, (payload + packets - 1) / packets + headerOf(trailer)};
+    return Sizes{payload, (payload + packets - 1) / packets + headerOf(trailer), false};
 }
 
 } // namespace observer

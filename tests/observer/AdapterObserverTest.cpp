@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -143,6 +144,25 @@ TEST_F(AdapterObservers, doNotBlameCamerasForWhatTheyMissed) {
     EXPECT_EQ(reading.missed.dropped, 100U);
     EXPECT_EQ(reading.streams.at(0).figures.framesLost, 0U);
     EXPECT_EQ(reading.streams.at(0).figures.framesUnjudged, 6U);
+}
+
+TEST_F(AdapterObservers, countPacketsOverATimeInWhichAllAreSeen) {
+    sendFrames(4001, 1, 3);
+    observe();
+    observer.startCount();
+    EXPECT_EQ(observer.counted(), 0U);
+    std::this_thread::sleep_for(20ms);
+    sendFrames(4001, 4, 3);
+    observer.endCount();
+    observe();
+    EXPECT_EQ(observer.counted(), 18U);
+    std::this_thread::sleep_for(20ms);
+    sendFrames(4001, 7, 3);
+    observe();
+    EXPECT_EQ(observer.counted(), 18U) << "too late";
+    sendFrames(4002, 1, 3);
+    observe();
+    EXPECT_EQ(observer.counted(), std::nullopt);
 }
 
 TEST_F(AdapterObservers, followACameraToItsNextPort) {

@@ -55,7 +55,7 @@ TEST(ObservedStream, judgesFramesOnceOneHasToldTheirSize) {
     for (const bool hasExtendedIds : {false, true}) {
         Watched watched({hasExtendedIds});
         // It begins in the middle of a frame; the next one lacks what tells its size.
-        watched.sendBlock(700, {0, 1});
+        watched.sendBlock(700, {0, 1, 5});
         watched.sendBlock(701, {4});
         EXPECT_FALSE(watched.stream.isKnown());
         watched.sendBlock(702);
@@ -69,7 +69,7 @@ TEST(ObservedStream, judgesFramesOnceOneHasToldTheirSize) {
         EXPECT_EQ(figures.framesLost, 1U);
         EXPECT_EQ(figures.packetsMissing, 2U) << "the trailer, too";
         EXPECT_EQ(figures.framesUnjudged, 0U);
-        EXPECT_EQ(figures.packets, 4U + 5 + 6 + 6 + 4 + 6);
+        EXPECT_EQ(figures.packets, 3U + 5 + 6 + 6 + 4 + 6);
     }
 }
 
@@ -150,6 +150,17 @@ TEST(ObservedStream, waitsForManyPacketsThatAnotherProgramRequests) {
     const StreamFigures figures = watched.figures();
     EXPECT_EQ(figures.framesComplete, 1U);
     EXPECT_EQ(figures.packetsResent, 379U);
+}
+
+TEST(ObservedStream, judgesFramesOfWhichNoneIsWhole) {
+    Watched watched;
+    for (std::uint64_t block = 1; block <= 40; ++block)
+        watched.sendBlock(block, {0, 1, 5});
+    EXPECT_GE(watched.figures().framesIncomplete, 5U) << "without trailers";
+    for (std::uint64_t block = 41; block <= 80; ++block)
+        watched.sendBlock(block, {1, 4});
+    EXPECT_GE(watched.figures().framesIncomplete, 45U);
+    EXPECT_EQ(watched.figures().framesComplete, 0U);
 }
 
 TEST(ObservedStream, countsNoLossWhileItMissedPacketsItself) {
