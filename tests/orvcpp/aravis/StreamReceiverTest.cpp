@@ -52,8 +52,14 @@ public:
         m_isWoken = false;
         const auto packets = std::exchange(m_packets, {});
         lock.unlock();
-        for (const ScriptedPacket& packet : packets)
-            handler({packet.sender, packet.port, &packet.value, 1, 1});
+        for (const ScriptedPacket& packet : packets) {
+            gvsp::StreamDatagram datagram;
+            datagram.sender = packet.sender;
+            datagram.port = packet.port;
+            datagram.data = &packet.value;
+            datagram.captured = datagram.size = 1;
+            handler(datagram);
+        }
     }
     void wake() override {
         const std::lock_guard lock(m_mutex);
