@@ -201,6 +201,7 @@ void addUserSets(FeatureSet& set, CameraSettings& settings) {
         .entry("Default", 0)
         .entry("UserSet1", 1)
         .entry("UserSet2", 2)
+        .notStreamable()
         .selects({"UserSetLoad", "UserSetSave"});
     set.command("UserSetLoad")
         .about("Loads the settings of the selected set.")
@@ -211,7 +212,11 @@ void addUserSets(FeatureSet& set, CameraSettings& settings) {
         std::int64_t number = 0;
         return selector.get(number) == OrvErrorSuccess && number != 0;
     });
-    set.enumeration("UserSetDefault").entry("Default", 0).entry("UserSet1", 1).expert();
+    set.enumeration("UserSetDefault")
+        .entry("Default", 0)
+        .entry("UserSet1", 1)
+        .notStreamable()
+        .expert();
 }
 
 void addTransport(FeatureSet& set) {
@@ -219,18 +224,23 @@ void addTransport(FeatureSet& set) {
     set.integer("StreamHoldCapacity").limits(1, 64).value(std::int64_t{16}).readOnly().expert();
     set.boolean("StreamHoldEnable").expert();
     set.category("/TestControl");
-    set.integer("TestPendingAck").unit("ms").limits(0, 10000).guru();
-    set.integer("TestPatternOnError").shownAs("Boolean").limits(0, 1).guru();
-    set.integer("TestRegister").shownAs("HexNumber").limits(0, 0xFFFFFFFF).invisible();
+    set.integer("TestPendingAck").unit("ms").limits(0, 10000).notStreamable().guru();
+    set.integer("TestPatternOnError").shownAs("Boolean").limits(0, 1).notStreamable().guru();
+    set.integer("TestRegister")
+        .shownAs("HexNumber")
+        .limits(0, 0xFFFFFFFF)
+        .notStreamable()
+        .invisible();
     set.category("/FileAccessControl");
     FeatureNode& file = set.enumeration("FileSelector")
                             .entry("UserData", 0)
                             .entry("Firmware", 1, false)
                             .selects({"FileSize", "FileOpenMode", "FileAccessBuffer"})
+                            .notStreamable()
                             .guru();
-    set.enumeration("FileOpenMode").entry("Read", 0).entry("Write", 1).guru();
+    set.enumeration("FileOpenMode").entry("Read", 0).entry("Write", 1).notStreamable().guru();
     set.integer("FileSize").unit("B").value(std::int64_t{65536}).perEntryOf(file).readOnly().guru();
-    set.raw("FileAccessBuffer").value(Bytes(64)).guru();
+    set.raw("FileAccessBuffer").value(Bytes(64)).notStreamable().guru();
     set.command("FileOperationExecute").guru();
 }
 

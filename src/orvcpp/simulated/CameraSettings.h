@@ -63,6 +63,9 @@ public:
     bool softwareTrigger = false;
     std::int64_t packetSize = 0;
     bool isStreaming = false;
+    /// Between the commands that begin and end the reading, and the writing, of all settings.
+    bool isPersisting = false;
+    bool isStreamingRegisters = false;
 
     const CameraData& data() const { return m_data; }
 
