@@ -169,9 +169,10 @@ Command saveCommand() {
          QStringLiteral("Store the settings in this user set of each camera, too, and make it the "
                         "one with which the camera starts."),
          QStringLiteral("user set")}};
-    command.examples = QStringList{QStringLiteral("save cameras.json"),
-                                   QStringLiteral("save - GEV-21017 GEV-21018"),
-                                   QStringLiteral("save cameras.json --to-camera UserSet1")};
+    command.examples =
+        QStringList{QStringLiteral("save cameras.json --config :oversubscribed"),
+                    QStringLiteral("save - GEV-21017 GEV-21018"),
+                    QStringLiteral("save cameras.json GEV-21017 --to-camera UserSet1")};
     command.run = runSave;
     return command;
 }

@@ -39,8 +39,8 @@ QString typeName(OrvFeatureDataType type) {
 
 struct JsonOf {
     QJsonValue operator()(std::int64_t value) const {
-        return std::abs(value) <= mostExact ? QJsonValue(static_cast<qint64>(value))
-                                            : QJsonValue(QString::number(value));
+        return value >= -mostExact && value <= mostExact ? QJsonValue(static_cast<qint64>(value))
+                                                         : QJsonValue(QString::number(value));
     }
     QJsonValue operator()(double value) const { return value; }
     QJsonValue operator()(bool value) const { return value; }

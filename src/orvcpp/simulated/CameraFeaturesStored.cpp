@@ -201,20 +201,23 @@ void addUserSets(FeatureSet& set, CameraSettings& settings) {
         .entry("Default", 0)
         .entry("UserSet1", 1)
         .entry("UserSet2", 2)
-        .notStreamable()
-        .selects({"UserSetLoad", "UserSetSave"});
+        .bind(settings.selectedUserSet)
+        .selects({"UserSetLoad", "UserSetSave"})
+        .notStreamable();
     set.command("UserSetLoad")
-        .about("Loads the settings of the selected set.")
+        .about("Loads the image, acquisition and bandwidth settings of the selected set.")
         .writableIf([&settings] { return !settings.isStreaming; })
-        .action([&settings] { settings.reset(); });
-    FeatureNode& selector = *set.find("UserSetSelector");
-    set.command("UserSetSave").writableIf([&selector] {
-        std::int64_t number = 0;
-        return selector.get(number) == OrvErrorSuccess && number != 0;
-    });
+        .action([&settings] { settings.loadUserSet(settings.selectedUserSet); });
+    set.command("UserSetSave")
+        .about("Stores the image, acquisition and bandwidth settings in the selected set.")
+        .writableIf([&settings] { return settings.selectedUserSet != 0; })
+        .action([&settings] { settings.storeUserSet(settings.selectedUserSet); });
     set.enumeration("UserSetDefault")
+        .about("Set with which the camera starts.")
         .entry("Default", 0)
         .entry("UserSet1", 1)
+        .entry("UserSet2", 2)
+        .bind(settings.startingUserSet)
         .notStreamable()
         .expert();
 }
