@@ -48,7 +48,8 @@ void RestoreWatch::tryOnce(Watched& camera, const std::function<bool()>& isCance
     const RestoredCamera restored = restoreCamera(m_present, camera.saved, false, isCancelled);
     m_restored += restored.isComplete() ? 1 : 0;
     ++camera.attempts;
-    camera.isDone = restored.result || camera.attempts >= mostAttempts;
+    const bool isSettled = restored.result && restored.result->problems.empty();
+    camera.isDone = isSettled || camera.attempts >= mostAttempts;
     camera.next = Clock::now() + betweenAttempts;
     m_tell(restored);
 }

@@ -30,7 +30,7 @@ private:
         settings::SavedCamera saved;
         bool isDone = false;
         bool isToldMissing = false;
-        /// Attempts to open it since it appeared, and when the next is due.
+        /// Attempts to restore it since it appeared, and when the next is due.
         int attempts = 0;
         Clock::time_point next{};
     };

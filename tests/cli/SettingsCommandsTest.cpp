@@ -39,7 +39,7 @@ TEST_F(SettingsCommands, saveWritesAllOfAFileOrLeavesTheFormerOne) {
     ASSERT_EQ(run("save " + path("a.json") + " 21017 21018"), 0) << err();
     EXPECT_EQ(out(), "GEV-21017: 106 settings saved\nGEV-21018: 106 settings saved\n");
     const QJsonObject document = QJsonDocument::fromJson(read("a.json")).object();
-    EXPECT_EQ(camera(document, 1, "id model serialNumber"), "GEV-21018 Corvid G-507m 21018");
+    EXPECT_EQ(camera(document, 1, "id model serialNumber"), "GEV-21018 Corvid G-234c 21018");
     EXPECT_EQ(number(document, "divisions 0 bitsPerSecond"), 1e9);
     EXPECT_EQ(number(document, "divisions 0 cameras 1 limitBytesPerSecond"), 40e6);
     const QByteArray former = read("a.json");
@@ -78,7 +78,10 @@ TEST_F(SettingsCommands, restoreTellsWhichCameraIsNotThere) {
     EXPECT_EQ(run("restore " + path("model.json")), 1);
     EXPECT_THAT(out(),
                 HasSubstr("GEV-21017: the camera of this serial number is a \"Corvid G-507m\""));
-    write("missing.json", "21017", "99999");
+    write("replaced.json", "21017", "99999");
+    EXPECT_EQ(run("restore " + path("replaced.json")), 0) << "its name is that of the former one";
+    EXPECT_THAT(out(), StartsWith("GEV-21017: 0 settings restored"));
+    m_files.write("missing.json", read("replaced.json").replace("Feeder", "Gone").toStdString());
     EXPECT_EQ(run("restore " + path("missing.json")), 1);
     EXPECT_THAT(out(), HasSubstr("GEV-99999: it is missing\nGEV-21018: 0 settings restored"));
     EXPECT_EQ(run("restore " + path("missing.json") + " GEV-21017"), 1);

@@ -52,14 +52,15 @@ TEST_F(RealSettings, returnWithTheCamera) {
     SpanletProcess watch;
     watch.start(arguments("restore " + path("wanted.json") + " --watch --json"));
     watch.await("\"changed\":0");
-    for (int cycle = 1; cycle <= 2; ++cycle) {
+    bool isGiven = false;
+    const int given = qEnvironmentVariableIntValue("SPANLET_POWER_CYCLES", &isGiven);
+    for (int cycle = 1; cycle <= (isGiven ? given : 2); ++cycle) {
         camera.kill();
         watch.await("\"it is missing\"");
         camera.restart();
         watch.await("\"changed\":16");
         EXPECT_EQ(saved("again.json"), wanted);
-        // Only what the next cycle prints counts.
-        watch.forget();
+        watch.forget(); // the next cycle prints the same
     }
     ::kill(static_cast<pid_t>(watch.id()), SIGINT);
     EXPECT_EQ(watch.finish(), 0);
