@@ -28,6 +28,7 @@ SavedSettings example() {
     add("Bytes", OrvFeatureDataRaw, std::string("00ff"));
     add("Switch", OrvFeatureDataBool, true,
         {{"Outer", std::string("Line1")}, {"Inner", std::int64_t{3}}, {"Flag", false}});
+    add("Beyond", OrvFeatureDataInt, (std::int64_t{1} << 53) + 1);
     SavedDivision division{"Adapter", "eth1", 1'000'000'000, {{"DEV_1", 42}, {"DEV_2", {}}}};
     return {"2026-01-02T03:04:05Z", {camera, {"DEV_2", "", "G-2", "", {}}}, {division}};
 }
