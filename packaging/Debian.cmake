@@ -61,7 +61,7 @@ spanlet_package(
     "${about}
 This package has the command line, which also checks a computer for what costs
 frames, with completions for bash and zsh."
-    ${spanlet_scripts})
+    ${spanlet_scripts} ${CMAKE_CURRENT_SOURCE_DIR}/debian/cli/prerm)
 spanlet_package(
     viewer spanlet-viewer graphics "bandwidth of machine-vision cameras (camera viewer)"
     "${about}

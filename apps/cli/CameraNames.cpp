@@ -3,6 +3,7 @@
 
 #include "cli/Cameras.h"
 #include "cli/Failure.h"
+#include "engine/CameraHandler.h"
 #include "engine/SystemController.h"
 #include "sdk/OrvCameraWrapper.h"
 #include "sdk/OrvInterfaceWrapper.h"
@@ -35,6 +36,24 @@ QJsonArray CameraNames::interfaces() const {
     for (const auto& [name, interface] : interfaces)
         list.append(interface);
     return list;
+}
+
+std::vector<CameraInfo> CameraNames::cameras() const {
+    OrvSystemWrapper system(m_session.system());
+    std::vector<CameraInfo> infos;
+    for (const auto& camera : managedCameras(system))
+        infos.push_back(infoBeforeOpening(*camera));
+    return infos;
+}
+
+std::shared_ptr<CameraHandler> CameraNames::open(const std::string& cameraId) const {
+    OrvSystemWrapper system(m_session.system());
+    for (const auto& camera : managedCameras(system)) {
+        std::string id;
+        if (camera->GetID(id) == OrvErrorSuccess && id == cameraId)
+            return system.CreateCameraHandler(camera);
+    }
+    return nullptr;
 }
 
 CameraInfo infoBeforeOpening(const OrvCameraWrapper& camera) {

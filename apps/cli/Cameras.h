@@ -38,6 +38,7 @@ public:
     explicit Cameras(const session::CameraSource& source);
 
     SystemController& controller() { return *m_controller; }
+    const SystemController& controller() const { return *m_controller; }
     const std::vector<HostInterface>& interfaces() const { return m_interfaces; }
     bool areSimulated() const { return m_session.isSimulated(); }
 

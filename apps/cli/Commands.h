@@ -14,6 +14,8 @@ Command planCommand();
 Command featuresCommand();
 Command getCommand();
 Command setCommand();
+Command saveCommand();
+Command restoreCommand();
 Command setIpCommand();
 Command runCommand();
 Command doctorCommand();

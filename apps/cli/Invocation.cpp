@@ -15,9 +15,9 @@ namespace {
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> all{
-        listCommand(), benchmarkCommand(), watchCommand(), observeCommand(), autoSetCommand(),
-        planCommand(), featuresCommand(),  getCommand(),   setCommand(),     setIpCommand(),
-        runCommand(),  doctorCommand(),    helpCommand()};
+        listCommand(), benchmarkCommand(), watchCommand(),   observeCommand(), autoSetCommand(),
+        planCommand(), featuresCommand(),  getCommand(),     setCommand(),     setIpCommand(),
+        runCommand(),  saveCommand(),      restoreCommand(), doctorCommand(),  helpCommand()};
     return all;
 }
 

@@ -65,6 +65,11 @@ enum Register : std::uint32_t {
     SensorMicroseconds = 0x1028,
     ExposureMode = 0x1030,
     ParamsLocked = 0x1038,
+    UserSetSelector = 0x1060,
+    UserSetCommand = 0x1064,
+    UserSetDefault = 0x1068,
+    FeaturePersistence = 0x106c,
+    RegistersStreaming = 0x1070,
     FramesSent = 0x1100,
     PacketsSent = 0x1108,
     PacketsResent = 0x1110,
@@ -85,6 +90,11 @@ constexpr std::uint32_t pixelFormatMono8 = 0x01080001;
 /// Values of AcquisitionMode.
 constexpr std::uint32_t continuousAcquisition = 1;
 constexpr std::uint32_t singleFrame = 2;
+/// User sets, of which the first has the settings of the factory.
+constexpr std::uint32_t userSets = 3;
+/// Values of UserSetCommand.
+constexpr std::uint32_t loadUserSet = 1;
+constexpr std::uint32_t saveUserSet = 2;
 
 /// A camera's memory: registers, texts and, behind them, the GenICam description of its features.
 /// Thread-safe.

@@ -33,8 +33,8 @@ void putWritten(std::vector<std::uint8_t>& data, std::size_t count) {
 } // namespace
 
 ControlChannel::ControlChannel(CameraRegisters& registers, StreamChannel& stream,
-                               const CameraAddress& ownAddress)
-    : m_registers(registers), m_stream(stream), m_ownAddress(ownAddress),
+                               const CameraAddress& ownAddress, UserSets& sets)
+    : m_registers(registers), m_stream(stream), m_ownAddress(ownAddress), m_userSets(sets),
       m_address(registers.read(CurrentAddress)), m_mask(registers.read(CurrentMask)) {
     // All cameras of this computer receive broadcasts.
     if (!m_socket.bindTo(m_address, controlPort) || !m_socket.set(SOL_SOCKET, SO_BROADCAST, 1) ||
@@ -290,6 +290,10 @@ void ControlChannel::afterWrite(const Request& request, std::uint32_t address,
     } else if (address == PersistentAddress || address == PersistentMask ||
                address == PersistentGateway) {
         m_ownAddress.remember();
+    } else if (address == UserSetCommand) {
+        m_userSets.obey(value);
+    } else if (address == UserSetDefault) {
+        m_userSets.remember();
     } else if (address == SlowCommand) {
         m_slowCommandEnd = Clock::now() + slowCommandTime;
     } else if (address == StreamPacketSize && (value & fireTestPacket) != 0) {

@@ -4,6 +4,7 @@
 #include "fake-camera/CameraAddress.h"
 #include "fake-camera/CameraRegisters.h"
 #include "fake-camera/StreamChannel.h"
+#include "fake-camera/UserSets.h"
 #include "platform/UdpSocket.h"
 
 #include <netinet/in.h>
@@ -23,7 +24,7 @@ public:
     /// Listens at the camera's current address and for broadcasts. Throws std::system_error when
     /// the address is not one of this computer, or port 3956 is in use.
     ControlChannel(CameraRegisters& registers, StreamChannel& stream,
-                   const CameraAddress& ownAddress);
+                   const CameraAddress& ownAddress, UserSets& sets);
 
     /// Answers until the descriptor \p end is readable. True when it ended before, since a host has
     /// given the camera another address, which the registers have.
@@ -78,6 +79,7 @@ private:
     CameraRegisters& m_registers;
     StreamChannel& m_stream;
     const CameraAddress& m_ownAddress;
+    UserSets& m_userSets;
     /// The settings with which it listens.
     const std::uint32_t m_address;
     const std::uint32_t m_mask;

@@ -58,6 +58,7 @@ const std::vector<Option>& allOptions() {
          "network adapter that gets the address of the camera"},
         {nullptr, "--memory", "FILE", Kind::File, "", 0, 0, "",
          "file that keeps the persistent address"},
+        {nullptr, "--user-sets", "FILE", Kind::File, "", 0, 0, "", "file that keeps the user sets"},
         number(nullptr, "--mac", "0", 0, any32, "",
                "last four bytes of the MAC address; 0: as the address"),
         text(nullptr, "--vendor", "Fakeworks", 32, "name of the maker"),

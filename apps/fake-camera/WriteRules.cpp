@@ -40,6 +40,10 @@ constexpr Rule rules[] = {
     {StreamAddress, StreamAddress},
     {Limit, FrameRate + 4},
     {ExposureMode, ParamsLocked},
+    {UserSetSelector, UserSetSelector, {0, userSets - 1}},
+    {UserSetCommand, UserSetCommand, {loadUserSet, saveUserSet}},
+    {UserSetDefault, UserSetDefault, {0, userSets - 1}},
+    {FeaturePersistence, RegistersStreaming, {0, 1}},
     {TestFirst, TestLast},
 };
 
@@ -49,6 +53,12 @@ const Rule* ruleOf(std::uint32_t address) {
             return address >= each.first && address <= each.last;
         });
     return rule == std::end(rules) || address == TestReadOnly ? nullptr : rule;
+}
+
+/// The settings of the factory cannot be replaced, and none are loaded while images are sent.
+bool admitsUserSetCommand(const CameraRegisters& registers, std::uint32_t command) {
+    return command == saveUserSet ? registers.read(UserSetSelector) != 0
+                                  : registers.read(Acquisition) == 0;
 }
 
 } // namespace
@@ -68,6 +78,8 @@ protocol::Status checkWrite(const CameraRegisters& registers, std::uint32_t addr
     if (rule == nullptr)
         return protocol::WriteProtected;
     if (rule->lockedWhileAcquiring && registers.read(Acquisition) == 1)
+        return protocol::AccessDenied;
+    if (address == UserSetCommand && !admitsUserSetCommand(registers, value))
         return protocol::AccessDenied;
     const std::uint32_t part = value & rule->mask;
     return part < rule->range.minimum || part > rule->range.maximum ? protocol::InvalidParameter

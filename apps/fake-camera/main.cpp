@@ -6,6 +6,7 @@
 #include "fake-camera/Options.h"
 #include "fake-camera/Protocol.h"
 #include "fake-camera/StreamChannel.h"
+#include "fake-camera/UserSets.h"
 #include "platform/Ipv4Address.h"
 
 #include <algorithm>
@@ -114,6 +115,8 @@ void serve(const Options& options) {
     const EndSignal end;
     CameraRegisters registers(readDescription(options.text("--genicam")));
     fill(registers, options);
+    UserSets sets(registers, options.text("--user-sets"));
+    sets.begin();
     CameraAddress address(registers, options.text("--adapter"), options.text("--memory"));
     address.begin(options.address());
     const StreamOptions streamOptions{options.isOn("--extended-ids") || options.isOn("--parts"),
@@ -125,7 +128,7 @@ void serve(const Options& options) {
     bool isTold = false;
     for (bool isMoved = true; isMoved;) {
         StreamChannel stream(registers, registers.read(CurrentAddress), streamOptions);
-        ControlChannel control(registers, stream, address);
+        ControlChannel control(registers, stream, address, sets);
         if (!std::exchange(isTold, true))
             tellReady(options, registers.read(CurrentAddress));
         isMoved = control.run(end.descriptor());

@@ -2,30 +2,16 @@
 #include "engine/SavedLimit.h"
 
 #include "engine/CameraHandler.h"
+#include "features/RepeatedCall.h"
 #include "logging/Log.h"
-
-namespace {
-
-constexpr int mostAttempts = 3;
-
-/// Calls \p step until it succeeds.
-template <typename Step> bool succeeds(Step step) {
-    for (int i = 0; i < mostAttempts; ++i) {
-        if (step())
-            return true;
-    }
-    return false;
-}
-
-} // namespace
 
 SavedLimit::SavedLimit(const CameraHandler& camera)
     : m_camera(cameraDisplayText(camera.getCameraInfo())), m_limit(camera.getFeatureController()) {
-    if (!succeeds([this] { return m_limit.find(); }))
+    if (!succeedsRepeatedly([this] { return m_limit.find(); }))
         return;
     // First: a limit that is off must not be changed unless it can be switched off again.
-    succeeds([this] { return (m_switch = m_limit.readSwitch()).has_value(); });
-    succeeds([this] { return (m_value = m_limit.readValue()).has_value(); });
+    succeedsRepeatedly([this] { return (m_switch = m_limit.readSwitch()).has_value(); });
+    succeedsRepeatedly([this] { return (m_value = m_limit.readValue()).has_value(); });
 }
 
 std::optional<std::int64_t> SavedLimit::present() const {
@@ -38,7 +24,7 @@ void SavedLimit::switchOn() {
 }
 
 bool SavedLimit::write(std::int64_t bytesPerSecond) {
-    return m_value && succeeds([&] {
+    return m_value && succeedsRepeatedly([&] {
                return m_limit.write(bytesPerSecond) && m_limit.readValue() == bytesPerSecond;
            });
 }
@@ -54,14 +40,14 @@ bool SavedLimit::putBack() {
 }
 
 bool SavedLimit::putValueBack() {
-    return !m_value || succeeds([&] {
+    return !m_value || succeedsRepeatedly([&] {
         return m_limit.readValue() == m_value ||
                (m_limit.write(*m_value) && m_limit.readValue() == m_value);
     });
 }
 
 bool SavedLimit::putSwitchBack() {
-    return !m_value || !m_switch || succeeds([&] {
+    return !m_value || !m_switch || succeedsRepeatedly([&] {
         return m_limit.readSwitch() == m_switch ||
                (m_limit.writeSwitch(*m_switch) && m_limit.readSwitch() == m_switch);
     });

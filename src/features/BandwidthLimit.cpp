@@ -7,6 +7,7 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
 #include <utility>
 #include <variant>
 
@@ -33,6 +34,12 @@ bool isOff(const FeatureValue& value) {
 }
 
 } // namespace
+
+bool BandwidthLimit::hasPart(const std::string& feature) {
+    return std::any_of(names.begin(), names.end(), [&feature](const char* limit) {
+        return feature == limit || feature == switchOf(limit).name;
+    });
+}
 
 BandwidthLimit::BandwidthLimit(std::shared_ptr<FeatureController> features)
     : m_features(std::move(features)) {}

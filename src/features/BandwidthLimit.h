@@ -19,6 +19,9 @@ public:
     /// Features that can limit a bandwidth; the first one that the camera has counts.
     static constexpr std::array names{"DeviceLinkThroughputLimit", "StreamBytesPerSecond"};
 
+    /// Whether a feature is one of these, or switches one of them.
+    static bool hasPart(const std::string& feature);
+
     /// \p features must not be empty.
     explicit BandwidthLimit(std::shared_ptr<FeatureController> features);
 

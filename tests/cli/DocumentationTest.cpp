@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 #include <gmock/gmock.h>
 
 #include <map>
@@ -61,7 +62,7 @@ TEST(Documentation, manPageTellsCommandsAndTheirOptions) {
     const std::string help = textOf("--help");
     EXPECT_EQ(matches(help, "^.{80,}$"), Texts()) << "it fits a terminal";
     const Texts names = matches(help, "^  ([a-z-]+) ");
-    EXPECT_EQ(names.size(), 13U);
+    EXPECT_EQ(names.size(), 15U);
     EXPECT_EQ(textOf("help"), help);
     for (const std::string& name : names) {
         SCOPED_TRACE(name);
@@ -86,12 +87,18 @@ TEST(Documentation, examplesRunAsTyped) {
         examples.insert(its.begin(), its.end());
     }
     EXPECT_GT(examples.size(), 15U);
+    const QTemporaryDir folder;
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(folder.path()));
+    // The examples of "restore" come before those of "save".
+    textOf("save cameras.json GEV-21017 GEV-21018");
     QElapsedTimer timer;
     for (const std::string& example : examples) {
         timer.start();
         EXPECT_NE(textOf(example), "");
         EXPECT_LT(timer.elapsed(), 10000) << example;
     }
+    QDir::setCurrent(before);
 }
 
 TEST_P(Completion, offersCommandsAndOptions) {
@@ -117,6 +124,8 @@ TEST_P(Completion, offersWhatThereIs) {
         {"run 21017 TriggerS", {"TriggerSoftware"}},
         {"set-ip GEV-3", {"GEV-30411", "GEV-30412"}},
         {"set-ip GEV-30411 a", {"auto"}},
+        {"save a.json GEV-3", {"GEV-30411", "GEV-30412"}},
+        {"restore a.json GEV-3", {"GEV-30411", "GEV-30412"}},
         {"help wat", {"watch"}}};
     for (const auto& [line, expected] : cases)
         EXPECT_EQ(offered(line), expected) << line;

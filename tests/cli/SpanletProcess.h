@@ -68,6 +68,14 @@ public:
         }
     }
 
+    /// Forgets what the program has printed so far.
+    void forget() {
+        out();
+        err();
+        m_out.clear();
+        m_err.clear();
+    }
+
     qint64 id() const { return m_process.processId(); }
 
     /// Waits for the end; the exit code, or -1 after a crash.

@@ -54,6 +54,8 @@ _spanlet_operands() {
         features:0 | get:0 | set:0 | set-ip:0 | run:0) _spanlet_cameras ;;
         get:* | set:*[13579] | run:1) _spanlet_features ;;
         set-ip:1) echo "auto" ;;
+        save:0 | restore:0) compgen -f -- "$current" ;;
+        save:* | restore:*) _spanlet_cameras ;;
         help:0) printf '%s\n' $commands ;;
         # A command comes first.
         :0) printf '%s\n' $commands $common ;;
@@ -78,6 +80,8 @@ _spanlet_options() {
             ;;
         features) echo "--filter" ;;
         set-ip) echo "--gateway --persistent --dry-run" ;;
+        save) echo "--to-camera" ;;
+        restore) echo "--dry-run --watch" ;;
         run) echo "--timeout" ;;
         doctor) echo "--all" ;;
     esac
@@ -112,11 +116,12 @@ _spanlet_configurations() {
 
 _spanlet() {
     local common="--config --cameras --json --verbose --help --version"
-    local commands="list benchmark watch observe autoset plan features get set set-ip run doctor help"
+    local commands="list benchmark watch observe autoset plan features get set set-ip run save restore"
+    commands+=" doctor help"
     local scenarios="default oversubscribed sixty-four empty faulty genicam"
     local valued=" --config --cameras --interface --camera --lock --seconds --interval --benchmark"
     valued+=" --timeout --interface-margin --camera-margin --max-bandwidth --gateway --weight"
-    valued+=" --rate --measure --verify "
+    valued+=" --rate --measure --verify --to-camera "
     local text=${COMP_LINE:0:COMP_POINT} words=() operands=() chosen=()
     local current="" command="" previous=""
 

@@ -87,6 +87,11 @@ FeatureNode& FeatureNode::invisible() {
     return *this;
 }
 
+FeatureNode& FeatureNode::notStreamable() {
+    m_streamable = false;
+    return *this;
+}
+
 FeatureNode& FeatureNode::readOnly() {
     m_writable = false;
     return *this;
@@ -237,6 +242,8 @@ OrvFeatureFlagsType FeatureNode::flags() const {
     flags |= isWritable() ? OrvFeatureFlagsWrite : 0U;
     flags |= m_get && !m_put ? OrvFeatureFlagsVolatile : 0U;
     flags |= m_dependent && m_put ? OrvFeatureFlagsModifyWrite : 0U;
+    const bool isSetting = m_type != OrvFeatureDataCommand && m_readable && m_writable;
+    flags |= isSetting && m_streamable ? OrvFeatureFlagsStreamable : 0U;
     return static_cast<OrvFeatureFlagsType>(flags);
 }
 

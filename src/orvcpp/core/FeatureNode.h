@@ -55,6 +55,8 @@ public:
     FeatureNode& guru();
     FeatureNode& invisible();
 
+    /// Not one of the settings that are saved and restored, as a readable and writable value is.
+    FeatureNode& notStreamable();
     FeatureNode& readOnly();
     FeatureNode& writeOnly();
     FeatureNode& writableIf(std::function<bool()> condition);
@@ -173,6 +175,7 @@ private:
 
     bool m_readable = true;
     bool m_writable = true;
+    bool m_streamable = true;
     bool m_dependent = false;
     std::function<bool()> m_writableIf;
     std::function<IntegerLimits()> m_integerLimits;

@@ -32,7 +32,10 @@ void addDeviceInformation(FeatureSet& set, const CameraSettings& settings) {
     set.fixedText("DeviceFirmwareVersion", "00.04.01.2871").about("Version of the firmware.");
     set.fixedText("DeviceSerialNumber", data.serialNumber).about("Serial number of the camera.");
     set.fixedText("DeviceFirmwareID", data.id + "-fw").expert();
-    set.string("DeviceUserID").value(data.name).about("Name that the user gave the camera.");
+    set.string("DeviceUserID")
+        .value(data.name)
+        .about("Name that the user gave the camera.")
+        .notStreamable();
     set.enumeration("DeviceScanType")
         .entry("Areascan", 0)
         .entry("Linescan", 1, false)
@@ -41,7 +44,24 @@ void addDeviceInformation(FeatureSet& set, const CameraSettings& settings) {
     set.fixedNumber("DeviceSFNCVersionMajor", 2).expert();
     set.fixedNumber("DeviceSFNCVersionMinor", 7).expert();
     set.fixedNumber("DeviceSFNCVersionSubMinor", 0).expert();
-    set.integer("DeviceRegistersStreamingStart").shownAs("HexNumber").invisible();
+}
+
+/// The commands around the reading and the writing of all settings.
+void addPersistence(FeatureSet& set, CameraSettings& settings) {
+    set.category("/DeviceControl");
+    const auto add = [&set](const char* name, bool& state, bool value) {
+        set.command(name).action([&state, value] { state = value; }).invisible();
+    };
+    add("DeviceFeaturePersistenceStart", settings.isPersisting, true);
+    add("DeviceFeaturePersistenceEnd", settings.isPersisting, false);
+    add("DeviceRegistersStreamingStart", settings.isStreamingRegisters, true);
+    add("DeviceRegistersStreamingEnd", settings.isStreamingRegisters, false);
+    set.boolean("DeviceRegistersValid")
+        .about("Whether the settings are consistent. They are not checked while they are saved or "
+               "restored.")
+        .computed(
+            [&settings] { return Value(!settings.isPersisting && !settings.isStreamingRegisters); })
+        .invisible();
 }
 
 void addClock(FeatureSet& set) {
@@ -416,6 +436,7 @@ FeatureSet makeCameraFeatures(CameraSettings& settings, const StreamStatistics& 
                               bool isUsb) {
     FeatureSet set;
     addDeviceInformation(set, settings);
+    addPersistence(set, settings);
     addDeviceState(set, settings);
     addClock(set);
     addImageFormatFeatures(set, settings);

@@ -201,17 +201,25 @@ void addUserSets(FeatureSet& set, CameraSettings& settings) {
         .entry("Default", 0)
         .entry("UserSet1", 1)
         .entry("UserSet2", 2)
-        .selects({"UserSetLoad", "UserSetSave"});
+        .bind(settings.selectedUserSet)
+        .selects({"UserSetLoad", "UserSetSave"})
+        .notStreamable();
     set.command("UserSetLoad")
-        .about("Loads the settings of the selected set.")
+        .about("Loads the image, acquisition and bandwidth settings of the selected set.")
         .writableIf([&settings] { return !settings.isStreaming; })
-        .action([&settings] { settings.reset(); });
-    FeatureNode& selector = *set.find("UserSetSelector");
-    set.command("UserSetSave").writableIf([&selector] {
-        std::int64_t number = 0;
-        return selector.get(number) == OrvErrorSuccess && number != 0;
-    });
-    set.enumeration("UserSetDefault").entry("Default", 0).entry("UserSet1", 1).expert();
+        .action([&settings] { settings.loadUserSet(settings.selectedUserSet); });
+    set.command("UserSetSave")
+        .about("Stores the image, acquisition and bandwidth settings in the selected set.")
+        .writableIf([&settings] { return settings.selectedUserSet != 0; })
+        .action([&settings] { settings.storeUserSet(settings.selectedUserSet); });
+    set.enumeration("UserSetDefault")
+        .about("Set with which the camera starts.")
+        .entry("Default", 0)
+        .entry("UserSet1", 1)
+        .entry("UserSet2", 2)
+        .bind(settings.startingUserSet)
+        .notStreamable()
+        .expert();
 }
 
 void addTransport(FeatureSet& set) {
@@ -219,18 +227,23 @@ void addTransport(FeatureSet& set) {
     set.integer("StreamHoldCapacity").limits(1, 64).value(std::int64_t{16}).readOnly().expert();
     set.boolean("StreamHoldEnable").expert();
     set.category("/TestControl");
-    set.integer("TestPendingAck").unit("ms").limits(0, 10000).guru();
-    set.integer("TestPatternOnError").shownAs("Boolean").limits(0, 1).guru();
-    set.integer("TestRegister").shownAs("HexNumber").limits(0, 0xFFFFFFFF).invisible();
+    set.integer("TestPendingAck").unit("ms").limits(0, 10000).notStreamable().guru();
+    set.integer("TestPatternOnError").shownAs("Boolean").limits(0, 1).notStreamable().guru();
+    set.integer("TestRegister")
+        .shownAs("HexNumber")
+        .limits(0, 0xFFFFFFFF)
+        .notStreamable()
+        .invisible();
     set.category("/FileAccessControl");
     FeatureNode& file = set.enumeration("FileSelector")
                             .entry("UserData", 0)
                             .entry("Firmware", 1, false)
                             .selects({"FileSize", "FileOpenMode", "FileAccessBuffer"})
+                            .notStreamable()
                             .guru();
-    set.enumeration("FileOpenMode").entry("Read", 0).entry("Write", 1).guru();
+    set.enumeration("FileOpenMode").entry("Read", 0).entry("Write", 1).notStreamable().guru();
     set.integer("FileSize").unit("B").value(std::int64_t{65536}).perEntryOf(file).readOnly().guru();
-    set.raw("FileAccessBuffer").value(Bytes(64)).guru();
+    set.raw("FileAccessBuffer").value(Bytes(64)).notStreamable().guru();
     set.command("FileOperationExecute").guru();
 }
 

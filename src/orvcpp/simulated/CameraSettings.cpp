@@ -11,25 +11,33 @@ CameraSettings::CameraSettings(const CameraData& data) : m_data(data) {
     reset();
 }
 
-void CameraSettings::reset() {
-    width = m_data.sensorWidth;
-    height = m_data.sensorHeight;
-    offsetX = 0;
-    offsetY = 0;
-    binningHorizontal = 1;
-    binningVertical = 1;
-    pixelFormat = m_data.pixelFormat;
-    exposureTime = m_data.exposureTime;
-    exposureMode = m_data.exposureMode;
-    exposureAuto = AutoOff;
-    frameRateEnabled = m_data.frameRateEnabled;
-    userFrameRate = m_data.frameRate;
-    bandwidth = m_data.bandwidth;
-    bandwidthLimited = 1;
-    frameRateConstrained = true;
-    triggerMode = m_data.triggerMode ? 1 : 0;
-    triggerSource = m_data.triggerSource;
-    packetSize = m_data.packetSize;
+void CameraSettings::loadUserSet(std::int64_t number) {
+    const auto stored = m_userSets.find(number);
+    static_cast<CameraState&>(*this) =
+        stored == m_userSets.end() ? scenarioState() : stored->second;
+}
+
+CameraState CameraSettings::scenarioState() const {
+    CameraState state;
+    state.width = m_data.sensorWidth;
+    state.height = m_data.sensorHeight;
+    state.offsetX = 0;
+    state.offsetY = 0;
+    state.binningHorizontal = 1;
+    state.binningVertical = 1;
+    state.pixelFormat = m_data.pixelFormat;
+    state.exposureTime = m_data.exposureTime;
+    state.exposureMode = m_data.exposureMode;
+    state.exposureAuto = AutoOff;
+    state.frameRateEnabled = m_data.frameRateEnabled;
+    state.userFrameRate = m_data.frameRate;
+    state.bandwidth = m_data.bandwidth;
+    state.bandwidthLimited = 1;
+    state.frameRateConstrained = true;
+    state.triggerMode = m_data.triggerMode ? 1 : 0;
+    state.triggerSource = m_data.triggerSource;
+    state.packetSize = m_data.packetSize;
+    return state;
 }
 
 void CameraSettings::fitRegion() {

@@ -148,6 +148,12 @@ ArvGcPropertyNode* propertyOf(ArvGcFeatureNode* node,
     return nullptr;
 }
 
+bool isStreamable(ArvGcFeatureNode* node) {
+    ArvGcPropertyNode* const property = propertyOf(node, {ARV_GC_PROPERTY_NODE_TYPE_STREAMABLE});
+    return property && arv_gc_property_node_get_streamable(property, ARV_GC_STREAMABLE_NO) ==
+                           ARV_GC_STREAMABLE_YES;
+}
+
 /// The node that holds the value of \p node; null when that is \p node itself.
 ArvGcFeatureNode* valueNodeOf(ArvGcFeatureNode* node) {
     ArvGcPropertyNode* const property = propertyOf(node, {ARV_GC_PROPERTY_NODE_TYPE_P_VALUE});
@@ -199,6 +205,7 @@ std::shared_ptr<FeatureDescription> describe(ArvGcFeatureNode* node, const std::
     feature->visibility = visibilityOf(node);
     feature->isReadable = feature->type != OrvFeatureDataCommand && allowsReading(node);
     feature->isWritable = feature->type == OrvFeatureDataCommand || allowsWriting(node);
+    feature->isStreamable = isStreamable(node);
     feature->name = text(arv_gc_feature_node_get_name(node));
     feature->displayName = textOr(arv_gc_feature_node_get_display_name(node), feature->name);
     feature->description = text(arv_gc_feature_node_get_description(node));

@@ -27,6 +27,8 @@ struct FeatureDescription {
     OrvFeatureVisibilityType visibility = OrvFeatureVisibilityBeginner;
     bool isReadable = false;
     bool isWritable = false;
+    /// Whether the description says that the value belongs to the settings that are saved.
+    bool isStreamable = false;
     std::string name;
     std::string displayName;
     std::string description;

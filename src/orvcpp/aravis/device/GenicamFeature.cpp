@@ -257,6 +257,7 @@ OrvErrorType GenicamFeature::GetFlags(OrvFeatureFlagsType& flags) const {
     unsigned set = OrvFeatureFlagsVolatile;
     set |= m_description->isReadable ? OrvFeatureFlagsRead : OrvFeatureFlagsNone;
     set |= m_description->isWritable ? OrvFeatureFlagsWrite : OrvFeatureFlagsNone;
+    set |= m_description->isStreamable ? OrvFeatureFlagsStreamable : OrvFeatureFlagsNone;
     return describe(flags, static_cast<OrvFeatureFlagsType>(set));
 }
 

@@ -99,7 +99,9 @@ enum OrvFeatureFlagsType : std::uint32_t {
     /// The value can change without having been written.
     OrvFeatureFlagsVolatile = 8,
     /// The value can change because another feature was written.
-    OrvFeatureFlagsModifyWrite = 16
+    OrvFeatureFlagsModifyWrite = 16,
+    /// The value belongs to the settings that are saved and restored (GenICam's "Streamable").
+    OrvFeatureFlagsStreamable = 32
 };
 
 /// Visibility of a feature as GenICam SFNC recommends it for its audience.

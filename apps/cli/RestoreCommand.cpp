@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/Commands.h"
+#include "cli/NameChoice.h"
+#include "cli/RestoreWatch.h"
+#include "cli/RestoredCamera.h"
+#include "cli/SettingsFile.h"
+#include "cli/Table.h"
+#include "cli/Terminal.h"
+#include "cli/platform/Interruption.h"
+
+#include <QJsonArray>
+
+namespace cli {
+
+namespace {
+
+const QLatin1String dryRunOption("dry-run");
+const QLatin1String watchOption("watch");
+/// Cameras are searched for once a second.
+constexpr std::chrono::milliseconds betweenLooks{500};
+
+/// The cameras of the file that are called \p wanted; all for an empty list.
+std::vector<settings::SavedCamera> chosenCameras(const settings::SavedSettings& saved,
+                                                 const QStringList& wanted) {
+    if (wanted.isEmpty())
+        return saved.cameras;
+    QVector<Names> names;
+    for (const settings::SavedCamera& camera : saved.cameras)
+        names.append(cameraNames(camera.id, camera.name, camera.serialNumber));
+    std::vector<settings::SavedCamera> chosen;
+    for (const QString& name : wanted)
+        chosen.push_back(saved.cameras[chooseByName(QStringLiteral("saved camera"), names, name)]);
+    return chosen;
+}
+
+Report restoreOnce(Context& context, const std::vector<settings::SavedCamera>& chosen) {
+    const bool isDryRun = context.arguments.has(dryRunOption);
+    const CameraNames& present = context.readNames();
+    Report report;
+    QJsonArray cameras;
+    for (const settings::SavedCamera& saved : chosen) {
+        const RestoredCamera camera = restoreCamera(
+            present, saved, isDryRun, [&] { return context.interruption.isRequested(); });
+        cameras.append(toJson(camera));
+        report.text += isDryRun ? differenceText(camera) : restoredText(camera);
+        report.isSuccess = report.isSuccess && camera.isComplete();
+        if (context.interruption.isRequested())
+            break;
+    }
+    report.document =
+        QJsonObject{{QStringLiteral("dryRun"), isDryRun}, {QStringLiteral("cameras"), cameras}};
+    return report;
+}
+
+Report keepRestored(Context& context, const std::vector<settings::SavedCamera>& chosen) {
+    if (context.arguments.has(dryRunOption))
+        throw Failure(QStringLiteral("--dry-run and --watch exclude each other."),
+                      ExitCode::WrongUse);
+    Terminal& terminal = context.terminal;
+    const auto tell = [&](const RestoredCamera& camera) {
+        terminal.print(context.wantsJson ? jsonLine(toJson(camera)) : restoredText(camera));
+    };
+    RestoreWatch watch(context.readNames(), chosen, tell);
+    const auto isCancelled = [&] {
+        return context.interruption.isRequested() || terminal.outputError() != 0;
+    };
+    do
+        watch.look(isCancelled);
+    while (!context.interruption.wait(betweenLooks) && terminal.outputError() == 0);
+    Report report;
+    report.document = QJsonObject{{QStringLiteral("restored"), watch.countRestored()}};
+    report.isLine = true;
+    return report;
+}
+
+Report runRestore(Context& context) {
+    const QStringList operands = context.arguments.operands();
+    const auto chosen = chosenCameras(readSettingsFile(operands.constFirst()), operands.mid(1));
+    return context.arguments.has(watchOption) ? keepRestored(context, chosen)
+                                              : restoreOnce(context, chosen);
+}
+
+} // namespace
+
+Command restoreCommand() {
+    Command command;
+    command.name = QStringLiteral("restore");
+    command.summary = QStringLiteral(
+        "Restore the settings of cameras, all of the file by default, from a file of \"spanlet "
+        "save\"; - is the standard input. A camera is found by its serial number, name or ID, and "
+        "must be of the same model. Prints what differs afterwards; the exit status is then 1, as "
+        "for a camera that is missing. The camera must not stream meanwhile.");
+    command.operands = QStringLiteral("FILE [CAMERA]...");
+    command.fewestOperands = 1;
+    command.mostOperands = 1000;
+    command.options = {
+        {dryRunOption,
+         QStringLiteral("Only show what would change. Writes selectors only, and puts them back.")},
+        {watchOption,
+         QStringLiteral("Stay until Ctrl+C, and restore each camera when it appears and when it "
+                        "returns. With --json, each line is a document.")}};
+    command.examples = QStringList{QStringLiteral("restore cameras.json"),
+                                   QStringLiteral("restore cameras.json GEV-21017 --dry-run")};
+    command.run = runRestore;
+    return command;
+}
+
+} // namespace cli
