@@ -10,6 +10,7 @@ Command benchmarkCommand();
 Command watchCommand();
 Command autoSetCommand();
 Command planCommand();
+Command calibrateCommand();
 Command featuresCommand();
 Command getCommand();
 Command setCommand();

@@ -14,10 +14,10 @@ namespace cli {
 namespace {
 
 const std::vector<Command>& commands() {
-    static const std::vector<Command> all{listCommand(),    benchmarkCommand(), watchCommand(),
-                                          autoSetCommand(), planCommand(),      featuresCommand(),
-                                          getCommand(),     setCommand(),       setIpCommand(),
-                                          runCommand(),     doctorCommand(),    helpCommand()};
+    static const std::vector<Command> all{
+        listCommand(),      benchmarkCommand(), watchCommand(), autoSetCommand(), planCommand(),
+        calibrateCommand(), featuresCommand(),  getCommand(),   setCommand(),     setIpCommand(),
+        runCommand(),       doctorCommand(),    helpCommand()};
     return all;
 }
 
