@@ -119,13 +119,12 @@ Command calibrateCommand() {
          QStringLiteral("Let GigE cameras negotiate their largest packet size before.")},
         {saveOption,
          QStringLiteral("Keep the capacity on this host: plan and autoset take it for the speed of "
-                        "the interface where no --max-bandwidth is given.")},
+                        "the interface where no other one is given.")},
         {forgetOption, QStringLiteral("Remove what was kept, and measure nothing.")},
     };
     command.examples = QStringList{
         QStringLiteral("calibrate --config :oversubscribed --interface GEV-enp3s0 --seconds 1"),
-        QStringLiteral("calibrate --interface GEV-enp3s0 --seconds 1 --json"),
-        QStringLiteral("calibrate --forget --interface GEV-enp3s0")};
+        QStringLiteral("calibrate --interface GEV-enp3s0 --seconds 1 --json")};
     command.run = runCalibrate;
     return command;
 }

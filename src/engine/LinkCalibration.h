@@ -10,10 +10,9 @@
 #include <vector>
 
 /// Measures what a link carries, with the cameras on it: raises and lowers the sum of their limits,
-/// divided as LinkPlan does, until it knows with which frames are lost. All limits are put back by
-/// run(), by the destructor, and by the one of the plan, whatever fails. The cameras must not
-/// stream otherwise meanwhile. Nothing throws but the function that is given. Bound to the GUI
-/// thread.
+/// divided as LinkPlan does, until it knows with which frames are lost. run() puts all limits back;
+/// the destructor of the plan does where the function that is given throws, which nothing else does.
+/// The cameras must not stream otherwise meanwhile. Bound to the GUI thread.
 class LinkCalibration {
 public:
     /// What arrived with the limits of a step.

@@ -75,6 +75,7 @@ _spanlet_options() {
             echo "--interface --all --interface-margin --camera-margin --lock --max-bandwidth"
             echo "--weight --rate --measure --apply --verify"
             ;;
+        calibrate) echo "--interface --all --seconds --adjust-packet-size --save --forget" ;;
         features) echo "--filter" ;;
         set-ip) echo "--gateway --persistent --dry-run" ;;
         run) echo "--timeout" ;;
@@ -111,7 +112,8 @@ _spanlet_configurations() {
 
 _spanlet() {
     local common="--config --cameras --json --verbose --help --version"
-    local commands="list benchmark watch autoset plan features get set set-ip run doctor help"
+    local commands="list benchmark watch autoset plan calibrate features get set set-ip run doctor"
+    commands+=" help"
     local scenarios="default oversubscribed sixty-four empty faulty genicam"
     local valued=" --config --cameras --interface --camera --lock --seconds --interval --benchmark"
     valued+=" --timeout --interface-margin --camera-margin --max-bandwidth --gateway --weight"
