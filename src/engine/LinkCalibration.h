@@ -11,8 +11,8 @@
 
 /// Measures what a link carries, with the cameras on it: raises and lowers the sum of their limits,
 /// divided as LinkPlan does, until it knows with which frames are lost. run() puts all limits back;
-/// the destructor of the plan does where the function that is given throws, which nothing else does.
-/// The cameras must not stream otherwise meanwhile. Bound to the GUI thread.
+/// the destructor of the plan does where the function that is given throws, which nothing else
+/// does. The cameras must not stream otherwise meanwhile. Bound to the GUI thread.
 class LinkCalibration {
 public:
     /// What arrived with the limits of a step.
