@@ -77,7 +77,7 @@ TEST_F(DelayLimit, isMadeOfThePacketDelayAndFollowsThePacketSize) {
 }
 
 TEST_F(DelayLimit, isSwitchedOffAndOnAndPutsAForeignDelayBack) {
-    ASSERT_EQ(write(delayName, 5003), OrvErrorSuccess);
+    ASSERT_EQ(write(delayName, 50'040), OrvErrorSuccess);
     // As after another start: the delay is that of someone else.
     ASSERT_EQ(camera->Close(), OrvErrorSuccess);
     ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
@@ -94,7 +94,7 @@ TEST_F(DelayLimit, isSwitchedOffAndOnAndPutsAForeignDelayBack) {
     ASSERT_EQ(set(*camera, modeName.c_str(), "On"), OrvErrorSuccess);
     EXPECT_THAT(number(limitName), AllOf(Le(12'488'000), Gt(12'450'000)));
     ASSERT_EQ(write(limitName, found), OrvErrorSuccess);
-    EXPECT_EQ(number(delayName), 5003) << "not rounded to the grid";
+    EXPECT_EQ(number(delayName), 50'040) << "not rounded to the grid";
 }
 
 TEST_F(DelayLimit, tellsTheFrameRateThatTheDelayAllowsAndIsLockedWhileStreaming) {
