@@ -161,7 +161,8 @@ Report runAutoSet(Context& context) {
     const ChosenInterfaces chosen = chooseInterfaces(cameras, camera, arguments);
     const std::vector<Task> tasks = makeTasks(cameras, chosen, camera, arguments);
     lockCameras(chosen, arguments);
-    setMaxBandwidth(cameras, chosen, arguments);
+    if (!camera)
+        setMaxBandwidth(cameras, chosen, arguments, context.terminal);
 
     QJsonObject before;
     if (plan.seconds > 0)

@@ -11,6 +11,7 @@ Command watchCommand();
 Command observeCommand();
 Command autoSetCommand();
 Command planCommand();
+Command calibrateCommand();
 Command featuresCommand();
 Command getCommand();
 Command setCommand();

@@ -2,7 +2,10 @@
 #include "cli/DivisionOptions.h"
 
 #include "cli/Arguments.h"
+#include "cli/Calibration.h"
 #include "cli/Failure.h"
+#include "cli/SavedCapacities.h"
+#include "cli/Terminal.h"
 #include "engine/CameraHandler.h"
 #include "engine/SafetyMargins.h"
 
@@ -30,6 +33,35 @@ Margins marginsFor(const Arguments& arguments, OrvTransportLayerType type) {
 
 OrvTransportLayerType typeOf(Cameras& cameras, const HostInterface& interface) {
     return cameras.controller().getInterfaceType(interface.name.toStdString());
+}
+
+void setSpeed(Cameras& cameras, const HostInterface& interface, double bytesPerSecond) {
+    cameras.controller().setMaxBandwidth(
+        interface.name.toStdString(), static_cast<std::uint64_t>(std::llround(bytesPerSecond * 8)));
+}
+
+void useCapacity(Cameras& cameras, const HostInterface& interface, const SavedCapacity& capacity,
+                 Terminal& terminal) {
+    const auto megabytes = [](double bytes) {
+        return QString::number(bytes / 1e6, 'f', 1);
+    };
+    const auto speed = cameras.controller().getInterfaceSpeed(interface.name.toStdString());
+    const QString measured = QStringLiteral("spanlet: %1: The capacity of %2 MB/s measured on %3 ")
+                                 .arg(interface.name, megabytes(capacity.bytesPerSecond),
+                                      capacity.date.toString(Qt::ISODate));
+    if (speed != capacity.bitsPerSecond) {
+        terminal.message(measured +
+                         QStringLiteral("is not used: the link had %1 MB/s then, and has %2 now. "
+                                        "Repeat \"spanlet calibrate --save\".")
+                             .arg(megabytes(static_cast<double>(capacity.bitsPerSecond) / 8),
+                                  megabytes(static_cast<double>(speed) / 8)));
+        return;
+    }
+    terminal.message(measured +
+                     QStringLiteral("is taken for its speed; \"spanlet calibrate --forget "
+                                    "--interface '%1'\" ends that.")
+                         .arg(interface.id.isEmpty() ? interface.name : interface.id));
+    setSpeed(cameras, interface, capacity.bytesPerSecond);
 }
 
 } // namespace
@@ -72,13 +104,17 @@ void lockCameras(const ChosenInterfaces& chosen, const Arguments& arguments) {
     }
 }
 
-void setMaxBandwidth(Cameras& cameras, const ChosenInterfaces& chosen, const Arguments& arguments) {
-    if (!arguments.has(maxBandwidthOption))
+void setMaxBandwidth(Cameras& cameras, const ChosenInterfaces& chosen, const Arguments& arguments,
+                     Terminal& terminal) {
+    if (arguments.has(maxBandwidthOption)) {
+        setSpeed(cameras, *chosen.interfaces.front(), maxBandwidthMegabytes(arguments) * 1e6);
         return;
-    constexpr double bitsPerMegabyte = 8e6;
-    const double bits = maxBandwidthMegabytes(arguments) * bitsPerMegabyte;
-    cameras.controller().setMaxBandwidth(chosen.interfaces.front()->name.toStdString(),
-                                         static_cast<std::uint64_t>(std::llround(bits)));
+    }
+    const SavedCapacities capacities(cameras.areSimulated());
+    for (const HostInterface* interface : chosen.interfaces) {
+        if (const auto capacity = capacities.find(linkKey(cameras, *interface)))
+            useCapacity(cameras, *interface, *capacity, terminal);
+    }
 }
 
 // With an unknown speed Auto Set would set every camera to its minimum.

@@ -10,6 +10,7 @@
 namespace cli {
 
 class Arguments;
+class Terminal;
 
 /// Percentage of an interface that stays free, and percentage added to what a camera needs.
 struct Margins {
@@ -26,8 +27,11 @@ void checkDivisionOptions(const Arguments& arguments);
 Margins marginsFor(const Arguments& arguments, Cameras& cameras, const HostInterface& interface);
 /// Locks the cameras of the interfaces that --lock names.
 void lockCameras(const ChosenInterfaces& chosen, const Arguments& arguments);
-/// Sets the speed of the only interface where --max-bandwidth is given.
-void setMaxBandwidth(Cameras& cameras, const ChosenInterfaces& chosen, const Arguments& arguments);
+/// Sets the speed of the only interface where --max-bandwidth is given, else that of each interface
+/// for which SavedCapacities has one; tells on \p terminal which. A capacity of a link that had
+/// another speed then is not used, and a message says so.
+void setMaxBandwidth(Cameras& cameras, const ChosenInterfaces& chosen, const Arguments& arguments,
+                     Terminal& terminal);
 /// Why an interface cannot be divided; empty when it can. \p needsSpeed: an unknown speed is a
 /// reason.
 QString divisionObstacle(Cameras& cameras, const HostInterface& interface, bool needsSpeed);

@@ -160,7 +160,7 @@ Report runPlan(Context& context) {
     Cameras& cameras = context.openCameras();
     const ChosenInterfaces chosen = chosenInterfaces(cameras, context.arguments);
     lockCameras(chosen, context.arguments);
-    setMaxBandwidth(cameras, chosen, context.arguments);
+    setMaxBandwidth(cameras, chosen, context.arguments, context.terminal);
     std::vector<PlannedLink> links = plannedLinks(cameras, chosen, context.arguments);
     if (links.size() == 1 && !links.front().error.isEmpty())
         throw Failure(links.front().error);

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <utility>
 
 namespace cli {
 
@@ -99,32 +100,44 @@ void warnOfUnknown(const LinkPlan& plan) {
 
 } // namespace
 
+std::vector<ChosenInterfaces> linksOf(const ChosenInterfaces& chosen) {
+    std::vector<ChosenInterfaces> links;
+    for (const HostInterface* interface : chosen.interfaces) {
+        const auto same =
+            std::find_if(links.begin(), links.end(), [&](const ChosenInterfaces& link) {
+                return shareLink(*link.interfaces.front(), *interface);
+            });
+        ChosenInterfaces& link = same == links.end() ? links.emplace_back() : *same;
+        link.interfaces.push_back(interface);
+        link.isList = link.interfaces.size() > 1;
+    }
+    return links;
+}
+
 std::vector<PlannedLink> plannedLinks(Cameras& cameras, const ChosenInterfaces& chosen,
                                       const Arguments& arguments) {
     std::vector<PlannedLink> links;
-    for (const HostInterface* interface : chosen.interfaces) {
-        const auto same = std::find_if(links.begin(), links.end(), [&](const PlannedLink& link) {
-            return shareLink(*link.interfaces.interfaces.front(), *interface);
-        });
-        ChosenInterfaces& planned =
-            same == links.end() ? links.emplace_back().interfaces : same->interfaces;
-        planned.interfaces.push_back(interface);
-        planned.isList = planned.interfaces.size() > 1;
-    }
+    for (ChosenInterfaces& interfaces : linksOf(chosen))
+        links.emplace_back().interfaces = std::move(interfaces);
     for (PlannedLink& link : links)
         prepareLink(link, cameras, arguments);
     return links;
 }
 
-void surveyLink(PlannedLink& link, Cameras& cameras, std::chrono::duration<double> seconds,
-                Interruption& interruption) {
-    link.plan->findNeeds([&] { return interruption.isRequested(); });
+void findNeeds(LinkPlan& plan, Cameras& cameras, std::chrono::duration<double> seconds,
+               Interruption& interruption) {
+    plan.findNeeds([&] { return interruption.isRequested(); });
     checkInterruption(interruption);
-    if (seconds.count() > 0 && !link.plan->camerasToMeasure().empty()) {
+    if (seconds.count() > 0 && !plan.camerasToMeasure().empty()) {
         cameras.warnOfLimits();
-        measure(*link.plan, seconds, interruption);
+        measure(plan, seconds, interruption);
         checkInterruption(interruption);
     }
+}
+
+void surveyLink(PlannedLink& link, Cameras& cameras, std::chrono::duration<double> seconds,
+                Interruption& interruption) {
+    findNeeds(*link.plan, cameras, seconds, interruption);
     compareWithAutoSet(link, cameras.controller());
     if (!link.plan->putBack())
         throw Failure(QStringLiteral("%1: A limit could not be put back, see the messages above.")

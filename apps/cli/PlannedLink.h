@@ -42,9 +42,18 @@ struct PlannedLink {
     std::vector<VerifiedRound> rounds;
 };
 
+/// The chosen interfaces by the link that they share.
+std::vector<ChosenInterfaces> linksOf(const ChosenInterfaces& chosen);
+
 /// The links of the chosen interfaces, each with a plan of its cameras where it can be planned.
 std::vector<PlannedLink> plannedLinks(Cameras& cameras, const ChosenInterfaces& chosen,
                                       const Arguments& arguments);
+
+/// Finds what the cameras of a plan need; streams for \p seconds from those that do not report it,
+/// where it is above 0. Leaves the limits at the highest. Throws a Failure when the program is to
+/// end.
+void findNeeds(LinkPlan& plan, Cameras& cameras, std::chrono::duration<double> seconds,
+               Interruption& interruption);
 
 /// Finds what the cameras of a link need, and what Auto Set would give them; streams for \p seconds
 /// from those that do not report their need, where it is above 0. Puts the limits back. Throws a

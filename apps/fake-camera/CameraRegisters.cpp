@@ -12,6 +12,8 @@ namespace fakecamera {
 namespace {
 
 constexpr std::uint32_t nanosecondTicks = 1'000'000'000;
+/// Of the protocol, with 64-bit frame numbers.
+constexpr std::uint32_t version2 = 0x20000;
 
 } // namespace
 
@@ -78,7 +80,19 @@ std::size_t CameraRegisters::payload() const {
 }
 
 double CameraRegisters::bytesPerSecond() const {
-    return std::max(1u, read(LimitMode) == 1 ? read(Limit) : read(LinkSpeed));
+    const double limit = std::max(1u, read(LimitMode) == 1 ? read(Limit) : read(LinkSpeed));
+    return read(PacketDelay) == 0 ? limit : std::min(limit, delayedBytesPerSecond());
+}
+
+/// A packet takes its own time on the link and the delay.
+double CameraRegisters::delayedBytesPerSecond() const {
+    using namespace protocol;
+    const std::uint32_t packet = read(StreamPacketSize) & packetSizeBits;
+    const std::size_t headers =
+        ipAndUdpSize + (read(Version) >= version2 ? extendedStreamHeaderSize : streamHeaderSize);
+    const double seconds = static_cast<double>(packet) / std::max(1u, read(LinkSpeed)) +
+                           static_cast<double>(read(PacketDelay)) / read(TicksPerSecond);
+    return static_cast<double>(packet - headers) / seconds;
 }
 
 double CameraRegisters::frameRate() const {

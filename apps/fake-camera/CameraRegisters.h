@@ -53,6 +53,7 @@ enum Register : std::uint32_t {
     ControllerAddress = 0x0a14,
     StreamPort = 0x0d00,
     StreamPacketSize = 0x0d04,
+    PacketDelay = 0x0d08,
     StreamAddress = 0x0d18,
     LinkSpeed = 0x1000,
     LimitMinimum = 0x1004,
@@ -65,6 +66,7 @@ enum Register : std::uint32_t {
     SensorMicroseconds = 0x1028,
     ExposureMode = 0x1030,
     ParamsLocked = 0x1038,
+    HasLimit = 0x103c,
     UserSetSelector = 0x1060,
     UserSetCommand = 0x1064,
     UserSetDefault = 0x1068,
@@ -119,15 +121,18 @@ public:
 
     /// Bytes per frame.
     std::size_t payload() const;
-    /// Bytes per second that the camera may send.
+    /// Image bytes per second that the camera may send: the limit, or what the packet delay allows
+    /// if that is less.
     double bytesPerSecond() const;
     /// Frames per second of a free-running camera: the rate that is set, at most what sensor,
-    /// exposure and link allow. Equals the feature AcquisitionFrameRate.
+    /// exposure, link and packet delay allow. Equals the feature AcquisitionFrameRate, which does
+    /// not know the packet delay.
     double frameRate() const;
     /// True when frames wait for a trigger.
     bool isTriggered() const;
 
 private:
+    double delayedBytesPerSecond() const;
     double readDouble(std::uint32_t address) const;
 
     mutable std::mutex m_mutex;

@@ -77,6 +77,8 @@ const std::vector<Option>& allOptions() {
 
         number("Bandwidth and limit", "--link-speed", "125000000", 1, any32, " bytes/s",
                "speed of the camera's link"),
+        number(nullptr, "--throughput-limit", "1", 0, 1, "",
+               "0: no limit, only a packet delay (GevSCPD)"),
         number(nullptr, "--limit", "125000000", 1, any32, " bytes/s",
                "throughput limit (DeviceLinkThroughputLimit)"),
         number(nullptr, "--limit-minimum", "1000000", 1, any32, " bytes/s",
@@ -226,9 +228,9 @@ std::string Options::help() {
         "\n"
         "A GigE Vision camera without hardware. It answers discovery, control and GenICam\n"
         "on one of this computer's IPv4 addresses, and streams real packets, paced by its\n"
-        "throughput limit. It resends packets, ends the control of a silent host, and\n"
-        "drops packets on request. Several cameras run on several addresses (127.0.0.2,\n"
-        "...).\n"
+        "throughput limit and its packet delay. It resends packets, ends the control of a\n"
+        "silent host, and drops packets on request. Several cameras run on several\n"
+        "addresses (127.0.0.2, ...).\n"
         "It prints a line that begins with \"ready\", and runs until SIGINT (Ctrl+C) or\n"
         "SIGTERM.\n";
     for (const Option& option : allOptions())

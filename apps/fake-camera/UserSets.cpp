@@ -17,7 +17,7 @@ constexpr std::pair<std::uint32_t, std::uint32_t> settingRegisters[] = {
     {TriggerMode, TriggerSource},
     {TriggerMode + 0x20, TriggerSource + 0x20},
     {HeartbeatMilliseconds, HeartbeatMilliseconds},
-    {StreamPacketSize, StreamPacketSize},
+    {StreamPacketSize, PacketDelay},
     {Limit, FrameRate + 4},
     {ExposureMode, ExposureMode + 4},
     {TestFirst, SlowCommand - 4},

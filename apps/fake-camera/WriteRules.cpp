@@ -37,6 +37,7 @@ constexpr Rule rules[] = {
     {ControlPrivilege, ControlPrivilege},
     {StreamPort, StreamPort},
     {StreamPacketSize, StreamPacketSize, {576, 9000}, protocol::packetSizeBits},
+    {PacketDelay, PacketDelay, {0, 100'000'000}, allBits, true},
     {StreamAddress, StreamAddress},
     {Limit, FrameRate + 4},
     {ExposureMode, ParamsLocked},

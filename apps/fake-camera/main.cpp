@@ -90,7 +90,8 @@ void fill(CameraRegisters& registers, const Options& options) {
     set(LimitMaximum, "--limit-maximum");
     set(LimitIncrement, "--limit-increment");
     set(Limit, "--limit");
-    registers.write(LimitMode, 1);
+    set(HasLimit, "--throughput-limit");
+    set(LimitMode, "--throughput-limit");
     set(StreamPacketSize, "--packet-size");
     set(HeartbeatMilliseconds, "--heartbeat");
     set(AnswerDelayMilliseconds, "--answer-delay");

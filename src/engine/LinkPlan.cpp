@@ -177,18 +177,22 @@ BandwidthPlan LinkPlan::divide(double usableBytes) {
 }
 
 bool LinkPlan::apply() {
+    m_isApplied = tryOut();
+    return m_isApplied;
+}
+
+bool LinkPlan::tryOut() {
+    m_isApplied = false;
     for (std::size_t i = 0; i < m_cameras.size(); ++i) {
         if (m_cameras[i].role != PlanRole::Planned)
             continue;
         // putBack() may have switched it off again.
         m_saved[i]->switchOn();
         if (!m_saved[i]->write(*m_cameras[i].limitPlanned)) {
-            m_isApplied = false;
             putBack();
             return false;
         }
     }
-    m_isApplied = true;
     return true;
 }
 

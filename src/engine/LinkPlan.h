@@ -98,6 +98,8 @@ public:
     /// Writes the planned limits, which then stay. Returns false when a camera does not take its
     /// limit; all limits are then put back.
     bool apply();
+    /// The same, but the limits are put back by putBack() and the destructor.
+    bool tryOut();
     /// Puts back the limits that were not applied. Returns whether every camera has its own again.
     bool putBack();
 

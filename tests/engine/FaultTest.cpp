@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/CameraHandler.h"
+#include "engine/LinkCalibration.h"
 #include "engine/LinkPlan.h"
 #include "engine/MakeSystemController.h"
 #include "engine/SystemController.h"
@@ -7,6 +8,9 @@
 #include "tests/support/CapturedLog.h"
 #include "tests/support/FaultyCameras.h"
 #include "tests/support/SdkFixture.h"
+
+#include <cmath>
+#include <stdexcept>
 
 namespace {
 
@@ -227,6 +231,71 @@ TEST_F(PlanFaults, aCancelledPlanLeavesTheFormerLimits) {
         int asked = 0;
         LinkPlan(m_all, 0.05).findNeeds([&] { return ++asked > searched; });
         EXPECT_EQ(state(), m_former) << searched;
+    }
+}
+
+/// A link that carries 5 MB/s of what the cameras may send, 12.3 MB/s.
+TEST_F(PlanFaults, anyFailingCallOfACalibrationLeavesTheFormerLimits) {
+    int measured = 0;
+    const auto calibrate = [&](std::uint64_t failingCall) {
+        enumerate();
+        return m_cameras.callsOf(
+            [&] {
+                LinkPlan plan(m_all, 0);
+                plan.findNeeds([] { return false; });
+                if (!LinkCalibration::obstacle(plan).empty())
+                    return;
+                LinkCalibration calibration(plan);
+                const auto outcome =
+                    calibration.run([&]() -> std::optional<LinkCalibration::Measurement> {
+                        // What the cameras may send now, and not what the calibration says.
+                        double sum = 0;
+                        for (const auto& camera : m_all)
+                            sum += static_cast<double>(camera->getBandwidth());
+                        return LinkCalibration::Measurement{sum > 5e6, std::min(5e6 / sum, 1.0)};
+                    });
+                EXPECT_TRUE(failingCall > 0 ||
+                            std::abs(calibration.lossless().value() - 5e6) < 1e5);
+                measured += outcome == LinkCalibration::Outcome::Measured ? 1 : 0;
+            },
+            failingCall);
+    };
+    calibrate(0);
+    EXPECT_EQ(measured, 1);
+    const std::uint64_t calls = FaultyCameras::failEachCall([&](auto call) {
+        const std::uint64_t made = calibrate(call);
+        EXPECT_EQ(state(), m_former) << "failing call " << call;
+        return made;
+    });
+    EXPECT_GT(calls, 200U);
+    EXPECT_EQ(m_log.text().find("Cannot put the bandwidth limit back"), std::string::npos);
+}
+
+TEST_F(PlanFaults, aCalibrationThatEndsEarlyOrThrowsLeavesTheFormerLimits) {
+    for (int steps = 0; steps < 4; ++steps) {
+        for (const bool isThrown : {false, true}) {
+            LinkPlan plan(m_all, 0);
+            plan.findNeeds([] { return false; });
+            int made = 0;
+            const auto measure = [&]() -> std::optional<LinkCalibration::Measurement> {
+                EXPECT_NE(state(), m_former);
+                if (made++ < steps)
+                    return LinkCalibration::Measurement{true, 0.9};
+                if (isThrown)
+                    throw std::runtime_error("unplugged");
+                return std::nullopt;
+            };
+            LinkCalibration calibration(plan);
+            try {
+                EXPECT_EQ(calibration.run(measure), LinkCalibration::Outcome::Cancelled);
+                EXPECT_FALSE(isThrown);
+                EXPECT_EQ(state(), m_former);
+            } catch (const std::runtime_error&) {
+                EXPECT_TRUE(isThrown);
+                plan.putBack();
+                EXPECT_EQ(state(), m_former);
+            }
+        }
     }
 }
 

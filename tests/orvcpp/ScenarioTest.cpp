@@ -50,6 +50,8 @@ TEST(MalformedScenario, namesFilePlaceAndExpectationAndStartsNothing) {
          "cameras[0].otherTraffic: expected 0 for a camera that no other application uses"},
         {R"({"host": {"usbControllers": [{"device": 20, "speedMbps": 6000}]}})",
          "host.usbControllers[0].speedMbps: expected a speed of USB: 1.5, 12, 480, 5000, 10000 or"},
+        {R"({"host": {"usbControllers": [{"device": 20, "carriesMbps": 5001}]}})",
+         "host.usbControllers[0].carriesMbps: expected at most the link's speed"},
         {scenario(gige("A", R"(, "sensor": {"pixelFormats": ["Mono8", "Mono7"]})")),
          "cameras[0].sensor.pixelFormats"},
         {scenario(gige("A", R"(, "faults": {"features": [{"name": "Widht"}]})")),

@@ -78,6 +78,7 @@ _spanlet_options() {
             echo "--interface --all --interface-margin --camera-margin --lock --max-bandwidth"
             echo "--weight --rate --measure --apply --verify"
             ;;
+        calibrate) echo "--interface --all --seconds --adjust-packet-size --save --forget" ;;
         features) echo "--filter" ;;
         set-ip) echo "--gateway --persistent --dry-run" ;;
         save) echo "--to-camera" ;;
@@ -116,8 +117,8 @@ _spanlet_configurations() {
 
 _spanlet() {
     local common="--config --cameras --json --verbose --help --version"
-    local commands="list benchmark watch observe autoset plan features get set set-ip run save restore"
-    commands+=" doctor help"
+    local commands="list benchmark watch observe autoset plan calibrate features get set set-ip run"
+    commands+=" save restore doctor help"
     local scenarios="default oversubscribed sixty-four empty faulty genicam"
     local valued=" --config --cameras --interface --camera --lock --seconds --interval --benchmark"
     valued+=" --timeout --interface-margin --camera-margin --max-bandwidth --gateway --weight"

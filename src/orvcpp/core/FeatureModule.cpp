@@ -46,6 +46,11 @@ OrvErrorType FeatureModule::getFeatures(std::shared_ptr<OrvCPP::Feature>* featur
     return error;
 }
 
+void FeatureModule::appendFeatures(std::vector<std::shared_ptr<OrvCPP::Feature>>& features) {
+    for (const auto& node : m_features.nodes())
+        features.push_back(featureOf(*node));
+}
+
 OrvErrorType FeatureModule::getFeatures(const std::vector<std::string>& names,
                                         std::shared_ptr<OrvCPP::Feature>* features,
                                         std::uint32_t& count) {

@@ -7,6 +7,7 @@
 
 #include "OrvCPP/Feature.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -21,11 +22,17 @@ public:
     FeatureModule(std::shared_ptr<ProviderCalls> calls, std::shared_ptr<Device> device,
                   FeatureSet features);
 
+    /// \p written is called after every change by a write, without a lock. Set it before the module
+    /// is used.
+    void whenWritten(std::function<void()> written) { m_written = std::move(written); }
+
     /// Begins a call that concerns no feature.
     OrvErrorType enter() { return m_calls->enter(); }
 
     OrvErrorType getFeatureByName(const char* name, std::shared_ptr<OrvCPP::Feature>& feature);
     OrvErrorType getFeatures(std::shared_ptr<OrvCPP::Feature>* features, std::uint32_t& count);
+    /// Appends all of them; they are there also while calls fail.
+    void appendFeatures(std::vector<std::shared_ptr<OrvCPP::Feature>>& features);
     /// The features with these names, without those that the module does not have.
     OrvErrorType getFeatures(const std::vector<std::string>& names,
                              std::shared_ptr<OrvCPP::Feature>* features, std::uint32_t& count);
@@ -42,6 +49,8 @@ public:
         });
         if (error == OrvErrorSuccess)
             tellObservers(&node);
+        if (error == OrvErrorSuccess && m_written)
+            m_written();
         return error;
     }
 
@@ -86,6 +95,7 @@ private:
     const std::shared_ptr<ProviderCalls> m_calls;
     const std::shared_ptr<Device> m_device;
     FeatureSet m_features;
+    std::function<void()> m_written;
     std::vector<FeatureNode*> m_commands;
     /// Guarded by the device's mutex, as the features are.
     std::map<const FeatureNode*, Observers> m_observers;

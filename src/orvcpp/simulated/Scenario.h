@@ -22,6 +22,8 @@ struct AdapterData {
     std::uint64_t mac = 0;
     std::int64_t mtu = 0;
     std::uint64_t bitsPerSecond = 0;
+    /// What the link really carries.
+    std::uint64_t carriedBitsPerSecond = 0;
 };
 
 /// An external USB hub.
@@ -40,6 +42,8 @@ struct ControllerData {
     std::uint32_t device = 0;
     std::uint32_t function = 0;
     std::uint64_t bitsPerSecond = 0;
+    /// What the controller really carries.
+    std::uint64_t carriedBitsPerSecond = 0;
     std::vector<HubData> hubs;
 
     /// PCI location, for example "0-20-0".
@@ -56,6 +60,8 @@ struct InterfaceData {
     std::optional<std::size_t> adapter;
     std::optional<std::size_t> controller;
     std::uint64_t bitsPerSecond = 0;
+    /// What the link really carries.
+    std::uint64_t carriedBitsPerSecond = 0;
 };
 
 enum class BandwidthFeature { DeviceLinkThroughputLimit, StreamBytesPerSecond, None };

@@ -15,6 +15,15 @@ namespace {
 
 const QLatin1String embeddedFolder(":/orvcpp/scenarios");
 
+/// What a link of a nominal speed really carries: that speed unless the scenario says otherwise.
+std::uint64_t readCarried(ObjectReader& reader, std::uint64_t nominal) {
+    const std::uint64_t carried =
+        readSpeed(reader, "carriesMbps", static_cast<double>(nominal) / 1e6);
+    if (carried > nominal)
+        reader.fail("carriesMbps", QStringLiteral("at most the link's speed"));
+    return carried;
+}
+
 AdapterData readAdapter(ObjectReader reader, std::size_t number) {
     AdapterData adapter;
     adapter.name = reader.text("name");
@@ -24,6 +33,7 @@ AdapterData readAdapter(ObjectReader reader, std::size_t number) {
     adapter.mac = readMac(reader, "mac", 0x4C5244000000U + number);
     adapter.mtu = reader.integer("mtu", 576, 65536, 9000);
     adapter.bitsPerSecond = readSpeed(reader, "speedMbps", 1000);
+    adapter.carriedBitsPerSecond = readCarried(reader, adapter.bitsPerSecond);
     reader.finish();
     return adapter;
 }
@@ -55,6 +65,7 @@ ControllerData readController(ObjectReader reader) {
     controller.device = static_cast<std::uint32_t>(reader.integer("device", 0, 31));
     controller.function = static_cast<std::uint32_t>(reader.integer("function", 0, 7, 0));
     controller.bitsPerSecond = readUsbSpeed(reader, "speedMbps", 5000);
+    controller.carriedBitsPerSecond = readCarried(reader, controller.bitsPerSecond);
     for (ObjectReader& hub : reader.objects("hubs"))
         controller.hubs.push_back(readHub(hub, controller));
     reader.finish();
@@ -94,6 +105,7 @@ void readInterfaceLink(ObjectReader& reader, const Scenario& scenario, Interface
         const AdapterData& adapter = scenario.adapters[*interface.adapter];
         interface.name = reader.text("name", gigeInterfaceName(adapter.name));
         interface.bitsPerSecond = adapter.bitsPerSecond;
+        interface.carriedBitsPerSecond = adapter.carriedBitsPerSecond;
     } else if (isUsb || reader.has("usbController")) {
         interface.controller =
             reader.choice("usbController", namesOf(scenario.controllers,
@@ -101,9 +113,11 @@ void readInterfaceLink(ObjectReader& reader, const Scenario& scenario, Interface
         const ControllerData& controller = scenario.controllers[*interface.controller];
         interface.name = reader.text("name", usbInterfaceName(controller.location()));
         interface.bitsPerSecond = controller.bitsPerSecond;
+        interface.carriedBitsPerSecond = controller.carriedBitsPerSecond;
     } else {
         interface.name = reader.text("name");
         interface.bitsPerSecond = readSpeed(reader, "speedMbps", 1000);
+        interface.carriedBitsPerSecond = readCarried(reader, interface.bitsPerSecond);
     }
 }
 

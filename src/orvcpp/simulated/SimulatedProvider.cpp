@@ -97,7 +97,7 @@ std::shared_ptr<Link> SimulatedProvider::linkOf(const InterfaceData& data) {
         key = "controller " + std::to_string(*data.controller);
     std::shared_ptr<Link>& link = m_links[key];
     if (!link)
-        link = std::make_shared<Link>(data.bitsPerSecond / 8);
+        link = std::make_shared<Link>(data.carriedBitsPerSecond / 8);
     return link;
 }
 

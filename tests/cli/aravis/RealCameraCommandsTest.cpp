@@ -155,6 +155,20 @@ TEST_F(CommandsOnRealCameras, areObservedWhileAnotherProgramReceives) {
     EXPECT_EQ(SpanletProcess().run("observe --interface nothing"), 2);
 }
 
+TEST_F(CommandsOnRealCameras, putsLimitsBackWhenACalibrationIsInterrupted) {
+    const std::string limit = "DeviceLinkThroughputLimit";
+    textOf("set Left " + limit + " 7000000" + real);
+    SpanletProcess running;
+    running.start(words("calibrate --interface lo --seconds 60 --verbose" + real));
+    running.await("Frames come through");
+    interrupt(running);
+    EXPECT_EQ(running.finish(), 1);
+    EXPECT_THAT(running.err(), HasSubstr("spanlet: Interrupted: the limits were put back."));
+    EXPECT_EQ(textOf("get Left " + limit + real), "7000000\n");
+    EXPECT_EQ(textOf("get Right " + limit + real), "125000000\n");
+    EXPECT_GT(framesSent(), 0);
+}
+
 TEST_F(CommandsOnRealCameras, countsPacketsAndKeepsTheCountsOfACameraThatIsUnplugged) {
     fakecamera::FakeCameraProcess third{
         "127.0.0.4", {"--serial", "T3", "--limit", "20000000", "--drop-every", "50"}};

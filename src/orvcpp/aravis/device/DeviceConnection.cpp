@@ -145,6 +145,7 @@ void setPolicies(ArvDevice* device) {
 /// What opening a camera finds.
 struct Opening {
     std::shared_ptr<const FeatureCatalogue> features;
+    std::shared_ptr<DelayLimit> delayLimit;
     std::uint32_t controllerPort = 0;
 
     /// Reads what is needed of a device that the library has just made.
@@ -156,6 +157,7 @@ struct Opening {
             return refused;
         setPolicies(device);
         features = std::make_shared<FeatureCatalogue>(arv_device_get_genicam(device));
+        delayLimit = DelayLimit::make(*features, record);
         controllerPort = readControllerPort(device);
         return OrvErrorSuccess;
     }
@@ -200,6 +202,7 @@ OrvErrorType DeviceConnection::open() {
     if (error != OrvErrorSuccess)
         return error;
     m_features = opening->features;
+    m_delayLimit = opening->delayLimit;
     m_controllerPort = opening->controllerPort;
     m_isOpen = true;
     return OrvErrorSuccess;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "orvcpp/aravis/GObjects.h"
+#include "orvcpp/aravis/device/DelayLimit.h"
 #include "orvcpp/aravis/device/DeviceThread.h"
 #include "orvcpp/aravis/device/FeatureDescription.h"
 #include "orvcpp/aravis/discovery/CameraRecord.h"
@@ -72,6 +73,9 @@ public:
     const CameraRecord& record() const { return m_record; }
     /// Empty before the camera is open.
     const FeatureCatalogue* features() const { return m_features.get(); }
+    /// Null before the camera is open, and for one that needs no limit of this kind. To be used on
+    /// the device's thread.
+    const std::shared_ptr<DelayLimit>& delayLimit() const { return m_delayLimit; }
 
 private:
     using Device = std::shared_ptr<GObjectPtr<ArvDevice>>;
@@ -96,6 +100,7 @@ private:
     /// What it points at is used on the device's thread only.
     const Device m_device = std::make_shared<GObjectPtr<ArvDevice>>();
     std::shared_ptr<const FeatureCatalogue> m_features;
+    std::shared_ptr<DelayLimit> m_delayLimit;
     /// UDP port by which the camera identifies this program as its controller; another program may
     /// control it after it was switched off and on. 0 when the camera does not tell. Set before
     /// m_isOpen.

@@ -13,6 +13,14 @@ FeatureAccess::FeatureAccess(std::shared_ptr<ProviderCalls> calls,
                              std::shared_ptr<DeviceConnection> device)
     : m_calls(std::move(calls)), m_device(std::move(device)) {}
 
+void FeatureAccess::add(std::shared_ptr<FeatureModule> made) {
+    m_made = std::move(made);
+    m_made->whenWritten([kept = weak_from_this()] {
+        if (const auto access = kept.lock())
+            access->tellOwnObservers();
+    });
+}
+
 OrvErrorType FeatureAccess::enter(bool writing) const {
     const OrvErrorType error = m_calls->enter();
     return error != OrvErrorSuccess ? error : m_device->admits(writing);
@@ -30,7 +38,7 @@ OrvErrorType FeatureAccess::getFeatureByName(const char* name,
         return OrvErrorBadParameter;
     const Description found = m_device->features()->find(name);
     if (!found)
-        return OrvErrorNotFound;
+        return m_made ? m_made->getFeatureByName(name, feature) : OrvErrorNotFound;
     feature = featureOf(found);
     return OrvErrorSuccess;
 }
@@ -46,6 +54,8 @@ OrvErrorType FeatureAccess::getFeatures(std::shared_ptr<OrvCPP::Feature>* featur
         std::transform(m_device->features()->features().begin(),
                        m_device->features()->features().end(), found.begin(),
                        [this](const Description& feature) { return featureOf(feature); });
+    if (m_made)
+        m_made->appendFeatures(found);
     return writeArray(found, features, count);
 }
 
@@ -82,7 +92,22 @@ FeatureAccess::unregisterObserver(const std::string& feature,
     return removeObserver(m_observers, Observer(feature, observer));
 }
 
+void FeatureAccess::noteWrite(const std::string& written) {
+    if (written == "GevSCPSPacketSize" && m_device->delayLimit())
+        m_device->call([limit = m_device->delayLimit()](ArvDevice*) -> OrvErrorType {
+            limit->followPacketSize();
+            return OrvErrorSuccess;
+        });
+    tellObservers();
+}
+
 void FeatureAccess::tellObservers() {
+    tellOwnObservers();
+    if (m_made)
+        m_made->tellObservers(nullptr);
+}
+
+void FeatureAccess::tellOwnObservers() {
     std::vector<Observer> told;
     {
         const std::lock_guard lock(m_mutex);

@@ -3,6 +3,7 @@
 
 #include "orvcpp/aravis/device/DeviceConnection.h"
 #include "orvcpp/aravis/device/FeatureDescription.h"
+#include "orvcpp/core/FeatureModule.h"
 #include "orvcpp/core/ProviderCalls.h"
 
 #include "OrvCPP/Feature.h"
@@ -20,6 +21,10 @@ class FeatureAccess : public std::enable_shared_from_this<FeatureAccess> {
 public:
     FeatureAccess(std::shared_ptr<ProviderCalls> calls, std::shared_ptr<DeviceConnection> device);
 
+    /// Adds features that are made by this host, behind those of the camera. Once, before any
+    /// other call.
+    void add(std::shared_ptr<FeatureModule> made);
+
     OrvErrorType getFeatureByName(const char* name, std::shared_ptr<OrvCPP::Feature>& feature);
     OrvErrorType getFeatures(std::shared_ptr<OrvCPP::Feature>* features, std::uint32_t& count);
     OrvErrorType getFeatures(const std::vector<std::string>& names,
@@ -33,7 +38,10 @@ public:
                                   const std::shared_ptr<OrvCPP::IFeatureObserver>& observer);
     OrvErrorType unregisterObserver(const std::string& feature,
                                     const std::shared_ptr<OrvCPP::IFeatureObserver>& observer);
-    /// Calls every observer: writing one feature may change any other.
+    /// After a write to the feature \p written. Calls every observer: writing one feature may
+    /// change any other.
+    void noteWrite(const std::string& written);
+    /// Calls every observer.
     void tellObservers();
     void forgetObservers();
 
@@ -42,9 +50,12 @@ private:
     using Observer = std::pair<std::string, std::shared_ptr<OrvCPP::IFeatureObserver>>;
 
     std::shared_ptr<OrvCPP::Feature> featureOf(const Description& description);
+    void tellOwnObservers();
 
     const std::shared_ptr<ProviderCalls> m_calls;
     const std::shared_ptr<DeviceConnection> m_device;
+    /// Null for a camera without such features.
+    std::shared_ptr<FeatureModule> m_made;
     std::mutex m_mutex;
     /// Guarded by the mutex.
     std::vector<Observer> m_observers;

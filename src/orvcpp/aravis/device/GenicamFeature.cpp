@@ -38,7 +38,7 @@ template <typename Change> OrvErrorType GenicamFeature::change(Change apply) {
     const OrvErrorType error = m_access->device().call(
         [description = m_description, apply](ArvDevice*) { return apply(*description); });
     if (error == OrvErrorSuccess)
-        m_access->tellObservers();
+        m_access->noteWrite(m_description->name);
     return error;
 }
 

@@ -3,6 +3,7 @@
 
 #include "orvcpp/aravis/GenicamModuleFeatures.h"
 #include "orvcpp/aravis/LibraryError.h"
+#include "orvcpp/aravis/device/DelayLimitFeatures.h"
 #include "orvcpp/aravis/device/NodeAccess.h"
 #include "orvcpp/core/MemoryLocalDevice.h"
 #include "orvcpp/core/MemoryStream.h"
@@ -44,24 +45,33 @@ OrvErrorType readPacketSize(const DeviceConnection& device, std::int64_t& size) 
     return error;
 }
 
+/// Keeps a limit that is made of the packet delay. On the device's thread.
+OrvErrorType followed(const std::shared_ptr<DelayLimit>& limit, OrvErrorType result) {
+    if (limit && result == OrvErrorSuccess)
+        limit->followPacketSize();
+    return result;
+}
+
 OrvErrorType writePacketSize(const DeviceConnection& device, std::int64_t size) {
     const auto feature = device.features()->find(packetSizeFeature);
     if (!feature)
         return OrvErrorNotFound;
-    return device.call([size, feature](ArvDevice*) { return node::set(*feature, size); });
+    return device.call([size, feature, limit = device.delayLimit()](ArvDevice*) {
+        return followed(limit, node::set(*feature, size));
+    });
 }
 
 OrvErrorType adjustPacketSize(const DeviceConnection& device) {
     const auto feature = device.features()->find(packetSizeFeature);
     if (!feature)
         return OrvErrorNotFound;
-    return device.call([feature](ArvDevice* of) {
+    return device.call([feature, limit = device.delayLimit()](ArvDevice* of) {
         // The library would ignore the lock.
         if (const OrvErrorType error = node::admitsWriting(*feature); error != OrvErrorSuccess)
             return error;
         LibraryError failure;
         arv_gv_device_auto_packet_size(ARV_GV_DEVICE(of), failure.out());
-        return failure.code();
+        return followed(limit, failure.code());
     });
 }
 
@@ -133,6 +143,8 @@ std::shared_ptr<OpenedCamera> makeOpenedCamera(const std::shared_ptr<ProviderCal
             calls, std::make_shared<OpenedDevice>(device), std::move(features)));
         return made->modules.back();
     };
+    if (device->delayLimit())
+        made->features->add(addModule(makeDelayLimitFeatures(device)));
     made->localDevice =
         std::make_shared<MemoryLocalDevice>(addModule(makeLocalDeviceFeatures(record, id)));
     made->stream = std::make_shared<MemoryStream>(

@@ -68,6 +68,9 @@ OrvErrorType Acquisition::startOn(ArvDevice* device, int bufferCount) {
     const std::shared_ptr<CameraStream> opened = makeStream(payload);
     if (const OrvErrorType error = opened->open(device); error != OrvErrorSuccess)
         return error;
+    // Opening may have adjusted the packet size.
+    if (m_device->delayLimit())
+        m_device->delayLimit()->followPacketSize();
     {
         const std::lock_guard lock(m_mutex);
         if (!m_isOver)

@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/Calibration.h"
+
+#include "cli/Benchmark.h"
+#include "cli/Failure.h"
+#include "cli/PlannedLink.h"
+#include "engine/CameraHandler.h"
+#include "features/FeatureController.h"
+#include "features/OptionalFeatures.h"
+
+#include <algorithm>
+
+namespace cli {
+
+namespace {
+
+/// For cameras that do not report what they send.
+constexpr std::chrono::duration<double> needSeconds{1};
+/// More packets than this share sent again count as a loss: the link is too slow, although no frame
+/// is lost yet. A cable may lose fewer.
+constexpr double tolerableResends = 0.002;
+/// Fewer frames than this may be missing because the time was too short for them.
+constexpr double expectedFrames = 3;
+/// Bytes of the headers in a packet's size: IP, UDP and the larger one of GVSP.
+constexpr double headerBytes = 48;
+
+/// The image bytes of a packet of a camera's stream; 0 for one without packets.
+double packetPayload(const CameraHandler& camera) {
+    const auto size =
+        readIfPresent(*camera.getFeatureController(), firstStreamModule, "GVSPPacketSize");
+    const double bytes = size ? static_cast<double>(integerOf(*size).value_or(0)) : 0;
+    return std::max(bytes - headerBytes, 0.0);
+}
+
+/// Figures of one camera of a benchmark, in bytes of the images' data.
+struct Delivery {
+    double sent = 0;
+    double arrived = 0;
+    double packets = 0;
+    double resent = 0;
+    double lostFrames = 0;
+    double perFrame = 0;
+};
+
+Delivery deliveryOf(const QJsonObject& figures, const PlannedCamera& camera, double seconds) {
+    const auto number = [&](const char* key) {
+        return figures[QLatin1String(key)].toDouble();
+    };
+    Delivery delivery;
+    const double received = number("receivedFrames");
+    delivery.lostFrames = number("lostFrames") + number("incompleteFrames");
+    if (received <= 0) {
+        // No frame arrived. Its packets are lost, unless the time was too short.
+        const double frames = camera.framesAt(camera.limitPlanned) * seconds;
+        delivery.lostFrames += frames >= expectedFrames ? frames : 0;
+        delivery.sent = delivery.lostFrames > 0 ? camera.bytesAt(camera.limitPlanned) * seconds : 0;
+        return delivery;
+    }
+    const double perPacket = packetPayload(*camera.handler);
+    const double payload = number("payloadBytes");
+    delivery.perFrame = payload / received;
+    delivery.sent = delivery.perFrame * number("sentFrames");
+    delivery.arrived = std::max(payload - number("packetsMissing") * perPacket, 0.0);
+    delivery.packets = perPacket > 0 ? payload / perPacket : 0;
+    delivery.resent = number("packetsResent");
+    // Cameras send these within their limit.
+    delivery.sent += delivery.resent * perPacket;
+    return delivery;
+}
+
+const PlannedCamera* cameraOf(const LinkPlan& plan, const QJsonObject& figures) {
+    const QString id = figures[QStringLiteral("id")].toString();
+    const auto& cameras = plan.cameras();
+    const auto found = std::find_if(cameras.begin(), cameras.end(), [&](const auto& camera) {
+        return cameraId(*camera.handler) == id;
+    });
+    return found == cameras.end() ? nullptr : &*found;
+}
+
+void checkConnection(const QJsonObject& figures) {
+    if (figures.contains(QStringLiteral("disconnectedAfterSeconds")))
+        throw Failure(QStringLiteral("%1: It was disconnected. The limits were put back.")
+                          .arg(figures[QStringLiteral("id")].toString()));
+}
+
+/// Runs the steps of a calibration as benchmarks.
+class Measurements {
+public:
+    Measurements(Cameras& cameras, const ChosenInterfaces& link, const LinkPlan& plan,
+                 double seconds, Interruption& interruption)
+        : m_cameras(cameras), m_link(link), m_plan(plan), m_interruption(interruption) {
+        m_benchmark.seconds = seconds;
+    }
+
+    std::optional<LinkCalibration::Measurement> step() {
+        const QJsonObject result = runBenchmark(m_cameras, m_link, m_benchmark, m_interruption);
+        if (result[QStringLiteral("interrupted")].toBool())
+            return std::nullopt;
+        CalibrationStep step;
+        const auto measurement = judge(result, step);
+        m_steps.push_back(step);
+        m_findings.push_back(findingsOf(result));
+        return measurement;
+    }
+
+    /// The steps with the loads of the calibration.
+    std::vector<CalibrationStep> steps(const LinkCalibration& calibration) const {
+        std::vector<CalibrationStep> steps = m_steps;
+        for (std::size_t i = 0; i < steps.size() && i < calibration.steps().size(); ++i)
+            steps[i].sentBytes = calibration.steps()[i].load;
+        return steps;
+    }
+
+    QJsonArray findingsAt(const LinkCalibration& calibration) const {
+        QJsonArray findings;
+        for (std::size_t i = 0; i < calibration.steps().size(); ++i) {
+            const auto& [load, measurement] = calibration.steps()[i];
+            if (measurement.hasLoss && load == calibration.lossy())
+                findings = m_findings[i];
+        }
+        return findings;
+    }
+
+private:
+    LinkCalibration::Measurement judge(const QJsonObject& result, CalibrationStep& step) const {
+        Delivery all;
+        for (const QJsonValue& interface : interfacesOf(result)) {
+            const QJsonObject total = interface[QStringLiteral("total")].toObject();
+            step.carriedBytes += total[QStringLiteral("bytesPerSecond")].toDouble();
+            if (total.contains(QStringLiteral("packetsResent")))
+                step.packetsResent = step.packetsResent.value_or(0) +
+                                     total[QStringLiteral("packetsResent")].toDouble();
+            for (const QJsonValue& value : interface[QStringLiteral("cameras")].toArray())
+                add(all, value.toObject());
+        }
+        step.lostFrames = all.lostFrames;
+        step.cutBytes = 2 * all.perFrame / m_benchmark.seconds;
+        step.hasLoss =
+            all.lostFrames > 0 || (all.packets > 0 && all.resent > tolerableResends * all.packets);
+        return {step.hasLoss, all.sent > 0 ? all.arrived / all.sent : 1};
+    }
+
+    void add(Delivery& all, const QJsonObject& figures) const {
+        checkConnection(figures);
+        const PlannedCamera* const camera = cameraOf(m_plan, figures);
+        if (!camera || !figures[QStringLiteral("measured")].toBool())
+            return;
+        const Delivery one = deliveryOf(figures, *camera, m_benchmark.seconds);
+        all.sent += one.sent;
+        all.arrived += one.arrived;
+        all.packets += one.packets;
+        all.resent += one.resent;
+        all.lostFrames += one.lostFrames;
+        all.perFrame += one.perFrame;
+    }
+
+    static QJsonArray findingsOf(const QJsonObject& result) {
+        QJsonArray all;
+        for (const QJsonValue& interface : interfacesOf(result)) {
+            for (const QJsonValue& finding : interface[QStringLiteral("findings")].toArray())
+                all.append(finding);
+        }
+        return all;
+    }
+
+    Cameras& m_cameras;
+    const ChosenInterfaces& m_link;
+    const LinkPlan& m_plan;
+    Interruption& m_interruption;
+    BenchmarkPlan m_benchmark;
+    std::vector<CalibrationStep> m_steps;
+    std::vector<QJsonArray> m_findings;
+};
+
+/// What cameras of the link are known to send to other applications.
+double otherTraffic(const Cameras& cameras, const ChosenInterfaces& link) {
+    double sum = 0;
+    for (const HostInterface& interface : cameras.interfaces()) {
+        const HostInterface& first = *link.interfaces.front();
+        if (&interface == &first || first.sharing.contains(interface.name))
+            sum += interface.otherTraffic;
+    }
+    return sum;
+}
+
+/// The load of the highest step without a loss, or less where cameras send much less than their
+/// limits: the share that arrived. The best one of all such steps, since a busy host may delay a
+/// camera.
+double arrived(const std::vector<CalibrationStep>& steps, double lossless) {
+    constexpr double muchLess = 0.8;
+    double share = 0;
+    for (const CalibrationStep& step : steps) {
+        if (!step.hasLoss && step.sentBytes > 0)
+            share = std::max(share, (step.carriedBytes + step.cutBytes) / step.sentBytes);
+    }
+    return share < muchLess ? share * lossless : lossless;
+}
+
+QString errorOf(LinkCalibration::Outcome outcome) {
+    if (outcome == LinkCalibration::Outcome::AlwaysLossy)
+        return QStringLiteral("Frames are lost with the lowest limits, too: the cause is another "
+                              "one than the speed of the link.");
+    return {};
+}
+
+} // namespace
+
+QString linkKey(Cameras& cameras, const HostInterface& interface) {
+    const std::string link = cameras.controller().getInterfaceLink(interface.name.toStdString());
+    return link.empty() ? interface.name : QString::fromStdString(link);
+}
+
+CalibratedLink calibrate(Cameras& cameras, const ChosenInterfaces& link,
+                         const CalibrationSettings& settings, Interruption& interruption) {
+    CalibratedLink result;
+    result.interfaces = link;
+    const std::string name = link.interfaces.front()->name.toStdString();
+    result.bitsPerSecond = cameras.controller().getInterfaceSpeed(name);
+    for (const auto& camera : link.cameras())
+        camera->adjustPacketSize(settings.adjustsPacketSize && camera->isOpened());
+    // Without a margin, so that no camera has a limit above what it sends.
+    LinkPlan plan(link.cameras(), 0);
+    findNeeds(plan, cameras, needSeconds, interruption);
+    result.error = QString::fromStdString(LinkCalibration::obstacle(plan));
+    if (!result.error.isEmpty())
+        return result;
+    LinkCalibration calibration(plan);
+    Measurements measurements(cameras, link, plan, settings.seconds, interruption);
+    const auto outcome = calibration.run([&] { return measurements.step(); });
+    if (outcome == LinkCalibration::Outcome::Cancelled)
+        throw Failure(QStringLiteral("Interrupted: the limits were put back."));
+    if (outcome == LinkCalibration::Outcome::Refused)
+        throw Failure(QStringLiteral("%1: A limit could not be written or put back, see the "
+                                     "messages above.")
+                          .arg(link.names()));
+    const double others = otherTraffic(cameras, link);
+    result.error = errorOf(outcome);
+    result.steps = measurements.steps(calibration);
+    result.findings = measurements.findingsAt(calibration);
+    result.isPrecise = calibration.isPrecise();
+    if (calibration.lossless())
+        result.capacity = arrived(result.steps, *calibration.lossless()) + others;
+    if (calibration.lossy())
+        result.lossBegins = *calibration.lossy() + others;
+    return result;
+}
+
+} // namespace cli

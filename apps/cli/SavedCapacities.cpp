@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/SavedCapacities.h"
+
+#include "cli/Failure.h"
+
+#include <QSettings>
+#include <QStandardPaths>
+#include <QUrl>
+
+#include <cmath>
+
+namespace cli {
+
+namespace {
+
+const QLatin1String capacityKey("bytesPerSecond");
+const QLatin1String speedKey("linkBitsPerSecond");
+const QLatin1String dateKey("date");
+const QLatin1String interfacesKey("interfaces");
+/// A terabyte per second: more is a broken entry.
+constexpr double mostBytes = 1e12;
+
+void write(QSettings& settings) {
+    settings.sync();
+    if (settings.status() != QSettings::NoError)
+        throw Failure(QStringLiteral("%1 cannot be written.").arg(settings.fileName()));
+}
+
+SavedCapacity read(const QSettings& settings, const QString& key) {
+    const auto value = [&](const QString& name) {
+        return settings.value(key + QLatin1Char('/') + name);
+    };
+    return {value(capacityKey).toDouble(), value(speedKey).toULongLong(),
+            QDate::fromString(value(dateKey).toString(), Qt::ISODate),
+            value(interfacesKey).toStringList()};
+}
+
+bool isUsable(const SavedCapacity& capacity) {
+    return std::isfinite(capacity.bytesPerSecond) && capacity.bytesPerSecond >= 1 &&
+           capacity.bytesPerSecond <= mostBytes;
+}
+
+} // namespace
+
+SavedCapacities::SavedCapacities(bool areSimulated)
+    : m_group(areSimulated ? QStringLiteral("simulated/") : QStringLiteral("real/")) {}
+
+QString SavedCapacities::file() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/spanlet/capacities.conf");
+}
+
+/// A link's text may have characters that separate groups.
+QString SavedCapacities::keyOf(const QString& link) const {
+    return m_group + QString::fromLatin1(QUrl::toPercentEncoding(link));
+}
+
+std::optional<SavedCapacity> SavedCapacities::find(const QString& link) const {
+    const QSettings settings(file(), QSettings::IniFormat);
+    const SavedCapacity found = read(settings, keyOf(link));
+    return isUsable(found) ? std::optional(found) : std::nullopt;
+}
+
+void SavedCapacities::save(const QString& link, const SavedCapacity& capacity) {
+    QSettings settings(file(), QSettings::IniFormat);
+    settings.beginGroup(keyOf(link));
+    settings.setValue(capacityKey, capacity.bytesPerSecond);
+    settings.setValue(speedKey, static_cast<qulonglong>(capacity.bitsPerSecond));
+    settings.setValue(dateKey, capacity.date.toString(Qt::ISODate));
+    settings.setValue(interfacesKey, capacity.interfaces);
+    settings.endGroup();
+    write(settings);
+}
+
+QStringList SavedCapacities::forget(const QString& interface) {
+    QSettings settings(file(), QSettings::IniFormat);
+    settings.beginGroup(m_group.chopped(1));
+    QStringList forgotten;
+    for (const QString& key : settings.childGroups()) {
+        const QStringList names = read(settings, key).interfaces;
+        if (!interface.isEmpty() && !names.contains(interface))
+            continue;
+        forgotten += names;
+        settings.remove(key);
+    }
+    settings.endGroup();
+    write(settings);
+    return forgotten;
+}
+
+} // namespace cli
