@@ -13,7 +13,12 @@ find_package(Threads REQUIRED)
 add_library(spanlet_options INTERFACE)
 get_filename_component(SPANLET_ROOT ${CMAKE_CURRENT_LIST_DIR} DIRECTORY)
 target_include_directories(spanlet_options INTERFACE ${SPANLET_ROOT}/src ${SPANLET_ROOT}/apps)
-target_compile_options(spanlet_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(MSVC)
+    # The sources are UTF-8. Without the last, __cplusplus has the value of C++98.
+    target_compile_options(spanlet_options INTERFACE /W4 /permissive- /utf-8 /Zc:__cplusplus)
+else()
+    target_compile_options(spanlet_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+endif()
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     # Classes that are owned through a shared pointer made with the class itself.
     target_compile_options(spanlet_options INTERFACE -Wno-delete-non-abstract-non-virtual-dtor)

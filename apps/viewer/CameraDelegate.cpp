@@ -10,9 +10,17 @@ namespace viewer {
 
 namespace {
 
-constexpr int margin = 8;
-constexpr int lineGap = 3;
-constexpr int dotSize = 8;
+/// Measures of a row, which grow with its font.
+struct Measures {
+    explicit Measures(const QFontMetrics& font)
+        : margin(font.height() / 2), lineGap(font.height() / 5), dotSize(font.ascent() * 2 / 3),
+          leastWidth(font.averageCharWidth() * 30) {}
+
+    int margin;
+    int lineGap;
+    int dotSize;
+    int leastWidth;
+};
 
 QColor dotColor(CameraAccess access, const QPalette& palette) {
     switch (access) {
@@ -33,6 +41,12 @@ QFont nameFont(QFont font) {
     return font;
 }
 
+QPalette::ColorGroup colorGroup(QStyle::State state) {
+    if (!state.testFlag(QStyle::State_Enabled))
+        return QPalette::Disabled;
+    return state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+}
+
 QString secondLine(const QModelIndex& index) {
     return QStringLiteral("%1  \u00b7  %2")
         .arg(index.data(CameraModel::AccessTextRole).toString(),
@@ -43,35 +57,45 @@ QString secondLine(const QModelIndex& index) {
 
 void CameraDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                            const QModelIndex& index) const {
-    QStyleOptionViewItem box = option;
-    initStyleOption(&box, index);
-    box.text.clear();
-    const QStyle* style = box.widget != nullptr ? box.widget->style() : QApplication::style();
-    style->drawControl(QStyle::CE_ItemViewItem, &box, painter, box.widget);
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    const QPalette::ColorGroup group = colorGroup(option.state);
+    if (isSelected) {
+        // Styles may draw the selection in other colours than the palette's, as Windows' own does.
+        // This one goes with the palette's colour of texts.
+        painter->fillRect(option.rect, option.palette.brush(group, QPalette::Highlight));
+    } else {
+        QStyleOptionViewItem box = option;
+        initStyleOption(&box, index);
+        box.text.clear();
+        const QStyle* style = box.widget != nullptr ? box.widget->style() : QApplication::style();
+        style->drawControl(QStyle::CE_ItemViewItem, &box, painter, box.widget);
+    }
 
-    const bool isSelected = (option.state & QStyle::State_Selected) != 0;
-    const auto textRole = isSelected ? QPalette::HighlightedText : QPalette::Text;
+    const QColor textColor =
+        option.palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Text);
+    const Measures measures(option.fontMetrics);
+    const int margin = measures.margin;
+    const int dotSize = measures.dotSize;
     const QRect inner = option.rect.adjusted(margin, margin, -margin, -margin);
     const QFont bold = nameFont(option.font);
     const int nameHeight = QFontMetrics(bold).height();
 
     painter->save();
     painter->setFont(bold);
-    painter->setPen(option.palette.color(QPalette::Active, textRole));
+    painter->setPen(textColor);
     const QString name =
         QFontMetrics(bold).elidedText(index.data().toString(), Qt::ElideRight, inner.width());
     painter->drawText(inner, Qt::AlignLeft | Qt::AlignTop, name);
 
-    const QRect second = inner.adjusted(0, nameHeight + lineGap, 0, 0);
+    const QRect second = inner.adjusted(0, nameHeight + measures.lineGap, 0, 0);
     const auto access = static_cast<CameraAccess>(index.data(CameraModel::AccessRole).toInt());
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setBrush(dotColor(access, option.palette));
-    painter->setPen(isSelected ? QPen(option.palette.color(QPalette::HighlightedText), 1.5)
-                               : QPen(Qt::NoPen));
+    painter->setPen(isSelected ? QPen(textColor, 1.5) : QPen(Qt::NoPen));
     painter->drawEllipse(second.left(), second.center().y() - dotSize / 2, dotSize, dotSize);
 
-    const QRect state = second.adjusted(dotSize + 6, 0, 0, 0);
-    QColor soft = option.palette.color(QPalette::Active, textRole);
+    const QRect state = second.adjusted(dotSize + margin, 0, 0, 0);
+    QColor soft = textColor;
     soft.setAlphaF(0.75);
     painter->setFont(option.font);
     painter->setPen(soft);
@@ -83,9 +107,10 @@ void CameraDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option
 
 QSize CameraDelegate::sizeHint(const QStyleOptionViewItem& option,
                                const QModelIndex& /*index*/) const {
-    const int height = QFontMetrics(nameFont(option.font)).height() + lineGap +
-                       option.fontMetrics.height() + 2 * margin;
-    return {200, height};
+    const Measures measures(option.fontMetrics);
+    const int height = QFontMetrics(nameFont(option.font)).height() + measures.lineGap +
+                       option.fontMetrics.height() + 2 * measures.margin;
+    return {measures.leastWidth, height};
 }
 
 } // namespace viewer

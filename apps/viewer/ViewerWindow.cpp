@@ -20,6 +20,7 @@
 #include <QListView>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QScreen>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QStyle>
@@ -38,6 +39,8 @@ constexpr int rateInterval = 1000;
 constexpr int ratesPerLook = 2;
 constexpr int labelMargin = 4;
 constexpr int messageTime = 10000;
+/// Width of the list of cameras, in characters.
+constexpr int listCharacters = 48;
 
 /// A warning below the list, hidden while it is empty.
 void prepareWarning(QLabel& warning, const QString& name) {
@@ -70,11 +73,12 @@ ViewerWindow::ViewerWindow(OrvCPP::OrvSystem& system, const QString& pluginFolde
     splitter->addWidget(m_view);
     splitter->setStretchFactor(1, 1);
     splitter->setCollapsible(0, false);
-    splitter->setSizes({340, 800});
+    const int listWidth = listCharacters * fontMetrics().averageCharWidth();
+    splitter->setSizes({listWidth, 2 * listWidth});
     setCentralWidget(splitter);
     buildMenus();
     buildStatusBar();
-    resize(1140, 700);
+    resize(QSize(10 * listWidth / 3, 2 * listWidth).boundedTo(screen()->availableSize()));
 
     connect(&m_live, &LiveCamera::imageReady, this,
             [this](const QImage& image, const QString& pixelFormat) {
@@ -157,7 +161,8 @@ QWidget* ViewerWindow::buildCameraPanel() {
 void ViewerWindow::buildStatusBar() {
     m_formatLabel->setMargin(labelMargin);
     m_rateLabel->setMargin(labelMargin);
-    m_rateLabel->setMinimumWidth(100);
+    m_rateLabel->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000.0 fps")) +
+                                 2 * labelMargin);
     m_rateLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_rateLabel->setObjectName(QStringLiteral("labelFrameRate"));
     statusBar()->addPermanentWidget(m_formatLabel);

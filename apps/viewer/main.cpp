@@ -106,9 +106,18 @@ int run(const CommandLine& line) {
     return QApplication::exec();
 }
 
+/// Coordinates are independent of the screen's resolution, also at factors such as 1.25.
+void enableHighDpi() {
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+    enableHighDpi();
     const CommandLine line = readCommandLine(argc, argv);
     if (!line.answer.isEmpty()) {
         print(stdout, line.answer);

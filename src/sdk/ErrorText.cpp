@@ -10,7 +10,7 @@ constexpr OrvErrorType lastCode = 1;
 constexpr OrvErrorType viewerTimeout = 7000;
 
 /// Texts of the codes from firstCode to lastCode.
-constexpr std::array<const char*, lastCode - firstCode + 1> texts = {
+constexpr std::array<const char*, lastCode - firstCode + 1> errorTexts = {
     "(The operation requires more buffers)",
     "(Something could not be accomplished with a given number of retries)",
     "(An entity cannot be uniquely identified based on the information provided)",
@@ -65,5 +65,5 @@ std::string errorText(OrvErrorType code) {
         return "<Viewer Timeout>";
     if (code < firstCode || code > lastCode)
         return "(Return code undefined)";
-    return texts[static_cast<std::size_t>(code - firstCode)];
+    return errorTexts[static_cast<std::size_t>(code - firstCode)];
 }

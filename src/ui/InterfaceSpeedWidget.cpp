@@ -26,6 +26,8 @@ const QString& barStyle() {
 }
 
 constexpr int leastLabelWidth = 30;
+/// As in barStyle().
+constexpr int barBorder = 2;
 constexpr int largestInt = std::numeric_limits<int>::max();
 
 } // namespace
@@ -38,6 +40,9 @@ InterfaceSpeedWidget::InterfaceSpeedWidget(int maxBandwidth, QWidget* parent)
     // interface. A part of the widget does not do that.
     setFocusProxy(m_form->progressBarUsage);
     m_form->progressBarUsage->installEventFilter(this);
+    // The form's greatest height is too small for the text of a large font and the border.
+    m_form->progressBarUsage->setMaximumHeight(std::max(m_form->progressBarUsage->maximumHeight(),
+                                                        fontMetrics().height() + 2 * barBorder));
     showUsage();
 }
 

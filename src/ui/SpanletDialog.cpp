@@ -125,6 +125,22 @@ void SpanletDialog::fitTexts() {
         }
     }
     header->setMinimumSectionSize(widest + margins);
+    fitHeaderHeight(*header);
+}
+
+void SpanletDialog::fitHeaderHeight(QHeaderView& header) {
+    int highest = 0;
+    for (int column = CameraListModel::FrameRateColumn; column < header.count(); ++column) {
+        const QFontMetrics metrics(
+            m_model->headerData(column, Qt::Horizontal, Qt::FontRole).value<QFont>());
+        const QRect narrowest(0, 0, header.minimumSectionSize(), 0);
+        const QRect label =
+            metrics.boundingRect(narrowest, static_cast<int>(header.defaultAlignment()),
+                                 m_model->headerData(column, Qt::Horizontal).toString());
+        highest = qMax(highest, label.height());
+    }
+    // The model leaves room for two lines.
+    header.setMinimumHeight(highest);
 }
 
 void SpanletDialog::setUpLogging() {
@@ -529,8 +545,13 @@ void SpanletDialog::done(int /*code*/) {
 
 void SpanletDialog::showEvent(QShowEvent* event) {
     emit dialogIsReadyLoaded();
-    if (!event->spontaneous())
-        resize(size().expandedTo(sizeOfContents().boundedTo(screen()->availableSize())));
+    if (!event->spontaneous()) {
+        const QSize available = screen()->availableSize();
+        const int most = available.height() - style()->pixelMetric(QStyle::PM_TitleBarHeight);
+        resize(size()
+                   .expandedTo(sizeOfContents().boundedTo(available))
+                   .boundedTo({QWIDGETSIZE_MAX, most}));
+    }
     QDialog::showEvent(event);
 }
 

@@ -24,6 +24,7 @@ class SpanletDialog;
 }
 class BandwidthColumn;
 class QAction;
+class QHeaderView;
 class QItemSelection;
 class QSettings;
 
@@ -92,6 +93,8 @@ private:
     QSize sizeOfContents() const;
     /// Widens what is too narrow for its text in the current font.
     void fitTexts();
+    /// Makes room for labels that take more lines than usual in a narrow column.
+    void fitHeaderHeight(QHeaderView& header);
     void setUpLogging();
     void setUpAutoSetMenu();
     void setUpTree();

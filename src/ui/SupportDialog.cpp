@@ -7,6 +7,8 @@
 
 #include <QEvent>
 #include <QFile>
+#include <QScreen>
+#include <QStyle>
 
 SupportDialog::SupportDialog(QSettings* settings, QWidget* parent)
     : QDialog(parent), m_form(std::make_unique<Ui::SupportDialog>()), m_settings(settings) {
@@ -14,6 +16,9 @@ SupportDialog::SupportDialog(QSettings* settings, QWidget* parent)
     m_form->setupUi(this);
     setWindowModality(Qt::ApplicationModal);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    const int most =
+        screen()->availableSize().height() - style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    resize(width(), qMin(height(), most));
     loadPage();
     Theme::fillBox(*m_form->checkBox);
     m_form->checkBox->setChecked(

@@ -37,14 +37,13 @@ QJsonObject interfaceObject() {
 }
 
 TEST(BenchmarkTable, showsFiguresAndTheirTotal) {
-    EXPECT_EQ(cli::benchmarkLines(interfaceObject()).join(QLatin1Char('\n')).toStdString(),
+    EXPECT_EQ('\n' + cli::benchmarkLines(interfaceObject()).join(QLatin1Char('\n')).toStdString(),
               R"(
 Camera  Name    Frames/s   MB/s  Link %  Received  Lost  Incomplete  Loss %  Resent  Status
 ------  ------  --------  -----  ------  --------  ----  ----------  ------  ------  -----------------------
 CAM-1   Feeder     20.00  20.00    20.0        90    10           2   12.00
 CAM-2   Feeder      0.00   0.00     0.0        90    10           2   12.00       7  disconnected after 14 s
-Total              20.00  20.00    20.0       180    20           4   12.00       7)" +
-                  1);
+Total              20.00  20.00    20.0       180    20           4   12.00       7)");
 }
 
 TEST(BenchmarkTable, namesPlacesOfLossAndKeepsRepairedOnesForThoseWhoAsk) {
@@ -59,14 +58,14 @@ TEST(BenchmarkTable, namesPlacesOfLossAndKeepsRepairedOnesForThoseWhoAsk) {
     const auto text = [](const QJsonArray& findings, bool explainsAll, int width) {
         return cli::lossLines(findings, explainsAll, width).join(QLatin1Char('\n')).toStdString();
     };
-    EXPECT_EQ(text({shared, repaired}, true, 24), R"(
+    EXPECT_EQ('\n' + text({shared, repaired}, true, 24), R"(
 Where frames were lost:
   All cameras: kernel.
   The ring was full.
     -> End other
        programs.
   CAM-1: wire, no frame
-  lost. 7 packets.)" + 1);
+  lost. 7 packets.)");
     EXPECT_EQ(text({repaired}, false, 80), "");
     EXPECT_EQ(text({}, true, 80), "No frame was lost, and no packet had to be sent again.");
 }

@@ -15,8 +15,9 @@ namespace {
 
 /// Room for the tallest editor with a line above and below.
 constexpr int rowHeight = 27;
-/// Room for a slider and its spin box.
+/// Room for a slider and its spin box, in pixels and, for large fonts, in characters.
 constexpr int columnWidth = 280;
+constexpr int columnCharacters = 40;
 
 FeatureInfo infoOf(const QModelIndex& index) {
     return index.data(FeatureTreeModel::PresentInfoRole).value<FeatureInfo>();
@@ -95,7 +96,8 @@ void FeatureItemDelegate::updateEditorGeometry(QWidget* editor, const QStyleOpti
 
 QSize FeatureItemDelegate::sizeHint(const QStyleOptionViewItem& option,
                                     const QModelIndex& /*index*/) const {
-    return {columnWidth, std::max(rowHeight, option.fontMetrics.height() + 4)};
+    return {std::max(columnWidth, columnCharacters * option.fontMetrics.averageCharWidth()),
+            std::max(rowHeight, option.fontMetrics.height() + 4)};
 }
 
 QString FeatureItemDelegate::displayText(const QVariant& value, const QLocale& locale) const {

@@ -10,6 +10,7 @@
 
 #include <QCloseEvent>
 #include <QHeaderView>
+#include <QScreen>
 #include <QStyledItemDelegate>
 
 #include <utility>
@@ -43,6 +44,7 @@ FeatureTreeDialog::FeatureTreeDialog(std::shared_ptr<FeatureController> controll
     : QDialog(parent), m_form(std::make_unique<Ui::FeatureTreeDialog>()),
       m_controller(std::move(controller)) {
     m_form->setupUi(this);
+    fitSize();
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     if (m_controller)
@@ -56,6 +58,16 @@ FeatureTreeDialog::FeatureTreeDialog(std::shared_ptr<FeatureController> controll
 }
 
 FeatureTreeDialog::~FeatureTreeDialog() = default;
+
+void FeatureTreeDialog::fitSize() {
+    constexpr int characters = 68;
+    constexpr int lines = 27;
+    const QSize contents(characters * fontMetrics().averageCharWidth(),
+                         lines * fontMetrics().lineSpacing());
+    const int titleBar = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const QSize available = screen()->availableSize() - QSize(0, titleBar);
+    resize(size().expandedTo(contents.boundedTo(available)));
+}
 
 void FeatureTreeDialog::setUpEditing() {
     QTreeView* tree = m_form->treeFeatures;

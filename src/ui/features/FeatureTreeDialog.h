@@ -51,6 +51,8 @@ protected:
 
 private:
     void setUpTree();
+    /// Enlarges the form's size for a large font, as far as the screen allows.
+    void fitSize();
     void setUpEditing();
 
     std::unique_ptr<Ui::FeatureTreeDialog> m_form;

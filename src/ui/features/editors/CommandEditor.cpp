@@ -9,7 +9,7 @@ CommandEditor::CommandEditor(FeatureInfo info, QWidget* parent)
     : DelegateWidget(std::move(info), parent),
       m_button(add(new QPushButton(DelegateWidget::tr("Execute")))) {
     m_button->setCheckable(true);
-    m_button->setFixedHeight(fixedHeight);
+    m_button->setFixedHeight(partHeight());
     row().addStretch();
     connect(m_button, &QPushButton::clicked, this, &DelegateWidget::saveEditorData);
 }

@@ -11,6 +11,7 @@
 #include <QSignalBlocker>
 #include <QToolTip>
 
+#include <algorithm>
 #include <utility>
 
 bool DelegateWidget::hasUnit(const FeatureInfo& info) {
@@ -30,6 +31,12 @@ DelegateWidget::DelegateWidget(FeatureInfo info, QWidget* parent)
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(2);
+}
+
+int DelegateWidget::partHeight() const {
+    constexpr int usualHeight = 25;
+    constexpr int frame = 3;
+    return std::max(usualHeight, fontMetrics().height() + 2 * frame);
 }
 
 /// Parts emit editingFinished when they lose the focus while they are destroyed.

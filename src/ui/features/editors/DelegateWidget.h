@@ -68,9 +68,10 @@ public slots:
     void saveEditorData();
 
 protected:
-    /// Pixels: height of buttons and boxes, and least width of sliders.
-    static constexpr int fixedHeight = 25;
+    /// Least width of sliders, in pixels.
     static constexpr int sliderWidth = 150;
+    /// Height of buttons and boxes, in pixels: more than the usual one for a large font only.
+    int partHeight() const;
 
     DelegateWidget(FeatureInfo info, QWidget* parent);
 

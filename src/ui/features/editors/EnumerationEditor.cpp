@@ -9,7 +9,7 @@ EnumerationEditor::EnumerationEditor(FeatureInfo info, QWidget* parent)
     : DelegateWidget(std::move(info), parent), m_box(add(new QComboBox)) {
     browseSilently();
     row().setSpacing(0);
-    m_box->setFixedHeight(fixedHeight);
+    m_box->setFixedHeight(partHeight());
     // As wide as the column: a longest entry may not fit, and measuring all entries takes long.
     m_box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     for (const FeatureValue& entry : this->info().availableValues)

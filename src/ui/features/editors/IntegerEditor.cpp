@@ -21,7 +21,7 @@ IntegerEditor::IntegerEditor(FeatureInfo info, QWidget* parent)
     m_slider->setPageStep(m_grid.sliderPage());
     m_slider->setEnabled(m_grid.isKnown());
     connect(m_slider, &QSlider::valueChanged, this, &DelegateWidget::onSliderMoved);
-    m_spin->setFixedHeight(fixedHeight);
+    m_spin->setFixedHeight(partHeight());
     connect(m_spin, &LongSpinBox::valueStepped, this, &IntegerEditor::moveSlider);
     connect(m_spin, &LongSpinBox::editingFinished, this, &DelegateWidget::onEditingFinished);
     setHint(DelegateWidget::tr("A whole number from %1 to %2")
