@@ -5,6 +5,7 @@
 #include "viewer/Appearance.h"
 #include "viewer/CommandLine.h"
 #include "viewer/DialogDriver.h"
+#include "viewer/ParentConsole.h"
 #include "viewer/ViewerWindow.h"
 
 #include <QApplication>
@@ -22,11 +23,7 @@
 namespace {
 
 using viewer::CommandLine;
-
-void print(std::FILE* stream, const QString& text) {
-    std::fputs(text.toUtf8().constData(), stream);
-    std::fflush(stream);
-}
+using viewer::writeText;
 
 void identify(QCoreApplication& application) {
     application.setApplicationName(QStringLiteral("spanlet-viewer"));
@@ -48,7 +45,7 @@ CommandLine readCommandLine(int& argc, char** argv) {
 
 /// Tells a person what is wrong: on the standard error stream, and in a box where one can be seen.
 void report(const CommandLine& line, QWidget* parent, const QString& text) {
-    print(stderr, text + QLatin1Char('\n'));
+    writeText(stderr, text + QLatin1Char('\n'));
     if (viewer::hasScreen() && !line.isAutomated())
         QMessageBox::warning(parent, QObject::tr("Camera Viewer"), text);
 }
@@ -65,8 +62,8 @@ int runAutomatically(const CommandLine& line, viewer::ViewerWindow& window) {
     if (!statistics.isEmpty()) {
         QVector<bool> isNumber(statistics.constFirst().size(), true);
         std::fill_n(isNumber.begin(), viewer::DialogDriver::nameColumns, false);
-        print(stdout,
-              alignedTable(statistics, isNumber).join(QLatin1Char('\n')) + QLatin1Char('\n'));
+        writeText(stdout,
+                  alignedTable(statistics, isNumber).join(QLatin1Char('\n')) + QLatin1Char('\n'));
     }
     const QStringList failures = driver.failures();
     for (const QString& failure : failures)
@@ -117,14 +114,15 @@ void enableHighDpi() {
 } // namespace
 
 int main(int argc, char** argv) {
+    viewer::attachParentConsole();
     enableHighDpi();
     const CommandLine line = readCommandLine(argc, argv);
     if (!line.answer.isEmpty()) {
-        print(stdout, line.answer);
+        writeText(stdout, line.answer);
         return 0;
     }
     if (!line.error.isEmpty()) {
-        print(stderr, line.error + QStringLiteral("\nTry --help.\n"));
+        writeText(stderr, line.error + QStringLiteral("\nTry --help.\n"));
         return 2;
     }
     QApplication application(argc, argv);
