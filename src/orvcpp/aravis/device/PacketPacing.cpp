@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "orvcpp/aravis/device/PacketPacing.h"
 
-#include "orvcpp/aravis/stream/Gvsp.h"
+#include "gvsp/Gvsp.h"
 
 #include <algorithm>
 #include <cmath>
