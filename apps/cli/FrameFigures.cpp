@@ -15,7 +15,7 @@ const QLatin1String packetsResentKey("packetsResent");
 const QLatin1String packetsMissingKey("packetsMissing");
 
 double averageRate(std::uint64_t since, std::uint64_t until, double seconds) {
-    return seconds > 0 ? static_cast<double>(until - since) / seconds : 0;
+    return seconds > 0 && until > since ? static_cast<double>(until - since) / seconds : 0;
 }
 
 void addLoss(QJsonObject& figures) {

@@ -63,8 +63,10 @@ public:
         if (!drops)
             return std::nullopt;
         const StreamKey key(stream.camera, stream.host, stream.port);
-        const auto& before =
-            m_before.try_emplace(key, *drops, stream.figures.packets).first->second;
+        auto& before = m_before.try_emplace(key, *drops, stream.figures.packets).first->second;
+        // The program has opened another socket.
+        if (*drops < before.first)
+            before = {*drops, stream.figures.packets};
         const std::uint64_t moved = *drops - before.first;
         const std::uint64_t packets = stream.figures.packets - before.second;
         return moved > 0 && moved >= packets - packets / 10 ? std::nullopt : std::optional(moved);
@@ -176,7 +178,7 @@ public:
         Reading now = read();
         // Packets of a new stream were not seen from its beginning.
         if (!m_observer->counted())
-            startCount(now.missed);
+            startCount(now);
         const QJsonObject document = figures(m_last, now, now.timing);
         m_last = std::move(now);
         return document;
@@ -190,12 +192,6 @@ public:
     }
 
 private:
-    void startCount(std::uint64_t missed) {
-        m_countedAtStart = platform::readAdapterCounters(m_name.toStdString());
-        m_observer->startCount();
-        m_missedAtStart = missed;
-    }
-
     using Timings = std::map<StreamKey, observer::FrameTiming>;
 
     struct Reading {
@@ -205,12 +201,30 @@ private:
         std::uint64_t missed = 0;
     };
 
+    /// Frames and packets of all streams that were not seen.
+    static std::uint64_t lossesOf(const Reading& reading) {
+        std::uint64_t losses = 0;
+        for (const auto& [key, stream] : reading.streams)
+            losses += stream.figures.framesLost + stream.figures.packetsMissing;
+        return losses;
+    }
+
+    void startCount(const Reading& now) {
+        m_countedAtStart = platform::readAdapterCounters(m_name.toStdString());
+        m_observer->startCount();
+        m_missedAtStart = now.missed;
+        m_lossesAtStart = lossesOf(now);
+    }
+
     /// Packets that the adapter has received and no stream contains.
     std::optional<std::int64_t> surplus(const Reading& now) const {
         const auto received = platform::difference(
             m_countedAtStart, m_countedAtEnd)[platform::NetworkCount::AdapterReceived];
         const auto counted = m_observer->counted();
         if (!received || !counted)
+            return std::nullopt;
+        // What was lost before is not in these counts.
+        if (m_lossesAtStart * 10 > lossesOf(now))
             return std::nullopt;
         const std::uint64_t seen = *counted + now.missed - m_missedAtStart;
         return static_cast<std::int64_t>(*received) - static_cast<std::int64_t>(seen);
@@ -237,7 +251,7 @@ private:
             const auto before = since.streams.find(key);
             QJsonObject row = identityOf(stream);
             const QJsonObject counted = cameraFigures(
-                before == since.streams.end() ? CameraCounts() : countsOf(before->second.figures),
+                countsOf(before == since.streams.end() ? stream.before : before->second.figures),
                 countsOf(stream.figures), period);
             for (auto figure = counted.begin(); figure != counted.end(); ++figure)
                 row[figure.key()] = figure.value();
@@ -284,6 +298,8 @@ private:
             camera.framesIncomplete = figures.framesIncomplete;
             camera.framesLost = figures.framesLost;
             camera.streamFramesLost = figures.framesLost;
+            camera.framesHollow = figures.framesHollow;
+            camera.gaps = figures.gaps;
             camera.packetsReceived = figures.packets;
             camera.packetsMissing = figures.packetsMissing;
             camera.packetsResent = figures.packetsResent;
@@ -300,6 +316,7 @@ private:
     const std::unique_ptr<observer::AdapterObserver> m_observer;
     platform::NetworkCounters m_countedAtStart;
     std::uint64_t m_missedAtStart = 0;
+    std::uint64_t m_lossesAtStart = 0;
     platform::NetworkCounters m_countedAtEnd;
     std::atomic<bool> m_isEnding{false};
     const Reading m_first{};

@@ -34,6 +34,9 @@ std::optional<BlockNumbers::Place> BlockNumbers::place(std::uint64_t id, bool ha
     if (!m_newestId)
         return Place{first(id), false};
     const std::int64_t step = stepBetween(*m_newestId, id, hasExtendedIds);
+    // A small ID after a large one: a camera that begins anew, unless its IDs were about to wrap.
+    if (timestamp && !hasExtendedIds && id <= largestFirstId && id < *m_newestId && step > burst)
+        return Place{m_newest + 1, true};
     const std::int64_t possible = std::max<std::int64_t>(
         burst, (now - m_newestTime) / std::chrono::nanoseconds(shortestInterval));
     const auto sinceEnded = static_cast<std::int64_t>(m_newest - m_lastEnded);

@@ -30,7 +30,11 @@ constexpr std::size_t mostRanges = 128;
 /// Blocks of which one packet has come; some of their IDs may be damaged.
 constexpr std::size_t mostCandidates = 4;
 /// Open blocks. Fewer are open when fewer frames are queued.
-constexpr std::size_t mostOpen = 64;
+constexpr std::size_t mostBlocks = 64;
+/// Packets of all open blocks of a stream that is watched, so that made-up sizes do not fill the
+/// memory; and how many blocks may be open whatever their size.
+constexpr std::size_t mostWatchedPackets = 1U << 20U;
+constexpr std::size_t fewestBlocks = 4;
 
 /// What comes of a frame whose full packets the path does not carry: leader, trailer, and the last
 /// packet of data, which is shorter. Of a frame of few packets, this says nothing.
@@ -168,7 +172,7 @@ void FrameAssembly::remember(const Packet& packet, std::optional<std::uint64_t> 
 }
 
 void FrameAssembly::openBlock(std::uint64_t id, const BlockNumbers::Place& place, Time now) {
-    while (!m_open.empty() && (place.isRestart || m_open.size() >= mostOpen))
+    while (!m_open.empty() && (place.isRestart || m_open.size() >= mostOpen()))
         endFirst();
     if (place.isRestart)
         m_candidates.clear();
@@ -181,6 +185,12 @@ void FrameAssembly::openBlock(std::uint64_t id, const BlockNumbers::Place& place
     });
     m_open.insert(behind, Open{Block(m_layout, id, place.number, std::move(frame)), {}, {}, false});
     m_numbers.open(id, place, now);
+}
+
+std::size_t FrameAssembly::mostOpen() const {
+    if (!m_settings.isWatching)
+        return mostBlocks;
+    return std::clamp(mostWatchedPackets / m_layout.mostPackets(), fewestBlocks, mostBlocks);
 }
 
 /// For the block \p number. An earlier one that waits for packets gives way when no frame is free.
@@ -239,7 +249,9 @@ FrameAssembly::Time FrameAssembly::tailDue(const Open& open) const {
 
 void FrameAssembly::requestMissing(Open& open, Time now) {
     const Block& block = open.block;
-    const std::uint32_t end = now >= tailDue(open) ? block.expected() : block.next();
+    // Another program waits in its own way for the rest of a block that pauses.
+    const bool isTailDue = now >= tailDue(open) && !(m_settings.isWatching && isNewest(open));
+    const std::uint32_t end = isTailDue ? block.expected() : block.next();
     const std::size_t missing = block.missing(end);
     if (missing == 0) {
         open.nextRequest.reset();

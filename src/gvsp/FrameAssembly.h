@@ -99,6 +99,7 @@ private:
     void remember(const Packet& packet, std::optional<std::uint64_t> timestamp, Time now);
     void openBlock(std::uint64_t id, const BlockNumbers::Place& place, Time now);
     std::shared_ptr<FrameBuffer> takeFrame(std::uint64_t number);
+    std::size_t mostOpen() const;
 
     bool isNewest(const Open& open) const;
     bool mayRequest(const Open& open) const;

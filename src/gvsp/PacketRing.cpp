@@ -21,6 +21,8 @@ namespace {
 constexpr unsigned blocksPerRound = 32;
 /// The kernel checks this value; blocks of TPACKET_V3 hold packets of any size.
 constexpr unsigned frameSize = 2048;
+/// Where the kernel puts the adapter of a packet.
+constexpr std::size_t linkOffset = TPACKET_ALIGN(sizeof(tpacket3_hdr));
 /// Pause after an error of the socket, so that repeated ones do not take the processor.
 constexpr std::chrono::milliseconds errorPause{10};
 
@@ -43,13 +45,18 @@ void clearError(int handle) {
     getsockopt(handle, SOL_SOCKET, SO_ERROR, &error, &size);
 }
 
-void readBlock(const tpacket_hdr_v1& block, const std::uint8_t* begin,
+/// Hands over the packets of an adapter. Those of a VLAN on it come, too, and are the VLAN's.
+void readBlock(const tpacket_hdr_v1& block, const std::uint8_t* begin, int adapterIndex,
                const PacketSource::Handler& handler) {
     const std::uint8_t* at = begin + block.offset_to_first_pkt;
     for (unsigned i = 0; i < block.num_pkts; ++i) {
         const auto& packet = *reinterpret_cast<const tpacket3_hdr*>(at);
-        if (const auto datagram =
-                gige::readIpDatagram(at + packet.tp_net, packet.tp_snaplen, packet.tp_len))
+        const auto& link = *reinterpret_cast<const sockaddr_ll*>(at + linkOffset);
+        const auto datagram =
+            link.sll_ifindex == adapterIndex
+                ? gige::readIpDatagram(at + packet.tp_net, packet.tp_snaplen, packet.tp_len)
+                : std::nullopt;
+        if (datagram)
             handler({*datagram, std::chrono::seconds(packet.tp_sec) +
                                     std::chrono::nanoseconds(packet.tp_nsec)});
         at += packet.tp_next_offset;
@@ -104,6 +111,7 @@ bool PacketRing::prepare(unsigned adapterIndex) {
     if (memory == MAP_FAILED)
         return false;
     m_blocks = static_cast<std::uint8_t*>(memory);
+    m_adapterIndex = static_cast<int>(adapterIndex);
     return attach(m_use.filter({})) && bindTo(handle, adapterIndex);
 }
 
@@ -169,7 +177,7 @@ unsigned PacketRing::readBlocks(const Handler& handler) {
         auto& block = reinterpret_cast<tpacket_block_desc*>(begin)->hdr.bh1;
         if ((__atomic_load_n(&block.block_status, __ATOMIC_ACQUIRE) & TP_STATUS_USER) == 0)
             break;
-        readBlock(block, begin, handler);
+        readBlock(block, begin, m_adapterIndex, handler);
         __atomic_store_n(&block.block_status, TP_STATUS_KERNEL, __ATOMIC_RELEASE);
         m_next = (m_next + 1) % m_use.blockCount;
     }

@@ -70,6 +70,7 @@ private:
     const platform::Descriptor m_socket;
     const WakeablePoll m_poll;
     std::uint8_t* m_blocks = nullptr;
+    int m_adapterIndex = 0;
     /// Block that the kernel fills next.
     unsigned m_next = 0;
     /// The last receive() has found packets and left none. Used by receive() only.

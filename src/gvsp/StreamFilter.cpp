@@ -19,6 +19,8 @@ namespace gvsp {
 namespace {
 
 constexpr std::uint32_t wholePacket = 0xFFFFFFFF;
+/// Largest answer to a control command: its header and 540 bytes (GigE Vision).
+constexpr std::uint32_t mostOfAnswer = 548;
 /// Bytes 4 to 7 of a leader's header: its format, and the packet number 0, or 0 with extended IDs.
 constexpr std::uint32_t leaderMask = 0x0FFFFFFF;
 constexpr std::uint32_t leaderWord = 0x01000000;
@@ -149,8 +151,10 @@ void FilterProgram::compare(const StreamEndpoint& endpoint) {
 
 void FilterProgram::acceptControl() {
     add(BPF_LD | BPF_H | BPF_IND, 0);
-    add(BPF_JMP | BPF_JEQ | BPF_K, gige::controlPort, 0, 1);
-    acceptAll();
+    add(BPF_JMP | BPF_JEQ | BPF_K, gige::controlPort, 0, 3);
+    add(BPF_MISC | BPF_TXA, 0);
+    add(BPF_ALU | BPF_ADD | BPF_K, gige::udpHeaderSize + mostOfAnswer);
+    add(BPF_RET | BPF_A, 0);
 }
 
 void FilterProgram::refuseOthers() {

@@ -17,9 +17,13 @@ using Clock = std::chrono::steady_clock;
 
 /// Streams of an adapter; more are not followed, so that made-up leaders do not fill the memory.
 constexpr std::size_t mostStreams = 256;
-/// A stream that shows no whole frame for this long after it was found is forgotten: its leader was
-/// none, or it has ended.
+/// A stream that does not show the size of a frame for this long after it was found is forgotten:
+/// its leader was none, or it has ended.
 constexpr auto longestProof = 5min;
+/// Where there are too many, a stream that was silent for this long makes room.
+constexpr auto shortestSilence = 10s;
+/// Longest time in which both clocks are read as one.
+constexpr auto longestReading = 100us;
 /// An acquisition that begins anew on another port continues the camera's figures when the old port
 /// has been silent for this long.
 constexpr auto silenceOfEnded = 2s;
@@ -57,8 +61,18 @@ void AdapterObserver::receive(std::chrono::microseconds wait) {
 }
 
 void AdapterObserver::beginRound() {
-    m_now = Clock::now();
-    m_clockOffset = m_now.time_since_epoch() - std::chrono::system_clock::now().time_since_epoch();
+    // Read again when this thread was interrupted in between.
+    std::chrono::nanoseconds system{0};
+    Time before;
+    for (int i = 0; i < 5; ++i) {
+        before = Clock::now();
+        system = std::chrono::system_clock::now().time_since_epoch();
+        m_now = Clock::now();
+        if (m_now - before < longestReading)
+            break;
+    }
+    m_clockOffset = before.time_since_epoch() - system;
+    m_newestOfRound.reset();
     const gvsp::SourceCounts missed = m_source->counts();
     if (missed.dropped != m_missed.dropped) {
         for (auto& [key, entry] : m_streams)
@@ -68,9 +82,11 @@ void AdapterObserver::beginRound() {
 }
 
 void AdapterObserver::take(const gvsp::StreamDatagram& datagram) {
-    // Of a clock that was set meanwhile, times are wrong, but never in the future.
-    const Time arrival = std::min(
-        m_now, Time(std::chrono::duration_cast<Time::duration>(datagram.arrival + m_clockOffset)));
+    // Packets come in the order of time, even where the kernel's clock was set meanwhile.
+    const Time told(std::chrono::duration_cast<Time::duration>(datagram.arrival + m_clockOffset));
+    const Time arrival = std::clamp(told, std::min(m_newest, m_now), m_now);
+    m_newest = arrival;
+    m_newestOfRound = arrival;
     const Key key(datagram.sender, datagram.destination, datagram.port);
     if (m_last == nullptr || key != m_lastKey) {
         const auto known = m_streams.find(key);
@@ -92,36 +108,61 @@ void AdapterObserver::takeUnknown(const Key& key, const gvsp::StreamDatagram& da
         m_directory.note(datagram);
         return;
     }
-    if (!gvsp::mayBeLeader(datagram) || m_streams.size() >= mostStreams)
+    const auto packet = gvsp::mayBeLeader(datagram)
+                            ? gvsp::readPacket(datagram.data, datagram.captured, datagram.size)
+                            : std::nullopt;
+    if (!packet || !gvsp::readLeader(*packet))
         return;
-    const StreamFigures before = takeOverFrom(key, arrival);
+    if (m_streams.size() >= mostStreams && !forgetSilent(arrival))
+        return;
     Entry& entry = m_streams[key];
     entry.found = arrival;
-    entry.before = before;
     entry.stream.packet(datagram, arrival);
     m_hasNewEndpoints = true;
-    m_hasNewStream = true;
 }
 
-StreamFigures AdapterObserver::takeOverFrom(const Key& key, Time now) {
-    const auto isEnded = [&](const auto& known) {
-        return std::get<0>(known.first) == std::get<0>(key) &&
-               std::get<1>(known.first) == std::get<1>(key) &&
-               now - known.second.stream.latest() > silenceOfEnded;
-    };
-    const auto ended = std::find_if(m_streams.begin(), m_streams.end(), isEnded);
-    if (ended == m_streams.end())
-        return {};
-    StreamFigures figures = ended->second.before;
-    figures.add(ended->second.stream.figures());
-    m_streams.erase(ended);
+bool AdapterObserver::forgetSilent(Time now) {
+    const auto oldest =
+        std::min_element(m_streams.begin(), m_streams.end(), [](const auto& a, const auto& b) {
+            return a.second.stream.latest() < b.second.stream.latest();
+        });
+    if (now - oldest->second.stream.latest() < shortestSilence)
+        return false;
+    m_streams.erase(oldest);
     m_last = nullptr;
-    return figures;
+    return true;
+}
+
+void AdapterObserver::noteProven() {
+    for (auto& [key, entry] : m_streams) {
+        if (entry.isProven || !entry.stream.isKnown())
+            continue;
+        entry.isProven = true;
+        m_hasNewStream = true;
+        takeOver(key, entry);
+    }
+}
+
+void AdapterObserver::takeOver(const Key& key, Entry& entry) {
+    for (auto each = m_streams.begin(); each != m_streams.end();) {
+        const bool isOfSameCamera = std::get<0>(each->first) == std::get<0>(key) &&
+                                    std::get<1>(each->first) == std::get<1>(key);
+        const ObservedStream& stream = each->second.stream;
+        if (!isOfSameCamera || &each->second == &entry || !each->second.isProven ||
+            entry.found - stream.latest() < silenceOfEnded) {
+            ++each;
+            continue;
+        }
+        entry.before.add(each->second.before);
+        entry.before.add(stream.figures());
+        each = m_streams.erase(each);
+        m_last = nullptr;
+    }
 }
 
 void AdapterObserver::forgetUnproven(Time now) {
     for (auto each = m_streams.begin(); each != m_streams.end();) {
-        if (!each->second.stream.isKnown() && now - each->second.found > longestProof) {
+        if (!each->second.isProven && now - each->second.found > longestProof) {
             each = m_streams.erase(each);
             m_last = nullptr;
             m_hasNewEndpoints = true;
@@ -133,10 +174,13 @@ void AdapterObserver::forgetUnproven(Time now) {
 
 void AdapterObserver::finishRound() {
     m_now = Clock::now();
-    // Packets that wait in the ring may be as old as its latency.
-    const Time read = m_now - m_source->latency();
+    // Packets that wait in the ring are as old as its latency, or older where it was not read in
+    // time.
+    const Time due = m_now - m_source->latency();
+    const Time read = std::min(due, m_newestOfRound.value_or(due));
     for (auto& [key, entry] : m_streams)
         entry.stream.advance(read);
+    noteProven();
     forgetUnproven(m_now);
     if (m_hasNewEndpoints && m_now >= m_nextListen)
         listen();
@@ -157,12 +201,12 @@ AdapterReading AdapterObserver::read() {
     reading.missed = m_missed;
     const Time now = Clock::now();
     for (auto& [key, entry] : m_streams) {
-        if (!entry.stream.isKnown())
+        if (!entry.isProven)
             continue;
         StreamReading stream;
         std::tie(stream.camera, stream.host, stream.port) = key;
         stream.name = m_directory.nameOf(stream.camera);
-        stream.figures = entry.before;
+        stream.before = stream.figures = entry.before;
         stream.figures.add(entry.stream.figures());
         stream.timing = entry.stream.takeTiming();
         stream.silence = std::max<Time::duration>(now - entry.stream.latest(), 0s);

@@ -25,6 +25,8 @@ struct StreamReading {
     std::uint16_t port = 0;
     CameraName name;
     StreamFigures figures;
+    /// Those of them that another port of the camera brought, before this one.
+    StreamFigures before;
     /// Of the frames since the reading before.
     FrameTiming timing;
     /// Since the last packet.
@@ -72,6 +74,7 @@ private:
         ObservedStream stream;
         /// When the stream was found.
         Time found;
+        bool isProven = false;
         /// Of streams of the same camera to other ports, which have ended.
         StreamFigures before;
     };
@@ -81,9 +84,13 @@ private:
     /// Begins a round: relates the kernel's clock to ours, and notes what was missed.
     void beginRound();
     void finishRound();
-    /// Removes streams that have not shown a whole frame in time.
+    void noteProven();
+    /// Continues the figures of streams of the same camera that have ended.
+    void takeOver(const Key& key, Entry& entry);
+    /// Removes streams that have not shown the size of a frame in time.
     void forgetUnproven(Time now);
-    StreamFigures takeOverFrom(const Key& key, Time now);
+    /// Makes room for a new stream; false where all go on.
+    bool forgetSilent(Time now);
     void listen();
 
     const std::unique_ptr<gvsp::PacketSource> m_source;
@@ -97,6 +104,9 @@ private:
     Entry* m_last = nullptr;
     /// Difference of the steady clock to the kernel's in this round.
     std::chrono::nanoseconds m_clockOffset{0};
+    /// Arrival of the newest packet of all and of this round.
+    Time m_newest{};
+    std::optional<Time> m_newestOfRound;
     Time m_now{};
     Time m_nextListen{};
     bool m_hasNewEndpoints = false;

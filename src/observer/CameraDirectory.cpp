@@ -12,7 +12,8 @@ namespace observer {
 
 namespace {
 
-/// Cameras whose names are kept, so that made-up answers do not fill the memory.
+/// Cameras whose names are kept; then all are learned anew, so that made-up answers do not fill the
+/// memory.
 constexpr std::size_t mostCameras = 1024;
 /// The acknowledge of ReadMemory begins with the address that was read.
 constexpr std::size_t addressSize = 4;
@@ -35,11 +36,13 @@ std::string textOf(const std::uint8_t* begin, std::size_t size) {
 
 } // namespace
 
-CameraName* CameraDirectory::entryOf(std::uint32_t address) {
+CameraName& CameraDirectory::entryOf(std::uint32_t address) {
     const auto known = m_names.find(address);
     if (known != m_names.end())
-        return &known->second;
-    return m_names.size() < mostCameras ? &m_names[address] : nullptr;
+        return known->second;
+    if (m_names.size() >= mostCameras)
+        m_names.clear();
+    return m_names[address];
 }
 
 void CameraDirectory::note(const gige::UdpDatagram& answer) {
@@ -49,8 +52,8 @@ void CameraDirectory::note(const gige::UdpDatagram& answer) {
     const std::uint16_t kind = gige::bigEndian16(answer.data + 2);
     const std::uint16_t id = gige::bigEndian16(answer.data + 6);
     if (const auto camera = gige::parseDiscovery(answer.data, answer.size, id)) {
-        if (CameraName* const name = entryOf(answer.sender))
-            *name = {camera->macAddress, camera->model, camera->serialNumber, camera->userName};
+        entryOf(answer.sender) = {camera->macAddress, camera->model, camera->serialNumber,
+                                  camera->userName};
         return;
     }
     if (kind != readMemoryAcknowledge || status != 0 ||
@@ -59,10 +62,9 @@ void CameraDirectory::note(const gige::UdpDatagram& answer) {
     const std::uint32_t address = gige::bigEndian32(answer.data + gige::gvcpHeaderSize);
     const std::size_t size = answer.size - gige::gvcpHeaderSize - addressSize;
     for (const TextRegister& each : textRegisters) {
-        CameraName* const name =
-            each.address == address && each.size <= size ? entryOf(answer.sender) : nullptr;
-        if (name != nullptr)
-            name->*each.text = textOf(answer.data + gige::gvcpHeaderSize + addressSize, each.size);
+        if (each.address == address && each.size <= size)
+            entryOf(answer.sender).*each.text =
+                textOf(answer.data + gige::gvcpHeaderSize + addressSize, each.size);
     }
 }
 

@@ -27,7 +27,7 @@ public:
     CameraName nameOf(std::uint32_t address) const;
 
 private:
-    CameraName* entryOf(std::uint32_t address);
+    CameraName& entryOf(std::uint32_t address);
 
     std::map<std::uint32_t, CameraName> m_names;
 };

@@ -11,6 +11,8 @@ namespace {
 /// A stream that pauses within a frame for this long has ended. Below the time after which the
 /// assembly delivers a frame that gets no more packets.
 constexpr std::chrono::milliseconds shortestEnd{150};
+/// A larger step of the frames' numbers is another acquisition.
+constexpr std::int64_t mostLostAtOnce = 1024;
 
 /// Takes what the assembly finds out about one frame after the other.
 class FrameVerdict final : public gvsp::FrameBuffer {
@@ -68,6 +70,8 @@ void ObservedStream::time(const gvsp::Packet& packet, Time arrival) {
         m_arriving.last = arrival;
         m_arriving.bytes += packet.size;
     } else if (packet.block != m_previousBlock) {
+        judgeCut(packet);
+        m_previousEnd = m_arriving.last;
         finishFrame();
         m_previousBlock = m_arriving.block;
         m_arriving = {packet.block, arrival, arrival, {}, packet.size, false};
@@ -76,9 +80,24 @@ void ObservedStream::time(const gvsp::Packet& packet, Time arrival) {
         m_arriving.hasTrailer = true;
 }
 
-bool ObservedStream::isCutByEnd(const gvsp::FrameContents& frame) const {
+bool ObservedStream::isCut(const gvsp::FrameContents& frame) const {
     return frame.id == m_assembly->newestNumber() && !m_arriving.hasTrailer &&
            m_now - m_latest > shortestEnd;
+}
+
+void ObservedStream::judgeCut(const gvsp::Packet& next) {
+    if (!m_cut)
+        return;
+    // IDs of 16 bits wrap; a camera that begins anew has a low one.
+    auto step = static_cast<std::int64_t>(next.block - m_arriving.block);
+    if (!next.hasExtendedIds && step < 0)
+        step += 0xFFFF;
+    if (step > 0 && step < mostLostAtOnce) {
+        --m_figures.framesUnjudged;
+        ++m_figures.framesIncomplete;
+        m_figures.packetsMissing += *m_cut;
+    }
+    m_cut.reset();
 }
 
 void ObservedStream::finishFrame() {
@@ -97,10 +116,11 @@ bool ObservedStream::isNews(const StreamSizes::Sizes& sizes) const {
 }
 
 void ObservedStream::learn(const StreamSizes::Sizes& sizes, const gvsp::Packet& trailer) {
-    m_sizes = sizes;
+    const StreamSizes::Sizes before = std::exchange(m_sizes, sizes);
     if (m_assembly) {
         m_assembly->setSizes(sizes.payload, sizes.packetSize);
-        m_hasNewSizes = true;
+        if (sizes.packetSize != before.packetSize || sizes.payload > before.payload)
+            m_resized = m_assembly->newestNumber();
         return;
     }
     gvsp::FrameAssembly::Settings settings;
@@ -118,25 +138,29 @@ std::shared_ptr<gvsp::FrameBuffer> ObservedStream::takeFrame() {
 
 void ObservedStream::deliver(std::shared_ptr<gvsp::FrameBuffer> frame) {
     const gvsp::FrameContents& contents = static_cast<const FrameVerdict&>(*frame).contents();
-    const bool isWhole = contents.isWhole;
-    const bool isUnjudged =
-        !isWhole && (m_hasNewSizes || m_latest < m_blindUntil || isCutByEnd(contents));
     const std::uint64_t missing = m_counters.packetsMissing - m_missingBefore;
     m_missingBefore = m_counters.packetsMissing;
     judgeLost();
-    m_hasNewSizes = false;
-    if (isUnjudged) {
-        ++m_figures.framesUnjudged;
+    if (contents.isWhole) {
+        ++m_figures.framesComplete;
         return;
     }
-    m_figures.packetsMissing += missing;
-    ++(isWhole ? m_figures.framesComplete : m_figures.framesIncomplete);
+    const bool isUnjudged = contents.id == m_resized || m_latest < m_blindUntil;
+    if (!isUnjudged && isCut(contents))
+        m_cut = missing;
+    if (isUnjudged || m_cut) {
+        ++m_figures.framesUnjudged;
+    } else {
+        ++m_figures.framesIncomplete;
+        m_figures.packetsMissing += missing;
+    }
 }
 
 void ObservedStream::judgeLost() {
     const std::uint64_t lost = m_counters.framesLost - m_lostBefore;
     m_lostBefore = m_counters.framesLost;
-    (m_latest < m_blindUntil ? m_figures.framesUnjudged : m_figures.framesLost) += lost;
+    const bool isBlind = std::min(m_previousEnd, m_latest) < m_blindUntil;
+    (isBlind ? m_figures.framesUnjudged : m_figures.framesLost) += lost;
 }
 
 void ObservedStream::request(const gvsp::ResendRequest&) {}
@@ -145,6 +169,8 @@ StreamFigures ObservedStream::figures() const {
     StreamFigures figures = m_figures;
     figures.packetsResent = m_counters.packetsResent;
     figures.packetsDuplicate = m_counters.packetsDuplicate;
+    figures.framesHollow = m_counters.framesHollow;
+    figures.gaps = m_counters.gaps;
     return figures;
 }
 

@@ -50,8 +50,10 @@ private:
 
     void time(const gvsp::Packet& packet, Time arrival);
     void finishFrame();
-    /// The stream ended before the frame did, as it does when a program stops the camera.
-    bool isCutByEnd(const gvsp::FrameContents& frame) const;
+    /// The stream has paused before the frame ended, as it does when a program stops the camera.
+    bool isCut(const gvsp::FrameContents& frame) const;
+    /// The stream goes on with this block: a frame that was cut before was not the last one.
+    void judgeCut(const gvsp::Packet& next);
     bool isNews(const StreamSizes::Sizes& sizes) const;
     void learn(const StreamSizes::Sizes& sizes, const gvsp::Packet& trailer);
     /// What the assembly has counted as lost since the last call.
@@ -75,8 +77,12 @@ private:
     std::uint32_t m_nextNumber = 0;
     std::uint64_t m_lostBefore = 0;
     std::uint64_t m_missingBefore = 0;
-    /// The frame that told new sizes was begun with the old ones.
-    bool m_hasNewSizes = false;
+    /// Number of the frame that told new sizes: it was begun with the old ones.
+    std::optional<std::uint64_t> m_resized;
+    /// Packets missing of a frame that was cut; among the unjudged ones until the stream goes on.
+    std::optional<std::uint64_t> m_cut;
+    /// When the last packet before the present frame came.
+    Time m_previousEnd{};
 };
 
 } // namespace observer

@@ -37,6 +37,10 @@ struct StreamFigures {
     /// Frames and numbers of frames that are in none of these counts: the observer itself had
     /// missed packets, the size of the frames had just changed, or the stream ended in a frame.
     std::uint64_t framesUnjudged = 0;
+    /// Incomplete ones of which leader and trailer came, and no full packet of data.
+    std::uint64_t framesHollow = 0;
+    /// How often one or more frames in a row were lost, judged or not.
+    std::uint64_t gaps = 0;
     std::uint64_t packets = 0;
     /// Of the images and what comes with them, without headers.
     std::uint64_t dataBytes = 0;
@@ -51,6 +55,8 @@ struct StreamFigures {
         framesIncomplete += other.framesIncomplete;
         framesLost += other.framesLost;
         framesUnjudged += other.framesUnjudged;
+        framesHollow += other.framesHollow;
+        gaps += other.gaps;
         packets += other.packets;
         dataBytes += other.dataBytes;
         packetsMissing += other.packetsMissing;

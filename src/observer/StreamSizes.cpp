@@ -13,6 +13,10 @@ namespace {
 constexpr std::size_t mostPackets = 1U << 18U;
 constexpr std::size_t mostUnconfirmed = 1U << 16U;
 constexpr std::size_t largestPayload = mostPackets * 1500;
+/// Data of the smallest packet that every camera supports, so that made-up small ones do not make
+/// frames of millions of packets.
+constexpr std::size_t smallestFull = gvsp::smallestPacketSize - gvsp::ipAndUdpSize -
+                                     gvsp::extendedHeaderSize - gvsp::multiPartHeaderSize;
 /// Pixel formats hold the bits of a pixel here (GenICam PFNC 2.4, 6.1).
 constexpr unsigned bitsOfPixel(OrvPixelFormatType format) {
     return static_cast<unsigned>(format) >> 16U & 0xFFU;
@@ -39,7 +43,8 @@ std::optional<StreamSizes::Sizes> StreamSizes::note(const gvsp::Packet& packet) 
         const auto leader = gvsp::readLeader(packet);
         m_block = packet.block;
         m_image = leader ? leader->image : std::nullopt;
-        m_firstSize = m_lastSize = m_lastNumber = 0;
+        m_firstSize = m_lastSize = m_blockFull = 0;
+        m_lastNumber = 0;
         return std::nullopt;
     }
     if (packet.format == gvsp::Format::Trailer) {
@@ -64,6 +69,7 @@ void StreamSizes::noteData(const gvsp::Packet& packet) {
         return;
     if (packet.number == 1)
         m_firstSize = packet.size;
+    m_blockFull = std::max(m_blockFull, packet.size);
     if (packet.number >= m_lastNumber) {
         m_lastNumber = packet.number;
         m_lastSize = packet.size;
@@ -72,7 +78,7 @@ void StreamSizes::noteData(const gvsp::Packet& packet) {
 
 std::optional<StreamSizes::Sizes> StreamSizes::estimate(const gvsp::Packet& packet,
                                                         std::size_t dataPackets) const {
-    if (dataPackets == 0 || dataPackets > mostUnconfirmed || m_fullSize == 0)
+    if (dataPackets == 0 || dataPackets > mostUnconfirmed || m_fullSize < smallestFull)
         return std::nullopt;
     return Sizes{dataPackets * m_fullSize, m_fullSize + headerOf(packet), false};
 }
@@ -84,9 +90,11 @@ std::optional<StreamSizes::Sizes> StreamSizes::sizesOf(const gvsp::Packet& trail
         return std::nullopt;
     if (m_lastNumber == 0)
         return sizesOfImage(trailer);
-    if (m_firstSize == 0 || m_lastNumber != last || m_lastSize > m_firstSize)
+    if (m_firstSize == 0 || m_lastNumber != last)
         return std::nullopt;
-    const std::size_t full = last > 1 ? m_firstSize : m_fullSize;
+    const std::size_t full = last > 1 ? m_blockFull : m_fullSize;
+    if (last > 1 && full < smallestFull)
+        return std::nullopt;
     const Sizes sizes{(last - 1) * full + m_lastSize, full + headerOf(trailer), true};
     return sizes;
 }
@@ -101,7 +109,9 @@ std::optional<StreamSizes::Sizes> StreamSizes::sizesOfImage(const gvsp::Packet& 
         return std::nullopt;
     const auto payload = static_cast<std::size_t>((pixels * bits + 7) / 8);
     const std::size_t packets = trailer.number - 1;
-    return Sizes{payload, (payload + packets - 1) / packets + headerOf(trailer), false};
+    const std::size_t full = (payload + packets - 1) / packets;
+    return full < smallestFull ? std::nullopt
+                               : std::optional(Sizes{payload, full + headerOf(trailer), false});
 }
 
 } // namespace observer

@@ -38,6 +38,8 @@ private:
     std::optional<gvsp::Image> m_image;
     /// Bytes of its first data packet, and of the data packet with the highest number; 0 before.
     std::size_t m_firstSize = 0;
+    /// Largest of the frame's data packets.
+    std::size_t m_blockFull = 0;
     std::size_t m_lastSize = 0;
     std::uint32_t m_lastNumber = 0;
     /// Largest size and number of all data packets.

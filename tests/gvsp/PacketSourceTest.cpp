@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "gige/BootstrapRegisters.h"
 #include "gige/IpDatagram.h"
 #include "gvsp/PacketRing.h"
 #include "gvsp/StreamFilter.h"
@@ -167,6 +168,45 @@ TEST(StreamFilter, cutsPayloadAndRefusesOtherProtocols) {
             packet[changed] ^= 0x20;
             EXPECT_EQ(filtered(whole, packet), 0U) << changed;
             packet[changed] ^= 0x20;
+        }
+    }
+}
+
+/// As ipPacket(), from a port.
+Bytes packetFrom(std::uint16_t senderPort, const StreamEndpoint& to, const Bytes& data) {
+    Bytes packet = ipPacket(to, data);
+    packet[20] = static_cast<std::uint8_t>(senderPort >> 8U);
+    packet[21] = static_cast<std::uint8_t>(senderPort);
+    return packet;
+}
+
+TEST(ObserverFilter, acceptsHeadersOfItsStreamsLeadersOfOthersAndAnswers) {
+    const StreamEndpoint known{1, 2, 3, false};
+    const StreamEndpoint other{1, 2, 4, false};
+    for (const unsigned count : {0U, 1U, 60U}) {
+        auto endpoints = endpointsOf(count);
+        endpoints.push_back(known);
+        const auto filter = observerFilter(endpoints);
+        EXPECT_EQ(filtered(filter, ipPacket(known, payload(500, 3))), 20U + 8 + keptOfPayload);
+        EXPECT_EQ(filtered(filter, ipPacket(other, payload(500, 3))), 0U);
+        EXPECT_EQ(filtered(filter, packetFrom(gige::controlPort, other, payload(700, 0))),
+                  20U + 8 + 548);
+        for (const bool hasExtendedIds : {false, true}) {
+            const script::Camera camera{hasExtendedIds};
+            const std::pair<Bytes, bool> cases[] = {{camera.leader(7, 1), true},
+                                                    {camera.trailer(7), false},
+                                                    {camera.packet(script::Leader, 7, 1), false},
+                                                    {Bytes(60, 'a'), false},
+                                                    {Bytes(5), false}};
+            for (const auto& [bytes, isLeader] : cases) {
+                const Bytes packet = ipPacket(other, bytes);
+                const bool isExpected =
+                    isLeader || (hasExtendedIds && bytes == camera.packet(script::Leader, 7, 1));
+                EXPECT_EQ(filtered(filter, packet), isExpected ? packet.size() : 0U);
+                const auto datagram =
+                    gige::readIpDatagram(packet.data(), packet.size(), packet.size());
+                EXPECT_EQ(mayBeLeader(datagram.value()), isExpected);
+            }
         }
     }
 }

@@ -100,11 +100,11 @@ TEST(ObservedStream, followsOtherSizes) {
     EXPECT_EQ(figures.framesIncomplete + figures.framesLost, 0U);
     EXPECT_EQ(figures.framesComplete + figures.framesUnjudged, 27U);
     EXPECT_LE(figures.framesUnjudged, 1U);
-    // Packets of half the size: one frame cannot be judged.
+    // Smaller packets: one frame cannot be judged.
     for (int j = 0; j < 4; ++j, ++block) {
         watched.send(watched.camera.leader(block, 1000 * block));
         for (std::uint32_t number = 1; number < 9; ++number)
-            watched.send(watched.camera.packet(script::Data, block, number, script::Bytes(200)));
+            watched.send(watched.camera.packet(script::Data, block, number, script::Bytes(530)));
         watched.send(watched.camera.packet(script::Trailer, block, 9, script::Bytes(8)));
     }
     figures = watched.figures();
@@ -140,7 +140,7 @@ TEST(ObservedStream, waitsForManyPacketsThatAnotherProgramRequests) {
             watched.send(number == 0     ? watched.camera.leader(block, 1000 * block)
                          : number == 400 ? watched.camera.packet(script::Trailer, block, number)
                                          : watched.camera.packet(script::Data, block, number,
-                                                                 script::Bytes(500)));
+                                                                 script::Bytes(530)));
     };
     sendLarge(1, 0, 400);
     sendLarge(2, 0, 10);
@@ -179,6 +179,11 @@ TEST(ObservedStream, countsNoLossWhileItMissedPacketsItself) {
     EXPECT_EQ(figures.framesComplete, 3U);
     EXPECT_EQ(figures.framesIncomplete, 1U);
     EXPECT_EQ(figures.packetsMissing, 1U);
+    // A slow camera: the frame after the missed one comes much later.
+    watched.stream.noteMissed(watched.now() + 1s);
+    watched.pass(2s);
+    watched.sendBlock(10);
+    EXPECT_EQ(watched.figures().framesLost, 0U);
 }
 
 TEST(ObservedStream, countsAWrappedAndARestartedCamera) {
@@ -191,6 +196,15 @@ TEST(ObservedStream, countsAWrappedAndARestartedCamera) {
     watched.sendBlock(3);
     EXPECT_EQ(watched.figures().framesComplete, 6U);
     EXPECT_EQ(watched.figures().framesIncomplete, 0U);
+    // From a large ID, after a pause that would leave time for many frames.
+    watched.sendBlock(900);
+    watched.pass(1500ms);
+    watched.sendBlock(40000);
+    watched.pass(400ms);
+    const std::uint64_t lost = watched.figures().framesLost;
+    watched.sendBlock(1);
+    watched.sendBlock(2);
+    EXPECT_EQ(watched.figures().framesLost, lost);
 }
 
 TEST(ObservedStream, doesNotCountTheFrameThatAStopCuts) {
@@ -201,7 +215,16 @@ TEST(ObservedStream, doesNotCountTheFrameThatAStopCuts) {
     EXPECT_EQ(watched.figures().framesIncomplete, 0U);
     watched.sendBlock(4, {3, 4, 5});
     watched.sendBlock(5);
-    EXPECT_EQ(watched.figures().framesIncomplete, 1U) << "the stream went on";
+    EXPECT_EQ(watched.figures().framesIncomplete, 2U) << "the stream went on";
+    // A slow camera, of which each frame lacks its end.
+    for (std::uint64_t block = 6; block <= 9; ++block) {
+        watched.sendBlock(block, {4, 5});
+        watched.pass(500ms);
+    }
+    EXPECT_EQ(watched.figures().framesIncomplete, 5U) << "all but the last, which may be cut";
+    watched.pass(500ms);
+    watched.sendBlock(1);
+    EXPECT_EQ(watched.figures().framesIncomplete, 5U) << "begins anew";
 }
 
 TEST(ObservedStream, measuresTheTimeOfFrames) {
@@ -221,9 +244,11 @@ TEST(ObservedStream, measuresTheTimeOfFrames) {
 
 TEST(ObservedStream, seesThatAPathDoesNotCarryFullPackets) {
     Watched watched;
-    // 40 x 30 pixels of 8 bits: the leader tells the payload.
-    for (std::uint64_t block = 1; block <= 4; ++block)
-        watched.sendBlock(block, {1, 2, 3, 4});
+    // The leader tells 40 x 30 pixels of 8 bits, the trailer two packets.
+    for (std::uint64_t block = 1; block <= 4; ++block) {
+        watched.send(watched.camera.leader(block, 1000 * block));
+        watched.send(watched.camera.packet(script::Trailer, block, 3, script::Bytes(8)));
+    }
     EXPECT_EQ(watched.figures().framesIncomplete, 3U);
     EXPECT_EQ(watched.figures().framesComplete, 0U);
 }
