@@ -10,6 +10,7 @@
 
 #include <signal.h>
 
+using testing::AnyOf;
 using testing::HasSubstr;
 
 namespace {
@@ -124,7 +125,7 @@ void expectValidFigures(const std::string& documents) {
 TEST_F(CommandsOnRealCameras, areObservedWhileAnotherProgramReceives) {
     const fakecamera::FakeCameraProcess dropping{"127.0.0.4", {"--drop-every", "500"}};
     for (const std::string& example : matches(textOf("help observe"), "^  spanlet (.+)$"))
-        EXPECT_THAT(textOf(example), HasSubstr("stream")) << "none is there";
+        EXPECT_THAT(textOf(example), AnyOf(HasSubstr("No stream"), HasSubstr("\"cameras\":[]")));
     SpanletProcess observer;
     observer.start(words("observe --interface lo --interval 1 --seconds 9 --json"));
     observer.await("interval");
