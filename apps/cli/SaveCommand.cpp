@@ -65,8 +65,10 @@ public:
         m_context.checkInterruption();
         for (const std::string& problem : read.problems)
             warn(camera, problem);
+        // A camera to which the user gave no name is called by its model.
+        const std::string name = info.cameraName == info.modelName ? "" : info.cameraName;
         m_settings.cameras.push_back(
-            {info.cameraId, info.cameraName, info.modelName, info.serialNumber, read.features});
+            {info.cameraId, name, info.modelName, info.serialNumber, read.features});
     }
 
     void addDivisions(const Cameras& all, const CameraList& chosen) {

@@ -11,8 +11,10 @@ FoundCamera findSavedCamera(const SavedCamera& saved, const std::vector<CameraIn
         const std::string& wanted;
         std::string CameraInfo::*member;
     };
+    // Cameras without a name of their own are called by their model.
+    const std::string name = saved.name == saved.model ? std::string() : saved.name;
     const Key keys[] = {{"serial number", saved.serialNumber, &CameraInfo::serialNumber},
-                        {"name", saved.name, &CameraInfo::cameraName},
+                        {"name", name, &CameraInfo::cameraName},
                         {"ID", saved.id, &CameraInfo::cameraId}};
     std::string otherModel;
     for (const Key& key : keys) {

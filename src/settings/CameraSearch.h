@@ -18,9 +18,10 @@ struct FoundCamera {
     std::string reason;
 };
 
-/// Looks for a saved camera by its serial number, else by the name that the user gave it, else by
-/// its ID, which has the hardware address of a camera that has no serial number. A camera of
-/// another model is not taken. Reentrant.
+/// Looks for a saved camera by its serial number, else by the name that the user gave it (not by
+/// its model, which a camera without a name has in its place), else by its ID, which has the
+/// hardware address of a camera that has no serial number. A camera of another model is not taken.
+/// Reentrant.
 FoundCamera findSavedCamera(const SavedCamera& saved, const std::vector<CameraInfo>& present);
 
 } // namespace settings
