@@ -76,6 +76,18 @@ TEST_F(DelayLimit, isMadeOfThePacketDelayAndFollowsThePacketSize) {
     EXPECT_THAT(number(limitName), AllOf(Le(49'988'000), Gt(49'960'000)));
 }
 
+TEST_F(DelayLimit, followsThePacketSizeAfterOthersHaveChangedIt) {
+    ASSERT_EQ(set(*camera, "UserSetSelector", "UserSet1"), OrvErrorSuccess);
+    ASSERT_EQ(write(limitName, 49'988'000), OrvErrorSuccess);
+    ASSERT_EQ(sdk::feature(*camera, "UserSetSave")->RunCommand(), OrvErrorSuccess);
+    ASSERT_EQ(write("GevSCPSPacketSize", 8000), OrvErrorSuccess);
+    // Packets of 1400 bytes and their delay.
+    ASSERT_EQ(sdk::feature(*camera, "UserSetLoad")->RunCommand(), OrvErrorSuccess);
+    EXPECT_EQ(number(limitName), 49'988'000);
+    ASSERT_EQ(write("GevSCPSPacketSize", 8000), OrvErrorSuccess);
+    EXPECT_THAT(number(limitName), AllOf(Le(49'988'000), Gt(49'960'000)));
+}
+
 TEST_F(DelayLimit, isSwitchedOffAndOnAndPutsAForeignDelayBack) {
     ASSERT_EQ(write(delayName, 50'040), OrvErrorSuccess);
     // As after another start: the delay is that of someone else.

@@ -6,7 +6,6 @@
 #include "orvcpp/aravis/discovery/CameraRecord.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace orv::aravis {
 
@@ -143,13 +142,23 @@ OrvErrorType DelayLimit::delayFor(std::int64_t limit, std::int64_t& ticks) const
     return OrvErrorSuccess;
 }
 
+OrvErrorType DelayLimit::writeDelay(std::int64_t ticks) {
+    std::int64_t packetBytes = 0;
+    if (const OrvErrorType error = node::get(*m_packetSize, packetBytes); error != OrvErrorSuccess)
+        return error;
+    const OrvErrorType error = node::set(*m_delay, ticks);
+    if (error == OrvErrorSuccess)
+        m_packetBytes = packetBytes;
+    return error;
+}
+
 OrvErrorType DelayLimit::set(std::int64_t limit) {
     if (const OrvErrorType error = admitsWriting(); error != OrvErrorSuccess)
         return error;
     std::int64_t ticks = 0;
     if (const OrvErrorType error = delayFor(limit, ticks); error != OrvErrorSuccess)
         return error;
-    const OrvErrorType error = node::set(*m_delay, ticks);
+    const OrvErrorType error = writeDelay(ticks);
     if (error == OrvErrorSuccess)
         m_whenOn.reset();
     return error;
@@ -179,7 +188,7 @@ OrvErrorType DelayLimit::switchTo(bool on) {
         return error;
     if (const OrvErrorType error = shortestDelay(shortest); error != OrvErrorSuccess)
         return error;
-    const OrvErrorType error = node::set(*m_delay, on ? *m_whenOn : shortest);
+    const OrvErrorType error = writeDelay(on ? *m_whenOn : shortest);
     if (error == OrvErrorSuccess)
         m_whenOn = on ? std::nullopt : std::optional(now);
     return error;
@@ -202,22 +211,46 @@ OrvErrorType DelayLimit::frameRate(double& framesPerSecond) const {
     return OrvErrorSuccess;
 }
 
-void DelayLimit::followPacketSize() {
+OrvErrorType DelayLimit::followPacketSize() {
+    // A busy camera may refuse a call.
+    const OrvErrorType error = tryToFollow();
+    return error == OrvErrorSuccess ? error : tryToFollow();
+}
+
+OrvErrorType DelayLimit::tryToFollow() {
     PacingSettings settings;
     std::int64_t ticks = 0;
-    if (readSettings(settings) != OrvErrorSuccess || readDelay(ticks) != OrvErrorSuccess ||
-        settings.packetBytes == m_packetBytes)
-        return;
+    bool on = false;
+    if (const OrvErrorType error = readSettings(settings); error != OrvErrorSuccess)
+        return error;
+    const std::int64_t packetBytes = settings.packetBytes;
     const auto after = PacketPacing::of(settings);
-    settings.packetBytes = std::exchange(m_packetBytes, settings.packetBytes);
+    if (packetBytes == m_packetBytes || !after)
+        return OrvErrorSuccess;
+    if (const OrvErrorType error = readDelay(ticks); error != OrvErrorSuccess)
+        return error;
+    if (const OrvErrorType error = isOn(on); error != OrvErrorSuccess)
+        return error;
+    settings.packetBytes = m_packetBytes;
     const auto before = PacketPacing::of(settings);
-    if (!after || !before)
-        return;
-    if (m_whenOn)
+    if (before && !on)
         m_whenOn = after->delayFor(before->limitOf(*m_whenOn));
     // The speed of the link needs no delay with any packet size.
-    else if (ticks > settings.delay.minimum)
-        node::set(*m_delay, after->delayFor(before->limitOf(ticks)));
+    if (before && on && ticks > settings.delay.minimum) {
+        const OrvErrorType error = node::set(*m_delay, after->delayFor(before->limitOf(ticks)));
+        if (error != OrvErrorSuccess)
+            return error;
+    }
+    m_packetBytes = packetBytes;
+    return OrvErrorSuccess;
+}
+
+OrvErrorType DelayLimit::noteDelay() {
+    bool on = false;
+    if (const OrvErrorType error = isOn(on); error != OrvErrorSuccess)
+        return error;
+    // While it is off, no delay is written.
+    return on ? node::get(*m_packetSize, m_packetBytes) : followPacketSize();
 }
 
 } // namespace orv::aravis

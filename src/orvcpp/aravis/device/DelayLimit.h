@@ -42,8 +42,11 @@ public:
     /// without a limit report a rate that does not depend on the delay.
     OrvErrorType frameRate(double& framesPerSecond) const;
     bool hasFrameRate() const { return m_frameRate && m_payload; }
-    /// Keeps the limit after the packet size may have changed: writes another delay.
-    void followPacketSize();
+    /// Keeps the limit after the packet size may have changed: writes another delay. After an
+    /// error, the next call tries it again.
+    OrvErrorType followPacketSize();
+    /// After a write that may have changed the delay: it belongs to the present packet size.
+    OrvErrorType noteDelay();
 
 private:
     using Description = std::shared_ptr<const FeatureDescription>;
@@ -59,6 +62,8 @@ private:
     OrvErrorType readDelay(std::int64_t& ticks) const;
     OrvErrorType shortestDelay(std::int64_t& ticks) const;
     OrvErrorType delayFor(std::int64_t limit, std::int64_t& ticks) const;
+    OrvErrorType writeDelay(std::int64_t ticks);
+    OrvErrorType tryToFollow();
 
     Description m_delay;
     Description m_packetSize;

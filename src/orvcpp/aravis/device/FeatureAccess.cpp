@@ -92,13 +92,16 @@ FeatureAccess::unregisterObserver(const std::string& feature,
     return removeObserver(m_observers, Observer(feature, observer));
 }
 
-void FeatureAccess::noteWrite(const std::string& written) {
-    if (written == "GevSCPSPacketSize" && m_device->delayLimit())
-        m_device->call([limit = m_device->delayLimit()](ArvDevice*) -> OrvErrorType {
-            limit->followPacketSize();
-            return OrvErrorSuccess;
-        });
+OrvErrorType FeatureAccess::noteWrite(const std::string& written) {
+    OrvErrorType error = OrvErrorSuccess;
+    if (const auto& limit = m_device->delayLimit()) {
+        if (written == "GevSCPSPacketSize")
+            error = m_device->call([limit](ArvDevice*) { return limit->followPacketSize(); });
+        else if (written == "GevSCPD" || written == "UserSetLoad")
+            m_device->call([limit](ArvDevice*) { return limit->noteDelay(); });
+    }
     tellObservers();
+    return error;
 }
 
 void FeatureAccess::tellObservers() {

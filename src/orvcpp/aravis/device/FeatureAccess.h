@@ -39,8 +39,8 @@ public:
     OrvErrorType unregisterObserver(const std::string& feature,
                                     const std::shared_ptr<OrvCPP::IFeatureObserver>& observer);
     /// After a write to the feature \p written. Calls every observer: writing one feature may
-    /// change any other.
-    void noteWrite(const std::string& written);
+    /// change any other. An error when a limit made of the packet delay cannot be kept.
+    OrvErrorType noteWrite(const std::string& written);
     /// Calls every observer.
     void tellObservers();
     void forgetObservers();

@@ -37,9 +37,7 @@ template <typename Change> OrvErrorType GenicamFeature::change(Change apply) {
         return error;
     const OrvErrorType error = m_access->device().call(
         [description = m_description, apply](ArvDevice*) { return apply(*description); });
-    if (error == OrvErrorSuccess)
-        m_access->noteWrite(m_description->name);
-    return error;
+    return error == OrvErrorSuccess ? m_access->noteWrite(m_description->name) : error;
 }
 
 template <typename T> OrvErrorType GenicamFeature::describe(T& result, const T& known) const {

@@ -47,9 +47,7 @@ OrvErrorType readPacketSize(const DeviceConnection& device, std::int64_t& size) 
 
 /// Keeps a limit that is made of the packet delay. On the device's thread.
 OrvErrorType followed(const std::shared_ptr<DelayLimit>& limit, OrvErrorType result) {
-    if (limit && result == OrvErrorSuccess)
-        limit->followPacketSize();
-    return result;
+    return limit && result == OrvErrorSuccess ? limit->followPacketSize() : result;
 }
 
 OrvErrorType writePacketSize(const DeviceConnection& device, std::int64_t size) {

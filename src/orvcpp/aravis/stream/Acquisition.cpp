@@ -69,8 +69,12 @@ OrvErrorType Acquisition::startOn(ArvDevice* device, int bufferCount) {
     if (const OrvErrorType error = opened->open(device); error != OrvErrorSuccess)
         return error;
     // Opening may have adjusted the packet size.
-    if (m_device->delayLimit())
-        m_device->delayLimit()->followPacketSize();
+    if (const auto& limit = m_device->delayLimit()) {
+        if (const OrvErrorType error = limit->followPacketSize(); error != OrvErrorSuccess) {
+            opened->close();
+            return error;
+        }
+    }
     {
         const std::lock_guard lock(m_mutex);
         if (!m_isOver)
