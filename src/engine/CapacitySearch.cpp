@@ -2,6 +2,7 @@
 #include "engine/CapacitySearch.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace {
@@ -9,9 +10,10 @@ namespace {
 /// A step with a loss that carried more than this share is doubtful: a load that is too high by
 /// half of the resolution loses more.
 constexpr double doubtfulShare = 0.99;
-/// The first step towards a bound, as a fraction. Below the resolution, so that one step in each
-/// direction can end the search.
-constexpr double firstStride = 0.018;
+/// The steps up to a loss, as fractions. The first is below the resolution, so that one step in
+/// each direction can end the search. The others are for a link that carries more than a loss told:
+/// then so few steps are left that the interval must be found quickly, to be halved.
+constexpr std::array<double, 5> strides{0.018, 0.12, 0.3, 0.4, 1};
 /// The first try below a loss, relative to what was carried then.
 constexpr double firstFall = 0.01;
 /// Loads that differ by less are the same.
@@ -34,10 +36,9 @@ std::optional<double> CapacitySearch::next() const {
 }
 
 double CapacitySearch::above() const {
-    const double strided = *m_lossless * (1 + firstStride * std::exp2(m_rises));
-    return strided < *m_lossy / resolution
-               ? strided
-               : std::min(std::sqrt(*m_lossless * *m_lossy), *m_lossless * (1 + firstStride));
+    const double stride = strides.at(std::min<std::size_t>(m_rises, strides.size() - 1));
+    const double strided = *m_lossless * (1 + stride);
+    return strided < *m_lossy / resolution ? strided : std::sqrt(*m_lossless * *m_lossy);
 }
 
 double CapacitySearch::below() const {

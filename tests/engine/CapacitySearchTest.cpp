@@ -51,6 +51,21 @@ TEST(CapacitySearch, findsTheCapacityToTwoPercentInEightSteps) {
     }
 }
 
+TEST(CapacitySearch, usesItsStepsWellWhicheverShareItIsTold) {
+    for (double capacity = 1; capacity < 99; capacity *= 1.07) {
+        for (const double told : {0.5, 0.7, 0.8, 0.9, 1.0, 1.1}) {
+            CapacitySearch rough(0.01, 100);
+            const auto wrong = [&](double share) {
+                return std::min(share * told, 0.98);
+            };
+            EXPECT_LE(search(rough, capacity, wrong), CapacitySearch::mostSteps);
+            ASSERT_TRUE(rough.lossless()) << capacity << " x " << told;
+            EXPECT_LE(*rough.lossy() / *rough.lossless(), told < 0.6 ? 1.1 : 1.04)
+                << capacity << " x " << told;
+        }
+    }
+}
+
 TEST(CapacitySearch, endsWhereNothingOrEverythingIsLost) {
     CapacitySearch unfilled(1, 100);
     EXPECT_EQ(search(unfilled, 150), 1);
