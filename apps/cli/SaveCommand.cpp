@@ -11,6 +11,7 @@
 #include "settings/UserSet.h"
 
 #include <QDateTime>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 
@@ -51,6 +52,17 @@ settings::SavedDivision divisionOf(const Cameras& all, const HostInterface& inte
     return division;
 }
 
+/// Those of the file that is to be written; none when it is new or no settings file.
+std::vector<settings::SavedCamera> formerCameras(const QString& file) {
+    if (file == QLatin1String(standardStream) || !QFileInfo::exists(file))
+        return {};
+    try {
+        return readSettingsFile(file).cameras;
+    } catch (const Failure&) {
+        return {};
+    }
+}
+
 /// Reads cameras into one settings file, and counts what goes wrong.
 class Saving {
 public:
@@ -69,6 +81,20 @@ public:
         const std::string name = info.cameraName == info.modelName ? "" : info.cameraName;
         m_settings.cameras.push_back(
             {info.cameraId, name, info.modelName, info.serialNumber, read.features});
+    }
+
+    /// Takes a camera that cannot be read now over from the former file, by its serial number.
+    void keepFormer(const CameraHandler& camera, const std::vector<settings::SavedCamera>& former) {
+        const CameraInfo info = camera.getCameraInfo();
+        const auto found =
+            std::find_if(former.begin(), former.end(), [&](const settings::SavedCamera& each) {
+                return !info.serialNumber.empty() && each.serialNumber == info.serialNumber &&
+                       each.model == info.modelName;
+            });
+        if (found == former.end())
+            return;
+        warn(camera, "Its former settings stay in the file.");
+        m_kept.push_back(*found);
     }
 
     void addDivisions(const Cameras& all, const CameraList& chosen) {
@@ -98,11 +124,17 @@ public:
     }
 
     const settings::SavedSettings& settings() const { return m_settings; }
+    QJsonObject document() const {
+        settings::SavedSettings all = m_settings;
+        all.cameras.insert(all.cameras.end(), m_kept.begin(), m_kept.end());
+        return settings::toDocument(all);
+    }
     const QJsonArray& problems() const { return m_problems; }
 
 private:
     Context& m_context;
     settings::SavedSettings m_settings;
+    std::vector<settings::SavedCamera> m_kept;
     QJsonArray m_problems;
 };
 
@@ -136,14 +168,17 @@ Report runSave(Context& context) {
         std::for_each(chosen.begin(), chosen.end(),
                       [](const auto& camera) { requireOpened(*camera); });
     Saving saving(context);
+    const auto former = formerCameras(operands.constFirst());
     for (const auto& camera : chosen) {
-        if (camera->isOpened())
+        if (camera->isOpened()) {
             saving.add(*camera);
-        else
-            saving.warn(*camera, camera->getWarningText());
+            continue;
+        }
+        saving.warn(*camera, camera->getWarningText());
+        saving.keepFormer(*camera, former);
     }
     saving.addDivisions(cameras, chosen);
-    const QJsonObject document = settings::toDocument(saving.settings());
+    const QJsonObject document = saving.document();
     if (operands.constFirst() != QLatin1String(standardStream))
         writeSettingsFile(operands.constFirst(), QJsonDocument(document).toJson());
     for (const auto& camera : chosen) {
