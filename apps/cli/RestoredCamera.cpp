@@ -31,6 +31,8 @@ QJsonObject toJson(const settings::Difference& difference) {
 QString headline(const RestoredCamera& camera) {
     if (!camera.result)
         return QStringLiteral("%1: %2\n").arg(text(camera.saved.id), text(camera.reason));
+    if (camera.result->isInterrupted)
+        return QStringLiteral("%1: not all settings restored\n").arg(text(camera.id));
     const auto different = static_cast<int>(camera.result->differences.size());
     const QString count =
         different == 0 ? QStringLiteral("all as saved") : QStringLiteral("%1 not").arg(different);
@@ -85,6 +87,7 @@ QJsonObject toJson(const RestoredCamera& camera) {
     for (const std::string& problem : camera.result->problems)
         problems.append(text(problem));
     object[QStringLiteral("foundBy")] = text(camera.reason);
+    object[QStringLiteral("isInterrupted")] = camera.result->isInterrupted;
     object[QStringLiteral("changed")] = camera.result->changed;
     object[QStringLiteral("differences")] = differences;
     object[QStringLiteral("problems")] = problems;
@@ -117,7 +120,7 @@ QString differenceText(const RestoredCamera& camera) {
     }
     if (!lines.isEmpty())
         lines = QStringLiteral("--- %1\n+++ saved\n").arg(text(camera.id)) + lines;
-    else
+    else if (!camera.result->isInterrupted)
         lines = QStringLiteral("%1: all as saved\n").arg(text(camera.id));
     return lines + problemLines(*camera.result);
 }

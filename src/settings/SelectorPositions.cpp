@@ -3,6 +3,8 @@
 
 #include "sdk/ErrorText.h"
 
+#include <algorithm>
+
 namespace settings {
 
 std::string SelectorPositions::select(const Selection& selection) {
@@ -15,17 +17,35 @@ std::string SelectorPositions::select(const Selection& selection) {
 
 void SelectorPositions::setHome(const std::string& selector, const FeatureValue& value) {
     m_homes[selector] = value;
+    m_moved.insert(selector);
 }
 
 std::vector<std::string> SelectorPositions::putBack() {
     std::vector<std::string> problems;
-    const std::map<std::string, FeatureValue> homes = std::exchange(m_homes, {});
-    for (const auto& [selector, value] : homes) {
-        if (const std::string problem = move(selector, value); !problem.empty())
+    const std::map<std::string, FeatureValue> homes = m_homes;
+    const auto depth = [this](const std::string& selector) {
+        const Setting* const setting = m_table.find(selector);
+        return setting ? m_table.selectorsOf(*setting).size() : 0;
+    };
+    std::vector<std::string> moved(m_moved.begin(), m_moved.end());
+    std::stable_sort(moved.begin(), moved.end(), [&](const auto& first, const auto& second) {
+        return depth(first) < depth(second);
+    });
+    for (const std::string& selector : moved) {
+        if (const std::string problem = move(selector, homes.at(selector)); !problem.empty())
             problems.push_back(problem);
     }
     m_homes.clear();
+    m_moved.clear();
     return problems;
+}
+
+void SelectorPositions::readHomes() {
+    for (const Setting& setting : m_table.all()) {
+        FeatureValue present;
+        if (!setting.selected().empty() && setting.read(present) == OrvErrorSuccess)
+            m_homes.emplace(setting.name(), present);
+    }
 }
 
 std::string SelectorPositions::move(const std::string& selector, const FeatureValue& value) {
@@ -38,9 +58,12 @@ std::string SelectorPositions::move(const std::string& selector, const FeatureVa
     FeatureValue present;
     if (const OrvErrorType error = setting->read(present); error != OrvErrorSuccess)
         return failed(errorText(error));
-    m_homes.emplace(selector, present);
     if (present == value)
         return {};
+    if (m_moved.empty())
+        readHomes();
+    m_homes.emplace(selector, present);
+    m_moved.insert(selector);
     if (present.index() != value.index())
         return failed("it has values of another type");
     const OrvErrorType error = setting->write(value);

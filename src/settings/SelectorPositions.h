@@ -5,6 +5,7 @@
 #include "settings/SettingTable.h"
 
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -26,14 +27,18 @@ public:
     std::string select(const Selection& selection);
     /// The value that putBack() gives a selector, in place of the one that it had.
     void setHome(const std::string& selector, const FeatureValue& value);
-    /// Gives the selectors that were moved their former values. Returns what failed.
+    /// Gives the selectors that were moved their former values. The outermost come
+    /// first, since they decide what the others show. Returns what failed.
     std::vector<std::string> putBack();
 
 private:
+    void readHomes();
     std::string move(const std::string& selector, const FeatureValue& value);
 
     const SettingTable& m_table;
+    /// Of all selectors, read before the first one moves: another one may show another value then.
     std::map<std::string, FeatureValue> m_homes;
+    std::set<std::string> m_moved;
 };
 
 } // namespace settings

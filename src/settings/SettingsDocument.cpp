@@ -139,6 +139,15 @@ public:
         requireType(QJsonValue::Bool, "true or false");
         return m_value.toBool();
     }
+    /// The bytes of a register, in lower case.
+    std::string hexadecimal() const {
+        const std::string digits = text();
+        const bool isRight = digits.size() % 2 == 0 &&
+                             digits.find_first_not_of("0123456789abcdefABCDEF") == digits.npos;
+        if (!isRight)
+            fail(QStringLiteral("an even number of hexadecimal digits"));
+        return QString::fromStdString(digits).toLower().toStdString();
+    }
     bool isNull() const { return m_value.isNull(); }
     /// A value of any type: that of a selector.
     FeatureValue value() const {
@@ -156,6 +165,8 @@ public:
             return number();
         case OrvFeatureDataBool:
             return boolean();
+        case OrvFeatureDataRaw:
+            return hexadecimal();
         default:
             return text();
         }

@@ -7,6 +7,7 @@
 #include "settings/PersistenceCommands.h"
 #include "settings/SelectorPositions.h"
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 
@@ -49,6 +50,13 @@ public:
             readGroup(selectors, 0, {}, settings);
         for (const std::string& problem : m_positions.putBack())
             m_result.problems.push_back(problem);
+        const auto place = [this](const SavedFeature& feature) {
+            return m_table.find(feature.name);
+        };
+        std::stable_sort(m_result.features.begin(), m_result.features.end(),
+                         [&](const SavedFeature& first, const SavedFeature& second) {
+                             return std::less<>()(place(first), place(second));
+                         });
         return std::move(m_result);
     }
 

@@ -121,6 +121,15 @@ RestoredSettings notOpened() {
     return result;
 }
 
+void noteInterruption(const std::function<bool()>& isCancelled, RestoredSettings& result) {
+    result.isInterrupted = isCancelled();
+    if (!result.isInterrupted)
+        return;
+    // Not all features were compared.
+    result.changed = 0;
+    result.problems.emplace_back("It was interrupted.");
+}
+
 } // namespace
 
 RestoredSettings compareSettings(const std::shared_ptr<FeatureController>& camera,
@@ -133,8 +142,7 @@ RestoredSettings compareSettings(const std::shared_ptr<FeatureController>& camer
     RestoredSettings result;
     result.problems = table.problems();
     result.differences = Restorer(table, saved, isCancelled).compare(result.problems);
-    if (isCancelled())
-        result.problems.emplace_back("It was interrupted.");
+    noteInterruption(isCancelled, result);
     return result;
 }
 
@@ -165,8 +173,7 @@ RestoredSettings restoreSettings(const std::shared_ptr<FeatureController>& camer
         }
     }
     result.changed = std::max(0, before - static_cast<int>(result.differences.size()));
-    if (isCancelled())
-        result.problems.emplace_back("It was interrupted.");
+    noteInterruption(isCancelled, result);
     return result;
 }
 

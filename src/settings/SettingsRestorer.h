@@ -24,13 +24,15 @@ struct Difference {
 
 /// What has become of the settings of a camera.
 struct RestoredSettings {
-    /// How many features have their saved value now and had another one before.
+    /// Whether it ended early: what follows is not complete then.
+    bool isInterrupted = false;
+    /// How many features have their saved value now and had another one before. 0 when interrupted.
     int changed = 0;
     std::vector<Difference> differences;
     /// What else went wrong, for a person.
     std::vector<std::string> problems;
 
-    bool isComplete() const { return differences.empty() && problems.empty(); }
+    bool isComplete() const { return !isInterrupted && differences.empty() && problems.empty(); }
 };
 
 /// Compares an open camera with saved settings. Writes nothing but selectors, which are put back.

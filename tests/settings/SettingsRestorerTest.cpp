@@ -85,6 +85,13 @@ TEST_F(RestoredCamera, hasAllSettingsAgainInAnyOrder) {
     const ReadSettings saved = readSettings(m_camera, never);
     EXPECT_EQ(saved.problems, std::vector<std::string>());
     expectAtRest("Line2", 0);
+    std::vector<std::string> order;
+    for (const SavedFeature& feature : saved.features)
+        order.push_back(feature.name);
+    const auto first = [&](const char* name) {
+        return std::find(order.begin(), order.end(), name);
+    };
+    EXPECT_LT(first("Gain"), first("Gamma")) << "the order of the description";
     for (const bool isReversed : {false, true}) {
         powerCycle();
         auto features = saved.features;
@@ -193,6 +200,7 @@ TEST_F(RestoredCamera, isAtRestAfterAnInterruption) {
         if (restored.isComplete())
             break;
         EXPECT_THAT(restored.problems, testing::Contains("It was interrupted."));
+        EXPECT_EQ(restored.changed, 0) << "not all was compared";
         ASSERT_LT(allowed, 5000);
     }
     EXPECT_TRUE(compareSettings(m_camera, saved, never).isComplete());
