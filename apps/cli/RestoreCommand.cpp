@@ -8,7 +8,11 @@
 #include "cli/Terminal.h"
 #include "cli/platform/Interruption.h"
 
+#include <QDateTime>
+#include <QFileInfo>
 #include <QJsonArray>
+
+#include <utility>
 
 namespace cli {
 
@@ -39,20 +43,56 @@ Report restoreOnce(Context& context, const std::vector<settings::SavedCamera>& c
     Report report;
     QJsonArray cameras;
     for (const settings::SavedCamera& saved : chosen) {
+        if (context.interruption.isRequested()) {
+            context.terminal.message(QStringLiteral("spanlet: Interrupted before %1 was restored.")
+                                         .arg(QString::fromStdString(saved.id)));
+            report.isSuccess = false;
+            break;
+        }
         const RestoredCamera camera = restoreCamera(
             present, saved, isDryRun, [&] { return context.interruption.isRequested(); });
         cameras.append(toJson(camera));
         report.text += isDryRun ? differenceText(camera) : restoredText(camera);
         report.isSuccess = report.isSuccess && camera.isComplete();
-        if (context.interruption.isRequested())
-            break;
     }
     report.document =
         QJsonObject{{QStringLiteral("dryRun"), isDryRun}, {QStringLiteral("cameras"), cameras}};
     return report;
 }
 
-Report keepRestored(Context& context, const std::vector<settings::SavedCamera>& chosen) {
+/// Tells when a settings file was written again.
+class WatchedFile {
+public:
+    explicit WatchedFile(QString name) : m_name(std::move(name)), m_read(written()) {}
+
+    bool hasChanged() {
+        const QDateTime now = written();
+        return now.isValid() && std::exchange(m_read, now) != now;
+    }
+
+private:
+    /// Not valid for a file that is missing, as for a moment while it is replaced.
+    QDateTime written() const { return QFileInfo(m_name).lastModified(); }
+
+    const QString m_name;
+    QDateTime m_read;
+};
+
+std::vector<settings::SavedCamera> readCameras(const QStringList& operands) {
+    return chosenCameras(readSettingsFile(operands.constFirst()), operands.mid(1));
+}
+
+/// The former settings stay when the file is wrong now.
+void readAgain(RestoreWatch& watch, const QStringList& operands, Terminal& terminal) {
+    try {
+        watch.replace(readCameras(operands));
+    } catch (const Failure& failure) {
+        terminal.message(QStringLiteral("spanlet: %1 The former settings stay in use.")
+                             .arg(QString::fromUtf8(failure.what())));
+    }
+}
+
+Report keepRestored(Context& context) {
     if (context.arguments.has(dryRunOption))
         throw Failure(QStringLiteral("--dry-run and --watch exclude each other."),
                       ExitCode::WrongUse);
@@ -60,13 +100,19 @@ Report keepRestored(Context& context, const std::vector<settings::SavedCamera>& 
     const auto tell = [&](const RestoredCamera& camera) {
         terminal.print(context.wantsJson ? jsonLine(toJson(camera)) : restoredText(camera));
     };
-    RestoreWatch watch(context.readNames(), chosen, tell);
+    const QStringList operands = context.arguments.operands();
+    // Before it is read, so that no change is missed.
+    WatchedFile file(operands.constFirst());
+    std::vector<settings::SavedCamera> chosen = readCameras(operands);
+    RestoreWatch watch(context.readNames(), std::move(chosen), tell);
     const auto isCancelled = [&] {
         return context.interruption.isRequested() || terminal.outputError() != 0;
     };
-    do
+    do {
+        if (file.hasChanged())
+            readAgain(watch, operands, terminal);
         watch.look(isCancelled);
-    while (!context.interruption.wait(betweenLooks) && terminal.outputError() == 0);
+    } while (!context.interruption.wait(betweenLooks) && terminal.outputError() == 0);
     Report report;
     report.document = QJsonObject{{QStringLiteral("restored"), watch.countRestored()}};
     report.isLine = true;
@@ -74,10 +120,9 @@ Report keepRestored(Context& context, const std::vector<settings::SavedCamera>& 
 }
 
 Report runRestore(Context& context) {
-    const QStringList operands = context.arguments.operands();
-    const auto chosen = chosenCameras(readSettingsFile(operands.constFirst()), operands.mid(1));
-    return context.arguments.has(watchOption) ? keepRestored(context, chosen)
-                                              : restoreOnce(context, chosen);
+    return context.arguments.has(watchOption)
+               ? keepRestored(context)
+               : restoreOnce(context, readCameras(context.arguments.operands()));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "settings/CameraSearch.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace cli {
@@ -19,10 +20,20 @@ constexpr std::chrono::seconds betweenAttempts{5};
 RestoreWatch::RestoreWatch(const CameraNames& present, std::vector<settings::SavedCamera> saved,
                            Tell tell)
     : m_present(present), m_tell(std::move(tell)) {
+    replace(std::move(saved));
+}
+
+void RestoreWatch::replace(std::vector<settings::SavedCamera> saved) {
+    std::vector<Watched> cameras;
     for (settings::SavedCamera& camera : saved) {
-        m_cameras.emplace_back();
-        m_cameras.back().saved = std::move(camera);
+        const auto known =
+            std::find_if(m_cameras.begin(), m_cameras.end(), [&](const Watched& each) {
+                return each.saved.id == camera.id && each.saved.serialNumber == camera.serialNumber;
+            });
+        cameras.push_back(known == m_cameras.end() ? Watched() : *known);
+        cameras.back().saved = std::move(camera);
     }
+    m_cameras = std::move(cameras);
 }
 
 void RestoreWatch::look(const std::function<bool()>& isCancelled) {

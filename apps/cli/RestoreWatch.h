@@ -19,6 +19,8 @@ public:
     /// \p present must outlive the object.
     RestoreWatch(const CameraNames& present, std::vector<settings::SavedCamera> saved, Tell tell);
 
+    /// Takes other settings. Cameras that are restored already get theirs when they return.
+    void replace(std::vector<settings::SavedCamera> saved);
     /// Looks once for cameras that have come or gone.
     void look(const std::function<bool()>& isCancelled);
     /// How many times a camera was restored completely.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/cli/SpanletProcess.h"
+#include "tests/support/FileTree.h"
 
 #include <gmock/gmock.h>
 
@@ -45,6 +46,23 @@ TEST(Interruption, keepsAutoSetFromBeginning) {
               1);
     EXPECT_THAT(spanlet.err(), HasSubstr("no camera was changed"));
     EXPECT_THAT(spanlet.err(), Not(HasSubstr("DeviceLinkThroughputLimit set to")));
+}
+
+TEST(Interruption, endsARestorationThatReadsItsFileAgain) {
+    const FileTree files;
+    const std::string one = textOf("save - GEV-21017");
+    const std::string both = textOf("save - GEV-21017 GEV-21018");
+    const std::string file = files.write("cameras.json", one).string();
+    SpanletProcess spanlet;
+    spanlet.start(words("restore --watch " + file));
+    spanlet.await("GEV-21017: 0 settings restored");
+    files.write("cameras.json", "{}");
+    spanlet.await("The former settings stay in use.");
+    files.write("cameras.json", both);
+    spanlet.await("GEV-21018: 0 settings restored");
+    ::kill(static_cast<pid_t>(spanlet.id()), SIGINT);
+    EXPECT_EQ(spanlet.finish(), 0);
+    EXPECT_THAT(matches(spanlet.out(), "^(GEV-21017): "), SizeIs(1)) << "restored already";
 }
 
 TEST(Interruption, endsAPlanWithoutAChange) {

@@ -50,6 +50,14 @@ TEST_F(SettingsCommands, saveWritesAllOfAFileOrLeavesTheFormerOne) {
     EXPECT_EQ(run("save " + path("b.json")), 1) << "another program has one of the cameras";
     EXPECT_THAT(err(), HasSubstr("U3V-40238"));
     EXPECT_EQ(camerasOf(QJsonDocument::fromJson(read("b.json")).object()).size(), 7);
+    m_files.write("b.json", read("a.json")
+                                .replace("\"21017\"", "\"40238\"")
+                                .replace("Corvid G-507m", "Finch U-319m")
+                                .toStdString());
+    EXPECT_EQ(run("save " + path("b.json")), 1);
+    const QJsonObject kept = QJsonDocument::fromJson(read("b.json")).object();
+    ASSERT_EQ(camerasOf(kept).size(), 8);
+    EXPECT_EQ(camera(kept, 7, "id serialNumber"), "GEV-21017 40238") << "its former settings";
     EXPECT_EQ(run("save " + path("a.json") + " 21017 --to-camera Nothing"), 1);
     EXPECT_THAT(err(), HasSubstr("There is: Default, UserSet1, UserSet2"));
 }
