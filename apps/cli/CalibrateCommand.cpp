@@ -53,18 +53,46 @@ Report forget(const Arguments& arguments) {
     return report;
 }
 
-/// Only what was found: a link that its cameras cannot fill may carry more.
-bool save(const CalibratedLink& link, Cameras& cameras) {
+/// Why the result is not worth to be saved; empty when it is.
+QString saveObstacle(const CalibratedLink& link) {
+    // The loss begins so much above what is carried at most.
+    constexpr double widest = 1.1;
+    if (!link.notOpened.isEmpty())
+        return QStringLiteral("A camera could not be opened.");
+    // A link that its cameras cannot fill may carry more.
     if (!link.capacity || !link.lossBegins)
-        return false;
+        return QStringLiteral("Its capacity was not found.");
+    if (!link.isPrecise && *link.lossBegins > widest * *link.capacity)
+        return QStringLiteral("Its capacity is not known well enough.");
+    return {};
+}
+
+void save(const CalibratedLink& link, Cameras& cameras) {
     SavedCapacity capacity{*link.capacity, link.bitsPerSecond, QDate::currentDate(), {}};
-    for (const HostInterface* interface : link.interfaces.interfaces)
+    const auto onLink = cameras.onLinkOf(*link.interfaces.interfaces.front());
+    for (const HostInterface* interface : onLink)
         capacity.interfaces += {interface->name, interface->id};
     capacity.interfaces.removeAll(QString());
     capacity.interfaces.removeDuplicates();
-    SavedCapacities(cameras.areSimulated())
-        .save(linkKey(cameras, *link.interfaces.interfaces.front()), capacity);
-    return true;
+    for (const HostInterface* interface : onLink)
+        SavedCapacities(cameras.areSimulated()).save(linkKey(cameras, *interface), capacity);
+}
+
+/// Whether the capacity was saved; says why not, since the results shall not be lost.
+bool triesToSave(const CalibratedLink& link, Cameras& cameras, Report& report, Terminal& terminal) {
+    QString problem = saveObstacle(link);
+    if (problem.isEmpty()) {
+        try {
+            save(link, cameras);
+            return true;
+        } catch (const Failure& failure) {
+            problem = QString::fromUtf8(failure.what());
+            report.isSuccess = false;
+        }
+    }
+    terminal.message(
+        QStringLiteral("spanlet: %1: Nothing is saved: %2").arg(link.interfaces.names(), problem));
+    return false;
 }
 
 Report runCalibrate(Context& context) {
@@ -74,6 +102,8 @@ Report runCalibrate(Context& context) {
         return forget(arguments);
     const CalibrationSettings settings{benchmarkSeconds(arguments, secondsOption, usualSeconds),
                                        arguments.has(packetSizeOption)};
+    if (arguments.has(saveOption))
+        SavedCapacities::requireWritable();
     Cameras& cameras = context.openCameras();
     const std::vector<ChosenInterfaces> links = linksOf(chosenInterfaces(cameras, arguments));
     Report report;
@@ -83,11 +113,13 @@ Report runCalibrate(Context& context) {
         const CalibratedLink link = calibrate(cameras, interfaces, settings, context.interruption);
         if (links.size() == 1 && link.steps.empty())
             throw Failure(QStringLiteral("%1: %2").arg(interfaces.names(), link.error));
-        const bool isSaved = arguments.has(saveOption) && save(link, cameras);
-        if (arguments.has(saveOption) && !isSaved)
+        if (!link.notOpened.isEmpty())
             context.terminal.message(
-                QStringLiteral("spanlet: %1: Nothing is saved, since its capacity was not found.")
-                    .arg(interfaces.names()));
+                QStringLiteral("spanlet: %1: What these cameras send is not known, since they "
+                               "could not be opened: %2.")
+                    .arg(interfaces.names(), link.notOpened.join(QStringLiteral(", "))));
+        const bool isSaved =
+            arguments.has(saveOption) && triesToSave(link, cameras, report, context.terminal);
         documents.append(describeCalibration(link, isSaved));
         texts.append(calibrationText(documents.last().toObject(), context.terminal.lineWidth()));
         report.isSuccess = report.isSuccess && link.error.isEmpty();

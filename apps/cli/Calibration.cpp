@@ -79,7 +79,7 @@ const PlannedCamera* cameraOf(const LinkPlan& plan, const QJsonObject& figures) 
 
 void checkConnection(const QJsonObject& figures) {
     if (figures.contains(QStringLiteral("disconnectedAfterSeconds")))
-        throw Failure(QStringLiteral("%1: It was disconnected. The limits were put back.")
+        throw Failure(QStringLiteral("%1: It was disconnected.")
                           .arg(figures[QStringLiteral("id")].toString()));
 }
 
@@ -96,6 +96,10 @@ public:
         const QJsonObject result = runBenchmark(m_cameras, m_link, m_benchmark, m_interruption);
         if (result[QStringLiteral("interrupted")].toBool())
             return std::nullopt;
+        // Its limit counts in the load of the step.
+        if (!hasMeasuredAll(result))
+            throw Failure(QStringLiteral("%1: A camera did not stream, see the messages above.")
+                              .arg(m_link.names()));
         CalibrationStep step;
         const auto measurement = judge(result, step);
         m_steps.push_back(step);
@@ -183,20 +187,22 @@ double otherTraffic(const Cameras& cameras, const ChosenInterfaces& link) {
     return sum;
 }
 
-/// The load of the highest step without a loss, or less where cameras send much less than their
-/// limits: the share that arrived. The best one of all such steps, since a busy host may delay a
-/// camera.
-double arrived(const std::vector<CalibrationStep>& steps, double lossless) {
+/// The share of the loads that cameras send: 1, or less where they send much less than their
+/// limits. The best one of all steps without a loss, since a busy host may delay a camera.
+double arrivedShare(const std::vector<CalibrationStep>& steps) {
     constexpr double muchLess = 0.8;
     double share = 0;
     for (const CalibrationStep& step : steps) {
         if (!step.hasLoss && step.sentBytes > 0)
             share = std::max(share, (step.carriedBytes + step.cutBytes) / step.sentBytes);
     }
-    return share < muchLess ? share * lossless : lossless;
+    return share < muchLess ? share : 1;
 }
 
-QString errorOf(LinkCalibration::Outcome outcome) {
+QString errorOf(LinkCalibration::Outcome outcome, const LinkCalibration& calibration) {
+    if (outcome == LinkCalibration::Outcome::StepsUsedUp)
+        return QStringLiteral("Frames were lost in all eight steps, down to %1 MB/s.")
+            .arg(*calibration.lossy() / 1e6, 0, 'f', 1);
     if (outcome == LinkCalibration::Outcome::AlwaysLossy)
         return QStringLiteral("Frames are lost with the lowest limits, too: the cause is another "
                               "one than the speed of the link.");
@@ -206,7 +212,12 @@ QString errorOf(LinkCalibration::Outcome outcome) {
 } // namespace
 
 QString linkKey(Cameras& cameras, const HostInterface& interface) {
-    const std::string link = cameras.controller().getInterfaceLink(interface.name.toStdString());
+    const std::string name = interface.name.toStdString();
+    const SystemController& controller = cameras.controller();
+    // The link of an adapter is named by its index, which another start of the host may change.
+    if (controller.getInterfaceType(name) == OrvTransportLayerTypeGEV)
+        return interface.id.isEmpty() ? interface.name : interface.id;
+    const std::string link = controller.getInterfaceLink(name);
     return link.empty() ? interface.name : QString::fromStdString(link);
 }
 
@@ -220,6 +231,10 @@ CalibratedLink calibrate(Cameras& cameras, const ChosenInterfaces& link,
         camera->adjustPacketSize(settings.adjustsPacketSize && camera->isOpened());
     // Without a margin, so that no camera has a limit above what it sends.
     LinkPlan plan(link.cameras(), 0);
+    for (const PlannedCamera& camera : plan.cameras()) {
+        if (camera.role == PlanRole::NotOpened)
+            result.notOpened.append(cameraId(*camera.handler));
+    }
     findNeeds(plan, cameras, needSeconds, interruption);
     result.error = QString::fromStdString(LinkCalibration::obstacle(plan));
     if (!result.error.isEmpty())
@@ -234,14 +249,17 @@ CalibratedLink calibrate(Cameras& cameras, const ChosenInterfaces& link,
                                      "messages above.")
                           .arg(link.names()));
     const double others = otherTraffic(cameras, link);
-    result.error = errorOf(outcome);
+    result.error = errorOf(outcome, calibration);
     result.steps = measurements.steps(calibration);
     result.findings = measurements.findingsAt(calibration);
     result.isPrecise = calibration.isPrecise();
-    if (calibration.lossless())
-        result.capacity = arrived(result.steps, *calibration.lossless()) + others;
+    double share = 1;
+    if (calibration.lossless()) {
+        share = arrivedShare(result.steps);
+        result.capacity = share * *calibration.lossless() + others;
+    }
     if (calibration.lossy())
-        result.lossBegins = *calibration.lossy() + others;
+        result.lossBegins = share * *calibration.lossy() + others;
     return result;
 }
 

@@ -51,14 +51,17 @@ struct CalibratedLink {
     std::vector<CalibrationStep> steps;
     /// Where frames were lost with the lowest such load; see LossFindings.h.
     QJsonArray findings;
+    /// IDs of cameras that could not be opened: what they send is not known.
+    QStringList notOpened;
 };
 
-/// Identifies the link of an interface for SavedCapacities.
+/// Identifies the link of an interface for SavedCapacities, also after another start of the host.
+/// Interfaces of one network adapter have different keys.
 QString linkKey(Cameras& cameras, const HostInterface& interface);
 
 /// Measures what a link carries. Puts the limits of its cameras back, whatever happens. Throws a
-/// Failure when the program is to end, a camera is disconnected, or a limit cannot be written or
-/// put back.
+/// Failure when the program is to end, a camera is disconnected or does not stream, or a limit
+/// cannot be written or put back.
 CalibratedLink calibrate(Cameras& cameras, const ChosenInterfaces& link,
                          const CalibrationSettings& settings, Interruption& interruption);
 

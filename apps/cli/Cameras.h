@@ -59,12 +59,12 @@ public:
     const HostInterface& findInterface(const QString& wanted) const;
     /// By ID, or by user-defined name or serial number where these are unique.
     std::shared_ptr<CameraHandler> findCamera(const QString& wanted) const;
+    /// The interface and those that share its link, in the order of the list.
+    std::vector<const HostInterface*> onLinkOf(const HostInterface& interface) const;
 
 private:
     void findSharing();
     void findOtherTraffic();
-    /// The interface and those that share its link, in the order of the list.
-    std::vector<const HostInterface*> onLinkOf(const HostInterface& interface) const;
 
     /// Declared first, so that it is destroyed last.
     session::SdkSession m_session;

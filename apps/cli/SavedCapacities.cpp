@@ -22,7 +22,7 @@ constexpr double mostBytes = 1e12;
 
 void write(QSettings& settings) {
     settings.sync();
-    if (settings.status() != QSettings::NoError)
+    if (settings.status() != QSettings::NoError || !settings.isWritable())
         throw Failure(QStringLiteral("%1 cannot be written.").arg(settings.fileName()));
 }
 
@@ -55,6 +55,11 @@ QString SavedCapacities::keyOf(const QString& link) const {
     return m_group + QString::fromLatin1(QUrl::toPercentEncoding(link));
 }
 
+void SavedCapacities::requireWritable() {
+    QSettings settings(file(), QSettings::IniFormat);
+    write(settings);
+}
+
 std::optional<SavedCapacity> SavedCapacities::find(const QString& link) const {
     const QSettings settings(file(), QSettings::IniFormat);
     const SavedCapacity found = read(settings, keyOf(link));
@@ -85,6 +90,7 @@ QStringList SavedCapacities::forget(const QString& interface) {
     }
     settings.endGroup();
     write(settings);
+    forgotten.removeDuplicates();
     return forgotten;
 }
 

@@ -17,7 +17,7 @@ struct SavedCapacity {
     /// while the link has that speed.
     std::uint64_t bitsPerSecond = 0;
     QDate date;
-    /// Names and IDs of the interfaces that were measured.
+    /// Names and IDs of the interfaces of the link.
     QStringList interfaces;
 };
 
@@ -30,9 +30,10 @@ public:
     explicit SavedCapacities(bool areSimulated);
 
     static QString file();
+    /// Throws a Failure when the file cannot be written. Makes its folder.
+    static void requireWritable();
 
-    /// \p link identifies a link: that of SystemController, or the name of its only interface. An
-    /// entry that cannot be read counts as absent.
+    /// \p link identifies a link, see linkKey(). An entry that cannot be read counts as absent.
     std::optional<SavedCapacity> find(const QString& link) const;
     /// Throws a Failure when the file cannot be written.
     void save(const QString& link, const SavedCapacity& capacity);

@@ -35,16 +35,18 @@ LinkCalibration::Outcome LinkCalibration::run(const Measure& measure) {
     m_plan.divide(everything);
     const double most = plannedLoad();
     m_plan.divide(0);
-    CapacitySearch capacity(plannedLoad(), most);
+    const double least = plannedLoad();
+    CapacitySearch capacity(least, most);
     const auto failure = search(capacity, measure);
     m_lossless = capacity.lossless();
     m_lossy = capacity.lossy();
     m_isPrecise = capacity.isPrecise();
-    const bool areBack = m_plan.putBack();
-    if (failure || !areBack)
-        return failure.value_or(Outcome::Refused);
+    if (!m_plan.putBack())
+        return Outcome::Refused;
+    if (failure)
+        return *failure;
     if (!m_lossless)
-        return Outcome::AlwaysLossy;
+        return capacity.knows(least) ? Outcome::AlwaysLossy : Outcome::StepsUsedUp;
     return m_lossy ? Outcome::Measured : Outcome::NotFilled;
 }
 

@@ -33,9 +33,11 @@ public:
         Measured,
         /// No load has a loss: the link carries the highest at least.
         NotFilled,
-        /// Every load has a loss, down to the lowest limits or to the last step.
+        /// Every load has a loss, down to the lowest limits.
         AlwaysLossy,
-        /// A camera did not take its limit.
+        /// Every load has a loss; lower ones were not tried.
+        StepsUsedUp,
+        /// A camera did not take its limit, or not its former one at the end.
         Refused,
         Cancelled
     };

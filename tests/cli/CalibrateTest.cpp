@@ -66,7 +66,9 @@ TEST_F(Calibrate, findsWhatALinkCarriesToThreePercent) {
          500e6},
     };
     for (const auto& [text, capacity] : cases) {
-        const QJsonObject link = measured(config(text));
+        const QJsonObject link = measured(" --save" + config(text));
+        const bool isOpened = text.find("access") == std::string::npos;
+        EXPECT_EQ(at(link, "isSaved").toBool(), isOpened) << text;
         EXPECT_NEAR(number(link, "capacityBytesPerSecond"), capacity, 0.03 * capacity);
         EXPECT_GT(number(link, "lossBeginsAtBytesPerSecond"), capacity * 0.99);
         EXPECT_TRUE(at(link, "isPrecise").toBool());
@@ -91,19 +93,28 @@ TEST_F(Calibrate, saysPlainlyWhatItDoesNotKnow) {
                                   HasSubstr("do not fill the link")));
 
     // Steps of 40 MB/s: 90 of 100 MB/s are the nearest.
-    const QJsonObject coarse = measured(config(
-        scenario(800, usb("A", 1, R"(, "bandwidth": {"minimum": 10000000, "maximum": 250000000,
+    const QJsonObject coarse =
+        measured(" --save" +
+                 config(scenario(
+                     800, usb("A", 1, R"(, "bandwidth": {"minimum": 10000000, "maximum": 250000000,
                               "increment": 40000000, "value": 250000000})"))));
     EXPECT_EQ(number(coarse, "capacityBytesPerSecond"), 90e6);
     EXPECT_EQ(number(coarse, "lossBeginsAtBytesPerSecond"), 130e6);
     EXPECT_FALSE(at(coarse, "isPrecise").toBool());
+    EXPECT_FALSE(at(coarse, "isSaved").toBool());
     EXPECT_LE(coarse[QStringLiteral("steps")].toArray().size(), 6) << "none is made twice";
 
     // Frames are lost at any limit.
     const QJsonObject broken =
         measured(config(scenario(3040, usb("A", 1, R"(, "faults": {"lossRate": 0.3})"))), 1);
     EXPECT_TRUE(at(broken, "capacityBytesPerSecond").isNull());
-    EXPECT_THAT(at(broken, "error").toString().toStdString(), HasSubstr("another one"));
+    EXPECT_THAT(at(broken, "error").toString().toStdString(),
+                HasSubstr("in all eight steps, down to "));
+    const QJsonObject lowest =
+        measured(config(scenario(3040, usb("A", 1, R"(, "faults": {"lossRate": 0.3},
+                              "bandwidth": {"minimum": 150000000, "maximum": 250000000})"))),
+                 1);
+    EXPECT_THAT(at(lowest, "error").toString().toStdString(), HasSubstr("another one"));
 
     const std::string none = R"(, "bandwidth": {"feature": "none"})";
     SpanletProcess refused;
@@ -149,6 +160,14 @@ TEST_F(Calibrate, savesTheCapacityForPlanAndAutoSetUntilItIsForgottenOrTheSpeedC
     SpanletProcess plan;
     EXPECT_EQ(run(plan, "plan --measure 0 --json" + cameras), 0);
     EXPECT_NEAR(number(plan.json(), "links 0 bitsPerSecond"), 5e9, 1);
+}
+
+TEST_F(Calibrate, measuresNothingThatCannotBeSaved) {
+    m_files.write("user", "a file in place of the folder");
+    SpanletProcess spanlet;
+    EXPECT_EQ(run(spanlet, "calibrate --save --seconds 1" + config(scenario(3040, three))), 1);
+    EXPECT_THAT(spanlet.err(), HasSubstr("capacities.conf cannot be written."));
+    EXPECT_EQ(spanlet.out(), "");
 }
 
 TEST_F(Calibrate, refusesWrongUse) {
