@@ -4,7 +4,8 @@
 include(FindPackageHandleStandardArgs)
 
 # Results of an earlier configuration are those of its folder.
-if(NOT "${SPANLET_ORVCPP_ROOT}" STREQUAL "${SPANLET_ORVCPP_FOUND_IN}")
+if(DEFINED SPANLET_ORVCPP_FOUND_IN
+   AND NOT "${SPANLET_ORVCPP_ROOT}" STREQUAL "${SPANLET_ORVCPP_FOUND_IN}")
     unset(SPANLET_ORVCPP_INCLUDE_DIR CACHE)
     unset(SPANLET_ORVCPP_LIBRARY CACHE)
     unset(SPANLET_ORVCPP_DLL CACHE)
