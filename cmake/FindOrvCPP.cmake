@@ -3,6 +3,15 @@
 # folder has include/OrvCPP, the library to link in lib and, for Windows, the DLL in bin or lib.
 include(FindPackageHandleStandardArgs)
 
+# Results of an earlier configuration are those of its folder.
+if(DEFINED SPANLET_ORVCPP_FOUND_IN
+   AND NOT "${SPANLET_ORVCPP_ROOT}" STREQUAL "${SPANLET_ORVCPP_FOUND_IN}")
+    unset(SPANLET_ORVCPP_INCLUDE_DIR CACHE)
+    unset(SPANLET_ORVCPP_LIBRARY CACHE)
+    unset(SPANLET_ORVCPP_DLL CACHE)
+endif()
+set(SPANLET_ORVCPP_FOUND_IN "${SPANLET_ORVCPP_ROOT}" CACHE INTERNAL "Where the camera SDK was found")
+
 set(in_root PATHS ${SPANLET_ORVCPP_ROOT} NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH)
 find_path(SPANLET_ORVCPP_INCLUDE_DIR OrvCPP/OrvSystem.h ${in_root} PATH_SUFFIXES include)
 find_library(SPANLET_ORVCPP_LIBRARY OrvCPP ${in_root} PATH_SUFFIXES lib)

@@ -7,6 +7,8 @@ set(NOT_UNDER_WINE
     "run bash, whose completion they test"
     "Interruption\\.isRequestedByCtrlC"
     "Wine makes no console without a display (windows_ctrl_c runs it on one)"
+    "Shutdown\\.leavesNoThread"
+    "counts the threads in /proc, where a program under Wine has one, whatever it starts"
     "ViewerProgram\\.speaksGermanWhereTheSystemDoes"
     "a program under Wine has the language of the one that started it, and TranslationTest shows German")
 

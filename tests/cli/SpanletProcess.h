@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -51,7 +52,11 @@ public:
         m_process.setProcessEnvironment(environment);
     }
 
-    void start(const QStringList& arguments) { startFile(QStringLiteral(SPANLET_FILE), arguments); }
+    void start(const QStringList& arguments) {
+        // A path without a drive is looked up on the drive of the current folder.
+        static const QString program = QFileInfo(QStringLiteral(SPANLET_FILE)).absoluteFilePath();
+        startFile(program, arguments);
+    }
     /// Another file of the program.
     void startFile(const QString& file, const QStringList& arguments) {
         m_process.start(file, arguments);

@@ -62,6 +62,20 @@ TEST_F(ViewerProgram, losesNoFrameAfterAutoSetAndTakesPictures) {
         << "the help that opens by itself is closed, not switched off";
 }
 
+TEST_F(ViewerProgram, scalesWithTheResolutionOfTheScreen) {
+    const QString picture = m_folder.filePath(QStringLiteral("out.png"));
+    const auto sizeAt = [&](const char* dotsPerInch) {
+        qputenv("QT_FONT_DPI", dotsPerInch);
+        run({QStringLiteral("--cameras"), QStringLiteral("simulated"), QStringLiteral("--picture"),
+             picture});
+        qunsetenv("QT_FONT_DPI");
+        return QImage(picture).size();
+    };
+    const QSize usual = sizeAt("96");
+    EXPECT_FALSE(usual.isEmpty());
+    EXPECT_EQ(sizeAt("120"), usual * 1.25) << "a factor that is not rounded";
+}
+
 TEST_F(ViewerProgram, withoutThePlugInNamesTheFolder) {
     // A copy elsewhere has no "plugins" beside it; the camera SDK is found where it was linked, or
     // on the path.

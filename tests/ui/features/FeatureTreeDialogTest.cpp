@@ -30,8 +30,13 @@ std::shared_ptr<FakeFeatureController> makeFeatures() {
 }
 
 TEST(FeatureTreeDialog, opensFilteredAndExpandedAndCollapsesAllFeatures) {
+    const QFont before = QApplication::font();
+    QFont small = before;
+    small.setPixelSize(9);
+    QApplication::setFont(small);
     const FeatureTreeWindow window(makeFeatures());
-    EXPECT_EQ(window.dialog->size(), QSize(620, 570));
+    QApplication::setFont(before);
+    EXPECT_EQ(window.dialog->size(), QSize(620, 570)) << "no larger font asks for more";
     EXPECT_TRUE(window.filter.isChecked());
     EXPECT_EQ(window.tree.model()->headerData(0, Qt::Horizontal), QStringLiteral("Feature Name"));
     EXPECT_EQ(window.tree.model()->headerData(1, Qt::Horizontal), QStringLiteral("Value"));
