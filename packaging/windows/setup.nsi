@@ -1,8 +1,10 @@
 ; SPDX-License-Identifier: BSD-3-Clause
 ; The installer, for one user or for all (/CurrentUser, /AllUsers). Silent with /S; /D=FOLDER, the last
 ; argument and without quotes, is the folder to install in; /HOST=FOLDER also installs the plug-in for
-; the program in that folder. The uninstaller takes /S, and /SETTINGS to remove the user's settings.
-; Exit code 2: a file could not be written, or the folder of /HOST does not exist.
+; the program in that folder, and with /PLUGINONLY nothing else. The uninstaller takes /S, and /SETTINGS
+; to remove the user's settings.
+; Exit code 2: a file could not be written, the folder of /HOST does not exist, the folder to install in
+; has files of others, or /S /AllUsers was given without the rights of an administrator.
 ; Defined by make-setup: VERSION, NUMBERS (version, four numbers), PACKAGE, LISTS, ICON, OUTPUT.
 Target amd64-unicode
 Unicode true
@@ -44,6 +46,9 @@ Var HostFolder
 ; Whether the list of features there is ours: one that was there before stays.
 Var HostListIsOurs
 Var GivenFolder
+; Whether the installation in the folder is ours, and then whether it has the programs.
+Var IsOurs
+Var HasPrograms
 
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
@@ -52,6 +57,7 @@ Var GivenFolder
 !insertmacro MUI_PAGE_LICENSE "${PACKAGE}\licences\Spanlet.txt"
 !insertmacro MULTIUSER_PAGE_INSTALLMODE
 !insertmacro MUI_PAGE_COMPONENTS
+!define MUI_PAGE_CUSTOMFUNCTION_LEAVE checkTarget
 !insertmacro MUI_PAGE_DIRECTORY
 !define MUI_PAGE_HEADER_TEXT "$(HOST_TITLE)"
 !define MUI_PAGE_HEADER_SUBTEXT "$(PLUGIN_DESCRIPTION)"
@@ -91,6 +97,9 @@ Var GivenFolder
     "Das Plug-in wird unterhalb des Ordners des Programms installiert, das es lädt und mit MinGW-w64 für 64 Bit gebaut ist."
 !insertmacro TEXT HOST_MISSING \
     "There is no folder $\"$HostFolder$\"." "Es gibt keinen Ordner $\"$HostFolder$\"."
+!insertmacro TEXT FOLDER_HAS_FILES \
+    "The folder $\"$INSTDIR$\" has files of other programs. Choose an empty folder." \
+    "Der Ordner $\"$INSTDIR$\" enthält Dateien anderer Programme. Wählen Sie einen leeren Ordner."
 !insertmacro TEXT FILES_IN_USE \
     "Not all files could be replaced or removed. Close Spanlet and the programs that use it, and try again." \
     "Nicht alle Dateien konnten ersetzt oder entfernt werden. Schließen Sie Spanlet und die Programme, die es verwenden, und versuchen Sie es noch einmal."
@@ -109,21 +118,74 @@ Var GivenFolder
     ${EndIf}
 !macroend
 
+; Stops, before anything is removed, when a program has the file open.
+!macro CHECK_UNUSED FILE
+    ${If} ${FileExists} "${FILE}"
+        ClearErrors
+        FileOpen $0 "${FILE}" a
+        !insertmacro STOP_ON_ERRORS
+        FileClose $0
+    ${EndIf}
+!macroend
+
+; The host's own file of this name gets another one until ours is removed.
+!macro KEEP_ASIDE FILE
+    ${If} ${FileExists} "${FILE}"
+    ${AndIfNot} ${FileExists} "${FILE}.original"
+        Rename "${FILE}" "${FILE}.original"
+    ${EndIf}
+!macroend
+
+!macro RESTORE FILE
+    ${If} ${FileExists} "${FILE}.original"
+        Rename "${FILE}.original" "${FILE}"
+    ${EndIf}
+!macroend
+
 ; A version that is installed already, with the files that this one may no longer have.
 Section "-previous"
     ReadRegStr $0 SHCTX "${KEY}" "InstallLocation"
     ${If} $0 != ""
     ${AndIf} ${FileExists} "$0\uninstall.exe"
-        ExecWait '"$0\uninstall.exe" /$MultiUser.InstallMode /S _?=$0'
+        ClearErrors
+        ExecWait '"$0\uninstall.exe" /$MultiUser.InstallMode /S _?=$0' $1
+        ${If} ${Errors}
+            StrCpy $1 2
+        ${EndIf}
+        ${If} $1 <> 0
+            SetErrors
+            !insertmacro STOP_ON_ERRORS
+        ${EndIf}
         Delete "$0\uninstall.exe"
         RMDir "$0"
     ${EndIf}
 SectionEnd
 
+; First, so that what a failed installation leaves can be removed.
+Section "-uninstaller"
+    ClearErrors
+    SetOutPath "$INSTDIR"
+    WriteUninstaller "$INSTDIR\uninstall.exe"
+    !insertmacro STOP_ON_ERRORS
+    WriteRegStr SHCTX "${KEY}" "DisplayName" "Spanlet"
+    WriteRegStr SHCTX "${KEY}" "DisplayVersion" "${VERSION}"
+    WriteRegStr SHCTX "${KEY}" "DisplayIcon" "$INSTDIR\uninstall.exe"
+    WriteRegStr SHCTX "${KEY}" "Publisher" "The Spanlet authors"
+    WriteRegStr SHCTX "${KEY}" "InstallLocation" "$INSTDIR"
+    WriteRegStr SHCTX "${KEY}" "UninstallString" '"$INSTDIR\uninstall.exe" /$MultiUser.InstallMode'
+    WriteRegStr SHCTX "${KEY}" "QuietUninstallString" \
+        '"$INSTDIR\uninstall.exe" /$MultiUser.InstallMode /S'
+    WriteRegDWORD SHCTX "${KEY}" "NoModify" 1
+    WriteRegDWORD SHCTX "${KEY}" "NoRepair" 1
+SectionEnd
+
 Section "$(PROGRAMS)" programs
+    WriteRegDWORD SHCTX "${KEY}" "HasPrograms" 1
     ClearErrors
     !include "${LISTS}/install.nsh"
     !insertmacro STOP_ON_ERRORS
+    ${GetSize} "$INSTDIR" "/S=0K" $0 $1 $2
+    WriteRegDWORD SHCTX "${KEY}" "EstimatedSize" $0
 SectionEnd
 
 Section "$(MENU)" menu
@@ -134,12 +196,19 @@ Section "$(MENU)" menu
 SectionEnd
 
 Section /o "$(PLUGIN)" plugin
+    StrCpy $HostListIsOurs 1
+    ${If} ${FileExists} "$HostFolder\plugins\Spanlet_Settings.json"
+        StrCpy $HostListIsOurs 0
+    ${EndIf}
     ClearErrors
-    StrCpy $HostListIsOurs 0
+    !insertmacro KEEP_ASIDE "$HostFolder\plugins\Spanlet.dll"
+    !insertmacro KEEP_ASIDE "$HostFolder\qm\Spanlet_de.qm"
+    !insertmacro STOP_ON_ERRORS
+    WriteRegDWORD SHCTX "${KEY}" "HostListIsOurs" $HostListIsOurs
+    WriteRegStr SHCTX "${KEY}" "HostFolder" "$HostFolder"
     SetOutPath "$HostFolder\plugins"
     File "${PACKAGE}\plugins\Spanlet.dll"
-    ${IfNot} ${FileExists} "$HostFolder\plugins\Spanlet_Settings.json"
-        StrCpy $HostListIsOurs 1
+    ${If} $HostListIsOurs = 1
         File "${PACKAGE}\plugins\Spanlet_Settings.json"
     ${EndIf}
     SetOutPath "$HostFolder\qm"
@@ -147,32 +216,28 @@ Section /o "$(PLUGIN)" plugin
     !insertmacro STOP_ON_ERRORS
 SectionEnd
 
-Section "-uninstaller"
-    SetOutPath "$INSTDIR"
-    WriteUninstaller "$INSTDIR\uninstall.exe"
-    ${GetSize} "$INSTDIR" "/S=0K" $0 $1 $2
-    WriteRegStr SHCTX "${KEY}" "DisplayName" "Spanlet"
-    WriteRegStr SHCTX "${KEY}" "DisplayVersion" "${VERSION}"
-    WriteRegStr SHCTX "${KEY}" "DisplayIcon" "$INSTDIR\uninstall.exe"
-    WriteRegStr SHCTX "${KEY}" "Publisher" "The Spanlet authors"
-    WriteRegStr SHCTX "${KEY}" "InstallLocation" "$INSTDIR"
-    WriteRegStr SHCTX "${KEY}" "UninstallString" '"$INSTDIR\uninstall.exe" /$MultiUser.InstallMode'
-    WriteRegStr SHCTX "${KEY}" "QuietUninstallString" \
-        '"$INSTDIR\uninstall.exe" /$MultiUser.InstallMode /S'
-    WriteRegDWORD SHCTX "${KEY}" "EstimatedSize" $0
-    WriteRegDWORD SHCTX "${KEY}" "NoModify" 1
-    WriteRegDWORD SHCTX "${KEY}" "NoRepair" 1
-    ${If} ${SectionIsSelected} ${plugin}
-        WriteRegStr SHCTX "${KEY}" "HostFolder" "$HostFolder"
-        WriteRegDWORD SHCTX "${KEY}" "HostListIsOurs" $HostListIsOurs
-    ${EndIf}
-SectionEnd
-
 !insertmacro MUI_FUNCTION_DESCRIPTION_BEGIN
 !insertmacro MUI_DESCRIPTION_TEXT ${programs} "$(PROGRAMS_DESCRIPTION)"
 !insertmacro MUI_DESCRIPTION_TEXT ${menu} "$(MENU_DESCRIPTION)"
 !insertmacro MUI_DESCRIPTION_TEXT ${plugin} "$(PLUGIN_DESCRIPTION)"
 !insertmacro MUI_FUNCTION_DESCRIPTION_END
+
+; Asking for an administrator needs a box, which a silent run must not show.
+!macro QUIT_WITHOUT_RIGHTS PARAMETERS OPTIONS
+    ${${PARAMETERS}} $0
+    ClearErrors
+    ${${OPTIONS}} $0 "/AllUsers" $1
+    ${IfNot} ${Errors}
+    ${AndIf} ${Silent}
+        UserInfo::GetAccountType
+        Pop $1
+        ${If} $1 != "Admin"
+        ${AndIf} $1 != "Power"
+            SetErrorLevel 2
+            Quit
+        ${EndIf}
+    ${EndIf}
+!macroend
 
 Function .onInit
     ${IfNot} ${RunningX64}
@@ -182,27 +247,93 @@ Function .onInit
         Quit
     ${EndIf}
     SetRegView 64
+    !insertmacro QUIT_WITHOUT_RIGHTS GetParameters GetOptions
     ; The one that /D= gave; the next line sets the folder that belongs to the users.
     StrCpy $GivenFolder $INSTDIR
     !insertmacro MULTIUSER_INIT
     ${If} $GivenFolder != ""
         StrCpy $INSTDIR $GivenFolder
     ${EndIf}
-    ; A plug-in that is installed already is replaced where it is.
+    ; A plug-in that is installed already is replaced where it is, unless its program has gone.
     ReadRegStr $HostFolder SHCTX "${KEY}" "HostFolder"
+    ${IfNot} ${FileExists} "$HostFolder\*.*"
+        StrCpy $HostFolder ""
+    ${EndIf}
     ${GetParameters} $0
     ClearErrors
     ${GetOptions} $0 "/HOST=" $1
     ${IfNot} ${Errors}
         StrCpy $HostFolder $1
+        Call requireHost
     ${EndIf}
     ${If} $HostFolder != ""
         !insertmacro SelectSection ${plugin}
-        ${IfNot} ${FileExists} "$HostFolder\*.*"
-            MessageBox MB_OK|MB_ICONSTOP "$(HOST_MISSING)" /SD IDOK
+    ${EndIf}
+    Call readInstalled
+    ClearErrors
+    ${GetOptions} $0 "/PLUGINONLY" $1
+    ${IfNot} ${Errors}
+        Call requireHost
+        !insertmacro UnselectSection ${programs}
+        !insertmacro UnselectSection ${menu}
+    ${ElseIf} $IsOurs = 1
+    ${AndIf} $HasPrograms <> 1
+        !insertmacro UnselectSection ${programs}
+        !insertmacro UnselectSection ${menu}
+    ${EndIf}
+    ${If} ${Silent}
+        Call checkTarget
+    ${EndIf}
+FunctionEnd
+
+Function requireHost
+    ${If} $HostFolder == ""
+    ${OrIfNot} ${FileExists} "$HostFolder\*.*"
+        MessageBox MB_OK|MB_ICONSTOP "$(HOST_MISSING)" /SD IDOK
+        SetErrorLevel 2
+        Quit
+    ${EndIf}
+FunctionEnd
+
+; What the folder to install in has.
+Function readInstalled
+    StrCpy $IsOurs 0
+    StrCpy $HasPrograms 0
+    ReadRegStr $1 SHCTX "${KEY}" "InstallLocation"
+    ${If} $1 == $INSTDIR
+        StrCpy $IsOurs 1
+        ReadRegDWORD $HasPrograms SHCTX "${KEY}" "HasPrograms"
+    ${EndIf}
+FunctionEnd
+
+; The uninstaller removes files by their names, so these must not be those of another program.
+Function checkTarget
+    Call readInstalled
+    ${If} $HasPrograms = 1
+        Return
+    ${EndIf}
+    StrCpy $3 0
+    FindFirst $1 $2 "$INSTDIR\*.*"
+    ${DoWhile} $2 != ""
+        ${If} $2 == "uninstall.exe"
+            ${If} $IsOurs <> 1
+                StrCpy $3 1
+            ${EndIf}
+        ${ElseIf} $2 != "."
+        ${AndIf} $2 != ".."
+        ${AndIf} ${SectionIsSelected} ${programs}
+            StrCpy $3 1
+        ${EndIf}
+        FindNext $1 $2
+    ${Loop}
+    FindClose $1
+    ${If} $3 = 1
+        MessageBox MB_OK|MB_ICONSTOP "$(FOLDER_HAS_FILES)" /SD IDOK
+        ${If} ${Silent}
             SetErrorLevel 2
             Quit
         ${EndIf}
+        Abort
     ${EndIf}
 FunctionEnd
 
@@ -228,7 +359,14 @@ FunctionEnd
 
 Section "un.$(UNINSTALL_PROGRAMS)" un_programs
     SectionIn RO
+    ReadRegDWORD $HasPrograms SHCTX "${KEY}" "HasPrograms"
     ReadRegStr $HostFolder SHCTX "${KEY}" "HostFolder"
+    ${If} $HasPrograms = 1
+        !include "${LISTS}/check-unused.nsh"
+    ${EndIf}
+    ${If} $HostFolder != ""
+        !insertmacro CHECK_UNUSED "$HostFolder\plugins\Spanlet.dll"
+    ${EndIf}
     ${If} $HostFolder != ""
         ReadRegDWORD $HostListIsOurs SHCTX "${KEY}" "HostListIsOurs"
         ClearErrors
@@ -238,14 +376,22 @@ Section "un.$(UNINSTALL_PROGRAMS)" un_programs
         ${EndIf}
         Delete "$HostFolder\qm\Spanlet_de.qm"
         !insertmacro STOP_ON_ERRORS
+        ; A second attempt must not delete what this one restores.
+        DeleteRegValue SHCTX "${KEY}" "HostFolder"
+        ClearErrors
+        !insertmacro RESTORE "$HostFolder\plugins\Spanlet.dll"
+        !insertmacro RESTORE "$HostFolder\qm\Spanlet_de.qm"
+        !insertmacro STOP_ON_ERRORS
         RMDir "$HostFolder\plugins"
         RMDir "$HostFolder\qm"
     ${EndIf}
-    ; The files of the list, and folders that are empty then.
-    ClearErrors
-    !include "${LISTS}/delete-files.nsh"
-    !insertmacro STOP_ON_ERRORS
-    !include "${LISTS}/remove-folders.nsh"
+    ${If} $HasPrograms = 1
+        ; The files of the list, and folders that are empty then.
+        ClearErrors
+        !include "${LISTS}/delete-files.nsh"
+        !insertmacro STOP_ON_ERRORS
+        !include "${LISTS}/remove-folders.nsh"
+    ${EndIf}
     ReadRegStr $0 SHCTX "${KEY}" "InstallLocation"
     ${If} $0 == $INSTDIR
         Delete "$SMPROGRAMS\Spanlet.lnk"
@@ -258,6 +404,11 @@ SectionEnd
 Section /o "un.$(SETTINGS)" un_settings
     DeleteRegKey HKCU "${SETTINGS_PARENT}\Spanlet"
     DeleteRegKey /ifempty HKCU "${SETTINGS_PARENT}"
+    ; For all users, this folder would be another one.
+    SetShellVarContext current
+    Delete "$LOCALAPPDATA\spanlet\capacities.conf"
+    Delete "$LOCALAPPDATA\spanlet\spanlet.conf"
+    RMDir "$LOCALAPPDATA\spanlet"
 SectionEnd
 
 !insertmacro MUI_UNFUNCTION_DESCRIPTION_BEGIN
@@ -266,6 +417,7 @@ SectionEnd
 
 Function un.onInit
     SetRegView 64
+    !insertmacro QUIT_WITHOUT_RIGHTS un.GetParameters un.GetOptions
     !insertmacro MULTIUSER_UNINIT
     ${un.GetParameters} $0
     ClearErrors
