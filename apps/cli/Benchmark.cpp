@@ -92,14 +92,15 @@ bool awaitEnd(const BenchmarkPlan& plan, Interruption& interruption, const Bench
     auto nextInterval = start + plan.interval;
     while (true) {
         const auto before = steady_clock::now();
-        const auto until = std::min({before + longestTick, nextInterval, end});
+        const auto nextTick = onTick ? before + longestTick : end;
+        const auto until = std::min({nextTick, nextInterval, end});
         const auto left = std::chrono::ceil<milliseconds>(until - before);
         if (interruption.wait(std::max(left, milliseconds(0))))
             return true;
         const auto now = steady_clock::now();
         if (now >= end)
             return false;
-        if (!onTick())
+        if (onTick && !onTick())
             return true;
         if (now < nextInterval)
             continue;

@@ -43,9 +43,9 @@ QJsonObject runBenchmark(Cameras& cameras, const ChosenInterfaces& chosen,
 /// Prints each interval as one line of JSON. Ends the benchmark when that cannot be written.
 BenchmarkProgress makeJsonProgress(Terminal& terminal);
 
-/// Waits until the time of \p plan is up; calls \p onTick often, and \p onInterval at each
-/// interval. Returns true when it was ended early: by an interruption, or since one of the two
-/// returned false.
+/// Waits until the time of \p plan is up; calls \p onTick often, if it is not empty, and \p
+/// onInterval at each interval. Returns true when it was ended early: by an interruption, or since
+/// one of the two returned false.
 bool awaitEnd(const BenchmarkPlan& plan, Interruption& interruption, const BenchmarkTick& onTick,
               const std::function<bool()>& onInterval);
 

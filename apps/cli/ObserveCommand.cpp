@@ -60,10 +60,12 @@ Report runObserve(Context& context) {
         keyboard.emplace();
     const BenchmarkProgress progress =
         makeLiveProgress(context.terminal, plan.seconds, context.wantsJson);
-    const bool isInterrupted = awaitEnd(
-        plan, context.interruption,
-        [&] { return !keyboard || obeyKeys(*keyboard, context.terminal); },
-        [&] { return progress(withoutIdle(adapters.interval())); });
+    // Without keys there is nothing to do between two intervals: it may run for months.
+    const BenchmarkTick tick =
+        keyboard ? BenchmarkTick([&] { return obeyKeys(*keyboard, context.terminal); })
+                 : BenchmarkTick();
+    const bool isInterrupted = awaitEnd(plan, context.interruption, tick,
+                                        [&] { return progress(withoutIdle(adapters.interval())); });
     const QJsonObject result = withoutIdle(adapters.result(isInterrupted));
     keyboard.reset();
     context.terminal.clear();
