@@ -47,7 +47,7 @@ bool isHollow(const Block& block) {
            expected - block.missing(expected) <= shortPackets;
 }
 
-std::uint64_t nanoseconds(std::uint64_t ticks, std::uint64_t frequency) {
+std::uint64_t nanosecondsOf(std::uint64_t ticks, std::uint64_t frequency) {
     constexpr std::uint64_t second = 1'000'000'000;
     if (frequency == 0)
         return 0;
@@ -234,7 +234,7 @@ void FrameAssembly::endFirst() {
         return;
     }
     FrameContents contents = block.contents();
-    contents.timestamp = nanoseconds(contents.timestamp, m_settings.tickFrequency);
+    contents.timestamp = nanosecondsOf(contents.timestamp, m_settings.tickFrequency);
     const bool isComplete = contents.status == OrvFrameStatusComplete;
     (isComplete ? m_counters.framesComplete : m_counters.framesIncomplete).add(1);
     m_counters.framesHollow.add(isHollow(block) ? 1 : 0);
