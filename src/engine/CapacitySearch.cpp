@@ -36,7 +36,7 @@ std::optional<double> CapacitySearch::next() const {
 }
 
 double CapacitySearch::above() const {
-    const double stride = strides.at(std::min<std::size_t>(m_rises, strides.size() - 1));
+    const double stride = strides.at(std::min(m_rises, strides.size() - 1));
     const double strided = *m_lossless * (1 + stride);
     return strided < *m_lossy / resolution ? strided : std::sqrt(*m_lossless * *m_lossy);
 }

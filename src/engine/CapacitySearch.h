@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <cstddef>
 #include <optional>
 
 /// Searches for what a link carries, in bytes per second: the highest load without a loss, to 2 %.
@@ -45,7 +46,7 @@ private:
     /// What the link carried in the last step with a loss.
     double m_carried = 0;
     /// Steps in one direction since the last one in the other, which make the next ones longer.
-    int m_rises = 0;
+    std::size_t m_rises = 0;
     int m_falls = 0;
     /// A load with a small loss, to be tried again.
     std::optional<double> m_doubtful;
