@@ -15,7 +15,7 @@ constexpr std::int64_t roundNumber = 1000;
 /// Numbers beyond are errors of a camera: ticks of a picosecond, 100 Tbit/s, an IP packet.
 constexpr std::int64_t mostTicks = 1'000'000'000'000;
 constexpr std::int64_t fastestLink = 12'500'000'000'000;
-constexpr std::int64_t largestPacket = 65535;
+constexpr std::int64_t largestPacketSize = 65535;
 /// Leader and trailer of a frame.
 constexpr double furtherPackets = 2;
 
@@ -27,7 +27,7 @@ bool isWithin(std::int64_t value, std::int64_t most) {
 
 std::optional<PacketPacing> PacketPacing::of(const PacingSettings& settings) {
     const IntegerLimits& delay = settings.delay;
-    if (!isWithin(settings.packetBytes, largestPacket) ||
+    if (!isWithin(settings.packetBytes, largestPacketSize) ||
         !isWithin(settings.ticksPerSecond, mostTicks) ||
         !isWithin(settings.linkSpeed, fastestLink) || delay.minimum < 0 ||
         delay.maximum <= delay.minimum || delay.increment < 1)
