@@ -188,7 +188,7 @@ TEST(ObservedStream, countsNoLossWhileItMissedPacketsItself) {
 
 TEST(ObservedStream, countsAWrappedAndARestartedCamera) {
     Watched watched;
-    for (const std::uint64_t block : {65533, 65534, 65535, 1, 2})
+    for (const unsigned block : {65533U, 65534U, 65535U, 1U, 2U})
         watched.sendBlock(block);
     watched.pass(1500ms);
     // Begins anew, as an acquisition does; the first frame is lost.

@@ -40,7 +40,7 @@ TEST(PacketPacing, neverExceedsALimitAndReadsItBack) {
         EXPECT_EQ((maximum - minimum) % increment, 0);
         std::mt19937_64 random(1);
         const auto steps = static_cast<std::uint64_t>((maximum - minimum) / increment);
-        for (int i = 0; i < 2000; ++i) {
+        for (std::uint64_t i = 0; i < 2000; ++i) {
             const std::uint64_t step = i < 100 ? i : i < 200 ? steps + 100 - i : random();
             const std::int64_t limit =
                 minimum + static_cast<std::int64_t>(step % (steps + 1)) * increment;
