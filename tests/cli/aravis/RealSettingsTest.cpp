@@ -74,7 +74,7 @@ TEST_F(RealSettings, staysUsableWhenTheUserInterrupts) {
     camera.kill();
     const fakecamera::FakeCameraProcess slow(fakecamera::onlyAddress,
                                              {"--serial", "A1", "--answer-delay", "5"});
-    for (const unsigned long milliseconds : {1500, 2000}) {
+    for (const unsigned long milliseconds : {1500UL, 2000UL}) {
         SpanletProcess restore;
         restore.start(arguments("restore " + path("wanted.json")));
         QThread::msleep(milliseconds);
