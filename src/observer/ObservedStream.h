@@ -20,7 +20,8 @@ public:
     ObservedStream();
 
     void packet(const gvsp::StreamDatagram& datagram, Time arrival);
-    /// To be called after each batch of packets: ends frames whose packets do not come any more.
+    /// Ends frames that have waited too long for their packets. Call it after each batch of
+    /// packets.
     void advance(Time now);
     /// The observer has missed packets: until \p end, frames that are not whole are not judged.
     void noteMissed(Time end) { m_blindUntil = end; }

@@ -41,8 +41,8 @@ RestoredSettings compareSettings(const std::shared_ptr<FeatureController>& camer
                                  const std::vector<SavedFeature>& saved,
                                  const std::function<bool()>& isCancelled);
 
-/// Writes saved settings to an open camera, and compares it with them. What the camera does not
-/// take is written again after others, until that changes nothing any more. Otherwise the same.
+/// Writes saved settings to an open camera, and compares it with them. Writes what the camera has
+/// refused again after the others, until a pass changes nothing. Otherwise as compareSettings().
 RestoredSettings restoreSettings(const std::shared_ptr<FeatureController>& camera,
                                  const std::vector<SavedFeature>& saved,
                                  const std::function<bool()>& isCancelled);

@@ -21,7 +21,7 @@ namespace {
 
 using testing::IsEmpty;
 
-/// A screen of 1280 x 720 pixels at 96 dpi has as many more as its resolution is higher.
+/// Pixels of a screen that shows 1280 x 720 at 96 dpi: their number grows with the resolution.
 QSize smallScreen() {
     return QSize(1280, 720) * qEnvironmentVariableIntValue("QT_FONT_DPI") / 96;
 }
