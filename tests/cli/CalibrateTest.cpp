@@ -116,6 +116,15 @@ TEST_F(Calibrate, saysPlainlyWhatItDoesNotKnow) {
                  1);
     EXPECT_THAT(at(lowest, "error").toString().toStdString(), HasSubstr("another one"));
 
+    // In the second step, one camera is not there.
+    SpanletProcess vanished;
+    EXPECT_EQ(run(vanished, "calibrate --seconds 1 --json" +
+                                config(scenario(3040, usb("A", 1) + "," + usb("B", 2, R"(, "faults":
+                                                              {"vanishAfterSeconds": 1.2})")))),
+              1);
+    EXPECT_THAT(vanished.json()[QStringLiteral("error")].toString().toStdString(),
+                AnyOf(HasSubstr("A camera did not stream"), "B: It was disconnected."));
+
     const std::string none = R"(, "bandwidth": {"feature": "none"})";
     SpanletProcess refused;
     EXPECT_EQ(run(refused, "calibrate" + config(scenario(3040, usb("A", 1, none)))), 1);
