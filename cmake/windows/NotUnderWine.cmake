@@ -3,6 +3,8 @@
 
 # Each name, a regular expression, is followed by the reason.
 set(NOT_UNDER_WINE
+    "Calibrate\\.measuresNothingThatCannotBeSaved"
+    "Windows has no variable for the folder of the user's configuration"
     "Documentation\\.completion.*"
     "run bash, whose completion they test"
     "Interruption\\.isRequestedByCtrlC"
