@@ -47,12 +47,6 @@ QString number(double value, int decimals = 1) {
     return QString::number(value, 'f', decimals);
 }
 
-/// What is drawn: rates that are numbers, as many as there are times.
-struct Data {
-    std::vector<double> seconds;
-    std::vector<std::vector<double>> rates;
-};
-
 double rateAt(const Series& series, std::size_t index) {
     if (index >= series.megabytesPerSecond.size())
         return 0;
@@ -60,19 +54,21 @@ double rateAt(const Series& series, std::size_t index) {
     return std::isfinite(rate) ? std::clamp(rate, 0.0, mostMegabytesPerSecond) : 0;
 }
 
-Data validData(const StackedChart& chart) {
-    Data data;
-    data.rates.resize(chart.series.size());
+/// Only times that ascend, and for each of them a rate of each series.
+StackedChart valid(const StackedChart& chart) {
+    StackedChart result{chart.title, {}, {}, chart.linkMegabytesPerSecond};
+    for (const Series& series : chart.series)
+        result.series.push_back({series.name, {}, series.lostAtSeconds});
     for (std::size_t i = 0; i < chart.seconds.size(); ++i) {
         const double time = chart.seconds[i];
-        const bool isAscending = data.seconds.empty() || time > data.seconds.back();
+        const bool isAscending = result.seconds.empty() || time > result.seconds.back();
         if (!(std::abs(time) <= mostSeconds) || !isAscending)
             continue;
-        data.seconds.push_back(time);
+        result.seconds.push_back(time);
         for (std::size_t s = 0; s < chart.series.size(); ++s)
-            data.rates[s].push_back(rateAt(chart.series[s], i));
+            result.series[s].megabytesPerSecond.push_back(rateAt(chart.series[s], i));
     }
-    return data;
+    return result;
 }
 
 double mean(const std::vector<double>& values) {
@@ -92,27 +88,17 @@ std::vector<double> meansOf(const std::vector<double>& values, std::size_t size)
     return means;
 }
 
-Data condensed(Data data) {
-    const std::size_t size = (data.seconds.size() + mostPoints - 1) / mostPoints;
-    if (size > 1) {
-        data.seconds = meansOf(data.seconds, size);
-        for (std::vector<double>& rates : data.rates)
-            rates = meansOf(rates, size);
-    }
-    return data;
-}
-
 /// Writes one chart.
 class Drawing {
 public:
     Drawing(const StackedChart& chart, QByteArray& svg)
-        : m_chart(chart), m_full(validData(chart)), m_data(condensed(m_full)), m_writer(&svg) {
+        : m_full(valid(chart)), m_data(averaged(m_full, mostPoints)), m_writer(&svg) {
         const std::size_t points = m_data.seconds.size();
         m_tops.emplace_back(points, 0.0);
-        for (const std::vector<double>& rates : m_data.rates) {
+        for (const Series& series : m_data.series) {
             std::vector<double> sums = m_tops.back();
             for (std::size_t i = 0; i < points; ++i)
-                sums[i] += rates[i];
+                sums[i] += series.megabytesPerSecond[i];
             m_tops.push_back(std::move(sums));
         }
         if (points > 0) {
@@ -133,11 +119,11 @@ public:
     void write() {
         start();
         writeRateAxis();
-        for (std::size_t s = 0; s < m_data.rates.size(); ++s)
+        for (std::size_t s = 0; s < m_data.series.size(); ++s)
             writeArea(s);
         writeTimeAxis();
         writeLink();
-        for (std::size_t s = 0; s < m_data.rates.size(); ++s)
+        for (std::size_t s = 0; s < m_data.series.size(); ++s)
             writeMarks(s);
         writeNumbers();
         writeLegend();
@@ -224,8 +210,8 @@ private:
         m_writer.writeEndElement();
     }
 
-    QString title() const { return printableText(m_chart.title); }
-    QString name(std::size_t series) const { return printableText(m_chart.series[series].name); }
+    QString title() const { return printableText(m_full.title); }
+    QString name(std::size_t series) const { return printableText(m_full.series[series].name); }
     static QString elided(const QString& text, int letters) {
         return text.size() <= letters ? text : text.left(letters - 1) + QChar(0x2026);
     }
@@ -236,10 +222,10 @@ private:
             return translated("No rates were measured.");
         QStringList sentences{translated("Mean rates from %1 s to %2 s, stacked.")
                                   .arg(number(m_start), number(m_end))};
-        for (std::size_t s = 0; s < m_data.rates.size(); ++s) {
+        for (std::size_t s = 0; s < m_data.series.size(); ++s) {
             const auto losses = lossesOf(s).size();
             sentences.append(QStringLiteral("%1: %2 MB/s%3.")
-                                 .arg(name(s), number(mean(m_full.rates[s])),
+                                 .arg(name(s), number(mean(m_full.series[s].megabytesPerSecond)),
                                       losses == 0 ? QString()
                                                   : translated(", %1 times of lost frames")
                                                         .arg(static_cast<int>(losses))));
@@ -308,7 +294,7 @@ private:
 
     std::vector<double> lossesOf(std::size_t series) const {
         std::vector<double> times;
-        for (const double time : m_chart.series[series].lostAtSeconds) {
+        for (const double time : m_full.series[series].lostAtSeconds) {
             if (time >= m_start && time <= m_end && !m_data.seconds.empty())
                 times.push_back(time);
         }
@@ -368,7 +354,7 @@ private:
     void writeNumbers() {
         if (m_data.seconds.empty())
             return;
-        const std::size_t count = m_data.rates.size();
+        const std::size_t count = m_data.series.size();
         const double distance = std::min(
             fontSize, (bottom - top) / static_cast<double>(std::max<std::size_t>(count, 1)));
         double lowest = bottom;
@@ -386,7 +372,7 @@ private:
     }
 
     bool hasLosses() const {
-        for (std::size_t s = 0; s < m_chart.series.size(); ++s) {
+        for (std::size_t s = 0; s < m_full.series.size(); ++s) {
             if (!lossesOf(s).empty())
                 return true;
         }
@@ -395,7 +381,7 @@ private:
 
     double columnWidth() const {
         int longest = 12;
-        for (std::size_t s = 0; s < m_chart.series.size(); ++s)
+        for (std::size_t s = 0; s < m_full.series.size(); ++s)
             longest = std::max(longest, legendText(s).size());
         return 36 + longest * letterWidth;
     }
@@ -403,7 +389,7 @@ private:
         return std::max(1, static_cast<int>((pictureWidth - left) / columnWidth()));
     }
     int legendRows() const {
-        const int entries = static_cast<int>(m_chart.series.size()) + (hasLosses() ? 1 : 0);
+        const int entries = static_cast<int>(m_full.series.size()) + (hasLosses() ? 1 : 0);
         return (entries + legendColumns() - 1) / legendColumns();
     }
 
@@ -414,7 +400,7 @@ private:
         const auto placeY = [&](std::size_t entry) {
             return legendTop + static_cast<int>(entry) / legendColumns() * lineHeight;
         };
-        const std::size_t count = m_chart.series.size();
+        const std::size_t count = m_full.series.size();
         for (std::size_t s = 0; s < count; ++s) {
             element("rect", {{"x", number(placeX(s))},
                              {"y", number(placeY(s) - 10)},
@@ -435,9 +421,9 @@ private:
         text(placeX(count) + 20, placeY(count), translated("frames lost"));
     }
 
-    const StackedChart& m_chart;
-    const Data m_full;
-    const Data m_data;
+    const StackedChart m_full;
+    /// As many points as can be drawn.
+    const StackedChart m_data;
     QXmlStreamWriter m_writer;
     /// Sums of the rates: the time axis, and the upper edge of each series.
     std::vector<std::vector<double>> m_tops;
@@ -457,6 +443,17 @@ QString seriesColor(int index) {
     static constexpr const char* colors[] = {"#0072b2", "#e69f00", "#009e73", "#cc79a7",
                                              "#56b4e9", "#d55e00", "#f0e442", "#999999"};
     return QLatin1String(colors[static_cast<unsigned>(index) % std::size(colors)]);
+}
+
+StackedChart averaged(const StackedChart& chart, std::size_t mostTimes) {
+    StackedChart result = valid(chart);
+    const std::size_t size = (result.seconds.size() + mostTimes - 1) / mostTimes;
+    if (size > 1) {
+        result.seconds = meansOf(result.seconds, size);
+        for (Series& series : result.series)
+            series.megabytesPerSecond = meansOf(series.megabytesPerSecond, size);
+    }
+    return result;
 }
 
 QByteArray toSvg(const StackedChart& chart) {

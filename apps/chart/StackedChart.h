@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QString>
 
+#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -31,6 +32,11 @@ struct StackedChart {
     /// that these would be flat: then it is told in words.
     std::optional<double> linkMegabytesPerSecond;
 };
+
+/// The chart with at most so many times, and a rate for each of them that can be drawn: groups of
+/// times that follow each other are replaced by their mean, and rates likewise. Losses and the link
+/// stay as they are. \p mostTimes is above 0. Reentrant.
+StackedChart averaged(const StackedChart& chart, std::size_t mostTimes);
 
 /// The colour of the series with this index from 0 as "#rrggbb". Colours repeat after eight.
 QString seriesColor(int index);
