@@ -20,19 +20,23 @@ QString cell(const Column& column, const QJsonValue& value) {
 
 } // namespace
 
-QStringList tableLines(const QVector<Column>& columns, const QJsonArray& rows) {
-    QVector<QStringList> cells(rows.size() + 1);
-    QVector<bool> isNumber;
+TableCells tableCells(const QVector<Column>& columns, const QJsonArray& rows) {
+    TableCells cells{QVector<QStringList>(rows.size() + 1), {}};
     for (const Column& column : columns) {
-        cells[0].append(column.heading);
-        isNumber.append(false);
+        cells.rows[0].append(column.heading);
+        cells.isNumber.append(false);
         for (int row = 0; row < rows.size(); ++row) {
             const QJsonValue value = rows[row].toObject().value(column.key);
-            isNumber.last() = isNumber.last() || value.isDouble();
-            cells[row + 1].append(cell(column, value));
+            cells.isNumber.last() = cells.isNumber.last() || value.isDouble();
+            cells.rows[row + 1].append(cell(column, value));
         }
     }
-    return alignedTable(cells, isNumber);
+    return cells;
+}
+
+QStringList tableLines(const QVector<Column>& columns, const QJsonArray& rows) {
+    const TableCells cells = tableCells(columns, rows);
+    return alignedTable(cells.rows, cells.isNumber);
 }
 
 QString usageText(double usedBytesPerSecond, double bitsPerSecond) {
