@@ -236,6 +236,9 @@ private:
     }
 
     QString linkText() const { return translated("Link: %1 MB/s").arg(number(m_link)); }
+    QString linkLegend() const {
+        return m_isLinkShown ? linkText() : translated("%1, above this chart").arg(linkText());
+    }
 
     void writeRateAxis() {
         const AxisScale scale(0, m_mostRate, 8);
@@ -283,13 +286,8 @@ private:
     }
 
     void writeLink() {
-        if (m_link <= 0)
-            return;
         if (m_isLinkShown)
             line(left, y(m_link), right, y(m_link), "chart-link", "#1a1a1a");
-        text(right, m_isLinkShown ? y(m_link) - 6 : top - 14,
-             m_isLinkShown ? linkText() : translated("%1, above this chart").arg(linkText()),
-             "end");
     }
 
     std::vector<double> lossesOf(std::size_t series) const {
@@ -383,42 +381,51 @@ private:
         int longest = 12;
         for (std::size_t s = 0; s < m_full.series.size(); ++s)
             longest = std::max(longest, legendText(s).size());
+        if (m_link > 0)
+            longest = std::max(longest, linkLegend().size());
         return 36 + longest * letterWidth;
     }
     int legendColumns() const {
         return std::max(1, static_cast<int>((pictureWidth - left) / columnWidth()));
     }
     int legendRows() const {
-        const int entries = static_cast<int>(m_full.series.size()) + (hasLosses() ? 1 : 0);
+        const int entries =
+            static_cast<int>(m_full.series.size()) + (m_link > 0 ? 1 : 0) + (hasLosses() ? 1 : 0);
         return (entries + legendColumns() - 1) / legendColumns();
     }
 
     void writeLegend() {
-        const auto placeX = [&](std::size_t entry) {
-            return left + static_cast<int>(entry) % legendColumns() * columnWidth();
+        int entry = 0;
+        double entryX = 0;
+        double entryY = 0;
+        const auto next = [&](const QString& content) {
+            entryX = left + entry % legendColumns() * columnWidth();
+            entryY = legendTop + entry / legendColumns() * lineHeight;
+            text(entryX + 20, entryY, content);
+            ++entry;
         };
-        const auto placeY = [&](std::size_t entry) {
-            return legendTop + static_cast<int>(entry) / legendColumns() * lineHeight;
-        };
-        const std::size_t count = m_full.series.size();
-        for (std::size_t s = 0; s < count; ++s) {
-            element("rect", {{"x", number(placeX(s))},
-                             {"y", number(placeY(s) - 10)},
+        for (std::size_t s = 0; s < m_full.series.size(); ++s) {
+            next(legendText(s));
+            element("rect", {{"x", number(entryX)},
+                             {"y", number(entryY - 10)},
                              {"width", QStringLiteral("12")},
                              {"height", QStringLiteral("12")},
                              {"fill", seriesColor(static_cast<int>(s))},
                              {"class", QStringLiteral("chart-area")},
                              {"stroke", QStringLiteral("#1a1a1a")},
                              {"stroke-width", QStringLiteral("0.8")}});
-            text(placeX(s) + 20, placeY(s), legendText(s));
         }
+        if (m_link > 0)
+            next(linkLegend());
+        if (m_isLinkShown)
+            line(entryX - 2, entryY - 4, entryX + 16, entryY - 4, "chart-link", "#1a1a1a");
         if (!hasLosses())
             return;
-        element("path", {{"d", triangle(placeX(count) + 6, placeY(count) + 1)},
+        next(translated("frames lost"));
+        element("path", {{"d", triangle(entryX + 6, entryY + 1)},
                          {"class", QStringLiteral("chart-mark")},
                          {"fill", QStringLiteral("#1a1a1a")},
                          {"stroke", QStringLiteral("#ffffff")}});
-        text(placeX(count) + 20, placeY(count), translated("frames lost"));
     }
 
     const StackedChart m_full;

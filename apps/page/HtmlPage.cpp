@@ -32,9 +32,9 @@ const char styleSheet[] =
     "caption{text-align:left;font-weight:bold;padding:.3rem 0}"
     "th,td{padding:.3rem .55rem;border-bottom:1px solid var(--line);text-align:left;"
     "vertical-align:top}"
-    "thead th{background:var(--soft)}tbody th{font-weight:normal}"
+    "thead th{background:var(--soft)}tbody th{font-weight:normal;white-space:nowrap}"
     ".number{text-align:right;font-variant-numeric:tabular-nums}"
-    "figure{margin:1rem 0}figure svg{display:block;max-width:100%;height:auto}"
+    "figure{margin:1rem 0}figure svg{display:block;width:100%;height:auto}"
     "li{margin:.4rem 0}.detail{font-size:.875rem}"
     "pre{margin:.2rem 0;padding:.3rem .5rem;background:var(--soft);font:.85rem/1.4 monospace;"
     "white-space:pre-wrap;overflow-wrap:anywhere}"
@@ -42,7 +42,7 @@ const char styleSheet[] =
     "@media print{body{max-width:none;padding:0;font-size:10pt}"
     "table,.detail{font-size:8pt}th,td{padding:.15rem .3rem}.table{overflow:visible}"
     "h1,h2,caption{break-after:avoid}thead{display:table-header-group}"
-    "tr,figure,li,.outcome{break-inside:avoid}p{orphans:3;widows:3}}";
+    "tr,.table,figure,li,.outcome{break-inside:avoid}p{orphans:3;widows:3}}";
 
 class HtmlWriter {
 public:
