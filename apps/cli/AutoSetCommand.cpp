@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/AutoSetReport.h"
+#include "cli/AutoSetTask.h"
 #include "cli/BenchmarkOptions.h"
 #include "cli/BenchmarkTable.h"
-#include "cli/CameraLimit.h"
 #include "cli/Commands.h"
 #include "cli/DivisionOptions.h"
 #include "engine/CameraHandler.h"
@@ -16,15 +16,6 @@ namespace {
 
 const QLatin1String interfaceOption("interface");
 const QLatin1String cameraOption("camera");
-
-/// What is to be done on one interface.
-struct Task {
-    const HostInterface* interface;
-    /// The camera to set; null when the interface is divided.
-    std::shared_ptr<CameraHandler> camera;
-    Margins margins;
-    bool adjustsPacketSize;
-};
 
 void wrongUse(const QString& message) {
     throw Failure(message, ExitCode::WrongUse);
@@ -51,73 +42,6 @@ const HostInterface& interfaceOf(const Cameras& cameras,
         const CameraList& list = interface.cameras;
         return std::find(list.begin(), list.end(), camera) != list.end();
     });
-}
-
-std::vector<Task> makeTasks(Cameras& cameras, const ChosenInterfaces& chosen,
-                            const std::shared_ptr<CameraHandler>& camera,
-                            const Arguments& arguments) {
-    std::vector<Task> tasks;
-    for (const HostInterface* interface : chosen.interfaces)
-        tasks.push_back({interface, camera, marginsFor(arguments, cameras, *interface),
-                         arguments.has(QStringLiteral("adjust-packet-size"))});
-    return tasks;
-}
-
-void autoSet(Cameras& cameras, const Task& task) {
-    const double cameraMargin = task.margins.cameraPercent / 100;
-    if (task.camera) {
-        task.camera->adjustPacketSize(task.adjustsPacketSize);
-        autoSetCamera(*task.camera, cameraMargin);
-    } else {
-        cameras.controller().autoSetInterface(task.interface->name.toStdString(),
-                                              task.interface->index, task.adjustsPacketSize,
-                                              task.margins.interfacePercent / 100, cameraMargin);
-    }
-}
-
-CameraList affected(const Task& task) {
-    return task.camera ? CameraList{task.camera} : task.interface->cameras;
-}
-
-QJsonObject runTask(Cameras& cameras, const Task& task) {
-    const CameraList list = affected(task);
-    const QJsonArray before = bandwidthsOf(list);
-    for (const auto& camera : list) {
-        if (camera->isOpened() && !camera->isLocked())
-            camera->switchBandwidthLimitOn();
-    }
-    autoSet(cameras, task);
-    const auto bitsPerSecond = static_cast<double>(
-        cameras.controller().getInterfaceSpeed(task.interface->name.toStdString()));
-    QJsonObject result{
-        {QStringLiteral("interface"), task.interface->name},
-        {QStringLiteral("bitsPerSecond"), bitsPerSecond},
-        {QStringLiteral("bandwidthBytesPerSecond"), sumOfLimits(task.interface->cameras)},
-        {QStringLiteral("interfaceMarginPercent"), task.margins.interfacePercent},
-        {QStringLiteral("cameraMarginPercent"), task.margins.cameraPercent},
-        {QStringLiteral("cameras"), describeAutoSet(list, before)},
-    };
-    addSharing(result, *task.interface);
-    return result;
-}
-
-/// The results of the tasks. A task that cannot be done has an "error" and leaves the others alone;
-/// it throws a Failure when it is the only one.
-QJsonArray runTasks(Cameras& cameras, const std::vector<Task>& tasks, bool isList) {
-    QJsonArray results;
-    for (const Task& task : tasks) {
-        const QString error = divisionObstacle(cameras, *task.interface, !task.camera);
-        if (!error.isEmpty() && !isList)
-            throw Failure(error);
-        results.append(error.isEmpty()
-                           ? runTask(cameras, task)
-                           : QJsonObject{{QStringLiteral("interface"), task.interface->name},
-                                         {QStringLiteral("error"), error}});
-    }
-    // Behind the last, since interfaces may share their link.
-    for (const Task& task : tasks)
-        cameras.warnOfExcess(*task.interface, task.margins.interfacePercent);
-    return results;
 }
 
 ChosenInterfaces chooseInterfaces(const Cameras& cameras,
@@ -151,7 +75,7 @@ Report makeReport(const QJsonArray& results, bool isList) {
 }
 
 /// Auto Set itself is not interrupted: a camera would keep a value that the search was trying.
-Report runAutoSet(Context& context) {
+Report runAutoSetCommand(Context& context) {
     const Arguments& arguments = context.arguments;
     checkOptions(arguments);
     BenchmarkPlan plan;
@@ -159,7 +83,7 @@ Report runAutoSet(Context& context) {
     Cameras& cameras = context.openCameras();
     const std::shared_ptr<CameraHandler> camera = chosenCamera(cameras, arguments);
     const ChosenInterfaces chosen = chooseInterfaces(cameras, camera, arguments);
-    const std::vector<Task> tasks = makeTasks(cameras, chosen, camera, arguments);
+    const std::vector<AutoSetTask> tasks = autoSetTasks(cameras, chosen, camera, arguments);
     lockCameras(chosen, arguments);
     if (!camera)
         setMaxBandwidth(cameras, chosen, arguments, context.terminal);
@@ -169,7 +93,7 @@ Report runAutoSet(Context& context) {
         before = runBenchmark(cameras, chosen, plan, context.interruption);
     if (context.interruption.isRequested())
         throw Failure(QStringLiteral("Interrupted before Auto Set: no camera was changed."));
-    Report report = makeReport(runTasks(cameras, tasks, chosen.isList), chosen.isList);
+    Report report = makeReport(runAutoSet(cameras, tasks, chosen.isList), chosen.isList);
     if (plan.seconds > 0) {
         const QJsonObject after = runBenchmark(cameras, chosen, plan, context.interruption);
         report.document[QStringLiteral("benchmarkBefore")] = before;
@@ -208,7 +132,7 @@ Command autoSetCommand() {
         QStringLiteral("autoset --all"),
         QStringLiteral("autoset --camera GEV-21018 --camera-margin 10"),
         QStringLiteral("autoset --config :oversubscribed --interface GEV-enp3s0 --benchmark 2")};
-    command.run = runAutoSet;
+    command.run = runAutoSetCommand;
     return command;
 }
 

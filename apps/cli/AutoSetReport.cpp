@@ -30,7 +30,9 @@ QString statusName(const CameraHandler& camera) {
     return QStringLiteral("notSet");
 }
 
-QString explain(const QString& status) {
+} // namespace
+
+QString autoSetStatusText(const QString& status) {
     if (status == QLatin1String("requestedReached"))
         return QStringLiteral("enough");
     if (status == QLatin1String("belowRequested"))
@@ -42,8 +44,6 @@ QString explain(const QString& status) {
     return status == QLatin1String("notOpened") ? QStringLiteral("cannot be opened")
                                                 : QStringLiteral("not set");
 }
-
-} // namespace
 
 QJsonArray bandwidthsOf(const CameraList& cameras) {
     QJsonArray values;
@@ -75,7 +75,7 @@ QString autoSetText(const QJsonObject& result) {
     QJsonArray rows;
     for (const QJsonValue& value : result[QStringLiteral("cameras")].toArray()) {
         QJsonObject row = value.toObject();
-        row[QStringLiteral("status")] = explain(row[QStringLiteral("status")].toString());
+        row[QStringLiteral("status")] = autoSetStatusText(row[QStringLiteral("status")].toString());
         rows.append(row);
     }
     return QStringLiteral("%1: %2 in use%3\n")

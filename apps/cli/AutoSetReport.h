@@ -15,6 +15,9 @@ QJsonArray bandwidthsOf(const CameraList& cameras);
 /// The result of Auto Set for each camera; \p before are the limits before it.
 QJsonArray describeAutoSet(const CameraList& cameras, const QJsonArray& before);
 
+/// The "status" of a camera in these results for a person: "less than needed".
+QString autoSetStatusText(const QString& status);
+
 /// Whether at least one camera is open, and every open camera that takes part was given a limit.
 /// \p result has the rows of describeAutoSet() as its "cameras".
 bool isAutoSet(const QJsonObject& result);

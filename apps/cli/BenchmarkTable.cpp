@@ -4,7 +4,6 @@
 #include "cli/Benchmark.h"
 #include "cli/Cameras.h"
 #include "cli/LossFindings.h"
-#include "cli/Table.h"
 
 #include <algorithm>
 
@@ -112,6 +111,11 @@ QStringList benchmarkLines(const QJsonObject& interface, int width) {
         lines = tableLines(columns, rows);
     }
     return fits(lines, width) ? lines : full;
+}
+
+TableCells benchmarkCells(const QJsonObject& interface) {
+    const QJsonArray rows = tableRows(interface);
+    return tableCells(columnsOf(rows), rows);
 }
 
 QString benchmarkText(const QJsonObject& benchmark, int width, bool explainsAll) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "cli/Table.h"
+
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
@@ -16,6 +18,9 @@ inline constexpr int anyWidth = std::numeric_limits<int>::max();
 /// \p interface is one of the objects that interfacesOf() returns. Drops the less important
 /// columns when the table is wider than \p width characters, but none when that does not help.
 QStringList benchmarkLines(const QJsonObject& interface, int width = anyWidth);
+
+/// The same as cells, with all columns.
+TableCells benchmarkCells(const QJsonObject& interface);
 
 /// The result of runBenchmark() as text: for each interface its name, the duration, the table, and
 /// where frames were lost; with \p explainsAll also where packets were that came again.

@@ -20,6 +20,7 @@ Command restoreCommand();
 Command setIpCommand();
 Command runCommand();
 Command doctorCommand();
+Command reportCommand();
 Command helpCommand();
 
 } // namespace cli

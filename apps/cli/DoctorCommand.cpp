@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "cli/Cameras.h"
 #include "cli/Commands.h"
+#include "cli/HostFindings.h"
 #include "cli/Table.h"
 #include "cli/Terminal.h"
 #include "cli/WrappedText.h"
-#include "doctor/HostCollector.h"
 #include "doctor/HostExamination.h"
-#include "doctor/LinkCollector.h"
 
 #include <QJsonArray>
 
@@ -22,41 +20,8 @@ using doctor::Severity;
 
 constexpr char allFindings[] = "all";
 
-doctor::HostEvidence collect(Context& context) {
-    Cameras& cameras = context.openCameras();
-    doctor::HostEvidence evidence;
-    std::vector<doctor::InterfaceCameras> interfaces;
-    for (const HostInterface& interface : cameras.interfaces())
-        interfaces.push_back({interface.cameras, interface.otherTraffic});
-    evidence.links = doctor::readLinks(cameras.controller(), interfaces);
-    evidence.cameras = cameras.countReal();
-    if (cameras.areSimulated()) {
-        evidence.unread = "The cameras are simulated: adapters, addresses, memory and processors "
-                          "of this host were not checked.";
-        return evidence;
-    }
-    // Cameras send test packets to the program that controls them.
-    context.closeCameras();
-    doctor::HostCollector().read(evidence);
-    return evidence;
-}
-
 bool isShown(const Finding& finding, bool showsAll) {
     return showsAll || finding.severity < Severity::Unknown;
-}
-
-QJsonObject describe(const Finding& finding) {
-    QJsonObject object{
-        {QStringLiteral("severity"), QString::fromLatin1(doctor::nameOf(finding.severity))},
-        {QStringLiteral("check"), QString::fromStdString(finding.check)},
-        {QStringLiteral("subject"), QString::fromStdString(finding.subject)},
-        {QStringLiteral("text"), QString::fromStdString(finding.text)},
-    };
-    if (!finding.evidence.empty())
-        object[QStringLiteral("evidence")] = QString::fromStdString(finding.evidence);
-    if (!finding.cure.empty())
-        object[QStringLiteral("cure")] = QString::fromStdString(finding.cure);
-    return object;
 }
 
 /// A command stays on one line, so that it can be copied.
@@ -99,7 +64,7 @@ QString summaryOf(const Findings& findings, bool showsAll) {
 }
 
 Report runDoctor(Context& context) {
-    const doctor::HostEvidence evidence = collect(context);
+    const doctor::HostEvidence evidence = collectEvidence(context);
     const Findings findings = doctor::examine(evidence);
     const bool showsAll = context.arguments.has(QLatin1String(allFindings));
     const int width = std::min(context.terminal.lineWidth(), longestLine);
@@ -108,7 +73,7 @@ Report runDoctor(Context& context) {
     for (const Finding& finding : findings) {
         if (!isShown(finding, showsAll))
             continue;
-        documents.append(describe(finding));
+        documents.append(describeFinding(finding));
         lines += linesOf(finding, width);
     }
     // Else it is among the findings.

@@ -15,10 +15,10 @@ namespace {
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> all{
-        listCommand(),    benchmarkCommand(), watchCommand(),     observeCommand(),
-        autoSetCommand(), planCommand(),      calibrateCommand(), featuresCommand(),
-        getCommand(),     setCommand(),       setIpCommand(),     runCommand(),
-        saveCommand(),    restoreCommand(),   doctorCommand(),    helpCommand()};
+        listCommand(),   benchmarkCommand(), watchCommand(),    observeCommand(), autoSetCommand(),
+        planCommand(),   calibrateCommand(), featuresCommand(), getCommand(),     setCommand(),
+        setIpCommand(),  runCommand(),       saveCommand(),     restoreCommand(), doctorCommand(),
+        reportCommand(), helpCommand()};
     return all;
 }
 

@@ -153,37 +153,12 @@ QJsonObject describeVerification(const std::vector<VerifiedRound>& rounds) {
             {QStringLiteral("carriedBytesPerSecond"), rounds.back().carriedBytes}};
 }
 
-QString noteOf(const QJsonObject& row) {
-    const QString role = row[QStringLiteral("role")].toString();
-    if (role == QLatin1String("notOpened"))
-        return QStringLiteral("cannot be opened");
-    const QString source = row[QStringLiteral("needSource")].toString();
-    const QString need = source == QLatin1String("measurement") ? QStringLiteral("measured")
-                         : source == QLatin1String("unknown")   ? QStringLiteral("need unknown")
-                                                                : QString();
-    QStringList parts;
-    if (role == QLatin1String("locked"))
-        parts += QStringLiteral("locked, kept");
-    else if (role == QLatin1String("fixed"))
-        parts += row[QStringLiteral("bandwidthBytesPerSecondPlan")].isNull()
-                     ? QStringLiteral("no limit")
-                     : QStringLiteral("limit not writable");
-    if (!need.isEmpty())
-        parts += need;
-    if (row.contains(QStringLiteral("wishedFramesPerSecond")))
-        parts += QStringLiteral("wishes %1/s")
-                     .arg(row[QStringLiteral("wishedFramesPerSecond")].toDouble());
-    if (row[QStringLiteral("weight")].toDouble(1) != 1)
-        parts += QStringLiteral("weight %1").arg(row[QStringLiteral("weight")].toDouble());
-    return parts.join(QStringLiteral(", "));
-}
-
 QStringList cameraLines(const QJsonArray& cameras) {
     constexpr double mega = 1e6;
     QJsonArray rows;
     for (const QJsonValue& camera : cameras) {
         QJsonObject row = camera.toObject();
-        row[QStringLiteral("note")] = noteOf(row);
+        row[QStringLiteral("note")] = planNote(row);
         rows.append(row);
     }
     return tableLines(
@@ -240,6 +215,31 @@ QJsonObject describePlan(const PlannedLink& link) {
     if (!link.rounds.empty())
         document[QStringLiteral("verification")] = describeVerification(link.rounds);
     return document;
+}
+
+QString planNote(const QJsonObject& camera) {
+    const QString role = camera[QStringLiteral("role")].toString();
+    if (role == QLatin1String("notOpened"))
+        return QStringLiteral("cannot be opened");
+    const QString source = camera[QStringLiteral("needSource")].toString();
+    const QString need = source == QLatin1String("measurement") ? QStringLiteral("measured")
+                         : source == QLatin1String("unknown")   ? QStringLiteral("need unknown")
+                                                                : QString();
+    QStringList parts;
+    if (role == QLatin1String("locked"))
+        parts += QStringLiteral("locked, kept");
+    else if (role == QLatin1String("fixed"))
+        parts += camera[QStringLiteral("bandwidthBytesPerSecondPlan")].isNull()
+                     ? QStringLiteral("no limit")
+                     : QStringLiteral("limit not writable");
+    if (!need.isEmpty())
+        parts += need;
+    if (camera.contains(QStringLiteral("wishedFramesPerSecond")))
+        parts += QStringLiteral("wishes %1/s")
+                     .arg(camera[QStringLiteral("wishedFramesPerSecond")].toDouble());
+    if (camera[QStringLiteral("weight")].toDouble(1) != 1)
+        parts += QStringLiteral("weight %1").arg(camera[QStringLiteral("weight")].toDouble());
+    return parts.join(QStringLiteral(", "));
 }
 
 QString planText(const QJsonObject& link) {

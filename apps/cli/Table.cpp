@@ -2,6 +2,7 @@
 #include "cli/Table.h"
 
 #include "text/AlignedTable.h"
+#include "text/PrintableText.h"
 
 #include <QJsonDocument>
 
@@ -14,30 +15,28 @@ QString cell(const Column& column, const QJsonValue& value) {
         return QString::number(value.toDouble() / column.unit, 'f', column.decimals);
     if (value.isBool())
         return value.toBool() ? QStringLiteral("yes") : QStringLiteral("no");
-    // A text of a camera may contain control characters, which would move the cursor.
-    QString text = value.toString();
-    for (QChar& character : text) {
-        if (!character.isPrint() && !character.isHighSurrogate() && !character.isLowSurrogate())
-            character = QLatin1Char('?');
-    }
-    return text;
+    return printableText(value.toString());
 }
 
 } // namespace
 
-QStringList tableLines(const QVector<Column>& columns, const QJsonArray& rows) {
-    QVector<QStringList> cells(rows.size() + 1);
-    QVector<bool> isNumber;
+TableCells tableCells(const QVector<Column>& columns, const QJsonArray& rows) {
+    TableCells cells{QVector<QStringList>(rows.size() + 1), {}};
     for (const Column& column : columns) {
-        cells[0].append(column.heading);
-        isNumber.append(false);
+        cells.rows[0].append(column.heading);
+        cells.isNumber.append(false);
         for (int row = 0; row < rows.size(); ++row) {
             const QJsonValue value = rows[row].toObject().value(column.key);
-            isNumber.last() = isNumber.last() || value.isDouble();
-            cells[row + 1].append(cell(column, value));
+            cells.isNumber.last() = cells.isNumber.last() || value.isDouble();
+            cells.rows[row + 1].append(cell(column, value));
         }
     }
-    return alignedTable(cells, isNumber);
+    return cells;
+}
+
+QStringList tableLines(const QVector<Column>& columns, const QJsonArray& rows) {
+    const TableCells cells = tableCells(columns, rows);
+    return alignedTable(cells.rows, cells.isNumber);
 }
 
 QString usageText(double usedBytesPerSecond, double bitsPerSecond) {

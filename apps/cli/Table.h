@@ -18,6 +18,15 @@ struct Column {
     int decimals = 0;
 };
 
+/// A table's cells by row, the headings first, and for each column whether it has numbers.
+struct TableCells {
+    QVector<QStringList> rows;
+    QVector<bool> isNumber;
+};
+
+/// The objects in \p rows as cells; that of an absent member is empty.
+TableCells tableCells(const QVector<Column>& columns, const QJsonArray& rows);
+
 /// The objects in \p rows as lines of text. The first two lines are the headings and a rule.
 /// Numbers are right-aligned; an absent member leaves its cell empty.
 QStringList tableLines(const QVector<Column>& columns, const QJsonArray& rows);

@@ -39,6 +39,29 @@ TEST(Interruption, endsAWatch) {
     EXPECT_THAT(spanlet.out(), HasSubstr("s, interrupted (simulated)\nCamera "));
 }
 
+TEST(Interruption, endsAReportWithTheFormerLimits) {
+    const FileTree files;
+    const std::string file = files.write("r.md", "").string();
+    SpanletProcess spanlet;
+    spanlet.start(words("report --config :oversubscribed --interface GEV-enp3s0 --seconds 2 -v "
+                        "--json --auto-set --keep --markdown " +
+                        file));
+    // Of both measurements.
+    for (int i = 0; i < 2; ++i) {
+        spanlet.forget();
+        ASSERT_NO_FATAL_FAILURE(spanlet.await("GEV-211003): Acquisition started successfully."));
+    }
+    ::kill(static_cast<pid_t>(spanlet.id()), SIGINT);
+    EXPECT_EQ(spanlet.finish(), 1);
+    const QJsonObject report = spanlet.json();
+    EXPECT_EQ(number(report, "interrupted"), 1);
+    EXPECT_EQ(at(report, "change putBack"), true);
+    EXPECT_EQ(at(report, "change kept"), false);
+    EXPECT_THAT(at(report, "verdict").toString().toStdString(),
+                StartsWith("Not accepted: the measurement was interrupted after "));
+    EXPECT_GT(std::filesystem::file_size(file), 1000U);
+}
+
 TEST(Interruption, keepsAutoSetFromBeginning) {
     SpanletProcess spanlet;
     EXPECT_EQ(interrupt(spanlet, "autoset --benchmark 60 -v --config :oversubscribed",

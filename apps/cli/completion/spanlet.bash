@@ -85,6 +85,11 @@ _spanlet_options() {
         restore) echo "--dry-run --watch" ;;
         run) echo "--timeout" ;;
         doctor) echo "--all" ;;
+        report)
+            echo "--html --markdown --interface --all --seconds --interval --explain"
+            echo "--adjust-packet-size --auto-set --plan --keep --interface-margin --camera-margin"
+            echo "--lock --max-bandwidth"
+            ;;
     esac
     echo "$common"
 }
@@ -118,11 +123,11 @@ _spanlet_configurations() {
 _spanlet() {
     local common="--config --cameras --json --verbose --help --version"
     local commands="list benchmark watch observe autoset plan calibrate features get set set-ip run"
-    commands+=" save restore doctor help"
+    commands+=" save restore doctor report help"
     local scenarios="default oversubscribed sixty-four empty faulty genicam"
     local valued=" --config --cameras --interface --camera --lock --seconds --interval --benchmark"
     valued+=" --timeout --interface-margin --camera-margin --max-bandwidth --gateway --weight"
-    valued+=" --rate --measure --verify --to-camera "
+    valued+=" --rate --measure --verify --to-camera --html --markdown "
     local text=${COMP_LINE:0:COMP_POINT} words=() operands=() chosen=()
     local current="" command="" previous=""
 

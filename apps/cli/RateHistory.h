@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QString>
+
+#include <vector>
+
+namespace cli {
+
+/// Rates and losses of cameras over the time of a benchmark, made from its intervals.
+class RateHistory {
+public:
+    /// Takes a document of "type" "interval" or, last, "result"; see runBenchmark(). An interval
+    /// without time is left out.
+    void add(const QJsonObject& benchmark);
+
+    /// For each interface "interface", "bitsPerSecond" (absent where unknown), "seconds" (the
+    /// middle of each interval) and "cameras" with "id", "name", "bytesPerSecond" and "lostFrames":
+    /// for each interval the rate, and how many frames were lost or incomplete.
+    QJsonArray document() const;
+
+private:
+    struct Camera {
+        QString id;
+        QString name;
+        /// Since the start.
+        double bytes = 0;
+        double badFrames = 0;
+        std::vector<double> bytesPerSecond;
+        std::vector<double> lostFrames;
+    };
+    struct Interface {
+        QString name;
+        double bitsPerSecond = 0;
+        std::vector<Camera> cameras;
+    };
+
+    static Interface emptyHistory(const QJsonObject& interface);
+
+    double m_end = 0;
+    std::vector<double> m_seconds;
+    std::vector<Interface> m_interfaces;
+};
+
+} // namespace cli
