@@ -3,6 +3,7 @@
 #include "cli/BenchmarkTable.h"
 #include "cli/Commands.h"
 #include "cli/LiveFigures.h"
+#include "cli/MetricsOption.h"
 #include "cli/ObservedAdapters.h"
 #include "cli/Terminal.h"
 #include "cli/platform/Keyboard.h"
@@ -54,18 +55,24 @@ QJsonObject withoutIdle(QJsonObject document) {
 Report runObserve(Context& context) {
     const Arguments& arguments = context.arguments;
     const BenchmarkPlan plan = measuredTime(arguments, 0);
+    // An interface is an adapter here.
+    const auto metrics =
+        metricsExporter(context, [](const QString& interface) { return interface.toStdString(); });
     ObservedAdapters adapters(arguments.values(interfaceOption));
     std::optional<Keyboard> keyboard;
     if (context.terminal.isInteractive() && !context.wantsJson)
         keyboard.emplace();
-    const BenchmarkProgress progress =
-        makeLiveProgress(context.terminal, plan.seconds, context.wantsJson);
+    const BenchmarkProgress progress = makeExportedProgress(context, metrics.get(), plan.seconds);
     // Without keys there is nothing to do between two intervals: it may run for months.
     const BenchmarkTick tick =
         keyboard ? BenchmarkTick([&] { return obeyKeys(*keyboard, context.terminal); })
                  : BenchmarkTick();
-    const bool isInterrupted = awaitEnd(plan, context.interruption, tick,
-                                        [&] { return progress(withoutIdle(adapters.interval())); });
+    const bool isInterrupted = awaitEnd(plan, context.interruption, tick, [&] {
+        const QJsonObject interval = adapters.interval();
+        if (metrics)
+            metrics->update(interval);
+        return progress(withoutIdle(interval));
+    });
     const QJsonObject result = withoutIdle(adapters.result(isInterrupted));
     keyboard.reset();
     context.terminal.clear();
@@ -96,8 +103,10 @@ Command observeCommand() {
              QStringLiteral("A network adapter; may be given several times. Without it, all that "
                             "are up."),
              QStringLiteral("adapter")}} +
-        timeOptions(QStringLiteral("endless"),
-                    QStringLiteral("Seconds between two readings of the figures, 0.5 by default."));
+        timeOptions(
+            QStringLiteral("endless"),
+            QStringLiteral("Seconds between two readings of the figures, 0.5 by default.")) +
+        QList<QCommandLineOption>{metricsOption()};
     command.examples = QStringList{QStringLiteral("observe --interface lo --seconds 2"),
                                    QStringLiteral("observe --seconds 2 --interval 1 --json")};
     command.run = runObserve;

@@ -68,8 +68,8 @@ _spanlet_options() {
         benchmark)
             echo "--interface --all --seconds --interval --adjust-packet-size --explain --fail-on-loss"
             ;;
-        watch) echo "--interface --all --seconds --interval --adjust-packet-size --explain" ;;
-        observe) echo "--interface --seconds --interval --explain" ;;
+        watch) echo "--interface --all --seconds --interval --adjust-packet-size --explain --prometheus" ;;
+        observe) echo "--interface --seconds --interval --explain --prometheus" ;;
         autoset)
             echo "--interface --all --camera --interface-margin --camera-margin --lock"
             echo "--max-bandwidth --adjust-packet-size --benchmark"
@@ -127,7 +127,7 @@ _spanlet() {
     local scenarios="default oversubscribed sixty-four empty faulty genicam"
     local valued=" --config --cameras --interface --camera --lock --seconds --interval --benchmark"
     valued+=" --timeout --interface-margin --camera-margin --max-bandwidth --gateway --weight"
-    valued+=" --rate --measure --verify --to-camera --html --markdown "
+    valued+=" --rate --measure --verify --to-camera --html --markdown --prometheus "
     local text=${COMP_LINE:0:COMP_POINT} words=() operands=() chosen=()
     local current="" command="" previous=""
 
