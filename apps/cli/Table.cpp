@@ -2,6 +2,7 @@
 #include "cli/Table.h"
 
 #include "text/AlignedTable.h"
+#include "text/PrintableText.h"
 
 #include <QJsonDocument>
 
@@ -14,13 +15,7 @@ QString cell(const Column& column, const QJsonValue& value) {
         return QString::number(value.toDouble() / column.unit, 'f', column.decimals);
     if (value.isBool())
         return value.toBool() ? QStringLiteral("yes") : QStringLiteral("no");
-    // A text of a camera may contain control characters, which would move the cursor.
-    QString text = value.toString();
-    for (QChar& character : text) {
-        if (!character.isPrint() && !character.isHighSurrogate() && !character.isLowSurrogate())
-            character = QLatin1Char('?');
-    }
-    return text;
+    return printableText(value.toString());
 }
 
 } // namespace

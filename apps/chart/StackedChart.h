@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+#include <vector>
+
+namespace chart {
+
+/// What one camera sent over time.
+struct Series {
+    /// Any text; it is escaped.
+    QString name;
+    /// A rate in MB/s (10^6 bytes) for each time of the chart. Absent, negative and infinite rates
+    /// and those that are no number count as 0.
+    std::vector<double> megabytesPerSecond;
+    /// When frames were lost, in the unit and range of the chart's times. Others are left out.
+    std::vector<double> lostAtSeconds;
+};
+
+/// Rates of cameras that share a link, one above the other.
+struct StackedChart {
+    QString title;
+    /// Ascending. Times that do not ascend, or are no finite number, are left out with their rates.
+    std::vector<double> seconds;
+    /// The first one is the lowest of the stack.
+    std::vector<Series> series;
+    /// What the link carries in MB/s; drawn as a dashed line, unless it is so far above the rates
+    /// that these would be flat: then it is told in words.
+    std::optional<double> linkMegabytesPerSecond;
+};
+
+/// The colour of the series with this index from 0 as "#rrggbb". Colours repeat after eight.
+QString seriesColor(int index);
+
+/// The chart as an SVG element in UTF-8, without an XML declaration, so that a page may contain it;
+/// it is also a complete file. It has a title and a description for screen readers, numbers at its
+/// areas and its legend, which tell them apart without colours, and a style of its own for dark
+/// screens. It refers to no other file and no script. Never fails. Reentrant; its words are
+/// translated in the context "Chart".
+QByteArray toSvg(const StackedChart& chart);
+
+} // namespace chart
