@@ -226,6 +226,9 @@ private:
 
     QString title() const { return printableText(m_chart.title); }
     QString name(std::size_t series) const { return printableText(m_chart.series[series].name); }
+    QString color(std::size_t series) const {
+        return seriesColor(m_chart.series[series].color.value_or(static_cast<int>(series)));
+    }
     static QString elided(const QString& text, int letters) {
         return text.size() <= letters ? text : text.left(letters - 1) + QChar(0x2026);
     }
@@ -283,7 +286,7 @@ private:
         for (std::size_t i = count; i > 0; --i)
             points.append(point(i - 1, series));
         open("polygon", {{"points", points.join(QLatin1Char(' '))},
-                         {"fill", seriesColor(static_cast<int>(series))},
+                         {"fill", color(series)},
                          {"class", QStringLiteral("chart-area")},
                          {"stroke", QStringLiteral("#1a1a1a")},
                          {"stroke-width", QStringLiteral("0.8")},
@@ -420,7 +423,7 @@ private:
                              {"y", number(placeY(s) - 10)},
                              {"width", QStringLiteral("12")},
                              {"height", QStringLiteral("12")},
-                             {"fill", seriesColor(static_cast<int>(s))},
+                             {"fill", color(s)},
                              {"class", QStringLiteral("chart-area")},
                              {"stroke", QStringLiteral("#1a1a1a")},
                              {"stroke-width", QStringLiteral("0.8")}});

@@ -18,6 +18,8 @@ struct Series {
     std::vector<double> megabytesPerSecond;
     /// When frames were lost, in the unit and range of the chart's times. Others are left out.
     std::vector<double> lostAtSeconds;
+    /// Number of its colour for seriesColor(); nothing: its place among the series.
+    std::optional<int> color{};
 };
 
 /// Rates of cameras that share a link, one above the other.

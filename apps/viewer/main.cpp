@@ -18,12 +18,16 @@
 #include <QTranslator>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 
 namespace {
 
 using viewer::CommandLine;
 using viewer::writeText;
+
+constexpr std::chrono::seconds windowPictureDelay(5);
+constexpr QSize windowPictureSize(1120, 660);
 
 void identify(QCoreApplication& application) {
     application.setApplicationName(QStringLiteral("spanlet-viewer"));
@@ -36,7 +40,7 @@ CommandLine readCommandLine(int& argc, char** argv) {
     QCoreApplication application(argc, argv);
     identify(application);
     CommandLine line = viewer::parseCommandLine(QCoreApplication::arguments());
-    for (QString* file : {&line.pictureFile, &line.featurePictureFile}) {
+    for (QString* file : {&line.pictureFile, &line.featurePictureFile, &line.windowPictureFile}) {
         if (!file->isEmpty())
             *file = QFileInfo(*file).absoluteFilePath();
     }
@@ -50,7 +54,7 @@ void report(const CommandLine& line, QWidget* parent, const QString& text) {
         QMessageBox::warning(parent, QObject::tr("Camera Viewer"), text);
 }
 
-int runAutomatically(const CommandLine& line, viewer::ViewerWindow& window) {
+int operateSpanlet(const CommandLine& line, viewer::ViewerWindow& window) {
     viewer::DialogDriver driver(line);
     const QString error = window.openSpanlet();
     if (!error.isEmpty()) {
@@ -69,6 +73,24 @@ int runAutomatically(const CommandLine& line, viewer::ViewerWindow& window) {
     for (const QString& failure : failures)
         report(line, &window, failure);
     return failures.isEmpty() ? 0 : 1;
+}
+
+/// Once the throughput has something to show.
+int takeWindowPicture(const CommandLine& line, viewer::ViewerWindow& window) {
+    window.resize(windowPictureSize);
+    QTimer::singleShot(windowPictureDelay, &window, &QCoreApplication::quit);
+    QApplication::exec();
+    if (window.grab().save(line.windowPictureFile))
+        return 0;
+    report(line, &window,
+           QStringLiteral("The picture cannot be saved as %1.").arg(line.windowPictureFile));
+    return 1;
+}
+
+int runAutomatically(const CommandLine& line, viewer::ViewerWindow& window) {
+    const int operated = line.operatesSpanlet() ? operateSpanlet(line, window) : 0;
+    const int taken = line.windowPictureFile.isEmpty() ? 0 : takeWindowPicture(line, window);
+    return std::max(operated, taken);
 }
 
 /// Beside the program, or where an installation has it.
