@@ -40,7 +40,7 @@ constexpr double shortestSeconds = 1e-3;
 constexpr double highestLink = 5;
 
 QString translated(const char* text) {
-    return QCoreApplication::translate("Chart", text);
+    return QCoreApplication::translate("chart::Drawing", text);
 }
 
 QString number(double value, int decimals = 1) {
@@ -226,9 +226,6 @@ private:
 
     QString title() const { return printableText(m_chart.title); }
     QString name(std::size_t series) const { return printableText(m_chart.series[series].name); }
-    QString color(std::size_t series) const {
-        return seriesColor(m_chart.series[series].color.value_or(static_cast<int>(series)));
-    }
     static QString elided(const QString& text, int letters) {
         return text.size() <= letters ? text : text.left(letters - 1) + QChar(0x2026);
     }
@@ -286,7 +283,7 @@ private:
         for (std::size_t i = count; i > 0; --i)
             points.append(point(i - 1, series));
         open("polygon", {{"points", points.join(QLatin1Char(' '))},
-                         {"fill", color(series)},
+                         {"fill", seriesColor(static_cast<int>(series))},
                          {"class", QStringLiteral("chart-area")},
                          {"stroke", QStringLiteral("#1a1a1a")},
                          {"stroke-width", QStringLiteral("0.8")},
@@ -423,7 +420,7 @@ private:
                              {"y", number(placeY(s) - 10)},
                              {"width", QStringLiteral("12")},
                              {"height", QStringLiteral("12")},
-                             {"fill", color(s)},
+                             {"fill", seriesColor(static_cast<int>(s))},
                              {"class", QStringLiteral("chart-area")},
                              {"stroke", QStringLiteral("#1a1a1a")},
                              {"stroke-width", QStringLiteral("0.8")}});

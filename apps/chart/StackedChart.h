@@ -18,8 +18,6 @@ struct Series {
     std::vector<double> megabytesPerSecond;
     /// When frames were lost, in the unit and range of the chart's times. Others are left out.
     std::vector<double> lostAtSeconds;
-    /// Number of its colour for seriesColor(); nothing: its place among the series.
-    std::optional<int> color{};
 };
 
 /// Rates of cameras that share a link, one above the other.
@@ -41,7 +39,7 @@ QString seriesColor(int index);
 /// it is also a complete file. It has a title and a description for screen readers, numbers at its
 /// areas and its legend, which tell them apart without colours, and a style of its own for dark
 /// screens. It refers to no other file and no script. Never fails. Reentrant; its words are
-/// translated in the context "Chart".
+/// translated in the context "chart::Drawing".
 QByteArray toSvg(const StackedChart& chart);
 
 } // namespace chart

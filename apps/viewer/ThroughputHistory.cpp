@@ -91,7 +91,6 @@ std::vector<QString> ThroughputHistory::interfaceNames() const {
 ThroughputHistory::Series ThroughputHistory::seriesOf(std::size_t camera) const {
     Series series;
     series.name = m_cameras[camera].name;
-    series.color = static_cast<int>(camera);
     for (std::size_t i = firstInWindow(); i < m_samples.size(); ++i) {
         const std::size_t from = i - std::min(i, averagedIntervals);
         const double duration = m_samples[i].seconds - m_samples[from].seconds;
@@ -108,18 +107,17 @@ ThroughputHistory::Series ThroughputHistory::seriesOf(std::size_t camera) const 
 
 std::vector<ThroughputHistory::Series> ThroughputHistory::series() const {
     std::vector<Series> result;
-    for (std::size_t camera = 0; camera < m_cameras.size(); ++camera) {
-        Series series = seriesOf(camera);
-        const auto isMoved = [](auto value) {
-            return value > 0;
-        };
-        const auto& rates = series.megabytesPerSecond;
-        const auto& bad = series.badFrames;
-        if (std::any_of(rates.begin(), rates.end(), isMoved) ||
-            std::any_of(bad.begin(), bad.end(), isMoved))
-            result.push_back(std::move(series));
-    }
+    for (std::size_t camera = 0; camera < m_cameras.size(); ++camera)
+        result.push_back(seriesOf(camera));
     return result;
+}
+
+bool ThroughputHistory::Series::isActive() const {
+    const auto isMoved = [](auto value) {
+        return value > 0;
+    };
+    return std::any_of(megabytesPerSecond.begin(), megabytesPerSecond.end(), isMoved) ||
+           std::any_of(badFrames.begin(), badFrames.end(), isMoved);
 }
 
 } // namespace viewer

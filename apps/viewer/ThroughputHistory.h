@@ -28,13 +28,14 @@ public:
     /// One camera, with a value for each of seconds().
     struct Series {
         QString name;
-        /// Number of the camera's colour, which stays its own.
-        int color = 0;
         /// 10^6 bytes per second, an average of the last two intervals: a frame at either end of
         /// one interval changes the rate of few frames much.
         std::vector<double> megabytesPerSecond;
         /// Frames that were lost or came incomplete since the sample before.
         std::vector<std::uint64_t> badFrames;
+
+        /// Whether anything came or was lost in this time.
+        bool isActive() const;
     };
 
     /// Adds a sample at a time that is later than the one before, in seconds. A camera that is not
@@ -44,7 +45,8 @@ public:
 
     /// When the samples of the last minute were added, the oldest first.
     std::vector<double> seconds() const;
-    /// The cameras that brought something in this time, in the order in which they were first seen.
+    /// All cameras that were ever counted, in the order in which they were first, so that the place
+    /// of a camera stays its own.
     std::vector<Series> series() const;
     /// For each of seconds(), the interface whose cameras brought something then, or last; empty
     /// when those of several did, and before the first.

@@ -49,13 +49,14 @@ QString secondsAgoText(double seconds) {
                          : ThroughputPlot::tr("%L1 s ago").arg(seconds, 0, 'f', 0);
 }
 
-QColor colorOf(int number) {
-    return QColor(chart::seriesColor(number));
+/// Of the series at this place.
+QString colorOf(std::size_t place) {
+    return chart::seriesColor(static_cast<int>(place));
 }
 
 /// A square as rich text.
-QString colorSign(int number) {
-    return QStringLiteral("<font color=\"%1\">\u25a0</font>").arg(chart::seriesColor(number));
+QString colorSign(std::size_t place) {
+    return QStringLiteral("<font color=\"%1\">\u25a0</font>").arg(colorOf(place));
 }
 
 /// Times before now, which is at the right end.
@@ -162,7 +163,10 @@ void ThroughputPlot::showAreas() {
     QVector<double> tops(static_cast<int>(m_seconds.size()), 0.0);
     QVector<QPointF> losses;
     m_areas.clear();
-    for (const ThroughputHistory::Series& series : m_series) {
+    for (std::size_t place = 0; place < m_series.size(); ++place) {
+        const ThroughputHistory::Series& series = m_series[place];
+        if (!series.isActive())
+            continue;
         QVector<QwtIntervalSample> samples;
         for (std::size_t i = 0; i < m_seconds.size(); ++i) {
             double& top = tops[static_cast<int>(i)];
@@ -173,7 +177,7 @@ void ThroughputPlot::showAreas() {
                 losses.append(QPointF(m_seconds[i], top));
         }
         auto area = std::make_unique<QwtPlotIntervalCurve>();
-        QColor color = colorOf(series.color);
+        QColor color(colorOf(place));
         color.setAlpha(areaOpacity);
         area->setBrush(color);
         area->setPen(QPen(Qt::NoPen));
@@ -232,14 +236,15 @@ QString ThroughputPlot::tip(double secondsAgo) const {
     QString lines = secondsAgoText(-*nearest);
     double sum = 0.0;
     // As in the plot, the last one is on top.
-    for (auto series = m_series.rbegin(); series != m_series.rend(); ++series) {
-        const double rate = series->megabytesPerSecond[index];
-        const std::uint64_t bad = series->badFrames[index];
+    for (std::size_t place = m_series.size(); place-- > 0;) {
+        const ThroughputHistory::Series& series = m_series[place];
+        const double rate = series.megabytesPerSecond[index];
+        const std::uint64_t bad = series.badFrames[index];
         sum += rate;
         if (rate <= 0.0 && bad == 0)
             continue;
         lines += QStringLiteral("<br>%1 %2: %3")
-                     .arg(colorSign(series->color), series->name.toHtmlEscaped(), rateText(rate));
+                     .arg(colorSign(place), series.name.toHtmlEscaped(), rateText(rate));
         if (bad > 0)
             lines += QStringLiteral(", ") + tr("lost or incomplete: %L1").arg(bad);
     }
@@ -256,11 +261,13 @@ QString ThroughputPlot::legend() const {
     if (!m_links.empty() && m_links.back() > 0.0)
         addRow(QStringLiteral("- -"), tr("Link"), rateText(m_links.back()));
     // As in the plot, the last one is on top.
-    for (auto series = m_series.rbegin(); series != m_series.rend(); ++series) {
+    for (std::size_t place = m_series.size(); place-- > 0;) {
+        const ThroughputHistory::Series& series = m_series[place];
+        if (!series.isActive())
+            continue;
         const QString name = fontMetrics().elidedText(
-            series->name, Qt::ElideMiddle, longestName * fontMetrics().averageCharWidth());
-        addRow(colorSign(series->color), name.toHtmlEscaped(),
-               rateText(series->megabytesPerSecond.back()));
+            series.name, Qt::ElideMiddle, longestName * fontMetrics().averageCharWidth());
+        addRow(colorSign(place), name.toHtmlEscaped(), rateText(series.megabytesPerSecond.back()));
     }
     if (m_losses->plot() != nullptr)
         addRow(QStringLiteral("\u25bc"), tr("Lost frames"), {});
@@ -274,7 +281,6 @@ chart::StackedChart ThroughputPlot::stackedChart() const {
     for (const ThroughputHistory::Series& series : m_series) {
         chart::Series rates;
         rates.name = series.name;
-        rates.color = series.color;
         rates.megabytesPerSecond = series.megabytesPerSecond;
         for (std::size_t i = 0; i < m_seconds.size(); ++i) {
             if (series.badFrames[i] > 0)

@@ -416,7 +416,7 @@ void ViewerWindow::updateFrameRate() {
     if (milliseconds > 0) {
         const double rate = static_cast<double>(frames - m_framesAtLastRate) * 1000.0 /
                             static_cast<double>(milliseconds);
-        m_rateLabel->setText(tr("%1 frames/s").arg(rate, 0, 'f', 1));
+        m_rateLabel->setText(tr("%L1 frames/s").arg(rate, 0, 'f', 1));
     }
     m_framesAtLastRate = frames;
 }

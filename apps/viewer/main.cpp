@@ -6,6 +6,7 @@
 #include "viewer/CommandLine.h"
 #include "viewer/DialogDriver.h"
 #include "viewer/ParentConsole.h"
+#include "viewer/ProgramResources.h"
 #include "viewer/ViewerWindow.h"
 
 #include <QApplication>
@@ -14,6 +15,7 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QMessageBox>
+#include <QSettings>
 #include <QTimer>
 #include <QTranslator>
 
@@ -111,7 +113,11 @@ int run(const CommandLine& line) {
     // Spanlet looks for its translations in the folder "qm" below the current one. The files that
     // the command line names are known by now.
     QDir::setCurrent(QCoreApplication::applicationDirPath());
-    viewer::ViewerWindow window(OrvCPP::OrvSystem::GetInstance(), pluginFolder());
+    // An automatic run neither depends on the window's place nor changes it.
+    QSettings settings(QStringLiteral("spanlet"), QStringLiteral("spanlet-viewer"));
+    viewer::ViewerWindow window(OrvCPP::OrvSystem::GetInstance(), pluginFolder(),
+                                session::StreamingLimits(),
+                                line.isAutomated() ? nullptr : &settings);
     window.show();
     if (line.isAutomated())
         return runAutomatically(line, window);
@@ -122,7 +128,13 @@ int run(const CommandLine& line) {
                 report(line, &window, error);
         });
     }
-    return QApplication::exec();
+    const int exitCode = QApplication::exec();
+    settings.sync();
+    if (settings.status() != QSettings::NoError)
+        writeText(
+            stderr,
+            QStringLiteral("The window's place cannot be kept in %1.\n").arg(settings.fileName()));
+    return exitCode;
 }
 
 /// Coordinates are independent of the screen's resolution, also at factors such as 1.25.
@@ -158,5 +170,9 @@ int main(int argc, char** argv) {
                      QLibraryInfo::location(QLibraryInfo::TranslationsPath))) {
         QCoreApplication::installTranslator(&qtTexts);
     }
+    QTranslator texts;
+    if (viewer::loadTexts(texts, QLocale::system()))
+        QCoreApplication::installTranslator(&texts);
+    QApplication::setWindowIcon(viewer::windowIcon());
     return run(line);
 }
