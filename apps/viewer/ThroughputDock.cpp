@@ -19,7 +19,10 @@ namespace viewer {
 
 namespace {
 
-constexpr int legendCharacters = 38;
+/// Widths of the legend, in characters.
+constexpr int leastLegend = 18;
+constexpr int usualLegend = 38;
+constexpr int plotShare = 2;
 
 } // namespace
 
@@ -35,16 +38,16 @@ ThroughputDock::ThroughputDock(LinkSpeed linkSpeed, QWidget* parent)
     legend->setWidget(m_legend);
     legend->setWidgetResizable(true);
     legend->setFrameShape(QFrame::NoFrame);
-    legend->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    legend->setMinimumWidth(legendCharacters * fontMetrics().averageCharWidth());
+    legend->setMinimumWidth(leastLegend * fontMetrics().averageCharWidth());
+    legend->setMaximumWidth(usualLegend * fontMetrics().averageCharWidth());
     connect(m_saveAction, &QAction::triggered, this, &ThroughputDock::saveAs);
     m_plot->addAction(m_saveAction);
     m_plot->setContextMenuPolicy(Qt::ActionsContextMenu);
 
     auto* contents = new QWidget;
     auto* layout = new QHBoxLayout(contents);
-    layout->addWidget(m_plot, 1);
-    layout->addWidget(legend);
+    layout->addWidget(m_plot, plotShare);
+    layout->addWidget(legend, 1);
     setWidget(contents);
 }
 

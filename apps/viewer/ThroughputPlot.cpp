@@ -97,6 +97,7 @@ ThroughputPlot::ThroughputPlot(QWidget* parent)
     : QwtPlot(parent), m_grid(std::make_unique<QwtPlotGrid>()),
       m_losses(std::make_unique<QwtPlotCurve>()) {
     setAutoDelete(false);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setAccessibleName(tr("Throughput"));
     static_cast<QwtPlotCanvas*>(canvas())->setFrameStyle(QFrame::NoFrame);
     setAxisScaleDraw(xBottom, new AgeAxis);
@@ -127,7 +128,7 @@ QSize ThroughputPlot::sizeHint() const {
 }
 
 QSize ThroughputPlot::minimumSizeHint() const {
-    return {30 * fontMetrics().averageCharWidth(), 7 * fontMetrics().height()};
+    return {24 * fontMetrics().averageCharWidth(), 5 * fontMetrics().height()};
 }
 
 void ThroughputPlot::changeEvent(QEvent* event) {
