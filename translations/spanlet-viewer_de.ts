@@ -2,6 +2,257 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>Losses</name>
+    <message>
+        <source>%1 frame number</source>
+        <translation>%1 Bildnummer</translation>
+    </message>
+    <message>
+        <source>%1 frame numbers</source>
+        <translation>%1 Bildnummern</translation>
+    </message>
+    <message>
+        <source>%1 place</source>
+        <translation>%1 Stelle</translation>
+    </message>
+    <message>
+        <source>%1 places</source>
+        <translation>%1 Stellen</translation>
+    </message>
+    <message>
+        <source>No frame came: the camera waits for triggers.</source>
+        <translation>Es kam kein Bild: Die Kamera wartet auf Trigger.</translation>
+    </message>
+    <message>
+        <source>Trigger it, or let it run freely: spanlet set %1 TriggerMode Off</source>
+        <translation>Lösen Sie sie aus, oder lassen Sie sie frei laufen: spanlet set %1 TriggerMode Off</translation>
+    </message>
+    <message>
+        <source>%1 came while this program had no free buffer (StreamUnderrunFrameCount).</source>
+        <translation>Ohne freien Puffer dieses Programms kamen: %1 (StreamUnderrunFrameCount).</translation>
+    </message>
+    <message>
+        <source>Use more buffers, or return them sooner.</source>
+        <translation>Verwenden Sie mehr Puffer, oder geben Sie sie früher zurück.</translation>
+    </message>
+    <message>
+        <source> of %1 bytes</source>
+        <translation> von %1 Bytes</translation>
+    </message>
+    <message>
+        <source> The adapter takes packets of up to %1 bytes.</source>
+        <translation> Der Netzwerkadapter nimmt Pakete bis %1 Bytes an.</translation>
+    </message>
+    <message>
+        <source>Of %1 the short first and last packets came, and none of the full ones%2 (StreamHollowFrameCount).%3</source>
+        <translation>%1: Die kurzen ersten und letzten Pakete kamen an, von den vollen%2 keines (StreamHollowFrameCount).%3</translation>
+    </message>
+    <message>
+        <source>Let the camera find the size that passes: spanlet benchmark --interface %1 --adjust-packet-size. Or permit larger packets (jumbo frames) in the switch and the adapter%2</source>
+        <translation>Lassen Sie die Kamera die Größe finden, die durchkommt: spanlet benchmark --interface %1 --adjust-packet-size. Oder erlauben Sie größere Pakete (Jumbo-Frames) im Switch und im Netzwerkadapter%2</translation>
+    </message>
+    <message>
+        <source> of %1 KB</source>
+        <translation> von %1 KB</translation>
+    </message>
+    <message>
+        <source>The operating system dropped %1 as the receive buffer%2 of the UDP socket was full (GevStreamDroppedPacketCount).</source>
+        <translation>Das Betriebssystem verwarf %1, weil der Empfangspuffer%2 des UDP-Sockets voll war (GevStreamDroppedPacketCount).</translation>
+    </message>
+    <message>
+        <source>Permit a larger buffer: %1. Or receive by the packet ring: %2</source>
+        <translation>Erlauben Sie einen größeren Puffer: %1. Oder empfangen Sie über den Paketring: %2</translation>
+    </message>
+    <message>
+        <source>The camera left out %1 in %2: none of about %3 reached the adapter, while of the other %4 %5 went astray.</source>
+        <translation>Die Kamera ließ %1 aus (%2): Etwa %3 kamen nie am Netzwerkadapter an, von den anderen Bildern (%4) gingen %5 verloren.</translation>
+    </message>
+    <message>
+        <source>Lower the camera&apos;s frame rate or raise its bandwidth limit, so that it can send every frame: spanlet autoset --interface %1</source>
+        <translation>Senken Sie die Bildrate der Kamera, oder erhöhen Sie ihre Bandbreitengrenze, damit sie jedes Bild senden kann: spanlet autoset --interface %1</translation>
+    </message>
+    <message>
+        <source>Of %1, %2 did not come whole; the camera&apos;s link has %3 Mbit/s, less than USB 3.</source>
+        <translation>%1, davon %2 nicht vollständig; die Verbindung der Kamera hat %3 Mbit/s, weniger als USB 3.</translation>
+    </message>
+    <message>
+        <source>Use a USB 3 port and cable.</source>
+        <translation>Verwenden Sie einen USB-3-Anschluss und ein USB-3-Kabel.</translation>
+    </message>
+    <message>
+        <source>Of %1, %2 did not come whole; the system allows %3 MB of USB memory, and the cameras need %4 MB.</source>
+        <translation>%1, davon %2 nicht vollständig; das System erlaubt %3 MB USB-Speicher, die Kameras brauchen %4 MB.</translation>
+    </message>
+    <message>
+        <source>The packet ring of the adapter was full for %1 (GevStreamDroppedPacketCount): this program did not get the processor in time.</source>
+        <translation>Der Paketring des Netzwerkadapters war für %1 voll (GevStreamDroppedPacketCount): Dieses Programm bekam den Prozessor nicht rechtzeitig.</translation>
+    </message>
+    <message>
+        <source>End other programs, or give this one more of the processor: sudo renice -n -10 -p $(pidof %1)</source>
+        <translation>Beenden Sie andere Programme, oder geben Sie diesem mehr vom Prozessor: sudo renice -n -10 -p $(pidof %1)</translation>
+    </message>
+    <message>
+        <source>About %1 never reached the adapter %2: it received %3 in all.</source>
+        <translation>Etwa %1 kamen nie am Netzwerkadapter %2 an: Er empfing insgesamt %3.</translation>
+    </message>
+    <message>
+        <source>About %1 never reached the adapter %2: it received %3 in all, and its error counters did not move.</source>
+        <translation>Etwa %1 kamen nie am Netzwerkadapter %2 an: Er empfing insgesamt %3, und seine Fehlerzähler blieben stehen.</translation>
+    </message>
+    <message>
+        <source> %1 came when requested again.</source>
+        <translation> Auf erneute Anforderung kamen %1.</translation>
+    </message>
+    <message>
+        <source> The camera no longer had %1 of those requested.</source>
+        <translation> Die Kamera hatte %1 der angeforderten nicht mehr.</translation>
+    </message>
+    <message>
+        <source>%1 of %2 cameras lose packets: they may send more than their link carries. Divide it: %3</source>
+        <translation>%1 von %2 Kameras verlieren Pakete: Vielleicht senden sie mehr, als ihre Verbindung trägt. Teilen Sie sie auf: %3</translation>
+    </message>
+    <message>
+        <source>Of %1 cameras only this one loses packets: change its cable and its port of the switch.</source>
+        <translation>Von %1 Kameras verliert nur diese Pakete: Tauschen Sie ihr Kabel und ihren Anschluss am Switch.</translation>
+    </message>
+    <message>
+        <source>Change the camera&apos;s cable and its port of the switch. If a link on the way is slower than the camera, lower its limit: %1</source>
+        <translation>Tauschen Sie das Kabel der Kamera und ihren Anschluss am Switch. Wenn eine Verbindung auf dem Weg langsamer ist als die Kamera, senken Sie deren Grenze: %1</translation>
+    </message>
+    <message>
+        <source>No frame came</source>
+        <translation>Es kam kein Bild</translation>
+    </message>
+    <message>
+        <source>No frame was lost</source>
+        <translation>Es ging kein Bild verloren</translation>
+    </message>
+    <message>
+        <source>Of %1, %2 were lost and %3 came incomplete</source>
+        <translation>%1, davon %2 verloren und %3 unvollständig</translation>
+    </message>
+    <message>
+        <source>; simulated cameras have no counters of a network.</source>
+        <translation>; simulierte Kameras haben keine Zähler eines Netzwerks.</translation>
+    </message>
+    <message>
+        <source>; USB has no counter that tells the place.</source>
+        <translation>; USB hat keinen Zähler, der den Ort nennt.</translation>
+    </message>
+    <message>
+        <source>; the stream does not count its packets.</source>
+        <translation>; der Datenstrom zählt seine Pakete nicht.</translation>
+    </message>
+    <message>
+        <source>; %1 went astray</source>
+        <translation>; %1 gingen verloren</translation>
+    </message>
+    <message>
+        <source> and %1 came too late, as the camera or this host paused</source>
+        <translation> und %1 kamen zu spät, weil die Kamera oder dieser Computer pausierte</translation>
+    </message>
+    <message>
+        <source>. These counters could not be read: %1.</source>
+        <translation>. Diese Zähler konnten nicht gelesen werden: %1.</translation>
+    </message>
+    <message>
+        <source>. The packets that the adapter received could not be counted.</source>
+        <translation>. Die Pakete, die der Netzwerkadapter empfing, konnten nicht gezählt werden.</translation>
+    </message>
+    <message>
+        <source>. The adapter received %1 more packets than the streams, so the counters do not tell whether the packets reached it.</source>
+        <translation>. Der Netzwerkadapter empfing %1 Pakete mehr als die Datenströme; die Zähler sagen also nicht, ob die Pakete ihn erreichten.</translation>
+    </message>
+    <message>
+        <source>%1 frame</source>
+        <translation>%1 Bild</translation>
+    </message>
+    <message>
+        <source>%1 frames</source>
+        <translation>%1 Bilder</translation>
+    </message>
+    <message>
+        <source>%1 packet</source>
+        <translation>%1 Paket</translation>
+    </message>
+    <message>
+        <source>%1 packets</source>
+        <translation>%1 Pakete</translation>
+    </message>
+    <message>
+        <source>The adapter %1 had no room for packets: %2.</source>
+        <translation>Der Netzwerkadapter %1 hatte keinen Platz für Pakete: %2.</translation>
+    </message>
+    <message>
+        <source>Give it a longer ring, up to what ethtool -g %1 shows: sudo ethtool -G %1 rx 4096</source>
+        <translation>Geben Sie ihm einen längeren Ring, höchstens so lang, wie ethtool -g %1 zeigt: sudo ethtool -G %1 rx 4096</translation>
+    </message>
+    <message>
+        <source>The adapter %1 refused damaged packets: %2.</source>
+        <translation>Der Netzwerkadapter %1 wies beschädigte Pakete ab: %2.</translation>
+    </message>
+    <message>
+        <source>Change the cable between the switch and this host.</source>
+        <translation>Tauschen Sie das Kabel zwischen dem Switch und diesem Computer.</translation>
+    </message>
+    <message>
+        <source>The driver of the adapter %1 dropped packets: rx_dropped +%2.</source>
+        <translation>Der Treiber des Netzwerkadapters %1 verwarf Pakete: rx_dropped +%2.</translation>
+    </message>
+    <message>
+        <source>The driver&apos;s own counters tell why: ethtool -S %1</source>
+        <translation>Die Zähler des Treibers nennen den Grund: ethtool -S %1</translation>
+    </message>
+    <message>
+        <source>The operating system&apos;s queue behind the adapters was full: %1, of all adapters.</source>
+        <translation>Die Warteschlange des Betriebssystems hinter den Netzwerkadaptern war voll: %1, von allen Adaptern.</translation>
+    </message>
+    <message>
+        <source>Permit a longer queue: sudo sysctl -w net.core.netdev_max_backlog=10000</source>
+        <translation>Erlauben Sie eine längere Warteschlange: sudo sysctl -w net.core.netdev_max_backlog=10000</translation>
+    </message>
+    <message>
+        <source>A rule of this host discarded packets: the adapter %1 received %2, and %3 got as far as IP.</source>
+        <translation>Eine Regel dieses Computers verwarf Pakete: Der Netzwerkadapter %1 empfing %2, bis zu IP kamen %3.</translation>
+    </message>
+    <message>
+        <source>Look for the rule: tc -s filter show dev %1 ingress; sudo nft list ruleset; ip link show %1 (xdp)</source>
+        <translation>Suchen Sie die Regel: tc -s filter show dev %1 ingress; sudo nft list ruleset; ip link show %1 (xdp)</translation>
+    </message>
+    <message>
+        <source>The operating system discarded packets whose sender it would not reach by the adapter that they came through: IPReversePathFilter +%1.</source>
+        <translation>Das Betriebssystem verwarf Pakete, deren Absender es nicht über den Netzwerkadapter erreichen würde, durch den sie kamen: IPReversePathFilter +%1.</translation>
+    </message>
+    <message>
+        <source>Give the cameras addresses of the adapter&apos;s network, or permit it: sudo sysctl -w net.ipv4.conf.%1.rp_filter=2 net.ipv4.conf.all.rp_filter=2</source>
+        <translation>Geben Sie den Kameras Adressen aus dem Netz des Adapters, oder erlauben Sie es: sudo sysctl -w net.ipv4.conf.%1.rp_filter=2 net.ipv4.conf.all.rp_filter=2</translation>
+    </message>
+    <message>
+        <source>The operating system could not join split packets: Ip ReasmFails +%1.</source>
+        <translation>Das Betriebssystem konnte geteilte Pakete nicht zusammensetzen: Ip ReasmFails +%1.</translation>
+    </message>
+    <message>
+        <source>Let the cameras send packets that need not be split: spanlet benchmark --adjust-packet-size</source>
+        <translation>Lassen Sie die Kameras Pakete senden, die nicht geteilt werden müssen: spanlet benchmark --adjust-packet-size</translation>
+    </message>
+    <message>
+        <source>The operating system refused damaged packets: Udp InCsumErrors +%1.</source>
+        <translation>Das Betriebssystem wies beschädigte Pakete ab: Udp InCsumErrors +%1.</translation>
+    </message>
+    <message>
+        <source>Change the cables of the cameras and of the switch.</source>
+        <translation>Tauschen Sie die Kabel der Kameras und des Switches.</translation>
+    </message>
+    <message>
+        <source>Rules of this host&apos;s firewall or routes discarded packets: IP received %1 that it neither delivered nor counted as faulty.</source>
+        <translation>Regeln der Firewall oder der Routen dieses Computers verwarfen Pakete: IP empfing %1, die es weder zustellte noch als fehlerhaft zählte.</translation>
+    </message>
+    <message>
+        <source>Permit UDP from the cameras, for example: sudo iptables -I INPUT -i %1 -p udp -j ACCEPT. Or receive by the packet ring: %2</source>
+        <translation>Erlauben Sie UDP von den Kameras, zum Beispiel: sudo iptables -I INPUT -i %1 -p udp -j ACCEPT. Oder empfangen Sie über den Paketring: %2</translation>
+    </message>
+</context>
+<context>
     <name>QObject</name>
     <message>
         <source>Camera Viewer</source>

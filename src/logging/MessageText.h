@@ -4,6 +4,9 @@
 #include <string>
 #include <vector>
 
+/// \p form with \p values in place of "%1", "%2" and so on, up to "%9". Reentrant.
+std::string filledForm(const std::string& form, const std::vector<std::string>& values);
+
 /// A message with values, which the log has in English and a window in the user's language.
 /// Reentrant.
 class MessageText {
@@ -17,8 +20,6 @@ public:
     std::string translated() const;
 
 private:
-    std::string filled(const std::string& form) const;
-
     const char* m_context;
     const char* m_form;
     std::vector<std::string> m_values;
