@@ -9,7 +9,7 @@ namespace viewer {
 namespace {
 
 QString toolTip(const CameraEntry& entry) {
-    return QStringLiteral("%1\nSerial number: %2\nID: %3")
+    return CameraModel::tr("%1\nSerial number: %2\nID: %3")
         .arg(entry.model, entry.serialNumber, entry.id);
 }
 

@@ -46,6 +46,10 @@ CommandLine parseCommandLine(const QStringList& arguments) {
         QStringLiteral("feature-picture"),
         QStringLiteral("Save a picture of the feature tree of the first camera, and quit."),
         QStringLiteral("file"));
+    const QCommandLineOption windowPicture(
+        QStringLiteral("window-picture"),
+        QStringLiteral("Save a picture of this program's window after 5 seconds, and quit."),
+        QStringLiteral("file"));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
@@ -54,7 +58,8 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
     parser.addOptions(session::cameraOptions());
-    parser.addOptions({openSpanlet, dark, autoSet, benchmark, picture, featurePicture});
+    parser.addOptions(
+        {openSpanlet, dark, autoSet, benchmark, picture, featurePicture, windowPicture});
 
     CommandLine line;
     if (!parser.parse(arguments)) {
@@ -77,6 +82,7 @@ CommandLine parseCommandLine(const QStringList& arguments) {
     line.autoSets = parser.isSet(autoSet);
     line.pictureFile = parser.value(picture);
     line.featurePictureFile = parser.value(featurePicture);
+    line.windowPictureFile = parser.value(windowPicture);
     return line;
 }
 

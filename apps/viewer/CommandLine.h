@@ -21,17 +21,21 @@ struct CommandLine {
     QString pictureFile;
     /// File for a picture of the first camera's features; empty for none.
     QString featurePictureFile;
+    /// File for a picture of the viewer's own window; empty for none.
+    QString windowPictureFile;
 
     /// Text to be printed in place of running: help or version.
     QString answer;
     /// What is wrong with the arguments; empty when nothing is.
     QString error;
 
-    /// Whether the program operates Spanlet's dialog itself and ends afterwards.
-    bool isAutomated() const {
+    /// Whether the program operates Spanlet's dialog itself.
+    bool operatesSpanlet() const {
         return autoSets || benchmarkSeconds > 0 || !pictureFile.isEmpty() ||
                !featurePictureFile.isEmpty();
     }
+    /// Whether the program works without a person, and ends afterwards.
+    bool isAutomated() const { return operatesSpanlet() || !windowPictureFile.isEmpty(); }
 };
 
 /// \p arguments begin with the program's name. Needs an application object.

@@ -12,11 +12,25 @@ namespace viewer {
 
 namespace {
 
+/// What nameOf() answers, for translation.
+[[maybe_unused]] constexpr const char* placeNames[] = {
+    QT_TRANSLATE_NOOP("viewer::LossWatch", "camera"),
+    QT_TRANSLATE_NOOP("viewer::LossWatch", "wire"),
+    QT_TRANSLATE_NOOP("viewer::LossWatch", "adapter"),
+    QT_TRANSLATE_NOOP("viewer::LossWatch", "kernel"),
+    QT_TRANSLATE_NOOP("viewer::LossWatch", "path"),
+    QT_TRANSLATE_NOOP("viewer::LossWatch", "program"),
+    QT_TRANSLATE_NOOP("viewer::LossWatch", "usb"),
+    QT_TRANSLATE_NOOP("viewer::LossWatch", "unknown")};
+
+QString translated(const char* text) {
+    return QCoreApplication::translate("viewer::LossWatch", text);
+}
+
 QString textOf(const LossFinding& finding) {
     const QString text =
         QCoreApplication::translate("viewer::LossWatch", "Where frames were lost: %1. %2")
-            .arg(QString::fromLatin1(nameOf(finding.place)),
-                 QString::fromStdString(finding.evidence));
+            .arg(translated(nameOf(finding.place)), QString::fromStdString(finding.evidence));
     return finding.cure.empty()
                ? text
                : text + QStringLiteral("\n\n") + QString::fromStdString(finding.cure);

@@ -3,7 +3,6 @@
 
 #include "plugin/SpanletInterface.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QJsonObject>
 #include <QLibrary>
@@ -16,10 +15,6 @@ namespace viewer {
 namespace {
 
 const auto interfaceName = QStringLiteral("SpanletInterface");
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("viewer::SpanletLoader", text);
-}
 
 QString withReason(const QString& path, const QString& reason) {
     return QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), reason);

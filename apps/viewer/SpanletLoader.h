@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
@@ -13,6 +14,8 @@ namespace viewer {
 
 /// Finds Spanlet among the libraries of a folder and loads it. Bound to the GUI thread.
 class SpanletLoader {
+    Q_DECLARE_TR_FUNCTIONS(viewer::SpanletLoader)
+
 public:
     explicit SpanletLoader(QString folder);
     ~SpanletLoader();

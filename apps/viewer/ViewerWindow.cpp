@@ -10,10 +10,14 @@
 #include "viewer/CameraListWatcher.h"
 #include "viewer/CameraModel.h"
 #include "viewer/ImageView.h"
+#include "viewer/LinkSpeed.h"
 #include "viewer/LossWatch.h"
+#include "viewer/StreamCounters.h"
+#include "viewer/ThroughputDock.h"
 
 #include <QAction>
 #include <QCheckBox>
+#include <QCloseEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -21,6 +25,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
+#include <QSettings>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QStyle>
@@ -35,12 +40,20 @@ namespace viewer {
 namespace {
 
 constexpr int rateInterval = 1000;
+constexpr int throughputInterval = 500;
 /// Lost frames are looked for at each second rate.
 constexpr int ratesPerLook = 2;
 constexpr int labelMargin = 4;
 constexpr int messageTime = 10000;
 /// Width of the list of cameras, in characters.
 constexpr int listCharacters = 48;
+/// The window fits on a screen of 1280 x 720 at this resolution, with its frame and a task bar.
+constexpr QSize largestUsualSize(1240, 640);
+constexpr int usualResolution = 96;
+
+const auto geometryKey = QStringLiteral("window/geometry");
+const auto stateKey = QStringLiteral("window/state");
+const auto splitterKey = QStringLiteral("window/splitter");
 
 /// A warning below the list, hidden while it is empty.
 void prepareWarning(QLabel& warning, const QString& name) {
@@ -59,26 +72,27 @@ bool meansInUse(OrvErrorType error) {
 } // namespace
 
 ViewerWindow::ViewerWindow(OrvCPP::OrvSystem& system, const QString& pluginFolder,
-                           session::StreamingLimits limits)
+                           session::StreamingLimits limits, QSettings* settings)
     : m_system(system), m_loader(pluginFolder), m_streamingLimits(std::move(limits)),
       m_watcher(std::make_shared<CameraListWatcher>()), m_model(new CameraModel(this)),
       m_list(new QListView(this)), m_view(new ImageView(this)),
       m_automaticPacketSize(new QCheckBox(tr("Automatic packet size"), this)),
       m_cameraCount(new QLabel(this)), m_streamingWarning(new QLabel(this)),
       m_lossNotice(new QLabel(this)), m_formatLabel(new QLabel(this)),
-      m_rateLabel(new QLabel(this)) {
+      m_rateLabel(new QLabel(this)), m_splitter(new QSplitter(this)),
+      m_throughput(
+          new ThroughputDock([this](const QString& name) { return linkSpeed(name); }, this)),
+      m_settings(settings) {
     setWindowTitle(tr("Camera Viewer"));
-    auto* splitter = new QSplitter(this);
-    splitter->addWidget(buildCameraPanel());
-    splitter->addWidget(m_view);
-    splitter->setStretchFactor(1, 1);
-    splitter->setCollapsible(0, false);
-    const int listWidth = listCharacters * fontMetrics().averageCharWidth();
-    splitter->setSizes({listWidth, 2 * listWidth});
-    setCentralWidget(splitter);
+    m_splitter->addWidget(buildCameraPanel());
+    m_splitter->addWidget(m_view);
+    m_splitter->setStretchFactor(1, 1);
+    m_splitter->setChildrenCollapsible(false);
+    setCentralWidget(m_splitter);
+    buildThroughput();
     buildMenus();
     buildStatusBar();
-    resize(QSize(10 * listWidth / 3, 2 * listWidth).boundedTo(screen()->availableSize()));
+    restorePlace();
 
     connect(&m_live, &LiveCamera::imageReady, this,
             [this](const QImage& image, const QString& pixelFormat) {
@@ -111,6 +125,13 @@ void ViewerWindow::buildMenus() {
     cameras->addSeparator();
     QAction* quit = cameras->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setShortcut(QKeySequence::Quit);
+
+    QMenu* view = menuBar()->addMenu(tr("&View"));
+    QAction* throughput = m_throughput->toggleViewAction();
+    throughput->setText(tr("&Throughput"));
+    throughput->setShortcut(QKeySequence(tr("Ctrl+T")));
+    view->addAction(throughput);
+    view->addAction(&m_throughput->saveAction());
 
     QMenu* tools = menuBar()->addMenu(tr("&Tools"));
     QAction* spanlet = tools->addAction(tr("&Spanlet..."), this, [this] {
@@ -173,6 +194,38 @@ void ViewerWindow::buildStatusBar() {
     timer->start(rateInterval);
 }
 
+void ViewerWindow::buildThroughput() {
+    addDockWidget(Qt::BottomDockWidgetArea, m_throughput);
+    auto* timer = new QTimer(this);
+    timer->setObjectName(QStringLiteral("timerThroughput"));
+    connect(timer, &QTimer::timeout, this, &ViewerWindow::sampleThroughput);
+    timer->start(throughputInterval);
+}
+
+void ViewerWindow::restorePlace() {
+    const int listWidth = listCharacters * fontMetrics().averageCharWidth();
+    m_splitter->setSizes({listWidth, 2 * listWidth});
+    const QSize largest = largestUsualSize * logicalDpiX() / usualResolution;
+    resize(QSize(10 * listWidth / 3, 2 * listWidth)
+               .boundedTo(largest)
+               .boundedTo(screen()->availableSize()));
+    if (m_settings == nullptr)
+        return;
+    // Moves the window onto a screen when that of its place no longer exists.
+    restoreGeometry(m_settings->value(geometryKey).toByteArray());
+    restoreState(m_settings->value(stateKey).toByteArray());
+    m_splitter->restoreState(m_settings->value(splitterKey).toByteArray());
+}
+
+void ViewerWindow::closeEvent(QCloseEvent* event) {
+    if (m_settings != nullptr) {
+        m_settings->setValue(geometryKey, saveGeometry());
+        m_settings->setValue(stateKey, saveState());
+        m_settings->setValue(splitterKey, m_splitter->saveState());
+    }
+    QMainWindow::closeEvent(event);
+}
+
 QString ViewerWindow::openSpanlet() {
     if (m_isHandedOver)
         return {};
@@ -201,6 +254,8 @@ void ViewerWindow::refreshCameras() {
     takeOver(findCameras(m_system));
     showStreamingLimits();
     if (!m_liveId.isEmpty() && m_model->rowOf(m_liveId) < 0) {
+        m_disconnectedId = m_liveId;
+        m_disconnectedName = before.name;
         releaseCamera();
         statusBar()->showMessage(tr("%1 was disconnected.").arg(before.name), messageTime);
     }
@@ -270,6 +325,7 @@ void ViewerWindow::showCamera(int row) {
         return;
     }
     m_liveId = entry.id;
+    m_disconnectedId.clear();
     watchLosses(entry);
     m_model->setAccess(row, CameraAccess::Live);
     m_view->showMessage(entry.name, tr("Waiting for the first image. A camera that waits for a "
@@ -282,6 +338,7 @@ void ViewerWindow::releaseCamera() {
     m_live.stop();
     m_model->setAccess(m_model->rowOf(m_liveId), CameraAccess::Available);
     m_liveId.clear();
+    sampleThroughput();
     m_framesAtLastRate = 0;
     m_sinceLastRate.restart();
     m_formatLabel->clear();
@@ -305,7 +362,11 @@ void ViewerWindow::showFailure(const QString& name, OrvErrorType error) {
 }
 
 void ViewerWindow::showNoCamera() {
-    if (m_model->rowCount() == 0) {
+    if (!m_disconnectedId.isEmpty() && m_model->rowOf(m_disconnectedId) < 0) {
+        m_view->showMessage(
+            tr("Disconnected"),
+            tr("%1 was disconnected. Check its cable and its power.").arg(m_disconnectedName));
+    } else if (m_model->rowCount() == 0) {
         m_view->showMessage(tr("No cameras found"),
                             tr("A camera appears here as soon as it is connected."));
     } else {
@@ -355,9 +416,39 @@ void ViewerWindow::updateFrameRate() {
     if (milliseconds > 0) {
         const double rate = static_cast<double>(frames - m_framesAtLastRate) * 1000.0 /
                             static_cast<double>(milliseconds);
-        m_rateLabel->setText(tr("%1 frames/s").arg(rate, 0, 'f', 1));
+        m_rateLabel->setText(tr("%L1 frames/s").arg(rate, 0, 'f', 1));
     }
     m_framesAtLastRate = frames;
+}
+
+void ViewerWindow::sampleThroughput() {
+    std::vector<CountedCamera> cameras;
+    for (const CameraEntry& entry : m_model->cameras()) {
+        if (const auto counters = streamCounters(entry))
+            cameras.push_back({entry.id, entry.name, entry.interfaceName, *counters});
+    }
+    m_throughput->addSample(cameras);
+}
+
+std::optional<StreamCounters> ViewerWindow::streamCounters(const CameraEntry& entry) const {
+    if (m_isHandedOver)
+        return readStreamCounters(*entry.camera);
+    if (entry.id != m_liveId)
+        return std::nullopt;
+    const FrameStatistics frames = m_live.frameStatistics();
+    // Negative while the camera numbers frames in another order.
+    const auto lost = static_cast<std::uint64_t>(std::max<std::int64_t>(frames.lostFrames, 0));
+    return StreamCounters{frames.payloadBytes, lost + frames.incompleteFrames};
+}
+
+std::optional<double> ViewerWindow::linkSpeed(const QString& interfaceName) const {
+    for (const CameraEntry& entry : m_model->cameras()) {
+        std::shared_ptr<OrvCPP::Interface> interface;
+        if (entry.interfaceName == interfaceName &&
+            entry.camera->GetInterface(interface) == OrvErrorSuccess && interface)
+            return linkMegabytesPerSecond(m_system, *interface);
+    }
+    return std::nullopt;
 }
 
 } // namespace viewer

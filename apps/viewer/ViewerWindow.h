@@ -10,11 +10,14 @@
 #include <QMainWindow>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QCheckBox;
 class QLabel;
 class QListView;
+class QSettings;
+class QSplitter;
 
 namespace OrvCPP {
 class OrvSystem;
@@ -26,6 +29,8 @@ class CameraListWatcher;
 class CameraModel;
 class ImageView;
 class LossWatch;
+class ThroughputDock;
+struct StreamCounters;
 
 /// The viewer's window: the cameras on the left, the live image of the selected one on the right,
 /// and Spanlet in its menu. Bound to the GUI thread.
@@ -34,9 +39,11 @@ class ViewerWindow : public QMainWindow {
 
 public:
     /// \p system is started and outlives the window. Spanlet is looked for in \p pluginFolder.
-    /// \p limits reads the host's settings.
+    /// \p limits reads the host's settings. \p settings, which outlives the window, keeps its place
+    /// and what is shown in it; without it they are not kept.
     ViewerWindow(OrvCPP::OrvSystem& system, const QString& pluginFolder,
-                 session::StreamingLimits limits = session::StreamingLimits());
+                 session::StreamingLimits limits = session::StreamingLimits(),
+                 QSettings* settings = nullptr);
     ~ViewerWindow() override;
 
     /// Releases the viewer's camera, runs Spanlet's dialog until it is closed, and resumes the
@@ -44,10 +51,16 @@ public:
     /// empty when it could.
     QString openSpanlet();
 
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
 private:
     void buildMenus();
     QWidget* buildCameraPanel();
     void buildStatusBar();
+    void buildThroughput();
+    /// At its usual size where nothing was kept.
+    void restorePlace();
 
     /// Reads the SDK's camera list anew; keeps the selected camera and its live image.
     void refreshCameras();
@@ -68,6 +81,12 @@ private:
     void showLosses(const QString& text);
     void updateFigures();
     void updateFrameRate();
+    /// Adds what was counted until now to the plot of the throughput.
+    void sampleThroughput();
+    /// Of the live camera, and of those that Spanlet has open; nothing of others.
+    std::optional<StreamCounters> streamCounters(const CameraEntry& entry) const;
+    /// MB/s; nothing where the host does not tell.
+    std::optional<double> linkSpeed(const QString& interfaceName) const;
 
     OrvCPP::OrvSystem& m_system;
     SpanletLoader m_loader;
@@ -77,6 +96,9 @@ private:
     QString m_liveId;
     /// Of the live camera; empty when none is live.
     std::unique_ptr<LossWatch> m_losses;
+    /// Of the last live camera, when it was disconnected; empty otherwise.
+    QString m_disconnectedId;
+    QString m_disconnectedName;
     bool m_isHandedOver = false;
 
     std::shared_ptr<CameraListWatcher> m_watcher;
@@ -89,6 +111,9 @@ private:
     QLabel* m_lossNotice;
     QLabel* m_formatLabel;
     QLabel* m_rateLabel;
+    QSplitter* m_splitter;
+    ThroughputDock* m_throughput;
+    QSettings* m_settings;
 
     QElapsedTimer m_sinceLastRate;
     std::uint64_t m_framesAtLastRate = 0;

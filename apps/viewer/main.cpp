@@ -6,6 +6,7 @@
 #include "viewer/CommandLine.h"
 #include "viewer/DialogDriver.h"
 #include "viewer/ParentConsole.h"
+#include "viewer/ProgramResources.h"
 #include "viewer/ViewerWindow.h"
 
 #include <QApplication>
@@ -14,16 +15,21 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QMessageBox>
+#include <QSettings>
 #include <QTimer>
 #include <QTranslator>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 
 namespace {
 
 using viewer::CommandLine;
 using viewer::writeText;
+
+constexpr std::chrono::seconds windowPictureDelay(5);
+constexpr QSize windowPictureSize(1120, 660);
 
 void identify(QCoreApplication& application) {
     application.setApplicationName(QStringLiteral("spanlet-viewer"));
@@ -36,7 +42,7 @@ CommandLine readCommandLine(int& argc, char** argv) {
     QCoreApplication application(argc, argv);
     identify(application);
     CommandLine line = viewer::parseCommandLine(QCoreApplication::arguments());
-    for (QString* file : {&line.pictureFile, &line.featurePictureFile}) {
+    for (QString* file : {&line.pictureFile, &line.featurePictureFile, &line.windowPictureFile}) {
         if (!file->isEmpty())
             *file = QFileInfo(*file).absoluteFilePath();
     }
@@ -50,7 +56,7 @@ void report(const CommandLine& line, QWidget* parent, const QString& text) {
         QMessageBox::warning(parent, QObject::tr("Camera Viewer"), text);
 }
 
-int runAutomatically(const CommandLine& line, viewer::ViewerWindow& window) {
+int operateSpanlet(const CommandLine& line, viewer::ViewerWindow& window) {
     viewer::DialogDriver driver(line);
     const QString error = window.openSpanlet();
     if (!error.isEmpty()) {
@@ -71,6 +77,24 @@ int runAutomatically(const CommandLine& line, viewer::ViewerWindow& window) {
     return failures.isEmpty() ? 0 : 1;
 }
 
+/// Once the throughput has something to show.
+int takeWindowPicture(const CommandLine& line, viewer::ViewerWindow& window) {
+    window.resize(windowPictureSize);
+    QTimer::singleShot(windowPictureDelay, &window, &QCoreApplication::quit);
+    QApplication::exec();
+    if (window.grab().save(line.windowPictureFile))
+        return 0;
+    report(line, &window,
+           QStringLiteral("The picture cannot be saved as %1.").arg(line.windowPictureFile));
+    return 1;
+}
+
+int runAutomatically(const CommandLine& line, viewer::ViewerWindow& window) {
+    const int operated = line.operatesSpanlet() ? operateSpanlet(line, window) : 0;
+    const int taken = line.windowPictureFile.isEmpty() ? 0 : takeWindowPicture(line, window);
+    return std::max(operated, taken);
+}
+
 /// Beside the program, or where an installation has it.
 QString pluginFolder() {
     const QDir programs(QCoreApplication::applicationDirPath());
@@ -89,7 +113,11 @@ int run(const CommandLine& line) {
     // Spanlet looks for its translations in the folder "qm" below the current one. The files that
     // the command line names are known by now.
     QDir::setCurrent(QCoreApplication::applicationDirPath());
-    viewer::ViewerWindow window(OrvCPP::OrvSystem::GetInstance(), pluginFolder());
+    // An automatic run neither depends on the window's place nor changes it.
+    QSettings settings(QStringLiteral("spanlet"), QStringLiteral("spanlet-viewer"));
+    viewer::ViewerWindow window(OrvCPP::OrvSystem::GetInstance(), pluginFolder(),
+                                session::StreamingLimits(),
+                                line.isAutomated() ? nullptr : &settings);
     window.show();
     if (line.isAutomated())
         return runAutomatically(line, window);
@@ -100,7 +128,13 @@ int run(const CommandLine& line) {
                 report(line, &window, error);
         });
     }
-    return QApplication::exec();
+    const int exitCode = QApplication::exec();
+    settings.sync();
+    if (settings.status() != QSettings::NoError)
+        writeText(
+            stderr,
+            QStringLiteral("The window's place cannot be kept in %1.\n").arg(settings.fileName()));
+    return exitCode;
 }
 
 /// Coordinates are independent of the screen's resolution, also at factors such as 1.25.
@@ -136,5 +170,9 @@ int main(int argc, char** argv) {
                      QLibraryInfo::location(QLibraryInfo::TranslationsPath))) {
         QCoreApplication::installTranslator(&qtTexts);
     }
+    QTranslator texts;
+    if (viewer::loadTexts(texts, QLocale::system()))
+        QCoreApplication::installTranslator(&texts);
+    QApplication::setWindowIcon(viewer::windowIcon());
     return run(line);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "losses/LossAnalysis.h"
 
+#include "losses/LossText.h"
 #include "losses/SharedLosses.h"
 #include "platform/HostCommands.h"
 
@@ -25,12 +26,14 @@ constexpr std::uint64_t largeReceiveBuffer = 32 << 20;
 /// USB 3 begins at this speed, in bits per second.
 constexpr std::uint64_t usb3Speed = 5'000'000'000;
 
-std::string frames(std::uint64_t number) {
-    return countText(number, "frame", "frames");
+std::string frameNumberCount(std::uint64_t number) {
+    return lossText(number == 1 ? Losses::tr("%1 frame number") : Losses::tr("%1 frame numbers"),
+                    {std::to_string(number)});
 }
 
-std::string packets(std::uint64_t number) {
-    return countText(number, "packet", "packets");
+std::string placeCount(std::uint64_t number) {
+    return lossText(number == 1 ? Losses::tr("%1 place") : Losses::tr("%1 places"),
+                    {std::to_string(number)});
 }
 
 /// A word of a command line.
@@ -136,9 +139,10 @@ void Analysis::judgeSilence(Case& each) {
     if (!isSilent(each.camera))
         return;
     if (each.camera.isTriggered) {
-        add(LossPlace::Camera, each.camera, "No frame came: the camera waits for triggers.",
-            "Trigger it, or let it run freely: spanlet set " + quoted(each.camera.id) +
-                " TriggerMode Off");
+        add(LossPlace::Camera, each.camera,
+            lossText(Losses::tr("No frame came: the camera waits for triggers.")),
+            lossText(Losses::tr("Trigger it, or let it run freely: spanlet set %1 TriggerMode Off"),
+                     {quoted(each.camera.id)}));
         each.isExplained = true;
     } else if (each.camera.packetsReceived == 0U) {
         each.missing =
@@ -151,9 +155,10 @@ void Analysis::judgeProgram(Case& each) {
     if (underruns == 0)
         return;
     add(LossPlace::Program, each.camera,
-        frames(underruns) +
-            " came while this program had no free buffer (StreamUnderrunFrameCount).",
-        "Use more buffers, or return them sooner.");
+        lossText(
+            Losses::tr("%1 came while this program had no free buffer (StreamUnderrunFrameCount)."),
+            {frameCount(underruns)}),
+        lossText(Losses::tr("Use more buffers, or return them sooner.")));
     each.isExplained = underruns >= framesBad(each.camera);
 }
 
@@ -164,20 +169,22 @@ void Analysis::judgePath(Case& each) {
         camera.packetsDropped.value_or(0) > 0)
         return;
     const std::string adapter = m_evidence.network.adapter;
-    const std::string size =
-        camera.packetSize ? " of " + std::to_string(*camera.packetSize) + " bytes" : "";
-    const std::string mtu = m_evidence.mtu ? " The adapter takes packets of up to " +
-                                                 std::to_string(*m_evidence.mtu) + " bytes."
-                                           : "";
+    const std::string size = camera.packetSize ? lossText(Losses::tr(" of %1 bytes"),
+                                                          {std::to_string(*camera.packetSize)})
+                                               : "";
+    const std::string mtu =
+        m_evidence.mtu ? lossText(Losses::tr(" The adapter takes packets of up to %1 bytes."),
+                                  {std::to_string(*m_evidence.mtu)})
+                       : "";
     add(LossPlace::Path, camera,
-        "Of " + frames(hollow) +
-            " the short first and last packets came, and none of the full ones" + size +
-            " (StreamHollowFrameCount)." + mtu,
-        "Let the camera find the size that passes: spanlet benchmark --interface " +
-            quoted(m_evidence.name) +
-            " --adjust-packet-size. Or permit larger packets (jumbo frames) in the switch and the "
-            "adapter" +
-            (adapter.empty() ? "." : ": " + platform::mtuCommand(adapter)));
+        lossText(Losses::tr("Of %1 the short first and last packets came, and none of the full "
+                            "ones%2 (StreamHollowFrameCount).%3"),
+                 {frameCount(hollow), size, mtu}),
+        lossText(Losses::tr("Let the camera find the size that passes: spanlet benchmark "
+                            "--interface %1 --adjust-packet-size. Or permit larger packets (jumbo "
+                            "frames) in the switch and the adapter%2"),
+                 {quoted(m_evidence.name),
+                  adapter.empty() ? "." : ": " + platform::mtuCommand(adapter)}));
     each.missing -= std::min(each.missing, hollow * packetsPerFrame(camera));
     each.isExplained = true;
 }
@@ -188,13 +195,16 @@ void Analysis::judgeSocket(Case& each) {
     if (camera.usesRing.value_or(true) || dropped == 0)
         return;
     const std::string buffer =
-        camera.receiveBuffer ? " of " + std::to_string(*camera.receiveBuffer) + " KB" : "";
+        camera.receiveBuffer
+            ? lossText(Losses::tr(" of %1 KB"), {std::to_string(*camera.receiveBuffer)})
+            : "";
     add(LossPlace::Kernel, camera,
-        "The operating system dropped " + packets(dropped) + " as the receive buffer" + buffer +
-            " of the UDP socket was full (GevStreamDroppedPacketCount).",
-        "Permit a larger buffer: " + platform::receiveBufferCommand(largeReceiveBuffer) +
-            ". Or receive by the packet ring: " +
-            platform::packetSocketCommand(m_evidence.program));
+        lossText(Losses::tr("The operating system dropped %1 as the receive buffer%2 of the UDP "
+                            "socket was full (GevStreamDroppedPacketCount)."),
+                 {packetCount(dropped), buffer}),
+        lossText(Losses::tr("Permit a larger buffer: %1. Or receive by the packet ring: %2"),
+                 {platform::receiveBufferCommand(largeReceiveBuffer),
+                  platform::packetSocketCommand(m_evidence.program)}));
     each.missing -= std::min(each.missing, dropped);
     each.isExplained = each.missing <= dropped / restShare;
     if (each.isExplained)
@@ -222,13 +232,14 @@ void Analysis::judgeCamera(Case& each) {
     if (!isExcluded)
         return;
     add(LossPlace::Camera, camera,
-        "The camera left out " + countText(skipped, "frame number", "frame numbers") + " in " +
-            countText(*camera.gaps, "place", "places") + ": none of about " + packets(wouldBe) +
-            " reached the adapter, while of the other " + frames(camera.framesReceived) + ' ' +
-            packets(packetsAstray(camera)) + " went astray.",
-        "Lower the camera's frame rate or raise its bandwidth limit, so that it can send every "
-        "frame: spanlet autoset --interface " +
-            quoted(m_evidence.name));
+        lossText(Losses::tr("The camera left out %1 in %2: none of about %3 reached the adapter, "
+                            "while of the other %4 %5 went astray."),
+                 {frameNumberCount(skipped), placeCount(*camera.gaps), packetCount(wouldBe),
+                  frameCount(camera.framesReceived), packetCount(packetsAstray(camera))}),
+        lossText(
+            Losses::tr("Lower the camera's frame rate or raise its bandwidth limit, so that it "
+                       "can send every frame: spanlet autoset --interface %1"),
+            {quoted(m_evidence.name)}));
     each.missing = packetsAstray(camera);
     each.isExplained = true;
 }
@@ -237,20 +248,22 @@ void Analysis::judgeUsb(Case& each) {
     const CameraEvidence& camera = each.camera;
     if (!camera.isUsb || framesBad(camera) == 0 || each.isExplained)
         return;
-    const std::string lost = "Of " + frames(camera.framesReceived + camera.framesLost) + ", " +
-                             std::to_string(framesBad(camera)) + " did not come whole";
+    const std::string all = frameCount(camera.framesReceived + camera.framesLost);
+    const std::string bad = std::to_string(framesBad(camera));
     if (camera.usbSpeed > 0 && camera.usbSpeed < usb3Speed) {
         add(LossPlace::UsbLink, camera,
-            lost + "; the camera's link has " + std::to_string(camera.usbSpeed / 1'000'000) +
-                " Mbit/s, less than USB 3.",
-            "Use a USB 3 port and cable.");
+            lossText(Losses::tr("Of %1, %2 did not come whole; the camera's link has %3 Mbit/s, "
+                                "less than USB 3."),
+                     {all, bad, std::to_string(camera.usbSpeed / 1'000'000)}),
+            lossText(Losses::tr("Use a USB 3 port and cable.")));
         each.isExplained = true;
     } else if (m_evidence.usbMemory.value_or(0) > 0 &&
                *m_evidence.usbMemory < m_evidence.usbMemoryNeeded) {
         add(LossPlace::UsbLink, camera,
-            lost + "; the system allows " + std::to_string(*m_evidence.usbMemory) +
-                " MB of USB memory, and the cameras need " +
-                std::to_string(m_evidence.usbMemoryNeeded) + " MB.",
+            lossText(Losses::tr("Of %1, %2 did not come whole; the system allows %3 MB of USB "
+                                "memory, and the cameras need %4 MB."),
+                     {all, bad, std::to_string(*m_evidence.usbMemory),
+                      std::to_string(m_evidence.usbMemoryNeeded)}),
             platform::usbMemoryCommand(m_evidence.usbMemoryNeeded));
         each.isExplained = true;
     }
@@ -266,11 +279,13 @@ void Analysis::judgeRing() {
         return;
     m_findings.push_back(
         {LossPlace::Kernel, "",
-         "The packet ring of the adapter was full for " + packets(dropped) +
-             " (GevStreamDroppedPacketCount): this program did not get the processor in time.",
-         "End other programs, or give this one more of the processor: sudo renice -n -10 -p "
-         "$(pidof " +
-             m_evidence.program.filename().string() + ')',
+         lossText(Losses::tr("The packet ring of the adapter was full for %1 "
+                             "(GevStreamDroppedPacketCount): this program did not get the "
+                             "processor in time."),
+                  {packetCount(dropped)}),
+         lossText(Losses::tr("End other programs, or give this one more of the processor: sudo "
+                             "renice -n -10 -p $(pidof %1)"),
+                  {m_evidence.program.filename().string()}),
          // Frames that were dropped whole are noticed by later ones only.
          isAllRepaired(m_evidence) && dropped <= missing()});
     m_explained += dropped;
@@ -289,14 +304,16 @@ void Analysis::addWire(const Case& each) {
     const CameraEvidence& camera = each.camera;
     const auto received = m_evidence.network[NetworkCount::AdapterReceived].value_or(0);
     const std::uint64_t unavailable = camera.packetsUnavailable.value_or(0);
-    std::string text = "About " + packets(each.missing) + " never reached the adapter " +
-                       m_evidence.network.adapter + ": it received " + packets(received) +
-                       " in all";
-    text += m_isShared ? "." : ", and its error counters did not move.";
+    std::string text = lossText(
+        m_isShared ? Losses::tr("About %1 never reached the adapter %2: it received %3 in all.")
+                   : Losses::tr("About %1 never reached the adapter %2: it received %3 in all, and "
+                                "its error counters did not move."),
+        {packetCount(each.missing), m_evidence.network.adapter, packetCount(received)});
     if (const std::uint64_t repaired = packetsRepaired(camera); repaired > 0)
-        text += ' ' + packets(repaired) + " came when requested again.";
+        text += lossText(Losses::tr(" %1 came when requested again."), {packetCount(repaired)});
     if (unavailable > 0)
-        text += " The camera no longer had " + packets(unavailable) + " of those requested.";
+        text += lossText(Losses::tr(" The camera no longer had %1 of those requested."),
+                         {packetCount(unavailable)});
     add(LossPlace::Wire, camera, text, wireCure());
 }
 
@@ -306,16 +323,17 @@ std::string Analysis::wireCure() const {
                                       [](const Case& each) { return each.missing > 0; });
     const std::string divide = "spanlet autoset --interface " + quoted(m_evidence.name);
     if (losing > 1)
-        return std::to_string(losing) + " of " + std::to_string(m_cases.size()) +
-               " cameras lose packets: they may send more than their link carries. Divide it: " +
-               divide;
+        return lossText(Losses::tr("%1 of %2 cameras lose packets: they may send more than their "
+                                   "link carries. Divide it: %3"),
+                        {std::to_string(losing), std::to_string(m_cases.size()), divide});
     if (m_cases.size() > 1)
-        return "Of " + std::to_string(m_cases.size()) +
-               " cameras only this one loses packets: change its cable and its port of the "
-               "switch.";
-    return "Change the camera's cable and its port of the switch. If a link on the way is slower "
-           "than the camera, lower its limit: " +
-           divide;
+        return lossText(
+            Losses::tr("Of %1 cameras only this one loses packets: change its cable and "
+                       "its port of the switch."),
+            {std::to_string(m_cases.size())});
+    return lossText(Losses::tr("Change the camera's cable and its port of the switch. If a link on "
+                               "the way is slower than the camera, lower its limit: %1"),
+                    {divide});
 }
 
 void Analysis::judgeRest() {
@@ -342,31 +360,34 @@ void Analysis::judgeRest() {
 }
 
 std::string Analysis::unknownText(const CameraEvidence& camera) const {
-    std::string text = isSilent(camera) ? std::string("No frame came")
+    std::string text = isSilent(camera) ? lossText(Losses::tr("No frame came"))
                        : framesBad(camera) == 0
-                           ? std::string("No frame was lost")
-                           : "Of " + frames(camera.framesReceived + camera.framesLost) + ", " +
-                                 std::to_string(camera.framesLost) + " were lost and " +
-                                 std::to_string(camera.framesIncomplete) + " came incomplete";
+                           ? lossText(Losses::tr("No frame was lost"))
+                           : lossText(Losses::tr("Of %1, %2 were lost and %3 came incomplete"),
+                                      {frameCount(camera.framesReceived + camera.framesLost),
+                                       std::to_string(camera.framesLost),
+                                       std::to_string(camera.framesIncomplete)});
     if (m_evidence.isSimulated)
-        return text + "; simulated cameras have no counters of a network.";
+        return text + lossText(Losses::tr("; simulated cameras have no counters of a network."));
     if (camera.isUsb)
-        return text + "; USB has no counter that tells the place.";
+        return text + lossText(Losses::tr("; USB has no counter that tells the place."));
     if (!camera.packetsMissing)
-        return text + "; the stream does not count its packets.";
-    text += "; " + packets(packetsAstray(camera)) + " went astray";
+        return text + lossText(Losses::tr("; the stream does not count its packets."));
+    text += lossText(Losses::tr("; %1 went astray"), {packetCount(packetsAstray(camera))});
     if (const std::uint64_t late = camera.packetsLate.value_or(0); late > 0)
-        text += " and " + packets(late) + " came too late, as the camera or this host paused";
+        text += lossText(Losses::tr(" and %1 came too late, as the camera or this host paused"),
+                         {packetCount(late)});
     if (packetsAstray(camera) == 0)
         return text + '.';
     const std::string unread = unreadCounters(m_evidence.network);
     if (!unread.empty())
-        return text + ". These counters could not be read: " + unread + '.';
+        return text + lossText(Losses::tr(". These counters could not be read: %1."), {unread});
     if (!m_evidence.surplus)
-        return text + ". The packets that the adapter received could not be counted.";
-    return text + ". The adapter received " + std::to_string(*m_evidence.surplus) +
-           " more packets than the streams, so the counters do not tell whether the packets "
-           "reached it.";
+        return text + lossText(Losses::tr(". The packets that the adapter received could not be "
+                                          "counted."));
+    return text + lossText(Losses::tr(". The adapter received %1 more packets than the streams, so "
+                                      "the counters do not tell whether the packets reached it."),
+                           {std::to_string(*m_evidence.surplus)});
 }
 
 void Analysis::addUnknown(const Case& each) {

@@ -114,5 +114,5 @@ struct LossFinding {
 /// Names the places where frames of an interface were lost, cameras in their order, then the
 /// interface. A place is named only by a counter that moved; packets that never reached the adapter
 /// only by the adapter's own count. Every camera that lost frames, or brought none, has a finding,
-/// or its interface has. Pure, reentrant.
+/// or its interface has. Its sentences are in the language of the application. Reentrant.
 std::vector<LossFinding> findLosses(const InterfaceEvidence& evidence);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "losses/SharedLosses.h"
 
+#include "losses/LossText.h"
 #include "platform/HostCommands.h"
 
 #include <algorithm>
@@ -77,24 +78,26 @@ void Places::findInAdapter() {
     for (const NetworkCount count : fullCounts)
         full = std::max(full, moved(m_network, count));
     add(LossPlace::Adapter, full,
-        "The adapter " + adapter + " had no room for packets: " + movedText(m_network, fullCounts) +
-            '.',
-        "Give it a longer ring, up to what ethtool -g " + adapter + " shows: sudo ethtool -G " +
-            adapter + " rx 4096");
+        lossText(Losses::tr("The adapter %1 had no room for packets: %2."),
+                 {adapter, movedText(m_network, fullCounts)}),
+        lossText(
+            Losses::tr("Give it a longer ring, up to what ethtool -g %1 shows: sudo ethtool -G "
+                       "%1 rx 4096"),
+            {adapter}));
     std::uint64_t damaged = 0;
     for (const NetworkCount count : damageCounts)
         damaged += moved(m_network, count);
     add(LossPlace::Adapter, damaged,
-        "The adapter " + adapter +
-            " refused damaged packets: " + movedText(m_network, damageCounts) + '.',
-        "Change the cable between the switch and this host.");
+        lossText(Losses::tr("The adapter %1 refused damaged packets: %2."),
+                 {adapter, movedText(m_network, damageCounts)}),
+        lossText(Losses::tr("Change the cable between the switch and this host.")));
     // The kernel counts a full backlog here as well.
     const std::uint64_t backlog = moved(m_network, NetworkCount::BacklogDropped);
     const std::uint64_t dropped = moved(m_network, NetworkCount::AdapterDropped);
     add(LossPlace::Adapter, dropped - std::min(dropped, backlog),
-        "The driver of the adapter " + adapter + " dropped packets: rx_dropped +" +
-            std::to_string(dropped) + '.',
-        "The driver's own counters tell why: ethtool -S " + adapter);
+        lossText(Losses::tr("The driver of the adapter %1 dropped packets: rx_dropped +%2."),
+                 {adapter, std::to_string(dropped)}),
+        lossText(Losses::tr("The driver's own counters tell why: ethtool -S %1"), {adapter}));
 }
 
 /// Rules that discard packets before IP (tc, nftables' netdev family, XDP) have no counter here.
@@ -102,11 +105,12 @@ void Places::findInAdapter() {
 void Places::findBeforeIp() {
     const std::uint64_t backlog = moved(m_network, NetworkCount::BacklogDropped);
     add(LossPlace::Kernel, backlog,
-        "The operating system's queue behind the adapters was full: " +
-            movedText(m_network,
-                      std::initializer_list<NetworkCount>{NetworkCount::BacklogDropped}) +
-            ", of all adapters.",
-        "Permit a longer queue: sudo sysctl -w net.core.netdev_max_backlog=10000");
+        lossText(Losses::tr("The operating system's queue behind the adapters was full: %1, of all "
+                            "adapters."),
+                 {movedText(m_network,
+                            std::initializer_list<NetworkCount>{NetworkCount::BacklogDropped})}),
+        lossText(
+            Losses::tr("Permit a longer queue: sudo sysctl -w net.core.netdev_max_backlog=10000")));
     const auto received = m_network[NetworkCount::AdapterReceived];
     const auto ofIp = m_network[NetworkCount::IpReceived];
     if (!received || !ofIp)
@@ -117,10 +121,13 @@ void Places::findBeforeIp() {
     if (gone < m_missing / 2 || m_surplus < static_cast<std::int64_t>(m_missing / 2))
         return;
     add(LossPlace::Kernel, gone,
-        "A rule of this host discarded packets: the adapter " + m_network.adapter + " received " +
-            std::to_string(*received) + ", and " + std::to_string(*ofIp) + " got as far as IP.",
-        "Look for the rule: tc -s filter show dev " + m_network.adapter +
-            " ingress; sudo nft list ruleset; ip link show " + m_network.adapter + " (xdp)");
+        lossText(
+            Losses::tr("A rule of this host discarded packets: the adapter %1 received %2, and "
+                       "%3 got as far as IP."),
+            {m_network.adapter, std::to_string(*received), std::to_string(*ofIp)}),
+        lossText(Losses::tr("Look for the rule: tc -s filter show dev %1 ingress; sudo nft list "
+                            "ruleset; ip link show %1 (xdp)"),
+                 {m_network.adapter}));
 }
 
 /// Packets that IP received and neither delivered nor counted as something else: the firewall
@@ -145,31 +152,37 @@ void Places::findInIp() {
     const std::string adapter = m_network.adapter;
     const std::uint64_t reverse = moved(m_network, NetworkCount::ReversePathDropped);
     add(LossPlace::Kernel, reverse,
-        "The operating system discarded packets whose sender it would not reach by the adapter "
-        "that they came through: IPReversePathFilter +" +
-            std::to_string(reverse) + '.',
-        "Give the cameras addresses of the adapter's network, or permit it: sudo sysctl -w "
-        "net.ipv4.conf." +
-            adapter + ".rp_filter=2 net.ipv4.conf.all.rp_filter=2");
+        lossText(
+            Losses::tr("The operating system discarded packets whose sender it would not reach "
+                       "by the adapter that they came through: IPReversePathFilter +%1."),
+            {std::to_string(reverse)}),
+        lossText(
+            Losses::tr("Give the cameras addresses of the adapter's network, or permit it: sudo "
+                       "sysctl -w net.ipv4.conf.%1.rp_filter=2 net.ipv4.conf.all.rp_filter=2"),
+            {adapter}));
     const std::uint64_t failures = moved(m_network, NetworkCount::IpJoinFailures);
     add(LossPlace::Kernel, failures,
-        "The operating system could not join split packets: Ip ReasmFails +" +
-            std::to_string(failures) + '.',
-        "Let the cameras send packets that need not be split: spanlet benchmark "
-        "--adjust-packet-size");
+        lossText(
+            Losses::tr("The operating system could not join split packets: Ip ReasmFails +%1."),
+            {std::to_string(failures)}),
+        lossText(
+            Losses::tr("Let the cameras send packets that need not be split: spanlet benchmark "
+                       "--adjust-packet-size")));
     const std::uint64_t damaged = moved(m_network, NetworkCount::UdpChecksumErrors);
     add(LossPlace::Kernel, damaged,
-        "The operating system refused damaged packets: Udp InCsumErrors +" +
-            std::to_string(damaged) + '.',
-        "Change the cables of the cameras and of the switch.");
+        lossText(Losses::tr("The operating system refused damaged packets: Udp InCsumErrors +%1."),
+                 {std::to_string(damaged)}),
+        lossText(Losses::tr("Change the cables of the cameras and of the switch.")));
     const std::uint64_t filtered = refused();
     if (m_surplus >= static_cast<std::int64_t>(m_missing / 2))
         add(LossPlace::Kernel, filtered,
-            "Rules of this host's firewall or routes discarded packets: IP received " +
-                std::to_string(filtered) + " that it neither delivered nor counted as faulty.",
-            "Permit UDP from the cameras, for example: sudo iptables -I INPUT -i " + adapter +
-                " -p udp -j ACCEPT. Or receive by the packet ring: " +
-                platform::packetSocketCommand(m_program));
+            lossText(Losses::tr("Rules of this host's firewall or routes discarded packets: IP "
+                                "received %1 that it neither delivered nor counted as faulty."),
+                     {std::to_string(filtered)}),
+            lossText(
+                Losses::tr("Permit UDP from the cameras, for example: sudo iptables -I INPUT -i "
+                           "%1 -p udp -j ACCEPT. Or receive by the packet ring: %2"),
+                {adapter, platform::packetSocketCommand(m_program)}));
 }
 
 std::vector<SharedLoss> Places::find() {
@@ -204,8 +217,4 @@ bool isAllRepaired(const InterfaceEvidence& evidence) {
     return std::all_of(
         evidence.cameras.begin(), evidence.cameras.end(),
         [](const CameraEvidence& camera) { return framesBad(camera) == 0 && !isSilent(camera); });
-}
-
-std::string countText(std::uint64_t number, const char* one, const char* several) {
-    return std::to_string(number) + ' ' + (number == 1 ? one : several);
 }

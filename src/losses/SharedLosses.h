@@ -24,6 +24,3 @@ std::string unreadCounters(const platform::NetworkCounters& network);
 
 /// Whether no camera lost a frame, and each brought some.
 bool isAllRepaired(const InterfaceEvidence& evidence);
-
-/// "1 packet", "2 packets".
-std::string countText(std::uint64_t number, const char* one, const char* several);

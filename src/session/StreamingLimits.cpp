@@ -7,6 +7,8 @@
 #include "platform/UdpSocket.h"
 #include "session/UsbAccess.h"
 
+#include <QtGlobal>
+
 #include <utility>
 
 namespace session {
@@ -17,10 +19,12 @@ namespace {
 constexpr std::uint64_t megabytesPerUsbCamera = 16;
 constexpr std::uint64_t wantedReceiveBuffer = platform::streamReceiveBuffer;
 
-void warnOnce(const std::optional<std::string>& warning, bool& hasWarned) {
+constexpr char context[] = "StreamingLimits";
+
+void warnOnce(const std::optional<MessageText>& warning, bool& hasWarned) {
     if (!warning || hasWarned)
         return;
-    logWarning(*warning);
+    logWarning(warning->english());
     hasWarned = true;
 }
 
@@ -36,29 +40,37 @@ std::uint64_t usbMegabytesFor(std::size_t cameras) {
     return megabytesPerUsbCamera * cameras;
 }
 
-std::optional<std::string> usbMemoryWarning(const RealCameras& cameras,
+std::optional<MessageText> usbMemoryWarning(const RealCameras& cameras,
                                             const StreamingMemory& memory) {
     const std::uint64_t needed = usbMegabytesFor(cameras.usb);
     const std::uint64_t granted = memory.usbMegabytes.value_or(0);
     if (granted == 0 || granted >= needed)
         return std::nullopt;
-    return "USB cameras may lose frames: they need " + std::to_string(needed) +
-           " MB of USB memory (16 MB each), and the system allows " + std::to_string(granted) +
-           " MB. To raise it: " + platform::usbMemoryCommand(needed);
+    return MessageText(
+        context,
+        QT_TRANSLATE_NOOP(
+            "StreamingLimits",
+            "USB cameras may lose frames: they need %1 MB of USB memory (16 MB each), "
+            "and the system allows %2 MB. To raise it: %3"),
+        {std::to_string(needed), std::to_string(granted), platform::usbMemoryCommand(needed)});
 }
 
-std::optional<std::string> receiveBufferWarning(const RealCameras& cameras,
+std::optional<MessageText> receiveBufferWarning(const RealCameras& cameras,
                                                 const StreamingMemory& memory) {
     const std::uint64_t granted = memory.receiveBufferBytes.value_or(wantedReceiveBuffer);
     if (cameras.gige == 0 || memory.mayOpenPacketSockets || granted >= wantedReceiveBuffer)
         return std::nullopt;
     constexpr std::uint64_t kilobyte = 1024;
-    return "GigE cameras may lose frames: each stream asks for a receive buffer of " +
-           std::to_string(wantedReceiveBuffer / kilobyte) + " KB, and the system allows " +
-           std::to_string(granted / kilobyte) +
-           " KB. To raise it: " + platform::receiveBufferCommand(wantedReceiveBuffer) +
-           ". Or, to receive without it, by a packet ring: " +
-           platform::packetSocketCommand(platform::programFile());
+    return MessageText(
+        context,
+        QT_TRANSLATE_NOOP(
+            "StreamingLimits",
+            "GigE cameras may lose frames: each stream asks for a receive buffer of %1 "
+            "KB, and the system allows %2 KB. To raise it: %3. Or, to receive without "
+            "it, by a packet ring: %4"),
+        {std::to_string(wantedReceiveBuffer / kilobyte), std::to_string(granted / kilobyte),
+         platform::receiveBufferCommand(wantedReceiveBuffer),
+         platform::packetSocketCommand(platform::programFile())});
 }
 
 StreamingLimits::StreamingLimits(std::filesystem::path root) : m_root(std::move(root)) {}
@@ -76,7 +88,7 @@ std::vector<std::string> StreamingLimits::check(OrvCPP::OrvSystem& system) {
     std::vector<std::string> warnings;
     for (const auto& warning : {access, usb, receiveBuffer})
         if (warning)
-            warnings.push_back(*warning);
+            warnings.push_back(warning->translated());
     return warnings;
 }
 

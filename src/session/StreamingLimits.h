@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "logging/MessageText.h"
 #include "sdk/RealCameras.h"
 
 #include <cstdint>
@@ -29,9 +30,9 @@ std::uint64_t usbMegabytesFor(std::size_t cameras);
 
 /// Warning for a person, with the command that raises the limit; nothing where the cameras have
 /// enough memory.
-std::optional<std::string> usbMemoryWarning(const RealCameras& cameras,
+std::optional<MessageText> usbMemoryWarning(const RealCameras& cameras,
                                             const StreamingMemory& memory);
-std::optional<std::string> receiveBufferWarning(const RealCameras& cameras,
+std::optional<MessageText> receiveBufferWarning(const RealCameras& cameras,
                                                 const StreamingMemory& memory);
 
 /// Logs a warning, each once, when real cameras have too little memory and may lose frames, or when
@@ -40,7 +41,8 @@ class StreamingLimits {
 public:
     explicit StreamingLimits(std::filesystem::path root = "/");
 
-    /// Call after cameras were found. Answers all warnings that hold now, logged before or not.
+    /// Call after cameras were found. Answers all warnings that hold now, logged before or not, in
+    /// the language of the application; the log has them in English.
     std::vector<std::string> check(OrvCPP::OrvSystem& system);
 
 private:

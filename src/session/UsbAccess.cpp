@@ -4,6 +4,8 @@
 #include "platform/HostCommands.h"
 #include "platform/UsbDevice.h"
 
+#include <QtGlobal>
+
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
@@ -61,15 +63,18 @@ std::vector<Usb3VisionCamera> closedUsbCameras(const fs::path& root) {
     return cameras;
 }
 
-std::optional<std::string> usbAccessWarning(const std::vector<Usb3VisionCamera>& cameras) {
+std::optional<MessageText> usbAccessWarning(const std::vector<Usb3VisionCamera>& cameras) {
     if (cameras.empty())
         return std::nullopt;
     std::string list;
     for (const Usb3VisionCamera& camera : cameras)
         list += (list.empty() ? "" : ", ") + camera.name + " (" + camera.file + ')';
-    return "No permission to open these USB3 Vision cameras: " + list +
-           ". To permit them to the user at this computer and to the group video: " +
-           platform::usbPermissionCommand();
+    return MessageText("StreamingLimits",
+                       QT_TRANSLATE_NOOP("StreamingLimits",
+                                         "No permission to open these USB3 Vision cameras: %1. To "
+                                         "permit them to the user at this computer and to the "
+                                         "group video: %2"),
+                       {list, platform::usbPermissionCommand()});
 }
 
 } // namespace session

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "logging/MessageText.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -31,6 +33,6 @@ std::vector<Usb3VisionCamera> usb3VisionCameras(const std::filesystem::path& roo
 std::vector<Usb3VisionCamera> closedUsbCameras(const std::filesystem::path& root = "/");
 
 /// Warning for a person, with the command that permits access; nothing without cameras.
-std::optional<std::string> usbAccessWarning(const std::vector<Usb3VisionCamera>& cameras);
+std::optional<MessageText> usbAccessWarning(const std::vector<Usb3VisionCamera>& cameras);
 
 } // namespace session

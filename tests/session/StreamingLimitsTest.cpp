@@ -29,13 +29,13 @@ TEST(StreamingLimits, warnsOfUsbMemoryBelowWhatTheCamerasNeed) {
         EXPECT_EQ(warning.has_value(), each.warns) << each.cameras;
     }
     EXPECT_THAT(
-        *session::usbMemoryWarning({0, 3}, {16, wholeBuffer}),
+        session::usbMemoryWarning({0, 3}, {16, wholeBuffer})->english(),
         AllOf(HasSubstr("48 MB"), HasSubstr("allows 16 MB"),
               HasSubstr("echo 48 | sudo tee /sys/module/usbcore/parameters/usbfs_memory_mb")));
 }
 
 TEST(StreamingLimits, warnsOfAReceiveBufferBelowWhatAStreamAsksFor) {
-    EXPECT_THAT(*session::receiveBufferWarning({1, 0}, {16, wholeBuffer - 1}),
+    EXPECT_THAT(session::receiveBufferWarning({1, 0}, {16, wholeBuffer - 1})->english(),
                 AllOf(HasSubstr("sudo sysctl -w net.core.rmem_max=33554432"),
                       ContainsRegex("sudo setcap cap_net_raw\\+ep /.*test_session")));
     EXPECT_FALSE(session::receiveBufferWarning({1, 0}, {16, 212'992, true})) << "a packet ring";
@@ -72,7 +72,7 @@ TEST(UsbAccess, namesTheCamerasThatCannotBeOpened) {
     ASSERT_EQ(closed.size(), 1U) << "the second may be opened, the third is a webcam";
     EXPECT_EQ(closed[0].name, "Camera 7");
     EXPECT_EQ(closed[0].file, "/dev/bus/usb/002/007");
-    EXPECT_THAT(*session::usbAccessWarning(closed),
+    EXPECT_THAT(session::usbAccessWarning(closed)->english(),
                 AllOf(HasSubstr("Camera 7 (/dev/bus/usb/002/007)"),
                       HasSubstr("ENV{ID_USB_INTERFACES}==\"*:ef0500:*\"")));
     EXPECT_EQ(std::ifstream(files.root() / "dev/bus/usb/002/012").peek(), 'd') << "left as it was";
@@ -100,11 +100,13 @@ TEST(StreamingLimits, warnsOnceForRealCameras) {
     limits.check(sdk::system());
     EXPECT_EQ(limits.check(sdk::system()).size(), 3U) << "all that hold, logged before or not";
     const StreamingMemory memory{16, 212'992};
-    EXPECT_THAT(log.lines(),
-                ElementsAre("Warning:" +
-                                *session::usbAccessWarning(session::closedUsbCameras(files.root())),
-                            "Warning:" + *session::usbMemoryWarning({1, 2}, memory),
-                            "Warning:" + *session::receiveBufferWarning({1, 2}, memory)));
+    EXPECT_THAT(
+        log.lines(),
+        ElementsAre(
+            "Warning:" +
+                session::usbAccessWarning(session::closedUsbCameras(files.root()))->english(),
+            "Warning:" + session::usbMemoryWarning({1, 2}, memory)->english(),
+            "Warning:" + session::receiveBufferWarning({1, 2}, memory)->english()));
 }
 
 } // namespace

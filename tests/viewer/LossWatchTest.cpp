@@ -3,7 +3,11 @@
 
 #include "features/FeatureController.h"
 #include "tests/support/CameraParts.h"
+#include "viewer/ProgramResources.h"
 
+#include <QCoreApplication>
+#include <QLocale>
+#include <QTranslator>
 #include <gmock/gmock.h>
 
 using viewer::LossWatch;
@@ -37,6 +41,13 @@ TEST(LossWatch, judgesTheLastLooksAndKeepsItsTextUntilTheyArePast) {
     frames.incompleteFrames = 3;
     EXPECT_THAT(look(10, 0), testing::HasSubstr("Of 50 frames, 0 were lost and 3 came incomplete"));
     EXPECT_THAT(look(5, 1), testing::HasSubstr("Of 46 frames, 1 were lost and 3 came incomplete"));
+
+    QTranslator german;
+    ASSERT_TRUE(viewer::loadTexts(german, QLocale(QStringLiteral("de_AT"))));
+    QCoreApplication::installTranslator(&german);
+    EXPECT_EQ(look(1, 1), "Wo Bilder verloren gingen: unbekannt. 38 Bilder, davon 2 verloren und 3 "
+                          "unvollst\u00e4ndig; simulierte Kameras haben keine Z\u00e4hler eines "
+                          "Netzwerks.");
 }
 
 } // namespace

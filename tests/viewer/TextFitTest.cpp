@@ -9,6 +9,7 @@
 #include "ui/features/FeatureTreeDialog.h"
 #include "ui/features/editors/DelegateWidget.h"
 #include "viewer/Appearance.h"
+#include "viewer/ProgramResources.h"
 #include "viewer/ViewerWindow.h"
 
 #include <QtWidgets>
@@ -199,6 +200,11 @@ TEST_F(TextFit, ofTheViewer) {
     expectWholeTexts(window, 2);
     EXPECT_TRUE(
         QRect(QPoint(), window.screen()->availableSize()).contains(QRect({}, window.size())));
+    // With a title bar and the desktop's own bar.
+    EXPECT_EQ(window.size().boundedTo(smallScreen() * 0.9), window.size());
+    const bool isGerman = QLocale::system().language() == QLocale::German;
+    EXPECT_EQ(partOf<QDockWidget>(window, "dockThroughput").windowTitle(),
+              isGerman ? QStringLiteral("Durchsatz") : QStringLiteral("Throughput"));
 }
 
 } // namespace
@@ -209,10 +215,13 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     viewer::applyAppearance(false);
     QTranslator texts;
+    QTranslator viewerTexts;
     if (QLocale::system().language() == QLocale::German) {
-        if (!texts.load(QStringLiteral(GERMAN_FILE)))
+        if (!texts.load(QStringLiteral(GERMAN_FILE)) ||
+            !viewer::loadTexts(viewerTexts, QLocale::system()))
             return 1;
         QCoreApplication::installTranslator(&texts);
+        QCoreApplication::installTranslator(&viewerTexts);
     }
     return RUN_ALL_TESTS();
 }

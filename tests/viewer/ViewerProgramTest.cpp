@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "chart/StackedChart.h"
+
 #include <QtGui>
 #include <gmock/gmock.h>
 
+#include <set>
 #include <tuple>
 
 using testing::HasSubstr;
@@ -45,9 +48,11 @@ TEST_F(ViewerProgram, speaksGermanWhereTheSystemDoes) {
 TEST_F(ViewerProgram, losesNoFrameAfterAutoSetAndTakesPictures) {
     const QString picture = m_folder.filePath(QStringLiteral("out.png"));
     const QString features = m_folder.filePath(QStringLiteral("features.png"));
+    const QString window = m_folder.filePath(QStringLiteral("window.png"));
     run({QStringLiteral("--config"), QStringLiteral(":oversubscribed"),
          QStringLiteral("--auto-set"), QStringLiteral("--benchmark"), QStringLiteral("1"),
-         QStringLiteral("--picture"), picture, QStringLiteral("--feature-picture"), features});
+         QStringLiteral("--picture"), picture, QStringLiteral("--feature-picture"), features,
+         QStringLiteral("--window-picture"), window});
     EXPECT_EQ(m_exitCode, 0) << m_error;
     EXPECT_THAT(m_output, testing::StartsWith("Interface  ")) << "to the left";
     const QStringList lines = QString::fromStdString(m_output).split(QLatin1Char('\n'));
@@ -58,6 +63,12 @@ TEST_F(ViewerProgram, losesNoFrameAfterAutoSetAndTakesPictures) {
     EXPECT_GE(QImage(picture).width(), 1170);
     EXPECT_GE(QImage(picture).height(), 600);
     EXPECT_GE(QImage(features).width(), 600);
+    const QImage throughput(window);
+    std::set<QRgb> colours;
+    for (int place = 0; place < throughput.width() * throughput.height(); ++place)
+        colours.insert(throughput.pixel(place % throughput.width(), place / throughput.width()));
+    for (int camera = 0; camera < 8; ++camera)
+        EXPECT_EQ(colours.count(QColor(chart::seriesColor(camera)).rgb()), 1U) << camera;
     EXPECT_FALSE(QFile::exists(m_folder.filePath(QStringLiteral("Meridane"))))
         << "the help that opens by itself is closed, not switched off";
 }

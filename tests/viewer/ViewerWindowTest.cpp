@@ -12,6 +12,7 @@
 #include "tests/support/WidgetParts.h"
 #include "viewer/CameraModel.h"
 #include "viewer/ImageView.h"
+#include "viewer/ProgramResources.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -45,9 +46,9 @@ changedScenario(QTemporaryFile& file,
 class Viewer {
 public:
     explicit Viewer(const session::CameraSource& cameras = {}, const QString& plugins = noPlugins,
-                    const std::filesystem::path& host = "/")
-        : m_session(cameras),
-          m_window(OrvCPP::OrvSystem::GetInstance(), plugins, session::StreamingLimits(host)) {
+                    const std::filesystem::path& host = "/", QSettings* settings = nullptr)
+        : m_session(cameras), m_window(OrvCPP::OrvSystem::GetInstance(), plugins,
+                                       session::StreamingLimits(host), settings) {
         EXPECT_TRUE(m_session.isStarted()) << m_session.error().toStdString();
         m_window.show();
     }
@@ -126,6 +127,9 @@ TEST(ViewerWindow, survivesTheLiveCameraVanishing) {
             QTest::qWaitFor([&] { return viewer.list().model()->rowCount() == expected; }, 10000));
         EXPECT_FALSE(viewer.view().hasImage());
         EXPECT_EQ(viewer.rowWith(CameraAccess::Live), -1);
+        EXPECT_EQ(viewer.view().accessibleDescription(), isPlugged
+                                                             ? QStringLiteral("No camera selected")
+                                                             : QStringLiteral("Disconnected"));
     }
 }
 
@@ -138,6 +142,16 @@ TEST(ViewerWindow, warnsOfWhatItsRealCamerasLack) {
     const FileTree host;
     host.write("sys/module/usbcore/parameters/usbfs_memory_mb", "16\n");
     host.write("proc/sys/net/core/rmem_max", "212992\n");
+    {
+        QTranslator german;
+        EXPECT_TRUE(viewer::loadTexts(german, QLocale(QStringLiteral("de_AT"))));
+        QCoreApplication::installTranslator(&german);
+        Viewer viewer(cameras, noPlugins, host.root());
+        EXPECT_THAT(partOf<QLabel>(viewer.window(), "labelStreamingWarning").text().toStdString(),
+                    testing::HasSubstr("48 MB USB-Speicher (je 16 MB), das System erlaubt 16 MB"));
+        EXPECT_THAT(log.text(), testing::HasSubstr("they need 48 MB of USB memory (16 MB each), "
+                                                   "and the system allows 16 MB."));
+    }
     for (const bool isWarned : {true, false}) {
         Viewer viewer(cameras, noPlugins, host.root());
         const auto& shown = partOf<QLabel>(viewer.window(), "labelStreamingWarning");
@@ -147,6 +161,45 @@ TEST(ViewerWindow, warnsOfWhatItsRealCamerasLack) {
         host.write("sys/module/usbcore/parameters/usbfs_memory_mb", "0\n");
         host.write("proc/sys/net/core/rmem_max", "268435456\n");
     }
+}
+
+TEST(ViewerWindow, returnsToItsPlaceOnAScreenThatExists) {
+    const QTemporaryDir folder;
+    QSettings settings(folder.filePath(QStringLiteral("viewer.ini")), QSettings::IniFormat);
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    for (const QRect& place : {QRect(50, 30, 640, 530), QRect(5000, 4000, 640, 530)}) {
+        {
+            Viewer viewer({}, noPlugins, "/", &settings);
+            viewer.window().setGeometry(place);
+            partOf<QDockWidget>(viewer.window(), "dockThroughput").close();
+            viewer.window().close();
+        }
+        Viewer viewer({}, noPlugins, "/", &settings);
+        EXPECT_EQ(viewer.window().size(), place.size());
+        EXPECT_TRUE(screen.contains(viewer.window().geometry()));
+        EXPECT_EQ(viewer.window().geometry() == place, screen.contains(place));
+        EXPECT_TRUE(partOf<QDockWidget>(viewer.window(), "dockThroughput").isHidden());
+        settings.remove(QStringLiteral("window/state"));
+    }
+    settings.setValue(QStringLiteral("window/geometry"), QByteArray("nonsense"));
+    const QSize usual = Viewer().window().size();
+    Viewer viewer({}, noPlugins, "/", &settings);
+    EXPECT_EQ(viewer.window().size(), usual);
+    EXPECT_FALSE(partOf<QDockWidget>(viewer.window(), "dockThroughput").isHidden());
+}
+
+TEST(ViewerWindow, showsTheThroughputOfItsCameraAndKeepsThatOfTheOneBefore) {
+    Viewer viewer({QStringLiteral(":oversubscribed")});
+    partOf<QTimer>(viewer.window(), "timerThroughput").setInterval(50);
+    const auto& legend = partOf<QLabel>(viewer.window(), "labelThroughput");
+    const auto awaitRow = [&legend](const char* row) {
+        const QRegularExpression expected(QString::fromLatin1(row));
+        return QTest::qWaitFor([&] { return expected.match(legend.text()).hasMatch(); }, 10000);
+    };
+    EXPECT_TRUE(awaitRow("Link</td>.*125\\.0 MB/s.*Lane 1</td>[^%]*[1-9][0-9]*\\.[0-9] MB/s"));
+    viewer.select(4);
+    EXPECT_TRUE(awaitRow("Link</td>.*625\\.0 MB/s.*Stereo 1</td>[^%]*[1-9][0-9]*\\.[0-9] MB/s"));
+    EXPECT_TRUE(awaitRow("Lane 1</td>.*&nbsp;0\\.0 MB/s"));
 }
 
 /// Limits the bandwidth of an open camera, in bytes per second.
