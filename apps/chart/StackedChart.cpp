@@ -40,7 +40,7 @@ constexpr double shortestSeconds = 1e-3;
 constexpr double highestLink = 5;
 
 QString translated(const char* text) {
-    return QCoreApplication::translate("Chart", text);
+    return QCoreApplication::translate("chart::Drawing", text);
 }
 
 QString number(double value, int decimals = 1) {
