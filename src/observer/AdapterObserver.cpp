@@ -87,6 +87,13 @@ void AdapterObserver::take(const gvsp::StreamDatagram& datagram) {
     const Time arrival = std::clamp(told, std::min(m_newest, m_now), m_now);
     m_newest = arrival;
     m_newestOfRound = arrival;
+    const bool isCounted = arrival > m_countBegin && arrival <= m_countEnd;
+    if (datagram.fragment == gige::Fragment::Later) {
+        ++m_fragments.packets;
+        m_fragments.bytes += datagram.size;
+        m_counted += isCounted ? 1 : 0;
+        return;
+    }
     const Key key(datagram.sender, datagram.destination, datagram.port);
     if (m_last == nullptr || key != m_lastKey) {
         const auto known = m_streams.find(key);
@@ -98,8 +105,7 @@ void AdapterObserver::take(const gvsp::StreamDatagram& datagram) {
         m_lastKey = key;
     }
     m_last->stream.packet(datagram, arrival);
-    if (arrival > m_countBegin && arrival <= m_countEnd)
-        ++m_counted;
+    m_counted += isCounted ? 1 : 0;
 }
 
 void AdapterObserver::takeUnknown(const Key& key, const gvsp::StreamDatagram& datagram,
@@ -199,6 +205,7 @@ AdapterReading AdapterObserver::read() {
     const std::lock_guard lock(m_mutex);
     AdapterReading reading;
     reading.missed = m_missed;
+    reading.fragments = m_fragments;
     const Time now = Clock::now();
     for (auto& [key, entry] : m_streams) {
         if (!entry.isProven)

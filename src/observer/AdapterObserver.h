@@ -33,12 +33,21 @@ struct StreamReading {
     std::chrono::duration<double> silence{0};
 };
 
+/// IP fragments of UDP datagrams without the first of each, which counts as the whole packet of a
+/// stream. The others do not tell their port.
+struct FragmentCounts {
+    std::uint64_t packets = 0;
+    /// Without IP headers.
+    std::uint64_t bytes = 0;
+};
+
 /// All that was seen on an adapter.
 struct AdapterReading {
     /// Sorted by camera, host and port.
     std::vector<StreamReading> streams;
     /// Packets that the observer itself has missed.
     gvsp::SourceCounts missed;
+    FragmentCounts fragments;
 };
 
 /// Finds the streams that an adapter receives by their leaders, and follows them. Sends nothing.
@@ -99,6 +108,7 @@ private:
     std::map<Key, Entry> m_streams;
     CameraDirectory m_directory;
     gvsp::SourceCounts m_missed;
+    FragmentCounts m_fragments;
     /// The stream of the packet before: most packets follow one of the same stream.
     Key m_lastKey{};
     Entry* m_last = nullptr;
