@@ -34,13 +34,15 @@ constexpr auto betweenFilters = 50ms;
 
 } // namespace
 
-std::unique_ptr<AdapterObserver> AdapterObserver::open(const std::string& adapter) {
+std::unique_ptr<AdapterObserver> AdapterObserver::open(const std::string& adapter,
+                                                       std::unique_ptr<PacketRecord> record) {
     auto ring = gvsp::PacketRing::open(adapter, gvsp::PacketRing::observing);
-    return ring ? std::make_unique<AdapterObserver>(std::move(ring)) : nullptr;
+    return ring ? std::make_unique<AdapterObserver>(std::move(ring), std::move(record)) : nullptr;
 }
 
-AdapterObserver::AdapterObserver(std::unique_ptr<gvsp::PacketSource> source)
-    : m_source(std::move(source)) {
+AdapterObserver::AdapterObserver(std::unique_ptr<gvsp::PacketSource> source,
+                                 std::unique_ptr<PacketRecord> record)
+    : m_source(std::move(source)), m_record(std::move(record)) {
     m_source->listen({});
 }
 
@@ -92,6 +94,7 @@ void AdapterObserver::take(const gvsp::StreamDatagram& datagram) {
         ++m_fragments.packets;
         m_fragments.bytes += datagram.size;
         m_counted += isCounted ? 1 : 0;
+        record(datagram);
         return;
     }
     const Key key(datagram.sender, datagram.destination, datagram.port);
@@ -106,12 +109,19 @@ void AdapterObserver::take(const gvsp::StreamDatagram& datagram) {
     }
     m_last->stream.packet(datagram, arrival);
     m_counted += isCounted ? 1 : 0;
+    record(datagram);
+}
+
+void AdapterObserver::record(const gvsp::StreamDatagram& datagram) {
+    if (m_record)
+        m_record->add(datagram);
 }
 
 void AdapterObserver::takeUnknown(const Key& key, const gvsp::StreamDatagram& datagram,
                                   Time arrival) {
     if (datagram.senderPort == gige::controlPort) {
         m_directory.note(datagram);
+        record(datagram);
         return;
     }
     const auto packet = gvsp::mayBeLeader(datagram)
@@ -124,6 +134,7 @@ void AdapterObserver::takeUnknown(const Key& key, const gvsp::StreamDatagram& da
     Entry& entry = m_streams[key];
     entry.found = arrival;
     entry.stream.packet(datagram, arrival);
+    record(datagram);
     m_hasNewEndpoints = true;
 }
 
@@ -220,6 +231,11 @@ AdapterReading AdapterObserver::read() {
         reading.streams.push_back(std::move(stream));
     }
     return reading;
+}
+
+PacketRecord::Parts AdapterObserver::recorded() {
+    const std::lock_guard lock(m_mutex);
+    return m_record ? m_record->packets() : PacketRecord::Parts();
 }
 
 void AdapterObserver::startCount() {
