@@ -33,6 +33,7 @@ namespace {
 using namespace gvsp;
 using namespace std::chrono_literals;
 using script::Bytes;
+using script::ipPacket;
 
 /// Unique to this process; the last digits are for the addresses of one test.
 const std::uint32_t baseAddress =
@@ -51,22 +52,6 @@ Bytes payload(std::size_t size, std::uint8_t format) {
     if (size > 4)
         bytes[4] = format;
     return bytes;
-}
-
-/// An IPv4 packet with UDP to \p to, with \p options bytes of IP options.
-Bytes ipPacket(const StreamEndpoint& to, const Bytes& data, std::size_t options = 0) {
-    const std::size_t header = 20 + options;
-    Bytes packet;
-    // Numbers of 4 bytes: lengths, fragments, protocol, addresses.
-    for (const std::size_t number :
-         {(0x40 + header / 4) << 24U | (header + 8 + data.size()), std::size_t{0},
-          std::size_t{64 << 24 | IPPROTO_UDP << 16}, std::size_t{to.camera}, std::size_t{to.host}})
-        script::append(packet, number, 4);
-    packet.resize(header);
-    script::append(packet, 4000U << 16U | to.port, 4);
-    script::append(packet, (8 + data.size()) << 16U, 4);
-    packet.insert(packet.end(), data.begin(), data.end());
-    return packet;
 }
 
 /// Packets that must not come: good ones with another byte, and short ones.
