@@ -45,7 +45,7 @@ QString seriesColor(int index);
 /// it is also a complete file. It has a title and a description for screen readers, numbers at its
 /// areas and its legend, which tell them apart without colours, and a style of its own for dark
 /// screens. It refers to no other file and no script. Never fails. Reentrant; its words are
-/// translated in the context "Chart".
+/// translated in the context "chart::Drawing".
 QByteArray toSvg(const StackedChart& chart);
 
 } // namespace chart

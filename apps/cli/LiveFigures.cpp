@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace cli {
 
@@ -58,6 +59,8 @@ QStringList screenLines(const QJsonObject& interval, double seconds, int lineWid
             lines.append(nameOf(interface) + sharingText(interface.toObject()));
         lines += benchmarkLines(interface.toObject(), lineWidth);
     }
+    if (const QString capture = captureText(interval); !capture.isEmpty())
+        lines += capture;
     return lines;
 }
 
@@ -78,6 +81,9 @@ public:
             for (const QString& line : lines.mid(headings))
                 text += stamped(time, line);
         }
+        const QString capture = captureText(interval);
+        if (std::exchange(m_capture, capture) != capture)
+            text += stamped(time, capture);
         return text;
     }
 
@@ -97,6 +103,7 @@ private:
     }
 
     QHash<QString, QString> m_headings;
+    QString m_capture;
 };
 
 } // namespace
@@ -115,6 +122,19 @@ BenchmarkProgress makeLiveProgress(Terminal& terminal, double seconds, bool want
         terminal.print(log.linesOf(interval));
         return terminal.outputError() == 0;
     };
+}
+
+QString captureText(const QJsonObject& document) {
+    const QJsonObject capture = document[QStringLiteral("capture")].toObject();
+    if (capture.isEmpty())
+        return {};
+    const QString file = capture[QStringLiteral("file")].toString();
+    if (capture.contains(QStringLiteral("error")))
+        return QStringLiteral("Packets could not be written to %1: %2")
+            .arg(file, capture[QStringLiteral("error")].toString());
+    return QStringLiteral("Headers of the packets before %1 s were written to %2.")
+        .arg(capture[QStringLiteral("writtenAfterSeconds")].toDouble(), 0, 'f', 1)
+        .arg(file);
 }
 
 bool obeyKeys(Keyboard& keyboard, Terminal& terminal) {

@@ -13,6 +13,9 @@ class Terminal;
 /// written.
 BenchmarkProgress makeLiveProgress(Terminal& terminal, double seconds, bool wantsJson);
 
+/// Which file of packets was written, or why not; empty where none was.
+QString captureText(const QJsonObject& document);
+
 /// Scrolls as the keys say; returns false when one of them is to end the command.
 bool obeyKeys(Keyboard& keyboard, Terminal& terminal);
 

@@ -16,6 +16,7 @@ namespace cli {
 namespace {
 
 const QLatin1String interfaceOption("interface");
+const QLatin1String pcapOption("pcap");
 
 bool hasSeenStreams(const QJsonObject& result) {
     const QJsonArray interfaces = interfacesOf(result);
@@ -52,13 +53,17 @@ QJsonObject withoutIdle(QJsonObject document) {
     return document;
 }
 
+std::optional<QString> captureFile(const Arguments& arguments) {
+    return arguments.has(pcapOption) ? std::optional(arguments.value(pcapOption)) : std::nullopt;
+}
+
 Report runObserve(Context& context) {
     const Arguments& arguments = context.arguments;
     const BenchmarkPlan plan = measuredTime(arguments, 0);
     // An interface is an adapter here.
     const auto metrics =
         metricsExporter(context, [](const QString& interface) { return interface.toStdString(); });
-    ObservedAdapters adapters(arguments.values(interfaceOption));
+    ObservedAdapters adapters(arguments.values(interfaceOption), captureFile(arguments));
     std::optional<Keyboard> keyboard;
     if (context.terminal.isInteractive() && !context.wantsJson)
         keyboard.emplace();
@@ -82,6 +87,8 @@ Report runObserve(Context& context) {
                       ? benchmarkText(result, context.terminal.lineWidth(), explainsAll(arguments))
                       : QStringLiteral("No stream of a GigE Vision camera was seen.\n");
     report.text += missedText(result);
+    if (const QString capture = captureText(result); !capture.isEmpty())
+        report.text += capture + QLatin1Char('\n');
     report.isLine = true;
     return report;
 }
@@ -102,13 +109,19 @@ Command observeCommand() {
             {interfaceOption,
              QStringLiteral("A network adapter; may be given several times. Without it, all that "
                             "are up."),
-             QStringLiteral("adapter")}} +
+             QStringLiteral("adapter")},
+            {pcapOption,
+             QStringLiteral("After frames were lost, writes the headers of the last minute's "
+                            "packets to this file (pcapng, for Wireshark); at most once a minute, "
+                            "and at the end. Replaces the file."),
+             QStringLiteral("file")}} +
         timeOptions(
             QStringLiteral("endless"),
             QStringLiteral("Seconds between two readings of the figures, 0.5 by default.")) +
         QList<QCommandLineOption>{metricsOption()};
     command.examples = QStringList{QStringLiteral("observe --interface lo --seconds 2"),
-                                   QStringLiteral("observe --seconds 2 --interval 1 --json")};
+                                   QStringLiteral("observe --seconds 2 --interval 1 --json"),
+                                   QStringLiteral("observe --seconds 2 --pcap lost.pcapng")};
     command.run = runObserve;
     return command;
 }

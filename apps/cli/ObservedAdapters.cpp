@@ -3,6 +3,7 @@
 
 #include "cli/Failure.h"
 #include "cli/FrameFigures.h"
+#include "cli/LossCapture.h"
 #include "cli/LossFindings.h"
 #include "gige/DiscoveredCamera.h"
 #include "observer/AdapterObserver.h"
@@ -30,8 +31,13 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds longestWait{500};
 /// Of a thread that has to share its processor.
 constexpr std::chrono::milliseconds longestDelay{60};
+/// Memory for the packets of the last minute, of all adapters together. At 1 Gbit/s and 1500 bytes
+/// of a packet, a minute takes 380 MB.
+constexpr std::size_t mostRecorded = std::size_t{256} << 20U;
 /// Streams that pause for less are not called silent.
 constexpr double shownSilence = 1.5;
+
+const QLatin1String resultType("result");
 
 /// A stream as it is told apart: camera, host and port.
 using StreamKey = std::tuple<std::uint32_t, std::uint32_t, std::uint16_t>;
@@ -125,7 +131,8 @@ QStringList adaptersThatAreUp() {
     return names;
 }
 
-std::unique_ptr<observer::AdapterObserver> openObserver(const QString& adapter) {
+std::unique_ptr<observer::AdapterObserver>
+openObserver(const QString& adapter, std::unique_ptr<observer::PacketRecord> record) {
     const QStringList known = adaptersThatAreUp();
     if (!known.contains(adapter))
         throw Failure(QStringLiteral("There is no network adapter \"%1\" that is up and has an "
@@ -133,7 +140,7 @@ std::unique_ptr<observer::AdapterObserver> openObserver(const QString& adapter) 
                               .arg(adapter) +
                           thereIs(known),
                       ExitCode::WrongUse);
-    if (auto observer = observer::AdapterObserver::open(adapter.toStdString()))
+    if (auto observer = observer::AdapterObserver::open(adapter.toStdString(), std::move(record)))
         return observer;
     if (!platform::mayOpenPacketSockets())
         throw Failure(
@@ -151,11 +158,11 @@ std::unique_ptr<observer::AdapterObserver> openObserver(const QString& adapter) 
 /// One adapter, with a thread that takes its packets.
 class ObservedAdapters::Adapter {
 public:
-    explicit Adapter(const QString& name)
+    Adapter(const QString& name, std::unique_ptr<observer::PacketRecord> record)
         : m_name(name),
           m_bitsPerSecond(static_cast<double>(platform::linkSpeed(name.toStdString()))),
           m_networkBefore(platform::readNetworkCounters(name.toStdString())),
-          m_observer(openObserver(name)), m_thread([this] {
+          m_observer(openObserver(name, std::move(record))), m_thread([this] {
               while (!m_isEnding)
                   m_observer->receive(longestWait);
           }) {}
@@ -185,11 +192,22 @@ public:
     }
 
     QJsonObject result() {
-        const Reading now = read();
+        m_last = read();
+        const Reading& now = m_last;
         QJsonObject document = figures(m_first, now, m_allTiming);
         document[QStringLiteral("findings")] = lossFindings(evidence(now));
         return document;
     }
+
+    /// Frames that were lost or incomplete until the last interval or result.
+    std::uint64_t lostFrames() const {
+        std::uint64_t lost = 0;
+        for (const auto& [key, stream] : m_last.streams)
+            lost += stream.figures.framesLost + stream.figures.framesIncomplete;
+        return lost;
+    }
+
+    observer::CapturedAdapter recorded() { return {m_name.toStdString(), m_observer->recorded()}; }
 
 private:
     using Timings = std::map<StreamKey, observer::FrameTiming>;
@@ -330,8 +348,23 @@ struct ObservedAdapters::State {
     bool isList = true;
     Clock::time_point start = Clock::now();
     std::vector<std::unique_ptr<Adapter>> adapters;
+    std::optional<LossCapture> capture;
 
-    QJsonObject document(const QString& type, QJsonObject (Adapter::*figures)()) const {
+    std::vector<observer::CapturedAdapter> recorded() const {
+        std::vector<observer::CapturedAdapter> all;
+        for (const auto& adapter : adapters)
+            all.push_back(adapter->recorded());
+        return all;
+    }
+
+    void noteLosses() {
+        std::uint64_t lost = 0;
+        for (const auto& adapter : adapters)
+            lost += adapter->lostFrames();
+        capture->note(lost);
+    }
+
+    QJsonObject document(const QString& type, QJsonObject (Adapter::*figures)()) {
         QJsonArray interfaces;
         for (const auto& adapter : adapters)
             interfaces.append(((*adapter).*figures)());
@@ -340,18 +373,35 @@ struct ObservedAdapters::State {
         document[QStringLiteral("type")] = type;
         document[QStringLiteral("simulated")] = false;
         document[QStringLiteral("seconds")] = secondsBetween(start, Clock::now());
+        if (capture) {
+            noteLosses();
+            if (type == resultType)
+                capture->finish();
+            if (!capture->document().isEmpty())
+                document[QStringLiteral("capture")] = capture->document();
+        }
         return document;
     }
 };
 
-ObservedAdapters::ObservedAdapters(const QStringList& names) : m_state(std::make_unique<State>()) {
+ObservedAdapters::ObservedAdapters(const QStringList& names,
+                                   const std::optional<QString>& captureFile)
+    : m_state(std::make_unique<State>()) {
     QStringList adapters = names.isEmpty() ? adaptersThatAreUp() : names;
     adapters.removeDuplicates();
     if (adapters.isEmpty())
         throw Failure(QStringLiteral("No network adapter is up."));
     m_state->isList = names.size() != 1;
-    for (const QString& name : adapters)
-        m_state->adapters.push_back(std::make_unique<Adapter>(name));
+    if (captureFile)
+        m_state->capture.emplace(*captureFile,
+                                 [state = m_state.get()] { return state->recorded(); });
+    for (const QString& name : adapters) {
+        auto record = captureFile ? std::make_unique<observer::PacketRecord>(
+                                        static_cast<std::uint32_t>(m_state->adapters.size()),
+                                        mostRecorded / static_cast<std::size_t>(adapters.size()))
+                                  : nullptr;
+        m_state->adapters.push_back(std::make_unique<Adapter>(name, std::move(record)));
+    }
 }
 
 ObservedAdapters::~ObservedAdapters() = default;
@@ -368,7 +418,7 @@ QJsonObject ObservedAdapters::result(bool isInterrupted) {
     }
     // Until the packets that were counted have been taken.
     std::this_thread::sleep_for(latency + longestDelay);
-    QJsonObject document = m_state->document(QStringLiteral("result"), &Adapter::result);
+    QJsonObject document = m_state->document(resultType, &Adapter::result);
     document[QStringLiteral("interrupted")] = isInterrupted;
     return document;
 }

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <QJsonObject>
+#include <QString>
 #include <QStringList>
 
 #include <memory>
+#include <optional>
 
 namespace cli {
 
@@ -12,9 +14,10 @@ namespace cli {
 /// no camera and sends nothing. Bound to one thread.
 class ObservedAdapters {
 public:
-    /// Begins at once. Without \p names, all adapters that are up and have an IPv4 address. Throws
-    /// a Failure for a wrong name, and where this program may not open packet sockets.
-    explicit ObservedAdapters(const QStringList& names);
+    /// Begins at once. Without \p names, all adapters that are up and have an IPv4 address. With a
+    /// \p captureFile, writes headers of packets there when frames were lost. Throws a Failure for
+    /// a wrong name or file, and where this program may not open packet sockets.
+    ObservedAdapters(const QStringList& names, const std::optional<QString>& captureFile);
     ~ObservedAdapters();
     ObservedAdapters(const ObservedAdapters&) = delete;
     ObservedAdapters& operator=(const ObservedAdapters&) = delete;

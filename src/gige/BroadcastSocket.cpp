@@ -95,9 +95,9 @@ std::optional<std::vector<std::uint8_t>> BroadcastSocket::receive() const {
             return std::vector<std::uint8_t>(buffer.data(), buffer.data() + size);
     }
     while (const std::size_t size = m_packets ? receiveFrom(m_packets->handle(), buffer) : 0) {
-        const auto datagram = readIpDatagram(buffer.data(), size, size);
-        if (datagram)
-            return std::vector<std::uint8_t>(datagram->data, datagram->data + datagram->captured);
+        UdpDatagram datagram;
+        if (readIpDatagram(buffer.data(), size, size, datagram))
+            return std::vector<std::uint8_t>(datagram.data, datagram.data + datagram.captured);
     }
     return std::nullopt;
 }

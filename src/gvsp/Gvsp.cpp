@@ -20,7 +20,6 @@ constexpr std::uint16_t notYetAvailable = 0x8010;
 constexpr std::uint16_t removedWithPrevious = 0x8011;
 constexpr std::uint16_t temporarilyUnavailable = 0x8014;
 
-constexpr std::uint8_t extendedIdsBit = 0x80;
 constexpr std::uint8_t formatBits = 0x0F;
 
 /// Payload types of a leader. The bit stands for chunks that follow the payload.

@@ -15,6 +15,8 @@ namespace gvsp {
 /// Bytes of a packet's header with 16-bit block IDs and with 64-bit ones ("extended IDs").
 constexpr std::size_t headerSize = 8;
 constexpr std::size_t extendedHeaderSize = 20;
+/// In byte 4 of a packet's header: the header is the extended one.
+constexpr std::uint8_t extendedIdsBit = 0x80;
 /// Bytes in front of the data of a multi-part packet: part, zone, and the data's 48-bit offset.
 constexpr std::size_t multiPartHeaderSize = 8;
 /// Parts of a multi-part block: their number has 8 bits.

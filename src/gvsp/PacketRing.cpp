@@ -23,6 +23,11 @@ constexpr unsigned blocksPerRound = 32;
 constexpr unsigned frameSize = 2048;
 /// Where the kernel puts the adapter of a packet.
 constexpr std::size_t linkOffset = TPACKET_ALIGN(sizeof(tpacket3_hdr));
+/// Distance of the packet whose lines of the cache, those of its headers, are read ahead. Measured:
+/// 8 packets save more than 16.
+constexpr unsigned prefetchPackets = 8;
+constexpr std::size_t cacheLine = 64;
+constexpr std::size_t headerLines = 3;
 /// Pause after an error of the socket, so that repeated ones do not take the processor.
 constexpr std::chrono::milliseconds errorPause{10};
 
@@ -33,7 +38,8 @@ template <typename Value> bool set(int handle, int option, const Value& value) {
 bool bindTo(int handle, unsigned adapterIndex) {
     sockaddr_ll address{};
     address.sll_family = AF_PACKET;
-    // Of this protocol, a packet socket hears what the adapter receives, not what it sends.
+    // Of this protocol, a packet socket hears what the adapter receives, not what it sends. The
+    // kernel has taken VLAN tags off by then.
     address.sll_protocol = htons(ETH_P_IP);
     address.sll_ifindex = static_cast<int>(adapterIndex);
     return bind(handle, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
@@ -45,22 +51,10 @@ void clearError(int handle) {
     getsockopt(handle, SOL_SOCKET, SO_ERROR, &error, &size);
 }
 
-/// Hands over the packets of an adapter. Those of a VLAN on it come, too, and are the VLAN's.
-void readBlock(const tpacket_hdr_v1& block, const std::uint8_t* begin, int adapterIndex,
-               const PacketSource::Handler& handler) {
-    const std::uint8_t* at = begin + block.offset_to_first_pkt;
-    for (unsigned i = 0; i < block.num_pkts; ++i) {
-        const auto& packet = *reinterpret_cast<const tpacket3_hdr*>(at);
-        const auto& link = *reinterpret_cast<const sockaddr_ll*>(at + linkOffset);
-        const auto datagram =
-            link.sll_ifindex == adapterIndex
-                ? gige::readIpDatagram(at + packet.tp_net, packet.tp_snaplen, packet.tp_len)
-                : std::nullopt;
-        if (datagram)
-            handler({*datagram, std::chrono::seconds(packet.tp_sec) +
-                                    std::chrono::nanoseconds(packet.tp_nsec)});
-        at += packet.tp_next_offset;
-    }
+/// Reads ahead what the other processor has written: most of the time goes into waiting for it.
+void prefetch(const std::uint8_t* packet) {
+    for (std::size_t line = 0; line < headerLines; ++line)
+        __builtin_prefetch(packet + line * cacheLine);
 }
 
 } // namespace
@@ -73,14 +67,22 @@ void readBlock(const tpacket_hdr_v1& block, const std::uint8_t* begin, int adapt
 /// second time. Gathering saves wake-ups, too, and by then most packets have left the cache of the
 /// processor that wrote them: copying from there costs most. Measured at 100 MB/s of whole frames:
 /// 0.20 ms of processor time per MB instead of 0.29.
-const PacketRing::Use PacketRing::receiving{
-    streamFilter, 1U << 18U, 256, std::chrono::milliseconds(4), std::chrono::milliseconds(20)};
+const PacketRing::Use PacketRing::receiving{streamFilter,
+                                            1U << 18U,
+                                            256,
+                                            std::chrono::milliseconds(4),
+                                            std::chrono::milliseconds(20),
+                                            gige::readIpDatagram};
 
 /// Nothing is requested, so that packets may gather for long. The headers of a packet take 144
 /// bytes: the ring holds the packets of 2.5 seconds at any rate up to 1 Gbit/s and 1500 bytes, of
 /// 0.27 at 10 Gbit/s.
-const PacketRing::Use PacketRing::observing{
-    observerFilter, 1U << 18U, 128, std::chrono::milliseconds(20), std::chrono::milliseconds(100)};
+const PacketRing::Use PacketRing::observing{observerFilter,
+                                            1U << 18U,
+                                            128,
+                                            std::chrono::milliseconds(20),
+                                            std::chrono::milliseconds(100),
+                                            gige::readIpFragment};
 
 std::unique_ptr<PacketRing> PacketRing::open(const std::string& adapter, const Use& use) {
     const unsigned index = if_nametoindex(adapter.c_str());
@@ -177,11 +179,34 @@ unsigned PacketRing::readBlocks(const Handler& handler) {
         auto& block = reinterpret_cast<tpacket_block_desc*>(begin)->hdr.bh1;
         if ((__atomic_load_n(&block.block_status, __ATOMIC_ACQUIRE) & TP_STATUS_USER) == 0)
             break;
-        readBlock(block, begin, m_adapterIndex, handler);
+        readBlock(block, begin, handler);
         __atomic_store_n(&block.block_status, TP_STATUS_KERNEL, __ATOMIC_RELEASE);
         m_next = (m_next + 1) % m_use.blockCount;
     }
     return count;
+}
+
+/// Packets of a VLAN on the adapter come, too, and are the VLAN's.
+void PacketRing::readBlock(const tpacket_hdr_v1& block, const std::uint8_t* begin,
+                           const Handler& handler) const {
+    StreamDatagram datagram;
+    const std::uint8_t* at = begin + block.offset_to_first_pkt;
+    for (unsigned i = 0; i < block.num_pkts; ++i) {
+        const auto& packet = *reinterpret_cast<const tpacket3_hdr*>(at);
+        prefetch(at + std::size_t{prefetchPackets} * packet.tp_next_offset);
+        const auto& link = *reinterpret_cast<const sockaddr_ll*>(at + linkOffset);
+        const std::uint8_t* const ip = at + packet.tp_net;
+        if (link.sll_ifindex == m_adapterIndex &&
+            m_use.read(ip, packet.tp_snaplen, packet.tp_len, datagram)) {
+            datagram.arrival =
+                std::chrono::seconds(packet.tp_sec) + std::chrono::nanoseconds(packet.tp_nsec);
+            datagram.packet = ip;
+            datagram.packetSize = packet.tp_len;
+            datagram.link = &link;
+            handler(datagram);
+        }
+        at += packet.tp_next_offset;
+    }
 }
 
 } // namespace gvsp

@@ -34,6 +34,9 @@ public:
         /// While packets come, they gather in the ring for this long, unless receive() is to wait
         /// for less.
         std::chrono::milliseconds gathering;
+        /// Reads a packet: readIpDatagram, or readIpFragment to take fragments, too.
+        bool (*read)(const std::uint8_t* packet, std::size_t captured, std::size_t size,
+                     gige::UdpDatagram& datagram);
     };
     /// Frames are put together, and missing packets requested.
     static const Use receiving;
@@ -65,6 +68,8 @@ private:
     void waitForBlock(std::chrono::microseconds wait);
     /// Number of the blocks that were full.
     unsigned readBlocks(const Handler& handler);
+    void readBlock(const tpacket_hdr_v1& block, const std::uint8_t* begin,
+                   const Handler& handler) const;
 
     const Use m_use;
     const platform::Descriptor m_socket;

@@ -9,13 +9,22 @@
 #include <functional>
 #include <vector>
 
+struct sockaddr_ll;
+
 namespace gvsp {
 
-/// One UDP datagram of a stream as a source hands it over. Valid during the call only; shorter than
-/// on the wire only when the endpoint asks for headers only.
+/// One UDP datagram of a stream as a source hands it over, or a fragment of one where the source
+/// was told to take these. Valid during the call only; shorter than on the wire only when the
+/// endpoint asks for headers only.
 struct StreamDatagram : gige::UdpDatagram {
     /// When the kernel received the packet, since 1970; 0 where the source does not tell.
     std::chrono::nanoseconds arrival{0};
+    /// The IPv4 packet, up to data + captured; null where the source does not have it.
+    const std::uint8_t* packet = nullptr;
+    /// Bytes of the packet on the wire.
+    std::uint32_t packetSize = 0;
+    /// How the adapter received the packet, and from whom; null where packet is.
+    const sockaddr_ll* link = nullptr;
 };
 
 /// A stream that a source listens to. Addresses in host byte order.

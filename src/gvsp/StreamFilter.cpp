@@ -19,6 +19,7 @@ namespace gvsp {
 namespace {
 
 constexpr std::uint32_t wholePacket = 0xFFFFFFFF;
+constexpr std::uint32_t largestIpHeader = 60;
 /// Largest answer to a control command: its header and 540 bytes (GigE Vision).
 constexpr std::uint32_t mostOfAnswer = 548;
 /// Bytes 4 to 7 of a leader's header: its format, and the packet number 0, or 0 with extended IDs.
@@ -38,7 +39,10 @@ public:
     using Endpoint = std::vector<StreamEndpoint>::const_iterator;
 
     /// Refuses other packets than unfragmented UDP. Leaves the length of the IP header in X.
-    void requireUdp();
+    void requireWholeUdp();
+    /// Refuses other packets than UDP, and accepts the IP headers of fragments without the first
+    /// one's ports. Leaves the length of the IP header in X.
+    void requireUdpBegin();
     /// Loads the addresses and the port into the scratch memory.
     void loadKeys();
     /// Finds the packet's endpoint among those of one host, which are sorted by port.
@@ -58,6 +62,7 @@ private:
     void add(unsigned code, std::uint32_t value, unsigned ifTrue = 0, unsigned ifFalse = 0);
     void load(std::uint32_t slot) { add(BPF_LD | BPF_MEM, slot); }
     void refuse() { add(BPF_RET | BPF_K, 0); }
+    void requireUdp();
     /// A jump whose target is not known yet; only these reach further than 255 instructions.
     std::size_t jump();
     /// Lets a jump lead to the next instruction.
@@ -96,8 +101,19 @@ void FilterProgram::requireUdp() {
     add(BPF_JMP | BPF_JEQ | BPF_K, IPPROTO_UDP, 1, 0);
     refuse();
     add(BPF_LD | BPF_H | BPF_ABS, 6);
+}
+
+void FilterProgram::requireWholeUdp() {
+    requireUdp();
     add(BPF_JMP | BPF_JSET | BPF_K, gige::fragmentBits, 0, 1);
     refuse();
+    add(BPF_LDX | BPF_B | BPF_MSH, 0);
+}
+
+void FilterProgram::requireUdpBegin() {
+    requireUdp();
+    add(BPF_JMP | BPF_JSET | BPF_K, gige::fragmentOffsetBits, 0, 1);
+    add(BPF_RET | BPF_K, largestIpHeader);
     add(BPF_LDX | BPF_B | BPF_MSH, 0);
 }
 
@@ -217,7 +233,7 @@ void selectHosts(FilterProgram& program, const std::vector<StreamEndpoint>& endp
 std::vector<sock_filter> streamFilter(std::vector<StreamEndpoint> endpoints) {
     sort(endpoints);
     FilterProgram program;
-    program.requireUdp();
+    program.requireWholeUdp();
     selectHosts(program, endpoints);
     program.refuseOthers();
     program.accept();
@@ -229,7 +245,7 @@ std::vector<sock_filter> observerFilter(std::vector<StreamEndpoint> endpoints) {
         endpoint.headersOnly = true;
     sort(endpoints);
     FilterProgram program;
-    program.requireUdp();
+    program.requireUdpBegin();
     program.acceptControl();
     selectHosts(program, endpoints);
     program.acceptOthersIfLeaders();
@@ -244,7 +260,7 @@ bool mayBeLeader(const gige::UdpDatagram& datagram) {
 
 std::vector<sock_filter> unselectiveFilter() {
     FilterProgram program;
-    program.requireUdp();
+    program.requireWholeUdp();
     program.acceptAll();
     return program.take();
 }

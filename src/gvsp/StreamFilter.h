@@ -9,7 +9,7 @@
 #include <linux/filter.h>
 
 /// Programs for the kernel's classic packet filter, on packets that begin with the IPv4 header.
-/// They refuse all but UDP, and fragments. Pure functions, reentrant.
+/// They refuse all but UDP, and fragments except where said. Pure functions, reentrant.
 namespace gvsp {
 
 /// Bytes of UDP payload that headersOnly leaves of a packet that carries payload: the extended
@@ -30,7 +30,8 @@ constexpr bool carriesPayload(std::uint8_t formatByte) {
 std::vector<sock_filter> streamFilter(std::vector<StreamEndpoint> endpoints);
 
 /// Accepts packets to one of \p endpoints as for headersOnly, and whole: answers of cameras to
-/// control commands, and what looks like the leader of any other stream.
+/// control commands, and what looks like the leader of any other stream. Of all fragments but a
+/// datagram's first, which is filtered as a whole one, it accepts the IP header.
 std::vector<sock_filter> observerFilter(std::vector<StreamEndpoint> endpoints);
 
 /// Whether a datagram looks like the leader of a stream: of status 0, with packet number 0.

@@ -34,13 +34,15 @@ constexpr auto betweenFilters = 50ms;
 
 } // namespace
 
-std::unique_ptr<AdapterObserver> AdapterObserver::open(const std::string& adapter) {
+std::unique_ptr<AdapterObserver> AdapterObserver::open(const std::string& adapter,
+                                                       std::unique_ptr<PacketRecord> record) {
     auto ring = gvsp::PacketRing::open(adapter, gvsp::PacketRing::observing);
-    return ring ? std::make_unique<AdapterObserver>(std::move(ring)) : nullptr;
+    return ring ? std::make_unique<AdapterObserver>(std::move(ring), std::move(record)) : nullptr;
 }
 
-AdapterObserver::AdapterObserver(std::unique_ptr<gvsp::PacketSource> source)
-    : m_source(std::move(source)) {
+AdapterObserver::AdapterObserver(std::unique_ptr<gvsp::PacketSource> source,
+                                 std::unique_ptr<PacketRecord> record)
+    : m_source(std::move(source)), m_record(std::move(record)) {
     m_source->listen({});
 }
 
@@ -87,6 +89,14 @@ void AdapterObserver::take(const gvsp::StreamDatagram& datagram) {
     const Time arrival = std::clamp(told, std::min(m_newest, m_now), m_now);
     m_newest = arrival;
     m_newestOfRound = arrival;
+    const bool isCounted = arrival > m_countBegin && arrival <= m_countEnd;
+    if (datagram.fragment == gige::Fragment::Later) {
+        ++m_fragments.packets;
+        m_fragments.bytes += datagram.size;
+        m_counted += isCounted ? 1 : 0;
+        record(datagram);
+        return;
+    }
     const Key key(datagram.sender, datagram.destination, datagram.port);
     if (m_last == nullptr || key != m_lastKey) {
         const auto known = m_streams.find(key);
@@ -98,14 +108,20 @@ void AdapterObserver::take(const gvsp::StreamDatagram& datagram) {
         m_lastKey = key;
     }
     m_last->stream.packet(datagram, arrival);
-    if (arrival > m_countBegin && arrival <= m_countEnd)
-        ++m_counted;
+    m_counted += isCounted ? 1 : 0;
+    record(datagram);
+}
+
+void AdapterObserver::record(const gvsp::StreamDatagram& datagram) {
+    if (m_record)
+        m_record->add(datagram);
 }
 
 void AdapterObserver::takeUnknown(const Key& key, const gvsp::StreamDatagram& datagram,
                                   Time arrival) {
     if (datagram.senderPort == gige::controlPort) {
         m_directory.note(datagram);
+        record(datagram);
         return;
     }
     const auto packet = gvsp::mayBeLeader(datagram)
@@ -118,6 +134,7 @@ void AdapterObserver::takeUnknown(const Key& key, const gvsp::StreamDatagram& da
     Entry& entry = m_streams[key];
     entry.found = arrival;
     entry.stream.packet(datagram, arrival);
+    record(datagram);
     m_hasNewEndpoints = true;
 }
 
@@ -199,6 +216,7 @@ AdapterReading AdapterObserver::read() {
     const std::lock_guard lock(m_mutex);
     AdapterReading reading;
     reading.missed = m_missed;
+    reading.fragments = m_fragments;
     const Time now = Clock::now();
     for (auto& [key, entry] : m_streams) {
         if (!entry.isProven)
@@ -213,6 +231,11 @@ AdapterReading AdapterObserver::read() {
         reading.streams.push_back(std::move(stream));
     }
     return reading;
+}
+
+PacketRecord::Parts AdapterObserver::recorded() {
+    const std::lock_guard lock(m_mutex);
+    return m_record ? m_record->packets() : PacketRecord::Parts();
 }
 
 void AdapterObserver::startCount() {

@@ -4,6 +4,7 @@
 #include "gvsp/PacketSource.h"
 #include "observer/CameraDirectory.h"
 #include "observer/ObservedStream.h"
+#include "observer/PacketRecord.h"
 
 #include <chrono>
 #include <cstdint>
@@ -33,12 +34,21 @@ struct StreamReading {
     std::chrono::duration<double> silence{0};
 };
 
+/// IP fragments of UDP datagrams without the first of each, which counts as the whole packet of a
+/// stream. The others do not tell their port.
+struct FragmentCounts {
+    std::uint64_t packets = 0;
+    /// Without IP headers.
+    std::uint64_t bytes = 0;
+};
+
 /// All that was seen on an adapter.
 struct AdapterReading {
     /// Sorted by camera, host and port.
     std::vector<StreamReading> streams;
     /// Packets that the observer itself has missed.
     gvsp::SourceCounts missed;
+    FragmentCounts fragments;
 };
 
 /// Finds the streams that an adapter receives by their leaders, and follows them. Sends nothing.
@@ -48,14 +58,20 @@ public:
     using Time = ObservedStream::Time;
 
     /// On the packet ring of an adapter; null where the system refuses it, see gvsp::PacketRing.
-    static std::unique_ptr<AdapterObserver> open(const std::string& adapter);
-    explicit AdapterObserver(std::unique_ptr<gvsp::PacketSource> source);
+    /// What is seen is kept in \p record, if there is one.
+    static std::unique_ptr<AdapterObserver> open(const std::string& adapter,
+                                                 std::unique_ptr<PacketRecord> record = nullptr);
+    explicit AdapterObserver(std::unique_ptr<gvsp::PacketSource> source,
+                             std::unique_ptr<PacketRecord> record = nullptr);
 
     /// Waits up to \p wait for packets and takes those that are there.
     void receive(std::chrono::microseconds wait);
     /// Ends a receive() that waits. Any thread.
     void wake() { m_source->wake(); }
     AdapterReading read();
+    /// Packets of streams, their fragments, and answers of cameras to control commands; none
+    /// without a record. Any thread.
+    PacketRecord::Parts recorded();
     /// Counts the packets of all streams that arrive between these two calls, to be compared with
     /// what the adapter has counted. Any thread.
     void startCount();
@@ -80,6 +96,7 @@ private:
     };
 
     void take(const gvsp::StreamDatagram& datagram);
+    void record(const gvsp::StreamDatagram& datagram);
     void takeUnknown(const Key& key, const gvsp::StreamDatagram& datagram, Time arrival);
     /// Begins a round: relates the kernel's clock to ours, and notes what was missed.
     void beginRound();
@@ -99,6 +116,8 @@ private:
     std::map<Key, Entry> m_streams;
     CameraDirectory m_directory;
     gvsp::SourceCounts m_missed;
+    FragmentCounts m_fragments;
+    const std::unique_ptr<PacketRecord> m_record;
     /// The stream of the packet before: most packets follow one of the same stream.
     Key m_lastKey{};
     Entry* m_last = nullptr;

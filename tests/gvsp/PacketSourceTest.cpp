@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "gige/BigEndian.h"
 #include "gige/BootstrapRegisters.h"
 #include "gige/IpDatagram.h"
 #include "gvsp/PacketRing.h"
@@ -17,11 +18,13 @@
 #include <future>
 #include <memory>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
 #include <net/ethernet.h>
 #include <net/if.h>
+#include <net/if_arp.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -30,6 +33,7 @@ namespace {
 using namespace gvsp;
 using namespace std::chrono_literals;
 using script::Bytes;
+using script::ipPacket;
 
 /// Unique to this process; the last digits are for the addresses of one test.
 const std::uint32_t baseAddress =
@@ -48,22 +52,6 @@ Bytes payload(std::size_t size, std::uint8_t format) {
     if (size > 4)
         bytes[4] = format;
     return bytes;
-}
-
-/// An IPv4 packet with UDP to \p to, with \p options bytes of IP options.
-Bytes ipPacket(const StreamEndpoint& to, const Bytes& data, std::size_t options = 0) {
-    const std::size_t header = 20 + options;
-    Bytes packet;
-    // Numbers of 4 bytes: lengths, fragments, protocol, addresses.
-    for (const std::size_t number :
-         {(0x40 + header / 4) << 24U | (header + 8 + data.size()), std::size_t{0},
-          std::size_t{64 << 24 | IPPROTO_UDP << 16}, std::size_t{to.camera}, std::size_t{to.host}})
-        script::append(packet, number, 4);
-    packet.resize(header);
-    script::append(packet, 4000U << 16U | to.port, 4);
-    script::append(packet, (8 + data.size()) << 16U, 4);
-    packet.insert(packet.end(), data.begin(), data.end());
-    return packet;
 }
 
 /// Packets that must not come: good ones with another byte, and short ones.
@@ -88,18 +76,63 @@ TEST(IpDatagram, hasTheBoundsOfItsPacketOrIsRefused) {
         Bytes packet = ipPacket({0x81828384, 2, 0xABCD, false}, payload(10, 1), 4);
         packet.resize(captured);
         packet.shrink_to_fit();
-        const auto datagram = gige::readIpDatagram(packet.data(), captured, size);
-        ASSERT_TRUE(datagram);
-        EXPECT_EQ(datagram->sender, 0x81828384U);
-        EXPECT_EQ(datagram->port, 0xABCD);
-        EXPECT_EQ(datagram->size, 10U);
-        EXPECT_EQ(datagram->captured, std::min(captured - 32, 10U));
-        EXPECT_EQ(datagram->data, packet.data() + 32);
-        EXPECT_FALSE(gige::readIpDatagram(packet.data(), 31, size));
+        for (const auto read : {gige::readIpDatagram, gige::readIpFragment}) {
+            gige::UdpDatagram datagram;
+            ASSERT_TRUE(read(packet.data(), captured, size, datagram));
+            EXPECT_EQ(datagram.sender, 0x81828384U);
+            EXPECT_EQ(datagram.port, 0xABCD);
+            EXPECT_EQ(datagram.size, 10U);
+            EXPECT_EQ(datagram.captured, std::min(captured - 32, 10U));
+            EXPECT_EQ(datagram.data, packet.data() + 32);
+            EXPECT_EQ(datagram.fragment, gige::Fragment::Whole);
+            EXPECT_FALSE(read(packet.data(), 31, size, datagram));
+        }
     }
-    for (const Bytes& packet : malformedPackets({1, 2, 3, false}))
-        EXPECT_FALSE(gige::readIpDatagram(packet.data(), packet.size(), packet.size()))
+    for (const Bytes& packet : malformedPackets({1, 2, 3, false})) {
+        gige::UdpDatagram datagram;
+        EXPECT_FALSE(gige::readIpDatagram(packet.data(), packet.size(), packet.size(), datagram))
             << testing::PrintToString(packet);
+        EXPECT_TRUE(!gige::readIpFragment(packet.data(), packet.size(), packet.size(), datagram) ||
+                    datagram.fragment == gige::Fragment::Later)
+            << testing::PrintToString(packet);
+    }
+}
+
+/// The parts of an IPv4 packet with a header of 20 bytes, of \p size bytes of its contents each.
+std::vector<Bytes> fragmentsOf(const Bytes& packet, std::size_t size) {
+    std::vector<Bytes> fragments;
+    for (std::size_t at = 20; at < packet.size(); at += size) {
+        const std::size_t end = std::min(at + size, packet.size());
+        Bytes fragment(packet.begin(), packet.begin() + 20);
+        fragment.insert(fragment.end(), packet.begin() + static_cast<std::ptrdiff_t>(at),
+                        packet.begin() + static_cast<std::ptrdiff_t>(end));
+        const std::size_t bits = (at - 20) / 8 + (end < packet.size() ? 0x2000U : 0U);
+        fragment[2] = static_cast<std::uint8_t>(fragment.size() >> 8U);
+        fragment[3] = static_cast<std::uint8_t>(fragment.size());
+        fragment[6] = static_cast<std::uint8_t>(bits >> 8U);
+        fragment[7] = static_cast<std::uint8_t>(bits);
+        fragments.push_back(std::move(fragment));
+    }
+    return fragments;
+}
+
+TEST(IpDatagram, tellsFragmentsOfWhichTheFirstHasTheSizeOfAll) {
+    const std::vector<Bytes> fragments =
+        fragmentsOf(ipPacket({1, 2, 3, false}, payload(5000, 3)), 1480);
+    gige::UdpDatagram datagram;
+    std::vector<std::pair<gige::Fragment, std::size_t>> read;
+    for (const Bytes& each : fragments) {
+        EXPECT_FALSE(gige::readIpDatagram(each.data(), each.size(), each.size(), datagram));
+        ASSERT_TRUE(gige::readIpFragment(each.data(), 28, each.size(), datagram));
+        EXPECT_EQ(datagram.sender, 1U);
+        read.emplace_back(datagram.fragment, datagram.size);
+    }
+    EXPECT_EQ(read, (std::vector<std::pair<gige::Fragment, std::size_t>>{
+                        {gige::Fragment::First, 5000},
+                        {gige::Fragment::Later, 1480},
+                        {gige::Fragment::Later, 1480},
+                        {gige::Fragment::Later, 5008 - 3 * 1480}}));
+    EXPECT_EQ(datagram.port, 0);
 }
 
 /// Bytes that a filter leaves of a packet; 0 when it refuses. The kernel runs it on the datagrams
@@ -189,6 +222,9 @@ TEST(ObserverFilter, acceptsHeadersOfItsStreamsLeadersOfOthersAndAnswers) {
         const auto filter = observerFilter(endpoints);
         EXPECT_EQ(filtered(filter, ipPacket(known, payload(500, 3))), 20U + 8 + keptOfPayload);
         EXPECT_EQ(filtered(filter, ipPacket(other, payload(500, 3))), 0U);
+        const auto fragments = fragmentsOf(ipPacket(known, payload(500, 3)), 400);
+        EXPECT_EQ(filtered(filter, fragments[0]), 20U + 8 + keptOfPayload);
+        EXPECT_EQ(filtered(filter, fragments[1]), 60U);
         EXPECT_EQ(filtered(filter, packetFrom(gige::controlPort, other, payload(700, 0))),
                   20U + 8 + 548);
         for (const bool hasExtendedIds : {false, true}) {
@@ -203,9 +239,10 @@ TEST(ObserverFilter, acceptsHeadersOfItsStreamsLeadersOfOthersAndAnswers) {
                 const bool isExpected =
                     isLeader || (hasExtendedIds && bytes == camera.packet(script::Leader, 7, 1));
                 EXPECT_EQ(filtered(filter, packet), isExpected ? packet.size() : 0U);
-                const auto datagram =
-                    gige::readIpDatagram(packet.data(), packet.size(), packet.size());
-                EXPECT_EQ(mayBeLeader(datagram.value()), isExpected);
+                gige::UdpDatagram datagram;
+                ASSERT_TRUE(
+                    gige::readIpDatagram(packet.data(), packet.size(), packet.size(), datagram));
+                EXPECT_EQ(mayBeLeader(datagram), isExpected);
             }
         }
     }
@@ -376,6 +413,56 @@ TEST_P(PacketSources, ignoreMalformedPacketsAlsoWithoutAFilterThatFits) {
         send(payload(33, 1));
         EXPECT_EQ(receive(1), std::vector<Received>({{payload(33, 1), 33}}));
     }
+}
+
+/// An Ethernet frame of the IPv4 packet behind these VLAN tags (protocol and control information).
+Bytes tagged(const std::vector<std::uint32_t>& tags, const Bytes& packet) {
+    Bytes frame(12, 0);
+    for (const std::uint32_t tag : tags)
+        script::append(frame, tag, 4);
+    script::append(frame, ETH_P_IP, 2);
+    frame.insert(frame.end(), packet.begin(), packet.end());
+    return frame;
+}
+
+TEST(ObservingRing, takesTaggedPacketsAndFragmentsAsTheKernelDoes) {
+    const platform::Descriptor raw(socket(AF_PACKET, SOCK_RAW | SOCK_CLOEXEC, 0));
+    const auto ring = PacketRing::open("lo", PacketRing::observing);
+    if (!ring || !raw.isOpen())
+        GTEST_SKIP() << "this user may not open packet sockets";
+    const StreamEndpoint known{cameraAddress, hostAddress, 4711, true};
+    ring->listen({known});
+    sockaddr_ll to{};
+    to.sll_family = AF_PACKET;
+    to.sll_ifindex = static_cast<int>(if_nametoindex("lo"));
+    const auto send = [&](const Bytes& frame) {
+        ASSERT_EQ(sendto(raw.handle(), frame.data(), frame.size(), 0,
+                         reinterpret_cast<const sockaddr*>(&to), sizeof to),
+                  static_cast<ssize_t>(frame.size()));
+    };
+    const Bytes packet = ipPacket(known, payload(500, 3));
+    send(tagged({}, packet));
+    // Of a priority only; of a VLAN that this host has not; of two, which no socket for IPv4 gets.
+    send(tagged({0x8100E000}, packet));
+    send(tagged({0x8100A005}, packet));
+    send(tagged({0x88A80006, 0x81000005}, packet));
+    for (const Bytes& fragment : fragmentsOf(packet, 400))
+        send(tagged({}, fragment));
+
+    using Seen = std::tuple<gige::Fragment, std::size_t, std::uint32_t>;
+    std::vector<Seen> seen;
+    const auto end = std::chrono::steady_clock::now() + 10s;
+    while (seen.size() < 5 && std::chrono::steady_clock::now() < end)
+        ring->receive(100ms, [&](const StreamDatagram& datagram) {
+            EXPECT_EQ(gige::bigEndian32(datagram.packet + 12), cameraAddress);
+            EXPECT_EQ(datagram.link->sll_hatype, ARPHRD_LOOPBACK);
+            seen.emplace_back(datagram.fragment, datagram.size, datagram.packetSize);
+        });
+    using gige::Fragment;
+    const Seen whole{Fragment::Whole, 500, 528};
+    EXPECT_EQ(seen,
+              (std::vector<Seen>{
+                  whole, whole, whole, {Fragment::First, 500, 420}, {Fragment::Later, 108, 128}}));
 }
 
 } // namespace

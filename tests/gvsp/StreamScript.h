@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "gvsp/PacketSource.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
+
+#include <netinet/in.h>
 
 /// Datagrams of a GigE Vision stream, byte by byte as a camera sends them. Blocks have a leader
 /// (packet 0), data packets (1 to 4, the last one shorter), and a trailer (5).
@@ -71,5 +75,21 @@ struct Camera {
         return number == trailerNumber ? trailer(block) : data(block, number);
     }
 };
+
+/// An IPv4 packet with UDP to \p to, with \p options bytes of IP options.
+inline Bytes ipPacket(const gvsp::StreamEndpoint& to, const Bytes& data, std::size_t options = 0) {
+    const std::size_t header = 20 + options;
+    Bytes packet;
+    // Numbers of 4 bytes: lengths, fragments, protocol, addresses.
+    for (const std::size_t number :
+         {(0x40 + header / 4) << 24U | (header + 8 + data.size()), std::size_t{0},
+          std::size_t{64 << 24 | IPPROTO_UDP << 16}, std::size_t{to.camera}, std::size_t{to.host}})
+        append(packet, number, 4);
+    packet.resize(header);
+    append(packet, 4000U << 16U | to.port, 4);
+    append(packet, (8 + data.size()) << 16U, 4);
+    packet.insert(packet.end(), data.begin(), data.end());
+    return packet;
+}
 
 } // namespace script

@@ -30,6 +30,7 @@ public:
         std::uint16_t port;
         Bytes bytes;
         std::chrono::nanoseconds time;
+        gige::Fragment fragment = gige::Fragment::Whole;
     };
 
     void receive(std::chrono::microseconds, const Handler& handler) override {
@@ -42,6 +43,7 @@ public:
             datagram.data = packet.bytes.data();
             datagram.size = datagram.captured = packet.bytes.size();
             datagram.arrival = packet.time;
+            datagram.fragment = packet.fragment;
             handler(datagram);
         }
     }
@@ -163,6 +165,30 @@ TEST_F(AdapterObservers, countPacketsOverATimeInWhichAllAreSeen) {
     sendFrames(4002, 1, 3);
     observe();
     EXPECT_EQ(observer.counted(), std::nullopt);
+}
+
+TEST_F(AdapterObservers, countFragmentsWithoutTakingThemForPackets) {
+    sendFrames(4001, 1, 3);
+    observe();
+    observer.startCount();
+    std::this_thread::sleep_for(20ms);
+    sendFrames(4001, 4, 1);
+    // Each packet has two fragments; the contents of the second look like a leader of a camera.
+    const std::vector<ScriptedSource::Sent> firsts = std::exchange(source.sent, {});
+    for (ScriptedSource::Sent sent : firsts) {
+        sent.fragment = gige::Fragment::First;
+        source.sent.push_back(sent);
+        sent.fragment = gige::Fragment::Later;
+        sent.port = sent.senderPort = 0;
+        sent.bytes = script::Camera().leader(9, 1);
+        source.sent.push_back(sent);
+    }
+    const AdapterReading reading = observe();
+    ASSERT_EQ(reading.streams.size(), 1U);
+    EXPECT_EQ(reading.streams[0].figures.framesComplete, 3U);
+    EXPECT_EQ(reading.fragments.packets, 6U);
+    EXPECT_EQ(reading.fragments.bytes, 6U * script::Camera().leader(9, 1).size());
+    EXPECT_EQ(observer.counted(), 12U) << "what the adapter counts";
 }
 
 TEST_F(AdapterObservers, followACameraToItsNextPort) {

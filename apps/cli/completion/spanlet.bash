@@ -69,7 +69,7 @@ _spanlet_options() {
             echo "--interface --all --seconds --interval --adjust-packet-size --explain --fail-on-loss"
             ;;
         watch) echo "--interface --all --seconds --interval --adjust-packet-size --explain --prometheus" ;;
-        observe) echo "--interface --seconds --interval --explain --prometheus" ;;
+        observe) echo "--interface --pcap --seconds --interval --explain --prometheus" ;;
         autoset)
             echo "--interface --all --camera --interface-margin --camera-margin --lock"
             echo "--max-bandwidth --adjust-packet-size --benchmark"
@@ -113,8 +113,12 @@ _spanlet_offer() {
 _spanlet_configurations() {
     if [[ $current == :* ]]; then
         _spanlet_offer "" <<< "$(printf ':%s\n' $scenarios)"
-        return
+    else
+        _spanlet_files
     fi
+}
+
+_spanlet_files() {
     # Adds a slash to folders and quotes special characters.
     compopt -o filenames 2> /dev/null || true
     mapfile -t COMPREPLY < <(compgen -f -- "$current")
@@ -127,7 +131,7 @@ _spanlet() {
     local scenarios="default oversubscribed sixty-four empty faulty genicam"
     local valued=" --config --cameras --interface --camera --lock --seconds --interval --benchmark"
     valued+=" --timeout --interface-margin --camera-margin --max-bandwidth --gateway --weight"
-    valued+=" --rate --measure --verify --to-camera --html --markdown --prometheus "
+    valued+=" --rate --measure --verify --to-camera --html --markdown --prometheus --pcap "
     local text=${COMP_LINE:0:COMP_POINT} words=() operands=() chosen=()
     local current="" command="" previous=""
 
@@ -142,6 +146,7 @@ _spanlet() {
     _spanlet_parse
     case $previous in
         --config) _spanlet_configurations ;;
+        --pcap) _spanlet_files ;;
         --cameras) _spanlet_offer "" <<< $'simulated\ngenicam' ;;
         --interface) _spanlet_offer "" < <(_spanlet_interfaces) ;;
         --camera) _spanlet_offer "" < <(_spanlet_cameras) ;;

@@ -7,7 +7,7 @@ namespace cli {
 
 struct ObservedAdapters::State {};
 
-ObservedAdapters::ObservedAdapters(const QStringList&) {
+ObservedAdapters::ObservedAdapters(const QStringList&, const std::optional<QString>&) {
     throw Failure(QStringLiteral("\"observe\" needs Linux."), ExitCode::WrongUse);
 }
 
