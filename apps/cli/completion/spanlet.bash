@@ -115,6 +115,10 @@ _spanlet_configurations() {
         _spanlet_offer "" <<< "$(printf ':%s\n' $scenarios)"
         return
     fi
+    _spanlet_files
+}
+
+_spanlet_files() {
     # Adds a slash to folders and quotes special characters.
     compopt -o filenames 2> /dev/null || true
     mapfile -t COMPREPLY < <(compgen -f -- "$current")
@@ -142,6 +146,7 @@ _spanlet() {
     _spanlet_parse
     case $previous in
         --config) _spanlet_configurations ;;
+        --html | --markdown) _spanlet_files ;;
         --cameras) _spanlet_offer "" <<< $'simulated\ngenicam' ;;
         --interface) _spanlet_offer "" < <(_spanlet_interfaces) ;;
         --camera) _spanlet_offer "" < <(_spanlet_cameras) ;;
