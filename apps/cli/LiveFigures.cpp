@@ -2,7 +2,9 @@
 #include "cli/LiveFigures.h"
 
 #include "cli/BenchmarkTable.h"
+#include "cli/ShareBars.h"
 #include "cli/Terminal.h"
+#include "cli/platform/Console.h"
 #include "cli/platform/Keyboard.h"
 
 #include <QHash>
@@ -57,7 +59,8 @@ QStringList screenLines(const QJsonObject& interval, double seconds, int lineWid
     for (const QJsonValue& interface : interfaces) {
         if (!isOne)
             lines.append(nameOf(interface) + sharingText(interface.toObject()));
-        lines += benchmarkLines(interface.toObject(), lineWidth);
+        lines += withShareBars(benchmarkLines(interface.toObject(), lineWidth),
+                               interface.toObject(), lineWidth, isUtf8Console());
     }
     if (const QString capture = captureText(interval); !capture.isEmpty())
         lines += capture;

@@ -21,7 +21,8 @@ constexpr double megabytesOfBits = 8e6;
 
 /// Without columns that are empty.
 page::Table tableOf(const QString& caption, const TableCells& cells) {
-    page::Table table{caption, {}, std::vector<QStringList>(cells.rows.size() - 1U), {}};
+    page::Table table{
+        caption, {}, std::vector<QStringList>(static_cast<std::size_t>(cells.rows.size() - 1)), {}};
     for (int column = 0; column < cells.isNumber.size(); ++column) {
         const bool isEmpty =
             std::all_of(cells.rows.begin() + 1, cells.rows.end(),

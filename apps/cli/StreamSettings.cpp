@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/StreamSettings.h"
 
-#include "cli/CameraLimit.h"
 #include "engine/CameraHandler.h"
 #include "features/FeatureController.h"
 #include "features/FeatureText.h"
@@ -65,12 +64,15 @@ QJsonObject streamSettings(const CameraHandler& camera) {
         if (!value.isNull())
             settings[QLatin1String(key)] = value;
     }
-    const QString address = QStringLiteral("address");
-    if (settings[address].isDouble())
-        settings[address] = toIpText(static_cast<std::int64_t>(settings[address].toDouble()));
-    const QJsonValue limit = bandwidthLimit(camera);
-    if (limit.isDouble())
-        settings[QStringLiteral("throughputLimitBytesPerSecond")] = limit;
+    if (!settings.contains(QStringLiteral("packetSizeBytes"))) {
+        const QJsonValue size = read(*controller, firstStreamModule, {"GVSPPacketSize"});
+        if (!size.isNull())
+            settings[QStringLiteral("packetSizeBytes")] = size;
+    }
+    const QJsonValue address = settings.value(QStringLiteral("address"));
+    if (address.isDouble())
+        settings[QStringLiteral("address")] =
+            toIpText(static_cast<std::int64_t>(address.toDouble()));
     return settings;
 }
 

@@ -32,7 +32,8 @@ const char styleSheet[] =
     "caption{text-align:left;font-weight:bold;padding:.3rem 0}"
     "th,td{padding:.3rem .55rem;border-bottom:1px solid var(--line);text-align:left;"
     "vertical-align:top}"
-    "thead th{background:var(--soft)}tbody th{font-weight:normal;white-space:nowrap}"
+    "td:not(.number){min-width:5em}thead th{background:var(--soft)}tbody "
+    "th{font-weight:normal;white-space:nowrap}"
     ".number{text-align:right;font-variant-numeric:tabular-nums}"
     "figure{margin:1rem 0}figure svg{display:block;width:100%;height:auto}"
     "li{margin:.4rem 0}.detail{font-size:.875rem}"
@@ -41,7 +42,7 @@ const char styleSheet[] =
     "@page{size:A4;margin:15mm}"
     "@media print{body{max-width:none;padding:0;font-size:10pt}"
     "table,.detail{font-size:8pt}th,td{padding:.15rem .3rem}.table{overflow:visible}"
-    "h1,h2,caption{break-after:avoid}thead{display:table-header-group}"
+    "h1,h2,caption,p{break-after:avoid}thead{display:table-header-group}"
     "tr,.table,figure,li,.outcome{break-inside:avoid}p{orphans:3;widows:3}}";
 
 class HtmlWriter {

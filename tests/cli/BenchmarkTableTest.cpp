@@ -3,6 +3,7 @@
 
 #include "cli/FrameFigures.h"
 #include "cli/LossFindings.h"
+#include "cli/ShareBars.h"
 
 #include <gmock/gmock.h>
 
@@ -84,6 +85,28 @@ TEST(BenchmarkTable, dropsTheLessImportantColumnsAndNeverHalfOfOne) {
     for (const auto& [width, headings] : cases)
         EXPECT_EQ(cli::benchmarkLines(interfaceObject(), width)[0].toStdString(), headings)
             << width;
+}
+
+TEST(BenchmarkTable, hasBarsWhereThereIsRoom) {
+    QJsonObject interface = interfaceObject();
+    const auto bars = [&](int room, bool hasBlocks) {
+        const QStringList table = cli::benchmarkLines(interface);
+        const int width = table[1].size() + 2 + room;
+        QStringList found;
+        for (const QString& line : cli::withShareBars(table, interface, width, hasBlocks)) {
+            EXPECT_LE(line.size(), width);
+            found += line.mid(table[1].size() + 2);
+        }
+        return found.join(QLatin1Char('\n')).toStdString();
+    };
+    EXPECT_EQ(bars(20, false), "Share of link\n--------------------\n####................\n"
+                               "....................\n####................");
+    EXPECT_EQ(bars(15, true), "Share of link\n---------------\n███░░░░░░░░░░░░\n"
+                              "░░░░░░░░░░░░░░░\n███░░░░░░░░░░░░");
+    EXPECT_EQ(bars(12, true), "\n\n\n\n");
+    interface = QJsonObject{{QStringLiteral("cameras"), QJsonArray{}},
+                            {QStringLiteral("total"), QJsonObject{}}};
+    EXPECT_EQ(bars(13, false), "Share of sum\n-------------\n.............");
 }
 
 } // namespace

@@ -47,6 +47,30 @@ TEST(Watch, redrawsItsTableOnATerminal) {
     EXPECT_THAT(text, HasSubstr("\x1b[5F\x1b[JMRD GigE Interface enp3s0 (simulated)  0."));
 }
 
+TEST(Watch, drawsBarsInTheEncodingOfTheTerminal) {
+    const QString script = QStandardPaths::findExecutable(QStringLiteral("script"));
+    if (script.isEmpty())
+        GTEST_SKIP() << "There is no program \"script\" to make a terminal with.";
+    const std::pair<const char*, const char*> cases[] = {{"C.UTF-8", "(█)+(░)+\r\n"},
+                                                         {"C", "#+[.]+\r\n"}};
+    for (const auto& [locale, bar] : cases) {
+        QProcess terminal;
+        terminal.start(script,
+                       {QStringLiteral("-qec"),
+                        QStringLiteral("stty cols 120 rows 9; LC_ALL=%1 TERM=xterm " SPANLET_FILE
+                                       " watch --interface GEV-enp3s0 --seconds 0.6 "
+                                       "--interval 0.3")
+                            .arg(QLatin1String(locale)),
+                        QStringLiteral("/dev/null")});
+        ASSERT_TRUE(terminal.waitForFinished(30000));
+        const std::string text = terminal.readAllStandardOutput().toStdString();
+        const std::string screen = text.substr(0, text.find("(simulated)\r\n"));
+        EXPECT_THAT(screen, ContainsRegex("Share of link\r\n"));
+        EXPECT_THAT(screen, ContainsRegex(std::string("\nTotal +[0-9. ]+") + bar));
+        EXPECT_THAT(text.substr(screen.size()), Not(HasSubstr("Share"))) << "not in the result";
+    }
+}
+
 TEST(Watch, scrollsByKeysAndLeavesTheTerminalAsItWas) {
     const QString script = QStandardPaths::findExecutable(QStringLiteral("script"));
     if (script.isEmpty())

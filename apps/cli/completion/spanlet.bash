@@ -146,7 +146,7 @@ _spanlet() {
     _spanlet_parse
     case $previous in
         --config) _spanlet_configurations ;;
-        --pcap) _spanlet_files ;;
+        --html | --markdown | --pcap) _spanlet_files ;;
         --cameras) _spanlet_offer "" <<< $'simulated\ngenicam' ;;
         --interface) _spanlet_offer "" < <(_spanlet_interfaces) ;;
         --camera) _spanlet_offer "" < <(_spanlet_cameras) ;;

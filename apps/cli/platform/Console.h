@@ -29,6 +29,8 @@ private:
 
 /// Whether the standard output stream is a terminal that understands cursor sequences.
 bool isConsole();
+/// Whether that terminal shows UTF-8: by the locale of the user, or the code page of the console.
+bool isUtf8Console();
 /// Present size of that terminal; 80 x 24 where it is unknown.
 ConsoleSize consoleSize();
 

@@ -6,6 +6,7 @@
 #include <initializer_list>
 
 #include <fcntl.h>
+#include <langinfo.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -26,6 +27,11 @@ Utf8Console::~Utf8Console() = default;
 bool isConsole() {
     const char* terminal = std::getenv("TERM");
     return isatty(STDOUT_FILENO) != 0 && terminal != nullptr && std::strcmp(terminal, "dumb") != 0;
+}
+
+// QCoreApplication has set the locale.
+bool isUtf8Console() {
+    return std::strcmp(nl_langinfo(CODESET), "UTF-8") == 0;
 }
 
 ConsoleSize consoleSize() {

@@ -25,6 +25,10 @@ bool isConsole() {
            SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
+bool isUtf8Console() {
+    return GetConsoleOutputCP() == CP_UTF8;
+}
+
 ConsoleSize consoleSize() {
     CONSOLE_SCREEN_BUFFER_INFO info{};
     if (GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info) == 0)
