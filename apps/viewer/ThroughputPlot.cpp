@@ -35,6 +35,8 @@ constexpr double linkWidth = 1.5;
 constexpr double markSize = 0.5;
 /// Seconds between triangles of a camera: closer ones would hide its area.
 constexpr double markDistance = 0.9;
+/// Seconds before the first sample in which there is a tip.
+constexpr double tipReach = 1.0;
 /// Of a camera in the legend, in characters.
 constexpr int longestName = 20;
 /// Layers, from the back.
@@ -229,7 +231,7 @@ void ThroughputPlot::scaleRates(double peak) {
 }
 
 QString ThroughputPlot::tip(double secondsAgo) const {
-    if (m_seconds.empty())
+    if (m_seconds.empty() || -secondsAgo < m_seconds.front() - tipReach)
         return {};
     const auto distance = [secondsAgo](double time) {
         return std::abs(time + secondsAgo);
