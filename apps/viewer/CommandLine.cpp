@@ -48,7 +48,9 @@ CommandLine parseCommandLine(const QStringList& arguments) {
         QStringLiteral("file"));
     const QCommandLineOption windowPicture(
         QStringLiteral("window-picture"),
-        QStringLiteral("Save a picture of this program's window after 5 seconds, and quit."),
+        QStringLiteral(
+            "Save a picture of this program's window after 5 seconds, or 5 seconds after "
+            "Spanlet, and quit."),
         QStringLiteral("file"));
 
     QCommandLineParser parser;

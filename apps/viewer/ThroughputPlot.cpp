@@ -33,6 +33,10 @@ constexpr int areaOpacity = 210;
 constexpr double linkWidth = 1.5;
 /// Of a triangle, in heights of a capital letter.
 constexpr double markSize = 0.5;
+/// Seconds between triangles of a camera: closer ones would hide its area.
+constexpr double markDistance = 0.9;
+/// Seconds before the first sample in which there is a tip.
+constexpr double tipReach = 1.0;
 /// Of a camera in the legend, in characters.
 constexpr int longestName = 20;
 /// Layers, from the back.
@@ -169,13 +173,16 @@ void ThroughputPlot::showAreas() {
         if (!series.isActive())
             continue;
         QVector<QwtIntervalSample> samples;
+        double lastMark = -2.0 * ThroughputHistory::windowSeconds;
         for (std::size_t i = 0; i < m_seconds.size(); ++i) {
             double& top = tops[static_cast<int>(i)];
             const double below = top;
             top += series.megabytesPerSecond[i];
             samples.append(QwtIntervalSample(m_seconds[i], below, top));
-            if (series.badFrames[i] > 0)
-                losses.append(QPointF(m_seconds[i], top));
+            if (series.badFrames[i] > 0 && m_seconds[i] >= lastMark + markDistance) {
+                lastMark = m_seconds[i];
+                losses.append(QPointF(lastMark, top));
+            }
         }
         auto area = std::make_unique<QwtPlotIntervalCurve>();
         QColor color(colorOf(place));
@@ -224,7 +231,7 @@ void ThroughputPlot::scaleRates(double peak) {
 }
 
 QString ThroughputPlot::tip(double secondsAgo) const {
-    if (m_seconds.empty())
+    if (m_seconds.empty() || -secondsAgo < m_seconds.front() - tipReach)
         return {};
     const auto distance = [secondsAgo](double time) {
         return std::abs(time + secondsAgo);

@@ -32,8 +32,8 @@ public:
     /// Shows a copy of \p history. \p links has the speed of the link in MB/s at each of its
     /// samples; 0 draws no line.
     void showHistory(const ThroughputHistory& history, std::vector<double> links);
-    /// What was measured nearest to a time, as rich text. \p secondsAgo is positive. Empty while
-    /// there is no sample.
+    /// What was measured nearest to a time, as rich text. \p secondsAgo is positive. Empty before
+    /// the first sample.
     QString tip(double secondsAgo) const;
     /// Colours, names and the latest rates, as rich text. Long names are shortened.
     QString legend() const;

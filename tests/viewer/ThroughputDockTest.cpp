@@ -65,6 +65,7 @@ TEST(ThroughputPlot, stacksTheCamerasBelowTheirLinkAndTellsTheNumbersAtATime) {
     EXPECT_THAT(now, HasSubstr("now<br>"));
     EXPECT_THAT(now, HasSubstr(" &lt;High&gt;: 50.0 MB/s, lost or incomplete: 4<br>"));
     EXPECT_THAT(now, HasSubstr(" Low: 20.0 MB/s<br>Sum: 70.0 MB/s"));
+    EXPECT_EQ(plot.tip(42.0), QString()) << "before the first sample";
     EXPECT_THAT(plot.tip(29.0).toStdString(),
                 testing::AllOf(HasSubstr("20 s ago"), testing::Not(HasSubstr("lost"))));
 }
