@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/BenchmarkTable.h"
 
+#include "cli/AdapterLoad.h"
 #include "cli/Benchmark.h"
 #include "cli/Cameras.h"
 #include "cli/LossFindings.h"
@@ -128,7 +129,7 @@ QString benchmarkText(const QJsonObject& benchmark, int width, bool explainsAll)
                                     .arg(benchmark[QStringLiteral("interrupted")].toBool()
                                              ? QStringLiteral(", interrupted")
                                              : QString())
-                                    .arg(sharingText(interface));
+                                    .arg(sharingText(interface) + loadText(interface));
         const QStringList lines =
             benchmarkLines(interface, width) +
             lossLines(interface[QStringLiteral("findings")].toArray(), explainsAll, width);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/LiveFigures.h"
 
+#include "cli/AdapterLoad.h"
 #include "cli/BenchmarkTable.h"
 #include "cli/ShareBars.h"
 #include "cli/Terminal.h"
@@ -41,6 +42,11 @@ double elapsedOf(const QJsonObject& interval) {
     return interval[QStringLiteral("seconds")].toDouble();
 }
 
+/// What follows the name of an interface.
+QString detailsOf(const QJsonObject& interface) {
+    return sharingText(interface) + loadText(interface);
+}
+
 /// The lines on a terminal: a table for each interface.
 QStringList screenLines(const QJsonObject& interval, double seconds, int lineWidth) {
     const QJsonArray interfaces = interfacesOf(interval);
@@ -52,13 +58,13 @@ QStringList screenLines(const QJsonObject& interval, double seconds, int lineWid
         interval[QStringLiteral("simulated")].toBool() ? QStringLiteral(" (simulated)") : QString();
     const QString all =
         isOne ? nameOf(interfaces.first()) : QStringLiteral("%1 interfaces").arg(interfaces.size());
-    const QString sharing = isOne ? sharingText(interfaces.first().toObject()) : QString();
+    const QString sharing = isOne ? detailsOf(interfaces.first().toObject()) : QString();
     QStringList lines{heading(all + sharing + simulated, elapsedOf(interval), seconds, lineWidth)};
     if (lines[0].size() > lineWidth)
         lines[0] = heading(all + simulated, elapsedOf(interval), seconds, lineWidth);
     for (const QJsonValue& interface : interfaces) {
         if (!isOne)
-            lines.append(nameOf(interface) + sharingText(interface.toObject()));
+            lines.append(nameOf(interface) + detailsOf(interface.toObject()));
         lines += withShareBars(benchmarkLines(interface.toObject(), lineWidth),
                                interface.toObject(), lineWidth, isUtf8Console());
     }
@@ -77,7 +83,7 @@ public:
         for (const QJsonValue& value : interfaces) {
             const QString name = value[QStringLiteral("interface")].toString();
             if (interfaces.size() > 1)
-                text += stamped(time, name + sharingText(value.toObject()));
+                text += stamped(time, name + detailsOf(value.toObject()));
             const QStringList lines = benchmarkLines(value.toObject());
             if (hasNewHeadings(name, lines[0].simplified()))
                 text += stamped(QStringLiteral("s"), lines[0]);

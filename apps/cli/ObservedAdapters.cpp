@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/ObservedAdapters.h"
 
+#include "cli/AdapterLoad.h"
 #include "cli/Failure.h"
 #include "cli/FrameFigures.h"
 #include "cli/LossCapture.h"
@@ -101,6 +102,14 @@ void addTiming(QJsonObject& row, const observer::FrameTiming& timing) {
     row[QStringLiteral("longestFrameSeconds")] = seconds(timing.longest);
     row[QStringLiteral("largestGapSeconds")] = seconds(timing.largestGap);
     row[QStringLiteral("burstBytesPerSecond")] = timing.burstBytesPerSecond;
+}
+
+/// The part of a camera in all that the adapter has received.
+void addAdapterShare(QJsonObject& row, const QJsonObject& load) {
+    const QLatin1String rate("bytesPerSecond");
+    if (load.value(rate).toDouble() > 0 && row.contains(rate))
+        row[QStringLiteral("adapterPercent")] =
+            100 * row.value(rate).toDouble() / load.value(rate).toDouble();
 }
 
 QJsonObject identityOf(const observer::StreamReading& stream) {
@@ -217,6 +226,8 @@ private:
         std::map<StreamKey, observer::StreamReading> streams;
         Timings timing;
         std::uint64_t missed = 0;
+        observer::FragmentCounts fragments;
+        platform::NetworkCounters counters;
     };
 
     /// Frames and packets of all streams that were not seen.
@@ -252,6 +263,8 @@ private:
         Reading reading;
         observer::AdapterReading taken = m_observer->read();
         reading.missed = taken.missed.dropped;
+        reading.fragments = taken.fragments;
+        reading.counters = platform::readAdapterCounters(m_name.toStdString());
         for (observer::StreamReading& stream : taken.streams) {
             const StreamKey key(stream.camera, stream.host, stream.port);
             reading.timing[key] = stream.timing;
@@ -264,6 +277,8 @@ private:
     QJsonObject figures(const Reading& since, const Reading& until, const Timings& timings) {
         const double period = secondsBetween(since.time, until.time);
         const auto sockets = platform::readUdpSockets();
+        const QJsonObject load = adapterLoad(platform::difference(since.counters, until.counters),
+                                             period, m_bitsPerSecond);
         QJsonArray rows;
         for (const auto& [key, stream] : until.streams) {
             const auto before = since.streams.find(key);
@@ -274,6 +289,7 @@ private:
             for (auto figure = counted.begin(); figure != counted.end(); ++figure)
                 row[figure.key()] = figure.value();
             addLinkShare(row, m_bitsPerSecond);
+            addAdapterShare(row, load);
             row[QStringLiteral("packetsDuplicate")] =
                 static_cast<qint64>(stream.figures.packetsDuplicate);
             row[QStringLiteral("unjudgedFrames")] =
@@ -285,18 +301,22 @@ private:
                 row[QStringLiteral("receiverDrops")] = static_cast<qint64>(*drops);
             rows.append(row);
         }
-        return document(rows, until.missed);
+        return document(rows, load, until);
     }
 
-    QJsonObject document(const QJsonArray& rows, std::uint64_t missed) const {
+    QJsonObject document(const QJsonArray& rows, QJsonObject load, const Reading& now) const {
+        addAdapterDrops(load, platform::difference(m_networkBefore, now.counters));
+        load[QStringLiteral("fragmentPackets")] = static_cast<qint64>(now.fragments.packets);
+        load[QStringLiteral("fragmentBytes")] = static_cast<qint64>(now.fragments.bytes);
         QJsonObject total = totalFigures(rows);
         if (m_bitsPerSecond > 0)
             total[QStringLiteral("bitsPerSecond")] = static_cast<qint64>(m_bitsPerSecond);
         addLinkShare(total, m_bitsPerSecond);
         return {{QStringLiteral("interface"), m_name},
                 {QStringLiteral("cameras"), rows},
+                {QStringLiteral("adapter"), load},
                 {QStringLiteral("total"), total},
-                {QStringLiteral("observerMissedPackets"), static_cast<qint64>(missed)}};
+                {QStringLiteral("observerMissedPackets"), static_cast<qint64>(now.missed)}};
     }
 
     InterfaceEvidence evidence(const Reading& now) const {
@@ -337,8 +357,8 @@ private:
     std::uint64_t m_lossesAtStart = 0;
     platform::NetworkCounters m_countedAtEnd;
     std::atomic<bool> m_isEnding{false};
-    const Reading m_first{};
-    Reading m_last{};
+    const Reading m_first{Clock::now(), {}, {}, 0, {}, m_networkBefore};
+    Reading m_last = m_first;
     Timings m_allTiming;
     ReceiverDrops m_receiverDrops;
     std::thread m_thread;

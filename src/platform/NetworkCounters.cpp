@@ -22,13 +22,31 @@ constexpr auto all = static_cast<std::size_t>(NetworkCount::Count);
 constexpr auto firstOfKernel = NetworkCount::BacklogDropped;
 
 /// In the order of NetworkCount. Those of an adapter are names of files.
-constexpr std::array<const char*, all> countNames{
-    "rx_packets",       "rx_missed_errors",     "rx_fifo_errors",   "rx_over_errors",
-    "rx_crc_errors",    "rx_frame_errors",      "rx_length_errors", "rx_dropped",
-    "carrier_changes",  "softnet_stat dropped", "Ip InReceives",    "Ip InDelivers",
-    "Ip ForwDatagrams", "Ip InHdrErrors",       "Ip InAddrErrors",  "Ip InUnknownProtos",
-    "Ip InDiscards",    "Ip ReasmReqds",        "Ip ReasmOKs",      "Ip ReasmFails",
-    "Tcp InSegs",       "Udp RcvbufErrors",     "Udp InCsumErrors", "TcpExt IPReversePathFilter"};
+constexpr std::array<const char*, all> countNames{"rx_packets",
+                                                  "rx_bytes",
+                                                  "rx_missed_errors",
+                                                  "rx_fifo_errors",
+                                                  "rx_over_errors",
+                                                  "rx_crc_errors",
+                                                  "rx_frame_errors",
+                                                  "rx_length_errors",
+                                                  "rx_dropped",
+                                                  "carrier_changes",
+                                                  "softnet_stat dropped",
+                                                  "Ip InReceives",
+                                                  "Ip InDelivers",
+                                                  "Ip ForwDatagrams",
+                                                  "Ip InHdrErrors",
+                                                  "Ip InAddrErrors",
+                                                  "Ip InUnknownProtos",
+                                                  "Ip InDiscards",
+                                                  "Ip ReasmReqds",
+                                                  "Ip ReasmOKs",
+                                                  "Ip ReasmFails",
+                                                  "Tcp InSegs",
+                                                  "Udp RcvbufErrors",
+                                                  "Udp InCsumErrors",
+                                                  "TcpExt IPReversePathFilter"};
 
 /// Adds a file with pairs of lines: "Ip: InReceives InHdrErrors", "Ip: 120 0".
 void addTable(Table& table, const std::filesystem::path& file) {
@@ -88,6 +106,7 @@ void addLower(NetworkCounters& counters, const std::filesystem::path& folder, in
             const auto count = static_cast<NetworkCount>(i);
             const Value lost = sysfsNumber(lower / "statistics" / countNames[i]);
             if (count == NetworkCount::AdapterReceived ||
+                count == NetworkCount::AdapterReceivedBytes ||
                 count == NetworkCount::AdapterCarrierChanges)
                 continue;
             Value& sum = counters[count];

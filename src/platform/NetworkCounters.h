@@ -15,6 +15,7 @@ namespace platform {
 enum class NetworkCount : std::size_t {
     /// Of the adapter: /sys/class/net/<adapter>/statistics/.
     AdapterReceived,       ///< rx_packets
+    AdapterReceivedBytes,  ///< rx_bytes
     AdapterMissed,         ///< rx_missed_errors: no room in the adapter's ring
     AdapterFifoErrors,     ///< rx_fifo_errors
     AdapterOverruns,       ///< rx_over_errors

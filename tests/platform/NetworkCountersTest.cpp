@@ -16,6 +16,7 @@ void writeHost(const FileTree& host, const char* index, const char* missed, cons
     host.write(adapter + "ifindex", index);
     host.write(adapter + "carrier_changes", "2\n");
     host.write(adapter + "statistics/rx_packets", "900\n");
+    host.write(adapter + "statistics/rx_bytes", "81000\n");
     host.write(adapter + "statistics/rx_missed_errors", missed);
     host.write("proc/net/softnet_stat", "000000ff 0000000a 00000001 00000000\n"
                                         "00000001 00000010 00000000 00000000\n");
@@ -31,13 +32,19 @@ TEST(NetworkCounters, areReadFromTheFilesOfLinux) {
     const FileTree host;
     writeHost(host, "4\n", "12\n", "130");
     const NetworkCounters counters = readNetworkCounters("eth0", host.root());
-    const std::pair<Count, Value> expected[] = {
-        {Count::AdapterReceived, 900},  {Count::AdapterMissed, 12},
-        {Count::AdapterDropped, {}},    {Count::AdapterCarrierChanges, 2},
-        {Count::BacklogDropped, 26},    {Count::IpReceived, 130},
-        {Count::IpDelivered, 120},      {Count::TcpSegments, 7},
-        {Count::UdpBufferErrors, 6},    {Count::UdpChecksumErrors, {}},
-        {Count::ReversePathDropped, 3}, {Count::IpJoinFailures, {}}};
+    const std::pair<Count, Value> expected[] = {{Count::AdapterReceived, 900},
+                                                {Count::AdapterMissed, 12},
+                                                {Count::AdapterReceivedBytes, 81000},
+                                                {Count::AdapterDropped, {}},
+                                                {Count::AdapterCarrierChanges, 2},
+                                                {Count::BacklogDropped, 26},
+                                                {Count::IpReceived, 130},
+                                                {Count::IpDelivered, 120},
+                                                {Count::TcpSegments, 7},
+                                                {Count::UdpBufferErrors, 6},
+                                                {Count::UdpChecksumErrors, {}},
+                                                {Count::ReversePathDropped, 3},
+                                                {Count::IpJoinFailures, {}}};
     for (const auto& [count, value] : expected)
         EXPECT_EQ(counters[count], value) << nameOf(count);
     for (const char* none : {"eth1", "", "../../class/net/eth0"})
@@ -52,11 +59,13 @@ TEST(NetworkCounters, haveTheLossesOfTheAdaptersBelowAVirtualOne) {
     for (const char* adapter : {"sys/class/net/eth0.5/", "sys/class/net/bond0/"}) {
         host.write(std::string(adapter) + "statistics/rx_missed_errors", "1\n");
         host.write(std::string(adapter) + "statistics/rx_packets", "50\n");
+        host.write(std::string(adapter) + "statistics/rx_bytes", "700\n");
         host.link(std::string(adapter) + "lower_eth0", "sys/class/net/eth0");
     }
     const NetworkCounters vlan = readNetworkCounters("eth0.5", host.root());
     EXPECT_EQ(vlan[Count::AdapterMissed], Value(13));
     EXPECT_EQ(vlan[Count::AdapterReceived], Value(50));
+    EXPECT_EQ(vlan[Count::AdapterReceivedBytes], Value(700));
     host.write("sys/class/net/bond0/bonding/mode", "\n");
     EXPECT_EQ(readNetworkCounters("bond0", host.root())[Count::AdapterMissed], Value(1));
 }

@@ -53,7 +53,7 @@ TEST_F(CommandsOnRealCameras, listsCamerasAndWarnsWhenReceiveBuffersAreSmall) {
     EXPECT_EQ(sumOf(interface, "bandwidthBytesPerSecond"), 250e6);
 
     const auto warning = session::receiveBufferWarning({2, 0}, session::streamingMemory());
-    EXPECT_THAT(spanlet.err(), HasSubstr(warning.value_or("")));
+    EXPECT_THAT(spanlet.err(), HasSubstr(warning ? warning->english() : ""));
     EXPECT_EQ(QByteArray::fromStdString(spanlet.err()).count("receive buffer"), warning ? 1 : 0);
 }
 
