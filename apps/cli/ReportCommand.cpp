@@ -167,6 +167,7 @@ public:
         }
         lockCameras(m_chosen, arguments);
         setMaxBandwidth(m_cameras, m_chosen, arguments, m_context.terminal);
+        requireDivisible();
         measure(QStringLiteral("before"));
         FormerLimits former(m_chosen.cameras());
         if (!change())
@@ -186,6 +187,17 @@ public:
     }
 
 private:
+    /// Throws a Failure when none of the interfaces can be divided.
+    void requireDivisible() const {
+        QString obstacle;
+        for (const HostInterface* interface : m_chosen.interfaces) {
+            obstacle = divisionObstacle(m_cameras, *interface, true);
+            if (obstacle.isEmpty())
+                return;
+        }
+        throw Failure(obstacle);
+    }
+
     void measure(const QString& name) {
         RateHistory history;
         const QJsonObject result = runBenchmark(m_cameras, m_chosen, m_plan, m_context.interruption,

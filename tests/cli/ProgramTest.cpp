@@ -15,7 +15,7 @@ TEST(Program, endsWithAMessageAndAnExitCode) {
         int code;
         const char* message;
     } cases[] = {
-        {"", 2, "run, save, restore, doctor, help.\nTry \"spanlet help\".\n"},
+        {"", 2, "run, save, restore, doctor, report, help.\nTry \"spanlet help\".\n"},
         {"lst", 2, "no command \"lst\". There is: list, benchmark, "},
         {"help lst", 2, "no command \"lst\". There is: list, benchmark, "},
         {"-v autoset --lokc A", 2, "\nTry \"spanlet autoset --help\".\n"},
