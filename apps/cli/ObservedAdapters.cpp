@@ -33,7 +33,7 @@ constexpr std::chrono::milliseconds longestWait{500};
 /// Of a thread that has to share its processor.
 constexpr std::chrono::milliseconds longestDelay{60};
 /// Memory for the packets of the last minute, of all adapters together. At 1 Gbit/s and 1500 bytes
-/// of a packet, a minute takes 380 MB.
+/// of a packet, a minute takes 450 MB.
 constexpr std::size_t mostRecorded = std::size_t{256} << 20U;
 /// Streams that pause for less are not called silent.
 constexpr double shownSilence = 1.5;
