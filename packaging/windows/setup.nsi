@@ -404,6 +404,8 @@ SectionEnd
 Section /o "un.$(SETTINGS)" un_settings
     DeleteRegKey HKCU "${SETTINGS_PARENT}\Spanlet"
     DeleteRegKey /ifempty HKCU "${SETTINGS_PARENT}"
+    DeleteRegKey HKCU "Software\spanlet\spanlet-viewer"
+    DeleteRegKey /ifempty HKCU "Software\spanlet"
     ; For all users, this folder would be another one.
     SetShellVarContext current
     Delete "$LOCALAPPDATA\spanlet\capacities.conf"
