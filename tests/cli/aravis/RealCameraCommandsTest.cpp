@@ -153,7 +153,9 @@ TEST_F(CommandsOnRealCameras, areObservedWhileAnotherProgramReceives) {
         EXPECT_GT(number(stream, "frameSeconds"), 0);
         EXPECT_GT(number(stream, "silentSeconds"), 1) << "the benchmark has ended";
         const double resent = number(received, "packetsResent");
-        EXPECT_NEAR(number(stream, "packetsResent"), resent, 5 + resent / 5);
+        // One that comes again within a millisecond does not count as resent for the observer.
+        EXPECT_LE(number(stream, "packetsResent"), 5 + 1.2 * resent);
+        EXPECT_GE(number(stream, "packetsResent"), resent / 2 - 5);
         EXPECT_EQ(resent > 100, i == 2) << "the third camera drops packets";
     }
     const QJsonObject capture = seen[QStringLiteral("capture")].toObject();
