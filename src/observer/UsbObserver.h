@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include "observer/StreamFigures.h"
+#include "observer/UsbCapture.h"
+#include "observer/UsbMonitor.h"
+#include "observer/UsbStream.h"
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <tuple>
+#include <vector>
+
+namespace observer {
+
+/// One stream of a USB3 Vision camera at one moment.
+struct UsbStreamReading {
+    std::uint16_t bus = 0;
+    /// Number of the camera on the bus.
+    std::uint8_t device = 0;
+    /// With the bit of the direction, 0x80.
+    std::uint8_t endpoint = 0;
+    StreamFigures figures;
+    /// Of the frames since the reading before.
+    FrameTiming timing;
+    /// Since the last transfer.
+    std::chrono::duration<double> silence{0};
+};
+
+/// All that was seen on a bus.
+struct UsbReading {
+    /// Sorted by bus, device and endpoint.
+    std::vector<UsbStreamReading> streams;
+    /// Events of transfers, of all devices, that the observer itself has missed.
+    std::uint64_t missedEvents = 0;
+};
+
+/// Finds the streams on a USB bus by their leaders, and follows them. Sends nothing. receive() is
+/// called on one thread; the others on any.
+class UsbObserver {
+public:
+    explicit UsbObserver(std::unique_ptr<UsbMonitor> monitor);
+
+    /// Waits up to \p longest for transfers and takes those that have ended. False where the kernel
+    /// gives no more.
+    bool receive(std::chrono::milliseconds longest);
+    /// Ends a receive() that waits.
+    void wake() { m_monitor->wake(); }
+    UsbReading read();
+
+private:
+    /// Bus, device, endpoint.
+    using Key = std::tuple<std::uint16_t, std::uint8_t, std::uint8_t>;
+
+    void take(const UsbTransfer& transfer);
+    /// Makes room for a new stream; false where all go on.
+    bool forgetSilent(UsbStream::Time now);
+
+    const std::unique_ptr<UsbMonitor> m_monitor;
+    /// Used by receive() only.
+    UsbCapture m_capture;
+    std::mutex m_mutex;
+    /// All below guarded by the mutex.
+    std::map<Key, UsbStream> m_streams;
+    std::uint64_t m_missedEvents = 0;
+};
+
+} // namespace observer
