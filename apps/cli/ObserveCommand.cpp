@@ -4,7 +4,7 @@
 #include "cli/Commands.h"
 #include "cli/LiveFigures.h"
 #include "cli/MetricsOption.h"
-#include "cli/ObservedAdapters.h"
+#include "cli/ObservedInterfaces.h"
 #include "cli/Terminal.h"
 #include "cli/platform/Keyboard.h"
 
@@ -25,21 +25,24 @@ bool hasSeenStreams(const QJsonObject& result) {
     });
 }
 
-/// What the figures do not contain, one line for each adapter.
+/// What the figures do not contain, one line for each interface.
 QString missedText(const QJsonObject& result) {
     QString text;
     for (const QJsonValue& interface : interfacesOf(result)) {
         const double missed = interface[QStringLiteral("observerMissedPackets")].toDouble();
+        const bool isNetwork = interface.toObject().contains(QStringLiteral("adapter"));
         if (missed > 0)
-            text += QStringLiteral("Spanlet itself has missed %1 packets on %2; frames that these "
-                                   "may belong to are not counted.\n")
+            text += QStringLiteral("Spanlet itself has missed %1 %2 on %3; frames that these may "
+                                   "belong to are not counted.\n")
                         .arg(missed, 0, 'f', 0)
-                        .arg(interface[QStringLiteral("interface")].toString());
+                        .arg(isNetwork ? QStringLiteral("packets")
+                                       : QStringLiteral("events of transfers"),
+                             interface[QStringLiteral("interface")].toString());
     }
     return text;
 }
 
-/// Adapters without a stream are left out where others have one.
+/// Interfaces without a stream are left out where others have one.
 QJsonObject withoutIdle(QJsonObject document) {
     const QJsonValue list = document.value(QStringLiteral("interfaces"));
     if (!list.isArray() || !hasSeenStreams(document))
@@ -60,10 +63,12 @@ std::optional<QString> captureFile(const Arguments& arguments) {
 Report runObserve(Context& context) {
     const Arguments& arguments = context.arguments;
     const BenchmarkPlan plan = measuredTime(arguments, 0);
-    // An interface is an adapter here.
+    // An interface is an adapter here, or a USB bus, which has no counters of an adapter.
     const auto metrics =
         metricsExporter(context, [](const QString& interface) { return interface.toStdString(); });
-    ObservedAdapters adapters(arguments.values(interfaceOption), captureFile(arguments));
+    ObservedInterfaces interfaces(arguments.values(interfaceOption), captureFile(arguments));
+    for (const QString& notice : interfaces.notices())
+        context.terminal.message(notice);
     std::optional<Keyboard> keyboard;
     if (context.terminal.isInteractive() && !context.wantsJson)
         keyboard.emplace();
@@ -73,19 +78,19 @@ Report runObserve(Context& context) {
         keyboard ? BenchmarkTick([&] { return obeyKeys(*keyboard, context.terminal); })
                  : BenchmarkTick();
     const bool isInterrupted = awaitEnd(plan, context.interruption, tick, [&] {
-        const QJsonObject interval = adapters.interval();
+        const QJsonObject interval = interfaces.interval();
         if (metrics)
             metrics->update(interval);
         return progress(withoutIdle(interval));
     });
-    const QJsonObject result = withoutIdle(adapters.result(isInterrupted));
+    const QJsonObject result = withoutIdle(interfaces.result(isInterrupted));
     keyboard.reset();
     context.terminal.clear();
     Report report;
     report.document = result;
     report.text = hasSeenStreams(result)
                       ? benchmarkText(result, context.terminal.lineWidth(), explainsAll(arguments))
-                      : QStringLiteral("No stream of a GigE Vision camera was seen.\n");
+                      : QStringLiteral("No stream of a camera was seen.\n");
     report.text += missedText(result);
     if (const QString capture = captureText(result); !capture.isEmpty())
         report.text += capture + QLatin1Char('\n');
@@ -99,17 +104,19 @@ Command observeCommand() {
     Command command;
     command.name = QStringLiteral("observe");
     command.summary = QStringLiteral(
-        "Watch the streams of GigE cameras that other programs receive, until Ctrl+C or for a "
-        "time. Opens no camera and sends nothing: packets are seen where they arrive, by their "
-        "headers. Needs the capability CAP_NET_RAW. Frames are counted from the second one that is "
-        "seen. Cameras are named when they answer to a discovery or tell their names to another "
-        "program; until then by their addresses. Output as of watch.");
+        "Watch the streams of cameras that other programs receive, until Ctrl+C or for a time. "
+        "Opens no camera and sends nothing: packets of GigE cameras are seen where they arrive, by "
+        "their headers, and transfers of USB3 Vision cameras through the kernel's module usbmon. "
+        "Network adapters need the capability CAP_NET_RAW, USB buses the permission to read "
+        "/dev/usbmonN. GigE cameras are named when they answer to a discovery or tell their names "
+        "to another program; until then by their addresses. Output as of watch.");
     command.options =
         QList<QCommandLineOption>{
             {interfaceOption,
-             QStringLiteral("A network adapter; may be given several times. Without it, all that "
-                            "are up."),
-             QStringLiteral("adapter")},
+             QStringLiteral("A network adapter, or usbmonN for USB bus N; may be given several "
+                            "times. Without it, all adapters that are up and all USB buses that "
+                            "may be observed."),
+             QStringLiteral("name")},
             {pcapOption,
              QStringLiteral("After frames were lost, writes the headers of the last minute's "
                             "packets to this file (pcapng, for Wireshark); at most once a minute, "

@@ -32,7 +32,7 @@ public:
     /// \p root is the folder above /sys.
     explicit StreamMetrics(AdapterOf adapterOf, std::filesystem::path root = "/");
 
-    /// The metrics of a document of runBenchmark() or ObservedAdapters, read at \p now. Cameras
+    /// The metrics of a document of runBenchmark() or ObservedInterfaces, read at \p now. Cameras
     /// and interfaces that it does not contain have no series any more.
     std::vector<prometheus::MetricFamily> after(const QJsonObject& interval,
                                                 Clock::time_point now = Clock::now());

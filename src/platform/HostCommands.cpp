@@ -36,6 +36,14 @@ std::string packetSocketCommand(const std::filesystem::path& program) {
     return "sudo setcap cap_net_raw+ep " + shellWord(program.string());
 }
 
+std::string usbMonitorCommand() {
+    return "sudo modprobe usbmon";
+}
+
+std::string usbMonitorPermissionCommand(const std::filesystem::path& file) {
+    return "sudo chown \"$USER\" " + shellWord(file.string());
+}
+
 /// The number is below that of the system's 73-seat-late.rules, which act on the tag. The rule
 /// matches the control interface of USB3 Vision: many webcams have the same device class.
 std::string usbPermissionCommand() {

@@ -26,6 +26,10 @@ std::string usbMemoryCommand(std::uint64_t megabytes);
 std::string receiveBufferCommand(std::uint64_t bytes);
 /// Permits packet sockets to the program in a file, as long as the file is not changed.
 std::string packetSocketCommand(const std::filesystem::path& program);
+/// Loads the kernel's module that shows USB transfers, until the next start of the host.
+std::string usbMonitorCommand();
+/// Permits this user to read \p file, one of that module's, until the next start of the host.
+std::string usbMonitorPermissionCommand(const std::filesystem::path& file);
 /// Permits USB3 Vision cameras to the user at the computer and to the group "video".
 std::string usbPermissionCommand();
 /// Lets an adapter send and receive packets of up to \p bytes whole, until it is made anew, like

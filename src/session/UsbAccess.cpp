@@ -50,7 +50,7 @@ std::vector<Usb3VisionCamera> usb3VisionCameras(const fs::path& root) {
         const std::string file = fileOf(device);
         if (isUsb3Vision(device))
             cameras.push_back({nameOf(device), '/' + file, device.linkSpeed, mayOpen(root / file),
-                               device.controller});
+                               device.controller, device.bus});
     }
     return cameras;
 }

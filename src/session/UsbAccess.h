@@ -23,6 +23,8 @@ struct Usb3VisionCamera {
     bool mayBeOpened = false;
     /// Key of its host controller; see platform::UsbDevice.
     std::string controller;
+    /// Number of its bus.
+    std::int64_t bus = 0;
 };
 
 /// Finds all of them in the folders /sys and /dev below \p root. Opens no camera, only its file.

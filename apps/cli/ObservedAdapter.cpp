@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "cli/ObservedAdapters.h"
+#include "cli/ObservedAdapter.h"
 
 #include "cli/AdapterLoad.h"
 #include "cli/Failure.h"
 #include "cli/FrameFigures.h"
-#include "cli/LossCapture.h"
 #include "cli/LossFindings.h"
+#include "cli/StreamRow.h"
 #include "gige/DiscoveredCamera.h"
-#include "observer/AdapterObserver.h"
 #include "platform/AddressText.h"
 #include "platform/HostCommands.h"
 #include "platform/NetworkAdapters.h"
@@ -30,33 +29,12 @@ using Clock = std::chrono::steady_clock;
 
 /// An adapter without packets wakes its thread so often.
 constexpr std::chrono::milliseconds longestWait{500};
-/// Of a thread that has to share its processor.
-constexpr std::chrono::milliseconds longestDelay{60};
-/// Memory for the packets of the last minute, of all adapters together. At 1 Gbit/s and 1500 bytes
-/// of a packet, a minute takes 450 MB.
-constexpr std::size_t mostRecorded = std::size_t{256} << 20U;
-/// Streams that pause for less are not called silent.
-constexpr double shownSilence = 1.5;
-
-const QLatin1String resultType("result");
 
 /// A stream as it is told apart: camera, host and port.
 using StreamKey = std::tuple<std::uint32_t, std::uint32_t, std::uint16_t>;
 
 double secondsBetween(Clock::time_point since, Clock::time_point until) {
     return std::chrono::duration<double>(until - since).count();
-}
-
-CameraCounts countsOf(const observer::StreamFigures& figures) {
-    CameraCounts counts;
-    counts.frames.completeFrames = figures.framesComplete;
-    counts.frames.incompleteFrames = figures.framesIncomplete;
-    counts.frames.receivedFrames = figures.framesComplete + figures.framesIncomplete;
-    counts.frames.lostFrames = static_cast<std::int64_t>(figures.framesLost);
-    counts.frames.payloadBytes = figures.dataBytes;
-    counts.packetsResent = static_cast<std::int64_t>(figures.packetsResent);
-    counts.packetsMissing = static_cast<std::int64_t>(figures.packetsMissing);
-    return counts;
 }
 
 /// What the sockets of the receiving programs have dropped of each stream.
@@ -91,19 +69,6 @@ QString idOf(const observer::StreamReading& stream) {
                                       : platform::addressText(stream.camera));
 }
 
-void addTiming(QJsonObject& row, const observer::FrameTiming& timing) {
-    if (timing.frames == 0)
-        return;
-    const auto seconds = [](std::chrono::nanoseconds time) {
-        return std::chrono::duration<double>(time).count();
-    };
-    row[QStringLiteral("frameSeconds")] =
-        seconds(timing.total) / static_cast<double>(timing.frames);
-    row[QStringLiteral("longestFrameSeconds")] = seconds(timing.longest);
-    row[QStringLiteral("largestGapSeconds")] = seconds(timing.largestGap);
-    row[QStringLiteral("burstBytesPerSecond")] = timing.burstBytesPerSecond;
-}
-
 /// The part of a camera in all that the adapter has received.
 void addAdapterShare(QJsonObject& row, const QJsonObject& load) {
     const QLatin1String rate("bytesPerSecond");
@@ -129,17 +94,6 @@ QJsonObject identityOf(const observer::StreamReading& stream) {
              .arg(stream.port)}};
 }
 
-QStringList adaptersThatAreUp() {
-    QStringList names;
-    for (const platform::NetworkAdapter& adapter :
-         platform::networkAdapters().value_or(std::vector<platform::NetworkAdapter>())) {
-        const QString name = QString::fromStdString(adapter.name);
-        if (adapter.isUp && !names.contains(name))
-            names.append(name);
-    }
-    return names;
-}
-
 std::unique_ptr<observer::AdapterObserver>
 openObserver(const QString& adapter, std::unique_ptr<observer::PacketRecord> record) {
     const QStringList known = adaptersThatAreUp();
@@ -162,12 +116,10 @@ openObserver(const QString& adapter, std::unique_ptr<observer::PacketRecord> rec
                       .arg(adapter));
 }
 
-} // namespace
-
 /// One adapter, with a thread that takes its packets.
-class ObservedAdapters::Adapter {
+class WatchedAdapter final : public ObservedAdapter {
 public:
-    Adapter(const QString& name, std::unique_ptr<observer::PacketRecord> record)
+    WatchedAdapter(const QString& name, std::unique_ptr<observer::PacketRecord> record)
         : m_name(name),
           m_bitsPerSecond(static_cast<double>(platform::linkSpeed(name.toStdString()))),
           m_networkBefore(platform::readNetworkCounters(name.toStdString())),
@@ -176,21 +128,20 @@ public:
                   m_observer->receive(longestWait);
           }) {}
 
-    /// Before the results of all adapters, which take() then gives.
-    void endCount() {
+    void endCount() override {
         m_countedAtEnd = platform::readAdapterCounters(m_name.toStdString());
         m_observer->endCount();
     }
 
-    std::chrono::milliseconds latency() const { return m_observer->latency(); }
+    std::chrono::milliseconds latency() const override { return m_observer->latency(); }
 
-    ~Adapter() {
+    ~WatchedAdapter() override {
         m_isEnding = true;
         m_observer->wake();
         m_thread.join();
     }
 
-    QJsonObject interval() {
+    QJsonObject interval() override {
         Reading now = read();
         // Packets of a new stream were not seen from its beginning.
         if (!m_observer->counted())
@@ -200,7 +151,7 @@ public:
         return document;
     }
 
-    QJsonObject result() {
+    QJsonObject result() override {
         m_last = read();
         const Reading& now = m_last;
         QJsonObject document = figures(m_first, now, m_allTiming);
@@ -208,15 +159,16 @@ public:
         return document;
     }
 
-    /// Frames that were lost or incomplete until the last interval or result.
-    std::uint64_t lostFrames() const {
+    std::uint64_t lostFrames() const override {
         std::uint64_t lost = 0;
         for (const auto& [key, stream] : m_last.streams)
             lost += stream.figures.framesLost + stream.figures.framesIncomplete;
         return lost;
     }
 
-    observer::CapturedAdapter recorded() { return {m_name.toStdString(), m_observer->recorded()}; }
+    observer::CapturedAdapter recorded() override {
+        return {m_name.toStdString(), m_observer->recorded()};
+    }
 
 private:
     using Timings = std::map<StreamKey, observer::FrameTiming>;
@@ -283,20 +235,11 @@ private:
         for (const auto& [key, stream] : until.streams) {
             const auto before = since.streams.find(key);
             QJsonObject row = identityOf(stream);
-            const QJsonObject counted = cameraFigures(
-                countsOf(before == since.streams.end() ? stream.before : before->second.figures),
-                countsOf(stream.figures), period);
-            for (auto figure = counted.begin(); figure != counted.end(); ++figure)
-                row[figure.key()] = figure.value();
-            addLinkShare(row, m_bitsPerSecond);
+            addFigures(row,
+                       {before == since.streams.end() ? stream.before : before->second.figures,
+                        stream.figures, timings.at(key), stream.silence},
+                       period, m_bitsPerSecond);
             addAdapterShare(row, load);
-            row[QStringLiteral("packetsDuplicate")] =
-                static_cast<qint64>(stream.figures.packetsDuplicate);
-            row[QStringLiteral("unjudgedFrames")] =
-                static_cast<qint64>(stream.figures.framesUnjudged);
-            addTiming(row, timings.at(key));
-            if (stream.silence.count() > shownSilence)
-                row[QStringLiteral("silentSeconds")] = stream.silence.count();
             if (const auto drops = m_receiverDrops.of(stream, sockets))
                 row[QStringLiteral("receiverDrops")] = static_cast<qint64>(*drops);
             rows.append(row);
@@ -330,11 +273,7 @@ private:
         evidence.program = platform::programFile();
         for (const auto& [key, stream] : now.streams) {
             const observer::StreamFigures& figures = stream.figures;
-            CameraEvidence camera;
-            camera.id = idOf(stream).toStdString();
-            camera.framesReceived = figures.framesComplete + figures.framesIncomplete;
-            camera.framesIncomplete = figures.framesIncomplete;
-            camera.framesLost = figures.framesLost;
+            CameraEvidence camera = frameEvidence(idOf(stream).toStdString(), figures);
             camera.streamFramesLost = figures.framesLost;
             camera.framesHollow = figures.framesHollow;
             camera.gaps = figures.gaps;
@@ -364,83 +303,22 @@ private:
     std::thread m_thread;
 };
 
-struct ObservedAdapters::State {
-    bool isList = true;
-    Clock::time_point start = Clock::now();
-    std::vector<std::unique_ptr<Adapter>> adapters;
-    std::optional<LossCapture> capture;
+} // namespace
 
-    std::vector<observer::CapturedAdapter> recorded() const {
-        std::vector<observer::CapturedAdapter> all;
-        for (const auto& adapter : adapters)
-            all.push_back(adapter->recorded());
-        return all;
+QStringList adaptersThatAreUp() {
+    QStringList names;
+    for (const platform::NetworkAdapter& adapter :
+         platform::networkAdapters().value_or(std::vector<platform::NetworkAdapter>())) {
+        const QString name = QString::fromStdString(adapter.name);
+        if (adapter.isUp && !names.contains(name))
+            names.append(name);
     }
-
-    void noteLosses() {
-        std::uint64_t lost = 0;
-        for (const auto& adapter : adapters)
-            lost += adapter->lostFrames();
-        capture->note(lost);
-    }
-
-    QJsonObject document(const QString& type, QJsonObject (Adapter::*figures)()) {
-        QJsonArray interfaces;
-        for (const auto& adapter : adapters)
-            interfaces.append(((*adapter).*figures)());
-        QJsonObject document = isList ? QJsonObject{{QStringLiteral("interfaces"), interfaces}}
-                                      : interfaces.first().toObject();
-        document[QStringLiteral("type")] = type;
-        document[QStringLiteral("simulated")] = false;
-        document[QStringLiteral("seconds")] = secondsBetween(start, Clock::now());
-        if (capture) {
-            noteLosses();
-            if (type == resultType)
-                capture->finish();
-            if (!capture->document().isEmpty())
-                document[QStringLiteral("capture")] = capture->document();
-        }
-        return document;
-    }
-};
-
-ObservedAdapters::ObservedAdapters(const QStringList& names,
-                                   const std::optional<QString>& captureFile)
-    : m_state(std::make_unique<State>()) {
-    QStringList adapters = names.isEmpty() ? adaptersThatAreUp() : names;
-    adapters.removeDuplicates();
-    if (adapters.isEmpty())
-        throw Failure(QStringLiteral("No network adapter is up."));
-    m_state->isList = names.size() != 1;
-    if (captureFile)
-        m_state->capture.emplace(*captureFile,
-                                 [state = m_state.get()] { return state->recorded(); });
-    for (const QString& name : adapters) {
-        auto record = captureFile ? std::make_unique<observer::PacketRecord>(
-                                        static_cast<std::uint32_t>(m_state->adapters.size()),
-                                        mostRecorded / static_cast<std::size_t>(adapters.size()))
-                                  : nullptr;
-        m_state->adapters.push_back(std::make_unique<Adapter>(name, std::move(record)));
-    }
+    return names;
 }
 
-ObservedAdapters::~ObservedAdapters() = default;
-
-QJsonObject ObservedAdapters::interval() {
-    return m_state->document(QStringLiteral("interval"), &Adapter::interval);
-}
-
-QJsonObject ObservedAdapters::result(bool isInterrupted) {
-    std::chrono::milliseconds latency{0};
-    for (const auto& adapter : m_state->adapters) {
-        adapter->endCount();
-        latency = std::max(latency, adapter->latency());
-    }
-    // Until the packets that were counted have been taken.
-    std::this_thread::sleep_for(latency + longestDelay);
-    QJsonObject document = m_state->document(resultType, &Adapter::result);
-    document[QStringLiteral("interrupted")] = isInterrupted;
-    return document;
+std::unique_ptr<ObservedAdapter>
+ObservedAdapter::open(const QString& name, std::unique_ptr<observer::PacketRecord> record) {
+    return std::make_unique<WatchedAdapter>(name, std::move(record));
 }
 
 } // namespace cli

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+
+namespace cli {
+
+/// The streams that network adapters and USB buses of this host receive, whichever program receives
+/// them. Opens no camera and sends nothing. Bound to one thread.
+class ObservedInterfaces {
+public:
+    /// Begins at once. Without \p names, all adapters that are up and have an IPv4 address, and all
+    /// USB buses that may be observed. With a \p captureFile, writes headers of packets there when
+    /// frames of adapters were lost. Throws a Failure for a wrong name or file, and where this
+    /// program may not see the packets or transfers.
+    ObservedInterfaces(const QStringList& names, const std::optional<QString>& captureFile);
+    ~ObservedInterfaces();
+    ObservedInterfaces(const ObservedInterfaces&) = delete;
+    ObservedInterfaces& operator=(const ObservedInterfaces&) = delete;
+
+    /// A line for each USB3 Vision camera that is not observed, with what to do. None where
+    /// interfaces were chosen.
+    const QStringList& notices() const;
+    /// Documents as runBenchmark() makes them: rates of the time since the interval before, and of
+    /// the whole time with the places where frames were lost.
+    QJsonObject interval();
+    QJsonObject result(bool isInterrupted);
+
+private:
+    struct State;
+
+    const std::unique_ptr<State> m_state;
+};
+
+} // namespace cli
