@@ -108,8 +108,9 @@ Command observeCommand() {
         "Opens no camera and sends nothing: packets of GigE cameras are seen where they arrive, by "
         "their headers, and transfers of USB3 Vision cameras through the kernel's module usbmon. "
         "Network adapters need the capability CAP_NET_RAW, USB buses the permission to read "
-        "/dev/usbmonN. GigE cameras are named when they answer to a discovery or tell their names "
-        "to another program; until then by their addresses. Output as of watch.");
+        "/dev/usbmonN. Frames of GigE cameras are counted from the second one that is seen. They "
+        "are named when they answer to a discovery or tell their names to another program; until "
+        "then by their addresses. Output as of watch.");
     command.options =
         QList<QCommandLineOption>{
             {interfaceOption,

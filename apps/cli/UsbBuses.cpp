@@ -29,9 +29,9 @@ bool isThere(const QString& bus, const fs::path& root) {
 /// Why a bus of this host cannot be observed, with the command that permits it.
 QString obstacle(const QString& bus, const fs::path& root) {
     if (!isThere(bus, root))
-        return QStringLiteral("The kernel's module usbmon is not loaded, which shows the transfers "
-                              "of USB. Load it: %1")
-            .arg(QString::fromStdString(platform::usbMonitorCommand()));
+        return QStringLiteral("There is no /dev/%1, where the kernel's module usbmon shows the "
+                              "transfers of USB. Load it: %2")
+            .arg(bus, QString::fromStdString(platform::usbMonitorCommand()));
     std::error_code error;
     observer::UsbMonitor::open(usbBusFile(bus, root), error);
     const fs::path shown = usbBusFile(bus, "/");

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <deque>
 #include <string>
+#include <thread>
 #include <vector>
 
 /// USB3 Vision cameras by hand, as the kernel's usbmon shows their transfers.
@@ -113,7 +114,10 @@ public:
     int control(unsigned long request, unsigned long value) override {
         return request == 0x9204 && value <= 1200 * 1024 ? 0 : -EINVAL;
     }
-    void wait(std::chrono::milliseconds) override {}
+    void wait(std::chrono::milliseconds longest) override {
+        if (m_events.empty())
+            std::this_thread::sleep_for(std::min(longest, std::chrono::milliseconds(1)));
+    }
     void wake() override {}
     std::chrono::nanoseconds now() const override { return time; }
     bool isEmpty() const { return m_events.empty(); }

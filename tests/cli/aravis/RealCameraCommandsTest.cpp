@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "session/StreamingLimits.h"
 #include "tests/cli/SpanletProcess.h"
+#include "tests/cli/ValidFigures.h"
 #include "tests/support/FakeCameraProcess.h"
 #include "tests/support/FileTree.h"
 
@@ -111,17 +112,6 @@ TEST_F(CommandsOnRealCameras, closesCamerasWhenABenchmarkIsInterrupted) {
     EXPECT_GT(framesSent(), 0);
 }
 
-/// Every line of \p documents against the schema; nothing to say where Python has no jsonschema.
-void expectValidFigures(const std::string& documents) {
-    QProcess validation;
-    validation.start(QStringLiteral(VALIDATE_FILE), {QStringLiteral(SCHEMA_FILE)});
-    validation.write(QByteArray::fromStdString(documents));
-    validation.closeWriteChannel();
-    ASSERT_TRUE(validation.waitForFinished());
-    EXPECT_TRUE(validation.exitCode() == 0 || validation.exitCode() == 77)
-        << validation.readAllStandardError().toStdString();
-}
-
 TEST_F(CommandsOnRealCameras, areObservedWhileAnotherProgramReceives) {
     const fakecamera::FakeCameraProcess dropping{"127.0.0.4",
                                                  {"--drop-every", "500", "--skip-every", "20"}};
@@ -163,7 +153,9 @@ TEST_F(CommandsOnRealCameras, areObservedWhileAnotherProgramReceives) {
     EXPECT_GT(number(capture, "writtenAfterSeconds"), 3) << "once more at the end";
     EXPECT_GT(std::filesystem::file_size(file), 10'000U);
     EXPECT_EQ(SpanletProcess().run("observe --interface nothing"), 2);
+    EXPECT_NE(SpanletProcess().run("observe --interface usbmon9999"), 0);
     SpanletProcess wrong;
+    EXPECT_EQ(wrong.run("observe --interface usbmon1 --pcap " + file), 2);
     EXPECT_EQ(wrong.run("observe --interface lo --pcap /none/lost.pcapng"), 2);
     EXPECT_THAT(wrong.err(), HasSubstr("\"/none/lost.pcapng\": there is no such folder."));
 }
