@@ -48,7 +48,7 @@ protected:
 
 TEST_F(UsbBuses, areObservedAsAdaptersAre) {
     auto monitor = std::make_unique<usbscript::Monitor>();
-    for (std::uint64_t id : {0, 1, 2, 4})
+    for (std::uint64_t id : {0U, 1U, 2U, 4U})
         monitor->sendFrame(id);
     usbscript::Event unknown;
     unknown.device = 9;

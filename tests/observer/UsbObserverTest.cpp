@@ -102,7 +102,7 @@ TEST_F(UsbObservers, countFramesThatLackSomething) {
 TEST_F(UsbObservers, takeAStopForNoLoss) {
     bus.sendFrame(1'000'000'000'000);
     send(leader(1'000'000'000'001));
-    for (std::uint64_t id : {0, 1, 0, 0}) // three acquisitions
+    for (std::uint64_t id : {0U, 1U, 0U, 0U}) // three acquisitions
         bus.sendFrame(id);
     EXPECT_EQ(frames(), (Counts{5, 0, 0, 1}));
     bus.sendFrame(5000);
@@ -190,7 +190,7 @@ TEST_F(UsbObservers, outliveGarbage) {
         std::generate(event.data.begin(), event.data.end(), [&] { return any(4) ? 0 : any(255); });
         const Bytes magic = any(2) ? leader(any(4)) : trailer(any(4), any(2), any(99));
         if (any(4))
-            std::copy_n(magic.begin(), std::min<std::size_t>(event.data.size(), 1U + any(40)),
+            std::copy_n(magic.begin(), std::min<std::size_t>(event.data.size(), 1U + any(28)),
                         event.data.begin());
         event.device = any(128);
         event.endpoint |= any(16);
