@@ -15,7 +15,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
+#include <random>
 #include <thread>
 
 namespace {
@@ -70,6 +72,38 @@ std::vector<Link> readLinks() {
                                  camera[QLatin1String("scenario")].toObject()});
         links.push_back(link);
     }
+    return links;
+}
+
+/// Links of 1 to 10 Gbit/s with 2 to 11 cameras that ask for 0.5 to 2 times what it carries, some
+/// of them triggered, some with a high lowest or a low highest limit. Each seed gives the same
+/// anywhere.
+Link randomLink(unsigned seed) {
+    std::mt19937 bits(seed);
+    const auto from = [&](double low, double high) {
+        return low + (high - low) * static_cast<double>(bits()) /
+                         static_cast<double>(std::mt19937::max());
+    };
+    Link link{"random" + std::to_string(seed), 1000.0 * static_cast<int>(from(1, 11)), {}};
+    const auto count = static_cast<std::size_t>(from(2, 12));
+    const double fairShare = link.usable() / static_cast<double>(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        Member member{fairShare * from(0.5, 2), 0, 1, link.carried(), 0, {}};
+        if (from(0, 3) < 1)
+            member.triggered = member.most * from(0.4, 0.9);
+        else if (from(0, 3) < 1)
+            member.minimum = std::ceil(fairShare * from(0.3, 0.9));
+        else if (from(0, 3) < 1)
+            member.maximum = std::ceil(fairShare * from(0.3, 1.5));
+        link.members.push_back(member);
+    }
+    return link;
+}
+
+std::vector<Link> links() {
+    std::vector<Link> links = readLinks();
+    for (unsigned seed = 1; seed <= 10; ++seed)
+        links.push_back(randomLink(seed));
     return links;
 }
 
@@ -240,7 +274,7 @@ TEST_P(PlannedLink, losesNothingAndReachesTheFairOptimum) {
     RecordProperty("autoSetLoss", std::to_string(100 * (1 - std::min(1.0, excess))));
 }
 
-INSTANTIATE_TEST_SUITE_P(Links, PlannedLink, testing::ValuesIn(readLinks()),
+INSTANTIATE_TEST_SUITE_P(Links, PlannedLink, testing::ValuesIn(links()),
                          [](const auto& link) { return link.param.name; });
 
 } // namespace
