@@ -50,10 +50,17 @@ German texts, access to USB3 Vision cameras, and room for received packets."
     ${CMAKE_CURRENT_SOURCE_DIR}/debian/library/postrm
     ${CMAKE_CURRENT_BINARY_DIR}/debian/library/shlibs
     ${CMAKE_CURRENT_SOURCE_DIR}/debian/library/triggers)
-foreach(program spanlet spanlet-viewer)
-    foreach(script preinst postinst)
-        configure_file(debian/program/${script}.in debian/${program}/${script} @ONLY)
-        list(APPEND ${program}_scripts ${CMAKE_CURRENT_BINARY_DIR}/debian/${program}/${script})
+foreach(program spanlet-viewer spanlet)
+    set(services)
+    set(scripts program/preinst program/postinst)
+    if(program STREQUAL spanlet)
+        set(services "spanlet-restore.service spanlet-observe.service")
+        list(APPEND scripts cli/prerm cli/postrm)
+    endif()
+    foreach(script IN LISTS scripts)
+        get_filename_component(name ${script} NAME)
+        configure_file(debian/${script}.in debian/${program}/${name} @ONLY)
+        list(APPEND ${program}_scripts ${CMAKE_CURRENT_BINARY_DIR}/debian/${program}/${name})
     endforeach()
 endforeach()
 spanlet_package(
@@ -61,7 +68,7 @@ spanlet_package(
     "${about}
 This package has the command line, which also checks a computer for what costs
 frames, with completions for bash and zsh."
-    ${spanlet_scripts} ${CMAKE_CURRENT_SOURCE_DIR}/debian/cli/prerm)
+    ${spanlet_scripts})
 spanlet_package(
     viewer spanlet-viewer graphics "bandwidth of machine-vision cameras (camera viewer)"
     "${about}

@@ -5,8 +5,6 @@
 set(NOT_UNDER_WINE
     "Calibrate\\.measuresNothingThatCannotBeSaved"
     "Windows has no variable for the folder of the user's configuration"
-    "Documentation\\.completion.*"
-    "run bash, whose completion they test"
     "Interruption\\.isRequestedByCtrlC"
     "Wine makes no console without a display (windows_ctrl_c runs it on one)"
     "Shutdown\\.leavesNoThread"
