@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "tests/cli/ProcessSignal.h"
 #include "tests/cli/SpanletProcess.h"
 #include "tests/support/FileTree.h"
 
@@ -15,7 +16,7 @@ int interrupt(SpanletProcess& spanlet, const std::string& line, const std::strin
               int signal = SIGINT) {
     spanlet.start(words(line + " --interface GEV-enp3s0"));
     spanlet.await(text);
-    ::kill(static_cast<pid_t>(spanlet.id()), signal);
+    sendSignal(spanlet, signal);
     return spanlet.finish();
 }
 
@@ -51,7 +52,7 @@ TEST(Interruption, endsAReportWithTheFormerLimits) {
         spanlet.forget();
         ASSERT_NO_FATAL_FAILURE(spanlet.await("GEV-211003): Acquisition started successfully."));
     }
-    ::kill(static_cast<pid_t>(spanlet.id()), SIGINT);
+    sendSignal(spanlet, SIGINT);
     EXPECT_EQ(spanlet.finish(), 1);
     const QJsonObject report = spanlet.json();
     EXPECT_EQ(number(report, "interrupted"), 1);
@@ -83,7 +84,7 @@ TEST(Interruption, endsARestorationThatReadsItsFileAgain) {
     spanlet.await("The former settings stay in use.");
     files.write("cameras.json", both);
     spanlet.await("GEV-21018: 0 settings restored");
-    ::kill(static_cast<pid_t>(spanlet.id()), SIGINT);
+    sendSignal(spanlet, SIGINT);
     EXPECT_EQ(spanlet.finish(), 0);
     EXPECT_THAT(matches(spanlet.out(), "^(GEV-21017): "), SizeIs(1)) << "restored already";
 }

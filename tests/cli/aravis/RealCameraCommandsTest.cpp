@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "session/StreamingLimits.h"
+#include "tests/cli/ProcessSignal.h"
 #include "tests/cli/SpanletProcess.h"
 #include "tests/cli/ValidFigures.h"
 #include "tests/support/FakeCameraProcess.h"
@@ -32,7 +33,7 @@ protected:
     }
 
     static void interrupt(const SpanletProcess& spanlet) {
-        ::kill(static_cast<pid_t>(spanlet.id()), SIGINT);
+        sendSignal(spanlet, SIGINT);
     }
 
     const fakecamera::FakeCameraProcess left{"127.0.0.2", {"--serial", "L1", "--user-id", "Left"}};
@@ -214,7 +215,7 @@ TEST(SetIp, refusesSimulatedCamerasAndOnesInUse) {
     SpanletProcess spanlet;
     EXPECT_EQ(spanlet.run("set-ip FC0001 127.0.0.9"), 1);
     EXPECT_THAT(spanlet.err(), HasSubstr("is in use by a program on 127.0.0.1."));
-    ::kill(static_cast<pid_t>(other.id()), SIGINT);
+    sendSignal(other, SIGINT);
     other.finish();
     for (const char* option : {" --cameras simulated", " --config :faulty"})
         EXPECT_EQ(SpanletProcess().run(std::string("set-ip FC0001 auto") + option), 2) << option;

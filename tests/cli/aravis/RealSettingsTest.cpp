@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "tests/cli/ProcessSignal.h"
 #include "tests/cli/SpanletProcess.h"
 #include "tests/support/FakeCameraProcess.h"
 #include "tests/support/FileTree.h"
@@ -62,7 +63,7 @@ TEST_F(RealSettings, returnWithTheCamera) {
         EXPECT_EQ(saved("again.json"), wanted);
         watch.forget(); // the next cycle prints the same
     }
-    ::kill(static_cast<pid_t>(watch.id()), SIGINT);
+    sendSignal(watch, SIGINT);
     EXPECT_EQ(watch.finish(), 0);
     EXPECT_EQ(textOf("get A1 DeviceRegistersValid --cameras genicam"), "true\n");
 }
@@ -78,7 +79,7 @@ TEST_F(RealSettings, staysUsableWhenTheUserInterrupts) {
         SpanletProcess restore;
         restore.start(arguments("restore " + path("wanted.json")));
         QThread::msleep(milliseconds);
-        ::kill(static_cast<pid_t>(restore.id()), SIGINT);
+        sendSignal(restore, SIGINT);
         EXPECT_EQ(restore.finish(), 1) << restore.out();
         EXPECT_EQ(textOf("get A1 DeviceRegistersValid --cameras genicam"), "true\n")
             << milliseconds;
