@@ -153,6 +153,13 @@ SourceCounts PacketRing::counts() {
     return m_counts;
 }
 
+bool PacketRing::isAttached() const {
+    sockaddr_ll address{};
+    socklen_t size = sizeof address;
+    return getsockname(m_socket.handle(), reinterpret_cast<sockaddr*>(&address), &size) == 0 &&
+           address.sll_ifindex == m_adapterIndex;
+}
+
 void PacketRing::receive(std::chrono::microseconds wait, const Handler& handler) {
     const bool gathers = m_isFlowing && wait > m_use.gathering;
     if (gathers)

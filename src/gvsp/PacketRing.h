@@ -57,6 +57,8 @@ public:
     void listen(const std::vector<StreamEndpoint>& endpoints) override;
     std::chrono::milliseconds latency() const override;
     SourceCounts counts() override;
+    /// False after the adapter was removed, for ever.
+    bool isAttached() const;
 
 private:
     PacketRing(int handle, const Use& use) : m_use(use), m_socket(handle) {}

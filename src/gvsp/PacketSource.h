@@ -45,6 +45,10 @@ struct SourceCounts {
     std::uint64_t dropped = 0;
     /// How often a full ring stopped taking packets; 0 for a UDP socket.
     std::uint64_t freezes = 0;
+    /// How often the adapter was removed, and how often its packets came again after that; see
+    /// AdapterRing.
+    std::uint64_t removals = 0;
+    std::uint64_t returns = 0;
 };
 
 /// Where the packets of streams come from.

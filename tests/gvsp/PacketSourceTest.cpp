@@ -2,6 +2,7 @@
 #include "gige/BigEndian.h"
 #include "gige/BootstrapRegisters.h"
 #include "gige/IpDatagram.h"
+#include "gvsp/AdapterRing.h"
 #include "gvsp/PacketRing.h"
 #include "gvsp/StreamFilter.h"
 #include "gvsp/UdpPackets.h"
@@ -15,6 +16,7 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <future>
 #include <memory>
 #include <thread>
@@ -413,6 +415,44 @@ TEST_P(PacketSources, ignoreMalformedPacketsAlsoWithoutAFilterThatFits) {
         send(payload(33, 1));
         EXPECT_EQ(receive(1), std::vector<Received>({{payload(33, 1), 33}}));
     }
+}
+
+TEST(AdapterRing, goesOnWithAnAdapterThatWasRemovedAndMadeAnew) {
+    const char* const make = "ip link add cam0 type veth peer name cam1 2>/dev/null && "
+                             "ip link set cam0 up && ip link set cam1 up";
+    const platform::Descriptor raw(socket(AF_PACKET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    if (!raw.isOpen() || std::system(make) != 0)
+        GTEST_SKIP() << "this user may not make adapters";
+    const auto ring = AdapterRing::open("cam0", PacketRing::observing);
+    ASSERT_TRUE(ring);
+    const StreamEndpoint known{cameraAddress, hostAddress, 4711, true};
+    ring->listen({known});
+    const auto end = std::chrono::steady_clock::now() + 20s;
+    int seen = 0;
+    const auto receiveUntil = [&](const auto& isReached) {
+        while (!isReached() && std::chrono::steady_clock::now() < end)
+            ring->receive(50ms, [&seen](const StreamDatagram&) { ++seen; });
+        EXPECT_TRUE(isReached());
+    };
+    for (int i = 0; i < 3; ++i) {
+        sockaddr_ll to{};
+        to.sll_family = AF_PACKET;
+        to.sll_protocol = htons(ETH_P_IP);
+        to.sll_ifindex = static_cast<int>(if_nametoindex("cam1"));
+        const Bytes packet = ipPacket(known, payload(500, 3));
+        EXPECT_GE(sendto(raw.handle(), packet.data(), packet.size(), 0,
+                         reinterpret_cast<const sockaddr*>(&to), sizeof to),
+                  0);
+        receiveUntil([&] { return seen == i + 1; });
+        EXPECT_EQ(std::system("ip link del cam0"), 0);
+        receiveUntil([&] { return ring->counts().removals == static_cast<unsigned>(i) + 1; });
+        ring->wake();
+        ring->receive(20s, [](const StreamDatagram&) { ADD_FAILURE(); });
+        EXPECT_EQ(std::system(make), 0);
+        receiveUntil([&] { return ring->counts().returns == static_cast<unsigned>(i) + 1; });
+    }
+    EXPECT_EQ(std::system("ip link del cam0"), 0);
+    EXPECT_LT(std::chrono::steady_clock::now(), end);
 }
 
 /// An Ethernet frame of the IPv4 packet behind these VLAN tags (protocol and control information).
