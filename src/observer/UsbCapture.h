@@ -31,7 +31,7 @@ public:
     explicit UsbCapture(UsbMonitor& monitor);
 
     /// Waits up to \p longest for transfers, and takes a limited number of those that have ended.
-    /// False where the kernel gives no more.
+    /// False after an error. A bus that was removed gives no error, only no more transfers.
     bool receive(std::chrono::milliseconds longest);
     /// What receive() has missed, to be noted before its transfers are judged.
     const UsbMiss& missed() const { return m_missed; }

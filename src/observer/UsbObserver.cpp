@@ -12,6 +12,8 @@ namespace {
 constexpr std::size_t mostUsbStreams = 64;
 /// Where there are too many, a stream that was silent for this long makes room.
 constexpr std::chrono::seconds shortestUsbSilence{10};
+/// Events wait in the kernel's ring for less.
+constexpr std::chrono::seconds longestWaiting{1};
 
 } // namespace
 
@@ -21,14 +23,20 @@ UsbObserver::UsbObserver(std::unique_ptr<UsbMonitor> monitor)
 bool UsbObserver::receive(std::chrono::milliseconds longest) {
     const bool goesOn = m_capture.receive(longest);
     const std::lock_guard lock(m_mutex);
-    if (const UsbMiss& missed = m_capture.missed(); missed.events > 0) {
-        m_missedEvents += missed.events;
-        for (auto& [key, stream] : m_streams)
-            stream.noteMissed(missed.since, missed.until);
-    }
+    if (m_capture.missed().events > 0)
+        noteMissed(m_capture.missed());
     for (std::size_t i = 0; i < m_capture.size(); ++i)
         take(m_capture.at(i));
     return goesOn;
+}
+
+void UsbObserver::noteMissed(const UsbMiss& missed) {
+    m_missedEvents += missed.events;
+    for (auto& [key, stream] : m_streams)
+        stream.noteMissed(missed.since, missed.until);
+    const bool joins = missed.since - m_lastMiss.until < longestWaiting;
+    m_lastMiss = {missed.events, joins ? std::min(m_lastMiss.since, missed.since) : missed.since,
+                  missed.until};
 }
 
 void UsbObserver::take(const UsbTransfer& transfer) {
@@ -39,6 +47,8 @@ void UsbObserver::take(const UsbTransfer& transfer) {
             (m_streams.size() >= mostUsbStreams && !forgetSilent(transfer.arrival)))
             return;
         known = m_streams.try_emplace(key).first;
+        if (m_lastMiss.events > 0)
+            known->second.noteMissed(m_lastMiss.since, m_lastMiss.until);
     }
     known->second.take(transfer);
 }

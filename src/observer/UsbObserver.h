@@ -26,7 +26,7 @@ struct UsbStreamReading {
     StreamFigures figures;
     /// Of the frames since the reading before.
     FrameTiming timing;
-    /// Since the last transfer.
+    /// Since data came last.
     std::chrono::duration<double> silence{0};
 };
 
@@ -44,8 +44,7 @@ class UsbObserver {
 public:
     explicit UsbObserver(std::unique_ptr<UsbMonitor> monitor);
 
-    /// Waits up to \p longest for transfers and takes those that have ended. False where the kernel
-    /// gives no more.
+    /// Waits up to \p longest for transfers and takes those that have ended. False after an error.
     bool receive(std::chrono::milliseconds longest);
     /// Ends a receive() that waits.
     void wake() { m_monitor->wake(); }
@@ -56,6 +55,7 @@ private:
     using Key = std::tuple<std::uint16_t, std::uint8_t, std::uint8_t>;
 
     void take(const UsbTransfer& transfer);
+    void noteMissed(const UsbMiss& missed);
     /// Makes room for a new stream; false where all go on.
     bool forgetSilent(UsbStream::Time now);
 
@@ -66,6 +66,8 @@ private:
     /// All below guarded by the mutex.
     std::map<Key, UsbStream> m_streams;
     std::uint64_t m_missedEvents = 0;
+    /// For streams that are found behind it, with those shortly before.
+    UsbMiss m_lastMiss;
 };
 
 } // namespace observer

@@ -21,8 +21,11 @@ constexpr std::size_t payloadOffset = 20;
 /// With the payload's type.
 constexpr std::size_t leaderSize = 20;
 
-/// A larger step of the frames' numbers is another acquisition.
-constexpr std::uint64_t largestGapOfBlocks = 1024;
+/// Frames that may be lost at once, whatever the time.
+constexpr std::int64_t burstOfBlocks = 1024;
+/// No camera sends frames faster. A larger step of their numbers than there was time for is another
+/// acquisition.
+constexpr std::chrono::microseconds shortestInterval{100};
 /// The receiving program has stopped when it took requests back and no frame came for this long.
 constexpr std::chrono::milliseconds shortestStop{500};
 
@@ -51,10 +54,12 @@ bool isCancelled(const UsbTransfer& transfer) {
     return transfer.status == -ENOENT || transfer.status == -ECONNRESET;
 }
 
-/// Frames from \p previous to \p next; nothing where these are of two acquisitions: most cameras
-/// count from 0 in each.
-std::optional<std::uint64_t> stepBetween(std::uint64_t previous, std::uint64_t next) {
-    if (next <= previous || next - previous > largestGapOfBlocks)
+/// Frames from \p previous to \p next, which came \p elapsed later; nothing where these are of two
+/// acquisitions: most cameras count from 0 in each.
+std::optional<std::uint64_t> stepBetween(std::uint64_t previous, std::uint64_t next,
+                                         UsbStream::Time elapsed) {
+    const std::int64_t possible = std::max(burstOfBlocks, elapsed / shortestInterval);
+    if (next <= previous || next - previous > static_cast<std::uint64_t>(possible))
         return std::nullopt;
     return next - previous;
 }
@@ -74,11 +79,11 @@ std::optional<UsbStream::Trailer> UsbStream::readTrailer(const UsbTransfer& tran
 }
 
 void UsbStream::take(const UsbTransfer& transfer) {
-    const Time now = m_latest = transfer.arrival;
     if (m_frame && isCancelled(transfer))
         m_frame->hasCancelled = true;
     if (!isSound(transfer))
         return;
+    const Time now = m_latest = transfer.arrival;
     ++m_figures.packets;
     if (m_frame) {
         m_frame->largestGap = std::max(m_frame->largestGap, now - m_frame->last);
@@ -133,14 +138,15 @@ void UsbStream::endUnbegun(std::uint64_t block, Time now) {
 
 void UsbStream::giveUp(std::uint64_t next, Time now) {
     const Frame frame = *std::exchange(m_frame, std::nullopt);
-    const bool isStopped =
-        !stepBetween(frame.block, next) || (frame.hasCancelled && frame.largestGap >= shortestStop);
+    const bool isStopped = !stepBetween(frame.block, next, now - frame.begin) ||
+                           (frame.hasCancelled && frame.largestGap >= shortestStop);
     countBad(isStopped || wasBlind(frame.begin, now));
     m_previousEnd = frame.begin;
 }
 
 void UsbStream::judgeGap(std::uint64_t block, Time now) {
-    const auto step = m_previous ? stepBetween(*m_previous, block) : std::nullopt;
+    const auto step =
+        m_previous ? stepBetween(*m_previous, block, now - m_previousEnd) : std::nullopt;
     if (!step || *step == 1)
         return;
     ++m_figures.gaps;
@@ -161,13 +167,15 @@ void UsbStream::time(const Frame& frame, Time end) {
 }
 
 void UsbStream::noteMissed(Time since, Time until) {
-    // One time that holds both while frames of the one before are not all judged.
-    m_blindSince = m_blindUntil >= m_previousEnd ? std::min(m_blindSince, since) : since;
-    m_blindUntil = std::max(m_blindUntil, until);
+    // One time that holds both while frames of the one before are not all judged. The system's
+    // clock may have been set back.
+    const bool holdsBoth = m_blindUntil >= m_previousEnd && m_blindUntil <= until;
+    m_blindSince = holdsBoth ? std::min(m_blindSince, since) : std::min(since, until);
+    m_blindUntil = until;
 }
 
 bool UsbStream::wasBlind(Time since, Time until) const {
-    return since <= m_blindUntil && until >= m_blindSince;
+    return std::min(since, until) <= m_blindUntil && std::max(since, until) >= m_blindSince;
 }
 
 FrameTiming UsbStream::takeTiming() {

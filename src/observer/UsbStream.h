@@ -29,7 +29,7 @@ public:
 
     /// Whether a frame had leader and trailer, so that it is a stream.
     bool isKnown() const { return m_isKnown; }
-    /// When the last transfer ended.
+    /// When the last transfer that brought data ended.
     Time latest() const { return m_latest; }
     /// "packets" are transfers that brought bytes, "dataBytes" the payload.
     const StreamFigures& figures() const { return m_figures; }

@@ -49,6 +49,7 @@ TEST_F(UsbObservers, tellWhenTheDataOfFramesCame) {
     send(Bytes(1200)); // filled up behind the valid payload
     send(trailer(1));
     bus.time += 2s;
+    send({}, -ENOENT); // the program asks again and again
     const UsbReading reading = observe();
     ASSERT_EQ(reading.streams.size(), 1U);
     const UsbStreamReading& each = reading.streams[0];
@@ -57,7 +58,8 @@ TEST_F(UsbObservers, tellWhenTheDataOfFramesCame) {
     EXPECT_EQ(each.figures.packets, 8U);
     EXPECT_EQ(each.figures.dataBytes, 6200U);
     EXPECT_THAT(each.timing, FieldsAre(2, 1600us, 1300us, 1100us, DoubleNear(3000 / 300e-6, 1)));
-    EXPECT_EQ(each.silence, 2s);
+    EXPECT_NEAR(each.silence.count(), 2.0001, 1e-9);
+    EXPECT_EQ(bus.ringSize, 1200U * 1024);
     EXPECT_EQ(observe().streams[0].timing.frames, 0U) << "those since the reading before";
 }
 
@@ -97,6 +99,12 @@ TEST_F(UsbObservers, countFramesThatLackSomething) {
     send(trailer(23));
     bus.sendFrame(24);
     EXPECT_EQ(frames(), (Counts{4, 7, 4, 0}));
+    // More than a burst, in a time in which a camera can send so many.
+    bus.time += 200ms;
+    send(leader(2024));
+    bus.time += 200ms;
+    bus.sendFrame(4024);
+    EXPECT_EQ(frames(), (Counts{5, 8, 4 + 2 * 1999, 0}));
 }
 
 TEST_F(UsbObservers, takeAStopForNoLoss) {
@@ -153,8 +161,24 @@ TEST_F(UsbObservers, doNotBlameTheCameraForWhatTheyMissed) {
     bus.time += 1ms;
     bus.sendFrame(213);
     EXPECT_EQ(frames(), (Counts{206, 0, 1, 6})) << "missed before the frame that tells";
+    // The clock is set back, and 214 was missed.
+    bus.dropped = 1;
+    bus.time -= 1min;
+    bus.sendFrame(215);
+    EXPECT_EQ(frames(), (Counts{207, 0, 1, 7}));
+    bus.time += 1s;
+    bus.sendFrame(216);
+    bus.sendFrame(218);
+    EXPECT_EQ(frames(), (Counts{209, 0, 2, 7})) << "the miss has ended";
     bus.end = -ENODEV;
-    EXPECT_FALSE(observer.receive(0ms)) << "the bus is gone";
+    EXPECT_FALSE(observer.receive(0ms)) << "an error of the file";
+}
+
+TEST_F(UsbObservers, doNotBlameANewCameraForWhatTheyMissed) {
+    bus.sendFrame(1);
+    bus.dropped = 7;
+    bus.sendFrame(5);
+    EXPECT_EQ(frames(), (Counts{2, 0, 0, 3}));
 }
 
 TEST_F(UsbObservers, tellStreamsApartFromEachOtherAndFromOtherDevices) {

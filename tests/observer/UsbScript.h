@@ -112,7 +112,10 @@ public:
         return 0;
     }
     int control(unsigned long request, unsigned long value) override {
-        return request == 0x9204 && value <= 1200 * 1024 ? 0 : -EINVAL;
+        if (request != 0x9204)
+            return -ENOTTY;
+        ringSize = value;
+        return 0;
     }
     void wait(std::chrono::milliseconds longest) override {
         if (m_events.empty())
@@ -124,6 +127,8 @@ public:
 
     std::chrono::nanoseconds time = 1'700'000'000s;
     std::uint32_t dropped = 0;
+    /// What the observer asked for; the kernel grants this much at most.
+    unsigned long ringSize = 0;
     /// What the kernel says where there is no event.
     int end = -EAGAIN;
 
