@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/AdapterLoad.h"
 
-#include <algorithm>
-#include <optional>
-
 namespace cli {
 
 namespace {
@@ -34,12 +31,7 @@ QJsonObject adapterLoad(const platform::NetworkCounters& moved, double seconds,
 }
 
 void addAdapterDrops(QJsonObject& load, const platform::NetworkCounters& moved) {
-    // Drivers count the same packet in several of these.
-    std::optional<std::uint64_t> missed;
-    for (const NetworkCount count : {NetworkCount::AdapterMissed, NetworkCount::AdapterFifoErrors,
-                                     NetworkCount::AdapterOverruns})
-        missed = std::max(missed, moved[count]);
-    if (missed)
+    if (const auto missed = platform::packetsWithoutRoom(moved))
         load[QStringLiteral("missedPackets")] = static_cast<qint64>(*missed);
     if (const auto dropped = moved[NetworkCount::AdapterDropped])
         load[QStringLiteral("droppedPackets")] = static_cast<qint64>(*dropped);
@@ -54,10 +46,10 @@ QString loadText(const QJsonObject& interface) {
     const QJsonValue percent = load[QStringLiteral("loadPercent")];
     if (percent.isDouble())
         text += QStringLiteral(" (%1 %)").arg(percent.toDouble(), 0, 'f', 0);
-    const double drops = load[QStringLiteral("missedPackets")].toDouble() +
-                         load[QStringLiteral("droppedPackets")].toDouble();
-    if (drops > 0)
-        text += QStringLiteral(", dropped %1 packets").arg(drops, 0, 'f', 0);
+    // Not "droppedPackets", which has frames that no program takes, as LLDP and STP.
+    const double missed = load[QStringLiteral("missedPackets")].toDouble();
+    if (missed > 0)
+        text += QStringLiteral(", had no room for %1 packets").arg(missed, 0, 'f', 0);
     return text;
 }
 

@@ -15,11 +15,12 @@ QJsonObject adapterLoad(const platform::NetworkCounters& moved, double seconds,
                         double bitsPerSecond);
 
 /// Adds what the adapter has discarded: "missedPackets", for which it had no room, and
-/// "droppedPackets", which its driver or the kernel dropped behind it.
+/// "droppedPackets", which its driver or the kernel dropped behind it, also as no protocol takes
+/// them.
 void addAdapterDrops(QJsonObject& load, const platform::NetworkCounters& moved);
 
-/// The load and the drops of an interface's "adapter" to follow its name: ", 103.2 MB/s (84 %)";
-/// empty without one.
+/// The load and the missed packets of an interface's "adapter" to follow its name: ", 103.2 MB/s
+/// (84 %)"; empty without one.
 QString loadText(const QJsonObject& interface);
 
 } // namespace cli

@@ -16,8 +16,6 @@ using platform::NetworkCounters;
 /// A counter of all programs is named from one in so many of the missing packets.
 constexpr std::uint64_t leastShare = 10;
 
-constexpr NetworkCount fullCounts[] = {NetworkCount::AdapterMissed, NetworkCount::AdapterFifoErrors,
-                                       NetworkCount::AdapterOverruns};
 constexpr NetworkCount damageCounts[] = {NetworkCount::AdapterChecksumErrors,
                                          NetworkCount::AdapterFrameErrors,
                                          NetworkCount::AdapterLengthErrors};
@@ -73,13 +71,9 @@ void Places::add(LossPlace place, std::uint64_t packets, std::string text, std::
 
 void Places::findInAdapter() {
     const std::string adapter = m_network.adapter;
-    // Drivers count the same packet in several of these.
-    std::uint64_t full = 0;
-    for (const NetworkCount count : fullCounts)
-        full = std::max(full, moved(m_network, count));
-    add(LossPlace::Adapter, full,
+    add(LossPlace::Adapter, platform::packetsWithoutRoom(m_network).value_or(0),
         lossText(Losses::tr("The adapter %1 had no room for packets: %2."),
-                 {adapter, movedText(m_network, fullCounts)}),
+                 {adapter, movedText(m_network, platform::roomCounts)}),
         lossText(
             Losses::tr("Give it a longer ring, up to what ethtool -g %1 shows: sudo ethtool -G "
                        "%1 rx 4096"),

@@ -3,6 +3,7 @@
 
 #include "platform/Sysfs.h"
 
+#include <algorithm>
 #include <charconv>
 #include <fstream>
 #include <map>
@@ -145,6 +146,14 @@ void readKernel(NetworkCounters& counters, const std::filesystem::path& proc) {
 
 std::string nameOf(NetworkCount count) {
     return countNames[static_cast<std::size_t>(count)];
+}
+
+std::optional<std::uint64_t> packetsWithoutRoom(const NetworkCounters& moved) {
+    // Drivers count the same packet in several of these.
+    std::optional<std::uint64_t> packets;
+    for (const NetworkCount count : roomCounts)
+        packets = std::max(packets, moved[count]);
+    return packets;
 }
 
 NetworkCounters readAdapterCounters(const std::string& adapter, const std::filesystem::path& root) {

@@ -66,6 +66,13 @@ private:
 /// The name of a counter that administrators know: "rx_missed_errors", "Udp RcvbufErrors".
 std::string nameOf(NetworkCount count);
 
+/// Where drivers count packets for which the adapter had no room.
+constexpr NetworkCount roomCounts[] = {NetworkCount::AdapterMissed, NetworkCount::AdapterFifoErrors,
+                                       NetworkCount::AdapterOverruns};
+
+/// Packets for which the adapter had no room; nothing where no counter is known.
+std::optional<std::uint64_t> packetsWithoutRoom(const NetworkCounters& moved);
+
 /// Name of the adapter that has an IPv4 address (host byte order); empty when there is none, and on
 /// Windows.
 std::string adapterWithAddress(std::uint32_t address);

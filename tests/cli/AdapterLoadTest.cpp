@@ -30,7 +30,7 @@ TEST(AdapterLoad, isThatOfTheWireWithWhatWasDropped) {
     moved[NetworkCount::AdapterFifoErrors] = 30;
     moved[NetworkCount::AdapterDropped] = 2;
     addAdapterDrops(load, moved);
-    EXPECT_EQ(text(), ", receives 75.7 MB/s (62 %), dropped 42 packets");
+    EXPECT_EQ(text(), ", receives 75.7 MB/s (62 %), had no room for 40 packets");
     EXPECT_EQ(loadText({}), QString());
 }
 
