@@ -2,7 +2,7 @@
 #include "observer/AdapterObserver.h"
 
 #include "gige/BootstrapRegisters.h"
-#include "gvsp/PacketRing.h"
+#include "gvsp/AdapterRing.h"
 #include "gvsp/StreamFilter.h"
 
 #include <algorithm>
@@ -36,7 +36,7 @@ constexpr auto betweenFilters = 50ms;
 
 std::unique_ptr<AdapterObserver> AdapterObserver::open(const std::string& adapter,
                                                        std::unique_ptr<PacketRecord> record) {
-    auto ring = gvsp::PacketRing::open(adapter, gvsp::PacketRing::observing);
+    auto ring = gvsp::AdapterRing::open(adapter, gvsp::PacketRing::observing);
     return ring ? std::make_unique<AdapterObserver>(std::move(ring), std::move(record)) : nullptr;
 }
 
@@ -76,7 +76,7 @@ void AdapterObserver::beginRound() {
     m_clockOffset = before.time_since_epoch() - system;
     m_newestOfRound.reset();
     const gvsp::SourceCounts missed = m_source->counts();
-    if (missed.dropped != m_missed.dropped) {
+    if (missed.dropped != m_missed.dropped || missed.returns != m_missed.returns) {
         for (auto& [key, entry] : m_streams)
             entry.stream.noteMissed(m_now + affectedByMiss);
     }
@@ -172,6 +172,9 @@ void AdapterObserver::takeOver(const Key& key, Entry& entry) {
         }
         entry.before.add(each->second.before);
         entry.before.add(stream.figures());
+        entry.allTiming.add(each->second.allTiming);
+        entry.timingBefore.add(each->second.timingBefore);
+        entry.timingBefore.add(each->second.stream.takeTiming());
         each = m_streams.erase(each);
         m_last = nullptr;
     }
@@ -226,7 +229,10 @@ AdapterReading AdapterObserver::read() {
         stream.name = m_directory.nameOf(stream.camera);
         stream.before = stream.figures = entry.before;
         stream.figures.add(entry.stream.figures());
-        stream.timing = entry.stream.takeTiming();
+        stream.timing = std::exchange(entry.timingBefore, {});
+        stream.timing.add(entry.stream.takeTiming());
+        entry.allTiming.add(stream.timing);
+        stream.allTiming = entry.allTiming;
         stream.silence = std::max<Time::duration>(now - entry.stream.latest(), 0s);
         reading.streams.push_back(std::move(stream));
     }
@@ -236,6 +242,11 @@ AdapterReading AdapterObserver::read() {
 PacketRecord::Parts AdapterObserver::recorded() {
     const std::lock_guard lock(m_mutex);
     return m_record ? m_record->packets() : PacketRecord::Parts();
+}
+
+std::chrono::nanoseconds AdapterObserver::recordedSince() {
+    const std::lock_guard lock(m_mutex);
+    return m_record ? m_record->completeSince() : std::chrono::nanoseconds(0);
 }
 
 void AdapterObserver::startCount() {

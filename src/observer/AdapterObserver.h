@@ -28,8 +28,10 @@ struct StreamReading {
     StreamFigures figures;
     /// Those of them that another port of the camera brought, before this one.
     StreamFigures before;
-    /// Of the frames since the reading before.
+    /// Of the frames since the reading before, and of all since the stream was found, with those of
+    /// ports before this one.
     FrameTiming timing;
+    FrameTiming allTiming;
     /// Since the last packet.
     std::chrono::duration<double> silence{0};
 };
@@ -46,7 +48,7 @@ struct FragmentCounts {
 struct AdapterReading {
     /// Sorted by camera, host and port.
     std::vector<StreamReading> streams;
-    /// Packets that the observer itself has missed.
+    /// Packets that the observer itself has missed, and when its adapter was removed.
     gvsp::SourceCounts missed;
     FragmentCounts fragments;
 };
@@ -57,7 +59,7 @@ class AdapterObserver {
 public:
     using Time = ObservedStream::Time;
 
-    /// On the packet ring of an adapter; null where the system refuses it, see gvsp::PacketRing.
+    /// On the packet ring of an adapter, see gvsp::AdapterRing; null where the system refuses it.
     /// What is seen is kept in \p record, if there is one.
     static std::unique_ptr<AdapterObserver> open(const std::string& adapter,
                                                  std::unique_ptr<PacketRecord> record = nullptr);
@@ -72,6 +74,8 @@ public:
     /// Packets of streams, their fragments, and answers of cameras to control commands; none
     /// without a record. Any thread.
     PacketRecord::Parts recorded();
+    /// See PacketRecord::completeSince(). Any thread.
+    std::chrono::nanoseconds recordedSince();
     /// Counts the packets of all streams that arrive between these two calls, to be compared with
     /// what the adapter has counted. Any thread.
     void startCount();
@@ -93,6 +97,9 @@ private:
         bool isProven = false;
         /// Of streams of the same camera to other ports, which have ended.
         StreamFigures before;
+        /// That is not read yet, of these; and all that was read.
+        FrameTiming timingBefore;
+        FrameTiming allTiming;
     };
 
     void take(const gvsp::StreamDatagram& datagram);

@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
-#include <fstream>
-#include <optional>
+#include <memory>
+
+#include <unistd.h>
 
 namespace observer {
 
@@ -14,9 +16,11 @@ namespace {
 constexpr std::uint32_t sectionType = 0x0A0D0D0A;
 constexpr std::uint32_t byteOrderMagic = 0x1A2B3C4D;
 constexpr std::uint32_t adapterType = 1;
+constexpr std::uint32_t statisticsType = 5;
 constexpr std::uint32_t packetType = 6;
 constexpr std::uint16_t linuxCooked = 113;
 constexpr std::uint16_t nameOption = 2;
+constexpr std::uint16_t droppedOption = 5;
 constexpr std::uint16_t resolutionOption = 9;
 /// Times are in units of 10^-9 s.
 constexpr std::uint8_t nanoseconds = 9;
@@ -109,20 +113,84 @@ private:
     std::size_t m_at = 0;
 };
 
-/// Packets before this time are older than the record is to be.
-std::uint64_t earliestTime(const std::vector<CapturedAdapter>& adapters) {
+std::uint64_t nanosecondsOf(std::chrono::nanoseconds time) {
+    return static_cast<std::uint64_t>(time.count());
+}
+
+/// Time of the newest packet that is not later than \p now.
+std::uint64_t newestTime(const std::vector<CapturedAdapter>& adapters, std::uint64_t now) {
     std::uint64_t newest = 0;
     for (const CapturedAdapter& adapter : adapters) {
         for (Cursor cursor(adapter.packets); !cursor.isAtEnd(); cursor.advance())
-            newest = std::max(newest, cursor.time());
+            if (cursor.time() <= now)
+                newest = std::max(newest, cursor.time());
     }
-    const auto age =
-        static_cast<std::uint64_t>(std::chrono::nanoseconds(PacketRecord::age).count());
-    return newest - std::min(newest, age);
+    return newest;
 }
 
-void writePackets(std::ostream& file, const std::vector<CapturedAdapter>& adapters) {
-    const std::uint64_t earliest = earliestTime(adapters);
+/// What this program has missed of each adapter (Interface Statistics Block).
+std::string statistics(const std::vector<CapturedAdapter>& adapters, std::uint64_t now) {
+    Bytes file;
+    std::uint32_t number = 0;
+    for (const CapturedAdapter& adapter : adapters) {
+        Bytes figures;
+        figures.add(number++);
+        figures.add(static_cast<std::uint32_t>(now >> 32U));
+        figures.add(static_cast<std::uint32_t>(now));
+        std::string missed(sizeof adapter.missed, '\0');
+        std::memcpy(missed.data(), &adapter.missed, sizeof adapter.missed);
+        figures.addOption(droppedOption, missed);
+        figures.addOption(0, {});
+        file.addBlock(statisticsType, figures);
+    }
+    return file.all();
+}
+
+/// Writes to a file that does not take the place of another one before it is complete.
+class UnfinishedFile {
+public:
+    /// Replaces what a program that was killed has left, and follows no link.
+    explicit UnfinishedFile(const std::filesystem::path& path) : m_path(path) {
+        ::unlink(path.c_str());
+        errno = 0;
+        m_file.reset(std::fopen(path.c_str(), "wbxe"));
+        noteError(m_file == nullptr);
+    }
+    void write(const char* data, std::size_t size) {
+        if (m_file)
+            noteError(std::fwrite(data, 1, size, m_file.get()) != size);
+    }
+    /// Gives the file its name, or removes it after an error.
+    std::error_code finish(const std::filesystem::path& name) {
+        if (!m_file)
+            return m_error;
+        noteError(std::fclose(m_file.release()) != 0);
+        if (!m_error)
+            std::filesystem::rename(m_path, name, m_error);
+        if (m_error)
+            ::unlink(m_path.c_str());
+        return m_error;
+    }
+
+private:
+    struct Close {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+
+    void noteError(bool hasFailed) {
+        if (hasFailed && !m_error)
+            m_error.assign(errno != 0 ? errno : EIO, std::generic_category());
+    }
+
+    const std::filesystem::path m_path;
+    std::unique_ptr<std::FILE, Close> m_file;
+    std::error_code m_error;
+};
+
+void writePackets(UnfinishedFile& file, const std::vector<CapturedAdapter>& adapters,
+                  std::uint64_t now) {
+    const std::uint64_t newest = newestTime(adapters, now);
+    const std::uint64_t earliest = newest - std::min(newest, nanosecondsOf(PacketRecord::age));
     std::vector<Cursor> cursors;
     for (const CapturedAdapter& adapter : adapters)
         cursors.emplace_back(adapter.packets);
@@ -134,7 +202,7 @@ void writePackets(std::ostream& file, const std::vector<CapturedAdapter>& adapte
         }
         if (next == nullptr)
             return;
-        if (next->time() >= earliest)
+        if (next->time() >= earliest && next->time() <= newest)
             file.write(next->data(), next->block().length);
         next->advance();
     }
@@ -144,7 +212,7 @@ void writePackets(std::ostream& file, const std::vector<CapturedAdapter>& adapte
 
 PacketBlock packetBlock(std::uint32_t adapter, std::chrono::nanoseconds arrival,
                         std::size_t captured, std::size_t size) {
-    const auto time = static_cast<std::uint64_t>(arrival.count());
+    const std::uint64_t time = nanosecondsOf(arrival);
     return {packetType,
             static_cast<std::uint32_t>(sizeof(PacketBlock) + padded(captured) +
                                        sizeof PacketBlock::length),
@@ -159,22 +227,14 @@ std::error_code writeCapture(const std::filesystem::path& file,
                              const std::vector<CapturedAdapter>& adapters) {
     std::filesystem::path unfinished = file;
     unfinished += ".part";
-    errno = 0;
-    std::ofstream stream(unfinished, std::ios::binary | std::ios::trunc);
+    UnfinishedFile written(unfinished);
+    const std::uint64_t now = nanosecondsOf(std::chrono::system_clock::now().time_since_epoch());
     const std::string header = fileHeader(adapters);
-    stream.write(header.data(), static_cast<std::streamsize>(header.size()));
-    writePackets(stream, adapters);
-    stream.close();
-    std::error_code error;
-    if (stream.fail())
-        error.assign(errno != 0 ? errno : EIO, std::generic_category());
-    else
-        std::filesystem::rename(unfinished, file, error);
-    if (error) {
-        std::error_code ignored;
-        std::filesystem::remove(unfinished, ignored);
-    }
-    return error;
+    written.write(header.data(), header.size());
+    writePackets(written, adapters, now);
+    const std::string missed = statistics(adapters, now);
+    written.write(missed.data(), missed.size());
+    return written.finish(file);
 }
 
 } // namespace observer

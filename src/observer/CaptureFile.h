@@ -18,6 +18,8 @@ namespace observer {
 struct CapturedAdapter {
     std::string name;
     PacketRecord::Parts packets;
+    /// Packets that this program itself has missed since it began.
+    std::uint64_t missed = 0;
 };
 
 /// Begin of a packet in the file (Enhanced Packet Block). The packet follows, padded to 4 bytes,
@@ -37,8 +39,9 @@ struct PacketBlock {
 PacketBlock packetBlock(std::uint32_t adapter, std::chrono::nanoseconds arrival,
                         std::size_t captured, std::size_t size);
 
-/// Writes the packets of the last minute, sorted by time, and replaces \p file when they are
-/// complete. The adapters are numbered as in their records. Reentrant.
+/// Writes the packets of the last minute, sorted by time, and what was missed; replaces \p file
+/// when all is written. Leaves out packets later than the system's clock, which was set back. The
+/// adapters are numbered as in their records. Reentrant.
 std::error_code writeCapture(const std::filesystem::path& file,
                              const std::vector<CapturedAdapter>& adapters);
 

@@ -56,8 +56,10 @@ std::size_t keptOf(const gvsp::StreamDatagram& datagram) {
 PacketRecord::Part& PacketRecord::partFor(std::size_t size, std::chrono::nanoseconds now) {
     if (m_isClosed || m_parts.back().blocks->size() + size > partSize) {
         while (!m_parts.empty() &&
-               (m_parts.size() >= m_mostParts || now - m_parts.front().newest > age))
+               (m_parts.size() >= m_mostParts || now - m_parts.front().newest > age)) {
+            m_completeSince = m_parts.front().newest;
             m_parts.pop_front();
+        }
         m_parts.push_back({std::make_shared<Blocks>(), now});
         m_parts.back().blocks->reserve(partSize);
         m_isClosed = false;
@@ -68,6 +70,13 @@ PacketRecord::Part& PacketRecord::partFor(std::size_t size, std::chrono::nanosec
 void PacketRecord::add(const gvsp::StreamDatagram& datagram) {
     if (datagram.packet == nullptr)
         return;
+    // The system's clock was set back: by their times, all packets from now on would be older than
+    // the last minute.
+    if (!m_parts.empty() && datagram.arrival + age < m_parts.back().newest) {
+        m_parts.clear();
+        m_isClosed = true;
+        m_completeSince = datagram.arrival;
+    }
     const CookedHeader link = cookedHeader(*datagram.link);
     const std::size_t kept = keptOf(datagram);
     const auto header = packetBlock(m_adapter, datagram.arrival, sizeof link + kept,

@@ -34,6 +34,8 @@ public:
     void add(const gvsp::StreamDatagram& datagram);
     /// What is kept. It does not change any more, so that another thread may read it.
     Parts packets();
+    /// The packets after this time, since 1970, are all kept; 0 while none was forgotten.
+    std::chrono::nanoseconds completeSince() const { return m_completeSince; }
 
 private:
     struct Part {
@@ -51,6 +53,7 @@ private:
     std::deque<Part> m_parts;
     /// The last part takes no more packets.
     bool m_isClosed = true;
+    std::chrono::nanoseconds m_completeSince{0};
 };
 
 } // namespace observer

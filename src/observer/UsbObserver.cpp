@@ -32,15 +32,15 @@ bool UsbObserver::receive(std::chrono::milliseconds longest) {
 
 void UsbObserver::noteMissed(const UsbMiss& missed) {
     m_missedEvents += missed.events;
-    for (auto& [key, stream] : m_streams)
-        stream.noteMissed(missed.since, missed.until);
+    for (auto& [key, entry] : m_streams)
+        entry.stream.noteMissed(missed.since, missed.until);
     const bool joins = missed.since - m_lastMiss.until < longestWaiting;
     m_lastMiss = {missed.events, joins ? std::min(m_lastMiss.since, missed.since) : missed.since,
                   missed.until};
 }
 
 void UsbObserver::take(const UsbTransfer& transfer) {
-    const Key key(transfer.bus, transfer.device, transfer.endpoint);
+    const UsbStreamKey key(transfer.bus, transfer.device, transfer.endpoint);
     auto known = m_streams.find(key);
     if (known == m_streams.end()) {
         if (!UsbStream::isLeader(transfer) ||
@@ -48,17 +48,17 @@ void UsbObserver::take(const UsbTransfer& transfer) {
             return;
         known = m_streams.try_emplace(key).first;
         if (m_lastMiss.events > 0)
-            known->second.noteMissed(m_lastMiss.since, m_lastMiss.until);
+            known->second.stream.noteMissed(m_lastMiss.since, m_lastMiss.until);
     }
-    known->second.take(transfer);
+    known->second.stream.take(transfer);
 }
 
 bool UsbObserver::forgetSilent(UsbStream::Time now) {
     const auto oldest =
         std::min_element(m_streams.begin(), m_streams.end(), [](const auto& a, const auto& b) {
-            return a.second.latest() < b.second.latest();
+            return a.second.stream.latest() < b.second.stream.latest();
         });
-    if (now - oldest->second.latest() < shortestUsbSilence)
+    if (now - oldest->second.stream.latest() < shortestUsbSilence)
         return false;
     m_streams.erase(oldest);
     return true;
@@ -69,17 +69,44 @@ UsbReading UsbObserver::read() {
     UsbReading reading;
     reading.missedEvents = m_missedEvents;
     const UsbStream::Time now = m_monitor->now();
-    for (auto& [key, stream] : m_streams) {
-        if (!stream.isKnown())
+    for (auto& [key, entry] : m_streams) {
+        if (!entry.stream.isKnown())
             continue;
         UsbStreamReading each;
-        std::tie(each.bus, each.device, each.endpoint) = key;
-        each.figures = stream.figures();
-        each.timing = stream.takeTiming();
-        each.silence = std::max(now - stream.latest(), UsbStream::Time::zero());
-        reading.streams.push_back(each);
+        each.figures = entry.stream.figures();
+        each.before = entry.before;
+        each.timing = std::exchange(entry.timingBefore, {});
+        each.timing.add(entry.stream.takeTiming());
+        entry.allTiming.add(each.timing);
+        each.allTiming = entry.allTiming;
+        each.silence = std::max(now - entry.stream.latest(), UsbStream::Time::zero());
+        reading.streams[key] = each;
     }
     return reading;
+}
+
+std::vector<UsbStreamKey> UsbObserver::streams() {
+    const std::lock_guard lock(m_mutex);
+    std::vector<UsbStreamKey> keys;
+    for (const auto& [key, entry] : m_streams)
+        if (entry.stream.isKnown())
+            keys.push_back(key);
+    return keys;
+}
+
+void UsbObserver::join(const UsbStreamKey& ended, const UsbStreamKey& later) {
+    const std::lock_guard lock(m_mutex);
+    const auto from = m_streams.find(ended);
+    const auto to = m_streams.find(later);
+    if (from == m_streams.end() || to == m_streams.end() || from == to)
+        return;
+    Entry& entry = to->second;
+    entry.before.add(from->second.before);
+    entry.before.add(from->second.stream.figures());
+    entry.allTiming.add(from->second.allTiming);
+    entry.timingBefore.add(from->second.timingBefore);
+    entry.timingBefore.add(from->second.stream.takeTiming());
+    m_streams.erase(from);
 }
 
 } // namespace observer

@@ -16,24 +16,24 @@
 
 namespace observer {
 
+/// Bus, number of the device on it, and endpoint with the bit of the direction, 0x80.
+using UsbStreamKey = std::tuple<std::uint16_t, std::uint8_t, std::uint8_t>;
+
 /// One stream of a USB3 Vision camera at one moment.
 struct UsbStreamReading {
-    std::uint16_t bus = 0;
-    /// Number of the camera on the bus.
-    std::uint8_t device = 0;
-    /// With the bit of the direction, 0x80.
-    std::uint8_t endpoint = 0;
     StreamFigures figures;
-    /// Of the frames since the reading before.
+    /// What was seen under numbers that the camera had before.
+    StreamFigures before;
+    /// Of the frames since the reading before, and of all.
     FrameTiming timing;
+    FrameTiming allTiming;
     /// Since data came last.
     std::chrono::duration<double> silence{0};
 };
 
 /// All that was seen on a bus.
 struct UsbReading {
-    /// Sorted by bus, device and endpoint.
-    std::vector<UsbStreamReading> streams;
+    std::map<UsbStreamKey, UsbStreamReading> streams;
     /// Events of transfers, of all devices, that the observer itself has missed.
     std::uint64_t missedEvents = 0;
 };
@@ -49,10 +49,21 @@ public:
     /// Ends a receive() that waits.
     void wake() { m_monitor->wake(); }
     UsbReading read();
+    /// The streams that read() tells.
+    std::vector<UsbStreamKey> streams();
+    /// Ends a stream, whose camera was plugged in again: its figures go on in \p later. Does
+    /// nothing where either is not there.
+    void join(const UsbStreamKey& ended, const UsbStreamKey& later);
 
 private:
-    /// Bus, device, endpoint.
-    using Key = std::tuple<std::uint16_t, std::uint8_t, std::uint8_t>;
+    struct Entry {
+        UsbStream stream;
+        /// Of streams that have ended.
+        StreamFigures before;
+        /// That is not read yet, of these; and all that was read.
+        FrameTiming timingBefore;
+        FrameTiming allTiming;
+    };
 
     void take(const UsbTransfer& transfer);
     void noteMissed(const UsbMiss& missed);
@@ -64,7 +75,7 @@ private:
     UsbCapture m_capture;
     std::mutex m_mutex;
     /// All below guarded by the mutex.
-    std::map<Key, UsbStream> m_streams;
+    std::map<UsbStreamKey, Entry> m_streams;
     std::uint64_t m_missedEvents = 0;
     /// For streams that are found behind it, with those shortly before.
     UsbMiss m_lastMiss;

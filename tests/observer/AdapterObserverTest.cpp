@@ -148,6 +148,16 @@ TEST_F(AdapterObservers, doNotBlameCamerasForWhatTheyMissed) {
     EXPECT_EQ(reading.streams.at(0).figures.framesUnjudged, 6U);
 }
 
+TEST_F(AdapterObservers, doNotBlameCamerasForTheTimeUntilARingWasOpenedAnew) {
+    sendFrames(4001, 1, 3);
+    observe();
+    source.missed.removals = source.missed.returns = 1;
+    sendFrames(4001, 10, 3);
+    const StreamFigures figures = observe().streams.at(0).figures;
+    EXPECT_EQ(figures.framesLost, 0U);
+    EXPECT_EQ(figures.framesUnjudged, 6U);
+}
+
 TEST_F(AdapterObservers, countPacketsOverATimeInWhichAllAreSeen) {
     sendFrames(4001, 1, 3);
     observe();
@@ -193,12 +203,15 @@ TEST_F(AdapterObservers, countFragmentsWithoutTakingThemForPackets) {
 
 TEST_F(AdapterObservers, followACameraToItsNextPort) {
     sendFrames(4001, 1, 5, cameraAddress, 5s);
-    observe();
+    const FrameTiming before = observe().streams.at(0).timing;
     sendFrames(4009, 1, 4);
     const AdapterReading reading = observe();
     ASSERT_EQ(reading.streams.size(), 1U);
     EXPECT_EQ(reading.streams[0].port, 4009);
     EXPECT_EQ(reading.streams[0].figures.framesComplete, 4U + 3);
+    EXPECT_GT(before.frames, 2U);
+    EXPECT_EQ(reading.streams[0].allTiming.frames,
+              before.frames + reading.streams[0].timing.frames);
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,6 +23,7 @@ namespace {
 using namespace observer;
 using namespace std::chrono_literals;
 using script::Bytes;
+using std::chrono::nanoseconds;
 using testing::ElementsAre;
 using testing::Pair;
 
@@ -68,6 +70,9 @@ struct FileReader {
             const std::size_t next = 12 + (size + 3) / 4 * 4;
             EXPECT_EQ(number(body, next), 9U | 1U << 16U) << "resolution";
             EXPECT_EQ(body.at(next + 4), 9U) << "nanoseconds";
+        } else if (type == 5) {
+            EXPECT_EQ(number(body, 12), 5U | 8U << 16U);
+            missed[number(body, 0)] = number(body, 16);
         } else if (type == 6) {
             const auto end = body.begin() + 20 + offset(number(body, 12));
             packets.push_back({number(body, 0),
@@ -76,6 +81,8 @@ struct FileReader {
         }
     }
 
+    /// Packets that were missed, by adapter.
+    std::map<std::uint32_t, std::uint32_t> missed;
     bool isWhole = false;
     bool isSection = false;
     std::vector<std::string> adapters;
@@ -123,11 +130,12 @@ TEST_F(PacketRecords, areFilesOfHeadersSortedByTime) {
     add(first, data, begin + 2ns);
     second.packets();
     add(second, extended, begin + 3ns);
-    ASSERT_FALSE(writeCapture(file, {{"first", first.packets()}, {"other0", second.packets()}}));
+    ASSERT_FALSE(writeCapture(file, {{"first", first.packets()}, {"other0", second.packets(), 7}}));
 
     const FileReader read(file);
     EXPECT_TRUE(read.isWhole && read.isSection);
     EXPECT_THAT(read.adapters, ElementsAre("first", "other0"));
+    EXPECT_THAT(read.missed, ElementsAre(Pair(0, 0), Pair(1, 7)));
     std::vector<std::pair<std::uint32_t, std::uint32_t>> seen;
     for (std::size_t i = 0; i < read.packets.size(); ++i) {
         EXPECT_EQ(read.packets[i].time, 1'700'000'000'000'000'007U + i);
@@ -158,6 +166,7 @@ TEST_F(PacketRecords, keepTheLastMinuteWithinTheirMemory) {
     EXPECT_EQ(packets.back().time, (100s + (count - 1) * 1us) / 1ns);
     EXPECT_LE(std::filesystem::file_size(file), 3 * megabyte + 200);
     EXPECT_GE(std::filesystem::file_size(file), 2 * megabyte);
+    EXPECT_EQ(nanoseconds(packets.front().time), record.completeSince() + 1us);
 
     add(record, data, 130s);
     add(record, data, 165s);
@@ -167,15 +176,33 @@ TEST_F(PacketRecords, keepTheLastMinuteWithinTheirMemory) {
     EXPECT_EQ(write().back().bytes.size(), 16 + PacketRecord::snapLength);
 }
 
+TEST_F(PacketRecords, goOnAfterTheClockWasSetBack) {
+    PacketRecord record(0, std::size_t{3} << 20U);
+    const Bytes data = script::ipPacket(stream, script::Camera().data(7, 1));
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    for (const auto back : {30s, 120s}) {
+        add(record, data, now + back);
+        add(record, data, now - 1s);
+        ASSERT_FALSE(writeCapture(file, {{"first", record.packets()}}));
+        const auto packets = FileReader(file).packets;
+        ASSERT_EQ(packets.size(), 1U) << "without those later than the clock";
+        EXPECT_EQ(nanoseconds(packets[0].time), now - 1s);
+    }
+}
+
 TEST_F(PacketRecords, replaceTheFileOnlyWhenAllIsWritten) {
     std::ofstream(file) << "before";
     std::filesystem::create_directory(file.string() + ".part");
     EXPECT_TRUE(writeCapture(file, {}));
     std::filesystem::remove(file.string() + ".part");
+    // What another program left there is not followed.
+    std::ofstream(folder / "other") << "other";
+    std::filesystem::create_symlink(folder / "other", file.string() + ".part");
     EXPECT_EQ(std::filesystem::file_size(file), 6U);
     EXPECT_EQ(writeCapture(folder / "none" / "file", {}), std::errc::no_such_file_or_directory);
     ASSERT_FALSE(writeCapture(file, {{"idle", {}}}));
     EXPECT_TRUE(FileReader(file).isWhole);
+    EXPECT_EQ(std::filesystem::file_size(folder / "other"), 5U);
     EXPECT_FALSE(std::filesystem::exists(file.string() + ".part"));
 }
 

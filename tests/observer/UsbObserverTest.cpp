@@ -30,7 +30,7 @@ protected:
         const auto streams = observe().streams;
         if (streams.size() != 1)
             return {};
-        const StreamFigures& figures = streams[0].figures;
+        const StreamFigures& figures = streams.begin()->second.figures;
         return {figures.framesComplete, figures.framesIncomplete, figures.framesLost,
                 figures.framesUnjudged};
     }
@@ -52,15 +52,15 @@ TEST_F(UsbObservers, tellWhenTheDataOfFramesCame) {
     send({}, -ENOENT); // the program asks again and again
     const UsbReading reading = observe();
     ASSERT_EQ(reading.streams.size(), 1U);
-    const UsbStreamReading& each = reading.streams[0];
-    EXPECT_EQ(std::tuple(each.bus, each.device, each.endpoint), std::tuple(2, 7, 0x81));
+    const auto& [key, each] = *reading.streams.begin();
+    EXPECT_EQ(key, UsbStreamKey(2, 7, 0x81));
     EXPECT_EQ(each.figures.framesComplete, 2U);
     EXPECT_EQ(each.figures.packets, 8U);
     EXPECT_EQ(each.figures.dataBytes, 6200U);
     EXPECT_THAT(each.timing, FieldsAre(2, 1600us, 1300us, 1100us, DoubleNear(3000 / 300e-6, 1)));
     EXPECT_NEAR(each.silence.count(), 2.0001, 1e-9);
     EXPECT_EQ(bus.ringSize, 1200U * 1024);
-    EXPECT_EQ(observe().streams[0].timing.frames, 0U) << "those since the reading before";
+    EXPECT_EQ(observe().streams.at(key).timing.frames, 0U) << "those since the reading before";
 }
 
 TEST_F(UsbObservers, countFramesThatLackSomething) {
@@ -92,7 +92,7 @@ TEST_F(UsbObservers, countFramesThatLackSomething) {
     EXPECT_EQ(frames(), (Counts{2, 5, 0, 0})) << "the leader was cut";
     bus.sendFrame(20);
     EXPECT_EQ(frames(), (Counts{3, 5, 3, 0}));
-    EXPECT_EQ(observe().streams[0].figures.gaps, 1U);
+    EXPECT_EQ(observe().streams.begin()->second.figures.gaps, 1U);
     send(leader(21));
     send(trailer(23));
     EXPECT_EQ(frames(), (Counts{3, 7, 4, 0})) << "22 was lost, 23 has no leader";
@@ -206,8 +206,8 @@ TEST_F(UsbObservers, tellStreamsApartFromEachOtherAndFromOtherDevices) {
     disk.data = leader(4);
     bus.send(disk); // a file that begins like a leader
     std::vector<std::tuple<int, int, std::uint64_t, std::uint64_t>> seen;
-    for (const UsbStreamReading& each : observe().streams)
-        seen.emplace_back(each.device, each.endpoint, each.figures.framesComplete,
+    for (const auto& [key, each] : observe().streams)
+        seen.emplace_back(std::get<1>(key), std::get<2>(key), each.figures.framesComplete,
                           each.figures.framesLost);
     EXPECT_THAT(seen, testing::ElementsAre(FieldsAre(7, 0x81, 3, 0), FieldsAre(7, 0x82, 3, 0),
                                            FieldsAre(8, 0x81, 3, 2)));
@@ -235,13 +235,14 @@ TEST_F(UsbObservers, outliveGarbage) {
     const auto streams = observe().streams;
     EXPECT_LE(streams.size(), 64U);
     EXPECT_GT(streams.size(), 0U);
-    for (const UsbStreamReading& each : streams)
+    for (const auto& [key, each] : streams)
         EXPECT_LT(each.figures.framesLost, 300'000U);
     bus.time += 11s;
     usbscript::Event camera;
     camera.bus = 1;
     bus.sendFrame(0, camera);
-    EXPECT_EQ(observe().streams.at(0).bus, 1) << "a camera takes the place of a silent one";
+    EXPECT_EQ(observe().streams.count({1, 7, 0x81}), 1U)
+        << "a camera takes the place of a silent one";
 }
 
 TEST(UsbMonitors, sayWhyTheyCannotBeOpened) {
