@@ -14,35 +14,45 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The file is replaced when all its packets are older than its first one was.
+/// Two files have no packet in common.
 constexpr auto betweenFiles = observer::PacketRecord::age;
 
 std::filesystem::path pathOf(const QString& file) {
     return QFile::encodeName(file).toStdString();
 }
 
+std::chrono::nanoseconds systemTime() {
+    return std::chrono::system_clock::now().time_since_epoch();
+}
+
 } // namespace
 
 LossCapture::LossCapture(const QString& file, Packets packets)
-    : m_file(file), m_packets(std::move(packets)) {
+    : m_file(file), m_packets(std::move(packets)), m_noted(systemTime()) {
     const QFileInfo target(file);
     const QFileInfo folder(target.absolutePath());
-    if (file.isEmpty() || target.isDir() || !folder.isDir() || !folder.isWritable())
+    // A device or a pipe must not be replaced.
+    const bool isOther = file.isEmpty() || (target.exists() && !target.isFile());
+    if (isOther || !folder.isDir() || !folder.isWritable())
         throw Failure(QStringLiteral("Packets cannot be written to \"%1\": %2")
-                          .arg(file, file.isEmpty() || target.isDir()
-                                         ? QStringLiteral("it is no file.")
+                          .arg(file, isOther ? QStringLiteral("it is no regular file.")
                                      : folder.isDir()
                                          ? QStringLiteral("this user may not write to its folder.")
                                          : QStringLiteral("there is no such folder.")),
                       ExitCode::WrongUse);
 }
 
-void LossCapture::note(std::uint64_t losses) {
-    m_hasNewLosses = m_hasNewLosses || losses > m_losses;
+void LossCapture::note(std::uint64_t losses, std::chrono::nanoseconds recordedSince) {
+    const std::chrono::nanoseconds now = systemTime();
+    if (losses > m_losses && !std::exchange(m_hasNewLosses, true))
+        m_lossesSince = m_noted;
     m_losses = losses;
     if (m_writing.valid() && m_writing.wait_for(0s) == std::future_status::ready)
         end();
-    const bool isDue = !m_begun || Clock::now() - *m_begun >= betweenFiles;
+    // At the next call, the record would have forgotten packets of the losses.
+    const bool isLast = recordedSince + (now - m_noted) > m_lossesSince;
+    m_noted = now;
+    const bool isDue = !m_begun || Clock::now() - *m_begun >= betweenFiles || isLast;
     if (m_hasNewLosses && isDue && !m_writing.valid())
         begin();
 }
@@ -65,11 +75,14 @@ void LossCapture::begin() {
 void LossCapture::end() {
     const std::error_code error = m_writing.get();
     m_document = {{QStringLiteral("file"), m_file}};
-    if (error)
+    if (error) {
+        m_hasNewLosses = true;
+        m_lossesSince = m_noted;
         m_document[QStringLiteral("error")] = QString::fromStdString(error.message());
-    else
+    } else {
         m_document[QStringLiteral("writtenAfterSeconds")] =
             std::chrono::duration<double>(*m_begun - m_start).count();
+    }
 }
 
 } // namespace cli

@@ -25,8 +25,9 @@ public:
     /// Throws a Failure when \p file cannot be written. \p packets gives what is to be written.
     LossCapture(const QString& file, Packets packets);
 
-    /// So many frames were lost or incomplete until now.
-    void note(std::uint64_t losses);
+    /// So many frames were lost or incomplete until now. The packets after \p recordedSince, since
+    /// 1970, are still known.
+    void note(std::uint64_t losses, std::chrono::nanoseconds recordedSince);
     /// Writes what was lost since the last time, and waits for it.
     void finish();
     /// What was written: "file", and "writtenAfterSeconds" or "error". Empty before that.
@@ -43,7 +44,11 @@ private:
     const Packets m_packets;
     const Clock::time_point m_start = Clock::now();
     std::uint64_t m_losses = 0;
+    /// When note() was called last, since 1970.
+    std::chrono::nanoseconds m_noted;
     bool m_hasNewLosses = false;
+    /// The new ones were after this time.
+    std::chrono::nanoseconds m_lossesSince{0};
     std::optional<Clock::time_point> m_begun;
     std::future<std::error_code> m_writing;
     QJsonObject m_document;

@@ -2,6 +2,7 @@
 #include "cli/BenchmarkOptions.h"
 #include "cli/BenchmarkTable.h"
 #include "cli/Commands.h"
+#include "cli/Failure.h"
 #include "cli/LiveFigures.h"
 #include "cli/MetricsOption.h"
 #include "cli/ObservedInterfaces.h"
@@ -60,15 +61,29 @@ std::optional<QString> captureFile(const Arguments& arguments) {
     return arguments.has(pcapOption) ? std::optional(arguments.value(pcapOption)) : std::nullopt;
 }
 
+/// Losses are noted at intervals, which must be short beside the minute that packets are kept.
+void checkCapture(const Arguments& arguments, const BenchmarkPlan& plan) {
+    constexpr std::chrono::seconds longest{30};
+    if (arguments.has(pcapOption) && plan.interval > longest)
+        throw Failure(QStringLiteral("--pcap needs an --interval of %1 seconds at most: packets "
+                                     "are kept for a minute.")
+                          .arg(longest.count()),
+                      ExitCode::WrongUse);
+}
+
 Report runObserve(Context& context) {
     const Arguments& arguments = context.arguments;
     const BenchmarkPlan plan = measuredTime(arguments, 0);
+    checkCapture(arguments, plan);
     // An interface is an adapter here, or a USB bus, which has no counters of an adapter.
     const auto metrics =
         metricsExporter(context, [](const QString& interface) { return interface.toStdString(); });
     ObservedInterfaces interfaces(arguments.values(interfaceOption), captureFile(arguments));
-    for (const QString& notice : interfaces.notices())
-        context.terminal.message(notice);
+    const auto tellNotices = [&] {
+        for (const QString& notice : interfaces.takeNotices())
+            context.terminal.message(notice);
+    };
+    tellNotices();
     std::optional<Keyboard> keyboard;
     if (context.terminal.isInteractive() && !context.wantsJson)
         keyboard.emplace();
@@ -79,6 +94,7 @@ Report runObserve(Context& context) {
                  : BenchmarkTick();
     const bool isInterrupted = awaitEnd(plan, context.interruption, tick, [&] {
         const QJsonObject interval = interfaces.interval();
+        tellNotices();
         if (metrics)
             metrics->update(interval);
         return progress(withoutIdle(interval));
@@ -108,9 +124,9 @@ Command observeCommand() {
         "Opens no camera and sends nothing: packets of GigE cameras are seen where they arrive, by "
         "their headers, and transfers of USB3 Vision cameras through the kernel's module usbmon. "
         "Network adapters need the capability CAP_NET_RAW, USB buses the permission to read "
-        "/dev/usbmonN. Frames of GigE cameras are counted from the second one that is seen. They "
-        "are named when they answer to a discovery or tell their names to another program; until "
-        "then by their addresses. Output as of watch.");
+        "/dev/usbmonN. Frames of GigE cameras are counted from the second one that is seen. GigE "
+        "cameras are named when they answer to a discovery or tell their names to another program; "
+        "until then by their addresses. Output as of watch.");
     command.options =
         QList<QCommandLineOption>{
             {interfaceOption,
@@ -120,8 +136,8 @@ Command observeCommand() {
              QStringLiteral("name")},
             {pcapOption,
              QStringLiteral("After frames were lost, writes the headers of the last minute's "
-                            "packets to this file (pcapng, for Wireshark); at most once a minute, "
-                            "and at the end. Replaces the file."),
+                            "packets to this file (pcapng, for Wireshark); again when these are "
+                            "all newer, and at the end. Replaces the file."),
              QStringLiteral("file")}} +
         timeOptions(
             QStringLiteral("endless"),

@@ -5,6 +5,7 @@
 #include "cli/Failure.h"
 #include "cli/FrameFigures.h"
 #include "cli/LossFindings.h"
+#include "cli/ReceiverDrops.h"
 #include "cli/StreamRow.h"
 #include "gige/DiscoveredCamera.h"
 #include "platform/AddressText.h"
@@ -18,7 +19,7 @@
 #include <map>
 #include <optional>
 #include <thread>
-#include <tuple>
+#include <utility>
 #include <vector>
 
 namespace cli {
@@ -30,37 +31,9 @@ using Clock = std::chrono::steady_clock;
 /// An adapter without packets wakes its thread so often.
 constexpr std::chrono::milliseconds longestWait{500};
 
-/// A stream as it is told apart: camera, host and port.
-using StreamKey = std::tuple<std::uint32_t, std::uint32_t, std::uint16_t>;
-
 double secondsBetween(Clock::time_point since, Clock::time_point until) {
     return std::chrono::duration<double>(until - since).count();
 }
-
-/// What the sockets of the receiving programs have dropped of each stream.
-class ReceiverDrops {
-public:
-    /// Since the first call for the stream. Nothing where the packets do not come through a UDP
-    /// socket: it is not there, or refuses them all, since the program has another way to them.
-    std::optional<std::uint64_t> of(const observer::StreamReading& stream,
-                                    const std::vector<platform::UdpSocketEntry>& sockets) {
-        const auto drops = platform::dropsAt(sockets, stream.host, stream.port);
-        if (!drops)
-            return std::nullopt;
-        const StreamKey key(stream.camera, stream.host, stream.port);
-        auto& before = m_before.try_emplace(key, *drops, stream.figures.packets).first->second;
-        // The program has opened another socket.
-        if (*drops < before.first)
-            before = {*drops, stream.figures.packets};
-        const std::uint64_t moved = *drops - before.first;
-        const std::uint64_t packets = stream.figures.packets - before.second;
-        return moved > 0 && moved >= packets - packets / 10 ? std::nullopt : std::optional(moved);
-    }
-
-private:
-    /// Drops and packets at the first call.
-    std::map<StreamKey, std::pair<std::uint64_t, std::uint64_t>> m_before;
-};
 
 /// As other commands name the camera; by its address while its MAC address has not passed.
 QString idOf(const observer::StreamReading& stream) {
@@ -120,9 +93,7 @@ openObserver(const QString& adapter, std::unique_ptr<observer::PacketRecord> rec
 class WatchedAdapter final : public ObservedAdapter {
 public:
     WatchedAdapter(const QString& name, std::unique_ptr<observer::PacketRecord> record)
-        : m_name(name),
-          m_bitsPerSecond(static_cast<double>(platform::linkSpeed(name.toStdString()))),
-          m_networkBefore(platform::readNetworkCounters(name.toStdString())),
+        : m_name(name), m_networkBefore(platform::readNetworkCounters(name.toStdString())),
           m_observer(openObserver(name, std::move(record))), m_thread([this] {
               while (!m_isEnding)
                   m_observer->receive(longestWait);
@@ -146,7 +117,7 @@ public:
         // Packets of a new stream were not seen from its beginning.
         if (!m_observer->counted())
             startCount(now);
-        const QJsonObject document = figures(m_last, now, now.timing);
+        const QJsonObject document = figures(m_last, now, &observer::StreamReading::timing);
         m_last = std::move(now);
         return document;
     }
@@ -154,7 +125,11 @@ public:
     QJsonObject result() override {
         m_last = read();
         const Reading& now = m_last;
-        QJsonObject document = figures(m_first, now, m_allTiming);
+        // Nothing had been seen of any stream, also under former ports.
+        Reading first = m_first;
+        for (const auto& [key, stream] : now.streams)
+            first.streams[key] = {};
+        QJsonObject document = figures(first, now, &observer::StreamReading::allTiming);
         document[QStringLiteral("findings")] = lossFindings(evidence(now));
         return document;
     }
@@ -167,19 +142,25 @@ public:
     }
 
     observer::CapturedAdapter recorded() override {
-        return {m_name.toStdString(), m_observer->recorded()};
+        return {m_name.toStdString(), m_observer->recorded(), m_last.missed};
     }
 
+    std::chrono::nanoseconds recordedSince() const override { return m_observer->recordedSince(); }
+
+    QStringList takeNotices() override { return std::exchange(m_notices, {}); }
+
 private:
-    using Timings = std::map<StreamKey, observer::FrameTiming>;
+    /// The timing that is shown of a stream.
+    using Timing = observer::FrameTiming observer::StreamReading::*;
 
     struct Reading {
         Clock::time_point time = Clock::now();
-        std::map<StreamKey, observer::StreamReading> streams;
-        Timings timing;
+        StreamReadings streams;
         std::uint64_t missed = 0;
         observer::FragmentCounts fragments;
         platform::NetworkCounters counters;
+        /// 0 where it is unknown. The link may be made anew at another speed.
+        double bitsPerSecond = 0;
     };
 
     /// Frames and packets of all streams that were not seen.
@@ -217,31 +198,41 @@ private:
         reading.missed = taken.missed.dropped;
         reading.fragments = taken.fragments;
         reading.counters = platform::readAdapterCounters(m_name.toStdString());
+        reading.bitsPerSecond = static_cast<double>(platform::linkSpeed(m_name.toStdString()));
         for (observer::StreamReading& stream : taken.streams) {
             const StreamKey key(stream.camera, stream.host, stream.port);
-            reading.timing[key] = stream.timing;
-            m_allTiming[key].add(stream.timing);
             reading.streams[key] = std::move(stream);
         }
+        noticeChanges(taken.missed);
         return reading;
     }
 
-    QJsonObject figures(const Reading& since, const Reading& until, const Timings& timings) {
+    void noticeChanges(const gvsp::SourceCounts& counts) {
+        if (std::exchange(m_removals, counts.removals) < counts.removals)
+            m_notices.append(QStringLiteral("The adapter %1 was removed. It is observed again when "
+                                            "an adapter of this name is there.")
+                                 .arg(m_name));
+        if (std::exchange(m_returns, counts.returns) < counts.returns)
+            m_notices.append(
+                QStringLiteral("The adapter %1 is there again, and is observed.").arg(m_name));
+    }
+
+    QJsonObject figures(const Reading& since, const Reading& until, Timing timing) {
         const double period = secondsBetween(since.time, until.time);
-        const auto sockets = platform::readUdpSockets();
+        const auto drops = m_receiverDrops.read(until.streams, platform::readUdpSockets());
         const QJsonObject load = adapterLoad(platform::difference(since.counters, until.counters),
-                                             period, m_bitsPerSecond);
+                                             period, until.bitsPerSecond);
         QJsonArray rows;
         for (const auto& [key, stream] : until.streams) {
             const auto before = since.streams.find(key);
             QJsonObject row = identityOf(stream);
             addFigures(row,
                        {before == since.streams.end() ? stream.before : before->second.figures,
-                        stream.figures, timings.at(key), stream.silence},
-                       period, m_bitsPerSecond);
+                        stream.figures, stream.*timing, stream.silence},
+                       period, until.bitsPerSecond);
             addAdapterShare(row, load);
-            if (const auto drops = m_receiverDrops.of(stream, sockets))
-                row[QStringLiteral("receiverDrops")] = static_cast<qint64>(*drops);
+            if (const auto dropped = drops.find(key); dropped != drops.end())
+                row[QStringLiteral("receiverDrops")] = static_cast<qint64>(dropped->second);
             rows.append(row);
         }
         return document(rows, load, until);
@@ -252,9 +243,9 @@ private:
         load[QStringLiteral("fragmentPackets")] = static_cast<qint64>(now.fragments.packets);
         load[QStringLiteral("fragmentBytes")] = static_cast<qint64>(now.fragments.bytes);
         QJsonObject total = totalFigures(rows);
-        if (m_bitsPerSecond > 0)
-            total[QStringLiteral("bitsPerSecond")] = static_cast<qint64>(m_bitsPerSecond);
-        addLinkShare(total, m_bitsPerSecond);
+        if (now.bitsPerSecond > 0)
+            total[QStringLiteral("bitsPerSecond")] = static_cast<qint64>(now.bitsPerSecond);
+        addLinkShare(total, now.bitsPerSecond);
         return {{QStringLiteral("interface"), m_name},
                 {QStringLiteral("cameras"), rows},
                 {QStringLiteral("adapter"), load},
@@ -288,7 +279,6 @@ private:
     }
 
     const QString m_name;
-    const double m_bitsPerSecond;
     const platform::NetworkCounters m_networkBefore;
     const std::unique_ptr<observer::AdapterObserver> m_observer;
     platform::NetworkCounters m_countedAtStart;
@@ -296,9 +286,11 @@ private:
     std::uint64_t m_lossesAtStart = 0;
     platform::NetworkCounters m_countedAtEnd;
     std::atomic<bool> m_isEnding{false};
-    const Reading m_first{Clock::now(), {}, {}, 0, {}, m_networkBefore};
+    const Reading m_first{Clock::now(), {}, 0, {}, m_networkBefore, 0};
     Reading m_last = m_first;
-    Timings m_allTiming;
+    std::uint64_t m_removals = 0;
+    std::uint64_t m_returns = 0;
+    QStringList m_notices;
     ReceiverDrops m_receiverDrops;
     std::thread m_thread;
 };

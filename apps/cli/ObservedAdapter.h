@@ -8,6 +8,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 
@@ -24,6 +25,8 @@ public:
     /// Frames that were lost or incomplete until the last interval or result.
     virtual std::uint64_t lostFrames() const = 0;
     virtual observer::CapturedAdapter recorded() = 0;
+    /// See observer::PacketRecord::completeSince().
+    virtual std::chrono::nanoseconds recordedSince() const = 0;
 };
 
 /// Names of the network adapters that are up and have an IPv4 address. Reentrant.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QJsonObject>
+#include <QStringList>
 
 #include <chrono>
 
@@ -19,6 +20,8 @@ public:
     /// and of the whole time with the places where frames were lost.
     virtual QJsonObject interval() = 0;
     virtual QJsonObject result() = 0;
+    /// Lines for the user about what has happened to the interface since the last call.
+    virtual QStringList takeNotices() = 0;
     /// To be called before the results of all interfaces, which are complete after latency().
     virtual void endCount() {}
     virtual std::chrono::milliseconds latency() const { return std::chrono::milliseconds(0); }

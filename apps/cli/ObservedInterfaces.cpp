@@ -23,8 +23,8 @@ using Clock = std::chrono::steady_clock;
 
 /// Of a thread that has to share its processor.
 constexpr std::chrono::milliseconds longestDelay{60};
-/// Memory for the packets of the last minute, of all adapters together. At 1 Gbit/s and 1500 bytes
-/// of a packet, a minute takes 450 MB.
+/// Memory for the packets of the last minute, divided among the adapters. At 1 Gbit/s and 1500
+/// bytes of a packet, a minute takes 450 MB.
 constexpr std::size_t mostRecorded = std::size_t{256} << 20U;
 
 const QLatin1String resultType("result");
@@ -73,9 +73,12 @@ struct ObservedInterfaces::State {
 
     void noteLosses() {
         std::uint64_t lost = 0;
-        for (const ObservedAdapter* adapter : adapters)
+        std::chrono::nanoseconds recordedSince{0};
+        for (const ObservedAdapter* adapter : adapters) {
             lost += adapter->lostFrames();
-        capture->note(lost);
+            recordedSince = std::max(recordedSince, adapter->recordedSince());
+        }
+        capture->note(lost, recordedSince);
     }
 
     QJsonObject document(const QString& type, QJsonObject (ObservedInterface::*figures)()) {
@@ -132,8 +135,11 @@ ObservedInterfaces::ObservedInterfaces(const QStringList& names,
 
 ObservedInterfaces::~ObservedInterfaces() = default;
 
-const QStringList& ObservedInterfaces::notices() const {
-    return m_state->notices;
+QStringList ObservedInterfaces::takeNotices() {
+    QStringList notices = std::exchange(m_state->notices, {});
+    for (const auto& interface : m_state->interfaces)
+        notices += interface->takeNotices();
+    return notices;
 }
 
 QJsonObject ObservedInterfaces::interval() {

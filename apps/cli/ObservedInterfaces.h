@@ -23,9 +23,10 @@ public:
     ObservedInterfaces(const ObservedInterfaces&) = delete;
     ObservedInterfaces& operator=(const ObservedInterfaces&) = delete;
 
-    /// A line for each USB3 Vision camera that is not observed, with what to do. None where
-    /// interfaces were chosen.
-    const QStringList& notices() const;
+    /// Lines for the user that are new since the last call: of USB3 Vision cameras that are not
+    /// observed, with what to do, unless interfaces were chosen; and of interfaces that were
+    /// removed or are there again.
+    QStringList takeNotices();
     /// Documents as runBenchmark() makes them: rates of the time since the interval before, and of
     /// the whole time with the places where frames were lost.
     QJsonObject interval();

@@ -7,7 +7,9 @@
 
 #include <QJsonArray>
 
+#include <tuple>
 #include <utility>
+#include <vector>
 
 namespace cli {
 
@@ -18,20 +20,31 @@ constexpr std::chrono::milliseconds longestWait{500};
 /// The hub in the host controller has this place.
 const std::string rootHubPorts = "0";
 
+observer::StreamFigures allFigures(const observer::UsbStreamReading& stream) {
+    observer::StreamFigures figures = stream.before;
+    figures.add(stream.figures);
+    return figures;
+}
+
+/// What had been seen of the stream at a reading before.
+observer::StreamFigures figuresAt(const observer::UsbReading& reading,
+                                  const observer::UsbStreamKey& key,
+                                  const observer::UsbStreamReading& stream) {
+    observer::StreamFigures figures = stream.before;
+    if (const auto known = reading.streams.find(key); known != reading.streams.end())
+        figures.add(known->second.figures);
+    return figures;
+}
+
 } // namespace
 
 ObservedUsbBus::ObservedUsbBus(QString name, std::unique_ptr<observer::UsbMonitor> monitor,
                                std::filesystem::path sysfs)
-    : m_name(std::move(name)), m_sysfs(std::move(sysfs)), m_observer(std::move(monitor)) {
-    readDevices();
-    for (const auto& [key, device] : m_devices)
-        if (device.ports == rootHubPorts && m_name == QStringLiteral("usbmon%1").arg(device.bus))
-            m_bitsPerSecond = static_cast<double>(device.linkSpeed);
-    m_thread = std::thread([this] {
-        while (!m_isEnding && m_observer.receive(longestWait))
-            continue;
-    });
-}
+    : m_name(std::move(name)), m_sysfs(std::move(sysfs)), m_observer(std::move(monitor)),
+      m_thread([this] {
+          while (!m_isEnding && m_observer.receive(longestWait))
+              continue;
+      }) {}
 
 ObservedUsbBus::~ObservedUsbBus() {
     m_isEnding = true;
@@ -39,37 +52,66 @@ ObservedUsbBus::~ObservedUsbBus() {
     m_thread.join();
 }
 
-ObservedUsbBus::StreamKey ObservedUsbBus::keyOf(const observer::UsbStreamReading& stream) {
-    return {{stream.bus, stream.device}, stream.endpoint};
+ObservedUsbBus::DeviceKey ObservedUsbBus::deviceKey(const observer::UsbStreamKey& key) {
+    return {std::get<0>(key), std::get<1>(key)};
 }
 
 ObservedUsbBus::Reading ObservedUsbBus::read() {
-    observer::UsbReading taken = m_observer.read();
-    Reading reading;
-    reading.missedEvents = taken.missedEvents;
-    for (observer::UsbStreamReading& stream : taken.streams) {
-        const StreamKey key = keyOf(stream);
-        m_allTiming[key].add(stream.timing);
-        reading.streams[key] = std::move(stream);
-    }
     readDevices();
-    return reading;
+    joinStreams();
+    return {m_observer.read()};
+}
+
+bool ObservedUsbBus::isSameCamera(const observer::UsbStreamKey& ended,
+                                  const observer::UsbStreamKey& later) {
+    const platform::UsbDevice& former = deviceOf(ended);
+    const platform::UsbDevice& present = deviceOf(later);
+    return m_present.count(deviceKey(ended)) == 0 && m_present.count(deviceKey(later)) != 0 &&
+           !former.serialNumber.empty() && former.serialNumber == present.serialNumber &&
+           former.product == present.product && std::get<2>(ended) == std::get<2>(later);
+}
+
+void ObservedUsbBus::joinStreams() {
+    const std::vector<observer::UsbStreamKey> streams = m_observer.streams();
+    for (const observer::UsbStreamKey& ended : streams)
+        for (const observer::UsbStreamKey& later : streams)
+            if (isSameCamera(ended, later))
+                m_observer.join(ended, later);
 }
 
 void ObservedUsbBus::readDevices() {
-    for (platform::UsbDevice& device : platform::usbDevices(m_sysfs))
-        m_devices[{device.bus, device.number}] = std::move(device);
+    bool isPresent = false;
+    m_present.clear();
+    for (platform::UsbDevice& device : platform::usbDevices(m_sysfs)) {
+        if (device.ports == rootHubPorts && m_name == QStringLiteral("usbmon%1").arg(device.bus)) {
+            isPresent = true;
+            m_bitsPerSecond = static_cast<double>(device.linkSpeed);
+        }
+        const DeviceKey key(device.bus, device.number);
+        m_present.insert(key);
+        m_devices[key] = std::move(device);
+    }
+    if (m_isPresent && !isPresent)
+        m_notices.append(
+            QStringLiteral("The USB bus %1 was removed. Start this program again to observe a "
+                           "bus that takes its place.")
+                .arg(m_name));
+    m_isPresent = isPresent;
 }
 
-const platform::UsbDevice& ObservedUsbBus::deviceOf(const StreamKey& key) {
-    platform::UsbDevice& device = m_devices[key.first];
-    std::tie(device.bus, device.number) = key.first;
+QStringList ObservedUsbBus::takeNotices() {
+    return std::exchange(m_notices, {});
+}
+
+const platform::UsbDevice& ObservedUsbBus::deviceOf(const observer::UsbStreamKey& key) {
+    platform::UsbDevice& device = m_devices[deviceKey(key)];
+    std::tie(device.bus, device.number) = deviceKey(key);
     return device;
 }
 
-QJsonObject ObservedUsbBus::identityOf(const StreamKey& key) {
+QJsonObject ObservedUsbBus::identityOf(const observer::UsbStreamKey& key) {
     const platform::UsbDevice& device = deviceOf(key);
-    const QString place = QStringLiteral("%1:%2").arg(key.first.first).arg(key.first.second);
+    const QString place = QStringLiteral("%1:%2").arg(device.bus).arg(device.number);
     const QString serialNumber = QString::fromStdString(device.serialNumber);
     const QString model = QString::fromStdString(device.product);
     return {{QStringLiteral("id"), serialNumber.isEmpty() ? place : serialNumber},
@@ -81,17 +123,17 @@ QJsonObject ObservedUsbBus::identityOf(const StreamKey& key) {
             {QStringLiteral("address"), place}};
 }
 
-QJsonObject ObservedUsbBus::figures(const Reading& since, const Reading& until) {
-    const double period = std::chrono::duration<double>(until.time - since.time).count();
+QJsonObject ObservedUsbBus::figures(const Reading* since, const Reading& until) {
+    const double period =
+        std::chrono::duration<double>(until.time - (since ? since->time : m_start)).count();
     QJsonArray rows;
     for (const auto& [key, stream] : until.streams) {
-        const auto before = since.streams.find(key);
         QJsonObject row = identityOf(key);
-        addFigures(
-            row,
-            {before == since.streams.end() ? observer::StreamFigures() : before->second.figures,
-             stream.figures, stream.timing, stream.silence, false},
-            period, m_bitsPerSecond);
+        addFigures(row,
+                   {since ? figuresAt(*since, key, stream) : observer::StreamFigures(),
+                    allFigures(stream), since ? stream.timing : stream.allTiming, stream.silence,
+                    false},
+                   period, m_bitsPerSecond);
         rows.append(row);
     }
     QJsonObject total = totalFigures(rows);
@@ -106,18 +148,14 @@ QJsonObject ObservedUsbBus::figures(const Reading& since, const Reading& until) 
 
 QJsonObject ObservedUsbBus::interval() {
     Reading now = read();
-    const QJsonObject document = figures(m_last, now);
+    const QJsonObject document = figures(&m_last, now);
     m_last = std::move(now);
     return document;
 }
 
 QJsonObject ObservedUsbBus::result() {
-    Reading now = read();
-    for (auto& [key, stream] : now.streams)
-        stream.timing = m_allTiming[key];
-    Reading first;
-    first.time = m_start;
-    QJsonObject document = figures(first, now);
+    const Reading now = read();
+    QJsonObject document = figures(nullptr, now);
     document[QStringLiteral("findings")] = findings(now);
     return document;
 }
@@ -127,7 +165,7 @@ QJsonArray ObservedUsbBus::findings(const Reading& now) {
     evidence.name = m_name.toStdString();
     for (const auto& [key, stream] : now.streams) {
         CameraEvidence camera = frameEvidence(
-            identityOf(key)[QStringLiteral("id")].toString().toStdString(), stream.figures);
+            identityOf(key)[QStringLiteral("id")].toString().toStdString(), allFigures(stream));
         camera.isUsb = true;
         camera.usbSpeed = static_cast<std::uint64_t>(deviceOf(key).linkSpeed);
         evidence.cameras.push_back(std::move(camera));

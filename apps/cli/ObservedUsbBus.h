@@ -6,6 +6,7 @@
 #include "platform/UsbDevice.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <atomic>
 #include <chrono>
@@ -13,8 +14,9 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <set>
 #include <thread>
-#include <tuple>
+#include <utility>
 
 namespace cli {
 
@@ -28,38 +30,43 @@ public:
 
     QJsonObject interval() override;
     QJsonObject result() override;
+    QStringList takeNotices() override;
 
 private:
     using Clock = std::chrono::steady_clock;
     /// Bus and number of a device.
     using DeviceKey = std::pair<std::int64_t, std::int64_t>;
-    /// Device and endpoint.
-    using StreamKey = std::pair<DeviceKey, std::uint8_t>;
-
-    struct Reading {
+    struct Reading : observer::UsbReading {
         Clock::time_point time = Clock::now();
-        std::map<StreamKey, observer::UsbStreamReading> streams;
-        std::uint64_t missedEvents = 0;
     };
 
-    static StreamKey keyOf(const observer::UsbStreamReading& stream);
+    static DeviceKey deviceKey(const observer::UsbStreamKey& key);
     Reading read();
-    /// Reads the names of devices; those that were pulled keep theirs.
+    /// A camera that is plugged in again has another number: joins its streams.
+    void joinStreams();
+    bool isSameCamera(const observer::UsbStreamKey& ended, const observer::UsbStreamKey& later);
+    /// Reads the names of devices; those that were pulled keep theirs. Notices when the bus itself
+    /// is gone, which the kernel does not tell who observes it.
     void readDevices();
-    const platform::UsbDevice& deviceOf(const StreamKey& key);
-    QJsonObject identityOf(const StreamKey& key);
-    QJsonObject figures(const Reading& since, const Reading& until);
+    const platform::UsbDevice& deviceOf(const observer::UsbStreamKey& key);
+    QJsonObject identityOf(const observer::UsbStreamKey& key);
+    /// Of the time \p since a reading, or of the whole time.
+    QJsonObject figures(const Reading* since, const Reading& until);
     QJsonArray findings(const Reading& now);
 
     const QString m_name;
     const std::filesystem::path m_sysfs;
     observer::UsbObserver m_observer;
     std::map<DeviceKey, platform::UsbDevice> m_devices;
+    /// Those of them that are plugged in.
+    std::set<DeviceKey> m_present;
     /// Bits per second of the bus; 0 where it is unknown, and for all buses.
     double m_bitsPerSecond = 0;
+    /// Whether the last reading has shown the bus.
+    bool m_isPresent = false;
+    QStringList m_notices;
     Reading m_last;
     const Clock::time_point m_start = m_last.time;
-    std::map<StreamKey, observer::FrameTiming> m_allTiming;
     std::atomic<bool> m_isEnding{false};
     std::thread m_thread;
 };

@@ -26,8 +26,20 @@ bool isThere(const QString& bus, const fs::path& root) {
     return fs::exists(usbBusFile(bus, root), none);
 }
 
+/// Whether the module shows the bus to others than this program, as to a service that has a /dev of
+/// its own.
+bool isHidden(const QString& bus, const fs::path& root) {
+    std::error_code none;
+    return !isThere(bus, root) && fs::exists(root / "sys/module/usbmon", none);
+}
+
 /// Why a bus of this host cannot be observed, with the command that permits it.
 QString obstacle(const QString& bus, const fs::path& root) {
+    if (isHidden(bus, root))
+        return QStringLiteral("This program does not see /dev/%1, although the kernel's module "
+                              "usbmon is loaded. A systemd service sees it with "
+                              "PrivateDevices=no.")
+            .arg(bus);
     if (!isThere(bus, root))
         return QStringLiteral("There is no /dev/%1, where the kernel's module usbmon shows the "
                               "transfers of USB. Load it: %2")
@@ -78,9 +90,9 @@ std::unique_ptr<observer::UsbMonitor> openUsbBus(const QString& name, const fs::
 
 QStringList unobservedUsbCameras(const QStringList& observed, const fs::path& root) {
     QStringList lines;
-    for (const session::Usb3VisionCamera& camera : session::usb3VisionCameras(root)) {
+    for (const session::Usb3VisionCamera& camera : session::pluggedUsbCameras(root)) {
         const QString bus = busName(camera.bus);
-        if (!observed.contains(bus))
+        if (!observed.contains(bus) && !isHidden(bus, root))
             lines.append(QStringLiteral("The USB3 Vision camera \"%1\" (%2) is not observed. %3")
                              .arg(QString::fromStdString(camera.name), bus, obstacle(bus, root)));
     }

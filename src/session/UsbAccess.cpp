@@ -44,14 +44,20 @@ bool mayOpen(const fs::path& file) {
 
 } // namespace
 
-std::vector<Usb3VisionCamera> usb3VisionCameras(const fs::path& root) {
+std::vector<Usb3VisionCamera> pluggedUsbCameras(const fs::path& root) {
     std::vector<Usb3VisionCamera> cameras;
     for (const platform::UsbDevice& device : platform::usbDevices(root / "sys")) {
-        const std::string file = fileOf(device);
         if (isUsb3Vision(device))
-            cameras.push_back({nameOf(device), '/' + file, device.linkSpeed, mayOpen(root / file),
+            cameras.push_back({nameOf(device), '/' + fileOf(device), device.linkSpeed, false,
                                device.controller, device.bus});
     }
+    return cameras;
+}
+
+std::vector<Usb3VisionCamera> usb3VisionCameras(const fs::path& root) {
+    std::vector<Usb3VisionCamera> cameras = pluggedUsbCameras(root);
+    for (Usb3VisionCamera& camera : cameras)
+        camera.mayBeOpened = mayOpen(root / camera.file.substr(1));
     return cameras;
 }
 

@@ -27,7 +27,11 @@ struct Usb3VisionCamera {
     std::int64_t bus = 0;
 };
 
-/// Finds all of them in the folders /sys and /dev below \p root. Opens no camera, only its file.
+/// Finds all of them in the folder /sys below \p root. Leaves mayBeOpened false: opening the file
+/// of a camera would wake it where it is suspended. Reentrant.
+std::vector<Usb3VisionCamera> pluggedUsbCameras(const std::filesystem::path& root = "/");
+
+/// The same, and tries to open the file of each in the folder /dev below \p root, but no camera.
 /// Reentrant.
 std::vector<Usb3VisionCamera> usb3VisionCameras(const std::filesystem::path& root = "/");
 

@@ -61,7 +61,9 @@ TEST_F(UsbBuses, areObservedAsAdaptersAre) {
         seen = bus.interval();
         return seen[QStringLiteral("cameras")].toArray().size() == 2;
     }));
+    EXPECT_EQ(bus.takeNotices(), QStringList());
     std::filesystem::remove_all(files.root() / "sys/bus/usb/devices/2-1");
+    std::filesystem::remove_all(files.root() / "sys/bus/usb/devices/usb2");
     QJsonObject result = bus.result();
     for (const QJsonObject& document : {seen, result}) {
         EXPECT_EQ(document[QStringLiteral("interface")], QStringLiteral("usbmon2"));
@@ -80,6 +82,10 @@ TEST_F(UsbBuses, areObservedAsAdaptersAre) {
         EXPECT_FALSE(camera.contains(QStringLiteral("packetsMissing"))) << "they have no numbers";
         EXPECT_EQ(rows[1].toObject()[QStringLiteral("id")], QStringLiteral("2:9"));
     }
+    EXPECT_THAT(bus.takeNotices().join(QLatin1Char('\n')).toStdString(),
+                HasSubstr("The USB bus usbmon2 was removed."));
+    bus.interval();
+    EXPECT_EQ(bus.takeNotices(), QStringList());
     const QJsonValue finding = result[QStringLiteral("findings")].toArray().at(0);
     EXPECT_EQ(finding[QStringLiteral("place")], QStringLiteral("usb"));
     EXPECT_THAT(finding[QStringLiteral("evidence")].toString().toStdString(),
@@ -88,6 +94,32 @@ TEST_F(UsbBuses, areObservedAsAdaptersAre) {
     result[QStringLiteral("simulated")] = result[QStringLiteral("interrupted")] = false;
     result[QStringLiteral("seconds")] = 1;
     expectValidFigures(QJsonDocument(result).toJson(QJsonDocument::Compact).toStdString());
+}
+
+TEST_F(UsbBuses, continueTheRowOfACameraThatIsPluggedInAgain) {
+    auto monitor = std::make_unique<usbscript::Monitor>();
+    for (std::uint64_t id = 0; id < 3; ++id)
+        monitor->sendFrame(id);
+    usbscript::Event again;
+    again.device = 8;
+    for (std::uint64_t id = 0; id < 2; ++id)
+        monitor->sendFrame(id, again);
+    ObservedUsbBus bus(QStringLiteral("usbmon2"), std::move(monitor), files.root() / "sys");
+    const auto rows = [&bus] {
+        return bus.interval()[QStringLiteral("cameras")].toArray();
+    };
+    EXPECT_TRUE(QTest::qWaitFor([&] { return rows().size() == 2; }));
+    rows();
+    addDevice("2-1", "8", "1", "480");
+    for (const auto& [document, frames] : {std::pair(bus.interval(), 0), {bus.result(), 5}}) {
+        const QJsonArray cameras = document[QStringLiteral("cameras")].toArray();
+        ASSERT_EQ(cameras.size(), 1);
+        EXPECT_EQ(cameras[0][QStringLiteral("id")], QStringLiteral("1"));
+        EXPECT_EQ(cameras[0][QStringLiteral("address")], QStringLiteral("2:8"));
+        EXPECT_EQ(cameras[0][QStringLiteral("receivedFrames")], 5);
+        EXPECT_EQ(cameras[0][QStringLiteral("framesPerSecond")].toDouble() > 0, frames > 0);
+        EXPECT_EQ(cameras[0][QStringLiteral("frameSeconds")].isDouble(), frames > 0);
+    }
 }
 
 TEST_F(UsbBuses, tellWhatToDoWhereTheyCannotBeObserved) {
@@ -104,6 +136,9 @@ TEST_F(UsbBuses, tellWhatToDoWhereTheyCannotBeObserved) {
     EXPECT_THAT(
         unobservedUsbCameras({}, files.root()).join(QLatin1Char('\n')).toStdString(),
         AllOf(HasSubstr("\"Camera 1\" (usbmon2) is not observed"), HasSubstr("modprobe usbmon")));
+    files.write("sys/module/usbmon/refcnt", "0");
+    EXPECT_THAT(failure("usbmon2"), HasSubstr("PrivateDevices=no"));
+    EXPECT_TRUE(unobservedUsbCameras({}, files.root()).isEmpty()) << "hidden on purpose";
     for (const char* file : {"dev/usbmon0", "dev/usbmon2", "dev/usbmon12", "dev/usbmon", "dev/tty"})
         files.write(file, "");
     EXPECT_EQ(usbBuses(files.root()),

@@ -5,9 +5,7 @@
 
 namespace cli {
 
-struct ObservedInterfaces::State {
-    QStringList notices;
-};
+struct ObservedInterfaces::State {};
 
 ObservedInterfaces::ObservedInterfaces(const QStringList&, const std::optional<QString>&) {
     throw Failure(QStringLiteral("\"observe\" needs Linux."), ExitCode::WrongUse);
@@ -15,8 +13,8 @@ ObservedInterfaces::ObservedInterfaces(const QStringList&, const std::optional<Q
 
 ObservedInterfaces::~ObservedInterfaces() = default;
 
-const QStringList& ObservedInterfaces::notices() const {
-    return m_state->notices;
+QStringList ObservedInterfaces::takeNotices() {
+    return {};
 }
 
 QJsonObject ObservedInterfaces::interval() {
