@@ -77,8 +77,9 @@ void AdapterObserver::beginRound() {
     m_newestOfRound.reset();
     const gvsp::SourceCounts missed = m_source->counts();
     if (missed.dropped != m_missed.dropped || missed.returns != m_missed.returns) {
+        m_blindUntil = m_now + affectedByMiss;
         for (auto& [key, entry] : m_streams)
-            entry.stream.noteMissed(m_now + affectedByMiss);
+            entry.stream.noteMissed(m_blindUntil);
     }
     m_missed = missed;
 }
@@ -133,6 +134,7 @@ void AdapterObserver::takeUnknown(const Key& key, const gvsp::StreamDatagram& da
         return;
     Entry& entry = m_streams[key];
     entry.found = arrival;
+    entry.stream.noteMissed(m_blindUntil);
     entry.stream.packet(datagram, arrival);
     record(datagram);
     m_hasNewEndpoints = true;

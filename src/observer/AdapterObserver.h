@@ -123,6 +123,8 @@ private:
     std::map<Key, Entry> m_streams;
     CameraDirectory m_directory;
     gvsp::SourceCounts m_missed;
+    /// See ObservedStream::noteMissed().
+    Time m_blindUntil{};
     FragmentCounts m_fragments;
     const std::unique_ptr<PacketRecord> m_record;
     /// The stream of the packet before: most packets follow one of the same stream.

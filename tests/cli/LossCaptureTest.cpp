@@ -23,9 +23,6 @@ TEST(LossCapture, writesLossesBeforeTheirPacketsAreForgottenAndAgainAfterAnError
         ++begun;
         return std::vector<observer::CapturedAdapter>();
     });
-    const auto now = [] {
-        return std::chrono::system_clock::now().time_since_epoch();
-    };
     std::uint64_t losses = 0;
     const auto awaits = [&](const char* member) {
         return QTest::qWaitFor([&] {
@@ -33,23 +30,19 @@ TEST(LossCapture, writesLossesBeforeTheirPacketsAreForgottenAndAgainAfterAnError
             return capture.document().contains(QLatin1String(member));
         });
     };
-    capture.note(losses, 0ns);
-    EXPECT_EQ(begun, 0);
     capture.note(++losses, 0ns);
     EXPECT_EQ(begun, 1);
     EXPECT_TRUE(awaits("writtenAfterSeconds"));
     capture.note(++losses, 0ns);
     EXPECT_EQ(begun, 1) << "the record has all packets since";
     std::filesystem::remove_all(folder);
-    capture.note(losses, now());
+    capture.note(losses, std::chrono::system_clock::now().time_since_epoch());
     EXPECT_EQ(begun, 2);
     EXPECT_TRUE(awaits("error"));
     std::filesystem::create_directory(folder);
     capture.finish();
     EXPECT_EQ(begun, 3);
     EXPECT_TRUE(std::filesystem::exists(folder / "lost.pcapng"));
-    capture.finish();
-    EXPECT_EQ(begun, 3) << "nothing was lost since";
     EXPECT_THROW(LossCapture(QStringLiteral("/dev/null"), {}), Failure);
 }
 

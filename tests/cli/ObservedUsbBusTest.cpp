@@ -111,14 +111,14 @@ TEST_F(UsbBuses, continueTheRowOfACameraThatIsPluggedInAgain) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return rows().size() == 2; }));
     rows();
     addDevice("2-1", "8", "1", "480");
-    for (const auto& [document, frames] : {std::pair(bus.interval(), 0), {bus.result(), 5}}) {
+    for (const auto& [document, isResult] :
+         {std::pair(bus.interval(), false), {bus.result(), true}}) {
         const QJsonArray cameras = document[QStringLiteral("cameras")].toArray();
         ASSERT_EQ(cameras.size(), 1);
-        EXPECT_EQ(cameras[0][QStringLiteral("id")], QStringLiteral("1"));
         EXPECT_EQ(cameras[0][QStringLiteral("address")], QStringLiteral("2:8"));
         EXPECT_EQ(cameras[0][QStringLiteral("receivedFrames")], 5);
-        EXPECT_EQ(cameras[0][QStringLiteral("framesPerSecond")].toDouble() > 0, frames > 0);
-        EXPECT_EQ(cameras[0][QStringLiteral("frameSeconds")].isDouble(), frames > 0);
+        EXPECT_EQ(cameras[0][QStringLiteral("framesPerSecond")].toDouble() > 0, isResult);
+        EXPECT_EQ(cameras[0][QStringLiteral("frameSeconds")].isDouble(), isResult);
     }
 }
 
