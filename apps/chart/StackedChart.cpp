@@ -36,8 +36,8 @@ constexpr std::size_t mostPoints = 640;
 constexpr double mostSeconds = 1e11;
 constexpr double mostMegabytesPerSecond = 1e12;
 constexpr double shortestSeconds = 1e-3;
-/// A link is drawn up to so many times the highest rate.
-constexpr double highestLink = 5;
+/// Numbers that are closer to each other cannot be read.
+constexpr double leastNumberDistance = 9;
 
 QString translated(const char* text) {
     return QCoreApplication::translate("chart::Drawing", text);
@@ -58,7 +58,7 @@ double rateAt(const Series& series, std::size_t index) {
 StackedChart valid(const StackedChart& chart) {
     StackedChart result{chart.title, {}, {}, chart.linkMegabytesPerSecond};
     for (const Series& series : chart.series)
-        result.series.push_back({series.name, {}, series.lostAtSeconds});
+        result.series.push_back({series.name, {}, series.lostAtSeconds, series.color});
     for (std::size_t i = 0; i < chart.seconds.size(); ++i) {
         const double time = chart.seconds[i];
         const bool isAscending = result.seconds.empty() || time > result.seconds.back();
@@ -212,8 +212,17 @@ private:
 
     QString title() const { return printableText(m_full.title); }
     QString name(std::size_t series) const { return printableText(m_full.series[series].name); }
+    QString color(std::size_t series) const {
+        return seriesColor(m_full.series[series].color.value_or(static_cast<int>(series)));
+    }
     static QString elided(const QString& text, int letters) {
-        return text.size() <= letters ? text : text.left(letters - 1) + QChar(0x2026);
+        if (text.size() <= letters)
+            return text;
+        QString start = text.left(letters - 1);
+        // Half a surrogate pair is no letter.
+        if (start.at(letters - 2).isHighSurrogate())
+            start.chop(1);
+        return start + QChar(0x2026);
     }
 
     /// For who does not see the picture: the mean rates, and who lost frames.
@@ -272,7 +281,7 @@ private:
         for (std::size_t i = count; i > 0; --i)
             points.append(point(i - 1, series));
         open("polygon", {{"points", points.join(QLatin1Char(' '))},
-                         {"fill", seriesColor(static_cast<int>(series))},
+                         {"fill", color(series)},
                          {"class", QStringLiteral("chart-area")},
                          {"stroke", QStringLiteral("#1a1a1a")},
                          {"stroke-width", QStringLiteral("0.8")},
@@ -355,6 +364,8 @@ private:
         const std::size_t count = m_data.series.size();
         const double distance = std::min(
             fontSize, (bottom - top) / static_cast<double>(std::max<std::size_t>(count, 1)));
+        if (distance < leastNumberDistance)
+            return;
         double lowest = bottom;
         for (std::size_t s = 0; s < count; ++s) {
             const double room = static_cast<double>(count - 1 - s) * distance;
@@ -410,7 +421,7 @@ private:
                              {"y", number(entryY - 10)},
                              {"width", QStringLiteral("12")},
                              {"height", QStringLiteral("12")},
-                             {"fill", seriesColor(static_cast<int>(s))},
+                             {"fill", color(s)},
                              {"class", QStringLiteral("chart-area")},
                              {"stroke", QStringLiteral("#1a1a1a")},
                              {"stroke-width", QStringLiteral("0.8")}});

@@ -19,7 +19,13 @@ struct Series {
     std::vector<double> megabytesPerSecond;
     /// When frames were lost, in the unit and range of the chart's times. Others are left out.
     std::vector<double> lostAtSeconds;
+    /// Index for seriesColor(); that of its place in the chart when there is none.
+    std::optional<int> color = std::nullopt;
 };
+
+/// A link that is faster than so many times the highest rate would make the areas flat: it is told
+/// in words.
+inline constexpr double highestLink = 5;
 
 /// Rates of cameras that share a link, one above the other.
 struct StackedChart {
@@ -28,8 +34,7 @@ struct StackedChart {
     std::vector<double> seconds;
     /// The first one is the lowest of the stack.
     std::vector<Series> series;
-    /// What the link carries in MB/s; drawn as a dashed line, unless it is so far above the rates
-    /// that these would be flat: then it is told in words.
+    /// What the link carries in MB/s; drawn as a dashed line up to highestLink.
     std::optional<double> linkMegabytesPerSecond;
 };
 
@@ -42,10 +47,10 @@ StackedChart averaged(const StackedChart& chart, std::size_t mostTimes);
 QString seriesColor(int index);
 
 /// The chart as an SVG element in UTF-8, without an XML declaration, so that a page may contain it;
-/// it is also a complete file. It has a title and a description for screen readers, numbers at its
-/// areas and its legend, which tell them apart without colours, and a style of its own for dark
-/// screens. It refers to no other file and no script. Never fails. Reentrant; its words are
-/// translated in the context "chart::Drawing".
+/// it is also a complete file. It has a title and a description for screen readers, numbers in its
+/// legend and, up to 24 series, at their areas, which tell them apart without colours, and a style
+/// of its own for dark screens. It refers to no other file and no script. Never fails. Reentrant;
+/// its words are translated in the context "chart::Drawing".
 QByteArray toSvg(const StackedChart& chart);
 
 } // namespace chart
