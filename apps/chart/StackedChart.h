@@ -34,14 +34,21 @@ struct StackedChart {
     std::vector<double> seconds;
     /// The first one is the lowest of the stack.
     std::vector<Series> series;
-    /// What the link carries in MB/s; drawn as a dashed line up to highestLink.
+    /// What the link carries in MB/s, above 0 and finite, else it is not known; drawn as a dashed
+    /// line up to highestLink.
     std::optional<double> linkMegabytesPerSecond;
 };
 
-/// The chart with at most so many times, and a rate for each of them that can be drawn: groups of
-/// times that follow each other are replaced by their mean, and rates likewise. Losses and the link
-/// stay as they are. \p mostTimes is above 0. Reentrant.
+/// What can be drawn of a chart, with a rate of each series for each of its times. Reentrant.
+StackedChart validated(const StackedChart& chart);
+
+/// The validated chart with at most so many times: groups of times that follow each other are
+/// replaced by their mean, and rates likewise. Losses and the link stay as they are. \p mostTimes
+/// is above 0. Reentrant.
 StackedChart averaged(const StackedChart& chart, std::size_t mostTimes);
+
+/// Mean of the rates of a validated chart's series in MB/s; 0 when it has none.
+double meanRate(const Series& series);
 
 /// The colour of the series with this index from 0 as "#rrggbb". Colours repeat after eight.
 QString seriesColor(int index);
