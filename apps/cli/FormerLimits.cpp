@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/FormerLimits.h"
 
+#include "cli/Failure.h"
 #include "engine/CameraHandler.h"
 
 namespace cli {
@@ -8,7 +9,7 @@ namespace cli {
 FormerLimits::FormerLimits(const CameraList& cameras) {
     for (const auto& camera : cameras) {
         if (camera->isOpened())
-            m_limits.emplace_back(*camera);
+            m_limits.push_back({camera, SavedLimit(*camera)});
     }
 }
 
@@ -16,10 +17,20 @@ FormerLimits::~FormerLimits() {
     putBack();
 }
 
+void FormerLimits::requireReadable() const {
+    for (const auto& [camera, limit] : m_limits) {
+        if (limit.isUnreadable() && !camera->isLocked())
+            throw Failure(
+                QStringLiteral("%1: Its bandwidth limit cannot be read, so that it could not be "
+                               "put back. --lock leaves it as it is.")
+                    .arg(QString::fromStdString(cameraDisplayText(camera->getCameraInfo()))));
+    }
+}
+
 bool FormerLimits::putBack() {
     bool areBack = true;
-    for (SavedLimit& limit : m_limits)
-        areBack = limit.putBack() && areBack;
+    for (Former& former : m_limits)
+        areBack = former.limit.putBack() && areBack;
     m_limits.clear();
     return areBack;
 }

@@ -4,6 +4,7 @@
 #include "engine/CameraList.h"
 #include "engine/SavedLimit.h"
 
+#include <memory>
 #include <vector>
 
 namespace cli {
@@ -19,13 +20,21 @@ public:
     FormerLimits(const FormerLimits&) = delete;
     FormerLimits& operator=(const FormerLimits&) = delete;
 
+    /// Throws a Failure that names a camera whose limit may be changed, but could not be read and
+    /// so not be put back. Locked cameras keep theirs.
+    void requireReadable() const;
     /// Returns whether every camera has its former limit again; logs which one has not.
     bool putBack();
     /// Leaves the present limits.
     void forget() { m_limits.clear(); }
 
 private:
-    std::vector<SavedLimit> m_limits;
+    struct Former {
+        std::shared_ptr<CameraHandler> camera;
+        SavedLimit limit;
+    };
+
+    std::vector<Former> m_limits;
 };
 
 } // namespace cli

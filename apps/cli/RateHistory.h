@@ -13,7 +13,7 @@ namespace cli {
 class RateHistory {
 public:
     /// Takes a document of "type" "interval" or, last, "result"; see runBenchmark(). An interval
-    /// without time is left out.
+    /// without time is left out; a short rest at the end joins the interval before.
     void add(const QJsonObject& benchmark);
 
     /// For each interface "interface", "bitsPerSecond" (absent where unknown), "seconds" (the
@@ -25,11 +25,16 @@ private:
     struct Camera {
         QString id;
         QString name;
-        /// Since the start.
+        /// Since the start; of lost and incomplete frames the most that were counted.
         double bytes = 0;
         double badFrames = 0;
         std::vector<double> bytesPerSecond;
         std::vector<double> lostFrames;
+
+        /// Adds an interval.
+        void add(const QJsonValue& figures, double seconds);
+        /// Makes the last two intervals one; \p rest is the length of the last one.
+        void joinRest(double seconds, double rest);
     };
     struct Interface {
         QString name;
@@ -39,8 +44,12 @@ private:
 
     static Interface emptyHistory(const QJsonObject& interface);
 
-    double m_end = 0;
-    std::vector<double> m_seconds;
+    /// A rate of few frames would be far from the mean: a last interval that is shorter than half
+    /// the one before becomes a part of it.
+    void joinShortRest();
+
+    /// Of the intervals.
+    std::vector<double> m_ends;
     std::vector<Interface> m_interfaces;
 };
 

@@ -124,6 +124,20 @@ QJsonObject withSettings(QJsonObject interface, const CameraList& cameras) {
     return interface;
 }
 
+/// "id" and "packetSizeBytes" of the open cameras that have one.
+QJsonArray describePacketSizes(const CameraList& cameras) {
+    const QString size = QStringLiteral("packetSizeBytes");
+    QJsonArray rows;
+    for (const auto& camera : cameras) {
+        const QJsonObject settings = camera->isOpened() ? streamSettings(*camera) : QJsonObject();
+        if (settings.contains(size))
+            rows.append(QJsonObject{
+                {QStringLiteral("id"), QString::fromStdString(camera->getCameraInfo().cameraId)},
+                {size, settings[size]}});
+    }
+    return rows;
+}
+
 /// The libraries that reach the cameras, each once.
 QString cameraLibraries(const ChosenInterfaces& chosen) {
     QStringList libraries;
@@ -168,8 +182,11 @@ public:
         lockCameras(m_chosen, arguments);
         setMaxBandwidth(m_cameras, m_chosen, arguments, m_context.terminal);
         requireDivisible();
-        measure(QStringLiteral("before"));
         FormerLimits former(m_chosen.cameras());
+        // A plan leaves such a camera alone by itself.
+        if (arguments.has(autoSetOption))
+            former.requireReadable();
+        measure(QStringLiteral("before"));
         if (!change())
             return;
         measure(QStringLiteral("after"));
@@ -206,9 +223,12 @@ private:
                                                     return true;
                                                 });
         history.add(result);
-        m_measurements.append(QJsonObject{{QStringLiteral("name"), name},
-                                          {QStringLiteral("result"), result},
-                                          {QStringLiteral("rates"), history.document()}});
+        QJsonObject measurement{{QStringLiteral("name"), name},
+                                {QStringLiteral("result"), result},
+                                {QStringLiteral("rates"), history.document()}};
+        if (m_plan.adjustsPacketSize)
+            measurement[QStringLiteral("packetSizes")] = describePacketSizes(m_chosen.cameras());
+        m_measurements.append(measurement);
     }
 
     /// Returns false, with all limits as before, when the program is to end.

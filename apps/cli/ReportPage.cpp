@@ -193,6 +193,15 @@ page::Notes lossNotes(const QJsonValue& interface, bool explainsAll) {
     return notes;
 }
 
+page::Table packetSizeTable(const QJsonArray& rows) {
+    const QVector<Column> columns{
+        {QStringLiteral("Camera"), QStringLiteral("id")},
+        {QStringLiteral("Packet bytes"), QStringLiteral("packetSizeBytes")},
+    };
+    return tableOf(QStringLiteral("Packet sizes, which were adjusted before this measurement"),
+                   tableCells(columns, rows));
+}
+
 page::Section measurementSection(const QJsonValue& measurement, bool explainsAll) {
     const QJsonObject result = measurement[QStringLiteral("result")].toObject();
     const QString name = measurement[QStringLiteral("name")].toString();
@@ -217,6 +226,9 @@ page::Section measurementSection(const QJsonValue& measurement, bool explainsAll
         section.blocks.emplace_back(page::Paragraph{QStringLiteral("Where frames were lost:")});
         section.blocks.emplace_back(notes);
     }
+    const QJsonArray packetSizes = measurement[QStringLiteral("packetSizes")].toArray();
+    if (!packetSizes.isEmpty())
+        section.blocks.emplace_back(packetSizeTable(packetSizes));
     return section;
 }
 

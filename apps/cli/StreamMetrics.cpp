@@ -2,7 +2,6 @@
 #include "cli/StreamMetrics.h"
 
 #include "cli/Benchmark.h"
-#include "platform/NetworkAdapters.h"
 #include "platform/NetworkCounters.h"
 
 #include <QCoreApplication>
@@ -34,6 +33,9 @@ struct CameraCount {
     /// Member of a camera in the document.
     const char* member;
     Metric metric;
+    /// Whether it is corrected downwards, since a frame that was taken for lost or that belonged to
+    /// no count came late. Another count that falls has begun anew, alone or with its stream.
+    bool mayFall = false;
 };
 
 constexpr const char* dataMember = "payloadBytes";
@@ -44,10 +46,12 @@ constexpr std::array<CameraCount, 9> cameraCounts{{
     {"incompleteFrames",
      {"spanlet_frames_incomplete_total", "Frames that lack some of their packets."}},
     {"lostFrames",
-     {"spanlet_frames_lost_total", "Frames of which nothing arrived, by their numbers."}},
+     {"spanlet_frames_lost_total", "Frames of which nothing arrived, by their numbers."},
+     true},
     {"unjudgedFrames",
      {"spanlet_frames_unjudged_total",
-      "Frames in no other count, as the observer had missed packets or the stream was cut."}},
+      "Frames in no other count, as the observer had missed packets or the stream was cut."},
+     true},
     {dataMember, {"spanlet_payload_bytes_total", "Data of images that arrived."}},
     {"packetsResent",
      {"spanlet_packets_resent_total", "Packets that the camera has sent again on request."}},
@@ -205,7 +209,7 @@ void StreamMetrics::addInterface(Families& families, const QJsonObject& interfac
         if (count)
             families.add(metric, its, static_cast<double>(*count));
     };
-    add(adapterBytes, labels, platform::receivedBytes(adapter, m_root / "sys"));
+    add(adapterBytes, labels, counters[platform::NetworkCount::AdapterReceivedBytes]);
     add(adapterPackets, labels, counters[platform::NetworkCount::AdapterReceived]);
     add(carrierChanges, labels, counters[platform::NetworkCount::AdapterCarrierChanges]);
     for (const platform::NetworkCount count : errorCounts)
@@ -216,8 +220,7 @@ void StreamMetrics::addInterface(Families& families, const QJsonObject& interfac
 void StreamMetrics::addCamera(Families& families, const StreamKey& key,
                               const CameraReading& reading, Clock::time_point now) {
     Stream& stream = m_streams[key];
-    // A stream was forgotten. Other counts may also be corrected downwards: that of lost frames,
-    // when one arrives late.
+    // A stream was forgotten.
     const auto data = reading.counts.find(dataMember);
     const bool isRestarted =
         data != reading.counts.end() && data->second < stream.totals[dataMember].highest;
@@ -226,7 +229,7 @@ void StreamMetrics::addCamera(Families& families, const StreamKey& key,
         if (found == reading.counts.end())
             continue;
         Total& total = stream.totals[found->first];
-        if (isRestarted)
+        if (isRestarted || (!count.mayFall && found->second < total.highest))
             total.highest = found->second;
         if (found->second > total.highest) {
             total.value += found->second - total.highest;

@@ -17,6 +17,10 @@ using std::chrono::milliseconds;
 
 /// A camera without frames for so long is asked whether it is still there.
 constexpr milliseconds silence{500};
+/// A camera has stopped when it has sent no frame for so long, and for so many times its usual time
+/// between two frames.
+constexpr double longestSilentSeconds = 2;
+constexpr double longestSilentPeriods = 3;
 /// After so much time, further cameras are asked the next time.
 constexpr milliseconds questionTime{100};
 
@@ -73,7 +77,7 @@ StreamingCameras::StreamingCameras(SystemController& controller, const HostInter
         Stream stream;
         stream.camera = camera;
         stream.isStarted = camera->isAcquiring();
-        stream.lastSign = Clock::now();
+        stream.lastSign = stream.lastFrame = Clock::now();
         m_streams.push_back(std::move(stream));
     }
     m_first = m_last = count();
@@ -90,14 +94,16 @@ bool StreamingCameras::isEmpty() const {
                         [](const Stream& stream) { return stream.isStarted; });
 }
 
-/// A camera that was taken for disconnected and sends again counts as connected.
-bool StreamingCameras::isSilent(Stream& stream, Clock::time_point now) {
-    const std::uint64_t frames = stream.camera->getFrameStatistics().receivedFrames;
-    if (frames != std::exchange(stream.framesAtLastSign, frames)) {
-        stream.lastSign = now;
+void StreamingCameras::noteFrames(Clock::time_point now) {
+    for (Stream& stream : m_streams) {
+        if (!stream.isStarted)
+            continue;
+        const std::uint64_t frames = stream.camera->getFrameStatistics().receivedFrames;
+        if (frames == std::exchange(stream.frames, frames))
+            continue;
+        stream.lastSign = stream.lastFrame = now;
         stream.disconnectedAfterSeconds.reset();
     }
-    return !stream.disconnectedAfterSeconds && now - stream.lastSign >= silence;
 }
 
 void StreamingCameras::ask(Stream& stream, Clock::time_point now) {
@@ -111,11 +117,12 @@ void StreamingCameras::ask(Stream& stream, Clock::time_point now) {
 
 void StreamingCameras::findDisconnected() {
     const auto now = Clock::now();
+    noteFrames(now);
     const std::size_t first = m_nextAsked;
     for (std::size_t i = 0; i < m_streams.size(); ++i) {
         const std::size_t index = (first + i) % m_streams.size();
         Stream& stream = m_streams[index];
-        if (!stream.isStarted || !isSilent(stream, now))
+        if (!stream.isStarted || stream.disconnectedAfterSeconds || now - stream.lastSign < silence)
             continue;
         ask(stream, now);
         m_nextAsked = index + 1;
@@ -153,6 +160,7 @@ QJsonObject StreamingCameras::interval() {
 void StreamingCameras::stop() {
     m_evidence.noteEnd();
     m_last = count();
+    noteFrames(m_last.time);
     m_isStopped = true;
     m_controller.stopBenchmark(m_interface.index);
 }
@@ -163,6 +171,7 @@ QJsonObject StreamingCameras::result() {
             ask(stream, m_last.time);
     }
     QJsonObject result = figures(m_first, m_last);
+    result[QStringLiteral("cameras")] = withSilence(result[QStringLiteral("cameras")].toArray());
     InterfaceEvidence evidence = m_evidence.evidence();
     const auto usbCameras = static_cast<std::size_t>(
         std::count_if(evidence.cameras.begin(), evidence.cameras.end(),
@@ -171,6 +180,28 @@ QJsonObject StreamingCameras::result() {
     if (!evidence.isSimulated)
         evidence.usbMemory = session::streamingMemory().usbMegabytes;
     result[QStringLiteral("findings")] = lossFindings(evidence);
+    return result;
+}
+
+std::optional<double> StreamingCameras::silentSeconds(const Stream& stream) const {
+    // One frame tells no time between two.
+    if (!stream.isStarted || stream.disconnectedAfterSeconds || stream.frames < 2)
+        return {};
+    const double period =
+        secondsBetween(m_first.time, stream.lastFrame) / static_cast<double>(stream.frames);
+    const double silent = secondsBetween(stream.lastFrame, m_last.time);
+    const bool isLong = silent > std::max(longestSilentSeconds, longestSilentPeriods * period);
+    return isLong && !stream.camera->isTriggered() ? std::optional(silent) : std::nullopt;
+}
+
+QJsonArray StreamingCameras::withSilence(const QJsonArray& rows) const {
+    QJsonArray result;
+    for (std::size_t i = 0; i < m_streams.size(); ++i) {
+        QJsonObject row = rows[static_cast<int>(i)].toObject();
+        if (const auto seconds = silentSeconds(m_streams[i]))
+            row[QStringLiteral("silentSeconds")] = *seconds;
+        result.append(row);
+    }
     return result;
 }
 

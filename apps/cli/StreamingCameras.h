@@ -43,8 +43,9 @@ public:
     /// Counts a last time and ends the streams.
     void stop();
     /// The same members as in interval() and "findings", after stop(). Rates are averages of the
-    /// whole time. Asks all cameras whether they are still there, since stopping does not report
-    /// it.
+    /// whole time. A camera that has stopped to send, without being triggered, has "silentSeconds",
+    /// the time from its last frame to the end. Asks all cameras whether they are still there,
+    /// since stopping does not report it.
     QJsonObject result();
 
 private:
@@ -54,9 +55,11 @@ private:
         std::shared_ptr<CameraHandler> camera;
         bool isStarted = false;
         CameraCounts counts;
-        /// When the camera last sent a new frame or answered, and how many frames it had sent.
+        /// How many frames of it have come, when the last one was seen, and when the camera last
+        /// sent one or answered.
+        std::uint64_t frames = 0;
+        Clock::time_point lastFrame;
         Clock::time_point lastSign;
-        std::uint64_t framesAtLastSign = 0;
         std::optional<double> disconnectedAfterSeconds;
     };
     /// What was counted for each stream at a point in time.
@@ -65,9 +68,14 @@ private:
         std::vector<CameraCounts> streams;
     };
 
-    static bool isSilent(Stream& stream, Clock::time_point now);
     Counts count();
+    /// Notes which cameras have sent since the last call. One that was taken for disconnected and
+    /// sends again counts as connected.
+    void noteFrames(Clock::time_point now);
     void ask(Stream& stream, Clock::time_point now);
+    /// The time since the last frame of a camera that should have sent another one.
+    std::optional<double> silentSeconds(const Stream& stream) const;
+    QJsonArray withSilence(const QJsonArray& rows) const;
     QJsonObject figures(const Counts& since, const Counts& until) const;
 
     SystemController& m_controller;

@@ -17,6 +17,8 @@ QString secondsText(double seconds) {
 struct Totals {
     int cameras = 0;
     double sentFrames = 0;
+    /// Of the cameras that lost frames.
+    double losersFrames = 0;
     double badFrames = 0;
     double bytesPerSecond = 0;
     /// IDs of the cameras that lost frames.
@@ -37,8 +39,10 @@ Totals totalsOf(const QJsonObject& benchmark) {
         totals.bytesPerSecond += total[QStringLiteral("bytesPerSecond")].toDouble();
         for (const QJsonValue& camera : interface[QStringLiteral("cameras")].toArray()) {
             ++totals.cameras;
-            if (badFramesOf(camera) > 0)
-                totals.losers += camera[QStringLiteral("id")].toString();
+            if (badFramesOf(camera) <= 0)
+                continue;
+            totals.losers += camera[QStringLiteral("id")].toString();
+            totals.losersFrames += camera[QStringLiteral("sentFrames")].toDouble();
         }
     }
     return totals;
@@ -56,6 +60,10 @@ QString faultOf(const QJsonValue& camera) {
         return QStringLiteral("%1 does not stream").arg(id);
     if (camera[QStringLiteral("receivedFrames")].toDouble() == 0)
         return QStringLiteral("no frame of %1 arrived").arg(id);
+    const QJsonValue silent = camera[QStringLiteral("silentSeconds")];
+    if (silent.isDouble())
+        return QStringLiteral("%1 sent nothing in the last %2")
+            .arg(id, secondsText(silent.toDouble()));
     return {};
 }
 
@@ -93,8 +101,8 @@ QStringList reasonsAgainst(const QJsonObject& benchmark, const Totals& totals) {
         const QString places = placesOf(benchmark);
         reasons += QStringLiteral("%1 of %2 frames (%3 %) of %4 were lost or incomplete in %5%6")
                        .arg(totals.badFrames, 0, 'f', 0)
-                       .arg(totals.sentFrames, 0, 'f', 0)
-                       .arg(100 * totals.badFrames / totals.sentFrames, 0, 'f', 2)
+                       .arg(totals.losersFrames, 0, 'f', 0)
+                       .arg(100 * totals.badFrames / totals.losersFrames, 0, 'f', 2)
                        .arg(totals.losers.join(QStringLiteral(", ")), time,
                             places.isEmpty() ? QString() : QStringLiteral(", at: ") + places);
     }

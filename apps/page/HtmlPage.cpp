@@ -140,7 +140,7 @@ private:
         close();
     }
 
-    /// An empty element would be an opening tag to a reader of HTML, so an empty cell has a dash.
+    /// An empty cell has a dash, so that it is not taken for a missing figure.
     void writeCell(const Table& table, const char* name, int column, const QString& text,
                    const char* scope) {
         open(name);

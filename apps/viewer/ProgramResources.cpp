@@ -24,7 +24,9 @@ QIcon windowIcon() {
 
 bool loadTexts(QTranslator& texts, const QLocale& locale) {
     initViewerResources();
-    return texts.load(locale, QStringLiteral("spanlet-viewer"), QStringLiteral("_"),
+    // By its name, as Spanlet does: a list of languages could give the two different ones. Looks
+    // for "de_AT", then for "de".
+    return texts.load(QStringLiteral("spanlet-viewer_") + locale.name(),
                       QStringLiteral(":/viewer/texts"));
 }
 

@@ -53,10 +53,10 @@ ThroughputDock::ThroughputDock(LinkSpeed linkSpeed, QWidget* parent)
 
 void ThroughputDock::addSample(const std::vector<CountedCamera>& cameras) {
     m_history.add(static_cast<double>(m_clock.nsecsElapsed()) / 1e9, cameras);
-    const std::vector<double> links = linkSpeeds();
+    m_links = linkSpeeds();
     if (!isVisible())
         return;
-    m_plot->showHistory(m_history, links);
+    m_plot->showHistory(m_history, m_links);
     m_legend->setText(m_plot->legend());
 }
 
@@ -73,7 +73,9 @@ std::vector<double> ThroughputDock::linkSpeeds() {
     return speeds;
 }
 
-QString ThroughputDock::save(const QString& file) const {
+QString ThroughputDock::save(const QString& file) {
+    // A hidden dock has an old minute.
+    m_plot->showHistory(m_history, m_links);
     QSaveFile target(file);
     const QByteArray svg = chart::toSvg(m_plot->stackedChart());
     if (target.open(QIODevice::WriteOnly) && target.write(svg) == svg.size() && target.commit())

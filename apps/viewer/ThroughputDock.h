@@ -29,9 +29,10 @@ public:
 
     /// Adds what was counted until now of the cameras that stream.
     void addSample(const std::vector<CountedCamera>& cameras);
-    /// Writes what is shown as SVG. \return why the file cannot be written; empty when it was.
-    QString save(const QString& file) const;
-    /// Saves what is shown; for a menu.
+    /// Writes the last minute as SVG, also while the dock is hidden. \return why the file cannot be
+    /// written; empty when it was.
+    QString save(const QString& file);
+    /// Saves the last minute; for a menu.
     QAction& saveAction() { return *m_saveAction; }
     const ThroughputPlot& plot() const { return *m_plot; }
 
@@ -44,6 +45,8 @@ private:
     const LinkSpeed m_linkSpeed;
     QElapsedTimer m_clock;
     ThroughputHistory m_history;
+    /// MB/s for each sample of the history.
+    std::vector<double> m_links;
     /// By the name of the interface, and that of the last sample.
     QHash<QString, double> m_speeds;
     QString m_lastInterface;

@@ -13,11 +13,6 @@ namespace {
 constexpr std::size_t averagedIntervals = 2;
 constexpr double bytesPerMegabyte = 1e6;
 
-/// How far a counter has moved; it counts anew when it is lower than before.
-std::uint64_t movement(std::uint64_t before, std::uint64_t now) {
-    return now >= before ? now - before : now;
-}
-
 } // namespace
 
 void ThroughputHistory::add(double seconds, const std::vector<CountedCamera>& cameras) {
@@ -26,11 +21,16 @@ void ThroughputHistory::add(double seconds, const std::vector<CountedCamera>& ca
     for (const CountedCamera& counted : cameras) {
         Camera& camera = known(counted);
         ids.insert(counted.id);
-        const StreamCounters before = camera.counters.value_or(counted.counters);
-        const std::uint64_t bytes = movement(before.bytes, counted.counters.bytes);
-        camera.counters = counted.counters;
+        StreamCounters now = counted.counters;
+        StreamCounters before = camera.counters.value_or(now);
+        // Bytes fall only when a camera counts anew; lost frames also when one comes late.
+        if (now.bytes < before.bytes)
+            before = {};
+        now.badFrames = std::max(now.badFrames, before.badFrames);
+        const std::uint64_t bytes = now.bytes - before.bytes;
+        camera.counters = now;
         camera.total.bytes += bytes;
-        camera.total.badFrames += movement(before.badFrames, counted.counters.badFrames);
+        camera.total.badFrames += now.badFrames - before.badFrames;
         if (bytes > 0)
             interfaces.insert(counted.interfaceName);
     }

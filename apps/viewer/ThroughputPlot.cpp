@@ -23,9 +23,6 @@ namespace viewer {
 
 namespace {
 
-/// A link that is faster than so many times the highest rate would make the areas flat: then only
-/// the legend tells it.
-constexpr double highestLink = 10.0;
 /// Of the axis while there is no rate, in MB/s.
 constexpr double emptyAxis = 100.0;
 constexpr double axisHeadroom = 1.08;
@@ -224,7 +221,7 @@ void ThroughputPlot::showLinks() {
 void ThroughputPlot::scaleRates(double peak) {
     double most = peak > 0.0 ? peak : emptyAxis;
     for (const double link : m_links) {
-        if (peak <= 0.0 || link <= highestLink * peak)
+        if (peak <= 0.0 || link <= chart::highestLink * peak)
             most = std::max(most, link);
     }
     setAxisScale(yLeft, 0.0, most * axisHeadroom);
@@ -286,9 +283,13 @@ chart::StackedChart ThroughputPlot::stackedChart() const {
     chart::StackedChart result;
     result.title = tr("Throughput of the last minute");
     result.seconds = m_seconds;
-    for (const ThroughputHistory::Series& series : m_series) {
+    for (std::size_t place = 0; place < m_series.size(); ++place) {
+        const ThroughputHistory::Series& series = m_series[place];
+        if (!series.isActive())
+            continue;
         chart::Series rates;
         rates.name = series.name;
+        rates.color = static_cast<int>(place);
         rates.megabytesPerSecond = series.megabytesPerSecond;
         for (std::size_t i = 0; i < m_seconds.size(); ++i) {
             if (series.badFrames[i] > 0)

@@ -166,7 +166,7 @@ int main(int argc, char** argv) {
     viewer::applyAppearance(line.isDark);
     // The texts of Qt's own buttons, which Spanlet's dialogs have, too.
     QTranslator qtTexts;
-    if (qtTexts.load(QLocale::system(), QStringLiteral("qtbase"), QStringLiteral("_"),
+    if (qtTexts.load(QStringLiteral("qtbase_") + QLocale::system().name(),
                      QLibraryInfo::location(QLibraryInfo::TranslationsPath))) {
         QCoreApplication::installTranslator(&qtTexts);
     }

@@ -10,7 +10,9 @@ SavedLimit::SavedLimit(const CameraHandler& camera)
     if (!succeedsRepeatedly([this] { return m_limit.find(); }))
         return;
     // First: a limit that is off must not be changed unless it can be switched off again.
-    succeedsRepeatedly([this] { return (m_switch = m_limit.readSwitch()).has_value(); });
+    if (m_limit.hasSwitch() &&
+        !succeedsRepeatedly([this] { return (m_switch = m_limit.readSwitch()).has_value(); }))
+        return;
     succeedsRepeatedly([this] { return (m_value = m_limit.readValue()).has_value(); });
 }
 

@@ -17,10 +17,10 @@ class SavedLimit {
 public:
     /// \p camera must be open.
     explicit SavedLimit(const CameraHandler& camera);
-    /// Nothing for a camera whose limit could not be read, or that has none. Such a limit must not
-    /// be changed: it could not be put back.
+    /// Nothing for a camera that has no limit, or of which the limit, or whether it is on, could
+    /// not be read. Such a limit must not be changed: it could not be put back.
     std::optional<std::int64_t> value() const { return m_value; }
-    /// Whether the camera has a limit that could not be read.
+    /// Whether the camera has a limit, of which one of the two could not be read.
     bool isUnreadable() const { return !m_limit.name().empty() && !m_value; }
     /// The limit at present; nothing when it cannot be read.
     std::optional<std::int64_t> present() const;

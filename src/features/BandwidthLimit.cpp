@@ -56,14 +56,18 @@ bool BandwidthLimit::find() {
 }
 
 void BandwidthLimit::switchOn() {
-    const auto [name, on] = switchOf(m_name);
-    if (!m_features->hasFeature(cameraModule, name))
+    if (!hasSwitch())
         return;
+    const auto [name, on] = switchOf(m_name);
     if (m_features->setFeatureValue(cameraModule, name, on))
         logInfo(m_features->messagePrefix() + ": feature '" + name + "' set to '" + toText(on) +
                 "'.");
     else
         qWarning("Cannot set feature '%s' to 'On'.", name.c_str());
+}
+
+bool BandwidthLimit::hasSwitch() const {
+    return m_features->hasFeature(cameraModule, switchOf(m_name).name);
 }
 
 std::optional<FeatureValue> BandwidthLimit::readSwitch() const {
@@ -76,8 +80,7 @@ bool BandwidthLimit::writeSwitch(const FeatureValue& value) {
 
 void BandwidthLimit::warnWhenOff(bool isWritable) const {
     const std::string name = switchOf(m_name).name;
-    if (!m_features->hasFeature(cameraModule, name) ||
-        !isOff(m_features->getFeatureValue(cameraModule, name)))
+    if (!hasSwitch() || !isOff(m_features->getFeatureValue(cameraModule, name)))
         return;
     logWarning(isWritable ? "Please enable the Camera-feature '" + name +
                                 "' to be able to change the bandwidth settings."

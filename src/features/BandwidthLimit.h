@@ -32,6 +32,8 @@ public:
 
     /// Switches the limit on, where the camera has a feature for that, and logs the result.
     void switchOn();
+    /// Whether the camera has a feature for that.
+    bool hasSwitch() const;
     /// The value of the feature that switches the limit; nothing where the camera has none, or it
     /// cannot be read.
     std::optional<FeatureValue> readSwitch() const;

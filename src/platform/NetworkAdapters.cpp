@@ -95,11 +95,6 @@ std::int64_t mtu(const std::string& adapter, const std::filesystem::path& sysfs)
     return static_cast<std::int64_t>(sysfsNumber(folderOf(adapter, sysfs) / "mtu").value_or(0));
 }
 
-std::optional<std::uint64_t> receivedBytes(const std::string& adapter,
-                                           const std::filesystem::path& sysfs) {
-    return sysfsNumber(folderOf(adapter, sysfs) / "statistics/rx_bytes");
-}
-
 bool mayCoalesce(const std::string& adapter, const std::filesystem::path& sysfs) {
     // Only virtio devices have this file: a character for each feature.
     const std::string features = sysfsAttribute(folderOf(adapter, sysfs) / "device/features");

@@ -46,10 +46,6 @@ std::int64_t linkSpeed(const std::string& adapter, const std::filesystem::path& 
 /// Bytes of the largest packet that an adapter sends and receives whole; 0 when it is not known.
 std::int64_t mtu(const std::string& adapter, const std::filesystem::path& sysfs = "/sys");
 
-/// Bytes of all packets that an adapter has received since it exists; nothing when it is not known.
-std::optional<std::uint64_t> receivedBytes(const std::string& adapter,
-                                           const std::filesystem::path& sysfs = "/sys");
-
 /// Whether an adapter can be told to wait for more packets before it interrupts. A virtio adapter
 /// can only where its host offers that (VIRTIO_NET_F_NOTF_COAL; Virtual I/O Device 1.2, 5.1.3);
 /// true for every other one.

@@ -16,6 +16,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::Ge;
 using testing::Le;
+using testing::Not;
 
 namespace {
 
@@ -93,6 +94,23 @@ TEST(StackedChart, drawsWhatIsMeasuredOfBadData) {
     // The times 2 and 2.5 are left.
     EXPECT_EQ(read(charts[3]).areas[0].size(), 4U);
     EXPECT_THAT(read(charts[5]).texts, Contains("Link: 1000.0 MB/s, above this chart"));
+}
+
+TEST(StackedChart, shortensNamesAndHasNumbersWhereThereIsRoom) {
+    const QString emoji = QString::fromUtf8("\U0001F600");
+    chart::StackedChart chart{
+        emoji.repeated(43), {0, 1}, {{emoji.repeated(21), {1, 1}, {}, 9}}, {}};
+    while (chart.series.size() < 24)
+        chart.series.push_back({QStringLiteral("Camera"), {1, 1}, {}});
+    const Picture picture = read(chart);
+    ASSERT_TRUE(picture.isValid);
+    EXPECT_THAT(picture.texts, Contains((emoji.repeated(41) + QChar(0x2026)).toStdString()));
+    EXPECT_THAT(picture.texts,
+                Contains("1  " + (emoji.repeated(19) + QChar(0x2026)).toStdString()));
+    EXPECT_THAT(picture.texts, Contains("23"));
+    EXPECT_EQ(chart::toSvg(chart).count(chart::seriesColor(9).toUtf8()), 8);
+    chart.series.push_back({});
+    EXPECT_THAT(read(chart).texts, Not(Contains("23")));
 }
 
 TEST(StackedChart, averagesMorePointsThanItCanShow) {

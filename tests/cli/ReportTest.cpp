@@ -187,15 +187,18 @@ TEST(Verdict, tellsEveryReasonAgainstTheCameras) {
                   {"id": "C", "opened": true, "measured": true, "receivedFrames": 0},
                   {"id": "D", "opened": true, "measured": false},
                   {"id": "E", "opened": true, "measured": true, "receivedFrames": 7,
-                   "lostFrames": 2, "incompleteFrames": 1}],
-                "total": {"sentFrames": 9, "lostFrames": 2, "incompleteFrames": 1},
+                   "sentFrames": 9, "lostFrames": 2, "incompleteFrames": 1},
+                  {"id": "F", "opened": true, "measured": true, "receivedFrames": 40,
+                   "sentFrames": 40, "silentSeconds": 2.5}],
+                "total": {"sentFrames": 49, "lostFrames": 2, "incompleteFrames": 1},
                 "findings": [{"place": "wire", "repaired": false},
                              {"place": "kernel", "camera": "E", "repaired": false},
                              {"place": "path", "repaired": true},
                              {"place": "unknown", "repaired": false}]})"),
         "Not accepted: the measurement was interrupted after 2.0 s; A cannot be opened; B was "
-        "disconnected after 1.5 s; no frame of C arrived; D does not stream; 3 of 9 frames "
-        "(33.33 %) of E were lost or incomplete in 2.0 s, at: wire (all cameras), kernel (E).");
+        "disconnected after 1.5 s; no frame of C arrived; D does not stream; F sent nothing in the "
+        "last 2.5 s; 3 of 9 frames (33.33 %) of E were lost or incomplete in 2.0 s, at: wire (all "
+        "cameras), kernel (E).");
     EXPECT_EQ(verdict(R"({"seconds": 2, "cameras": [
                   {"id": "A", "opened": true, "measured": true, "receivedFrames": 9}],
                 "total": {"sentFrames": 9, "bytesPerSecond": 12500000}})"),

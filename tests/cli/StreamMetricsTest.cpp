@@ -76,6 +76,10 @@ TEST_F(Metrics, countersNeverFall) {
     EXPECT_EQ(value("payload_bytes_total", "A"), 220);
     EXPECT_EQ(value("frames_lost_total", "A"), 8);
     EXPECT_EQ(value("packets_resent_total", "A"), std::nullopt) << "not counted";
+    for (const auto& [drops, exported] : {std::pair(5, 5), {0, 5}, {3, 8}}) {
+        read(interval(row("A", 30, 2, R"(, "receiverDrops": )" + std::to_string(drops))));
+        EXPECT_EQ(value("receiver_dropped_packets_total", "A"), exported) << "another receiver";
+    }
 }
 
 TEST_F(Metrics, camerasComeAndGo) {

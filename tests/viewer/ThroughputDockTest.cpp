@@ -8,7 +8,9 @@
 #include <qwt_plot_curve.h>
 #include <qwt_plot_intervalcurve.h>
 
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 using viewer::CountedCamera;
 using viewer::ThroughputHistory;
 using viewer::ThroughputPlot;
@@ -66,8 +68,7 @@ TEST(ThroughputPlot, stacksTheCamerasBelowTheirLinkAndTellsTheNumbersAtATime) {
     EXPECT_THAT(now, HasSubstr(" &lt;High&gt;: 50.0 MB/s, lost or incomplete: 4<br>"));
     EXPECT_THAT(now, HasSubstr(" Low: 20.0 MB/s<br>Sum: 70.0 MB/s"));
     EXPECT_EQ(plot.tip(42.0), QString()) << "before the first sample";
-    EXPECT_THAT(plot.tip(29.0).toStdString(),
-                testing::AllOf(HasSubstr("20 s ago"), testing::Not(HasSubstr("lost"))));
+    EXPECT_THAT(plot.tip(29.0).toStdString(), AllOf(HasSubstr("20 s ago"), Not(HasSubstr("lost"))));
 }
 
 TEST(ThroughputDock, savesWhatItShowsAndSaysWhyItCannot) {
@@ -89,6 +90,17 @@ TEST(ThroughputDock, savesWhatItShowsAndSaysWhyItCannot) {
     const std::string svg = written.readAll().toStdString();
     EXPECT_THAT(svg, HasSubstr("Feeder &amp; Co"));
     EXPECT_THAT(svg, HasSubstr("Throughput of the last minute"));
+
+    // A hidden dock is saved with its last minute, and without a camera that sent nothing.
+    dock.hide();
+    dock.addSample({camera(QStringLiteral("Silent"), 0), camera(QStringLiteral("Late"), 0)});
+    dock.addSample({camera(QStringLiteral("Silent"), 0), camera(QStringLiteral("Late"), 9)});
+    EXPECT_EQ(dock.save(file), QString());
+    QFile again(file);
+    ASSERT_TRUE(again.open(QIODevice::ReadOnly));
+    const std::string later = again.readAll().toStdString();
+    EXPECT_THAT(later, AllOf(HasSubstr("2  Late"), Not(HasSubstr("Silent")),
+                             HasSubstr(chart::seriesColor(2).toStdString())));
 
     const QString nowhere = folder.filePath(QStringLiteral("none/out.svg"));
     const std::string error = dock.save(nowhere).toStdString();

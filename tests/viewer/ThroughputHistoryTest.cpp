@@ -42,6 +42,16 @@ TEST(ThroughputHistory, averagesTwoIntervalsAndBeginsWithWhatItSeesFirst) {
     EXPECT_EQ(interfaces, " A A B B B  ") << "none, then one each, then both";
 }
 
+TEST(ThroughputHistory, countsALostFrameOnce) {
+    ThroughputHistory history;
+    history.add(1.0, {counted("A1", 10, 900)});
+    history.add(2.0, {counted("A1", 20, 903)});
+    history.add(3.0, {counted("A1", 20, 901)}); // Two came late.
+    history.add(4.0, {counted("A1", 30, 904)});
+    history.add(5.0, {counted("A1", 7, 2)}); // Counts anew.
+    EXPECT_THAT(history.series()[0].badFrames, ElementsAre(0, 3, 0, 1, 2));
+}
+
 TEST(ThroughputHistory, keepsAMinuteAndThePlacesOfItsCameras) {
     ThroughputHistory history;
     history.add(0.0, {counted("A1", 0)});

@@ -163,6 +163,15 @@ TEST(ViewerWindow, warnsOfWhatItsRealCamerasLack) {
     }
 }
 
+TEST(ViewerTexts, areOfTheLanguageOfTheDialog) {
+    const QByteArray languages = qgetenv("LANGUAGE");
+    qputenv("LANGUAGE", "en_US:de");
+    QTranslator texts;
+    EXPECT_EQ(viewer::loadTexts(texts, QLocale::system()),
+              QLocale::system().name().startsWith(QStringLiteral("de")));
+    qputenv("LANGUAGE", languages);
+}
+
 TEST(ViewerWindow, returnsToItsPlaceOnAScreenThatExists) {
     const QTemporaryDir folder;
     QSettings settings(folder.filePath(QStringLiteral("viewer.ini")), QSettings::IniFormat);

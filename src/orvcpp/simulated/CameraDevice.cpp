@@ -74,6 +74,7 @@ FrameSourceSettings CameraDevice::sourceSettings(int bufferCount) const {
     settings.firstId = m_isUsb ? 0 : 1;
     settings.lossRate = data().faults.lossRate;
     settings.incompleteRate = data().faults.incompleteRate;
+    settings.frameCount = data().faults.stopAfterFrames;
     settings.seed = data().seed;
     return settings;
 }

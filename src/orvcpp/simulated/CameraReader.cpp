@@ -136,6 +136,8 @@ FeatureFault readFeatureFault(ObjectReader reader) {
 void readFaults(ObjectReader reader, FaultData& faults) {
     faults.lossRate = reader.number("lossRate", 0, 1, 0);
     faults.incompleteRate = reader.number("incompleteRate", 0, 1, 0);
+    if (reader.has("stopAfterFrames"))
+        faults.stopAfterFrames = reader.integer("stopAfterFrames", 0, 1'000'000'000);
     for (const ObjectReader& feature : reader.objects("features"))
         faults.features.push_back(readFeatureFault(feature));
     for (const std::string& command : reader.texts("stuckCommands"))

@@ -37,6 +37,8 @@ bool FrameSource::happens(double rate) {
 }
 
 void FrameSource::send(Transmission transmission, std::uint64_t nanoseconds) {
+    if (m_settings.frameCount && m_statistics->sent >= *m_settings.frameCount)
+        return;
     const std::uint64_t id = m_nextId++;
     ++m_statistics->sent;
     const bool lost = happens(m_settings.lossRate) || transmission == Transmission::Lost;

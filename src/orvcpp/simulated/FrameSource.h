@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <random>
 #include <vector>
 
@@ -39,6 +40,8 @@ struct FrameSourceSettings {
     /// Shares of the frames, 0 to 1.
     double lossRate = 0;
     double incompleteRate = 0;
+    /// How many frames are sent; nothing for no end.
+    std::optional<std::int64_t> frameCount;
     std::uint32_t seed = 0;
 };
 

@@ -99,6 +99,8 @@ struct FaultData {
     /// Share of the frames, 0 to 1.
     double lossRate = 0;
     double incompleteRate = 0;
+    /// Of each acquisition; the camera sends nothing after them.
+    std::optional<std::int64_t> stopAfterFrames;
     std::vector<FeatureFault> features;
     std::vector<CommandFault> stuckCommands;
     std::optional<double> vanishAfterSeconds;
