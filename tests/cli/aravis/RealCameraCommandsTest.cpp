@@ -32,9 +32,7 @@ protected:
         return text.isEmpty() || (mask.toULongLong(nullptr, 16) & 1U << (SIGINT - 1)) != 0;
     }
 
-    static void interrupt(const SpanletProcess& spanlet) {
-        sendSignal(spanlet, SIGINT);
-    }
+    static void interrupt(const SpanletProcess& spanlet) { sendSignal(spanlet, SIGINT); }
 
     const fakecamera::FakeCameraProcess left{"127.0.0.2", {"--serial", "L1", "--user-id", "Left"}};
     const fakecamera::FakeCameraProcess right{"127.0.0.3",
