@@ -76,11 +76,11 @@ std::vector<double> StackLayout::lossesOf(std::size_t series) const {
     return times;
 }
 
-std::vector<double> StackLayout::numberHeights(double lineHeight, double leastDistance) const {
+std::vector<double> StackLayout::numberHeights(double fontHeight, double leastDistance) const {
     const std::size_t count = m_drawn.series.size();
     if (isEmpty() || count == 0)
         return {};
-    const double distance = std::min(lineHeight, (bottom - top) / static_cast<double>(count));
+    const double distance = std::min(fontHeight, (bottom - top) / static_cast<double>(count));
     if (distance < leastDistance)
         return {};
     std::vector<double> heights;

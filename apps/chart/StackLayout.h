@@ -42,9 +42,9 @@ public:
     double rateAt(std::size_t edge, double seconds) const;
     /// When frames of a series were lost, within the time axis, ascending.
     std::vector<double> lossesOf(std::size_t series) const;
-    /// Heights for a number beside the end of each series' area, \p lineHeight apart where there is
+    /// Heights for a number beside the end of each series' area, \p fontHeight apart where there is
     /// room; empty where they would be closer than \p leastDistance.
-    std::vector<double> numberHeights(double lineHeight, double leastDistance) const;
+    std::vector<double> numberHeights(double fontHeight, double leastDistance) const;
 
 private:
     const StackedChart m_full;
