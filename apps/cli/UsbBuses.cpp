@@ -37,8 +37,8 @@ bool isHidden(const QString& bus, const fs::path& root) {
 QString obstacle(const QString& bus, const fs::path& root) {
     if (isHidden(bus, root))
         return QStringLiteral("This program does not see /dev/%1, although the kernel's module "
-                              "usbmon is loaded. A systemd service sees it with "
-                              "PrivateDevices=no.")
+                              "usbmon is loaded. A systemd service needs "
+                              "PrivateDevices=no and \"DeviceAllow=/dev/%1 r\".")
             .arg(bus);
     if (!isThere(bus, root))
         return QStringLiteral("There is no /dev/%1, where the kernel's module usbmon shows the "
