@@ -2,9 +2,9 @@
 #include "cli/SavedCapacities.h"
 
 #include "cli/Failure.h"
+#include "session/ConfigurationFolders.h"
 
 #include <QSettings>
-#include <QStandardPaths>
 #include <QUrl>
 
 #include <cmath>
@@ -46,8 +46,7 @@ SavedCapacities::SavedCapacities(bool areSimulated)
     : m_group(areSimulated ? QStringLiteral("simulated/") : QStringLiteral("real/")) {}
 
 QString SavedCapacities::file() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/spanlet/capacities.conf");
+    return session::configurationFolders().constFirst() + QStringLiteral("/capacities.conf");
 }
 
 /// A link's text may have characters that separate groups.

@@ -22,8 +22,8 @@ struct SavedCapacity {
 };
 
 /// The capacities that "spanlet calibrate --save" keeps: a file of this user on this host,
-/// spanlet/capacities.conf in the folder of configurations. Those of simulated links are apart.
-/// Not thread-safe.
+/// capacities.conf in the first of session::configurationFolders(). Those of simulated links are
+/// apart. Not thread-safe.
 class SavedCapacities {
 public:
     /// \p areSimulated: whether the links are.

@@ -3,8 +3,6 @@
 
 # Each name, a regular expression, is followed by the reason.
 set(NOT_UNDER_WINE
-    "Calibrate\\.measuresNothingThatCannotBeSaved"
-    "Windows has no variable for the folder of the user's configuration"
     "Interruption\\.isRequestedByCtrlC"
     "Wine makes no console without a display (windows_ctrl_c runs it on one)"
     "Shutdown\\.leavesNoThread"

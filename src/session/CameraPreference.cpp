@@ -2,10 +2,12 @@
 #include "session/CameraPreference.h"
 
 #include "platform/InstalledData.h"
+#include "session/ConfigurationFolders.h"
 
 #include <QFileInfo>
 #include <QSettings>
-#include <QStandardPaths>
+
+#include <algorithm>
 
 namespace session {
 
@@ -33,14 +35,17 @@ QString fault(const QString& file, const QSettings& settings) {
 } // namespace
 
 QStringList preferenceFiles() {
-    QStringList files = QStandardPaths::locateAll(QStandardPaths::GenericConfigLocation,
-                                                  QStringLiteral("spanlet/spanlet.conf"));
+    QStringList files;
+    for (const QString& folder : configurationFolders())
+        files.append(folder + QLatin1String("/spanlet.conf"));
     // Absent beside a program in the build folder, which works with simulated cameras unless it is
     // told otherwise.
-    const auto installed = QString::fromStdString(
-        (platform::installedDataFolder() / "defaults.conf").generic_u8string());
-    if (QFileInfo::exists(installed))
-        files.append(installed);
+    files.append(QString::fromStdString(
+        (platform::installedDataFolder() / "defaults.conf").generic_u8string()));
+    const auto isAbsent = [](const QString& file) {
+        return !QFileInfo::exists(file);
+    };
+    files.erase(std::remove_if(files.begin(), files.end(), isAbsent), files.end());
     return files;
 }
 

@@ -16,10 +16,9 @@ struct CameraPreference {
     QString error;
 };
 
-/// The configuration files of this program, the most important first: "spanlet/spanlet.conf" in the
-/// user's and the system's folders for configurations ($XDG_CONFIG_HOME, $XDG_CONFIG_DIRS; on
-/// Windows the user's and the common data folder), and the defaults that an installation brings.
-/// Only those that exist. Needs the QCoreApplication.
+/// The configuration files that choose the cameras, the most important first: "spanlet.conf" in
+/// configurationFolders(), and the defaults that an installation brings. Only those that exist.
+/// Needs the QCoreApplication.
 QStringList preferenceFiles();
 
 /// The preference of the first of \p files that has one. A file that is wrong is an error, also

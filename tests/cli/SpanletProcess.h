@@ -48,7 +48,7 @@ public:
     /// Lets the program read its configuration in a folder, as the user's own.
     void useConfiguration(const QString& folder) {
         QProcessEnvironment environment = m_process.processEnvironment();
-        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), folder);
+        environment.insert(QStringLiteral("SPANLET_CONFIG_HOME"), folder);
         m_process.setProcessEnvironment(environment);
     }
 

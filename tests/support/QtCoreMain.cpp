@@ -9,7 +9,7 @@ int main(int argc, char** argv) {
     return runAgainAfterStalls([&] {
         testing::InitGoogleMock(&argc, argv);
         // The user's configuration files are none of the tests'.
-        for (const char* folder : {"XDG_CONFIG_HOME", "XDG_CONFIG_DIRS"})
+        for (const char* folder : {"SPANLET_CONFIG_HOME", "XDG_CONFIG_DIRS"})
             qputenv(folder, "/nonexistent");
         QCoreApplication application(argc, argv);
         return RUN_ALL_TESTS();

@@ -62,7 +62,7 @@ TEST_F(CommandsOnRealCameras, areTheDefaultOfAnInstalledProgram) {
     std::filesystem::create_directories(files.root() / "bin");
     std::filesystem::copy_file(SPANLET_FILE, files.root() / "bin/spanlet");
     const auto simulated = [&](const char* configuration) {
-        files.write("user/spanlet/spanlet.conf", configuration);
+        files.write("user/spanlet.conf", configuration);
         SpanletProcess spanlet;
         spanlet.useConfiguration(QString::fromStdString((files.root() / "user").string()));
         spanlet.startFile(QString::fromStdString((files.root() / "bin/spanlet").string()),

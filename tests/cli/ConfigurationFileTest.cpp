@@ -29,30 +29,13 @@ TEST(ConfigurationFile, countsWhereNeitherOptionNorEnvironmentNamesCameras) {
     };
     for (const auto& [content, variable, options, message] : cases) {
         const FileTree files;
-        files.write("spanlet/spanlet.conf", content);
+        files.write("spanlet.conf", content);
         SpanletProcess spanlet{QLatin1String(variable)};
         spanlet.useConfiguration(QString::fromStdString(files.root().string()));
         EXPECT_EQ(spanlet.run(std::string("list --names ") + options), *message == '\0' ? 0 : 2)
             << content << spanlet.err();
         EXPECT_THAT(spanlet.err(), HasSubstr(message)) << content;
     }
-}
-
-TEST(FeatureFilterFile, isTheOneBesideTheProgramOrThatOfItsInstallation) {
-    const FileTree files;
-    const auto filtered = [&] {
-        SpanletProcess spanlet(QStringLiteral("simulated"));
-        spanlet.startFile(QString::fromStdString((files.root() / "bin/spanlet").string()),
-                          words("features GEV-21017 --filter"));
-        EXPECT_EQ(spanlet.finish(), 0) << spanlet.err();
-        return matches(spanlet.out(), "^(\\w+) .* /\\w+$");
-    };
-    std::filesystem::create_directories(files.root() / "bin");
-    std::filesystem::copy_file(SPANLET_FILE, files.root() / "bin/spanlet");
-    files.write("share/spanlet/Spanlet_Settings.json", R"({"FeaturesFilter": ["Width"]})");
-    EXPECT_EQ(filtered(), Texts{"Width"});
-    files.write("bin/plugins/Spanlet_Settings.json", R"({"FeaturesFilter": ["Height"]})");
-    EXPECT_EQ(filtered(), Texts{"Height"});
 }
 
 } // namespace
