@@ -175,7 +175,7 @@ std::vector<MetricFamily> StreamMetrics::after(const QJsonObject& interval, Cloc
     Families families;
     families.add(buildInfo, {{"version", QCoreApplication::applicationVersion().toStdString()}}, 1);
     families.add(readingTime, {}, timestamp(Clock::duration::zero()));
-    std::map<StreamKey, CameraReading> cameras;
+    std::map<SeriesKey, CameraReading> cameras;
     for (const QJsonValue& value : interfacesOf(interval)) {
         const QJsonObject interface = value.toObject();
         addInterface(families, interface);
@@ -217,7 +217,7 @@ void StreamMetrics::addInterface(Families& families, const QJsonObject& interfac
             counters[count]);
 }
 
-void StreamMetrics::addCamera(Families& families, const StreamKey& key,
+void StreamMetrics::addCamera(Families& families, const SeriesKey& key,
                               const CameraReading& reading, Clock::time_point now) {
     Stream& stream = m_streams[key];
     // A stream was forgotten.

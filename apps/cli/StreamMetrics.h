@@ -53,15 +53,15 @@ private:
         Clock::time_point latest{};
     };
     /// Interface and camera.
-    using StreamKey = std::pair<std::string, std::string>;
+    using SeriesKey = std::pair<std::string, std::string>;
 
     void addInterface(Families& families, const QJsonObject& interface) const;
-    void addCamera(Families& families, const StreamKey& key, const CameraReading& reading,
+    void addCamera(Families& families, const SeriesKey& key, const CameraReading& reading,
                    Clock::time_point now);
 
     const AdapterOf m_adapterOf;
     const std::filesystem::path m_root;
-    std::map<StreamKey, Stream> m_streams;
+    std::map<SeriesKey, Stream> m_streams;
 };
 
 } // namespace cli

@@ -183,15 +183,21 @@ QJsonObject StreamingCameras::result() {
     return result;
 }
 
+double StreamingCameras::usualPeriod(const Stream& stream) const {
+    if (stream.frames > 1)
+        return secondsBetween(m_first.time, stream.lastFrame) / static_cast<double>(stream.frames);
+    // One frame tells no time between two. A camera without a frame rate is never late.
+    return 1 / stream.camera->readNeed().framesPerSecond;
+}
+
 std::optional<double> StreamingCameras::silentSeconds(const Stream& stream) const {
-    // One frame tells no time between two.
-    if (!stream.isStarted || stream.disconnectedAfterSeconds || stream.frames < 2)
+    if (!stream.isStarted || stream.disconnectedAfterSeconds || stream.frames == 0)
         return {};
-    const double period =
-        secondsBetween(m_first.time, stream.lastFrame) / static_cast<double>(stream.frames);
     const double silent = secondsBetween(stream.lastFrame, m_last.time);
-    const bool isLong = silent > std::max(longestSilentSeconds, longestSilentPeriods * period);
-    return isLong && !stream.camera->isTriggered() ? std::optional(silent) : std::nullopt;
+    if (silent <= longestSilentSeconds || stream.camera->isTriggered())
+        return {};
+    const bool isLong = silent > longestSilentPeriods * usualPeriod(stream);
+    return isLong ? std::optional(silent) : std::nullopt;
 }
 
 QJsonArray StreamingCameras::withSilence(const QJsonArray& rows) const {

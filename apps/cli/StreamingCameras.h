@@ -73,6 +73,8 @@ private:
     /// sends again counts as connected.
     void noteFrames(Clock::time_point now);
     void ask(Stream& stream, Clock::time_point now);
+    /// Seconds from one frame of a camera to the next, of one that has sent a frame.
+    double usualPeriod(const Stream& stream) const;
     /// The time since the last frame of a camera that should have sent another one.
     std::optional<double> silentSeconds(const Stream& stream) const;
     QJsonArray withSilence(const QJsonArray& rows) const;

@@ -92,7 +92,7 @@ QStringList unobservedUsbCameras(const QStringList& observed, const fs::path& ro
     QStringList lines;
     for (const session::Usb3VisionCamera& camera : session::pluggedUsbCameras(root)) {
         const QString bus = busName(camera.bus);
-        if (!observed.contains(bus) && !isHidden(bus, root))
+        if (!observed.contains(bus))
             lines.append(QStringLiteral("The USB3 Vision camera \"%1\" (%2) is not observed. %3")
                              .arg(QString::fromStdString(camera.name), bus, obstacle(bus, root)));
     }

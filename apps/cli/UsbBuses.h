@@ -26,8 +26,7 @@ std::filesystem::path usbBusFile(const QString& name, const std::filesystem::pat
 std::unique_ptr<observer::UsbMonitor> openUsbBus(const QString& name,
                                                  const std::filesystem::path& root = "/");
 
-/// A line for each USB3 Vision camera on none of the \p observed buses, with what to do. None where
-/// the bus is kept from this program on purpose, as from a service with PrivateDevices.
+/// A line for each USB3 Vision camera on none of the \p observed buses, with what to do.
 QStringList unobservedUsbCameras(const QStringList& observed,
                                  const std::filesystem::path& root = "/");
 

@@ -19,5 +19,10 @@ def rules_file(expressions):
 
 
 def metrics_in(text):
-    """Names of Spanlet's metrics in a text."""
-    return set(re.findall(r"\bspanlet_\w+", text))
+    """Names of Spanlet's metrics in a text, without those that a rule records."""
+    return set(re.findall(r"(?<![:\w])spanlet_\w+", text))
+
+
+def recorded_in(text):
+    """Names in a text of what rules record."""
+    return set(re.findall(r"\binterface:\w+:\w+", text))
