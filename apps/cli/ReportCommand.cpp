@@ -7,8 +7,8 @@
 #include "cli/HostFindings.h"
 #include "cli/InterfaceDescription.h"
 #include "cli/LimitChange.h"
+#include "cli/OutputFile.h"
 #include "cli/RateHistory.h"
-#include "cli/ReportFile.h"
 #include "cli/ReportPage.h"
 #include "cli/StreamSettings.h"
 #include "cli/Verdict.h"
@@ -84,14 +84,14 @@ BenchmarkPlan measurementPlan(const Arguments& arguments) {
 
 /// The files that are wanted; null where one is not.
 struct Files {
-    std::unique_ptr<ReportFile> html;
-    std::unique_ptr<ReportFile> markdown;
+    std::unique_ptr<OutputFile> html;
+    std::unique_ptr<OutputFile> markdown;
 
     explicit Files(const Arguments& arguments) {
         if (arguments.has(htmlOption))
-            html = std::make_unique<ReportFile>(arguments.value(htmlOption));
+            html = std::make_unique<OutputFile>(arguments.value(htmlOption));
         if (arguments.has(markdownOption))
-            markdown = std::make_unique<ReportFile>(arguments.value(markdownOption));
+            markdown = std::make_unique<OutputFile>(arguments.value(markdownOption));
     }
 
     void write(const page::Page& page) const {

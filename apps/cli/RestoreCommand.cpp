@@ -78,17 +78,19 @@ private:
     QDateTime m_read;
 };
 
-std::vector<settings::SavedCamera> readCameras(const QStringList& operands) {
-    return chosenCameras(readSettingsFile(operands.constFirst()), operands.mid(1));
+std::vector<settings::SavedCamera> readCameras(const Context& context) {
+    const QStringList operands = context.arguments.operands();
+    return chosenCameras(readSettingsFile(operands.constFirst(), context.interruption),
+                         operands.mid(1));
 }
 
 /// The former settings stay when the file is wrong now.
-void readAgain(RestoreWatch& watch, const QStringList& operands, Terminal& terminal) {
+void readAgain(RestoreWatch& watch, const Context& context) {
     try {
-        watch.replace(readCameras(operands));
+        watch.replace(readCameras(context));
     } catch (const Failure& failure) {
-        terminal.message(QStringLiteral("spanlet: %1 The former settings stay in use.")
-                             .arg(QString::fromUtf8(failure.what())));
+        context.terminal.message(QStringLiteral("spanlet: %1 The former settings stay in use.")
+                                     .arg(QString::fromUtf8(failure.what())));
     }
 }
 
@@ -100,17 +102,16 @@ Report keepRestored(Context& context) {
     const auto tell = [&](const RestoredCamera& camera) {
         terminal.print(context.wantsJson ? jsonLine(toJson(camera)) : restoredText(camera));
     };
-    const QStringList operands = context.arguments.operands();
     // Before it is read, so that no change is missed.
-    WatchedFile file(operands.constFirst());
-    std::vector<settings::SavedCamera> chosen = readCameras(operands);
+    WatchedFile file(context.arguments.operands().constFirst());
+    std::vector<settings::SavedCamera> chosen = readCameras(context);
     RestoreWatch watch(context.readNames(), std::move(chosen), tell);
     const auto isCancelled = [&] {
         return context.interruption.isRequested() || terminal.outputError() != 0;
     };
     do {
         if (file.hasChanged())
-            readAgain(watch, operands, terminal);
+            readAgain(watch, context);
         watch.look(isCancelled);
     } while (!context.interruption.wait(betweenLooks) && terminal.outputError() == 0);
     Report report;
@@ -120,9 +121,8 @@ Report keepRestored(Context& context) {
 }
 
 Report runRestore(Context& context) {
-    return context.arguments.has(watchOption)
-               ? keepRestored(context)
-               : restoreOnce(context, readCameras(context.arguments.operands()));
+    return context.arguments.has(watchOption) ? keepRestored(context)
+                                              : restoreOnce(context, readCameras(context));
 }
 
 } // namespace

@@ -116,7 +116,10 @@ QString differenceText(const RestoredCamera& camera) {
         const QString label = text(settings::labelOf(difference.saved));
         if (difference.present)
             lines += QStringLiteral("-%1 = %2\n").arg(label, exact(*difference.present));
-        lines += QStringLiteral("+%1 = %2\n").arg(label, exact(difference.saved.value));
+        lines += QStringLiteral("+%1 = %2").arg(label, exact(difference.saved.value));
+        if (!difference.reason.empty())
+            lines += QStringLiteral("    (not now: %1)").arg(text(difference.reason));
+        lines += QLatin1Char('\n');
     }
     if (!lines.isEmpty())
         lines = QStringLiteral("--- %1\n+++ saved\n").arg(text(camera.id)) + lines;

@@ -2,10 +2,12 @@
 #include "cli/CameraLimit.h"
 #include "cli/Cameras.h"
 #include "cli/Commands.h"
+#include "cli/OutputFile.h"
 #include "cli/SettingsFile.h"
 #include "cli/platform/Interruption.h"
 #include "engine/CameraHandler.h"
 #include "logging/Log.h"
+#include "settings/CameraSearch.h"
 #include "settings/SettingsDocument.h"
 #include "settings/SettingsReader.h"
 #include "settings/UserSet.h"
@@ -16,6 +18,7 @@
 #include <QJsonDocument>
 
 #include <algorithm>
+#include <optional>
 
 namespace cli {
 
@@ -25,8 +28,11 @@ const QLatin1String toCameraOption("to-camera");
 
 CameraList chosenCameras(const Cameras& cameras, const QStringList& wanted) {
     CameraList chosen;
-    for (const QString& name : wanted)
-        chosen.push_back(cameras.findCamera(name));
+    for (const QString& name : wanted) {
+        const auto camera = cameras.findCamera(name);
+        if (std::find(chosen.begin(), chosen.end(), camera) == chosen.end())
+            chosen.push_back(camera);
+    }
     if (!wanted.isEmpty())
         return chosen;
     for (const HostInterface& interface : cameras.interfaces())
@@ -52,15 +58,23 @@ settings::SavedDivision divisionOf(const Cameras& all, const HostInterface& inte
     return division;
 }
 
-/// Those of the file that is to be written; none when it is new or no settings file.
-std::vector<settings::SavedCamera> formerCameras(const QString& file) {
-    if (file == QLatin1String(standardStream) || !QFileInfo::exists(file))
+/// What the file that is to be written has; nothing when it is new or no settings file.
+settings::SavedSettings formerSettings(const QString& file, Interruption& interruption) {
+    if (file == QLatin1String(standardStream) || !QFileInfo(file).isFile())
         return {};
     try {
-        return readSettingsFile(file).cameras;
+        return readSettingsFile(file, interruption);
     } catch (const Failure&) {
         return {};
     }
+}
+
+std::vector<CameraInfo> allInfos(const Cameras& cameras) {
+    std::vector<CameraInfo> infos;
+    for (const HostInterface& interface : cameras.interfaces())
+        for (const auto& camera : interface.cameras)
+            infos.push_back(camera->getCameraInfo());
+    return infos;
 }
 
 /// Reads cameras into one settings file, and counts what goes wrong.
@@ -76,25 +90,41 @@ public:
             camera.getFeatureController(), [this] { return m_context.interruption.isRequested(); });
         m_context.checkInterruption();
         for (const std::string& problem : read.problems)
-            warn(camera, problem);
+            warn(info, problem);
+        m_saved.push_back(info);
         // A camera to which the user gave no name is called by its model.
         const std::string name = info.cameraName == info.modelName ? "" : info.cameraName;
         m_settings.cameras.push_back(
             {info.cameraId, name, info.modelName, info.serialNumber, read.features});
     }
 
-    /// Takes a camera that cannot be read now over from the former file, by its serial number.
-    void keepFormer(const CameraHandler& camera, const std::vector<settings::SavedCamera>& former) {
-        const CameraInfo info = camera.getCameraInfo();
-        const auto found =
-            std::find_if(former.begin(), former.end(), [&](const settings::SavedCamera& each) {
-                return !info.serialNumber.empty() && each.serialNumber == info.serialNumber &&
-                       each.model == info.modelName;
-            });
-        if (found == former.end())
-            return;
-        warn(camera, "Its former settings stay in the file.");
-        m_kept.push_back(*found);
+    /// Takes over what the file had of cameras and interfaces that are not saved now. Call it last.
+    void keep(const settings::SavedSettings& former) {
+        for (const settings::SavedCamera& camera : former.cameras) {
+            if (!settings::findSavedCamera(camera, m_saved).index)
+                m_kept.push_back(camera);
+        }
+        const auto& now = m_settings.divisions;
+        for (const settings::SavedDivision& division : former.divisions) {
+            const auto isSame = [&](const settings::SavedDivision& each) {
+                return each.interfaceName == division.interfaceName;
+            };
+            if (std::none_of(now.begin(), now.end(), isSame))
+                m_settings.divisions.push_back(division);
+        }
+    }
+
+    /// All cameras were to be saved.
+    void warnOfKept(const std::vector<CameraInfo>& present) {
+        for (const settings::SavedCamera& camera : m_kept) {
+            const settings::FoundCamera found = settings::findSavedCamera(camera, present);
+            CameraInfo info;
+            info.cameraId = camera.id;
+            info.modelName = camera.model;
+            info.serialNumber = camera.serialNumber;
+            warn(info, "Its former settings stay in the file" +
+                           (found.index ? "." : ", since " + found.reason + '.'));
+        }
     }
 
     void addDivisions(const Cameras& all, const CameraList& chosen) {
@@ -113,13 +143,13 @@ public:
         const std::string problem =
             settings::storeInUserSet(camera.getFeatureController(), userSet);
         if (!problem.empty())
-            warn(camera, problem);
+            warn(camera.getCameraInfo(), problem);
     }
 
-    void warn(const CameraHandler& camera, const std::string& problem) {
-        logWarning(cameraDisplayText(camera.getCameraInfo()) + ": " + problem);
+    void warn(const CameraInfo& camera, const std::string& problem) {
+        logWarning(cameraDisplayText(camera) + ": " + problem);
         m_problems.append(
-            QJsonObject{{QStringLiteral("camera"), cameraId(camera)},
+            QJsonObject{{QStringLiteral("camera"), QString::fromStdString(camera.cameraId)},
                         {QStringLiteral("problem"), QString::fromStdString(problem)}});
     }
 
@@ -134,6 +164,7 @@ public:
 private:
     Context& m_context;
     settings::SavedSettings m_settings;
+    std::vector<CameraInfo> m_saved;
     std::vector<settings::SavedCamera> m_kept;
     QJsonArray m_problems;
 };
@@ -162,30 +193,38 @@ Report reportOf(const Saving& saving, const QString& file, const QJsonObject& do
 Report runSave(Context& context) {
     const QStringList operands = context.arguments.operands();
     const QString userSet = context.arguments.value(toCameraOption);
+    if (context.arguments.has(toCameraOption) && userSet.isEmpty())
+        throw Failure(QStringLiteral("--to-camera takes the name of a user set."),
+                      ExitCode::WrongUse);
     Cameras& cameras = context.openCameras();
     const CameraList chosen = chosenCameras(cameras, operands.mid(1));
     if (operands.size() > 1)
         std::for_each(chosen.begin(), chosen.end(),
                       [](const auto& camera) { requireOpened(*camera); });
+    const QString& file = operands.constFirst();
+    std::optional<OutputFile> output;
+    if (file != QLatin1String(standardStream))
+        output.emplace(file);
     Saving saving(context);
-    const auto former = formerCameras(operands.constFirst());
+    const settings::SavedSettings former = formerSettings(file, context.interruption);
     for (const auto& camera : chosen) {
-        if (camera->isOpened()) {
+        if (camera->isOpened())
             saving.add(*camera);
-            continue;
-        }
-        saving.warn(*camera, camera->getWarningText());
-        saving.keepFormer(*camera, former);
+        else
+            saving.warn(camera->getCameraInfo(), camera->getWarningText());
     }
     saving.addDivisions(cameras, chosen);
+    saving.keep(former);
+    if (operands.size() == 1)
+        saving.warnOfKept(allInfos(cameras));
     const QJsonObject document = saving.document();
-    if (operands.constFirst() != QLatin1String(standardStream))
-        writeSettingsFile(operands.constFirst(), QJsonDocument(document).toJson());
+    if (output)
+        output->write(QJsonDocument(document).toJson());
     for (const auto& camera : chosen) {
         if (!userSet.isEmpty() && camera->isOpened())
             saving.storeInUserSet(*camera, userSet.toStdString());
     }
-    return reportOf(saving, operands.constFirst(), document);
+    return reportOf(saving, file, document);
 }
 
 } // namespace

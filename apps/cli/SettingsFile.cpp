@@ -2,32 +2,58 @@
 #include "cli/SettingsFile.h"
 
 #include "cli/Failure.h"
+#include "cli/platform/Interruption.h"
 #include "settings/SettingsDocument.h"
 
 #include <QFile>
-#include <QSaveFile>
 
-#include <cstdio>
+#include <chrono>
+#include <future>
+#include <thread>
+#include <utility>
 
 namespace cli {
 
-settings::SavedSettings readSettingsFile(const QString& name) {
-    const bool isStandard = name == QLatin1String(standardStream);
-    const QString shown = isStandard ? QStringLiteral("The standard input") : name;
+namespace {
+
+constexpr int standardInput = 0;
+constexpr std::chrono::milliseconds betweenLooks{50};
+
+/// \p shown is the name for messages.
+QByteArray readAll(const QString& name, const QString& shown) {
     QFile file(name);
-    if (!(isStandard ? file.open(stdin, QIODevice::ReadOnly) : file.open(QIODevice::ReadOnly)))
+    if (!(name == QLatin1String(standardStream) ? file.open(standardInput, QIODevice::ReadOnly)
+                                                : file.open(QIODevice::ReadOnly)))
         throw Failure(QStringLiteral("%1 cannot be read: %2.").arg(shown, file.errorString()));
-    QString error;
-    const auto settings = settings::parseSettings(file.readAll(), error);
-    if (!settings)
-        throw Failure(QStringLiteral("%1 is no settings file: %2.").arg(shown, error));
-    return *settings;
+    return file.readAll();
 }
 
-void writeSettingsFile(const QString& name, const QByteArray& text) {
-    QSaveFile file(name);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
-        throw Failure(QStringLiteral("%1 cannot be written: %2.").arg(name, file.errorString()));
+/// Reads on a thread, which a silent pipe may block until the program ends.
+QByteArray readInterruptibly(const QString& name, const QString& shown,
+                             Interruption& interruption) {
+    std::packaged_task<QByteArray()> reading([=] { return readAll(name, shown); });
+    auto text = reading.get_future();
+    std::thread(std::move(reading)).detach();
+    while (text.wait_for(betweenLooks) != std::future_status::ready) {
+        if (interruption.isRequested())
+            throw Failure(QStringLiteral("%1: interrupted before all of it was read.").arg(shown));
+    }
+    return text.get();
+}
+
+} // namespace
+
+settings::SavedSettings readSettingsFile(const QString& name, Interruption& interruption) {
+    const QString shown =
+        name == QLatin1String(standardStream) ? QStringLiteral("The standard input") : name;
+    QString error;
+    const auto settings =
+        settings::parseSettings(readInterruptibly(name, shown, interruption), error);
+    if (!settings)
+        throw Failure(QStringLiteral("%1 is no settings file: %2.").arg(shown, error));
+    if (settings->cameras.empty())
+        throw Failure(QStringLiteral("%1 has no camera.").arg(shown));
+    return *settings;
 }
 
 } // namespace cli

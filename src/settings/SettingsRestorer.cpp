@@ -48,7 +48,8 @@ public:
         return positions.putBack();
     }
 
-    std::vector<Difference> compare(std::vector<std::string>& problems) {
+    /// \p explains: also tells what the camera would refuse as it is now.
+    std::vector<Difference> compare(std::vector<std::string>& problems, bool explains = false) {
         std::vector<Difference> differences;
         // Selectors first: the others move them.
         for (const bool areSelectors : {true, false}) {
@@ -56,8 +57,11 @@ public:
             for (const SavedFeature& feature : m_saved) {
                 if (m_isCancelled())
                     return differences;
-                if (isSelector(feature) == areSelectors && !hasValue(feature, positions))
-                    differences.push_back({feature, m_present, m_reasons[labelOf(feature)]});
+                if (isSelector(feature) != areSelectors || hasValue(feature, positions))
+                    continue;
+                if (explains && m_present)
+                    m_reasons[labelOf(feature)] = refusal(feature);
+                differences.push_back({feature, m_present, m_reasons[labelOf(feature)]});
             }
             for (const std::string& problem : positions.putBack())
                 problems.push_back(problem);
@@ -93,17 +97,22 @@ private:
         return setting->isSame(feature.value, *m_present);
     }
 
+    /// Why the camera would not take the value now. Requires a present value.
+    std::string refusal(const SavedFeature& feature) const {
+        const Setting& setting = *m_table.find(feature.name);
+        return setting.type() == feature.type ? setting.refusal(feature.value)
+                                              : "it has another type";
+    }
+
     /// Requires a call of hasValue() before.
     void writeOne(const SavedFeature& feature) {
-        const Setting* const setting = m_table.find(feature.name);
-        if (!setting || !m_present)
+        if (!m_present)
             return;
         std::string& reason = m_reasons[labelOf(feature)];
-        reason = setting->type() == feature.type ? setting->refusal(feature.value)
-                                                 : "it has another type";
+        reason = refusal(feature);
         if (!reason.empty())
             return;
-        const OrvErrorType error = setting->write(feature.value);
+        const OrvErrorType error = m_table.find(feature.name)->write(feature.value);
         reason = error == OrvErrorSuccess ? "the camera took another value"
                                           : "the camera refused it " + errorText(error);
     }
@@ -141,7 +150,7 @@ RestoredSettings compareSettings(const std::shared_ptr<FeatureController>& camer
     const SettingTable table(*module);
     RestoredSettings result;
     result.problems = table.problems();
-    result.differences = Restorer(table, saved, isCancelled).compare(result.problems);
+    result.differences = Restorer(table, saved, isCancelled).compare(result.problems, true);
     noteInterruption(isCancelled, result);
     return result;
 }

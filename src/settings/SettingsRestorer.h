@@ -18,7 +18,8 @@ struct Difference {
     SavedFeature saved;
     /// Nothing when it cannot be read.
     std::optional<FeatureValue> present;
-    /// Why it does not have its saved value, for a person; empty when nothing was written.
+    /// Why it does not have its saved value, for a person. After a comparison: why the camera would
+    /// not take it as it is now; empty when it may.
     std::string reason;
 };
 

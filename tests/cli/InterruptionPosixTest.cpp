@@ -3,6 +3,7 @@
 #include "tests/cli/SpanletProcess.h"
 #include "tests/support/FileTree.h"
 
+#include <QThread>
 #include <gmock/gmock.h>
 
 #include <signal.h>
@@ -38,6 +39,16 @@ TEST(Interruption, endsAWatch) {
     SpanletProcess spanlet;
     EXPECT_EQ(interrupt(spanlet, "watch --interval 0.1", "GEV-20844"), 0);
     EXPECT_THAT(spanlet.out(), HasSubstr("s, interrupted (simulated)\nCamera "));
+}
+
+TEST(Interruption, endsARestorationWhoseInputIsSilent) {
+    SpanletProcess spanlet;
+    spanlet.start(words("restore -"));
+    // Past the start of the program, before which the signal would end it at once.
+    QThread::msleep(300);
+    sendSignal(spanlet, SIGTERM);
+    EXPECT_EQ(spanlet.finish(), 1);
+    EXPECT_THAT(spanlet.err(), HasSubstr("The standard input: interrupted"));
 }
 
 TEST(Interruption, endsAReportWithTheFormerLimits) {

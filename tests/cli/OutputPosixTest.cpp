@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/cli/SpanletProcess.h"
+#include "tests/support/FileTree.h"
 
 #include <QStandardPaths>
 #include <gmock/gmock.h>
+
+#include <sys/stat.h>
 
 using testing::ContainsRegex;
 using testing::HasSubstr;
@@ -24,6 +27,18 @@ TEST(Output, failsTheCommandWhenItCannotBeWritten) {
         EXPECT_EQ(shell.exitCode(), 1) << line;
         EXPECT_THAT(shell.readAllStandardError().toStdString(), HasSubstr(message));
     }
+}
+
+TEST(Output, replacesNoPipeByAFile) {
+    const FileTree files;
+    const std::string pipe = (files.root() / "pipe").string();
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    for (const char* command : {"save ", "report --seconds 0.1 --all --markdown "}) {
+        SpanletProcess spanlet;
+        EXPECT_EQ(spanlet.run(command + pipe), 1);
+        EXPECT_THAT(spanlet.err(), HasSubstr(pipe + " cannot be written: It is no regular file."));
+    }
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
 }
 
 TEST(Watch, redrawsItsTableOnATerminal) {

@@ -58,6 +58,20 @@ TEST_F(SettingsCommands, saveWritesAllOfAFileOrLeavesTheFormerOne) {
     const QJsonObject kept = QJsonDocument::fromJson(read("b.json")).object();
     ASSERT_EQ(camerasOf(kept).size(), 8);
     EXPECT_EQ(camera(kept, 7, "id serialNumber"), "GEV-21017 40238") << "its former settings";
+    // The other cameras of a file stay when some are saved.
+    EXPECT_EQ(run("save " + path("b.json") + " 21018 GEV-21018"), 0) << err();
+    const QJsonObject updated = QJsonDocument::fromJson(read("b.json")).object();
+    EXPECT_EQ(camerasOf(updated).size(), 8);
+    EXPECT_EQ(camera(updated, 0, "id"), "GEV-21018") << "once, although it was named twice";
+    EXPECT_EQ(at(updated, "divisions").toList().size(), at(kept, "divisions").toList().size());
+    m_files.write("b.json",
+                  read("a.json").replace("21018", "99999").replace("Label", "Gone").toStdString());
+    EXPECT_EQ(run("save " + path("b.json")), 1);
+    EXPECT_THAT(
+        err(),
+        HasSubstr("(GEV-99999): Its former settings stay in the file, since it is missing."));
+    EXPECT_EQ(camerasOf(QJsonDocument::fromJson(read("b.json")).object()).size(), 8);
+    EXPECT_EQ(run("save " + path("a.json") + " 21017 --to-camera="), 2);
     EXPECT_EQ(run("save " + path("a.json") + " 21017 --to-camera Nothing"), 1);
     EXPECT_THAT(err(), HasSubstr("There is: Default, UserSet1, UserSet2"));
 }
@@ -77,6 +91,8 @@ TEST_F(SettingsCommands, restoreShowsWhatChangesAndWhatCannot) {
     const QJsonObject difference =
         camerasOf(report).at(0)[QStringLiteral("differences")].toArray().at(0).toObject();
     EXPECT_EQ(number(difference, "saved"), 4000);
+    EXPECT_EQ(run("restore " + path("b.json") + " --dry-run"), 1);
+    EXPECT_THAT(out(), HasSubstr("\n+Width = 4000    (not now: it takes 8 to 2464 now)\n"));
     EXPECT_EQ(number(difference, "present"), 2464);
     EXPECT_EQ(at(difference, "reason").toString(), QStringLiteral("it takes 8 to 2464 now"));
 }

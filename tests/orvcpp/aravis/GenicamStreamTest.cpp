@@ -31,6 +31,14 @@ TEST_F(GenicamStream, adjustsThePacketSizeToTheLargest) {
     EXPECT_EQ(set(*stream, "GVSPPacketSize", std::int64_t{1000}), OrvErrorInvalidAccess);
 }
 
+TEST_F(GenicamStream, unlocksTheSettingsThatAProgramLeftLocked) {
+    ASSERT_EQ(set(*camera, "TLParamsLocked", std::int64_t{1}), OrvErrorSuccess);
+    ASSERT_EQ(set(*camera, "Width", std::int64_t{64}), OrvErrorInvalidAccess);
+    ASSERT_EQ(camera->Close(), OrvErrorSuccess);
+    ASSERT_EQ(camera->Open(OrvAccessModeFull), OrvErrorSuccess);
+    EXPECT_EQ(set(*camera, "Width", std::int64_t{64}), OrvErrorSuccess);
+}
+
 TEST_F(GenicamStream, countsFramesWithoutImagesWhereHeadersAreEnough) {
     const auto stream = sdk::stream(*camera);
     for (const bool headersOnly : {true, false, true}) {

@@ -9,6 +9,7 @@
 #include "orvcpp/aravis/device/GrantedAccess.h"
 #include "orvcpp/aravis/device/LibraryMessages.h"
 #include "orvcpp/aravis/device/ParserGate.h"
+#include "orvcpp/aravis/device/SettingsLock.h"
 #include "orvcpp/core/DescriptionCheck.h"
 #include "orvcpp/core/SdkLog.h"
 #include "orvcpp/core/SdkThread.h"
@@ -157,6 +158,10 @@ struct Opening {
             return refused;
         setPolicies(device);
         features = std::make_shared<FeatureCatalogue>(arv_device_get_genicam(device));
+        // A program that died during an acquisition leaves them locked, and nobody else controls
+        // the camera now.
+        if (mode == OrvAccessModeFull)
+            lockSettings(*features, false);
         delayLimit = DelayLimit::make(*features, record);
         controllerPort = readControllerPort(device);
         return OrvErrorSuccess;

@@ -2,6 +2,7 @@
 #include "orvcpp/aravis/stream/Acquisition.h"
 
 #include "orvcpp/aravis/device/NodeAccess.h"
+#include "orvcpp/aravis/device/SettingsLock.h"
 #include "orvcpp/aravis/stream/GvspStream.h"
 #include "orvcpp/aravis/stream/LibraryStream.h"
 #include "orvcpp/core/SdkLog.h"
@@ -31,12 +32,6 @@ OrvErrorType readPayload(const FeatureCatalogue& features, std::size_t& payload)
 OrvErrorType runCommand(const FeatureCatalogue& features, const char* name) {
     const auto command = features.find(name);
     return command ? node::run(*command) : OrvErrorNotFound;
-}
-
-/// Locks the settings that must not change during an acquisition, on cameras with this feature.
-void lockSettings(const FeatureCatalogue& features, std::int64_t locked) {
-    if (const auto feature = features.find("TLParamsLocked"))
-        node::set(*feature, locked);
 }
 
 } // namespace
@@ -87,12 +82,12 @@ OrvErrorType Acquisition::startOn(ArvDevice* device, int bufferCount) {
     if (m_device->record().type == OrvTransportLayerTypeGEV)
         logInfo(m_device->record().id() + ": Frames come through a " +
                 opened->transport().description() + '.' + opened->transport().advice());
-    lockSettings(features, 1);
+    lockSettings(features, true);
     OrvErrorType error = announceFrames(payload, bufferCount);
     if (error == OrvErrorSuccess)
         error = runCommand(features, "AcquisitionStart");
     if (error != OrvErrorSuccess || m_stopping)
-        lockSettings(features, 0);
+        lockSettings(features, false);
     return error;
 }
 
@@ -147,7 +142,7 @@ OrvErrorType Acquisition::stopCamera() {
         const FeatureCatalogue& features = *self->m_device->features();
         const OrvErrorType error = runCommand(features, "AcquisitionStop");
         if (error == OrvErrorSuccess)
-            lockSettings(features, 0);
+            lockSettings(features, false);
         return error;
     });
 }
