@@ -236,7 +236,8 @@ Command saveCommand() {
         "Save the settings of cameras, all of them by default, to a file for \"spanlet restore\", "
         "as well as the division of their interfaces; - is the standard output. Saved are the "
         "features that a camera calls streamable, for each value of their selectors, and its "
-        "bandwidth limit. The camera must not stream meanwhile.");
+        "bandwidth limit. A file that exists keeps the settings of other cameras. The camera must "
+        "not stream meanwhile.");
     command.operands = QStringLiteral("FILE [CAMERA]...");
     command.fewestOperands = 1;
     command.mostOperands = 1000;
