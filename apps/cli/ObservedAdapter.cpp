@@ -117,7 +117,8 @@ public:
         // Packets of a new stream were not seen from its beginning.
         if (!m_observer->counted())
             startCount(now);
-        const QJsonObject document = figures(m_last, now, &observer::StreamReading::timing);
+        const QJsonObject document =
+            figures(m_last, now, now.moved, &observer::StreamReading::timing);
         m_last = std::move(now);
         return document;
     }
@@ -129,7 +130,8 @@ public:
         Reading first = m_first;
         for (const auto& [key, stream] : now.streams)
             first.streams[key] = {};
-        QJsonObject document = figures(first, now, &observer::StreamReading::allTiming);
+        QJsonObject document =
+            figures(first, now, now.allMoved, &observer::StreamReading::allTiming);
         document[QStringLiteral("findings")] = lossFindings(evidence(now));
         return document;
     }
@@ -159,6 +161,10 @@ private:
         std::uint64_t missed = 0;
         observer::FragmentCounts fragments;
         platform::NetworkCounters counters;
+        /// Since the reading before, and since the start. An adapter that is made anew begins its
+        /// counters anew, too: what it received between the readings around this is unknown.
+        platform::NetworkCounters moved;
+        platform::NetworkCounters allMoved;
         /// 0 where it is unknown. The link may be made anew at another speed.
         double bitsPerSecond = 0;
     };
@@ -197,7 +203,9 @@ private:
         observer::AdapterReading taken = m_observer->read();
         reading.missed = taken.missed.dropped;
         reading.fragments = taken.fragments;
-        reading.counters = platform::readAdapterCounters(m_name.toStdString());
+        reading.counters = platform::readNetworkCounters(m_name.toStdString());
+        reading.moved = platform::difference(m_last.counters, reading.counters);
+        reading.allMoved = platform::sum(m_last.allMoved, reading.moved);
         reading.bitsPerSecond = static_cast<double>(platform::linkSpeed(m_name.toStdString()));
         for (observer::StreamReading& stream : taken.streams) {
             const StreamKey key(stream.camera, stream.host, stream.port);
@@ -217,11 +225,12 @@ private:
                 QStringLiteral("The adapter %1 is there again, and is observed.").arg(m_name));
     }
 
-    QJsonObject figures(const Reading& since, const Reading& until, Timing timing) {
+    /// The adapter's counters have \p moved between the readings.
+    QJsonObject figures(const Reading& since, const Reading& until,
+                        const platform::NetworkCounters& moved, Timing timing) {
         const double period = secondsBetween(since.time, until.time);
         const auto drops = m_receiverDrops.read(until.streams, platform::readUdpSockets());
-        const QJsonObject load = adapterLoad(platform::difference(since.counters, until.counters),
-                                             period, until.bitsPerSecond);
+        const QJsonObject load = adapterLoad(moved, period, until.bitsPerSecond);
         QJsonArray rows;
         for (const auto& [key, stream] : until.streams) {
             const auto before = since.streams.find(key);
@@ -239,7 +248,7 @@ private:
     }
 
     QJsonObject document(const QJsonArray& rows, QJsonObject load, const Reading& now) const {
-        addAdapterDrops(load, platform::difference(m_networkBefore, now.counters));
+        addAdapterDrops(load, now.allMoved);
         load[QStringLiteral("fragmentPackets")] = static_cast<qint64>(now.fragments.packets);
         load[QStringLiteral("fragmentBytes")] = static_cast<qint64>(now.fragments.bytes);
         QJsonObject total = totalFigures(rows);
@@ -256,8 +265,7 @@ private:
     InterfaceEvidence evidence(const Reading& now) const {
         InterfaceEvidence evidence;
         evidence.name = m_name.toStdString();
-        evidence.network = platform::difference(
-            m_networkBefore, platform::readNetworkCounters(m_name.toStdString()));
+        evidence.network = now.allMoved;
         evidence.surplus = surplus(now);
         evidence.mtu = static_cast<std::uint64_t>(
             std::max<std::int64_t>(platform::mtu(m_name.toStdString()), 0));
@@ -286,7 +294,7 @@ private:
     std::uint64_t m_lossesAtStart = 0;
     platform::NetworkCounters m_countedAtEnd;
     std::atomic<bool> m_isEnding{false};
-    const Reading m_first{Clock::now(), {}, 0, {}, m_networkBefore, 0};
+    const Reading m_first{Clock::now(), {}, 0, {}, m_networkBefore, {}, {}, 0};
     Reading m_last = m_first;
     std::uint64_t m_removals = 0;
     std::uint64_t m_returns = 0;

@@ -185,4 +185,14 @@ NetworkCounters difference(const NetworkCounters& before, const NetworkCounters&
     return moved;
 }
 
+NetworkCounters sum(const NetworkCounters& former, const NetworkCounters& latter) {
+    NetworkCounters moved = latter;
+    for (std::size_t i = 0; i < all; ++i) {
+        const auto count = static_cast<NetworkCount>(i);
+        if (former[count])
+            moved[count] = *former[count] + latter[count].value_or(0);
+    }
+    return moved;
+}
+
 } // namespace platform

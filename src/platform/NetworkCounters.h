@@ -91,4 +91,7 @@ NetworkCounters readAdapterCounters(const std::string& adapter,
 /// was made anew meanwhile.
 NetworkCounters difference(const NetworkCounters& before, const NetworkCounters& after);
 
+/// What has moved by \p former, and then by \p latter; unknown is what neither tells.
+NetworkCounters sum(const NetworkCounters& former, const NetworkCounters& latter);
+
 } // namespace platform

@@ -84,6 +84,9 @@ TEST(NetworkCounters, differUnlessTheyWentBackOrTheAdapterIsNew) {
     const NetworkCounters ofNew = difference(before, read("9", "15", "140"));
     EXPECT_EQ(ofNew[Count::AdapterMissed], Value()) << "counts from 0 since it was made anew";
     EXPECT_EQ(ofNew[Count::IpReceived], Value(10));
+    const NetworkCounters both = sum(sum(moved, ofNew), moved);
+    EXPECT_EQ(both[Count::AdapterMissed], Value(6));
+    EXPECT_EQ(both[Count::IpReceived], Value(10));
 }
 
 } // namespace
