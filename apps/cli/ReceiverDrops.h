@@ -28,18 +28,25 @@ public:
                                             const std::vector<platform::UdpSocketEntry>& sockets);
 
 private:
+    /// Drops of sockets by their inodes.
+    using Sockets = std::map<std::uint64_t, std::uint64_t>;
+
     struct Count {
         /// Of former sockets.
         std::uint64_t former = 0;
-        /// Drops and packets of the present socket when it was seen first; none was seen yet.
-        std::optional<std::uint64_t> firstDrops;
+        /// The present sockets and the stream's packets when these sockets were seen first: the
+        /// count of a socket that was opened later begins at 0, after the reading before.
+        Sockets first;
         std::uint64_t firstPackets = 0;
-        /// Drops of the socket at the last reading, and those of them that count.
-        std::uint64_t lastDrops = 0;
+        /// At the last reading, and the drops that count; none was read yet.
+        std::optional<Sockets> last;
+        std::uint64_t lastPackets = 0;
         std::uint64_t moved = 0;
 
-        /// Whether the program takes packets from the socket, which has dropped so many.
-        bool note(std::uint64_t drops, std::uint64_t packets);
+        /// Whether the program takes packets from these sockets.
+        bool note(const Sockets& sockets, std::uint64_t packets);
+        bool areAsBefore(const Sockets& sockets) const;
+        void begin(const Sockets& sockets, std::uint64_t packets);
     };
 
     /// What was dropped of streams that have ended, and that this one continues.

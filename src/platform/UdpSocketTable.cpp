@@ -2,6 +2,7 @@
 #include "platform/UdpSocketTable.h"
 
 #include <fstream>
+#include <optional>
 #include <sstream>
 #include <string>
 
@@ -11,16 +12,20 @@ namespace platform {
 
 namespace {
 
-/// Columns of proc_net_udp: local address is the second, drops is the last.
+/// Columns of proc_net_udp; drops is the last.
 constexpr int addressColumn = 1;
+constexpr int inodeColumn = 9;
 
 std::optional<UdpSocketEntry> readLine(const std::string& line) {
     std::istringstream columns(line);
     std::string column;
     std::string local;
+    std::string inode;
     for (int i = 0; columns >> column; ++i) {
         if (i == addressColumn)
             local = column;
+        if (i == inodeColumn)
+            inode = column;
     }
     UdpSocketEntry entry;
     char colon = 0;
@@ -30,8 +35,8 @@ std::optional<UdpSocketEntry> readLine(const std::string& line) {
     if (!(place >> std::hex >> address >> colon >> entry.port) || colon != ':')
         return std::nullopt;
     entry.address = ntohl(address);
-    std::istringstream drops(column);
-    if (!(drops >> entry.drops))
+    std::istringstream numbers(inode + ' ' + column);
+    if (!(numbers >> entry.inode >> entry.drops))
         return std::nullopt;
     return entry;
 }
@@ -48,12 +53,12 @@ std::vector<UdpSocketEntry> readUdpSockets(const std::filesystem::path& root) {
     return sockets;
 }
 
-std::optional<std::uint64_t> dropsAt(const std::vector<UdpSocketEntry>& sockets,
-                                     std::uint32_t address, std::uint16_t port) {
-    std::optional<std::uint64_t> drops;
+std::map<std::uint64_t, std::uint64_t> dropsAt(const std::vector<UdpSocketEntry>& sockets,
+                                               std::uint32_t address, std::uint16_t port) {
+    std::map<std::uint64_t, std::uint64_t> drops;
     for (const UdpSocketEntry& socket : sockets) {
         if (socket.port == port && (socket.address == address || socket.address == 0))
-            drops = drops.value_or(0) + socket.drops;
+            drops[socket.inode] = socket.drops;
     }
     return drops;
 }

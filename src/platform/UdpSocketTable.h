@@ -3,7 +3,7 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
+#include <map>
 #include <vector>
 
 namespace platform {
@@ -16,14 +16,15 @@ struct UdpSocketEntry {
     /// Packets that the kernel has discarded since the socket was opened, most often as its buffer
     /// was full.
     std::uint64_t drops = 0;
+    /// Tells the socket from others that were opened before or later at this place.
+    std::uint64_t inode = 0;
 };
 
 /// Reads /proc/net/udp below \p root. Leaves out lines that it does not understand. Reentrant.
 std::vector<UdpSocketEntry> readUdpSockets(const std::filesystem::path& root = "/");
 
-/// What the sockets that receive packets to this address and port have dropped; nothing when there
-/// is none.
-std::optional<std::uint64_t> dropsAt(const std::vector<UdpSocketEntry>& sockets,
-                                     std::uint32_t address, std::uint16_t port);
+/// What the sockets that receive packets to this address and port have dropped, by their inodes.
+std::map<std::uint64_t, std::uint64_t> dropsAt(const std::vector<UdpSocketEntry>& sockets,
+                                               std::uint32_t address, std::uint16_t port);
 
 } // namespace platform
