@@ -43,6 +43,19 @@ bool AdapterRing::openRing() {
     return true;
 }
 
+void AdapterRing::receiveRest(PacketRing& ring, const Handler& handler) const {
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + m_latency;
+    bool isEmpty = false;
+    while (!isEmpty || Clock::now() < end) {
+        isEmpty = true;
+        ring.receive(ring.latency(), [&](const StreamDatagram& datagram) {
+            isEmpty = false;
+            handler(datagram);
+        });
+    }
+}
+
 void AdapterRing::receive(std::chrono::microseconds wait, const Handler& handler) {
     const std::shared_ptr<PacketRing> current = ring();
     if (current && current->isAttached()) {
@@ -50,7 +63,7 @@ void AdapterRing::receive(std::chrono::microseconds wait, const Handler& handler
         return;
     }
     if (current) {
-        current->receive(std::chrono::microseconds(0), handler);
+        receiveRest(*current, handler);
         closeRing();
     }
     // A new ring is read at the next call, since wake() may have been called before it was there.

@@ -32,6 +32,9 @@ private:
     AdapterRing(std::string adapter, const PacketRing::Use& use, std::unique_ptr<PacketRing> ring);
     /// Null while there is no adapter. Other threads may hold a ring that was replaced.
     std::shared_ptr<PacketRing> ring() const;
+    /// Hands over what came before the adapter was removed. The kernel hands over the last packets
+    /// within the ring's latency.
+    void receiveRest(PacketRing& ring, const Handler& handler) const;
     void closeRing();
     /// False while there is no adapter of the name.
     bool openRing();

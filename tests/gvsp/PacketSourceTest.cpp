@@ -421,6 +421,15 @@ TEST(AdapterRing, goesOnWithAnAdapterThatWasRemovedAndMadeAnew) {
     const char* const make = "ip link add cam0 type veth peer name cam1 2>/dev/null && "
                              "ip link set cam0 up && ip link set cam1 up";
     const platform::Descriptor raw(socket(AF_PACKET, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    const auto send = [&raw](const Bytes& packet) {
+        sockaddr_ll to{};
+        to.sll_family = AF_PACKET;
+        to.sll_protocol = htons(ETH_P_IP);
+        to.sll_ifindex = static_cast<int>(if_nametoindex("cam1"));
+        ASSERT_GE(sendto(raw.handle(), packet.data(), packet.size(), 0,
+                         reinterpret_cast<const sockaddr*>(&to), sizeof to),
+                  0);
+    };
     if (!raw.isOpen() || std::system(make) != 0)
         GTEST_SKIP() << "this user may not make adapters";
     const auto ring = AdapterRing::open("cam0", PacketRing::observing);
@@ -435,14 +444,7 @@ TEST(AdapterRing, goesOnWithAnAdapterThatWasRemovedAndMadeAnew) {
         EXPECT_TRUE(isReached());
     };
     for (int i = 0; i < 3; ++i) {
-        sockaddr_ll to{};
-        to.sll_family = AF_PACKET;
-        to.sll_protocol = htons(ETH_P_IP);
-        to.sll_ifindex = static_cast<int>(if_nametoindex("cam1"));
-        const Bytes packet = ipPacket(known, payload(500, 3));
-        EXPECT_GE(sendto(raw.handle(), packet.data(), packet.size(), 0,
-                         reinterpret_cast<const sockaddr*>(&to), sizeof to),
-                  0);
+        send(ipPacket(known, payload(500, 3)));
         receiveUntil([&] { return seen == i + 1; });
         EXPECT_EQ(std::system("ip link del cam0"), 0);
         receiveUntil([&] { return ring->counts().removals == static_cast<unsigned>(i) + 1; });
@@ -451,7 +453,14 @@ TEST(AdapterRing, goesOnWithAnAdapterThatWasRemovedAndMadeAnew) {
         EXPECT_EQ(std::system(make), 0);
         receiveUntil([&] { return ring->counts().returns == static_cast<unsigned>(i) + 1; });
     }
+    // More than the 32 blocks of 256 KB that are read at once.
+    constexpr int count = 20'000;
+    seen = 0;
+    for (int i = 0; i < count; ++i)
+        send(packetFrom(gige::controlPort, known, payload(500, 0)));
     EXPECT_EQ(std::system("ip link del cam0"), 0);
+    receiveUntil([&] { return ring->counts().removals == 4; });
+    EXPECT_EQ(seen, count);
     EXPECT_LT(std::chrono::steady_clock::now(), end);
 }
 
