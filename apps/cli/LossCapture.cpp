@@ -16,19 +16,21 @@ using namespace std::chrono_literals;
 
 /// Two files have no packet in common.
 constexpr auto betweenFiles = observer::PacketRecord::age;
+/// A file that could not be written, as on a full disk, is not tried again at each interval.
+constexpr auto betweenTries = 10s;
 
 std::filesystem::path pathOf(const QString& file) {
     return QFile::encodeName(file).toStdString();
 }
 
-std::chrono::nanoseconds systemTime() {
+} // namespace
+
+std::chrono::nanoseconds LossCapture::systemTime() {
     return std::chrono::system_clock::now().time_since_epoch();
 }
 
-} // namespace
-
-LossCapture::LossCapture(const QString& file, Packets packets)
-    : m_file(file), m_packets(std::move(packets)), m_noted(systemTime()) {
+LossCapture::LossCapture(const QString& file, Packets packets, Time time)
+    : m_file(file), m_packets(std::move(packets)), m_time(std::move(time)), m_noted(m_time()) {
     const QFileInfo target(file);
     const QFileInfo folder(target.absolutePath());
     // A device or a pipe must not be replaced.
@@ -43,16 +45,18 @@ LossCapture::LossCapture(const QString& file, Packets packets)
 }
 
 void LossCapture::note(std::uint64_t losses, std::chrono::nanoseconds recordedSince) {
-    const std::chrono::nanoseconds now = systemTime();
+    const std::chrono::nanoseconds now = m_time();
     if (losses > m_losses && !std::exchange(m_hasNewLosses, true))
-        m_lossesSince = m_noted;
+        m_lossesSince = m_noted - longestJudgement;
     m_losses = losses;
     if (m_writing.valid() && m_writing.wait_for(0s) == std::future_status::ready)
         end();
     // At the next call, the record would have forgotten packets of the losses.
     const bool isLast = recordedSince + (now - m_noted) > m_lossesSince;
     m_noted = now;
-    const bool isDue = !m_begun || Clock::now() - *m_begun >= betweenFiles || isLast;
+    const auto age = m_begun ? Clock::now() - *m_begun : betweenFiles;
+    const bool hasFailed = m_document.contains(QStringLiteral("error"));
+    const bool isDue = age >= betweenFiles || (isLast && (!hasFailed || age >= betweenTries));
     if (m_hasNewLosses && isDue && !m_writing.valid())
         begin();
 }
@@ -68,6 +72,7 @@ void LossCapture::finish() {
 
 void LossCapture::begin() {
     m_hasNewLosses = false;
+    m_writtenSince = m_lossesSince;
     m_begun = Clock::now();
     m_writing = std::async(std::launch::async, observer::writeCapture, pathOf(m_file), m_packets());
 }
@@ -77,7 +82,8 @@ void LossCapture::end() {
     m_document = {{QStringLiteral("file"), m_file}};
     if (error) {
         m_hasNewLosses = true;
-        m_lossesSince = m_noted;
+        // Older than losses that were noted meanwhile.
+        m_lossesSince = m_writtenSince;
         m_document[QStringLiteral("error")] = QString::fromStdString(error.message());
     } else {
         m_document[QStringLiteral("writtenAfterSeconds")] =

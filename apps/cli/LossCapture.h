@@ -21,9 +21,16 @@ namespace cli {
 class LossCapture {
 public:
     using Packets = std::function<std::vector<observer::CapturedAdapter>()>;
+    /// Nanoseconds since 1970.
+    using Time = std::function<std::chrono::nanoseconds()>;
+
+    /// A lost frame is noticed when a later one comes: of a camera that sends one frame in two
+    /// seconds this long after its packets, with the latency of the observer and an interval.
+    static constexpr std::chrono::seconds longestJudgement{3};
 
     /// Throws a Failure when \p file cannot be written. \p packets gives what is to be written.
-    LossCapture(const QString& file, Packets packets);
+    /// \p time is the system's clock unless another one is given.
+    LossCapture(const QString& file, Packets packets, Time time = systemTime);
 
     /// So many frames were lost or incomplete until now. The packets after \p recordedSince, since
     /// 1970, are still known.
@@ -36,19 +43,23 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    static std::chrono::nanoseconds systemTime();
+
     void begin();
     /// Takes the result of what was begun.
     void end();
 
     const QString m_file;
     const Packets m_packets;
+    const Time m_time;
     const Clock::time_point m_start = Clock::now();
     std::uint64_t m_losses = 0;
     /// When note() was called last, since 1970.
     std::chrono::nanoseconds m_noted;
     bool m_hasNewLosses = false;
-    /// The new ones were after this time.
+    /// Packets of the new ones, and of those that are being written, were after this time.
     std::chrono::nanoseconds m_lossesSince{0};
+    std::chrono::nanoseconds m_writtenSince{0};
     std::optional<Clock::time_point> m_begun;
     std::future<std::error_code> m_writing;
     QJsonObject m_document;

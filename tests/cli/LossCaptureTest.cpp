@@ -19,26 +19,40 @@ TEST(LossCapture, writesLossesBeforeTheirPacketsAreForgottenAndAgainAfterAnError
     const std::filesystem::path folder = files.root() / "captures";
     std::filesystem::create_directory(folder);
     int begun = 0;
-    LossCapture capture(QString::fromStdString((folder / "lost.pcapng").string()), [&begun] {
+    const auto packets = [&begun] {
         ++begun;
         return std::vector<observer::CapturedAdapter>();
-    });
+    };
+    std::chrono::nanoseconds now = 1000s;
+    LossCapture capture(QString::fromStdString((folder / "lost.pcapng").string()), packets,
+                        [&now] { return now; });
     std::uint64_t losses = 0;
+    const auto note = [&](std::chrono::nanoseconds recorded) {
+        capture.note(losses, now - recorded);
+        now += 1s;
+    };
     const auto awaits = [&](const char* member) {
         return QTest::qWaitFor([&] {
             capture.note(losses, 0ns);
             return capture.document().contains(QLatin1String(member));
         });
     };
-    capture.note(++losses, 0ns);
+    ++losses;
+    note(60s);
     EXPECT_EQ(begun, 1);
     EXPECT_TRUE(awaits("writtenAfterSeconds"));
-    capture.note(++losses, 0ns);
-    EXPECT_EQ(begun, 1) << "the record has all packets since";
+    // Packets after 998 s, noted at 1002 s.
+    note(60s);
+    ++losses;
+    note(5s);
+    EXPECT_EQ(begun, 1) << "the record will have all packets at the next call";
     std::filesystem::remove_all(folder);
-    capture.note(losses, std::chrono::system_clock::now().time_since_epoch());
-    EXPECT_EQ(begun, 2);
+    note(5500ms);
+    EXPECT_EQ(begun, 2) << "at the next call, it will not";
+    ++losses;
     EXPECT_TRUE(awaits("error"));
+    note(5s);
+    EXPECT_EQ(begun, 2) << "it is not tried again at once";
     std::filesystem::create_directory(folder);
     capture.finish();
     EXPECT_EQ(begun, 3);
