@@ -141,9 +141,15 @@ QString captureText(const QJsonObject& document) {
     if (capture.contains(QStringLiteral("error")))
         return QStringLiteral("Packets could not be written to %1: %2")
             .arg(file, capture[QStringLiteral("error")].toString());
-    return QStringLiteral("Headers of the packets before %1 s were written to %2.")
-        .arg(capture[QStringLiteral("writtenAfterSeconds")].toDouble(), 0, 'f', 1)
-        .arg(file);
+    const QString text =
+        QStringLiteral("Headers of the packets before %1 s were written to %2.")
+            .arg(capture[QStringLiteral("writtenAfterSeconds")].toDouble(), 0, 'f', 1)
+            .arg(file);
+    return capture.contains(QStringLiteral("partial"))
+               ? text +
+                     QStringLiteral(" Packets of the first losses may be missing: older ones had "
+                                    "no room.")
+               : text;
 }
 
 bool obeyKeys(Keyboard& keyboard, Terminal& terminal) {

@@ -49,6 +49,7 @@ void LossCapture::note(std::uint64_t losses, std::chrono::nanoseconds recordedSi
     if (losses > m_losses && !std::exchange(m_hasNewLosses, true))
         m_lossesSince = m_noted - longestJudgement;
     m_losses = losses;
+    m_recordedSince = recordedSince;
     if (m_writing.valid() && m_writing.wait_for(0s) == std::future_status::ready)
         end();
     // At the next call, the record would have forgotten packets of the losses.
@@ -73,6 +74,7 @@ void LossCapture::finish() {
 void LossCapture::begin() {
     m_hasNewLosses = false;
     m_writtenSince = m_lossesSince;
+    m_isPartial = m_recordedSince > m_lossesSince;
     m_begun = Clock::now();
     m_writing = std::async(std::launch::async, observer::writeCapture, pathOf(m_file), m_packets());
 }
@@ -88,6 +90,8 @@ void LossCapture::end() {
     } else {
         m_document[QStringLiteral("writtenAfterSeconds")] =
             std::chrono::duration<double>(*m_begun - m_start).count();
+        if (m_isPartial)
+            m_document[QStringLiteral("partial")] = true;
     }
 }
 

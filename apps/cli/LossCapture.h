@@ -37,7 +37,8 @@ public:
     void note(std::uint64_t losses, std::chrono::nanoseconds recordedSince);
     /// Writes what was lost since the last time, and waits for it.
     void finish();
-    /// What was written: "file", and "writtenAfterSeconds" or "error". Empty before that.
+    /// What was written: "file", and "writtenAfterSeconds" or "error"; "partial" where packets
+    /// since the losses may have been forgotten before. Empty before that.
     QJsonObject document() const { return m_document; }
 
 private:
@@ -60,6 +61,10 @@ private:
     /// Packets of the new ones, and of those that are being written, were after this time.
     std::chrono::nanoseconds m_lossesSince{0};
     std::chrono::nanoseconds m_writtenSince{0};
+    /// What note() was told last.
+    std::chrono::nanoseconds m_recordedSince{0};
+    /// Of what is being written.
+    bool m_isPartial = false;
     std::optional<Clock::time_point> m_begun;
     std::future<std::error_code> m_writing;
     QJsonObject m_document;

@@ -61,20 +61,9 @@ std::optional<QString> captureFile(const Arguments& arguments) {
     return arguments.has(pcapOption) ? std::optional(arguments.value(pcapOption)) : std::nullopt;
 }
 
-/// Losses are noted at intervals, which must be short beside the minute that packets are kept.
-void checkCapture(const Arguments& arguments, const BenchmarkPlan& plan) {
-    constexpr std::chrono::seconds longest{30};
-    if (arguments.has(pcapOption) && plan.interval > longest)
-        throw Failure(QStringLiteral("--pcap needs an --interval of %1 seconds at most: packets "
-                                     "are kept for a minute.")
-                          .arg(longest.count()),
-                      ExitCode::WrongUse);
-}
-
 Report runObserve(Context& context) {
     const Arguments& arguments = context.arguments;
     const BenchmarkPlan plan = measuredTime(arguments, 0);
-    checkCapture(arguments, plan);
     // An interface is an adapter here, or a USB bus, which has no counters of an adapter.
     const auto metrics =
         metricsExporter(context, [](const QString& interface) { return interface.toStdString(); });

@@ -41,6 +41,7 @@ TEST(LossCapture, writesLossesBeforeTheirPacketsAreForgottenAndAgainAfterAnError
     note(60s);
     EXPECT_EQ(begun, 1);
     EXPECT_TRUE(awaits("writtenAfterSeconds"));
+    EXPECT_FALSE(capture.document().contains(QLatin1String("partial")));
     // Packets after 998 s, noted at 1002 s.
     note(60s);
     ++losses;
@@ -56,6 +57,7 @@ TEST(LossCapture, writesLossesBeforeTheirPacketsAreForgottenAndAgainAfterAnError
     std::filesystem::create_directory(folder);
     capture.finish();
     EXPECT_EQ(begun, 3);
+    EXPECT_TRUE(capture.document().contains(QLatin1String("partial"))) << "of the older losses";
     EXPECT_TRUE(std::filesystem::exists(folder / "lost.pcapng"));
     EXPECT_THROW(LossCapture(QStringLiteral("/dev/null"), {}), Failure);
 }
