@@ -23,9 +23,6 @@ using Clock = std::chrono::steady_clock;
 
 /// Of a thread that has to share its processor.
 constexpr std::chrono::milliseconds longestDelay{60};
-/// Memory for the packets of the last minute, divided among the adapters. At 1 Gbit/s and 1500
-/// bytes of a packet, a minute takes 450 MB.
-constexpr std::size_t mostRecorded = std::size_t{256} << 20U;
 
 const QLatin1String resultType("result");
 
@@ -103,7 +100,8 @@ struct ObservedInterfaces::State {
 };
 
 ObservedInterfaces::ObservedInterfaces(const QStringList& names,
-                                       const std::optional<QString>& captureFile)
+                                       const std::optional<QString>& captureFile,
+                                       std::size_t mostRecorded)
     : m_state(std::make_unique<State>()) {
     QStringList adapters = names.isEmpty() ? adaptersThatAreUp() : names;
     adapters.removeDuplicates();

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 
@@ -14,11 +15,16 @@ namespace cli {
 /// them. Opens no camera and sends nothing. Bound to one thread.
 class ObservedInterfaces {
 public:
+    /// At 1 Gbit/s and 1500 bytes of a packet, a minute takes 450 MB.
+    static constexpr std::size_t defaultRecorded = std::size_t{256} << 20U;
+
     /// Begins at once. Without \p names, all adapters that are up and have an IPv4 address, and all
     /// USB buses that may be observed. With a \p captureFile, writes headers of packets there when
-    /// frames of adapters were lost. Throws a Failure for a wrong name or file, and where this
+    /// frames of adapters were lost; they take \p mostRecorded bytes of memory, divided among the
+    /// adapters. Throws a Failure for a wrong name or file, and where this
     /// program may not see the packets or transfers.
-    ObservedInterfaces(const QStringList& names, const std::optional<QString>& captureFile);
+    ObservedInterfaces(const QStringList& names, const std::optional<QString>& captureFile,
+                       std::size_t mostRecorded = defaultRecorded);
     ~ObservedInterfaces();
     ObservedInterfaces(const ObservedInterfaces&) = delete;
     ObservedInterfaces& operator=(const ObservedInterfaces&) = delete;

@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/ObservedInterfaces.h"
+#include "cli/LiveFigures.h"
 #include "platform/Descriptor.h"
 #include "tests/gvsp/StreamScript.h"
+#include "tests/support/FileTree.h"
 
 #include <QJsonArray>
 #include <gtest/gtest.h>
 #include <qtestsupport_core.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -26,7 +29,7 @@ using namespace cli;
 bool showAdaptersOfThisNetwork() {
     return unshare(CLONE_NEWNS) == 0 &&
            mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           mount("sysfs", "/sys", "sysfs", 0, nullptr) == 0;
+           (mount("sysfs", "/sys", "sysfs", 0, nullptr) == 0 || errno == EBUSY); // mounted before
 }
 
 /// Both ends of a cable, of which cam0 is observed.
@@ -48,23 +51,23 @@ protected:
     }
 
     /// Begins, and sends until the stream is found.
-    void observe() {
-        m_observed =
-            std::make_unique<ObservedInterfaces>(QStringList{QStringLiteral("cam0")}, std::nullopt);
+    void observe(const std::optional<QString>& captureFile = std::nullopt) {
+        m_observed = std::make_unique<ObservedInterfaces>(QStringList{QStringLiteral("cam0")},
+                                                          captureFile, std::size_t{1} << 20U);
         EXPECT_TRUE(awaits([this] {
             sendFrames(1);
             return received() > 0;
         }));
     }
     int received() const { return camera(m_interval)[QStringLiteral("receivedFrames")].toInt(); }
-    /// The camera's next frames, each of six packets.
-    void sendFrames(int count) {
+    /// The camera's next frames, or only the first packets of each.
+    void sendFrames(int count, std::uint32_t packets = script::trailerNumber + 1) {
         sockaddr_ll to{};
         to.sll_family = AF_PACKET;
         to.sll_protocol = htons(ETH_P_IP);
         to.sll_ifindex = static_cast<int>(if_nametoindex("cam1"));
         for (int i = 0; i < count; ++i, ++m_frame)
-            for (std::uint32_t number = 0; number <= script::trailerNumber; ++number) {
+            for (std::uint32_t number = 0; number < packets; ++number) {
                 const auto packet = script::ipPacket({0x0A4F0002, 0x0A4F0001, 4711, false},
                                                      script::Camera().any(m_frame, number));
                 ASSERT_GE(sendto(m_camera.handle(), packet.data(), packet.size(), 0,
@@ -99,14 +102,19 @@ TEST_F(ObservedAdapters, goOnWhenTheyAreRemovedAndMadeAnew) {
     sendFrames(frames);
     EXPECT_TRUE(awaits([&] { return received() >= frames; }));
     EXPECT_EQ(m_notices, QString());
+    sendFrames(1, 3);
     EXPECT_EQ(std::system("ip link del cam0"), 0);
     EXPECT_TRUE(awaits([&] { return m_notices.contains(QStringLiteral("cam0 was removed")); }));
     EXPECT_TRUE(plug());
     EXPECT_TRUE(awaits([&] { return m_notices.contains(QStringLiteral("cam0 is there again")); }));
     const int before = received();
+    m_frame += 5;
     sendFrames(10);
     EXPECT_TRUE(awaits([&] { return received() >= before + 9; }));
     const QJsonObject result = m_observed->result(false);
+    EXPECT_EQ(camera(result)[QStringLiteral("incompleteFrames")], 1) << "cut by the removal";
+    EXPECT_EQ(camera(result)[QStringLiteral("unjudgedFrames")], 5);
+    EXPECT_EQ(camera(result)[QStringLiteral("lostFrames")], 0);
     const QJsonObject load = result[QStringLiteral("adapter")].toObject();
     EXPECT_GE(load[QStringLiteral("packetsPerSecond")].toDouble() *
                   result[QStringLiteral("seconds")].toDouble(),
@@ -114,6 +122,19 @@ TEST_F(ObservedAdapters, goOnWhenTheyAreRemovedAndMadeAnew) {
     EXPECT_EQ(load[QStringLiteral("missedPackets")], 0);
     EXPECT_GT(camera(result)[QStringLiteral("adapterPercent")].toDouble(), 50);
     EXPECT_EQ(m_notices.count(QStringLiteral("cam0")), 2) << m_notices.toStdString();
+}
+
+TEST_F(ObservedAdapters, tellWhenTheirRecordIsTooShortForTheLosses) {
+    const FileTree files;
+    observe(QString::fromStdString((files.root() / "lost.pcapng").string()));
+    sendFrames(5000);
+    m_frame += 5;
+    sendFrames(2);
+    EXPECT_TRUE(awaits([this] { return m_interval.contains(QStringLiteral("capture")); }));
+    const QJsonObject capture = m_interval[QStringLiteral("capture")].toObject();
+    EXPECT_TRUE(capture.contains(QStringLiteral("writtenAfterSeconds")));
+    EXPECT_TRUE(capture[QStringLiteral("partial")].toBool());
+    EXPECT_TRUE(captureText(m_interval).contains(QStringLiteral("first losses")));
 }
 
 } // namespace

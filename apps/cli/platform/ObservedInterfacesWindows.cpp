@@ -7,7 +7,8 @@ namespace cli {
 
 struct ObservedInterfaces::State {};
 
-ObservedInterfaces::ObservedInterfaces(const QStringList&, const std::optional<QString>&) {
+ObservedInterfaces::ObservedInterfaces(const QStringList&, const std::optional<QString>&,
+                                       std::size_t) {
     throw Failure(QStringLiteral("\"observe\" needs Linux."), ExitCode::WrongUse);
 }
 
