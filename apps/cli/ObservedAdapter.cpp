@@ -117,22 +117,15 @@ public:
         // Packets of a new stream were not seen from its beginning.
         if (!m_observer->counted())
             startCount(now);
-        const QJsonObject document =
-            figures(m_last, now, now.moved, &observer::StreamReading::timing);
+        const QJsonObject document = figures(now, false);
         m_last = std::move(now);
         return document;
     }
 
     QJsonObject result() override {
         m_last = read();
-        const Reading& now = m_last;
-        // Nothing had been seen of any stream, also under former ports.
-        Reading first = m_first;
-        for (const auto& [key, stream] : now.streams)
-            first.streams[key] = {};
-        QJsonObject document =
-            figures(first, now, now.allMoved, &observer::StreamReading::allTiming);
-        document[QStringLiteral("findings")] = lossFindings(evidence(now));
+        QJsonObject document = figures(m_last, true);
+        document[QStringLiteral("findings")] = lossFindings(evidence(m_last));
         return document;
     }
 
@@ -152,9 +145,6 @@ public:
     QStringList takeNotices() override { return std::exchange(m_notices, {}); }
 
 private:
-    /// The timing that is shown of a stream.
-    using Timing = observer::FrameTiming observer::StreamReading::*;
-
     struct Reading {
         Clock::time_point time = Clock::now();
         StreamReadings streams;
@@ -225,26 +215,25 @@ private:
                 QStringLiteral("The adapter %1 is there again, and is observed.").arg(m_name));
     }
 
-    /// The adapter's counters have \p moved between the readings.
-    QJsonObject figures(const Reading& since, const Reading& until,
-                        const platform::NetworkCounters& moved, Timing timing) {
-        const double period = secondsBetween(since.time, until.time);
-        const auto drops = m_receiverDrops.read(until.streams, platform::readUdpSockets());
-        const QJsonObject load = adapterLoad(moved, period, until.bitsPerSecond);
+    /// Since the reading before, or of the whole time.
+    QJsonObject figures(const Reading& now, bool isWhole) {
+        const double period = secondsBetween(isWhole ? m_start : m_last.time, now.time);
+        const auto drops = m_receiverDrops.read(now.streams, platform::readUdpSockets());
+        const QJsonObject load =
+            adapterLoad(isWhole ? now.allMoved : now.moved, period, now.bitsPerSecond);
         QJsonArray rows;
-        for (const auto& [key, stream] : until.streams) {
-            const auto before = since.streams.find(key);
+        for (const auto& [key, stream] : now.streams) {
             QJsonObject row = identityOf(stream);
             addFigures(row,
-                       {before == since.streams.end() ? stream.before : before->second.figures,
-                        stream.figures, stream.*timing, stream.silence},
-                       period, until.bitsPerSecond);
+                       {isWhole ? observer::StreamFigures() : stream.known, stream.figures,
+                        isWhole ? stream.allTiming : stream.timing, stream.silence},
+                       period, now.bitsPerSecond);
             addAdapterShare(row, load);
             if (const auto dropped = drops.find(key); dropped != drops.end())
                 row[QStringLiteral("receiverDrops")] = static_cast<qint64>(dropped->second);
             rows.append(row);
         }
-        return document(rows, load, until);
+        return document(rows, load, now);
     }
 
     QJsonObject document(const QJsonArray& rows, QJsonObject load, const Reading& now) const {
@@ -294,8 +283,8 @@ private:
     std::uint64_t m_lossesAtStart = 0;
     platform::NetworkCounters m_countedAtEnd;
     std::atomic<bool> m_isEnding{false};
-    const Reading m_first{Clock::now(), {}, 0, {}, m_networkBefore, {}, {}, 0};
-    Reading m_last = m_first;
+    const Clock::time_point m_start = Clock::now();
+    Reading m_last{m_start, {}, 0, {}, m_networkBefore, {}, {}, 0};
     std::uint64_t m_removals = 0;
     std::uint64_t m_returns = 0;
     QStringList m_notices;

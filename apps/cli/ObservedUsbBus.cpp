@@ -20,22 +20,6 @@ constexpr std::chrono::milliseconds longestWait{500};
 /// The hub in the host controller has this place.
 const std::string rootHubPorts = "0";
 
-observer::StreamFigures allFigures(const observer::UsbStreamReading& stream) {
-    observer::StreamFigures figures = stream.before;
-    figures.add(stream.figures);
-    return figures;
-}
-
-/// What had been seen of the stream at a reading before.
-observer::StreamFigures figuresAt(const observer::UsbReading& reading,
-                                  const observer::UsbStreamKey& key,
-                                  const observer::UsbStreamReading& stream) {
-    observer::StreamFigures figures = stream.before;
-    if (const auto known = reading.streams.find(key); known != reading.streams.end())
-        figures.add(known->second.figures);
-    return figures;
-}
-
 } // namespace
 
 ObservedUsbBus::ObservedUsbBus(QString name, std::unique_ptr<observer::UsbMonitor> monitor,
@@ -123,16 +107,15 @@ QJsonObject ObservedUsbBus::identityOf(const observer::UsbStreamKey& key) {
             {QStringLiteral("address"), place}};
 }
 
-QJsonObject ObservedUsbBus::figures(const Reading* since, const Reading& until) {
+QJsonObject ObservedUsbBus::figures(const Reading& now, bool isWhole) {
     const double period =
-        std::chrono::duration<double>(until.time - (since ? since->time : m_start)).count();
+        std::chrono::duration<double>(now.time - (isWhole ? m_start : m_last)).count();
     QJsonArray rows;
-    for (const auto& [key, stream] : until.streams) {
+    for (const auto& [key, stream] : now.streams) {
         QJsonObject row = identityOf(key);
         addFigures(row,
-                   {since ? figuresAt(*since, key, stream) : observer::StreamFigures(),
-                    allFigures(stream), since ? stream.timing : stream.allTiming, stream.silence,
-                    false},
+                   {isWhole ? observer::StreamFigures() : stream.known, stream.figures,
+                    isWhole ? stream.allTiming : stream.timing, stream.silence, false},
                    period, m_bitsPerSecond);
         rows.append(row);
     }
@@ -143,19 +126,19 @@ QJsonObject ObservedUsbBus::figures(const Reading* since, const Reading& until) 
     return {{QStringLiteral("interface"), m_name},
             {QStringLiteral("cameras"), rows},
             {QStringLiteral("total"), total},
-            {QStringLiteral("observerMissedPackets"), static_cast<qint64>(until.missedEvents)}};
+            {QStringLiteral("observerMissedPackets"), static_cast<qint64>(now.missedEvents)}};
 }
 
 QJsonObject ObservedUsbBus::interval() {
-    Reading now = read();
-    const QJsonObject document = figures(&m_last, now);
-    m_last = std::move(now);
+    const Reading now = read();
+    const QJsonObject document = figures(now, false);
+    m_last = now.time;
     return document;
 }
 
 QJsonObject ObservedUsbBus::result() {
     const Reading now = read();
-    QJsonObject document = figures(nullptr, now);
+    QJsonObject document = figures(now, true);
     document[QStringLiteral("findings")] = findings(now);
     return document;
 }
@@ -165,7 +148,7 @@ QJsonArray ObservedUsbBus::findings(const Reading& now) {
     evidence.name = m_name.toStdString();
     for (const auto& [key, stream] : now.streams) {
         CameraEvidence camera = frameEvidence(
-            identityOf(key)[QStringLiteral("id")].toString().toStdString(), allFigures(stream));
+            identityOf(key)[QStringLiteral("id")].toString().toStdString(), stream.figures);
         camera.isUsb = true;
         camera.usbSpeed = static_cast<std::uint64_t>(deviceOf(key).linkSpeed);
         evidence.cameras.push_back(std::move(camera));

@@ -50,8 +50,8 @@ private:
     void readDevices();
     const platform::UsbDevice& deviceOf(const observer::UsbStreamKey& key);
     QJsonObject identityOf(const observer::UsbStreamKey& key);
-    /// Of the time \p since a reading, or of the whole time.
-    QJsonObject figures(const Reading* since, const Reading& until);
+    /// Since the interval before, or of the whole time.
+    QJsonObject figures(const Reading& now, bool isWhole);
     QJsonArray findings(const Reading& now);
 
     const QString m_name;
@@ -65,8 +65,9 @@ private:
     /// Whether the last reading has shown the bus.
     bool m_isPresent = false;
     QStringList m_notices;
-    Reading m_last;
-    const Clock::time_point m_start = m_last.time;
+    const Clock::time_point m_start = Clock::now();
+    /// Time of the last interval.
+    Clock::time_point m_last = m_start;
     std::atomic<bool> m_isEnding{false};
     std::thread m_thread;
 };

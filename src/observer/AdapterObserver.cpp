@@ -174,6 +174,7 @@ void AdapterObserver::takeOver(const Key& key, Entry& entry) {
         }
         entry.before.add(each->second.before);
         entry.before.add(stream.figures());
+        entry.known.add(each->second.known);
         entry.allTiming.add(each->second.allTiming);
         entry.timingBefore.add(each->second.timingBefore);
         entry.timingBefore.add(each->second.stream.takeTiming());
@@ -231,6 +232,7 @@ AdapterReading AdapterObserver::read() {
         stream.name = m_directory.nameOf(stream.camera);
         stream.before = stream.figures = entry.before;
         stream.figures.add(entry.stream.figures());
+        stream.known = std::exchange(entry.known, stream.figures);
         stream.timing = std::exchange(entry.timingBefore, {});
         stream.timing.add(entry.stream.takeTiming());
         entry.allTiming.add(stream.timing);

@@ -28,6 +28,8 @@ struct StreamReading {
     StreamFigures figures;
     /// Those of them that another port of the camera brought, before this one.
     StreamFigures before;
+    /// Those of them that the reading before had, under whichever port.
+    StreamFigures known;
     /// Of the frames since the reading before, and of all since the stream was found, with those of
     /// ports before this one.
     FrameTiming timing;
@@ -97,6 +99,8 @@ private:
         bool isProven = false;
         /// Of streams of the same camera to other ports, which have ended.
         StreamFigures before;
+        /// What the last reading had, with that of these.
+        StreamFigures known;
         /// That is not read yet, of these; and all that was read.
         FrameTiming timingBefore;
         FrameTiming allTiming;

@@ -73,8 +73,9 @@ UsbReading UsbObserver::read() {
         if (!entry.stream.isKnown())
             continue;
         UsbStreamReading each;
-        each.figures = entry.stream.figures();
-        each.before = entry.before;
+        each.figures = entry.before;
+        each.figures.add(entry.stream.figures());
+        each.known = std::exchange(entry.known, each.figures);
         each.timing = std::exchange(entry.timingBefore, {});
         each.timing.add(entry.stream.takeTiming());
         entry.allTiming.add(each.timing);
@@ -103,6 +104,7 @@ void UsbObserver::join(const UsbStreamKey& ended, const UsbStreamKey& later) {
     Entry& entry = to->second;
     entry.before.add(from->second.before);
     entry.before.add(from->second.stream.figures());
+    entry.known.add(from->second.known);
     entry.allTiming.add(from->second.allTiming);
     entry.timingBefore.add(from->second.timingBefore);
     entry.timingBefore.add(from->second.stream.takeTiming());

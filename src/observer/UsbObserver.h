@@ -21,9 +21,10 @@ using UsbStreamKey = std::tuple<std::uint16_t, std::uint8_t, std::uint8_t>;
 
 /// One stream of a USB3 Vision camera at one moment.
 struct UsbStreamReading {
+    /// With what was seen under numbers that the camera had before.
     StreamFigures figures;
-    /// What was seen under numbers that the camera had before.
-    StreamFigures before;
+    /// Those of them that the reading before had, under whichever number.
+    StreamFigures known;
     /// Of the frames since the reading before, and of all.
     FrameTiming timing;
     FrameTiming allTiming;
@@ -60,6 +61,8 @@ private:
         UsbStream stream;
         /// Of streams that have ended.
         StreamFigures before;
+        /// What the last reading had, with that of these.
+        StreamFigures known;
         /// That is not read yet, of these; and all that was read.
         FrameTiming timingBefore;
         FrameTiming allTiming;

@@ -206,11 +206,14 @@ TEST_F(AdapterObservers, countFragmentsWithoutTakingThemForPackets) {
 TEST_F(AdapterObservers, followACameraToItsNextPort) {
     sendFrames(4001, 1, 5, cameraAddress, 5s);
     const FrameTiming before = observe().streams.at(0).timing;
+    sendFrames(4001, 6, 3, cameraAddress, 4s);
     sendFrames(4009, 1, 4);
     const AdapterReading reading = observe();
     ASSERT_EQ(reading.streams.size(), 1U);
     EXPECT_EQ(reading.streams[0].port, 4009);
-    EXPECT_EQ(reading.streams[0].figures.framesComplete, 4U + 3);
+    EXPECT_EQ(reading.streams[0].figures.framesComplete, 4U + 3 + 3);
+    EXPECT_EQ(reading.streams[0].known.packets, 5U * 6) << "of the port before, when it was read";
+    EXPECT_EQ(observe().streams[0].known.packets, (5U + 3 + 4) * 6);
     EXPECT_GT(before.frames, 2U);
     EXPECT_EQ(reading.streams[0].allTiming.frames,
               before.frames + reading.streams[0].timing.frames);

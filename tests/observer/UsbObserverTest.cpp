@@ -213,6 +213,23 @@ TEST_F(UsbObservers, tellStreamsApartFromEachOtherAndFromOtherDevices) {
                                            FieldsAre(8, 0x81, 3, 2)));
 }
 
+TEST_F(UsbObservers, continueAStreamUnderAnotherNumber) {
+    bus.sendFrame(0);
+    observe();
+    bus.sendFrame(1);
+    usbscript::Event again;
+    again.device = 8;
+    bus.sendFrame(0, again);
+    while (!bus.isEmpty())
+        observer.receive(0ms);
+    observer.join({2, 7, 0x81}, {2, 8, 0x81});
+    for (const std::uint64_t known : {4U, 12U}) {
+        const UsbStreamReading each = observer.read().streams.at({2, 8, 0x81});
+        EXPECT_EQ(each.figures.packets, 12U);
+        EXPECT_EQ(each.known.packets, known) << "at the reading before";
+    }
+}
+
 TEST_F(UsbObservers, outliveGarbage) {
     std::mt19937 random(1); // NOLINT: the same bytes each time
     const auto any = [&random](unsigned most) {
