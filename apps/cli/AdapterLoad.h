@@ -15,12 +15,12 @@ QJsonObject adapterLoad(const platform::NetworkCounters& moved, double seconds,
                         double bitsPerSecond);
 
 /// Adds what the adapter has discarded: "missedPackets", for which it had no room, and
-/// "droppedPackets", which its driver or the kernel dropped behind it, also as no protocol takes
-/// them.
+/// "droppedPackets", which its driver or the kernel dropped behind it. These include packets of
+/// protocols that nothing on the host takes.
 void addAdapterDrops(QJsonObject& load, const platform::NetworkCounters& moved);
 
-/// The load and the missed packets of an interface's "adapter" to follow its name: ", 103.2 MB/s
-/// (84 %)"; empty without one.
+/// The load and the missed packets of an interface's "adapter" to follow its name: ", receives 75.7
+/// MB/s (62 %), had no room for 40 packets"; empty without one.
 QString loadText(const QJsonObject& interface);
 
 } // namespace cli

@@ -125,8 +125,9 @@ Command observeCommand() {
              QStringLiteral("name")},
             {pcapOption,
              QStringLiteral("After frames were lost, writes the headers of the last minute's "
-                            "packets to this file (pcapng, for Wireshark); again when these are "
-                            "all newer, and at the end. Replaces the file."),
+                            "packets to this file (pcapng, for Wireshark): at the first loss, "
+                            "after others a minute later or before their packets are forgotten, "
+                            "and at the end. Replaces the file."),
              QStringLiteral("file")}} +
         timeOptions(
             QStringLiteral("endless"),
