@@ -82,7 +82,7 @@ void checkUsbMemory(const HostEvidence& evidence, Findings& findings) {
 }
 
 void checkUsbPermissions(const HostEvidence& evidence, Findings& findings) {
-    for (const session::Usb3VisionCamera& camera : evidence.usbCameras) {
+    for (const session::UsbCameraAccess& camera : evidence.usbCameras) {
         if (camera.mayBeOpened)
             findings.push_back({Severity::Ok, "usb-permission", camera.name,
                                 "This user may open the camera.", camera.file, ""});

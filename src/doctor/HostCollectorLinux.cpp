@@ -26,7 +26,7 @@ void HostCollector::read(HostEvidence& evidence) const {
     readLowerAdapters(evidence);
     evidence.networkCameras = findNetworkCameras();
     testPaths(evidence.networkCameras, evidence.adapters);
-    evidence.usbCameras = session::usb3VisionCameras(m_root);
+    evidence.usbCameras = session::tryUsbCameras(m_root);
     evidence.memory = session::streamingMemory(m_root);
     evidence.reversePathDropped =
         platform::readNetworkCounters({}, m_root)[platform::NetworkCount::ReversePathDropped];

@@ -124,7 +124,7 @@ struct HostEvidence {
 
     std::vector<AdapterEvidence> adapters;
     std::vector<NetworkCamera> networkCameras;
-    std::vector<session::Usb3VisionCamera> usbCameras;
+    std::vector<session::UsbCameraAccess> usbCameras;
     RealCameras cameras;
     session::StreamingMemory memory;
     /// Packets that the reverse-path filter has discarded since the start of the host.

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <utility>
 
 namespace session {
 
@@ -48,24 +49,26 @@ std::vector<Usb3VisionCamera> pluggedUsbCameras(const fs::path& root) {
     std::vector<Usb3VisionCamera> cameras;
     for (const platform::UsbDevice& device : platform::usbDevices(root / "sys")) {
         if (isUsb3Vision(device))
-            cameras.push_back({nameOf(device), '/' + fileOf(device), device.linkSpeed, false,
+            cameras.push_back({nameOf(device), '/' + fileOf(device), device.linkSpeed,
                                device.controller, device.bus});
     }
     return cameras;
 }
 
-std::vector<Usb3VisionCamera> usb3VisionCameras(const fs::path& root) {
-    std::vector<Usb3VisionCamera> cameras = pluggedUsbCameras(root);
-    for (Usb3VisionCamera& camera : cameras)
-        camera.mayBeOpened = mayOpen(root / camera.file.substr(1));
+std::vector<UsbCameraAccess> tryUsbCameras(const fs::path& root) {
+    std::vector<UsbCameraAccess> cameras;
+    for (Usb3VisionCamera& camera : pluggedUsbCameras(root)) {
+        const bool isPermitted = mayOpen(root / camera.file.substr(1));
+        cameras.push_back({std::move(camera), isPermitted});
+    }
     return cameras;
 }
 
 std::vector<Usb3VisionCamera> closedUsbCameras(const fs::path& root) {
-    std::vector<Usb3VisionCamera> cameras = usb3VisionCameras(root);
-    cameras.erase(std::remove_if(cameras.begin(), cameras.end(),
-                                 [](const auto& camera) { return camera.mayBeOpened; }),
-                  cameras.end());
+    std::vector<Usb3VisionCamera> cameras;
+    for (const UsbCameraAccess& camera : tryUsbCameras(root))
+        if (!camera.mayBeOpened)
+            cameras.push_back(camera);
     return cameras;
 }
 

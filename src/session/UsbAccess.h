@@ -19,21 +19,23 @@ struct Usb3VisionCamera {
     std::string file;
     /// Bits per second of its link; 0 when it is not known.
     std::int64_t linkSpeed = 0;
-    /// Whether this user has the permission to open it.
-    bool mayBeOpened = false;
     /// Key of its host controller; see platform::UsbDevice.
     std::string controller;
     /// Number of its bus.
     std::int64_t bus = 0;
 };
 
-/// Finds all of them in the folder /sys below \p root. Leaves mayBeOpened false: opening the file
-/// of a camera would wake it where it is suspended. Reentrant.
+/// A camera, and whether this user has the permission to open it.
+struct UsbCameraAccess : Usb3VisionCamera {
+    bool mayBeOpened = false;
+};
+
+/// Finds all of them in the folder /sys below \p root. Opens no file, which would wake a camera
+/// that is suspended. Reentrant.
 std::vector<Usb3VisionCamera> pluggedUsbCameras(const std::filesystem::path& root = "/");
 
-/// The same, and tries to open the file of each in the folder /dev below \p root, but no camera.
-/// Reentrant.
-std::vector<Usb3VisionCamera> usb3VisionCameras(const std::filesystem::path& root = "/");
+/// Tries to open the file of each in the folder /dev below \p root, but no camera. Reentrant.
+std::vector<UsbCameraAccess> tryUsbCameras(const std::filesystem::path& root = "/");
 
 /// Those of them that this user has no permission to open. Reentrant.
 std::vector<Usb3VisionCamera> closedUsbCameras(const std::filesystem::path& root = "/");

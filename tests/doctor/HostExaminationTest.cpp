@@ -45,7 +45,7 @@ HostEvidence healthyHost() {
     it.links[1] = {{"USB 0"}, true, 5 * gigabit, {}, "", 0, {streamingCamera("U")}};
     it.adapters = {adapter("eth0", 0x0A4D0001), adapter("eth1", 0x0A4E0001)};
     it.networkCameras = {networkCamera("A", 1, 0x0A4D000B)};
-    it.usbCameras = {{"Maker U", "/dev/bus/usb/002/007", 5'000'000'000, true, "0-20-0"}};
+    it.usbCameras = {{{"Maker U", "/dev/bus/usb/002/007", 5'000'000'000, "0-20-0"}, true}};
     it.cameras = {1, 1, true};
     it.memory = {64, 32 << 20, true};
     it.reversePathDropped = 0;
