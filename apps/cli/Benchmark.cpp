@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "cli/Benchmark.h"
 
-#include "cli/Failure.h"
 #include "cli/StreamingCameras.h"
 #include "cli/Table.h"
 #include "cli/Terminal.h"
@@ -71,6 +70,11 @@ private:
     const bool m_areSimulated;
     std::vector<std::unique_ptr<StreamingCameras>> m_streams;
 };
+
+bool isUnmeasured(const QJsonObject& camera) {
+    return camera[QStringLiteral("opened")].toBool() &&
+           !camera[QStringLiteral("measured")].toBool();
+}
 
 bool anyCamera(const QJsonObject& benchmark, bool (*is)(const QJsonObject& camera)) {
     for (const QJsonValue& interface : interfacesOf(benchmark)) {
@@ -142,10 +146,34 @@ QJsonArray interfacesOf(const QJsonObject& benchmark) {
 }
 
 bool hasMeasuredAll(const QJsonObject& benchmark) {
-    return !anyCamera(benchmark, [](const QJsonObject& camera) {
-        return camera[QStringLiteral("opened")].toBool() &&
-               !camera[QStringLiteral("measured")].toBool();
-    });
+    return !anyCamera(benchmark, isUnmeasured);
+}
+
+void requireMeasuredAll(const QJsonObject& benchmark) {
+    for (const QJsonValue& interface : interfacesOf(benchmark)) {
+        for (const QJsonValue& value : interface[QStringLiteral("cameras")].toArray()) {
+            const QJsonObject camera = value.toObject();
+            const QString id = camera[QStringLiteral("id")].toString();
+            if (camera.contains(QStringLiteral("disconnectedAfterSeconds")))
+                throw Failure(QStringLiteral("%1: It was disconnected.").arg(id));
+            if (isUnmeasured(camera))
+                throw Failure(
+                    QStringLiteral("%1: It did not stream, see the messages above.").arg(id));
+        }
+    }
+}
+
+Failure silentCamera(const QString& id, double seconds) {
+    return Failure(QStringLiteral("%1: None of its frames came in %2 s. If it waits or has "
+                                  "stopped, start or trigger it; if it is slow, measure longer.")
+                       .arg(id)
+                       .arg(seconds));
+}
+
+void requireSending(const QJsonObject& camera) {
+    const QJsonValue silent = camera[QStringLiteral("silentSeconds")];
+    if (silent.isDouble())
+        throw silentCamera(camera[QStringLiteral("id")].toString(), silent.toDouble());
 }
 
 bool hasLoss(const QJsonObject& benchmark) {

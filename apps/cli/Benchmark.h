@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "cli/Failure.h"
 #include "cli/InterfaceChoice.h"
 #include "cli/platform/Interruption.h"
 
@@ -53,6 +54,13 @@ bool awaitEnd(const BenchmarkPlan& plan, Interruption& interruption, const Bench
 QJsonArray interfacesOf(const QJsonObject& benchmark);
 /// Whether every open camera has streamed to the end.
 bool hasMeasuredAll(const QJsonObject& benchmark);
+/// Throws a Failure that names a camera for which hasMeasuredAll() is false, or which was
+/// disconnected.
+void requireMeasuredAll(const QJsonObject& benchmark);
+/// That no frame of a camera came in \p seconds, though it should send; says what to do.
+Failure silentCamera(const QString& id, double seconds);
+/// Throws it for a camera that stopped during the benchmark.
+void requireSending(const QJsonObject& camera);
 /// Whether a frame was lost or arrived incomplete, or none of a camera came.
 bool hasLoss(const QJsonObject& benchmark);
 

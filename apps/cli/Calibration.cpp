@@ -7,6 +7,7 @@
 #include "engine/CameraHandler.h"
 #include "features/FeatureController.h"
 #include "features/OptionalFeatures.h"
+#include "logging/Log.h"
 
 #include <algorithm>
 
@@ -14,8 +15,8 @@ namespace cli {
 
 namespace {
 
-/// For cameras that do not report what they send.
-constexpr std::chrono::duration<double> needSeconds{1};
+/// For cameras that do not report what they send, at least.
+constexpr double needSeconds = 1;
 /// More packets than this share sent again count as a loss: the link is too slow, although no frame
 /// is lost yet. A cable may lose fewer.
 constexpr double tolerableResends = 0.002;
@@ -50,7 +51,7 @@ Delivery deliveryOf(const QJsonObject& figures, const PlannedCamera& camera, dou
     const double received = number("receivedFrames");
     delivery.lostFrames = number("lostFrames") + number("incompleteFrames");
     if (received <= 0) {
-        // No frame arrived. Its packets are lost, unless the time was too short.
+        // Its packets are lost, unless the time was too short.
         const double frames = camera.framesAt(camera.limitPlanned) * seconds;
         delivery.lostFrames += frames >= expectedFrames ? frames : 0;
         delivery.sent = delivery.lostFrames > 0 ? camera.bytesAt(camera.limitPlanned) * seconds : 0;
@@ -77,10 +78,18 @@ const PlannedCamera* cameraOf(const LinkPlan& plan, const QJsonObject& figures) 
     return found == cameras.end() ? nullptr : &*found;
 }
 
-void checkConnection(const QJsonObject& figures) {
-    if (figures.contains(QStringLiteral("disconnectedAfterSeconds")))
-        throw Failure(QStringLiteral("%1: It was disconnected.")
-                          .arg(figures[QStringLiteral("id")].toString()));
+/// Triggered cameras that sent nothing while their need was measured are counted with nothing.
+void setWaitingAside(LinkPlan& plan) {
+    for (PlannedCamera& camera : plan.cameras()) {
+        if (camera.role == PlanRole::NotOpened || camera.source == NeedSource::Measurement ||
+            !camera.handler->isTriggered())
+            continue;
+        camera.role = PlanRole::Fixed;
+        camera.source = NeedSource::Unknown;
+        camera.needBytes = camera.needFrames = 0;
+        logWarning(camera.handler->getCameraInfo().cameraId +
+                   ": It waits for triggers and sends nothing; it is not counted.");
+    }
 }
 
 /// Runs the steps of a calibration as benchmarks.
@@ -97,9 +106,7 @@ public:
         if (result[QStringLiteral("interrupted")].toBool())
             return std::nullopt;
         // Its limit counts in the load of the step.
-        if (!hasMeasuredAll(result))
-            throw Failure(QStringLiteral("%1: A camera did not stream, see the messages above.")
-                              .arg(m_link.names()));
+        requireMeasuredAll(result);
         CalibrationStep step;
         const auto measurement = judge(result, step);
         m_steps.push_back(step);
@@ -144,11 +151,32 @@ private:
         return {step.hasLoss, all.sent > 0 ? all.arrived / all.sent : 1};
     }
 
+    /// What a camera sends must be counted, and what is counted must be sent: else a link seems to
+    /// carry less or more than it does.
+    void checkSending(const PlannedCamera& camera, const QJsonObject& figures) const {
+        const QString id = cameraId(*camera.handler);
+        const bool sends = figures[QStringLiteral("receivedFrames")].toDouble() > 0;
+        const bool isCounted = camera.bytesAt(camera.limitPlanned) > 0;
+        if (sends && !isCounted)
+            throw Failure(QStringLiteral("%1: It sends now, but did not while its need was "
+                                         "measured. Trigger it steadily, or not at all.")
+                              .arg(id));
+        const bool isFirst = m_steps.empty();
+        if (!isFirst)
+            requireSending(figures);
+        if (sends || !isCounted)
+            return;
+        const double expected = camera.framesAt(camera.limitPlanned) * m_benchmark.seconds;
+        // In the first step, an overloaded link may lose all frames of a camera that does send.
+        if (isFirst ? camera.source != NeedSource::Measurement : expected >= expectedFrames)
+            throw silentCamera(id, m_benchmark.seconds);
+    }
+
     void add(Delivery& all, const QJsonObject& figures) const {
-        checkConnection(figures);
         const PlannedCamera* const camera = cameraOf(m_plan, figures);
         if (!camera || !figures[QStringLiteral("measured")].toBool())
             return;
+        checkSending(*camera, figures);
         const Delivery one = deliveryOf(figures, *camera, m_benchmark.seconds);
         all.sent += one.sent;
         all.arrived += one.arrived;
@@ -235,10 +263,16 @@ CalibratedLink calibrate(Cameras& cameras, const ChosenInterfaces& link,
         if (camera.role == PlanRole::NotOpened)
             result.notOpened.append(cameraId(*camera.handler));
     }
-    findNeeds(plan, cameras, needSeconds, interruption);
+    findNeeds(plan, cameras, std::chrono::duration<double>(std::max(needSeconds, settings.seconds)),
+              interruption);
     result.error = QString::fromStdString(LinkCalibration::obstacle(plan));
     if (!result.error.isEmpty())
         return result;
+    setWaitingAside(plan);
+    if (!LinkCalibration::obstacle(plan).empty()) {
+        result.error = QStringLiteral("All cameras with a limit wait for triggers: trigger them.");
+        return result;
+    }
     LinkCalibration calibration(plan);
     Measurements measurements(cameras, link, plan, settings.seconds, interruption);
     const auto outcome = calibration.run([&] { return measurements.step(); });

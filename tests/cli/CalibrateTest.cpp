@@ -27,6 +27,8 @@ std::string usb(const std::string& id, int port, const std::string& more = "") {
 
 const std::string three = usb("A", 1) + "," + usb("B", 2) + "," + usb("C", 3);
 
+const std::string waiting = R"(, "trigger": {"mode": "On", "source": "Software"})";
+
 class Calibrate : public Test {
 protected:
     std::string config(const std::string& scenarioText) const {
@@ -64,6 +66,8 @@ TEST_F(Calibrate, findsWhatALinkCarriesToThreePercent) {
         {scenario(4000, usb("A", 1) + "," + usb("B", 2) + "," +
                             usb("F", 3, R"(, "bandwidth": {"feature": "none"})")),
          500e6},
+        // A camera that waits sends nothing.
+        {scenario(3040, three + "," + usb("S", 4, waiting)), 380e6},
     };
     for (const auto& [text, capacity] : cases) {
         const QJsonObject link = measured(" --save" + config(text));
@@ -123,7 +127,26 @@ TEST_F(Calibrate, saysPlainlyWhatItDoesNotKnow) {
                                                               {"vanishAfterSeconds": 1.2})")))),
               1);
     EXPECT_THAT(vanished.json()[QStringLiteral("error")].toString().toStdString(),
-                AnyOf(HasSubstr("A camera did not stream"), "B: It was disconnected."));
+                AnyOf(HasSubstr("B: It did not stream"), "B: It was disconnected."));
+
+    // What a camera sends that is not triggered and does not send is not known.
+    const struct {
+        std::string camera;
+        const char* message;
+    } silent[] = {
+        {R"(, "faults": {"stopAfterFrames": 0})", "C: None of its frames came in 1 s."},
+        {R"(, "trigger": {"mode": "On", "source": "Line0", "rate": 1.2})", "C: It sends now"},
+    };
+    for (const auto& [more, message] : silent) {
+        SpanletProcess refused;
+        EXPECT_EQ(run(refused, "calibrate --save --seconds 1" +
+                                   config(scenario(800, usb("A", 1) + "," + usb("C", 2, more)))),
+                  1);
+        EXPECT_THAT(refused.err(), HasSubstr(message));
+    }
+    SpanletProcess idle;
+    EXPECT_EQ(run(idle, "calibrate --seconds 1" + config(scenario(800, usb("A", 1, waiting)))), 1);
+    EXPECT_THAT(idle.err(), HasSubstr("All cameras with a limit wait for triggers"));
 
     const std::string none = R"(, "bandwidth": {"feature": "none"})";
     SpanletProcess refused;
