@@ -3,6 +3,7 @@
 #include "cli/Commands.h"
 #include "cli/PlanReport.h"
 #include "cli/PlanVerification.h"
+#include "cli/Terminal.h"
 #include "engine/CameraHandler.h"
 
 #include <QJsonArray>
@@ -132,13 +133,27 @@ bool carryOut(PlannedLink& link, Cameras& cameras, const PlanOptions& options,
               Interruption& interruption) {
     if (!options.applies || link.division.outcome != BandwidthPlan::Outcome::Divided)
         return link.division.outcome == BandwidthPlan::Outcome::Divided;
+    if (interruption.isRequested())
+        throw Failure(QStringLiteral("Interrupted: its limits were not changed."));
     link.isApplied = link.plan->apply();
     if (!link.isApplied)
-        throw Failure(QStringLiteral("%1: A camera did not take its limit, see the messages above. "
-                                     "The former limits were put back.")
-                          .arg(link.interfaces.names()));
+        throw Failure(QStringLiteral("A camera did not take its limit, see the messages above. The "
+                                     "former limits were put back."));
     return options.verifiedSeconds <= 0 ||
            verifyPlan(link, cameras, options.verifiedSeconds, interruption);
+}
+
+/// The same, and says why not, so that other links are carried out and reported.
+bool triesToCarryOut(PlannedLink& link, Cameras& cameras, const PlanOptions& options,
+                     Context& context) {
+    try {
+        return carryOut(link, cameras, options, context.interruption);
+    } catch (const Failure& failure) {
+        link.failure = QString::fromUtf8(failure.what());
+        context.terminal.message(
+            QStringLiteral("spanlet: %1: %2").arg(link.interfaces.names(), link.failure));
+        return false;
+    }
 }
 
 Report makeReport(const std::vector<PlannedLink>& links) {
@@ -180,7 +195,7 @@ Report runPlan(Context& context) {
             divide(link);
     }
     for (PlannedLink& link : links) {
-        const bool isDone = link.plan && carryOut(link, cameras, options, context.interruption);
+        const bool isDone = link.plan && triesToCarryOut(link, cameras, options, context);
         isSuccess = isSuccess && isDone;
     }
     Report report = makeReport(links);

@@ -142,15 +142,15 @@ QJsonObject describe(const Prediction& prediction) {
             {QStringLiteral("lossPercent"), prediction.lossPercent}};
 }
 
-QJsonObject describeVerification(const std::vector<VerifiedRound>& rounds) {
+QJsonObject describeVerification(const PlannedLink& link) {
     QJsonArray list;
-    for (const VerifiedRound& round : rounds)
+    for (const VerifiedRound& round : link.rounds)
         list.append(QJsonObject{{QStringLiteral("usableBytesPerSecond"), round.usableBytes},
                                 {QStringLiteral("carriedBytesPerSecond"), round.carriedBytes},
                                 {QStringLiteral("lostFrames"), round.lostFrames}});
     return {{QStringLiteral("rounds"), list},
-            {QStringLiteral("isLossFree"), rounds.back().lostFrames == 0},
-            {QStringLiteral("carriedBytesPerSecond"), rounds.back().carriedBytes}};
+            {QStringLiteral("isLossFree"), !link.isLossy()},
+            {QStringLiteral("carriedBytesPerSecond"), link.rounds.back().carriedBytes}};
 }
 
 QStringList cameraLines(const QJsonArray& cameras) {
@@ -213,7 +213,9 @@ QJsonObject describePlan(const PlannedLink& link) {
     document[QStringLiteral("autoSet")] = describe(predictAutoSet(link));
     document[QStringLiteral("comparison")] = comparison(link);
     if (!link.rounds.empty())
-        document[QStringLiteral("verification")] = describeVerification(link.rounds);
+        document[QStringLiteral("verification")] = describeVerification(link);
+    if (!link.failure.isEmpty())
+        document[QStringLiteral("failure")] = link.failure;
     return document;
 }
 

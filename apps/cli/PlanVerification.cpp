@@ -17,7 +17,8 @@ VerifiedRound measureRound(const PlannedLink& link, Cameras& cameras, double sec
     benchmark.seconds = seconds;
     const QJsonObject result = runBenchmark(cameras, link.interfaces, benchmark, interruption);
     if (result[QStringLiteral("interrupted")].toBool())
-        throw Failure(QStringLiteral("Interrupted: the limits of the last plan stay."));
+        throw Failure(QStringLiteral("Interrupted: the limits of its last plan stay."));
+    requireMeasuredAll(result);
     VerifiedRound round{link.usableBytes, 0, 0};
     for (const QJsonValue& interface : interfacesOf(result)) {
         const QJsonObject total = interface[QStringLiteral("total")].toObject();

@@ -40,6 +40,12 @@ struct PlannedLink {
     double usableBytes = 0;
     bool isApplied = false;
     std::vector<VerifiedRound> rounds;
+    /// Why the plan was not applied or not verified to the end, although that was asked for; empty
+    /// otherwise.
+    QString failure;
+
+    /// Whether frames were lost with the last plan, as far as that was measured.
+    bool isLossy() const { return !rounds.empty() && rounds.back().lostFrames > 0; }
 };
 
 /// The chosen interfaces by the link that they share.

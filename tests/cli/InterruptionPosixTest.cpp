@@ -108,4 +108,20 @@ TEST(Interruption, endsAPlanWithoutAChange) {
     EXPECT_THAT(spanlet.err(), HasSubstr("GEV-20844): Acquisition stopped successfully."));
 }
 
+TEST(Interruption, reportsWhichPlansWereApplied) {
+    SpanletProcess spanlet;
+    EXPECT_EQ(interrupt(spanlet,
+                        "plan --interface GEV-enp5s0 --measure 0 --apply --verify 60 --json -v",
+                        "GEV-30412): Acquisition started"),
+              1);
+    const QJsonObject plan = spanlet.json();
+    EXPECT_TRUE(at(plan, "links 0 isApplied").toBool());
+    EXPECT_EQ(at(plan, "links 0 failure").toString().toStdString(),
+              "Interrupted: the limits of its last plan stay.");
+    EXPECT_FALSE(at(plan, "links 1 isApplied").toBool());
+    EXPECT_EQ(at(plan, "links 1 failure").toString().toStdString(),
+              "Interrupted: its limits were not changed.");
+    EXPECT_THAT(spanlet.err(), HasSubstr("spanlet: MRD GigE Interface enp5s0: Interrupted: the"));
+}
+
 } // namespace
