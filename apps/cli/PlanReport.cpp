@@ -22,27 +22,45 @@ struct Prediction {
     double lossPercent = 0;
 };
 
-template <typename Limit> Prediction predict(const PlannedLink& link, Limit limitOf) {
-    Prediction prediction;
-    prediction.sentBytes = link.otherBytes;
-    double sentFrames = 0;
-    for (const PlannedCamera& camera : link.plan->cameras()) {
-        prediction.sentBytes += camera.bytesAt(limitOf(camera));
-        sentFrames += camera.framesAt(limitOf(camera));
+using LimitOf = std::optional<std::int64_t> PlannedCamera::*;
+
+double sentBytes(const PlannedLink& link, LimitOf limit) {
+    double sum = link.otherBytes;
+    for (const PlannedCamera& camera : link.plan->cameras())
+        sum += camera.bytesAt(camera.*limit);
+    return sum;
+}
+
+/// Bytes per second that the link carries: its speed or, where frames were lost, what arrived.
+double carriedBytes(const PlannedLink& link) {
+    const double nominal = link.bitsPerSecond / 8;
+    double most = link.isLossy() ? 0 : sentBytes(link, &PlannedCamera::limitPlanned);
+    bool hasLoss = false;
+    for (const VerifiedRound& round : link.rounds) {
+        most = std::max(most, round.carriedBytes + link.otherBytes);
+        hasLoss = hasLoss || round.lostFrames > 0;
     }
-    const double carried = link.bitsPerSecond / 8;
+    return hasLoss ? std::min(nominal, most) : nominal;
+}
+
+Prediction predict(const PlannedLink& link, LimitOf limit) {
+    Prediction prediction;
+    prediction.sentBytes = sentBytes(link, limit);
+    for (const PlannedCamera& camera : link.plan->cameras())
+        prediction.frames += camera.framesAt(camera.*limit);
+    const double carried = carriedBytes(link);
     const double share = prediction.sentBytes > carried ? carried / prediction.sentBytes : 1;
-    prediction.frames = sentFrames * share;
+    prediction.frames *= share;
     prediction.lossPercent = 100 * (1 - share);
     return prediction;
 }
 
 Prediction predictPlan(const PlannedLink& link) {
-    return predict(link, [](const PlannedCamera& camera) { return camera.limitPlanned; });
+    return predict(link, &PlannedCamera::limitPlanned);
 }
 
 Prediction predictAutoSet(const PlannedLink& link) {
-    return predict(link, [](const PlannedCamera& camera) { return camera.limitByAutoSet; });
+    return predict(link, &PlannedCamera::limitByAutoSet);
 }
 
 QString megabytes(double bytes) {
@@ -68,8 +86,12 @@ QString comparison(const PlannedLink& link) {
     if (autoSet.lossPercent > 0)
         return QStringLiteral("With Auto Set the cameras would send %1 MB/s over a link of %2 "
                               "MB/s: about %3 % of the frames would be lost.")
-            .arg(megabytes(autoSet.sentBytes), megabytes(link.bitsPerSecond / 8),
+            .arg(megabytes(autoSet.sentBytes), megabytes(carriedBytes(link)),
                  QString::number(autoSet.lossPercent, 'f', 1));
+    if (link.isLossy())
+        return QStringLiteral("With Auto Set the cameras would send %1 MB/s, with the plan %2 "
+                              "MB/s.")
+            .arg(megabytes(autoSet.sentBytes), megabytes(plan.sentBytes));
     const QString figures =
         QStringLiteral("Auto Set would lose no frame either, and reach %1 frames per second in "
                        "all; the plan reaches %2")
@@ -183,6 +205,9 @@ QStringList verificationLines(const QJsonObject& verification) {
                               lost > 0 ? QStringLiteral("%1 frames were lost").arg(lost, 0, 'f', 0)
                                        : QStringLiteral("no frame was lost")));
     }
+    if (!lines.isEmpty() && !verification[QStringLiteral("isLossFree")].toBool())
+        lines.append(QStringLiteral("Frames are still lost: \"spanlet calibrate\" finds what the "
+                                    "link carries."));
     return lines;
 }
 
