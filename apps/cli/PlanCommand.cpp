@@ -9,6 +9,7 @@
 #include <QJsonArray>
 
 #include <algorithm>
+#include <cmath>
 
 namespace cli {
 
@@ -109,7 +110,7 @@ void wishRate(PlannedCamera& camera, double frames) {
         throw Failure(QStringLiteral("%1: %2 frames per second are not possible, at most %3 are.")
                           .arg(cameraId(*camera.handler))
                           .arg(frames)
-                          .arg(most, 0, 'f', 2));
+                          .arg(std::floor(most * 100) / 100, 0, 'f', 2));
     camera.wishedFrames = frames;
 }
 
