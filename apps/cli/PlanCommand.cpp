@@ -71,6 +71,20 @@ PlanOptions planOptions(const Arguments& arguments) {
     return options;
 }
 
+/// Finds wrong names before the cameras are asked.
+void checkNames(const ChosenInterfaces& chosen, const QVector<CameraNumber>& numbers,
+                const QString& option) {
+    const CameraList all = chosen.cameras();
+    CameraList named;
+    for (const CameraNumber& each : numbers) {
+        named.push_back(findCamera(all, each.camera));
+        if (std::count(named.begin(), named.end(), named.back()) > 1)
+            throw Failure(QStringLiteral("%1: --%2 is given twice for it.")
+                              .arg(cameraId(*named.back()), option),
+                          ExitCode::WrongUse);
+    }
+}
+
 /// Calls \p give with the planned camera of each name and its number.
 template <typename Give>
 void assign(std::vector<PlannedLink>& links, const ChosenInterfaces& chosen,
@@ -180,9 +194,8 @@ Report runPlan(Context& context) {
     std::vector<PlannedLink> links = plannedLinks(cameras, chosen, context.arguments);
     if (links.size() == 1 && !links.front().error.isEmpty())
         throw Failure(links.front().error);
-    // Names that do not exist are found before the cameras are asked.
-    for (const auto& numbers : {options.weights, options.rates})
-        assign(links, chosen, numbers, [](PlannedCamera&, double) {});
+    checkNames(chosen, options.weights, weightOption);
+    checkNames(chosen, options.rates, rateOption);
 
     bool isSuccess = true;
     for (PlannedLink& link : links) {

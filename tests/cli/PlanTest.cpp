@@ -79,6 +79,8 @@ TEST(Plan, refusesWhatIsNotPossible) {
         {"--weight 211001" + hungry, 2, "--weight takes CAMERA=NUMBER, with a number from 0.01"},
         {"--rate =5" + hungry, 2, "--rate takes CAMERA=NUMBER"},
         {"--rate a=nan" + hungry, 2, "--rate takes CAMERA=NUMBER"},
+        {"--weight 211001=2 --weight GEV-211001=3" + hungry, 2,
+         "GEV-211001: --weight is given twice"},
         {"--verify 1" + hungry, 2, "--verify goes with --apply only"},
         {"--all --max-bandwidth 9", 2, "--max-bandwidth goes with one --interface only"},
         {"--interface U3V --config " SCENARIO_FILE, 1, "not known; give it by --max-bandwidth"},
