@@ -69,16 +69,8 @@ Delivery deliveryOf(const QJsonObject& figures, const PlannedCamera& camera, dou
     return delivery;
 }
 
-const PlannedCamera* cameraOf(const LinkPlan& plan, const QJsonObject& figures) {
-    const QString id = figures[QStringLiteral("id")].toString();
-    const auto& cameras = plan.cameras();
-    const auto found = std::find_if(cameras.begin(), cameras.end(), [&](const auto& camera) {
-        return cameraId(*camera.handler) == id;
-    });
-    return found == cameras.end() ? nullptr : &*found;
-}
-
-/// Triggered cameras that sent nothing while their need was measured are counted with nothing.
+/// Triggered cameras that sent less than two frames while their need was measured are counted with
+/// nothing.
 void setWaitingAside(LinkPlan& plan) {
     for (PlannedCamera& camera : plan.cameras()) {
         if (camera.role == PlanRole::NotOpened || camera.source == NeedSource::Measurement ||
@@ -173,7 +165,8 @@ private:
     }
 
     void add(Delivery& all, const QJsonObject& figures) const {
-        const PlannedCamera* const camera = cameraOf(m_plan, figures);
+        const PlannedCamera* const camera =
+            findPlanned(m_plan, figures[QStringLiteral("id")].toString());
         if (!camera || !figures[QStringLiteral("measured")].toBool())
             return;
         checkSending(*camera, figures);

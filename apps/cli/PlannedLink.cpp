@@ -100,6 +100,14 @@ void warnOfUnknown(const LinkPlan& plan) {
 
 } // namespace
 
+const PlannedCamera* findPlanned(const LinkPlan& plan, const QString& id) {
+    const auto& cameras = plan.cameras();
+    const auto found = std::find_if(cameras.begin(), cameras.end(), [&](const auto& camera) {
+        return cameraId(*camera.handler) == id;
+    });
+    return found == cameras.end() ? nullptr : &*found;
+}
+
 std::vector<ChosenInterfaces> linksOf(const ChosenInterfaces& chosen) {
     std::vector<ChosenInterfaces> links;
     for (const HostInterface* interface : chosen.interfaces) {

@@ -48,6 +48,9 @@ struct PlannedLink {
     bool isLossy() const { return !rounds.empty() && rounds.back().lostFrames > 0; }
 };
 
+/// The camera of an ID; null for one that is not in the plan.
+const PlannedCamera* findPlanned(const LinkPlan& plan, const QString& id);
+
 /// The chosen interfaces by the link that they share.
 std::vector<ChosenInterfaces> linksOf(const ChosenInterfaces& chosen);
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tests/cli/SpanletProcess.h"
+#include "tests/support/FileTree.h"
 
 #include <gmock/gmock.h>
 
@@ -113,6 +114,46 @@ TEST(Plan, lowersWhatIsUsableUntilNothingIsLost) {
     EXPECT_TRUE(at(plan, "verification isLossFree").toBool());
     EXPECT_NEAR(number(plan, "verification carriedBytesPerSecond"), 112e6, 13e6);
     EXPECT_NEAR(sumOf(plan, "bandwidthBytesPerSecondPlan"), 119.6e6, 0.1e6);
+    // Compared with what was carried, not with what was said.
+    EXPECT_NEAR(number(plan, "autoSet lossPercent"), 13, 5);
+    EXPECT_EQ(number(plan, "plan lossPercent"), 0);
+}
+
+/// Two cameras of 20 frames of 1 MB on a link of 125 MB/s; the second one is special.
+TEST(Plan, verifiesOnlyWhatEveryCameraSent) {
+    const FileTree files;
+    const std::string start = R"({"host": {"adapters": [{"name": "a", "address": "10.0.0.1"}]},
+        "transportLayers": [{"id": "T", "type": "GigEVision"}],
+        "interfaces": [{"id": "I", "transportLayer": "T", "adapter": "a"}],
+        "cameras": [{"id": "A", "model": "M", "interface": "I", )"
+                              R"("sensor": {"width": 1000, "height": 1000, "frameRate": 19.998}},
+                    {"id": "B", "model": "M", "interface": "I", )";
+    const std::string fast = R"("sensor": {"width": 1000, "height": 1000, "frameRate": 20})";
+    const struct {
+        std::string special;
+        int code;
+        std::string message;
+        std::string text;
+    } cases[] = {
+        {R"(, "faults": {"stopAfterFrames": 0})", 1, "B: None of its frames came in 0.4 s.", ""},
+        {R"(, "faults": {"vanishAfterSeconds": 0.3})", 1, "B: It was disconnected.", ""},
+        {R"(, "faults": {"lossRate": 0.6})", 1, "",
+         "Frames are still lost: \"spanlet calibrate\" finds what the link carries.\n"},
+        {R"(, "trigger": {"mode": "On", "source": "Software"})", 0, "B: It waits for triggers",
+         "no frame was lost.\n"},
+    };
+    for (const auto& [special, code, message, text] : cases) {
+        const auto file = files.write("scenario.json", start + fast + special + "}]}").string();
+        SpanletProcess spanlet;
+        EXPECT_EQ(spanlet.run("plan --measure 0 --apply --verify 0.4 --config " + file), code);
+        EXPECT_THAT(spanlet.err(), HasSubstr(message)) << special;
+        EXPECT_THAT(spanlet.out(), AllOf(HasSubstr("applied (simulated)"), EndsWith(text)));
+        EXPECT_EQ(spanlet.out().find("lose no frame either") == std::string::npos, code && text[0]);
+    }
+    SpanletProcess wished;
+    const std::string line = "plan --measure 0 --rate A=20 --config ";
+    EXPECT_EQ(wished.run(line + (files.root() / "scenario.json").string()), 1);
+    EXPECT_THAT(wished.err(), HasSubstr("are not possible, at most 19.99 are."));
 }
 
 TEST(Plan, plansInterfacesOfOneLinkTogether) {
