@@ -17,8 +17,14 @@ QJsonValue bandwidthLimit(const CameraHandler& camera) {
 
 double sumOfLimits(const CameraList& cameras) {
     double sum = 0;
-    for (const auto& camera : cameras)
-        sum += camera->isOpened() ? bandwidthLimit(*camera).toDouble() : 0;
+    for (const auto& camera : cameras) {
+        if (!camera->isOpened())
+            continue;
+        BandwidthLimit limit(camera->getFeatureController());
+        const bool isOff = limit.find() && limit.isOff();
+        sum += isOff ? static_cast<double>(camera->readNeed().bytesPerSecond)
+                     : bandwidthLimit(*camera).toDouble();
+    }
     return sum;
 }
 

@@ -13,7 +13,8 @@ namespace cli {
 /// The bandwidth limit of an open camera in bytes per second; null for a camera that has none.
 QJsonValue bandwidthLimit(const CameraHandler& camera);
 
-/// Sum of the limits of the open cameras, in bytes per second.
+/// Sum of the limits of the open cameras, in bytes per second. A camera whose limit is switched off
+/// counts with what it reports that it sends.
 double sumOfLimits(const CameraList& cameras);
 
 /// \p rows with the text "unlimited" in place of limits that are null, for a table.

@@ -57,7 +57,9 @@ LinkPlan::LinkPlan(const CameraList& cameras, double cameraSafetyMargin)
         std::unique_ptr<SavedLimit> saved;
         if (handler->isOpened()) {
             saved = std::make_unique<SavedLimit>(*handler);
-            camera.limitBefore = saved->value();
+            // A locked camera whose limit is off keeps to none.
+            if (!handler->isLocked() || !saved->isOff())
+                camera.limitBefore = saved->value();
             camera.role =
                 handler->isLocked() && camera.limitBefore ? PlanRole::Locked : PlanRole::Fixed;
         }
@@ -135,7 +137,8 @@ void LinkPlan::compareWithAutoSet(const std::function<void()>& autoSet) {
     }
     autoSet();
     for (std::size_t i = 0; i < m_cameras.size(); ++i)
-        m_cameras[i].limitByAutoSet = m_saved[i] ? m_saved[i]->present() : std::nullopt;
+        m_cameras[i].limitByAutoSet =
+            m_cameras[i].limitBefore ? m_saved[i]->present() : std::nullopt;
 }
 
 double LinkPlan::fixedBytes() const {

@@ -19,7 +19,8 @@ enum class PlanRole {
     Planned,
     /// Keeps its limit, which is counted.
     Locked,
-    /// Has no limit that can be written: what it sends is counted.
+    /// Has no limit that can be written, or is locked with its limit switched off: what it sends is
+    /// counted.
     Fixed,
     /// Could not be opened: not counted.
     NotOpened
@@ -47,7 +48,8 @@ struct PlannedCamera {
     /// 0 when unknown.
     double needBytes = 0;
     double needFrames = 0;
-    /// Limits; nothing for a camera that has none. The one of Auto Set is empty until noted.
+    /// Limits; nothing for a camera that has none, or is locked with it switched off. The one of
+    /// Auto Set is empty until noted.
     std::optional<std::int64_t> limitBefore;
     std::optional<std::int64_t> limitByAutoSet;
     std::optional<std::int64_t> limitPlanned;

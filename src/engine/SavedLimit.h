@@ -22,6 +22,8 @@ public:
     std::optional<std::int64_t> value() const { return m_value; }
     /// Whether the camera has a limit, of which one of the two could not be read.
     bool isUnreadable() const { return !m_limit.name().empty() && !m_value; }
+    /// Whether the camera has a limit that is switched off at present.
+    bool isOff() const { return !m_limit.name().empty() && m_limit.isOff(); }
     /// The limit at present; nothing when it cannot be read.
     std::optional<std::int64_t> present() const;
 

@@ -26,7 +26,7 @@ Switch switchOf(const std::string& limit) {
 }
 
 /// A value that is neither text nor boolean was not read, and counts as on.
-bool isOff(const FeatureValue& value) {
+bool isOffValue(const FeatureValue& value) {
     if (const auto* text = std::get_if<std::string>(&value))
         return *text != "On";
     const auto* flag = std::get_if<bool>(&value);
@@ -78,10 +78,15 @@ bool BandwidthLimit::writeSwitch(const FeatureValue& value) {
     return m_features->setFeatureValue(cameraModule, switchOf(m_name).name, value);
 }
 
+bool BandwidthLimit::isOff() const {
+    return hasSwitch() &&
+           isOffValue(m_features->getFeatureValue(cameraModule, switchOf(m_name).name));
+}
+
 void BandwidthLimit::warnWhenOff(bool isWritable) const {
-    const std::string name = switchOf(m_name).name;
-    if (!hasSwitch() || !isOff(m_features->getFeatureValue(cameraModule, name)))
+    if (!isOff())
         return;
+    const std::string name = switchOf(m_name).name;
     logWarning(isWritable ? "Please enable the Camera-feature '" + name +
                                 "' to be able to change the bandwidth settings."
                           : m_features->messagePrefix() + ": Feature '" + name +

@@ -39,6 +39,8 @@ public:
     std::optional<FeatureValue> readSwitch() const;
     /// Writes that feature. Returns whether the camera took it.
     bool writeSwitch(const FeatureValue& value);
+    /// Whether it is switched off, so that it limits nothing.
+    bool isOff() const;
     /// Logs a warning when the limit is off. \p isWritable: whether the limit can be written now.
     void warnWhenOff(bool isWritable) const;
 

@@ -4,6 +4,7 @@
 #include "engine/CameraHandler.h"
 #include "engine/MakeSystemController.h"
 #include "engine/SystemController.h"
+#include "features/FeatureController.h"
 #include "tests/support/CapturedLog.h"
 
 #include <QFile>
@@ -183,8 +184,14 @@ protected:
             << json.toStdString();
         m_controller = makeSystemController(m_system);
         m_cameras = m_controller->enumerate().at(0);
-        for (const auto& camera : m_cameras)
-            camera->setLocked(camera->getCameraInfo().cameraName == "locked");
+        for (const auto& camera : m_cameras) {
+            const std::string name = camera->getCameraInfo().cameraName;
+            camera->setLocked(name.find("locked") == 0);
+            const bool isOff = name == "locked, off";
+            ASSERT_TRUE(!isOff ||
+                        camera->getFeatureController()->setFeatureValue(
+                            cameraModule, "DeviceLinkThroughputLimitMode", std::string("Off")));
+        }
     }
     void TearDown() override {
         m_cameras.clear();

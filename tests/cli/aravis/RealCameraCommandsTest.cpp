@@ -173,6 +173,22 @@ TEST_F(CommandsOnRealCameras, putsLimitsBackWhenACalibrationIsInterrupted) {
     EXPECT_GT(framesSent(), 0);
 }
 
+TEST_F(CommandsOnRealCameras, countWhatALockedOneSendsWhoseLimitIsOff) {
+    const std::string limit = "DeviceLinkThroughputLimit";
+    textOf("set Left " + limit + " 5000000 " + limit + "Mode Off" + real);
+    const QJsonObject plan =
+        at(jsonOf("plan --interface lo --lock Left --max-bandwidth 200" + real), "links 0")
+            .toJsonObject();
+    EXPECT_EQ(camera(plan, 0, "role bandwidthBytesPerSecondAutoSet"), "fixed ");
+    const double sent = number(plan, "cameras 0 needBytesPerSecond");
+    EXPECT_GT(sent, 20e6);
+    EXPECT_NEAR(number(plan, "cameras 1 bandwidthBytesPerSecondPlan"), 180e6 - sent, 1e3);
+    const QJsonArray listed = jsonOf("list" + real)[QStringLiteral("interfaces")].toArray();
+    EXPECT_NEAR(listed[0][QStringLiteral("bandwidthBytesPerSecond")].toDouble(), 125e6 + sent,
+                0.1 * sent);
+    EXPECT_EQ(textOf("get Left " + limit + " " + limit + "Mode" + real), "5000000\nOff\n");
+}
+
 TEST_F(CommandsOnRealCameras, countsPacketsAndKeepsTheCountsOfACameraThatIsUnplugged) {
     fakecamera::FakeCameraProcess third{
         "127.0.0.4", {"--serial", "T3", "--limit", "20000000", "--drop-every", "50"}};
