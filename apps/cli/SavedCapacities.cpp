@@ -2,6 +2,7 @@
 #include "cli/SavedCapacities.h"
 
 #include "cli/Failure.h"
+#include "logging/Log.h"
 #include "session/ConfigurationFolders.h"
 
 #include <QSettings>
@@ -20,7 +21,17 @@ const QLatin1String interfacesKey("interfaces");
 /// A terabyte per second: more is a broken entry.
 constexpr double mostBytes = 1e12;
 
+void requireFormat(const QSettings& settings) {
+    // Without it, only the sections that are asked for are read.
+    settings.allKeys();
+    if (settings.status() == QSettings::FormatError)
+        throw Failure(QStringLiteral("%1 is broken. Remove it, and repeat \"spanlet calibrate "
+                                     "--save\".")
+                          .arg(settings.fileName()));
+}
+
 void write(QSettings& settings) {
+    requireFormat(settings);
     settings.sync();
     if (settings.status() != QSettings::NoError || !settings.isWritable())
         throw Failure(QStringLiteral("%1 cannot be written.").arg(settings.fileName()));
@@ -37,7 +48,7 @@ SavedCapacity read(const QSettings& settings, const QString& key) {
 
 bool isUsable(const SavedCapacity& capacity) {
     return std::isfinite(capacity.bytesPerSecond) && capacity.bytesPerSecond >= 1 &&
-           capacity.bytesPerSecond <= mostBytes;
+           capacity.bytesPerSecond <= mostBytes && capacity.date.isValid();
 }
 
 } // namespace
@@ -60,9 +71,21 @@ void SavedCapacities::requireWritable() {
 }
 
 std::optional<SavedCapacity> SavedCapacities::find(const QString& link) const {
-    const QSettings settings(file(), QSettings::IniFormat);
+    QSettings settings(file(), QSettings::IniFormat);
+    requireFormat(settings);
+    if (settings.status() != QSettings::NoError)
+        throw Failure(QStringLiteral("%1 cannot be read.").arg(file()));
     const SavedCapacity found = read(settings, keyOf(link));
-    return isUsable(found) ? std::optional(found) : std::nullopt;
+    settings.beginGroup(keyOf(link));
+    const bool isSaved = !settings.childKeys().isEmpty();
+    if (isUsable(found))
+        return found;
+    if (isSaved)
+        logWarning(QStringLiteral("%1: The capacity of %2 is broken and is not used; \"spanlet "
+                                  "calibrate --save\" replaces it.")
+                       .arg(file(), link)
+                       .toStdString());
+    return std::nullopt;
 }
 
 void SavedCapacities::save(const QString& link, const SavedCapacity& capacity) {

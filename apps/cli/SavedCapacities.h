@@ -30,10 +30,11 @@ public:
     explicit SavedCapacities(bool areSimulated);
 
     static QString file();
-    /// Throws a Failure when the file cannot be written. Makes its folder.
+    /// Throws a Failure when the file cannot be written or is broken. Makes its folder.
     static void requireWritable();
 
-    /// \p link identifies a link, see linkKey(). An entry that cannot be read counts as absent.
+    /// \p link identifies a link, see linkKey(). Warns of an entry that is broken, which counts as
+    /// absent. Throws a Failure when the file cannot be read or is broken.
     std::optional<SavedCapacity> find(const QString& link) const;
     /// Throws a Failure when the file cannot be written.
     void save(const QString& link, const SavedCapacity& capacity);

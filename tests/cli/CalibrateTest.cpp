@@ -4,6 +4,9 @@
 
 #include <gmock/gmock.h>
 
+#include <iterator>
+#include <regex>
+
 using namespace testing;
 
 namespace {
@@ -185,6 +188,27 @@ TEST_F(Calibrate, savesTheCapacityForPlanAndAutoSetUntilItIsForgottenOrTheSpeedC
         EXPECT_EQ(spanlet.err().find("measured on") != std::string::npos, *message != '\0') << line;
     }
     link("5000");
+    const std::filesystem::path file = m_files.root() / "user/capacities.conf";
+    std::ifstream stream(file);
+    const std::string saved(std::istreambuf_iterator<char>(stream), {});
+    const struct {
+        std::string text;
+        std::string line;
+        int code;
+        const char* message;
+    } broken[] = {
+        {std::regex_replace(saved, std::regex("bytesPerSecond="), "bytesPerSecond=nan"),
+         "plan --measure 0" + cameras, 0, "is broken and is not used"},
+        {"garbage", "plan --measure 0" + cameras, 1, "capacities.conf is broken. Remove it"},
+        {"garbage", "calibrate --forget --all", 1, "capacities.conf is broken. Remove it"},
+    };
+    for (const auto& [text, line, code, message] : broken) {
+        m_files.write("user/capacities.conf", text);
+        SpanletProcess spanlet;
+        EXPECT_EQ(run(spanlet, line), code);
+        EXPECT_THAT(spanlet.err(), HasSubstr(message));
+    }
+    m_files.write("user/capacities.conf", saved);
     // Real cameras have their own.
     SpanletProcess other;
     EXPECT_EQ(run(other, "calibrate --forget --interface other"), 0);
