@@ -4,7 +4,6 @@
 
 #include <gmock/gmock.h>
 
-#include <iterator>
 #include <regex>
 
 using namespace testing;
@@ -188,9 +187,7 @@ TEST_F(Calibrate, savesTheCapacityForPlanAndAutoSetUntilItIsForgottenOrTheSpeedC
         EXPECT_EQ(spanlet.err().find("measured on") != std::string::npos, *message != '\0') << line;
     }
     link("5000");
-    const std::filesystem::path file = m_files.root() / "user/capacities.conf";
-    std::ifstream stream(file);
-    const std::string saved(std::istreambuf_iterator<char>(stream), {});
+    const std::string saved = m_files.read("user/capacities.conf");
     const struct {
         std::string text;
         std::string line;

@@ -14,9 +14,7 @@ class SettingsCommands : public testing::Test {
 protected:
     std::string path(const char* name) const { return (m_files.root() / name).string(); }
     QByteArray read(const char* name) const {
-        QFile file(QString::fromStdString(path(name)));
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name;
-        return file.readAll();
+        return QByteArray::fromStdString(m_files.read(name));
     }
     /// Writes the saved settings of two cameras with one part of the text replaced by another.
     void write(const char* name, const char* from = "", const char* to = "") const {

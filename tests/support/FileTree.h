@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <random>
 #include <string>
 
@@ -28,6 +29,13 @@ public:
         std::filesystem::create_directories((m_root / file).parent_path());
         std::ofstream(m_root / file) << text;
         return m_root / file;
+    }
+
+    /// The text of a file, which is relative to the root. It is closed then, because Windows
+    /// replaces no open file.
+    std::string read(const std::filesystem::path& file) const {
+        std::ifstream stream(m_root / file);
+        return {std::istreambuf_iterator<char>(stream), {}};
     }
 
     /// Makes a symbolic link to a folder. Both are relative to the root.
