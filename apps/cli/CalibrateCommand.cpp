@@ -95,6 +95,21 @@ bool triesToSave(const CalibratedLink& link, Cameras& cameras, Report& report, T
     return false;
 }
 
+/// A failure is told in the result, so that other links are measured and reported.
+CalibratedLink triesToCalibrate(Cameras& cameras, const ChosenInterfaces& interfaces,
+                                const CalibrationSettings& settings, Interruption& interruption) {
+    try {
+        return calibrate(cameras, interfaces, settings, interruption);
+    } catch (const Failure& failure) {
+        if (interruption.isRequested())
+            throw;
+        CalibratedLink failed;
+        failed.interfaces = interfaces;
+        failed.error = QString::fromUtf8(failure.what());
+        return failed;
+    }
+}
+
 Report runCalibrate(Context& context) {
     const Arguments& arguments = context.arguments;
     checkOptions(arguments);
@@ -110,7 +125,8 @@ Report runCalibrate(Context& context) {
     QJsonArray documents;
     QStringList texts;
     for (const ChosenInterfaces& interfaces : links) {
-        const CalibratedLink link = calibrate(cameras, interfaces, settings, context.interruption);
+        const CalibratedLink link =
+            triesToCalibrate(cameras, interfaces, settings, context.interruption);
         if (links.size() == 1 && link.steps.empty())
             throw Failure(QStringLiteral("%1: %2").arg(interfaces.names(), link.error));
         if (!link.notOpened.isEmpty())

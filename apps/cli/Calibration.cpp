@@ -272,9 +272,8 @@ CalibratedLink calibrate(Cameras& cameras, const ChosenInterfaces& link,
     if (outcome == LinkCalibration::Outcome::Cancelled)
         throw Failure(QStringLiteral("Interrupted: the limits were put back."));
     if (outcome == LinkCalibration::Outcome::Refused)
-        throw Failure(QStringLiteral("%1: A limit could not be written or put back, see the "
-                                     "messages above.")
-                          .arg(link.names()));
+        throw Failure(QStringLiteral("A limit could not be written or put back, see the messages "
+                                     "above."));
     const double others = otherTraffic(cameras, link);
     result.error = errorOf(outcome, calibration);
     result.steps = measurements.steps(calibration);

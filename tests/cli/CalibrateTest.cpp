@@ -129,7 +129,24 @@ TEST_F(Calibrate, saysPlainlyWhatItDoesNotKnow) {
                                                               {"vanishAfterSeconds": 1.2})")))),
               1);
     EXPECT_THAT(vanished.json()[QStringLiteral("error")].toString().toStdString(),
-                AnyOf(HasSubstr("B: It did not stream"), "B: It was disconnected."));
+                AnyOf(HasSubstr("B: It did not stream"), HasSubstr("B: It was disconnected.")));
+
+    // One link fails, and the other one is measured.
+    SpanletProcess both;
+    EXPECT_EQ(run(both, "calibrate --all --seconds 1 --json" + config(R"({"host":
+                  {"usbControllers": [{"device": 20, "speedMbps": 5000},
+                                      {"device": 21, "speedMbps": 5000, "carriesMbps": 800}]},
+                  "transportLayers": [{"id": "T", "type": "USB3Vision"}],
+                  "interfaces": [
+                      {"id": "First", "transportLayer": "T", "usbController": "0-20-0"},
+                      {"id": "U3V", "transportLayer": "T", "usbController": "0-21-0"}],
+                  "cameras": [
+                      {"id": "Gone", "model": "M", "interface": "First", "port": 1,
+                       "faults": {"vanishAfterSeconds": 0.5}},)" + usb("A", 1) +
+                                                                      "]}")),
+              1);
+    EXPECT_THAT(at(both.json(), "links 0 error").toString().toStdString(), StartsWith("Gone: It "));
+    EXPECT_NEAR(number(both.json(), "links 1 capacityBytesPerSecond"), 100e6, 3e6);
 
     // What a camera sends that is not triggered and does not send is not known.
     const struct {
