@@ -146,7 +146,9 @@ public:
 
 private:
     struct Reading {
+        /// Of the counters, and of the streams: their packets wait in the ring before.
         Clock::time_point time = Clock::now();
+        Clock::time_point until{};
         StreamReadings streams;
         std::uint64_t missed = 0;
         observer::FragmentCounts fragments;
@@ -191,6 +193,7 @@ private:
     Reading read() {
         Reading reading;
         observer::AdapterReading taken = m_observer->read();
+        reading.until = taken.until;
         reading.missed = taken.missed.dropped;
         reading.fragments = taken.fragments;
         reading.counters = platform::readNetworkCounters(m_name.toStdString());
@@ -217,17 +220,18 @@ private:
 
     /// Since the reading before, or of the whole time.
     QJsonObject figures(const Reading& now, bool isWhole) {
-        const double period = secondsBetween(isWhole ? m_start : m_last.time, now.time);
+        const double countersPeriod = secondsBetween(isWhole ? m_start : m_last.time, now.time);
+        const double streamsPeriod = secondsBetween(isWhole ? m_start : m_last.until, now.until);
         const auto drops = m_receiverDrops.read(now.streams, platform::readUdpSockets());
         const QJsonObject load =
-            adapterLoad(isWhole ? now.allMoved : now.moved, period, now.bitsPerSecond);
+            adapterLoad(isWhole ? now.allMoved : now.moved, countersPeriod, now.bitsPerSecond);
         QJsonArray rows;
         for (const auto& [key, stream] : now.streams) {
             QJsonObject row = identityOf(stream);
             addFigures(row,
                        {isWhole ? observer::StreamFigures() : stream.known, stream.figures,
                         isWhole ? stream.allTiming : stream.timing, stream.silence},
-                       period, now.bitsPerSecond);
+                       streamsPeriod, now.bitsPerSecond);
             addAdapterShare(row, load);
             if (const auto dropped = drops.find(key); dropped != drops.end())
                 row[QStringLiteral("receiverDrops")] = static_cast<qint64>(dropped->second);
@@ -284,7 +288,7 @@ private:
     platform::NetworkCounters m_countedAtEnd;
     std::atomic<bool> m_isEnding{false};
     const Clock::time_point m_start = Clock::now();
-    Reading m_last{m_start, {}, 0, {}, m_networkBefore, {}, {}, 0};
+    Reading m_last{m_start, m_start, {}, 0, {}, m_networkBefore, {}, {}, 0};
     std::uint64_t m_removals = 0;
     std::uint64_t m_returns = 0;
     QStringList m_notices;

@@ -224,6 +224,7 @@ AdapterReading AdapterObserver::read() {
     reading.missed = m_missed;
     reading.fragments = m_fragments;
     const Time now = Clock::now();
+    reading.until = std::max(m_newest, now - m_source->latency());
     for (auto& [key, entry] : m_streams) {
         if (!entry.isProven)
             continue;

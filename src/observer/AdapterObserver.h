@@ -48,6 +48,8 @@ struct FragmentCounts {
 
 /// All that was seen on an adapter.
 struct AdapterReading {
+    /// The packets that arrived later are not in it yet.
+    ObservedStream::Time until{};
     /// Sorted by camera, host and port.
     std::vector<StreamReading> streams;
     /// Packets that the observer itself has missed, and when its adapter was removed.

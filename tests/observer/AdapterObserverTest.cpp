@@ -53,12 +53,13 @@ public:
         for (const auto& endpoint : endpoints)
             ports.push_back(endpoint.port);
     }
-    std::chrono::milliseconds latency() const override { return 0ms; }
+    std::chrono::milliseconds latency() const override { return delay; }
     gvsp::SourceCounts counts() override { return missed; }
 
     std::vector<Sent> sent;
     std::vector<std::uint16_t> ports;
     gvsp::SourceCounts missed;
+    std::chrono::milliseconds delay{0};
 };
 
 class AdapterObservers : public testing::Test {
@@ -104,6 +105,20 @@ TEST_F(AdapterObservers, findStreamsByTheirLeadersAndTellThemApart) {
         frames.emplace_back(stream.port, stream.figures.framesComplete);
     // The first frame of each tells its size.
     EXPECT_THAT(frames, ElementsAre(std::pair(4001, 4U), std::pair(4002, 3U), std::pair(4001, 2U)));
+}
+
+TEST_F(AdapterObservers, tellUntilWhenAllPacketsAreSeen) {
+    const auto age = [this] {
+        const std::chrono::duration<double> time =
+            std::chrono::steady_clock::now() - observe().until;
+        return time.count();
+    };
+    source.delay = 100s;
+    EXPECT_NEAR(age(), 100, 5) << "packets may wait for so long";
+    sendFrames(4001, 1, 3, cameraAddress, 50s);
+    EXPECT_NEAR(age(), 50, 5) << "none waits before one that was seen";
+    source.delay = 10s;
+    EXPECT_NEAR(age(), 10, 5);
 }
 
 TEST_F(AdapterObservers, learnNamesFromAnswersToOthers) {
