@@ -2,6 +2,7 @@
 #include "cli/LossCapture.h"
 
 #include "cli/Failure.h"
+#include "cli/OutputFile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -31,10 +32,8 @@ std::chrono::nanoseconds LossCapture::systemTime() {
 
 LossCapture::LossCapture(const QString& file, Packets packets, Time time)
     : m_file(file), m_packets(std::move(packets)), m_time(std::move(time)), m_noted(m_time()) {
-    const QFileInfo target(file);
-    const QFileInfo folder(target.absolutePath());
-    // A device or a pipe must not be replaced.
-    const bool isOther = file.isEmpty() || (target.exists() && !target.isFile());
+    const QFileInfo folder(QFileInfo(file).absolutePath());
+    const bool isOther = file.isEmpty() || !OutputFile::mayReplace(file);
     if (isOther || !folder.isDir() || !folder.isWritable())
         throw Failure(QStringLiteral("Packets cannot be written to \"%1\": %2")
                           .arg(file, isOther ? QStringLiteral("it is no regular file.")

@@ -146,8 +146,9 @@ public:
 
 private:
     struct Reading {
-        /// Of the counters, and of the streams: their packets wait in the ring before.
+        /// When the counters were read.
         Clock::time_point time = Clock::now();
+        /// The streams' packets that arrived after this still wait in the ring.
         Clock::time_point until{};
         StreamReadings streams;
         std::uint64_t missed = 0;

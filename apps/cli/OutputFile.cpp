@@ -7,9 +7,13 @@
 
 namespace cli {
 
-OutputFile::OutputFile(const QString& name) : m_file(name) {
+bool OutputFile::mayReplace(const QString& name) {
     const QFileInfo former(name);
-    if (former.exists() && !former.isFile() && !former.isDir())
+    return !former.exists() || former.isFile();
+}
+
+OutputFile::OutputFile(const QString& name) : m_file(name) {
+    if (!mayReplace(name))
         throw Failure(QStringLiteral("%1 cannot be written: It is no regular file.").arg(name));
     if (!m_file.open(QIODevice::WriteOnly))
         fail();

@@ -11,8 +11,10 @@ namespace cli {
 /// file of that name stays as it is.
 class OutputFile {
 public:
-    /// Throws a Failure when the file cannot be written, or is a device or a pipe, which must not
-    /// be replaced by a file.
+    /// Whether the file is new or a regular one. A device, a pipe or a folder must not be replaced.
+    static bool mayReplace(const QString& name);
+
+    /// Throws a Failure when the file cannot be written or must not be replaced.
     explicit OutputFile(const QString& name);
 
     /// Writes all of the file. Throws a Failure.

@@ -98,7 +98,8 @@ public:
             {info.cameraId, name, info.modelName, info.serialNumber, read.features});
     }
 
-    /// Takes over what the file had of cameras and interfaces that are not saved now. Call it last.
+    /// Takes over what the file had of cameras and interfaces that are not saved now: call it
+    /// after add() and addDivisions().
     void keep(const settings::SavedSettings& former) {
         for (const settings::SavedCamera& camera : former.cameras) {
             if (!settings::findSavedCamera(camera, m_saved).index)

@@ -48,7 +48,7 @@ struct FragmentCounts {
 
 /// All that was seen on an adapter.
 struct AdapterReading {
-    /// The packets that arrived later are not in it yet.
+    /// Packets that arrived after this still wait in the ring, and are not counted yet.
     ObservedStream::Time until{};
     /// Sorted by camera, host and port.
     std::vector<StreamReading> streams;
