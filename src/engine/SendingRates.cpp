@@ -24,11 +24,11 @@ void SendingRates::sample() {
             continue;
         const FrameStatistics statistics = m_cameras[i]->getFrameStatistics();
         Stream& stream = m_streams[i];
-        if (statistics.receivedFrames == 0 || statistics.lastFrameId <= stream.last.frameId)
+        if (statistics.receivedFrames == 0 || statistics.lastFrameId <= stream.lastFrameId)
             continue;
-        stream.last = {Clock::now(), statistics.lastFrameId};
-        if (!stream.first)
-            stream.first = stream.last;
+        stream.lastFrameId = statistics.lastFrameId;
+        stream.period.add(statistics.lastFrameId,
+                          std::chrono::duration<double>(Clock::now() - m_start).count());
         stream.bytesPerFrame = static_cast<double>(statistics.payloadBytes) /
                                static_cast<double>(statistics.receivedFrames);
     }
@@ -36,10 +36,8 @@ void SendingRates::sample() {
 
 std::optional<SendingRates::Rate> SendingRates::rate(std::size_t camera) const {
     const Stream& stream = m_streams[camera];
-    if (!stream.first || stream.last.frameId == stream.first->frameId)
+    const std::optional<double> period = stream.period.seconds();
+    if (!period)
         return std::nullopt;
-    const std::chrono::duration<double> seconds = stream.last.time - stream.first->time;
-    const double framesPerSecond =
-        static_cast<double>(stream.last.frameId - stream.first->frameId) / seconds.count();
-    return Rate{framesPerSecond, framesPerSecond * stream.bytesPerFrame};
+    return Rate{1 / *period, stream.bytesPerFrame / *period};
 }

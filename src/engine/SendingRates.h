@@ -2,6 +2,7 @@
 #pragma once
 
 #include "engine/CameraList.h"
+#include "engine/FramePeriod.h"
 
 #include <chrono>
 #include <cstddef>
@@ -33,16 +34,13 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    struct Sighting {
-        Clock::time_point time;
-        std::int64_t frameId = 0;
-    };
     struct Stream {
-        std::optional<Sighting> first;
-        Sighting last;
+        FramePeriod period;
+        std::int64_t lastFrameId = 0;
         double bytesPerFrame = 0;
     };
 
     const CameraList m_cameras;
+    const Clock::time_point m_start = Clock::now();
     std::vector<Stream> m_streams;
 };
