@@ -4,19 +4,30 @@ if(WIN32 AND CMAKE_CROSSCOMPILING)
     include(${CMAKE_CURRENT_LIST_DIR}/windows/NotUnderWine.cmake)
 endif()
 
-# spanlet_test(NAME SOURCES ... LIBRARIES ... [MAIN file] [LOCALE name] [THREADS] [ALONE])
+# spanlet_test(NAME SOURCES ... LIBRARIES ... [MAIN file] [LOCALE name] [THREADS] [ALONE] [TIMED])
 # A test program, run without a display, each case as a test of ctest. THREADS marks it for the thread
 # sanitizer. ALONE runs its tests without others beside them, for tests that depend on their share of
-# the processor. LOCALE is the system locale of its tests. NO_PRETTY_VALUES keeps addresses out of
-# the names of parametrised tests, which would differ at every discovery. Tests that measure time may
-# run three times, see tests/support/RetriedTests.h.
+# the processor. TIMED is for tests that measure time: they may run three times, see
+# tests/support/RetriedTests.h; a MAIN of theirs calls what that has. LOCALE is the system locale of
+# its tests. NO_PRETTY_VALUES keeps addresses out of the names of parametrised tests, which would
+# differ at every discovery.
 function(spanlet_test NAME)
-    cmake_parse_arguments(PARSE_ARGV 1 TEST "THREADS;ALONE" "MAIN;LOCALE" "SOURCES;LIBRARIES")
+    cmake_parse_arguments(PARSE_ARGV 1 TEST "THREADS;ALONE;TIMED" "MAIN;LOCALE" "SOURCES;LIBRARIES")
+    if(TEST_TIMED AND NOT TEST_MAIN)
+        set(TEST_MAIN ${PROJECT_SOURCE_DIR}/tests/support/RealTimeMain.cpp)
+    endif()
     add_executable(${NAME} ${TEST_SOURCES} ${TEST_MAIN})
     target_link_libraries(${NAME} PRIVATE spanlet_options spanlet_test_support ${TEST_LIBRARIES}
                                           GTest::gmock)
     if(NOT TEST_MAIN)
         target_link_libraries(${NAME} PRIVATE GTest::gmock_main)
+    endif()
+    if(TEST_TIMED)
+        target_link_libraries(${NAME} PRIVATE spanlet_retried_tests)
+    endif()
+    if(TEST_TIMED AND TARGET run_again)
+        set_target_properties(${NAME} PROPERTIES CROSSCOMPILING_EMULATOR "${TIMED_TEST_LAUNCHER}")
+        add_dependencies(${NAME} run_again)
     endif()
     spanlet_program(${NAME})
     set(labels "")

@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-/// For programs whose tests measure time in a network that a script has made.
+/// For programs whose tests measure time.
 int main(int count, char** arguments) {
     return runAgainAfterStalls([&] {
         testing::InitGoogleMock(&count, arguments);
