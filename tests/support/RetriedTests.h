@@ -8,5 +8,5 @@
 /// exit code, or 77 for "skipped" if the computer stood still for a tenth of the time in all three
 /// runs: the cause may then be the computer as well as the product. A crash is final.
 /// SPANLET_TEST_RUNS=1 in the environment runs them once, and so does Windows; under Wine,
-/// run_again does it from outside. Call before the program has threads.
+/// run-again does it from outside. Call before the program has threads.
 int runAgainAfterStalls(const std::function<int()>& tests);

@@ -5,11 +5,11 @@
 
 #include <cstdio>
 
-/// run_again COMMAND [ARGUMENTS...]: runs a test program that measures time as
+/// run-again COMMAND [ARGUMENTS...]: runs a test program that measures time as
 /// runAgainAfterStalls() does, on Linux under Wine: there, the program itself cannot.
 int main(int count, char** arguments) {
     if (count < 2) {
-        std::fputs("Usage: run_again COMMAND [ARGUMENTS...]\n", stderr);
+        std::fputs("Usage: run-again COMMAND [ARGUMENTS...]\n", stderr);
         return 2;
     }
     return runAgainAfterStalls([&] {
