@@ -1,24 +1,25 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "engine/FramePeriod.h"
 
-void FramePeriod::add(std::int64_t frameId, double seconds) {
-    if (m_count == 0) {
-        m_firstId = frameId;
-        m_firstSeconds = seconds;
+#include <algorithm>
+
+FramePeriod::Distance FramePeriod::meanOf(std::size_t begin, std::size_t count) const {
+    const auto share = 1 / static_cast<double>(count);
+    const Frame& first = m_frames.front();
+    Distance mean;
+    for (std::size_t i = begin; i < begin + count; ++i) {
+        mean.frames += static_cast<double>(m_frames[i].id - first.id) * share;
+        mean.seconds +=
+            std::chrono::duration<double>(m_frames[i].noticed - first.noticed).count() * share;
     }
-    const auto frame = static_cast<double>(frameId - m_firstId);
-    const double elapsed = seconds - m_firstSeconds;
-    ++m_count;
-    m_frames += frame;
-    m_seconds += elapsed;
-    m_framesSquared += frame * frame;
-    m_framesTimesSeconds += frame * elapsed;
+    return mean;
 }
 
 std::optional<double> FramePeriod::seconds() const {
-    const double variance = m_count * m_framesSquared - m_frames * m_frames;
-    const double covariance = m_count * m_framesTimesSeconds - m_frames * m_seconds;
-    if (!(variance > 0) || !(covariance > 0))
+    if (m_frames.size() < 2)
         return std::nullopt;
-    return covariance / variance;
+    const std::size_t count = std::max<std::size_t>(1, m_frames.size() / 8);
+    const Distance begin = meanOf(0, count);
+    const Distance end = meanOf(m_frames.size() - count, count);
+    return (end.seconds - begin.seconds) / (end.frames - begin.frames);
 }

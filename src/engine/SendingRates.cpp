@@ -3,6 +3,7 @@
 
 #include "engine/CameraHandler.h"
 
+#include <chrono>
 #include <utility>
 
 SendingRates::SendingRates(CameraList cameras)
@@ -27,8 +28,7 @@ void SendingRates::sample() {
         if (statistics.receivedFrames == 0 || statistics.lastFrameId <= stream.lastFrameId)
             continue;
         stream.lastFrameId = statistics.lastFrameId;
-        stream.period.add(statistics.lastFrameId,
-                          std::chrono::duration<double>(Clock::now() - m_start).count());
+        stream.period.add(statistics.lastFrameId, std::chrono::steady_clock::now());
         stream.bytesPerFrame = static_cast<double>(statistics.payloadBytes) /
                                static_cast<double>(statistics.receivedFrames);
     }

@@ -4,7 +4,6 @@
 #include "engine/CameraList.h"
 #include "engine/FramePeriod.h"
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -32,8 +31,6 @@ public:
     std::optional<Rate> rate(std::size_t camera) const;
 
 private:
-    using Clock = std::chrono::steady_clock;
-
     struct Stream {
         FramePeriod period;
         std::int64_t lastFrameId = 0;
@@ -41,6 +38,5 @@ private:
     };
 
     const CameraList m_cameras;
-    const Clock::time_point m_start = Clock::now();
     std::vector<Stream> m_streams;
 };
